@@ -1,0 +1,14 @@
+# Foundation on systems that have no framework of that name. GNUstep ships no CMake package, and its own
+# configuration tool needs a complete make setup, so the flags are written out here.
+find_path(GNUSTEP_INCLUDE_DIR Foundation/Foundation.h PATHS /usr/include/GNUstep REQUIRED)
+find_library(GNUSTEP_BASE_LIBRARY gnustep-base REQUIRED)
+
+add_library(GNUstep_base INTERFACE)
+add_library(GNUstep::base ALIAS GNUstep_base)
+target_include_directories(GNUstep_base SYSTEM INTERFACE "${GNUSTEP_INCLUDE_DIR}")
+target_compile_definitions(GNUstep_base INTERFACE $<$<COMPILE_LANGUAGE:OBJCXX>:GNUSTEP>
+    $<$<COMPILE_LANGUAGE:OBJCXX>:GNUSTEP_BASE_LIBRARY=1> $<$<COMPILE_LANGUAGE:OBJCXX>:GNU_GUI_LIBRARY=1>
+    $<$<COMPILE_LANGUAGE:OBJCXX>:GNU_RUNTIME=1> $<$<COMPILE_LANGUAGE:OBJCXX>:_NATIVE_OBJC_EXCEPTIONS>)
+target_compile_options(GNUstep_base INTERFACE
+    "$<$<COMPILE_LANGUAGE:OBJCXX>:-fexceptions;-fobjc-exceptions;-fconstant-string-class=NSConstantString;-fno-strict-aliasing;-pthread>")
+target_link_libraries(GNUstep_base INTERFACE "${GNUSTEP_BASE_LIBRARY}" objc m)
