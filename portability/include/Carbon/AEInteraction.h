@@ -1,1 +1,39 @@
+// Sending Apple events from an application's main thread.
 #pragma once
+
+#include <CoreServices/AEDataModel.h>
+
+#if defined(__cplusplus)
+extern "C" {
+#endif
+
+typedef struct OpaqueRgnHandle* RgnHandle;
+
+#pragma pack(push, 2)
+typedef struct EventRecord {
+    UInt16 what;
+    unsigned long message;
+    UInt32 when;
+    Point where;
+    UInt16 modifiers;
+} EventRecord;
+#pragma pack(pop)
+
+typedef Boolean (*AEIdleProcPtr)(EventRecord* theEvent, SInt32* sleepTime, RgnHandle* mouseRgn);
+typedef Boolean (*AEFilterProcPtr)(EventRecord* theEvent, SInt32 returnID, AETransactionID transactionID,
+                                   const AEAddressDesc* sender);
+typedef AEIdleProcPtr AEIdleUPP;
+typedef AEFilterProcPtr AEFilterUPP;
+
+/// Sends the event as AESendMessage does. `idleProc`, if given, is called while the reply is being waited
+/// for, with a null event; true from it ends the wait with errAEWaitCanceled. `filterProc` may be null. Main
+/// thread.
+extern OSErr AESend(const AppleEvent* theAppleEvent, AppleEvent* reply, AESendMode sendMode,
+                    AESendPriority sendPriority, SInt32 timeOutInTicks, AEIdleUPP idleProc,
+                    AEFilterUPP filterProc);
+
+#if defined(__cplusplus)
+}  // extern "C"
+
+static_assert(sizeof(EventRecord) == (sizeof(void*) == 8 ? 20 : 16), "packed, with a pointer-sized message");
+#endif
