@@ -1,0 +1,47 @@
+// Every text that the user gets to see, in the user's language. The texts of all languages stand in one file
+// in the resources of the installed bundle; one language is chosen at the start and its texts stay in memory
+// for the process.
+#pragma once
+
+#include <string>
+
+namespace dovrel {
+
+// The names of the languages, as the sections of the texts file carry them in their entry
+// kLanguageSectionKey.
+inline constexpr const char* kLanguageGerman = "German";
+inline constexpr const char* kLanguageFrench = "Francais";
+inline constexpr const char* kLanguageSpanish = "Spanish";
+inline constexpr const char* kLanguageItalian = "Italian";
+inline constexpr const char* kLanguageJapanese = "Japanese";
+inline constexpr const char* kLanguageEnglish = "English";
+
+inline constexpr const char* kLanguageSectionKey = "LANGUAGE";
+inline constexpr const char* kTextsFileName = "MultiLanguageTexts.mls";
+
+/// All state is the process's own. Every member may be called from any thread.
+class MultiLanguageSupport {
+  public:
+    MultiLanguageSupport() = delete;
+
+    /// The name of the language that the user prefers: the first entry of the system preference
+    /// "AppleLanguages", matched as languageOfPreference does; kLanguageEnglish where there is no such entry.
+    static std::string detectLanguage();
+
+    /// Loads the texts of `language`, or of detectLanguage() when it is empty, in place of those that were
+    /// loaded before. Spanish, Italian and Japanese have no texts of their own and give the English ones. A
+    /// file that is missing, unreadable or without any section leaves isLoaded() false and no texts; a file
+    /// without a section for the language leaves isLoaded() true and no texts. Throws a CPPException when the
+    /// file's location cannot be built; what was loaded before then stays.
+    static void initialize(const std::string& language);
+
+    /// The text of `key` in the encoding of the texts file (Mac Roman): its first "_" is dropped, each "SDNL"
+    /// is a carriage return. Empty when `key` is null, when there is no such text, and before initialize().
+    /// Throws nothing of its own.
+    static std::string getText(const char* key);
+
+    /// Whether the last initialize() found texts; false before the first one.
+    static bool isLoaded();
+};
+
+}  // namespace dovrel
