@@ -1,0 +1,193 @@
+/*
+ * A host in plain C. It loads the library as a bundle, registers itself with the server, has a Digest object there
+ * compute the MD5 of a file, uses the other operations on the way, and leaves everything as it found it.
+ *
+ *     host BUNDLE FILE
+ *
+ * BUNDLE is the path of Dovrel.bundle. The digest is printed alone on the line that begins with "digest: ".
+ */
+#include <dlfcn.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "dovrel/pos.h"
+
+/* The functions that this host uses, under the names by which the bundle exports them. */
+typedef struct Library {
+    uint32_t (*InitializePOS)(void);
+    uint32_t (*TerminatePOS)(void);
+    uint32_t (*posRegisterApplicationWithClasses)(const char *, void **, uint32_t, uint16_t *, uint32_t, uint32_t *);
+    uint32_t (*posUnregisterApplication)(uint32_t);
+    uint32_t (*posInstantiateObject)(uint32_t, void **, void **);
+    uint32_t (*posCallMethod)(uint32_t, void **, const char *, uint8_t *, uint32_t, uint8_t **, uint32_t *);
+    uint32_t (*posDeleteObject)(uint32_t, void **);
+    uint32_t (*posGetInfo)(uint32_t, const void *, uint32_t, uint8_t **, int32_t *);
+    uint32_t (*posExecuteCMD)(uint32_t, void **, uint32_t, void **, uint32_t, uint8_t **, uint32_t *);
+    uint32_t (*posDeleteDLLHeapData)(uint8_t *);
+    uint32_t (*posFreeDllHeapData)(void *);
+} Library;
+
+/* The bytes of a file and how many they are. */
+typedef struct File {
+    uint8_t *bytes;
+    uint32_t size;
+} File;
+
+static int loadFunction(void *handle, const char *name, void *target)
+{
+    void *address = dlsym(handle, name);
+    if (address == NULL) {
+        fprintf(stderr, "host: %s\n", dlerror());
+        return 0;
+    }
+    /* ISO C has no conversion from object to function pointers; POSIX says that the representation is the same. */
+    memcpy(target, &address, sizeof address);
+    return 1;
+}
+
+static int loadLibrary(const char *bundle, Library *library)
+{
+    char path[4096];
+    void *handle;
+
+    if (snprintf(path, sizeof path, "%s/Contents/MacOS/Dovrel", bundle) >= (int)sizeof path) {
+        fprintf(stderr, "host: the path of the bundle is too long\n");
+        return 0;
+    }
+    handle = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    if (handle == NULL) {
+        fprintf(stderr, "host: %s\n", dlerror());
+        return 0;
+    }
+#define LOAD(name) loadFunction(handle, #name, &library->name)
+    return LOAD(InitializePOS) && LOAD(TerminatePOS) && LOAD(posRegisterApplicationWithClasses) &&
+           LOAD(posUnregisterApplication) && LOAD(posInstantiateObject) && LOAD(posCallMethod) &&
+           LOAD(posDeleteObject) && LOAD(posGetInfo) && LOAD(posExecuteCMD) && LOAD(posDeleteDLLHeapData) &&
+           LOAD(posFreeDllHeapData);
+#undef LOAD
+}
+
+static int readFile(const char *path, File *file)
+{
+    FILE *stream = fopen(path, "rb");
+    long size = -1;
+    int complete = 0;
+
+    file->bytes = NULL;
+    file->size = 0;
+    if (stream == NULL) {
+        perror(path);
+        return 0;
+    }
+    if (fseek(stream, 0, SEEK_END) == 0) size = ftell(stream);
+    if (size < 0 || (unsigned long)size > 0x7FFFFFFFul || fseek(stream, 0, SEEK_SET) != 0) {
+        fprintf(stderr, "host: %s is not a file of at most 2 GiB\n", path);
+    } else {
+        file->bytes = malloc(size > 0 ? (size_t)size : 1);
+        file->size = (uint32_t)size;
+        complete = file->bytes != NULL && fread(file->bytes, 1, file->size, stream) == file->size;
+        if (!complete) fprintf(stderr, "host: could not read %s\n", path);
+    }
+    fclose(stream);
+    return complete;
+}
+
+/* Identifiers are 16 bytes: for the server's built-in classes the name, filled up with zero bytes. */
+static void setIdentifier(uint8_t identifier[POS_IDENTIFIER_SIZE], const char *name)
+{
+    memset(identifier, 0, POS_IDENTIFIER_SIZE);
+    memcpy(identifier, name, strlen(name));
+}
+
+/* Prints a result of the server and gives its block back. */
+static void printAndFree(const Library *library, const char *label, uint8_t *bytes, uint32_t length)
+{
+    printf("%s", label);
+    fwrite(bytes, 1, length, stdout);
+    printf("\n");
+    library->posDeleteDLLHeapData(bytes);
+}
+
+/* The interface version: the one request that the library answers by itself. */
+static int showInterfaceVersion(const Library *library, uint32_t application)
+{
+    const uint8_t request[2] = {0x60, 0x01};
+    uint8_t *info = NULL;
+    int32_t length = 0;
+
+    if (library->posGetInfo(application, request, sizeof request, &info, &length) != POS_OK || length != 4) return 0;
+    printf("interface version: %u\n", (unsigned)info[0]);
+    library->posDeleteDLLHeapData(info);
+    return 1;
+}
+
+static int runCommand(const Library *library, uint32_t application, const char *text, const char *label)
+{
+    char bytes[32];
+    void *command = bytes;
+    void *argument = NULL;
+    uint8_t *result = NULL;
+    uint32_t length = 0;
+
+    snprintf(bytes, sizeof bytes, "%s", text);
+    if (library->posExecuteCMD(application, &command, (uint32_t)strlen(text), &argument, 0, &result, &length) != POS_OK)
+        return 0;
+    printAndFree(library, label, result, length);
+    return 1;
+}
+
+/* Creates a Digest object in the server, has it compute the MD5 of the file, deletes it. */
+static int digestInServer(const Library *library, uint32_t application, void *classId, const File *file)
+{
+    void *object = NULL;
+    uint8_t *result = NULL;
+    uint32_t length = 0;
+    int done;
+
+    if (library->posInstantiateObject(application, &classId, &object) != POS_OK) return 0;
+    done = library->posCallMethod(application, &object, "md5", file->bytes, file->size, &result, &length) == POS_OK;
+    if (done) printAndFree(library, "digest: ", result, length);
+    done = library->posDeleteObject(application, &object) == POS_OK && done;
+    library->posFreeDllHeapData(object);
+    return done;
+}
+
+static int useServer(const Library *library, const File *file)
+{
+    uint8_t digestClass[POS_IDENTIFIER_SIZE];
+    void *classes[1];
+    uint32_t application = 0;
+    int done;
+
+    setIdentifier(digestClass, "Digest");
+    classes[0] = digestClass;
+    if (library->posRegisterApplicationWithClasses("Dovrel example host", classes, 1, NULL, 0, &application) != POS_OK)
+        return 0;
+    done = showInterfaceVersion(library, application) && runCommand(library, application, "version", "server: ") &&
+           digestInServer(library, application, digestClass, file);
+    return library->posUnregisterApplication(application) == POS_OK && done;
+}
+
+int main(int argc, char **argv)
+{
+    Library library;
+    File file = {NULL, 0};
+    int done;
+
+    if (argc != 3) {
+        fprintf(stderr, "usage: host BUNDLE FILE\n");
+        return 2;
+    }
+    if (!readFile(argv[2], &file) || !loadLibrary(argv[1], &library)) {
+        free(file.bytes);
+        return 1;
+    }
+    library.InitializePOS();
+    done = useServer(&library, &file);
+    library.TerminatePOS();
+    free(file.bytes);
+    if (!done) fprintf(stderr, "host: the server did not do it; the message above or the system log tells why\n");
+    return done ? 0 : 1;
+}
