@@ -1,0 +1,46 @@
+#include "serialization/ByteArrayList.h"
+
+#include <memory>
+#include <utility>
+
+#include "serialization/StructuredByteArrayReader.h"
+#include "serialization/StructuredByteArrayWriter.h"
+
+namespace dovrel {
+namespace {
+
+constexpr uint32_t kCountTag = 0;
+
+// No block is large enough to hold so many parts that a tag would pass 2^32.
+constexpr uint32_t elementTag(uint32_t index) {
+    return 5 + 2 * index;
+}
+
+}  // namespace
+
+void writeByteArrayList(const std::vector<CPPByteArray>& list, CPPByteArray& target) {
+    StructuredByteArrayWriter writer;
+    writer.initialize(target, kByteArrayListType);
+    const auto count = static_cast<uint32_t>(list.size());
+    writer.writeUInt32Part(kCountTag, count);
+    for (uint32_t i = 0; i < count; ++i)
+        writer.writeArrayPart(elementTag(i), list[i]);
+}
+
+void readByteArrayList(const StructuredDataReader& reader, std::vector<CPPByteArray>& list) {
+    list.clear();
+    const uint32_t count = reader.readUInt32Part(kCountTag);
+    for (uint32_t i = 0; i < count; ++i) {
+        const std::unique_ptr<CPPByteArray> element(reader.getPart(elementTag(i)));
+        list.push_back(std::move(*element));
+    }
+}
+
+void readByteArrayList(const CPPByteArray& block, std::vector<CPPByteArray>& list) {
+    list.clear();
+    StructuredByteArrayReader reader;
+    reader.initialize(&block);
+    readByteArrayList(reader, list);
+}
+
+}  // namespace dovrel

@@ -1,0 +1,147 @@
+#include "serialization/CPPByteArray.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <istream>
+#include <limits>
+
+namespace dovrel {
+namespace {
+
+// Null for length 0 as well as where memory runs out; the caller tells the two apart by the length.
+uint8_t* newBlock(uint32_t length) {
+    return length == 0 ? nullptr : static_cast<uint8_t*>(std::malloc(length));
+}
+
+// memcpy does not take null, not even for no bytes at all.
+void copyBytes(uint8_t* destination, const void* source, uint32_t length) {
+    if (length != 0) std::memcpy(destination, source, length);
+}
+
+}  // namespace
+
+CPPByteArray::CPPByteArray(const CPPByteArray& other) {
+    assign(other);
+}
+
+CPPByteArray::CPPByteArray(CPPByteArray&& other) noexcept : size_(other.size_), data_(other.data_) {
+    other.size_ = 0;
+    other.data_ = nullptr;
+}
+
+CPPByteArray& CPPByteArray::operator=(const CPPByteArray& other) {
+    if (this != &other && other.size_ != 0) assign(other);
+    return *this;
+}
+
+CPPByteArray::~CPPByteArray() {
+    std::free(data_);
+}
+
+void CPPByteArray::setByte(uint32_t index, uint8_t value) {
+    if (index < size_) data_[index] = value;
+}
+
+void CPPByteArray::writeBytes(uint32_t offset, const void* source, uint32_t length) {
+    if (offset >= size_) return;
+    const uint32_t count = std::min(length, size_ - offset);
+    if (count != 0) std::memmove(data_ + offset, source, count);
+}
+
+void CPPByteArray::copyFrom(uint32_t offset, const CPPByteArray& source, uint32_t length,
+                            uint32_t sourceOffset) {
+    if (offset >= size_ || sourceOffset >= source.size_) return;
+    const uint32_t count = std::min({length, size_ - offset, source.size_ - sourceOffset});
+    std::memmove(data_ + offset, source.data_ + sourceOffset, count);
+}
+
+void CPPByteArray::assign(const CPPByteArray& other) {
+    set(other.data_, other.size_);
+}
+
+void CPPByteArray::set(const void* source, uint32_t length) {
+    uint8_t* const block = newBlock(length);
+    if (block == nullptr && length != 0) return;
+    copyBytes(block, source, length);
+    adopt(block, length);
+}
+
+void CPPByteArray::setFilled(uint32_t length, uint8_t fillByte) {
+    uint8_t* const block = newBlock(length);
+    if (block == nullptr && length != 0) return;
+    if (length != 0) std::memset(block, fillByte, length);
+    adopt(block, length);
+}
+
+void CPPByteArray::setFromPart(const CPPByteArray& source, uint32_t offset, uint32_t length) {
+    uint8_t* const block = newBlock(length);
+    if (block == nullptr && length != 0) return;
+    const uint32_t available = offset < source.size_ ? source.size_ - offset : 0;
+    const uint32_t count = std::min(length, available);
+    if (count != 0) std::memcpy(block, source.data_ + offset, count);
+    // Left alone these bytes would carry whatever the heap held before, perhaps to the server.
+    if (count != length) std::memset(block + count, 0, length - count);
+    adopt(block, length);
+}
+
+void CPPByteArray::readBytes(uint32_t offset, void* destination, uint32_t length) const {
+    if (offset >= size_) return;
+    const uint32_t count = std::min(length, size_ - offset);
+    if (count != 0) std::memmove(destination, data_ + offset, count);
+}
+
+void CPPByteArray::resize(uint32_t newSize, uint8_t fillByte) {
+    const uint32_t oldSize = size_;
+    if (reallocate(newSize) && newSize > oldSize) std::memset(data_ + oldSize, fillByte, newSize - oldSize);
+}
+
+int CPPByteArray::compare(const CPPByteArray& other) const {
+    return compare(other.data_, other.size_);
+}
+
+int CPPByteArray::compare(const void* bytes, uint32_t length) const {
+    const uint32_t common = std::min(size_, length);
+    const int difference = common == 0 ? 0 : std::memcmp(data_, bytes, common);
+    if (difference != 0) return difference < 0 ? -1 : 1;
+    if (size_ == length) return 0;
+    return size_ < length ? -1 : 1;
+}
+
+void CPPByteArray::loadFromStream(std::istream& stream) {
+    stream.seekg(0, std::ios::end);
+    const std::streamoff length = stream.tellg();
+    stream.seekg(0, std::ios::beg);
+    if (length < 0 || length > std::numeric_limits<uint32_t>::max()) return;
+    loadFromStream(stream, static_cast<uint32_t>(length));
+}
+
+void CPPByteArray::loadFromStream(std::istream& stream, uint32_t length) {
+    uint8_t* const block = newBlock(length);
+    if (block == nullptr && length != 0) return;
+    stream.read(reinterpret_cast<char*>(block), length);
+    const auto count = static_cast<uint32_t>(stream.gcount());
+    if (count != length) std::memset(block + count, 0, length - count);
+    adopt(block, length);
+}
+
+bool CPPByteArray::reallocate(uint32_t newSize) {
+    if (newSize == 0) {
+        // realloc to no bytes is free to keep a block.
+        adopt(nullptr, 0);
+        return true;
+    }
+    void* const block = std::realloc(data_, newSize);
+    if (block == nullptr) return false;
+    data_ = static_cast<uint8_t*>(block);
+    size_ = newSize;
+    return true;
+}
+
+void CPPByteArray::adopt(uint8_t* block, uint32_t length) {
+    std::free(data_);
+    data_ = block;
+    size_ = length;
+}
+
+}  // namespace dovrel

@@ -1,0 +1,44 @@
+// PartTable: where the parts of a structured block lie, by their tags. The first entry of a tag wins.
+//
+// Made for two cases: the dozen of parts of a transfer object, kept in the table itself without touching the
+// heap, and lists of up to millions, sorted once when all are known.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace dovrel {
+
+class PartTable {
+  public:
+    struct Entry {
+        uint32_t tag;
+        uint32_t offset;  // of the data in the block
+        uint32_t length;  // of the data
+    };
+
+    // Adds an entry unless the tag is there already. The entry is found after the next call of finish.
+    void add(uint32_t tag, uint32_t offset, uint32_t length);
+
+    // Call after a run of add, also after one that was broken off.
+    void finish();
+
+    // Null where the tag is absent. Valid until the next add.
+    const Entry* find(uint32_t tag) const;
+
+  private:
+    static constexpr size_t kInlineEntries = 16;
+
+    void insertInline(const Entry& entry);
+
+    // The entries are in one of the two: in order in the first until it is full, then all of them in the
+    // second.
+    std::array<Entry, kInlineEntries> inline_;
+    std::vector<Entry> heap_;
+    size_t count_ = 0;  // of inline_
+    bool sorted_ = true;
+};
+
+}  // namespace dovrel

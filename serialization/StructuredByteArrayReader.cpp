@@ -1,0 +1,134 @@
+#include "serialization/StructuredByteArrayReader.h"
+
+#include <memory>
+#include <new>
+
+#include "client/exceptions/StructuredDataExceptions.h"
+#include "serialization/SerializationFailure.h"
+
+namespace dovrel {
+namespace {
+
+using namespace structuredData;
+
+// The message numbers the check within its site.
+constexpr char kFirstCheck[] = "1";
+constexpr char kSecondCheck[] = "2";
+
+uint32_t fromBigEndian(const uint8_t* bytes) {
+    return static_cast<uint32_t>(bytes[0]) << 24 | static_cast<uint32_t>(bytes[1]) << 16 |
+           static_cast<uint32_t>(bytes[2]) << 8 | static_cast<uint32_t>(bytes[3]);
+}
+
+// Makes what was entered so far findable also when parsing breaks off.
+class FinishTable {
+  public:
+    explicit FinishTable(PartTable& table) : table_(table) {}
+    FinishTable(const FinishTable&) = delete;
+    FinishTable& operator=(const FinishTable&) = delete;
+    ~FinishTable() { table_.finish(); }
+
+  private:
+    PartTable& table_;
+};
+
+}  // namespace
+
+void StructuredByteArrayReader::initialize(const CPPByteArray* source) {
+    source_ = nullptr;
+    if (source == nullptr) {
+        throwSerializationFailure<StructuredReaderNotInitializedException>(site::kReaderInitialize,
+                                                                           kFirstCheck);
+    }
+    source_ = source;
+    parseParts(parseHeader());
+}
+
+uint32_t StructuredByteArrayReader::getTypeNumber() const {
+    requireSource(site::kGetTypeNumber);
+    return typeNumber_;
+}
+
+CPPByteArray* StructuredByteArrayReader::getPart(uint32_t tag) const {
+    const PartTable::Entry& entry = requirePart(tag, site::kGetPart);
+    auto part = std::make_unique<CPPByteArray>();
+    part->setFromPart(*source_, entry.offset, entry.length);
+    // An array that could not be made stays empty, which must not pass for an empty part.
+    if (part->getSize() != entry.length) throw std::bad_alloc();
+    return part.release();
+}
+
+void StructuredByteArrayReader::readPart(uint32_t tag, void* destination) const {
+    requireSource(site::kReadPart);
+    const PartTable::Entry* const entry = parts_.find(tag);
+    if (entry == nullptr) throw new PartNotFoundException(CPPException::kDefaultDetail);
+    source_->readBytes(entry->offset, destination, entry->length);
+}
+
+uint32_t StructuredByteArrayReader::getPartLength(uint32_t tag) const {
+    return requirePart(tag, site::kGetPartLength).length;
+}
+
+bool StructuredByteArrayReader::hasPart(uint32_t tag) const {
+    return parts_.find(tag) != nullptr;
+}
+
+void StructuredByteArrayReader::requireSource(const char* site) const {
+    if (source_ == nullptr) {
+        throwSerializationFailure<StructuredReaderNotInitializedException>(site, kFirstCheck);
+    }
+}
+
+const PartTable::Entry& StructuredByteArrayReader::requirePart(uint32_t tag, const char* site) const {
+    requireSource(site);
+    const PartTable::Entry* const entry = parts_.find(tag);
+    if (entry == nullptr) throwSerializationFailure<PartNotFoundException>(site, kSecondCheck);
+    return *entry;
+}
+
+// By subtraction, because the sum of two lengths from the wire may pass 2^32.
+void StructuredByteArrayReader::requireBytes(uint32_t offset, uint32_t count) const {
+    const uint32_t size = source_->getSize();
+    if (offset > size || count > size - offset) {
+        throwSerializationFailure<StructuredReaderNotInitializedException>(site::kReaderBounds, kFirstCheck);
+    }
+}
+
+// Gives the offset of the first part.
+uint32_t StructuredByteArrayReader::parseHeader() {
+    const uint8_t* const bytes = source_->data();
+    requireBytes(0, kFormatOffset);
+    if (fromBigEndian(bytes) != kMagic) {
+        throwSerializationFailure<StructuredReaderNotInitializedException>(site::kReaderFormat, kFirstCheck);
+    }
+    requireBytes(kFormatOffset, kTypeOffset - kFormatOffset);
+    const uint8_t format = bytes[kFormatOffset + 1];
+    if (bytes[kFormatOffset] != kFormatByte1 ||
+        (format != kFormatByte2WithoutType && format != kFormatByte2WithType)) {
+        throwSerializationFailure<StructuredReaderNotInitializedException>(site::kReaderFormat, kSecondCheck);
+    }
+    if (format == kFormatByte2WithoutType) {
+        typeNumber_ = kNoTypeNumber;
+        return kPartsOffsetWithoutType;
+    }
+    requireBytes(kTypeOffset, kHeaderSize - kTypeOffset);
+    typeNumber_ = fromBigEndian(bytes + kTypeOffset);
+    return kHeaderSize;
+}
+
+void StructuredByteArrayReader::parseParts(uint32_t offset) {
+    const FinishTable finish(parts_);
+    const uint8_t* const bytes = source_->data();
+    const uint32_t size = source_->getSize();
+    while (offset < size) {
+        requireBytes(offset, kPartHeaderSize);
+        const uint32_t tag = fromBigEndian(bytes + offset);
+        const uint32_t length = fromBigEndian(bytes + offset + 4);
+        const uint32_t dataOffset = offset + kPartHeaderSize;
+        requireBytes(dataOffset, length);
+        parts_.add(tag, dataOffset, length);
+        offset = dataOffset + length;
+    }
+}
+
+}  // namespace dovrel

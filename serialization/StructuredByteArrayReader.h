@@ -1,0 +1,49 @@
+// StructuredByteArrayReader: reads a structured block that lies in a byte array of the caller's.
+//
+// The block is parsed once, at initialize, into a table of its parts; the data are copied from the array at
+// each request. The array therefore stays alive and unchanged while the reader is used. Requests by several
+// threads at once are fine.
+//
+// Failures: bytes that are no structured block, and requests to a reader without a block, are a
+// StructuredReaderNotInitializedException, a tag that the block does not have is a PartNotFoundException. The
+// detail names the operation, the message the check within it, the code is 0. (readPart of an absent tag
+// leaves detail and message at
+// "???".)
+#pragma once
+
+#include "serialization/PartTable.h"
+#include "serialization/StructuredDataFormat.h"
+#include "serialization/StructuredDataReader.h"
+
+namespace dovrel {
+
+class StructuredByteArrayReader : public StructuredDataReader {
+  public:
+    StructuredByteArrayReader() = default;
+
+    // Parses the block. A null array leaves the reader without a block; a block that is broken off or damaged
+    // leaves the parts before the damage in the table, and the reader is to be discarded. A reader is
+    // initialized once: a second block adds its tags to those of the first, which keep their places.
+    void initialize(const CPPByteArray* source);
+
+    uint32_t getTypeNumber() const override;
+    CPPByteArray* getPart(uint32_t tag) const override;
+    void readPart(uint32_t tag, void* destination) const override;
+    uint32_t getPartLength(uint32_t tag) const override;
+
+    // Never fails; false also without a block.
+    bool hasPart(uint32_t tag) const;
+
+  private:
+    void requireSource(const char* site) const;
+    void requireBytes(uint32_t offset, uint32_t count) const;
+    const PartTable::Entry& requirePart(uint32_t tag, const char* site) const;
+    uint32_t parseHeader();
+    void parseParts(uint32_t offset);
+
+    const CPPByteArray* source_ = nullptr;
+    uint32_t typeNumber_ = structuredData::kNoTypeNumber;
+    PartTable parts_;
+};
+
+}  // namespace dovrel

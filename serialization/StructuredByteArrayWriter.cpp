@@ -1,0 +1,92 @@
+#include "serialization/StructuredByteArrayWriter.h"
+
+#include <istream>
+#include <limits>
+
+#include "client/exceptions/StructuredDataExceptions.h"
+#include "serialization/SerializationFailure.h"
+#include "serialization/StructuredDataFormat.h"
+
+namespace dovrel {
+namespace {
+
+using namespace structuredData;
+
+constexpr uint32_t kLargest = std::numeric_limits<uint32_t>::max();
+constexpr char kNotInitialized[] = "The writer is not initialized";
+constexpr char kTooSmall[] = "Byte array too small (or did not expand as expected)";
+
+void storeBigEndian(uint8_t* bytes, uint32_t value) {
+    bytes[0] = static_cast<uint8_t>(value >> 24);
+    bytes[1] = static_cast<uint8_t>(value >> 16);
+    bytes[2] = static_cast<uint8_t>(value >> 8);
+    bytes[3] = static_cast<uint8_t>(value);
+}
+
+}  // namespace
+
+void StructuredByteArrayWriter::initialize(CPPByteArray& target, uint32_t typeNumber) {
+    target_ = &target;
+    uint8_t header[kHeaderSize];
+    storeBigEndian(header, kMagic);
+    header[kFormatOffset] = kFormatByte1;
+    header[kFormatOffset + 1] = kFormatByte2WithType;
+    storeBigEndian(header + kTypeOffset, typeNumber);
+    for (uint32_t i = 0; i < kHeaderSize; ++i)
+        target.setByte(i, header[i]);
+    position_ = 0;
+    advance(kHeaderSize, site::kWriterInitialize);
+}
+
+void StructuredByteArrayWriter::writeArrayPart(uint32_t tag, const CPPByteArray& array) {
+    requireTarget(site::kWriteArrayPart);
+    const uint32_t length = array.getSize();
+    writePartHeader(tag, length);
+    target_->copyFrom(position_, array, length, 0);
+    advance(length, site::kWriteArrayPart);
+}
+
+void StructuredByteArrayWriter::writeBytesPart(uint32_t tag, const void* bytes, uint32_t length) {
+    requireTarget(site::kWriteBytesPart);
+    writePartHeader(tag, length);
+    target_->writeBytes(position_, bytes, length);
+    advance(length, site::kWriteBytesPart);
+}
+
+void StructuredByteArrayWriter::writeStreamPart(uint32_t tag, std::istream& stream, uint32_t length) {
+    requireTarget(site::kWriteStreamPart);
+    writePartHeader(tag, length);
+    if (length <= kLargest - position_) {
+        // At its end the stream gives -1, whose low byte is the filler of the bytes that are missing.
+        for (uint32_t i = 0; i < length; ++i) {
+            target_->setByte(position_ + i, static_cast<uint8_t>(stream.get()));
+        }
+    }
+    advance(length, site::kWriteStreamPart);
+}
+
+void StructuredByteArrayWriter::requireTarget(const char* site) const {
+    if (target_ == nullptr) {
+        throwSerializationFailure<StructuredWriterNotInitializedException>(site, kNotInitialized);
+    }
+}
+
+void StructuredByteArrayWriter::writePartHeader(uint32_t tag, uint32_t length) {
+    uint8_t header[kPartHeaderSize];
+    storeBigEndian(header, tag);
+    storeBigEndian(header + 4, length);
+    target_->writeBytes(position_, header, kPartHeaderSize);
+    advance(kPartHeaderSize, site::kWriterPartHeader);
+}
+
+// The position stops at the largest offset instead of starting anew at 0, so that it lies beyond any target
+// for good.
+void StructuredByteArrayWriter::advance(uint32_t bytes, const char* site) {
+    const bool wraps = bytes > kLargest - position_;
+    position_ = wraps ? kLargest : position_ + bytes;
+    if (wraps || position_ > target_->getSize()) {
+        throwSerializationFailure<StructuredWriteFailedException>(site, kTooSmall);
+    }
+}
+
+}  // namespace dovrel

@@ -1,0 +1,36 @@
+// StructuredByteArrayWriter: writes a structured block into a byte array of the caller's.
+//
+// Every store goes through the virtual operations of the target, so an expanding array grows with the block,
+// and a plain one has its writes clipped. Each operation checks after its stores that the block still lies
+// within the target, and throws a StructuredWriteFailedException where it does not; what was stored by then
+// stays, and the writer goes on behind it. Before initialize each write throws a
+// StructuredWriterNotInitializedException and stores nothing. The detail of both names the operation; the
+// code is 0.
+#pragma once
+
+#include "serialization/StructuredDataWriter.h"
+
+namespace dovrel {
+
+class StructuredByteArrayWriter : public StructuredDataWriter {
+  public:
+    StructuredByteArrayWriter() = default;
+
+    // Starts a block at the beginning of the target with the 10 bytes of the header. The target stays the
+    // caller's and must live as long as anything is written.
+    void initialize(CPPByteArray& target, uint32_t typeNumber);
+
+    void writeArrayPart(uint32_t tag, const CPPByteArray& array) override;
+    void writeBytesPart(uint32_t tag, const void* bytes, uint32_t length) override;
+    void writeStreamPart(uint32_t tag, std::istream& stream, uint32_t length) override;
+
+  private:
+    void requireTarget(const char* site) const;
+    void writePartHeader(uint32_t tag, uint32_t length);
+    void advance(uint32_t bytes, const char* site);
+
+    CPPByteArray* target_ = nullptr;
+    uint32_t position_ = 0;
+};
+
+}  // namespace dovrel

@@ -1,0 +1,53 @@
+// The structured block: the one serialized form of records and lists.
+//
+//   offset 0   4 bytes  "AsAk"
+//          4   2 bytes  00 01; or 00 00, and then the parts follow at once
+//          6   4 bytes  type number, big-endian; chosen by whoever writes
+//         10   parts, back to back up to the end of the block
+//
+//   a part:    4 bytes  tag, big-endian
+//              4 bytes  length of the data, big-endian
+//                       data
+//
+// Framing is big-endian; a 32-bit integer that is the data of a part is little-endian. There is no count,
+// terminator or checksum. Tags come in any order; of parts with the same tag a reader sees the first.
+//
+// Strings are their characters without a terminating zero.
+#pragma once
+
+#include <cstdint>
+
+namespace dovrel::structuredData {
+
+constexpr uint32_t kMagic = 0x4173416B;  // "AsAk"
+constexpr uint8_t kFormatByte1 = 0x00;
+constexpr uint8_t kFormatByte2WithoutType = 0x00;
+constexpr uint8_t kFormatByte2WithType = 0x01;
+
+constexpr uint32_t kFormatOffset = 4;
+constexpr uint32_t kTypeOffset = 6;
+constexpr uint32_t kPartsOffsetWithoutType = 6;
+constexpr uint32_t kHeaderSize = 10;
+constexpr uint32_t kPartHeaderSize = 8;
+
+// What a reader gives as the type number of a block that has none.
+constexpr uint32_t kNoTypeNumber = 0xFFFFFFFF;
+
+// Detail texts: the place of each throw, as 8 digits of a time and 4 of a site number. A new place gets a new
+// text.
+namespace site {
+constexpr char kWriterInitialize[] = "3842674A03C0: ";
+constexpr char kWriterPartHeader[] = "38428BF9015E: ";
+constexpr char kWriteArrayPart[] = "384269E80230: ";
+constexpr char kWriteBytesPart[] = "384269E80233: ";
+constexpr char kWriteStreamPart[] = "384269E80262: ";
+constexpr char kReaderInitialize[] = "384181AA015E: ";
+constexpr char kReaderBounds[] = "3841954A010E: ";
+constexpr char kReaderFormat[] = "384190CE01EA: ";
+constexpr char kGetTypeNumber[] = "384181A400BE: ";
+constexpr char kGetPart[] = "384181A400FA: ";
+constexpr char kReadPart[] = "384181A400FC: ";
+constexpr char kGetPartLength[] = "384181A4012C: ";
+}  // namespace site
+
+}  // namespace dovrel::structuredData
