@@ -1,1 +1,2 @@
-target_sources(portability PRIVATE)
+target_sources(portability PRIVATE
+    ${CMAKE_CURRENT_LIST_DIR}/SystemRoot.cpp)

@@ -1,5 +1,6 @@
-// Core Foundation's base types. Objects are the system's own object references; who owns one is told by the name of
-// the function that hands it out (Create and Copy: the caller; Get: not the caller).
+// Core Foundation's base types. Objects are the system's own object references; who owns one is told by the
+// name of the function that hands it out (Create and Copy: the caller; Get: not the caller). Where Foundation
+// has a class for the same thing, a reference of one kind may be cast to the other.
 #pragma once
 
 #include <CoreServices/MacTypes.h>
@@ -10,4 +11,61 @@
 #else
 #define CF_EXTERN_C_BEGIN
 #define CF_EXTERN_C_END
+#endif
+
+#if !defined(TRUE)
+#define TRUE 1
+#endif
+#if !defined(FALSE)
+#define FALSE 0
+#endif
+
+typedef long CFIndex;
+typedef unsigned long CFTypeID;
+typedef unsigned long CFOptionFlags;
+typedef unsigned long CFHashCode;
+
+typedef const void* CFTypeRef;
+typedef CFTypeRef CFPropertyListRef;
+typedef const struct __CFAllocator* CFAllocatorRef;
+typedef const struct __CFString* CFStringRef;
+typedef const struct __CFArray* CFArrayRef;
+typedef const struct __CFDictionary* CFDictionaryRef;
+typedef const struct __CFURL* CFURLRef;
+typedef struct __CFBundle* CFBundleRef;
+
+typedef struct CFRange {
+    CFIndex location;
+    CFIndex length;
+} CFRange;
+
+static inline CFRange CFRangeMake(CFIndex location, CFIndex length) {
+    CFRange range;
+    range.location = location;
+    range.length = length;
+    return range;
+}
+
+typedef CFIndex CFComparisonResult;
+enum { kCFCompareLessThan = -1, kCFCompareEqualTo = 0, kCFCompareGreaterThan = 1 };
+enum { kCFNotFound = -1 };
+
+CF_EXTERN_C_BEGIN
+
+/// The allocator that every function here uses: NULL.
+extern const CFAllocatorRef kCFAllocatorDefault;
+
+/// Takes one more reference to the object and returns it. NULL ends the program. Any thread.
+CFTypeRef CFRetain(CFTypeRef cf);
+
+/// Gives one reference back; the last one frees the object. NULL ends the program. Any thread.
+void CFRelease(CFTypeRef cf);
+
+/// The kind of the object, to compare with CFStringGetTypeID and its like before a cast.
+CFTypeID CFGetTypeID(CFTypeRef cf);
+
+CF_EXTERN_C_END
+
+#if defined(__cplusplus)
+static_assert(sizeof(CFIndex) == sizeof(void*) && sizeof(CFTypeID) == sizeof(void*), "pointer-sized scalars");
 #endif

@@ -1,1 +1,153 @@
+// The File Manager: references to files and folders, and what is known about them.
+//
+// A reference names an object that exists, not a path: it stays good when the object is renamed, and gives
+// fnfErr when the object is gone. It is compared with FSCompareFSRefs, never byte by byte, and not kept
+// beyond the process. Failing calls leave their outputs alone. All calls may be made from any thread.
 #pragma once
+
+#include <CoreFoundation/CFBase.h>
+
+typedef SInt16 FSVolumeRefNum;
+typedef UInt32 FSCatalogInfoBitmap;
+typedef struct FSSpec* FSSpecPtr;
+typedef struct __FSFileSecurity* FSFileSecurityRef;
+
+#pragma pack(push, 2)
+typedef struct FSRef {
+    UInt8 hidden[80];
+} FSRef;
+
+/// A name of `length` UTF-16 units, without a terminating zero.
+typedef struct HFSUniStr255 {
+    UInt16 length;
+    UniChar unicode[255];
+} HFSUniStr255;
+
+/// Seconds since 1904-01-01 00:00 UTC, in 48 bits, and 1/65536 seconds.
+typedef struct UTCDateTime {
+    UInt16 highSeconds;
+    UInt32 lowSeconds;
+    UInt16 fraction;
+} UTCDateTime;
+
+/// What FSCatalogInfo.permissions holds; `mode` is that of stat(2), with the type of the file.
+typedef struct FSPermissionInfo {
+    UInt32 userID;
+    UInt32 groupID;
+    UInt8 reserved1;
+    UInt8 userAccess;
+    UInt16 mode;
+    FSFileSecurityRef fileSec;
+} FSPermissionInfo;
+
+/// Only the fields chosen by a bit map are read or written. `permissions` has two types; a cast of its
+/// address to FSPermissionInfo* serves both.
+typedef struct FSCatalogInfo {
+    UInt16 nodeFlags;
+    FSVolumeRefNum volume;
+    UInt32 parentDirID;
+    UInt32 nodeID;
+    UInt8 sharingFlags;
+    UInt8 userPrivileges;
+    UInt8 reserved1;
+    UInt8 reserved2;
+    UTCDateTime createDate;
+    UTCDateTime contentModDate;
+    UTCDateTime attributeModDate;
+    UTCDateTime accessDate;
+    UTCDateTime backupDate;
+#if defined(__LP64__)
+    FSPermissionInfo permissions;
+#else
+    UInt32 permissions[4];
+#endif
+    UInt8 finderInfo[16];
+    UInt8 extFinderInfo[16];
+    UInt64 dataLogicalSize;
+    UInt64 dataPhysicalSize;
+    UInt64 rsrcLogicalSize;
+    UInt64 rsrcPhysicalSize;
+    UInt32 valence;
+    TextEncoding textEncodingHint;
+} FSCatalogInfo;
+#pragma pack(pop)
+
+typedef FSRef* FSRefPtr;
+
+enum {
+    kFSCatInfoNone = 0x00000000,
+    kFSCatInfoTextEncoding = 0x00000001,
+    kFSCatInfoNodeFlags = 0x00000002,
+    kFSCatInfoVolume = 0x00000004,
+    kFSCatInfoParentDirID = 0x00000008,
+    kFSCatInfoNodeID = 0x00000010,
+    kFSCatInfoCreateDate = 0x00000020,
+    kFSCatInfoContentMod = 0x00000040,
+    kFSCatInfoAttrMod = 0x00000080,
+    kFSCatInfoAccessDate = 0x00000100,
+    kFSCatInfoBackupDate = 0x00000200,
+    kFSCatInfoPermissions = 0x00000400,
+    kFSCatInfoFinderInfo = 0x00000800,
+    kFSCatInfoFinderXInfo = 0x00001000,
+    kFSCatInfoValence = 0x00002000,
+    kFSCatInfoDataSizes = 0x00004000,
+    kFSCatInfoRsrcSizes = 0x00008000,
+    kFSCatInfoSettableInfo = 0x00001FE3,
+    kFSCatInfoGettableInfo = 0x0003FFFF,
+    kFSCatInfoUserAccess = 0x00080000,
+    kFSCatInfoSetOwnership = 0x00100000,
+    kFSCatInfoFSFileSecurityRef = 0x00400000
+};
+
+enum { kFSNodeLockedMask = 0x0001, kFSNodeIsDirectoryMask = 0x0010 };
+
+CF_EXTERN_C_BEGIN
+
+/// The reference of the object at an absolute path in UTF-8; a symbolic link at its end is followed.
+/// `isDirectory` may be NULL.
+OSStatus FSPathMakeRef(const UInt8* path, FSRef* ref, Boolean* isDirectory);
+
+/// Writes the object's path in UTF-8 with a terminating zero; pathTooLongErr when `pathBufferSize` bytes are
+/// too few.
+OSStatus FSRefMakePath(const FSRef* ref, UInt8* path, UInt32 pathBufferSize);
+
+/// The reference of what bears the name of `nameLength` units in the folder `parentRef`; a symbolic link is
+/// not followed.
+OSErr FSMakeFSRefUnicode(const FSRef* parentRef, UniCharCount nameLength, const UniChar* name,
+                         TextEncoding textEncodingHint, FSRef* newRef);
+
+/// Makes a folder; dupFNErr when the name is taken. `catalogInfo` may be NULL when `whichInfo` is
+/// kFSCatInfoNone; with kFSCatInfoPermissions it gives the folder's mode. `newRef` and `newDirID` may be
+/// NULL, `newSpec` is ignored.
+OSErr FSCreateDirectoryUnicode(const FSRef* parentRef, UniCharCount nameLength, const UniChar* name,
+                               FSCatalogInfoBitmap whichInfo, const FSCatalogInfo* catalogInfo, FSRef* newRef,
+                               FSSpecPtr newSpec, UInt32* newDirID);
+
+/// Fills the chosen fields. `catalogInfo` may be NULL when `whichInfo` is kFSCatInfoNone; `outName` and
+/// `parentRef` may be NULL, `fsSpec` is ignored.
+OSErr FSGetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap whichInfo, FSCatalogInfo* catalogInfo,
+                       HFSUniStr255* outName, FSSpecPtr fsSpec, FSRef* parentRef);
+
+/// Sets the chosen fields. Of the permissions `mode` alone counts; owner and group with
+/// kFSCatInfoSetOwnership.
+OSErr FSSetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap whichInfo, const FSCatalogInfo* catalogInfo);
+
+/// Deletes a file or an empty folder; fBsyErr for a folder that is not empty. The reference is stale
+/// afterwards.
+OSErr FSDeleteObject(const FSRef* ref);
+OSErr FSUnlinkObject(const FSRef* ref);
+
+/// noErr for two references to one object, else errFSRefsDifferent, or diffVolErr on different volumes.
+OSErr FSCompareFSRefs(const FSRef* ref1, const FSRef* ref2);
+
+CF_EXTERN_C_END
+
+#if defined(__cplusplus)
+static_assert(sizeof(FSRef) == 80 && sizeof(HFSUniStr255) == 512 && sizeof(UTCDateTime) == 8,
+              "packed records");
+static_assert(sizeof(FSPermissionInfo) == (sizeof(void*) == 8 ? 20 : 16),
+              "packed, with a pointer at its end");
+static_assert(sizeof(FSCatalogInfo) == (sizeof(void*) == 8 ? 148 : 144),
+              "packed, with permissions of two sizes");
+static_assert(offsetof(FSCatalogInfo, permissions) == 56, "fixed fields before the permissions");
+#endif

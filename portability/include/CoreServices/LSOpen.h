@@ -1,1 +1,52 @@
+// Launch Services: starting applications and opening documents with them.
 #pragma once
+
+#include <CoreFoundation/CFBase.h>
+#include <CoreServices/AEDataModel.h>
+
+typedef OptionBits LSLaunchFlags;
+enum {
+    kLSLaunchDefaults = 0x00000001,
+    kLSLaunchAndPrint = 0x00000002,
+    kLSLaunchAndDisplayErrors = 0x00000040,
+    kLSLaunchInhibitBGOnly = 0x00000080,
+    kLSLaunchDontAddToRecents = 0x00000100,
+    kLSLaunchDontSwitch = 0x00000200,
+    kLSLaunchNoParams = 0x00000800,
+    kLSLaunchAsync = 0x00010000,
+    kLSLaunchStartClassic = 0x00020000,
+    kLSLaunchInClassic = 0x00040000,
+    kLSLaunchNewInstance = 0x00080000,
+    kLSLaunchAndHide = 0x00100000,
+    kLSLaunchAndHideOthers = 0x00200000,
+    kLSLaunchHasUntrustedContents = 0x00400000
+};
+
+#pragma pack(push, 2)
+/// What to open with what; every pointer may be NULL.
+typedef struct LSLaunchURLSpec {
+    CFURLRef appURL;
+    CFArrayRef itemURLs;
+    const AEDesc* passThruParams;
+    LSLaunchFlags launchFlags;
+    void* asyncRefCon;
+} LSLaunchURLSpec;
+#pragma pack(pop)
+
+CF_EXTERN_C_BEGIN
+
+/// Starts the application `appURL` unless it runs already, which is a success too. `outLaunchedURL` may be
+/// NULL; else it receives the application's URL, which the caller releases. Any thread.
+OSStatus LSOpenFromURLSpec(const LSLaunchURLSpec* inLaunchSpec, CFURLRef* outLaunchedURL);
+
+/// Opens a document or page with the application that the user prefers for it, or starts an application.
+/// `outLaunchedURL` as above. Any thread.
+OSStatus LSOpenCFURLRef(CFURLRef inURL, CFURLRef* outLaunchedURL);
+
+CF_EXTERN_C_END
+
+#if defined(__cplusplus)
+static_assert(sizeof(LSLaunchURLSpec) == (sizeof(void*) == 8 ? 36 : 20), "packed");
+static_assert(offsetof(LSLaunchURLSpec, launchFlags) == 3 * sizeof(void*), "packed");
+static_assert(offsetof(LSLaunchURLSpec, asyncRefCon) == 3 * sizeof(void*) + 4, "packed");
+#endif
