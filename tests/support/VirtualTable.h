@@ -1,0 +1,29 @@
+// Reads where a virtual operation stands in its class's table, so that tests can hold the order that is
+// promised.
+//
+// The Itanium C++ ABI, which both of our processors and systems use, stores a pointer to a virtual member
+// function as one plus the byte offset of its slot. The destructor takes two slots and has no such pointer.
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+
+namespace dovrel::test {
+
+template <class Function>
+size_t virtualSlot(Function member) {
+    size_t word = 0;
+    static_assert(sizeof member == 2 * sizeof word, "not a pointer to a member function");
+    std::memcpy(&word, &member, sizeof word);
+    return (word - 1) / sizeof(void*);
+}
+
+// The number of slots of a class: that of the first operation which a derived class adds.
+template <class Class>
+class VirtualSlots : public Class {
+  public:
+    static size_t count() { return virtualSlot(&VirtualSlots::firstOfDerived); }
+    virtual void firstOfDerived() {}
+};
+
+}  // namespace dovrel::test
