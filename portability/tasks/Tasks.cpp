@@ -1,0 +1,87 @@
+#include <CoreServices/Multiprocessing.h>
+#include <pthread.h>
+
+#include <algorithm>
+#include <memory>
+#include <new>
+
+#include "tasks/HandlePool.h"
+#include "tasks/MainThread.h"
+
+namespace {
+
+// A task's stack is never smaller than this, whatever was asked for: the system's own libraries need that
+// much.
+constexpr ByteCount kSmallestStack = 512 * 1024;
+constexpr ByteCount kStackGranularity = 64 * 1024;
+
+constexpr MPTaskOptions kSupportedOptions =
+    kMPCreateTaskTakesAllExceptionsMask | kMPCreateTaskNotDebuggableMask;
+
+struct Task {};
+
+// Never destroyed: tasks may still be at work while the process ends.
+portability::HandlePool<Task>& tasks() {
+    static auto& pool = *new portability::HandlePool<Task>;
+    return pool;
+}
+
+struct TaskStart {
+    TaskProc entryPoint;
+    void* parameter;
+    uintptr_t id;
+};
+
+void endTask(uintptr_t id) {
+    if (auto task = tasks().find(id)) tasks().remove(std::move(task));
+}
+
+void* runTask(void* argument) {
+    const std::unique_ptr<TaskStart> start(static_cast<TaskStart*>(argument));
+    start->entryPoint(start->parameter);
+    endTask(start->id);
+    return nullptr;
+}
+
+bool startThread(ByteCount stackSize, std::unique_ptr<TaskStart> start) {
+    pthread_attr_t attributes;
+    if (pthread_attr_init(&attributes) != 0) return false;
+    pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+    if (stackSize != 0) {
+        const ByteCount whole = std::max(stackSize, kSmallestStack) / kStackGranularity * kStackGranularity;
+        pthread_attr_setstacksize(&attributes, whole);
+    }
+    pthread_t thread;
+    const bool started = pthread_create(&thread, &attributes, runTask, start.get()) == 0;
+    if (started) static_cast<void>(start.release());
+    pthread_attr_destroy(&attributes);
+    return started;
+}
+
+}  // namespace
+
+OSStatus MPCreateTask(TaskProc entryPoint, void* parameter, ByteCount stackSize, MPQueueID notifyQueue,
+                      void* /*terminationParameter1*/, void* /*terminationParameter2*/, MPTaskOptions options,
+                      MPTaskID* task) {
+    if (entryPoint == nullptr) return paramErr;
+    if (notifyQueue != kInvalidID) return kMPInvalidIDErr;
+    if ((options & ~kSupportedOptions) != 0) return kMPInsufficientResourcesErr;
+    const uintptr_t id = tasks().create({});
+    if (id == 0) return kMPInsufficientResourcesErr;
+    std::unique_ptr<TaskStart> start(new (std::nothrow) TaskStart{entryPoint, parameter, id});
+    if (start == nullptr || !startThread(stackSize, std::move(start))) {
+        endTask(id);
+        return kMPInsufficientResourcesErr;
+    }
+    if (task != nullptr) *task = reinterpret_cast<MPTaskID>(id);
+    return noErr;
+}
+
+Boolean MPTaskIsPreemptive(MPTaskID task) {
+    if (task == kInvalidID) return !portability::isMainThread();
+    return static_cast<bool>(tasks().find(reinterpret_cast<uintptr_t>(task)));
+}
+
+Boolean _MPIsFullyInitialized() {
+    return true;
+}

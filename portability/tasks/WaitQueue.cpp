@@ -1,0 +1,58 @@
+#include "tasks/WaitQueue.h"
+
+#include <chrono>
+
+namespace portability {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+Clock::time_point deadlineOf(Duration timeout) {
+    if (timeout > 0) return Clock::now() + std::chrono::milliseconds(timeout);
+    return Clock::now() + std::chrono::microseconds(-static_cast<SInt64>(timeout));
+}
+
+}  // namespace
+
+OSStatus WaitQueue::wait(std::unique_lock<std::mutex>& lock, Duration timeout, Waiter& waiter) {
+    if (timeout == kDurationImmediate) return kMPTimeoutErr;
+    append(waiter);
+    const auto isReleased = [&waiter] { return waiter.released; };
+    if (timeout == kDurationForever) {
+        waiter.wakeUp.wait(lock, isReleased);
+    } else if (!waiter.wakeUp.wait_until(lock, deadlineOf(timeout), isReleased)) {
+        remove(waiter);
+    }
+    return waiter.outcome;
+}
+
+void WaitQueue::releaseOldest(OSStatus outcome) {
+    Waiter& waiter = *first_;
+    first_ = waiter.next;
+    waiter.outcome = outcome;
+    waiter.released = true;
+    // Still under the mutex: once it is free the waiter may return, and the condition variable is gone.
+    waiter.wakeUp.notify_one();
+}
+
+void WaitQueue::releaseAll(OSStatus outcome) {
+    while (first_ != nullptr)
+        releaseOldest(outcome);
+}
+
+void WaitQueue::append(Waiter& waiter) {
+    Waiter** end = &first_;
+    while (*end != nullptr)
+        end = &(*end)->next;
+    *end = &waiter;
+}
+
+void WaitQueue::remove(Waiter& waiter) {
+    Waiter** place = &first_;
+    while (*place != &waiter)
+        place = &(*place)->next;
+    *place = waiter.next;
+}
+
+}  // namespace portability
