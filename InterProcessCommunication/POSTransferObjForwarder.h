@@ -1,4 +1,5 @@
-// The carrier of transfer objects: knows how to bring the server up and how to move one object there and back.
+// The carrier of transfer objects: knows how to bring the server up and how to move one object there and
+// back.
 #pragma once
 
 #include <cstdint>
@@ -9,19 +10,19 @@ namespace dovrel {
 
 class POSTransferObj;
 
-/// Contract of every carrier. One thread at a time may use a forwarder; the session's lock sees to that. Failures are
-/// thrown as a pointer to a new object of the CPPException family, which the catcher owns.
+/// Contract of every carrier. One thread at a time may use a forwarder; the session's lock sees to that.
+/// Failures are thrown as a pointer to a new object of the CPPException family, which the catcher owns.
 class POSTransferObjForwarder {
   public:
     virtual ~POSTransferObjForwarder() = default;
 
-    /// Sends the request and waits for its answer. Returns a new object that the caller deletes; it may be empty when the
-    /// server could not be reached in all attempts, which shows at the first read. Throws POSException when the
-    /// exchange failed for a reason that another attempt cannot cure.
+    /// Sends the request and waits for its answer. Returns a new object that the caller deletes; it may be
+    /// empty when the server could not be reached in all attempts, which shows at the first read. Throws
+    /// POSException when the exchange failed for a reason that another attempt cannot cure.
     virtual POSTransferObj* ForwardTransferObj(POSTransferObj& request) = 0;
 
-    /// Makes sure that the server runs and answers. Callers pass 10; a carrier may ignore the hint. Throws POSException
-    /// with the text for the user when the server is missing or cannot be brought up.
+    /// Makes sure that the server runs and answers. Callers pass 10; a carrier may ignore the hint. Throws
+    /// POSException with the text for the user when the server is missing or cannot be brought up.
     virtual void ConnectToPOS(uint32_t hint) = 0;
 
     /// Lets the forwarder forget a connection that may have gone stale. Sends nothing, never throws.

@@ -1,0 +1,137 @@
+#include "InterProcessCommunication/Client_to_POS_Communicator.h"
+
+#include <unistd.h>
+
+#include <cstring>
+#include <utility>
+
+#include "InterProcessCommunication/ConsoleBlocks.h"
+#include "InterProcessCommunication/EventDescriptor.h"
+#include "InterProcessCommunication/IPC_Info.h"
+#include "InterProcessCommunication/POSTransferObj.h"
+#include "InterProcessCommunication/ServerDiscovery.h"
+
+namespace dovrel {
+
+namespace {
+
+constexpr uint32_t kWakeTimeOutMs = 1000;
+constexpr uint32_t kWakeAttempts = 5;
+constexpr int kFurtherPasses = 9;
+// Deliberately short: the waiting is done by the time-outs of the handshake.
+constexpr useconds_t kPauseBetweenPasses = 100;
+
+OSErr sendAndWait(const AppleEvent* event, AppleEvent* reply, SInt32 timeOutTicks) {
+    return AESend(event, reply, kAEWaitReply, kAENormalPriority, timeOutTicks, nullptr, nullptr);
+}
+
+}  // namespace
+
+Client_to_POS_Communicator::~Client_to_POS_Communicator() = default;
+
+int32_t Client_to_POS_Communicator::SendData(IPC_Info& info) const {
+    EventDescriptor event;
+    EventDescriptor reply;
+    info.setDescriptors(event.get(), reply.get());
+    info.setReceiveBuffer(nullptr, 0);
+    const int32_t result = exchange(info);
+    info.setDescriptors(nullptr, nullptr);
+    return result;
+}
+
+int32_t Client_to_POS_Communicator::exchange(IPC_Info& info) const {
+    int32_t error = CreateEvent(serverEvent::kBufferClass, serverEvent::kData, info.getEvent());
+    if (error != noErr) return error;
+    error = PutData(info.getEvent(), info.getSendBuffer(), info.getSendSize());
+    if (error != noErr) return error;
+    error = sendAndWait(info.getEvent(), info.getReply(), serverEvent::kDataTimeOutTicks);
+    if (error != noErr) return error;
+
+    std::unique_ptr<uint8_t[]> buffer;
+    uint32_t length = 0;
+    error = GetData(info.getReply(), buffer, length);
+    info.setReceiveBuffer(std::move(buffer), length);
+    return error;
+}
+
+int32_t Client_to_POS_Communicator::SendAndReceive(IPC_Info& info) const {
+    const int32_t result = SendData(info);
+    auto replyObject = std::make_unique<POSTransferObj>();
+    replyObject->copyBytesFrom(info.getReceiveBuffer(), info.getReceiveSize());
+    info.setReplyObject(replyObject.release());
+    return result;
+}
+
+int32_t Client_to_POS_Communicator::WakeServer(uint32_t timeoutMs, uint32_t attempts) const {
+    EventDescriptor event;
+    int32_t error = CreateEvent(serverEvent::kBufferClass, serverEvent::kWakeClient, event.get());
+    if (error != noErr) return error;
+
+    IPC_Info info;
+    std::unique_ptr<uint8_t[]> text(new uint8_t[serverEvent::kWakeTextSize]);
+    std::memcpy(text.get(), serverEvent::kWakeText, serverEvent::kWakeTextSize);
+    info.setSendBuffer(std::move(text), serverEvent::kWakeTextSize);
+    // A handshake without its text is one all the same: the server answers the event, not what it says.
+    PutData(event.get(), info.getSendBuffer(), info.getSendSize());
+
+    EventDescriptor reply;
+    const uint32_t timeOutTicks = timeoutMs * 60u / 1000u;
+    error = sendWakeEvents(event.get(), static_cast<SInt32>(timeOutTicks), attempts, reply.get());
+    if (error != noErr) return error;
+
+    std::unique_ptr<uint8_t[]> answer;
+    uint32_t length = 0;
+    error = GetData(reply.get(), answer, length);
+    info.setReceiveBuffer(std::move(answer), length);
+    return error;
+}
+
+// Without any attempt nobody answered in time either.
+int32_t Client_to_POS_Communicator::sendWakeEvents(const AppleEvent* event, SInt32 timeOutTicks,
+                                                   uint32_t attempts, AppleEvent* reply) const {
+    OSErr error = errAETimeout;
+    for (uint32_t sent = 0; sent < attempts && error != noErr; ++sent)
+        error = sendAndWait(event, reply, timeOutTicks);
+    return error;
+}
+
+int32_t Client_to_POS_Communicator::ConnectToServer() const {
+    UniqueURL application;
+    const OSErr notFound = FindServerApplication(application);
+    if (notFound != noErr) {
+        printServerNotFound();
+        return notFound;
+    }
+
+    int16_t error = noErr;
+    if (launchAndWake(application.get(), error)) return noErr;
+    for (int pass = 0; pass < kFurtherPasses; ++pass) {
+        usleep(kPauseBetweenPasses);
+        if (launchAndWake(application.get(), error)) return noErr;
+    }
+    printLaunchFailure(error);
+    return kServerNotLaunched;
+}
+
+// One pass. What failed is kept in 16 bits, so a launch status may become 0 there: success is told apart from
+// it.
+bool Client_to_POS_Communicator::launchAndWake(CFURLRef application, int16_t& error) const {
+    if (!IsServerRunning()) {
+        const OSStatus launched = LaunchServer(application);
+        error = static_cast<int16_t>(launched);
+        if (launched != noErr) return false;
+    }
+    error = static_cast<int16_t>(WakeServer(kWakeTimeOutMs, kWakeAttempts));
+    return error == noErr;
+}
+
+int32_t Client_to_POS_Communicator::QuitServer() const {
+    EventDescriptor event;
+    const int32_t error = CreateEvent(kCoreEventClass, kAEQuitApplication, event.get());
+    if (error != noErr) return error;
+    const OSStatus sent = AESendMessage(event.get(), nullptr, kAENoReply, serverEvent::kQuitTimeOutTicks);
+    if (sent == procNotFound) return noErr;
+    return static_cast<int16_t>(sent);
+}
+
+}  // namespace dovrel

@@ -1,0 +1,48 @@
+#include "InterProcessCommunication/POSFieldForms.h"
+
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "client/exceptions/CPPException.h"
+
+namespace dovrel {
+
+namespace {
+
+constexpr char kWrongIdentifierText[] = "An identifier is not of 16 bytes.";
+constexpr uint32_t kMessageFlagsSize = 4;
+
+}  // namespace
+
+void writeName(POSTransferObj& object, uint32_t id, const char* name) {
+    object.writeBytes(id, name, static_cast<uint32_t>(std::strlen(name) + 1));
+}
+
+void writeIdentifier(POSTransferObj& object, uint32_t id, const CPPByteArray& identifier) {
+    requireIdentifierSize(identifier);
+    object.writeByteArray(id, identifier);
+}
+
+void requireIdentifierSize(const CPPByteArray& identifier) {
+    if (identifier.getSize() != kPOSIdentifierSize) throw new CPPException(kWrongIdentifierText);
+}
+
+void readIdentifier(POSTransferObj& object, uint32_t id, CPPByteArray& identifier) {
+    const std::unique_ptr<CPPByteArray> received = object.readByteArray(id);
+    requireIdentifierSize(*received);
+    identifier.assign(*received);
+    if (identifier.getSize() != kPOSIdentifierSize) throw std::bad_alloc();
+}
+
+POSServerMessage readServerMessage(POSTransferObj& object, uint32_t id) {
+    uint32_t length = 0;
+    const std::unique_ptr<uint8_t[]> field = object.readBlock(id, length);
+    POSServerMessage message;
+    if (length < kMessageFlagsSize) return message;
+    message.flags = object.readUInt32(id);
+    message.text.assign(field.get() + kMessageFlagsSize, field.get() + length);
+    return message;
+}
+
+}  // namespace dovrel

@@ -1,0 +1,80 @@
+#include "InterProcessCommunication/POSTransferObj.h"
+
+#include <new>
+
+namespace dovrel {
+
+POSTransferObj::POSTransferObj() {
+    writer_.initialize(bytes_, formatVersion_);
+}
+
+POSTransferObj::POSTransferObj(uint32_t transferKind, uint32_t messageKind, uint32_t command)
+    : POSTransferObj() {
+    setTransferKind(transferKind);
+    setMessageKind(messageKind);
+    setCommand(command);
+}
+
+void POSTransferObj::writeBytes(uint32_t id, const void* bytes, uint32_t length) {
+    writer_.writeBytesPart(id, bytes, length);
+}
+
+uint32_t POSTransferObj::readUInt32(uint32_t id) {
+    attachReader();
+    requireField(id);
+    return reader_.readUInt32Part(id);
+}
+
+std::unique_ptr<CPPByteArray> POSTransferObj::readByteArray(uint32_t id) {
+    attachReader();
+    return std::unique_ptr<CPPByteArray>(reader_.getPart(id));
+}
+
+std::string POSTransferObj::readString(uint32_t id) {
+    attachReader();
+    return reader_.readStringPart(id);
+}
+
+std::unique_ptr<uint8_t[]> POSTransferObj::readBlock(uint32_t id, uint32_t& length) {
+    attachReader();
+    requireField(id);
+    const uint32_t size = reader_.getPartLength(id);
+    std::unique_ptr<uint8_t[]> block;
+    if (size > 0) {
+        block.reset(new uint8_t[size]);
+        reader_.readPart(id, block.get());
+    }
+    length = size;
+    return block;
+}
+
+// An array for which memory does not suffice keeps its old content, which must not pass for what was
+// received.
+void POSTransferObj::copyBytesFrom(const void* bytes, uint32_t length) {
+    bytes_.set(bytes, length);
+    if (bytes_.getSize() != length) throw std::bad_alloc();
+}
+
+bool POSTransferObj::hasField(uint32_t id) {
+    attachReader();
+    return reader_.hasPart(id);
+}
+
+uint32_t POSTransferObj::readHeaderField(uint32_t id) {
+    attachReader();
+    return reader_.readUInt32Part(id);
+}
+
+void POSTransferObj::attachReader() {
+    if (readerAttached_) return;
+    reader_.initialize(&bytes_);
+    readerAttached_ = true;
+}
+
+// A missing payload field is reported as getPart reports it, also where the value is then read without the
+// array that getPart allocates.
+void POSTransferObj::requireField(uint32_t id) const {
+    if (!reader_.hasPart(id)) delete reader_.getPart(id);
+}
+
+}  // namespace dovrel

@@ -1,0 +1,67 @@
+#include "InterProcessCommunication/ServerDiscovery.h"
+
+#import <Foundation/Foundation.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "InterProcessCommunication/BSDProcessList.h"
+#include "platform/Places.h"
+
+namespace dovrel {
+
+namespace {
+
+constexpr LSLaunchFlags kServerLaunchFlags =
+    kLSLaunchDontAddToRecents | kLSLaunchDontSwitch | kLSLaunchNoParams;
+
+bool isServer(const kinfo_proc& process) {
+    return std::strncmp(process.kp_proc.p_comm, kServerProcessName, sizeof process.kp_proc.p_comm) == 0;
+}
+
+bool listHoldsServer() {
+    kinfo_proc* processes = nullptr;
+    size_t count = 0;
+    if (GetBSDProcessList(&processes, &count) != 0) return false;
+    bool found = false;
+    for (size_t i = 0; i < count && !found; ++i) found = isServer(processes[i]);
+    std::free(processes);
+    return found;
+}
+
+UniqueURL serverBundleIn(const FSRef& folder) {
+    const UniqueURL folderURL(CFURLCreateFromFSRef(kCFAllocatorDefault, &folder));
+    if (!folderURL) return nullptr;
+    const CFStringRef bundle = CFStringCreateWithCString(
+        kCFAllocatorDefault, places::kServerBundleInApplicationSupport, kCFStringEncodingUTF8);
+    UniqueURL url(CFURLCreateCopyAppendingPathComponent(kCFAllocatorDefault, folderURL.get(), bundle, false));
+    CFRelease(bundle);
+    return url;
+}
+
+}  // namespace
+
+OSErr FindServerApplication(UniqueURL& application) {
+    FSRef folder;
+    const OSErr error = FSFindFolder(kLocalDomain, kApplicationSupportFolderType, kDontCreateFolder, &folder);
+    if (error != noErr) return error;
+    UniqueURL bundle = serverBundleIn(folder);
+    FSRef existing;
+    if (!bundle || !CFURLGetFSRef(bundle.get(), &existing)) return kServerNotFound;
+    application = std::move(bundle);
+    return noErr;
+}
+
+bool IsServerRunning() {
+    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+    const bool running = listHoldsServer();
+    [pool release];
+    return running;
+}
+
+OSStatus LaunchServer(CFURLRef application) {
+    const LSLaunchURLSpec request = {application, nullptr, nullptr, kServerLaunchFlags, nullptr};
+    return LSOpenFromURLSpec(&request, nullptr);
+}
+
+}  // namespace dovrel

@@ -1,0 +1,60 @@
+// TransferPack: the fixed binary record, little-endian, whose fields a diagnostic dump prints. Requests are
+// never sent in it.
+//
+//   offset  width  field                     offset  width  field
+//        0      2  Status                       112     16  reserved
+//        2      2  DataSize                     128     16  MediatorObjID
+//        4      2  Version                      144     16  MediatorClassID
+//        6      2  Mode                         160     16  MediatorValue
+//        8      4  TAN                          176     16  Digest A
+//       12      2  TPLevel                      192     16  Digest B
+//       14      2  AddDataSize                  208     16  Digest C
+//       16     16  reserved                     224    128  Token 1: its length, then its bytes
+//       32     16  SourceObjID                  352    128  Token 2: the same
+//       48     16  SourceClassID                480    128  reserved
+//       64     16  reserved                     608    AddDataSize bytes of additional data
+//       80     16  DestinationObjID
+//       96     16  DestinationClassID
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+
+#include "serialization/CPPByteArray.h"
+
+namespace dovrel {
+
+class TransferPack {
+  public:
+    static constexpr uint32_t kFixedSize = 608;
+
+    /// Copies the record. Bytes that it lacks up to its total size count as zero; bytes beyond it are
+    /// dropped.
+    explicit TransferPack(const CPPByteArray& record);
+
+    uint16_t getStatus() const { return uint16At(0); }
+    uint16_t getDataSize() const { return uint16At(2); }
+    uint16_t getVersion() const { return uint16At(4); }
+    uint16_t getMode() const { return uint16At(6); }
+    uint16_t getTPLevel() const { return uint16At(12); }
+    uint16_t getAddDataSize() const { return uint16At(14); }
+
+    /// kFixedSize and the additional data.
+    uint32_t getTotalSize() const { return kFixedSize + getAddDataSize(); }
+
+    /// The additional data, `size` bytes of them. They belong to the record and live as long as it.
+    const uint8_t* getAdditionalData(uint16_t& size) const;
+
+    /// Prints the record in readable form. The tokens' lines begin with the length byte and end one byte
+    /// short of the token's end; whoever reads dumps expects it so.
+    void dump(std::FILE* output = stdout) const;
+
+  private:
+    uint16_t uint16At(uint32_t offset) const;
+    void dumpBytes(std::FILE* output, const char* label, uint32_t offset, uint32_t length) const;
+    void dumpToken(std::FILE* output, const char* label, uint32_t offset) const;
+
+    CPPByteArray record_;
+};
+
+}  // namespace dovrel
