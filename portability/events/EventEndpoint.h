@@ -1,9 +1,9 @@
 // The place at which an application receives its Apple events. Private to the layer.
 //
-// An endpoint is a listening SOCK_SEQPACKET socket, named after the application's creator signature, in a folder of the
-// user's own and keyed by the system root. Beside it lies a lock file. Whoever holds the lock owns the endpoint; the lock
-// belongs to the open file description, so it goes along with the descriptors from the launcher to the launched process
-// and ends with that process, however it ends.
+// An endpoint is a listening SOCK_SEQPACKET socket, named after the application's creator signature, in a
+// folder of the user's own and keyed by the system root. Beside it lies a lock file. Whoever holds the lock
+// owns the endpoint; the lock belongs to the open file description, so it goes along with the descriptors
+// from the launcher to the launched process and ends with that process, however it ends.
 #pragma once
 
 #include <CoreServices/MacTypes.h>
@@ -12,14 +12,14 @@
 
 namespace portability {
 
-/// A claimed endpoint: the listening socket and the lock that makes it ours. Both descriptors are close-on-exec and closed
-/// by the destructor. Movable.
+/// A claimed endpoint: the listening socket and the lock that makes it ours. Both descriptors are
+/// close-on-exec and closed by the destructor. Movable.
 class EndpointClaim {
   public:
     enum class Outcome {
-        claimed,   ///< the endpoint is ours, its socket listens, and events queue from now on
-        inUse,     ///< another live process owns the endpoint
-        failed     ///< the folder, the lock or the socket could not be made; errno tells why
+        claimed,  ///< the endpoint is ours, its socket listens, and events queue from now on
+        inUse,    ///< another live process owns the endpoint
+        failed    ///< the folder, the lock or the socket could not be made; errno tells why
     };
 
     EndpointClaim() = default;
@@ -30,14 +30,15 @@ class EndpointClaim {
     /// Tries to become the owner of the endpoint of `signature` under the current system root. Never waits.
     static Outcome claim(OSType signature, EndpointClaim& result);
 
-    /// Takes over the descriptors that a launcher handed to this process, if it did (see inheritedDescriptors); removes
-    /// their announcement from the environment. False when there are none.
+    /// Takes over the descriptors that a launcher handed to this process, if it did (see
+    /// inheritedDescriptors); removes their announcement from the environment. False when there are none.
     static bool adoptInherited(OSType signature, EndpointClaim& result);
 
     int listenDescriptor() const { return listen_; }
     int lockDescriptor() const { return lock_; }
 
-    /// The environment entry ("NAME=value") by which a launched process finds its descriptors when they have these numbers.
+    /// The environment entry ("NAME=value") by which a launched process finds its descriptors when they have
+    /// these numbers.
     static std::string inheritanceEntry(OSType signature, int listenDescriptor, int lockDescriptor);
 
   private:
@@ -45,8 +46,9 @@ class EndpointClaim {
     int lock_ = -1;
 };
 
-/// Connects to the endpoint of `signature` under the current system root and checks that the peer is the same user.
-/// Answers a connected, close-on-exec descriptor that the caller closes, or -1 when no live process owns the endpoint.
+/// Connects to the endpoint of `signature` under the current system root and checks that the peer is the same
+/// user. Answers a connected, close-on-exec descriptor that the caller closes, or -1 when no live process
+/// owns the endpoint.
 int connectToEndpoint(OSType signature);
 
 }  // namespace portability

@@ -1,0 +1,57 @@
+// What the handle of a descriptor stands for. Private to the layer.
+#pragma once
+
+#include <CoreServices/AEDataModel.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+namespace portability {
+
+class ByteStorage;
+class EventStorage;
+
+/// The storage of a descriptor: plain bytes or an event. It belongs to the descriptor and is freed by
+/// AEDisposeDesc.
+class DescriptorStorage {
+  public:
+    DescriptorStorage(const DescriptorStorage&) = delete;
+    DescriptorStorage& operator=(const DescriptorStorage&) = delete;
+    virtual ~DescriptorStorage() = default;
+
+    /// The storage of a descriptor; null for a null descriptor and for a null pointer.
+    static DescriptorStorage* of(const AEDesc* descriptor);
+
+    /// The same, if it is of that kind; else null.
+    static const ByteStorage* bytesOf(const AEDesc* descriptor);
+    static EventStorage* eventOf(const AEDesc* descriptor);
+
+    /// What goes into the descriptor.
+    AEDataStorage handle() { return reinterpret_cast<AEDataStorage>(this); }
+
+  protected:
+    DescriptorStorage() = default;
+
+  private:
+    virtual const ByteStorage* asBytes() const { return nullptr; }
+    virtual EventStorage* asEvent() { return nullptr; }
+};
+
+/// Plain bytes. They never change.
+class ByteStorage final : public DescriptorStorage {
+  public:
+    /// Copies the bytes.
+    ByteStorage(const void* data, size_t size);
+
+    const uint8_t* data() const { return data_.get(); }
+    size_t size() const { return size_; }
+
+  private:
+    const ByteStorage* asBytes() const override { return this; }
+
+    std::unique_ptr<uint8_t[]> data_;
+    size_t size_;
+};
+
+}  // namespace portability

@@ -1,0 +1,39 @@
+#include "events/Spin.h"
+
+#include <sched.h>
+#include <stdlib.h>
+
+#include <charconv>
+#include <cstring>
+
+namespace portability {
+
+namespace {
+
+constexpr std::chrono::microseconds kDefaultSpin{50};
+constexpr long kLongestSpin = 1'000'000;
+
+}  // namespace
+
+std::chrono::microseconds spinTime(const char* setting) {
+    if (setting == nullptr) return kDefaultSpin;
+    long value = 0;
+    const char* end = setting + std::strlen(setting);
+    const auto parsed = std::from_chars(setting, end, value);
+    if (parsed.ec != std::errc() || parsed.ptr != end || value < 0 || value > kLongestSpin)
+        return kDefaultSpin;
+    return std::chrono::microseconds(value);
+}
+
+bool Spin::again() {
+    static const std::chrono::microseconds time = spinTime(secure_getenv("POS_SPIN_US"));
+    if (time.count() == 0) return false;
+    const auto now = std::chrono::steady_clock::now();
+    if (!started_) end_ = now + time;
+    started_ = true;
+    if (now >= end_) return false;
+    sched_yield();
+    return true;
+}
+
+}  // namespace portability
