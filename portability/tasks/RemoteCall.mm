@@ -1,6 +1,7 @@
 #include <CoreServices/Multiprocessing.h>
 #import <Foundation/Foundation.h>
 
+#include "events/EventLoop.h"
 #include "tasks/MainThread.h"
 #include "tasks/WindowSystem.h"
 
@@ -53,7 +54,9 @@ void* callOnRunLoop(MPRemoteProcedure procedure, void* parameter) {
 
 void* MPRemoteCall(MPRemoteProcedure remoteProc, void* parameter, MPRemoteContext /*context*/) {
     if (portability::isMainThread()) return remoteProc(parameter);
-    // Without windows and without an event loop nothing would ever answer the call.
+    void* result = nullptr;
+    if (portability::runOnEventLoop(remoteProc, parameter, &result)) return result;
+    // Without windows there is no run loop either, and nothing would ever answer the call.
     if (!portability::windowSystemAnswers()) return remoteProc(parameter);
     return callOnRunLoop(remoteProc, parameter);
 }

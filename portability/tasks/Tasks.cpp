@@ -10,9 +10,9 @@
 
 namespace {
 
-// A task's stack is never smaller than this, whatever was asked for: the system's own libraries need that
-// much.
-constexpr ByteCount kSmallestStack = 512 * 1024;
+// A task's stack is never smaller than this, whatever was asked for: the system's own libraries need room,
+// and the thread-local data of all libraries, which may be large, lies in the same memory.
+constexpr ByteCount kSmallestStack = 2 * 1024 * 1024;
 constexpr ByteCount kStackGranularity = 64 * 1024;
 
 constexpr MPTaskOptions kSupportedOptions =

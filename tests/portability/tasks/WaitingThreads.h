@@ -1,0 +1,65 @@
+// Threads that are to block inside a call of the platform, and ways to know that they do.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <string>
+#include <system_error>
+#include <thread>
+
+/// How long a test waits for something that must happen before it gives up.
+constexpr std::chrono::seconds kLongEnough{60};
+
+/// Runs `call` on a thread of its own.
+template <class Call>
+auto inThread(Call call) {
+    return std::async(std::launch::async, std::move(call));
+}
+
+/// The result of a call that must come back.
+template <class Result>
+Result resultOf(std::future<Result>& pending) {
+    if (pending.wait_for(kLongEnough) != std::future_status::ready) std::terminate();
+    return pending.get();
+}
+
+/// Whether every thread of the process but the caller sleeps, as far as the system shows it.
+inline bool allOthersSleep(const std::filesystem::path& threads) {
+    const std::string own = std::filesystem::read_symlink("/proc/thread-self").filename();
+    std::error_code gone;
+    for (const auto& thread : std::filesystem::directory_iterator(threads, gone)) {
+        if (thread.path().filename() == own) continue;
+        std::ifstream file(thread.path() / "stat");
+        std::string text((std::istreambuf_iterator<char>(file)), {});
+        const size_t nameEnd = text.rfind(')');
+        if (nameEnd == std::string::npos) continue;  // it has ended meanwhile
+        if (text.compare(nameEnd, 3, ") S") != 0) return false;
+    }
+    return !gone;
+}
+
+/// Returns once all other threads block. Where the system does not show it, they get the time that this takes
+/// anywhere.
+inline void untilAllOthersWait() {
+    const std::filesystem::path threads = "/proc/self/task";
+    if (!std::filesystem::exists(threads)) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        return;
+    }
+    const auto giveUp = std::chrono::steady_clock::now() + kLongEnough;
+    while (!allOthersSleep(threads)) {
+        if (std::chrono::steady_clock::now() > giveUp) std::terminate();
+        std::this_thread::yield();
+    }
+}
+
+/// Tells how long `call` takes.
+template <class Call>
+std::chrono::steady_clock::duration durationOf(Call call) {
+    const auto start = std::chrono::steady_clock::now();
+    call();
+    return std::chrono::steady_clock::now() - start;
+}
