@@ -23,8 +23,9 @@ void writeByteArrayList(const std::vector<CPPByteArray>& list, CPPByteArray& tar
     writer.initialize(target, kByteArrayListType);
     const auto count = static_cast<uint32_t>(list.size());
     writer.writeUInt32Part(kCountTag, count);
-    for (uint32_t i = 0; i < count; ++i)
+    for (uint32_t i = 0; i < count; ++i) {
         writer.writeArrayPart(elementTag(i), list[i]);
+    }
 }
 
 void readByteArrayList(const StructuredDataReader& reader, std::vector<CPPByteArray>& list) {

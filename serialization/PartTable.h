@@ -19,6 +19,9 @@ class PartTable {
         uint32_t length;  // of the data
     };
 
+    // Empty. (Written out so that no one clears the places for the entries first.)
+    PartTable() {}
+
     // Adds an entry unless the tag is there already. The entry is found after the next call of finish.
     void add(uint32_t tag, uint32_t offset, uint32_t length);
 

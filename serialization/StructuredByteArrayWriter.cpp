@@ -23,6 +23,10 @@ void storeBigEndian(uint8_t* bytes, uint32_t value) {
     bytes[3] = static_cast<uint8_t>(value);
 }
 
+[[noreturn]] void failWrite(const char* site) {
+    throwSerializationFailure<StructuredWriteFailedException>(site, kTooSmall);
+}
+
 }  // namespace
 
 void StructuredByteArrayWriter::initialize(CPPByteArray& target, uint32_t typeNumber) {
@@ -32,10 +36,13 @@ void StructuredByteArrayWriter::initialize(CPPByteArray& target, uint32_t typeNu
     header[kFormatOffset] = kFormatByte1;
     header[kFormatOffset + 1] = kFormatByte2WithType;
     storeBigEndian(header + kTypeOffset, typeNumber);
-    for (uint32_t i = 0; i < kHeaderSize; ++i)
-        target.setByte(i, header[i]);
+    bool landed = true;
+    for (uint32_t i = 0; i < kHeaderSize; ++i) {
+        landed = storeByte(i, header[i]) && landed;
+    }
     position_ = 0;
     advance(kHeaderSize, site::kWriterInitialize);
+    if (!landed) failWrite(site::kWriterInitialize);
 }
 
 void StructuredByteArrayWriter::writeArrayPart(uint32_t tag, const CPPByteArray& array) {
@@ -56,13 +63,15 @@ void StructuredByteArrayWriter::writeBytesPart(uint32_t tag, const void* bytes, 
 void StructuredByteArrayWriter::writeStreamPart(uint32_t tag, std::istream& stream, uint32_t length) {
     requireTarget(site::kWriteStreamPart);
     writePartHeader(tag, length);
+    bool landed = true;
     if (length <= kLargest - position_) {
         // At its end the stream gives -1, whose low byte is the filler of the bytes that are missing.
         for (uint32_t i = 0; i < length; ++i) {
-            target_->setByte(position_ + i, static_cast<uint8_t>(stream.get()));
+            landed = storeByte(position_ + i, static_cast<uint8_t>(stream.get())) && landed;
         }
     }
     advance(length, site::kWriteStreamPart);
+    if (!landed) failWrite(site::kWriteStreamPart);
 }
 
 void StructuredByteArrayWriter::requireTarget(const char* site) const {
@@ -79,14 +88,19 @@ void StructuredByteArrayWriter::writePartHeader(uint32_t tag, uint32_t length) {
     advance(kPartHeaderSize, site::kWriterPartHeader);
 }
 
+// False where the byte did not land. A later byte that lands would grow the target over its place and leave a
+// 0 there, which no check of the size can see.
+bool StructuredByteArrayWriter::storeByte(uint32_t offset, uint8_t value) {
+    target_->setByte(offset, value);
+    return offset < target_->getSize();
+}
+
 // The position stops at the largest offset instead of starting anew at 0, so that it lies beyond any target
 // for good.
 void StructuredByteArrayWriter::advance(uint32_t bytes, const char* site) {
     const bool wraps = bytes > kLargest - position_;
     position_ = wraps ? kLargest : position_ + bytes;
-    if (wraps || position_ > target_->getSize()) {
-        throwSerializationFailure<StructuredWriteFailedException>(site, kTooSmall);
-    }
+    if (wraps || position_ > target_->getSize()) failWrite(site);
 }
 
 }  // namespace dovrel

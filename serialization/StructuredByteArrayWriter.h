@@ -27,6 +27,7 @@ class StructuredByteArrayWriter : public StructuredDataWriter {
   private:
     void requireTarget(const char* site) const;
     void writePartHeader(uint32_t tag, uint32_t length);
+    bool storeByte(uint32_t offset, uint8_t value);
     void advance(uint32_t bytes, const char* site);
 
     CPPByteArray* target_ = nullptr;

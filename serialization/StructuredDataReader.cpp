@@ -48,8 +48,9 @@ std::string StructuredDataReader::readStringPart(uint32_t tag) const {
 
 std::string StructuredDataReader::readMaskedStringPart(uint32_t tag, uint32_t mask) const {
     std::string text = readStringPart(tag);
-    for (char& character : text)
+    for (char& character : text) {
         character = static_cast<char>(static_cast<uint8_t>(character) ^ (mask & 0xFF));
+    }
     return text;
 }
 

@@ -1,0 +1,184 @@
+// What byte arrays ask of the heap, and what they do when it has nothing left.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <new>
+#include <sstream>
+#include <vector>
+
+#include "client/exceptions/StructuredDataExceptions.h"
+#include "serialization/ByteArrayList.h"
+#include "serialization/CPPExpandingByteArray.h"
+#include "serialization/StructuredByteArrayWriter.h"
+#include "serialization/StructuredCharArrayReader.h"
+#include "tests/serialization/Bytes.h"
+#include "tests/serialization/HeapWatch.h"
+
+namespace dovrel {
+namespace {
+
+using test::arrayOf;
+using test::arrayOfHex;
+using test::expandingArrayOf;
+using test::expectFailure;
+using test::HeapWatch;
+using test::hexOf;
+using test::textOf;
+
+constexpr char kTooSmall[] = "Byte array too small (or did not expand as expected)";
+
+TEST(Heap, PlainArray_AsksForExactlyItsSize) {
+    HeapWatch watch;
+    CPPByteArray array;
+    array.set("abcde", 5);
+    const CPPByteArray copy(array);
+    array.setFilled(3, 'x');
+    array.setFromPart(copy, 1, 2);
+    array.resize(7, 'x');
+    array.assign(copy);
+    EXPECT_EQ(watch.requests(), (std::vector<size_t>{5, 5, 3, 2, 7, 5}));
+}
+
+TEST(Heap, EmptyArrays_AskForNothing) {
+    HeapWatch watch;
+    CPPByteArray array;
+    const CPPByteArray copy(array);
+    array.set(nullptr, 0);
+    array.setFilled(0, 'x');
+    array.setFromPart(copy, 0, 0);
+    array.resize(0, 'x');
+    array.assign(copy);
+    EXPECT_TRUE(watch.requests().empty());
+}
+
+TEST(Heap, ExpandingArray_GrowsToExactlyTheHighestByteWritten) {
+    HeapWatch watch;
+    CPPExpandingByteArray array;
+    array.setByte(0, 'a');
+    array.setByte(5, 'b');
+    array.writeBytes(6, "cde", 3);
+    array.writeBytes(2, "x", 1);
+    array.copyFrom(9, array, 4, 0);
+    EXPECT_EQ(watch.requests(), (std::vector<size_t>{1, 6, 9, 13}));
+}
+
+// Every operation that needs memory, on arrays that hold "old": without memory they hold it still.
+TEST(Heap, OutOfMemory_LeavesContentAndSizeAsTheyWere) {
+    const CPPByteArray other = arrayOf("other");
+    const auto keepsContent = [](const char* name, auto operation) {
+        SCOPED_TRACE(name);
+        CPPExpandingByteArray array = expandingArrayOf("old");
+        HeapWatch watch;
+        watch.failFrom(1);
+        operation(array);
+        EXPECT_EQ(watch.requests().size(), 1u);
+        EXPECT_EQ(textOf(array), "old");
+    };
+    std::istringstream stream("stream");
+    keepsContent("operator=", [&](CPPExpandingByteArray& array) { array = other; });
+    keepsContent("assign", [&](CPPExpandingByteArray& array) { array.assign(other); });
+    keepsContent("set", [](CPPExpandingByteArray& array) { array.set("new", 3); });
+    keepsContent("setFilled", [](CPPExpandingByteArray& array) { array.setFilled(9, 'x'); });
+    keepsContent("setFromPart", [&](CPPExpandingByteArray& array) { array.setFromPart(other, 0, 2); });
+    keepsContent("resize up", [](CPPExpandingByteArray& array) { array.resize(100, 'x'); });
+    keepsContent("resize down", [](CPPExpandingByteArray& array) { array.resize(1, 'x'); });
+    keepsContent("setByte", [](CPPExpandingByteArray& array) { array.setByte(3, 'x'); });
+    keepsContent("writeBytes", [](CPPExpandingByteArray& array) { array.writeBytes(1, "xyz", 3); });
+    keepsContent("copyFrom", [&](CPPExpandingByteArray& array) { array.copyFrom(1, other, 5, 0); });
+    keepsContent("whole stream", [&](CPPExpandingByteArray& array) { array.loadFromStream(stream); });
+    keepsContent("stream", [&](CPPExpandingByteArray& array) { array.loadFromStream(stream, 4); });
+}
+
+TEST(Heap, OutOfMemory_CopyIsEmpty) {
+    const CPPByteArray original = arrayOf("abc");
+    HeapWatch watch;
+    watch.failFrom(1);
+    const CPPByteArray copy(original);
+    EXPECT_EQ(copy.getSize(), 0u);
+    EXPECT_EQ(copy.data(), nullptr);
+}
+
+void writeSmallBlock(CPPByteArray& block, const CPPByteArray& part) {
+    StructuredByteArrayWriter writer;
+    writer.initialize(block, 9);
+    writer.writeUInt32Part(1, 5);
+    writer.writeArrayPart(2, part);
+    writer.writeBytesPart(3, "defg", 4);
+    std::istringstream stream("hi");
+    writer.writeWholeStreamPart(4, stream);
+}
+
+// Whichever growth fails: the writer says so, or the block is complete.
+TEST(Heap, OutOfMemoryAtTheNthGrowth_FailsTheWrite) {
+    const CPPByteArray part = arrayOf("abc");
+    CPPExpandingByteArray whole;
+    writeSmallBlock(whole, part);
+    for (const bool once : {false, true}) {
+        for (size_t nth = 1;; ++nth) {
+            SCOPED_TRACE(nth);
+            CPPExpandingByteArray block;
+            std::unique_ptr<CPPException> failure;
+            bool exhausted = false;
+            {
+                HeapWatch watch;
+                once ? watch.failOnce(nth) : watch.failFrom(nth);
+                try {
+                    writeSmallBlock(block, part);
+                } catch (CPPException* caught) {
+                    failure.reset(caught);
+                }
+                exhausted = watch.requests().size() < nth;
+            }
+            if (exhausted) {
+                EXPECT_EQ(block.compare(whole), 0);
+                EXPECT_GT(nth, 10u);
+                break;
+            }
+            ASSERT_NE(failure, nullptr);
+            EXPECT_EQ(failure->getTypeCode(), 5u);
+            EXPECT_STREQ(failure->getMessage(), kTooSmall);
+            EXPECT_LE(block.getSize(), whole.getSize());
+        }
+    }
+}
+
+TEST(Heap, OutOfMemoryInInitialize_FailsTheWriter) {
+    CPPExpandingByteArray block;
+    StructuredByteArrayWriter writer;
+    HeapWatch watch;
+    watch.failFrom(3);
+    expectFailure<StructuredWriteFailedException>([&] { writer.initialize(block, 8); }, 5,
+                                                  "3842674A03C0: ", kTooSmall);
+}
+
+TEST(Heap, OutOfMemoryForAString_IsNotWrittenAsAnEmptyPart) {
+    CPPExpandingByteArray block;
+    StructuredByteArrayWriter writer;
+    writer.initialize(block, 8);
+    HeapWatch watch;
+    watch.failOnce(1);
+    EXPECT_THROW(writer.writeStringPart(1, "text"), std::bad_alloc);
+    EXPECT_EQ(block.getSize(), 10u);
+}
+
+TEST(Heap, OutOfMemoryForAPart_IsNotHandedOutAsAnEmptyPart) {
+    const CPPByteArray block = arrayOfHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 02 61 62");
+    StructuredByteArrayReader reader;
+    reader.initialize(&block);
+    HeapWatch watch;
+    watch.failOnce(1);
+    EXPECT_THROW(reader.getPart(5), std::bad_alloc);
+}
+
+TEST(Heap, OutOfMemoryForTheReadersCopy_FailsTheParse) {
+    const CPPByteArray block = arrayOfHex("41 73 41 6B 00 00");
+    StructuredCharArrayReader reader;
+    HeapWatch watch;
+    watch.failOnce(1);
+    expectFailure<StructuredReaderNotInitializedException>(
+        [&] { reader.setBuffer(block.data(), block.getSize()); }, 2, "3841954A010E: ", "1");
+}
+
+}  // namespace
+}  // namespace dovrel

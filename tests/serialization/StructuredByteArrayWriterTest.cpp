@@ -1,0 +1,327 @@
+#include "serialization/StructuredByteArrayWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "client/exceptions/StructuredDataExceptions.h"
+#include "tests/serialization/Bytes.h"
+#include "tests/support/VirtualTable.h"
+
+namespace dovrel {
+namespace {
+
+using test::arrayOf;
+using test::expectFailure;
+using test::hexOf;
+
+constexpr uint32_t kLargest = 0xFFFFFFFF;
+constexpr char kTooSmall[] = "Byte array too small (or did not expand as expected)";
+constexpr char kNotInitialized[] = "The writer is not initialized";
+
+CPPByteArray plainArray(uint32_t size) {
+    CPPByteArray array;
+    array.setFilled(size, 0xEE);
+    return array;
+}
+
+// Notes which of the target's operations the writer uses.
+class WatchedArray : public CPPExpandingByteArray {
+  public:
+    void setByte(uint32_t index, uint8_t value) override {
+        calls.push_back("setByte " + std::to_string(index));
+        CPPExpandingByteArray::setByte(index, value);
+    }
+    void writeBytes(uint32_t offset, const void* source, uint32_t length) override {
+        calls.push_back("writeBytes " + std::to_string(offset) + " " + std::to_string(length));
+        CPPExpandingByteArray::writeBytes(offset, source, length);
+    }
+    void copyFrom(uint32_t offset, const CPPByteArray& source, uint32_t length,
+                  uint32_t sourceOffset) override {
+        calls.push_back("copyFrom " + std::to_string(offset) + " " + std::to_string(length));
+        CPPExpandingByteArray::copyFrom(offset, source, length, sourceOffset);
+    }
+
+    std::vector<std::string> calls;
+};
+
+TEST(StructuredByteArrayWriter, Initialize_WritesTheHeader) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08");
+}
+
+TEST(StructuredByteArrayWriter, Initialize_WritesTheTypeNumberBigEndian) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 0x12345678);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 12 34 56 78");
+}
+
+TEST(StructuredByteArrayWriter, WriteUInt32Part_AppendsFramingBigEndianAndTheValueLittleEndian) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    writer.writeUInt32Part(0, 3);
+    writer.writeUInt32Part(0x01020304, 0xA1B2C3D4);
+    EXPECT_EQ(hexOf(array),
+              "41 73 41 6B 00 01 00 00 00 08 "
+              "00 00 00 00 00 00 00 04 03 00 00 00 "
+              "01 02 03 04 00 00 00 04 D4 C3 B2 A1");
+}
+
+TEST(StructuredByteArrayWriter, WriteArrayPart_AppendsItsBytesUnchanged) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 9);
+    writer.writeArrayPart(5, arrayOf("ab"));
+    writer.writeArrayPart(7, CPPByteArray());
+    EXPECT_EQ(hexOf(array),
+              "41 73 41 6B 00 01 00 00 00 09 "
+              "00 00 00 05 00 00 00 02 61 62 "
+              "00 00 00 07 00 00 00 00");
+}
+
+TEST(StructuredByteArrayWriter, WriteArrayPart_OfItsOwnTarget_TakesTheBytesWrittenSoFar) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 1);
+    writer.writeArrayPart(2, array);
+    EXPECT_EQ(hexOf(array),
+              "41 73 41 6B 00 01 00 00 00 01 "
+              "00 00 00 02 00 00 00 0A 41 73 41 6B 00 01 00 00 00 01");
+}
+
+TEST(StructuredByteArrayWriter, WriteBytesPart_AppendsTheBuffer) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 9);
+    writer.writeBytesPart(0xFFFFFFFF, "xyz", 3);
+    writer.writeBytesPart(1, nullptr, 0);
+    EXPECT_EQ(hexOf(array),
+              "41 73 41 6B 00 01 00 00 00 09 "
+              "FF FF FF FF 00 00 00 03 78 79 7A "
+              "00 00 00 01 00 00 00 00");
+}
+
+TEST(StructuredByteArrayWriter, SameTagTwice_IsWrittenTwice) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 9);
+    writer.writeBytesPart(5, "a", 1);
+    writer.writeBytesPart(5, "b", 1);
+    EXPECT_EQ(hexOf(array),
+              "41 73 41 6B 00 01 00 00 00 09 "
+              "00 00 00 05 00 00 00 01 61 "
+              "00 00 00 05 00 00 00 01 62");
+}
+
+TEST(StructuredByteArrayWriter, WriteStreamPart_TakesTheNextCharactersOnly) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 9);
+    std::istringstream stream("abcdef");
+    stream.get();
+    writer.writeStreamPart(5, stream, 3);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 09 00 00 00 05 00 00 00 03 62 63 64");
+    EXPECT_EQ(stream.get(), 'e');
+}
+
+TEST(StructuredByteArrayWriter, WriteStreamPart_OfAShortStream_FillsWithFF) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 9);
+    std::istringstream stream("ab");
+    writer.writeStreamPart(5, stream, 4);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 09 00 00 00 05 00 00 00 04 61 62 FF FF");
+}
+
+TEST(StructuredByteArrayWriter, EveryStore_GoesThroughTheTargetsOperations) {
+    WatchedArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 9);
+    std::vector<std::string> header;
+    for (int i = 0; i < 10; ++i) {
+        header.push_back("setByte " + std::to_string(i));
+    }
+    EXPECT_EQ(array.calls, header);
+
+    array.calls.clear();
+    writer.writeArrayPart(1, arrayOf("abc"));
+    EXPECT_EQ(array.calls, (std::vector<std::string>{"writeBytes 10 8", "copyFrom 18 3"}));
+
+    array.calls.clear();
+    writer.writeBytesPart(2, "ab", 2);
+    EXPECT_EQ(array.calls, (std::vector<std::string>{"writeBytes 21 8", "writeBytes 29 2"}));
+
+    array.calls.clear();
+    std::istringstream stream("xy");
+    writer.writeStreamPart(3, stream, 2);
+    EXPECT_EQ(array.calls, (std::vector<std::string>{"writeBytes 31 8", "setByte 39", "setByte 40"}));
+}
+
+TEST(StructuredByteArrayWriter, Initialize_OverALargerArray_StartsAtItsBeginning) {
+    CPPByteArray array = plainArray(12);
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 EE EE");
+}
+
+TEST(StructuredByteArrayWriter, PlainArrayOfTheExactSize_TakesTheBlock) {
+    CPPByteArray array = plainArray(22);
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    writer.writeUInt32Part(0, 3);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 00 00 00 00 04 03 00 00 00");
+}
+
+TEST(StructuredByteArrayWriter, Initialize_OverAPlainArrayBelow10Bytes_Fails) {
+    CPPByteArray array = plainArray(9);
+    StructuredByteArrayWriter writer;
+    expectFailure<StructuredWriteFailedException>([&] { writer.initialize(array, 8); }, 5,
+                                                  "3842674A03C0: ", kTooSmall);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00");
+}
+
+TEST(StructuredByteArrayWriter, PlainArrayOf12Bytes_TakesTheHeaderAndFailsAtTheNextPartHeader) {
+    CPPByteArray array = plainArray(12);
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    expectFailure<StructuredWriteFailedException>([&] { writer.writeUInt32Part(0x0A0B0C0D, 3); }, 5,
+                                                  "38428BF9015E: ", kTooSmall);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 0A 0B") << "what fits stays behind";
+}
+
+TEST(StructuredByteArrayWriter, EveryWrite_WhosePartHeaderDoesNotFit_FailsAtThePartHeader) {
+    const auto failsAtHeader = [](auto write) {
+        CPPByteArray array = plainArray(17);
+        StructuredByteArrayWriter writer;
+        writer.initialize(array, 8);
+        expectFailure<StructuredWriteFailedException>([&] { write(writer); }, 5, "38428BF9015E: ", kTooSmall);
+    };
+    std::istringstream stream("a");
+    failsAtHeader([](StructuredByteArrayWriter& writer) { writer.writeArrayPart(1, CPPByteArray()); });
+    failsAtHeader([](StructuredByteArrayWriter& writer) { writer.writeBytesPart(1, nullptr, 0); });
+    failsAtHeader([&](StructuredByteArrayWriter& writer) { writer.writeStreamPart(1, stream, 1); });
+    EXPECT_EQ(stream.get(), 'a') << "the stream was read although the header had failed";
+}
+
+TEST(StructuredByteArrayWriter, WriteArrayPart_WhoseDataDoNotFit_Fails) {
+    CPPByteArray array = plainArray(20);
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    expectFailure<StructuredWriteFailedException>([&] { writer.writeArrayPart(1, arrayOf("abc")); }, 5,
+                                                  "384269E80230: ", kTooSmall);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03 61 62");
+}
+
+TEST(StructuredByteArrayWriter, WriteBytesPart_WhoseDataDoNotFit_Fails) {
+    CPPByteArray array = plainArray(20);
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    expectFailure<StructuredWriteFailedException>([&] { writer.writeBytesPart(1, "abc", 3); }, 5,
+                                                  "384269E80233: ", kTooSmall);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03 61 62");
+}
+
+TEST(StructuredByteArrayWriter, WriteStreamPart_WhoseDataDoNotFit_Fails) {
+    CPPByteArray array = plainArray(20);
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    std::istringstream stream("abcd");
+    expectFailure<StructuredWriteFailedException>([&] { writer.writeStreamPart(1, stream, 3); }, 5,
+                                                  "384269E80262: ", kTooSmall);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03 61 62");
+    EXPECT_EQ(stream.get(), 'd') << "all of the characters are taken before the check";
+}
+
+TEST(StructuredByteArrayWriter, FailedWrite_LeavesThePositionAdvanced) {
+    CPPByteArray array = plainArray(20);
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    expectFailure<StructuredWriteFailedException>([&] { writer.writeBytesPart(1, "abc", 3); }, 5,
+                                                  "384269E80233: ", kTooSmall);
+    array.resize(32, 0xEE);
+    writer.writeBytesPart(2, "x", 1);
+    EXPECT_EQ(hexOf(array),
+              "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03 61 62 EE "
+              "00 00 00 02 00 00 00 01 78 EE EE");
+}
+
+TEST(StructuredByteArrayWriter, WriteArrayPart_BeforeInitialize_Fails) {
+    StructuredByteArrayWriter writer;
+    expectFailure<StructuredWriterNotInitializedException>([&] { writer.writeArrayPart(1, arrayOf("a")); }, 4,
+                                                           "384269E80230: ", kNotInitialized);
+}
+
+TEST(StructuredByteArrayWriter, WriteBytesPart_BeforeInitialize_Fails) {
+    StructuredByteArrayWriter writer;
+    expectFailure<StructuredWriterNotInitializedException>([&] { writer.writeBytesPart(1, "a", 1); }, 4,
+                                                           "384269E80233: ", kNotInitialized);
+}
+
+TEST(StructuredByteArrayWriter, WriteStreamPart_BeforeInitialize_FailsAndLeavesTheStream) {
+    StructuredByteArrayWriter writer;
+    std::istringstream stream("a");
+    expectFailure<StructuredWriterNotInitializedException>([&] { writer.writeStreamPart(1, stream, 1); }, 4,
+                                                           "384269E80262: ", kNotInitialized);
+    EXPECT_EQ(stream.get(), 'a');
+}
+
+TEST(StructuredByteArrayWriter, InheritedWrites_BeforeInitialize_FailAsTheOperationBeneath) {
+    StructuredByteArrayWriter writer;
+    std::istringstream stream("a");
+    expectFailure<StructuredWriterNotInitializedException>([&] { writer.writeUInt32Part(1, 1); }, 4,
+                                                           "384269E80233: ", kNotInitialized);
+    expectFailure<StructuredWriterNotInitializedException>([&] { writer.writeStringPart(1, "a"); }, 4,
+                                                           "384269E80230: ", kNotInitialized);
+    expectFailure<StructuredWriterNotInitializedException>([&] { writer.writeWholeStreamPart(1, stream); }, 4,
+                                                           "384269E80262: ", kNotInitialized);
+}
+
+TEST(StructuredByteArrayWriter, LengthThatWraps_IsRefusedLikeDataPastTheEnd) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    expectFailure<StructuredWriteFailedException>([&] { writer.writeBytesPart(1, "a", kLargest); }, 5,
+                                                  "384269E80233: ", kTooSmall);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 FF FF FF FF");
+    std::istringstream stream("a");
+    writer.initialize(array, 8);
+    expectFailure<StructuredWriteFailedException>([&] { writer.writeStreamPart(1, stream, kLargest); }, 5,
+                                                  "384269E80262: ", kTooSmall);
+    EXPECT_EQ(stream.get(), 'a');
+}
+
+TEST(StructuredByteArrayWriter, WriteAfterALengthThatWrapped_FailsAgain) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    expectFailure<StructuredWriteFailedException>([&] { writer.writeBytesPart(1, "a", kLargest); }, 5,
+                                                  "384269E80233: ", kTooSmall);
+    expectFailure<StructuredWriteFailedException>([&] { writer.writeUInt32Part(2, 2); }, 5,
+                                                  "38428BF9015E: ", kTooSmall);
+    EXPECT_EQ(array.getSize(), 18u);
+}
+
+TEST(StructuredByteArrayWriter, Destruction_LeavesTheTarget) {
+    CPPExpandingByteArray array;
+    {
+        StructuredByteArrayWriter writer;
+        writer.initialize(array, 8);
+    }
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08");
+}
+
+TEST(StructuredByteArrayWriter, VirtualOperations_StandInTheSlotsOfTheBase) {
+    EXPECT_EQ(test::virtualSlot(&StructuredByteArrayWriter::writeArrayPart), 2u);
+    EXPECT_EQ(test::virtualSlot(&StructuredByteArrayWriter::writeBytesPart), 3u);
+    EXPECT_EQ(test::virtualSlot(&StructuredByteArrayWriter::writeStreamPart), 4u);
+    EXPECT_EQ(test::VirtualSlots<StructuredByteArrayWriter>::count(), 7u);
+}
+
+}  // namespace
+}  // namespace dovrel
