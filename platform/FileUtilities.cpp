@@ -1,0 +1,190 @@
+#include "platform/FileUtilities.h"
+
+#include <CoreServices/CoreServices.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+#include "client/exceptions/CPPException.h"
+#include "platform/CFObject.h"
+#include "platform/FileURL.h"
+
+namespace dovrel {
+
+namespace {
+
+constexpr UInt16 kAllPermissions = 0777;
+
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+bool isFolder(std::FILE* file) {
+    struct stat status;
+    return fstat(fileno(file), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool isFolder(const char* path) {
+    const File file(std::fopen(path, "rb"));
+    return file && isFolder(file.get());
+}
+
+// -1 for what has no end that could be sought.
+long lengthOf(std::FILE* file) {
+    if (std::fseek(file, 0, SEEK_END) != 0) return -1;
+    const long length = std::ftell(file);
+    return std::fseek(file, 0, SEEK_SET) == 0 ? length : -1;
+}
+
+std::string withLineFeedsOnly(const std::string& text) {
+    std::string result;
+    result.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        const bool isReturn = text[i] == '\r';
+        if (isReturn && i + 1 < text.size() && text[i + 1] == '\n') continue;
+        result += isReturn ? '\n' : text[i];
+    }
+    return result;
+}
+
+bool writeAndClose(const std::string& path, const std::string& text) {
+    File file(std::fopen(path.c_str(), "w+b"));
+    if (!file) return false;
+    const bool isComplete = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
+    return std::fclose(file.release()) == 0 && isComplete;
+}
+
+// The path for use inside the single quotes of a shell: a quote in it closes them, stands for itself, and
+// opens them again.
+std::string quotable(const std::string& path) {
+    std::string result;
+    for (const char c : path) {
+        if (c == '\'') {
+            result += "'\\''";
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
+bool makeReference(const std::string& path, CFStringEncoding encoding, FSRef& reference) {
+    const CFObject<CFURLRef> url = fileURL(path, encoding);
+    return url && CFURLGetFSRef(url.get(), &reference);
+}
+
+bool grantAllPermissions(const FSRef& reference) {
+    FSCatalogInfo info;
+    if (FSGetCatalogInfo(&reference, kFSCatInfoPermissions, &info, nullptr, nullptr, nullptr) != noErr)
+        return true;
+    // The field has another type in 32-bit headers; its address serves both.
+    auto* const permissions = reinterpret_cast<FSPermissionInfo*>(&info.permissions);
+    permissions->mode = static_cast<UInt16>(permissions->mode | kAllPermissions);
+    return FSSetCatalogInfo(&reference, kFSCatInfoPermissions, &info) == noErr;
+}
+
+// The folder in which the last component of a path lies, and that component.
+struct SplitPath {
+    explicit SplitPath(std::string path) {
+        while (path.size() > 1 && path.back() == '/')
+            path.pop_back();
+        const size_t slash = path.rfind('/');
+        if (slash != std::string::npos) parent = slash == 0 ? "/" : path.substr(0, slash);
+        name = slash == std::string::npos ? path : path.substr(slash + 1);
+    }
+
+    std::string parent = ".";
+    std::string name;
+};
+
+std::vector<UniChar> unicodeOf(const std::string& utf8) {
+    const CFObject<CFStringRef> text(
+        CFStringCreateWithCString(kCFAllocatorDefault, utf8.c_str(), kCFStringEncodingUTF8));
+    if (!text) return {};
+    const CFIndex length = CFStringGetLength(text.get());
+    std::vector<UniChar> characters(static_cast<size_t>(length));
+    CFStringGetCharacters(text.get(), CFRangeMake(0, length), characters.data());
+    return characters;
+}
+
+}  // namespace
+
+std::string readWholeFile(const std::string& path, bool normaliseLineEnds) {
+    const File file(std::fopen(path.c_str(), "rb"));
+    const long length = file && !isFolder(file.get()) ? lengthOf(file.get()) : -1;
+    if (length < 0) throw new CPPException(("Could not open file for reading: " + path).c_str());
+
+    std::string text(static_cast<size_t>(length), '\0');
+    text.resize(std::fread(text.data(), 1, text.size(), file.get()));
+    text.resize(std::min(text.size(), text.find('\0')));
+    return normaliseLineEnds ? withLineFeedsOnly(text) : text;
+}
+
+bool writeWholeFile(const std::string& path, const std::string& text) {
+    try {
+        if (!writeAndClose(path, text)) return false;
+        grantAllPermissions(path);
+        return true;
+    } catch (CPPException* caught) {
+        std::unique_ptr<CPPException> failure(caught);
+        return false;
+    } catch (...) {
+        return false;
+    }
+}
+
+bool copyFileWithShell(const char* source, const char* destination, bool onlyIfMissing) {
+    if (source == nullptr || destination == nullptr) return false;
+    if (onlyIfMissing && fileExists(destination)) return false;
+    const std::string command = "cp -f '" + quotable(source) + "' '" + quotable(destination) + "'";
+    // Not being able to run the command counts no more than its failure.
+    if (std::system(command.c_str()) == 0 && !isFolder(destination)) grantAllPermissions(destination);
+    return true;
+}
+
+bool renameIfTargetMissing(const std::string& source, const std::string& target) {
+    if (!fileExists(source) || fileExists(target)) return false;
+    return std::rename(source.c_str(), target.c_str()) == 0;
+}
+
+bool removeFile(const std::string& path) {
+    return std::remove(path.c_str()) == 0;
+}
+
+bool deleteFileObject(const std::string& path) {
+    FSRef reference;
+    return makeReference(path, kCFStringEncodingMacRoman, reference) && FSDeleteObject(&reference) == noErr;
+}
+
+bool fileExists(const std::string& path) {
+    return File(std::fopen(path.c_str(), "rb")) != nullptr;
+}
+
+bool pathExists(const std::string& path) {
+    FSRef reference;
+    return makeReference(path, kCFStringEncodingMacRoman, reference);
+}
+
+bool createFolder(const std::string& path) {
+    const SplitPath split(path);
+    const std::vector<UniChar> name = unicodeOf(split.name);
+    FSRef parent;
+    if (name.empty() || !makeReference(split.parent, kCFStringEncodingUTF8, parent)) return false;
+    FSRef created;
+    const OSErr result = FSCreateDirectoryUnicode(&parent, name.size(), name.data(), kFSCatInfoNone, nullptr,
+                                                  &created, nullptr, nullptr);
+    if (result == noErr) grantAllPermissions(created);
+    return result == noErr || result == dupFNErr;
+}
+
+bool grantAllPermissions(const std::string& path) {
+    FSRef reference;
+    return !makeReference(path, kCFStringEncodingMacRoman, reference) || grantAllPermissions(reference);
+}
+
+}  // namespace dovrel
