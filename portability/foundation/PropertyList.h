@@ -1,0 +1,23 @@
+// Property lists from files, as Foundation's objects. Private to the layer.
+#pragma once
+
+#include <CoreFoundation/CFDictionary.h>
+
+#include <string>
+
+namespace portability {
+
+/// The property list (XML, binary or old style) in the file `path`; the caller releases it. Null when the
+/// file cannot be read, is larger than 16 MiB, or holds none.
+CFPropertyListRef copyPropertyList(const std::string& path);
+
+/// The same if it is a dictionary, else null.
+CFDictionaryRef copyDictionary(const std::string& path);
+
+/// The keys and values of a file of localized strings; the caller releases them. Null as above.
+CFDictionaryRef copyStrings(const std::string& path);
+
+/// The value under `key` if it is a string, else null. `dictionary` may be null.
+CFStringRef stringValue(CFDictionaryRef dictionary, CFStringRef key);
+
+}  // namespace portability

@@ -1,0 +1,196 @@
+#include "foundation/PropertyList.h"
+
+#include "foundation/FoundationObject.h"
+
+#include <CoreFoundation/CFString.h>
+
+#include <sys/stat.h>
+#include <ctime>
+#include <fstream>
+#include <iterator>
+#include <optional>
+
+#include "foundation/XmlPropertyList.h"
+
+namespace portability {
+namespace {
+
+using Kind = PropertyListNode::Kind;
+
+constexpr off_t kLargestFile = 16 << 20;
+
+id newObject(const PropertyListNode& node);
+
+NSNumber* newInteger(const std::string& text) {
+    char* end = nullptr;
+    const long long value = std::strtoll(text.c_str(), &end, 0);
+    return end == text.c_str() ? nil : [[NSNumber alloc] initWithLongLong:value];
+}
+
+NSNumber* newReal(const std::string& text) {
+    char* end = nullptr;
+    const double value = std::strtod(text.c_str(), &end);
+    return end == text.c_str() ? nil : [[NSNumber alloc] initWithDouble:value];
+}
+
+NSDate* newDate(const std::string& text) {
+    struct tm time = {};
+    const char* end = strptime(text.c_str(), "%Y-%m-%dT%H:%M:%SZ", &time);
+    return end == nullptr || *end != '\0'
+               ? nil
+               : [[NSDate alloc] initWithTimeIntervalSince1970:static_cast<NSTimeInterval>(timegm(&time))];
+}
+
+NSData* newData(const std::string& base64) {
+    NSString* text = newString(std::string_view(base64));
+    NSData* data = [[NSData alloc] initWithBase64EncodedString:text
+                                                       options:NSDataBase64DecodingIgnoreUnknownCharacters];
+    [text release];
+    return data;
+}
+
+NSArray* newArray(const PropertyListNode& node) {
+    NSMutableArray* array = [[NSMutableArray alloc] initWithCapacity:node.members.size()];
+    for (const auto& member : node.members) {
+        const id value = newObject(member.second);
+        if (value == nil) {
+            [array release];
+            return nil;
+        }
+        [array addObject:value];
+        [value release];
+    }
+    return array;
+}
+
+NSDictionary* newDictionary(const PropertyListNode& node) {
+    NSMutableDictionary* dictionary = [[NSMutableDictionary alloc] initWithCapacity:node.members.size()];
+    for (const auto& member : node.members) {
+        NSString* key = newString(std::string_view(member.first));
+        const id value = newObject(member.second);
+        const bool isComplete = key != nil && value != nil;
+        if (isComplete) {
+            [dictionary setObject:value forKey:key];
+        }
+        [key release];
+        [value release];
+        if (!isComplete) {
+            [dictionary release];
+            return nil;
+        }
+    }
+    return dictionary;
+}
+
+id newObject(const PropertyListNode& node) {
+    switch (node.kind) {
+        case Kind::string:
+            return newString(std::string_view(node.text));
+        case Kind::integer:
+            return newInteger(node.text);
+        case Kind::real:
+            return newReal(node.text);
+        case Kind::boolean:
+            return [[NSNumber alloc] initWithBool:node.text == "true"];
+        case Kind::date:
+            return newDate(node.text);
+        case Kind::data:
+            return newData(node.text);
+        case Kind::array:
+            return newArray(node);
+        case Kind::dictionary:
+            return newDictionary(node);
+    }
+    return nil;
+}
+
+// Foundation raises exceptions at damaged input.
+id newObjectByFoundation(NSData* content) {
+    @try {
+        NSPropertyListFormat format;
+        NSString* error = nil;
+        return [[NSPropertyListSerialization propertyListFromData:content
+                                                 mutabilityOption:NSPropertyListImmutable
+                                                           format:&format
+                                                 errorDescription:&error] retain];
+    } @catch (...) {
+        return nil;
+    }
+}
+
+NSDictionary* newStringsByFoundation(NSString* text) {
+    @try {
+        return [[text propertyListFromStringsFileFormat] retain];
+    } @catch (...) {
+        return nil;
+    }
+}
+
+NSStringEncoding encodingOfStrings(const std::string& content) {
+    const std::string_view start = std::string_view(content).substr(0, 2);
+    return start == "\xFE\xFF" || start == "\xFF\xFE" ? NSUnicodeStringEncoding : NSUTF8StringEncoding;
+}
+
+std::optional<std::string> contentOf(const std::string& path) {
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > kLargestFile) {
+        return std::nullopt;
+    }
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        return std::nullopt;
+    }
+    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+}  // namespace
+
+CFPropertyListRef copyPropertyList(const std::string& path) {
+    const auto content = contentOf(path);
+    if (!content) {
+        return nullptr;
+    }
+    const AutoreleasePool pool;
+    if (isXmlPropertyList(*content)) {
+        const auto node = readXmlPropertyList(*content);
+        return node ? newObject(*node) : nil;
+    }
+    NSData* data = [[NSData alloc] initWithBytes:content->data() length:content->size()];
+    const id object = newObjectByFoundation(data);
+    [data release];
+    return object;
+}
+
+CFDictionaryRef copyDictionary(const std::string& path) {
+    const CFPropertyListRef list = copyPropertyList(path);
+    if (list == nullptr || CFGetTypeID(list) == CFDictionaryGetTypeID()) {
+        return static_cast<CFDictionaryRef>(list);
+    }
+    CFRelease(list);
+    return nullptr;
+}
+
+CFDictionaryRef copyStrings(const std::string& path) {
+    const auto content = contentOf(path);
+    if (!content) {
+        return nullptr;
+    }
+    if (isXmlPropertyList(*content)) {
+        return copyDictionary(path);
+    }
+    const AutoreleasePool pool;
+    NSString* text = [[NSString alloc] initWithBytes:content->data()
+                                              length:content->size()
+                                            encoding:encodingOfStrings(*content)];
+    NSDictionary* strings = newStringsByFoundation(text);
+    [text release];
+    return (CFDictionaryRef)strings;
+}
+
+CFStringRef stringValue(CFDictionaryRef dictionary, CFStringRef key) {
+    const void* value = dictionary == nullptr ? nullptr : CFDictionaryGetValue(dictionary, key);
+    const bool isString = value != nullptr && CFGetTypeID(value) == CFStringGetTypeID();
+    return isString ? static_cast<CFStringRef>(value) : nullptr;
+}
+
+}  // namespace portability
