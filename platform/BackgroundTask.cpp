@@ -1,0 +1,58 @@
+#include "platform/BackgroundTask.h"
+
+#include <exception>
+#include <memory>
+
+#include "platform/SynchronizationFactory.h"
+#include "platform/SystemException.h"
+#include "platform/Tasks.h"
+
+namespace dovrel {
+
+namespace {
+
+// What the two threads share. The waiting thread owns it, and takes it away as soon as the event is
+// signalled.
+struct WorkRecord {
+    const std::function<void()>& work;
+    const bool dropsFailures;
+    std::unique_ptr<SynchronizationEvent> done;
+    std::unique_ptr<CPPException> failure;
+    std::exception_ptr stranger;  // thrown by the work, but not of the library's family
+};
+
+OSStatus runRecord(void* parameter) {
+    WorkRecord& record = *static_cast<WorkRecord*>(parameter);
+    try {
+        record.work();
+    } catch (CPPException* caught) {
+        std::unique_ptr<CPPException> failure(caught);
+        if (!record.dropsFailures) record.failure = std::move(failure);
+    } catch (...) {
+        // Nothing may leave a task's entry.
+        record.stranger = std::current_exception();
+    }
+    record.done->signal();
+    return noErr;
+}
+
+void runAndWait(const std::function<void()>& work, bool dropsFailures) {
+    WorkRecord record{work, dropsFailures, createSynchronizationEvent(true, false), nullptr, nullptr};
+    const OSStatus status = startTask(runRecord, &record);
+    if (status != noErr) throw new SystemException("runInBackground", static_cast<int32_t>(status));
+    record.done->wait(kWaitForever);
+    if (record.failure) throw record.failure.release();
+    if (record.stranger) std::rethrow_exception(record.stranger);
+}
+
+}  // namespace
+
+void runInBackground(const std::function<void()>& work) {
+    runAndWait(work, false);
+}
+
+void runInBackgroundDroppingFailures(const std::function<void()>& work) {
+    runAndWait(work, true);
+}
+
+}  // namespace dovrel

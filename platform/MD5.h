@@ -1,0 +1,30 @@
+// MD5: the message digest of RFC 1321. Long broken as a protection; here it only mixes and identifies.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace dovrel {
+
+class MD5 {
+  public:
+    using Digest = std::array<uint8_t, 16>;
+
+    /// Adds bytes to the message; `bytes` may be null when `length` is 0.
+    void update(const void* bytes, size_t length);
+
+    /// The digest of the message so far, which can go on afterwards.
+    Digest digest() const;
+
+  private:
+    static constexpr size_t kBlockSize = 64;
+
+    void absorb(const uint8_t* block);
+
+    std::array<uint32_t, 4> chain_{0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476};
+    uint64_t bitCount_ = 0;
+    std::array<uint8_t, kBlockSize> buffer_{};  // the bytes behind the last whole block
+};
+
+}  // namespace dovrel

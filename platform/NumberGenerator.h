@@ -1,0 +1,52 @@
+// NumberGenerator: the Mersenne Twister MT19937 in its form of 1998.
+//
+// There is one state for the whole process, and every construction seeds it anew. It can be used without any
+// object; if nothing seeded it, it seeds itself with 4357. Not guarded, one thread at a time. Not for
+// secrets.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace dovrel {
+
+class NumberGenerator {
+  public:
+    /// Seeds the state from `argument`, the calendar time and an arbitrary word.
+    explicit NumberGenerator(uint32_t argument);
+    virtual ~NumberGenerator() = default;
+
+    /// Seeds the state; with 0 every output is 0.
+    static void seed(uint32_t value);
+
+    /// The next 32 random bits.
+    static uint32_t next() {
+        if (index_ >= kWords) regenerate();
+        return temper(words_[index_++]);
+    }
+
+    /// A number from 1000 to 100998.
+    static uint32_t nextNumber() { return next() % 99999 + 1000; }
+
+    /// The seed of a construction at `seconds` of calendar time with the arbitrary word `word`; never 0.
+    static uint32_t seedOfConstruction(uint32_t argument, int64_t seconds, uint64_t word);
+
+  private:
+    static constexpr size_t kWords = 624;
+    static constexpr size_t kNeverSeeded = kWords + 1;
+
+    static void regenerate();
+
+    static uint32_t temper(uint32_t y) {
+        y ^= y >> 11;
+        y ^= y << 7 & 0x9D2C5680;
+        y ^= y << 15 & 0xEFC60000;
+        return y ^ y >> 18;
+    }
+
+    static std::array<uint32_t, kWords> words_;
+    static size_t index_;  // of the next word; kWords when all are used
+};
+
+}  // namespace dovrel
