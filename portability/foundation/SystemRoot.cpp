@@ -16,7 +16,7 @@ bool isAtOrBelow(std::string_view path, std::string_view folder) {
            (path.size() == folder.size() || path[folder.size()] == '/');
 }
 
-bool isInFixedPlace(std::string_view path) {
+bool isPlatformPlace(std::string_view path) {
     for (std::string_view place : kFixedPlaces) {
         if (isAtOrBelow(path, place)) {
             return true;
@@ -57,7 +57,7 @@ std::string inSystemRoot(const std::string& path) {
         return path;
     }
     const std::string_view place = std::string_view(path).substr(name - 1);
-    if (!isInFixedPlace(place)) {
+    if (!isPlatformPlace(place)) {
         return path;
     }
     const std::string root = systemRoot();
@@ -65,6 +65,14 @@ std::string inSystemRoot(const std::string& path) {
         return path;
     }
     return root + std::string(place);
+}
+
+bool isInFixedPlace(const std::string& path) {
+    const std::string root = systemRoot();
+    if (root == "/") {
+        return isPlatformPlace(path);
+    }
+    return isAtOrBelow(path, root) && isPlatformPlace(std::string_view(path).substr(root.size()));
 }
 
 }  // namespace portability

@@ -18,7 +18,10 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/Languages.cpp
     ${CMAKE_CURRENT_LIST_DIR}/PackedVersion.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Paths.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ProcessTable.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/Processes.cpp
     ${CMAKE_CURRENT_LIST_DIR}/PropertyList.mm
+    ${CMAKE_CURRENT_LIST_DIR}/Sysctl.cpp
     ${CMAKE_CURRENT_LIST_DIR}/SystemRoot.cpp
     ${CMAKE_CURRENT_LIST_DIR}/TextEncoding.cpp
     ${CMAKE_CURRENT_LIST_DIR}/XmlPropertyList.cpp)

@@ -1,0 +1,37 @@
+// The processes of this system, from /proc. Private to the layer.
+//
+// Nothing here is kept: a process may end, and its number be given again, at any time.
+#pragma once
+
+#include <CoreServices/MacTypes.h>
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace portability {
+
+/// A live process.
+struct Process {
+    pid_t id;
+    pid_t parent;
+    pid_t group;
+    uid_t user;        ///< whose rights it has
+    char state;        ///< the system's letter: R runs, S sleeps, T is stopped …
+    UInt64 startTime;  ///< in clock ticks since the system's start; with the id it tells processes apart
+    std::string file;  ///< path of the program if it may be known, else what the process says of itself
+    std::string name;  ///< the file's name, whole
+};
+
+/// The process with that id; nothing when there is none, or only what is left of one that has ended.
+std::optional<Process> findProcess(pid_t id);
+
+/// All live processes that concern the current system root: a program inside an application bundle only if
+/// the bundle lies in one of the root's fixed places, every other program always.
+std::vector<Process> listProcesses();
+
+/// How many processes there are, ended ones and those of other roots included.
+std::size_t countProcesses();
+
+}  // namespace portability
