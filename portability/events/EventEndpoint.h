@@ -7,8 +7,12 @@
 #pragma once
 
 #include <CoreServices/MacTypes.h>
+#include <sys/types.h>
 
 #include <string>
+
+#include "events/Deadline.h"
+#include "events/FileDescriptor.h"
 
 namespace portability {
 
@@ -30,8 +34,9 @@ class EndpointClaim {
     /// Tries to become the owner of the endpoint of `signature` under the current system root. Never waits.
     static Outcome claim(OSType signature, EndpointClaim& result);
 
-    /// Takes over the descriptors that a launcher handed to this process, if it did (see
-    /// inheritedDescriptors); removes their announcement from the environment. False when there are none.
+    /// Takes over the descriptors that a launcher handed to this process for that signature, and removes
+    /// their announcement from the environment. False when there are none, or when they are not what they
+    /// should be.
     static bool adoptInherited(OSType signature, EndpointClaim& result);
 
     int listenDescriptor() const { return listen_; }
@@ -46,9 +51,21 @@ class EndpointClaim {
     int lock_ = -1;
 };
 
+enum class Connecting {
+    connected,
+    timedOut,  ///< the owner lives but has accepted nobody for so long that no more clients fit in its queue
+    failed     ///< no live process of this user owns the endpoint
+};
+
 /// Connects to the endpoint of `signature` under the current system root and checks that the peer is the same
-/// user. Answers a connected, close-on-exec descriptor that the caller closes, or -1 when no live process
-/// owns the endpoint.
+/// user. The connection is close-on-exec. Signals do not end the wait.
+Connecting connectToEndpoint(OSType signature, const Deadline& deadline, FileDescriptor& connection);
+
+/// The same with the platform's default time-out. Answers a descriptor that the caller closes, or -1.
 int connectToEndpoint(OSType signature);
+
+/// Whether the process at the other end of a connected socket runs under our user id; `peer` is its process
+/// id.
+bool isOwnUser(int connected, pid_t& peer);
 
 }  // namespace portability

@@ -1,6 +1,8 @@
 // The application event loop as the rest of the layer sees it. Private to the layer.
 #pragma once
 
+#include "events/EventEndpoint.h"
+
 namespace portability {
 
 /// Runs `function(parameter)` on the thread that is inside RunApplicationEventLoop, between two events, and
@@ -8,5 +10,9 @@ namespace portability {
 /// False, without having run it and with `result` left alone, when no loop runs or when the loop ends before
 /// its turn comes. Any thread; `function` must not throw.
 bool runOnEventLoop(void* (*function)(void*), void* parameter, void** result);
+
+/// RunApplicationEventLoop with an endpoint that the caller has claimed: serves it on this thread until
+/// QuitApplicationEventLoop, and gives it up. Returns at once while a loop runs already.
+void runEventLoop(EndpointClaim claim);
 
 }  // namespace portability

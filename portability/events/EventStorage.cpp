@@ -3,6 +3,7 @@
 #include <CoreServices/MacErrors.h>
 
 #include <cstring>
+#include <new>
 
 namespace portability {
 
@@ -23,9 +24,21 @@ void setComputed(EventValue& value, DescType type, Number number) {
 
 }  // namespace
 
-EventStorage::EventStorage(const uint8_t* image, size_t size, std::shared_ptr<const void> keeper,
-                           const Delivery& delivery)
-    : image_(image, size, std::move(keeper)), delivery_(delivery), delivered_(true) {}
+EventStorage::EventStorage(const uint8_t* image, size_t size, std::shared_ptr<const void> keeper)
+    : image_(image, size, std::move(keeper)) {}
+
+std::unique_ptr<EventStorage> EventStorage::copyOf(const uint8_t* image, size_t size) {
+    auto copy = std::make_unique<EventStorage>();
+    uint8_t* place = copy->image_.append(size);
+    if (place == nullptr) throw std::bad_alloc();
+    if (size != 0) std::memcpy(place, image, size);
+    return copy;
+}
+
+void EventStorage::setDelivery(const Delivery& delivery) {
+    delivery_ = delivery;
+    delivered_ = true;
+}
 
 bool EventStorage::find(ItemKind kind, AEKeyword keyword, EventValue& value) const {
     if (kind == ItemKind::attribute && compute(keyword, value)) return true;

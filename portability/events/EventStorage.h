@@ -42,8 +42,13 @@ class EventStorage final : public DescriptorStorage {
     EventStorage() = default;
 
     /// An event that came in. Its image is whole (isWholeImage) and stays in place as ImageMemory says.
-    EventStorage(const uint8_t* image, size_t size, std::shared_ptr<const void> keeper,
-                 const Delivery& delivery);
+    EventStorage(const uint8_t* image, size_t size, std::shared_ptr<const void> keeper);
+
+    /// Copies an image that is whole; throws std::bad_alloc.
+    static std::unique_ptr<EventStorage> copyOf(const uint8_t* image, size_t size);
+
+    /// Makes the facts of its delivery attributes of the event.
+    void setDelivery(const Delivery& delivery);
 
     const ImageMemory& image() const { return image_; }
 

@@ -1,11 +1,26 @@
 target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/AEDataModel.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/AEInteraction.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/AEMach.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/AppleEvents.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Coercion.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ConnectionPool.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Deadline.cpp
     ${CMAKE_CURRENT_LIST_DIR}/DescriptorStorage.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/EndpointFolder.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/EventChannel.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/EventConnection.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/EventDispatch.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/EventEndpoint.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/EventFrame.cpp
     ${CMAKE_CURRENT_LIST_DIR}/EventImage.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/EventLoop.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/EventSender.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/EventServer.cpp
     ${CMAKE_CURRENT_LIST_DIR}/EventStorage.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/HandlerTable.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ImageMemory.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/OwnSignature.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ReceivedBlock.cpp
     ${CMAKE_CURRENT_LIST_DIR}/SharedBlock.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Spin.cpp)

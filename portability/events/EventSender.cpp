@@ -1,0 +1,168 @@
+#include "events/EventSender.h"
+
+#include <ApplicationServices/Processes.h>
+#include <CoreServices/AppleEvents.h>
+#include <CoreServices/MacErrors.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <new>
+
+#include "events/ConnectionPool.h"
+#include "events/ErrnoKeeper.h"
+#include "events/EventDispatch.h"
+#include "events/EventEndpoint.h"
+#include "events/EventStorage.h"
+
+namespace portability {
+
+namespace {
+
+constexpr AESendMode kReplyModeMask = 0x03;
+
+// Where an address leads.
+struct Target {
+    enum class Kind { endpoint, thisProcess, nobody, unknown };
+    Kind kind;
+    OSType signature = 0;
+};
+
+template <class Value>
+bool readValue(const ImageItem& address, Value& value) {
+    if (address.header.size < sizeof value) return false;
+    std::memcpy(&value, address.data, sizeof value);
+    return true;
+}
+
+Target processTarget(bool readable, pid_t process) {
+    return {readable && process == getpid() ? Target::Kind::thisProcess : Target::Kind::nobody};
+}
+
+Target findTarget(const EventStorage& event) {
+    ImageItem address;
+    if (!findItem(event.image().data(), event.image().size(), ItemKind::attribute, keyAddressAttr, address)) {
+        return {Target::Kind::unknown};
+    }
+    OSType signature = 0;
+    pid_t process = 0;
+    ProcessSerialNumber number;
+    switch (address.header.type) {
+        case typeApplSignature:
+            // The signature is the first four bytes, whatever follows.
+            if (!readValue(address, signature)) return {Target::Kind::nobody};
+            return {Target::Kind::endpoint, signature};
+        case typeKernelProcessID:
+            return processTarget(readValue(address, process), process);
+        case typeProcessSerialNumber:
+            return processTarget(readValue(address, number) && GetProcessPID(&number, &process) == noErr,
+                                 process);
+        default:
+            return {Target::Kind::unknown};
+    }
+}
+
+OSStatus sendToThisProcess(const EventStorage& event, const EventRequest& request, bool wantsReply,
+                           EventReply& reply) {
+    // The handler gets a view of its own: what it reads leaves no marks in the sender's event.
+    EventStorage received(event.image().data(), event.image().size(), nullptr);
+    received.setDelivery({getpid(), kAEDirectCall, request.mode, request.timeOutInTicks});
+    if (wantsReply) {
+        reply.event = std::make_unique<EventStorage>();
+        if (prepareReply(received, *reply.event) != noErr) return memFullErr;
+    }
+    const OSErr result = dispatchEvent(received, reply.event.get());
+    if (!wantsReply) return noErr;
+    return result;
+}
+
+OSStatus statusOf(EventConnection::Outcome outcome, const EventReply& reply) {
+    switch (outcome) {
+        case EventConnection::Outcome::done:
+            return reply.result;
+        case EventConnection::Outcome::timedOut:
+            return errAETimeout;
+        case EventConnection::Outcome::cancelled:
+            return errAEWaitCanceled;
+        case EventConnection::Outcome::noMemory:
+            return memFullErr;
+        case EventConnection::Outcome::notSent:
+        case EventConnection::Outcome::lost:
+            break;
+    }
+    return connectionInvalid;
+}
+
+bool isUsable(EventConnection::Outcome outcome) {
+    return outcome != EventConnection::Outcome::notSent && outcome != EventConnection::Outcome::lost;
+}
+
+OSStatus sendToEndpoint(OSType signature, const EventRequest& request, bool wantsReply, EventReply& reply) {
+    for (;;) {
+        std::unique_ptr<KeptConnection> kept = takeKeptConnection(signature);
+        const bool isFresh = kept == nullptr;
+        if (isFresh) {
+            FileDescriptor socket;
+            const Connecting connecting = connectToEndpoint(signature, request.deadline, socket);
+            if (connecting == Connecting::timedOut) return errAETimeout;
+            if (connecting == Connecting::failed) return procNotFound;
+            kept = std::make_unique<KeptConnection>(signature, std::move(socket));
+        }
+        EventConnection& connection = kept->connection;
+        const EventConnection::Outcome outcome =
+            wantsReply ? connection.exchange(request, reply) : connection.post(request);
+        if (isUsable(outcome)) keepConnection(std::move(kept));
+        // A kept connection whose other end has gone says nothing about who is there now.
+        if (outcome == EventConnection::Outcome::notSent && !isFresh) continue;
+        return statusOf(outcome, reply);
+    }
+}
+
+OSStatus sendToTarget(const EventStorage& event, const EventRequest& request, EventReply& reply) {
+    const AESendMode replyMode = request.mode & kReplyModeMask;
+    if (replyMode != kAENoReply && replyMode != kAEWaitReply) return errAEUnknownSendMode;
+    const bool wantsReply = replyMode == kAEWaitReply;
+    const Target target = findTarget(event);
+    switch (target.kind) {
+        case Target::Kind::endpoint:
+            return sendToEndpoint(target.signature, request, wantsReply, reply);
+        case Target::Kind::thisProcess:
+            return sendToThisProcess(event, request, wantsReply, reply);
+        case Target::Kind::nobody:
+            return procNotFound;
+        case Target::Kind::unknown:
+            break;
+    }
+    return errAEUnknownAddressType;
+}
+
+SInt32 asSInt32(long number) {
+    return static_cast<SInt32>(std::clamp<int64_t>(number, std::numeric_limits<int32_t>::min(),
+                                                   std::numeric_limits<int32_t>::max()));
+}
+
+}  // namespace
+
+OSStatus sendEvent(const AppleEvent* event, AppleEvent* reply, AESendMode mode, long timeOutInTicks,
+                   IdleCaller* idle) {
+    const ErrnoKeeper errnoKeeper;
+    if (reply != nullptr) AEInitializeDesc(reply);
+    const EventStorage* storage = DescriptorStorage::eventOf(event);
+    if (storage == nullptr) return errAENotAEDesc;
+    const EventRequest request{storage->image(), mode, asSInt32(timeOutInTicks),
+                               Deadline::afterTicks(timeOutInTicks), idle};
+    EventReply received;
+    OSStatus status;
+    try {
+        status = sendToTarget(*storage, request, received);
+    } catch (const std::bad_alloc&) {
+        return memFullErr;
+    }
+    if (status != noErr || reply == nullptr || received.event == nullptr) return status;
+    reply->descriptorType = typeAppleEvent;
+    reply->dataHandle = received.event.release()->handle();
+    return status;
+}
+
+}  // namespace portability

@@ -1,0 +1,69 @@
+// The receiving side of an endpoint. Private to the layer.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <memory>
+#include <unordered_map>
+
+#include "events/EventChannel.h"
+#include "events/EventEndpoint.h"
+#include "events/FileDescriptor.h"
+#include "events/Spin.h"
+
+namespace portability {
+
+/// Accepts any number of senders at an endpoint and hands their events to the handlers one at a time, on the
+/// thread that calls it. No sender can hold up the others: nothing here waits for one of them, and one that
+/// does not take its replies loses its connection. Events of one sender are handled in the order in which it
+/// sent them; between senders they take turns.
+class EventServer {
+  public:
+    /// Without a claim it has no senders and only waits. `wakeDescriptor` stays the caller's.
+    EventServer(EndpointClaim claim, int wakeDescriptor);
+    EventServer(const EventServer&) = delete;
+    EventServer& operator=(const EventServer&) = delete;
+    ~EventServer();
+
+    /// False when the system had no descriptors left for it; it cannot be used then.
+    bool isReady() const { return ready_; }
+
+    /// Waits until an event has arrived or the wake descriptor can be read from, and handles at most one
+    /// event of each sender. True when the wake descriptor can be read from. After an event it first looks
+    /// for the next one without going to sleep; the wake descriptor can then go unnoticed for as long as Spin
+    /// says.
+    bool serve();
+
+  private:
+    struct Sender {
+        Sender(FileDescriptor socket, pid_t itsProcess) : channel(std::move(socket)), process(itsProcess) {}
+        EventChannel channel;
+        const pid_t process;
+    };
+
+    struct Round {
+        bool woken = false;
+        bool handled = false;
+    };
+
+    bool watch(int descriptor);
+    Round spinForNext();
+    Round handleReady(int timeoutMilliseconds);
+    void acceptSenders();
+    void refuseSender();
+    bool handleOneOf(int descriptor);
+    bool answer(Sender& sender, const ReceivedFrame& frame);
+
+    EndpointClaim claim_;
+    const int wake_;
+    FileDescriptor epoll_;
+    FileDescriptor spare_;  // given up for a moment to refuse a sender when descriptors have run out
+    bool ready_ = false;
+    std::unordered_map<int, std::unique_ptr<Sender>> senders_;
+    int latest_ = -1;  // the sender whose event was handled last, if it is still here
+    int streak_ = 0;   // events handled since all senders had a turn
+    FrameBuffer buffer_;
+};
+
+}  // namespace portability
