@@ -1,1 +1,102 @@
 #include "settings/MultiLanguageSupport.h"
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <memory>
+#include <mutex>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "client/exceptions/CPPException.h"
+#include "platform/CFObject.h"
+#include "platform/Places.h"
+#include "settings/ConfigFileSystem.h"
+#include "settings/Properties.h"
+#include "settings/ReplaceAll.h"
+#include "settings/TextsLocation.h"
+
+namespace dovrel {
+
+namespace {
+
+constexpr char kMnemonicMark = '_';
+constexpr std::string_view kLineBreakMark = "SDNL";
+constexpr std::string_view kCarriageReturn = "\r";
+
+struct Texts {
+    std::mutex lock;
+    Properties current;
+    bool loaded = false;
+};
+
+Texts& texts() {
+    static Texts instance;
+    return instance;
+}
+
+std::string languageWithTexts(const std::string& language) {
+    const bool hasNone =
+        language == kLanguageSpanish || language == kLanguageItalian || language == kLanguageJapanese;
+    return hasNone ? kLanguageEnglish : language;
+}
+
+std::vector<Properties> readLanguageSections(const std::string& path) {
+    try {
+        return ConfigFileSystem::readSections(ConfigFileSystem::readText(path), kLanguageSectionKey);
+    } catch (CPPException* caught) {
+        // A client without texts still works, only silently; a failure here would keep it from starting at
+        // all.
+        const std::unique_ptr<CPPException> failure(caught);
+        return {};
+    }
+}
+
+Properties sectionOfLanguage(std::vector<Properties> sections, const std::string& language) {
+    for (Properties& section : sections) {
+        std::string name;
+        if (section.findString(kLanguageSectionKey, name) && name == language) return std::move(section);
+    }
+    return Properties();
+}
+
+std::string shown(std::string text) {
+    const size_t mnemonic = text.find(kMnemonicMark);
+    if (mnemonic != std::string::npos) text.erase(mnemonic, 1);
+    return replaceAll(text, kLineBreakMark, kCarriageReturn);
+}
+
+}  // namespace
+
+std::string MultiLanguageSupport::detectLanguage() {
+    const CFObject<CFPropertyListRef> preference(
+        CFPreferencesCopyValue(CFSTR("AppleLanguages"), kCFPreferencesAnyApplication,
+                               kCFPreferencesCurrentUser, kCFPreferencesAnyHost));
+    return languageOfPreference(preference.get());
+}
+
+void MultiLanguageSupport::initialize(const std::string& language) {
+    const std::string wanted = languageWithTexts(language.empty() ? detectLanguage() : language);
+    std::vector<Properties> sections = readLanguageSections(textsFilePath(places::kInstallFolder));
+    const bool loaded = !sections.empty();
+    Properties section = sectionOfLanguage(std::move(sections), wanted);
+
+    const std::lock_guard<std::mutex> guard(texts().lock);
+    texts().current = std::move(section);
+    texts().loaded = loaded;
+}
+
+std::string MultiLanguageSupport::getText(const char* key) {
+    if (key == nullptr) return std::string();
+    std::string text;
+    const std::lock_guard<std::mutex> guard(texts().lock);
+    if (!texts().current.findString(key, text)) return std::string();
+    return shown(std::move(text));
+}
+
+bool MultiLanguageSupport::isLoaded() {
+    const std::lock_guard<std::mutex> guard(texts().lock);
+    return texts().loaded;
+}
+
+}  // namespace dovrel

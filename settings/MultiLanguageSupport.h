@@ -24,8 +24,8 @@ class MultiLanguageSupport {
   public:
     MultiLanguageSupport() = delete;
 
-    /// The name of the language that the user prefers: the first entry of the system preference
-    /// "AppleLanguages", matched as languageOfPreference does; kLanguageEnglish where there is no such entry.
+    /// The name of the language that the user prefers: that of the first entry of the system preference
+    /// "AppleLanguages" where it is one that the library knows, kLanguageEnglish otherwise.
     static std::string detectLanguage();
 
     /// Loads the texts of `language`, or of detectLanguage() when it is empty, in place of those that were

@@ -1,0 +1,75 @@
+#include "settings/ConfigFileSystem.h"
+
+#include <cstdio>
+#include <optional>
+
+#include "client/exceptions/CPPException.h"
+#include "platform/FileUtilities.h"
+#include "settings/EncipheredText.h"
+#include "settings/EntryReader.h"
+#include "settings/LineGrammar.h"
+#include "settings/PropertiesStringObj.h"
+
+namespace dovrel {
+
+namespace {
+
+constexpr std::string_view kVersionLine = "//version";
+
+void skipVersionEntry(PropertiesStringObj& cursor) {
+    PropertiesStringObj ahead = cursor;
+    if (ahead.takeLine() != kVersionLine) return;
+    cursor = ahead;
+    const std::string_view next = ahead.takeLine();
+    if (!startsAsKeyLine(next) && isValueLine(next)) cursor = ahead;
+}
+
+void closeSection(Properties& section, std::vector<Properties>& sections) {
+    if (section.size() != 0) sections.push_back(std::move(section));
+    section = Properties();
+}
+
+}  // namespace
+
+std::string ConfigFileSystem::readText(const std::string& path) {
+    std::string content = readWholeFile(path, false);
+    if (!isEnciphered(content)) return content;
+
+    std::optional<std::string> text = decipher(content);
+    if (!text) throw new CPPException(("Could not decipher file: " + path).c_str());
+    return *std::move(text);
+}
+
+std::vector<Properties> ConfigFileSystem::readSections(std::string_view text, const std::string& sectionKey) {
+    PropertiesStringObj cursor(text);
+    skipVersionEntry(cursor);
+
+    std::vector<Properties> sections;
+    Properties section;
+    EntryReader reader(cursor, KeyLineRule::kTwoSlashes);
+    for (EntryReader::Step step = reader.next(); step != EntryReader::Step::kEnd; step = reader.next()) {
+        if (step == EntryReader::Step::kValue) {
+            section.addParsed(reader.key(), reader.type(), reader.value());
+        } else if (reader.key() == sectionKey) {
+            closeSection(section, sections);
+        }
+    }
+    closeSection(section, sections);
+    return sections;
+}
+
+bool ConfigFileSystem::writeProperties(const std::string& path, const Properties& store) {
+    std::string text;
+    store.save(text);
+    return writeWholeFile(path, text);
+}
+
+bool ConfigFileSystem::writeEnciphered(const std::string& path, std::string_view text) {
+    return writeWholeFile(path, encipher(text));
+}
+
+void ConfigFileSystem::removeFile(const std::string& path) {
+    std::remove(path.c_str());
+}
+
+}  // namespace dovrel

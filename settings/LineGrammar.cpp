@@ -1,0 +1,158 @@
+#include "settings/LineGrammar.h"
+
+#include <array>
+#include <charconv>
+#include <limits>
+
+#include "settings/ReplaceAll.h"
+
+namespace dovrel {
+
+namespace {
+
+constexpr uint8_t kNoHexDigit = 0xFF;
+
+constexpr std::array<uint8_t, 256> makeHexDigitValues() {
+    std::array<uint8_t, 256> values{};
+    for (size_t i = 0; i < values.size(); ++i)
+        values[i] = kNoHexDigit;
+    for (uint8_t i = 0; i < 10; ++i)
+        values[static_cast<size_t>('0') + i] = i;
+    for (uint8_t i = 0; i < 6; ++i) {
+        values[static_cast<size_t>('A') + i] = static_cast<uint8_t>(10 + i);
+        values[static_cast<size_t>('a') + i] = static_cast<uint8_t>(10 + i);
+    }
+    return values;
+}
+
+constexpr std::array<uint8_t, 256> kHexDigitValues = makeHexDigitValues();
+
+bool isBlankOrTab(char c) {
+    return c == ' ' || c == '\t';
+}
+
+// The white space of the C locale, whatever locale the host has set.
+bool isWhiteSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+bool containsTypeWord(std::string_view line, std::string_view word) {
+    for (size_t at = line.find(word); at != std::string_view::npos; at = line.find(word, at + 1)) {
+        const size_t end = at + word.size();
+        if (end < line.size() && line[end] == kTypeWordEnd) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+std::string_view trimmed(std::string_view line) {
+    while (!line.empty() && isBlankOrTab(line.front()))
+        line.remove_prefix(1);
+    while (!line.empty() && isBlankOrTab(line.back()))
+        line.remove_suffix(1);
+    return line;
+}
+
+bool startsAsKeyLine(std::string_view line) {
+    return !line.empty() && line.front() == kKeyLineMark.front();
+}
+
+std::string_view keyOfKeyLine(std::string_view line) {
+    return line.substr(line.size() < kKeyLineMark.size() ? line.size() : kKeyLineMark.size());
+}
+
+bool isValueLine(std::string_view line) {
+    // Nearly every value line begins with its type word, and then nothing needs to be searched for.
+    if (typeOfValueLine(line) != PropertyType::kUnknown) return true;
+    return containsTypeWord(line, kIntegerWord) || containsTypeWord(line, kStringWord) ||
+           containsTypeWord(line, kBinaryWord);
+}
+
+PropertyType typeOfValueLine(std::string_view line) {
+    const size_t end = line.find(kTypeWordEnd);
+    if (end == std::string_view::npos) return PropertyType::kUnknown;
+    const std::string_view word = line.substr(0, end);
+    if (word == kIntegerWord) return PropertyType::kInteger;
+    if (word == kStringWord) return PropertyType::kString;
+    if (word == kBinaryWord) return PropertyType::kBinary;
+    return PropertyType::kUnknown;
+}
+
+std::string_view valueOfValueLine(std::string_view line) {
+    const size_t end = line.find(kTypeWordEnd);
+    return end == std::string_view::npos ? std::string_view() : line.substr(end + 1);
+}
+
+void appendKeyLine(std::string& output, std::string_view key) {
+    output += kKeyLineMark;
+    appendLine(output, key);
+}
+
+void appendLine(std::string& output, std::string_view line) {
+    output += line;
+    output += kLineFeed;
+}
+
+void appendDecimal(std::string& output, int32_t value) {
+    std::array<char, std::numeric_limits<int32_t>::digits10 + 3> digits;
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+    output.append(digits.data(), end);
+}
+
+void appendIntEntry(std::string& output, std::string_view key, int32_t value) {
+    appendKeyLine(output, key);
+    (output += kIntegerWord) += kTypeWordEnd;
+    appendDecimal(output, value);
+    output += kLineFeed;
+}
+
+void appendStringEntry(std::string& output, std::string_view key, std::string_view value) {
+    appendKeyLine(output, key);
+    (output += kStringWord) += kTypeWordEnd;
+    appendLine(output, value);
+}
+
+int32_t leadingInteger(std::string_view text) {
+    while (!text.empty() && isWhiteSpace(text.front()))
+        text.remove_prefix(1);
+    const bool negative = !text.empty() && text.front() == '-';
+    if (negative || (!text.empty() && text.front() == '+')) text.remove_prefix(1);
+
+    const int64_t limit = negative ? -static_cast<int64_t>(std::numeric_limits<int32_t>::min())
+                                   : std::numeric_limits<int32_t>::max();
+    int64_t value = 0;
+    for (; !text.empty() && text.front() >= '0' && text.front() <= '9' && value < limit;
+         text.remove_prefix(1)) {
+        value = value * 10 + (text.front() - '0');
+    }
+    if (value > limit) value = limit;
+    return static_cast<int32_t>(negative ? -value : value);
+}
+
+std::string bytesOfHexText(std::string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size() / 2);
+    uint8_t first = kNoHexDigit;
+    for (const char c : text) {
+        const uint8_t digit = kHexDigitValues[static_cast<uint8_t>(c)];
+        if (digit == kNoHexDigit) continue;
+        if (first == kNoHexDigit) {
+            first = digit;
+            continue;
+        }
+        bytes += static_cast<char>(first << 4 | digit);
+        first = kNoHexDigit;
+    }
+    return bytes;
+}
+
+std::string escapeLineFeeds(std::string_view text) {
+    return replaceAll(text, std::string_view(&kLineFeed, 1), kEscapedLineFeed);
+}
+
+std::string restoreLineFeeds(std::string_view text) {
+    return replaceAll(text, kEscapedLineFeed, std::string_view(&kLineFeed, 1));
+}
+
+}  // namespace dovrel

@@ -1,0 +1,41 @@
+#include "settings/LogFileWriter.h"
+
+#include <string_view>
+
+#include "platform/TextConversions.h"
+#include "settings/LineGrammar.h"
+#include "settings/PropertyValue.h"
+
+namespace dovrel {
+
+void LogFileWriter::writeTitle(const std::string& title) {
+    appendKeyLine(output_, title);
+}
+
+void LogFileWriter::writeInt(const std::string& key, int32_t value) {
+    appendIntEntry(output_, key, value);
+}
+
+void LogFileWriter::writeString(const std::string& key, const std::string& value) {
+    appendStringEntry(output_, key, escapeLineFeeds(value));
+}
+
+void LogFileWriter::writeBinary(const std::string& key, const void* bytes, uint32_t length) {
+    writeBinary(key, PropertyValue(bytes, length).binaryValue);
+}
+
+void LogFileWriter::writeBinary(const std::string& key, const CPPByteArray& value) {
+    constexpr size_t kDigitsPerLine = 2 * kBytesPerLine;
+    const std::string digits = bytesToHexText(value);
+    std::string_view rest = digits;
+
+    appendKeyLine(output_, key);
+    (output_ += kBinaryWord) += kTypeWordEnd;
+    do {
+        const std::string_view line = rest.substr(0, kDigitsPerLine);
+        appendLine(output_, line);
+        rest.remove_prefix(line.size());
+    } while (!rest.empty());
+}
+
+}  // namespace dovrel

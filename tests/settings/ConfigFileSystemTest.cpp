@@ -1,0 +1,238 @@
+#include "settings/ConfigFileSystem.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <filesystem>
+#include <string>
+
+#include "settings/EncipheredText.h"
+#include "tests/settings/Failures.h"
+#include "tests/settings/TemporaryFolder.h"
+
+using namespace std::string_literals;
+
+namespace dovrel {
+namespace {
+
+using test::failureOf;
+using test::TemporaryFolder;
+
+// All sections in their text form, one after the other, "--" in front of each.
+std::string sectionsOf(std::string_view text, const std::string& sectionKey = "LANGUAGE") {
+    std::string result;
+    for (const Properties& section : ConfigFileSystem::readSections(text, sectionKey)) {
+        result += "--\n";
+        section.save(result);
+    }
+    return result;
+}
+
+TEST(ConfigFileSystem, ReadText_PlainFile_IsItsContentWithItsLineEnds) {
+    const TemporaryFolder folder;
+    folder.write("file", "//a\r\nSTR:x\r//b\n");
+    EXPECT_EQ(ConfigFileSystem::readText(folder.path("file")), "//a\r\nSTR:x\r//b\n");
+}
+
+TEST(ConfigFileSystem, ReadText_NulByte_EndsTheText) {
+    const TemporaryFolder folder;
+    folder.write("file", "//a\nSTR:x\0y\n"s);
+    EXPECT_EQ(ConfigFileSystem::readText(folder.path("file")), "//a\nSTR:x");
+}
+
+TEST(ConfigFileSystem, ReadText_EmptyFile_IsEmpty) {
+    const TemporaryFolder folder;
+    folder.write("file", "");
+    EXPECT_EQ(ConfigFileSystem::readText(folder.path("file")), "");
+}
+
+TEST(ConfigFileSystem, ReadText_NoSuchFile_ThrowsAMessageThatNamesThePath) {
+    const TemporaryFolder folder;
+    const std::string path = folder.path("missing");
+    EXPECT_EQ(failureOf([&] { ConfigFileSystem::readText(path); }),
+              "Could not open file for reading: " + path);
+}
+
+TEST(ConfigFileSystem, ReadText_Folder_ThrowsAMessageThatNamesThePath) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(failureOf([&] { ConfigFileSystem::readText(folder.path()); }),
+              "Could not open file for reading: " + folder.path());
+}
+
+TEST(ConfigFileSystem, ReadText_EncipheredFile_IsThePlainText) {
+    const TemporaryFolder folder;
+    folder.write("file", encipher("//a\nSTR:x\n"));
+    EXPECT_EQ(ConfigFileSystem::readText(folder.path("file")), "//a\nSTR:x\n");
+}
+
+TEST(ConfigFileSystem, ReadText_FileThatOnlyBeginsAsAnEncipheredOne_ThrowsAMessageThatNamesThePath) {
+    const TemporaryFolder folder;
+    const std::string path = folder.path("file");
+    const std::string whole = encipher("text");
+    for (const std::string& content : {"ENC"s, "ENC and words"s, "ENC\n"s, whole + "!", whole.substr(0, 8)}) {
+        folder.write("file", content);
+        EXPECT_EQ(failureOf([&] { ConfigFileSystem::readText(path); }), "Could not decipher file: " + path);
+    }
+}
+
+TEST(ConfigFileSystem, ReadSections_VersionEntry_ParsesAsWithoutIt) {
+    const std::string text = "//LANGUAGE\nSTR:English\n//a\nSTR:x\n";
+    const std::string expected = "--\n//LANGUAGE\nSTR:English\n//a\nSTR:x\n";
+    EXPECT_EQ(sectionsOf(text), expected);
+    EXPECT_EQ(sectionsOf("//version\nINT:3\n" + text), expected);
+}
+
+TEST(ConfigFileSystem, ReadSections_VersionLineWithBlanksAndTab_IsRecognised) {
+    EXPECT_EQ(sectionsOf("  //version\t\nINT:3\n//a\nSTR:x\n"), "--\n//a\nSTR:x\n");
+}
+
+TEST(ConfigFileSystem, ReadSections_VersionLineWithoutAValueLine_IsSkippedAlone) {
+    EXPECT_EQ(sectionsOf("//version\n//a\nSTR:x\n"), "--\n//a\nSTR:x\n");
+    EXPECT_EQ(sectionsOf("//version\n//INT:\nSTR:x\n"), "--\n//INT:\nSTR:x\n");
+    EXPECT_EQ(sectionsOf("//version"), "");
+}
+
+TEST(ConfigFileSystem, ReadSections_VersionNotInTheFirstLineOrSpeltOtherwise_IsAnEntry) {
+    EXPECT_EQ(sectionsOf("\n//version\nINT:3\n"), "--\n//version\nINT:3\n");
+    EXPECT_EQ(sectionsOf("//Version\nINT:3\n"), "--\n//Version\nINT:3\n");
+    EXPECT_EQ(sectionsOf("//version\r\nINT:3\n"), "--\n//version\r\nINT:3\n");
+}
+
+TEST(ConfigFileSystem, ReadSections_TwoSectionKeys_SplitTheFileInTwo) {
+    EXPECT_EQ(sectionsOf("//LANGUAGE\nSTR:English\n//a\nSTR:x\n//LANGUAGE\nSTR:German\n//a\nSTR:y\n"),
+              "--\n//LANGUAGE\nSTR:English\n//a\nSTR:x\n--\n//LANGUAGE\nSTR:German\n//a\nSTR:y\n");
+}
+
+TEST(ConfigFileSystem, ReadSections_EntriesBeforeTheFirstSectionKey_AreASectionOfTheirOwn) {
+    EXPECT_EQ(sectionsOf("//a\nSTR:x\n//LANGUAGE\nSTR:English\n"),
+              "--\n//a\nSTR:x\n--\n//LANGUAGE\nSTR:English\n");
+}
+
+TEST(ConfigFileSystem, ReadSections_KeyRepeatedInASection_KeepsItsFirstValue) {
+    EXPECT_EQ(sectionsOf("//LANGUAGE\nSTR:English\n//a\nSTR:x\n//a\nSTR:y\n"),
+              "--\n//LANGUAGE\nSTR:English\n//a\nSTR:x\n");
+}
+
+TEST(ConfigFileSystem, ReadSections_SectionWithoutEntries_IsLeftOut) {
+    EXPECT_EQ(sectionsOf("//LANGUAGE\n//LANGUAGE\nSTR:English\n//LANGUAGE\n"),
+              "--\n//LANGUAGE\nSTR:English\n");
+}
+
+TEST(ConfigFileSystem, ReadSections_TextWithoutAnyEntry_IsAnEmptyList) {
+    EXPECT_EQ(sectionsOf(""), "");
+    EXPECT_EQ(sectionsOf("words\n\n//key\n"), "");
+}
+
+TEST(ConfigFileSystem, ReadSections_UnknownTypeWord_DropsThatEntryAndGoesOn) {
+    EXPECT_EQ(sectionsOf("//a\nTEXTSTR:x\n//b\nINT:1\n"), "--\n//b\nINT:1\n");
+}
+
+TEST(ConfigFileSystem, ReadSections_LineWithOneSlashOrNoise_IsDropped) {
+    EXPECT_EQ(sectionsOf("/x\n//a\nnoise\n/y\nSTR:x\nnoise\n"), "--\n//a\nSTR:x\n");
+}
+
+TEST(ConfigFileSystem, ReadSections_BinaryValueInSeveralLines_IsOneValue) {
+    EXPECT_EQ(sectionsOf("//a\nBAR:41\n42\n//LANGUAGE\nINT:1\n"),
+              "--\n//a\nBAR:4142\n--\n//LANGUAGE\nINT:1\n");
+}
+
+TEST(ConfigFileSystem, ReadSections_AMillionEntries_AreReadInOnePass) {
+    std::string text;
+    for (int i = 0; i < 500'000; ++i)
+        text += "//S\nINT:1\n//a\nINT:2\n";
+    EXPECT_EQ(ConfigFileSystem::readSections(text, "S").size(), 500'000u);
+}
+
+TEST(ConfigFileSystem, WriteProperties_CreatesAFileThatReadsBackEqual) {
+    const TemporaryFolder folder;
+    Properties store;
+    store.addString("a", "x");
+    store.addInt("b", 2);
+    EXPECT_TRUE(ConfigFileSystem::writeProperties(folder.path("file"), store));
+    EXPECT_EQ(folder.read("file"), "//a\nSTR:x\n//b\nINT:2\n");
+    EXPECT_EQ(sectionsOf(ConfigFileSystem::readText(folder.path("file"))), "--\n//a\nSTR:x\n//b\nINT:2\n");
+}
+
+TEST(ConfigFileSystem, WriteProperties_OverALongerFile_LeavesNothingOfIt) {
+    const TemporaryFolder folder;
+    folder.write("file", std::string(100, 'x'));
+    Properties store;
+    store.addInt("a", 1);
+    EXPECT_TRUE(ConfigFileSystem::writeProperties(folder.path("file"), store));
+    EXPECT_EQ(folder.read("file"), "//a\nINT:1\n");
+}
+
+TEST(ConfigFileSystem, Writers_OpenTheFileToAllUsers) {
+    const TemporaryFolder folder;
+    ASSERT_TRUE(ConfigFileSystem::writeProperties(folder.path("plain"), Properties()));
+    ASSERT_TRUE(ConfigFileSystem::writeEnciphered(folder.path("enciphered"), "text"));
+    for (const char* name : {"plain", "enciphered"}) {
+        struct stat status {};
+        ASSERT_EQ(stat(folder.path(name).c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777, 0777u) << name;
+    }
+}
+
+TEST(ConfigFileSystem, Writers_FileThatCannotBeOpened_AnswerFalse) {
+    const TemporaryFolder folder;
+    EXPECT_FALSE(ConfigFileSystem::writeProperties(folder.path("no folder/file"), Properties()));
+    EXPECT_FALSE(ConfigFileSystem::writeEnciphered(folder.path("no folder/file"), "text"));
+    EXPECT_FALSE(ConfigFileSystem::writeProperties(folder.path(), Properties()));
+}
+
+// While it lives, files cannot grow beyond a size, as on a disk that is full.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t bytes) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &oldLimit_);
+        rlimit limit = oldLimit_;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &oldLimit_);
+        std::signal(SIGXFSZ, oldHandler_);
+    }
+
+  private:
+    void (*oldHandler_)(int);
+    rlimit oldLimit_{};
+};
+
+TEST(ConfigFileSystem, Writers_NoRoomForTheWholeText_AnswerFalse) {
+    const TemporaryFolder folder;
+    Properties store;
+    store.addString("a", std::string(100'000, 'x'));
+    const FileSizeLimit limit(50'000);
+    EXPECT_FALSE(ConfigFileSystem::writeProperties(folder.path("plain"), store));
+    EXPECT_FALSE(ConfigFileSystem::writeEnciphered(folder.path("enciphered"), std::string(100'000, 'x')));
+}
+
+TEST(ConfigFileSystem, WriteEnciphered_HidesTheTextAndReadsBackEqual) {
+    const TemporaryFolder folder;
+    EXPECT_TRUE(ConfigFileSystem::writeEnciphered(folder.path("file"), "//a\nSTR:secret\n"));
+    const std::string stored = folder.read("file");
+    EXPECT_EQ(stored.substr(0, 3), "ENC");
+    EXPECT_EQ(stored.find("secret"), std::string::npos);
+    EXPECT_EQ(ConfigFileSystem::readText(folder.path("file")), "//a\nSTR:secret\n");
+}
+
+TEST(ConfigFileSystem, RemoveFile_IsGone) {
+    const TemporaryFolder folder;
+    folder.write("file", "x");
+    ConfigFileSystem::removeFile(folder.path("file"));
+    EXPECT_FALSE(std::filesystem::exists(folder.path("file")));
+}
+
+TEST(ConfigFileSystem, RemoveFile_NoSuchFile_IsIgnored) {
+    const TemporaryFolder folder;
+    ConfigFileSystem::removeFile(folder.path("missing"));
+    EXPECT_TRUE(std::filesystem::exists(folder.path()));
+}
+
+}  // namespace
+}  // namespace dovrel

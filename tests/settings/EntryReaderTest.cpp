@@ -1,0 +1,72 @@
+#include "settings/EntryReader.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace dovrel {
+namespace {
+
+// Every step as a line of text, so that a test shows all of them at once.
+std::vector<std::string> steps(std::string_view text, KeyLineRule rule = KeyLineRule::kOneSlash) {
+    PropertiesStringObj cursor(text);
+    EntryReader reader(cursor, rule);
+    std::vector<std::string> result;
+    for (EntryReader::Step step = reader.next(); step != EntryReader::Step::kEnd; step = reader.next()) {
+        std::string line = "key " + std::string(reader.key());
+        if (step == EntryReader::Step::kValue) {
+            line += " type " + std::to_string(static_cast<int>(reader.type()));
+            line += " value " + std::string(reader.value());
+        }
+        result.push_back(line);
+    }
+    return result;
+}
+
+using Steps = std::vector<std::string>;
+
+TEST(EntryReader, Next_KeyLineAndValueLine_AreTwoSteps) {
+    EXPECT_EQ(steps("//a\nINT:1\n"), (Steps{"key a", "key a type 0 value 1"}));
+}
+
+TEST(EntryReader, Next_LinesThatAreNeitherKeyNorValue_LetTheKeyWait) {
+    EXPECT_EQ(steps("noise\n//a\n\nnoise\nSTR:x\nnoise"), (Steps{"key a", "key a type 1 value x"}));
+}
+
+TEST(EntryReader, Next_SecondKeyLineBeforeTheValue_TakesThePlaceOfTheFirst) {
+    EXPECT_EQ(steps("//a\n//b\nSTR:x"), (Steps{"key a", "key b", "key b type 1 value x"}));
+}
+
+TEST(EntryReader, Next_ValueLineWithoutAKey_IsPassedOver) {
+    EXPECT_EQ(steps("STR:x\n//a\nSTR:y\nSTR:z\n"), (Steps{"key a", "key a type 1 value y"}));
+}
+
+TEST(EntryReader, Next_LineThatBeginsWithASlashAndContainsATypeWord_IsAKeyLine) {
+    EXPECT_EQ(steps("//a\n//STR:b\nSTR:x"), (Steps{"key a", "key STR:b", "key STR:b type 1 value x"}));
+}
+
+TEST(EntryReader, Next_UnknownTypeWord_UsesTheKeyUp) {
+    EXPECT_EQ(steps("//a\nxSTR:y\nSTR:z"), (Steps{"key a", "key a type 255 value y"}));
+}
+
+TEST(EntryReader, Next_BinaryValue_GoesOnToTheNextSlash) {
+    EXPECT_EQ(steps("//a\nBAR:41\n42\nINT:43\n//b\nINT:1"),
+              (Steps{"key a", "key a type 2 value 41\n42\nINT:43\n", "key b", "key b type 0 value 1"}));
+}
+
+TEST(EntryReader, Next_OneSlashRule_OneSlashMakesAKeyLine) {
+    EXPECT_EQ(steps("/xa\nINT:1"), (Steps{"key a", "key a type 0 value 1"}));
+}
+
+TEST(EntryReader, Next_TwoSlashesRule_LineWithOneSlashIsPassedOver) {
+    EXPECT_EQ(steps("//a\n/x\nINT:1", KeyLineRule::kTwoSlashes), (Steps{"key a", "key a type 0 value 1"}));
+}
+
+TEST(EntryReader, Next_TwoSlashesRule_LineWithOneSlashStillEndsABinaryValue) {
+    EXPECT_EQ(steps("//a\nBAR:41\n/x\n42", KeyLineRule::kTwoSlashes),
+              (Steps{"key a", "key a type 2 value 41\n"}));
+}
+
+}  // namespace
+}  // namespace dovrel

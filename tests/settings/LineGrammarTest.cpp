@@ -1,0 +1,152 @@
+#include "settings/LineGrammar.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+
+using namespace std::string_literals;
+
+namespace dovrel {
+namespace {
+
+TEST(LineGrammar, Trimmed_BlanksAndTabsAtBothEnds_AreGone) {
+    EXPECT_EQ(trimmed(" \t a \t b\t "), "a \t b");
+}
+
+TEST(LineGrammar, Trimmed_OtherWhiteSpace_Stays) {
+    EXPECT_EQ(trimmed("\va\r"), "\va\r");
+}
+
+TEST(LineGrammar, Trimmed_NothingButBlanks_IsEmpty) {
+    EXPECT_EQ(trimmed(" \t "), "");
+    EXPECT_EQ(trimmed(""), "");
+}
+
+TEST(LineGrammar, StartsAsKeyLine_OneSlashIsEnough) {
+    EXPECT_TRUE(startsAsKeyLine("//key"));
+    EXPECT_TRUE(startsAsKeyLine("/"));
+    EXPECT_FALSE(startsAsKeyLine("key"));
+    EXPECT_FALSE(startsAsKeyLine(""));
+}
+
+TEST(LineGrammar, KeyOfKeyLine_DropsTheFirstTwoCharactersWhateverTheyAre) {
+    EXPECT_EQ(keyOfKeyLine("//key"), "key");
+    EXPECT_EQ(keyOfKeyLine("/kkey"), "key");
+    EXPECT_EQ(keyOfKeyLine("// key"), " key");
+    EXPECT_EQ(keyOfKeyLine("//"), "");
+    EXPECT_EQ(keyOfKeyLine("/"), "");
+    EXPECT_EQ(keyOfKeyLine(""), "");
+}
+
+TEST(LineGrammar, IsValueLine_TypeWordAnywhereInTheLine_IsOne) {
+    EXPECT_TRUE(isValueLine("INT:1"));
+    EXPECT_TRUE(isValueLine("STR:"));
+    EXPECT_TRUE(isValueLine("BAR:00"));
+    EXPECT_TRUE(isValueLine("some words STR:x"));
+    EXPECT_TRUE(isValueLine("a:b BAR:"));
+    EXPECT_TRUE(isValueLine("INTINT:"));
+}
+
+TEST(LineGrammar, IsValueLine_WithoutTypeWordAndColon_IsNone) {
+    EXPECT_FALSE(isValueLine(""));
+    EXPECT_FALSE(isValueLine("INT"));
+    EXPECT_FALSE(isValueLine("INT :1"));
+    EXPECT_FALSE(isValueLine("str:x"));
+    EXPECT_FALSE(isValueLine("text: x"));
+    EXPECT_FALSE(isValueLine("STR BAR"));
+}
+
+TEST(LineGrammar, TypeOfValueLine_IsTheWordBeforeTheFirstColon) {
+    EXPECT_EQ(typeOfValueLine("INT:STR:"), PropertyType::kInteger);
+    EXPECT_EQ(typeOfValueLine("STR:INT:"), PropertyType::kString);
+    EXPECT_EQ(typeOfValueLine("BAR:"), PropertyType::kBinary);
+}
+
+TEST(LineGrammar, TypeOfValueLine_AnyOtherWord_IsUnknown) {
+    EXPECT_EQ(typeOfValueLine("xINT:1"), PropertyType::kUnknown);
+    EXPECT_EQ(typeOfValueLine("note: STR:x"), PropertyType::kUnknown);
+    EXPECT_EQ(typeOfValueLine(":INT:1"), PropertyType::kUnknown);
+    EXPECT_EQ(typeOfValueLine("INT"), PropertyType::kUnknown);
+    EXPECT_EQ(static_cast<int>(PropertyType::kUnknown), 0xFF);
+}
+
+TEST(LineGrammar, ValueOfValueLine_IsAllBehindTheFirstColon) {
+    EXPECT_EQ(valueOfValueLine("STR:a:b"), "a:b");
+    EXPECT_EQ(valueOfValueLine("STR: a"), " a");
+    EXPECT_EQ(valueOfValueLine("STR:"), "");
+    EXPECT_EQ(valueOfValueLine("STR"), "");
+}
+
+TEST(LineGrammar, AppendEntries_GiveKeyLineAndValueLine) {
+    std::string text;
+    appendIntEntry(text, "number", -5);
+    appendStringEntry(text, "word", " as it is:");
+    EXPECT_EQ(text, "//number\nINT:-5\n//word\nSTR: as it is:\n");
+}
+
+TEST(LineGrammar, AppendDecimal_BothEndsOfTheRange) {
+    std::string text;
+    appendDecimal(text, std::numeric_limits<int32_t>::min());
+    text += ' ';
+    appendDecimal(text, std::numeric_limits<int32_t>::max());
+    EXPECT_EQ(text, "-2147483648 2147483647");
+}
+
+TEST(LineGrammar, LeadingInteger_DigitsThenOtherCharacters_AreTheDigits) {
+    EXPECT_EQ(leadingInteger("12abc"), 12);
+    EXPECT_EQ(leadingInteger("-7 8"), -7);
+    EXPECT_EQ(leadingInteger("+3"), 3);
+    EXPECT_EQ(leadingInteger(" \t\n\v\f\r42"), 42);
+    EXPECT_EQ(leadingInteger("007"), 7);
+}
+
+TEST(LineGrammar, LeadingInteger_NoDigitAtTheFront_IsZero) {
+    EXPECT_EQ(leadingInteger("abc"), 0);
+    EXPECT_EQ(leadingInteger(""), 0);
+    EXPECT_EQ(leadingInteger("-"), 0);
+    EXPECT_EQ(leadingInteger("- 1"), 0);
+    EXPECT_EQ(leadingInteger("+-1"), 0);
+}
+
+TEST(LineGrammar, LeadingInteger_BeyondTheRange_IsTheNearestNumber) {
+    EXPECT_EQ(leadingInteger("2147483647"), 2147483647);
+    EXPECT_EQ(leadingInteger("2147483648"), 2147483647);
+    EXPECT_EQ(leadingInteger("-2147483648"), std::numeric_limits<int32_t>::min());
+    EXPECT_EQ(leadingInteger("-2147483649"), std::numeric_limits<int32_t>::min());
+    EXPECT_EQ(leadingInteger(std::string(1000, '9')), 2147483647);
+    EXPECT_EQ(leadingInteger("-" + std::string(1000, '9')), std::numeric_limits<int32_t>::min());
+}
+
+TEST(LineGrammar, BytesOfHexText_BothCases) {
+    EXPECT_EQ(bytesOfHexText("00abCDeF7f"), "\x00\xAB\xCD\xEF\x7F"s);
+}
+
+TEST(LineGrammar, BytesOfHexText_BlanksTabsAndCarriageReturns_AreSkipped) {
+    EXPECT_EQ(bytesOfHexText(" 4\t1\r\n 42 "), "AB");
+}
+
+TEST(LineGrammar, BytesOfHexText_OddLastDigit_IsDropped) {
+    EXPECT_EQ(bytesOfHexText("414"), "A");
+    EXPECT_EQ(bytesOfHexText("4"), "");
+    EXPECT_EQ(bytesOfHexText(""), "");
+}
+
+TEST(LineGrammar, BytesOfHexText_CharactersThatAreNoDigits_AreSkipped) {
+    EXPECT_EQ(bytesOfHexText("4g1:\xFF/4@2`"), "AB");
+}
+
+TEST(LineGrammar, EscapeLineFeeds_EveryLineFeed_BecomesSixCharacters) {
+    EXPECT_EQ(escapeLineFeeds("\na\n\nb"), "chg-lfachg-lfchg-lfb");
+    EXPECT_EQ(escapeLineFeeds("no line feed\r"), "no line feed\r");
+    EXPECT_EQ(escapeLineFeeds(""), "");
+}
+
+TEST(LineGrammar, RestoreLineFeeds_EveryEscape_BecomesALineFeed) {
+    EXPECT_EQ(restoreLineFeeds("chg-lfachg-lfchg-lfb"), "\na\n\nb");
+    EXPECT_EQ(restoreLineFeeds("chg-lchg-lf"), "chg-l\n");
+    EXPECT_EQ(restoreLineFeeds("chg-l"), "chg-l");
+}
+
+}  // namespace
+}  // namespace dovrel

@@ -1,0 +1,210 @@
+// The texts file that is installed: complete in every language, of the right encoding, fit to be put
+// together.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "settings/ConfigFileSystem.h"
+#include "settings/MultiLanguageSupport.h"
+#include "settings/TextKeys.h"
+#include "tests/settings/InstalledTexts.h"
+
+namespace dovrel {
+namespace {
+
+const std::string kSource = DOVREL_SOURCE_FOLDER;
+
+std::string contentOf(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    EXPECT_TRUE(stream.is_open()) << path;
+    std::ostringstream content;
+    content << stream.rdbuf();
+    return content.str();
+}
+
+std::string textsFile() {
+    return contentOf(kSource + "/resources/MultiLanguageTexts.mls");
+}
+
+std::map<std::string, Properties> sections() {
+    std::map<std::string, Properties> result;
+    for (const Properties& section : ConfigFileSystem::readSections(textsFile(), kLanguageSectionKey)) {
+        EXPECT_TRUE(result.emplace(section.getString(kLanguageSectionKey), section).second)
+            << "language twice";
+    }
+    return result;
+}
+
+// Every key that the code can ask for: the literals of the header that names them all.
+std::set<std::string> keysOfTheCode() {
+    const std::string header = contentOf(kSource + "/settings/TextKeys.h");
+    const std::regex literal("\"([A-Z0-9_]+)\"");
+    std::set<std::string> keys;
+    for (std::sregex_iterator match(header.begin(), header.end(), literal), end; match != end; ++match) {
+        keys.insert((*match)[1]);
+    }
+    return keys;
+}
+
+TEST(MultiLanguageTexts, TextKeysHeader_NamesAllTheKeys) {
+    EXPECT_EQ(keysOfTheCode().size(), 19u);
+    EXPECT_EQ(keysOfTheCode().count(kDllErrorDialogTitle), 1u);
+    EXPECT_EQ(keysOfTheCode().count(kDllMsgMerrowdIsCorrupt), 1u);
+}
+
+TEST(MultiLanguageTexts, Languages_AreEnglishGermanAndFrench) {
+    std::string names;
+    for (const auto& [name, section] : sections())
+        names += name + " ";
+    EXPECT_EQ(names, "English Francais German ");
+}
+
+TEST(MultiLanguageTexts, EveryKeyOfTheCode_HasATextInEveryLanguage) {
+    for (const auto& [name, section] : sections()) {
+        for (const std::string& key : keysOfTheCode()) {
+            std::string text;
+            EXPECT_TRUE(section.findString(key, text)) << name << " " << key;
+            EXPECT_NE(text, "") << name << " " << key;
+        }
+    }
+}
+
+TEST(MultiLanguageTexts, EveryKeyOfTheFile_IsAskedForByTheCode) {
+    for (const auto& [name, section] : sections()) {
+        for (int32_t i = 0; i < static_cast<int32_t>(section.size()); ++i) {
+            const std::string key = section.getKeyAt(i);
+            EXPECT_TRUE(key == kLanguageSectionKey || keysOfTheCode().count(key) == 1) << name << " " << key;
+        }
+    }
+}
+
+TEST(MultiLanguageTexts, NoKey_StandsTwiceInALanguage) {
+    // The second text of a key would be dropped without a word, so the entries are counted in the file.
+    const std::string text = textsFile();
+    size_t keyLines = 0;
+    for (size_t at = text.find("\n//"); at != std::string::npos; at = text.find("\n//", at + 1))
+        ++keyLines;
+    EXPECT_EQ(keyLines, 3 * (keysOfTheCode().size() + 1));
+}
+
+TEST(MultiLanguageTexts, Characters_AreLettersAndSignsOfTheThreeLanguagesInMacRoman) {
+    // Ä Ö Ü à â ä ç è é ê ë î ï ô ö ù û ü • ß « » no-break space À É Ê œ “ ” ‘ ’ „
+    const std::string wanted =
+        "\x80\x85\x86\x88\x89\x8A\x8D\x8F\x8E\x90\x91\x94\x95\x99\x9A\x9D\x9E\x9F\xA5\xA7\xC7\xC8\xCA\xCB\x83"
+        "\xE6\xCF"
+        "\xD2\xD3\xD4\xD5\xE3";
+    for (const char c : textsFile()) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool isPlain = c == '\n' || (byte >= 0x20 && byte < 0x7F);
+        EXPECT_TRUE(isPlain || wanted.find(c) != std::string::npos) << std::hex << int{byte};
+    }
+}
+
+TEST(MultiLanguageTexts, Encoding_IsNotUtf8) {
+    // In UTF-8 every one of these letters and signs would begin with one of three bytes.
+    const std::string text = textsFile();
+    EXPECT_EQ(text.find("\xC3\xA4"), std::string::npos);
+    EXPECT_EQ(text.find("\xE2\x80"), std::string::npos);
+    EXPECT_NE(text.find("Vorgang nicht ausf\x9Fhren"), std::string::npos);
+    EXPECT_NE(text.find("R\x8E"
+                        "essayer"),
+              std::string::npos);
+}
+
+TEST(MultiLanguageTexts, Texts_HaveNoUnderscoreWhichWouldBeDropped) {
+    for (const auto& [name, section] : sections()) {
+        for (const std::string& key : keysOfTheCode()) {
+            EXPECT_EQ(section.getString(key).find('_'), std::string::npos) << name << " " << key;
+        }
+    }
+}
+
+TEST(MultiLanguageTexts, ButtonsNamedInATextAreTheButtonsOfTheAlert) {
+    for (const auto& [name, section] : sections()) {
+        for (const char* key : {kDllErrorRegistration, kDllAttentionMessage}) {
+            const std::string text = section.getString(key);
+            EXPECT_NE(text.find(section.getString(kGeneralButtonRetry)), std::string::npos)
+                << name << " " << key;
+            EXPECT_NE(text.find(section.getString(kGeneralButtonCancel)), std::string::npos)
+                << name << " " << key;
+        }
+    }
+}
+
+TEST(MultiLanguageTexts, DownloadAddress_StandsWhereSomethingIsToBeInstalled) {
+    for (const auto& [name, section] : sections()) {
+        for (const char* key : {kDllMsgMerrowdIsMissing, kDllMsgMerrowdIsCorrupt, kDllNoValidPosInterface}) {
+            EXPECT_NE(section.getString(key).find("http://www.tessilor.example/download"), std::string::npos)
+                << name << " " << key;
+        }
+    }
+}
+
+// The body of an alert, put together as the report of a failure does it.
+std::string composedFailure(const char* message, const char* explanation) {
+    return MultiLanguageSupport::getText(kDllErrorMessageHeadPart1) + "Notizbuch" +
+           MultiLanguageSupport::getText(kDllErrorMessageHeadPart2) + MultiLanguageSupport::getText(message) +
+           "\r" + "\r" + MultiLanguageSupport::getText(explanation);
+}
+
+TEST(MultiLanguageTexts, ComposedFailure_InGerman_TellsWhatHappenedAndWhatToDo) {
+    const test::InstalledTexts installation;
+    installation.install(textsFile());
+    MultiLanguageSupport::initialize("German");
+    EXPECT_EQ(
+        composedFailure(kDllMsgMerrowdIsMissing, kDllErrorUnrecoverableError),
+        "Das Programm \xE3Notizbuch\xD2 konnte einen Vorgang nicht ausf\x9Fhren:\r\r"
+        "Das Serverprogramm \xE3Merrowd\xD2 wurde nicht gefunden. Bitte laden Sie die neueste Version der "
+        "Tessilor-Runtime-Software von http://www.tessilor.example/download, installieren Sie sie und "
+        "versuchen "
+        "Sie es noch einmal.\r\r"
+        "Der Vorgang wurde abgebrochen. Bitte versuchen Sie es noch einmal. Wenn das Problem bestehen "
+        "bleibt, "
+        "beenden Sie alle Programme und starten Sie den Computer neu. Hilft auch das nicht, wenden Sie sich "
+        "bitte "
+        "an den Kundendienst des Programmherstellers.");
+}
+
+TEST(MultiLanguageTexts, ComposedFailure_InFrench_TellsWhatHappenedAndWhatToDo) {
+    const test::InstalledTexts installation;
+    installation.install(textsFile());
+    MultiLanguageSupport::initialize("Francais");
+    EXPECT_EQ(composedFailure(kGeneralErrorUnknownException, kDllErrorRegistration),
+              "L\xD5"
+              "application \xC7\xCANotizbuch\xCA\xC8 n\xD5"
+              "a pas pu effectuer une op\x8Eration\xCA:\r\r"
+              "Une erreur inattendue s\xD5"
+              "est produite, sur laquelle on ne sait rien de plus.\r\r"
+              "L\xD5"
+              "application n\xD5"
+              "a pas pu \x90tre enregistr\x8E"
+              "e aupr\x8Fs du logiciel Tessilor Runtime. "
+              "Cliquez sur \xC7\xCAR\x8E"
+              "essayer\xCA\xC8 pour l\xD5"
+              "enregistrer \x88 nouveau, ou sur "
+              "\xC7\xCA"
+              "Annuler\xCA\xC8 pour continuer sans l\xD5"
+              "enregistrement.");
+}
+
+TEST(MultiLanguageTexts, StepsToTry_StandOnLinesOfTheirOwn) {
+    const test::InstalledTexts installation;
+    installation.install(textsFile());
+    for (const char* language : {"English", "German", "Francais"}) {
+        MultiLanguageSupport::initialize(language);
+        const std::string text = MultiLanguageSupport::getText(kDllMsgMerrowdIsCorrupt);
+        size_t steps = 0;
+        for (size_t at = text.find("\r\xA5 "); at != std::string::npos; at = text.find("\r\xA5 ", at + 1))
+            ++steps;
+        EXPECT_EQ(steps, 3u) << language;
+        EXPECT_EQ(text.find("SDNL"), std::string::npos) << language;
+    }
+}
+
+}  // namespace
+}  // namespace dovrel

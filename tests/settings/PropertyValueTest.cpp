@@ -1,0 +1,75 @@
+#include "settings/PropertyValue.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+namespace dovrel {
+namespace {
+
+std::string bytesOf(const CPPByteArray& array) {
+    return std::string(reinterpret_cast<const char*>(array.data()), array.getSize());
+}
+
+std::string nativeBytes(int32_t value) {
+    std::string bytes(sizeof value, '\0');
+    std::memcpy(bytes.data(), &value, sizeof value);
+    return bytes;
+}
+
+TEST(PropertyValue, Integer_ReadAsEachType) {
+    const PropertyValue value(-5);
+    EXPECT_EQ(value.type, PropertyType::kInteger);
+    EXPECT_EQ(value.asInt(), -5);
+    EXPECT_EQ(value.asString(), "-5");
+    EXPECT_EQ(bytesOf(value.asBinary()), nativeBytes(-5));
+}
+
+TEST(PropertyValue, String_ReadAsEachType) {
+    const PropertyValue value(std::string_view("12ab"));
+    EXPECT_EQ(value.type, PropertyType::kString);
+    EXPECT_EQ(value.asInt(), 12);
+    EXPECT_EQ(value.asString(), "12ab");
+    EXPECT_EQ(bytesOf(value.asBinary()), "12ab");
+}
+
+TEST(PropertyValue, Binary_ReadAsEachType) {
+    const std::string bytes = nativeBytes(0x01020304) + "more";
+    const PropertyValue value(bytes.data(), bytes.size());
+    EXPECT_EQ(value.type, PropertyType::kBinary);
+    EXPECT_EQ(value.asInt(), 0x01020304);
+    EXPECT_EQ(value.asString(), bytes);
+    EXPECT_EQ(bytesOf(value.asBinary()), bytes);
+}
+
+TEST(PropertyValue, BinaryOfFewerThanFourBytes_AsInt_IsExtendedByZeros) {
+    const std::string whole = nativeBytes(0x00000201);
+    EXPECT_EQ(PropertyValue(whole.data(), 2).asInt(), 0x0201);
+    EXPECT_EQ(PropertyValue(nullptr, 0).asInt(), 0);
+}
+
+TEST(PropertyValue, UnknownType_IsZeroAndEmpty) {
+    PropertyValue value(7);
+    value.type = PropertyType::kUnknown;
+    EXPECT_EQ(value.asInt(), 0);
+    EXPECT_EQ(value.asString(), "");
+    EXPECT_EQ(value.asBinary().getSize(), 0u);
+}
+
+TEST(PropertyValue, EmptyStringAndEmptyBinary_AreEmptyInEachForm) {
+    EXPECT_EQ(PropertyValue(std::string_view()).asBinary().getSize(), 0u);
+    EXPECT_EQ(PropertyValue(std::string_view()).asInt(), 0);
+    EXPECT_EQ(PropertyValue(nullptr, 0).asString(), "");
+    EXPECT_EQ(PropertyValue(nullptr, 0).asBinary().getSize(), 0u);
+}
+
+TEST(PropertyValue, Copy_OwnsItsBytes) {
+    PropertyValue first("ab", 2);
+    const PropertyValue copy(first);
+    first.binaryValue.setByte(0, 'x');
+    EXPECT_EQ(copy.asString(), "ab");
+}
+
+}  // namespace
+}  // namespace dovrel
