@@ -12,3 +12,10 @@ target_compile_definitions(GNUstep_base INTERFACE $<$<COMPILE_LANGUAGE:OBJCXX>:G
 target_compile_options(GNUstep_base INTERFACE
     "$<$<COMPILE_LANGUAGE:OBJCXX>:-fexceptions;-fobjc-exceptions;-fconstant-string-class=NSConstantString;-fno-strict-aliasing;-pthread>")
 target_link_libraries(GNUstep_base INTERFACE "${GNUSTEP_BASE_LIBRARY}" objc m)
+
+# Clang speaks to GCC's Objective-C runtime when told so, but does not look for that runtime's headers.
+if(CMAKE_OBJCXX_COMPILER_ID MATCHES Clang)
+    execute_process(COMMAND gcc -print-file-name=include OUTPUT_VARIABLE gcc_include OUTPUT_STRIP_TRAILING_WHITESPACE)
+    target_compile_options(GNUstep_base INTERFACE
+        "$<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-runtime=gcc;SHELL:-idirafter ${gcc_include}>")
+endif()
