@@ -1,4 +1,5 @@
 target_sources(portability PRIVATE
+    ${CMAKE_CURRENT_LIST_DIR}/ApplicationBundle.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Bundle.cpp
     ${CMAKE_CURRENT_LIST_DIR}/CFBase.mm
     ${CMAKE_CURRENT_LIST_DIR}/CFBundle.cpp
@@ -8,6 +9,7 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/CFString.mm
     ${CMAKE_CURRENT_LIST_DIR}/CFURL.mm
     ${CMAKE_CURRENT_LIST_DIR}/CatalogInfo.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/DetachedProcess.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileErrors.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileNames.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileReference.cpp
@@ -16,6 +18,7 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/FoundationObject.mm
     ${CMAKE_CURRENT_LIST_DIR}/HomeFolder.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Languages.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/LSOpen.cpp
     ${CMAKE_CURRENT_LIST_DIR}/PackedVersion.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Paths.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ProcessTable.cpp

@@ -1,0 +1,94 @@
+#include "foundation/ApplicationBundle.h"
+
+#include <CoreFoundation/CFBundle.h>
+#include <CoreFoundation/CFString.h>
+#include <CoreServices/MacErrors.h>
+
+#include <array>
+
+#include "foundation/Paths.h"
+#include "foundation/PropertyList.h"
+
+namespace portability {
+namespace {
+
+constexpr OSType kNoSignature = '\?\?\?\?';
+constexpr std::string_view kExtension = ".app";
+
+// A dictionary that is released at the end of its scope.
+class Info {
+  public:
+    explicit Info(const std::string& path) : dictionary_(copyDictionary(path)) {}
+    ~Info() {
+        if (dictionary_ != nullptr) {
+            CFRelease(dictionary_);
+        }
+    }
+    Info(const Info&) = delete;
+    Info& operator=(const Info&) = delete;
+
+    bool isThere() const { return dictionary_ != nullptr; }
+
+    /// Empty when there is no such text, or none that `encoding` can express.
+    std::string text(CFStringRef key, CFStringEncoding encoding) const {
+        const CFStringRef value = stringValue(dictionary_, key);
+        std::array<char, 1024> bytes;
+        const bool isGiven =
+            value != nullptr &&
+            CFStringGetCString(value, bytes.data(), static_cast<CFIndex>(bytes.size()), encoding);
+        return isGiven ? std::string(bytes.data()) : std::string();
+    }
+
+  private:
+    const CFDictionaryRef dictionary_;
+};
+
+bool isApplication(const std::string& path, const Info& info) {
+    const std::string type = info.text(CFSTR("CFBundlePackageType"), kCFStringEncodingMacRoman);
+    if (!type.empty()) {
+        return type == "APPL";
+    }
+    return path.size() > kExtension.size() &&
+           path.compare(path.size() - kExtension.size(), kExtension.size(), kExtension) == 0;
+}
+
+// The name must be that of a file in the bundle, and nothing that leads out of it.
+std::string executableIn(const std::string& bundle, const Info& info) {
+    const std::string name = info.text(kCFBundleExecutableKey, kCFStringEncodingUTF8);
+    if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos) {
+        return std::string();
+    }
+    const std::string file = canonicalPath(bundle + "/Contents/MacOS/" + name);
+    return isFolder(file) ? std::string() : file;
+}
+
+OSType signatureIn(const Info& info) {
+    const std::string text = info.text(CFSTR("CFBundleSignature"), kCFStringEncodingMacRoman);
+    if (text.size() != sizeof(OSType)) {
+        return 0;
+    }
+    OSType signature = 0;
+    for (const char character : text) {
+        signature = (signature << 8) | static_cast<unsigned char>(character);
+    }
+    return signature == kNoSignature ? 0 : signature;
+}
+
+}  // namespace
+
+OSStatus readApplication(const std::string& path, ApplicationBundle& application) {
+    const std::string bundle = canonicalPath(path);
+    if (bundle.empty()) {
+        return fnfErr;
+    }
+    const Info info(bundle + "/Contents/Info.plist");
+    if (!info.isThere() || !isApplication(bundle, info)) {
+        return kLSNotAnApplicationErr;
+    }
+    application.path = bundle;
+    application.signature = signatureIn(info);
+    application.executable = executableIn(bundle, info);
+    return application.executable.empty() ? static_cast<OSStatus>(kLSNoExecutableErr) : OSStatus{noErr};
+}
+
+}  // namespace portability

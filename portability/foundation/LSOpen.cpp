@@ -1,0 +1,179 @@
+#include <CoreFoundation/CFArray.h>
+#include <CoreFoundation/CFURL.h>
+#include <CoreServices/LSOpen.h>
+#include <CoreServices/MacErrors.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+
+#include "events/EventEndpoint.h"
+#include "foundation/ApplicationBundle.h"
+#include "foundation/DetachedProcess.h"
+#include "foundation/FileURL.h"
+#include "foundation/Paths.h"
+
+namespace {
+
+using portability::ApplicationBundle;
+using portability::DetachedProcess;
+using portability::EndpointClaim;
+
+// Where the launched process finds what it inherits.
+constexpr int kListenDescriptor = 3;
+constexpr int kLockDescriptor = 4;
+
+// The program that knows the desktop's preferred applications.
+constexpr const char* kOpener = "xdg-open";
+
+OSStatus launchStatus(int systemError) {
+    switch (systemError) {
+        case 0:
+            return noErr;
+        case EACCES:
+        case EPERM:
+            return kLSNoLaunchPermissionErr;
+        case ENOEXEC:
+        case ELIBBAD:
+            return kLSExecutableIncorrectFormat;
+        case ENOMEM:
+            return memFullErr;
+        default:
+            return kLSUnknownErr;
+    }
+}
+
+OSStatus start(const ApplicationBundle& application, const EndpointClaim* endpoint) {
+    DetachedProcess process{application.executable, {application.executable}, {}, {}};
+    if (endpoint == nullptr) {
+        process.environment = portability::environmentWithout(std::string());
+    } else {
+        const std::string announcement =
+            EndpointClaim::inheritanceEntry(application.signature, kListenDescriptor, kLockDescriptor);
+        process.environment = portability::environmentWithout(announcement.substr(0, announcement.find('=')));
+        process.environment.push_back(announcement);
+        process.descriptors = {endpoint->listenDescriptor(), endpoint->lockDescriptor()};
+    }
+    return launchStatus(portability::startDetached(process));
+}
+
+// The endpoint is claimed before the application exists: so that events queue from now on, and so that of two
+// launchers one finds it taken.
+OSStatus launch(const std::string& path) {
+    ApplicationBundle application;
+    const OSStatus status = portability::readApplication(path, application);
+    if (status != noErr) {
+        return status;
+    }
+    if (application.signature == 0) {
+        return start(application, nullptr);
+    }
+    EndpointClaim endpoint;
+    switch (EndpointClaim::claim(application.signature, endpoint)) {
+        case EndpointClaim::Outcome::claimed:
+            return start(application, &endpoint);
+        case EndpointClaim::Outcome::inUse:
+            return noErr;
+        case EndpointClaim::Outcome::failed:
+            break;
+    }
+    return kLSServerCommunicationErr;
+}
+
+// Empty when there is none in the search path.
+std::string findOpener() {
+    const char* searchPath = std::getenv("PATH");
+    std::istringstream folders(searchPath == nullptr ? "/usr/bin:/bin" : searchPath);
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        const std::string candidate = folder + '/' + kOpener;
+        const bool isAbsolute = !folder.empty() && folder.front() == '/';
+        if (isAbsolute && access(candidate.c_str(), X_OK) == 0 && !portability::isFolder(candidate)) {
+            return candidate;
+        }
+    }
+    return std::string();
+}
+
+// `document` begins with a slash or a scheme, so the opener cannot take it for an option.
+OSStatus openDocument(const std::string& document) {
+    const std::string opener = findOpener();
+    if (opener.empty()) {
+        return kLSApplicationNotFoundErr;
+    }
+    return launchStatus(portability::startDetached(
+        {opener, {kOpener, document}, portability::environmentWithout(std::string()), {}}));
+}
+
+OSStatus openFile(const std::string& path) {
+    if (!portability::isThere(path)) {
+        return fnfErr;
+    }
+    const OSStatus status = portability::isFolder(path) ? launch(path) : OSStatus{kLSNotAnApplicationErr};
+    return status == kLSNotAnApplicationErr ? openDocument(path) : status;
+}
+
+OSStatus openURL(CFURLRef url) {
+    if (portability::isFileURL(url)) {
+        return openFile(portability::pathOf(url));
+    }
+    const std::string text = portability::textOf(url);
+    const bool hasScheme =
+        text.find(':') != std::string::npos && std::isalpha(static_cast<unsigned char>(text[0]));
+    return hasScheme ? openDocument(text) : OSStatus{kLSApplicationNotFoundErr};
+}
+
+OSStatus openItems(CFArrayRef items) {
+    for (CFIndex index = 0; index < CFArrayGetCount(items); ++index) {
+        const OSStatus status = openURL(static_cast<CFURLRef>(CFArrayGetValueAtIndex(items, index)));
+        if (status != noErr) {
+            return status;
+        }
+    }
+    return noErr;
+}
+
+void handOver(CFURLRef url, CFURLRef* launched) {
+    if (launched != nullptr) {
+        *launched = url == nullptr ? nullptr : static_cast<CFURLRef>(CFRetain(url));
+    }
+}
+
+bool isEmpty(CFArrayRef items) {
+    return items == nullptr || CFArrayGetCount(items) == 0;
+}
+
+}  // namespace
+
+OSStatus LSOpenFromURLSpec(const LSLaunchURLSpec* inLaunchSpec, CFURLRef* outLaunchedURL) {
+    if (inLaunchSpec == nullptr) {
+        return paramErr;
+    }
+    // Copies, because the fields of the packed record may be misaligned.
+    const CFURLRef application = inLaunchSpec->appURL;
+    const CFArrayRef items = inLaunchSpec->itemURLs;
+    const bool hasItems = !isEmpty(items);
+    // An application cannot be told here what to open: either it or the items, but not the one with the
+    // others.
+    if ((application != nullptr) == hasItems) {
+        return paramErr;
+    }
+    const OSStatus status =
+        application == nullptr ? openItems(items) : launch(portability::pathOf(application));
+    if (status == noErr) {
+        handOver(application, outLaunchedURL);
+    }
+    return status;
+}
+
+OSStatus LSOpenCFURLRef(CFURLRef inURL, CFURLRef* outLaunchedURL) {
+    if (inURL == nullptr) {
+        return paramErr;
+    }
+    const OSStatus status = openURL(inURL);
+    if (status == noErr) {
+        handOver(inURL, outLaunchedURL);
+    }
+    return status;
+}
