@@ -10,6 +10,7 @@
 #include "InterProcessCommunication/IPC_Info.h"
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/ServerDiscovery.h"
+#include "platform/CFObject.h"
 
 namespace dovrel {
 
@@ -96,8 +97,9 @@ int32_t Client_to_POS_Communicator::sendWakeEvents(const AppleEvent* event, SInt
 }
 
 int32_t Client_to_POS_Communicator::ConnectToServer() const {
-    UniqueURL application;
-    const OSErr notFound = FindServerApplication(application);
+    CFURLRef found = nullptr;
+    const OSErr notFound = FindServerApplication(&found);
+    const CFObject<CFURLRef> application(found);
     if (notFound != noErr) {
         printServerNotFound();
         return notFound;

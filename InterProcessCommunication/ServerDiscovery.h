@@ -12,8 +12,6 @@
 #include <Carbon/Carbon.h>
 
 #include <cstdint>
-#include <memory>
-#include <type_traits>
 
 namespace dovrel {
 
@@ -25,15 +23,9 @@ constexpr int32_t kServerNotFound = 42;
 /// The server application could not be launched, or never answered.
 constexpr int32_t kServerNotLaunched = 43;
 
-struct URLReleaser {
-    void operator()(CFURLRef url) const { CFRelease(url); }
-};
-/// A URL that is released with its owner.
-using UniqueURL = std::unique_ptr<std::remove_pointer_t<CFURLRef>, URLReleaser>;
-
-/// The installed server application. 0 with its URL; else the error of the folder lookup, or kServerNotFound
-/// when there is no such bundle, and no URL.
-OSErr FindServerApplication(UniqueURL& application);
+/// The installed server application. 0 with its URL in `*application`, which the caller releases; else the
+/// error of the folder lookup, or kServerNotFound when there is no such bundle, and null.
+OSErr FindServerApplication(CFURLRef* application);
 
 /// Whether any process bears the server's name. A process list that cannot be read counts as one without a
 /// server.

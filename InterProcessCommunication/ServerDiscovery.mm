@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "InterProcessCommunication/BSDProcessList.h"
+#include "platform/CFObject.h"
 #include "platform/Places.h"
 
 namespace dovrel {
@@ -29,26 +30,25 @@ bool listHoldsServer() {
     return found;
 }
 
-UniqueURL serverBundleIn(const FSRef& folder) {
-    const UniqueURL folderURL(CFURLCreateFromFSRef(kCFAllocatorDefault, &folder));
-    if (!folderURL) return nullptr;
-    const CFStringRef bundle = CFStringCreateWithCString(
-        kCFAllocatorDefault, places::kServerBundleInApplicationSupport, kCFStringEncodingUTF8);
-    UniqueURL url(CFURLCreateCopyAppendingPathComponent(kCFAllocatorDefault, folderURL.get(), bundle, false));
-    CFRelease(bundle);
-    return url;
+CFURLRef newServerURL(const FSRef& supportFolder) {
+    const CFObject<CFURLRef> folder(CFURLCreateFromFSRef(kCFAllocatorDefault, &supportFolder));
+    if (!folder) return nullptr;
+    const CFObject<CFStringRef> bundle(CFStringCreateWithCString(
+        kCFAllocatorDefault, places::kServerBundleInApplicationSupport, kCFStringEncodingUTF8));
+    return CFURLCreateCopyAppendingPathComponent(kCFAllocatorDefault, folder.get(), bundle.get(), false);
 }
 
 }  // namespace
 
-OSErr FindServerApplication(UniqueURL& application) {
+OSErr FindServerApplication(CFURLRef* application) {
+    *application = nullptr;
     FSRef folder;
     const OSErr error = FSFindFolder(kLocalDomain, kApplicationSupportFolderType, kDontCreateFolder, &folder);
     if (error != noErr) return error;
-    UniqueURL bundle = serverBundleIn(folder);
+    const CFObject<CFURLRef> bundle(newServerURL(folder));
     FSRef existing;
     if (!bundle || !CFURLGetFSRef(bundle.get(), &existing)) return kServerNotFound;
-    application = std::move(bundle);
+    *application = static_cast<CFURLRef>(CFRetain(bundle.get()));
     return noErr;
 }
 

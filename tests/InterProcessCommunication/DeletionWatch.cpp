@@ -1,0 +1,86 @@
+#include "tests/InterProcessCommunication/DeletionWatch.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace dovrel::test {
+
+namespace {
+
+DeletionWatch* newestWatch = nullptr;
+
+}  // namespace
+
+DeletionWatch::DeletionWatch() : next_(newestWatch) {
+    newestWatch = this;
+}
+
+DeletionWatch::~DeletionWatch() {
+    newestWatch = next_;
+}
+
+void DeletionWatch::add(const void* object) {
+    if (object != nullptr) objects_.insert(object);
+}
+
+void DeletionWatch::notice(const void* block) noexcept {
+    // Forgetting an address deletes, too: the node that held it, which no watch waits for.
+    for (DeletionWatch* watch = newestWatch; watch != nullptr; watch = watch->next_) {
+        const auto found = watch->objects_.find(block);
+        if (found == watch->objects_.end()) continue;
+        ++watch->deletions_;
+        watch->objects_.erase(found);
+    }
+}
+
+}  // namespace dovrel::test
+
+// All forms, because a sanitizer brings forms of its own that do not end in ours.
+namespace {
+
+void* allocate(std::size_t size) noexcept {
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void* allocateOrThrow(std::size_t size) {
+    if (void* const block = allocate(size)) return block;
+    throw std::bad_alloc();
+}
+
+void release(void* block) noexcept {
+    dovrel::test::DeletionWatch::notice(block);
+    std::free(block);
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+    return allocateOrThrow(size);
+}
+void* operator new[](std::size_t size) {
+    return allocateOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+void operator delete(void* block) noexcept {
+    release(block);
+}
+void operator delete[](void* block) noexcept {
+    release(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    release(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+    release(block);
+}
+void operator delete(void* block, const std::nothrow_t&) noexcept {
+    release(block);
+}
+void operator delete[](void* block, const std::nothrow_t&) noexcept {
+    release(block);
+}

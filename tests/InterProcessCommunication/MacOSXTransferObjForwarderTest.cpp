@@ -1,0 +1,277 @@
+#include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
+
+#include <cstring>
+
+#include "InterProcessCommunication/POSTransferObj.h"
+#include "InterProcessCommunication/POSTransferObjTrader.h"
+#include "client/exceptions/ExceptionTypeCodes.h"
+#include "client/exceptions/POSException.h"
+#include "client/exceptions/StructuredDataExceptions.h"
+#include "settings/MultiLanguageSupport.h"
+#include "tests/InterProcessCommunication/ChannelFixture.h"
+#include "tests/serialization/Bytes.h"
+
+namespace dovrel {
+namespace {
+
+using test::expectFailure;
+using test::hexOf;
+using test::PlatformDouble;
+using test::SentEvent;
+
+constexpr char kCommunicationError[] =
+    "An unknown interapplication communication error occured. In case the problem persists, please close all "
+    "applications and restart your computer.";
+
+class MacOSXTransferObjForwarderTest : public test::ChannelFixture {
+  protected:
+    MacOSXTransferObjForwarderTest() {
+        install();
+        platform.processes = {"Merrowd"};
+    }
+
+    // Handshakes are answered; the nth data event ends with the nth result, later ones with the last, and
+    // answers with the bytes of kAnswer on success.
+    void dataEventsEndWith(const std::vector<OSErr>& results) {
+        platform.server = [this, results](const SentEvent& event, AppleEvent* reply) {
+            if (event.eventID != 'data') return PlatformDouble::answerWith(reply, "awake");
+            const auto index = static_cast<size_t>(countOfSent('data')) - 1;
+            const OSErr result = index < results.size() ? results[index] : results.back();
+            return result == noErr ? PlatformDouble::answerWith(reply, "AsAk\1") : result;
+        };
+    }
+
+    std::unique_ptr<POSTransferObj> forward() {
+        POSTransferObj request(1, 10, 17);
+        testing::internal::CaptureStdout();
+        try {
+            std::unique_ptr<POSTransferObj> reply(forwarder.ForwardTransferObj(request));
+            console = testing::internal::GetCapturedStdout();
+            return reply;
+        } catch (CPPException*) {
+            console = testing::internal::GetCapturedStdout();
+            throw;
+        }
+    }
+
+    void loadTexts() {
+        root.write(
+            "Library/Application "
+            "Support/Tessilor/pos/Dovrel.bundle/Contents/Resources/MultiLanguageTexts.mls",
+            "//LANGUAGE\nSTR:English\n"
+            "//DLL_MSG_MERROWD_IS_MISSING_MACOSX\nSTR:It is missing.\n"
+            "//DLL_MSG_MERROWD_IS_CORRUPT_MACOSX\nSTR:It is corrupt.\n");
+        MultiLanguageSupport::initialize(kLanguageEnglish);
+    }
+
+    MacOSXTransferObjForwarder forwarder;
+    std::string console;
+};
+
+TEST_F(MacOSXTransferObjForwarderTest, Forward_SendsTheWireFormAndGivesTheAnswer) {
+    dataEventsEndWith({noErr});
+    const std::unique_ptr<POSTransferObj> reply = forward();
+    ASSERT_EQ(platform.sent.size(), 1u);
+    EXPECT_EQ(platform.sent.front().directParameter, test::textOf(POSTransferObj(1, 10, 17).bytes()));
+    EXPECT_EQ(hexOf(reply->bytes()), "41 73 41 6B 01");
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, Forward_BeforeAnyConnection_ConnectsAfterTheFirstFailedSend) {
+    dataEventsEndWith({procNotFound, noErr});
+    const std::unique_ptr<POSTransferObj> reply = forward();
+    EXPECT_EQ(countOfSent('data'), 2);
+    EXPECT_EQ(countOfSent('waCl'), 1);
+    EXPECT_TRUE(forwarder.isConnected());
+    EXPECT_EQ(hexOf(reply->bytes()), "41 73 41 6B 01");
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, Forward_SentTwentyTimesInVain_GivesTheLastEmptyReply) {
+    for (const OSErr error : {OSErr{procNotFound}, OSErr{connectionInvalid}}) {
+        SCOPED_TRACE(error);
+        platform.sent.clear();
+        platform.folderLookups = 0;
+        dataEventsEndWith({error});
+        const std::unique_ptr<POSTransferObj> reply = forward();
+        ASSERT_NE(reply, nullptr);
+        EXPECT_EQ(reply->bytes().getSize(), 0u);
+        EXPECT_EQ(countOfSent('data'), 20);
+        // A reconnection after each attempt, the last one, too.
+        EXPECT_EQ(platform.folderLookups, 20);
+        EXPECT_EQ(countOfSent('waCl'), 20);
+    }
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, TwentyVainAttempts_EndInTheTraderAsTheReadersFailure) {
+    dataEventsEndWith({procNotFound});
+    POSTransferObjTrader trader;
+    trader.setForwarder(&forwarder);
+    expectFailure<StructuredReaderNotInitializedException>([&] { trader.unregisterApplication(5); },
+                                                           exceptionTypeCode::kStructuredReaderNotInitialized,
+                                                           "3841954A010E: ", "1");
+    EXPECT_EQ(countOfSent('data'), 20);
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, Forward_AnsweredAtTheTwentiethAttempt_GivesTheAnswer) {
+    std::vector<OSErr> results(19, connectionInvalid);
+    results.push_back(noErr);
+    dataEventsEndWith(results);
+    EXPECT_EQ(hexOf(forward()->bytes()), "41 73 41 6B 01");
+    EXPECT_EQ(countOfSent('data'), 20);
+    EXPECT_EQ(platform.folderLookups, 19);
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, AnyOtherFailure_ThrowsAtOnceWithoutASecondAttempt) {
+    for (const OSErr error :
+         {OSErr{errAETimeout}, OSErr{errAEEventNotHandled}, OSErr{memFullErr}, OSErr{-1}}) {
+        SCOPED_TRACE(error);
+        platform.sent.clear();
+        dataEventsEndWith({error});
+        expectFailure<POSException>([&] { forward(); }, exceptionTypeCode::kPOSException, "???",
+                                    kCommunicationError);
+        EXPECT_EQ(platform.sent.size(), 1u);
+    }
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, OtherFailureAfterAReconnection_ThrowsWithoutAThirdAttempt) {
+    dataEventsEndWith({procNotFound, errAETimeout});
+    expectFailure<POSException>([&] { forward(); }, exceptionTypeCode::kPOSException, "???",
+                                kCommunicationError);
+    EXPECT_EQ(countOfSent('data'), 2);
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, AnswerWithoutADirectParameter_IsTheCommunicationError) {
+    answerAlways(std::nullopt);
+    expectFailure<POSException>([&] { forward(); }, exceptionTypeCode::kPOSException, "???",
+                                kCommunicationError);
+    EXPECT_EQ(platform.sent.size(), 1u);
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, EmptyAnswer_IsGivenAsAnEmptyReply) {
+    answerAlways("");
+    EXPECT_EQ(forward()->bytes().getSize(), 0u);
+    EXPECT_EQ(platform.sent.size(), 1u);
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, RequestOfNoBytes_IsNeverHandedToTheChannel) {
+    answerAlways("answer");
+    POSTransferObj request;
+    request.copyBytesFrom(CPPByteArray());
+    expectFailure<POSException>([&] { forwarder.ForwardTransferObj(request); },
+                                exceptionTypeCode::kPOSException, "???", kCommunicationError);
+    EXPECT_TRUE(platform.created.empty());
+    EXPECT_TRUE(platform.sent.empty());
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, ServerThatCannotBeBroughtBack_EndsTheAttempts) {
+    loadTexts();
+    failAlways(procNotFound);
+    expectFailure<POSException>([&] { forward(); }, exceptionTypeCode::kPOSException, "???",
+                                "It is corrupt.");
+    EXPECT_EQ(countOfSent('data'), 1);
+    EXPECT_FALSE(forwarder.isConnected());
+    EXPECT_NE(console.find("error: -600\n"), std::string::npos);
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, LostConnection_IsForgottenBeforeTheReconnection) {
+    dataEventsEndWith({noErr});
+    forwarder.ConnectToPOS(10);
+    ASSERT_TRUE(forwarder.isConnected());
+    platform.findFolderResult = fnfErr;
+    dataEventsEndWith({noErr, connectionInvalid, errAETimeout});
+    platform.sent.clear();
+    forward();
+    expectFailure<POSException>([&] { forward(); }, exceptionTypeCode::kPOSException, "???",
+                                kCommunicationError);
+    EXPECT_FALSE(forwarder.isConnected());
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, ConnectToPOS_WhileConnected_DoesNothing) {
+    answerAlways("awake");
+    forwarder.ConnectToPOS(10);
+    EXPECT_TRUE(forwarder.isConnected());
+    EXPECT_EQ(platform.folderLookups, 1);
+    forwarder.ConnectToPOS(10);
+    EXPECT_EQ(platform.folderLookups, 1);
+    EXPECT_EQ(platform.sent.size(), 1u);
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, ConnectToPOS_IgnoresTheHint) {
+    answerAlways("awake");
+    for (const uint32_t hint : {0u, 10u, 0xFFFFFFFFu}) {
+        MacOSXTransferObjForwarder fresh;
+        fresh.ConnectToPOS(hint);
+        EXPECT_TRUE(fresh.isConnected()) << hint;
+    }
+}
+
+TEST_F(MacOSXTransferObjForwarderTest,
+       ConnectToPOS_WithoutTheServerApplication_ThrowsTheTextOfTheMissingKey) {
+    loadTexts();
+    uninstall();
+    testing::internal::CaptureStdout();
+    expectFailure<POSException>([&] { forwarder.ConnectToPOS(10); }, exceptionTypeCode::kPOSException, "???",
+                                "It is missing.");
+    testing::internal::GetCapturedStdout();
+    EXPECT_FALSE(forwarder.isConnected());
+}
+
+TEST_F(MacOSXTransferObjForwarderTest,
+       ConnectToPOS_WithAServerThatNeverAnswers_ThrowsTheTextOfTheCorruptKey) {
+    loadTexts();
+    failAlways(errAETimeout);
+    testing::internal::CaptureStdout();
+    expectFailure<POSException>([&] { forwarder.ConnectToPOS(10); }, exceptionTypeCode::kPOSException, "???",
+                                "It is corrupt.");
+    testing::internal::GetCapturedStdout();
+    EXPECT_FALSE(forwarder.isConnected());
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, ConnectToPOS_AfterAFailedFolderLookup_IsSilentAndTriedAgain) {
+    answerAlways("awake");
+    platform.findFolderResult = nsvErr;
+    testing::internal::CaptureStdout();
+    forwarder.ConnectToPOS(10);
+    testing::internal::GetCapturedStdout();
+    EXPECT_FALSE(forwarder.isConnected());
+    platform.findFolderResult = noErr;
+    forwarder.ConnectToPOS(10);
+    EXPECT_TRUE(forwarder.isConnected());
+    EXPECT_EQ(platform.folderLookups, 2);
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, CheckConnection_OnAForwarderThatWasNeverConnected_ChangesNothing) {
+    answerAlways("awake");
+    forwarder.CheckConnection();
+    EXPECT_FALSE(forwarder.isConnected());
+    EXPECT_TRUE(platform.sent.empty());
+    EXPECT_EQ(platform.folderLookups, 0);
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, CheckConnection_ForgetsTheConnectionWithoutAskingTheServer) {
+    answerAlways("awake");
+    forwarder.ConnectToPOS(10);
+    platform.sent.clear();
+    forwarder.CheckConnection();
+    EXPECT_FALSE(forwarder.isConnected());
+    EXPECT_TRUE(platform.sent.empty());
+    forwarder.ConnectToPOS(10);
+    EXPECT_EQ(platform.folderLookups, 2);
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, GetClientProcessID_IsTheSerialNumberAsItLiesInMemory) {
+    ProcessSerialNumber number;
+    number.highLongOfPSN = 0x01020304;
+    number.lowLongOfPSN = 0x05060708;
+    platform.currentProcess = number;
+    const CPPByteArray identity = forwarder.GetClientProcessID();
+    ASSERT_EQ(identity.getSize(), 8u);
+    EXPECT_EQ(std::memcmp(identity.data(), &number, 8), 0);
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, GetClientProcessID_OfAProcessThatHasNone_IsEmpty) {
+    platform.currentProcessResult = procNotFound;
+    EXPECT_EQ(forwarder.GetClientProcessID().getSize(), 0u);
+}
+
+}  // namespace
+}  // namespace dovrel

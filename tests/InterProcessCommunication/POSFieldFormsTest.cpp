@@ -1,0 +1,102 @@
+#include "InterProcessCommunication/POSFieldForms.h"
+
+#include <gtest/gtest.h>
+
+#include "client/exceptions/ExceptionTypeCodes.h"
+#include "client/exceptions/StructuredDataExceptions.h"
+#include "tests/serialization/Bytes.h"
+
+namespace dovrel {
+namespace {
+
+using test::arrayOf;
+using test::arrayOfHex;
+using test::expectFailure;
+using test::hexOf;
+using test::textOf;
+
+constexpr char kHeader[] = "41 73 41 6B 00 01 00 00 00 09";
+constexpr char kWrongIdentifier[] = "An identifier is not of 16 bytes.";
+
+POSServerMessage messageOf(const std::string& hexData) {
+    POSTransferObj object;
+    object.writeByteArray(120, arrayOfHex(hexData));
+    return readServerMessage(object, 120);
+}
+
+TEST(POSFieldForms, WriteName_SendsTheTerminatingZero) {
+    POSTransferObj object;
+    writeName(object, 107, "add");
+    EXPECT_EQ(hexOf(object.bytes()), std::string(kHeader) + " 00 00 00 6B 00 00 00 04 61 64 64 00");
+}
+
+TEST(POSFieldForms, WriteName_OfTheEmptyName_IsOneZeroByte) {
+    POSTransferObj object;
+    writeName(object, 100, "");
+    EXPECT_EQ(hexOf(object.bytes()), std::string(kHeader) + " 00 00 00 64 00 00 00 01 00");
+}
+
+TEST(POSFieldForms, WriteIdentifier_OfAnotherSize_FailsAndWritesNothing) {
+    for (const char* wrong : {"", "Echo", "fifteen bytes..", "seventeen bytes.."}) {
+        POSTransferObj object;
+        expectFailure<CPPException>([&] { writeIdentifier(object, 105, arrayOf(wrong)); },
+                                    exceptionTypeCode::kCPPException, "???", kWrongIdentifier);
+        EXPECT_EQ(hexOf(object.bytes()), kHeader);
+    }
+}
+
+TEST(POSFieldForms, ReadIdentifier_ReplacesTheOneThatIsThere) {
+    POSTransferObj object;
+    object.writeByteArray(105, arrayOf("0123456789abcdef"));
+    CPPByteArray identifier = arrayOf("old");
+    readIdentifier(object, 105, identifier);
+    EXPECT_EQ(textOf(identifier), "0123456789abcdef");
+}
+
+TEST(POSFieldForms, ReadIdentifier_OfAnotherSize_FailsAndLeavesTheIdentifierAlone) {
+    for (const char* wrong : {"", "Echo", "fifteen bytes..", "seventeen bytes.."}) {
+        POSTransferObj object;
+        object.writeByteArray(105, arrayOf(wrong));
+        CPPByteArray identifier = arrayOf("old");
+        expectFailure<CPPException>([&] { readIdentifier(object, 105, identifier); },
+                                    exceptionTypeCode::kCPPException, "???", kWrongIdentifier);
+        EXPECT_EQ(textOf(identifier), "old");
+    }
+}
+
+TEST(POSFieldForms, ServerMessage_IsTheWordOfFlagsAndTheText) {
+    const POSServerMessage message = messageOf("01 02 00 80 48 69 21");
+    EXPECT_TRUE(message.isPresent());
+    EXPECT_EQ(message.flags, 0x80000201u);
+    EXPECT_EQ(message.text, "Hi!");
+}
+
+TEST(POSFieldForms, ServerMessage_WithFlagsAndNoText_IsPresentAndEmpty) {
+    const POSServerMessage message = messageOf("01 00 00 00");
+    EXPECT_TRUE(message.isPresent());
+    EXPECT_EQ(message.text, "");
+}
+
+TEST(POSFieldForms, ServerMessage_WithoutFlags_IsNotPresent) {
+    EXPECT_FALSE(messageOf("00 00 00 00 48 69").isPresent());
+}
+
+TEST(POSFieldForms, ServerMessage_OfAnEmptyField_IsNone) {
+    EXPECT_FALSE(messageOf("").isPresent());
+}
+
+TEST(POSFieldForms, ServerMessage_OfAFieldShorterThanItsFlags_IsNone) {
+    for (const char* cut : {"01", "01 01", "01 01 01"}) {
+        EXPECT_FALSE(messageOf(cut).isPresent()) << cut;
+        EXPECT_EQ(messageOf(cut).text, "") << cut;
+    }
+}
+
+TEST(POSFieldForms, ServerMessage_OfAMissingField_IsTheReadersFailure) {
+    POSTransferObj object;
+    expectFailure<PartNotFoundException>([&] { readServerMessage(object, 120); },
+                                         exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");
+}
+
+}  // namespace
+}  // namespace dovrel

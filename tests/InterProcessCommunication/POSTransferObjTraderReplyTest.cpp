@@ -1,0 +1,315 @@
+// What the trader makes of answers that are not normal ones. The fixture checks that every answer is
+// released; a second release of one is found by the address sanitizer.
+#include <typeinfo>
+
+#include "InterProcessCommunication/POSCommands.h"
+#include "client/exceptions/ExceptionTypeCodes.h"
+#include "client/exceptions/POSException.h"
+#include "client/exceptions/StructuredDataExceptions.h"
+#include "settings/MultiLanguageSupport.h"
+#include "tests/InterProcessCommunication/TraderFixture.h"
+#include "tests/settings/TemporaryFolder.h"
+
+namespace dovrel {
+namespace {
+
+using test::arrayOf;
+using test::arrayOfHex;
+using test::exceptionAnswer;
+using test::expectFailure;
+using test::kNormalAnswer;
+using test::Operation;
+using test::Outputs;
+using test::part;
+using test::uint32Part;
+
+constexpr char kInterfaceText[] = "The interface does not fit.";
+
+class POSTransferObjTraderReplyTest : public test::TraderFixture {
+  protected:
+    // The class of the exception that the operation throws, null for none; the outputs must not have been
+    // touched.
+    void expectFailureOf(const Operation& operation, const std::type_info& type, const char* message) {
+        SCOPED_TRACE(operation.name);
+        Outputs untouched;
+        try {
+            operation.run(trader, untouched);
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (CPPException* caught) {
+            const std::unique_ptr<CPPException> failure(caught);
+            EXPECT_STREQ(typeid(*caught).name(), type.name());
+            EXPECT_STREQ(failure->getMessage(), message);
+            EXPECT_STREQ(failure->getDetail(), "???");
+            EXPECT_EQ(failure->getCode(), 0);
+        }
+        untouched.expectUntouched();
+    }
+
+    // Loads the one text that the trader asks for, from an installation of the test's own.
+    void loadTexts() {
+        folder_.write(
+            "Library/Application "
+            "Support/Tessilor/pos/Dovrel.bundle/Contents/Resources/MultiLanguageTexts.mls",
+            std::string("//LANGUAGE\nSTR:English\n"
+                        "//DLL_POS_TRANSFER_OBJECT_TRADER_POS_EXCEPTION_NO_VALID_POS_INTERFACE\nSTR:") +
+                kInterfaceText + "\n");
+        setenv("POS_SYSTEM_ROOT", folder_.path().c_str(), 1);
+        MultiLanguageSupport::initialize(kLanguageEnglish);
+        ASSERT_TRUE(MultiLanguageSupport::isLoaded());
+    }
+
+  private:
+    test::TemporaryFolder folder_;
+};
+
+struct CodeCase {
+    uint32_t code;
+    const std::type_info& type;
+};
+
+TEST_F(POSTransferObjTraderReplyTest, ErrorCodes_ThrowTheirClassWithTheServersTextInEveryOperation) {
+    const CodeCase cases[] = {
+        {0, typeid(CPPException)},
+        {23, typeid(POSException)},
+        {24, typeid(POSClassNotFoundException)},
+        {25, typeid(POSObjectNotFoundException)},
+        {26, typeid(POSObjectInstantiationException)},
+        {27, typeid(POSMethodNotFoundException)},
+        {28, typeid(POSMethodExecutionException)},
+        {30, typeid(POSParameterFormatException)},
+        {32, typeid(POSRegistrationException)},
+        {33, typeid(POSClassPackageNotProcessedException)},
+        {34, typeid(POSApplicationNotRegisteredException)},
+        {43, typeid(POSClassPackageNotFoundException)},
+        {145, typeid(POSExecuterReturnedErrorCodeException)},
+        {146, typeid(POSCommandNotExecutedException)},
+    };
+    for (const CodeCase& expected : cases) {
+        SCOPED_TRACE(expected.code);
+        for (const Operation& operation : operations()) {
+            prepare(operation);
+            forwarder.answerParts(exceptionAnswer(expected.code, "what happened"));
+            expectFailureOf(operation, expected.type, "what happened");
+        }
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest, ErrorCode3_ThrowsTheTextOfTheInterfaceKeyInsteadOfTheServers) {
+    loadTexts();
+    for (const Operation& operation : operations()) {
+        prepare(operation);
+        forwarder.answerParts(exceptionAnswer(3, "what the server says"));
+        expectFailureOf(operation, typeid(CPPException), kInterfaceText);
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest, ErrorCodesThatStandForNoException_EndTheOperationInSilence) {
+    for (const uint32_t code : {36u, 999u, 1u, 2u, 4u, 5u, 29u, 31u, 44u, 144u, 147u, 0xFFFFFFFFu}) {
+        for (const Operation& operation : operations()) {
+            SCOPED_TRACE(operation.name + std::string(" ") + std::to_string(code));
+            prepare(operation);
+            forwarder.answerParts(exceptionAnswer(code, "what happened"));
+            Outputs untouched;
+            EXPECT_FALSE(operation.run(trader, untouched));
+            untouched.expectUntouched();
+        }
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest,
+       ErrorCodeThatStandsForNoException_InTheVersionCheck_EndsTheRegistration) {
+    forwarder.answerParts(exceptionAnswer(36, "a library is missing"));
+    EXPECT_FALSE(operations().front().run(trader, outputs));
+    EXPECT_EQ(forwarder.requests().size(), 1u);
+    outputs.expectUntouched();
+}
+
+TEST_F(POSTransferObjTraderReplyTest, ErrorTextOfNoBytes_LeavesTheExceptionWithoutAMessage) {
+    forwarder.answerParts(exceptionAnswer(24, ""));
+    expectFailureOf(operations().at(1), typeid(POSClassNotFoundException), nullptr);
+}
+
+TEST_F(POSTransferObjTraderReplyTest, ErrorAnswerWithoutTextOrCode_IsThePartNotFoundFailure) {
+    const std::string kind = uint32Part(1, 20);
+    for (const std::string& parts :
+         {kind, kind + part(150, "74"), kind + uint32Part(151, 24), kind + uint32Part(151, 999)}) {
+        for (const Operation& operation : operations()) {
+            SCOPED_TRACE(operation.name);
+            prepare(operation);
+            forwarder.answerParts(parts);
+            Outputs untouched;
+            expectFailure<PartNotFoundException>([&] { operation.run(trader, untouched); },
+                                                 exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");
+            untouched.expectUntouched();
+        }
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest, ErrorCodeOfFewerBytes_IsZeroExtended) {
+    forwarder.answerParts(uint32Part(1, 20) + part(150, "74") + part(151, "18"));
+    expectFailureOf(operations().at(1), typeid(POSClassNotFoundException), "t");
+}
+
+TEST_F(POSTransferObjTraderReplyTest, AnswerWithoutMessageKind_IsThePartNotFoundFailureOfTheHeader) {
+    for (const Operation& operation : operations()) {
+        prepare(operation);
+        forwarder.answerParts(uint32Part(0, 1) + operation.replyParts);
+        expectFailureOf(operation, typeid(PartNotFoundException), "???");
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest, AnyMessageKindBut20_IsANormalAnswer) {
+    for (const uint32_t kind : {0u, 1u, 10u, 11u, 19u, 21u, 0x1400u, 0xFFFFFFFFu}) {
+        SCOPED_TRACE(kind);
+        forwarder.answerParts(uint32Part(1, kind) + part(109, "79 65 73"));
+        Outputs some;
+        EXPECT_TRUE(operations().at(6).run(trader, some));
+        EXPECT_EQ(some.blockText(), "yes");
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest, InterfaceVersionOtherThan7_EndsTheRegistrationWithTheTextOfTheKey) {
+    loadTexts();
+    for (const char* version : {"06 00 00 00", "08 00 00 00", "00", "", "07 00 00 01"}) {
+        SCOPED_TRACE(version);
+        forwarder.answerParts(kNormalAnswer + part(118, version));
+        expectFailureOf(operations().front(), typeid(CPPException), kInterfaceText);
+    }
+    EXPECT_EQ(forwarder.requests().size(), 5u);
+}
+
+TEST_F(POSTransferObjTraderReplyTest, InterfaceVersion7_MayBeAShortField) {
+    forwarder.answerParts(kNormalAnswer + part(118, "07"));
+    forwarder.answerParts(kNormalAnswer + operations().front().replyParts);
+    EXPECT_TRUE(operations().front().run(trader, outputs));
+}
+
+TEST_F(POSTransferObjTraderReplyTest,
+       MissingInterfaceVersion_IsThePartNotFoundFailureNotTheInterfaceFailure) {
+    loadTexts();
+    forwarder.answerParts(kNormalAnswer);
+    expectFailure<PartNotFoundException>([&] { operations().front().run(trader, outputs); },
+                                         exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");
+    outputs.expectUntouched();
+}
+
+TEST_F(POSTransferObjTraderReplyTest, MissingReplyFields_AreThePartNotFoundFailureAndTouchNoOutput) {
+    for (const Operation& operation : operations()) {
+        if (operation.replyParts.empty()) continue;
+        SCOPED_TRACE(operation.name);
+        prepare(operation);
+        forwarder.answerParts(kNormalAnswer);
+        Outputs untouched;
+        expectFailure<PartNotFoundException>([&] { operation.run(trader, untouched); },
+                                             exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");
+        untouched.expectUntouched();
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest, EachReplyFieldMissingAlone_TouchesNoOutput) {
+    const std::string sixteen = "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10";
+    const std::vector<std::pair<size_t, std::string>> cases = {
+        {0, uint32Part(103, 5)}, {0, uint32Part(115, 1)}, {2, part(105, sixteen)},
+        {2, part(120, "")},      {4, part(111, "72")},    {4, part(120, "01 00 00 00")}};
+    for (const auto& [index, parts] : cases) {
+        const Operation& operation = operations().at(index);
+        SCOPED_TRACE(operation.name);
+        prepare(operation);
+        forwarder.answerParts(kNormalAnswer + parts);
+        Outputs untouched;
+        expectFailure<PartNotFoundException>([&] { operation.run(trader, untouched); },
+                                             exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");
+        untouched.expectUntouched();
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest, EmptyAnswer_IsTheReadersFailure) {
+    for (const Operation& operation : operations()) {
+        SCOPED_TRACE(operation.name);
+        prepare(operation);
+        forwarder.answerBytes(CPPByteArray());
+        Outputs untouched;
+        expectFailure<StructuredReaderNotInitializedException>(
+            [&] { operation.run(trader, untouched); }, exceptionTypeCode::kStructuredReaderNotInitialized,
+            "3841954A010E: ", "1");
+        untouched.expectUntouched();
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest, Garbage_IsTheReadersFailure) {
+    for (const Operation& operation : operations()) {
+        SCOPED_TRACE(operation.name);
+        prepare(operation);
+        forwarder.answerBytes(arrayOf("\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF this is not the answer"));
+        Outputs untouched;
+        expectFailure<StructuredReaderNotInitializedException>(
+            [&] { operation.run(trader, untouched); }, exceptionTypeCode::kStructuredReaderNotInitialized,
+            "384190CE01EA: ", "1");
+        untouched.expectUntouched();
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest, AnswerCutAnywhere_IsAFailureAndTouchesNoOutput) {
+    for (const Operation& operation : operations()) {
+        if (operation.replyParts.empty()) continue;
+        CPPByteArray whole =
+            arrayOfHex("41 73 41 6B 00 01 00 00 00 09 " + std::string(kNormalAnswer) + operation.replyParts);
+        for (uint32_t length = 0; length < whole.getSize(); ++length) {
+            SCOPED_TRACE(operation.name + std::string(" cut to ") + std::to_string(length));
+            CPPByteArray cut;
+            cut.setFromPart(whole, 0, length);
+            prepare(operation);
+            forwarder.answerBytes(cut);
+            Outputs untouched;
+            EXPECT_THROW(
+                {
+                    try {
+                        operation.run(trader, untouched);
+                    } catch (CPPException* caught) {
+                        delete caught;
+                        throw;
+                    }
+                },
+                CPPException*);
+            untouched.expectUntouched();
+        }
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest, FailureOfTheForwarder_PassesAsItIs) {
+    for (const Operation& operation : operations()) {
+        prepare(operation);
+        forwarder.throwAtRequest("no way through");
+        expectFailureOf(operation, typeid(POSException), "no way through");
+    }
+}
+
+TEST_F(POSTransferObjTraderReplyTest, Check_OfANormalAnswer_GivesItsKindAndLeavesIt) {
+    auto reply = std::make_unique<POSTransferObj>(1, 11, 0);
+    EXPECT_EQ(POSTransferObjTrader::CheckTransferObjReply(reply), 11u);
+    EXPECT_NE(reply, nullptr);
+}
+
+TEST_F(POSTransferObjTraderReplyTest,
+       Check_OfACodeThatStandsForNoException_GivesTheCodeAndReleasesTheAnswer) {
+    auto reply = std::make_unique<POSTransferObj>(1, kMessageKindException, 0);
+    reply->writeString(150, "text");
+    reply->writeUInt32(151, 36);
+    EXPECT_EQ(POSTransferObjTrader::CheckTransferObjReply(reply), 36u);
+    EXPECT_EQ(reply, nullptr);
+}
+
+TEST_F(POSTransferObjTraderReplyTest, EveryAnswer_IsReleasedBeforeTheOperationEnds) {
+    int answers = 0;
+    for (const Operation& operation : operations()) {
+        prepare(operation);
+        forwarder.answerParts(kNormalAnswer + operation.replyParts);
+        answers += operation.registers ? 2 : 1;
+        Outputs some;
+        EXPECT_TRUE(operation.run(trader, some));
+        EXPECT_EQ(forwarder.releasedAnswers(), answers) << operation.name;
+    }
+}
+
+}  // namespace
+}  // namespace dovrel

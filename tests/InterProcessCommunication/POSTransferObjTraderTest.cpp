@@ -1,0 +1,315 @@
+// What the trader sends, and what it makes of normal answers. (POSTransferObjTraderReplyTest has all other
+// answers.)
+#include "InterProcessCommunication/POSTransferObjTrader.h"
+
+#include <type_traits>
+
+#include "InterProcessCommunication/POSCommands.h"
+#include "client/exceptions/ExceptionTypeCodes.h"
+#include "client/exceptions/POSException.h"
+#include "client/exceptions/StructuredDataExceptions.h"
+#include "tests/InterProcessCommunication/TraderFixture.h"
+
+namespace dovrel {
+namespace {
+
+using test::arrayOf;
+using test::arrayOfHex;
+using test::expectFailure;
+using test::hexOf;
+using test::kNormalAnswer;
+using test::Operation;
+using test::Outputs;
+using test::part;
+using test::textOf;
+using test::uint32Part;
+
+using Calls = std::vector<std::string>;
+
+static_assert(std::has_virtual_destructor_v<POSTransferObjTrader>);
+
+class POSTransferObjTraderTest : public test::TraderFixture {};
+
+// The block's header and the header fields of a request with this command.
+std::string requestHeader(const std::string& commandByte) {
+    return "41 73 41 6B 00 01 00 00 00 09 "
+           "00 00 00 00 00 00 00 04 01 00 00 00 "
+           "00 00 00 01 00 00 00 04 0A 00 00 00 "
+           "00 00 00 03 00 00 00 04 " +
+           commandByte + " 00 00 00";
+}
+
+TEST_F(POSTransferObjTraderTest, RegisterApplication_ConnectsChecksTheVersionThenRegisters) {
+    forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
+    forwarder.answerParts(kNormalAnswer + uint32Part(103, 0x01020304) + part(115, "01 00 00 00"));
+    const CPPClassID second{arrayOf("1234567890123456")};
+    EXPECT_TRUE(
+        trader.registerApplication("App", {classId, second}, arrayOfHex("60 04"), outputs.registration));
+
+    EXPECT_EQ(forwarder.calls(), (Calls{"connect 10", "forward", "identify", "forward"}));
+    EXPECT_EQ(request(0), requestHeader("11"));
+    EXPECT_EQ(request(1), requestHeader("0A") +
+                              " 00 00 00 64 00 00 00 04 41 70 70 00"
+                              " 00 00 00 65 00 00 00 08 10 11 12 13 14 15 16 17"
+                              " 00 00 00 82 00 00 00 46"
+                              " 41 73 41 6B 00 01 00 00 00 08"
+                              " 00 00 00 00 00 00 00 04 02 00 00 00"
+                              " 00 00 00 05 00 00 00 10 41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50"
+                              " 00 00 00 07 00 00 00 10 31 32 33 34 35 36 37 38 39 30 31 32 33 34 35 36"
+                              " 00 00 00 72 00 00 00 02 60 04");
+    EXPECT_EQ(outputs.registration.applicationId, 0x01020304u);
+    EXPECT_TRUE(outputs.registration.checksClasses);
+}
+
+TEST_F(POSTransferObjTraderTest, RegisterApplication_WithNothing_SendsEmptyFields) {
+    forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
+    forwarder.answerParts(kNormalAnswer + uint32Part(103, 1) + part(115, ""));
+    EXPECT_TRUE(trader.registerApplication("", {}, CPPByteArray(), outputs.registration));
+    EXPECT_EQ(request(1), requestHeader("0A") +
+                              " 00 00 00 64 00 00 00 01 00"
+                              " 00 00 00 65 00 00 00 08 10 11 12 13 14 15 16 17"
+                              " 00 00 00 82 00 00 00 16"
+                              " 41 73 41 6B 00 01 00 00 00 08 00 00 00 00 00 00 00 04 00 00 00 00"
+                              " 00 00 00 72 00 00 00 00");
+}
+
+TEST_F(POSTransferObjTraderTest,
+       RegistrationFlags_OnlyBit0AsksForTheClassCheckAndShortFieldsAreZeroExtended) {
+    const std::vector<std::pair<const char*, bool>> cases = {
+        {"", false},           {"01", true},           {"02", false},
+        {"FF FF", true},       {"FE FF FF FF", false}, {"01 00 00 00 00", true},
+        {"00 00 00 01", false}};
+    for (const auto& [flags, checks] : cases) {
+        SCOPED_TRACE(flags);
+        forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
+        forwarder.answerParts(kNormalAnswer + uint32Part(103, 1) + part(115, flags));
+        POSRegistration registration;
+        registration.checksClasses = !checks;
+        EXPECT_TRUE(trader.registerApplication("App", {}, CPPByteArray(), registration));
+        EXPECT_EQ(registration.checksClasses, checks);
+    }
+}
+
+TEST_F(POSTransferObjTraderTest, RegisterApplication_WhenConnectingFails_SendsNothing) {
+    forwarder.throwAtConnect("no server");
+    expectFailure<POSException>(
+        [&] { trader.registerApplication("App", {classId}, CPPByteArray(), outputs.registration); },
+        exceptionTypeCode::kPOSException, "???", "no server");
+    EXPECT_EQ(forwarder.calls(), (Calls{"connect 10"}));
+    outputs.expectUntouched();
+}
+
+TEST_F(POSTransferObjTraderTest, RegisterApplication_WithAClassIdentifierThatIsNot16Bytes_DoesNotRegister) {
+    forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
+    expectFailure<CPPException>(
+        [&] {
+            trader.registerApplication("App", {classId, CPPClassID(arrayOf("short"))}, CPPByteArray(),
+                                       outputs.registration);
+        },
+        exceptionTypeCode::kCPPException, "???", "An identifier is not of 16 bytes.");
+    EXPECT_EQ(forwarder.requests().size(), 1u);
+    outputs.expectUntouched();
+}
+
+TEST_F(POSTransferObjTraderTest, UnregisterApplication_SendsTheSession) {
+    forwarder.answerParts(kNormalAnswer);
+    EXPECT_TRUE(trader.unregisterApplication(0xFFFFFFFE));
+    EXPECT_EQ(request(0), requestHeader("0B") + " 00 00 00 67 00 00 00 04 FE FF FF FF");
+    EXPECT_EQ(forwarder.calls(), (Calls{"forward"}));
+}
+
+TEST_F(POSTransferObjTraderTest, InstantiateObject_SendsClassEmptyCreationDataAndExecuterWord) {
+    forwarder.answerParts(kNormalAnswer + part(105, "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10") +
+                          part(120, "01 00 00 00 48 69"));
+    EXPECT_TRUE(trader.instantiateObject(5, classId, kNoExecuter, outputs.objectId, outputs.message));
+    EXPECT_EQ(request(0), requestHeader("0C") +
+                              " 00 00 00 67 00 00 00 04 05 00 00 00"
+                              " 00 00 00 6A 00 00 00 10 41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50"
+                              " 00 00 00 74 00 00 00 00"
+                              " 00 00 00 75 00 00 00 04 FF FF FF FF");
+    EXPECT_EQ(hexOf(outputs.objectId), "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10");
+    EXPECT_EQ(outputs.message.flags, 1u);
+    EXPECT_EQ(outputs.message.text, "Hi");
+}
+
+TEST_F(POSTransferObjTraderTest, InstantiateObject_WithAnObjectIdentifierThatIsNot16Bytes_HandsNothingOut) {
+    for (const char* identifier : {"", "01", "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F",
+                                   "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10 11"}) {
+        forwarder.answerParts(kNormalAnswer + part(105, identifier) + part(120, "01 00 00 00"));
+        expectFailure<CPPException>(
+            [&] { trader.instantiateObject(5, classId, kNoExecuter, outputs.objectId, outputs.message); },
+            exceptionTypeCode::kCPPException, "???", "An identifier is not of 16 bytes.");
+        outputs.expectUntouched();
+    }
+}
+
+TEST_F(POSTransferObjTraderTest, DeleteObject_SendsTheObject) {
+    forwarder.answerParts(kNormalAnswer);
+    EXPECT_TRUE(trader.deleteObject(5, objectId));
+    EXPECT_EQ(request(0), requestHeader("0D") +
+                              " 00 00 00 67 00 00 00 04 05 00 00 00"
+                              " 00 00 00 69 00 00 00 10 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70");
+}
+
+TEST_F(POSTransferObjTraderTest, CallMethod_SendsTheNameWithItsZeroAndWithoutAnExecuterField104OfLength0) {
+    forwarder.answerParts(kNormalAnswer + part(111, "72 65 73") + part(120, "02 00 00 00"));
+    const uint8_t parameters[] = {0, 1, 2};
+    EXPECT_TRUE(trader.callMethod(5, nullptr, objectId, "add", parameters, 3, &outputs.block,
+                                  &outputs.blockLength, outputs.message));
+    EXPECT_EQ(request(0), requestHeader("0E") +
+                              " 00 00 00 67 00 00 00 04 05 00 00 00"
+                              " 00 00 00 69 00 00 00 10 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70"
+                              " 00 00 00 6B 00 00 00 04 61 64 64 00"
+                              " 00 00 00 6E 00 00 00 03 00 01 02"
+                              " 00 00 00 68 00 00 00 00");
+    EXPECT_EQ(outputs.blockText(), "res");
+    EXPECT_EQ(outputs.message.flags, 2u);
+    EXPECT_EQ(outputs.message.text, "");
+}
+
+TEST_F(POSTransferObjTraderTest, CallMethod_OnAnExecuter_SendsItsIdentifier) {
+    forwarder.answerParts(kNormalAnswer + part(111, "") + part(120, ""));
+    const ProtectedExecuterID executer{arrayOf("EXECUTER........")};
+    EXPECT_TRUE(trader.callMethod(5, &executer, objectId, "", nullptr, 0, &outputs.block,
+                                  &outputs.blockLength, outputs.message));
+    EXPECT_EQ(request(0), requestHeader("0E") +
+                              " 00 00 00 67 00 00 00 04 05 00 00 00"
+                              " 00 00 00 69 00 00 00 10 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70"
+                              " 00 00 00 6B 00 00 00 01 00"
+                              " 00 00 00 6E 00 00 00 00"
+                              " 00 00 00 68 00 00 00 10 45 58 45 43 55 54 45 52 2E 2E 2E 2E 2E 2E 2E 2E");
+}
+
+TEST_F(POSTransferObjTraderTest, ExecuteCommand_SendsCommandAndArgumentInOneFieldAndTheCommandsLength) {
+    forwarder.answerParts(kNormalAnswer + part(111, "6F 6B"));
+    const uint8_t command[] = {'p', 'i', 'n', 'g'};
+    const uint8_t argument[] = {0xAA, 0xBB};
+    EXPECT_TRUE(trader.executeCommand(5, command, 4, argument, 2, &outputs.block, &outputs.blockLength));
+    EXPECT_EQ(request(0), requestHeader("0F") +
+                              " 00 00 00 67 00 00 00 04 05 00 00 00"
+                              " 00 00 00 68 00 00 00 10 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+                              " 00 00 00 6E 00 00 00 06 70 69 6E 67 AA BB"
+                              " 00 00 00 70 00 00 00 04 04 00 00 00");
+    EXPECT_EQ(outputs.blockText(), "ok");
+}
+
+TEST_F(POSTransferObjTraderTest, ExecuteCommand_WithNullPointersOfLength0_SendsAnEmptyField) {
+    forwarder.answerParts(kNormalAnswer + part(111, ""));
+    EXPECT_TRUE(trader.executeCommand(5, nullptr, 0, nullptr, 0, &outputs.block, &outputs.blockLength));
+    EXPECT_EQ(request(0), requestHeader("0F") +
+                              " 00 00 00 67 00 00 00 04 05 00 00 00"
+                              " 00 00 00 68 00 00 00 10 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+                              " 00 00 00 6E 00 00 00 00"
+                              " 00 00 00 70 00 00 00 04 00 00 00 00");
+}
+
+TEST_F(POSTransferObjTraderTest, ExecuteCommand_WithLengthsWhoseSumIsNoLength_FailsBeforeAnythingIsSent) {
+    const uint8_t command[] = {'p', 'i', 'n', 'g'};
+    const uint8_t argument[] = {0};
+    // The sum is 2^32 + 3; neither length alone is more than the field may have.
+    expectFailure<StructuredWriteFailedException>(
+        [&] {
+            trader.executeCommand(5, command, 4, argument, 0xFFFFFFFF, &outputs.block, &outputs.blockLength);
+        },
+        exceptionTypeCode::kStructuredWriteFailed, "???", "The command and its argument are too long.");
+    EXPECT_TRUE(forwarder.calls().empty());
+    outputs.expectUntouched();
+}
+
+TEST_F(POSTransferObjTraderTest, GetInformation_SendsTheRequest) {
+    forwarder.answerParts(kNormalAnswer + part(109, "69 6E 66 6F"));
+    const uint8_t query[] = {0x61, 0x01};
+    EXPECT_TRUE(trader.getInformation(0, query, 2, &outputs.block, &outputs.blockLength));
+    EXPECT_EQ(request(0), requestHeader("10") +
+                              " 00 00 00 67 00 00 00 04 00 00 00 00"
+                              " 00 00 00 6C 00 00 00 02 61 01");
+    EXPECT_EQ(outputs.blockText(), "info");
+}
+
+TEST_F(POSTransferObjTraderTest, GivenIdentifiersThatAreNot16Bytes_FailBeforeAnythingIsSent) {
+    const CPPObjectID shortObject{arrayOf("fifteen bytes..")};
+    const CPPClassID longClass{arrayOf("seventeen bytes..")};
+    const ProtectedExecuterID emptyExecuter;
+    const std::vector<std::function<void()>> attempts = {
+        [&] { trader.instantiateObject(5, longClass, kNoExecuter, outputs.objectId, outputs.message); },
+        [&] { trader.deleteObject(5, shortObject); },
+        [&] {
+            trader.callMethod(5, nullptr, shortObject, "m", nullptr, 0, &outputs.block, &outputs.blockLength,
+                              outputs.message);
+        },
+        [&] {
+            trader.callMethod(5, &emptyExecuter, objectId, "m", nullptr, 0, &outputs.block,
+                              &outputs.blockLength, outputs.message);
+        },
+    };
+    for (const auto& attempt : attempts)
+        expectFailure<CPPException>(attempt, exceptionTypeCode::kCPPException, "???",
+                                    "An identifier is not of 16 bytes.");
+    EXPECT_TRUE(forwarder.calls().empty());
+    outputs.expectUntouched();
+}
+
+TEST_F(POSTransferObjTraderTest, ParametersThatTheRequestCannotHold_AreTheWritersFailureAndNothingIsSent) {
+    const uint8_t byte = 0;
+    expectFailure<StructuredWriteFailedException>(
+        [&] {
+            trader.callMethod(5, nullptr, objectId, "m", &byte, 0xFFFFFFFF, &outputs.block,
+                              &outputs.blockLength, outputs.message);
+        },
+        exceptionTypeCode::kStructuredWriteFailed,
+        "384269E80233: ", "Byte array too small (or did not expand as expected)");
+    EXPECT_TRUE(forwarder.calls().empty());
+    outputs.expectUntouched();
+}
+
+TEST_F(POSTransferObjTraderTest, EmptyResults_AreNullOfLength0) {
+    for (const Operation& operation : operations()) {
+        const std::string name = operation.name;
+        if (name != "call method" && name != "execute command" && name != "get information") continue;
+        SCOPED_TRACE(name);
+        forwarder.answerParts(kNormalAnswer + part(111, "") + part(109, "") + part(120, ""));
+        Outputs empty;
+        EXPECT_TRUE(operation.run(trader, empty));
+        EXPECT_EQ(empty.block, nullptr);
+        EXPECT_EQ(empty.blockLength, 0u);
+    }
+}
+
+TEST_F(POSTransferObjTraderTest, AnswersAndMessagesMayHaveTheirFieldsInAnyOrderAndMore) {
+    forwarder.answerParts(part(120, "01 00 00 00 6D") + part(999, "00") + part(111, "72") + kNormalAnswer);
+    EXPECT_TRUE(operations().at(4).run(trader, outputs));
+    EXPECT_EQ(outputs.blockText(), "r");
+    EXPECT_EQ(outputs.message.text, "m");
+}
+
+TEST_F(POSTransferObjTraderTest, EveryRequest_HasTheFieldsOfTheTableInItsOrder) {
+    for (const Operation& operation : operations()) {
+        SCOPED_TRACE(operation.name);
+        prepare(operation);
+        forwarder.answerParts(kNormalAnswer + operation.replyParts);
+        Outputs some;
+        ASSERT_TRUE(operation.run(trader, some));
+
+        const CPPByteArray& wire = forwarder.requests().back();
+        POSTransferObj sent;
+        sent.copyBytesFrom(wire);
+        const POSCommand* const command = findPOSCommand(sent.getCommand());
+        ASSERT_NE(command, nullptr);
+        EXPECT_STREQ(command->name, operation.name);
+
+        std::vector<uint32_t> expected = {0, 1, 3};
+        for (const POSField& field : command->request)
+            expected.push_back(field);
+        std::vector<uint32_t> tags;
+        const auto wordAt = [&wire](uint32_t offset) {
+            return uint32_t{wire.getByte(offset)} << 24 | uint32_t{wire.getByte(offset + 1)} << 16 |
+                   uint32_t{wire.getByte(offset + 2)} << 8 | wire.getByte(offset + 3);
+        };
+        for (uint32_t offset = 10; offset < wire.getSize(); offset += 8 + wordAt(offset + 4))
+            tags.push_back(wordAt(offset));
+        EXPECT_EQ(tags, expected);
+    }
+}
+
+}  // namespace
+}  // namespace dovrel

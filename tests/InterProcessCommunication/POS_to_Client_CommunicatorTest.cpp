@@ -1,0 +1,55 @@
+#include "InterProcessCommunication/POS_to_Client_Communicator.h"
+
+#include <gtest/gtest.h>
+
+#include "InterProcessCommunication/EventDescriptor.h"
+#include "InterProcessCommunication/POSTransferObj.h"
+#include "tests/InterProcessCommunication/PlatformDouble.h"
+#include "tests/serialization/Bytes.h"
+
+namespace dovrel {
+namespace {
+
+using test::hexOf;
+
+std::string wireFormOf(const POSTransferObj& object) {
+    return test::textOf(object.bytes());
+}
+
+class POS_to_Client_CommunicatorTest : public testing::Test {
+  protected:
+    /// The result for an event with this direct parameter.
+    int32_t receive(const std::optional<std::string>& directParameter) {
+        const POS_to_Client_Communicator communicator;
+        EventDescriptor event;
+        test::PlatformDouble::answerWith(event.get(), directParameter);
+        return communicator.ReceiveTransferObj(event.get(), object);
+    }
+
+    POSTransferObj object;
+};
+
+TEST_F(POS_to_Client_CommunicatorTest, ReceiveTransferObj_RebuildsTheObjectThatWasSent) {
+    POSTransferObj sent(1, 10, 11);
+    sent.writeUInt32(103, 5);
+    EXPECT_EQ(receive(wireFormOf(sent)), 0);
+    EXPECT_EQ(hexOf(object.bytes()), hexOf(sent.bytes()));
+    EXPECT_EQ(object.getCommand(), 11u);
+    EXPECT_EQ(object.readUInt32(103), 5u);
+}
+
+TEST_F(POS_to_Client_CommunicatorTest, ReceiveTransferObj_OfAnEmptyParameter_LeavesTheObject) {
+    const std::string before = wireFormOf(object);
+    EXPECT_EQ(receive(""), 0);
+    EXPECT_EQ(wireFormOf(object), before);
+}
+
+TEST_F(POS_to_Client_CommunicatorTest,
+       ReceiveTransferObj_WithoutAParameter_AnswersTheErrorAndLeavesTheObject) {
+    const std::string before = wireFormOf(object);
+    EXPECT_EQ(receive(std::nullopt), errAEDescNotFound);
+    EXPECT_EQ(wireFormOf(object), before);
+}
+
+}  // namespace
+}  // namespace dovrel

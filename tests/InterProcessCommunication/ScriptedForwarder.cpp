@@ -1,0 +1,86 @@
+#include "tests/InterProcessCommunication/ScriptedForwarder.h"
+
+#include <gtest/gtest.h>
+
+#include "client/exceptions/POSException.h"
+#include "tests/serialization/Bytes.h"
+
+namespace dovrel::test {
+
+namespace {
+
+constexpr char kBlockHeader[] = "41 73 41 6B 00 01 00 00 00 09 ";
+
+std::string hexOfUInt32(uint32_t value, bool mostSignificantFirst) {
+    CPPByteArray bytes;
+    bytes.setFilled(4, 0);
+    for (uint32_t i = 0; i < 4; ++i)
+        bytes.setByte(mostSignificantFirst ? 3 - i : i, static_cast<uint8_t>(value >> 8 * i));
+    return hexOf(bytes);
+}
+
+}  // namespace
+
+const char* const kProcessIdentity = "10 11 12 13 14 15 16 17";
+const char* const kNormalAnswer = "00 00 00 00 00 00 00 04 01 00 00 00 00 00 00 01 00 00 00 04 0B 00 00 00 ";
+
+POSTransferObj* ScriptedForwarder::ForwardTransferObj(POSTransferObj& request) {
+    calls_.emplace_back("forward");
+    CPPByteArray wire;
+    request.copyBytesTo(wire);
+    requests_.push_back(wire);
+    if (script_.empty()) {
+        ADD_FAILURE() << "a request that no answer is prepared for";
+        return new POSTransferObj;
+    }
+    const Answer answer = script_.front();
+    script_.pop_front();
+    POSTransferObj* const reply = answer();
+    answers_.add(reply);
+    return reply;
+}
+
+void ScriptedForwarder::ConnectToPOS(uint32_t hint) {
+    calls_.push_back("connect " + std::to_string(hint));
+    if (connectFailure_ != nullptr) throw new POSException(connectFailure_);
+}
+
+void ScriptedForwarder::CheckConnection() {
+    calls_.emplace_back("check");
+}
+
+CPPByteArray ScriptedForwarder::GetClientProcessID() {
+    calls_.emplace_back("identify");
+    return arrayOfHex(kProcessIdentity);
+}
+
+void ScriptedForwarder::answerBytes(const CPPByteArray& bytes) {
+    script_.emplace_back([bytes] {
+        auto reply = std::make_unique<POSTransferObj>();
+        reply->copyBytesFrom(bytes);
+        return reply.release();
+    });
+}
+
+void ScriptedForwarder::answerParts(const std::string& parts) {
+    answerBytes(arrayOfHex(kBlockHeader + parts));
+}
+
+void ScriptedForwarder::throwAtRequest(const char* text) {
+    script_.emplace_back([text]() -> POSTransferObj* { throw new POSException(text); });
+}
+
+std::string exceptionAnswer(uint32_t code, const std::string& text) {
+    return uint32Part(0, 1) + uint32Part(1, 20) + part(150, hexOf(arrayOf(text))) + uint32Part(151, code);
+}
+
+std::string part(uint32_t number, const std::string& hexData) {
+    return hexOfUInt32(number, true) + " " + hexOfUInt32(arrayOfHex(hexData).getSize(), true) + " " +
+           hexData + " ";
+}
+
+std::string uint32Part(uint32_t number, uint32_t value) {
+    return part(number, hexOfUInt32(value, false));
+}
+
+}  // namespace dovrel::test
