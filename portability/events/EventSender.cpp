@@ -36,8 +36,10 @@ bool readValue(const ImageItem& address, Value& value) {
     return true;
 }
 
-Target processTarget(bool readable, pid_t process) {
-    return {readable && process == getpid() ? Target::Kind::thisProcess : Target::Kind::nobody};
+bool readProcess(const ImageItem& address, pid_t& process) {
+    if (address.header.type == typeKernelProcessID) return readValue(address, process);
+    ProcessSerialNumber number;
+    return readValue(address, number) && GetProcessPID(&number, &process) == noErr;
 }
 
 Target findTarget(const EventStorage& event) {
@@ -47,17 +49,15 @@ Target findTarget(const EventStorage& event) {
     }
     OSType signature = 0;
     pid_t process = 0;
-    ProcessSerialNumber number;
     switch (address.header.type) {
         case typeApplSignature:
             // The signature is the first four bytes, whatever follows.
             if (!readValue(address, signature)) return {Target::Kind::nobody};
             return {Target::Kind::endpoint, signature};
         case typeKernelProcessID:
-            return processTarget(readValue(address, process), process);
         case typeProcessSerialNumber:
-            return processTarget(readValue(address, number) && GetProcessPID(&number, &process) == noErr,
-                                 process);
+            if (!readProcess(address, process) || process != getpid()) return {Target::Kind::nobody};
+            return {Target::Kind::thisProcess};
         default:
             return {Target::Kind::unknown};
     }

@@ -1,0 +1,100 @@
+// What the platform promises about AESend beyond what AESendMessage does.
+#include <Carbon/Carbon.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Events.h"
+#include "TestApplication.h"
+
+namespace {
+
+constexpr char kSignature[] = "TeSt";
+
+int idleCalls;
+UInt16 idleKind;
+const TestApplication* heldApplication;
+
+Boolean countAndGoOn(EventRecord* event, SInt32* sleepTime, RgnHandle*) {
+    ++idleCalls;
+    idleKind = event->what;
+    *sleepTime = 1;
+    if (idleCalls == 3) heldApplication->letGo();
+    return false;
+}
+
+Boolean giveUp(EventRecord*, SInt32*, RgnHandle*) {
+    ++idleCalls;
+    return true;
+}
+
+class AESendTest : public testing::Test {
+  protected:
+    AESendTest() {
+        idleCalls = 0;
+        idleKind = 0x5A5A;
+        heldApplication = &application_;
+    }
+
+    TemporaryEnvironment environment_;
+    TestApplication application_{environment_, kSignature};
+    Descriptor address_ = makeAddress(kSignature);
+    Descriptor reply_;
+};
+
+}  // namespace
+
+TEST_F(AESendTest, Answer_ComesBack) {
+    ASSERT_TRUE(application_.start());
+    Descriptor event = makeEvent(address_, kEcho);
+    putText(event, "through AESend");
+    ASSERT_EQ(AESend(event.get(), reply_.get(), kAEWaitReply, kAENormalPriority, 10000, nullptr, nullptr),
+              noErr);
+    EXPECT_EQ(textOf(reply_), "through AESend");
+}
+
+TEST_F(AESendTest, ApplicationNotRunning_IsProcNotFound) {
+    Descriptor event = makeEvent(address_, kEcho);
+    EXPECT_EQ(AESend(event.get(), reply_.get(), kAEWaitReply, kAENormalPriority, 10000, nullptr, nullptr),
+              procNotFound);
+    EXPECT_EQ(reply_.desc.descriptorType, DescType{typeNull});
+}
+
+TEST_F(AESendTest, ServerThatNeverAnswers_FiveSendsOfOneTickEach_TimeOut) {
+    ASSERT_TRUE(application_.start());
+    Descriptor event = makeEvent(address_, kHold);
+    putText(event, "startPos");
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(AESend(event.get(), reply_.get(), kAEWaitReply, kAENormalPriority, 1, nullptr, nullptr),
+                  errAETimeout);
+    }
+}
+
+TEST_F(AESendTest, IdleProcedure_IsCalledWithNullEventsUntilTheAnswer) {
+    ASSERT_TRUE(application_.start());
+    Descriptor event = makeEvent(address_, kHold);
+    putText(event, "after a while");
+    ASSERT_EQ(
+        AESend(event.get(), reply_.get(), kAEWaitReply, kAENormalPriority, kNoTimeOut, countAndGoOn, nullptr),
+        noErr);
+    EXPECT_EQ(textOf(reply_), "after a while");
+    EXPECT_GE(idleCalls, 3);
+    EXPECT_EQ(idleKind, 0) << "a null event";
+}
+
+TEST_F(AESendTest, IdleProcedureThatAnswersTrue_CancelsTheWait) {
+    ASSERT_TRUE(application_.start());
+    Descriptor event = makeEvent(address_, kHold);
+    putText(event, "too late");
+    EXPECT_EQ(AESend(event.get(), reply_.get(), kAEWaitReply, kAENormalPriority, kNoTimeOut, giveUp, nullptr),
+              errAEWaitCanceled);
+    EXPECT_EQ(idleCalls, 1);
+    EXPECT_EQ(reply_.desc.descriptorType, DescType{typeNull});
+    application_.letGo();
+
+    Descriptor next = makeEvent(address_, kEcho);
+    putText(next, "in time");
+    ASSERT_EQ(AESend(next.get(), reply_.get(), kAEWaitReply, kAENormalPriority, 10000, nullptr, nullptr),
+              noErr);
+    EXPECT_EQ(textOf(reply_), "in time");
+}

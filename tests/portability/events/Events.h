@@ -1,0 +1,76 @@
+// Making and reading Apple events with few words.
+#pragma once
+
+#include <CoreServices/CoreServices.h>
+
+#include <string>
+
+// The event class of the test application, and the events that it knows.
+enum {
+    kTestClass = 'test',
+    kEcho = 'echo',         // answers with the direct parameter, same type
+    kAnswerEmpty = 'emty',  // answers with an empty direct parameter
+    kAnswerNothing = 'noth',
+    kFail = 'fail',  // fails with the number in the direct parameter, after putting a parameter 'part'
+    kFailWithText = 'ftxt',
+    kThrow = 'thro',
+    kDecline = 'decl',     // its handler answers errAEEventNotHandled
+    kNobody = 'nobo',      // has no handler
+    kHold = 'hold',        // reports 'h', and answers when the test lets it
+    kDie = 'die ',         // ends its process on the spot
+    kReport = 'repo',      // tells the test, by the pipe, the type of the reply descriptor
+    kAttributes = 'attr',  // answers with what the attributes say
+    kMissed = 'miss',      // answers with what keyMissedKeywordAttr says before and after reading
+    kCount = 'coun'        // answers with how often it was called
+};
+
+/// A descriptor that is disposed of.
+struct Descriptor {
+    AEDesc desc = {typeNull, nullptr};
+
+    Descriptor() = default;
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    Descriptor(Descriptor&& other) noexcept : desc(other.desc) { AEInitializeDesc(&other.desc); }
+    ~Descriptor() { AEDisposeDesc(&desc); }
+    AEDesc* get() { return &desc; }
+    const AEDesc* get() const { return &desc; }
+};
+
+inline Descriptor makeAddress(const char* signature) {
+    Descriptor address;
+    OSType code = 0;
+    for (int i = 0; i < 4; ++i)
+        code = code << 8 | static_cast<unsigned char>(signature[i]);
+    AECreateDesc(typeApplSignature, &code, sizeof code, address.get());
+    return address;
+}
+
+inline Descriptor makeEvent(const Descriptor& address, AEEventID id, AEEventClass eventClass = kTestClass) {
+    Descriptor event;
+    AECreateAppleEvent(eventClass, id, address.get(), kAutoGenerateReturnID, kAnyTransactionID, event.get());
+    return event;
+}
+
+inline OSErr putText(Descriptor& event, const std::string& text, AEKeyword keyword = keyDirectObject) {
+    return AEPutParamPtr(event.get(), keyword, typeChar, text.data(), static_cast<Size>(text.size()));
+}
+
+/// The bytes of a parameter; "(none)" and the like, with the error, when it cannot be read.
+inline std::string textOf(const Descriptor& event, AEKeyword keyword = keyDirectObject,
+                          DescType type = typeChar) {
+    Size size = -1;
+    const OSErr error = AEGetParamPtr(event.get(), keyword, type, nullptr, nullptr, 0, &size);
+    if (error != noErr) return "(error " + std::to_string(error) + ")";
+    std::string text(static_cast<size_t>(size), '\0');
+    AEGetParamPtr(event.get(), keyword, type, nullptr, text.data(), size, nullptr);
+    return text;
+}
+
+/// A whole number; `missing` when it cannot be read.
+inline long numberOf(const Descriptor& event, AEKeyword keyword, long missing = -99999) {
+    SInt32 number = 0;
+    if (AEGetParamPtr(event.get(), keyword, typeSInt32, nullptr, &number, sizeof number, nullptr) != noErr)
+        return missing;
+    return static_cast<long>(number);
+}
