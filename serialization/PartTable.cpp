@@ -15,15 +15,13 @@ bool belowTag(const PartTable::Entry& entry, uint32_t tag) {
 
 }  // namespace
 
-void PartTable::add(uint32_t tag, uint32_t offset, uint32_t length) {
-    const Entry entry{tag, offset, length};
-    if (heap_.empty() && count_ < kInlineEntries) {
-        insertInline(entry);
-        return;
+void PartTable::addToHeap(uint32_t tag, uint32_t offset, uint32_t length) {
+    if (heap_.empty()) {
+        heap_.assign(inline_.begin(), inline_.end());
+        sorted_ = false;
     }
-    if (heap_.empty()) heap_.assign(inline_.begin(), inline_.end());
     if (heap_.back().tag >= tag) sorted_ = false;
-    heap_.push_back(entry);
+    heap_.push_back(Entry{tag, offset, length});
 }
 
 void PartTable::finish() {
@@ -35,20 +33,9 @@ void PartTable::finish() {
     sorted_ = true;
 }
 
-const PartTable::Entry* PartTable::find(uint32_t tag) const {
-    const Entry* const begin = heap_.empty() ? inline_.data() : heap_.data();
-    const Entry* const end = begin + (heap_.empty() ? count_ : heap_.size());
-    const Entry* const found = std::lower_bound(begin, end, tag, belowTag);
-    return found != end && found->tag == tag ? found : nullptr;
-}
-
-void PartTable::insertInline(const Entry& entry) {
-    Entry* const end = inline_.data() + count_;
-    Entry* const place = std::lower_bound(inline_.data(), end, entry.tag, belowTag);
-    if (place != end && place->tag == entry.tag) return;
-    std::copy_backward(place, end, end + 1);
-    *place = entry;
-    ++count_;
+const PartTable::Entry* PartTable::findInHeap(uint32_t tag) const {
+    const auto found = std::lower_bound(heap_.begin(), heap_.end(), tag, belowTag);
+    return found != heap_.end() && found->tag == tag ? &*found : nullptr;
 }
 
 }  // namespace dovrel

@@ -1,7 +1,7 @@
 // PartTable: where the parts of a structured block lie, by their tags. The first entry of a tag wins.
 //
 // Made for two cases: the dozen of parts of a transfer object, kept in the table itself without touching the
-// heap, and lists of up to millions, sorted once when all are known.
+// heap and found by looking at each, and lists of up to millions, sorted once when all are known.
 #pragma once
 
 #include <array>
@@ -23,21 +23,34 @@ class PartTable {
     PartTable() {}
 
     // Adds an entry unless the tag is there already. The entry is found after the next call of finish.
-    void add(uint32_t tag, uint32_t offset, uint32_t length);
+    void add(uint32_t tag, uint32_t offset, uint32_t length) {
+        if (heap_.empty() && count_ < kInlineEntries) {
+            inline_[count_++] = Entry{tag, offset, length};
+        } else {
+            addToHeap(tag, offset, length);
+        }
+    }
 
     // Call after a run of add, also after one that was broken off.
     void finish();
 
     // Null where the tag is absent. Valid until the next add.
-    const Entry* find(uint32_t tag) const;
+    const Entry* find(uint32_t tag) const {
+        if (!heap_.empty()) return findInHeap(tag);
+        for (size_t i = 0; i < count_; ++i) {
+            if (inline_[i].tag == tag) return &inline_[i];
+        }
+        return nullptr;
+    }
 
   private:
     static constexpr size_t kInlineEntries = 16;
 
-    void insertInline(const Entry& entry);
+    void addToHeap(uint32_t tag, uint32_t offset, uint32_t length);
+    const Entry* findInHeap(uint32_t tag) const;
 
-    // The entries are in one of the two: in order in the first until it is full, then all of them in the
-    // second.
+    // The entries are in one of the two: as they were added in the first until it is full, then all in the
+    // second, sorted but for those added since finish.
     std::array<Entry, kInlineEntries> inline_;
     std::vector<Entry> heap_;
     size_t count_ = 0;  // of inline_
