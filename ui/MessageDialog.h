@@ -1,4 +1,5 @@
-// The one way in which the library speaks to the user: a modal alert with a title, a body and one of a few button sets.
+// The one way in which the library speaks to the user: a modal alert with a title, a body and one of a few
+// button sets.
 #pragma once
 
 namespace dovrel {
@@ -13,20 +14,20 @@ enum AlertButtons : int {
 
 /// What an alert answers.
 enum AlertAnswer : int {
-    kAlertAnswerNotShown = 0,   ///< there was no way to show it; callers treat that as a refusal to retry
+    kAlertAnswerNotShown = 0,  ///< there was no way to show it; callers treat that as a refusal to retry
     kAlertAnswerRetry = 11,
     kAlertAnswerOK = 12,
-    kAlertAnswerCancel = 13     ///< any button but the first
+    kAlertAnswerCancel = 13  ///< any button but the first
 };
 
-/// Contract of the alert. Blocks until the user has answered; never throws; null texts count as "". Any thread may call:
-/// the alert itself is always run on the main thread.
+/// Contract of the alert. Blocks until the user has answered; never throws; null texts count as "". Any
+/// thread may call: the alert itself is always run on the main thread.
 class MessageDialog {
   public:
     virtual ~MessageDialog() = default;
 
-    /// Shows `title` and `body` (zero-terminated, in the system's encoding) with the button set `buttons`; the last
-    /// argument is reserved and ignored. Returns one of AlertAnswer.
+    /// Shows `title` and `body` (zero-terminated, in the system's encoding) with the button set `buttons`;
+    /// the last argument is reserved and ignored. Returns one of AlertAnswer.
     virtual int showAlert(const char* title, const char* body, int buttons, int reserved) = 0;
 
     /// The same with OK alone.

@@ -1,0 +1,17 @@
+// A message for the user that reports no failure.
+#pragma once
+
+#include <string>
+
+#include "ui/MessageDialog.h"
+
+namespace dovrel {
+
+struct InformationalMessage {
+    std::string text;  ///< in the system's encoding; empty when there is nothing to say
+};
+
+/// Shows the message with OK alone, under the title for messages; one without a text is not shown.
+void showInformationalMessage(MessageDialog& dialog, const InformationalMessage& message);
+
+}  // namespace dovrel
