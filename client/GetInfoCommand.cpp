@@ -1,0 +1,28 @@
+#include "client/GetInfoCommand.h"
+
+#include <cstring>
+
+#include "InterProcessCommunication/POSCommands.h"
+
+namespace dovrel {
+
+GetInfoCommand::GetInfoCommand(const void* request, uint32_t length)
+    : bytes_(new uint8_t[length]), length_(length) {
+    if (length != 0) std::memcpy(bytes_.get(), request, length);
+}
+
+bool GetInfoCommand::asksForInterfaceVersion() const {
+    uint16_t word = 0;
+    if (length_ != sizeof word) return false;
+    std::memcpy(&word, bytes_.get(), sizeof word);
+    return word == kInterfaceVersionRequest;
+}
+
+std::unique_ptr<uint8_t[]> GetInfoCommand::interfaceVersionBlock() {
+    static_assert(sizeof kPOSInterfaceVersion == kInterfaceVersionBlockSize, "a 32-bit version");
+    auto block = std::make_unique<uint8_t[]>(kInterfaceVersionBlockSize);
+    std::memcpy(block.get(), &kPOSInterfaceVersion, kInterfaceVersionBlockSize);
+    return block;
+}
+
+}  // namespace dovrel

@@ -1,0 +1,112 @@
+#include "client/POSAccessUIDialogHandler.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "client/exceptions/ExceptionTypeCodes.h"
+#include "dovrel/pos.h"
+#include "settings/MultiLanguageSupport.h"
+#include "settings/TextKeys.h"
+#include "ui/InformationalMessage.h"
+
+namespace dovrel {
+
+namespace {
+
+/// What an alert of a failed registration may answer besides kAlertAnswerRetry to have it tried again.
+constexpr int kRegistrationRetryAnswer = 10;
+
+}  // namespace
+
+POSAccessUIDialogHandler::POSAccessUIDialogHandler(std::unique_ptr<MessageDialog> dialog)
+    : dialog_(std::move(dialog)) {}
+
+void POSAccessUIDialogHandler::setBundlePath(const std::string& bundlePath) {
+    bundlePath_ = bundlePath;
+    errorLog_.setBundlePath(bundlePath);
+    try {
+        MultiLanguageSupport::initialize("");
+    } catch (CPPException* caught) {
+        // A session without texts is still a session.
+        const std::unique_ptr<CPPException> failure(caught);
+    }
+}
+
+void POSAccessUIDialogHandler::readOptions(const uint16_t* options, uint32_t optionsLength) noexcept {
+    flags_ = InteractionFlags();
+    if (options == nullptr || optionsLength % sizeof *options != 0) return;
+    for (uint32_t index = 0; index < optionsLength / sizeof *options; ++index) {
+        uint16_t code = 0;
+        // The host's block need not be aligned for 16-bit numbers.
+        std::memcpy(&code, options + index, sizeof code);
+        if (code == POS_OPTION_1104) flags_.first = false;
+        if (code == POS_OPTION_SILENT_REGISTRATION) flags_.showsRegistrationFailures = false;
+        if (code == POS_OPTION_SILENT_MESSAGES) flags_.showsServerMessages = false;
+    }
+}
+
+bool POSAccessUIDialogHandler::reportFailure(std::unique_ptr<CPPException> failure,
+                                             const char* applicationName) noexcept {
+    return attempt([&] { return askUser(std::move(failure), applicationName) == kAlertAnswerRetry; })
+        .succeeded;
+}
+
+bool POSAccessUIDialogHandler::reportRegistrationFailure(std::unique_ptr<CPPException> failure,
+                                                         const char* applicationName) noexcept {
+    const bool isRefusal = failure && failure->getTypeCode() == exceptionTypeCode::kPOSRegistration;
+    if (isRefusal && !flags_.showsRegistrationFailures) return false;
+    client_->disconnectIfUnused();
+    return attempt([&] {
+               const int answer = askUser(std::move(failure), applicationName);
+               return answer == kAlertAnswerRetry || (isRefusal && answer == kRegistrationRetryAnswer);
+           })
+        .succeeded;
+}
+
+/// The answer of the last alert that was shown; that of a failure without Retry is never kAlertAnswerRetry.
+int POSAccessUIDialogHandler::askUser(std::unique_ptr<CPPException> failure, const char* applicationName) {
+    const FailureReport report(std::move(failure), applicationName);
+    errorLog_.append(applicationName, report);
+
+    const std::string title = MultiLanguageSupport::getText(kDllErrorDialogTitle);
+    if (!report.offersRetry()) {
+        dialog_->showAlert(title.c_str(), report.body.c_str());
+        return kAlertAnswerOK;
+    }
+    const int answer = dialog_->showAlert(title.c_str(), report.body.c_str(), kAlertButtonsRetryCancel, 0);
+    if (answer != kAlertAnswerCancel) return answer;
+    const std::string attention = MultiLanguageSupport::getText(kDllAttentionMessage);
+    return dialog_->showAlert(title.c_str(), attention.c_str(), kAlertButtonsRetryCancel, 0);
+}
+
+void POSAccessUIDialogHandler::prepareRegistration(const char* applicationName) {
+    pendingApplicationName_ = applicationName;
+    silencedApplications_.reserve(silencedApplications_.size() + 1);
+}
+
+void POSAccessUIDialogHandler::completeRegistration(uint32_t applicationId) noexcept {
+    currentApplicationName_.swap(pendingApplicationName_);
+    forgetApplication(applicationId);
+    if (!flags_.showsServerMessages) silencedApplications_.push_back(applicationId);
+}
+
+void POSAccessUIDialogHandler::forgetApplication(uint32_t applicationId) noexcept {
+    auto& silenced = silencedApplications_;
+    silenced.erase(std::remove(silenced.begin(), silenced.end(), applicationId), silenced.end());
+}
+
+bool POSAccessUIDialogHandler::isSilenced(uint32_t applicationId) const {
+    const auto& silenced = silencedApplications_;
+    return std::find(silenced.begin(), silenced.end(), applicationId) != silenced.end();
+}
+
+void POSAccessUIDialogHandler::showServerMessage(uint32_t applicationId,
+                                                 const POSServerMessage& message) noexcept {
+    if (!message.isPresent() || isSilenced(applicationId)) return;
+    attempt([&] {
+        showInformationalMessage(*dialog_, InformationalMessage{message.text});
+        return true;
+    });
+}
+
+}  // namespace dovrel

@@ -1,0 +1,164 @@
+#include "client/POSAccessUserInteraction.h"
+
+#include "client/HostArguments.h"
+
+namespace dovrel {
+
+namespace {
+
+/// Holds the session's lock for as long as it lives.
+class SessionLock {
+  public:
+    explicit SessionLock(Mutex& mutex) noexcept : mutex_(mutex), isHeld_(mutex.lock(kWaitForever)) {}
+    SessionLock(const SessionLock&) = delete;
+    SessionLock& operator=(const SessionLock&) = delete;
+    ~SessionLock() {
+        if (isHeld_) mutex_.unlock();
+    }
+
+    /// False when the platform could not give the lock; then nothing may be done that it guards.
+    bool isHeld() const { return isHeld_; }
+
+  private:
+    Mutex& mutex_;
+    const bool isHeld_;
+};
+
+/// Sets an output to null or 0 where there is one.
+template <typename Value>
+void clear(Value* output) noexcept {
+    if (output != nullptr) *output = Value();
+}
+
+/// `succeeded`; the outputs of a failure are cleared. They are touched only now because they may be the
+/// inputs, too.
+template <typename Length>
+bool outcome(bool succeeded, uint8_t** block, Length* length) noexcept {
+    if (succeeded) return true;
+    clear(block);
+    clear(length);
+    return false;
+}
+
+}  // namespace
+
+POSAccessUserInteraction::POSAccessUserInteraction(const SessionParts& parts)
+    : dialogHandler_(parts.createDialog()), lock_(parts.createLock()) {
+    dialogHandler_.setClient(&client_);
+}
+
+POSAccessUserInteraction::~POSAccessUserInteraction() = default;
+
+bool POSAccessUserInteraction::posRegisterApplicationWithClasses(const char* applicationName,
+                                                                 void* const* classList, uint32_t classCount,
+                                                                 const uint16_t* options,
+                                                                 uint32_t optionsLength,
+                                                                 uint32_t* applicationId) noexcept {
+    const SessionLock lock(*lock_);
+    if (!lock.isHeld()) return false;
+    dialogHandler_.readOptions(options, optionsLength);
+
+    const char* const name = applicationName != nullptr ? applicationName : "";
+    const uint32_t optionBytes = options != nullptr ? optionsLength : 0;
+    uint32_t registeredId = 0;
+    const bool registered = dialogHandler_.runRegistration(name, [&] {
+        requireNonNull(applicationId);
+        dialogHandler_.prepareRegistration(name);
+        return client_.registerApplication(name, classList, classCount, options, optionBytes, registeredId);
+    });
+    if (!registered) {
+        client_.disconnectIfUnused();
+        return false;
+    }
+    dialogHandler_.completeRegistration(registeredId);
+    *applicationId = registeredId;
+    currentApplication_ = kNoCurrentApplication;
+    return true;
+}
+
+bool POSAccessUserInteraction::posUnregisterApplication(uint32_t applicationId) noexcept {
+    const SessionLock lock(*lock_);
+    if (!lock.isHeld()) return false;
+    const bool unregistered = client_.isRegistered(applicationId) && dialogHandler_.run(applicationId, [&] {
+        return client_.unregisterApplication(applicationId);
+    });
+    if (unregistered) dialogHandler_.forgetApplication(applicationId);
+    client_.disconnectIfUnused();
+    return unregistered;
+}
+
+template <typename Operation>
+bool POSAccessUserInteraction::runRegistered(uint32_t applicationId, const Operation& operation) noexcept {
+    const SessionLock lock(*lock_);
+    return lock.isHeld() && client_.isRegistered(applicationId) &&
+           dialogHandler_.run(applicationId, operation);
+}
+
+bool POSAccessUserInteraction::posInstantiateObject(uint32_t applicationId, void* const* classId,
+                                                    void** objectId) noexcept {
+    const bool succeeded = runRegistered(applicationId, [&] {
+        POSServerMessage message;
+        if (!client_.instantiateObject(applicationId, classId, objectId, kNoExecuter, message)) return false;
+        dialogHandler_.showServerMessage(applicationId, message);
+        return true;
+    });
+    if (!succeeded) clear(objectId);
+    return succeeded;
+}
+
+bool POSAccessUserInteraction::posInstantiateObjectOnExecuter(uint32_t applicationId,
+                                                              void* const* /*executerId*/,
+                                                              void* const* classId,
+                                                              void** objectId) noexcept {
+    return posInstantiateObject(applicationId, classId, objectId);
+}
+
+bool POSAccessUserInteraction::posCallMethod(uint32_t applicationId, void* const* objectId,
+                                             const char* methodName, const uint8_t* parameters,
+                                             uint32_t parameterLength, uint8_t** result,
+                                             uint32_t* resultLength) noexcept {
+    return posCallMethodOnExecuter(applicationId, nullptr, objectId, methodName, parameters, parameterLength,
+                                   result, resultLength);
+}
+
+bool POSAccessUserInteraction::posCallMethodOnExecuter(uint32_t applicationId, void* const* executerId,
+                                                       void* const* objectId, const char* methodName,
+                                                       const uint8_t* parameters, uint32_t parameterLength,
+                                                       uint8_t** result, uint32_t* resultLength) noexcept {
+    const bool succeeded = runRegistered(applicationId, [&] {
+        POSServerMessage message;
+        if (!client_.callMethod(applicationId, executerId, objectId, methodName, parameters, parameterLength,
+                                result, resultLength, message)) {
+            return false;
+        }
+        dialogHandler_.showServerMessage(applicationId, message);
+        return true;
+    });
+    return outcome(succeeded, result, resultLength);
+}
+
+bool POSAccessUserInteraction::posDeleteObject(uint32_t applicationId, void* const* objectId) noexcept {
+    return runRegistered(applicationId, [&] { return client_.deleteObject(applicationId, objectId); });
+}
+
+bool POSAccessUserInteraction::posGetInfo(uint32_t applicationId, const void* request, uint32_t requestLength,
+                                          uint8_t** info, int32_t* infoLength) noexcept {
+    const SessionLock lock(*lock_);
+    const bool succeeded = lock.isHeld() && dialogHandler_.run(applicationId, [&] {
+        return client_.getInformation(applicationId, request, requestLength, info, infoLength);
+    });
+    return outcome(succeeded, info, infoLength);
+}
+
+bool POSAccessUserInteraction::posExecuteCMD(uint32_t applicationId, void* const* command,
+                                             uint32_t commandLength, void* const* argument,
+                                             uint32_t argumentLength, uint8_t** result,
+                                             uint32_t* resultLength) noexcept {
+    const bool succeeded = runRegistered(applicationId, [&] {
+        return client_.executeCommand(applicationId, command, commandLength, argument, argumentLength, result,
+                                      resultLength);
+    });
+    return outcome(succeeded, result, resultLength);
+}
+
+}  // namespace dovrel

@@ -1,0 +1,41 @@
+// ProtectedObjectServerInterface: the operations of a protected object server as one interface, for code that
+// stands in for a server inside the process. The client itself reaches its server through the trader and
+// never calls this.
+//
+// Every operation has a body that does nothing and leaves its outputs as they were, so that a stand-in
+// overrides what it serves. The order of the virtual operations is fixed: the destructors, then the seven
+// operations as they stand here.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "serialization/Identifiers.h"
+
+namespace dovrel {
+
+class ProtectedObjectServerInterface {
+  public:
+    virtual ~ProtectedObjectServerInterface();
+
+    virtual void registerApplication(const std::string& name, const std::vector<CPPClassID>& classes,
+                                     uint32_t& applicationId);
+    virtual void unregisterApplication(uint32_t applicationId);
+    virtual void instantiateObject(uint32_t applicationId, const CPPClassID& classId, CPPObjectID& objectId);
+    virtual void callMethod(uint32_t applicationId, const CPPObjectID& objectId,
+                            const std::string& methodName, const CPPByteArray& parameters,
+                            CPPByteArray& result);
+    virtual void deleteObject(uint32_t applicationId, const CPPObjectID& objectId);
+    virtual void executeCommand(uint32_t applicationId, const CPPByteArray& command,
+                                const CPPByteArray& argument, CPPByteArray& result);
+    virtual void getInformation(uint32_t applicationId, const CPPByteArray& request,
+                                CPPByteArray& information);
+
+  protected:
+    ProtectedObjectServerInterface() = default;
+    ProtectedObjectServerInterface(const ProtectedObjectServerInterface&) = default;
+    ProtectedObjectServerInterface& operator=(const ProtectedObjectServerInterface&) = default;
+};
+
+}  // namespace dovrel

@@ -1,0 +1,130 @@
+// The built bundle as a host meets it: this program knows its path and the list of functions, nothing else of
+// the build.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "dovrel/pos.h"
+#include "tests/settings/TemporaryFolder.h"
+
+namespace dovrel {
+namespace {
+
+const std::string kContents = DOVREL_BUNDLE_CONTENTS;
+const std::string kExecutable = kContents + "/MacOS/Dovrel";
+
+std::string outputOf(const std::string& command) {
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+    EXPECT_NE(pipe, nullptr) << command;
+    std::string output;
+    char part[4096];
+    while (size_t size = std::fread(part, 1, sizeof part, pipe.get()))
+        output.append(part, size);
+    return output;
+}
+
+std::string contentOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file.good()) << path;
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+std::set<std::string> linesOf(const std::string& text) {
+    std::istringstream stream(text);
+    std::set<std::string> lines;
+    for (std::string line; std::getline(stream, line);)
+        if (!line.empty()) lines.insert(line);
+    return lines;
+}
+
+/// Loads the bundle with a system root of its own, so that no installed server is found.
+class BundleTest : public testing::Test {
+  protected:
+    BundleTest() {
+        setenv("POS_SYSTEM_ROOT", root_.path().c_str(), 1);
+        setenv("HOME", root_.path("home").c_str(), 1);
+    }
+
+    void load() {
+        bundle_ = dlopen(kExecutable.c_str(), RTLD_NOW | RTLD_LOCAL);
+        ASSERT_NE(bundle_, nullptr) << dlerror();
+    }
+
+    template <typename Function>
+    Function* function(const char* name) {
+        void* symbol = dlsym(bundle_, name);
+        EXPECT_NE(symbol, nullptr) << name;
+        return reinterpret_cast<Function*>(symbol);
+    }
+
+    test::TemporaryFolder root_;
+    void* bundle_ = nullptr;
+};
+
+TEST_F(BundleTest, DynamicSymbols_AreExactlyTheThirteenFunctions) {
+    const std::set<std::string> list = linesOf(contentOf(DOVREL_EXPORT_LIST));
+    EXPECT_EQ(list.size(), 13u);
+    EXPECT_EQ(linesOf(outputOf("nm -D --defined-only --format=just-symbols '" + kExecutable + "'")), list);
+}
+
+TEST_F(BundleTest, EveryFunctionOfTheList_IsFoundByItsPlainName) {
+    load();
+    for (const std::string& name : linesOf(contentOf(DOVREL_EXPORT_LIST)))
+        EXPECT_NE(dlsym(bundle_, name.c_str()), nullptr) << name;
+}
+
+TEST_F(BundleTest, NeededLibraries_AreNoneOfTheWindowSystem) {
+    const std::string needed = outputOf("readelf --dynamic --wide '" + kExecutable + "' | grep NEEDED");
+    EXPECT_NE(needed.find("libgnustep-base"), std::string::npos) << needed;
+    for (const char* library : {"libgnustep-gui", "libX11", "libcairo", "libwraster"})
+        EXPECT_EQ(needed.find(library), std::string::npos) << needed;
+}
+
+TEST_F(BundleTest, LoadedAndInitialized_BringsNoLibraryOfTheWindowSystemIntoTheProcess) {
+    load();
+    ASSERT_EQ(function<decltype(InitializePOS)>("InitializePOS")(), POS_OK);
+    const std::string mapped = contentOf("/proc/self/maps");
+    EXPECT_NE(mapped.find("libgnustep-base"), std::string::npos);
+    for (const char* library : {"libgnustep-gui", "libX11", "libcairo"})
+        EXPECT_EQ(mapped.find(library), std::string::npos) << library;
+    EXPECT_EQ(function<decltype(TerminatePOS)>("TerminatePOS")(), POS_OK);
+}
+
+TEST_F(BundleTest, InterfaceVersion_IsAnsweredThroughTheLoadedFunctions) {
+    load();
+    ASSERT_EQ(function<decltype(InitializePOS)>("InitializePOS")(), POS_OK);
+    uint8_t* info = nullptr;
+    int32_t length = 0;
+    ASSERT_EQ(function<decltype(posGetInfo)>("posGetInfo")(0, "\x60\x01", 2, &info, &length), POS_OK);
+    ASSERT_EQ(length, 4);
+    EXPECT_EQ(info[0], 7);
+    EXPECT_EQ(function<decltype(posDeleteDLLHeapData)>("posDeleteDLLHeapData")(info), POS_OK);
+    EXPECT_EQ(function<decltype(TerminatePOS)>("TerminatePOS")(), POS_OK);
+}
+
+TEST_F(BundleTest, Unloading_LeavesItInTheProcess) {
+    load();
+    ASSERT_EQ(dlclose(bundle_), 0);
+    void* const again = dlopen(kExecutable.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    EXPECT_NE(again, nullptr);
+    if (again != nullptr) dlclose(again);
+}
+
+TEST_F(BundleTest, PropertyListAndTexts_AreInPlace) {
+    const std::string info = contentOf(kContents + "/Info.plist");
+    EXPECT_NE(info.find("<string>com.Tessilor.POSAccess-DLL</string>"), std::string::npos);
+    EXPECT_NE(info.find("<string>" DOVREL_VERSION "</string>"), std::string::npos);
+    EXPECT_EQ(info.find('@'), std::string::npos);
+    EXPECT_TRUE(std::filesystem::exists(kContents + "/Resources/MultiLanguageTexts.mls"));
+}
+
+}  // namespace
+}  // namespace dovrel

@@ -1,0 +1,115 @@
+#include "client/ErrorLog.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "client/exceptions/POSException.h"
+#include "settings/ConfigFileSystem.h"
+#include "tests/client/SessionTest.h"
+
+namespace dovrel {
+namespace {
+
+constexpr char kHead[] = "//POSDLLErrorLog\n//VERSION\nSTR:Dovrel Version n/a\n";
+constexpr char kEntry[] =
+    "//TIME\nSTR:2026-11-15T18:19:00Z\n//APPLICATION\nSTR:Editor\n//TYPE\nINT:24\n//MESSAGE\nSTR:no driver\n";
+
+class ErrorLogTest : public test::SystemRootTest {
+  protected:
+    ErrorLogTest() : log_([] { return std::time_t{1794766740}; }) {
+        log_.setBundlePath("/Library/Application Support/Tessilor/pos/Nothing.bundle");
+    }
+
+    void append(const char* application, const char* message) const {
+        log_.append(application,
+                    FailureReport(std::make_unique<POSClassNotFoundException>(message), application));
+    }
+
+    std::string logPath() const { return root_.path(kErrorLogFile); }
+    std::string content() const { return root_.read(kErrorLogFile); }
+    bool exists(const std::string& name) const { return access(root_.path(name).c_str(), F_OK) == 0; }
+
+    ErrorLog log_;
+};
+
+TEST_F(ErrorLogTest, FirstFailure_BringsTitleAndVersion) {
+    append("Editor", "no driver");
+    EXPECT_EQ(content(), std::string(kHead) + kEntry);
+}
+
+TEST_F(ErrorLogTest, FurtherFailures_AreAppended) {
+    append("Editor", "no driver");
+    append("Editor", "no driver");
+    EXPECT_EQ(content(), std::string(kHead) + kEntry + kEntry);
+}
+
+TEST_F(ErrorLogTest, Entries_ReadBackAsSections) {
+    append("Editor", "first line\nsecond line");
+    append("Viewer", "other");
+    const auto sections = ConfigFileSystem::readSections(content(), "TIME");
+    ASSERT_EQ(sections.size(), 3u);
+    EXPECT_EQ(sections[0].getString("VERSION"), "Dovrel Version n/a");
+    EXPECT_EQ(sections[1].getString("APPLICATION"), "Editor");
+    EXPECT_EQ(sections[1].getString("MESSAGE"), "first linechg-lfsecond line");
+    EXPECT_EQ(sections[1].getInt("TYPE"), 24);
+    EXPECT_EQ(sections[2].getString("APPLICATION"), "Viewer");
+}
+
+TEST_F(ErrorLogTest, NewLog_IsOpenToAllUsers) {
+    append("Editor", "no driver");
+    struct stat status = {};
+    ASSERT_EQ(stat(logPath().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0777u);
+}
+
+TEST_F(ErrorLogTest, LongTexts_AreCut) {
+    append(std::string(100000, 'a').c_str(), std::string(100000, 'm').c_str());
+    const auto sections = ConfigFileSystem::readSections(content(), "TIME");
+    ASSERT_EQ(sections.size(), 2u);
+    EXPECT_EQ(sections[1].getString("APPLICATION"), std::string(16384, 'a'));
+    EXPECT_EQ(sections[1].getString("MESSAGE"), std::string(16384, 'm'));
+}
+
+TEST_F(ErrorLogTest, FullLog_IsRenamedOnceAndBegunAnew) {
+    const std::string older(1024 * 1024 - 10, 'x');
+    root_.write(kErrorLogFile, older);
+    root_.write(std::string(kErrorLogFile) + ".old", "the one before");
+    append("Editor", "no driver");
+    EXPECT_EQ(content(), std::string(kHead) + kEntry);
+    EXPECT_EQ(root_.read(std::string(kErrorLogFile) + ".old"), older);
+    EXPECT_FALSE(exists(std::string(kErrorLogFile) + ".old.old"));
+}
+
+TEST_F(ErrorLogTest, ManyFailures_NeverMakeItLargerThanOneMebibyte) {
+    const std::string message(16000, 'm');
+    for (int round = 0; round < 150; ++round) {
+        append("Editor", message.c_str());
+        struct stat status = {};
+        ASSERT_EQ(stat(logPath().c_str(), &status), 0);
+        ASSERT_LT(status.st_size, 1024 * 1024);
+    }
+    EXPECT_TRUE(exists(std::string(kErrorLogFile) + ".old"));
+}
+
+TEST_F(ErrorLogTest, Link_IsNotFollowed) {
+    root_.write("elsewhere", "untouched");
+    append("Editor", "no driver");
+    ASSERT_EQ(unlink(logPath().c_str()), 0);
+    ASSERT_EQ(symlink(root_.path("elsewhere").c_str(), logPath().c_str()), 0);
+    append("Editor", "no driver");
+    EXPECT_EQ(root_.read("elsewhere"), "untouched");
+}
+
+TEST_F(ErrorLogTest, LogThatCannotBeWritten_IsGivenUpSilently) {
+    append("Editor", "no driver");
+    ASSERT_EQ(unlink(logPath().c_str()), 0);
+    ASSERT_EQ(mkdir(logPath().c_str(), 0700), 0);
+    append("Editor", "no driver");
+    ASSERT_EQ(rmdir(logPath().c_str()), 0);
+    // Nobody reads from this pipe: opening or writing it must not block.
+    ASSERT_EQ(mkfifo(logPath().c_str(), 0600), 0);
+    append("Editor", "no driver");
+}
+
+}  // namespace
+}  // namespace dovrel

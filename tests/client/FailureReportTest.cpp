@@ -1,0 +1,96 @@
+#include "client/FailureReport.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "client/exceptions/POSException.h"
+#include "client/exceptions/StructuredDataExceptions.h"
+#include "platform/SystemException.h"
+#include "tests/client/SessionTest.h"
+
+namespace dovrel {
+namespace {
+
+using test::reportBody;
+
+struct Row {
+    const char* name;
+    std::function<CPPException*()> make;
+    uint32_t typeCode;
+    const char* explanation;  ///< as the fixture's texts have it
+};
+
+template <typename Exception>
+CPPException* made() {
+    return new Exception("what happened");
+}
+
+const Row kRows[] = {
+    {"CPPException", made<CPPException>, 0, "Stopped."},
+    {"POSException", made<POSException>, 23, "Stopped."},
+    {"POSClassNotFound", made<POSClassNotFoundException>, 24, "Driver."},
+    {"POSObjectNotFound", made<POSObjectNotFoundException>, 25, "Stopped."},
+    {"POSObjectInstantiation", made<POSObjectInstantiationException>, 26, "Object."},
+    {"POSMethodNotFound", made<POSMethodNotFoundException>, 27, "Stopped."},
+    {"POSMethodExecution", made<POSMethodExecutionException>, 28, "Stopped."},
+    {"POSParameterFormat", made<POSParameterFormatException>, 30, "Stopped."},
+    {"POSRegistration", made<POSRegistrationException>, 32, "Register."},
+    {"POSClassPackageNotProcessed", made<POSClassPackageNotProcessedException>, 33, "Stopped."},
+    {"POSApplicationNotRegistered", made<POSApplicationNotRegisteredException>, 34, "Stopped."},
+    {"POSLibraryNotFound", made<POSLibraryNotFoundException>, 36, "Stopped."},
+    {"POSClassPackageNotFound", made<POSClassPackageNotFoundException>, 43, "Stopped."},
+    {"POSExecuterReturnedErrorCode", made<POSExecuterReturnedErrorCodeException>, 145, "Stopped."},
+    {"POSCommandNotExecuted", made<POSCommandNotExecutedException>, 146, "Stopped."},
+    // Classes that no row of the server's table names are explained like a failure without a kind of its own.
+    {"StructuredReaderNotInitialized", made<StructuredReaderNotInitializedException>, 2, "Stopped."},
+    {"PartNotFound", made<PartNotFoundException>, 3, "Stopped."},
+    {"StructuredWriterNotInitialized", made<StructuredWriterNotInitializedException>, 4, "Stopped."},
+    {"StructuredWriteFailed", made<StructuredWriteFailedException>, 5, "Stopped."},
+};
+
+class FailureReportRowTest : public test::SystemRootTest, public testing::WithParamInterface<Row> {};
+
+TEST_P(FailureReportRowTest, Body_IsHeadNameMessageAndTheExplanationOfTheType) {
+    const FailureReport report(std::unique_ptr<CPPException>(GetParam().make()), "Editor");
+    EXPECT_EQ(report.typeCode, GetParam().typeCode);
+    EXPECT_EQ(report.message, "what happened");
+    EXPECT_EQ(report.body, reportBody("Editor", "what happened", GetParam().explanation));
+}
+
+TEST_P(FailureReportRowTest, Retry_IsOfferedForRegistrationsOnly) {
+    const FailureReport report(std::unique_ptr<CPPException>(GetParam().make()), "Editor");
+    EXPECT_EQ(report.offersRetry(), GetParam().typeCode == 32);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryType, FailureReportRowTest, testing::ValuesIn(kRows),
+                         [](const auto& row) { return row.param.name; });
+
+class FailureReportTest : public test::SystemRootTest {};
+
+TEST_F(FailureReportTest, SystemException_IsUnrecoverable) {
+    const FailureReport report(std::make_unique<SystemException>(-5), "Editor");
+    EXPECT_EQ(report.typeCode, 44u);
+    EXPECT_EQ(report.body, reportBody("Editor", "System error: -5", "Stopped."));
+}
+
+TEST_F(FailureReportTest, NoObject_IsTheUnknownFailureAndUnrecoverable) {
+    const FailureReport report(nullptr, "Editor");
+    EXPECT_EQ(report.typeCode, 0u);
+    EXPECT_EQ(report.body, reportBody("Editor", "Nobody knows.", "Stopped."));
+}
+
+TEST_F(FailureReportTest, NoMessage_CountsAsEmpty) {
+    const FailureReport report(std::make_unique<CPPException>(), "Editor");
+    EXPECT_EQ(report.message, "");
+    EXPECT_EQ(report.body, reportBody("Editor", "", "Stopped."));
+}
+
+TEST_F(FailureReportTest, UnlistedTypeCodes_AreUnrecoverable) {
+    for (uint32_t code : {1u, 6u, 22u, 29u, 31u, 35u, 37u, 42u, 144u, 147u, 151u, 0xFFFFFFFFu}) {
+        EXPECT_STREQ(explanationKey(code), "DLL_ERROR_UNRECOVERABLE_ERROR") << code;
+    }
+}
+
+}  // namespace
+}  // namespace dovrel
