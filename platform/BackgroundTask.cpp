@@ -17,8 +17,7 @@ struct WorkRecord {
     const std::function<void()>& work;
     const bool dropsFailures;
     std::unique_ptr<SynchronizationEvent> done;
-    std::unique_ptr<CPPException> failure;
-    std::exception_ptr stranger;  // thrown by the work, but not of the library's family
+    std::exception_ptr thrown;  // keeps the type that was thrown, which a catch clause may ask for
 };
 
 OSStatus runRecord(void* parameter) {
@@ -26,23 +25,25 @@ OSStatus runRecord(void* parameter) {
     try {
         record.work();
     } catch (CPPException* caught) {
-        std::unique_ptr<CPPException> failure(caught);
-        if (!record.dropsFailures) record.failure = std::move(failure);
+        if (record.dropsFailures) {
+            std::unique_ptr<CPPException> failure(caught);
+        } else {
+            record.thrown = std::current_exception();
+        }
     } catch (...) {
         // Nothing may leave a task's entry.
-        record.stranger = std::current_exception();
+        record.thrown = std::current_exception();
     }
     record.done->signal();
     return noErr;
 }
 
 void runAndWait(const std::function<void()>& work, bool dropsFailures) {
-    WorkRecord record{work, dropsFailures, createSynchronizationEvent(true, false), nullptr, nullptr};
+    WorkRecord record{work, dropsFailures, createSynchronizationEvent(true, false), nullptr};
     const OSStatus status = startTask(runRecord, &record);
     if (status != noErr) throw new SystemException("runInBackground", static_cast<int32_t>(status));
     record.done->wait(kWaitForever);
-    if (record.failure) throw record.failure.release();
-    if (record.stranger) std::rethrow_exception(record.stranger);
+    if (record.thrown) std::rethrow_exception(record.thrown);
 }
 
 }  // namespace

@@ -102,13 +102,15 @@ struct SplitPath {
     std::string name;
 };
 
-std::vector<UniChar> unicodeOf(const std::string& utf8) {
+// The name of a file as the File Manager takes it, which has slash and colon the other way round.
+std::vector<UniChar> fileManagerName(const std::string& utf8) {
     const CFObject<CFStringRef> text(
         CFStringCreateWithCString(kCFAllocatorDefault, utf8.c_str(), kCFStringEncodingUTF8));
     if (!text) return {};
     const CFIndex length = CFStringGetLength(text.get());
     std::vector<UniChar> characters(static_cast<size_t>(length));
     CFStringGetCharacters(text.get(), CFRangeMake(0, length), characters.data());
+    std::replace(characters.begin(), characters.end(), UniChar{':'}, UniChar{'/'});
     return characters;
 }
 
@@ -172,7 +174,7 @@ bool pathExists(const std::string& path) {
 
 bool createFolder(const std::string& path) {
     const SplitPath split(path);
-    const std::vector<UniChar> name = unicodeOf(split.name);
+    const std::vector<UniChar> name = fileManagerName(split.name);
     FSRef parent;
     if (name.empty() || !makeReference(split.parent, kCFStringEncodingUTF8, parent)) return false;
     FSRef created;

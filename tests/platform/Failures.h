@@ -1,0 +1,21 @@
+// Takes the failure that a call throws by pointer.
+#pragma once
+
+#include <memory>
+
+#include "client/exceptions/CPPException.h"
+
+namespace dovrel::test {
+
+/// The failure, of type Failure or derived from it, that `call` threw; null when it threw none.
+template <class Failure = CPPException, class Call>
+std::unique_ptr<Failure> failureOf(Call call) {
+    try {
+        call();
+    } catch (Failure* caught) {
+        return std::unique_ptr<Failure>(caught);
+    }
+    return nullptr;
+}
+
+}  // namespace dovrel::test

@@ -1,0 +1,75 @@
+#include "platform/RandomSource.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "platform/Clock.h"
+#include "platform/MD5Random.h"
+
+namespace dovrel {
+namespace {
+
+class RandomSource : public testing::Test {
+  protected:
+    void TearDown() override {
+        setTimeSource(nullptr);
+        selectRandomSource(true);
+    }
+};
+
+TEST_F(RandomSource, First_IsTheMD5Source) {
+    MD5Random expected;
+    expected.seed(42);
+    seedRandom(42);
+    EXPECT_EQ(nextRandom32(), expected.next32());
+    for (int i = 0; i < 200; ++i)
+        EXPECT_EQ(nextRandomBit(), expected.nextBit());
+}
+
+// Whether the first bits that a process draws are those of the first digest.
+void drawFirstBits() {
+    MD5Random expected;
+    expected.seed(7);
+    seedRandom(7);
+    for (int i = 0; i < 130; ++i) {
+        if (nextRandomBit() != expected.nextBit()) std::exit(1);
+    }
+    std::exit(0);
+}
+
+TEST_F(RandomSource, FirstBit_OfTheProcess_ProducesANewPool) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process in which nothing was drawn yet
+    EXPECT_EXIT(drawFirstBits(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(RandomSource, SelectWithFalse_DrawsFromRand) {
+    std::srand(9);
+    const auto first = static_cast<uint32_t>(std::rand());
+    selectRandomSource(false);
+    seedRandom(9);
+    EXPECT_EQ(nextRandomBit(), first & 1u);
+}
+
+TEST_F(RandomSource, Select_KeepsTheStateOfEachSource) {
+    MD5Random expected;
+    expected.seed(42);
+    seedRandom(42);
+    EXPECT_EQ(nextRandom32(), expected.next32());
+    selectRandomSource(false);
+    seedRandom(1);
+    nextRandom32();
+    selectRandomSource(true);
+    EXPECT_EQ(nextRandom32(), expected.next32());
+}
+
+TEST_F(RandomSource, SeedFromTime_SeedsWithTheSecondsCutTo32Bits) {
+    setTimeSource([] { return std::time_t{1789012345}; });
+    seedFromTime();
+    MD5Random expected;
+    expected.seed(1789012345);
+    EXPECT_EQ(nextRandom32(), expected.next32());
+}
+
+}  // namespace
+}  // namespace dovrel
