@@ -1,0 +1,33 @@
+// Changes of the environment in tests.
+#pragma once
+
+#include <stdlib.h>
+
+#include <optional>
+#include <string>
+
+/// Gives an environment variable a value, or takes it away (null), while it exists.
+class VariableChange {
+  public:
+    VariableChange(const char* name, const char* value) : name_(name) {
+        if (const char* before = getenv(name)) {
+            before_ = before;
+        }
+        set(value);
+    }
+    ~VariableChange() { set(before_ ? before_->c_str() : nullptr); }
+    VariableChange(const VariableChange&) = delete;
+    VariableChange& operator=(const VariableChange&) = delete;
+
+  private:
+    void set(const char* value) const {
+        if (value == nullptr) {
+            unsetenv(name_.c_str());
+        } else {
+            setenv(name_.c_str(), value, 1);
+        }
+    }
+
+    const std::string name_;
+    std::optional<std::string> before_;
+};
