@@ -125,16 +125,8 @@ void CPPByteArray::loadFromStream(std::istream& stream, uint32_t length) {
     adopt(block, length);
 }
 
-bool CPPByteArray::reallocate(uint32_t newSize) {
-    if (newSize == 0) {
-        // realloc to no bytes is free to keep a block.
-        adopt(nullptr, 0);
-        return true;
-    }
-    void* const block = std::realloc(data_, newSize);
-    if (block == nullptr) return false;
-    data_ = static_cast<uint8_t*>(block);
-    size_ = newSize;
+bool CPPByteArray::clear() {
+    adopt(nullptr, 0);
     return true;
 }
 

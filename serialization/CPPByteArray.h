@@ -14,6 +14,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <iosfwd>
 
 namespace dovrel {
@@ -93,12 +94,23 @@ class CPPByteArray {
   protected:
     // Makes the block exactly newSize bytes. False, and nothing changed, where memory runs out. Bytes beyond
     // the old end are not set.
-    bool reallocate(uint32_t newSize);
+    bool reallocate(uint32_t newSize) {
+        // realloc to no bytes is free to keep a block.
+        if (newSize == 0) return clear();
+        void* const block = std::realloc(data_, newSize);
+        if (block == nullptr) return false;
+        data_ = static_cast<uint8_t*>(block);
+        size_ = newSize;
+        return true;
+    }
 
     uint32_t size_ = 0;
     uint8_t* data_ = nullptr;
 
   private:
+    // Empties the array; true.
+    bool clear();
+
     // Frees the old block and holds the given one.
     void adopt(uint8_t* block, uint32_t length);
 };

@@ -124,10 +124,10 @@ void StructuredByteArrayReader::parseParts(uint32_t offset) {
         requireBytes(offset, kPartHeaderSize);
         const uint32_t tag = fromBigEndian(bytes + offset);
         const uint32_t length = fromBigEndian(bytes + offset + 4);
-        const uint32_t dataOffset = offset + kPartHeaderSize;
-        requireBytes(dataOffset, length);
-        parts_.add(tag, dataOffset, length);
-        offset = dataOffset + length;
+        offset += kPartHeaderSize;
+        requireBytes(offset, length);
+        parts_.add(tag, offset, length);
+        offset += length;
     }
 }
 

@@ -1,7 +1,9 @@
 #include "serialization/StructuredByteArrayWriter.h"
 
+#include <cstring>
 #include <istream>
 #include <limits>
+#include <typeinfo>
 
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "serialization/SerializationFailure.h"
@@ -23,6 +25,11 @@ void storeBigEndian(uint8_t* bytes, uint32_t value) {
     bytes[3] = static_cast<uint8_t>(value);
 }
 
+void storePartHeader(uint8_t* bytes, uint32_t tag, uint32_t length) {
+    storeBigEndian(bytes, tag);
+    storeBigEndian(bytes + 4, length);
+}
+
 [[noreturn]] void failWrite(const char* site) {
     throwSerializationFailure<StructuredWriteFailedException>(site, kTooSmall);
 }
@@ -36,9 +43,15 @@ void StructuredByteArrayWriter::initialize(CPPByteArray& target, uint32_t typeNu
     header[kFormatOffset] = kFormatByte1;
     header[kFormatOffset + 1] = kFormatByte2WithType;
     storeBigEndian(header + kTypeOffset, typeNumber);
+    const bool justExpanding = typeid(target) == typeid(CPPExpandingByteArray);
+    expanding_ = justExpanding ? static_cast<CPPExpandingByteArray*>(&target) : nullptr;
     bool landed = true;
-    for (uint32_t i = 0; i < kHeaderSize; ++i) {
-        landed = storeByte(i, header[i]) && landed;
+    if (expanding_ != nullptr) {
+        expanding_->CPPExpandingByteArray::writeBytes(0, header, kHeaderSize);
+    } else {
+        for (uint32_t i = 0; i < kHeaderSize; ++i) {
+            landed = storeByte(i, header[i]) && landed;
+        }
     }
     position_ = 0;
     advance(kHeaderSize, site::kWriterInitialize);
@@ -48,6 +61,7 @@ void StructuredByteArrayWriter::initialize(CPPByteArray& target, uint32_t typeNu
 void StructuredByteArrayWriter::writeArrayPart(uint32_t tag, const CPPByteArray& array) {
     requireTarget(site::kWriteArrayPart);
     const uint32_t length = array.getSize();
+    if (writeWholePart(tag, array.data(), length)) return;
     writePartHeader(tag, length);
     target_->copyFrom(position_, array, length, 0);
     advance(length, site::kWriteArrayPart);
@@ -55,6 +69,7 @@ void StructuredByteArrayWriter::writeArrayPart(uint32_t tag, const CPPByteArray&
 
 void StructuredByteArrayWriter::writeBytesPart(uint32_t tag, const void* bytes, uint32_t length) {
     requireTarget(site::kWriteBytesPart);
+    if (writeWholePart(tag, bytes, length)) return;
     writePartHeader(tag, length);
     target_->writeBytes(position_, bytes, length);
     advance(length, site::kWriteBytesPart);
@@ -80,10 +95,23 @@ void StructuredByteArrayWriter::requireTarget(const char* site) const {
     }
 }
 
+// Each growth costs a trip to the heap, and an array of the library's own class leaves nobody to see whether
+// header and data of a part came in one store or in two. False, and nothing changed, for other targets, and
+// where the part does not fit: then it goes step by step, as far as it gets.
+bool StructuredByteArrayWriter::writeWholePart(uint32_t tag, const void* bytes, uint32_t length) {
+    if (expanding_ == nullptr) return false;
+    uint8_t bytesOfHeader[kPartHeaderSize];
+    storePartHeader(bytesOfHeader, tag, length);
+    uint64_t header = 0;
+    std::memcpy(&header, bytesOfHeader, sizeof header);
+    if (!expanding_->writeBehindHeader(position_, header, bytes, length)) return false;
+    position_ += kPartHeaderSize + length;
+    return true;
+}
+
 void StructuredByteArrayWriter::writePartHeader(uint32_t tag, uint32_t length) {
     uint8_t header[kPartHeaderSize];
-    storeBigEndian(header, tag);
-    storeBigEndian(header + 4, length);
+    storePartHeader(header, tag, length);
     target_->writeBytes(position_, header, kPartHeaderSize);
     advance(kPartHeaderSize, site::kWriterPartHeader);
 }

@@ -1,13 +1,16 @@
 // StructuredByteArrayWriter: writes a structured block into a byte array of the caller's.
 //
 // Every store goes through the virtual operations of the target, so an expanding array grows with the block,
-// and a plain one has its writes clipped. Each operation checks after its stores that the block still lies
-// within the target, and throws a StructuredWriteFailedException where it does not; what was stored by then
-// stays, and the writer goes on behind it. Before initialize each write throws a
-// StructuredWriterNotInitializedException and stores nothing. The detail of both names the operation; the
-// code is 0.
+// and a plain one has its writes clipped. (A target that is just a CPPExpandingByteArray is grown once for
+// each part instead of once for its header and once for its data; the bytes and the sizes are the same.)
+//
+// Each operation checks after its stores that the block still lies within the target, and throws a
+// StructuredWriteFailedException where it does not; what was stored by then stays, and the writer goes on
+// behind it. Before initialize each write throws a StructuredWriterNotInitializedException and stores
+// nothing. The detail of both names the operation; the code is 0.
 #pragma once
 
+#include "serialization/CPPExpandingByteArray.h"
 #include "serialization/StructuredDataWriter.h"
 
 namespace dovrel {
@@ -26,11 +29,14 @@ class StructuredByteArrayWriter : public StructuredDataWriter {
 
   private:
     void requireTarget(const char* site) const;
+    bool writeWholePart(uint32_t tag, const void* bytes, uint32_t length);
     void writePartHeader(uint32_t tag, uint32_t length);
     bool storeByte(uint32_t offset, uint8_t value);
     void advance(uint32_t bytes, const char* site);
 
     CPPByteArray* target_ = nullptr;
+    // The target where it is just an expanding array, and no class derived from it.
+    CPPExpandingByteArray* expanding_ = nullptr;
     uint32_t position_ = 0;
 };
 

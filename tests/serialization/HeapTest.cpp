@@ -109,47 +109,91 @@ void writeSmallBlock(CPPByteArray& block, const CPPByteArray& part) {
     writer.writeWholeStreamPart(4, stream);
 }
 
-// Whichever growth fails: the writer says so, or the block is complete.
-TEST(Heap, OutOfMemoryAtTheNthGrowth_FailsTheWrite) {
+// An expanding array of a derived class, which sees every single store.
+class DerivedArray : public CPPExpandingByteArray {};
+
+TEST(Heap, WriterOverAnExpandingArray_GrowsItOncePerPart) {
+    const CPPByteArray part = arrayOf("abc");
+    HeapWatch watch;
+    CPPExpandingByteArray block;
+    StructuredByteArrayWriter writer;
+    writer.initialize(block, 9);
+    writer.writeUInt32Part(1, 5);
+    writer.writeArrayPart(2, part);
+    writer.writeBytesPart(3, nullptr, 0);
+    EXPECT_EQ(watch.requests(), (std::vector<size_t>{10, 22, 33, 41}));
+}
+
+// Whichever growth fails, and whether the ones after it fail as well: the writer says so, or the block is
+// complete. Gives the number of growths that a complete block takes.
+template <class Target>
+size_t failEachGrowth(bool once) {
     const CPPByteArray part = arrayOf("abc");
     CPPExpandingByteArray whole;
     writeSmallBlock(whole, part);
-    for (const bool once : {false, true}) {
-        for (size_t nth = 1;; ++nth) {
-            SCOPED_TRACE(nth);
-            CPPExpandingByteArray block;
-            std::unique_ptr<CPPException> failure;
-            bool exhausted = false;
-            {
-                HeapWatch watch;
-                once ? watch.failOnce(nth) : watch.failFrom(nth);
-                try {
-                    writeSmallBlock(block, part);
-                } catch (CPPException* caught) {
-                    failure.reset(caught);
-                }
-                exhausted = watch.requests().size() < nth;
+    for (size_t nth = 1;; ++nth) {
+        SCOPED_TRACE(nth);
+        Target block;
+        std::unique_ptr<CPPException> failure;
+        bool exhausted = false;
+        {
+            HeapWatch watch;
+            once ? watch.failAt({nth}) : watch.failFrom(nth);
+            try {
+                writeSmallBlock(block, part);
+            } catch (CPPException* caught) {
+                failure.reset(caught);
             }
-            if (exhausted) {
-                EXPECT_EQ(block.compare(whole), 0);
-                EXPECT_GT(nth, 10u);
-                break;
-            }
-            ASSERT_NE(failure, nullptr);
+            exhausted = watch.requests().size() < nth;
+        }
+        if (failure == nullptr) {
+            EXPECT_EQ(hexOf(block), hexOf(whole));
+        } else {
             EXPECT_EQ(failure->getTypeCode(), 5u);
             EXPECT_STREQ(failure->getMessage(), kTooSmall);
-            EXPECT_LE(block.getSize(), whole.getSize());
         }
+        EXPECT_TRUE(failure == nullptr || !exhausted);
+        EXPECT_TRUE(failure != nullptr || exhausted || once);
+        if (exhausted || testing::Test::HasFailure()) return nth - 1;
     }
 }
 
-TEST(Heap, OutOfMemoryInInitialize_FailsTheWriter) {
-    CPPExpandingByteArray block;
+TEST(Heap, OutOfMemoryFromTheNthGrowthOn_FailsTheWrite) {
+    EXPECT_GE(failEachGrowth<CPPExpandingByteArray>(false), 5u);
+    EXPECT_GE(failEachGrowth<DerivedArray>(false), 18u);
+}
+
+TEST(Heap, OutOfMemoryAtTheNthGrowthOnly_FailsTheWriteOrLosesNothing) {
+    EXPECT_GE(failEachGrowth<CPPExpandingByteArray>(true), 5u);
+    EXPECT_GE(failEachGrowth<DerivedArray>(true), 18u);
+}
+
+template <class Target>
+void expectFailureOfInitialize() {
+    Target block;
     StructuredByteArrayWriter writer;
     HeapWatch watch;
-    watch.failFrom(3);
+    watch.failFrom(1);
     expectFailure<StructuredWriteFailedException>([&] { writer.initialize(block, 8); }, 5,
                                                   "3842674A03C0: ", kTooSmall);
+    EXPECT_EQ(block.getSize(), 0u);
+}
+
+TEST(Heap, OutOfMemoryInInitialize_FailsTheWriter) {
+    expectFailureOfInitialize<CPPExpandingByteArray>();
+    expectFailureOfInitialize<DerivedArray>();
+}
+
+TEST(Heap, OutOfMemoryForTheDataOfAPart_LeavesItsHeaderAsEveryPartlyWrittenPart) {
+    CPPExpandingByteArray block;
+    StructuredByteArrayWriter writer;
+    writer.initialize(block, 8);
+    HeapWatch watch;
+    // The growth for the whole part fails, the one for its header does not, the one for its data does.
+    watch.failAt({1, 3});
+    expectFailure<StructuredWriteFailedException>([&] { writer.writeBytesPart(1, "abc", 3); }, 5,
+                                                  "384269E80233: ", kTooSmall);
+    EXPECT_EQ(hexOf(block), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03");
 }
 
 TEST(Heap, OutOfMemoryForAString_IsNotWrittenAsAnEmptyPart) {
@@ -157,7 +201,7 @@ TEST(Heap, OutOfMemoryForAString_IsNotWrittenAsAnEmptyPart) {
     StructuredByteArrayWriter writer;
     writer.initialize(block, 8);
     HeapWatch watch;
-    watch.failOnce(1);
+    watch.failAt({1});
     EXPECT_THROW(writer.writeStringPart(1, "text"), std::bad_alloc);
     EXPECT_EQ(block.getSize(), 10u);
 }
@@ -167,7 +211,7 @@ TEST(Heap, OutOfMemoryForAPart_IsNotHandedOutAsAnEmptyPart) {
     StructuredByteArrayReader reader;
     reader.initialize(&block);
     HeapWatch watch;
-    watch.failOnce(1);
+    watch.failAt({1});
     EXPECT_THROW(reader.getPart(5), std::bad_alloc);
 }
 
@@ -175,7 +219,7 @@ TEST(Heap, OutOfMemoryForTheReadersCopy_FailsTheParse) {
     const CPPByteArray block = arrayOfHex("41 73 41 6B 00 00");
     StructuredCharArrayReader reader;
     HeapWatch watch;
-    watch.failOnce(1);
+    watch.failAt({1});
     expectFailure<StructuredReaderNotInitializedException>(
         [&] { reader.setBuffer(block.data(), block.getSize()); }, 2, "3841954A010E: ", "1");
 }

@@ -1,5 +1,7 @@
 #include "tests/serialization/HeapWatch.h"
 
+#include <utility>
+
 namespace {
 
 dovrel::test::HeapWatch* watching = nullptr;
@@ -33,20 +35,20 @@ HeapWatch::~HeapWatch() {
     watching = nullptr;
 }
 
-void HeapWatch::failOnce(size_t nth) {
-    failFrom(nth);
-    once_ = true;
+void HeapWatch::failFrom(size_t nth) {
+    counted_ = 0;
+    firstOfAll_ = nth;
+}
+
+void HeapWatch::failAt(std::set<size_t> requests) {
+    counted_ = 0;
+    single_ = std::move(requests);
 }
 
 bool HeapWatch::admits(size_t bytes) {
     requests_.push_back(bytes);
-    if (allowed_ == kAll) return true;
-    if (allowed_ > 0) {
-        --allowed_;
-        return true;
-    }
-    if (once_) allowed_ = kAll;
-    return false;
+    ++counted_;
+    return counted_ < firstOfAll_ && single_.count(counted_) == 0;
 }
 
 }  // namespace dovrel::test

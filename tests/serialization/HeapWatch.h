@@ -1,10 +1,11 @@
-// HeapWatch: sees every malloc and realloc that the code of this program makes, and lets one of them fail.
+// HeapWatch: sees every malloc and realloc that the code of this program makes, and lets some of them fail.
 //
 // The linker leads the calls here (--wrap), so that it works below any sanitizer as well. One watch at a
 // time, one thread.
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <vector>
 
 namespace dovrel::test {
@@ -16,11 +17,11 @@ class HeapWatch {
     HeapWatch& operator=(const HeapWatch&) = delete;
     ~HeapWatch();
 
-    // The nth request from now on finds no memory, and neither does any after it.
-    void failFrom(size_t nth) { allowed_ = nth - 1; }
+    // No request finds memory from the nth from now on.
+    void failFrom(size_t nth);
 
-    // The nth request from now on finds no memory, all others do.
-    void failOnce(size_t nth);
+    // Just these requests find no memory, counted from now on; the next is 1.
+    void failAt(std::set<size_t> requests);
 
     // The sizes asked for since the watch began, in order.
     const std::vector<size_t>& requests() const { return requests_; }
@@ -29,11 +30,12 @@ class HeapWatch {
     bool admits(size_t bytes);
 
   private:
-    static constexpr size_t kAll = static_cast<size_t>(-1);
+    static constexpr size_t kNever = static_cast<size_t>(-1);
 
     std::vector<size_t> requests_;
-    size_t allowed_ = kAll;
-    bool once_ = false;
+    size_t counted_ = 0;
+    size_t firstOfAll_ = kNever;
+    std::set<size_t> single_;
 };
 
 }  // namespace dovrel::test

@@ -163,6 +163,47 @@ TEST(StructuredByteArrayWriter, EveryStore_GoesThroughTheTargetsOperations) {
     EXPECT_EQ(array.calls, (std::vector<std::string>{"writeBytes 31 8", "setByte 39", "setByte 40"}));
 }
 
+// A derived class sees each store, so that it takes another way through the writer than the library's own.
+TEST(StructuredByteArrayWriter, TargetOfADerivedClass_GetsTheSameBytes) {
+    const auto write = [](CPPByteArray& target) {
+        StructuredByteArrayWriter writer;
+        writer.initialize(target, 0x01020304);
+        writer.writeUInt32Part(1, 0xA1B2C3D4);
+        writer.writeArrayPart(2, arrayOf("abc"));
+        writer.writeArrayPart(3, target);
+        writer.writeBytesPart(4, nullptr, 0);
+        writer.writeBytesPart(5, target.data() + 30, 9);
+    };
+    WatchedArray watched;
+    CPPExpandingByteArray plain;
+    write(watched);
+    write(plain);
+    EXPECT_EQ(hexOf(plain), hexOf(watched));
+    EXPECT_EQ(plain.getSize(), 10u + 12 + 11 + 41 + 8 + 17);
+}
+
+TEST(StructuredByteArrayWriter, Initialize_OverAnotherTarget_LeavesTheFirst) {
+    CPPExpandingByteArray first;
+    CPPByteArray second = plainArray(19);
+    StructuredByteArrayWriter writer;
+    writer.initialize(first, 1);
+    writer.initialize(second, 2);
+    writer.writeBytesPart(3, "x", 1);
+    EXPECT_EQ(hexOf(first), "41 73 41 6B 00 01 00 00 00 01");
+    EXPECT_EQ(hexOf(second), "41 73 41 6B 00 01 00 00 00 02 00 00 00 03 00 00 00 01 78");
+}
+
+TEST(StructuredByteArrayWriter, ExpandingArrayThatIsLargerAlready_IsOverwrittenInPlace) {
+    CPPExpandingByteArray array;
+    array.setFilled(24, 0xEE);
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8);
+    writer.writeBytesPart(1, "ab", 2);
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 02 61 62 EE EE EE EE");
+    writer.writeBytesPart(2, "c", 1);
+    EXPECT_EQ(array.getSize(), 29u);
+}
+
 TEST(StructuredByteArrayWriter, Initialize_OverALargerArray_StartsAtItsBeginning) {
     CPPByteArray array = plainArray(12);
     StructuredByteArrayWriter writer;
