@@ -115,11 +115,15 @@ DOVREL_IN_NEW_PROCESS int runProgram(void* argument) {
     return 0;
 }
 
-// Its only task is to be gone: what it has made is then nobody's child.
+// Its only task is to be gone: what it has made is then nobody's child. What has failed, however, still holds
+// its copies of the descriptors for a moment, and is waited for.
 DOVREL_IN_NEW_PROCESS int runGoBetween(void* argument) {
     Plan& plan = *static_cast<Plan*>(argument);
-    if (clone(runProgram, plan.secondStackTop, CLONE_VM | CLONE_VFORK | SIGCHLD, argument) < 0) {
+    const int made = clone(runProgram, plan.secondStackTop, CLONE_VM | CLONE_VFORK | SIGCHLD, argument);
+    if (made < 0) {
         plan.failure = errno;
+    } else if (plan.failure != 0) {
+        call(SYS_wait4, made, 0, __WALL);
     }
     call(SYS_exit_group, 0);
     return 0;

@@ -5,10 +5,13 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <deque>
+#include <functional>
 #include <mutex>
+#include <string_view>
 #include <unordered_map>
 
 #include "foundation/FileErrors.h"
@@ -19,12 +22,10 @@ namespace portability {
 namespace {
 
 constexpr UInt32 kMark = 0x46535265;
-constexpr SInt64 kUnknownBirth = -1;
-
 struct Identity {
     UInt64 device;
     UInt64 number;
-    SInt64 birth;  // nanoseconds since 1970
+    UInt64 mark;  // 0 when the file system has none
 };
 
 struct Content {
@@ -66,16 +67,38 @@ PathTable& pathTable() {
     return table;
 }
 
+// A file system that can find files by number makes handles for that, and they differ for files that have had
+// one number after another. Here their bytes are only compared.
+std::size_t handleMark(const std::string& path) {
+    alignas(file_handle) std::array<char, sizeof(file_handle) + MAX_HANDLE_SZ> memory = {};
+    file_handle* handle = reinterpret_cast<file_handle*>(memory.data());
+    handle->handle_bytes = MAX_HANDLE_SZ;
+    int mount = 0;
+    if (name_to_handle_at(AT_FDCWD, path.c_str(), handle, &mount, 0) != 0) {
+        return 0;
+    }
+    return std::hash<std::string_view>()(std::string_view(memory.data(), memory.size()));
+}
+
+// Next best is the time of birth, as far as the system's clock goes on between two files.
+std::size_t birthMark(const struct statx& status) {
+    if ((status.stx_mask & STATX_BTIME) == 0) {
+        return 0;
+    }
+    return static_cast<std::size_t>(status.stx_btime.tv_sec * 1000000000 + status.stx_btime.tv_nsec);
+}
+
 int readIdentity(const std::string& path, Identity& identity) {
     struct statx status;
     if (statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_INO | STATX_BTIME, &status) != 0) {
         return errno;
     }
-    const bool knowsBirth = (status.stx_mask & STATX_BTIME) != 0;
     identity.device = makedev(status.stx_dev_major, status.stx_dev_minor);
     identity.number = status.stx_ino;
-    identity.birth =
-        knowsBirth ? status.stx_btime.tv_sec * 1000000000 + status.stx_btime.tv_nsec : kUnknownBirth;
+    identity.mark = handleMark(path);
+    if (identity.mark == 0) {
+        identity.mark = birthMark(status);
+    }
     return 0;
 }
 
@@ -83,10 +106,10 @@ bool isSameObject(const Identity& first, const Identity& second) {
     return first.device == second.device && first.number == second.number;
 }
 
-// Numbers of deleted files are given to new ones. At the old place that does no harm; under another name only
-// the time of birth shows that it is still the same file.
+// Numbers of deleted files are given to new ones. At the old place that does no harm; under another name it
+// would be the wrong file.
 bool isSameObjectForSure(const Identity& first, const Identity& second) {
-    return isSameObject(first, second) && first.birth == second.birth && first.birth != kUnknownBirth;
+    return isSameObject(first, second) && first.mark == second.mark && first.mark != 0;
 }
 
 bool findInFolder(const std::string& folder, const Identity& identity, std::string& path) {

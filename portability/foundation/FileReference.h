@@ -1,8 +1,8 @@
 // What an FSRef holds: the identity of a file or folder and where it was found. Private to the layer.
 //
-// The identity is the device, the file's number on it and, where the file system keeps it, the time of its
-// birth. An FSRef is never disposed of, so it can own nothing: its path stands in a table of this process,
-// once for every path that was ever used.
+// The identity is the device, the file's number on it and a mark that tells the file from an earlier one with
+// the same number. An FSRef is never disposed of, so it can own nothing: its path stands in a table of this
+// process, once for every path that was ever used.
 #pragma once
 
 #include <CoreServices/Files.h>

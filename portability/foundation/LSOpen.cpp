@@ -124,24 +124,10 @@ OSStatus openURL(CFURLRef url) {
     return hasScheme ? openDocument(text) : OSStatus{kLSApplicationNotFoundErr};
 }
 
-OSStatus openItems(CFArrayRef items) {
-    for (CFIndex index = 0; index < CFArrayGetCount(items); ++index) {
-        const OSStatus status = openURL(static_cast<CFURLRef>(CFArrayGetValueAtIndex(items, index)));
-        if (status != noErr) {
-            return status;
-        }
-    }
-    return noErr;
-}
-
 void handOver(CFURLRef url, CFURLRef* launched) {
     if (launched != nullptr) {
-        *launched = url == nullptr ? nullptr : static_cast<CFURLRef>(CFRetain(url));
+        *launched = static_cast<CFURLRef>(CFRetain(url));
     }
-}
-
-bool isEmpty(CFArrayRef items) {
-    return items == nullptr || CFArrayGetCount(items) == 0;
 }
 
 }  // namespace
@@ -153,14 +139,11 @@ OSStatus LSOpenFromURLSpec(const LSLaunchURLSpec* inLaunchSpec, CFURLRef* outLau
     // Copies, because the fields of the packed record may be misaligned.
     const CFURLRef application = inLaunchSpec->appURL;
     const CFArrayRef items = inLaunchSpec->itemURLs;
-    const bool hasItems = !isEmpty(items);
-    // An application cannot be told here what to open: either it or the items, but not the one with the
-    // others.
-    if ((application != nullptr) == hasItems) {
+    // No application here can be told what to open.
+    if (application == nullptr || (items != nullptr && CFArrayGetCount(items) != 0)) {
         return paramErr;
     }
-    const OSStatus status =
-        application == nullptr ? openItems(items) : launch(portability::pathOf(application));
+    const OSStatus status = launch(portability::pathOf(application));
     if (status == noErr) {
         handOver(application, outLaunchedURL);
     }

@@ -43,11 +43,14 @@ void appendReference(std::string_view name, std::string& text) {
             return;
         }
     }
-    const bool isHexadecimal = name.substr(0, 2) == "#x";
+    if (name.substr(0, 1) != "#") {
+        throw Malformed();
+    }
+    const bool isHexadecimal = name.substr(1, 1) == "x";
     const std::string digits(name.substr(isHexadecimal ? 2 : 1));
     const std::string_view allowed = isHexadecimal ? "0123456789abcdefABCDEF" : "0123456789";
-    const bool isNumber = name.substr(0, 1) == "#" && !digits.empty() && digits.size() <= 8 &&
-                          digits.find_first_not_of(allowed) == std::string::npos;
+    const bool isNumber =
+        !digits.empty() && digits.size() <= 8 && digits.find_first_not_of(allowed) == std::string::npos;
     const unsigned long codePoint =
         isNumber ? std::strtoul(digits.c_str(), nullptr, isHexadecimal ? 16 : 10) : 0;
     if (codePoint == 0 || !appendCharacter(static_cast<std::uint32_t>(codePoint), text)) {

@@ -23,7 +23,7 @@ enum {
 };
 
 #pragma pack(push, 2)
-/// What to open with what; every pointer may be NULL.
+/// What to open with what; every pointer but the first may be NULL.
 typedef struct LSLaunchURLSpec {
     CFURLRef appURL;
     CFArrayRef itemURLs;

@@ -1,0 +1,145 @@
+#include "foundation/Bundle.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Held.h"
+#include "VariableChange.h"
+#include "tests/settings/TemporaryFolder.h"
+
+namespace {
+
+namespace files = std::filesystem;
+using portability::bundleAround;
+using portability::createBundle;
+
+class Bundle : public testing::Test {
+  protected:
+    std::string valueOf(const std::string& bundle, CFStringRef key) const {
+        const Held<CFBundleRef> held(createBundle(folder_.path(bundle)));
+        return held.get() == nullptr ? "(no bundle)"
+                                     : textOf(CFBundleGetValueForInfoDictionaryKey(held.get(), key));
+    }
+
+    std::string resourceOf(const std::string& bundle, CFStringRef name, CFStringRef type) const {
+        const Held<CFBundleRef> held(createBundle(folder_.path(bundle)));
+        const Held<CFURLRef> url(CFBundleCopyResourceURL(held.get(), name, type, nullptr));
+        return pathOf(url.get());
+    }
+
+    const dovrel::test::TemporaryFolder folder_;
+    const VariableChange home_{"HOME", folder_.path().c_str()};
+    const VariableChange all_{"LC_ALL", "de_DE.UTF-8"};
+};
+
+}  // namespace
+
+TEST_F(Bundle, Create_SameFolderTwice_IsOneBundleUntilBothAreReleased) {
+    files::create_directory(folder_.path("X.bundle"));
+    files::create_directory_symlink(folder_.path("X.bundle"), folder_.path("link"));
+    const Held<CFBundleRef> first(createBundle(folder_.path("X.bundle")));
+    const Held<CFBundleRef> second(createBundle(folder_.path("link")));
+    EXPECT_EQ(first.get(), second.get());
+}
+
+TEST_F(Bundle, Create_AfterTheLastRelease_ReadsTheInfoAnew) {
+    folder_.write("X.bundle/Contents/Info.plist", "{ CFBundleVersion = \"1.0\"; }");
+    EXPECT_EQ(valueOf("X.bundle", kCFBundleVersionKey), "1.0");
+    folder_.write("X.bundle/Contents/Info.plist", "{ CFBundleVersion = \"2.0\"; }");
+    EXPECT_EQ(valueOf("X.bundle", kCFBundleVersionKey), "2.0");
+}
+
+TEST_F(Bundle, Create_OfAFile_IsNull) {
+    folder_.write("file", "x");
+    EXPECT_EQ(createBundle(folder_.path("file")), nullptr);
+}
+
+TEST_F(Bundle, Info_InTheUsersLanguage_GoesBeforeTheInfoPlist) {
+    folder_.write("X.bundle/Contents/Info.plist", "{ CFBundleName = Plain; CFBundleVersion = \"1\"; }");
+    folder_.write("X.bundle/Contents/Resources/de.lproj/InfoPlist.strings", "CFBundleName = \"Deutsch\";\n");
+    EXPECT_EQ(valueOf("X.bundle", kCFBundleNameKey), "Deutsch");
+    EXPECT_EQ(valueOf("X.bundle", kCFBundleVersionKey), "1");
+    const VariableChange french("LC_ALL", "fr_FR.UTF-8");
+    EXPECT_EQ(valueOf("X.bundle", kCFBundleNameKey), "Plain");
+}
+
+TEST_F(Bundle, Resources_WithoutLanguageFirst_ThenTheUsersThenTheBundlesOwn) {
+    folder_.write("X.bundle/Contents/Resources/both.txt", "x");
+    folder_.write("X.bundle/Contents/Resources/de.lproj/both.txt", "x");
+    folder_.write("X.bundle/Contents/Resources/German.lproj/older.txt", "x");
+    folder_.write("X.bundle/Contents/Resources/en.lproj/english.txt", "x");
+    const std::string resources = folder_.path("X.bundle/Contents/Resources");
+    EXPECT_EQ(resourceOf("X.bundle", CFSTR("both"), CFSTR("txt")), resources + "/both.txt");
+    EXPECT_EQ(resourceOf("X.bundle", CFSTR("older"), CFSTR("txt")), resources + "/German.lproj/older.txt");
+    EXPECT_EQ(resourceOf("X.bundle", CFSTR("english"), CFSTR("txt")), resources + "/en.lproj/english.txt");
+    EXPECT_EQ(resourceOf("X.bundle", CFSTR("absent"), CFSTR("txt")), "(none)");
+}
+
+TEST_F(Bundle, Layout_WithoutContents_IsFlatOrHasAResourcesFolder) {
+    folder_.write("Flat.bundle/Info.plist", "{ CFBundleIdentifier = flat; CFBundleExecutable = Code; }");
+    folder_.write("Flat.bundle/Code", "x");
+    folder_.write("Flat.bundle/page.html", "x");
+    folder_.write("Old.bundle/Resources/Info.plist", "{ CFBundleIdentifier = old; }");
+    folder_.write("Old.bundle/Resources/page.html", "x");
+    EXPECT_EQ(valueOf("Flat.bundle", kCFBundleIdentifierKey), "flat");
+    EXPECT_EQ(resourceOf("Flat.bundle", CFSTR("page"), CFSTR("html")), folder_.path("Flat.bundle/page.html"));
+    EXPECT_EQ(valueOf("Old.bundle", kCFBundleIdentifierKey), "old");
+    EXPECT_EQ(resourceOf("Old.bundle", CFSTR("page"), CFSTR("html")),
+              folder_.path("Old.bundle/Resources/page.html"));
+    const Held<CFBundleRef> flat(createBundle(folder_.path("Flat.bundle")));
+    EXPECT_EQ(flat.get()->executable(), folder_.path("Flat.bundle/Code"));
+}
+
+TEST_F(Bundle, ExecutableURL_WithoutExecutable_IsNull) {
+    files::create_directories(folder_.path("X.bundle/Contents"));
+    const Held<CFBundleRef> bundle(createBundle(folder_.path("X.bundle")));
+    EXPECT_EQ(CFBundleCopyExecutableURL(bundle.get()), nullptr);
+}
+
+TEST_F(Bundle, BundleAround_OnlyForProgramsInABundle_IsItsFolder) {
+    EXPECT_EQ(bundleAround("/a/X.app/Contents/MacOS/X"), "/a/X.app");
+    EXPECT_EQ(bundleAround("/a/X.app/Contents/MacOS/deeper/X"), "");
+    EXPECT_EQ(bundleAround("/usr/bin/X"), "");
+    EXPECT_EQ(bundleAround("X"), "");
+    EXPECT_EQ(bundleAround(""), "");
+}
+
+TEST_F(Bundle, GetBundleWithIdentifier_OfLoadedCode_IsFoundByItselfAndByOthers) {
+    folder_.write("Plug.bundle/Contents/Info.plist", "{ CFBundleIdentifier = \"com.example.loaded\"; }");
+    const std::string code = folder_.path("Plug.bundle/Contents/MacOS/Plug");
+    files::create_directories(folder_.path("Plug.bundle/Contents/MacOS"));
+    files::copy_file(LOADED_PLUG, code);
+    EXPECT_EQ(CFBundleGetBundleWithIdentifier(CFSTR("com.example.loaded")), nullptr);
+    void* image = dlopen(code.c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(image, nullptr) << dlerror();
+
+    const auto find = reinterpret_cast<CFBundleRef (*)(CFStringRef)>(dlsym(image, "findPlugBundle"));
+    const Held<CFURLRef> byItself(CFBundleCopyBundleURL(find(CFSTR("com.example.loaded"))));
+    EXPECT_EQ(pathOf(byItself.get()), folder_.path("Plug.bundle"));
+    const CFBundleRef byOthers = CFBundleGetBundleWithIdentifier(CFSTR("com.example.loaded"));
+    ASSERT_NE(byOthers, nullptr);
+    EXPECT_EQ(byOthers->path(), folder_.path("Plug.bundle"));
+}
+
+TEST_F(Bundle, ManyThreads_MakingAndReleasing_ShareOneBundle) {
+    folder_.write("X.bundle/Contents/Info.plist", "{ CFBundleIdentifier = shared; }");
+    std::atomic<int> failures{0};
+    std::vector<std::thread> threads;
+    for (int index = 0; index < 4; ++index) {
+        threads.emplace_back([this, &failures] {
+            for (int count = 0; count < 100; ++count) {
+                failures += valueOf("X.bundle", kCFBundleIdentifierKey) == "shared" ? 0 : 1;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(failures, 0);
+}
