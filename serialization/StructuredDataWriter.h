@@ -23,7 +23,7 @@ class StructuredDataWriter {
 
     virtual void writeArrayPart(uint32_t tag, const CPPByteArray& array) = 0;
 
-    // The pointer may be null when length is 0.
+    // The bytes lie outside whatever is written to. The pointer may be null when length is 0.
     virtual void writeBytesPart(uint32_t tag, const void* bytes, uint32_t length) = 0;
 
     // Writes the next length bytes of the stream; each byte that the stream does not have is written as 0xFF.

@@ -172,7 +172,7 @@ TEST(StructuredByteArrayWriter, TargetOfADerivedClass_GetsTheSameBytes) {
         writer.writeArrayPart(2, arrayOf("abc"));
         writer.writeArrayPart(3, target);
         writer.writeBytesPart(4, nullptr, 0);
-        writer.writeBytesPart(5, target.data() + 30, 9);
+        writer.writeBytesPart(5, "123456789", 9);
     };
     WatchedArray watched;
     CPPExpandingByteArray plain;
