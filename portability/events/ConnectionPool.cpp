@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "events/BriefLock.h"
+#include "events/ProcessMark.h"
 
 namespace portability {
 
@@ -61,16 +62,16 @@ class ConnectionPool {
   private:
     // Two processes on one connection would take each other's replies.
     void forgetParents() {
-        if (owner_ == getpid()) return;
+        if (owner_ == processMark()) return;
         while (count_ > 0)
             kept_[--count_].reset();
-        owner_ = getpid();
+        owner_ = processMark();
     }
 
     BriefLock lock_;
     std::array<std::unique_ptr<KeptConnection>, 8> kept_;  // the one used last at the end
     size_t count_ = 0;
-    pid_t owner_ = 0;
+    uint32_t owner_ = 0;
     bool closed_ = false;
 };
 

@@ -12,6 +12,8 @@ namespace portability {
 
 namespace {
 
+constexpr int kMostPacketsAtOnce = 4;
+
 // One descriptor needs this much; the padding has room for a second, which nobody may send.
 constexpr size_t kControlSize = CMSG_SPACE(sizeof(int));
 
@@ -95,38 +97,118 @@ EventChannel::~EventChannel() {
     }
 }
 
-EventChannel::Sent EventChannel::send(FrameHeader header, const ImageMemory& image, bool confirmed) {
-    std::shared_ptr<SharedBlock> copy;
-    const std::shared_ptr<SharedBlock>* block = &image.block();
-    if (*block == nullptr && image.size() > kLargestInlineImage) {
-        copy = copyToBlock(image.data(), image.size());
-        if (copy == nullptr) return Sent::failed;
-        block = &copy;
+EventChannel::Sent EventChannel::send(const FrameHeader& header, const ImageMemory& image, bool confirmed) {
+    Outgoing frame{header, image, nullptr};
+    return prepare(frame, confirmed) ? sendPrepared(frame) : Sent::failed;
+}
+
+EventChannel::Sent EventChannel::sendQuick(const FrameHeader& header, const ImageMemory& image,
+                                           bool& posted) {
+    posted = false;
+    Outgoing frame{header, image, nullptr};
+    if (!prepare(frame, /*confirmed=*/true)) return Sent::failed;
+    if (mailbox_ == nullptr || frame.header.bringsFile != 0 || !mailbox_->isOtherLooking())
+        return sendPrepared(frame);
+    mailbox_->setLooking(true);
+    post(frame);
+    posted = true;
+    return Sent::done;
+}
+
+EventChannel::Sent EventChannel::sendReply(const FrameHeader& header, const ImageMemory& image) {
+    Outgoing frame{header, image, nullptr};
+    if (!prepare(frame, /*confirmed=*/true)) return Sent::failed;
+    const bool isQuick = cameByMailbox_ && mailbox_->isOtherLooking();
+    if (isQuick && frame.header.bringsFile == 0) {
+        post(frame);
+        return Sent::done;
     }
-    Packet packet;
-    header.imageSize = static_cast<uint32_t>(image.size());
-    packet.parts[0] = {&header, sizeof header};
-    packet.message.msg_iov = packet.parts.data();
-    packet.message.msg_iovlen = 1;
-    if (*block == nullptr) {
+    const Sent sent = sendPrepared(frame);
+    // Whoever looks only into the mailbox is told there to look into the socket.
+    if (isQuick && sent == Sent::done) mailbox_->post(nullptr, nullptr, 0);
+    return sent;
+}
+
+// False when there is no shared memory for a large image.
+bool EventChannel::prepare(Outgoing& frame, bool confirmed) {
+    FrameHeader& header = frame.header;
+    header.imageSize = static_cast<uint32_t>(frame.image.size());
+    frame.block = frame.image.block();
+    if (frame.block == nullptr && frame.image.size() > kLargestInlineImage) {
+        frame.block = copyToBlock(frame.image.data(), frame.image.size());
+        if (frame.block == nullptr) return false;
+    }
+    if (frame.block == nullptr) {
         header.place = kInlineImage;
-        packet.parts[1] = {const_cast<uint8_t*>(image.data()), image.size()};
-        packet.message.msg_iovlen = 2;
     } else {
-        header.place = confirmed ? findPlace(**block) : kPassingImage;
-        header.bringsFile = header.place == kPassingImage || out_[header.place].known != (*block)->id();
-        if (header.bringsFile != 0) attachFile(packet, (*block)->descriptor());
+        header.place = confirmed ? findPlace(*frame.block) : kPassingImage;
+        header.bringsFile = header.place == kPassingImage || out_[header.place].known != frame.block->id();
     }
     if (header.kind == FrameKind::request)
         header.released = released_->exchange(0, std::memory_order_acquire);
+    return true;
+}
 
+EventChannel::Sent EventChannel::sendPrepared(Outgoing& frame) {
+    Packet packet;
+    packet.parts[0] = {&frame.header, sizeof frame.header};
+    packet.parts[1] = {const_cast<uint8_t*>(frame.image.data()), frame.image.size()};
+    packet.message.msg_iov = packet.parts.data();
+    packet.message.msg_iovlen = frame.block == nullptr ? 2 : 1;
+    if (frame.header.bringsFile != 0) attachFile(packet, frame.block->descriptor());
     const Sent sent = sendPacket(socket_.get(), packet.message);
-    if (sent != Sent::done) {
-        released_->fetch_or(header.released, std::memory_order_release);
-    } else if (*block != nullptr) {
-        noteSent(header, *block);
+    if (sent == Sent::done) {
+        noteSent(frame);
+    } else {
+        released_->fetch_or(frame.header.released, std::memory_order_release);
     }
     return sent;
+}
+
+void EventChannel::post(Outgoing& frame) {
+    noteSent(frame);
+    mailbox_->post(&frame.header, frame.image.data(), frame.block == nullptr ? frame.image.size() : 0);
+    if (mailbox_->isOtherLooking()) return;
+    // The other end may have gone to sleep just before. If there is no room for this packet, others will wake
+    // it.
+    FrameHeader wakeUp;
+    wakeUp.kind = FrameKind::wakeUp;
+    Packet packet;
+    packet.parts[0] = {&wakeUp, sizeof wakeUp};
+    packet.message.msg_iov = packet.parts.data();
+    packet.message.msg_iovlen = 1;
+    sendPacket(socket_.get(), packet.message);
+}
+
+void EventChannel::offerMailbox() {
+    if (mailboxOffered_) return;
+    mailboxOffered_ = true;
+    FileDescriptor file;
+    std::unique_ptr<Mailbox> mailbox = Mailbox::create(file);
+    if (mailbox == nullptr) return;
+    FrameHeader header;
+    header.kind = FrameKind::mailbox;
+    header.bringsFile = 1;
+    Packet packet;
+    packet.parts[0] = {&header, sizeof header};
+    packet.message.msg_iov = packet.parts.data();
+    packet.message.msg_iovlen = 1;
+    attachFile(packet, file.get());
+    if (sendPacket(socket_.get(), packet.message) == Sent::done) mailbox_ = std::move(mailbox);
+}
+
+bool EventChannel::openMailbox(FileDescriptor file) {
+    if (mailbox_ != nullptr) return false;
+    mailbox_ = Mailbox::open(std::move(file));
+    return mailbox_ != nullptr;
+}
+
+void EventChannel::setLooking(bool looking) {
+    if (mailbox_ != nullptr) mailbox_->setLooking(looking);
+}
+
+bool EventChannel::wasTaken() const {
+    return mailbox_ == nullptr || mailbox_->wasTaken();
 }
 
 uint16_t EventChannel::findPlace(const SharedBlock& block) const {
@@ -141,16 +223,17 @@ uint16_t EventChannel::findPlace(const SharedBlock& block) const {
     return oldest;
 }
 
-void EventChannel::noteSent(const FrameHeader& header, const std::shared_ptr<SharedBlock>& block) {
+void EventChannel::noteSent(const Outgoing& frame) {
+    if (frame.block == nullptr) return;
     // Nobody will say when a passing file has been read.
-    if (header.place == kPassingImage) {
-        block->forbidReuse();
+    if (frame.header.place == kPassingImage) {
+        frame.block->forbidReuse();
         return;
     }
-    OutSlot& slot = out_[header.place];
-    slot.known = block->id();
-    slot.inUse = block;
-    slot.frame = header.id;
+    OutSlot& slot = out_[frame.header.place];
+    slot.known = frame.block->id();
+    slot.inUse = frame.block;
+    slot.frame = frame.header.id;
 }
 
 void EventChannel::confirmUpTo(uint64_t id) {
@@ -165,7 +248,31 @@ void EventChannel::release(uint32_t mask) {
     }
 }
 
+EventChannel::Received EventChannel::look(ReceivedFrame& frame) {
+    Mail mail;
+    if (mailbox_ == nullptr || !mailbox_->take(mail)) return Received::nothing;
+    if (mail.size == 0) return Received::elsewhere;
+    cameByMailbox_ = true;
+    return interpret(mail.bytes, mail.size, FileDescriptor(), frame);
+}
+
 EventChannel::Received EventChannel::receive(FrameBuffer& buffer, ReceivedFrame& frame) {
+    const Received looked = look(frame);
+    if (looked != Received::nothing && looked != Received::elsewhere) return looked;
+    cameByMailbox_ = false;
+    // A peer that sends nothing else must not keep us here.
+    for (int packet = 0; packet < kMostPacketsAtOnce; ++packet) {
+        const Received received = receivePacket(buffer, frame);
+        if (received != Received::frame) return received;
+        if (frame.header.kind == FrameKind::request || frame.header.kind == FrameKind::reply) return received;
+        // A mailbox has come, or something has been put there.
+        const Received found = look(frame);
+        if (found != Received::nothing && found != Received::elsewhere) return found;
+    }
+    return Received::nothing;
+}
+
+EventChannel::Received EventChannel::receivePacket(FrameBuffer& buffer, ReceivedFrame& frame) {
     Packet packet;
     packet.parts[0] = {buffer.bytes.data(), buffer.bytes.size()};
     packet.message.msg_iov = packet.parts.data();
@@ -182,20 +289,34 @@ EventChannel::Received EventChannel::receive(FrameBuffer& buffer, ReceivedFrame&
     FileDescriptor file;
     const bool single = takeFile(packet.message, file);
     const bool cut = (packet.message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) != 0;
-    if (!single || cut || static_cast<size_t>(size) < sizeof frame.header) return Received::malformed;
-    std::memcpy(&frame.header, buffer.bytes.data(), sizeof frame.header);
-    if (!isPlausible(frame.header, static_cast<size_t>(size), static_cast<bool>(file)))
-        return Received::malformed;
-    if (!findImage(frame, buffer, std::move(file))) return Received::malformed;
+    if (!single || cut) return Received::malformed;
+    return interpret(buffer.bytes.data(), static_cast<size_t>(size), std::move(file), frame);
+}
+
+EventChannel::Received EventChannel::interpret(const uint8_t* bytes, size_t size, FileDescriptor file,
+                                               ReceivedFrame& frame) {
+    frame.block.reset();
+    if (size < sizeof frame.header || size > kLargestFrame) return Received::malformed;
+    std::memcpy(&frame.header, bytes, sizeof frame.header);
+    if (!isPlausible(frame.header, size, static_cast<bool>(file))) return Received::malformed;
+    switch (frame.header.kind) {
+        case FrameKind::mailbox:
+            return openMailbox(std::move(file)) ? Received::frame : Received::malformed;
+        case FrameKind::wakeUp:
+            return Received::frame;
+        case FrameKind::request:
+        case FrameKind::reply:
+            break;
+    }
+    if (!findImage(frame, bytes + sizeof frame.header, std::move(file))) return Received::malformed;
     release(frame.header.released);
     return Received::frame;
 }
 
-bool EventChannel::findImage(ReceivedFrame& frame, FrameBuffer& buffer, FileDescriptor file) {
+bool EventChannel::findImage(ReceivedFrame& frame, const uint8_t* behindHeader, FileDescriptor file) {
     const FrameHeader& header = frame.header;
     if (header.place == kInlineImage) {
-        frame.image = buffer.bytes.data() + sizeof header;
-        frame.block.reset();
+        frame.image = behindHeader;
         return isWholeImage(frame.image, header.imageSize);
     }
     std::shared_ptr<const ReceivedBlock> passing;

@@ -9,27 +9,36 @@
 namespace portability {
 
 EventConnection::Outcome EventConnection::post(const EventRequest& request) {
-    return sendRequest(request, false);
+    bool posted = false;
+    return sendRequest(request, false, posted);
 }
 
 EventConnection::Outcome EventConnection::exchange(const EventRequest& request, EventReply& reply) {
-    const Outcome sent = sendRequest(request, true);
+    // A connection that is used once is better off without a mailbox.
+    if (lastAnswered_ != 0 && Spin::isOn()) channel_.offerMailbox();
+    bool posted = false;
+    const Outcome sent = sendRequest(request, true, posted);
     if (sent != Outcome::done) return sent;
-    const Outcome outcome = awaitReply(request, reply);
+    const Outcome outcome = awaitReply(request, posted, reply);
     if (outcome == Outcome::timedOut || outcome == Outcome::cancelled) ++unanswered_;
     return outcome;
 }
 
-EventConnection::Outcome EventConnection::sendRequest(const EventRequest& request, bool wantsReply) {
+EventConnection::Outcome EventConnection::sendRequest(const EventRequest& request, bool wantsReply,
+                                                      bool& posted) {
     // A peer whose replies nobody takes would at last have nowhere to put them.
     if (unanswered_ != 0 && !dropLateReplies(request.deadline)) return Outcome::notSent;
+    const bool allAnswered = lastAnswered_ == lastId_;
     FrameHeader header;
     header.kind = FrameKind::request;
     header.id = ++lastId_;
     header.sendMode = static_cast<int32_t>(request.mode);
     header.timeOutInTicks = static_cast<int32_t>(request.timeOutInTicks);
     for (;;) {
-        switch (channel_.send(header, request.image, wantsReply)) {
+        const EventChannel::Sent sent = wantsReply && allAnswered
+                                            ? channel_.sendQuick(header, request.image, posted)
+                                            : channel_.send(header, request.image, /*confirmed=*/wantsReply);
+        switch (sent) {
             case EventChannel::Sent::done:
                 return Outcome::done;
             case EventChannel::Sent::closed:
@@ -44,40 +53,46 @@ EventConnection::Outcome EventConnection::sendRequest(const EventRequest& reques
     }
 }
 
-EventConnection::Outcome EventConnection::awaitReply(const EventRequest& request, EventReply& reply) {
+EventConnection::Outcome EventConnection::awaitReply(const EventRequest& request, bool posted,
+                                                     EventReply& reply) {
     Spin spin;
     ReceivedFrame frame;
+    bool looking = posted;
+    // The reply can hardly be there at once, so the other side is given the processor first.
+    spin.again();
     for (;;) {
-        switch (channel_.receive(buffer_, frame)) {
+        switch (looking ? channel_.look(frame) : channel_.receive(buffer_, frame)) {
             case EventChannel::Received::closed:
+                return posted && !channel_.wasTaken() ? Outcome::notSent : Outcome::lost;
             case EventChannel::Received::malformed:
                 return Outcome::lost;
+            case EventChannel::Received::elsewhere:
+                looking = false;
+                continue;
             case EventChannel::Received::nothing:
                 if (request.deadline.passed()) return Outcome::timedOut;
-                if (!spin.again() && !wait(request)) return Outcome::cancelled;
+                if (spin.again()) continue;
+                if (looking) {
+                    channel_.setLooking(false);
+                    looking = false;
+                } else if (!waitAsleep(request)) {
+                    return Outcome::cancelled;
+                }
                 continue;
             case EventChannel::Received::frame:
                 break;
         }
-        channel_.confirmUpTo(frame.header.id);
-        const std::shared_ptr<const void> held = channel_.holdReply(frame);
-        if (frame.header.kind != FrameKind::reply) return Outcome::lost;
-        if (frame.header.id == lastId_) {
-            reply.result = frame.header.result;
-            if (reply.result != noErr) return Outcome::done;
-            reply.event = held == nullptr
-                              ? EventStorage::copyOf(frame.image, frame.header.imageSize)
-                              : std::make_unique<EventStorage>(frame.image, frame.header.imageSize, held);
-            return Outcome::done;
-        }
-        if (!isLate(frame.header)) return Outcome::lost;
+        std::shared_ptr<const void> held = channel_.holdReply(frame);
+        if (!noteReply(frame)) return Outcome::lost;
+        if (frame.header.id == lastId_) return takeReply(frame, std::move(held), reply);
+        if (unanswered_ == 0) return Outcome::lost;
         --unanswered_;
         if (request.deadline.passed()) return Outcome::timedOut;
     }
 }
 
 // False when the sender has had enough.
-bool EventConnection::wait(const EventRequest& request) {
+bool EventConnection::waitAsleep(const EventRequest& request) {
     if (request.idle == nullptr) {
         waitForDescriptor(channel_.descriptor(), POLLIN, request.deadline);
         return true;
@@ -86,8 +101,23 @@ bool EventConnection::wait(const EventRequest& request) {
     return !request.idle->call();
 }
 
-bool EventConnection::isLate(const FrameHeader& header) const {
-    return unanswered_ != 0 && header.id < lastId_;
+EventConnection::Outcome EventConnection::takeReply(const ReceivedFrame& frame,
+                                                    std::shared_ptr<const void> held, EventReply& reply) {
+    reply.result = frame.header.result;
+    if (reply.result != noErr) return Outcome::done;
+    reply.event = held == nullptr
+                      ? EventStorage::copyOf(frame.image, frame.header.imageSize)
+                      : std::make_unique<EventStorage>(frame.image, frame.header.imageSize, std::move(held));
+    return Outcome::done;
+}
+
+// False when no such request was sent, or it was answered already.
+bool EventConnection::noteReply(const ReceivedFrame& frame) {
+    const uint64_t id = frame.header.id;
+    if (frame.header.kind != FrameKind::reply || id <= lastAnswered_ || id > lastId_) return false;
+    channel_.confirmUpTo(id);
+    lastAnswered_ = id;
+    return true;
 }
 
 bool EventConnection::dropLateReplies(const Deadline& deadline) {
@@ -95,6 +125,7 @@ bool EventConnection::dropLateReplies(const Deadline& deadline) {
     while (unanswered_ != 0) {
         switch (channel_.receive(buffer_, frame)) {
             case EventChannel::Received::nothing:
+            case EventChannel::Received::elsewhere:
                 return true;
             case EventChannel::Received::closed:
             case EventChannel::Received::malformed:
@@ -102,9 +133,8 @@ bool EventConnection::dropLateReplies(const Deadline& deadline) {
             case EventChannel::Received::frame:
                 break;
         }
-        channel_.confirmUpTo(frame.header.id);
         channel_.holdReply(frame);
-        if (frame.header.kind != FrameKind::reply || frame.header.id > lastId_) return false;
+        if (!noteReply(frame)) return false;
         --unanswered_;
         if (deadline.passed()) return true;
     }

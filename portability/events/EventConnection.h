@@ -62,15 +62,17 @@ class EventConnection {
     Outcome exchange(const EventRequest& request, EventReply& reply);
 
   private:
-    Outcome sendRequest(const EventRequest& request, bool wantsReply);
-    Outcome awaitReply(const EventRequest& request, EventReply& reply);
-    bool wait(const EventRequest& request);
-    bool isLate(const FrameHeader& header) const;
+    Outcome sendRequest(const EventRequest& request, bool wantsReply, bool& posted);
+    Outcome awaitReply(const EventRequest& request, bool posted, EventReply& reply);
+    bool waitAsleep(const EventRequest& request);
+    bool noteReply(const ReceivedFrame& frame);
     bool dropLateReplies(const Deadline& deadline);
+    Outcome takeReply(const ReceivedFrame& frame, std::shared_ptr<const void> held, EventReply& reply);
 
     EventChannel channel_;
     uint64_t lastId_ = 0;
-    uint64_t unanswered_ = 0;  // requests whose replies nobody waits for any more
+    uint64_t lastAnswered_ = 0;  // id of the last reply that came in
+    uint64_t unanswered_ = 0;    // requests whose replies nobody waits for any more
     FrameBuffer buffer_;
 };
 

@@ -18,7 +18,12 @@ namespace portability {
 constexpr uint32_t kFrameMagic = 0x41457631;
 constexpr uint32_t kSlots = 4;
 
-enum class FrameKind : uint16_t { request = 1, reply = 2 };
+enum class FrameKind : uint16_t {
+    request = 1,
+    reply = 2,
+    mailbox = 3,  // brings the file of a mailbox (Mailbox.h) from sender to receiver
+    wakeUp = 4    // there is something in the mailbox
+};
 
 /// Where the image is, when it is not in a slot: behind the header, or in the file that comes along and is
 /// not kept.

@@ -2,7 +2,6 @@
 
 #include <CoreServices/AppleEvents.h>
 #include <sys/eventfd.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <condition_variable>
@@ -16,6 +15,7 @@
 #include "events/FileDescriptor.h"
 #include "events/HandlerTable.h"
 #include "events/OwnSignature.h"
+#include "events/ProcessMark.h"
 #include "tasks/MainThread.h"
 
 extern "C" {
@@ -101,9 +101,9 @@ class EventLoop {
     // The descriptor lives as long as the process, because a signal handler may be using it at any time. A
     // forked process needs one of its own.
     bool makeWakeDescriptor() {
-        if (wake_.load() >= 0 && owner_ == getpid()) return true;
+        if (wake_.load() >= 0 && owner_ == processMark()) return true;
         wake_.store(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
-        owner_ = getpid();
+        owner_ = processMark();
         return wake_.load() >= 0;
     }
 
@@ -152,7 +152,7 @@ class EventLoop {
     }
 
     std::atomic<int> wake_{-1};
-    pid_t owner_ = 0;
+    uint32_t owner_ = 0;
     std::atomic<bool> quit_{false};
     std::atomic<bool> hasCalls_{false};
     std::mutex mutex_;

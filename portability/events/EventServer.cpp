@@ -6,8 +6,10 @@
 #include <sys/epoll.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <array>
 #include <new>
+#include <utility>
 
 #include "events/EventDispatch.h"
 #include "events/EventStorage.h"
@@ -17,6 +19,7 @@ namespace portability {
 namespace {
 
 constexpr int kLongestStreak = 4;
+constexpr int kLooksPerRound = 4;
 constexpr int kMostAcceptedAtOnce = 64;
 constexpr AESendMode kReplyModeMask = 0x03;
 
@@ -30,7 +33,7 @@ bool setNonBlocking(int descriptor) {
 }
 
 // Runs the handlers. The result is what the sender's call is to answer.
-OSStatus handle(EventStorage& event, EventStorage* reply) {
+OSStatus runHandlers(EventStorage& event, EventStorage* reply) {
     try {
         if (reply != nullptr && prepareReply(event, *reply) != noErr) return memFullErr;
         return dispatchEvent(event, reply);
@@ -61,24 +64,27 @@ bool EventServer::watch(int descriptor) {
 }
 
 bool EventServer::serve() {
-    if (latest_ >= 0 && streak_ < kLongestStreak) {
+    const bool mayLook = latest_ >= 0 || lookingCount_ != 0;
+    if (mayLook && streak_ < kLongestStreak) {
         const Round round = spinForNext();
         if (round.woken || round.handled) return round.woken;
-        streak_ = 0;
-        return handleReady(-1).woken;
+        latest_ = -1;
+        if (stopLooking()) return false;
     }
-    const bool mayWait = streak_ == 0;
+    const int timeout = lookingCount_ == 0 && streak_ < kLongestStreak ? -1 : 0;
     streak_ = 0;
-    return handleReady(mayWait ? -1 : 0).woken;
+    return handleReady(timeout).woken;
 }
 
-// The sender that was just answered is the likeliest to send the next event. It is given the processor before
-// the first look, as its event can hardly be there already.
+// The senders that were answered lately are the likeliest to send the next event. They are given the
+// processor before the first look, as their events can hardly be there already.
 EventServer::Round EventServer::spinForNext() {
     Spin spin;
-    while (latest_ >= 0 && spin.again()) {
-        if (handleOneOf(latest_)) return {false, true};
-        if (senders_.size() < 2) continue;
+    for (int looks = 1; spin.again(); ++looks) {
+        if (handleMail()) return {false, true};
+        const bool isOnlySocket = latest_ >= 0 && !isLookingFor(latest_);
+        if (isOnlySocket && handleOneOf(latest_)) return {false, true};
+        if (senders_.size() < 2 || looks % kLooksPerRound != 0) continue;
         const Round others = handleReady(0);
         if (others.woken || others.handled) return others;
     }
@@ -100,6 +106,45 @@ EventServer::Round EventServer::handleReady(int timeoutMilliseconds) {
         }
     }
     return round;
+}
+
+bool EventServer::handleMail() {
+    bool handled = false;
+    // A sender that is dismissed leaves the list; the one behind it then waits for the next turn.
+    for (size_t i = 0; i < lookingCount_; ++i) {
+        Sender& sender = *senders_.at(looking_[i]);
+        ReceivedFrame frame;
+        handled = handle(sender, sender.channel.look(frame), frame) || handled;
+    }
+    return handled;
+}
+
+// Whatever was put into a mailbox before its sender could know that we no longer look is handled here.
+bool EventServer::stopLooking() {
+    const std::array<int, kMostLookedFor> stopped = looking_;
+    const size_t count = std::exchange(lookingCount_, 0);
+    for (size_t i = 0; i < count; ++i)
+        senders_.at(stopped[i])->channel.setLooking(false);
+    bool handled = false;
+    for (size_t i = 0; i < count; ++i) {
+        Sender& sender = *senders_.at(stopped[i]);
+        ReceivedFrame frame;
+        handled = handle(sender, sender.channel.look(frame), frame) || handled;
+    }
+    return handled;
+}
+
+void EventServer::lookFor(Sender& sender) {
+    const int descriptor = sender.channel.descriptor();
+    if (!sender.channel.hasMailbox() || !Spin::isOn()) return;
+    if (lookingCount_ == looking_.size() || isLookingFor(descriptor)) return;
+    looking_[lookingCount_++] = descriptor;
+    sender.channel.setLooking(true);
+}
+
+bool EventServer::isLookingFor(int descriptor) const {
+    const auto end = looking_.begin() + lookingCount_;
+    return std::find(looking_.begin(), end, descriptor) != end;
 }
 
 void EventServer::acceptSenders() {
@@ -143,16 +188,28 @@ bool EventServer::handleOneOf(int descriptor) {
     if (found == senders_.end()) return false;
     Sender& sender = *found->second;
     ReceivedFrame frame;
-    const EventChannel::Received received = sender.channel.receive(buffer_, frame);
-    if (received == EventChannel::Received::nothing) return false;
-    if (received == EventChannel::Received::frame && answer(sender, frame)) {
-        latest_ = descriptor;
-        ++streak_;
-        return true;
+    return handle(sender, sender.channel.receive(buffer_, frame), frame);
+}
+
+// True when an event was handled. Otherwise the sender may be gone.
+bool EventServer::handle(Sender& sender, EventChannel::Received received, const ReceivedFrame& frame) {
+    const int descriptor = sender.channel.descriptor();
+    if (received == EventChannel::Received::nothing || received == EventChannel::Received::elsewhere)
+        return false;
+    if (received != EventChannel::Received::frame || !answer(sender, frame)) {
+        dismiss(descriptor);
+        return false;
     }
+    latest_ = descriptor;
+    ++streak_;
+    return true;
+}
+
+void EventServer::dismiss(int descriptor) {
     if (latest_ == descriptor) latest_ = -1;
+    const auto end = looking_.begin() + lookingCount_;
+    lookingCount_ -= static_cast<size_t>(end - std::remove(looking_.begin(), end, descriptor));
     senders_.erase(descriptor);
-    return false;
 }
 
 // False when the sender has broken the rules or does not take its replies.
@@ -162,20 +219,22 @@ bool EventServer::answer(Sender& sender, const ReceivedFrame& frame) {
     EventStorage event(frame.image, request.imageSize, frame.block);
     event.setDelivery({sender.process, kAELocalProcess, request.sendMode, request.timeOutInTicks});
     if ((request.sendMode & kReplyModeMask) != kAEWaitReply) {
-        handle(event, nullptr);
+        runHandlers(event, nullptr);
         return true;
     }
     EventStorage reply;
     FrameHeader header;
     header.kind = FrameKind::reply;
     header.id = request.id;
-    header.result = static_cast<int32_t>(handle(event, &reply));
+    header.result = static_cast<int32_t>(runHandlers(event, &reply));
     ImageMemory nothing;
+    // Before the answer, so that the sender finds us looking however soon it sends its next event.
+    lookFor(sender);
     EventChannel::Sent sent =
-        sender.channel.send(header, header.result == noErr ? reply.image() : nothing, /*confirmed=*/true);
+        sender.channel.sendReply(header, header.result == noErr ? reply.image() : nothing);
     if (sent == EventChannel::Sent::failed) {
         header.result = memFullErr;
-        sent = sender.channel.send(header, nothing, /*confirmed=*/true);
+        sent = sender.channel.sendReply(header, nothing);
     }
     return sent == EventChannel::Sent::done;
 }

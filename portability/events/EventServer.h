@@ -3,7 +3,8 @@
 
 #include <sys/types.h>
 
-#include <cstdint>
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <unordered_map>
 
@@ -42,6 +43,8 @@ class EventServer {
         const pid_t process;
     };
 
+    static constexpr size_t kMostLookedFor = 8;
+
     struct Round {
         bool woken = false;
         bool handled = false;
@@ -50,10 +53,16 @@ class EventServer {
     bool watch(int descriptor);
     Round spinForNext();
     Round handleReady(int timeoutMilliseconds);
+    bool handleMail();
+    bool stopLooking();
+    void lookFor(Sender& sender);
+    bool isLookingFor(int descriptor) const;
     void acceptSenders();
     void refuseSender();
     bool handleOneOf(int descriptor);
+    bool handle(Sender& sender, EventChannel::Received received, const ReceivedFrame& frame);
     bool answer(Sender& sender, const ReceivedFrame& frame);
+    void dismiss(int descriptor);
 
     EndpointClaim claim_;
     const int wake_;
@@ -62,7 +71,9 @@ class EventServer {
     bool ready_ = false;
     std::unordered_map<int, std::unique_ptr<Sender>> senders_;
     int latest_ = -1;  // the sender whose event was handled last, if it is still here
-    int streak_ = 0;   // events handled since all senders had a turn
+    std::array<int, kMostLookedFor> looking_{};  // the senders that know that we look into their mailboxes
+    size_t lookingCount_ = 0;
+    int streak_ = 0;  // events handled since all senders had a turn
     FrameBuffer buffer_;
 };
 

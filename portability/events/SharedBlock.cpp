@@ -1,6 +1,5 @@
 #include "events/SharedBlock.h"
 
-#include <fcntl.h>
 #include <sys/mman.h>
 
 #include <algorithm>
@@ -8,10 +7,8 @@
 #include <new>
 
 #include "events/BriefLock.h"
-
-#ifndef MFD_NOEXEC_SEAL
-#define MFD_NOEXEC_SEAL 0x0008U
-#endif
+#include "events/ProcessMark.h"
+#include "events/SharedFile.h"
 
 namespace portability {
 
@@ -25,24 +22,6 @@ size_t roundedUp(size_t size) {
     while (granule * 16 <= size)
         granule *= 2;
     return (size + granule - 1) / granule * granule;
-}
-
-FileDescriptor makeSharedFile(size_t size) {
-    int number = memfd_create("apple event", MFD_CLOEXEC | MFD_NOEXEC_SEAL | MFD_ALLOW_SEALING);
-    // Kernels before 6.3 do not know the flag; some later ones insist on it.
-    if (number < 0 && errno == EINVAL) number = memfd_create("apple event", MFD_CLOEXEC | MFD_ALLOW_SEALING);
-    FileDescriptor file(number);
-    if (!file) return file;
-    // Memory is claimed here, where its lack can be reported, and not at the first touch, where it would kill
-    // us.
-    int claimed;
-    do
-        claimed = fallocate(file.get(), 0, 0, static_cast<off_t>(size));
-    while (claimed != 0 && errno == EINTR);
-    if (claimed != 0) return FileDescriptor();
-    if (fcntl(file.get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0)
-        return FileDescriptor();
-    return file;
 }
 
 }  // namespace
@@ -92,9 +71,9 @@ class SharedBlockPool {
 
     // After a fork the parent goes on writing into these blocks.
     void forgetParents() {
-        if (owner_ == getpid()) return;
+        if (owner_ == processMark()) return;
         clear();
-        owner_ = getpid();
+        owner_ = processMark();
     }
 
     void clear() {
@@ -105,7 +84,7 @@ class SharedBlockPool {
     BriefLock lock_;
     std::array<SharedBlock*, 4> free_{};
     size_t count_ = 0;
-    pid_t owner_ = 0;
+    uint32_t owner_ = 0;
     bool closed_ = false;
 };
 
@@ -116,7 +95,7 @@ SharedBlockPool pool;
 }  // namespace
 
 SharedBlock::SharedBlock(FileDescriptor file, uint8_t* data, size_t capacity)
-    : file_(std::move(file)), data_(data), capacity_(capacity), owner_(getpid()) {
+    : file_(std::move(file)), data_(data), capacity_(capacity), owner_(processMark()) {
     static std::atomic<uint64_t> lastId{0};
     id_ = ++lastId;
 }
@@ -145,7 +124,7 @@ std::shared_ptr<SharedBlock> SharedBlock::take(size_t size) {
 
 void SharedBlock::giveBack(SharedBlock* block) {
     const bool keep = block->reusable_.load(std::memory_order_relaxed) &&
-                      block->capacity_ <= kLargestKeptBlock && block->owner_ == getpid();
+                      block->capacity_ <= kLargestKeptBlock && block->owner_ == processMark();
     delete (keep ? pool.put(block) : block);
 }
 

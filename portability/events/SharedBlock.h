@@ -5,8 +5,6 @@
 // the first time costs far more than to copy the data; blocks are therefore used again.
 #pragma once
 
-#include <sys/types.h>
-
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -52,7 +50,7 @@ class SharedBlock {
     uint8_t* data_;
     size_t capacity_;
     uint64_t id_;
-    pid_t owner_;  // a forked process sees the same memory, and must not write there
+    uint32_t owner_;  // the process's mark: a forked process sees the same memory, and must not write there
     std::atomic<bool> reusable_{true};
 };
 

@@ -13,6 +13,11 @@ namespace {
 constexpr std::chrono::microseconds kDefaultSpin{50};
 constexpr long kLongestSpin = 1'000'000;
 
+std::chrono::microseconds setTime() {
+    static const std::chrono::microseconds time = spinTime(secure_getenv("POS_SPIN_US"));
+    return time;
+}
+
 }  // namespace
 
 std::chrono::microseconds spinTime(const char* setting) {
@@ -25,11 +30,14 @@ std::chrono::microseconds spinTime(const char* setting) {
     return std::chrono::microseconds(value);
 }
 
+bool Spin::isOn() {
+    return setTime().count() != 0;
+}
+
 bool Spin::again() {
-    static const std::chrono::microseconds time = spinTime(secure_getenv("POS_SPIN_US"));
-    if (time.count() == 0) return false;
+    if (!isOn()) return false;
     const auto now = std::chrono::steady_clock::now();
-    if (!started_) end_ = now + time;
+    if (!started_) end_ = now + setTime();
     started_ = true;
     if (now >= end_) return false;
     sched_yield();

@@ -14,8 +14,8 @@ class Spin {
     /// from the first call.
     bool again();
 
-    /// Starts anew.
-    void restart() { started_ = false; }
+    /// Whether there is any time at all.
+    static bool isOn();
 
   private:
     bool started_ = false;

@@ -20,7 +20,10 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/EventStorage.cpp
     ${CMAKE_CURRENT_LIST_DIR}/HandlerTable.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ImageMemory.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/Mailbox.cpp
     ${CMAKE_CURRENT_LIST_DIR}/OwnSignature.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ProcessMark.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ReceivedBlock.cpp
     ${CMAKE_CURRENT_LIST_DIR}/SharedBlock.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/SharedFile.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Spin.cpp)
