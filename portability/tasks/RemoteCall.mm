@@ -1,38 +1,76 @@
 #include <CoreServices/Multiprocessing.h>
 #import <Foundation/Foundation.h>
 
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+
 #include "events/EventLoop.h"
 #include "tasks/MainThread.h"
 #include "tasks/WindowSystem.h"
 
-// A procedure on its way to the run loop of the main thread.
-@interface PortabilityRemoteCall : NSObject {
+namespace {
+
+// A procedure on its way to the run loop of the main thread; lives on the stack of the thread that waits for
+// it.
+struct PendingCall {
     MPRemoteProcedure procedure;
     void* parameter;
-    void* result;
+    void* result = nullptr;
+    bool finished = false;
+};
+
+// The calls that the run loop has been asked to serve, the oldest first. The loop is only told that there is
+// one more: what passes between the threads passes here.
+class PendingCalls {
+   public:
+    void add(PendingCall& call) {
+        std::lock_guard<std::mutex> lock(mutex_);
+        calls_.push_back(&call);
+    }
+
+    void serveOldest() {
+        std::unique_lock<std::mutex> lock(mutex_);
+        PendingCall& call = *calls_.front();
+        calls_.pop_front();
+        // Unlocked, because the procedure may run a loop of its own that serves the next call.
+        lock.unlock();
+        void* result = call.procedure(call.parameter);
+        lock.lock();
+        call.result = result;
+        call.finished = true;
+        finished_.notify_all();
+    }
+
+    void* waitForResult(const PendingCall& call) {
+        std::unique_lock<std::mutex> lock(mutex_);
+        finished_.wait(lock, [&call] { return call.finished; });
+        return call.result;
+    }
+
+   private:
+    std::mutex mutex_;
+    std::condition_variable finished_;
+    std::deque<PendingCall*> calls_;
+};
+
+// Never destroyed: tasks may still be waiting while the process ends.
+PendingCalls& pendingCalls() {
+    static auto& calls = *new PendingCalls;
+    return calls;
 }
-- (id)initWithProcedure:(MPRemoteProcedure)aProcedure parameter:(void*)aParameter;
-- (void)run;
-- (void*)result;
+
+}  // namespace
+
+// What the run loop calls.
+@interface PortabilityRemoteCall : NSObject
++ (void)serveOldest;
 @end
 
 @implementation PortabilityRemoteCall
 
-- (id)initWithProcedure:(MPRemoteProcedure)aProcedure parameter:(void*)aParameter {
-    self = [super init];
-    if (self != nil) {
-        procedure = aProcedure;
-        parameter = aParameter;
-    }
-    return self;
-}
-
-- (void)run {
-    result = procedure(parameter);
-}
-
-- (void*)result {
-    return result;
++ (void)serveOldest {
+    pendingCalls().serveOldest();
 }
 
 @end
@@ -40,14 +78,14 @@
 namespace {
 
 void* callOnRunLoop(MPRemoteProcedure procedure, void* parameter) {
+    PendingCall call{procedure, parameter};
+    pendingCalls().add(call);
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    PortabilityRemoteCall* call = [[PortabilityRemoteCall alloc] initWithProcedure:procedure
-                                                                         parameter:parameter];
-    [call performSelectorOnMainThread:@selector(run) withObject:nil waitUntilDone:YES];
-    void* result = [call result];
-    [call release];
+    [PortabilityRemoteCall performSelectorOnMainThread:@selector(serveOldest)
+                                            withObject:nil
+                                         waitUntilDone:NO];
     [pool release];
-    return result;
+    return pendingCalls().waitForResult(call);
 }
 
 }  // namespace
