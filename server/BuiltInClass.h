@@ -1,0 +1,70 @@
+// Makes a server class of an ordinary C++ class. In a file of its own in server/classes/:
+//
+//     class Greeter {
+//       public:
+//         CPPByteArray greet(CPPByteArray name);
+//     };
+//     const BuiltInClass<Greeter> greeter("Greeter", {{"greet", &Greeter::greet}});
+//
+// Each object has a Greeter of its own. A method throws Refusal where it cannot do its work.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "server/ClassRegistry.h"
+#include "server/ServerClass.h"
+
+namespace merrowd {
+
+template <typename Object>
+class BuiltInClass : public ServerClass {
+  public:
+    struct Method {
+        const char* name;
+        CPPByteArray (Object::*function)(CPPByteArray argument);
+    };
+
+    /// The class is known to every ClassRegistry made from then on, so objects of this type live as long as
+    /// the process.
+    BuiltInClass(std::string name, std::vector<Method> methods)
+        : name_(std::move(name)), methods_(std::move(methods)) {
+        ClassRegistry::builtInClasses().push_back(this);
+    }
+
+    std::string name() const override { return name_; }
+
+    std::vector<std::string> methods() const override {
+        std::vector<std::string> names;
+        for (const Method& method : methods_)
+            names.emplace_back(method.name);
+        return names;
+    }
+
+    std::unique_ptr<ServerObject> instantiate(UserMessage&) const override {
+        return std::make_unique<Instance>(methods_);
+    }
+
+  private:
+    class Instance : public ServerObject {
+      public:
+        explicit Instance(const std::vector<Method>& methods) : methods_(methods) {}
+
+        Answer call(const std::string& name, CPPByteArray argument) override {
+            for (const Method& method : methods_) {
+                if (name == method.name) return Answer((object_.*method.function)(std::move(argument)));
+            }
+            throw Refusal{refusalCode::kPOSMethodNotFound, "no method " + name};
+        }
+
+      private:
+        const std::vector<Method>& methods_;
+        Object object_;
+    };
+
+    const std::string name_;
+    const std::vector<Method> methods_;
+};
+
+}  // namespace merrowd

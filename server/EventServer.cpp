@@ -1,0 +1,105 @@
+#include "server/EventServer.h"
+
+#include <new>
+#include <utility>
+
+#include "client/exceptions/CPPException.h"
+
+// The 64-bit headers of the platform do not declare the loop, but the calls are there.
+extern "C" void RunApplicationEventLoop(void);
+extern "C" void QuitApplicationEventLoop(void);
+
+namespace merrowd {
+
+using dovrel::CPPException;
+
+namespace {
+
+pid_t senderOf(const AppleEvent* event) {
+    SInt32 process = 0;
+    AEGetAttributePtr(event, keySenderPIDAttr, typeSInt32, nullptr, &process, sizeof process, nullptr);
+    return static_cast<pid_t>(process);
+}
+
+}  // namespace
+
+EventServer::EventServer(ServerState& state, Exchanges& exchanges) : state_(state), exchanges_(exchanges) {}
+
+bool EventServer::run() {
+    const bool installed = install<&EventServer::data>(kDataEvent) &&
+                           install<&EventServer::handshake>(kHandshakeEvent) &&
+                           install<&EventServer::control>(kControlEvent) &&
+                           install<&EventServer::tick>(kTickEvent) && install<&EventServer::quit>(kQuitEvent);
+    if (!installed) return false;
+    watchClients();
+    RunApplicationEventLoop();
+    return true;
+}
+
+template <EventServer::Handler handler>
+bool EventServer::install(const EventKind& kind) {
+    return AEInstallEventHandler(kind.eventClass, kind.eventId, entry<handler>,
+                                 reinterpret_cast<SRefCon>(this), false) == noErr;
+}
+
+// No exception may travel through the platform's frames.
+template <EventServer::Handler handler>
+OSErr EventServer::entry(const AppleEvent* event, AppleEvent* reply, SRefCon server) {
+    try {
+        return (reinterpret_cast<EventServer*>(server)->*handler)(event, reply);
+    } catch (const std::bad_alloc&) {
+        return memFullErr;
+    } catch (CPPException* caught) {
+        std::unique_ptr<CPPException> failure(caught);
+        return errAEEventFailed;
+    }
+}
+
+OSErr EventServer::data(const AppleEvent* event, AppleEvent* reply) {
+    POSTransferObj request;
+    const int32_t status = channel_.ReceiveTransferObj(event, request);
+    if (status != noErr) return static_cast<OSErr>(status);
+    return send(exchanges_.data(request.bytes(), senderOf(event)), reply);
+}
+
+OSErr EventServer::handshake(const AppleEvent* event, AppleEvent* reply) {
+    return send(exchanges_.handshake(senderOf(event)), reply);
+}
+
+OSErr EventServer::control(const AppleEvent* event, AppleEvent* reply) {
+    std::unique_ptr<uint8_t[]> bytes;
+    uint32_t length = 0;
+    const int32_t status = channel_.GetData(event, bytes, length);
+    if (status != noErr) return static_cast<OSErr>(status);
+    const OSErr sent = send(exchanges_.control(std::string(bytes.get(), bytes.get() + length)), reply);
+    watchClients();
+    return sent;
+}
+
+OSErr EventServer::tick(const AppleEvent*, AppleEvent*) {
+    watch_.done();
+    if (exchanges_.lastClientHasGone()) QuitApplicationEventLoop();
+    return noErr;
+}
+
+OSErr EventServer::quit(const AppleEvent*, AppleEvent*) {
+    QuitApplicationEventLoop();
+    return noErr;
+}
+
+OSErr EventServer::send(Outcome outcome, AppleEvent* reply) {
+    if (outcome.endServer) {
+        vanishes_ = outcome.vanish;
+        QuitApplicationEventLoop();
+    }
+    const bool wanted = reply->descriptorType != typeNull;
+    if (!wanted || outcome.parameter == nullptr) return outcome.status;
+    const CPPByteArray& bytes = outcome.parameter->bytes();
+    return static_cast<OSErr>(channel_.PutData(reply, bytes.data(), bytes.getSize()));
+}
+
+void EventServer::watchClients() {
+    if (state_.settings.endWithLastClient) watch_.start();
+}
+
+}  // namespace merrowd

@@ -1,0 +1,116 @@
+#include "server/ExchangeText.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "InterProcessCommunication/POSTransferObj.h"
+#include "client/exceptions/CPPException.h"
+
+namespace merrowd {
+
+using dovrel::CPPException;
+using dovrel::POSCommand;
+using dovrel::POSField;
+using dovrel::POSFieldForm;
+using dovrel::POSTransferObj;
+namespace posField = dovrel::posField;
+
+namespace {
+
+constexpr uint32_t kMostBytesShown = 64;
+
+bool isPrintable(char character) {
+    return character >= ' ' && character <= '~';
+}
+
+std::string quoted(const std::string& text) {
+    std::string result = "\"";
+    for (const char character : text)
+        result += isPrintable(character) ? character : '.';
+    return result + '"';
+}
+
+// "5 bytes: 68 65 6C 6C 6F "hello""
+std::string dataText(const CPPByteArray& bytes) {
+    const uint32_t shown = std::min(bytes.getSize(), kMostBytesShown);
+    std::string text = std::to_string(bytes.getSize()) + (bytes.getSize() == 1 ? " byte" : " bytes");
+    if (shown == 0) return text;
+    text += ':';
+    for (uint32_t i = 0; i < shown; ++i)
+        text += ' ' + dovrel::numberToText(bytes.getByte(i), 16, 2);
+    if (shown < bytes.getSize()) text += " ...";
+    const std::string beginning = bytesToText(bytes).substr(0, shown);
+    if (std::any_of(beginning.begin(), beginning.end(), isPrintable)) text += " " + quoted(beginning);
+    return text;
+}
+
+std::string valueText(POSTransferObj& object, const POSField& field) {
+    switch (field.form) {
+        case POSFieldForm::kUInt32:
+            return std::to_string(object.readUInt32(field));
+        case POSFieldForm::kName:
+        case POSFieldForm::kText: {
+            std::string text = object.readString(field);
+            if (field.form == POSFieldForm::kName && !text.empty() && text.back() == '\0') text.pop_back();
+            return quoted(text);
+        }
+        case POSFieldForm::kIdentifier:
+        case POSFieldForm::kOptionalIdentifier:
+        case POSFieldForm::kData:
+            break;
+    }
+    return dataText(*object.readByteArray(field));
+}
+
+void appendField(std::string& lines, POSTransferObj& object, const POSField& field, const std::string& mark) {
+    if (!object.hasField(field)) return;
+    lines += mark + std::to_string(field.number) + " " + field.name + " = " + valueText(object, field) + "\n";
+}
+
+// Runs `read` on the object, and answers `otherwise` where the bytes do not let themselves be read.
+template <typename Result, typename Read>
+Result readOr(const CPPByteArray& bytes, const Result& otherwise, Read read) {
+    POSTransferObj object;
+    object.copyBytesFrom(bytes);
+    try {
+        return read(object);
+    } catch (CPPException* caught) {
+        std::unique_ptr<CPPException> failure(caught);
+        return otherwise;
+    }
+}
+
+std::string fieldLines(POSTransferObj& object, const std::string& mark) {
+    std::string lines;
+    const uint32_t kind = object.getMessageKind();
+    if (kind == dovrel::kMessageKindException) {
+        appendField(lines, object, posField::kExceptionText, mark);
+        appendField(lines, object, posField::kExceptionCode, mark);
+        return lines;
+    }
+    const POSCommand* command = dovrel::findPOSCommand(object.getCommand());
+    if (command == nullptr) return lines;
+    const bool isRequest = kind == dovrel::kMessageKindRequest;
+    for (const POSField& field : isRequest ? command->request : command->reply)
+        appendField(lines, object, field, mark);
+    return lines;
+}
+
+}  // namespace
+
+std::string exchangeText(const CPPByteArray& transferObject, const std::string& mark) {
+    const std::string asBytes = mark + dataText(transferObject) + "\n";
+    return readOr(transferObject, asBytes,
+                  [&mark](POSTransferObj& object) { return fieldLines(object, mark); });
+}
+
+std::string commandNameOf(const CPPByteArray& transferObject) {
+    const POSCommand* command = dovrel::findPOSCommand(commandCodeOf(transferObject));
+    return command == nullptr ? "unknown command" : command->name;
+}
+
+uint32_t commandCodeOf(const CPPByteArray& transferObject) {
+    return readOr(transferObject, 0u, [](POSTransferObj& object) { return object.getCommand(); });
+}
+
+}  // namespace merrowd

@@ -1,0 +1,216 @@
+#include "server/Exchanges.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "server/DescribedClass.h"
+#include "server/ExchangeText.h"
+#include "settings/ConfigFileSystem.h"
+
+namespace merrowd {
+
+using dovrel::POSCommand;
+using dovrel::POSField;
+using dovrel::Properties;
+namespace posField = dovrel::posField;
+
+namespace {
+
+constexpr char kHandshakeAnswer[] = "awake";
+constexpr char kGarbage[] = "This is no answer, and it does not look like one.";
+constexpr uint8_t kHugeFill = 0x5A;
+
+std::unique_ptr<POSTransferObj> fromBytes(const void* bytes, size_t length) {
+    auto object = std::make_unique<POSTransferObj>();
+    object->copyBytesFrom(bytes, static_cast<uint32_t>(length));
+    return object;
+}
+
+std::unique_ptr<POSTransferObj> fromText(const std::string& text) {
+    return fromBytes(text.data(), text.size());
+}
+
+// A copy of a normal answer in which the field, if the command's answers have it, holds other data.
+std::unique_ptr<POSTransferObj> withField(std::unique_ptr<POSTransferObj> answer, const POSField& field,
+                                          const CPPByteArray& data) {
+    const POSCommand* command = dovrel::findPOSCommand(answer->getCommand());
+    if (command == nullptr || answer->getMessageKind() != kMessageKindAnswer || !answer->hasField(field))
+        return answer;
+    auto changed =
+        std::make_unique<POSTransferObj>(dovrel::kTransferKindStandard, kMessageKindAnswer, *command);
+    for (const POSField& known : command->reply) {
+        if (known.number == field.number) {
+            changed->writeByteArray(known, data);
+        } else {
+            changed->writeByteArray(known, *answer->readByteArray(known));
+        }
+    }
+    return changed;
+}
+
+std::string fromProcess(pid_t sender) {
+    return sender == 0 ? std::string() : ", from process " + std::to_string(sender);
+}
+
+}  // namespace
+
+Exchanges::Exchanges(ServerState& state, ServerProcess& process, ExchangeLog& log)
+    : state_(state), process_(process), log_(log), handler_(state) {}
+
+Outcome Exchanges::data(const CPPByteArray& request, pid_t sender) {
+    Misbehaviour& misbehaviour = state_.settings.misbehaviour;
+    if (state_.settings.log) log_.request(commandNameOf(request) + fromProcess(sender), request);
+    const bool strikes = misbehaviour.fault != Fault::none && misbehaviour.strikes(commandCodeOf(request));
+    Outcome outcome = strikes ? spoilt(request, sender) : answered(request, sender);
+    outcome.endServer = outcome.endServer || endsNow();
+    if (state_.settings.log) logEnd(outcome);
+    return outcome;
+}
+
+Outcome Exchanges::answered(const CPPByteArray& request, pid_t sender) {
+    Outcome outcome;
+    outcome.parameter = handler_.answer(request, sender);
+    return outcome;
+}
+
+Outcome Exchanges::spoilt(const CPPByteArray& request, pid_t sender) {
+    const Misbehaviour& misbehaviour = state_.settings.misbehaviour;
+    Outcome outcome;
+    switch (misbehaviour.fault) {
+        case Fault::late:
+            process_.pause(misbehaviour.delay);
+            break;
+        case Fault::silent:
+            process_.hang();
+            return outcome;
+        case Fault::vanishBefore:
+            process_.vanish();
+            return outcome;
+        case Fault::failedEvent:
+            outcome.status = misbehaviour.eventStatus;
+            return outcome;
+        case Fault::error:
+            outcome.parameter = RequestHandler::exceptionAnswer(
+                commandCodeOf(request), {misbehaviour.errorCode, misbehaviour.errorText});
+            return outcome;
+        default:
+            break;
+    }
+    outcome = answered(request, sender);
+    spoilAnswer(outcome);
+    return outcome;
+}
+
+void Exchanges::spoilAnswer(Outcome& outcome) {
+    const Misbehaviour& misbehaviour = state_.settings.misbehaviour;
+    const CPPByteArray& answer = outcome.parameter->bytes();
+    CPPByteArray data;
+    switch (misbehaviour.fault) {
+        case Fault::vanishDuring:
+            process_.vanish();
+            return;
+        case Fault::vanishAfter:
+            outcome.endServer = outcome.vanish = true;
+            return;
+        case Fault::cut:
+            outcome.parameter = fromBytes(answer.data(), std::min(answer.getSize(), misbehaviour.cutTo));
+            return;
+        case Fault::garbage:
+            outcome.parameter = fromText(kGarbage);
+            return;
+        case Fault::empty:
+            outcome.parameter = fromText("");
+            return;
+        case Fault::noParameter:
+            outcome.parameter = nullptr;
+            return;
+        case Fault::message:
+            data = bytesOf(bytesToText(bytesOfNumber(misbehaviour.messageFlags)) + misbehaviour.messageText);
+            outcome.parameter = withField(std::move(outcome.parameter), posField::kServerMessage, data);
+            return;
+        case Fault::huge:
+            data.setFilled(misbehaviour.hugeSize, kHugeFill);
+            outcome.parameter = withField(std::move(outcome.parameter), posField::kResult, data);
+            outcome.parameter = withField(std::move(outcome.parameter), posField::kInformation, data);
+            return;
+        default:
+            return;
+    }
+}
+
+void Exchanges::logEnd(const Outcome& outcome) {
+    if (outcome.parameter == nullptr) return log_.answer("not answered", {});
+    log_.answer(outcome.vanish ? "answered, and gone" : "answered", outcome.parameter->bytes());
+}
+
+Outcome Exchanges::handshake(pid_t sender) {
+    if (state_.settings.log) log_.note("handshake" + fromProcess(sender));
+    Outcome outcome;
+    switch (state_.settings.handshake) {
+        case Handshake::answered:
+            outcome.parameter = fromText(kHandshakeAnswer);
+            break;
+        case Handshake::silent:
+            process_.hang();
+            break;
+        case Handshake::empty:
+            outcome.parameter = fromText("");
+            break;
+        case Handshake::noParameter:
+            break;
+    }
+    return outcome;
+}
+
+std::vector<std::string> Exchanges::applyText(const std::string& text) {
+    std::vector<std::string> problems;
+    for (const Properties& section :
+         dovrel::ConfigFileSystem::readSections(text, DescribedClass::kSectionKey)) {
+        if (!section.contains(DescribedClass::kSectionKey)) {
+            applySettings(section, state_.settings, problems);
+            continue;
+        }
+        std::shared_ptr<const ServerClass> described =
+            DescribedClass::fromSection(section, process_, problems);
+        if (described != nullptr) state_.classes.add(std::move(described));
+    }
+    return problems;
+}
+
+void Exchanges::configure(const std::string& text) {
+    for (const std::string& problem : applyText(text))
+        log_.note("settings: " + problem);
+}
+
+Outcome Exchanges::control(const std::string& text) {
+    const std::vector<std::string> problems = applyText(text);
+    if (state_.settings.log) log_.note("control: " + text);
+    Properties status;
+    for (size_t i = 0; i < problems.size(); ++i) {
+        log_.note("control: " + problems[i]);
+        status.addString("problem " + std::to_string(i + 1), problems[i]);
+    }
+    status.addInt("problems", static_cast<int32_t>(problems.size()));
+    status.addInt("process", getpid());
+    status.addInt("applications", static_cast<int32_t>(state_.applications.size()));
+    status.addInt("objects", static_cast<int32_t>(state_.applications.objectCount()));
+    std::string answer;
+    status.save(answer);
+    Outcome outcome;
+    outcome.parameter = fromText(answer);
+    return outcome;
+}
+
+bool Exchanges::lastClientHasGone() {
+    state_.applications.removeGone();
+    return endsNow();
+}
+
+bool Exchanges::endsNow() {
+    if (state_.applications.size() > 0) hadClient_ = true;
+    return state_.settings.endWithLastClient && hadClient_ && state_.applications.size() == 0;
+}
+
+}  // namespace merrowd

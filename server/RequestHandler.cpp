@@ -1,0 +1,180 @@
+#include "server/RequestHandler.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "client/exceptions/CPPException.h"
+#include "serialization/ByteArrayList.h"
+#include "server/Commands.h"
+
+namespace merrowd {
+
+using dovrel::CPPException;
+namespace posCommand = dovrel::posCommand;
+namespace posField = dovrel::posField;
+
+namespace {
+
+std::vector<Identifier> readClassList(const CPPByteArray& block) {
+    std::vector<CPPByteArray> list;
+    try {
+        dovrel::readByteArrayList(block, list);
+    } catch (CPPException* caught) {
+        std::unique_ptr<CPPException> failure(caught);
+        throw Refusal{refusalCode::kPOSParameterFormat, "field 130 (class list) is no list of byte arrays"};
+    }
+    std::vector<Identifier> classes;
+    for (const CPPByteArray& element : list) {
+        Identifier identifier{};
+        if (element.getSize() != identifier.size()) {
+            throw Refusal{refusalCode::kPOSParameterFormat,
+                          "field 130 (class list) has an element that is not 16 bytes"};
+        }
+        element.readBytes(0, identifier.data(), element.getSize());
+        classes.push_back(identifier);
+    }
+    return classes;
+}
+
+// Flag word and text; nothing at all where there is no message.
+void writeMessage(POSTransferObj& reply, const UserMessage& message) {
+    CPPByteArray field;
+    if (message.flags != 0) field = bytesOf(bytesToText(bytesOfNumber(message.flags)) + message.text);
+    reply.writeByteArray(posField::kServerMessage, field);
+}
+
+std::unique_ptr<POSTransferObj> newAnswer(uint32_t command) {
+    return std::make_unique<POSTransferObj>(dovrel::kTransferKindStandard, kMessageKindAnswer, command);
+}
+
+}  // namespace
+
+std::unique_ptr<POSTransferObj> RequestHandler::answer(const CPPByteArray& request, pid_t sender) {
+    uint32_t command = 0;
+    try {
+        const RequestFields fields(request);
+        command = fields.command();
+        std::unique_ptr<POSTransferObj> reply = newAnswer(command);
+        perform(fields, sender, *reply);
+        return reply;
+    } catch (const Refusal& refusal) {
+        return exceptionAnswer(command, refusal);
+    } catch (CPPException* caught) {
+        std::unique_ptr<CPPException> failure(caught);
+        return exceptionAnswer(command,
+                               {refusalCode::kPOSException, "the server could not write its answer"});
+    }
+}
+
+std::unique_ptr<POSTransferObj> RequestHandler::exceptionAnswer(uint32_t command, const Refusal& refusal) {
+    auto reply = std::make_unique<POSTransferObj>(dovrel::kTransferKindStandard,
+                                                  dovrel::kMessageKindException, command);
+    reply->writeString(posField::kExceptionText, refusal.text);
+    reply->writeUInt32(posField::kExceptionCode, refusal.code);
+    return reply;
+}
+
+void RequestHandler::perform(const RequestFields& request, pid_t sender, POSTransferObj& reply) {
+    switch (request.command()) {
+        case posCommand::kRegisterApplication.code:
+            return registerApplication(request, sender, reply);
+        case posCommand::kUnregisterApplication.code:
+            return unregisterApplication(request);
+        case posCommand::kInstantiateObject.code:
+            return instantiateObject(request, reply);
+        case posCommand::kDeleteObject.code:
+            return deleteObject(request);
+        case posCommand::kCallMethod.code:
+            return callMethod(request, reply);
+        case posCommand::kExecuteCommand.code:
+            return executeCommand(request, reply);
+        case posCommand::kGetInformation.code:
+            return getInformation(request, reply);
+        case posCommand::kQueryInterfaceVersion.code:
+            return queryInterfaceVersion(reply);
+        default:
+            throw Refusal{dovrel::kErrorCodeNoValidInterface, "this server does not know the command"};
+    }
+}
+
+void RequestHandler::registerApplication(const RequestFields& request, pid_t sender, POSTransferObj& reply) {
+    Application application;
+    application.name = request.name(posField::kApplicationName);
+    application.classes = readClassList(request.data(posField::kClassList));
+    application.process = sender;
+    // Hosts that were killed never say good-bye.
+    state_.applications.removeGone();
+    const uint32_t id = state_.applications.add(std::move(application));
+
+    const uint32_t flags = state_.settings.checkClasses ? dovrel::kRegistrationChecksClasses : 0;
+    reply.writeUInt32(posField::kSession, id);
+    reply.writeByteArray(posField::kRegistrationFlags, bytesOfNumber(flags));
+}
+
+void RequestHandler::unregisterApplication(const RequestFields& request) {
+    state_.applications.remove(request.number(posField::kSession));
+}
+
+void RequestHandler::instantiateObject(const RequestFields& request, POSTransferObj& reply) {
+    const uint32_t applicationId = request.number(posField::kSession);
+    state_.applications.find(applicationId);
+    ObjectRecord record;
+    record.ofClass = state_.classes.find(request.identifier(posField::kClass));
+    if (record.ofClass == nullptr) {
+        throw Refusal{refusalCode::kPOSClassNotFound, "the server has no such class"};
+    }
+    UserMessage message;
+    record.object = record.ofClass->instantiate(message);
+    const Identifier id = state_.applications.addObject(applicationId, std::move(record));
+
+    reply.writeBytes(posField::kObject, id.data(), static_cast<uint32_t>(id.size()));
+    writeMessage(reply, message);
+}
+
+void RequestHandler::deleteObject(const RequestFields& request) {
+    state_.applications.removeObject(request.number(posField::kSession),
+                                     request.identifier(posField::kObject));
+}
+
+void RequestHandler::callMethod(const RequestFields& request, POSTransferObj& reply) {
+    const ObjectRecord& record = state_.applications.findObject(request.number(posField::kSession),
+                                                                request.identifier(posField::kObject));
+    const std::string method = request.name(posField::kMethodName);
+    const std::vector<std::string> methods = record.ofClass->methods();
+    if (std::find(methods.begin(), methods.end(), method) == methods.end()) {
+        throw Refusal{refusalCode::kPOSMethodNotFound,
+                      "the class " + record.ofClass->name() + " has no method \"" + method + "\""};
+    }
+    const Answer answer = record.object->call(method, request.data(posField::kArgument));
+
+    reply.writeByteArray(posField::kResult, answer.data);
+    writeMessage(reply, answer.message);
+}
+
+void RequestHandler::executeCommand(const RequestFields& request, POSTransferObj& reply) {
+    const CPPByteArray both = request.data(posField::kCommandData);
+    const uint32_t length = request.number(posField::kCommandLength);
+    if (length > both.getSize()) {
+        throw Refusal{refusalCode::kPOSParameterFormat, "the command is longer than the data that hold it"};
+    }
+    CPPByteArray command;
+    CPPByteArray argument;
+    command.setFromPart(both, 0, length);
+    argument.setFromPart(both, length, both.getSize() - length);
+    const CPPByteArray result =
+        runCommand(state_, request.number(posField::kSession), bytesToText(command), std::move(argument));
+
+    reply.writeByteArray(posField::kResult, result);
+}
+
+void RequestHandler::getInformation(const RequestFields& request, POSTransferObj& reply) {
+    reply.writeByteArray(posField::kInformation,
+                         informationFor(state_, request.data(posField::kInformationRequest)));
+}
+
+void RequestHandler::queryInterfaceVersion(POSTransferObj& reply) {
+    reply.writeUInt32(posField::kInterfaceVersion, state_.settings.interfaceVersion);
+}
+
+}  // namespace merrowd

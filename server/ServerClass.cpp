@@ -1,0 +1,13 @@
+#include "server/ServerClass.h"
+
+#include <algorithm>
+
+namespace merrowd {
+
+Identifier ServerClass::identifierOfName(const std::string& name) {
+    Identifier identifier{};
+    std::copy_n(name.begin(), std::min(name.size(), identifier.size()), identifier.begin());
+    return identifier;
+}
+
+}  // namespace merrowd

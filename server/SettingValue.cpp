@@ -1,0 +1,55 @@
+#include "server/SettingValue.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+
+#include "settings/LineGrammar.h"
+
+namespace merrowd {
+
+namespace {
+
+// The number that all of the text is. Ten digits cannot leave the range of the type.
+int64_t wholeNumber(const std::string& value, int64_t least, int64_t most) {
+    const UnfitValue unfit{"a number from " + std::to_string(least) + " to " + std::to_string(most)};
+    const size_t sign = !value.empty() && value[0] == '-' ? 1 : 0;
+    const std::string digits = value.substr(sign);
+    const bool allDigits =
+        std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
+    if (digits.empty() || digits.size() > 10 || !allDigits) throw unfit;
+    const int64_t number = std::strtoll(value.c_str(), nullptr, 10);
+    if (number < least || number > most) throw unfit;
+    return number;
+}
+
+constexpr int64_t kMostInEntry = std::numeric_limits<int32_t>::max();
+
+}  // namespace
+
+void setFlag(bool& target, const std::string& value) {
+    target = wholeNumber(value, 0, 1) == 1;
+}
+
+void setNumber(uint32_t& target, const std::string& value) {
+    target = static_cast<uint32_t>(wholeNumber(value, 0, kMostInEntry));
+}
+
+void setStatus(int16_t& target, const std::string& value) {
+    target = static_cast<int16_t>(
+        wholeNumber(value, std::numeric_limits<int16_t>::min(), std::numeric_limits<int16_t>::max()));
+}
+
+void setDelay(std::chrono::milliseconds& target, const std::string& value) {
+    target = std::chrono::milliseconds(wholeNumber(value, 0, kMostInEntry));
+}
+
+void setText(std::string& target, const std::string& value) {
+    target = dovrel::restoreLineFeeds(value);
+}
+
+std::string problemOfValue(const std::string& key, const std::string& value, const UnfitValue& unfit) {
+    return "the value \"" + value + "\" of \"" + key + "\" does not fit; expected " + unfit.expected;
+}
+
+}  // namespace merrowd

@@ -1,0 +1,43 @@
+// Counter: a sum that starts at 0. Numbers are 4 bytes, the least significant first.
+//
+//   add     takes a number, adds it and answers the sum; refused, and nothing added, where the sum would not
+//   fit value   answers the sum reset   sets the sum to 0
+#include <limits>
+
+#include "server/BuiltInClass.h"
+
+namespace merrowd {
+namespace {
+
+class Counter {
+  public:
+    CPPByteArray add(CPPByteArray argument) {
+        const uint32_t number = numberOf(argument);
+        if (number > std::numeric_limits<uint32_t>::max() - sum_) {
+            throw Refusal{refusalCode::kPOSMethodExecution, "the sum does not fit in 32 bits"};
+        }
+        sum_ += number;
+        return bytesOfNumber(sum_);
+    }
+
+    CPPByteArray value(CPPByteArray argument) {
+        requireNoArgument(argument);
+        return bytesOfNumber(sum_);
+    }
+
+    CPPByteArray reset(CPPByteArray argument) {
+        requireNoArgument(argument);
+        sum_ = 0;
+        return {};
+    }
+
+  private:
+    uint32_t sum_ = 0;
+};
+
+const BuiltInClass<Counter> kCounter("Counter", {{"add", &Counter::add},
+                                                 {"value", &Counter::value},
+                                                 {"reset", &Counter::reset}});
+
+}  // namespace
+}  // namespace merrowd

@@ -1,0 +1,66 @@
+// Merrowd, the development server: a real server for whoever writes hosts or tests the client library.
+#include <unistd.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "client/exceptions/CPPException.h"
+#include "platform/LogPlaces.h"
+#include "platform/Places.h"
+#include "server/EventServer.h"
+#include "server/RunningProcess.h"
+#include "settings/ConfigFileSystem.h"
+
+namespace {
+
+using namespace merrowd;
+using dovrel::CPPException;
+
+constexpr char kLogName[] = "Merrowd.log";
+constexpr char kSettingsName[] = "Merrowd.conf";
+
+// Applications of one server are numbered in a row, those of the next one elsewhere, so that a host that
+// missed the change is told that it is not registered instead of being taken for another one.
+uint32_t firstApplication() {
+    return (static_cast<uint32_t>(getpid()) & 0x7FFF) << 16 | 1;
+}
+
+void readSettings(Exchanges& exchanges, ExchangeLog& log) {
+    const std::string path =
+        dovrel::fileSystemPath(std::string(dovrel::places::kInstallFolder) + kSettingsName);
+    if (access(path.c_str(), F_OK) != 0) return;
+    try {
+        exchanges.configure(dovrel::ConfigFileSystem::readText(path));
+    } catch (CPPException* caught) {
+        std::unique_ptr<CPPException> failure(caught);
+        log.note(std::string("settings: ") + failure->getMessage());
+    }
+}
+
+std::string endNote(const RunningProcess& process) {
+    if (process.signalNumber() == 0) return "ended";
+    return "ended by signal " + std::to_string(process.signalNumber());
+}
+
+}  // namespace
+
+int main() {
+    RunningProcess process;
+    ServerState state(firstApplication());
+    ExchangeLog log(dovrel::logFolderPath(true) + kLogName);
+    Exchanges exchanges(state, process, log);
+    readSettings(exchanges, log);
+    if (state.settings.log)
+        log.note("Merrowd " MERROWD_VERSION " started as process " + std::to_string(getpid()));
+    if (state.settings.endAtStart) return EXIT_SUCCESS;
+
+    EventServer server(state, exchanges);
+    if (!server.run()) {
+        log.note("the handlers of events could not be installed");
+        return EXIT_FAILURE;
+    }
+    if (server.vanishes()) process.vanish();
+    if (state.settings.log) log.note(endNote(process));
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,80 @@
+#include "server/ExchangeLog.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <regex>
+
+#include "tests/server/Requests.h"
+#include "tests/settings/TemporaryFolder.h"
+
+namespace merrowd::test {
+namespace {
+
+using dovrel::test::TemporaryFolder;
+
+constexpr char kTime[] = "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} ";
+
+TEST(ExchangeLog, WithoutALine_MakesNoFile) {
+    const TemporaryFolder folder;
+    const ExchangeLog log(folder.path("Merrowd.log"));
+    EXPECT_NE(access(folder.path("Merrowd.log").c_str(), F_OK), 0);
+}
+
+TEST(ExchangeLog, ANote_IsOneLineWithTheTime) {
+    const TemporaryFolder folder;
+    ExchangeLog log(folder.path("Merrowd.log"));
+    log.note("one\ntwo");
+    EXPECT_TRUE(std::regex_match(folder.read("Merrowd.log"), std::regex(std::string(kTime) + "one two\n")));
+}
+
+TEST(ExchangeLog, RequestAndAnswer_HaveTheSameNumber) {
+    const TemporaryFolder folder;
+    ExchangeLog log(folder.path("Merrowd.log"));
+    for (int i = 0; i < 2; ++i) {
+        log.request("get information", informationRequest(1, "x").bytes());
+        log.answer("answered", RequestHandler::exceptionAnswer(16, {30, "No."})->bytes());
+    }
+    const std::string exchange =
+        " get information\n"
+        "    > 103 session identifier = 1\n"
+        "    > 108 information request = 1 byte: 78 \"x\"\n";
+    const std::string answer =
+        " answered\n"
+        "    < 150 exception text = \"No\\.\"\n"
+        "    < 151 exception code = 30\n";
+    const std::string time = kTime;
+    EXPECT_TRUE(std::regex_match(folder.read("Merrowd.log"),
+                                 std::regex(time + "#1" + exchange + time + "#1" + answer + time + "#2" +
+                                            exchange + time + "#2" + answer)));
+}
+
+TEST(ExchangeLog, ASecondLogOfTheSameFile_AddsItsLines) {
+    const TemporaryFolder folder;
+    folder.write("Merrowd.log", "before\n");
+    ExchangeLog(folder.path("Merrowd.log")).note("after");
+    EXPECT_EQ(folder.read("Merrowd.log").substr(0, 7), "before\n");
+}
+
+TEST(ExchangeLog, ALinkInPlaceOfTheFile_IsNotFollowed) {
+    const TemporaryFolder folder;
+    folder.write("precious", "content");
+    ASSERT_EQ(symlink(folder.path("precious").c_str(), folder.path("Merrowd.log").c_str()), 0);
+    testing::internal::CaptureStderr();
+    ExchangeLog(folder.path("Merrowd.log")).note("line");
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("line\n"), std::string::npos);
+    EXPECT_EQ(folder.read("precious"), "content");
+}
+
+TEST(ExchangeLog, AFolderThatIsNotThere_SendsTheLinesToStandardError) {
+    testing::internal::CaptureStderr();
+    ExchangeLog log("/nowhere/at/all/Merrowd.log");
+    log.note("one");
+    log.note("two");
+    const std::string shown = testing::internal::GetCapturedStderr();
+    EXPECT_NE(shown.find("one\n"), std::string::npos);
+    EXPECT_NE(shown.find("two\n"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace merrowd::test

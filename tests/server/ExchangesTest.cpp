@@ -1,0 +1,247 @@
+#include "server/Exchanges.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "tests/server/FakeProcess.h"
+#include "tests/server/Requests.h"
+#include "tests/settings/TemporaryFolder.h"
+
+namespace merrowd::test {
+namespace {
+
+namespace posField = dovrel::posField;
+using dovrel::test::TemporaryFolder;
+using Calls = std::vector<std::string>;
+
+class ExchangesTest : public testing::Test {
+  protected:
+    Outcome send(const Request& request, pid_t sender = 0) {
+        return exchanges_.data(request.bytes(), sender);
+    }
+    static Reply replyOf(const Outcome& outcome) { return Reply(outcome.parameter->bytes()); }
+    static std::string bytesOfAnswer(const Outcome& outcome) {
+        return bytesToText(outcome.parameter->bytes());
+    }
+
+    // An application with an Echo object; then the settings are taken over.
+    void prepare(const std::string& settings) {
+        session_ = replyOf(send(registerRequest("Demo"))).number(posField::kSession);
+        object_ = replyOf(send(instantiateRequest(session_, "Echo"))).data(posField::kObject);
+        exchanges_.configure(settings);
+    }
+    Outcome call() { return send(callRequest(session_, object_, "echo", "hello")); }
+
+    std::string logText() const { return folder_.read("Merrowd.log"); }
+
+    const TemporaryFolder folder_;
+    FakeProcess process_;
+    ServerState state_{TestServer::kFirstSession};
+    ExchangeLog log_{folder_.path("Merrowd.log")};
+    Exchanges exchanges_{state_, process_, log_};
+    uint32_t session_ = 0;
+    std::string object_;
+};
+
+TEST_F(ExchangesTest, Data_IsAnsweredByTheRequestHandler) {
+    prepare("");
+    const Outcome outcome = call();
+    EXPECT_EQ(replyOf(outcome).data(posField::kResult), "hello");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_FALSE(outcome.endServer);
+    EXPECT_EQ(process_.calls, Calls());
+}
+
+TEST_F(ExchangesTest, Data_WithoutTheLog_LeavesNoLogFile) {
+    prepare("");
+    EXPECT_NE(access(folder_.path("Merrowd.log").c_str(), F_OK), 0);
+}
+
+TEST_F(ExchangesTest, Data_WithTheLog_IsWrittenDownInBothDirections) {
+    prepare("//log\nINT:1\n");
+    send(callRequest(session_, object_, "echo", "hello"), 4711);
+    EXPECT_NE(logText().find("#1 call method, from process 4711\n    > 103 session identifier = 65537\n"),
+              std::string::npos);
+    EXPECT_NE(logText().find("#1 answered\n    < 111 result data = 5 bytes: 68 65 6C 6C 6F \"hello\"\n"),
+              std::string::npos);
+}
+
+TEST_F(ExchangesTest, Late_PausesAndAnswers) {
+    prepare("//misbehave\nSTR:late\n//delay\nINT:1234\n");
+    EXPECT_EQ(replyOf(call()).data(posField::kResult), "hello");
+    EXPECT_EQ(process_.calls, (Calls{"pause 1234"}));
+}
+
+TEST_F(ExchangesTest, Late_IsInTheLogBeforeThePause) {
+    prepare("//log\nINT:1\n//misbehave\nSTR:vanishBefore\n");
+    EXPECT_THROW(call(), Vanished);
+    EXPECT_NE(logText().find("#1 call method\n"), std::string::npos);
+}
+
+TEST_F(ExchangesTest, Silent_Hangs) {
+    prepare("//misbehave\nSTR:silent\n");
+    EXPECT_EQ(call().parameter, nullptr);
+    EXPECT_EQ(process_.calls, (Calls{"hang"}));
+}
+
+TEST_F(ExchangesTest, VanishBefore_DoesNothingFirst) {
+    prepare("//misbehave\nSTR:vanishBefore\n");
+    EXPECT_THROW(send(deleteRequest(session_, object_)), Vanished);
+    EXPECT_EQ(state_.applications.objectCount(), 1u);
+}
+
+TEST_F(ExchangesTest, VanishDuring_HasDoneTheWork) {
+    prepare("//misbehave\nSTR:vanishDuring\n");
+    EXPECT_THROW(send(deleteRequest(session_, object_)), Vanished);
+    EXPECT_EQ(state_.applications.objectCount(), 0u);
+}
+
+TEST_F(ExchangesTest, VanishAfter_AnswersAndTellsTheServerToGo) {
+    prepare("//misbehave\nSTR:vanishAfter\n");
+    const Outcome outcome = call();
+    EXPECT_EQ(replyOf(outcome).data(posField::kResult), "hello");
+    EXPECT_TRUE(outcome.endServer);
+    EXPECT_TRUE(outcome.vanish);
+    EXPECT_EQ(process_.calls, Calls());
+}
+
+TEST_F(ExchangesTest, Cut_LeavesTheFirstBytes) {
+    prepare("");
+    const std::string whole = bytesOfAnswer(call());
+    for (const size_t length : {size_t{0}, size_t{1}, size_t{17}, whole.size(), whole.size() + 1}) {
+        exchanges_.configure("//misbehave\nSTR:cut\n//cutTo\nINT:" + std::to_string(length) + "\n");
+        EXPECT_EQ(bytesOfAnswer(call()), whole.substr(0, length));
+    }
+}
+
+TEST_F(ExchangesTest, Garbage_IsNoBlock) {
+    prepare("//misbehave\nSTR:garbage\n");
+    const std::string answer = bytesOfAnswer(call());
+    EXPECT_GT(answer.size(), 10u);
+    EXPECT_NE(answer.substr(0, 4), "AsAk");
+}
+
+TEST_F(ExchangesTest, EmptyAndNoParameter_AreAnswersWithoutBytesAndWithoutAParameter) {
+    prepare("//misbehave\nSTR:empty\n");
+    EXPECT_EQ(bytesOfAnswer(call()), "");
+    exchanges_.configure("//misbehave\nSTR:noParameter\n");
+    EXPECT_EQ(call().parameter, nullptr);
+}
+
+TEST_F(ExchangesTest, FailedEvent_HasTheStatusAndDoesNothing) {
+    prepare("//misbehave\nSTR:failedEvent\n//eventStatus\nINT:-1708\n");
+    const Outcome outcome = send(deleteRequest(session_, object_));
+    EXPECT_EQ(outcome.status, -1708);
+    EXPECT_EQ(outcome.parameter, nullptr);
+    EXPECT_EQ(state_.applications.objectCount(), 1u);
+}
+
+TEST_F(ExchangesTest, Error_IsAnExceptionOfAnyCodeAndTextAndDoesNothing) {
+    prepare("//misbehave\nSTR:error\n//errorCode\nINT:99\n//errorText\nSTR:Never heard of it.\n");
+    const Reply reply = replyOf(send(deleteRequest(session_, object_)));
+    EXPECT_EQ(reply.code(), 99u);
+    EXPECT_EQ(reply.text(), "Never heard of it.");
+    EXPECT_EQ(reply.command(), 13u);
+    EXPECT_EQ(state_.applications.objectCount(), 1u);
+}
+
+TEST_F(ExchangesTest, Message_IsInTheAnswersThatCanCarryOneAndNoOther) {
+    prepare("//misbehave\nSTR:message\n//messageFlags\nINT:2\n//messageText\nSTR:Hi.\n");
+    const Reply reply = replyOf(call());
+    EXPECT_EQ(reply.data(posField::kServerMessage), littleEndian(2) + "Hi.");
+    EXPECT_EQ(reply.data(posField::kResult), "hello");
+    EXPECT_EQ(replyOf(send(instantiateRequest(session_, "Echo"))).data(posField::kServerMessage),
+              littleEndian(2) + "Hi.");
+    EXPECT_FALSE(replyOf(send(commandRequest(session_, "ping"))).has(posField::kServerMessage));
+    EXPECT_EQ(replyOf(send(callRequest(session_, object_, "none"))).code(), 27u);
+}
+
+TEST_F(ExchangesTest, Huge_IsTheResultOfMethodsCommandsAndInformation) {
+    prepare("//misbehave\nSTR:huge\n//hugeSize\nINT:1000000\n");
+    EXPECT_EQ(replyOf(call()).data(posField::kResult).size(), 1000000u);
+    EXPECT_EQ(replyOf(send(commandRequest(session_, "ping"))).data(posField::kResult).size(), 1000000u);
+    EXPECT_EQ(replyOf(send(informationRequest(session_, std::string("\1\0", 2))))
+                  .data(posField::kInformation)
+                  .size(),
+              1000000u);
+}
+
+TEST_F(ExchangesTest, Handshake_IsAnsweredAsTheSettingSays) {
+    EXPECT_EQ(bytesOfAnswer(exchanges_.handshake(0)), "awake");
+    exchanges_.configure("//handshake\nSTR:empty\n");
+    EXPECT_EQ(bytesOfAnswer(exchanges_.handshake(0)), "");
+    exchanges_.configure("//handshake\nSTR:noParameter\n");
+    EXPECT_EQ(exchanges_.handshake(0).parameter, nullptr);
+    EXPECT_EQ(process_.calls, Calls());
+    exchanges_.configure("//handshake\nSTR:silent\n");
+    EXPECT_EQ(exchanges_.handshake(0).parameter, nullptr);
+    EXPECT_EQ(process_.calls, (Calls{"hang"}));
+}
+
+TEST_F(ExchangesTest, EndWithLastClient_EndsWithTheAnswerToTheLastUnregistration) {
+    exchanges_.configure("//endWithLastClient\nINT:1\n");
+    EXPECT_FALSE(send(versionRequest()).endServer) << "before the first client";
+    const uint32_t one = replyOf(send(registerRequest("One"))).number(posField::kSession);
+    const uint32_t two = replyOf(send(registerRequest("Two"))).number(posField::kSession);
+    EXPECT_FALSE(send(unregisterRequest(one)).endServer);
+    const Outcome last = send(unregisterRequest(two));
+    EXPECT_FALSE(replyOf(last).isException());
+    EXPECT_TRUE(last.endServer);
+    EXPECT_FALSE(last.vanish);
+}
+
+TEST_F(ExchangesTest, WithoutEndWithLastClient_TheServerStays) {
+    const uint32_t one = replyOf(send(registerRequest("One"))).number(posField::kSession);
+    EXPECT_FALSE(send(unregisterRequest(one)).endServer);
+    EXPECT_FALSE(exchanges_.lastClientHasGone());
+}
+
+TEST_F(ExchangesTest, LastClientHasGone_SeesClientsThatWereKilled) {
+    exchanges_.configure("//endWithLastClient\nINT:1\n");
+    const pid_t client = fork();
+    if (client == 0) _exit(0);
+    send(registerRequest("Killed"), client);
+    EXPECT_FALSE(exchanges_.lastClientHasGone()) << "it ended, but the system still knows it";
+    ASSERT_EQ(waitpid(client, nullptr, 0), client);
+    EXPECT_TRUE(exchanges_.lastClientHasGone());
+}
+
+TEST_F(ExchangesTest, Configure_PutsProblemsIntoTheLogAndGoesOn) {
+    exchanges_.configure(
+        "//nonsense\nINT:1\n//checkClasses\nINT:1\n//CLASS\nSTR:\n//CLASS\nSTR:Scanner\n//"
+        "methods\nSTR:scan\n");
+    EXPECT_NE(logText().find("settings: there is no setting \"nonsense\"\n"), std::string::npos);
+    EXPECT_NE(logText().find("settings: a class has no name\n"), std::string::npos);
+    EXPECT_TRUE(state_.settings.checkClasses);
+    EXPECT_NE(state_.classes.find(ServerClass::identifierOfName("Scanner")), nullptr);
+}
+
+TEST_F(ExchangesTest, Control_AnswersHowTheServerStandsAndWhatWasWrong) {
+    prepare("");
+    EXPECT_EQ(bytesOfAnswer(exchanges_.control("//log\nINT:2\n//checkClasses\nINT:1\n")),
+              "//applications\nINT:1\n//objects\nINT:1\n"
+              "//problem 1\nSTR:the value \"2\" of \"log\" does not fit; expected a number from 0 to 1\n"
+              "//problems\nINT:1\n//process\nINT:" +
+                  std::to_string(getpid()) + "\n");
+    EXPECT_TRUE(state_.settings.checkClasses);
+}
+
+TEST_F(ExchangesTest, Control_OfAnyBytes_NeverFails) {
+    for (const std::string& text :
+         {std::string(), std::string("\0\1\2", 3), std::string("//"), std::string("//CLASS\n"),
+          std::string("STR:\n//\n//\nBAR:"), std::string(100000, '/')}) {
+        EXPECT_NE(exchanges_.control(text).parameter, nullptr);
+    }
+}
+
+TEST_F(ExchangesTest, ADescribedClassThatIsReplaced_LivesOnInItsObjects) {
+    exchanges_.configure("//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.answer\nSTR:old\n");
+    session_ = replyOf(send(registerRequest("Demo"))).number(posField::kSession);
+    object_ = replyOf(send(instantiateRequest(session_, "Scanner"))).data(posField::kObject);
+    exchanges_.configure("//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.answer\nSTR:new\n");
+    EXPECT_EQ(replyOf(send(callRequest(session_, object_, "scan"))).data(posField::kResult), "old");
+}
+
+}  // namespace
+}  // namespace merrowd::test

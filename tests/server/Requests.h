@@ -1,0 +1,104 @@
+// Requests as hosts send them, answers taken apart, and a server in the test's own process that turns the one
+// into the other.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "InterProcessCommunication/POSTransferObj.h"
+#include "server/RequestHandler.h"
+
+namespace merrowd::test {
+
+/// A request, written field by field.
+class Request {
+  public:
+    explicit Request(uint32_t command);
+
+    Request& number(uint32_t field, uint32_t value);
+    Request& data(uint32_t field, const std::string& bytes);
+    const CPPByteArray& bytes() const { return object_->bytes(); }
+
+  private:
+    std::unique_ptr<POSTransferObj> object_;
+};
+
+/// 16 bytes: the name and zero bytes.
+std::string padded(const std::string& name);
+
+/// A byte array list of these elements.
+std::string arrayList(const std::vector<std::string>& elements);
+
+// Complete requests.
+Request registerRequest(const std::string& name, const std::vector<std::string>& classes = {});
+Request unregisterRequest(uint32_t session);
+Request instantiateRequest(uint32_t session, const std::string& className);
+Request deleteRequest(uint32_t session, const std::string& object);
+Request callRequest(uint32_t session, const std::string& object, const std::string& method,
+                    const std::string& argument = "");
+Request commandRequest(uint32_t session, const std::string& command, const std::string& argument = "");
+Request informationRequest(uint32_t session, const std::string& request);
+Request versionRequest();
+
+/// One valid request per command, for applications and objects that need not exist.
+std::vector<Request> oneOfEachRequest();
+
+/// An answer's bytes.
+class Reply {
+  public:
+    explicit Reply(const CPPByteArray& bytes);
+
+    bool isException() const { return object_->getMessageKind() == dovrel::kMessageKindException; }
+    /// Of an exception; ~0 for a normal answer.
+    uint32_t code() const;
+    std::string text() const { return object_->readString(dovrel::posField::kExceptionText); }
+
+    bool has(uint32_t field) const { return object_->hasField(field); }
+    uint32_t number(uint32_t field) const { return object_->readUInt32(field); }
+    std::string data(uint32_t field) const { return object_->readString(field); }
+    uint32_t messageKind() const { return object_->getMessageKind(); }
+    uint32_t command() const { return object_->getCommand(); }
+
+  private:
+    std::unique_ptr<POSTransferObj> object_;
+};
+
+/// A server without a process. Its first application is 65537.
+class TestServer {
+  public:
+    static constexpr uint32_t kFirstSession = 65537;
+
+    Reply send(const Request& request) { return send(request.bytes()); }
+    Reply send(const CPPByteArray& bytes) { return Reply(handler_.answer(bytes, 0)->bytes()); }
+
+    /// Fail the test where the server refuses.
+    uint32_t registerApplication(const std::string& name = "Demo");
+    std::string instantiate(uint32_t session, const std::string& className);
+
+    ServerState& state() { return state_; }
+
+  private:
+    ServerState state_{kFirstSession};
+    RequestHandler handler_{state_};
+};
+
+/// An object of a built-in class, called without a server around it.
+class TestObject {
+  public:
+    explicit TestObject(const std::string& className);
+
+    std::string call(const std::string& method, const std::string& argument = "");
+    /// The code with which the call is refused; fails the test where it is not.
+    uint32_t refusalOf(const std::string& method, const std::string& argument = "");
+
+  private:
+    std::shared_ptr<const ServerClass> class_;
+    std::unique_ptr<ServerObject> object_;
+};
+
+/// 4 bytes, the least significant first.
+std::string littleEndian(uint32_t number);
+
+}  // namespace merrowd::test

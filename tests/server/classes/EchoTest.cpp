@@ -1,0 +1,23 @@
+#include <gtest/gtest.h>
+
+#include "tests/server/Requests.h"
+
+namespace merrowd::test {
+namespace {
+
+TEST(Echo, Echo_OfAnyBytes_GivesThemBack) {
+    TestObject echo("Echo");
+    std::string all;
+    for (int byte = 0; byte < 256; ++byte)
+        all += static_cast<char>(byte);
+    EXPECT_EQ(echo.call("echo", all), all);
+    EXPECT_EQ(echo.call("echo", ""), "");
+}
+
+TEST(Echo, AnotherMethod_IsMethodNotFound) {
+    TestObject echo("Echo");
+    EXPECT_EQ(echo.refusalOf("shout"), 27u);
+}
+
+}  // namespace
+}  // namespace merrowd::test
