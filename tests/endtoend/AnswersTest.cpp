@@ -1,0 +1,104 @@
+// Answers that are none. Whatever the server says, the library fails cleanly and goes on with the next call.
+#include "tests/endtoend/EndToEnd.h"
+
+namespace dovrel::test {
+namespace {
+
+constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
+constexpr char kUnknownError[] =
+    "An unknown interapplication communication error occured. In case the problem persists, please close all "
+    "applications and restart your computer.";
+
+class Answers : public EndToEnd {
+  protected:
+    Answers() {
+        root_.configure("//log\nINT:1\n");
+        library_.InitializePOS();
+        application_ = host_.registered({"Echo"});
+    }
+    ~Answers() override { library_.TerminatePOS(); }
+
+    // One call under a misbehaviour fails with one alert of this message; the one after it is as good as
+    // ever.
+    void expectFailure(const std::string& misbehaviour, const std::string& message) {
+        ObjectId echo = host_.instantiate(application_, "Echo");
+        ServerControl::send(misbehaviour + "//misbehaveTimes\nINT:1\n//misbehaveCommand\nSTR:call method\n");
+        const size_t callsBefore = countInServerLog(" call method");
+        Console console;
+        const Answered answered = host_.call(application_, echo, "echo", "hello");
+        console.stop();
+        EXPECT_EQ(answered.status, POS_FAILURE);
+        EXPECT_EQ(answered.bytes, "");
+        EXPECT_EQ(alertsOf(console, texts_.failureBody("End to end", message, kUnrecoverable)), 1u)
+            << misbehaviour << console.systemLog();
+        EXPECT_EQ(alerts(console), 1u);
+        EXPECT_EQ(countInServerLog(" call method"), callsBefore + 1) << "it was sent once";
+        EXPECT_EQ(host_.call(application_, echo, "echo", "hello").bytes, "hello");
+    }
+
+    uint32_t application_ = 0;
+};
+
+// Messages of one character are those of the reader: the check that failed.
+TEST_F(Answers, OfNoBytes_AreNoStructuredBlock) {
+    expectFailure("//misbehave\nSTR:empty\n", "1");
+}
+
+TEST_F(Answers, OfGarbage_AreNoStructuredBlock) {
+    expectFailure("//misbehave\nSTR:garbage\n", "1");
+}
+
+TEST_F(Answers, CutInsideTheBlocksHeaderOrAPart_AreNoStructuredBlock) {
+    for (const int length : {1, 4, 9, 11, 20, 45, 60}) {
+        expectFailure("//misbehave\nSTR:cut\n//cutTo\nINT:" + std::to_string(length) + "\n", "1");
+    }
+}
+
+// The header alone: the reader has no texts of its own for a header field that is not there.
+TEST_F(Answers, WithoutTheHeaderField1_AreAMissingPart) {
+    expectFailure("//misbehave\nSTR:cut\n//cutTo\nINT:10\n", "???");
+    expectFailure("//misbehave\nSTR:cut\n//cutTo\nINT:22\n", "???");
+}
+
+TEST_F(Answers, WithoutAFieldOfTheCommand_AreAMissingPart) {
+    expectFailure("//misbehave\nSTR:cut\n//cutTo\nINT:46\n", "2");
+}
+
+TEST_F(Answers, WithoutADirectParameter_AreAnUnknownCommunicationErrorAtOnce) {
+    expectFailure("//misbehave\nSTR:noParameter\n", kUnknownError);
+}
+
+TEST_F(Answers, ToAnEventThatFailed_AreAnUnknownCommunicationErrorAtOnce) {
+    expectFailure("//misbehave\nSTR:failedEvent\n//eventStatus\nINT:-1708\n", kUnknownError);
+}
+
+TEST_F(Answers, WithoutField118ToTheVersionQuery_AreAMissingPartAndNotAnInterfaceFailure) {
+    ServerControl::send(
+        "//misbehave\nSTR:cut\n//cutTo\nINT:46\n//misbehaveCommand\nSTR:query interface version\n");
+    uint32_t other = 0;
+    Console console;
+    EXPECT_EQ(host_.registerApplication(other, {}, {}, "Other"), POS_FAILURE);
+    console.stop();
+    EXPECT_EQ(alertsOf(console, texts_.failureBody("Other", "2", kUnrecoverable)), 1u) << console.systemLog();
+}
+
+TEST_F(Answers, ThatAreHuge_ArriveWhole) {
+    ObjectId echo = host_.instantiate(application_, "Echo");
+    ServerControl::send("//misbehave\nSTR:huge\n//hugeSize\nINT:100000000\n");
+    const Answered answered = host_.call(application_, echo, "echo");
+    ServerControl::send("//misbehave\nSTR:none\n");
+    EXPECT_EQ(answered.status, POS_OK);
+    ASSERT_EQ(answered.bytes.size(), 100000000u);
+    EXPECT_EQ(answered.bytes.find_first_not_of('\x5A'), std::string::npos);
+}
+
+TEST_F(Answers, ThatComeLate_AreWaitedFor) {
+    ObjectId echo = host_.instantiate(application_, "Echo");
+    ServerControl::send("//misbehave\nSTR:late\n//delay\nINT:2000\n//misbehaveTimes\nINT:1\n");
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(host_.call(application_, echo, "echo", "late").bytes, "late");
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1900));
+}
+
+}  // namespace
+}  // namespace dovrel::test

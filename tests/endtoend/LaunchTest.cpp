@@ -1,0 +1,205 @@
+// Finding, launching and waking the server.
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "tests/endtoend/EndToEnd.h"
+#include "tests/endtoend/OtherHost.h"
+
+namespace dovrel::test {
+namespace {
+
+constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
+constexpr char kMissing[] = "DLL_MSG_MERROWD_IS_MISSING_MACOSX";
+constexpr char kCorrupt[] = "DLL_MSG_MERROWD_IS_CORRUPT_MACOSX";
+
+constexpr char kNotFoundBlock[] =
+    " \n"
+    "============================================= \n"
+    " Tessilor Runtime Error! \n"
+    " Could not find Merrowd server application! \n"
+    " Please download and install \n"
+    " the latest version of \n"
+    " the Tessilor Runtime software\n"
+    " from http://www.tessilor.example/download \n"
+    "============================================= \n"
+    " \n";
+
+std::string launchFailureBlock(int error) {
+    return " \n"
+           "=============================================== \n"
+           "  -- Tessilor Runtime Error -- \n"
+           " Could not launch Merrowd server application! \n"
+           "\n"
+           "error: " +
+           std::to_string(error) +
+           "\n"
+           "\n"
+           " In case this problem persists, you might want \n"
+           " to try one of the following before contacting \n"
+           " your software vendor's support department: \n"
+           "\n"
+           " - Manually quit the \"Merrowd\" process \n"
+           " - Restart your computer \n"
+           " - Download and install the latest version of \n"
+           "   the Tessilor Runtime software\n"
+           "   from http://www.tessilor.example/download \n"
+           "=============================================== \n"
+           " \n";
+}
+
+class Launch : public EndToEnd {
+  protected:
+    Launch() { library_.InitializePOS(); }
+    ~Launch() override { library_.TerminatePOS(); }
+
+    // The registration fails, the user is told so in one alert and in these blocks on the console.
+    void expectFailure(const std::string& messageKey, const std::string& output) {
+        uint32_t application = 4711;
+        Console console;
+        EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);
+        console.stop();
+        EXPECT_EQ(console.output(), output);
+        EXPECT_EQ(
+            alertsOf(console, texts_.failureBody("End to end", texts_.text(messageKey), kUnrecoverable)), 1u)
+            << console.systemLog();
+        EXPECT_EQ(alerts(console), 1u);
+        EXPECT_EQ(application, 4711u);
+    }
+};
+
+TEST_F(Launch, WithoutAnInstalledServer_ThePrintedBlockAndTheAlertSaySoAndNothingIsLaunched) {
+    root_.removeServer();
+    expectFailure(kMissing, kNotFoundBlock);
+    EXPECT_EQ(root_.servers().size(), 0u);
+}
+
+TEST_F(Launch, WithoutTheApplicationSupportFolder_TheServerIsNotFoundEither) {
+    root_.removeServer();
+    std::filesystem::remove_all(root_.path() + "/Library/Application Support/Tessilor");
+    expectFailure(kMissing, kNotFoundBlock);
+}
+
+TEST_F(Launch, WithoutAnInstalledServer_AnInformationRequestFailsTheSameWay) {
+    root_.removeServer();
+    Console console;
+    EXPECT_EQ(host_.information(1, "?").status, POS_FAILURE);
+    console.stop();
+    EXPECT_EQ(console.output(), kNotFoundBlock);
+    EXPECT_EQ(alerts(console), 1u);
+}
+
+TEST_F(Launch, AServerThatCannotBeExecuted_IsALaunchFailureWithTheLaunchersError) {
+    root_.makeServerUnexecutable();
+    constexpr int kNoLaunchPermission = -10826;
+    expectFailure(kCorrupt, launchFailureBlock(kNoLaunchPermission));
+}
+
+TEST_F(Launch, AServerWithoutItsProgram_IsALaunchFailureWithTheLaunchersError) {
+    std::filesystem::remove(root_.serverExecutable());
+    constexpr int kNoExecutable = -10827;
+    expectFailure(kCorrupt, launchFailureBlock(kNoExecutable));
+}
+
+TEST_F(Launch, AServerThatEndsAtOnce_IsALaunchFailure) {
+    root_.configure("//endAtStart\nINT:1\n");
+    uint32_t application = 0;
+    Console console;
+    EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);
+    console.stop();
+    constexpr int kNoProcess = -600;
+    constexpr int kConnectionInvalid = -609;  // it ended while the last event was on its way
+    EXPECT_TRUE(console.output() == launchFailureBlock(kNoProcess) ||
+                console.output() == launchFailureBlock(kConnectionInvalid))
+        << console.output();
+    EXPECT_EQ(alertsOf(console, texts_.failureBody("End to end", texts_.text(kCorrupt), kUnrecoverable)), 1u);
+}
+
+TEST_F(Launch, AHandshakeAnsweredWithAnEmptyParameter_CountsAsAwake) {
+    root_.configure("//handshake\nSTR:empty\n");
+    host_.registered();
+}
+
+TEST_F(Launch, AHandshakeAnsweredWithoutAParameter_DoesNotCountAsAwake) {
+    root_.configure("//log\nINT:1\n//handshake\nSTR:noParameter\n");
+    constexpr int kDescriptorNotFound = -1701;
+    expectFailure(kCorrupt, launchFailureBlock(kDescriptorNotFound));
+    EXPECT_EQ(countInServerLog(" handshake"), 10u)
+        << "an answer ends the sends of one handshake, so ten in all";
+}
+
+TEST_F(Launch, AfterALaunchFailure_TheNextRegistrationTriesAnew) {
+    root_.configure("//endAtStart\nINT:1\n");
+    uint32_t application = 0;
+    Console console;
+    EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);
+    console.stop();
+    root_.configure("");
+    EXPECT_EQ(host_.registerApplication(application), POS_OK);
+}
+
+TEST_F(Launch, ARunningServer_IsUsedWithoutALaunch) {
+    host_.registered();
+    const std::vector<pid_t> before = root_.servers();
+    ASSERT_EQ(before.size(), 1u);
+    OtherHost other(root_.library());
+    other.go();
+    EXPECT_TRUE(other.endsWell());
+    EXPECT_EQ(root_.servers(), before);
+}
+
+// Runs a program that only sleeps under another name, and ends it.
+class Sleeper {
+  public:
+    explicit Sleeper(const std::string& program) {
+        std::filesystem::copy_file("/bin/sleep", program);
+        process_ = fork();
+        if (process_ == 0) {
+            execl(program.c_str(), program.c_str(), "600", static_cast<char*>(nullptr));
+            _exit(127);
+        }
+        EXPECT_TRUE(waitUntil([&] {
+            std::error_code failed;
+            return std::filesystem::read_symlink("/proc/" + std::to_string(process_) + "/exe", failed) ==
+                   program;
+        }));
+    }
+    ~Sleeper() {
+        kill(process_, SIGKILL);
+        waitpid(process_, nullptr, 0);
+    }
+
+  private:
+    pid_t process_;
+};
+
+TEST_F(Launch, AProcessWhoseNameMerelyBeginsWithThatOfTheServer_IsNotTakenForIt) {
+    const Sleeper sleeper(root_.path() + "/MerrowdX");
+    host_.registered();
+    EXPECT_EQ(root_.servers().size(), 1u);
+}
+
+TEST_F(Launch, AnotherProcessOfTheServersName_KeepsTheServerFromBeingLaunched) {
+    const Sleeper sleeper(root_.path() + "/Merrowd");
+    constexpr int kNoProcess = -600;
+    expectFailure(kCorrupt, launchFailureBlock(kNoProcess));
+    EXPECT_EQ(root_.servers().size(), 0u);
+}
+
+TEST_F(Launch, TwoHostsAtTheSameMoment_EndUpWithOneServerThatServesBoth) {
+    for (int round = 0; round < 10; ++round) {
+        OtherHost one(root_.library());
+        OtherHost two(root_.library());
+        one.go();
+        two.go();
+        EXPECT_TRUE(one.endsWell());
+        EXPECT_TRUE(two.endsWell());
+        EXPECT_EQ(root_.servers().size(), 1u);
+        root_.endServers(SIGKILL);
+    }
+}
+
+}  // namespace
+}  // namespace dovrel::test

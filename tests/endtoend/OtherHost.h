@@ -1,0 +1,39 @@
+// A host in a process of its own, which shares nothing with the test's process but the installation.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+
+namespace dovrel::test {
+
+class OtherHost {
+  public:
+    /// Starts the host; it loads the library, opens a session and then waits for go.
+    explicit OtherHost(const std::string& library);
+    OtherHost(const OtherHost&) = delete;
+    OtherHost& operator=(const OtherHost&) = delete;
+    /// Kills what still runs.
+    ~OtherHost();
+
+    /// Lets it register, run the command "ping" and, unless it is to stay, unregister and end.
+    void go();
+    void goAndStay();
+
+    /// Waits until it has registered and its command is answered. False when it failed or ended.
+    bool isServed();
+
+    /// Waits for its end; true when all went well.
+    bool endsWell();
+
+    void kill();
+
+  private:
+    void tell(char word);
+
+    pid_t process_ = -1;
+    int to_ = -1;
+    int from_ = -1;
+};
+
+}  // namespace dovrel::test

@@ -1,0 +1,84 @@
+// How the server ends when it is to end.
+#include <signal.h>
+
+#include "tests/endtoend/EndToEnd.h"
+#include "tests/endtoend/OtherHost.h"
+
+namespace dovrel::test {
+namespace {
+
+class ServerEnd : public EndToEnd {
+  protected:
+    ServerEnd() { library_.InitializePOS(); }
+    ~ServerEnd() override { library_.TerminatePOS(); }
+};
+
+TEST_F(ServerEnd, ByAQuitEvent_IsCleanAndImmediate) {
+    root_.configure("//log\nINT:1\n");
+    library_.posUnregisterApplication(host_.registered());
+    ServerControl::quit();
+    root_.waitForServers(0);
+    EXPECT_EQ(countInServerLog(" ended\n"), 1u);
+}
+
+TEST_F(ServerEnd, QuitWithoutAServer_IsNoFailure) {
+    ServerControl::quit();
+}
+
+TEST_F(ServerEnd, ByASignal_IsClean) {
+    root_.configure("//log\nINT:1\n");
+    library_.posUnregisterApplication(host_.registered());
+    root_.endServers(SIGTERM);
+    EXPECT_EQ(countInServerLog(" ended by signal 15\n"), 1u);
+}
+
+TEST_F(ServerEnd, ByASignalWhileItHangs_IsClean) {
+    root_.configure("//log\nINT:1\n");
+    host_.registered();
+    ServerControl::send(
+        "//misbehave\nSTR:silent\n//misbehaveCommand\nSTR:execute command\n//misbehaveTimes\nINT:1\n");
+    OtherHost waiting(root_.library());
+    waiting.go();
+    root_.waitForServerLog(" execute command");
+    for (const pid_t server : root_.servers()) kill(server, SIGTERM);
+    root_.waitForServerLog(" ended by signal 15\n");
+}
+
+TEST_F(ServerEnd, WithItsLastClient_WhereAsked) {
+    root_.configure("//endWithLastClient\nINT:1\n");
+    const uint32_t one = host_.registered();
+    const uint32_t two = host_.registered();
+    EXPECT_EQ(library_.posUnregisterApplication(one), POS_OK);
+    EXPECT_EQ(root_.servers().size(), 1u);
+    EXPECT_EQ(library_.posUnregisterApplication(two), POS_OK);
+    root_.waitForServers(0);
+}
+
+TEST_F(ServerEnd, WithItsLastClient_AlsoWhenThatWasKilled) {
+    root_.configure("//endWithLastClient\nINT:1\n");
+    OtherHost client(root_.library());
+    client.goAndStay();
+    EXPECT_TRUE(client.isServed());
+    EXPECT_EQ(root_.servers().size(), 1u);
+    client.kill();
+    root_.waitForServers(0);
+}
+
+TEST_F(ServerEnd, ASettingsFileFullOfNonsense_GivesLinesInTheLogAndAServerThatWorks) {
+    root_.configure(
+        std::string(
+            "no key line\n//log\nINT:1\n//log\nINT:0\n//delay\nSTR:soon\n//unknown\nINT:1\n//CLASS\nSTR:\n"
+            "//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.delay\nSTR:x\n//x\nXYZ:1\n//") +
+        std::string(5000, 'x') + "\nBAR:zz\n");
+    EXPECT_TRUE(host_.instantiate(host_.registered({"Scanner"}), "Scanner").isThere());
+    EXPECT_EQ(countInServerLog("settings: the value \"soon\" of \"delay\" does not fit; expected a number"),
+              1u);
+    EXPECT_EQ(countInServerLog("settings: there is no setting \"unknown\"\n"), 1u);
+    EXPECT_EQ(countInServerLog("settings: a class has no name\n"), 1u);
+    EXPECT_EQ(countInServerLog("settings: class \"Scanner\": the value \"x\" of \"scan.delay\" does not fit"),
+              1u);
+    EXPECT_EQ(countInServerLog(" #1 "), 2u) << "the first of two entries for the log counts";
+}
+
+}  // namespace
+}  // namespace dovrel::test

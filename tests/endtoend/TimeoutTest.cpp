@@ -1,0 +1,60 @@
+// Servers that never answer, and how long the library waits for them.
+#include <signal.h>
+
+#include <chrono>
+
+#include "tests/endtoend/EndToEnd.h"
+
+namespace dovrel::test {
+namespace {
+
+using std::chrono::seconds;
+using std::chrono::steady_clock;
+
+class Timeout : public EndToEnd {
+  protected:
+    Timeout() { library_.InitializePOS(); }
+    ~Timeout() override { library_.TerminatePOS(); }
+};
+
+TEST_F(Timeout, AServerThatNeverAnswersTheHandshake_IsGivenUpAfterTheTenthOfFiveSeconds) {
+    root_.configure("//log\nINT:1\n//handshake\nSTR:silent\n");
+    uint32_t application = 0;
+    const auto start = steady_clock::now();
+    Console console;
+    EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);
+    console.stop();
+    const auto waited = steady_clock::now() - start;
+    EXPECT_GE(waited, seconds(49));
+    EXPECT_LE(waited, seconds(65));
+    EXPECT_EQ(countOf(console.output(), "\nerror: -1712\n"), 1u) << console.output();
+    EXPECT_EQ(countOf(console.output(), " Could not launch Merrowd server application! \n"), 1u);
+    EXPECT_EQ(
+        alertsOf(console, texts_.failureBody("End to end", texts_.text("DLL_MSG_MERROWD_IS_CORRUPT_MACOSX"),
+                                             "DLL_ERROR_UNRECOVERABLE_ERROR")),
+        1u);
+    EXPECT_EQ(root_.servers().size(), 1u) << "the one that never answered, and no second one";
+}
+
+TEST_F(Timeout, ADataExchangeThatIsNeverAnswered_EndsAfterTenThousandTicks) {
+    const uint32_t application = host_.registered();
+    ServerControl::send("//misbehave\nSTR:silent\n//misbehaveCommand\nSTR:execute command\n");
+    const auto start = steady_clock::now();
+    Console console;
+    EXPECT_EQ(host_.command(application, "ping").status, POS_FAILURE);
+    console.stop();
+    const auto waited = steady_clock::now() - start;
+    EXPECT_GE(waited, seconds(166));
+    EXPECT_LE(waited, seconds(180));
+    EXPECT_EQ(
+        alertsOf(console, texts_.failureBody(
+                              "End to end",
+                              "An unknown interapplication communication error occured. In case the problem "
+                              "persists, please close all applications and restart your computer.",
+                              "DLL_ERROR_UNRECOVERABLE_ERROR")),
+        1u);
+    root_.endServers(SIGTERM);
+}
+
+}  // namespace
+}  // namespace dovrel::test

@@ -1,0 +1,67 @@
+#include "tests/support/ShippedTexts.h"
+
+#include <gtest/gtest.h>
+#include <iconv.h>
+
+#include <fstream>
+#include <vector>
+
+namespace dovrel::test {
+
+namespace {
+
+std::string utf8OfMacRoman(std::string text) {
+    const iconv_t conversion = iconv_open("UTF-8", "MACINTOSH");
+    std::vector<char> converted(4 * text.size() + 1);
+    char* from = text.data();
+    char* to = converted.data();
+    size_t fromLeft = text.size();
+    size_t toLeft = converted.size();
+    EXPECT_EQ(iconv(conversion, &from, &fromLeft, &to, &toLeft), 0u) << text;
+    iconv_close(conversion);
+    return {converted.data(), to};
+}
+
+std::string asShown(std::string text) {
+    const size_t mnemonic = text.find('_');
+    if (mnemonic != std::string::npos) text.erase(mnemonic, 1);
+    for (size_t at = 0; (at = text.find("SDNL", at)) != std::string::npos;)
+        text.replace(at, 4, "\r");
+    return utf8OfMacRoman(text);
+}
+
+}  // namespace
+
+ShippedTexts::ShippedTexts(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::string key;
+    bool english = false;
+    for (std::string line; std::getline(file, line);) {
+        if (line.compare(0, 2, "//") == 0) key = line.substr(2);
+        if (line.compare(0, 4, "STR:") != 0) continue;
+        if (key == "LANGUAGE") english = line == "STR:English";
+        if (english) texts_.emplace(key, asShown(line.substr(4)));
+    }
+    EXPECT_FALSE(texts_.empty()) << path;
+}
+
+std::string ShippedTexts::text(const std::string& key) const {
+    const auto found = texts_.find(key);
+    if (found != texts_.end()) return found->second;
+    ADD_FAILURE() << "there is no English text " << key;
+    return "";
+}
+
+std::string ShippedTexts::failureBody(const std::string& application, const std::string& message,
+                                      const std::string& explanationKey) const {
+    return text("DLL_ERROR_ERRORMESSAGEHEAD_PART1") + application + text("DLL_ERROR_ERRORMESSAGEHEAD_PART2") +
+           message + "\r\r" + text(explanationKey);
+}
+
+std::string ShippedTexts::unshownAlert(const std::string& body) {
+    return "Couldn't initialise NSApplication! No Error dialogue shown; message of the failed dialogue:  \n "
+           "\"" +
+           body + "\"\n";
+}
+
+}  // namespace dovrel::test

@@ -1,0 +1,29 @@
+// The English texts that ship with the library, as the user gets to see them.
+#pragma once
+
+#include <map>
+#include <string>
+
+namespace dovrel::test {
+
+class ShippedTexts {
+  public:
+    /// Reads a texts file; fails the test where it has no English section.
+    explicit ShippedTexts(const std::string& path);
+
+    /// A text without its mnemonic mark, with its line breaks as carriage returns, in UTF-8. Fails the test
+    /// where there is none.
+    std::string text(const std::string& key) const;
+
+    /// The body of the alert that reports a failure of an application.
+    std::string failureBody(const std::string& application, const std::string& message,
+                            const std::string& explanationKey) const;
+
+    /// The line in the system log that stands for an alert that could not be shown.
+    static std::string unshownAlert(const std::string& body);
+
+  private:
+    std::map<std::string, std::string> texts_;
+};
+
+}  // namespace dovrel::test

@@ -1,0 +1,193 @@
+#include "tests/support/TestRoot.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "tests/support/WaitUntil.h"
+
+namespace dovrel::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char kInstallFolder[] = "/Library/Application Support/Tessilor/pos/";
+constexpr char kLogFile[] = "/Library/Logs/Tessilor/Merrowd.log";
+constexpr char kReports[] = "/reports";
+
+// As fast as a link where files can have several names, a copy elsewhere.
+void stageBundle(const fs::path& from, const fs::path& to) {
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(from)) {
+        const fs::path target = to / fs::relative(entry.path(), from);
+        if (entry.is_directory()) continue;
+        fs::create_directories(target.parent_path());
+        std::error_code failed;
+        fs::create_hard_link(entry.path(), target, failed);
+        if (failed) fs::copy_file(entry.path(), target);
+    }
+}
+
+// The executable of a process; "" where it has gone or belongs to somebody else.
+std::string executableOf(const fs::path& process) {
+    std::error_code failed;
+    return fs::read_symlink(process / "exe", failed).string();
+}
+
+std::string makeTemporaryFolder() {
+    std::string path = (fs::canonical(fs::temp_directory_path()) / "dovrel-root.XXXXXX").string();
+    EXPECT_NE(mkdtemp(path.data()), nullptr);
+    return path;
+}
+
+// The options that are there already, and one more.
+std::string withOption(const char* variable, const std::string& option) {
+    const char* const old = getenv(variable);
+    return old == nullptr || *old == '\0' ? option : std::string(old) + ":" + option;
+}
+
+}  // namespace
+
+TestRoot::TestRoot() : path_(makeTemporaryFolder()) {
+    setEnvironment();
+    stage();
+}
+
+TestRoot::~TestRoot() {
+    for (const pid_t server : servers())
+        kill(server, SIGTERM);
+    if (!waitUntil([this] { return servers().empty(); })) {
+        ADD_FAILURE() << "a server did not end when told to";
+        endServers(SIGKILL);
+    }
+    expectNoSanitizerReports();
+    fs::remove_all(path_);
+    for (const auto& variable : oldVariables_) {
+        if (variable.second.has_value()) {
+            setenv(variable.first.c_str(), variable.second->c_str(), 1);
+        } else {
+            unsetenv(variable.first.c_str());
+        }
+    }
+}
+
+std::string TestRoot::installFolder() const {
+    return path_ + kInstallFolder;
+}
+std::string TestRoot::library() const {
+    return installFolder() + "Dovrel.bundle";
+}
+std::string TestRoot::server() const {
+    return installFolder() + "Merrowd.app";
+}
+std::string TestRoot::serverExecutable() const {
+    return server() + "/Contents/MacOS/Merrowd";
+}
+
+void TestRoot::stage() const {
+    stageBundle(DOVREL_BUNDLE, library());
+    stageBundle(MERROWD_APP, server());
+    fs::create_directories(path_ + "/Library/Logs");
+}
+
+void TestRoot::setVariable(const std::string& name, const std::optional<std::string>& value) {
+    const char* const old = getenv(name.c_str());
+    oldVariables_.emplace(name, old == nullptr ? std::optional<std::string>() : old);
+    if (value.has_value()) {
+        setenv(name.c_str(), value->c_str(), 1);
+    } else {
+        unsetenv(name.c_str());
+    }
+}
+
+void TestRoot::setEnvironment() {
+    for (const char* folder : {"/run", "/home", kReports}) {
+        fs::create_directory(path_ + folder);
+        fs::permissions(path_ + folder, fs::perms::owner_all);
+    }
+    setVariable("POS_SYSTEM_ROOT", path_);
+    setVariable("XDG_RUNTIME_DIR", path_ + "/run");
+    setVariable("HOME", path_ + "/home");
+    setVariable("LC_ALL", "C.UTF-8");
+    setVariable("DISPLAY", std::nullopt);
+    // A server has no standard error on which a sanitizer could complain. This process has read its own
+    // options already.
+    const std::string reports = "log_path=" + path_ + kReports + "/sanitizer";
+    for (const char* options : {"ASAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"}) {
+        setVariable(options, withOption(options, reports));
+    }
+}
+
+void TestRoot::expectNoSanitizerReports() const {
+    for (const fs::directory_entry& report : fs::directory_iterator(path_ + kReports)) {
+        ADD_FAILURE() << contentOf(report.path());
+    }
+}
+
+void TestRoot::configure(const std::string& settings) const {
+    std::ofstream file(installFolder() + "Merrowd.conf", std::ios::binary);
+    file << settings;
+    EXPECT_TRUE(file.flush().good());
+}
+
+void TestRoot::removeServer() const {
+    fs::remove_all(server());
+}
+
+void TestRoot::makeServerUnexecutable() const {
+    // A copy, because the staged file may be a second name of the built one.
+    const std::string copy = serverExecutable() + ".copy";
+    fs::copy_file(serverExecutable(), copy);
+    fs::rename(copy, serverExecutable());
+    fs::permissions(serverExecutable(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+std::vector<pid_t> TestRoot::servers() const {
+    std::vector<pid_t> found;
+    for (const fs::directory_entry& process : fs::directory_iterator("/proc")) {
+        const std::string name = process.path().filename();
+        if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+        if (executableOf(process.path()) == serverExecutable()) found.push_back(std::stoi(name));
+    }
+    return found;
+}
+
+std::vector<pid_t> TestRoot::waitForServers(size_t count) const {
+    std::vector<pid_t> found;
+    const bool there = waitUntil([&] {
+        found = servers();
+        return found.size() == count;
+    });
+    EXPECT_TRUE(there) << found.size() << " servers run, not " << count;
+    return found;
+}
+
+void TestRoot::endServers(int signal) const {
+    for (const pid_t server : servers())
+        kill(server, signal);
+    waitForServers(0);
+}
+
+std::string TestRoot::serverLog() const {
+    return contentOf(path_ + kLogFile);
+}
+
+void TestRoot::waitForServerLog(const std::string& text) const {
+    EXPECT_TRUE(waitUntil([&] { return serverLog().find(text) != std::string::npos; }))
+        << "\"" << text << "\" did not get into the server's log:\n"
+        << serverLog();
+}
+
+std::string contentOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
+}
+
+}  // namespace dovrel::test
