@@ -4,7 +4,6 @@
 
 #include <fstream>
 #include <map>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -43,10 +42,12 @@ std::map<std::string, Properties> sections() {
 // Every key that the code can ask for: the literals of the header that names them all.
 std::set<std::string> keysOfTheCode() {
     const std::string header = contentOf(kSource + "/settings/TextKeys.h");
-    const std::regex literal("\"([A-Z0-9_]+)\"");
     std::set<std::string> keys;
-    for (std::sregex_iterator match(header.begin(), header.end(), literal), end; match != end; ++match) {
-        keys.insert((*match)[1]);
+    size_t begin = header.find('"');
+    while (begin != std::string::npos) {
+        const size_t end = header.find('"', begin + 1);
+        keys.insert(header.substr(begin + 1, end - begin - 1));
+        begin = header.find('"', end + 1);
     }
     return keys;
 }
