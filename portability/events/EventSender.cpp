@@ -42,6 +42,17 @@ bool readProcess(const ImageItem& address, pid_t& process) {
     return readValue(address, number) && GetProcessPID(&number, &process) == noErr;
 }
 
+// Four bytes are the code itself, in the machine's byte order. More than four are the text of the code with
+// whatever follows it in memory; its characters come in the order in which they are read, on every machine.
+bool readSignature(const ImageItem& address, OSType& signature) {
+    if (!readValue(address, signature)) return false;
+    if (address.header.size == sizeof signature) return true;
+    const uint8_t* const text = address.data;
+    signature = static_cast<OSType>(text[0]) << 24 | static_cast<OSType>(text[1]) << 16 |
+                static_cast<OSType>(text[2]) << 8 | static_cast<OSType>(text[3]);
+    return true;
+}
+
 Target findTarget(const EventStorage& event) {
     ImageItem address;
     if (!findItem(event.image().data(), event.image().size(), ItemKind::attribute, keyAddressAttr, address)) {
@@ -51,8 +62,7 @@ Target findTarget(const EventStorage& event) {
     pid_t process = 0;
     switch (address.header.type) {
         case typeApplSignature:
-            // The signature is the first four bytes, whatever follows.
-            if (!readValue(address, signature)) return {Target::Kind::nobody};
+            if (!readSignature(address, signature)) return {Target::Kind::nobody};
             return {Target::Kind::endpoint, signature};
         case typeKernelProcessID:
         case typeProcessSerialNumber:

@@ -118,11 +118,9 @@ TEST_F(AESendMessageTest, Event_CanBeSentAgainAndChangedInBetween) {
     }
 }
 
-TEST_F(AESendMessageTest, Address_OfMoreThanFourBytes_IsNamedByTheFirstFour) {
+TEST_F(AESendMessageTest, Address_OfMoreThanFourBytes_IsTheTextOfTheSignature) {
     ASSERT_TRUE(application_.start());
-    OSType code = 'TeSt';
-    char bytes[8] = {0, 0, 0, 0, 0, 'a', 'b', 'c'};
-    memcpy(bytes, &code, sizeof code);
+    const char bytes[8] = {'T', 'e', 'S', 't', 0, 'a', 'b', 'c'};
     Descriptor address;
     ASSERT_EQ(AECreateDesc(typeApplSignature, bytes, 8, address.get()), noErr);
     Descriptor event = makeEvent(address, kEcho);
