@@ -18,18 +18,16 @@ bool belowTag(const PartTable::Entry& entry, uint32_t tag) {
 void PartTable::addToHeap(uint32_t tag, uint32_t offset, uint32_t length) {
     if (heap_.empty()) {
         heap_.assign(inline_.begin(), inline_.end());
-        sorted_ = false;
+        sorted_ = std::is_sorted(heap_.begin(), heap_.end(), byTag);
     }
-    if (heap_.back().tag >= tag) sorted_ = false;
+    if (heap_.back().tag > tag) sorted_ = false;
     heap_.push_back(Entry{tag, offset, length});
 }
 
 void PartTable::finish() {
     if (sorted_) return;
-    // Stable, so that of entries with one tag the first stays in front.
+    // Stable, so that of the entries with one tag the first stays in front, where it is found.
     std::stable_sort(heap_.begin(), heap_.end(), byTag);
-    const auto sameTag = [](const Entry& a, const Entry& b) { return a.tag == b.tag; };
-    heap_.erase(std::unique(heap_.begin(), heap_.end(), sameTag), heap_.end());
     sorted_ = true;
 }
 

@@ -22,7 +22,7 @@ class PartTable {
     // Empty. (Written out so that no one clears the places for the entries first.)
     PartTable() {}
 
-    // Adds an entry unless the tag is there already. The entry is found after the next call of finish.
+    // Adds an entry, which is found after the next call of finish unless its tag is there already.
     void add(uint32_t tag, uint32_t offset, uint32_t length) {
         if (heap_.empty() && count_ < kInlineEntries) {
             inline_[count_++] = Entry{tag, offset, length};
