@@ -45,6 +45,16 @@ class HandlePool {
         std::unique_lock<std::mutex> lock_;
     };
 
+    HandlePool() = default;
+    HandlePool(const HandlePool&) = delete;
+    HandlePool& operator=(const HandlePool&) = delete;
+
+    /// Nobody may use the pool any more.
+    ~HandlePool() {
+        for (size_t i = 0; i < chunkCount_; ++i)
+            delete[] chunks_[i].load();
+    }
+
     /// The identifier of a new object, 0 when there is no room for one.
     uintptr_t create(const Object& object) noexcept {
         Slot* slot = takeFreeSlot();

@@ -46,9 +46,11 @@ TEST_F(RandomSource, FirstBit_OfTheProcess_ProducesANewPool) {
 TEST_F(RandomSource, SelectWithFalse_DrawsFromRand) {
     std::srand(9);
     const auto first = static_cast<uint32_t>(std::rand());
+    const auto second = static_cast<uint32_t>(std::rand());
+    const auto third = static_cast<uint32_t>(std::rand());
     selectRandomSource(false);
     seedRandom(9);
-    EXPECT_EQ(nextRandomBit(), first & 1u);
+    EXPECT_EQ(nextRandom32(), first | second << 15 | third << 30);
 }
 
 TEST_F(RandomSource, Select_KeepsTheStateOfEachSource) {

@@ -1,40 +1,26 @@
-// A fresh folder for the files of one test, removed with everything in it at the end.
+// A temporary folder in which tests make files, and look at their permissions.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
 #include <string>
+
+#include "tests/settings/TemporaryFolder.h"
 
 namespace dovrel::test {
 
-class ScratchFolder {
+class ScratchFolder : public TemporaryFolder {
   public:
-    ScratchFolder() : path_((std::filesystem::temp_directory_path() / "dovrel-platform-XXXXXX").string()) {
-        if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no temporary folder: " + path_);
-    }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-    ~ScratchFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-
-    const std::string& path() const { return path_; }
-    std::string path(const std::string& name) const { return path_ + "/" + name; }
-
+    /// Makes a file and answers its path.
     std::string write(const std::string& name, const std::string& content) const {
-        std::ofstream(path(name), std::ios::binary) << content;
+        TemporaryFolder::write(name, content);
         return path(name);
     }
 
+    /// Empty also when there is no such file.
     static std::string contentOf(const std::string& file) {
         std::ifstream stream(file, std::ios::binary);
-        EXPECT_TRUE(stream.is_open()) << file;
         return {std::istreambuf_iterator<char>(stream), {}};
     }
 
@@ -45,9 +31,6 @@ class ScratchFolder {
     static void setPermissions(const std::string& file, unsigned mode) {
         std::filesystem::permissions(file, static_cast<std::filesystem::perms>(mode));
     }
-
-  private:
-    std::string path_;
 };
 
 }  // namespace dovrel::test
