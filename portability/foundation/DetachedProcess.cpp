@@ -23,6 +23,10 @@
 // wrapper of the host's notices.
 #define DOVREL_IN_NEW_PROCESS __attribute__((no_sanitize("address", "thread", "undefined"), noinline))
 
+// The C library's own name for clone. The thread sanitizer wraps the other one and takes what it makes for a
+// copy of the process, with memory of its own.
+extern "C" int __clone(int (*function)(void*), void* stack, int flags, void* argument, ...);
+
 namespace portability {
 namespace {
 
@@ -119,7 +123,7 @@ DOVREL_IN_NEW_PROCESS int runProgram(void* argument) {
 // its copies of the descriptors for a moment, and is waited for.
 DOVREL_IN_NEW_PROCESS int runGoBetween(void* argument) {
     Plan& plan = *static_cast<Plan*>(argument);
-    const int made = clone(runProgram, plan.secondStackTop, CLONE_VM | CLONE_VFORK | SIGCHLD, argument);
+    const int made = __clone(runProgram, plan.secondStackTop, CLONE_VM | CLONE_VFORK | SIGCHLD, argument);
     if (made < 0) {
         plan.failure = errno;
     } else if (plan.failure != 0) {
@@ -165,7 +169,7 @@ int makeGoBetween(Plan& plan) {
     Stack second;
     plan.secondStackTop = second.top();
     const SignalPause pause;
-    const pid_t goBetween = clone(runGoBetween, first.top(), CLONE_VM | CLONE_VFORK, &plan);
+    const pid_t goBetween = __clone(runGoBetween, first.top(), CLONE_VM | CLONE_VFORK, &plan);
     if (goBetween < 0) {
         return errno;
     }

@@ -85,22 +85,22 @@ TEST_F(CatalogInfo, Get_Permissions_AreOwnerGroupModeAndOwnRights) {
 
 TEST_F(CatalogInfo, Get_Sizes_AreThoseOfTheFile) {
     ASSERT_EQ(get("file", kFSCatInfoDataSizes | kFSCatInfoRsrcSizes), noErr);
-    EXPECT_EQ(info_.dataLogicalSize, 7U);
-    EXPECT_EQ(info_.rsrcLogicalSize, 0U);
+    EXPECT_EQ(UInt64{info_.dataLogicalSize}, 7U);
+    EXPECT_EQ(UInt64{info_.rsrcLogicalSize}, 0U);
 }
 
 TEST_F(CatalogInfo, Get_Valence_IsTheNumberOfEntries) {
     ASSERT_EQ(get("full", kFSCatInfoValence), noErr);
-    EXPECT_EQ(info_.valence, 2U);
+    EXPECT_EQ(UInt32{info_.valence}, 2U);
 }
 
 TEST_F(CatalogInfo, Get_NodeAndParentNumbers_AreThoseOfTheSystem) {
     struct stat status = {};
     stat(folder_.path("full").c_str(), &status);
     ASSERT_EQ(get("full/one", kFSCatInfoParentDirID), noErr);
-    EXPECT_EQ(info_.parentDirID, static_cast<UInt32>(status.st_ino));
+    EXPECT_EQ(UInt32{info_.parentDirID}, static_cast<UInt32>(status.st_ino));
     ASSERT_EQ(get("full", kFSCatInfoNodeID), noErr);
-    EXPECT_EQ(info_.nodeID, static_cast<UInt32>(status.st_ino));
+    EXPECT_EQ(UInt32{info_.nodeID}, static_cast<UInt32>(status.st_ino));
 }
 
 TEST_F(CatalogInfo, Get_Dates_CountFrom1904) {

@@ -172,7 +172,7 @@ TEST_F(Files, CreateDirectoryUnicode_NewName_MakesItAndTellsItsReferenceAndNumbe
     EXPECT_EQ(pathOf(made), folder_.path("new"));
     FSCatalogInfo info;
     ASSERT_EQ(FSGetCatalogInfo(&made, kFSCatInfoNodeID, &info, nullptr, nullptr, nullptr), noErr);
-    EXPECT_EQ(info.nodeID, number);
+    EXPECT_EQ(UInt32{info.nodeID}, number);
 }
 
 TEST_F(Files, CreateDirectoryUnicode_NameTaken_IsDuplicateAndLeavesTheOutputs) {
