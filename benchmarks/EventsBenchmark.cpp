@@ -1,0 +1,322 @@
+// Apple events to another process against a plain blocking exchange over a local stream socket with an 8-byte length in
+// front of the data, both in one run and in turns. Client and server share one processor, or have one each.
+//
+// An exchange is all that a caller does: an event is made, filled, sent, its reply read into the caller's memory, both
+// disposed of; the server copies the parameter out and puts it into the reply. The plain exchange reads and writes the
+// same bytes from and to the same kind of buffers.
+
+#include <CoreServices/CoreServices.h>
+#include <benchmark/benchmark.h>
+#include <sched.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/uio.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "events/EventEndpoint.h"
+#include "events/EventLoop.h"
+#include "events/FileDescriptor.h"
+
+namespace {
+
+using portability::FileDescriptor;
+using Clock = std::chrono::steady_clock;
+
+constexpr OSType kSignature = 'BnCh';
+constexpr size_t kLargestPayload = size_t{1} << 20;
+
+void pinTo(int processor) {
+    cpu_set_t set;
+    CPU_ZERO(&set);
+    CPU_SET(processor, &set);
+    sched_setaffinity(0, sizeof set, &set);
+}
+
+// A root and a runtime folder of the benchmark's own, for as long as it runs.
+class Places {
+  public:
+    Places() {
+        char pattern[] = "/tmp/events-benchmark.XXXXXX";
+        folder_ = mkdtemp(pattern);
+        setenv("POS_SYSTEM_ROOT", folder_.c_str(), 1);
+        setenv("XDG_RUNTIME_DIR", folder_.c_str(), 1);
+    }
+    ~Places() { std::filesystem::remove_all(folder_); }
+
+    const std::filesystem::path& folder() const { return folder_; }
+
+  private:
+    std::filesystem::path folder_;
+};
+
+Places& places() {
+    static Places places;
+    return places;
+}
+
+// A server in a process of its own, on a processor of its choice.
+class ForkedServer {
+  public:
+    template <class Serve>
+    ForkedServer(int processor, Serve serve) : process_(fork()) {
+        if (process_ != 0) return;
+        pinTo(processor);
+        serve();
+        _exit(0);
+    }
+    ~ForkedServer() {
+        kill(process_, SIGKILL);
+        waitpid(process_, nullptr, 0);
+    }
+
+  private:
+    pid_t process_;
+};
+
+std::vector<char>& serverBuffer() {
+    static std::vector<char> buffer(kLargestPayload);
+    return buffer;
+}
+
+OSErr echo(const AppleEvent* event, AppleEvent* reply, SRefCon) {
+    std::vector<char>& buffer = serverBuffer();
+    Size size = 0;
+    const OSErr error = AEGetParamPtr(event, keyDirectObject, typeChar, nullptr, buffer.data(),
+                                      static_cast<Size>(buffer.size()), &size);
+    if (error != noErr) return error;
+    return AEPutParamPtr(reply, keyDirectObject, typeChar, buffer.data(), size);
+}
+
+void serveEvents(portability::EndpointClaim claim) {
+    AEInstallEventHandler('BUFF', 'data', echo, SRefCon(), false);
+    portability::runEventLoop(std::move(claim));
+}
+
+class EventClient {
+  public:
+    explicit EventClient(int serverProcessor) : server_(serverProcessor, [] { serveEvents(claim()); }) {
+        AECreateDesc(typeApplSignature, &kSignature, sizeof kSignature, &address_);
+        std::vector<char> byte(1);
+        while (!exchange(byte, byte)) usleep(1000);
+    }
+    ~EventClient() { AEDisposeDesc(&address_); }
+
+    bool exchange(const std::vector<char>& request, std::vector<char>& answer) {
+        AppleEvent event;
+        AppleEvent reply;
+        AECreateAppleEvent('BUFF', 'data', &address_, kAutoGenerateReturnID, kAnyTransactionID, &event);
+        AEPutParamPtr(&event, keyDirectObject, typeChar, request.data(), static_cast<Size>(request.size()));
+        OSStatus status = AESendMessage(&event, &reply, kAEWaitReply, 10000);
+        Size size = 0;
+        if (status == noErr) {
+            status = AEGetParamPtr(&reply, keyDirectObject, typeChar, nullptr, answer.data(),
+                                   static_cast<Size>(answer.size()), &size);
+        }
+        AEDisposeDesc(&event);
+        AEDisposeDesc(&reply);
+        return status == noErr && size == static_cast<Size>(request.size());
+    }
+
+    // The kept connections are found by the name of the root, so another name of it needs a new one.
+    void forgetConnection() {
+        root_ += '/';
+        setenv("POS_SYSTEM_ROOT", root_.c_str(), 1);
+        if (root_.size() > 1000) root_ = places().folder().string();
+    }
+
+  private:
+    static portability::EndpointClaim claim() {
+        portability::EndpointClaim claim;
+        portability::EndpointClaim::claim(kSignature, claim);
+        return claim;
+    }
+
+    ForkedServer server_;
+    AEAddressDesc address_{};
+    std::string root_ = places().folder().string();
+};
+
+bool readAll(int descriptor, void* data, size_t size) {
+    auto* at = static_cast<char*>(data);
+    while (size > 0) {
+        const ssize_t count = read(descriptor, at, size);
+        if (count <= 0) return false;
+        at += count;
+        size -= static_cast<size_t>(count);
+    }
+    return true;
+}
+
+bool writeMessage(int descriptor, const void* data, uint64_t size) {
+    iovec parts[2] = {{&size, sizeof size}, {const_cast<void*>(data), size}};
+    iovec* part = parts;
+    while (part < parts + 2) {
+        const ssize_t count = writev(descriptor, part, static_cast<int>(parts + 2 - part));
+        if (count <= 0) return false;
+        auto left = static_cast<size_t>(count);
+        while (part < parts + 2 && left >= part->iov_len) left -= (part++)->iov_len;
+        if (part == parts + 2) break;
+        part->iov_base = static_cast<char*>(part->iov_base) + left;
+        part->iov_len -= left;
+    }
+    return true;
+}
+
+bool readMessage(int descriptor, std::vector<char>& buffer, uint64_t& size) {
+    return readAll(descriptor, &size, sizeof size) && size <= buffer.size() && readAll(descriptor, buffer.data(), size);
+}
+
+class StreamClient {
+  public:
+    explicit StreamClient(int serverProcessor)
+        : listener_(listenAtPath()), server_(serverProcessor, [this] { serve(); }), connection_(connectToServer()) {}
+
+    bool exchange(const std::vector<char>& request, std::vector<char>& answer) {
+        uint64_t size = 0;
+        return writeMessage(connection_.get(), request.data(), request.size()) &&
+               readMessage(connection_.get(), answer, size) && size == request.size();
+    }
+
+    void forgetConnection() {
+        connection_.reset();
+        connection_ = connectToServer();
+    }
+
+  private:
+    static sockaddr_un address() {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::strcpy(address.sun_path, (places().folder() / "stream").c_str());
+        return address;
+    }
+
+    static FileDescriptor listenAtPath() {
+        const sockaddr_un at = address();
+        unlink(at.sun_path);
+        FileDescriptor listener(socket(AF_UNIX, SOCK_STREAM, 0));
+        bind(listener.get(), reinterpret_cast<const sockaddr*>(&at), sizeof at);
+        listen(listener.get(), 16);
+        return listener;
+    }
+
+    static FileDescriptor connectToServer() {
+        const sockaddr_un at = address();
+        FileDescriptor connection(socket(AF_UNIX, SOCK_STREAM, 0));
+        connect(connection.get(), reinterpret_cast<const sockaddr*>(&at), sizeof at);
+        return connection;
+    }
+
+    void serve() const {
+        for (;;) {
+            const FileDescriptor peer(accept(listener_.get(), nullptr, nullptr));
+            uint64_t size = 0;
+            while (readMessage(peer.get(), serverBuffer(), size)) {
+                if (!writeMessage(peer.get(), serverBuffer().data(), size)) break;
+            }
+        }
+    }
+
+    FileDescriptor listener_;
+    ForkedServer server_;
+    FileDescriptor connection_;
+};
+
+// Microseconds of one exchange, measured over a few in a row.
+template <class Client>
+double timeOf(Client& client, int count, const std::vector<char>& request, std::vector<char>& answer, bool& good) {
+    const Clock::time_point begin = Clock::now();
+    for (int i = 0; i < count; ++i) good = client.exchange(request, answer) && good;
+    return std::chrono::duration<double, std::micro>(Clock::now() - begin).count() / count;
+}
+
+template <class Client>
+double timeOfFirst(Client& client, const std::vector<char>& request, std::vector<char>& answer, bool& good) {
+    const Clock::time_point begin = Clock::now();
+    client.forgetConnection();
+    good = client.exchange(request, answer) && good;
+    return std::chrono::duration<double, std::micro>(Clock::now() - begin).count();
+}
+
+double medianOf(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+void report(benchmark::State& state, const std::vector<double>& events, const std::vector<double>& stream) {
+    state.counters["event_us"] = medianOf(events);
+    state.counters["stream_us"] = medianOf(stream);
+    state.counters["ratio"] = medianOf(events) / medianOf(stream);
+}
+
+std::vector<char> payload(benchmark::State& state) {
+    return std::vector<char>(static_cast<size_t>(state.range(0)), 'x');
+}
+
+int serverProcessor(benchmark::State& state) {
+    return static_cast<int>(state.range(1)) - 1;
+}
+
+void roundTrip(benchmark::State& state) {
+    places();
+    pinTo(0);
+    EventClient events(serverProcessor(state));
+    StreamClient stream(serverProcessor(state));
+    const std::vector<char> request = payload(state);
+    std::vector<char> answer(request.size());
+    const int count = request.size() >= kLargestPayload ? 20 : 200;
+    std::vector<double> eventTimes;
+    std::vector<double> streamTimes;
+    bool good = true;
+    for (auto _ : state) {
+        const double eventTime = timeOf(events, count, request, answer, good);
+        eventTimes.push_back(eventTime);
+        streamTimes.push_back(timeOf(stream, count, request, answer, good));
+        state.SetIterationTime(eventTime / 1e6);
+    }
+    if (!good) return state.SkipWithError("an exchange failed");
+    report(state, eventTimes, streamTimes);
+}
+
+void firstCall(benchmark::State& state) {
+    places();
+    pinTo(0);
+    EventClient events(serverProcessor(state));
+    StreamClient stream(serverProcessor(state));
+    const std::vector<char> request = payload(state);
+    std::vector<char> answer(request.size());
+    std::vector<double> eventTimes;
+    std::vector<double> streamTimes;
+    bool good = true;
+    for (auto _ : state) {
+        const double eventTime = timeOfFirst(events, request, answer, good);
+        eventTimes.push_back(eventTime);
+        streamTimes.push_back(timeOfFirst(stream, request, answer, good));
+        state.SetIterationTime(eventTime / 1e6);
+    }
+    if (!good) return state.SkipWithError("an exchange failed");
+    report(state, eventTimes, streamTimes);
+}
+
+void sizesAndProcessors(benchmark::internal::Benchmark* benchmark) {
+    benchmark->ArgNames({"bytes", "processors"})->UseManualTime()->Unit(benchmark::kMicrosecond);
+    for (const int64_t processors : {1, 2}) {
+        for (const int64_t bytes : {64, 4096, 65536, 1 << 20}) benchmark->Args({bytes, processors});
+    }
+}
+
+BENCHMARK(roundTrip)->Apply(sizesAndProcessors)->Iterations(100);
+BENCHMARK(firstCall)->ArgNames({"bytes", "processors"})->Args({64, 1})->Args({64, 2})->Iterations(500)->UseManualTime()->Unit(
+    benchmark::kMicrosecond);
+
+}  // namespace
