@@ -1,10 +1,13 @@
 // What the platform promises about sending events to another process.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <string>
 #include <thread>
 #include <vector>
@@ -317,6 +320,24 @@ TEST_F(AESendMessageTest, SeveralThreads_EachGetTheirAnswers) {
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(wrong, std::vector<int>(8, 0));
+}
+
+TEST_F(AESendMessageTest, ForkedProcess_HasItsOwnAnswers) {
+    ASSERT_TRUE(application_.start());
+    ASSERT_EQ(send(kEcho, "before"), noErr);
+    ASSERT_EQ(send(kEcho, std::string(100000, 'b')), noErr);
+    const pid_t child = fork();
+    const std::string name = child == 0 ? "child " : "parent ";
+    int wrong = 0;
+    for (int i = 0; i < 200; ++i) {
+        const std::string text = name + std::to_string(i) + std::string(i % 20 == 0 ? 100000 : 0, name[0]);
+        if (send(kEcho, text) != noErr || textOf(reply_) != text) ++wrong;
+    }
+    if (child == 0) _exit(wrong == 0 ? 0 : 1);
+    EXPECT_EQ(wrong, 0);
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
 }
 
 TEST_F(AESendMessageTest, Handler_SeesTheAttributesOfTheEvent) {

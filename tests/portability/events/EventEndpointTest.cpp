@@ -1,0 +1,326 @@
+#include "events/EventEndpoint.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <vector>
+
+#include "Processes.h"
+#include "TemporaryEnvironment.h"
+
+using namespace portability;
+
+namespace {
+
+constexpr OSType kSignature = 'EndP';
+constexpr char kAnnouncement[] = "POS_EVENT_ENDPOINT";
+using Outcome = EndpointClaim::Outcome;
+
+// A process that does something, tells by a pipe that it has done it, and waits to be killed.
+class WaitingProcess {
+  public:
+    template <class Body>
+    explicit WaitingProcess(Body body) {
+        int ends[2];
+        EXPECT_EQ(pipe(ends), 0);
+        process_ = fork();
+        if (process_ == 0) {
+            const char result = static_cast<char>(body());
+            if (write(ends[1], &result, 1) == 1) pause();
+            _exit(0);
+        }
+        close(ends[1]);
+        char result = -1;
+        if (read(ends[0], &result, 1) == 1) result_ = result;
+        close(ends[0]);
+    }
+    ~WaitingProcess() { kill(); }
+
+    int result() const { return result_; }
+
+    void kill() {
+        if (process_ > 0) {
+            ::kill(process_, SIGKILL);
+            waitpid(process_, nullptr, 0);
+        }
+        process_ = -1;
+    }
+
+  private:
+    pid_t process_ = -1;
+    int result_ = -1;
+};
+
+Outcome claimAndLetGo() {
+    EndpointClaim claim;
+    return EndpointClaim::claim(kSignature, claim);
+}
+
+bool isConnectable(OSType signature = kSignature) {
+    return static_cast<bool>(FileDescriptor(connectToEndpoint(signature)));
+}
+
+class EventEndpointTest : public testing::Test {
+  protected:
+    ~EventEndpointTest() override { unsetenv(kAnnouncement); }
+
+    TemporaryEnvironment environment_;
+};
+
+}  // namespace
+
+TEST_F(EventEndpointTest, Connect_WithoutOwner_Fails) {
+    EXPECT_FALSE(isConnectable());
+}
+
+TEST_F(EventEndpointTest, Claim_MakesItConnectable_UntilItIsLetGo) {
+    {
+        EndpointClaim claim;
+        ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+        EXPECT_TRUE(isConnectable());
+        EXPECT_FALSE(isConnectable('OTHR'));
+    }
+    EXPECT_FALSE(isConnectable());
+    EXPECT_EQ(claimAndLetGo(), Outcome::claimed);
+}
+
+TEST_F(EventEndpointTest, Claim_WhileOwned_IsInUseAndTouchesNothing) {
+    EndpointClaim claim;
+    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    EndpointClaim other;
+    EXPECT_EQ(EndpointClaim::claim(kSignature, other), Outcome::inUse);
+    EXPECT_EQ(other.listenDescriptor(), -1);
+    EXPECT_EQ(other.lockDescriptor(), -1);
+    EXPECT_EQ(inForkedProcess([] { return static_cast<int>(claimAndLetGo()); }),
+              static_cast<int>(Outcome::inUse));
+    EXPECT_TRUE(isConnectable());
+}
+
+TEST_F(EventEndpointTest, Claim_DescriptorsEndAtExec) {
+    EndpointClaim claim;
+    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    EXPECT_NE(fcntl(claim.listenDescriptor(), F_GETFD) & FD_CLOEXEC, 0);
+    EXPECT_NE(fcntl(claim.lockDescriptor(), F_GETFD) & FD_CLOEXEC, 0);
+}
+
+TEST_F(EventEndpointTest, Claim_OfAKilledOwner_CanBeHadAtOnce) {
+    EndpointClaim claim;
+    WaitingProcess owner([&claim] { return static_cast<int>(EndpointClaim::claim(kSignature, claim)); });
+    ASSERT_EQ(owner.result(), static_cast<int>(Outcome::claimed));
+    EXPECT_EQ(claimAndLetGo(), Outcome::inUse);
+    owner.kill();
+    EXPECT_FALSE(isConnectable()) << "its socket still lies there";
+    EXPECT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    EXPECT_TRUE(isConnectable());
+}
+
+TEST_F(EventEndpointTest, Claim_ByManyAtOnce_ExactlyOneGetsIt) {
+    for (int round = 0; round < 20; ++round) {
+        int start[2];
+        int results[2];
+        ASSERT_EQ(pipe(start), 0);
+        ASSERT_EQ(pipe(results), 0);
+        std::vector<pid_t> claimers;
+        for (int i = 0; i < 6; ++i) {
+            claimers.push_back(fork());
+            if (claimers.back() != 0) continue;
+            char token;
+            close(start[1]);
+            if (read(start[0], &token, 1) != 0) _exit(1);
+            EndpointClaim claim;
+            const char outcome = static_cast<char>(EndpointClaim::claim(kSignature, claim));
+            if (write(results[1], &outcome, 1) == 1) pause();
+            _exit(1);
+        }
+        close(start[0]);
+        close(start[1]);
+        int claimed = 0;
+        for (size_t i = 0; i < claimers.size(); ++i) {
+            char outcome = -1;
+            ASSERT_EQ(read(results[0], &outcome, 1), 1);
+            if (outcome == static_cast<char>(Outcome::claimed)) ++claimed;
+            if (outcome == static_cast<char>(Outcome::failed)) ADD_FAILURE() << "failed";
+        }
+        EXPECT_EQ(claimed, 1);
+        for (const pid_t claimer : claimers) {
+            kill(claimer, SIGKILL);
+            waitpid(claimer, nullptr, 0);
+        }
+        close(results[0]);
+        close(results[1]);
+    }
+}
+
+TEST_F(EventEndpointTest, Claim_WhereTheFolderIsRefused_Fails) {
+    environment_.makeFolder("run/pos-events");
+    chmod((environment_.runtimeFolder() / "pos-events").c_str(), 0777);
+    EXPECT_EQ(claimAndLetGo(), Outcome::failed);
+}
+
+TEST_F(EventEndpointTest, LockThatIsASymbolicLink_IsNotFollowed) {
+    ASSERT_EQ(claimAndLetGo(), Outcome::claimed);
+    for (const auto& entry :
+         std::filesystem::directory_iterator(environment_.runtimeFolder() / "pos-events")) {
+        if (entry.path().extension() != ".lock") continue;
+        std::filesystem::remove(entry.path());
+        std::filesystem::create_symlink(environment_.folder() / "victim", entry.path());
+    }
+    EXPECT_EQ(claimAndLetGo(), Outcome::failed);
+    EXPECT_FALSE(std::filesystem::exists(environment_.folder() / "victim"));
+}
+
+TEST_F(EventEndpointTest, OtherRoots_DoNotSeeEachOther) {
+    EndpointClaim claim;
+    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    TemporaryEnvironment::set("POS_SYSTEM_ROOT", environment_.makeFolder("other root"));
+    EXPECT_FALSE(isConnectable());
+    EXPECT_EQ(claimAndLetGo(), Outcome::claimed);
+}
+
+TEST_F(EventEndpointTest, LongRootAndLongRuntimeFolder_FitTheSocketAddress) {
+    std::string path = "long";
+    while (path.size() < 3000)
+        path += "/" + std::string(200, 'x');
+    TemporaryEnvironment::set("POS_SYSTEM_ROOT", environment_.makeFolder(path + "/root"));
+    TemporaryEnvironment::set("XDG_RUNTIME_DIR", environment_.makeFolder(path + "/run"));
+    EndpointClaim claim;
+    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    EXPECT_TRUE(isConnectable());
+}
+
+TEST_F(EventEndpointTest, Inherited_DescriptorsAreAdoptedAndTheLockGoesAlong) {
+    auto claim = std::make_unique<EndpointClaim>();
+    ASSERT_EQ(EndpointClaim::claim(kSignature, *claim), Outcome::claimed);
+    WaitingProcess launched([&claim] {
+        // As after exec: the descriptors have other numbers and are not close-on-exec.
+        const int listening = dup(claim->listenDescriptor());
+        const int lock = dup(claim->lockDescriptor());
+        claim.reset();
+        std::string entry = EndpointClaim::inheritanceEntry(kSignature, listening, lock);
+        putenv(entry.data());
+        EndpointClaim adopted;
+        if (!EndpointClaim::adoptInherited(kSignature, adopted)) return 1;
+        if (adopted.listenDescriptor() != listening || adopted.lockDescriptor() != lock) return 2;
+        if ((fcntl(listening, F_GETFD) & fcntl(lock, F_GETFD) & FD_CLOEXEC) == 0) return 3;
+        if (getenv(kAnnouncement) != nullptr) return 4;
+        static EndpointClaim kept;
+        kept = std::move(adopted);
+        return 0;
+    });
+    ASSERT_EQ(launched.result(), 0);
+    claim.reset();
+    EXPECT_EQ(claimAndLetGo(), Outcome::inUse) << "the launched process has it now";
+    EXPECT_TRUE(isConnectable());
+    launched.kill();
+    EXPECT_EQ(claimAndLetGo(), Outcome::claimed);
+}
+
+TEST_F(EventEndpointTest, Inherited_NotAnnounced_IsFalse) {
+    EndpointClaim claim;
+    EXPECT_FALSE(EndpointClaim::adoptInherited(kSignature, claim));
+}
+
+TEST_F(EventEndpointTest, Inherited_ForAnotherSignature_IsLeftForIt) {
+    EndpointClaim claim;
+    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    std::string entry =
+        EndpointClaim::inheritanceEntry(kSignature, claim.listenDescriptor(), claim.lockDescriptor());
+    putenv(entry.data());
+    EndpointClaim other;
+    EXPECT_FALSE(EndpointClaim::adoptInherited('OTHR', other));
+    EXPECT_NE(getenv(kAnnouncement), nullptr);
+    unsetenv(kAnnouncement);
+}
+
+TEST_F(EventEndpointTest, Inherited_DescriptorsThatAreSomethingElse_AreRefused) {
+    EndpointClaim claim;
+    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    const std::pair<int, int> wrong[] = {{claim.lockDescriptor(), claim.listenDescriptor()},
+                                         {0, claim.lockDescriptor()},
+                                         {claim.listenDescriptor(), 0},
+                                         {claim.listenDescriptor(), 999},
+                                         {-1, -1}};
+    for (const auto& numbers : wrong) {
+        const std::string entry = EndpointClaim::inheritanceEntry(kSignature, numbers.first, numbers.second);
+        setenv(kAnnouncement, entry.substr(entry.find('=') + 1).c_str(), 1);
+        EndpointClaim adopted;
+        EXPECT_FALSE(EndpointClaim::adoptInherited(kSignature, adopted)) << entry;
+        EXPECT_EQ(adopted.listenDescriptor(), -1);
+    }
+}
+
+TEST_F(EventEndpointTest, Inherited_MalformedAnnouncement_IsRefused) {
+    for (const char* text : {"", ":", "456E6450", "456E6450:3", "456E6450:3:4x", " 456E6450:3:4",
+                             "456e6450:3:4", "456E6450:99999999999999:4"}) {
+        setenv(kAnnouncement, text, 1);
+        EndpointClaim adopted;
+        EXPECT_FALSE(EndpointClaim::adoptInherited(kSignature, adopted)) << text;
+    }
+}
+
+TEST_F(EventEndpointTest, Connect_FullQueue_TimesOutAtTheTick) {
+    EndpointClaim claim;
+    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    ASSERT_EQ(listen(claim.listenDescriptor(), 0), 0);
+    std::vector<FileDescriptor> queued(1);
+    while (connectToEndpoint(kSignature, Deadline::afterTicks(1), queued.back()) == Connecting::connected) {
+        queued.emplace_back();
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    FileDescriptor connection;
+    EXPECT_EQ(connectToEndpoint(kSignature, Deadline::afterTicks(12), connection), Connecting::timedOut);
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+    EXPECT_GE(took.count(), 0.2);
+    EXPECT_LT(took.count(), 5.2);
+    EXPECT_FALSE(connection);
+}
+
+TEST_F(EventEndpointTest, Connect_OwnerDiesWhileTheQueueIsFull_FailsAtOnce) {
+    EndpointClaim claim;
+    WaitingProcess owner([&claim] {
+        const Outcome outcome = EndpointClaim::claim(kSignature, claim);
+        listen(claim.listenDescriptor(), 0);
+        return static_cast<int>(outcome);
+    });
+    std::vector<FileDescriptor> queued(1);
+    while (connectToEndpoint(kSignature, Deadline::afterTicks(1), queued.back()) == Connecting::connected) {
+        queued.emplace_back();
+    }
+    const pid_t waiting = fork();
+    if (waiting == 0) {
+        FileDescriptor connection;
+        const Connecting outcome = connectToEndpoint(kSignature, Deadline::afterTicks(60 * 60), connection);
+        _exit(outcome == Connecting::failed ? 0 : 1);
+    }
+    owner.kill();
+    int status = -1;
+    waitpid(waiting, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+TEST_F(EventEndpointTest, IsOwnUser_OfAConnectedPeer) {
+    int ends[2];
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends), 0);
+    pid_t peer = -1;
+    EXPECT_TRUE(isOwnUser(ends[0], peer));
+    EXPECT_EQ(peer, getpid());
+    close(ends[0]);
+    close(ends[1]);
+}
+
+TEST_F(EventEndpointTest, Connect_ListenerOfAnotherUser_IsRefused) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can become another user";
+    EndpointClaim claim;
+    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    // The credentials that a client sees are those of the last call of listen.
+    ASSERT_EQ(inForkedProcess([&claim] {
+                  if (setuid(65534) != 0) return 1;
+                  return listen(claim.listenDescriptor(), 8) == 0 ? 0 : 2;
+              }),
+              0);
+    EXPECT_FALSE(isConnectable());
+}

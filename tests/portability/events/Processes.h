@@ -1,0 +1,28 @@
+// Child processes and open descriptors, for tests.
+#pragma once
+
+#include <dirent.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+/// Runs `body` in a forked process; its result is that process's exit status, -1 when a signal ended it.
+template <class Body>
+int inForkedProcess(Body body) {
+    const pid_t child = fork();
+    if (child == 0) _exit(body());
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/// How many descriptors this process has open.
+inline int openDescriptors() {
+    DIR* folder = opendir("/proc/self/fd");
+    int count = 0;
+    while (readdir(folder) != nullptr)
+        ++count;
+    closedir(folder);
+    return count;
+}
