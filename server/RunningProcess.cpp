@@ -46,7 +46,8 @@ void RunningProcess::takeSignals() {
             signal_ = number;
         }
         changed_.notify_all();
-        sendToSelf(kQuitEvent);
+        // Without an endpoint there is no loop that could be left, and nobody is being served.
+        if (!sendToSelf(kQuitEvent)) _exit(EXIT_SUCCESS);
     }
 }
 

@@ -40,7 +40,8 @@ TEST_F(ServerEnd, ByASignalWhileItHangs_IsClean) {
     OtherHost waiting(root_.library());
     waiting.go();
     root_.waitForServerLog(" execute command");
-    for (const pid_t server : root_.servers()) kill(server, SIGTERM);
+    for (const pid_t server : root_.servers())
+        kill(server, SIGTERM);
     root_.waitForServerLog(" ended by signal 15\n");
 }
 
