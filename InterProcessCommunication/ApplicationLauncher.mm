@@ -17,24 +17,32 @@ void addArguments(NSMutableArray* list, const std::vector<std::string>& argument
         [list addObject:[NSString stringWithUTF8String:argument.c_str()]];
 }
 
-void waitForExit(NSTask* task) {
+// Raises when the task cannot be launched.
+int launchAndWait(NSTask* task, NSString* command, const std::vector<std::string>* arguments,
+                  NSMutableArray* list) {
+    [task setLaunchPath:command];
+    if (arguments != nullptr) {
+        addArguments(list, *arguments);
+        [task setArguments:list];
+    }
+    NSPipe* const output = [NSPipe pipe];
+    NSPipe* const error = [NSPipe pipe];
+    [task setStandardOutput:output];
+    [task setStandardError:error];
+    [task launch];
     while ([task isRunning]) usleep(kPollInterval);
+    // A task that has run may live on until its thread's run loop turns, which need not ever happen here; the
+    // ends of its pipes are not left to it.
+    [[output fileHandleForReading] closeFile];
+    [[error fileHandleForReading] closeFile];
+    return [task terminationStatus];
 }
 
 // Objective-C exceptions end here; no C++ exception passes through.
 int runTask(NSTask* task, NSString* command, const std::vector<std::string>* arguments,
             NSMutableArray* list) {
     @try {
-        [task setLaunchPath:command];
-        if (arguments != nullptr) {
-            addArguments(list, *arguments);
-            [task setArguments:list];
-        }
-        [task setStandardOutput:[NSPipe pipe]];
-        [task setStandardError:[NSPipe pipe]];
-        [task launch];
-        waitForExit(task);
-        return [task terminationStatus];
+        return launchAndWait(task, command, arguments, list);
     } @catch (...) {
         NSLog(@"Task execution failed! \n\n command: \"%@\" \n\n arguments: \"%@\"", [command description],
               [list description]);

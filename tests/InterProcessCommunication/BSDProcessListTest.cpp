@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "tests/InterProcessCommunication/PlatformDouble.h"
+#include "tests/serialization/HeapWatch.h"
 
 namespace dovrel {
 namespace {
@@ -91,9 +92,9 @@ TEST_F(BSDProcessListTest, AnyOtherFailureOfTheSecondQuery_EndsTheAttempts) {
 }
 
 TEST_F(BSDProcessListTest, BlockThatCannotBeHad_IsError12) {
-    // More than any heap gives; the size query is answered, the block query never comes.
-    platform.processes.emplace();
-    platform.sizeAnswer = static_cast<size_t>(PTRDIFF_MAX);
+    platform.processes = {"one"};
+    test::HeapWatch heap;
+    heap.failFrom(1);
     EXPECT_EQ(getList(), 12);
     EXPECT_EQ(list, nullptr);
     EXPECT_EQ(count, 0u);

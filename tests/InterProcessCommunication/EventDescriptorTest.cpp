@@ -11,7 +11,9 @@ TEST(EventDescriptor, New_IsNull) {
     EventDescriptor descriptor;
     EXPECT_FALSE(descriptor.holdsData());
     EXPECT_EQ(descriptor.get()->descriptorType, DescType{typeNull});
-    EXPECT_EQ(descriptor.get()->dataHandle, nullptr);
+    // A copy, because a descriptor is packed and its member cannot be referred to.
+    const AEDataStorage data = descriptor.get()->dataHandle;
+    EXPECT_EQ(data, nullptr);
 }
 
 TEST(EventDescriptor, Destructor_DisposesOfWhatItHolds) {

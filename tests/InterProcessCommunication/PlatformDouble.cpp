@@ -221,10 +221,6 @@ int __wrap_sysctl(int* name, unsigned count, void* block, size_t* length, void* 
         errno = failure->second;
         return -1;
     }
-    if (block == nullptr && platform->sizeAnswer) {
-        *length = *platform->sizeAnswer;
-        return 0;
-    }
     if (platform->processes) return dovrel::test::answerQuery(*platform->processes, block, length);
     return __real_sysctl(name, count, block, length, newBlock, newLength);
 }

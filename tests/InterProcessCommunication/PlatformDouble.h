@@ -7,7 +7,6 @@
 #include <Carbon/Carbon.h>
 #include <sys/sysctl.h>
 
-#include <cstddef>
 #include <functional>
 #include <map>
 #include <optional>
@@ -71,8 +70,6 @@ class PlatformDouble {
 
     /// The kernel's process table: the short names of its processes.
     std::optional<std::vector<std::string>> processes;
-    /// What the query for the table's size answers instead of its size.
-    std::optional<size_t> sizeAnswer;
     /// Replaces single process queries: the error number of the nth, 0 to let it pass.
     std::map<int, int> queryErrors;
     /// Called before each query, with its number from 1.

@@ -1,0 +1,135 @@
+#include "InterProcessCommunication/ApplicationLauncher.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <iterator>
+#include <type_traits>
+
+#include "tests/settings/TemporaryFolder.h"
+
+namespace dovrel {
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+static_assert(std::has_virtual_destructor_v<ApplicationLauncher> &&
+              sizeof(ApplicationLauncher) == sizeof(void*));
+
+class ApplicationLauncherTest : public testing::Test {
+  protected:
+    ApplicationLauncherTest() { setenv("HOME", folder.path().c_str(), 1); }
+
+    int run(const std::string& command, const Arguments* arguments) {
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        const int status = launcher.RunTask(command, arguments);
+        log = testing::internal::GetCapturedStderr();
+        output = testing::internal::GetCapturedStdout();
+        return status;
+    }
+
+    int runShell(const std::string& script) {
+        const Arguments arguments = {"-c", script};
+        return run("/bin/sh", &arguments);
+    }
+
+    test::TemporaryFolder folder;
+    ApplicationLauncher launcher;
+    std::string log;
+    std::string output;
+};
+
+TEST_F(ApplicationLauncherTest, EmptyCommand_IsMinus1WithoutStartingOrLoggingAnything) {
+    const Arguments arguments = {"argument"};
+    EXPECT_EQ(run("", nullptr), -1);
+    EXPECT_EQ(log, "");
+    EXPECT_EQ(run("", &arguments), -1);
+    EXPECT_EQ(log, "");
+}
+
+TEST_F(ApplicationLauncherTest, ToolThatExitsWithStatus3_Yields3) {
+    EXPECT_EQ(runShell("exit 3"), 3);
+    EXPECT_EQ(log, "");
+}
+
+TEST_F(ApplicationLauncherTest, ToolThatSucceeds_Yields0) {
+    EXPECT_EQ(run("/bin/true", nullptr), 0);
+    const Arguments none;
+    EXPECT_EQ(run("/bin/true", &none), 0);
+}
+
+TEST_F(ApplicationLauncherTest, Arguments_ReachTheToolAsTheyAre) {
+    const Arguments arguments = {"-c",
+                                 "printf '%s|' \"$@\" > \"$0\"",
+                                 folder.path("arguments"),
+                                 "",
+                                 "two words",
+                                 "d\xC3\xBC"
+                                 "r"};
+    EXPECT_EQ(run("/bin/sh", &arguments), 0);
+    EXPECT_EQ(folder.read("arguments"),
+              "|two words|d\xC3\xBC"
+              "r|");
+}
+
+TEST_F(ApplicationLauncherTest, RunTask_ReturnsOnlyWhenTheToolHasExited) {
+    EXPECT_EQ(runShell("sleep 0.3; echo done > '" + folder.path("done") + "'"), 0);
+    EXPECT_EQ(folder.read("done"), "done\n");
+}
+
+TEST_F(ApplicationLauncherTest, OutputOfTheTool_IsNotSeen) {
+    EXPECT_EQ(runShell("echo to the output; echo to the error >&2"), 0);
+    EXPECT_EQ(output, "");
+    EXPECT_EQ(log, "");
+}
+
+TEST_F(ApplicationLauncherTest, ToolThatDoesNotExist_IsMinus1AndLogged) {
+    const Arguments arguments = {"first", "second"};
+    EXPECT_EQ(run("/no/such/tool", &arguments), -1);
+    EXPECT_NE(
+        log.find(
+            "Task execution failed! \n\n command: \"/no/such/tool\" \n\n arguments: \"(first, second)\""),
+        std::string::npos)
+        << log;
+}
+
+TEST_F(ApplicationLauncherTest, ToolThatDoesNotExistWithoutArguments_IsLoggedWithoutArguments) {
+    EXPECT_EQ(run("/no/such/tool", nullptr), -1);
+    EXPECT_NE(log.find("Task execution failed! \n\n command: \"/no/such/tool\" \n\n arguments: \"(null)\""),
+              std::string::npos)
+        << log;
+}
+
+TEST_F(ApplicationLauncherTest, FileThatIsNoTool_IsMinus1) {
+    folder.write("text", "just a text");
+    EXPECT_EQ(run(folder.path("text"), nullptr), -1);
+}
+
+TEST_F(ApplicationLauncherTest, ArgumentThatIsNoText_IsMinus1) {
+    const Arguments arguments = {"valid", "\xFF\xFE"};
+    EXPECT_EQ(run("/bin/true", &arguments), -1);
+    EXPECT_NE(log.find("Task execution failed!"), std::string::npos) << log;
+}
+
+TEST_F(ApplicationLauncherTest, CommandThatIsNoText_IsMinus1) {
+    EXPECT_EQ(run("/bin/tr\xFFue", nullptr), -1);
+}
+
+TEST_F(ApplicationLauncherTest, Tasks_LeaveNoDescriptorOpen) {
+    ASSERT_EQ(run("/bin/true", nullptr), 0);
+    const auto openDescriptors = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
+                             std::filesystem::directory_iterator());
+    };
+    const auto before = openDescriptors();
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(run("/bin/true", nullptr), 0);
+        EXPECT_EQ(run("/no/such/tool", nullptr), -1);
+    }
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+}  // namespace
+}  // namespace dovrel

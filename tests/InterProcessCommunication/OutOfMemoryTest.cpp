@@ -1,0 +1,199 @@
+// Every request for memory fails once, one after the other: the operation then ends in an exception with its
+// outputs untouched, or does what it is for all the same. That nothing leaks and nothing is freed twice is
+// the sanitizers' part.
+#include <new>
+
+#include "InterProcessCommunication/Client_to_POS_Communicator.h"
+#include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
+#include "InterProcessCommunication/POSTransferObjTrader.h"
+#include "client/exceptions/CPPException.h"
+#include "tests/InterProcessCommunication/AllocationFault.h"
+#include "tests/InterProcessCommunication/ChannelFixture.h"
+#include "tests/serialization/Bytes.h"
+
+namespace dovrel {
+namespace {
+
+using test::AllocationFault;
+using test::arrayOf;
+using test::PlatformDouble;
+
+constexpr uint32_t kUntouched = 0xDEADBEEF;
+constexpr size_t kMostRequests = 1000;
+
+class OutOfMemoryTest : public test::ChannelFixture {
+  protected:
+    OutOfMemoryTest() {
+        install();
+        platform.processes = {"Merrowd"};
+        trader.setForwarder(&forwarder);
+    }
+
+    // Runs `operation` with its first request for memory failing, its second, and so on until it needs no
+    // more. It answers whether it has done what it is for; where it throws, `expectUntouched` follows.
+    template <class Operation, class Check>
+    void failEachRequest(Operation operation, Check expectUntouched) {
+        for (const auto duration : {AllocationFault::Duration::once, AllocationFault::Duration::forGood}) {
+            size_t nth = 1;
+            for (bool happened = true; happened; ++nth) {
+                ASSERT_LT(nth, kMostRequests);
+                Outcome outcome = runWithFault(nth, duration, operation);
+                happened = AllocationFault::happened();
+                if (outcome == Outcome::thrown) expectUntouched();
+                EXPECT_TRUE(happened || outcome == Outcome::done) << "failed without a reason at " << nth;
+                EXPECT_NE(outcome, Outcome::wrong) << "request " << nth;
+            }
+        }
+    }
+
+    MacOSXTransferObjForwarder forwarder;
+    POSTransferObjTrader trader;
+    const CPPObjectID objectId{arrayOf("abcdefghijklmnop")};
+    const CPPClassID classId{arrayOf("ABCDEFGHIJKLMNOP")};
+
+    std::string normalAnswer() {
+        POSTransferObj answer(1, 11, 0);
+        answer.writeUInt32(103, 5);
+        answer.writeByteArray(105, objectId);
+        answer.writeString(109, "info");
+        answer.writeString(111, "result");
+        answer.writeUInt32(115, 1);
+        answer.writeUInt32(118, 7);
+        answer.writeString(120, std::string("\1\0\0\0message", 11));
+        return test::textOf(answer.bytes());
+    }
+
+  private:
+    enum class Outcome { done, wrong, thrown };
+
+    template <class Operation>
+    static Outcome runWithFault(size_t nth, AllocationFault::Duration duration, Operation operation) {
+        const AllocationFault fault(nth, duration);
+        try {
+            return operation() ? Outcome::done : Outcome::wrong;
+        } catch (CPPException* caught) {
+            delete caught;
+        } catch (const std::bad_alloc&) {
+        }
+        return Outcome::thrown;
+    }
+};
+
+TEST_F(OutOfMemoryTest, RegisterApplication_EndsInAnExceptionOrRegisters) {
+    answerAlways(normalAnswer());
+    POSRegistration registration;
+    failEachRequest(
+        [&] {
+            registration.applicationId = kUntouched;
+            return trader.registerApplication("App", {classId}, objectId, registration) &&
+                   registration.applicationId == 5 && registration.checksClasses;
+        },
+        [&] { EXPECT_EQ(registration.applicationId, kUntouched); });
+}
+
+TEST_F(OutOfMemoryTest, InstantiateObject_EndsInAnExceptionOrHandsTheObjectOut) {
+    answerAlways(normalAnswer());
+    failEachRequest(
+        [&] {
+            CPPObjectID created;
+            POSServerMessage message;
+            try {
+                return trader.instantiateObject(5, classId, kNoExecuter, created, message) &&
+                       created.compare(objectId) == 0 && message.text == "message";
+            } catch (...) {
+                // Checked here, because the outputs end with this call.
+                EXPECT_EQ(created.getSize(), 0u);
+                EXPECT_EQ(message.flags, 0u);
+                throw;
+            }
+        },
+        [] {});
+}
+
+TEST_F(OutOfMemoryTest, CallMethod_EndsInAnExceptionOrHandsTheResultOut) {
+    answerAlways(normalAnswer());
+    uint8_t* result = nullptr;
+    uint32_t length = kUntouched;
+    failEachRequest(
+        [&] {
+            result = nullptr;
+            length = kUntouched;
+            POSServerMessage message;
+            const bool done =
+                trader.callMethod(5, nullptr, objectId, "name", nullptr, 0, &result, &length, message) &&
+                std::string(result, result + length) == "result" && message.text == "message";
+            delete[] result;
+            return done;
+        },
+        [&] {
+            EXPECT_EQ(result, nullptr);
+            EXPECT_EQ(length, kUntouched);
+        });
+}
+
+TEST_F(OutOfMemoryTest, ExecuteCommandAndGetInformation_EndInAnExceptionOrHandTheBlockOut) {
+    answerAlways(normalAnswer());
+    const uint8_t bytes[] = {1, 2, 3};
+    uint8_t* block = nullptr;
+    uint32_t length = kUntouched;
+    const auto expectUntouched = [&] {
+        EXPECT_EQ(block, nullptr);
+        EXPECT_EQ(length, kUntouched);
+    };
+    const auto run = [&](auto operation, const char* expected) {
+        failEachRequest(
+            [&] {
+                block = nullptr;
+                length = kUntouched;
+                const bool done = operation() && std::string(block, block + length) == expected;
+                delete[] block;
+                return done;
+            },
+            expectUntouched);
+    };
+    run([&] { return trader.executeCommand(5, bytes, 1, bytes, 3, &block, &length); }, "result");
+    run([&] { return trader.getInformation(5, bytes, 3, &block, &length); }, "info");
+}
+
+TEST_F(OutOfMemoryTest, ErrorAnswer_IsReleasedWhateverFails) {
+    POSTransferObj answer(1, 20, 0);
+    answer.writeString(150, "no such object");
+    answer.writeUInt32(151, 25);
+    answerAlways(test::textOf(answer.bytes()));
+    bool thrown = false;
+    failEachRequest(
+        [&] {
+            try {
+                trader.deleteObject(5, objectId);
+            } catch (CPPException* caught) {
+                const std::unique_ptr<CPPException> failure(caught);
+                thrown = thrown || failure->getTypeCode() == 25;
+                return true;
+            }
+            return false;
+        },
+        [] {});
+    EXPECT_TRUE(thrown);
+}
+
+TEST_F(OutOfMemoryTest, LostServer_IsReconnectedToOrTheRequestEndsInAnException) {
+    bool gone = true;
+    platform.server = [&gone, this](const test::SentEvent& event, AppleEvent* reply) {
+        if (event.eventID == 'data' && gone) {
+            gone = false;
+            return OSErr{procNotFound};
+        }
+        return PlatformDouble::answerWith(reply, normalAnswer());
+    };
+    testing::internal::CaptureStdout();
+    failEachRequest(
+        [&] {
+            gone = true;
+            return trader.unregisterApplication(5);
+        },
+        [] {});
+    testing::internal::GetCapturedStdout();
+}
+
+}  // namespace
+}  // namespace dovrel
