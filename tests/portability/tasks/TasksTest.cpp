@@ -102,7 +102,7 @@ TEST_F(Tasks, Create_WithReservedOptions_IsInsufficientResources) {
 
 TEST_F(Tasks, Create_WithMoreStackThanThereIs_IsInsufficientResources) {
     MPTaskID untouched = reinterpret_cast<MPTaskID>(this);
-    EXPECT_EQ(start(visit, ~ByteCount{0} / 4, 0, &untouched), kMPInsufficientResourcesErr);
+    EXPECT_EQ(start(visit, ~ByteCount{0} / 16 * 15, 0, &untouched), kMPInsufficientResourcesErr);
     EXPECT_EQ(untouched, reinterpret_cast<MPTaskID>(this));
 }
 
