@@ -1,7 +1,5 @@
 #include "settings/EntryReader.h"
 
-#include "settings/LineGrammar.h"
-
 namespace dovrel {
 
 EntryReader::Step EntryReader::next() {
@@ -12,9 +10,10 @@ EntryReader::Step EntryReader::next() {
             keyWaits_ = true;
             return Step::kKey;
         }
-        if (keyWaits_ && isValueLine(line)) {
+        if (!keyWaits_) continue;
+        if (const std::optional<ValueLine> found = valueLineOf(line)) {
             keyWaits_ = false;
-            takeValue(line);
+            takeValue(*found);
             return Step::kValue;
         }
     }
@@ -26,9 +25,9 @@ bool EntryReader::isKeyLine(std::string_view line) const {
     return line.substr(0, kKeyLineMark.size()) == kKeyLineMark;
 }
 
-void EntryReader::takeValue(std::string_view line) {
-    type_ = typeOfValueLine(line);
-    value_ = valueOfValueLine(line);
+void EntryReader::takeValue(const ValueLine& line) {
+    type_ = line.type;
+    value_ = line.value;
     if (type_ != PropertyType::kBinary) return;
 
     // The first line of the digits and the lines behind it are one piece of the text; the line feeds and

@@ -7,6 +7,7 @@
 
 #include <string_view>
 
+#include "settings/LineGrammar.h"
 #include "settings/PropertiesStringObj.h"
 #include "settings/PropertyType.h"
 
@@ -36,7 +37,7 @@ class EntryReader {
 
   private:
     bool isKeyLine(std::string_view line) const;
-    void takeValue(std::string_view line);
+    void takeValue(const ValueLine& line);
 
     PropertiesStringObj& cursor_;
     KeyLineRule rule_;

@@ -1,7 +1,6 @@
 #include "settings/LineGrammar.h"
 
 #include <array>
-#include <charconv>
 #include <limits>
 
 #include "settings/ReplaceAll.h"
@@ -27,13 +26,20 @@ constexpr std::array<uint8_t, 256> makeHexDigitValues() {
 
 constexpr std::array<uint8_t, 256> kHexDigitValues = makeHexDigitValues();
 
-bool isBlankOrTab(char c) {
-    return c == ' ' || c == '\t';
-}
-
 // The white space of the C locale, whatever locale the host has set.
 bool isWhiteSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+constexpr size_t kTypeWordLength = 3;
+static_assert(kIntegerWord.size() == kTypeWordLength && kStringWord.size() == kTypeWordLength &&
+              kBinaryWord.size() == kTypeWordLength);
+
+PropertyType typeOfWord(std::string_view word) {
+    if (word == kStringWord) return PropertyType::kString;
+    if (word == kIntegerWord) return PropertyType::kInteger;
+    if (word == kBinaryWord) return PropertyType::kBinary;
+    return PropertyType::kUnknown;
 }
 
 bool containsTypeWord(std::string_view line, std::string_view word) {
@@ -46,42 +52,20 @@ bool containsTypeWord(std::string_view line, std::string_view word) {
 
 }  // namespace
 
-std::string_view trimmed(std::string_view line) {
-    while (!line.empty() && isBlankOrTab(line.front()))
-        line.remove_prefix(1);
-    while (!line.empty() && isBlankOrTab(line.back()))
-        line.remove_suffix(1);
-    return line;
-}
-
-bool startsAsKeyLine(std::string_view line) {
-    return !line.empty() && line.front() == kKeyLineMark.front();
-}
-
 std::string_view keyOfKeyLine(std::string_view line) {
     return line.substr(line.size() < kKeyLineMark.size() ? line.size() : kKeyLineMark.size());
 }
 
-bool isValueLine(std::string_view line) {
-    // Nearly every value line begins with its type word, and then nothing needs to be searched for.
-    if (typeOfValueLine(line) != PropertyType::kUnknown) return true;
-    return containsTypeWord(line, kIntegerWord) || containsTypeWord(line, kStringWord) ||
-           containsTypeWord(line, kBinaryWord);
-}
-
-PropertyType typeOfValueLine(std::string_view line) {
-    const size_t end = line.find(kTypeWordEnd);
-    if (end == std::string_view::npos) return PropertyType::kUnknown;
-    const std::string_view word = line.substr(0, end);
-    if (word == kIntegerWord) return PropertyType::kInteger;
-    if (word == kStringWord) return PropertyType::kString;
-    if (word == kBinaryWord) return PropertyType::kBinary;
-    return PropertyType::kUnknown;
-}
-
-std::string_view valueOfValueLine(std::string_view line) {
-    const size_t end = line.find(kTypeWordEnd);
-    return end == std::string_view::npos ? std::string_view() : line.substr(end + 1);
+std::optional<ValueLine> valueLineOf(std::string_view line) {
+    // Nearly every line begins with its type word; only the others have to be searched.
+    if (line.size() > kTypeWordLength && line[kTypeWordLength] == kTypeWordEnd) {
+        const PropertyType type = typeOfWord(line.substr(0, kTypeWordLength));
+        if (type != PropertyType::kUnknown) return ValueLine{type, line.substr(kTypeWordLength + 1)};
+    }
+    const bool hasTypeWord = containsTypeWord(line, kIntegerWord) || containsTypeWord(line, kStringWord) ||
+                             containsTypeWord(line, kBinaryWord);
+    if (!hasTypeWord) return std::nullopt;
+    return ValueLine{PropertyType::kUnknown, line.substr(line.find(kTypeWordEnd) + 1)};
 }
 
 void appendKeyLine(std::string& output, std::string_view key) {
@@ -94,17 +78,10 @@ void appendLine(std::string& output, std::string_view line) {
     output += kLineFeed;
 }
 
-void appendDecimal(std::string& output, int32_t value) {
-    std::array<char, std::numeric_limits<int32_t>::digits10 + 3> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-    output.append(digits.data(), end);
-}
-
 void appendIntEntry(std::string& output, std::string_view key, int32_t value) {
     appendKeyLine(output, key);
     (output += kIntegerWord) += kTypeWordEnd;
-    appendDecimal(output, value);
-    output += kLineFeed;
+    appendLine(output, std::to_string(value));
 }
 
 void appendStringEntry(std::string& output, std::string_view key, std::string_view value) {

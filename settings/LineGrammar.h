@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,33 +26,45 @@ inline constexpr std::string_view kStringWord = "STR";
 inline constexpr std::string_view kBinaryWord = "BAR";
 inline constexpr std::string_view kEscapedLineFeed = "chg-lf";
 
+inline bool isBlankOrTab(char c) {
+    return c == ' ' || c == '\t';
+}
+
 /// The line without the blanks and tabs at both of its ends. Every other character, the carriage return too,
 /// stays.
-std::string_view trimmed(std::string_view line);
+inline std::string_view trimmed(std::string_view line) {
+    while (!line.empty() && isBlankOrTab(line.front()))
+        line.remove_prefix(1);
+    while (!line.empty() && isBlankOrTab(line.back()))
+        line.remove_suffix(1);
+    return line;
+}
 
 /// Whether the (trimmed) line is a key line where one "/" is enough to make it one, as in a properties text.
-bool startsAsKeyLine(std::string_view line);
+inline bool startsAsKeyLine(std::string_view line) {
+    return !line.empty() && line.front() == kKeyLineMark.front();
+}
 
 /// The key of a key line: all but its first two characters, whatever they are.
 std::string_view keyOfKeyLine(std::string_view line);
 
-/// Whether a value line's type word stands anywhere in the (trimmed) line.
-bool isValueLine(std::string_view line);
+/// A value line taken apart: the type that the word before its first ":" names, to the letter, and all that
+/// stands behind that ":".
+struct ValueLine {
+    PropertyType type;
+    std::string_view value;
+};
 
-/// The type that a value line names: what stands before its first ":", to the letter; unknown for everything
-/// else.
-PropertyType typeOfValueLine(std::string_view line);
-
-/// What stands after the first ":" of a value line.
-std::string_view valueOfValueLine(std::string_view line);
+/// Nothing when no type word with its ":" stands anywhere in the (trimmed) line. One that stands behind
+/// another word and
+/// ":" makes a value line of an unknown type.
+std::optional<ValueLine> valueLineOf(std::string_view line);
 
 /// Append one line, its line feed included.
 void appendKeyLine(std::string& output, std::string_view key);
 void appendLine(std::string& output, std::string_view line);
 
-/// Append what follows the type word on a value line of an integer, or a whole entry, key line and value
-/// line.
-void appendDecimal(std::string& output, int32_t value);
+/// Append a key line and the value line of an integer or of a text.
 void appendIntEntry(std::string& output, std::string_view key, int32_t value);
 void appendStringEntry(std::string& output, std::string_view key, std::string_view value);
 

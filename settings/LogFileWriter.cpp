@@ -4,7 +4,6 @@
 
 #include "platform/TextConversions.h"
 #include "settings/LineGrammar.h"
-#include "settings/PropertyValue.h"
 
 namespace dovrel {
 
@@ -21,12 +20,8 @@ void LogFileWriter::writeString(const std::string& key, const std::string& value
 }
 
 void LogFileWriter::writeBinary(const std::string& key, const void* bytes, uint32_t length) {
-    writeBinary(key, PropertyValue(bytes, length).binaryValue);
-}
-
-void LogFileWriter::writeBinary(const std::string& key, const CPPByteArray& value) {
     constexpr size_t kDigitsPerLine = 2 * kBytesPerLine;
-    const std::string digits = bytesToHexText(value);
+    const std::string digits = bytesToHexText(bytes, length);
     std::string_view rest = digits;
 
     appendKeyLine(output_, key);
@@ -36,6 +31,10 @@ void LogFileWriter::writeBinary(const std::string& key, const CPPByteArray& valu
         appendLine(output_, line);
         rest.remove_prefix(line.size());
     } while (!rest.empty());
+}
+
+void LogFileWriter::writeBinary(const std::string& key, const CPPByteArray& value) {
+    writeBinary(key, value.data(), value.getSize());
 }
 
 }  // namespace dovrel

@@ -22,7 +22,7 @@ void appendValue(std::string& output, const PropertyValue& value) {
     switch (value.type) {
         case PropertyType::kInteger:
             (output += kIntegerWord) += kTypeWordEnd;
-            appendDecimal(output, value.intValue);
+            output += std::to_string(value.intValue);
             break;
         case PropertyType::kString:
             (output += kStringWord) += kTypeWordEnd;
@@ -30,7 +30,8 @@ void appendValue(std::string& output, const PropertyValue& value) {
             break;
         case PropertyType::kBinary:
             (output += kBinaryWord) += kTypeWordEnd;
-            output += bytesToHexText(value.binaryValue);
+            output +=
+                bytesToHexText(value.binaryValue.data(), static_cast<uint32_t>(value.binaryValue.size()));
             break;
         case PropertyType::kUnknown:
             break;
@@ -39,37 +40,16 @@ void appendValue(std::string& output, const PropertyValue& value) {
 
 }  // namespace
 
-template <typename... Arguments>
-void Properties::add(std::string_view key, Arguments&&... arguments) {
-    // Saved texts come in the order of their keys, so most entries belong behind the last one.
-    auto place = values_.end();
-    if (!values_.empty() && !(std::prev(place)->first < key)) place = values_.lower_bound(key);
-    if (place != values_.end() && place->first == key) return;
-    values_.emplace_hint(place, std::piecewise_construct, std::forward_as_tuple(key),
-                         std::forward_as_tuple(std::forward<Arguments>(arguments)...));
-}
-
-template <typename... Arguments>
-void Properties::replace(const std::string& key, Arguments&&... arguments) {
-    const auto old = values_.find(key);
-    if (old == values_.end()) return;
-    // Made before the old entry goes, so that a key never loses its value for want of memory.
-    Values replacement;
-    replacement.try_emplace(key, std::forward<Arguments>(arguments)...);
-    values_.erase(old);
-    values_.merge(replacement);
-}
-
 void Properties::addInt(const std::string& key, int32_t value) {
-    add(key, value);
+    add(key, PropertyValue::ofInt(value));
 }
 
 void Properties::addString(const std::string& key, const std::string& value) {
-    add(key, std::string_view(value));
+    add(key, PropertyValue::ofString(value));
 }
 
 void Properties::addBinary(const std::string& key, const void* bytes, uint32_t length) {
-    add(key, bytes, length);
+    add(key, PropertyValue::ofBinary(bytes, length));
 }
 
 void Properties::addBinary(const std::string& key, const CPPByteArray& value) {
@@ -77,15 +57,15 @@ void Properties::addBinary(const std::string& key, const CPPByteArray& value) {
 }
 
 void Properties::replaceInt(const std::string& key, int32_t value) {
-    replace(key, value);
+    replace(key, PropertyValue::ofInt(value));
 }
 
 void Properties::replaceString(const std::string& key, const std::string& value) {
-    replace(key, std::string_view(value));
+    replace(key, PropertyValue::ofString(value));
 }
 
 void Properties::replaceBinary(const std::string& key, const void* bytes, uint32_t length) {
-    replace(key, bytes, length);
+    replace(key, PropertyValue::ofBinary(bytes, length));
 }
 
 void Properties::replaceBinary(const std::string& key, const CPPByteArray& value) {
@@ -93,15 +73,18 @@ void Properties::replaceBinary(const std::string& key, const CPPByteArray& value
 }
 
 bool Properties::remove(const std::string& key) {
-    return values_.erase(key) != 0;
+    const auto found = entries_.find(std::string_view(key));
+    if (found == entries_.end()) return false;
+    entries_.erase(found);
+    return true;
 }
 
 void Properties::clear() {
-    values_.clear();
+    entries_.clear();
 }
 
 bool Properties::contains(const std::string& key) const {
-    return find(key) != nullptr;
+    return entries_.find(std::string_view(key)) != entries_.end();
 }
 
 int32_t Properties::getInt(const std::string& key) const {
@@ -121,29 +104,31 @@ std::unique_ptr<CPPByteArray> Properties::getBinary(const std::string& key) cons
 }
 
 std::unique_ptr<CPPByteArray> Properties::getBinaryAt(int32_t index) const {
-    return std::make_unique<CPPByteArray>(at(index)->second.asBinary());
+    return std::make_unique<CPPByteArray>(at(index).value().asBinary());
 }
 
 std::string Properties::getKeyAt(int32_t index) const {
-    return at(index)->first;
+    return std::string(at(index).key());
 }
 
 bool Properties::findInt(const std::string& key, int32_t& value) const {
-    const PropertyValue* found = find(key);
-    if (found != nullptr) value = found->asInt();
-    return found != nullptr;
+    PropertyValue found;
+    if (!find(key, found)) return false;
+    value = found.asInt();
+    return true;
 }
 
 bool Properties::findString(const std::string& key, std::string& value) const {
-    const PropertyValue* found = find(key);
-    if (found != nullptr) value = found->asString();
-    return found != nullptr;
+    PropertyValue found;
+    if (!find(key, found)) return false;
+    value = found.asString();
+    return true;
 }
 
 bool Properties::findBinary(const std::string& key, CPPByteArray& value) const {
-    const PropertyValue* found = find(key);
-    if (found == nullptr) return false;
-    const CPPByteArray bytes = found->asBinary();
+    PropertyValue found;
+    if (!find(key, found)) return false;
+    const CPPByteArray bytes = found.asBinary();
     value.assign(bytes);
     if (value.getSize() != bytes.getSize()) throw std::bad_alloc();
     return true;
@@ -176,9 +161,13 @@ void Properties::load(std::string& text, bool throughCursor) {
 }
 
 void Properties::save(std::string& output) const {
-    for (const auto& [key, value] : values_) {
-        appendKeyLine(output, key);
-        appendValue(output, value);
+    // A guess is enough to save the text from growing many times; to add the lengths up would mean to walk
+    // through all of the memory twice.
+    constexpr size_t kUsualEntryLength = 100;
+    output.reserve(output.size() + entries_.size() * kUsualEntryLength);
+    for (const PropertyEntry& entry : entries_) {
+        appendKeyLine(output, entry.key());
+        appendValue(output, entry.value());
         output += kLineFeed;
     }
 }
@@ -186,14 +175,14 @@ void Properties::save(std::string& output) const {
 bool Properties::addParsed(std::string_view key, PropertyType type, std::string_view value) {
     switch (type) {
         case PropertyType::kInteger:
-            add(key, leadingInteger(value));
+            add(key, PropertyValue::ofInt(leadingInteger(value)));
             return true;
         case PropertyType::kString:
-            add(key, value);
+            add(key, PropertyValue::ofString(value));
             return true;
         case PropertyType::kBinary: {
             const std::string bytes = bytesOfHexText(value);
-            add(key, bytes.data(), bytes.size());
+            add(key, PropertyValue::ofBinary(bytes.data(), bytes.size()));
             return true;
         }
         case PropertyType::kUnknown:
@@ -208,23 +197,41 @@ Properties::File Properties::openForReading(const std::string& path) {
     return file;
 }
 
-const PropertyValue* Properties::find(const std::string& key) const {
-    const auto found = values_.find(key);
-    return found == values_.end() ? nullptr : &found->second;
+void Properties::add(std::string_view key, const PropertyValue& value) {
+    // Saved texts come in the order of their keys, so most entries belong behind the last one. An entry whose
+    // key is there already is made for nothing and dropped.
+    entries_.emplace_hint(entries_.end(), key, value);
 }
 
-const PropertyValue& Properties::get(const std::string& key, const char* typeName) const {
-    const PropertyValue* found = find(key);
-    if (found == nullptr) throw newMissingKeyFailure(key, typeName);
-    return *found;
+void Properties::replace(std::string_view key, const PropertyValue& value) {
+    const auto old = entries_.find(key);
+    if (old == entries_.end()) return;
+    // Made before the old entry goes, so that a key never loses its value for want of memory.
+    Entries replacement;
+    replacement.emplace(key, value);
+    entries_.erase(old);
+    entries_.merge(replacement);
 }
 
-Properties::Values::const_iterator Properties::at(int32_t index) const {
-    auto entry = values_.begin();
-    for (int32_t i = 0; i < index && entry != values_.end(); ++i)
+bool Properties::find(std::string_view key, PropertyValue& value) const {
+    const auto found = entries_.find(key);
+    if (found == entries_.end()) return false;
+    value = found->value();
+    return true;
+}
+
+PropertyValue Properties::get(const std::string& key, const char* typeName) const {
+    PropertyValue value;
+    if (!find(key, value)) throw newMissingKeyFailure(key, typeName);
+    return value;
+}
+
+const PropertyEntry& Properties::at(int32_t index) const {
+    auto entry = entries_.begin();
+    for (int32_t i = 0; i < index && entry != entries_.end(); ++i)
         ++entry;
-    if (entry == values_.end()) throw new CPPException(kIndexOutOfBounds);
-    return entry;
+    if (entry == entries_.end()) throw new CPPException(kIndexOutOfBounds);
+    return *entry;
 }
 
 }  // namespace dovrel

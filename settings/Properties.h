@@ -8,11 +8,12 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 
+#include "settings/PropertyEntry.h"
 #include "settings/PropertyValue.h"
 
 namespace dovrel {
@@ -45,7 +46,7 @@ class Properties {
     void clear();
 
     bool contains(const std::string& key) const;
-    size_t size() const { return values_.size(); }
+    size_t size() const { return entries_.size(); }
 
     /// The value of a key in the type asked for; a boolean is true for numbers above 0. Throw a CPPException
     /// that names the key when it is not there.
@@ -93,17 +94,15 @@ class Properties {
     static File openForReading(const std::string& path);
 
   private:
-    using Values = std::map<std::string, PropertyValue, std::less<>>;
+    using Entries = std::set<PropertyEntry, PropertyEntry::KeyOrder>;
 
-    template <typename... Arguments>
-    void add(std::string_view key, Arguments&&... arguments);
-    template <typename... Arguments>
-    void replace(const std::string& key, Arguments&&... arguments);
-    const PropertyValue* find(const std::string& key) const;
-    const PropertyValue& get(const std::string& key, const char* typeName) const;
-    Values::const_iterator at(int32_t index) const;
+    void add(std::string_view key, const PropertyValue& value);
+    void replace(std::string_view key, const PropertyValue& value);
+    bool find(std::string_view key, PropertyValue& value) const;
+    PropertyValue get(const std::string& key, const char* typeName) const;
+    const PropertyEntry& at(int32_t index) const;
 
-    Values values_;
+    Entries entries_;
 };
 
 }  // namespace dovrel

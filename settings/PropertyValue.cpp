@@ -1,31 +1,53 @@
 #include "settings/PropertyValue.h"
 
+#include <algorithm>
+#include <cstring>
 #include <limits>
 #include <new>
 
-#include "platform/TextConversions.h"
 #include "settings/LineGrammar.h"
 
 namespace dovrel {
 
 namespace {
 
-// Byte arrays keep their old content where memory runs out; a store that silently lost a value would be worse
-// than one that could not be filled.
-void fill(CPPByteArray& array, const void* bytes, size_t length) {
+// Byte arrays keep their old content where memory runs out; handing out none of a value's bytes without a
+// word would be worse than failing.
+CPPByteArray arrayOf(const void* bytes, size_t length) {
     if (length > std::numeric_limits<uint32_t>::max()) throw std::bad_alloc();
+    CPPByteArray array;
     array.set(bytes, static_cast<uint32_t>(length));
     if (array.getSize() != length) throw std::bad_alloc();
+    return array;
+}
+
+int32_t leadingBytesAsInt(std::string_view bytes) {
+    int32_t value = 0;
+    if (!bytes.empty()) std::memcpy(&value, bytes.data(), std::min(bytes.size(), sizeof value));
+    return value;
 }
 
 }  // namespace
 
-PropertyValue::PropertyValue(int32_t value) : type(PropertyType::kInteger), intValue(value) {}
+PropertyValue PropertyValue::ofInt(int32_t value) {
+    PropertyValue result;
+    result.type = PropertyType::kInteger;
+    result.intValue = value;
+    return result;
+}
 
-PropertyValue::PropertyValue(std::string_view value) : type(PropertyType::kString), stringValue(value) {}
+PropertyValue PropertyValue::ofString(std::string_view value) {
+    PropertyValue result;
+    result.type = PropertyType::kString;
+    result.stringValue = value;
+    return result;
+}
 
-PropertyValue::PropertyValue(const void* bytes, size_t length) : type(PropertyType::kBinary) {
-    fill(binaryValue, bytes, length);
+PropertyValue PropertyValue::ofBinary(const void* bytes, size_t length) {
+    PropertyValue result;
+    result.type = PropertyType::kBinary;
+    result.binaryValue = std::string_view(static_cast<const char*>(bytes), length);
+    return result;
 }
 
 int32_t PropertyValue::asInt() const {
@@ -35,13 +57,11 @@ int32_t PropertyValue::asInt() const {
         case PropertyType::kString:
             return leadingInteger(stringValue);
         case PropertyType::kBinary:
-            break;
+            return leadingBytesAsInt(binaryValue);
         case PropertyType::kUnknown:
-            return 0;
+            break;
     }
-    int32_t value = 0;
-    binaryValue.readBytes(0, &value, sizeof value);
-    return value;
+    return 0;
 }
 
 std::string PropertyValue::asString() const {
@@ -49,9 +69,9 @@ std::string PropertyValue::asString() const {
         case PropertyType::kInteger:
             return std::to_string(intValue);
         case PropertyType::kString:
-            return stringValue;
+            return std::string(stringValue);
         case PropertyType::kBinary:
-            return bytesToText(binaryValue);
+            return std::string(binaryValue);
         case PropertyType::kUnknown:
             break;
     }
@@ -59,21 +79,17 @@ std::string PropertyValue::asString() const {
 }
 
 CPPByteArray PropertyValue::asBinary() const {
-    CPPByteArray bytes;
     switch (type) {
         case PropertyType::kInteger:
-            fill(bytes, &intValue, sizeof intValue);
-            break;
+            return arrayOf(&intValue, sizeof intValue);
         case PropertyType::kString:
-            fill(bytes, stringValue.data(), stringValue.size());
-            break;
+            return arrayOf(stringValue.data(), stringValue.size());
         case PropertyType::kBinary:
-            fill(bytes, binaryValue.data(), binaryValue.getSize());
-            break;
+            return arrayOf(binaryValue.data(), binaryValue.size());
         case PropertyType::kUnknown:
             break;
     }
-    return bytes;
+    return CPPByteArray();
 }
 
 }  // namespace dovrel

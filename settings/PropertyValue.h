@@ -1,6 +1,8 @@
-// One typed value of a Properties store, readable as each of the three types.
+// One typed value of a Properties store, readable as each of the three types. It refers to the bytes of a
+// string or byte array and does not own them: they must outlive it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -10,20 +12,18 @@
 
 namespace dovrel {
 
-/// The type tells which one of the other members counts. Values are copied and moved but not assigned,
-/// because the assignment of a byte array passes over empty ones.
+/// The type tells which one of the other members counts.
 struct PropertyValue {
-    explicit PropertyValue(int32_t value);
-    explicit PropertyValue(std::string_view value);
+    PropertyType type = PropertyType::kUnknown;
+    int32_t intValue = 0;
+    std::string_view stringValue;
+    std::string_view binaryValue;
 
-    /// Copies `length` bytes; `bytes` may be null when there are none. std::bad_alloc when they find no room.
-    PropertyValue(const void* bytes, size_t length);
+    static PropertyValue ofInt(int32_t value);
+    static PropertyValue ofString(std::string_view value);
 
-    PropertyValue(const PropertyValue&) = default;
-    PropertyValue(PropertyValue&&) = default;
-    PropertyValue& operator=(const PropertyValue&) = delete;
-    PropertyValue& operator=(PropertyValue&&) = delete;
-    ~PropertyValue() = default;
+    /// `bytes` may be null when `length` is 0.
+    static PropertyValue ofBinary(const void* bytes, size_t length);
 
     /// A string gives the decimal number at its front (0 where there is none, the nearest number that fits
     /// where it is too large); bytes give their first four in the processor's order, missing ones counting as
@@ -36,11 +36,6 @@ struct PropertyValue {
     /// An integer gives its four bytes in the processor's order; a string its characters without a
     /// terminator; an unknown type gives no bytes. std::bad_alloc when they find no room.
     CPPByteArray asBinary() const;
-
-    PropertyType type = PropertyType::kUnknown;
-    int32_t intValue = 0;
-    std::string stringValue;
-    CPPByteArray binaryValue;
 };
 
 }  // namespace dovrel

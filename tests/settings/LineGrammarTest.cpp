@@ -39,43 +39,37 @@ TEST(LineGrammar, KeyOfKeyLine_DropsTheFirstTwoCharactersWhateverTheyAre) {
     EXPECT_EQ(keyOfKeyLine(""), "");
 }
 
-TEST(LineGrammar, IsValueLine_TypeWordAnywhereInTheLine_IsOne) {
-    EXPECT_TRUE(isValueLine("INT:1"));
-    EXPECT_TRUE(isValueLine("STR:"));
-    EXPECT_TRUE(isValueLine("BAR:00"));
-    EXPECT_TRUE(isValueLine("some words STR:x"));
-    EXPECT_TRUE(isValueLine("a:b BAR:"));
-    EXPECT_TRUE(isValueLine("INTINT:"));
+TEST(LineGrammar, ValueLineOf_TypeWordAnywhereInTheLine_IsOne) {
+    for (const char* line :
+         {"INT:1", "STR:", "BAR:00", "some words STR:x", "a:b BAR:", "INTINT:", "INT:STR:"}) {
+        EXPECT_TRUE(valueLineOf(line).has_value()) << line;
+    }
 }
 
-TEST(LineGrammar, IsValueLine_WithoutTypeWordAndColon_IsNone) {
-    EXPECT_FALSE(isValueLine(""));
-    EXPECT_FALSE(isValueLine("INT"));
-    EXPECT_FALSE(isValueLine("INT :1"));
-    EXPECT_FALSE(isValueLine("str:x"));
-    EXPECT_FALSE(isValueLine("text: x"));
-    EXPECT_FALSE(isValueLine("STR BAR"));
+TEST(LineGrammar, ValueLineOf_NoTypeWordWithItsColon_IsNone) {
+    for (const char* line : {"", "INT", "INT :1", "str:x", "text: x", "STR BAR", "abc:d"}) {
+        EXPECT_FALSE(valueLineOf(line).has_value()) << line;
+    }
 }
 
-TEST(LineGrammar, TypeOfValueLine_IsTheWordBeforeTheFirstColon) {
-    EXPECT_EQ(typeOfValueLine("INT:STR:"), PropertyType::kInteger);
-    EXPECT_EQ(typeOfValueLine("STR:INT:"), PropertyType::kString);
-    EXPECT_EQ(typeOfValueLine("BAR:"), PropertyType::kBinary);
+TEST(LineGrammar, ValueLineOf_Type_IsTheWordBeforeTheFirstColon) {
+    EXPECT_EQ(valueLineOf("INT:STR:")->type, PropertyType::kInteger);
+    EXPECT_EQ(valueLineOf("STR:INT:")->type, PropertyType::kString);
+    EXPECT_EQ(valueLineOf("BAR:")->type, PropertyType::kBinary);
 }
 
-TEST(LineGrammar, TypeOfValueLine_AnyOtherWord_IsUnknown) {
-    EXPECT_EQ(typeOfValueLine("xINT:1"), PropertyType::kUnknown);
-    EXPECT_EQ(typeOfValueLine("note: STR:x"), PropertyType::kUnknown);
-    EXPECT_EQ(typeOfValueLine(":INT:1"), PropertyType::kUnknown);
-    EXPECT_EQ(typeOfValueLine("INT"), PropertyType::kUnknown);
+TEST(LineGrammar, ValueLineOf_AnyOtherWordInFront_IsOfUnknownType) {
+    for (const char* line : {"xINT:1", "note: STR:x", ":INT:1", "abc:INT:", "INTSTR:"}) {
+        EXPECT_EQ(valueLineOf(line)->type, PropertyType::kUnknown) << line;
+    }
     EXPECT_EQ(static_cast<int>(PropertyType::kUnknown), 0xFF);
 }
 
-TEST(LineGrammar, ValueOfValueLine_IsAllBehindTheFirstColon) {
-    EXPECT_EQ(valueOfValueLine("STR:a:b"), "a:b");
-    EXPECT_EQ(valueOfValueLine("STR: a"), " a");
-    EXPECT_EQ(valueOfValueLine("STR:"), "");
-    EXPECT_EQ(valueOfValueLine("STR"), "");
+TEST(LineGrammar, ValueLineOf_Value_IsAllBehindTheFirstColon) {
+    EXPECT_EQ(valueLineOf("STR:a:b")->value, "a:b");
+    EXPECT_EQ(valueLineOf("STR: a")->value, " a");
+    EXPECT_EQ(valueLineOf("STR:")->value, "");
+    EXPECT_EQ(valueLineOf("note: STR:x")->value, " STR:x");
 }
 
 TEST(LineGrammar, AppendEntries_GiveKeyLineAndValueLine) {
@@ -85,12 +79,11 @@ TEST(LineGrammar, AppendEntries_GiveKeyLineAndValueLine) {
     EXPECT_EQ(text, "//number\nINT:-5\n//word\nSTR: as it is:\n");
 }
 
-TEST(LineGrammar, AppendDecimal_BothEndsOfTheRange) {
+TEST(LineGrammar, AppendIntEntry_BothEndsOfTheRange) {
     std::string text;
-    appendDecimal(text, std::numeric_limits<int32_t>::min());
-    text += ' ';
-    appendDecimal(text, std::numeric_limits<int32_t>::max());
-    EXPECT_EQ(text, "-2147483648 2147483647");
+    appendIntEntry(text, "a", std::numeric_limits<int32_t>::min());
+    appendIntEntry(text, "b", std::numeric_limits<int32_t>::max());
+    EXPECT_EQ(text, "//a\nINT:-2147483648\n//b\nINT:2147483647\n");
 }
 
 TEST(LineGrammar, LeadingInteger_DigitsThenOtherCharacters_AreTheDigits) {

@@ -222,16 +222,14 @@ TEST(Properties, FindBinary_EmptyValue_EmptiesTheOutput) {
 }
 
 TEST(Properties, ToText_OneValueAsSaveWritesIt) {
-    EXPECT_EQ(Properties::toText(PropertyValue(-12)), "INT:-12");
-    EXPECT_EQ(Properties::toText(PropertyValue(std::string_view(" a:b"))), "STR: a:b");
-    EXPECT_EQ(Properties::toText(PropertyValue("\x00\xAB\x0F", 3)), "BAR:00AB0F");
-    EXPECT_EQ(Properties::toText(PropertyValue(nullptr, 0)), "BAR:");
+    EXPECT_EQ(Properties::toText(PropertyValue::ofInt(-12)), "INT:-12");
+    EXPECT_EQ(Properties::toText(PropertyValue::ofString(" a:b")), "STR: a:b");
+    EXPECT_EQ(Properties::toText(PropertyValue::ofBinary("\x00\xAB\x0F", 3)), "BAR:00AB0F");
+    EXPECT_EQ(Properties::toText(PropertyValue::ofBinary(nullptr, 0)), "BAR:");
 }
 
 TEST(Properties, ToText_UnknownType_IsEmpty) {
-    PropertyValue value(1);
-    value.type = PropertyType::kUnknown;
-    EXPECT_EQ(Properties::toText(value), "");
+    EXPECT_EQ(Properties::toText(PropertyValue()), "");
 }
 
 TEST(Properties, KeyDigest_SumOfBytesTimesPositions_InUpperCaseHexadecimal) {

@@ -19,7 +19,7 @@ std::string nativeBytes(int32_t value) {
 }
 
 TEST(PropertyValue, Integer_ReadAsEachType) {
-    const PropertyValue value(-5);
+    const PropertyValue value = PropertyValue::ofInt(-5);
     EXPECT_EQ(value.type, PropertyType::kInteger);
     EXPECT_EQ(value.asInt(), -5);
     EXPECT_EQ(value.asString(), "-5");
@@ -27,7 +27,7 @@ TEST(PropertyValue, Integer_ReadAsEachType) {
 }
 
 TEST(PropertyValue, String_ReadAsEachType) {
-    const PropertyValue value(std::string_view("12ab"));
+    const PropertyValue value = PropertyValue::ofString("12ab");
     EXPECT_EQ(value.type, PropertyType::kString);
     EXPECT_EQ(value.asInt(), 12);
     EXPECT_EQ(value.asString(), "12ab");
@@ -36,7 +36,7 @@ TEST(PropertyValue, String_ReadAsEachType) {
 
 TEST(PropertyValue, Binary_ReadAsEachType) {
     const std::string bytes = nativeBytes(0x01020304) + "more";
-    const PropertyValue value(bytes.data(), bytes.size());
+    const PropertyValue value = PropertyValue::ofBinary(bytes.data(), bytes.size());
     EXPECT_EQ(value.type, PropertyType::kBinary);
     EXPECT_EQ(value.asInt(), 0x01020304);
     EXPECT_EQ(value.asString(), bytes);
@@ -45,30 +45,23 @@ TEST(PropertyValue, Binary_ReadAsEachType) {
 
 TEST(PropertyValue, BinaryOfFewerThanFourBytes_AsInt_IsExtendedByZeros) {
     const std::string whole = nativeBytes(0x00000201);
-    EXPECT_EQ(PropertyValue(whole.data(), 2).asInt(), 0x0201);
-    EXPECT_EQ(PropertyValue(nullptr, 0).asInt(), 0);
+    EXPECT_EQ(PropertyValue::ofBinary(whole.data(), 2).asInt(), 0x0201);
+    EXPECT_EQ(PropertyValue::ofBinary(nullptr, 0).asInt(), 0);
 }
 
 TEST(PropertyValue, UnknownType_IsZeroAndEmpty) {
-    PropertyValue value(7);
-    value.type = PropertyType::kUnknown;
+    const PropertyValue value;
+    EXPECT_EQ(value.type, PropertyType::kUnknown);
     EXPECT_EQ(value.asInt(), 0);
     EXPECT_EQ(value.asString(), "");
     EXPECT_EQ(value.asBinary().getSize(), 0u);
 }
 
 TEST(PropertyValue, EmptyStringAndEmptyBinary_AreEmptyInEachForm) {
-    EXPECT_EQ(PropertyValue(std::string_view()).asBinary().getSize(), 0u);
-    EXPECT_EQ(PropertyValue(std::string_view()).asInt(), 0);
-    EXPECT_EQ(PropertyValue(nullptr, 0).asString(), "");
-    EXPECT_EQ(PropertyValue(nullptr, 0).asBinary().getSize(), 0u);
-}
-
-TEST(PropertyValue, Copy_OwnsItsBytes) {
-    PropertyValue first("ab", 2);
-    const PropertyValue copy(first);
-    first.binaryValue.setByte(0, 'x');
-    EXPECT_EQ(copy.asString(), "ab");
+    EXPECT_EQ(PropertyValue::ofString("").asBinary().getSize(), 0u);
+    EXPECT_EQ(PropertyValue::ofString("").asInt(), 0);
+    EXPECT_EQ(PropertyValue::ofBinary(nullptr, 0).asString(), "");
+    EXPECT_EQ(PropertyValue::ofBinary(nullptr, 0).asBinary().getSize(), 0u);
 }
 
 }  // namespace

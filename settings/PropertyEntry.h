@@ -1,0 +1,42 @@
+// One entry of a Properties store: a key and its value. The entry owns all bytes of both, in one block,
+// because stores with a hundred thousand entries spend most of their time in the heap.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "settings/PropertyValue.h"
+
+namespace dovrel {
+
+class PropertyEntry {
+  public:
+    /// Copies the key and the bytes of the value.
+    PropertyEntry(std::string_view key, const PropertyValue& value);
+    PropertyEntry(const PropertyEntry& other);
+    PropertyEntry& operator=(const PropertyEntry&) = delete;
+
+    /// Both refer to bytes of the entry.
+    std::string_view key() const { return std::string_view(bytes_.get(), keyLength_); }
+    PropertyValue value() const;
+
+    /// The order of entries in a store: that of the bytes of their keys; of two keys with a common beginning
+    /// the shorter one comes first.
+    struct KeyOrder {
+        using is_transparent = void;
+        bool operator()(const PropertyEntry& a, const PropertyEntry& b) const { return a.key() < b.key(); }
+        bool operator()(const PropertyEntry& a, std::string_view b) const { return a.key() < b; }
+        bool operator()(std::string_view a, const PropertyEntry& b) const { return a < b.key(); }
+    };
+
+  private:
+    std::unique_ptr<char[]> bytes_;  // the key, behind it the string or byte array
+    size_t keyLength_;
+    size_t valueLength_;
+    int32_t intValue_;
+    PropertyType type_;
+};
+
+}  // namespace dovrel
