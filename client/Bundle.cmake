@@ -21,7 +21,7 @@ else()
     file(CONFIGURE OUTPUT exported.map CONTENT "{\n    global:\n        @exported_symbols@;\n    local:\n        *;\n};\n" @ONLY)
     # Foundation cannot be unloaded once its classes are registered, so neither can the bundle that has it loaded.
     target_link_options(dovrel PRIVATE "-Wl,--version-script,${CMAKE_CURRENT_BINARY_DIR}/exported.map"
-        -Wl,-z,defs -Wl,-z,nodelete)
+        -Wl,-soname,Dovrel -Wl,-z,defs -Wl,-z,nodelete)
     set_property(TARGET dovrel APPEND PROPERTY LINK_DEPENDS "${CMAKE_CURRENT_BINARY_DIR}/exported.map")
 endif()
 
