@@ -1,7 +1,7 @@
 // Byte array lists: an ordered list of byte arrays as one structured block.
 //
-// The block has the type number 8. Part 0 holds the number of elements (32 bits, little-endian), element i
-// the part with the tag 5 + 2 i.
+// The block has the type number 8. The part with the tag 0 holds the number of elements (32 bits,
+// little-endian), element i the part with the tag 5 + 2 i.
 #pragma once
 
 #include <cstdint>

@@ -27,6 +27,12 @@ CPPExpandingByteArray expandingArrayOf(std::string_view text) {
     return array;
 }
 
+CPPByteArray plainArray(uint32_t size) {
+    CPPByteArray array;
+    array.setFilled(size, 0xEE);
+    return array;
+}
+
 CPPByteArray arrayOfHex(std::string_view digits) {
     std::string bytes;
     for (size_t i = 0; i < digits.size();) {

@@ -18,6 +18,9 @@ namespace dovrel::test {
 CPPByteArray arrayOf(std::string_view text);
 CPPExpandingByteArray expandingArrayOf(std::string_view text);
 
+// An array of that size that cannot grow, filled with EE.
+CPPByteArray plainArray(uint32_t size);
+
 // From pairs of hexadecimal digits with or without blanks between them: "41 73 41 6B".
 CPPByteArray arrayOfHex(std::string_view digits);
 

@@ -3,8 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
-#include <sstream>
-#include <utility>
+#include <string>
 #include <vector>
 
 #include "tests/serialization/Bytes.h"
@@ -17,131 +16,6 @@ using test::arrayOf;
 using test::arrayOfHex;
 using test::hexOf;
 using test::textOf;
-
-TEST(CPPByteArray, Default_IsEmptyAndHasNoBlock) {
-    const CPPByteArray array;
-    EXPECT_EQ(array.getSize(), 0u);
-    EXPECT_EQ(array.data(), nullptr);
-}
-
-TEST(CPPByteArray, Copy_HasItsOwnBlock) {
-    CPPByteArray original = arrayOf("abc");
-    const CPPByteArray copy(original);
-    original.setByte(0, 'X');
-    EXPECT_EQ(textOf(copy), "abc");
-}
-
-TEST(CPPByteArray, CopyOfEmpty_IsEmptyAndHasNoBlock) {
-    const CPPByteArray original;
-    const CPPByteArray copy(original);
-    EXPECT_EQ(copy.getSize(), 0u);
-    EXPECT_EQ(copy.data(), nullptr);
-}
-
-TEST(CPPByteArray, Move_TakesTheBlockAndLeavesTheOtherEmpty) {
-    CPPByteArray original = arrayOf("abc");
-    const uint8_t* const block = original.data();
-    const CPPByteArray moved(std::move(original));
-    EXPECT_EQ(moved.data(), block);
-    EXPECT_EQ(textOf(moved), "abc");
-    EXPECT_EQ(original.getSize(), 0u);
-    EXPECT_EQ(original.data(), nullptr);
-}
-
-TEST(CPPByteArray, Assignment_CopiesANonEmptyArray) {
-    CPPByteArray original = arrayOf("abc");
-    CPPByteArray target = arrayOf("a longer text");
-    target = original;
-    original.setByte(0, 'X');
-    EXPECT_EQ(textOf(target), "abc");
-}
-
-TEST(CPPByteArray, Assignment_OfAnEmptyArray_KeepsTheOldContent) {
-    CPPByteArray target = arrayOf("old");
-    target = CPPByteArray();
-    EXPECT_EQ(textOf(target), "old");
-}
-
-TEST(CPPByteArray, Assignment_OfItself_KeepsTheContent) {
-    CPPByteArray array = arrayOf("same");
-    const uint8_t* const block = array.data();
-    const CPPByteArray& same = array;
-    array = same;
-    EXPECT_EQ(textOf(array), "same");
-    EXPECT_EQ(array.data(), block);
-}
-
-TEST(CPPByteArray, Assign_OfAnEmptyArray_Empties) {
-    CPPByteArray target = arrayOf("old");
-    target.assign(CPPByteArray());
-    EXPECT_EQ(target.getSize(), 0u);
-    EXPECT_EQ(target.data(), nullptr);
-}
-
-TEST(CPPByteArray, Assign_CopiesAndMayNameItself) {
-    CPPByteArray target = arrayOf("old");
-    target.assign(arrayOf("newer"));
-    EXPECT_EQ(textOf(target), "newer");
-    target.assign(target);
-    EXPECT_EQ(textOf(target), "newer");
-}
-
-TEST(CPPByteArray, Set_ReplacesTheContent) {
-    CPPByteArray array = arrayOf("old");
-    array.set("newer", 5);
-    EXPECT_EQ(textOf(array), "newer");
-}
-
-TEST(CPPByteArray, Set_OfLengthZero_LeavesNoBlock) {
-    CPPByteArray array = arrayOf("old");
-    array.set(nullptr, 0);
-    EXPECT_EQ(array.getSize(), 0u);
-    EXPECT_EQ(array.data(), nullptr);
-}
-
-TEST(CPPByteArray, Set_FromItsOwnBytes_KeepsThem) {
-    CPPByteArray array = arrayOf("abcdef");
-    array.set(array.data() + 2, 3);
-    EXPECT_EQ(textOf(array), "cde");
-}
-
-TEST(CPPByteArray, SetFilled_RepeatsTheByte) {
-    CPPByteArray array = arrayOf("old");
-    array.setFilled(5, 0xA5);
-    EXPECT_EQ(hexOf(array), "A5 A5 A5 A5 A5");
-    array.setFilled(0, 0xA5);
-    EXPECT_EQ(array.data(), nullptr);
-}
-
-TEST(CPPByteArray, SetFromPart_CopiesARangeOfTheSource) {
-    CPPByteArray array = arrayOf("old");
-    array.setFromPart(arrayOf("abcdef"), 2, 3);
-    EXPECT_EQ(textOf(array), "cde");
-}
-
-TEST(CPPByteArray, SetFromPart_BeyondTheSource_HasTheLengthAllTheSame) {
-    CPPByteArray array;
-    array.setFromPart(arrayOf("abcdef"), 4, 5);
-    ASSERT_EQ(array.getSize(), 5u);
-    EXPECT_EQ(array.getByte(0), 'e');
-    EXPECT_EQ(array.getByte(1), 'f');
-    array.setFromPart(arrayOf("abcdef"), 6, 2);
-    EXPECT_EQ(array.getSize(), 2u);
-    array.setFromPart(CPPByteArray(), 0xFFFFFFFF, 1);
-    EXPECT_EQ(array.getSize(), 1u);
-}
-
-TEST(CPPByteArray, SetFromPart_BytesThatTheSourceLacks_CarryNothingFromTheHeap) {
-    CPPByteArray array = arrayOf("secret");
-    array.setFromPart(arrayOf("ab"), 0, 6);
-    EXPECT_EQ(hexOf(array), "61 62 00 00 00 00");
-}
-
-TEST(CPPByteArray, SetFromPart_OfItself_TakesTheRange) {
-    CPPByteArray array = arrayOf("abcdef");
-    array.setFromPart(array, 1, 2);
-    EXPECT_EQ(textOf(array), "bc");
-}
 
 TEST(CPPByteArray, GetByte_AtSizeAndBeyond_IsZero) {
     const CPPByteArray array = arrayOf("ab");
@@ -279,50 +153,6 @@ TEST(CPPByteArray, Less_OrdersSortedContainers) {
         inOrder.push_back(textOf(key));
     }
     EXPECT_EQ(inOrder, (std::vector<std::string>{"", "ab", "abc", "b"}));
-}
-
-TEST(CPPByteArray, LoadFromStream_TakesTheWholeStreamFromItsStart) {
-    std::istringstream stream("whole text");
-    stream.seekg(4);
-    CPPByteArray array = arrayOf("old");
-    array.loadFromStream(stream);
-    EXPECT_EQ(textOf(array), "whole text");
-}
-
-TEST(CPPByteArray, LoadFromStream_OfAnEmptyStream_Empties) {
-    std::istringstream stream("");
-    CPPByteArray array = arrayOf("old");
-    array.loadFromStream(stream);
-    EXPECT_EQ(array.getSize(), 0u);
-}
-
-TEST(CPPByteArray, LoadFromStream_ThatCannotBeMeasured_ChangesNothing) {
-    std::istringstream stream("text");
-    stream.setstate(std::ios::badbit);
-    CPPByteArray array = arrayOf("old");
-    array.loadFromStream(stream);
-    EXPECT_EQ(textOf(array), "old");
-}
-
-TEST(CPPByteArray, LoadFromStream_WithALength_TakesTheNextBytes) {
-    std::istringstream stream("abcdef");
-    CPPByteArray array;
-    array.loadFromStream(stream, 2);
-    EXPECT_EQ(textOf(array), "ab");
-    array.loadFromStream(stream, 3);
-    EXPECT_EQ(textOf(array), "cde");
-    array.loadFromStream(stream, 0);
-    EXPECT_EQ(array.data(), nullptr);
-}
-
-TEST(CPPByteArray, LoadFromStream_OfAShortStream_HasTheLengthAllTheSame) {
-    std::istringstream stream("ab");
-    CPPByteArray array;
-    array.loadFromStream(stream, 4);
-    ASSERT_EQ(array.getSize(), 4u);
-    EXPECT_EQ(array.getByte(0), 'a');
-    EXPECT_EQ(array.getByte(1), 'b');
-    EXPECT_TRUE(stream.eof());
 }
 
 TEST(CPPByteArray, VirtualOperations_StandInTheirOrder) {

@@ -1,0 +1,190 @@
+// Where the content of a byte array comes from: other arrays, buffers, fills and streams.
+
+#include "serialization/CPPByteArray.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <utility>
+
+#include "tests/serialization/Bytes.h"
+
+namespace dovrel {
+namespace {
+
+using test::arrayOf;
+using test::arrayOfHex;
+using test::hexOf;
+using test::textOf;
+
+TEST(CPPByteArrayContent, Default_IsEmptyAndHasNoBlock) {
+    const CPPByteArray array;
+    EXPECT_EQ(array.getSize(), 0u);
+    EXPECT_EQ(array.data(), nullptr);
+}
+
+TEST(CPPByteArrayContent, Copy_HasItsOwnBlock) {
+    CPPByteArray original = arrayOf("abc");
+    const CPPByteArray copy(original);
+    original.setByte(0, 'X');
+    EXPECT_EQ(textOf(copy), "abc");
+}
+
+TEST(CPPByteArrayContent, CopyOfEmpty_IsEmptyAndHasNoBlock) {
+    const CPPByteArray original;
+    const CPPByteArray copy(original);
+    EXPECT_EQ(copy.getSize(), 0u);
+    EXPECT_EQ(copy.data(), nullptr);
+}
+
+TEST(CPPByteArrayContent, Move_TakesTheBlockAndLeavesTheOtherEmpty) {
+    CPPByteArray original = arrayOf("abc");
+    const uint8_t* const block = original.data();
+    const CPPByteArray moved(std::move(original));
+    EXPECT_EQ(moved.data(), block);
+    EXPECT_EQ(textOf(moved), "abc");
+    EXPECT_EQ(original.getSize(), 0u);
+    EXPECT_EQ(original.data(), nullptr);
+}
+
+TEST(CPPByteArrayContent, Assignment_CopiesANonEmptyArray) {
+    CPPByteArray original = arrayOf("abc");
+    CPPByteArray target = arrayOf("a longer text");
+    target = original;
+    original.setByte(0, 'X');
+    EXPECT_EQ(textOf(target), "abc");
+}
+
+TEST(CPPByteArrayContent, Assignment_OfAnEmptyArray_KeepsTheOldContent) {
+    CPPByteArray target = arrayOf("old");
+    target = CPPByteArray();
+    EXPECT_EQ(textOf(target), "old");
+}
+
+TEST(CPPByteArrayContent, Assignment_OfItself_KeepsTheContent) {
+    CPPByteArray array = arrayOf("same");
+    const uint8_t* const block = array.data();
+    const CPPByteArray& same = array;
+    array = same;
+    EXPECT_EQ(textOf(array), "same");
+    EXPECT_EQ(array.data(), block);
+}
+
+TEST(CPPByteArrayContent, Assign_OfAnEmptyArray_Empties) {
+    CPPByteArray target = arrayOf("old");
+    target.assign(CPPByteArray());
+    EXPECT_EQ(target.getSize(), 0u);
+    EXPECT_EQ(target.data(), nullptr);
+}
+
+TEST(CPPByteArrayContent, Assign_CopiesAndMayNameItself) {
+    CPPByteArray target = arrayOf("old");
+    target.assign(arrayOf("newer"));
+    EXPECT_EQ(textOf(target), "newer");
+    target.assign(target);
+    EXPECT_EQ(textOf(target), "newer");
+}
+
+TEST(CPPByteArrayContent, Set_ReplacesTheContent) {
+    CPPByteArray array = arrayOf("old");
+    array.set("newer", 5);
+    EXPECT_EQ(textOf(array), "newer");
+}
+
+TEST(CPPByteArrayContent, Set_OfLengthZero_LeavesNoBlock) {
+    CPPByteArray array = arrayOf("old");
+    array.set(nullptr, 0);
+    EXPECT_EQ(array.getSize(), 0u);
+    EXPECT_EQ(array.data(), nullptr);
+}
+
+TEST(CPPByteArrayContent, Set_FromItsOwnBytes_KeepsThem) {
+    CPPByteArray array = arrayOf("abcdef");
+    array.set(array.data() + 2, 3);
+    EXPECT_EQ(textOf(array), "cde");
+}
+
+TEST(CPPByteArrayContent, SetFilled_RepeatsTheByte) {
+    CPPByteArray array = arrayOf("old");
+    array.setFilled(5, 0xA5);
+    EXPECT_EQ(hexOf(array), "A5 A5 A5 A5 A5");
+    array.setFilled(0, 0xA5);
+    EXPECT_EQ(array.data(), nullptr);
+}
+
+TEST(CPPByteArrayContent, SetFromPart_CopiesARangeOfTheSource) {
+    CPPByteArray array = arrayOf("old");
+    array.setFromPart(arrayOf("abcdef"), 2, 3);
+    EXPECT_EQ(textOf(array), "cde");
+}
+
+TEST(CPPByteArrayContent, SetFromPart_BeyondTheSource_HasTheLengthAllTheSame) {
+    CPPByteArray array;
+    array.setFromPart(arrayOf("abcdef"), 4, 5);
+    ASSERT_EQ(array.getSize(), 5u);
+    EXPECT_EQ(array.getByte(0), 'e');
+    EXPECT_EQ(array.getByte(1), 'f');
+    array.setFromPart(arrayOf("abcdef"), 6, 2);
+    EXPECT_EQ(array.getSize(), 2u);
+    array.setFromPart(CPPByteArray(), 0xFFFFFFFF, 1);
+    EXPECT_EQ(array.getSize(), 1u);
+}
+
+TEST(CPPByteArrayContent, SetFromPart_BytesThatTheSourceLacks_CarryNothingFromTheHeap) {
+    CPPByteArray array = arrayOf("secret");
+    array.setFromPart(arrayOf("ab"), 0, 6);
+    EXPECT_EQ(hexOf(array), "61 62 00 00 00 00");
+}
+
+TEST(CPPByteArrayContent, SetFromPart_OfItself_TakesTheRange) {
+    CPPByteArray array = arrayOf("abcdef");
+    array.setFromPart(array, 1, 2);
+    EXPECT_EQ(textOf(array), "bc");
+}
+
+TEST(CPPByteArrayContent, LoadFromStream_TakesTheWholeStreamFromItsStart) {
+    std::istringstream stream("whole text");
+    stream.seekg(4);
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(stream);
+    EXPECT_EQ(textOf(array), "whole text");
+}
+
+TEST(CPPByteArrayContent, LoadFromStream_OfAnEmptyStream_Empties) {
+    std::istringstream stream("");
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(stream);
+    EXPECT_EQ(array.getSize(), 0u);
+}
+
+TEST(CPPByteArrayContent, LoadFromStream_ThatCannotBeMeasured_ChangesNothing) {
+    std::istringstream stream("text");
+    stream.setstate(std::ios::badbit);
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(stream);
+    EXPECT_EQ(textOf(array), "old");
+}
+
+TEST(CPPByteArrayContent, LoadFromStream_WithALength_TakesTheNextBytes) {
+    std::istringstream stream("abcdef");
+    CPPByteArray array;
+    array.loadFromStream(stream, 2);
+    EXPECT_EQ(textOf(array), "ab");
+    array.loadFromStream(stream, 3);
+    EXPECT_EQ(textOf(array), "cde");
+    array.loadFromStream(stream, 0);
+    EXPECT_EQ(array.data(), nullptr);
+}
+
+TEST(CPPByteArrayContent, LoadFromStream_OfAShortStream_HasTheLengthAllTheSame) {
+    std::istringstream stream("ab");
+    CPPByteArray array;
+    array.loadFromStream(stream, 4);
+    ASSERT_EQ(array.getSize(), 4u);
+    EXPECT_EQ(array.getByte(0), 'a');
+    EXPECT_EQ(array.getByte(1), 'b');
+    EXPECT_TRUE(stream.eof());
+}
+
+}  // namespace
+}  // namespace dovrel
