@@ -84,7 +84,7 @@ OSStatus launch(const std::string& path) {
 
 // Empty when there is none in the search path.
 std::string findOpener() {
-    const char* searchPath = std::getenv("PATH");
+    const char* searchPath = secure_getenv("PATH");
     std::istringstream folders(searchPath == nullptr ? "/usr/bin:/bin" : searchPath);
     for (std::string folder; std::getline(folders, folder, ':');) {
         const std::string candidate = folder + '/' + kOpener;

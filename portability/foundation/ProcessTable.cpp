@@ -6,12 +6,12 @@
 #include <array>
 #include <climits>
 #include <cstdlib>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 
 #include "SystemRoot.h"
 #include "foundation/Bundle.h"
+#include "foundation/FileContent.h"
 #include "foundation/OpenFolder.h"
 #include "foundation/Paths.h"
 
@@ -24,8 +24,8 @@ constexpr const char* kProcesses = "/proc";
 enum StatusField { kState = 0, kParent = 1, kGroup = 2, kStartTime = 19, kFieldsNeeded = 20 };
 
 std::string content(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    constexpr std::size_t kLimit = 1 << 20;
+    return readFile(path, kLimit).value_or(std::string());
 }
 
 bool isProcess(const dirent& entry) {

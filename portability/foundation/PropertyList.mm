@@ -4,12 +4,9 @@
 
 #include <CoreFoundation/CFString.h>
 
-#include <sys/stat.h>
 #include <ctime>
-#include <fstream>
-#include <iterator>
-#include <optional>
 
+#include "foundation/FileContent.h"
 #include "foundation/XmlPropertyList.h"
 
 namespace portability {
@@ -17,7 +14,7 @@ namespace {
 
 using Kind = PropertyListNode::Kind;
 
-constexpr off_t kLargestFile = 16 << 20;
+constexpr std::size_t kLargestFile = 16 << 20;
 
 id newObject(const PropertyListNode& node);
 
@@ -131,22 +128,10 @@ NSStringEncoding encodingOfStrings(const std::string& content) {
     return start == "\xFE\xFF" || start == "\xFF\xFE" ? NSUnicodeStringEncoding : NSUTF8StringEncoding;
 }
 
-std::optional<std::string> contentOf(const std::string& path) {
-    struct stat status;
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > kLargestFile) {
-        return std::nullopt;
-    }
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        return std::nullopt;
-    }
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
 }  // namespace
 
 CFPropertyListRef copyPropertyList(const std::string& path) {
-    const auto content = contentOf(path);
+    const auto content = readFile(path, kLargestFile);
     if (!content) {
         return nullptr;
     }
@@ -171,7 +156,7 @@ CFDictionaryRef copyDictionary(const std::string& path) {
 }
 
 CFDictionaryRef copyStrings(const std::string& path) {
-    const auto content = contentOf(path);
+    const auto content = readFile(path, kLargestFile);
     if (!content) {
         return nullptr;
     }

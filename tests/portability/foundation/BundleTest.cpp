@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <thread>
@@ -18,6 +19,16 @@ namespace {
 namespace files = std::filesystem;
 using portability::bundleAround;
 using portability::createBundle;
+
+std::string outputOf(const std::string& program) {
+    FILE* output = popen(("'" + program + "'").c_str(), "r");
+    std::string text;
+    for (int character = std::fgetc(output); character != EOF; character = std::fgetc(output)) {
+        text += static_cast<char>(character);
+    }
+    pclose(output);
+    return text;
+}
 
 class Bundle : public testing::Test {
   protected:
@@ -125,6 +136,20 @@ TEST_F(Bundle, GetBundleWithIdentifier_OfLoadedCode_IsFoundByItselfAndByOthers) 
     const CFBundleRef byOthers = CFBundleGetBundleWithIdentifier(CFSTR("com.example.loaded"));
     ASSERT_NE(byOthers, nullptr);
     EXPECT_EQ(byOthers->path(), folder_.path("Plug.bundle"));
+}
+
+TEST_F(Bundle, GetMainBundle_OfAProgramInABundle_IsThatBundle) {
+    folder_.write("X.app/Contents/Info.plist", "{ CFBundleIdentifier = \"com.example.main\"; }");
+    const std::string program = folder_.path("X.app/Contents/MacOS/X");
+    files::create_directories(folder_.path("X.app/Contents/MacOS"));
+    files::copy_file(MAIN_BUNDLE_PROBE, program);
+    EXPECT_EQ(outputOf(program), "com.example.main\n" + folder_.path("X.app") + "\n");
+}
+
+TEST_F(Bundle, GetMainBundle_OfAProgramInNoBundle_IsItsFolder) {
+    const std::string program = folder_.path("tool");
+    files::copy_file(MAIN_BUNDLE_PROBE, program);
+    EXPECT_EQ(outputOf(program), "(none)\n" + folder_.path() + "\n");
 }
 
 TEST_F(Bundle, ManyThreads_MakingAndReleasing_ShareOneBundle) {
