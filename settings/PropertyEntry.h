@@ -13,7 +13,8 @@ namespace dovrel {
 
 class PropertyEntry {
   public:
-    /// Copies the key and the bytes of the value.
+    /// Copies the key and the bytes of the value. std::bad_alloc when they find no room; 4 GiB of either
+    /// never do.
     PropertyEntry(std::string_view key, const PropertyValue& value);
     PropertyEntry(const PropertyEntry& other);
     PropertyEntry& operator=(const PropertyEntry&) = delete;
@@ -32,10 +33,9 @@ class PropertyEntry {
     };
 
   private:
-    std::unique_ptr<char[]> bytes_;  // the key, behind it the string or byte array
-    size_t keyLength_;
-    size_t valueLength_;
-    int32_t intValue_;
+    std::unique_ptr<char[]> bytes_;  // the key, behind it the integer, string or byte array
+    uint32_t keyLength_;
+    uint32_t valueLength_;
     PropertyType type_;
 };
 
