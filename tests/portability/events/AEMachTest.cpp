@@ -55,7 +55,7 @@ TEST_F(AESendMessageTest, ApplicationNotRunning_IsProcNotFound_AndTheReplyIsNull
     Descriptor event = makeEvent(address_, kEcho);
     EXPECT_EQ(AESendMessage(event.get(), reply_.get(), kAEWaitReply, kAEDefaultTimeout), procNotFound);
     EXPECT_EQ(reply_.desc.descriptorType, DescType{typeNull});
-    EXPECT_EQ(reply_.desc.dataHandle, nullptr);
+    EXPECT_TRUE(reply_.desc.dataHandle == nullptr);
 }
 
 TEST_F(AESendMessageTest, ApplicationNotRunning_WithoutReply_IsProcNotFound) {

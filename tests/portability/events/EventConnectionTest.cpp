@@ -183,7 +183,8 @@ TEST_F(EventConnectionTest, LateReply_ThatIsThereBeforeTheNextRequest_IsDropped)
     std::atomic<bool> answered{false};
     Peer peer({[&](int connection) {
         const FrameHeader first = receiveHeader(connection);
-        while (!timedOut) std::this_thread::yield();
+        while (!timedOut)
+            std::this_thread::yield();
         sendRaw(connection, reply(first.id, "late"));
         answered = true;
         sendRaw(connection, reply(receiveHeader(connection).id, "in time"));
