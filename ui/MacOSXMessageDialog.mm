@@ -1,27 +1,130 @@
-#import <Foundation/Foundation.h>
+#import <AppKit/AppKit.h>
+#include <CoreServices/CoreServices.h>
 
+#include <string>
+
+#include "settings/MultiLanguageSupport.h"
+#include "ui/AlertButtonSet.h"
+#include "ui/HelpPages.h"
 #include "ui/MacOSXMessageDialog.h"
+#include "ui/ManagementApplication.h"
+
+// Answers the Help button of an alert.
+@interface DovrelAlertHelp : NSObject
+- (BOOL)alertShowHelp:(NSAlert*)alert;
+@end
+
+@implementation DovrelAlertHelp
+
+- (BOOL)alertShowHelp:(NSAlert*)alert {
+    static_cast<void>(alert);
+    dovrel::openHelp();
+    return YES;
+}
+
+@end
 
 namespace dovrel {
 
 namespace {
 
-void logUnshownAlert(const char* body) {
-    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    NSString* text = [[NSString alloc] initWithCString:body encoding:NSMacOSRomanStringEncoding];
+/// As runModal answers it; the platform's own names for it differ from version to version.
+constexpr NSInteger kFirstButtonReturn = 1000;
+constexpr NSInteger kNotRun = 0;
+
+/// The number serves every version, too.
+constexpr int kWarningStyle = 0;
+
+struct AlertRequest {
+    const char* title;
+    const char* body;
+    int buttons;
+    int answer;
+};
+
+/// The strings live until the pool is drained.
+struct AlertTexts {
+    NSString* title;
+    NSString* body;
+    NSString* firstButton;
+    NSString* secondButton;  ///< nil where there is none
+};
+
+/// The string of a text in the system's encoding; empty when the bytes are none in it.
+NSString* systemString(const char* text) {
+    const CFStringEncoding encoding = CFStringGetMostCompatibleMacStringEncoding(CFStringGetSystemEncoding());
+    NSString* string = (NSString*)CFStringCreateWithCString(kCFAllocatorDefault, text, encoding);
+    return string != nil ? [string autorelease] : @"";
+}
+
+/// Not every window system breaks a line at a carriage return.
+NSString* withLineFeeds(NSString* text) {
+    return [text stringByReplacingOccurrencesOfString:@"\r" withString:@"\n"];
+}
+
+NSString* captionString(const char* key) { return systemString(MultiLanguageSupport::getText(key).c_str()); }
+
+void logUnshownAlert(NSString* body) {
     NSLog(@"Couldn't initialise NSApplication! No Error dialogue shown; message of the failed dialogue:  \n "
           @"\"%@\"\n",
-          text);
-    [text release];
+          body);
+}
+
+// The class is found by its name, because it may have come into the process only with the application. No
+// object of C++ lives in a function with @try.
+NSInteger runModalAlert(AlertTexts texts, BOOL showsHelp) {
+    NSInteger pressed = kNotRun;
+    @try {
+        NSAlert* alert = [[[NSClassFromString(@"NSAlert") alloc] init] autorelease];
+        [alert addButtonWithTitle:texts.firstButton];
+        if (texts.secondButton != nil) [alert addButtonWithTitle:texts.secondButton];
+        if (showsHelp) {
+            [alert setDelegate:(id)[[[DovrelAlertHelp alloc] init] autorelease]];
+            [alert setShowsHelp:YES];
+        }
+        [alert setMessageText:texts.title];
+        [alert setInformativeText:texts.body];
+        [alert setAlertStyle:(NSAlertStyle)kWarningStyle];
+        pressed = [alert runModal];
+    } @catch (...) {
+        pressed = kNotRun;
+    }
+    return pressed;
+}
+
+int runAlert(const AlertRequest& request) {
+    const AlertButtonSet set = alertButtonSet(request.buttons);
+    NSString* body = systemString(request.body);
+    const AlertTexts texts = {withLineFeeds(systemString(request.title)), withLineFeeds(body),
+                              captionString(set.firstKey),
+                              set.secondKey != nullptr ? captionString(set.secondKey) : nil};
+    const NSInteger pressed = NSApplicationLoad() ? runModalAlert(texts, isManagementApplication()) : kNotRun;
+    if (pressed == kNotRun) {
+        logUnshownAlert(body);
+        return kAlertAnswerNotShown;
+    }
+    return alertAnswer(set, pressed == kFirstButtonReturn);
+}
+
+void* runRequest(void* parameter) {
+    AlertRequest* const request = static_cast<AlertRequest*>(parameter);
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    request->answer = runAlert(*request);
     [pool release];
+    return nullptr;
 }
 
 }  // namespace
 
-int MacOSXMessageDialog::showAlert(const char* /*title*/, const char* body, int /*buttons*/,
-                                   int /*reserved*/) {
-    logUnshownAlert(body != nullptr ? body : "");
-    return kAlertAnswerNotShown;
+int MacOSXMessageDialog::showAlert(const char* title, const char* body, int buttons, int /*reserved*/) {
+    AlertRequest request = {title != nullptr ? title : "", body != nullptr ? body : "", buttons,
+                            kAlertAnswerNotShown};
+    if (_MPIsFullyInitialized() && MPTaskIsPreemptive(kInvalidID)) {
+        MPRemoteCall(runRequest, &request, kMPOwningProcessRemoteContext);
+    } else {
+        runRequest(&request);
+    }
+    return request.answer;
 }
 
 }  // namespace dovrel

@@ -1,0 +1,60 @@
+#include "appkit/ReadableHostTexts.h"
+
+#include <CoreFoundation/CFString.h>
+#include <objc/message.h>
+#include <objc/runtime.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "foundation/TextEncoding.h"
+
+namespace portability {
+
+namespace {
+
+constexpr char kEncodingVariable[] = "GNUSTEP_STRING_ENCODING";
+constexpr char kAnyBytes[] = "NSISOLatin1StringEncoding";
+
+bool isUtf8(const char* file) {
+    std::ifstream stream(file, std::ios::binary);
+    const std::string bytes(std::istreambuf_iterator<char>(stream), {});
+    return decodeText(bytes, kCFStringEncodingUTF8).has_value();
+}
+
+// Selectors of the language are not there yet while code is loaded, so messages are sent by hand.
+id send(id receiver, const char* name) {
+    const SEL selector = sel_registerName(name);
+    return reinterpret_cast<id (*)(id, SEL)>(objc_msg_lookup(receiver, selector))(receiver, selector);
+}
+
+id classNamed(const char* name) {
+    return reinterpret_cast<id>(objc_getClass(name));
+}
+
+bool readAsLatin1() {
+    if (std::getenv(kEncodingVariable) != nullptr) return false;
+    if (isUtf8("/proc/self/cmdline") && isUtf8("/proc/self/environ")) return false;
+    // The variable is read once, when a text is taken for the first time, and that is here.
+    setenv(kEncodingVariable, kAnyBytes, 0);
+    const id pool = send(classNamed("NSAutoreleasePool"), "new");
+    send(classNamed("NSProcessInfo"), "processInfo");
+    send(pool, "release");
+    unsetenv(kEncodingVariable);
+    return true;
+}
+
+[[gnu::constructor]] void onLoad() {
+    makeHostTextsReadable();
+}
+
+}  // namespace
+
+void makeHostTextsReadable() {
+    static const bool done = readAsLatin1();
+    static_cast<void>(done);
+}
+
+}  // namespace portability

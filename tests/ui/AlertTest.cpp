@@ -1,0 +1,99 @@
+#include "tests/ui/AlertTest.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "tests/support/WaitUntil.h"
+
+namespace dovrel::test {
+
+namespace {
+
+constexpr char kTexts[] =
+    "Library/Application Support/Tessilor/pos/Dovrel.bundle/Contents/Resources/"
+    "MultiLanguageTexts.mls";
+
+// How long an alert gets to react before it is used again.
+constexpr int kPatience = 1500;
+
+std::string contentOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+bool isNumber(const std::string& text) {
+    return text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+/// Tells the notification servers of that root to end; how many there are still.
+int endHelpers(const std::string& root) {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const std::string name = entry.path().filename();
+        if (!isNumber(name) || contentOf(entry.path() / "comm") != "gdnc\n") continue;
+        if (contentOf(entry.path() / "environ").find("POS_SYSTEM_ROOT=" + root) == std::string::npos)
+            continue;
+        kill(std::stoi(name), SIGTERM);
+        ++count;
+    }
+    return count;
+}
+
+}  // namespace
+
+AlertTest::AlertTest() {
+    setenv("POS_SYSTEM_ROOT", root_.path().c_str(), 1);
+    setenv("HOME", root_.path("home").c_str(), 1);
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"})
+        unsetenv(variable);
+    root_.write("home/.keep", "");
+    root_.write("log", "");
+    root_.write(
+        kTexts,
+        "//LANGUAGE\nSTR:English\n//GENERAL_BUTTON_OK\nSTR:Fine\n//GENERAL_BUTTON_CANCEL\nSTR:Never mind\n"
+        "//GENERAL_BUTTON_RETRY\nSTR:Once more\n");
+}
+
+AlertTest::~AlertTest() {
+    host_.reset();
+    // The window classes start a notification server of their own, which outlives its clients by some
+    // seconds.
+    EXPECT_TRUE(waitUntil([this] { return endHelpers(root_.path()) == 0; }));
+}
+
+void AlertTest::start(const std::vector<std::string>& arguments) {
+    std::vector<std::string> command = {DOVREL_ALERT_HOST};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    host_ = std::make_unique<ChildProcess>(command, root_.path("log"));
+}
+
+template <typename Use>
+std::string AlertTest::lineAfter(const Use& use) {
+    const std::string window = desktop_.waitForAlert();
+    EXPECT_NE(window, "") << log();
+    for (int attempt = 0; attempt < 20 && !window.empty(); ++attempt) {
+        use(window);
+        if (host_->hasLine(kPatience)) return host_->readLine();
+    }
+    return "";
+}
+
+std::string AlertTest::lineAfterClick(int fromRight) {
+    return lineAfter([&](const std::string& window) { desktop_.clickButton(window, fromRight); });
+}
+
+std::string AlertTest::lineAfterKey(const std::string& key) {
+    return lineAfter([&](const std::string& window) { desktop_.pressKey(window, key); });
+}
+
+void AlertTest::takePicture(const std::string& name) {
+    std::filesystem::create_directories(DOVREL_PICTURES);
+    // An empty screen has a colour or two, an alert with its text has many.
+    const std::string path = DOVREL_PICTURES "/" + name + ".png";
+    EXPECT_TRUE(waitUntil([&] { return desktop_.takePicture(path) > 20; }));
+}
+
+}  // namespace dovrel::test

@@ -1,0 +1,44 @@
+// Fixture for alerts in real windows: a desktop, a system root with captions in it, and a host that shows
+// alerts.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/settings/TemporaryFolder.h"
+#include "tests/ui/ChildProcess.h"
+#include "tests/ui/Desktop.h"
+
+namespace dovrel::test {
+
+class AlertTest : public testing::Test {
+  protected:
+    AlertTest();
+    ~AlertTest() override;
+
+    /// Starts the host with the arguments; its system log goes to a file.
+    void start(const std::vector<std::string>& arguments);
+
+    // Uses the alert that is open, or comes, until the host tells its next line, which is returned.
+    std::string lineAfterClick(int fromRight);
+    std::string lineAfterKey(const std::string& key);
+
+    /// The system log of the host so far.
+    std::string log() const { return root_.read("log"); }
+
+    /// Takes a picture for people to look at; fails the test when nothing is to be seen.
+    void takePicture(const std::string& name);
+
+    TemporaryFolder root_;
+    Desktop desktop_;
+    std::unique_ptr<ChildProcess> host_;
+
+  private:
+    template <typename Use>
+    std::string lineAfter(const Use& use);
+};
+
+}  // namespace dovrel::test

@@ -1,0 +1,70 @@
+#include "ui/HelpPages.h"
+
+#include "tests/ui/HelpTest.h"
+
+namespace dovrel {
+namespace {
+
+constexpr char kEnglishPage[] = "Resources/Helpsystem/Helpsystem English RC MacOSX/index.html";
+
+class HelpPagesTest : public test::HelpTest {
+  protected:
+    HelpPagesTest() { setIdentifier("com.example.host"); }
+
+    void addAllHelp() const {
+        for (const char* language : {"German", "French", "English"})
+            addHelp(std::string("Helpsystem ") + language + " RC MacOSX");
+    }
+};
+
+TEST(HelpPages, FolderName_IsThatOfTheLanguageAndEnglishForEveryOther) {
+    EXPECT_STREQ(helpFolderName("German"), "Helpsystem German RC MacOSX");
+    EXPECT_STREQ(helpFolderName("Francais"), "Helpsystem French RC MacOSX");
+    for (const char* language : {"English", "Spanish", "Italian", "Japanese", "", "french"})
+        EXPECT_STREQ(helpFolderName(language), "Helpsystem English RC MacOSX") << language;
+}
+
+TEST_F(HelpPagesTest, German_OpensTheGermanStartPage) {
+    addAllHelp();
+    EXPECT_EQ(run("help", "de_DE.UTF-8"), "status 0");
+    EXPECT_EQ(openedPage(), "Resources/Helpsystem/Helpsystem German RC MacOSX/index.html");
+}
+
+TEST_F(HelpPagesTest, French_OpensTheFrenchStartPage) {
+    addAllHelp();
+    EXPECT_EQ(run("help", "fr_FR.UTF-8"), "status 0");
+    EXPECT_EQ(openedPage(), "Resources/Helpsystem/Helpsystem French RC MacOSX/index.html");
+}
+
+TEST_F(HelpPagesTest, Spanish_OpensTheEnglishStartPage) {
+    addAllHelp();
+    EXPECT_EQ(run("help", "es_ES.UTF-8"), "status 0");
+    EXPECT_EQ(openedPage(), kEnglishPage);
+}
+
+TEST_F(HelpPagesTest, NoPreference_OpensTheEnglishStartPage) {
+    addAllHelp();
+    EXPECT_EQ(run("help", "C"), "status 0");
+    EXPECT_EQ(openedPage(), kEnglishPage);
+}
+
+TEST_F(HelpPagesTest, MissingFolder_Is0AndOpensNothing) {
+    addHelp("Helpsystem English RC MacOSX");
+    EXPECT_EQ(run("help", "de_DE.UTF-8"), "status 0");
+    EXPECT_TRUE(openedNothing());
+}
+
+TEST_F(HelpPagesTest, MissingStartPage_AnswersTheOpenersStatus) {
+    addEmptyHelp("Helpsystem English RC MacOSX");
+    EXPECT_EQ(run("help", "C"), "status -43");
+    EXPECT_TRUE(openedNothing());
+}
+
+TEST_F(HelpPagesTest, HelpButtonOfAnAlert_OpensTheStartPage) {
+    addAllHelp();
+    EXPECT_EQ(run("helpbutton", "C"), "shown");
+    EXPECT_EQ(openedPage(), kEnglishPage);
+}
+
+}  // namespace
+}  // namespace dovrel

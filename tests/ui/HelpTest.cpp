@@ -1,0 +1,78 @@
+#include "tests/ui/HelpTest.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "tests/support/WaitUntil.h"
+
+namespace dovrel::test {
+
+namespace {
+
+constexpr char kContents[] = "Applications/Halden Console.app/Contents/";
+constexpr char kHelpFolder[] = "Resources/Helpsystem/";
+
+std::string inContents(const std::string& name) {
+    return kContents + name;
+}
+
+}  // namespace
+
+HelpTest::HelpTest() {
+    setenv("POS_SYSTEM_ROOT", root_.path().c_str(), 1);
+    setenv("HOME", root_.path("home").c_str(), 1);
+    setenv("PATH", (root_.path("bin") + ":/usr/bin:/bin").c_str(), 1);
+    unsetenv("DISPLAY");
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"})
+        unsetenv(variable);
+    root_.write("home/.keep", "");
+    // Written under another name first, so that the note is complete once it can be seen.
+    root_.write("bin/xdg-open", "#!/bin/sh\nprintf '%s' \"$1\" > '" + root_.path("note") + "' && mv '" +
+                                    root_.path("note") + "' '" + root_.path("opened") + "'\n");
+    chmod(root_.path("bin/xdg-open").c_str(), 0755);
+    root_.write(inContents("MacOS/.keep"), "");
+    std::filesystem::copy_file(DOVREL_ALERT_HOST, root_.path(inContents("MacOS/alertHost")));
+}
+
+void HelpTest::setIdentifier(const std::string& identifier) const {
+    root_.write(
+        inContents("Info.plist"),
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+        "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist version=\"1.0\"><dict>"
+        "<key>CFBundleExecutable</key><string>alertHost</string><key>CFBundleIdentifier</key><string>" +
+            identifier + "</string></dict></plist>\n");
+}
+
+void HelpTest::addHelp(const std::string& folder) const {
+    root_.write(inContents(kHelpFolder + folder + "/index.html"), "<html></html>");
+}
+
+void HelpTest::addEmptyHelp(const std::string& folder) const {
+    root_.write(inContents(kHelpFolder + folder + "/other.html"), "<html></html>");
+}
+
+std::string HelpTest::run(const std::string& mode, const std::string& locale) const {
+    setenv("LC_ALL", locale.c_str(), 1);
+    ChildProcess application({root_.path(inContents("MacOS/alertHost")), mode});
+    const std::string line = application.readLine();
+    EXPECT_EQ(application.wait(), 0);
+    return line;
+}
+
+std::string HelpTest::openedPage() const {
+    if (!waitUntil([this] { return access(root_.path("opened").c_str(), F_OK) == 0; })) return "";
+    const std::string page = root_.read("opened");
+    unlink(root_.path("opened").c_str());
+    const std::string application = root_.path(kContents);
+    EXPECT_EQ(page.compare(0, application.size(), application), 0) << page;
+    return page.substr(application.size());
+}
+
+bool HelpTest::openedNothing() const {
+    return access(root_.path("opened").c_str(), F_OK) != 0;
+}
+
+}  // namespace dovrel::test

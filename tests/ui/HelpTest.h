@@ -1,0 +1,37 @@
+// Fixture for what an application's bundle decides: an application with help pages around the alert host, and
+// an opener of documents that notes what it was to open.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/settings/TemporaryFolder.h"
+#include "tests/ui/ChildProcess.h"
+
+namespace dovrel::test {
+
+class HelpTest : public testing::Test {
+  protected:
+    HelpTest();
+
+    /// Writes the application's property list with that identifier.
+    void setIdentifier(const std::string& identifier) const;
+
+    /// Adds a folder of help pages with its start page, or without.
+    void addHelp(const std::string& folder) const;
+    void addEmptyHelp(const std::string& folder) const;
+
+    /// The line that the application writes when started in the mode; the user's language is that of the
+    /// locale.
+    std::string run(const std::string& mode, const std::string& locale = "C") const;
+
+    /// Waits for the document that was opened, and answers its path inside the application; "" when none was
+    /// within half a minute.
+    std::string openedPage() const;
+    bool openedNothing() const;
+
+    TemporaryFolder root_;
+};
+
+}  // namespace dovrel::test

@@ -1,0 +1,210 @@
+// A host that shows alerts and tells what it sees, for tests that press their buttons:
+//
+//     alertHost show KIND TITLE BODY [KIND TITLE BODY]...   one after the other; "answer N" after each
+//     alertHost inspect KIND TITLE BODY    "text ..." and "button ..." for what stands in the open alert,
+//     then "answer N" alertHost thread KIND TITLE BODY     in a task, while the main thread waits for a line
+//     before it runs its loop alertHost state KIND TITLE BODY FILE...   "changed ..." for each thing of the
+//     host's that is not as before alertHost memory KIND TITLE BODY     "window library before" and "after",
+//     if it is in the process by then alertHost pause KIND TITLE BODY      twice, with a wait for a line in
+//     between alertHost help                       opens the help pages; "status N" alertHost helpbutton
+//     presses the Help button of an alert; "shown" when it is taken care of alertHost management "yes" when
+//     this is the management application, else "no"
+#import <AppKit/AppKit.h>
+#include <CoreServices/CoreServices.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "settings/MultiLanguageSupport.h"
+#include "ui/HelpPages.h"
+#include "ui/MacOSXMessageDialog.h"
+#include "ui/ManagementApplication.h"
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+void tell(const std::string& line) { std::cout << line << std::endl; }
+
+int show(const Arguments& arguments, size_t first) {
+    dovrel::MacOSXMessageDialog dialog;
+    const int answer = dialog.showAlert(arguments[first + 1].c_str(), arguments[first + 2].c_str(),
+                                        std::stoi(arguments[first]), 0);
+    tell("answer " + std::to_string(answer));
+    return answer;
+}
+
+std::string oneLine(NSString* text) {
+    return [[text stringByReplacingOccurrencesOfString:@"\n" withString:@"|"] UTF8String];
+}
+
+bool hasWindowLibrary() {
+    std::ifstream maps("/proc/self/maps");
+    const std::string content(std::istreambuf_iterator<char>(maps), {});
+    return content.find("libgnustep-gui") != std::string::npos;
+}
+
+std::vector<std::string> hostState() {
+    std::vector<std::string> state;
+    for (int number = 1; number < NSIG; ++number) {
+        struct sigaction action = {};
+        if (sigaction(number, nullptr, &action) != 0) continue;
+        char text[64];
+        std::snprintf(text, sizeof text, "signal %d %p %x", number,
+                      reinterpret_cast<void*>(action.sa_handler), static_cast<unsigned>(action.sa_flags));
+        state.push_back(text);
+    }
+    char folder[4096] = "";
+    state.push_back(std::string("folder ") + getcwd(folder, sizeof folder));
+    state.push_back(std::string("locale ") + std::setlocale(LC_ALL, nullptr));
+    NSArray* arguments = [[NSProcessInfo processInfo] arguments];
+    for (NSUInteger index = 0; index < [arguments count]; ++index)
+        state.push_back("argument " + oneLine([arguments objectAtIndex:index]));
+    return state;
+}
+
+void ignoreSignal(int) {}
+
+}  // namespace
+
+// Looks into the open alert from within its own loop.
+@interface AlertInspector : NSObject
+- (void)inspect:(NSTimer*)timer;
+@end
+
+@implementation AlertInspector
+
+- (void)tellView:(NSView*)view {
+    if ([view isHidden]) return;
+    if ([view isKindOfClass:NSClassFromString(@"NSButton")]) {
+        // The alert's picture is a button, too.
+        NSButton* button = (NSButton*)view;
+        if ([button imagePosition] != NSImageOnly) tell("button " + oneLine([button title]));
+    } else if ([view isKindOfClass:NSClassFromString(@"NSTextField")]) {
+        tell("text " + oneLine([(NSTextField*)view stringValue]));
+    }
+    for (NSUInteger index = 0; index < [[view subviews] count]; ++index)
+        [self tellView:[[view subviews] objectAtIndex:index]];
+}
+
+- (void)inspect:(NSTimer*)timer {
+    NSWindow* window = [[NSClassFromString(@"NSApplication") sharedApplication] modalWindow];
+    if (window == nil) return;
+    [timer invalidate];
+    [self tellView:[window contentView]];
+    tell("end");
+}
+
+@end
+
+namespace {
+
+void startInspection() {
+    AlertInspector* inspector = [[AlertInspector alloc] init];
+    NSTimer* timer = [NSTimer timerWithTimeInterval:0.05
+                                             target:inspector
+                                           selector:@selector(inspect:)
+                                           userInfo:nil
+                                            repeats:YES];
+    [[NSRunLoop currentRunLoop] addTimer:timer forMode:@"NSModalPanelRunLoopMode"];
+    [inspector release];
+}
+
+int runThread(const Arguments& arguments) {
+    std::atomic<bool> done{false};
+    std::thread task([&] {
+        show(arguments, 0);
+        done = true;
+    });
+    tell("waiting");
+    std::string line;
+    std::getline(std::cin, line);
+    while (!done) {
+        [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
+                                 beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.05]];
+    }
+    task.join();
+    return 0;
+}
+
+int runState(const Arguments& arguments) {
+    struct sigaction action = {};
+    action.sa_handler = ignoreSignal;
+    for (int number : {SIGINT, SIGCHLD, SIGPIPE}) sigaction(number, &action, nullptr);
+    signal(SIGTERM, SIG_IGN);
+    const std::vector<std::string> before = hostState();
+    show(arguments, 0);
+    const std::vector<std::string> after = hostState();
+    for (size_t index = 0; index < before.size() || index < after.size(); ++index) {
+        const std::string old = index < before.size() ? before[index] : "nothing";
+        const std::string now = index < after.size() ? after[index] : "nothing";
+        if (old != now) tell("changed " + old + " to " + now);
+    }
+    tell("end");
+    return 0;
+}
+
+int runMemory(const Arguments& arguments) {
+    if (hasWindowLibrary()) tell("window library before");
+    show(arguments, 0);
+    if (hasWindowLibrary()) tell("window library after");
+    tell("end");
+    return 0;
+}
+
+int runPause(const Arguments& arguments) {
+    show(arguments, 0);
+    std::string line;
+    std::getline(std::cin, line);
+    show(arguments, 0);
+    return 0;
+}
+
+int runHelp() {
+    tell("status " + std::to_string(dovrel::openHelp()));
+    return 0;
+}
+
+int runHelpButton() {
+    id help = [[[NSClassFromString(@"DovrelAlertHelp") alloc] init] autorelease];
+    if ([help alertShowHelp:nil]) tell("shown");
+    return 0;
+}
+
+int runManagement() {
+    tell(dovrel::isManagementApplication() ? "yes" : "no");
+    return 0;
+}
+
+int run(const std::string& mode, const Arguments& arguments) {
+    if (mode == "help") return runHelp();
+    if (mode == "helpbutton") return runHelpButton();
+    if (mode == "management") return runManagement();
+    dovrel::MultiLanguageSupport::initialize("English");
+    if (mode == "pause") return runPause(arguments);
+    if (mode == "inspect") startInspection();
+    if (mode == "thread") return runThread(arguments);
+    if (mode == "state") return runState(arguments);
+    if (mode == "memory") return runMemory(arguments);
+    for (size_t first = 0; first + 2 < arguments.size(); first += 3) show(arguments, first);
+    return 0;
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    const int result = run(values[1], Arguments(values + 2, values + count));
+    [pool release];
+    return result;
+}
