@@ -35,12 +35,14 @@ uint32_t rotateLeft(uint32_t value, uint32_t bits) {
     return value << bits | value >> (32 - bits);
 }
 
+// Adds the round's function of the words x, y and z. Each step waits for the x that the one before it
+// computes, so x comes in as late as can be.
 template <size_t round>
-uint32_t mix(uint32_t x, uint32_t y, uint32_t z) {
-    if constexpr (round == 0) return z ^ (x & (y ^ z));
-    if constexpr (round == 1) return y ^ (z & (x ^ y));
-    if constexpr (round == 2) return x ^ y ^ z;
-    if constexpr (round == 3) return y ^ (x | ~z);
+uint32_t addMixed(uint32_t sum, uint32_t x, uint32_t y, uint32_t z) {
+    if constexpr (round == 0) return sum + (z ^ (x & (y ^ z)));
+    if constexpr (round == 1) return sum + (y & ~z) + (x & z);  // the two have no bit in common
+    if constexpr (round == 2) return sum + (x ^ (y ^ z));
+    if constexpr (round == 3) return sum + (y ^ (x | ~z));
 }
 
 // The roles of the four chaining words move on by one with each step, known at compile time so that none is
@@ -53,7 +55,8 @@ void step(std::array<uint32_t, 4>& chain, const Words& words) {
     const uint32_t b = chain[(kSteps - i + 1) % 4];
     const uint32_t c = chain[(kSteps - i + 2) % 4];
     const uint32_t d = chain[(kSteps - i + 3) % 4];
-    a = b + rotateLeft(a + mix<round>(b, c, d) + words[word] + kSines[i], kRotations[round][i % 4]);
+    const uint32_t sum = addMixed<round>(a + words[word] + kSines[i], b, c, d);
+    a = b + rotateLeft(sum, kRotations[round][i % 4]);
 }
 
 template <size_t... i>
@@ -81,38 +84,38 @@ void MD5::update(const void* bytes, size_t length) {
         const size_t count = std::min(length, kBlockSize - used);
         std::memcpy(buffer_.data() + used, next, count);
         used = (used + count) % kBlockSize;
-        if (used == 0) absorb(buffer_.data());
+        if (used == 0) absorb(buffer_.data(), chain_);
         next += count;
         length -= count;
     }
 }
 
 MD5::Digest MD5::digest() const {
-    MD5 end = *this;
-    std::array<uint8_t, kLengthSize> length{};
-    writeLittleEndian(bitCount_, length.data());
-
-    // A one bit and then zeros, up to where the length completes a block.
-    constexpr std::array<uint8_t, kBlockSize> kPadding{0x80};
+    // What is left of the message, a one bit, zeros, and at the end of a block the length.
     const size_t used = static_cast<size_t>(bitCount_ / 8 % kBlockSize);
-    const size_t wanted = kBlockSize - kLengthSize;
-    end.update(kPadding.data(), used < wanted ? wanted - used : wanted + kBlockSize - used);
-    end.update(length.data(), length.size());
+    const size_t blocks = used < kBlockSize - kLengthSize ? 1 : 2;
+    std::array<uint8_t, 2 * kBlockSize> end{};
+    std::copy_n(buffer_.begin(), used, end.begin());
+    end[used] = 0x80;
+    writeLittleEndian(bitCount_, end.data() + blocks * kBlockSize - kLengthSize);
 
+    Chain chain = chain_;
+    for (size_t block = 0; block < blocks; ++block)
+        absorb(end.data() + block * kBlockSize, chain);
     Digest digest{};
-    for (size_t i = 0; i < end.chain_.size(); ++i)
-        writeLittleEndian(end.chain_[i], digest.data() + 4 * i);
+    for (size_t i = 0; i < chain.size(); ++i)
+        writeLittleEndian(chain[i], digest.data() + 4 * i);
     return digest;
 }
 
-void MD5::absorb(const uint8_t* block) {
+void MD5::absorb(const uint8_t* block, Chain& chain) {
     Words words;
     for (size_t i = 0; i < words.size(); ++i)
         words[i] = readLittleEndian(block + 4 * i);
-    std::array<uint32_t, 4> chain = chain_;
-    allSteps(chain, words, std::make_index_sequence<kSteps>());
+    Chain next = chain;
+    allSteps(next, words, std::make_index_sequence<kSteps>());
     for (size_t i = 0; i < chain.size(); ++i)
-        chain_[i] += chain[i];
+        chain[i] += next[i];
 }
 
 }  // namespace dovrel

@@ -20,9 +20,11 @@ class MD5 {
   private:
     static constexpr size_t kBlockSize = 64;
 
-    void absorb(const uint8_t* block);
+    using Chain = std::array<uint32_t, 4>;
 
-    std::array<uint32_t, 4> chain_{0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476};
+    static void absorb(const uint8_t* block, Chain& chain);
+
+    Chain chain_{0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476};
     uint64_t bitCount_ = 0;
     std::array<uint8_t, kBlockSize> buffer_{};  // the bytes behind the last whole block
 };

@@ -10,6 +10,7 @@
 
 #include "tests/platform/Failures.h"
 #include "tests/platform/ScratchFolder.h"
+#include "tests/portability/foundation/OrdinaryUser.h"
 
 namespace dovrel {
 namespace {
@@ -333,6 +334,11 @@ TEST_F(FileUtilities, GrantAllPermissions_TakesNoneAway) {
 TEST_F(FileUtilities, GrantAllPermissions_OfAMissingFile_IsTrueAndMakesNothing) {
     EXPECT_TRUE(grantAllPermissions(folder_.path("missing")));
     EXPECT_FALSE(std::filesystem::exists(folder_.path("missing")));
+}
+
+TEST_F(FileUtilities, GrantAllPermissions_ThatCannotBeWritten_IsFalse) {
+    EXPECT_TRUE(holdsForOrdinaryUser([] { return !grantAllPermissions("/"); }))
+        << "only its owner may change it";
 }
 
 }  // namespace
