@@ -4,6 +4,7 @@
 #include <CoreServices/MacErrors.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <sstream>
@@ -96,37 +97,42 @@ std::string findOpener() {
     return std::string();
 }
 
-// `document` begins with a slash or a scheme, so the opener cannot take it for an option.
-OSStatus openDocument(const std::string& document) {
-    const std::string opener = findOpener();
-    if (opener.empty()) {
+// `document` begins with a slash or a scheme, so the opener cannot take it for an option. `program` receives
+// what opens it.
+OSStatus openDocument(const std::string& document, std::string& program) {
+    program = findOpener();
+    if (program.empty()) {
         return kLSApplicationNotFoundErr;
     }
     return launchStatus(portability::startDetached(
-        {opener, {kOpener, document}, portability::environmentWithout(std::string()), {}}));
+        {program, {kOpener, document}, portability::environmentWithout(std::string()), {}}));
 }
 
-OSStatus openFile(const std::string& path) {
+OSStatus openFile(const std::string& path, std::string& program) {
     if (!portability::isThere(path)) {
         return fnfErr;
     }
     const OSStatus status = portability::isFolder(path) ? launch(path) : OSStatus{kLSNotAnApplicationErr};
-    return status == kLSNotAnApplicationErr ? openDocument(path) : status;
+    if (status == kLSNotAnApplicationErr) {
+        return openDocument(path, program);
+    }
+    program = path;
+    return status;
 }
 
-OSStatus openURL(CFURLRef url) {
+OSStatus openURL(CFURLRef url, std::string& program) {
     if (portability::isFileURL(url)) {
-        return openFile(portability::pathOf(url));
+        return openFile(portability::pathOf(url), program);
     }
     const std::string text = portability::textOf(url);
     const bool hasScheme =
-        text.find(':') != std::string::npos && std::isalpha(static_cast<unsigned char>(text[0]));
-    return hasScheme ? openDocument(text) : OSStatus{kLSApplicationNotFoundErr};
+        text.find(':') != std::string::npos && std::isalpha(static_cast<unsigned char>(text[0])) != 0;
+    return hasScheme ? openDocument(text, program) : OSStatus{kLSApplicationNotFoundErr};
 }
 
-void handOver(CFURLRef url, CFURLRef* launched) {
+void handOver(const std::string& program, CFURLRef* launched) {
     if (launched != nullptr) {
-        *launched = static_cast<CFURLRef>(CFRetain(url));
+        *launched = portability::createFileURL(program, portability::isFolder(program));
     }
 }
 
@@ -143,9 +149,10 @@ OSStatus LSOpenFromURLSpec(const LSLaunchURLSpec* inLaunchSpec, CFURLRef* outLau
     if (application == nullptr || (items != nullptr && CFArrayGetCount(items) != 0)) {
         return paramErr;
     }
-    const OSStatus status = launch(portability::pathOf(application));
+    const std::string path = portability::pathOf(application);
+    const OSStatus status = launch(path);
     if (status == noErr) {
-        handOver(application, outLaunchedURL);
+        handOver(path, outLaunchedURL);
     }
     return status;
 }
@@ -154,9 +161,10 @@ OSStatus LSOpenCFURLRef(CFURLRef inURL, CFURLRef* outLaunchedURL) {
     if (inURL == nullptr) {
         return paramErr;
     }
-    const OSStatus status = openURL(inURL);
+    std::string program;
+    const OSStatus status = openURL(inURL, program);
     if (status == noErr) {
-        handOver(inURL, outLaunchedURL);
+        handOver(program, outLaunchedURL);
     }
     return status;
 }

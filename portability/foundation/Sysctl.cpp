@@ -29,7 +29,6 @@ kinfo_proc record(const portability::Process& process) {
     std::memset(&entry, 0, sizeof entry);
     entry.kp_proc.p_stat = platformState(process.state);
     entry.kp_proc.p_pid = process.id;
-    entry.kp_proc.p_oppid = process.parent;
     process.name.copy(entry.kp_proc.p_comm, MAXCOMLEN);
     entry.kp_eproc.e_ucred.cr_uid = process.user;
     entry.kp_eproc.e_ppid = process.parent;

@@ -27,6 +27,13 @@ TEST(TextEncoding, Encode_HalfASurrogatePair_IsNothing) {
     EXPECT_FALSE(encodeText(lowAlone, 2, kCFStringEncodingUTF8));
 }
 
+TEST(TextEncoding, Decode_HalfASurrogatePair_IsNothing) {
+    EXPECT_FALSE(decodeText("\xED\xA0\x80", kCFStringEncodingUTF8));
+    EXPECT_FALSE(decodeText("\xED\xBF\xBF", kCFStringEncodingUTF8));
+    EXPECT_EQ(decodeText("\xED\x9F\xBF", kCFStringEncodingUTF8), std::vector<UniChar>{0xD7FF});
+    EXPECT_EQ(decodeText("\xEE\x80\x80", kCFStringEncodingUTF8), std::vector<UniChar>{0xE000});
+}
+
 TEST(TextEncoding, Encode_FirstAndLastOfEachLength_AreTheBytesOfTheStandard) {
     const UniChar units[] = {0x7F, 0x80, 0x7FF, 0x800, 0xFFFF, 0xD800, 0xDC00, 0xDBFF, 0xDFFF};
     EXPECT_EQ(encodeText(units, 9, kCFStringEncodingUTF8),

@@ -1,0 +1,89 @@
+// Which of several codes for one cause this layer gives.
+#include <CoreServices/CoreServices.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "FileManager.h"
+#include "OrdinaryUser.h"
+#include "tests/settings/TemporaryFolder.h"
+
+namespace {
+
+namespace files = std::filesystem;
+
+class FileCodes : public testing::Test {
+  protected:
+    FileCodes() {
+        folder_.write("file", "x");
+        chmod(folder_.path().c_str(), 0755);
+    }
+
+    const dovrel::test::TemporaryFolder folder_;
+    FSRef ref_;
+};
+
+}  // namespace
+
+TEST_F(FileCodes, MissingFileAndMissingFolderAbove_AreFileNotFound) {
+    EXPECT_EQ(makeRef(folder_.path("absent"), &ref_), fnfErr);
+    EXPECT_EQ(makeRef(folder_.path("absent/inner"), &ref_), fnfErr);
+    EXPECT_EQ(makeChildRef(refOf(folder_.path()), "absent", &ref_), fnfErr);
+}
+
+TEST_F(FileCodes, PathThroughAFile_IsDirectoryNotFound) {
+    EXPECT_EQ(makeRef(folder_.path("file/inner"), &ref_), dirNFErr);
+}
+
+TEST_F(FileCodes, FolderReferenceToAFile_IsNotAFolder) {
+    const FSRef file = refOf(folder_.path("file"));
+    EXPECT_EQ(makeChildRef(file, "inner", &ref_), errFSNotAFolder);
+    EXPECT_EQ(makeDirectory(file, "inner"), errFSNotAFolder);
+}
+
+TEST_F(FileCodes, FolderReferenceThatIsStale_IsFileNotFound) {
+    files::create_directory(folder_.path("gone"));
+    const FSRef gone = refOf(folder_.path("gone"));
+    files::remove(folder_.path("gone"));
+    EXPECT_EQ(makeChildRef(gone, "inner", &ref_), fnfErr);
+    EXPECT_EQ(makeDirectory(gone, "inner"), fnfErr);
+}
+
+TEST_F(FileCodes, NameTooLongInUnitsOrInBytes_IsNameTooLong) {
+    const FSRef folder = refOf(folder_.path());
+    EXPECT_EQ(makeDirectory(folder, std::string(256, 'n')), errFSNameTooLong);
+    EXPECT_EQ(makeRef(folder_.path(std::string(256, 'n')), &ref_), errFSNameTooLong);
+    const std::vector<UniChar> wide(200, 0x20AC);
+    EXPECT_EQ(FSCreateDirectoryUnicode(&folder, wide.size(), wide.data(), kFSCatInfoNone, nullptr, nullptr,
+                                       nullptr, nullptr),
+              errFSNameTooLong);
+    EXPECT_EQ(makeDirectory(folder, std::string(255, 'n')), noErr);
+}
+
+TEST_F(FileCodes, NamesThatNoFileCanHave_AreBadNames) {
+    const FSRef folder = refOf(folder_.path());
+    EXPECT_EQ(makeDirectory(folder, ""), errFSMissingName);
+    for (const std::string& name :
+         {std::string("."), std::string(".."), std::string("a:b"), std::string("a\0b", 3)}) {
+        EXPECT_EQ(makeDirectory(folder, name), bdNamErr) << name;
+    }
+    const UniChar halfPair[] = {'a', 0xD800};
+    EXPECT_EQ(FSMakeFSRefUnicode(&folder, 2, halfPair, 0, &ref_), bdNamErr);
+    EXPECT_EQ(FSMakeFSRefUnicode(&folder, 2, nullptr, 0, &ref_), paramErr);
+}
+
+TEST_F(FileCodes, Loop_KeepsItsNumberInAStatus) {
+    files::create_symlink(folder_.path("loop"), folder_.path("loop"));
+    EXPECT_EQ(makeRef(folder_.path("loop"), &ref_), kPOSIXErrorBase + ELOOP);
+}
+
+TEST_F(FileCodes, Denied_IsAccessDenied) {
+    files::create_directory(folder_.path("closed"));
+    chmod(folder_.path("closed").c_str(), 0555);
+    EXPECT_TRUE(holdsForOrdinaryUser(
+        [this] { return makeDirectory(refOf(folder_.path("closed")), "inner") == afpAccessDenied; }));
+}
