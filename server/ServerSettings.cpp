@@ -116,4 +116,18 @@ void applySettings(const Properties& entries, ServerSettings& settings, std::vec
     }
 }
 
+std::vector<std::string> settingNames() {
+    std::vector<std::string> names;
+    for (const Setting& setting : kSettings)
+        names.emplace_back(setting.key);
+    return names;
+}
+
+std::vector<std::string> faultNames() {
+    std::vector<std::string> names;
+    for (const Choice<Fault>& fault : kFaults)
+        names.emplace_back(fault.name);
+    return names;
+}
+
 }  // namespace merrowd

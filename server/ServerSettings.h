@@ -27,4 +27,10 @@ struct ServerSettings {
 void applySettings(const dovrel::Properties& entries, ServerSettings& settings,
                    std::vector<std::string>& problems);
 
+/// The names of all settings, for documents to be held to.
+std::vector<std::string> settingNames();
+
+/// The names of all faults, in the same way.
+std::vector<std::string> faultNames();
+
 }  // namespace merrowd

@@ -1,6 +1,6 @@
 // docs/protocol.md against the real thing: the examples are what the library's trader sends and what this
 // server answers, the tables are those of the code.
-#include "tests/support/ProtocolPage.h"
+#include "tests/support/DocumentPage.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ namespace {
 
 using dovrel::CPPException;
 using dovrel::POSFieldForm;
-using dovrel::test::ProtocolPage;
+using dovrel::test::DocumentPage;
 
 // "41 73 41 6B", so that a difference can be read.
 std::string hexOf(const std::string& bytes) {
@@ -89,7 +89,7 @@ class ProtocolPageTest : public testing::Test {
         delete[] result;
     }
 
-    const ProtocolPage page_{PROTOCOL_PAGE};
+    const DocumentPage page_{PROTOCOL_PAGE};
     FakeProcess process_;
     ServerState state_{TestServer::kFirstSession};
     ExchangeLog log_{"/dev/null"};
@@ -205,7 +205,7 @@ std::string numbersOf(const dovrel::POSFieldList& fields) {
 }
 
 TEST_F(ProtocolPageTest, TheTableOfCommands_IsThatOfTheCode) {
-    std::vector<ProtocolPage::Row> expected;
+    std::vector<DocumentPage::Row> expected;
     for (const POSCommand& command : dovrel::kPOSCommands) {
         expected.push_back({std::to_string(command.code), command.name, numbersOf(command.request),
                             numbersOf(command.reply)});
@@ -215,7 +215,7 @@ TEST_F(ProtocolPageTest, TheTableOfCommands_IsThatOfTheCode) {
 
 TEST_F(ProtocolPageTest, TheTablesOfFields_AreThoseOfTheCode) {
     namespace posField = dovrel::posField;
-    std::set<ProtocolPage::Row> expected;
+    std::set<DocumentPage::Row> expected;
     const auto expectField = [&expected](const POSField& field) {
         expected.insert({std::to_string(field.number), field.name, formName(field.form)});
     };
@@ -230,8 +230,8 @@ TEST_F(ProtocolPageTest, TheTablesOfFields_AreThoseOfTheCode) {
             expectField(field);
     }
 
-    std::set<ProtocolPage::Row> onPage;
-    for (ProtocolPage::Row row : page_.rowsUnder({"field", "name", "form"})) {
+    std::set<DocumentPage::Row> onPage;
+    for (DocumentPage::Row row : page_.rowsUnder({"field", "name", "form"})) {
         row.resize(3);
         EXPECT_TRUE(onPage.insert(row).second) << row[0] << " stands there twice";
     }
@@ -245,7 +245,7 @@ TEST_F(ProtocolPageTest, TheTableOfExceptionCodes_IsThatOfTheCode) {
         if (exception != nullptr) expected.insert(std::to_string(code));
     }
     std::set<std::string> onPage;
-    for (const ProtocolPage::Row& row : page_.rowsUnder({"code", "what went wrong"}))
+    for (const DocumentPage::Row& row : page_.rowsUnder({"code", "what went wrong"}))
         onPage.insert(row[0]);
     EXPECT_EQ(onPage, expected);
 }

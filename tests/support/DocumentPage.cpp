@@ -1,4 +1,4 @@
-#include "tests/support/ProtocolPage.h"
+#include "tests/support/DocumentPage.h"
 
 #include <gtest/gtest.h>
 
@@ -23,8 +23,8 @@ std::string withoutBlanks(const std::string& cell) {
 }
 
 // "| a | b |": the cells between the bars.
-ProtocolPage::Row cellsOf(const std::string& line) {
-    ProtocolPage::Row cells;
+DocumentPage::Row cellsOf(const std::string& line) {
+    DocumentPage::Row cells;
     for (size_t from = 1, bar; (bar = line.find('|', from)) != std::string::npos; from = bar + 1) {
         cells.push_back(withoutBlanks(line.substr(from, bar - from)));
     }
@@ -33,16 +33,17 @@ ProtocolPage::Row cellsOf(const std::string& line) {
 
 }  // namespace
 
-ProtocolPage::ProtocolPage(const std::string& path) {
+DocumentPage::DocumentPage(const std::string& path) {
     std::ifstream page(path);
     EXPECT_TRUE(page.is_open()) << path;
     for (std::string line; std::getline(page, line);) {
         if (startsWith(line, kExampleMark)) readExample(line, page);
+        if (line == "```settings") readSettings(page);
         if (startsWith(line, "|")) readTable(line, page);
     }
 }
 
-void ProtocolPage::readExample(const std::string& opening, std::istream& page) {
+void DocumentPage::readExample(const std::string& opening, std::istream& page) {
     const std::string name = opening.substr(sizeof kExampleMark - 1);
     EXPECT_EQ(examples_.count(name), 0u) << name;
     std::string& bytes = examples_[name];
@@ -58,7 +59,13 @@ void ProtocolPage::readExample(const std::string& opening, std::istream& page) {
     }
 }
 
-void ProtocolPage::readTable(const std::string& header, std::istream& page) {
+void DocumentPage::readSettings(std::istream& page) {
+    std::string& block = settings_.emplace_back();
+    for (std::string line; std::getline(page, line) && line != "```";)
+        block += line + "\n";
+}
+
+void DocumentPage::readTable(const std::string& header, std::istream& page) {
     tables_.emplace_back(cellsOf(header), std::vector<Row>());
     std::string line;
     std::getline(page, line);
@@ -67,21 +74,21 @@ void ProtocolPage::readTable(const std::string& header, std::istream& page) {
         tables_.back().second.push_back(cellsOf(line));
 }
 
-std::string ProtocolPage::example(const std::string& name) const {
+std::string DocumentPage::example(const std::string& name) const {
     const auto found = examples_.find(name);
     if (found != examples_.end()) return found->second;
     ADD_FAILURE() << "the page has no example " << name;
     return "";
 }
 
-std::vector<std::string> ProtocolPage::exampleNames() const {
+std::vector<std::string> DocumentPage::exampleNames() const {
     std::vector<std::string> names;
     for (const auto& example : examples_)
         names.push_back(example.first);
     return names;
 }
 
-std::vector<ProtocolPage::Row> ProtocolPage::rowsUnder(const Row& headerStart) const {
+std::vector<DocumentPage::Row> DocumentPage::rowsUnder(const Row& headerStart) const {
     std::vector<Row> rows;
     for (const auto& table : tables_) {
         const Row& header = table.first;

@@ -1,0 +1,71 @@
+// The development server's requests: whatever arrives, it answers with a transfer object that can be read,
+// says no with a code that clients know, and knows its client and its object as before unless it was asked to
+// forget them.
+//
+// The server has one application (65537) with one object of the class Echo.
+
+#include <memory>
+
+#include "FuzzTarget.h"
+#include "InterProcessCommunication/POSTransferObj.h"
+#include "client/exceptions/POSExceptionFactory.h"
+#include "server/Exchanges.h"
+
+namespace {
+
+using namespace merrowd;
+
+constexpr uint32_t kSession = 65537;
+
+// Nothing of the process is at stake, because no fault is set.
+class NoProcess : public ServerProcess {
+  public:
+    void pause(std::chrono::milliseconds) override { std::abort(); }
+    void hang() override { std::abort(); }
+    [[noreturn]] void vanish() override { std::abort(); }
+};
+
+bool isKnownCode(uint32_t code) {
+    if (code == dovrel::kErrorCodeGeneral || code == dovrel::kErrorCodeNoValidInterface) return true;
+    return std::unique_ptr<dovrel::CPPException>(dovrel::newPOSExceptionForCode(code, "")) != nullptr;
+}
+
+void checkAnswer(const CPPByteArray& bytes) {
+    POSTransferObj answer;
+    answer.copyBytesFrom(bytes);
+    if (answer.getMessageKind() == dovrel::kMessageKindException) {
+        FUZZ_CHECK(!answer.readString(dovrel::posField::kExceptionText).empty());
+        FUZZ_CHECK(isKnownCode(answer.readUInt32(dovrel::posField::kExceptionCode)));
+        return;
+    }
+    FUZZ_CHECK(answer.getMessageKind() == kMessageKindAnswer);
+    const POSCommand* command = dovrel::findPOSCommand(answer.getCommand());
+    FUZZ_CHECK(command != nullptr);
+    for (const POSField& field : command->reply)
+        FUZZ_CHECK(answer.hasField(field));
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    NoProcess process;
+    ServerState state(kSession);
+    ExchangeLog log("/dev/null");
+    state.settings.log = true;
+    Exchanges exchanges(state, process, log);
+    state.applications.add(Application());
+    ObjectRecord record;
+    record.ofClass = state.classes.find(ServerClass::identifierOfName("Echo"));
+    UserMessage message;
+    record.object = record.ofClass->instantiate(message);
+    state.applications.addObject(kSession, std::move(record));
+
+    CPPByteArray request;
+    request.set(data, static_cast<uint32_t>(size));
+    const Outcome outcome = exchanges.data(request, 0);
+    FUZZ_CHECK(outcome.parameter != nullptr && outcome.status == 0 && !outcome.endServer);
+    checkAnswer(outcome.parameter->bytes());
+    FUZZ_CHECK(state.applications.size() <= 2);
+    FUZZ_CHECK(state.applications.objectCount() <= 2);
+    return 0;
+}
