@@ -5,9 +5,9 @@
 #include <deque>
 #include <mutex>
 
+#include "appkit/WindowServer.h"
 #include "events/EventLoop.h"
 #include "tasks/MainThread.h"
-#include "tasks/WindowSystem.h"
 
 namespace {
 
@@ -95,6 +95,6 @@ void* MPRemoteCall(MPRemoteProcedure remoteProc, void* parameter, MPRemoteContex
     void* result = nullptr;
     if (portability::runOnEventLoop(remoteProc, parameter, &result)) return result;
     // Without windows there is no run loop either, and nothing would ever answer the call.
-    if (!portability::windowSystemAnswers()) return remoteProc(parameter);
+    if (!portability::WindowServer().answers()) return remoteProc(parameter);
     return callOnRunLoop(remoteProc, parameter);
 }

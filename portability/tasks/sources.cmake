@@ -6,5 +6,4 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/Semaphores.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Tasks.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Timer.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/WaitQueue.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/WindowSystem.cpp)
+    ${CMAKE_CURRENT_LIST_DIR}/WaitQueue.cpp)
