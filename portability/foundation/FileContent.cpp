@@ -37,7 +37,7 @@ std::optional<std::string> readFile(const std::string& path, std::size_t limit) 
     std::string bytes;
     const bool isWhole = readToEnd(descriptor, limit, bytes);
     close(descriptor);
-    return isWhole && bytes.size() <= limit ? std::optional<std::string>(std::move(bytes)) : std::nullopt;
+    return isWhole ? std::optional<std::string>(std::move(bytes)) : std::nullopt;
 }
 
 }  // namespace portability

@@ -226,6 +226,18 @@ TEST_F(Detached, FailedStart_AnswersItsCause) {
     EXPECT_EQ(startProbe({12345}), EBADF);
 }
 
+TEST_F(Detached, FailedStart_HoldsNoDescriptorAfterwards) {
+    for (int count = 0; count < 200; ++count) {
+        int pipe[2];
+        ASSERT_EQ(pipe2(pipe, O_CLOEXEC | O_NONBLOCK), 0);
+        ASSERT_EQ(startDetached({folder_.path("absent"), {"absent"}, {}, {pipe[1]}}), ENOENT);
+        close(pipe[1]);
+        char byte;
+        ASSERT_EQ(read(pipe[0], &byte, 1), 0) << "somebody still holds the other end, at start " << count;
+        close(pipe[0]);
+    }
+}
+
 TEST_F(Detached, ManyThreads_StartingAtOnce_AllSucceed) {
     constexpr int kThreads = 4;
     constexpr int kStarts = 10;

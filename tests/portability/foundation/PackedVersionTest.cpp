@@ -20,7 +20,7 @@ TEST(PackedVersion, TwoDigitMajor_IsBinaryCodedDecimal) {
 
 TEST(PackedVersion, OtherForms_AreZero) {
     for (const char* version : {"", " 1", "1 ", "v1", ".1", "1.", "1..2", "1.x", "1.2.3x4", "1.2-3", "123",
-                                "1.2.34", "1.23.4", "1b256", "1b99999", "-1", "1.2.3.4", "11.2.3b1234"}) {
+                                "1.2.34", "1.23.4", "1b256", "1b99999", "-1", "1.2.3.4", "11.2.3b0001"}) {
         EXPECT_EQ(packedVersion(version), 0U) << version;
     }
 }

@@ -1,5 +1,6 @@
 #include "foundation/ProcessTable.h"
 
+#include <ApplicationServices/ApplicationServices.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/sysctl.h>
@@ -153,6 +154,17 @@ TEST_F(ProcessTable, StoppedProcess_IsListedAsStopped) {
     }
     EXPECT_EQ(findListed(probe->id())->state, 'T');
     kill(probe->id(), SIGCONT);
+}
+
+TEST_F(ProcessTable, SerialNumberOfTheFirstProcess_IsNotTheSpecialOne) {
+    ProcessSerialNumber number = {};
+    ASSERT_EQ(GetProcessForPID(1, &number), noErr);
+    EXPECT_NE(number.highLongOfPSN, 0U);
+    pid_t pid = -7;
+    ASSERT_EQ(GetProcessPID(&number, &pid), noErr);
+    EXPECT_EQ(pid, 1);
+    const ProcessSerialNumber special = {0, 1};
+    EXPECT_EQ(GetProcessPID(&special, &pid), procNotFound);
 }
 
 TEST_F(ProcessTable, FindProcess_NumbersOfNoProcess_AreNothing) {

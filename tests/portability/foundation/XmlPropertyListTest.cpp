@@ -94,6 +94,8 @@ TEST(XmlPropertyList, DamagedDocuments_AreRefused) {
 
 TEST(XmlPropertyList, DocumentType_WithDefinitionsOfItsOwn_IsRefused) {
     EXPECT_FALSE(isReadable("<!DOCTYPE plist [<!ENTITY a \"b\">]><plist><string>&a;</string></plist>"));
+    EXPECT_FALSE(isReadable("<!DOCTYPE plist [<plist><string/></plist>"));
+    EXPECT_FALSE(isReadable("<!DOCTYPE plist [ ]><plist><string/></plist>"));
 }
 
 TEST(XmlPropertyList, Nesting_IsLimited) {
