@@ -1,9 +1,10 @@
-// Apple events to another process against a plain blocking exchange over a local stream socket with an 8-byte length in
-// front of the data, both in one run and in turns. Client and server share one processor, or have one each.
+// Apple events to another process against a plain blocking exchange over a local stream socket with an 8-byte
+// length in front of the data, both in one run and in turns. Client and server share one processor, or have
+// one each.
 //
-// An exchange is all that a caller does: an event is made, filled, sent, its reply read into the caller's memory, both
-// disposed of; the server copies the parameter out and puts it into the reply. The plain exchange reads and writes the
-// same bytes from and to the same kind of buffers.
+// An exchange is all that a caller does: an event is made, filled, sent, its reply read into the caller's
+// memory, both disposed of; the server copies the parameter out and puts it into the reply. The plain
+// exchange reads and writes the same bytes from and to the same kind of buffers.
 
 #include <CoreServices/CoreServices.h>
 #include <benchmark/benchmark.h>
@@ -107,7 +108,8 @@ class EventClient {
     explicit EventClient(int serverProcessor) : server_(serverProcessor, [] { serveEvents(claim()); }) {
         AECreateDesc(typeApplSignature, &kSignature, sizeof kSignature, &address_);
         std::vector<char> byte(1);
-        while (!exchange(byte, byte)) usleep(1000);
+        while (!exchange(byte, byte))
+            usleep(1000);
     }
     ~EventClient() { AEDisposeDesc(&address_); }
 
@@ -164,7 +166,8 @@ bool writeMessage(int descriptor, const void* data, uint64_t size) {
         const ssize_t count = writev(descriptor, part, static_cast<int>(parts + 2 - part));
         if (count <= 0) return false;
         auto left = static_cast<size_t>(count);
-        while (part < parts + 2 && left >= part->iov_len) left -= (part++)->iov_len;
+        while (part < parts + 2 && left >= part->iov_len)
+            left -= (part++)->iov_len;
         if (part == parts + 2) break;
         part->iov_base = static_cast<char*>(part->iov_base) + left;
         part->iov_len -= left;
@@ -173,13 +176,16 @@ bool writeMessage(int descriptor, const void* data, uint64_t size) {
 }
 
 bool readMessage(int descriptor, std::vector<char>& buffer, uint64_t& size) {
-    return readAll(descriptor, &size, sizeof size) && size <= buffer.size() && readAll(descriptor, buffer.data(), size);
+    return readAll(descriptor, &size, sizeof size) && size <= buffer.size() &&
+           readAll(descriptor, buffer.data(), size);
 }
 
 class StreamClient {
   public:
     explicit StreamClient(int serverProcessor)
-        : listener_(listenAtPath()), server_(serverProcessor, [this] { serve(); }), connection_(connectToServer()) {}
+        : listener_(listenAtPath()),
+          server_(serverProcessor, [this] { serve(); }),
+          connection_(connectToServer()) {}
 
     bool exchange(const std::vector<char>& request, std::vector<char>& answer) {
         uint64_t size = 0;
@@ -233,9 +239,11 @@ class StreamClient {
 
 // Microseconds of one exchange, measured over a few in a row.
 template <class Client>
-double timeOf(Client& client, int count, const std::vector<char>& request, std::vector<char>& answer, bool& good) {
+double timeOf(Client& client, int count, const std::vector<char>& request, std::vector<char>& answer,
+              bool& good) {
     const Clock::time_point begin = Clock::now();
-    for (int i = 0; i < count; ++i) good = client.exchange(request, answer) && good;
+    for (int i = 0; i < count; ++i)
+        good = client.exchange(request, answer) && good;
     return std::chrono::duration<double, std::micro>(Clock::now() - begin).count() / count;
 }
 
@@ -311,12 +319,18 @@ void firstCall(benchmark::State& state) {
 void sizesAndProcessors(benchmark::internal::Benchmark* benchmark) {
     benchmark->ArgNames({"bytes", "processors"})->UseManualTime()->Unit(benchmark::kMicrosecond);
     for (const int64_t processors : {1, 2}) {
-        for (const int64_t bytes : {64, 4096, 65536, 1 << 20}) benchmark->Args({bytes, processors});
+        for (const int64_t bytes : {64, 4096, 65536, 1 << 20})
+            benchmark->Args({bytes, processors});
     }
 }
 
 BENCHMARK(roundTrip)->Apply(sizesAndProcessors)->Iterations(100);
-BENCHMARK(firstCall)->ArgNames({"bytes", "processors"})->Args({64, 1})->Args({64, 2})->Iterations(500)->UseManualTime()->Unit(
-    benchmark::kMicrosecond);
+BENCHMARK(firstCall)
+    ->ArgNames({"bytes", "processors"})
+    ->Args({64, 1})
+    ->Args({64, 2})
+    ->Iterations(500)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -45,14 +45,14 @@ class ImageMemory {
     void erase(size_t offset, size_t count);
 
   private:
-    bool own(size_t capacity);
+    bool own(size_t needed);
     bool isOwn() const;
 
+    static constexpr size_t kSmall = 464;
+    alignas(8) std::array<uint8_t, kSmall> small_;
     const uint8_t* data_ = small_.data();
     size_t size_ = 0;
     size_t capacity_ = kSmall;  // 0 for a view
-    static constexpr size_t kSmall = 464;
-    alignas(8) std::array<uint8_t, kSmall> small_;
     std::unique_ptr<uint8_t[]> heap_;
     std::shared_ptr<SharedBlock> block_;
     std::shared_ptr<const void> keeper_;
