@@ -11,18 +11,12 @@ class EventDescriptor {
     EventDescriptor() = default;
     EventDescriptor(const EventDescriptor&) = delete;
     EventDescriptor& operator=(const EventDescriptor&) = delete;
-    ~EventDescriptor() { dispose(); }
+    ~EventDescriptor() {
+        if (descriptor_.descriptorType != typeNull) AEDisposeDesc(&descriptor_);
+    }
 
     /// Null (typeNull, without data) until a call of the platform fills it.
     AEDesc* get() { return &descriptor_; }
-    const AEDesc* get() const { return &descriptor_; }
-
-    bool holdsData() const { return descriptor_.descriptorType != typeNull; }
-
-    /// Makes it null again. Nothing for one that is null already.
-    void dispose() {
-        if (holdsData()) AEDisposeDesc(&descriptor_);
-    }
 
   private:
     AEDesc descriptor_ = {typeNull, nullptr};

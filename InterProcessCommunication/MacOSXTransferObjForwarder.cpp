@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "InterProcessCommunication/IPC_Info.h"
@@ -17,7 +18,6 @@ namespace {
 
 constexpr int kMostAttempts = 20;
 constexpr int32_t kNothingSent = -1;
-constexpr uint32_t kConnectHint = 10;
 constexpr char kCommunicationErrorText[] =
     "An unknown interapplication communication error occured. In case the problem persists, please close all "
     "applications and restart your computer.";
@@ -90,7 +90,10 @@ bool MacOSXTransferObjForwarder::isServerAlive() const {
 CPPByteArray MacOSXTransferObjForwarder::GetClientProcessID() {
     CPPByteArray identity;
     ProcessSerialNumber number;
-    if (GetCurrentProcess(&number) == noErr) identity.set(&number, sizeof number);
+    if (GetCurrentProcess(&number) != noErr) return identity;
+    identity.set(&number, sizeof number);
+    // Empty would say that the system cannot tell.
+    if (identity.getSize() != sizeof number) throw std::bad_alloc();
     return identity;
 }
 

@@ -5,12 +5,13 @@
 #include <new>
 
 #include "client/exceptions/CPPException.h"
+#include "settings/MultiLanguageSupport.h"
+#include "settings/TextKeys.h"
 
 namespace dovrel {
 
 namespace {
 
-constexpr char kWrongIdentifierText[] = "An identifier is not of 16 bytes.";
 constexpr uint32_t kMessageFlagsSize = 4;
 
 }  // namespace
@@ -25,7 +26,8 @@ void writeIdentifier(POSTransferObj& object, uint32_t id, const CPPByteArray& id
 }
 
 void requireIdentifierSize(const CPPByteArray& identifier) {
-    if (identifier.getSize() != kPOSIdentifierSize) throw new CPPException(kWrongIdentifierText);
+    if (identifier.getSize() != kPOSIdentifierSize)
+        throw new CPPException(MultiLanguageSupport::getText(kDllWrongIdentifierSize).c_str());
 }
 
 void readIdentifier(POSTransferObj& object, uint32_t id, CPPByteArray& identifier) {

@@ -19,9 +19,11 @@ void POSTransferObj::writeBytes(uint32_t id, const void* bytes, uint32_t length)
     writer_.writeBytesPart(id, bytes, length);
 }
 
+// A missing payload field is reported as getPart reports it, also where the value is then read without the
+// array that getPart allocates.
 uint32_t POSTransferObj::readUInt32(uint32_t id) {
     attachReader();
-    requireField(id);
+    reader_.requirePart(id);
     return reader_.readUInt32Part(id);
 }
 
@@ -37,7 +39,7 @@ std::string POSTransferObj::readString(uint32_t id) {
 
 std::unique_ptr<uint8_t[]> POSTransferObj::readBlock(uint32_t id, uint32_t& length) {
     attachReader();
-    requireField(id);
+    reader_.requirePart(id);
     const uint32_t size = reader_.getPartLength(id);
     std::unique_ptr<uint8_t[]> block;
     if (size > 0) {
@@ -69,12 +71,6 @@ void POSTransferObj::attachReader() {
     if (readerAttached_) return;
     reader_.initialize(&bytes_);
     readerAttached_ = true;
-}
-
-// A missing payload field is reported as getPart reports it, also where the value is then read without the
-// array that getPart allocates.
-void POSTransferObj::requireField(uint32_t id) const {
-    if (!reader_.hasPart(id)) delete reader_.getPart(id);
 }
 
 }  // namespace dovrel

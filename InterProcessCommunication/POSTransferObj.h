@@ -78,7 +78,6 @@ class POSTransferObj {
   private:
     uint32_t readHeaderField(uint32_t id);
     void attachReader();
-    void requireField(uint32_t id) const;
 
     const uint32_t formatVersion_ = kTransferObjFormatVersion;
     const uint32_t headerId0_ = posField::kTransferKind;

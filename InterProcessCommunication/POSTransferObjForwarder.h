@@ -10,8 +10,12 @@ namespace dovrel {
 
 class POSTransferObj;
 
+/// What every caller of ConnectToPOS passes.
+constexpr uint32_t kConnectHint = 10;
+
 /// Contract of every carrier. One thread at a time may use a forwarder; the session's lock sees to that.
-/// Failures are thrown as a pointer to a new object of the CPPException family, which the catcher owns.
+/// Failures are thrown as a pointer to a new object of the CPPException family, which the catcher owns;
+/// running out of memory is std::bad_alloc.
 class POSTransferObjForwarder {
   public:
     virtual ~POSTransferObjForwarder() = default;
@@ -21,8 +25,8 @@ class POSTransferObjForwarder {
     /// POSException when the exchange failed for a reason that another attempt cannot cure.
     virtual POSTransferObj* ForwardTransferObj(POSTransferObj& request) = 0;
 
-    /// Makes sure that the server runs and answers. Callers pass 10; a carrier may ignore the hint. Throws
-    /// POSException with the text for the user when the server is missing or cannot be brought up.
+    /// Makes sure that the server runs and answers. Callers pass kConnectHint; a carrier may ignore the hint.
+    /// Throws POSException with the text for the user when the server is missing or cannot be brought up.
     virtual void ConnectToPOS(uint32_t hint) = 0;
 
     /// Lets the forwarder forget a connection that may have gone stale. Sends nothing, never throws.

@@ -1,5 +1,7 @@
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 
+#include <limits>
+#include <new>
 #include <utility>
 
 #include "InterProcessCommunication/POSCommands.h"
@@ -7,6 +9,8 @@
 #include "client/exceptions/POSExceptionFactory.h"
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "serialization/ByteArrayList.h"
+#include "serialization/SerializationFailure.h"
+#include "serialization/StructuredDataFormat.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
 
@@ -14,8 +18,6 @@ namespace dovrel {
 
 namespace {
 
-constexpr uint32_t kConnectHint = 10;
-constexpr char kCommandTooLongText[] = "The command and its argument are too long.";
 constexpr uint8_t kZeroIdentifier[kPOSIdentifierSize] = {};
 
 class Request : public POSTransferObj {
@@ -38,7 +40,7 @@ void writeClassList(POSTransferObj& request, const std::vector<CPPClassID>& clas
     for (const CPPClassID& classId : classes)
         requireIdentifierSize(classId);
     CPPExpandingByteArray block;
-    writeByteArrayList(std::vector<CPPByteArray>(classes.begin(), classes.end()), block);
+    writeByteArrayList(classes, block);
     request.writeByteArray(posField::kClassList, block);
 }
 
@@ -52,12 +54,16 @@ void writeExecuter(POSTransferObj& request, const ProtectedExecuterID* executer)
 
 void writeCommandData(POSTransferObj& request, const uint8_t* command, uint32_t commandLength,
                       const uint8_t* argument, uint32_t argumentLength) {
+    const uint64_t length = uint64_t{commandLength} + argumentLength;
+    if (length > std::numeric_limits<uint32_t>::max()) {
+        throwSerializationFailure<StructuredWriteFailedException>(
+            structuredData::site::kCommandData, MultiLanguageSupport::getText(kDllCommandTooLong).c_str());
+    }
     CPPExpandingByteArray data;
     data.writeBytes(0, command, commandLength);
     data.writeBytes(commandLength, argument, argumentLength);
-    // Without memory, and where the sum is no 32-bit length, the array stays short.
-    if (data.getSize() != uint64_t{commandLength} + argumentLength)
-        throw new StructuredWriteFailedException(kCommandTooLongText);
+    // Without memory the array stays short.
+    if (data.getSize() != length) throw std::bad_alloc();
     request.writeByteArray(posField::kCommandData, data);
 }
 

@@ -1,5 +1,6 @@
 #include "client/HostArguments.h"
 
+#include <limits>
 #include <new>
 
 #include "client/exceptions/CPPException.h"
@@ -44,6 +45,13 @@ std::vector<CPPClassID> classesOfList(void* const* classList, uint32_t count) {
         classes.push_back(identifierOfHandle<CPPClassID>(classList + index));
     }
     return classes;
+}
+
+int32_t signedLength(uint32_t length) {
+    if (length > uint32_t{std::numeric_limits<int32_t>::max()}) {
+        throw new CPPException(MultiLanguageSupport::getText(kDllInformationTooLong).c_str());
+    }
+    return static_cast<int32_t>(length);
 }
 
 }  // namespace dovrel

@@ -8,10 +8,14 @@
 #include <cstdint>
 #include <vector>
 
+#include "InterProcessCommunication/POSCommands.h"
 #include "dovrel/pos.h"
 #include "serialization/Identifiers.h"
 
 namespace dovrel {
+
+static_assert(POS_IDENTIFIER_SIZE == kPOSIdentifierSize,
+              "hosts and the server speak of the same identifiers");
 
 /// Throws the null-pointer failure.
 void requireNonNull(const void* pointer);
@@ -37,5 +41,9 @@ bool namesExecuter(void* const* executerId);
 
 /// Copies of the `count` class identifiers that the list points to; it may be null when there are none.
 std::vector<CPPClassID> classesOfList(void* const* classList, uint32_t count);
+
+/// The length of a block of information as hosts take it. A length that has no place there is a failure, a
+/// CPPException with the text of kDllInformationTooLong.
+int32_t signedLength(uint32_t length);
 
 }  // namespace dovrel

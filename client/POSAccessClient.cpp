@@ -16,9 +16,6 @@ namespace dovrel {
 
 namespace {
 
-/// What every caller of ConnectToPOS passes.
-constexpr uint32_t kConnectHint = 10;
-
 struct FreeBlock {
     void operator()(void* block) const { std::free(block); }
 };
@@ -134,10 +131,13 @@ bool POSAccessClient::getInformation(uint32_t applicationId, const void* request
         return true;
     }
 
+    uint8_t* block = nullptr;
     uint32_t length = 0;
-    if (!trader_->getInformation(applicationId, command.bytes(), command.length(), info, &length))
+    if (!trader_->getInformation(applicationId, command.bytes(), command.length(), &block, &length))
         return false;
-    *infoLength = static_cast<int32_t>(length);
+    std::unique_ptr<uint8_t[]> received(block);
+    *infoLength = signedLength(length);
+    *info = received.release();
     return true;
 }
 

@@ -82,7 +82,7 @@ class POSAccessClient {
 
     std::unique_ptr<POSTransferObjTrader> trader_;
     /// Part of the client's record, never set and never read.
-    uint8_t reservedFlags_[2] = {0, 0};
+    [[maybe_unused]] uint8_t reservedFlags_[2] = {0, 0};
     Applications applications_;
 };
 

@@ -16,9 +16,8 @@ constexpr uint32_t elementTag(uint32_t index) {
     return 5 + 2 * index;
 }
 
-}  // namespace
-
-void writeByteArrayList(const std::vector<CPPByteArray>& list, CPPByteArray& target) {
+template <typename Element>
+void writeElements(const std::vector<Element>& list, CPPByteArray& target) {
     StructuredByteArrayWriter writer;
     writer.initialize(target, kByteArrayListType);
     const auto count = static_cast<uint32_t>(list.size());
@@ -26,6 +25,16 @@ void writeByteArrayList(const std::vector<CPPByteArray>& list, CPPByteArray& tar
     for (uint32_t i = 0; i < count; ++i) {
         writer.writeArrayPart(elementTag(i), list[i]);
     }
+}
+
+}  // namespace
+
+void writeByteArrayList(const std::vector<CPPByteArray>& list, CPPByteArray& target) {
+    writeElements(list, target);
+}
+
+void writeByteArrayList(const std::vector<CPPClassID>& list, CPPByteArray& target) {
+    writeElements(list, target);
 }
 
 void readByteArrayList(const StructuredDataReader& reader, std::vector<CPPByteArray>& list) {

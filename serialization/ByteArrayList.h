@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "serialization/CPPByteArray.h"
+#include "serialization/Identifiers.h"
 #include "serialization/StructuredDataReader.h"
 
 namespace dovrel {
@@ -17,6 +18,7 @@ constexpr uint32_t kByteArrayListType = 8;
 // Writes the block at the beginning of the target, normally an empty CPPExpandingByteArray. Fails as
 // StructuredByteArrayWriter does.
 void writeByteArrayList(const std::vector<CPPByteArray>& list, CPPByteArray& target);
+void writeByteArrayList(const std::vector<CPPClassID>& list, CPPByteArray& target);
 
 // Replaces the list by the elements in the block. Fails as the reader does, and then holds the elements
 // before the one that is missing; nothing is reserved from a count that no part backs.

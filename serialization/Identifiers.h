@@ -1,7 +1,9 @@
 // The identifiers of classes, objects and executers: byte arrays with a type of their own, so that one is not
 // taken for another. Comparing and copying are those of the byte array; assigning an empty identifier
-// therefore changes nothing.
+// therefore changes nothing, and a copy that finds no memory is empty. Moving costs no memory.
 #pragma once
+
+#include <utility>
 
 #include "serialization/CPPByteArray.h"
 
@@ -12,6 +14,10 @@ class CPPKey : public CPPByteArray {
   public:
     CPPKey() = default;
     explicit CPPKey(const CPPByteArray& bytes) : CPPByteArray(bytes) {}
+    explicit CPPKey(CPPByteArray&& bytes) noexcept : CPPByteArray(std::move(bytes)) {}
+    CPPKey(const CPPKey&) = default;
+    CPPKey(CPPKey&&) noexcept = default;
+    CPPKey& operator=(const CPPKey&) = default;
     ~CPPKey() override;
 };
 
@@ -19,6 +25,10 @@ class CPPClassID : public CPPKey {
   public:
     CPPClassID() = default;
     explicit CPPClassID(const CPPByteArray& bytes) : CPPKey(bytes) {}
+    explicit CPPClassID(CPPByteArray&& bytes) noexcept : CPPKey(std::move(bytes)) {}
+    CPPClassID(const CPPClassID&) = default;
+    CPPClassID(CPPClassID&&) noexcept = default;
+    CPPClassID& operator=(const CPPClassID&) = default;
     ~CPPClassID() override;
 };
 
@@ -26,14 +36,22 @@ class CPPObjectID : public CPPKey {
   public:
     CPPObjectID() = default;
     explicit CPPObjectID(const CPPByteArray& bytes) : CPPKey(bytes) {}
+    explicit CPPObjectID(CPPByteArray&& bytes) noexcept : CPPKey(std::move(bytes)) {}
+    CPPObjectID(const CPPObjectID&) = default;
+    CPPObjectID(CPPObjectID&&) noexcept = default;
+    CPPObjectID& operator=(const CPPObjectID&) = default;
     ~CPPObjectID() override;
 };
 
-// Names an executer, the unit of the server on which an object may be placed.
+/// Names an executer, the unit of the server on which an object may be placed.
 class ProtectedExecuterID : public CPPByteArray {
   public:
     ProtectedExecuterID() = default;
     explicit ProtectedExecuterID(const CPPByteArray& bytes) : CPPByteArray(bytes) {}
+    explicit ProtectedExecuterID(CPPByteArray&& bytes) noexcept : CPPByteArray(std::move(bytes)) {}
+    ProtectedExecuterID(const ProtectedExecuterID&) = default;
+    ProtectedExecuterID(ProtectedExecuterID&&) noexcept = default;
+    ProtectedExecuterID& operator=(const ProtectedExecuterID&) = default;
     ~ProtectedExecuterID() override;
 };
 

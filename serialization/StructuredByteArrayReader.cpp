@@ -50,7 +50,7 @@ uint32_t StructuredByteArrayReader::getTypeNumber() const {
 }
 
 CPPByteArray* StructuredByteArrayReader::getPart(uint32_t tag) const {
-    const PartTable::Entry& entry = requirePart(tag, site::kGetPart);
+    const PartTable::Entry& entry = entryOf(tag, site::kGetPart);
     auto part = std::make_unique<CPPByteArray>();
     part->setFromPart(*source_, entry.offset, entry.length);
     // An array that could not be made stays empty, which must not pass for an empty part.
@@ -66,7 +66,7 @@ void StructuredByteArrayReader::readPart(uint32_t tag, void* destination) const 
 }
 
 uint32_t StructuredByteArrayReader::getPartLength(uint32_t tag) const {
-    return requirePart(tag, site::kGetPartLength).length;
+    return entryOf(tag, site::kGetPartLength).length;
 }
 
 bool StructuredByteArrayReader::hasPart(uint32_t tag) const {
@@ -79,7 +79,7 @@ void StructuredByteArrayReader::requireSource(const char* site) const {
     }
 }
 
-const PartTable::Entry& StructuredByteArrayReader::requirePart(uint32_t tag, const char* site) const {
+const PartTable::Entry& StructuredByteArrayReader::entryOf(uint32_t tag, const char* site) const {
     requireSource(site);
     const PartTable::Entry* const entry = parts_.find(tag);
     if (entry == nullptr) throwSerializationFailure<PartNotFoundException>(site, kSecondCheck);

@@ -31,13 +31,16 @@ class StructuredByteArrayReader : public StructuredDataReader {
     void readPart(uint32_t tag, void* destination) const override;
     uint32_t getPartLength(uint32_t tag) const override;
 
-    // Never fails; false also without a block.
+    /// Never fails; false also without a block.
     bool hasPart(uint32_t tag) const;
+
+    /// Fails as getPart does where the block has no such part.
+    void requirePart(uint32_t tag) const { entryOf(tag, structuredData::site::kGetPart); }
 
   private:
     void requireSource(const char* site) const;
     void requireBytes(uint32_t offset, uint32_t count) const;
-    const PartTable::Entry& requirePart(uint32_t tag, const char* site) const;
+    const PartTable::Entry& entryOf(uint32_t tag, const char* site) const;
     uint32_t parseHeader();
     void parseParts(uint32_t offset);
 

@@ -1,5 +1,6 @@
 #include "serialization/StructuredCharArrayReader.h"
 
+#include <new>
 #include <utility>
 
 namespace dovrel {
@@ -9,6 +10,8 @@ StructuredCharArrayReader::~StructuredCharArrayReader() = default;
 void StructuredCharArrayReader::setBuffer(const void* buffer, uint32_t length) {
     auto copy = std::make_unique<CPPByteArray>();
     copy->set(buffer, length);
+    // A copy that could not be made is no damaged block.
+    if (copy->getSize() != length) throw std::bad_alloc();
     ownCopy_ = std::move(copy);
     initialize(ownCopy_.get());
 }

@@ -12,8 +12,8 @@ class StructuredCharArrayReader : public StructuredByteArrayReader {
     StructuredCharArrayReader() = default;
     ~StructuredCharArrayReader() override;
 
-    // Copies the buffer and parses the copy; fails as initialize does. The buffer may be null when length is
-    // 0.
+    /// Copies the buffer and parses the copy; fails as initialize does. The buffer may be null when length is
+    /// 0. std::bad_alloc, and the reader as it was, where there is no memory for the copy.
     void setBuffer(const void* buffer, uint32_t length);
 
   private:

@@ -48,6 +48,7 @@ constexpr char kGetTypeNumber[] = "384181A400BE: ";
 constexpr char kGetPart[] = "384181A400FA: ";
 constexpr char kReadPart[] = "384181A400FC: ";
 constexpr char kGetPartLength[] = "384181A4012C: ";
+constexpr char kCommandData[] = "6B00A7F90036: ";
 }  // namespace site
 
 }  // namespace dovrel::structuredData

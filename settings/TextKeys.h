@@ -36,6 +36,11 @@ inline constexpr const char* kDllNullPointerPassed =
     "DLL_POS_ACCESS_CLIENT_EXCEPTION_CPP_A_NULL_POINTER_HAS_BEEN_PASSED";
 inline constexpr const char* kDllNoValidPosInterface =
     "DLL_POS_TRANSFER_OBJECT_TRADER_POS_EXCEPTION_NO_VALID_POS_INTERFACE";
+inline constexpr const char* kDllCommandTooLong =
+    "DLL_POS_TRANSFER_OBJECT_TRADER_EXCEPTION_COMMAND_AND_ARGUMENT_TOO_LONG";
+inline constexpr const char* kDllWrongIdentifierSize =
+    "DLL_POS_TRANSFER_OBJECT_TRADER_EXCEPTION_WRONG_IDENTIFIER_SIZE";
+inline constexpr const char* kDllInformationTooLong = "DLL_POS_ACCESS_CLIENT_EXCEPTION_INFORMATION_TOO_LONG";
 inline constexpr const char* kDllMsgMerrowdIsMissing = "DLL_MSG_MERROWD_IS_MISSING_MACOSX";
 inline constexpr const char* kDllMsgMerrowdIsCorrupt = "DLL_MSG_MERROWD_IS_CORRUPT_MACOSX";
 

@@ -57,7 +57,7 @@ TEST_F(IPC_via_AETest, CreateEvent_ThatFails_AnswersThePlatformsError) {
     EventDescriptor event;
     platform.createEventResult = memFullErr;
     EXPECT_EQ(channel.CreateEvent('BUFF', 'data', event.get()), -108);
-    EXPECT_FALSE(event.holdsData());
+    EXPECT_EQ(event.get()->descriptorType, DescType{typeNull});
 }
 
 TEST_F(IPC_via_AETest, EventCodes_AreThoseOfTheWire) {

@@ -82,11 +82,15 @@ class OutOfMemoryTest : public test::ChannelFixture {
 TEST_F(OutOfMemoryTest, RegisterApplication_EndsInAnExceptionOrRegisters) {
     answerAlways(normalAnswer());
     POSRegistration registration;
+    const std::vector<CPPClassID> classes{classId};
+    trader.registerApplication("App", classes, objectId, registration);
+    const auto sent = platform.sent.back().directParameter;
     failEachRequest(
         [&] {
             registration.applicationId = kUntouched;
-            return trader.registerApplication("App", {classId}, objectId, registration) &&
-                   registration.applicationId == 5 && registration.checksClasses;
+            return trader.registerApplication("App", classes, objectId, registration) &&
+                   registration.applicationId == 5 && registration.checksClasses &&
+                   platform.sent.back().directParameter == sent;
         },
         [&] { EXPECT_EQ(registration.applicationId, kUntouched); });
 }

@@ -4,6 +4,7 @@
 
 #include "client/exceptions/ExceptionTypeCodes.h"
 #include "client/exceptions/StructuredDataExceptions.h"
+#include "tests/InterProcessCommunication/TransportTexts.h"
 #include "tests/serialization/Bytes.h"
 
 namespace dovrel {
@@ -16,7 +17,6 @@ using test::hexOf;
 using test::textOf;
 
 constexpr char kHeader[] = "41 73 41 6B 00 01 00 00 00 09";
-constexpr char kWrongIdentifier[] = "An identifier is not of 16 bytes.";
 
 POSServerMessage messageOf(const std::string& hexData) {
     POSTransferObj object;
@@ -37,10 +37,12 @@ TEST(POSFieldForms, WriteName_OfTheEmptyName_IsOneZeroByte) {
 }
 
 TEST(POSFieldForms, WriteIdentifier_OfAnotherSize_FailsAndWritesNothing) {
+    const test::TransportTexts texts;
     for (const char* wrong : {"", "Echo", "fifteen bytes..", "seventeen bytes.."}) {
         POSTransferObj object;
         expectFailure<CPPException>([&] { writeIdentifier(object, 105, arrayOf(wrong)); },
-                                    exceptionTypeCode::kCPPException, "???", kWrongIdentifier);
+                                    exceptionTypeCode::kCPPException, "???",
+                                    test::TransportTexts::kWrongIdentifier);
         EXPECT_EQ(hexOf(object.bytes()), kHeader);
     }
 }
@@ -54,12 +56,14 @@ TEST(POSFieldForms, ReadIdentifier_ReplacesTheOneThatIsThere) {
 }
 
 TEST(POSFieldForms, ReadIdentifier_OfAnotherSize_FailsAndLeavesTheIdentifierAlone) {
+    const test::TransportTexts texts;
     for (const char* wrong : {"", "Echo", "fifteen bytes..", "seventeen bytes.."}) {
         POSTransferObj object;
         object.writeByteArray(105, arrayOf(wrong));
         CPPByteArray identifier = arrayOf("old");
         expectFailure<CPPException>([&] { readIdentifier(object, 105, identifier); },
-                                    exceptionTypeCode::kCPPException, "???", kWrongIdentifier);
+                                    exceptionTypeCode::kCPPException, "???",
+                                    test::TransportTexts::kWrongIdentifier);
         EXPECT_EQ(textOf(identifier), "old");
     }
 }

@@ -8,7 +8,6 @@
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "settings/MultiLanguageSupport.h"
 #include "tests/InterProcessCommunication/TraderFixture.h"
-#include "tests/settings/TemporaryFolder.h"
 
 namespace dovrel {
 namespace {
@@ -22,8 +21,6 @@ using test::Operation;
 using test::Outputs;
 using test::part;
 using test::uint32Part;
-
-constexpr char kInterfaceText[] = "The interface does not fit.";
 
 class POSTransferObjTraderReplyTest : public test::TraderFixture {
   protected:
@@ -44,22 +41,6 @@ class POSTransferObjTraderReplyTest : public test::TraderFixture {
         }
         untouched.expectUntouched();
     }
-
-    // Loads the one text that the trader asks for, from an installation of the test's own.
-    void loadTexts() {
-        folder_.write(
-            "Library/Application "
-            "Support/Tessilor/pos/Dovrel.bundle/Contents/Resources/MultiLanguageTexts.mls",
-            std::string("//LANGUAGE\nSTR:English\n"
-                        "//DLL_POS_TRANSFER_OBJECT_TRADER_POS_EXCEPTION_NO_VALID_POS_INTERFACE\nSTR:") +
-                kInterfaceText + "\n");
-        setenv("POS_SYSTEM_ROOT", folder_.path().c_str(), 1);
-        MultiLanguageSupport::initialize(kLanguageEnglish);
-        ASSERT_TRUE(MultiLanguageSupport::isLoaded());
-    }
-
-  private:
-    test::TemporaryFolder folder_;
 };
 
 struct CodeCase {
@@ -95,11 +76,10 @@ TEST_F(POSTransferObjTraderReplyTest, ErrorCodes_ThrowTheirClassWithTheServersTe
 }
 
 TEST_F(POSTransferObjTraderReplyTest, ErrorCode3_ThrowsTheTextOfTheInterfaceKeyInsteadOfTheServers) {
-    loadTexts();
     for (const Operation& operation : operations()) {
         prepare(operation);
         forwarder.answerParts(exceptionAnswer(3, "what the server says"));
-        expectFailureOf(operation, typeid(CPPException), kInterfaceText);
+        expectFailureOf(operation, typeid(CPPException), test::TransportTexts::kNoValidInterface);
     }
 }
 
@@ -169,11 +149,10 @@ TEST_F(POSTransferObjTraderReplyTest, AnyMessageKindBut20_IsANormalAnswer) {
 }
 
 TEST_F(POSTransferObjTraderReplyTest, InterfaceVersionOtherThan7_EndsTheRegistrationWithTheTextOfTheKey) {
-    loadTexts();
     for (const char* version : {"06 00 00 00", "08 00 00 00", "00", "", "07 00 00 01"}) {
         SCOPED_TRACE(version);
         forwarder.answerParts(kNormalAnswer + part(118, version));
-        expectFailureOf(operations().front(), typeid(CPPException), kInterfaceText);
+        expectFailureOf(operations().front(), typeid(CPPException), test::TransportTexts::kNoValidInterface);
     }
     EXPECT_EQ(forwarder.requests().size(), 5u);
 }
@@ -186,7 +165,6 @@ TEST_F(POSTransferObjTraderReplyTest, InterfaceVersion7_MayBeAShortField) {
 
 TEST_F(POSTransferObjTraderReplyTest,
        MissingInterfaceVersion_IsThePartNotFoundFailureNotTheInterfaceFailure) {
-    loadTexts();
     forwarder.answerParts(kNormalAnswer);
     expectFailure<PartNotFoundException>([&] { operations().front().run(trader, outputs); },
                                          exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");

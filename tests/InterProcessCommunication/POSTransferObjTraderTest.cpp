@@ -106,7 +106,7 @@ TEST_F(POSTransferObjTraderTest, RegisterApplication_WithAClassIdentifierThatIsN
             trader.registerApplication("App", {classId, CPPClassID(arrayOf("short"))}, CPPByteArray(),
                                        outputs.registration);
         },
-        exceptionTypeCode::kCPPException, "???", "An identifier is not of 16 bytes.");
+        exceptionTypeCode::kCPPException, "???", test::TransportTexts::kWrongIdentifier);
     EXPECT_EQ(forwarder.requests().size(), 1u);
     outputs.expectUntouched();
 }
@@ -138,7 +138,7 @@ TEST_F(POSTransferObjTraderTest, InstantiateObject_WithAnObjectIdentifierThatIsN
         forwarder.answerParts(kNormalAnswer + part(105, identifier) + part(120, "01 00 00 00"));
         expectFailure<CPPException>(
             [&] { trader.instantiateObject(5, classId, kNoExecuter, outputs.objectId, outputs.message); },
-            exceptionTypeCode::kCPPException, "???", "An identifier is not of 16 bytes.");
+            exceptionTypeCode::kCPPException, "???", test::TransportTexts::kWrongIdentifier);
         outputs.expectUntouched();
     }
 }
@@ -211,7 +211,7 @@ TEST_F(POSTransferObjTraderTest, ExecuteCommand_WithLengthsWhoseSumIsNoLength_Fa
         [&] {
             trader.executeCommand(5, command, 4, argument, 0xFFFFFFFF, &outputs.block, &outputs.blockLength);
         },
-        exceptionTypeCode::kStructuredWriteFailed, "???", "The command and its argument are too long.");
+        exceptionTypeCode::kStructuredWriteFailed, "6B00A7F90036: ", test::TransportTexts::kCommandTooLong);
     EXPECT_TRUE(forwarder.calls().empty());
     outputs.expectUntouched();
 }
@@ -244,7 +244,7 @@ TEST_F(POSTransferObjTraderTest, GivenIdentifiersThatAreNot16Bytes_FailBeforeAny
     };
     for (const auto& attempt : attempts)
         expectFailure<CPPException>(attempt, exceptionTypeCode::kCPPException, "???",
-                                    "An identifier is not of 16 bytes.");
+                                    test::TransportTexts::kWrongIdentifier);
     EXPECT_TRUE(forwarder.calls().empty());
     outputs.expectUntouched();
 }

@@ -10,6 +10,7 @@
 
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 #include "tests/InterProcessCommunication/ScriptedForwarder.h"
+#include "tests/InterProcessCommunication/TransportTexts.h"
 #include "tests/serialization/Bytes.h"
 
 namespace dovrel::test {
@@ -74,6 +75,7 @@ class TraderFixture : public testing::Test {
 
     const CPPClassID classId{arrayOf("ABCDEFGHIJKLMNOP")};
     const CPPObjectID objectId{arrayOf("abcdefghijklmnop")};
+    const TransportTexts texts;
     Outputs outputs;
     ScriptedForwarder forwarder;
     POSTransferObjTrader trader;

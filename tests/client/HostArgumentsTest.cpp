@@ -79,5 +79,16 @@ TEST_F(HostArgumentsTest, ClassesOfList_NullIsLegalWithoutClassesOnly) {
     EXPECT_TRUE(failsForNull([&] { classesOfList(gap, 2); }));
 }
 
+TEST_F(HostArgumentsTest, SignedLength_TakesWhatHasAPlaceInASignedNumber) {
+    EXPECT_EQ(signedLength(0), 0);
+    EXPECT_EQ(signedLength(0x7FFFFFFF), 0x7FFFFFFF);
+    for (uint32_t length : {0x80000000u, 0xFFFFFFFFu}) {
+        const Attempt result = attempt([length] { return signedLength(length) < 0; });
+        ASSERT_TRUE(result.failure) << length;
+        EXPECT_EQ(result.failure->getTypeCode(), 0u);
+        EXPECT_STREQ(result.failure->getMessage(), "Too much.");
+    }
+}
+
 }  // namespace
 }  // namespace dovrel

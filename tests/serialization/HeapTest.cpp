@@ -5,11 +5,13 @@
 #include <memory>
 #include <new>
 #include <sstream>
+#include <utility>
 #include <vector>
 
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "serialization/ByteArrayList.h"
 #include "serialization/CPPExpandingByteArray.h"
+#include "serialization/Identifiers.h"
 #include "serialization/StructuredByteArrayWriter.h"
 #include "serialization/StructuredCharArrayReader.h"
 #include "tests/serialization/Bytes.h"
@@ -215,13 +217,30 @@ TEST(Heap, OutOfMemoryForAPart_IsNotHandedOutAsAnEmptyPart) {
     EXPECT_THROW(reader.getPart(5), std::bad_alloc);
 }
 
-TEST(Heap, OutOfMemoryForTheReadersCopy_FailsTheParse) {
+TEST(Heap, OutOfMemoryForTheReadersCopy_IsNoDamagedBlock) {
     const CPPByteArray block = arrayOfHex("41 73 41 6B 00 00");
     StructuredCharArrayReader reader;
     HeapWatch watch;
     watch.failAt({1});
-    expectFailure<StructuredReaderNotInitializedException>(
-        [&] { reader.setBuffer(block.data(), block.getSize()); }, 2, "3841954A010E: ", "1");
+    EXPECT_THROW(reader.setBuffer(block.data(), block.getSize()), std::bad_alloc);
+    EXPECT_FALSE(reader.hasPart(0));
+}
+
+template <class Identifier>
+void expectThatMovingAsksForNothing() {
+    Identifier original(arrayOf("0123456789abcdef"));
+    HeapWatch watch;
+    Identifier moved(std::move(original));
+    const Identifier taken(static_cast<CPPByteArray&&>(moved));
+    EXPECT_TRUE(watch.requests().empty());
+    EXPECT_EQ(textOf(taken), "0123456789abcdef");
+}
+
+TEST(Heap, MovedIdentifiers_AskForNothing) {
+    expectThatMovingAsksForNothing<CPPKey>();
+    expectThatMovingAsksForNothing<CPPClassID>();
+    expectThatMovingAsksForNothing<CPPObjectID>();
+    expectThatMovingAsksForNothing<ProtectedExecuterID>();
 }
 
 }  // namespace

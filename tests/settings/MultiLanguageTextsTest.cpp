@@ -53,7 +53,7 @@ std::set<std::string> keysOfTheCode() {
 }
 
 TEST(MultiLanguageTexts, TextKeysHeader_NamesAllTheKeys) {
-    EXPECT_EQ(keysOfTheCode().size(), 19u);
+    EXPECT_EQ(keysOfTheCode().size(), 22u);
     EXPECT_EQ(keysOfTheCode().count(kDllErrorDialogTitle), 1u);
     EXPECT_EQ(keysOfTheCode().count(kDllMsgMerrowdIsCorrupt), 1u);
 }
