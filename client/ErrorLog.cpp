@@ -1,6 +1,7 @@
 #include "client/ErrorLog.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -44,10 +45,25 @@ class LogFile {
 
     /// In one call, so that the entries of several processes do not mix.
     void append(const std::string& text) const {
-        if (write(descriptor_, text.data(), text.size()) < 0) return;
+        [[maybe_unused]] const ssize_t written = write(descriptor_, text.data(), text.size());
+    }
+
+    /// Gives the name away to a new file, unless another process did so since this one was opened, or is at
+    /// it: what it renamed would be replaced by the file that it began. False when the file is still in the
+    /// way.
+    bool moveAway(const std::string& path) const {
+        // Not waited for, because any user can hold it. It goes with the descriptor.
+        if (flock(descriptor_, LOCK_EX | LOCK_NB) != 0) return true;
+        return !isNamed(path) || std::rename(path.c_str(), (path + ErrorLog::kOldSuffix).c_str()) == 0;
     }
 
   private:
+    bool isNamed(const std::string& path) const {
+        struct stat named = {};
+        return lstat(path.c_str(), &named) == 0 && named.st_dev == status_.st_dev &&
+               named.st_ino == status_.st_ino;
+    }
+
     int descriptor_;
     bool isUsable_ = false;
     struct stat status_ = {};
@@ -99,9 +115,13 @@ void ErrorLog::append(const char* applicationName, const FailureReport& report) 
             return true;
         }
 
-        if (log.size() != 0 && std::rename(path.c_str(), (path + kOldSuffix).c_str()) != 0) return false;
+        if (log.size() != 0 && !log.moveAway(path)) return false;
         const LogFile fresh(path);
         if (!fresh.isUsable()) return false;
+        if (fresh.size() != 0) {
+            fresh.append(entry);
+            return true;
+        }
         fresh.openToAllUsers();
         fresh.append(headText() + entry);
         return true;

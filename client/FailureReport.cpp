@@ -28,7 +28,9 @@ FailureReport::FailureReport(std::unique_ptr<CPPException> failure, const char* 
     body = MultiLanguageSupport::getText(kDllErrorMessageHeadPart1);
     body += applicationName;
     body += MultiLanguageSupport::getText(kDllErrorMessageHeadPart2);
-    ((body += message) += kLineEnd) += kLineEnd;
+    body += message;
+    body += kLineEnd;
+    body += kLineEnd;
     body += MultiLanguageSupport::getText(explanationKey(typeCode));
 }
 

@@ -22,7 +22,6 @@ POSAccessUIDialogHandler::POSAccessUIDialogHandler(std::unique_ptr<MessageDialog
     : dialog_(std::move(dialog)) {}
 
 void POSAccessUIDialogHandler::setBundlePath(const std::string& bundlePath) {
-    bundlePath_ = bundlePath;
     errorLog_.setBundlePath(bundlePath);
     try {
         MultiLanguageSupport::initialize("");
@@ -39,7 +38,7 @@ void POSAccessUIDialogHandler::readOptions(const uint16_t* options, uint32_t opt
         uint16_t code = 0;
         // The host's block need not be aligned for 16-bit numbers.
         std::memcpy(&code, options + index, sizeof code);
-        if (code == POS_OPTION_1104) flags_.first = false;
+        if (code == POS_OPTION_1104) flags_.withoutOption1104 = false;
         if (code == POS_OPTION_SILENT_REGISTRATION) flags_.showsRegistrationFailures = false;
         if (code == POS_OPTION_SILENT_MESSAGES) flags_.showsServerMessages = false;
     }

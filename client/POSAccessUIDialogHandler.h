@@ -24,7 +24,7 @@ class POSAccessUIDialogHandler {
   public:
     /// The flags of a registration; all are set unless an option code clears them.
     struct InteractionFlags {
-        bool first = true;                      ///< kept, without further effect
+        bool withoutOption1104 = true;          ///< kept, without further effect
         bool showsRegistrationFailures = true;  ///< failures of type 32 at registration
         bool showsServerMessages = true;
     };
@@ -103,7 +103,6 @@ class POSAccessUIDialogHandler {
 
     POSAccessClient* client_ = nullptr;
     std::unique_ptr<MessageDialog> dialog_;
-    std::string bundlePath_;
     ErrorLog errorLog_;
     InteractionFlags flags_;
     std::string currentApplicationName_;

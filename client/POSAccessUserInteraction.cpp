@@ -59,10 +59,12 @@ bool POSAccessUserInteraction::posRegisterApplicationWithClasses(const char* app
     dialogHandler_.readOptions(options, optionsLength);
 
     const char* const name = applicationName != nullptr ? applicationName : "";
+    const bool hasOptions = optionsLength >= sizeof *options;
     const uint32_t optionBytes = options != nullptr ? optionsLength : 0;
     uint32_t registeredId = 0;
     const bool registered = dialogHandler_.runRegistration(name, [&] {
         requireNonNull(applicationId);
+        if (hasOptions) requireNonNull(options);
         dialogHandler_.prepareRegistration(name);
         return client_.registerApplication(name, classList, classCount, options, optionBytes, registeredId);
     });

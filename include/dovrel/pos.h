@@ -28,8 +28,8 @@
  *
  * Blocking. A call waits for its turn, then for the server's answer (up to 10000 ticks of 1/60 s, about 167
  * seconds, per attempt), then for the user where a failure is shown. When the server has gone away it is
- * launched again, at most 20 times for one call; a server that is installed but never answers is given up
- * after ten handshakes of five seconds.
+ * launched again, at most 20 times for one exchange; a call makes one exchange, a registration two. A server
+ * that is installed but never answers is given up after ten handshakes of five seconds.
  *
  * Calling anything but InitializePOS and the two freeing functions without a session is an error of the host
  * that is not checked. No exception of C++ leaves a function other than InitializePOS.
@@ -89,8 +89,8 @@ POS_EXPORT uint32_t TerminatePOS(void);
  * @param[in]  classList        classCount pointers to identifiers of POS_IDENTIFIER_SIZE bytes; may be null
  *                              when there are none.
  * @param[in]  classCount       Number of classes.
- * @param[in]  options          16-bit option codes (POS_OPTION_...); unknown ones are ignored. Null counts as
- *                              none.
+ * @param[in]  options          16-bit option codes (POS_OPTION_...); unknown ones are ignored. May be null
+ *                              when there are none (optionsLength below 2).
  * @param[in]  optionsLength    Bytes in options. When it is odd, the options are ignored here, but sent.
  * @param[out] applicationId    Receives the identifier on success; untouched after a failure.
  *
@@ -179,7 +179,7 @@ POS_EXPORT uint32_t posDeleteObject(uint32_t applicationId, void** objectId);
  * @param[out] infoLength       Receives the number of bytes in the block.
  *
  * @retval POS_OK       Answered.
- * @retval POS_FAILURE  A null pointer, no server, or refused.
+ * @retval POS_FAILURE  A null pointer, no server, refused, or a block of 2^31 bytes or more.
  */
 POS_EXPORT uint32_t posGetInfo(uint32_t applicationId, const void* request, uint32_t requestLength,
                                uint8_t** info, int32_t* infoLength);

@@ -1,6 +1,7 @@
 #include "client/POSAccessUIDialogHandler.h"
 
 #include <functional>
+#include <stdexcept>
 
 #include "client/exceptions/POSException.h"
 #include "tests/client/SessionTest.h"
@@ -69,29 +70,29 @@ class POSAccessUIDialogHandlerTest : public test::SystemRootTest {
 
 TEST_F(POSAccessUIDialogHandlerTest, Options_None_SetAllFlags) {
     readOptions({});
-    EXPECT_TRUE(handler_.flags().first);
+    EXPECT_TRUE(handler_.flags().withoutOption1104);
     EXPECT_TRUE(handler_.flags().showsRegistrationFailures);
     EXPECT_TRUE(handler_.flags().showsServerMessages);
 }
 
 TEST_F(POSAccessUIDialogHandlerTest, Options_EachCodeClearsItsFlagOnly) {
     readOptions({1104});
-    EXPECT_FALSE(handler_.flags().first);
+    EXPECT_FALSE(handler_.flags().withoutOption1104);
     EXPECT_TRUE(handler_.flags().showsRegistrationFailures);
     EXPECT_TRUE(handler_.flags().showsServerMessages);
     readOptions({1120});
-    EXPECT_TRUE(handler_.flags().first);
+    EXPECT_TRUE(handler_.flags().withoutOption1104);
     EXPECT_FALSE(handler_.flags().showsRegistrationFailures);
     EXPECT_TRUE(handler_.flags().showsServerMessages);
     readOptions({1121});
-    EXPECT_TRUE(handler_.flags().first);
+    EXPECT_TRUE(handler_.flags().withoutOption1104);
     EXPECT_TRUE(handler_.flags().showsRegistrationFailures);
     EXPECT_FALSE(handler_.flags().showsServerMessages);
 }
 
 TEST_F(POSAccessUIDialogHandlerTest, Options_OtherCodesAreIgnoredAndOrderDoesNotMatter) {
     readOptions({0, 1105, 1121, 65535, 1104});
-    EXPECT_FALSE(handler_.flags().first);
+    EXPECT_FALSE(handler_.flags().withoutOption1104);
     EXPECT_TRUE(handler_.flags().showsRegistrationFailures);
     EXPECT_FALSE(handler_.flags().showsServerMessages);
 }
@@ -100,9 +101,9 @@ TEST_F(POSAccessUIDialogHandlerTest, Options_LengthZeroOneOrOdd_AreIgnoredButFla
     const uint16_t codes[] = {1104, 1120, 1121};
     for (uint32_t length : {0u, 1u, 3u, 5u}) {
         readOptions({1104, 1120, 1121});
-        ASSERT_FALSE(handler_.flags().first);
+        ASSERT_FALSE(handler_.flags().withoutOption1104);
         handler_.readOptions(codes, length);
-        EXPECT_TRUE(handler_.flags().first) << length;
+        EXPECT_TRUE(handler_.flags().withoutOption1104) << length;
         EXPECT_TRUE(handler_.flags().showsRegistrationFailures) << length;
         EXPECT_TRUE(handler_.flags().showsServerMessages) << length;
     }
@@ -110,13 +111,13 @@ TEST_F(POSAccessUIDialogHandlerTest, Options_LengthZeroOneOrOdd_AreIgnoredButFla
 
 TEST_F(POSAccessUIDialogHandlerTest, Options_NullCountsAsNone) {
     handler_.readOptions(nullptr, 4);
-    EXPECT_TRUE(handler_.flags().first);
+    EXPECT_TRUE(handler_.flags().withoutOption1104);
 }
 
 TEST_F(POSAccessUIDialogHandlerTest, Options_MayLieAtAnyAddress) {
     alignas(uint16_t) char bytes[] = "?\x50\x04";  // 1104, least significant byte first, behind one byte
     handler_.readOptions(reinterpret_cast<const uint16_t*>(bytes + 1), 2);
-    EXPECT_FALSE(handler_.flags().first);
+    EXPECT_FALSE(handler_.flags().withoutOption1104);
 }
 
 // The frame.

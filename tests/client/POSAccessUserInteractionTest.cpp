@@ -92,10 +92,25 @@ TEST_F(POSAccessUserInteractionTest, Register_NullName_IsTheEmptyName) {
     EXPECT_EQ(forwarder_->lastRequest(10)->readString(100), std::string(1, '\0'));
 }
 
-TEST_F(POSAccessUserInteractionTest, Register_NullOptions_CountAsNoneWhateverTheirLength) {
-    uint32_t applicationId = 0;
-    EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, 8, &applicationId), POS_OK);
-    EXPECT_EQ(forwarder_->lastRequest(10)->readString(114), "");
+TEST_F(POSAccessUserInteractionTest, Register_NullOptionsTooShortForACode_CountAsNone) {
+    for (uint32_t length : {0u, 1u}) {
+        uint32_t applicationId = 0;
+        EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, length, &applicationId),
+                  POS_OK);
+        EXPECT_EQ(forwarder_->lastRequest(10)->readString(114), "");
+    }
+}
+
+TEST_F(POSAccessUserInteractionTest, Register_NullOptionsWithALength_FailBeforeAnythingIsSent) {
+    for (uint32_t length : {2u, 3u, 8u}) {
+        uint32_t applicationId = 99;
+        dialog_->shown.clear();
+        EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, length, &applicationId),
+                  POS_FAILURE);
+        EXPECT_EQ(dialog_->shown, oneReport("Host", kNullPointer, "Stopped.")) << length;
+        EXPECT_EQ(applicationId, 99u);
+    }
+    EXPECT_EQ(forwarder_->countOf("10") + forwarder_->countOf("17") + forwarder_->countOf("connect 10"), 0u);
 }
 
 TEST_F(POSAccessUserInteractionTest, Register_OptionsLengthZeroOneOrOdd_IgnoresThemButSendsThem) {
@@ -173,7 +188,7 @@ TEST_F(POSAccessUserInteractionTest, Register_Retry_DoesNotReadTheOptionsAgain) 
     uint32_t applicationId = 0;
     EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, options, 2, &applicationId), POS_OK);
     EXPECT_TRUE(currentSession()->dialogHandler().isSilenced(applicationId));
-    EXPECT_TRUE(currentSession()->dialogHandler().flags().first);
+    EXPECT_TRUE(currentSession()->dialogHandler().flags().withoutOption1104);
 }
 
 TEST_F(POSAccessUserInteractionTest, Register_RetryDeclined_Fails) {
