@@ -52,6 +52,9 @@ OSErr EventServer::entry(const AppleEvent* event, AppleEvent* reply, SRefCon ser
     } catch (CPPException* caught) {
         std::unique_ptr<CPPException> failure(caught);
         return errAEEventFailed;
+    } catch (...) {
+        // Where no further thread can be had, for one.
+        return errAEEventFailed;
     }
 }
 

@@ -1,10 +1,11 @@
 // merrowd-control: sends settings to the running development server and prints its answer.
 //
 //     merrowd-control [FILE]     FILE (default: standard input) holds a properties text; server/README.md
-//     lists the settings
+//                                lists the settings
+//     merrowd-control --quit     asks the server to end
 //
-// Ends with 0 when the server took everything over, with 1 when it found problems, with 2 when it could not
-// be reached.
+// Ends with 0 when the server took everything over, or was asked to end, with 1 when it found problems, with
+// 2 when it could not be reached or something failed here.
 #include <cstdio>
 #include <fstream>
 #include <iostream>
@@ -13,7 +14,9 @@
 #include <string>
 
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
+#include "InterProcessCommunication/EventDescriptor.h"
 #include "InterProcessCommunication/POS_to_Client_Communicator.h"
+#include "client/exceptions/CPPException.h"
 #include "server/SelfEvent.h"
 #include "settings/Properties.h"
 
@@ -23,23 +26,22 @@ constexpr SInt32 kTimeOutTicks = 60 * 60;
 
 int32_t send(const std::string& text, std::string& answer) {
     const dovrel::POS_to_Client_Communicator channel;
-    AppleEvent event = {typeNull, nullptr};
-    AppleEvent reply = {typeNull, nullptr};
+    dovrel::EventDescriptor event;
+    dovrel::EventDescriptor reply;
     int32_t status =
-        channel.CreateEvent(merrowd::kControlEvent.eventClass, merrowd::kControlEvent.eventId, &event);
-    if (status == noErr) {
-        status = channel.PutData(&event, reinterpret_cast<const uint8_t*>(text.data()),
-                                 static_cast<uint32_t>(text.size()));
-    }
-    if (status == noErr) {
-        status = AESend(&event, &reply, kAEWaitReply, kAENormalPriority, kTimeOutTicks, nullptr, nullptr);
-    }
+        channel.CreateEvent(merrowd::kControlEvent.eventClass, merrowd::kControlEvent.eventId, event.get());
+    if (status != noErr) return status;
+    status = channel.PutData(event.get(), reinterpret_cast<const uint8_t*>(text.data()),
+                             static_cast<uint32_t>(text.size()));
+    if (status != noErr) return status;
+    status =
+        AESend(event.get(), reply.get(), kAEWaitReply, kAENormalPriority, kTimeOutTicks, nullptr, nullptr);
+    if (status != noErr) return status;
+
     std::unique_ptr<uint8_t[]> bytes;
     uint32_t length = 0;
-    if (status == noErr) status = channel.GetData(&reply, bytes, length);
+    status = channel.GetData(reply.get(), bytes, length);
     answer.assign(bytes.get(), bytes.get() + length);
-    AEDisposeDesc(&reply);
-    AEDisposeDesc(&event);
     return status;
 }
 
@@ -53,9 +55,7 @@ std::string readAll(std::istream& stream) {
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
     if (argc == 2 && std::string(argv[1]) == "--quit") return quit();
     std::ifstream file;
     if (argc > 1) file.open(argv[1]);
@@ -74,4 +74,17 @@ int main(int argc, char** argv) {
     standing.load(answer, true);
     int32_t problems = 0;
     return standing.findInt("problems", problems) && problems == 0 ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (dovrel::CPPException* caught) {
+        const std::unique_ptr<dovrel::CPPException> failure(caught);
+        const char* const message = failure->getMessage();
+        std::cerr << "merrowd-control: " << (message != nullptr ? message : "failed") << "\n";
+        return 2;
+    }
 }
