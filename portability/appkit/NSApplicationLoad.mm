@@ -2,11 +2,10 @@
 #import <GNUstepGUI/GSDisplayServer.h>
 #include <dlfcn.h>
 
-#include <mutex>
-
 #include "appkit/HostState.h"
 #include "appkit/ReadableHostTexts.h"
 #include "appkit/WindowServer.h"
+#include "tasks/MainThread.h"
 
 namespace {
 
@@ -81,8 +80,8 @@ class Application {
 }  // namespace
 
 BOOL NSApplicationLoad(void) {
-    static std::mutex lock;
+    // An application off the main thread would be of no use. So there is but one thread here.
+    if (!portability::isMainThread()) return NO;
     static Application application;
-    const std::lock_guard<std::mutex> guard(lock);
     return application.load() ? YES : NO;
 }

@@ -10,9 +10,9 @@ extern "C" {
 #endif
 
 /// Makes the process's application object if there is none, so that alerts can be shown; does not run it. NO
-/// without a window system that answers; later calls try again. To be called on the main thread inside an
-/// autorelease pool. The host's signal dispositions, arguments, locale and working folder are as before
-/// afterwards.
+/// without a window system that answers (later calls try again), and on every thread but the main one. To be
+/// called inside an autorelease pool. The host's signal dispositions, arguments, locale and working folder
+/// are as before afterwards.
 BOOL NSApplicationLoad(void);
 
 #if defined(__cplusplus)
