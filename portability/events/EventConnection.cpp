@@ -2,7 +2,7 @@
 
 #include <poll.h>
 
-#include <cstring>
+#include <algorithm>
 
 #include "events/Spin.h"
 
@@ -55,7 +55,7 @@ EventConnection::Outcome EventConnection::sendRequest(const EventRequest& reques
 
 EventConnection::Outcome EventConnection::awaitReply(const EventRequest& request, bool posted,
                                                      EventReply& reply) {
-    Spin spin;
+    Spin spin(std::max(request.image.size(), lastReplySize_));
     ReceivedFrame frame;
     bool looking = posted;
     // The reply can hardly be there at once, so the other side is given the processor first.
@@ -117,6 +117,7 @@ bool EventConnection::noteReply(const ReceivedFrame& frame) {
     if (frame.header.kind != FrameKind::reply || id <= lastAnswered_ || id > lastId_) return false;
     channel_.confirmUpTo(id);
     lastAnswered_ = id;
+    lastReplySize_ = frame.header.imageSize;
     return true;
 }
 

@@ -72,7 +72,8 @@ class EventConnection {
     EventChannel channel_;
     uint64_t lastId_ = 0;
     uint64_t lastAnswered_ = 0;  // id of the last reply that came in
-    uint64_t unanswered_ = 0;    // requests whose replies nobody waits for any more
+    size_t lastReplySize_ = 0;
+    uint64_t unanswered_ = 0;  // requests whose replies nobody waits for any more
     FrameBuffer buffer_;
 };
 

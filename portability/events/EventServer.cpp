@@ -79,7 +79,7 @@ bool EventServer::serve() {
 // The senders that were answered lately are the likeliest to send the next event. They are given the
 // processor before the first look, as their events can hardly be there already.
 EventServer::Round EventServer::spinForNext() {
-    Spin spin;
+    Spin spin(latestSize_);
     for (int looks = 1; spin.again(); ++looks) {
         if (handleMail()) return {false, true};
         const bool isOnlySocket = latest_ >= 0 && !isLookingFor(latest_);
@@ -216,6 +216,7 @@ void EventServer::dismiss(int descriptor) {
 bool EventServer::answer(Sender& sender, const ReceivedFrame& frame) {
     const FrameHeader& request = frame.header;
     if (request.kind != FrameKind::request) return false;
+    latestSize_ = request.imageSize;
     EventStorage event(frame.image, request.imageSize, frame.block);
     event.setDelivery({sender.process, kAELocalProcess, request.sendMode, request.timeOutInTicks});
     if ((request.sendMode & kReplyModeMask) != kAEWaitReply) {
@@ -227,6 +228,7 @@ bool EventServer::answer(Sender& sender, const ReceivedFrame& frame) {
     header.kind = FrameKind::reply;
     header.id = request.id;
     header.result = static_cast<int32_t>(runHandlers(event, &reply));
+    latestSize_ = std::max(latestSize_, reply.image().size());
     ImageMemory nothing;
     // Before the answer, so that the sender finds us looking however soon it sends its next event.
     lookFor(sender);

@@ -72,6 +72,7 @@ class EventServer {
     std::unordered_map<int, std::unique_ptr<Sender>> senders_;
     int latest_ = -1;  // the sender whose event was handled last, if it is still here
     std::array<int, kMostLookedFor> looking_{};  // the senders that know that we look into their mailboxes
+    size_t latestSize_ = 0;                      // of the larger image of the latest event and its reply
     size_t lookingCount_ = 0;
     int streak_ = 0;  // events handled since all senders had a turn
     FrameBuffer buffer_;

@@ -3,6 +3,7 @@
 #include <sched.h>
 #include <stdlib.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -12,6 +13,8 @@ namespace {
 
 constexpr std::chrono::microseconds kDefaultSpin{50};
 constexpr long kLongestSpin = 1'000'000;
+constexpr size_t kImageStep = size_t{256} << 10;
+constexpr size_t kMostTimes = 16;
 
 std::chrono::microseconds setTime() {
     static const std::chrono::microseconds time = spinTime(secure_getenv("POS_SPIN_US"));
@@ -30,14 +33,17 @@ std::chrono::microseconds spinTime(const char* setting) {
     return std::chrono::microseconds(value);
 }
 
+Spin::Spin(size_t imageSize)
+    : time_(setTime() * static_cast<int>(std::min(1 + imageSize / kImageStep, kMostTimes))) {}
+
 bool Spin::isOn() {
     return setTime().count() != 0;
 }
 
 bool Spin::again() {
-    if (!isOn()) return false;
+    if (time_.count() == 0) return false;
     const auto now = std::chrono::steady_clock::now();
-    if (!started_) end_ = now + setTime();
+    if (!started_) end_ = now + time_;
     started_ = true;
     if (now >= end_) return false;
     sched_yield();

@@ -29,3 +29,11 @@ TEST(Spin, Again_EndsAfterTheTime) {
     EXPECT_GE(std::chrono::steady_clock::now() - begin, microseconds(50));
     EXPECT_FALSE(spin.again());
 }
+
+TEST(Spin, Again_LastsLongerWhereLargeImagesAreCopied) {
+    Spin spin(size_t{1} << 20);
+    const auto begin = std::chrono::steady_clock::now();
+    while (spin.again()) {
+    }
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, microseconds(250));
+}
