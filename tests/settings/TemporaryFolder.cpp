@@ -11,7 +11,7 @@
 namespace dovrel::test {
 
 TemporaryFolder::TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "dovrel-settings-XXXXXX").string();
+    std::string name = (std::filesystem::temp_directory_path() / "dovrel-test-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder: " + name);
     path_ = std::filesystem::canonical(name).string();
 }
