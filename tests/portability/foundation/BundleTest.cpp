@@ -44,6 +44,20 @@ class Bundle : public testing::Test {
         return pathOf(url.get());
     }
 
+    using FindPlugBundle = CFBundleRef (*)(CFStringRef);
+
+    // Stages a bundle, loads its code and answers the function with which that looks for bundles.
+    FindPlugBundle loadPlug(const std::string& bundle, const std::string& identifier,
+                            const std::string& version) {
+        folder_.write(bundle + "/Contents/Info.plist", "{ CFBundleIdentifier = \"" + identifier +
+                                                           "\"; CFBundleVersion = \"" + version + "\"; }");
+        const std::string code = folder_.path(bundle + "/Contents/MacOS/Plug");
+        files::create_directories(folder_.path(bundle + "/Contents/MacOS"));
+        files::copy_file(LOADED_PLUG, code);
+        void* image = dlopen(code.c_str(), RTLD_NOW | RTLD_LOCAL);
+        return image == nullptr ? nullptr : reinterpret_cast<FindPlugBundle>(dlsym(image, "findPlugBundle"));
+    }
+
     const dovrel::test::TemporaryFolder folder_;
     const VariableChange home_{"HOME", folder_.path().c_str()};
     const VariableChange all_{"LC_ALL", "de_DE.UTF-8"};
@@ -122,20 +136,28 @@ TEST_F(Bundle, BundleAround_OnlyForProgramsInABundle_IsItsFolder) {
 }
 
 TEST_F(Bundle, GetBundleWithIdentifier_OfLoadedCode_IsFoundByItselfAndByOthers) {
-    folder_.write("Plug.bundle/Contents/Info.plist", "{ CFBundleIdentifier = \"com.example.loaded\"; }");
-    const std::string code = folder_.path("Plug.bundle/Contents/MacOS/Plug");
-    files::create_directories(folder_.path("Plug.bundle/Contents/MacOS"));
-    files::copy_file(LOADED_PLUG, code);
     EXPECT_EQ(CFBundleGetBundleWithIdentifier(CFSTR("com.example.loaded")), nullptr);
-    void* image = dlopen(code.c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(image, nullptr) << dlerror();
-
-    const auto find = reinterpret_cast<CFBundleRef (*)(CFStringRef)>(dlsym(image, "findPlugBundle"));
-    const Held<CFURLRef> byItself(CFBundleCopyBundleURL(find(CFSTR("com.example.loaded"))));
-    EXPECT_EQ(pathOf(byItself.get()), folder_.path("Plug.bundle"));
+    const FindPlugBundle find = loadPlug("Plug.bundle", "com.example.loaded", "1.0");
+    ASSERT_NE(find, nullptr);
+    const CFBundleRef byItself = find(CFSTR("com.example.loaded"));
+    ASSERT_NE(byItself, nullptr);
+    EXPECT_EQ(byItself->path(), folder_.path("Plug.bundle"));
     const CFBundleRef byOthers = CFBundleGetBundleWithIdentifier(CFSTR("com.example.loaded"));
     ASSERT_NE(byOthers, nullptr);
     EXPECT_EQ(byOthers->path(), folder_.path("Plug.bundle"));
+}
+
+TEST_F(Bundle, GetBundleWithIdentifier_TwoLoadedWithIt_CodeFindsItsOwn) {
+    const FindPlugBundle find = loadPlug("Older.bundle", "com.example.twice", "1.0");
+    ASSERT_NE(loadPlug("Newer.bundle", "com.example.twice", "2.0"), nullptr);
+    EXPECT_EQ(find(CFSTR("com.example.twice"))->path(), folder_.path("Older.bundle"));
+}
+
+TEST_F(Bundle, GetBundleWithIdentifier_TwoLoadedWithIt_OthersFindTheHigherVersion) {
+    ASSERT_NE(loadPlug("Newer.bundle", "com.example.both", "2.0"), nullptr);
+    ASSERT_NE(loadPlug("Older.bundle", "com.example.both", "1.0"), nullptr);
+    EXPECT_EQ(CFBundleGetBundleWithIdentifier(CFSTR("com.example.both"))->path(),
+              folder_.path("Newer.bundle"));
 }
 
 TEST_F(Bundle, GetMainBundle_OfAProgramInABundle_IsThatBundle) {
