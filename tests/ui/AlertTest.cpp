@@ -67,6 +67,10 @@ AlertTest::~AlertTest() {
 void AlertTest::start(const std::vector<std::string>& arguments) {
     std::vector<std::string> command = {DOVREL_ALERT_HOST};
     command.insert(command.end(), arguments.begin(), arguments.end());
+    startProgram(command);
+}
+
+void AlertTest::startProgram(const std::vector<std::string>& command) {
     host_ = std::make_unique<ChildProcess>(command, root_.path("log"));
 }
 

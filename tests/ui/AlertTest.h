@@ -19,8 +19,9 @@ class AlertTest : public testing::Test {
     AlertTest();
     ~AlertTest() override;
 
-    /// Starts the host with the arguments; its system log goes to a file.
+    /// Starts the host with the arguments, or another program; its system log goes to a file.
     void start(const std::vector<std::string>& arguments);
+    void startProgram(const std::vector<std::string>& command);
 
     // Uses the alert that is open, or comes, until the host tells its next line, which is returned.
     std::string lineAfterClick(int fromRight);
