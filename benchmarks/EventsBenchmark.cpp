@@ -237,23 +237,30 @@ class StreamClient {
     FileDescriptor connection_;
 };
 
-// Microseconds of one exchange, measured over a few in a row.
-template <class Client>
-double timeOf(Client& client, int count, const std::vector<char>& request, std::vector<char>& answer,
-              bool& good) {
-    const Clock::time_point begin = Clock::now();
-    for (int i = 0; i < count; ++i)
-        good = client.exchange(request, answer) && good;
-    return std::chrono::duration<double, std::micro>(Clock::now() - begin).count() / count;
-}
+// Microseconds of one exchange, over a few in a row on a connection that is there.
+struct RoundTrip {
+    template <class Client>
+    double operator()(Client& client, const std::vector<char>& request, std::vector<char>& answer,
+                      bool& good) const {
+        const int count = request.size() >= kLargestPayload ? 20 : 200;
+        const Clock::time_point begin = Clock::now();
+        for (int i = 0; i < count; ++i)
+            good = client.exchange(request, answer) && good;
+        return std::chrono::duration<double, std::micro>(Clock::now() - begin).count() / count;
+    }
+};
 
-template <class Client>
-double timeOfFirst(Client& client, const std::vector<char>& request, std::vector<char>& answer, bool& good) {
-    const Clock::time_point begin = Clock::now();
-    client.forgetConnection();
-    good = client.exchange(request, answer) && good;
-    return std::chrono::duration<double, std::micro>(Clock::now() - begin).count();
-}
+// Microseconds of the first exchange, with the making of the connection.
+struct FirstCall {
+    template <class Client>
+    double operator()(Client& client, const std::vector<char>& request, std::vector<char>& answer,
+                      bool& good) const {
+        const Clock::time_point begin = Clock::now();
+        client.forgetConnection();
+        good = client.exchange(request, answer) && good;
+        return std::chrono::duration<double, std::micro>(Clock::now() - begin).count();
+    }
+};
 
 double medianOf(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -261,76 +268,47 @@ double medianOf(std::vector<double> values) {
     return *middle;
 }
 
-void report(benchmark::State& state, const std::vector<double>& events, const std::vector<double>& stream) {
-    state.counters["event_us"] = medianOf(events);
-    state.counters["stream_us"] = medianOf(stream);
-    state.counters["ratio"] = medianOf(events) / medianOf(stream);
-}
-
-std::vector<char> payload(benchmark::State& state) {
-    return std::vector<char>(static_cast<size_t>(state.range(0)), 'x');
-}
-
-int serverProcessor(benchmark::State& state) {
-    return static_cast<int>(state.range(1)) - 1;
+template <class Measure>
+void compare(benchmark::State& state, Measure measure) {
+    places();
+    pinTo(0);
+    const int serverProcessor = static_cast<int>(state.range(1)) - 1;
+    EventClient events(serverProcessor);
+    StreamClient stream(serverProcessor);
+    const std::vector<char> request(static_cast<size_t>(state.range(0)), 'x');
+    std::vector<char> answer(request.size());
+    std::vector<double> eventTimes;
+    std::vector<double> streamTimes;
+    bool good = true;
+    for (auto _ : state) {
+        eventTimes.push_back(measure(events, request, answer, good));
+        streamTimes.push_back(measure(stream, request, answer, good));
+        state.SetIterationTime(eventTimes.back() / 1e6);
+    }
+    if (!good) return state.SkipWithError("an exchange failed");
+    state.counters["event_us"] = medianOf(eventTimes);
+    state.counters["stream_us"] = medianOf(streamTimes);
+    state.counters["ratio"] = medianOf(eventTimes) / medianOf(streamTimes);
 }
 
 void roundTrip(benchmark::State& state) {
-    places();
-    pinTo(0);
-    EventClient events(serverProcessor(state));
-    StreamClient stream(serverProcessor(state));
-    const std::vector<char> request = payload(state);
-    std::vector<char> answer(request.size());
-    const int count = request.size() >= kLargestPayload ? 20 : 200;
-    std::vector<double> eventTimes;
-    std::vector<double> streamTimes;
-    bool good = true;
-    for (auto _ : state) {
-        const double eventTime = timeOf(events, count, request, answer, good);
-        eventTimes.push_back(eventTime);
-        streamTimes.push_back(timeOf(stream, count, request, answer, good));
-        state.SetIterationTime(eventTime / 1e6);
-    }
-    if (!good) return state.SkipWithError("an exchange failed");
-    report(state, eventTimes, streamTimes);
+    compare(state, RoundTrip());
 }
 
 void firstCall(benchmark::State& state) {
-    places();
-    pinTo(0);
-    EventClient events(serverProcessor(state));
-    StreamClient stream(serverProcessor(state));
-    const std::vector<char> request = payload(state);
-    std::vector<char> answer(request.size());
-    std::vector<double> eventTimes;
-    std::vector<double> streamTimes;
-    bool good = true;
-    for (auto _ : state) {
-        const double eventTime = timeOfFirst(events, request, answer, good);
-        eventTimes.push_back(eventTime);
-        streamTimes.push_back(timeOfFirst(stream, request, answer, good));
-        state.SetIterationTime(eventTime / 1e6);
-    }
-    if (!good) return state.SkipWithError("an exchange failed");
-    report(state, eventTimes, streamTimes);
+    compare(state, FirstCall());
 }
 
-void sizesAndProcessors(benchmark::internal::Benchmark* benchmark) {
-    benchmark->ArgNames({"bytes", "processors"})->UseManualTime()->Unit(benchmark::kMicrosecond);
+void setUp(benchmark::internal::Benchmark* benchmark, const std::vector<int64_t>& sizes, int64_t iterations) {
+    benchmark->ArgNames({"bytes", "processors"});
     for (const int64_t processors : {1, 2}) {
-        for (const int64_t bytes : {64, 4096, 65536, 1 << 20})
+        for (const int64_t bytes : sizes)
             benchmark->Args({bytes, processors});
     }
+    benchmark->Iterations(iterations)->UseManualTime()->Unit(benchmark::kMicrosecond);
 }
 
-BENCHMARK(roundTrip)->Apply(sizesAndProcessors)->Iterations(100);
-BENCHMARK(firstCall)
-    ->ArgNames({"bytes", "processors"})
-    ->Args({64, 1})
-    ->Args({64, 2})
-    ->Iterations(500)
-    ->UseManualTime()
-    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(roundTrip)->Apply([](auto* benchmark) { setUp(benchmark, {64, 4096, 65536, 1 << 20}, 100); });
+BENCHMARK(firstCall)->Apply([](auto* benchmark) { setUp(benchmark, {64}, 500); });
 
 }  // namespace

@@ -18,7 +18,11 @@ std::shared_ptr<const ReceivedBlock> ReceivedBlock::map(FileDescriptor file, siz
     if (data == MAP_FAILED) return nullptr;
     auto* block = new (std::nothrow) ReceivedBlock(static_cast<const uint8_t*>(data), size);
     if (block == nullptr) munmap(data, size);
-    return std::shared_ptr<const ReceivedBlock>(block);
+    try {
+        return std::shared_ptr<const ReceivedBlock>(block);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 ReceivedBlock::~ReceivedBlock() {

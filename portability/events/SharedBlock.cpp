@@ -119,7 +119,12 @@ std::shared_ptr<SharedBlock> SharedBlock::take(size_t size) {
     SharedBlock* block = pool.take(size);
     if (block == nullptr) block = create(size);
     if (block == nullptr) return nullptr;
-    return std::shared_ptr<SharedBlock>(block, &SharedBlock::giveBack);
+    // The counter of references needs memory, too; without it the block has been given back already.
+    try {
+        return std::shared_ptr<SharedBlock>(block, &SharedBlock::giveBack);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 void SharedBlock::giveBack(SharedBlock* block) {

@@ -2,12 +2,12 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 
 #include <functional>
 #include <string>
 
 #include "Images.h"
+#include "MemoryFile.h"
 #include "Processes.h"
 #include "RawSocket.h"
 #include "events/EventImage.h"
@@ -89,14 +89,6 @@ Received receivedOf(const Bytes& packet, const std::vector<int>& descriptors = {
     FrameBuffer buffer;
     ReceivedFrame frame;
     return channel.receive(buffer, frame);
-}
-
-FileDescriptor memoryFile(size_t size, int seals, const Bytes& content = {}) {
-    FileDescriptor file(memfd_create("test", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    EXPECT_EQ(ftruncate(file.get(), static_cast<off_t>(size)), 0);
-    EXPECT_EQ(pwrite(file.get(), content.data(), content.size(), 0), static_cast<ssize_t>(content.size()));
-    EXPECT_EQ(fcntl(file.get(), F_ADD_SEALS, seals), 0);
-    return file;
 }
 
 FrameHeader inSlot(uint16_t slot, uint32_t imageSize) {

@@ -3,6 +3,8 @@
 
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/time.h>
 
 #include <atomic>
 #include <chrono>
@@ -223,6 +225,31 @@ TEST_F(EventConnectionTest, FloodOfWakeUps_DoesNotExtendTheTimeOut) {
     EXPECT_EQ(send(12), errAETimeout);
     expectTicks(12);
     stop = true;
+}
+
+TEST_F(EventConnectionTest, SignalsDuringTheWait_DoNotEndIt) {
+    struct sigaction counting {};
+    counting.sa_handler = [](int) {};
+    sigaction(SIGALRM, &counting, nullptr);
+    const itimerval often{{0, 1000}, {0, 1000}};
+    setitimer(ITIMER_REAL, &often, nullptr);
+    std::atomic<bool> answerNow{false};
+    Peer peer({[&answerNow](int connection) {
+        const FrameHeader late = receiveHeader(connection);
+        const FrameHeader next = receiveHeader(connection);
+        while (!answerNow)
+            std::this_thread::yield();
+        sendRaw(connection, reply(late.id, "late"));
+        sendRaw(connection, reply(next.id, "answer"));
+        waitForMore(connection);
+    }});
+    EXPECT_EQ(send(12), errAETimeout);
+    expectTicks(12);
+    answerNow = true;
+    EXPECT_EQ(send(), noErr);
+    EXPECT_EQ(textOf(reply_), "answer");
+    setitimer(ITIMER_REAL, nullptr, nullptr);
+    EXPECT_EQ(send(0, kAENoReply), noErr);
 }
 
 TEST_F(EventConnectionTest, PeerThatReadsNothing_FullSocket_TimesOutAtTheTick) {

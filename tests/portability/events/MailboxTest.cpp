@@ -1,11 +1,11 @@
 #include "events/Mailbox.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 
 #include <cstring>
 #include <string>
+
+#include "MemoryFile.h"
 
 using namespace portability;
 
@@ -96,13 +96,10 @@ TEST(Mailbox, Open_OfAnythingElse_IsRefused) {
     const auto mailbox = Mailbox::create(file);
     const off_t size = lseek(file.get(), 0, SEEK_END);
     for (const off_t wrong : {off_t{0}, size - 1, size + 1}) {
-        FileDescriptor other(memfd_create("test", MFD_ALLOW_SEALING));
-        ASSERT_EQ(ftruncate(other.get(), wrong), 0);
-        ASSERT_EQ(fcntl(other.get(), F_ADD_SEALS, F_SEAL_SHRINK), 0);
+        FileDescriptor other = memoryFile(static_cast<size_t>(wrong), F_SEAL_SHRINK);
         EXPECT_EQ(Mailbox::open(std::move(other)), nullptr) << wrong;
     }
-    FileDescriptor unsealed(memfd_create("test", MFD_ALLOW_SEALING));
-    ASSERT_EQ(ftruncate(unsealed.get(), size), 0);
+    FileDescriptor unsealed = memoryFile(static_cast<size_t>(size), 0);
     EXPECT_EQ(Mailbox::open(std::move(unsealed)), nullptr);
     EXPECT_EQ(Mailbox::open(FileDescriptor()), nullptr);
 }

@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <sys/uio.h>
 
+#include <cerrno>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -42,14 +43,21 @@ inline bool sendRaw(int socket, const Bytes& bytes, const std::vector<int>& desc
         rights->cmsg_len = CMSG_LEN(size);
         std::memcpy(CMSG_DATA(rights), descriptors.data(), size);
     }
-    return sendmsg(socket, &message, MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
+    for (;;) {
+        const ssize_t sent = sendmsg(socket, &message, MSG_NOSIGNAL);
+        if (sent >= 0 || errno != EINTR) return sent == static_cast<ssize_t>(bytes.size());
+    }
 }
 
 /// The next packet, without its descriptors; empty when the other end has closed, or after a generous time.
 inline Bytes receiveRaw(int socket) {
     constexpr int kGenerousMilliseconds = 60000;
     pollfd waited{socket, POLLIN, 0};
-    if (poll(&waited, 1, kGenerousMilliseconds) != 1) return {};
+    int ready;
+    do
+        ready = poll(&waited, 1, kGenerousMilliseconds);
+    while (ready < 0 && errno == EINTR);
+    if (ready != 1) return {};
     Bytes bytes(portability::kLargestFrame + 1);
     const ssize_t size = recv(socket, bytes.data(), bytes.size(), 0);
     bytes.resize(size < 0 ? 0 : static_cast<size_t>(size));

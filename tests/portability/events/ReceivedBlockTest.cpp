@@ -1,26 +1,14 @@
 #include "events/ReceivedBlock.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 
 #include <cstdio>
 
+#include "MemoryFile.h"
 #include "Processes.h"
 #include "events/SharedBlock.h"
 
 using namespace portability;
-
-namespace {
-
-FileDescriptor memoryFile(off_t size, int seals) {
-    FileDescriptor file(memfd_create("test", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    EXPECT_EQ(ftruncate(file.get(), size), 0);
-    EXPECT_EQ(fcntl(file.get(), F_ADD_SEALS, seals), 0);
-    return file;
-}
-
-}  // namespace
 
 TEST(ReceivedBlock, Map_ShowsWhatTheOwnerWrites) {
     const std::shared_ptr<SharedBlock> owned = SharedBlock::take(100000);

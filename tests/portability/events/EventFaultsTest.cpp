@@ -1,0 +1,137 @@
+// Every request for memory fails once, and from then on: the calls answer memFullErr, nothing is lost, and
+// the next attempt works.
+#include <CoreServices/CoreServices.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Events.h"
+#include "TestApplication.h"
+#include "tests/InterProcessCommunication/AllocationFault.h"
+
+namespace {
+
+using dovrel::test::AllocationFault;
+
+constexpr char kSignature[] = "TeSt";
+constexpr size_t kMostRequests = 1000;
+
+OSErr answer(const AppleEvent*, AppleEvent* reply, SRefCon) {
+    return AEPutParamPtr(reply, keyDirectObject, typeChar, "answer", 6);
+}
+
+// All of one exchange with that address; the first error, and nothing is left behind.
+OSStatus exchange(DescType addressType, const void* address, Size addressSize, const std::string& text,
+                  std::string& answer) {
+    AEDesc target = {typeNull, nullptr};
+    AppleEvent event = {typeNull, nullptr};
+    AppleEvent reply = {typeNull, nullptr};
+    OSStatus status = AECreateDesc(addressType, address, addressSize, &target);
+    if (status == noErr) status = AECreateAppleEvent(kTestClass, kEcho, &target, -1, 0, &event);
+    if (status == noErr) {
+        status =
+            AEPutParamPtr(&event, keyDirectObject, typeChar, text.data(), static_cast<Size>(text.size()));
+    }
+    if (status == noErr) status = AESendMessage(&event, &reply, kAEWaitReply, kAEDefaultTimeout);
+    Size size = 0;
+    if (status == noErr) {
+        status = AEGetParamPtr(&reply, keyDirectObject, typeChar, nullptr, &answer[0],
+                               static_cast<Size>(answer.size()), &size);
+    }
+    const bool isNullAfterError = status == noErr || reply.descriptorType == typeNull;
+    AEDisposeDesc(&target);
+    AEDisposeDesc(&event);
+    AEDisposeDesc(&reply);
+    return isNullAfterError ? status : paramErr;
+}
+
+template <class Exchange>
+void failEachRequest(AllocationFault::Duration duration, Exchange exchangeOnce) {
+    size_t nth = 1;
+    for (bool happened = true; happened && nth < kMostRequests; ++nth) {
+        OSStatus status;
+        {
+            const AllocationFault fault(nth, duration);
+            status = exchangeOnce();
+            happened = AllocationFault::happened();
+        }
+        if (happened) {
+            ASSERT_TRUE(status == memFullErr || status == noErr) << nth << ": " << static_cast<long>(status);
+        }
+        ASSERT_EQ(exchangeOnce(), noErr) << nth;
+    }
+    EXPECT_GT(nth, 2u) << "no request failed at all";
+    EXPECT_LT(nth, kMostRequests);
+}
+
+class EventFaultsTest : public testing::TestWithParam<AllocationFault::Duration> {
+  protected:
+    TemporaryEnvironment environment_;
+};
+
+}  // namespace
+
+TEST_P(EventFaultsTest, ExchangeWithAnotherProcess) {
+    TestApplication application(environment_, kSignature);
+    ASSERT_TRUE(application.start());
+    const OSType signature = 'TeSt';
+    const std::string small(100, 's');
+    const std::string medium(5000, 'm');
+    const std::string large(100000, 'l');
+    std::string answer(200000, ' ');
+    failEachRequest(GetParam(), [&] {
+        OSStatus status = noErr;
+        for (const std::string* text : {&small, &medium, &large}) {
+            status = exchange(typeApplSignature, &signature, sizeof signature, *text, answer);
+            if (status != noErr) break;
+        }
+        return status;
+    });
+}
+
+TEST_P(EventFaultsTest, FirstExchangeOfAConnection) {
+    TestApplication application(environment_, kSignature);
+    ASSERT_TRUE(application.start());
+    const OSType signature = 'TeSt';
+    const std::string text = "hello";
+    std::string answer(100, ' ');
+    std::string root = getenv("POS_SYSTEM_ROOT");
+    root.reserve(2 * kMostRequests + root.size());
+    failEachRequest(GetParam(), [&] {
+        // Another name of the same root needs a connection of its own.
+        root += '/';
+        setenv("POS_SYSTEM_ROOT", root.c_str(), 1);
+        return exchange(typeApplSignature, &signature, sizeof signature, text, answer);
+    });
+}
+
+TEST_P(EventFaultsTest, ExchangeWithOneself) {
+    ASSERT_EQ(AEInstallEventHandler(kTestClass, kEcho, answer, SRefCon(), false), noErr);
+    const ProcessSerialNumber self = {0, 2};
+    const std::string text(600, 't');
+    std::string bytes(100, ' ');
+    failEachRequest(GetParam(), [&] {
+        const OSStatus status = exchange(typeProcessSerialNumber, &self, sizeof self, text, bytes);
+        // The handler could not put its answer, and said so.
+        return status == errAEDescNotFound ? memFullErr : status;
+    });
+    AERemoveEventHandler(kTestClass, kEcho, nullptr, false);
+}
+
+TEST_P(EventFaultsTest, InstallingAHandler) {
+    failEachRequest(GetParam(), [] {
+        OSErr status = noErr;
+        for (AEEventID id = 0; id < 100 && status == noErr; ++id) {
+            status = AEInstallEventHandler('many', id, answer, SRefCon(), false);
+        }
+        for (AEEventID id = 0; id < 100; ++id)
+            AERemoveEventHandler('many', id, nullptr, false);
+        return status;
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Durations, EventFaultsTest,
+                         testing::Values(AllocationFault::Duration::once, AllocationFault::Duration::forGood),
+                         [](const auto& given) {
+                             return given.param == AllocationFault::Duration::once ? "Once" : "ForGood";
+                         });
