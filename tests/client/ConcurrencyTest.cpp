@@ -2,6 +2,8 @@
 #include <thread>
 
 #include "tests/client/SessionTest.h"
+#include "tests/client/WatchedMutex.h"
+#include "tests/support/WaitUntil.h"
 
 namespace dovrel {
 namespace {
@@ -88,29 +90,31 @@ TEST_F(ConcurrencyTest, EightThreadsThatFail_OpenOneAlertAtATime) {
 }
 
 TEST_F(ConcurrencyTest, OpenAlert_KeepsOtherOperationsWaiting) {
+    test::LockUse use;
+    closeSession();
+    parts_.createLock = [&use] { return std::make_unique<test::WatchedMutex>(use); };
+    openSession(parts_);
     forwarder_->answer(16, test::error(28, "broken"));
+
     std::atomic<bool> otherReturned{false};
-    std::atomic<bool> otherStarted{false};
     std::thread other;
-    bool returnedWhileOpen = true;
     dialog_->onShow = [&] {
         other = std::thread([&] {
-            otherStarted = true;
             posUnregisterApplication(1);
             otherReturned = true;
         });
-        while (!otherStarted)
-            std::this_thread::yield();
-        for (int turn = 0; turn < 1000; ++turn)
-            std::this_thread::yield();
-        returnedWhileOpen = otherReturned;
+        // The second one that asks for the lock is the other thread.
+        EXPECT_TRUE(test::waitUntil([&use] { return use.waits().size() == 2; }));
+        EXPECT_EQ(use.unlocks(), 0);
+        EXPECT_FALSE(otherReturned);
     };
     uint8_t* info = nullptr;
     int32_t length = 0;
     EXPECT_EQ(posGetInfo(0, "about", 5, &info, &length), POS_FAILURE);
     other.join();
-    EXPECT_FALSE(returnedWhileOpen);
     EXPECT_TRUE(otherReturned);
+    EXPECT_EQ(use.unlocks(), 2);
+    closeSession();
 }
 
 }  // namespace

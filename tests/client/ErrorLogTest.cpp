@@ -1,6 +1,7 @@
 #include "client/ErrorLog.h"
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "client/exceptions/POSException.h"
@@ -28,6 +29,13 @@ class ErrorLogTest : public test::SystemRootTest {
     std::string logPath() const { return root_.path(kErrorLogFile); }
     std::string content() const { return root_.read(kErrorLogFile); }
     bool exists(const std::string& name) const { return access(root_.path(name).c_str(), F_OK) == 0; }
+
+    static int entriesIn(const std::string& text) {
+        int count = 0;
+        for (size_t at = text.find(kEntry); at != std::string::npos; at = text.find(kEntry, at + 1))
+            ++count;
+        return count;
+    }
 
     ErrorLog log_;
 };
@@ -105,10 +113,51 @@ TEST_F(ErrorLogTest, LogThatCannotBeWritten_IsGivenUpSilently) {
     ASSERT_EQ(unlink(logPath().c_str()), 0);
     ASSERT_EQ(mkdir(logPath().c_str(), 0700), 0);
     append("Editor", "no driver");
+    // Still a folder, and empty.
     ASSERT_EQ(rmdir(logPath().c_str()), 0);
     // Nobody reads from this pipe: opening or writing it must not block.
     ASSERT_EQ(mkfifo(logPath().c_str(), 0600), 0);
     append("Editor", "no driver");
+    struct stat status = {};
+    ASSERT_EQ(lstat(logPath().c_str(), &status), 0);
+    EXPECT_TRUE(S_ISFIFO(status.st_mode));
+    EXPECT_FALSE(exists(std::string(kErrorLogFile) + ".old"));
+    ASSERT_EQ(unlink(logPath().c_str()), 0);
+    append("Editor", "no driver");
+    EXPECT_EQ(content(), std::string(kHead) + kEntry);
+}
+
+// Each process has the full log open when it finds it full; only one of them may rename it.
+TEST_F(ErrorLogTest, FullLogOfSeveralProcesses_IsRenamedOnce) {
+    constexpr int kProcesses = 4;
+    const std::string older(1024 * 1024 - 10, 'x');
+    for (int round = 0; round < 50; ++round) {
+        root_.write(kErrorLogFile, older);
+        int start[2];
+        ASSERT_EQ(pipe(start), 0);
+        std::vector<pid_t> processes;
+        for (int index = 0; index < kProcesses; ++index) {
+            processes.push_back(fork());
+            if (processes.back() == 0) {
+                char byte = 0;
+                close(start[1]);
+                // Ends for all of them at once, when the parent closes the pipe.
+                const ssize_t count = read(start[0], &byte, 1);
+                append("Editor", "no driver");
+                _exit(static_cast<int>(count));
+            }
+        }
+        close(start[0]);
+        close(start[1]);
+        for (const pid_t process : processes) {
+            int status = 0;
+            ASSERT_EQ(waitpid(process, &status, 0), process);
+            EXPECT_EQ(status, 0);
+        }
+        const std::string old = root_.read(std::string(kErrorLogFile) + ".old");
+        ASSERT_EQ(old.substr(0, older.size()), older) << "round " << round;
+        EXPECT_EQ(entriesIn(old) + entriesIn(content()), kProcesses);
+    }
 }
 
 }  // namespace

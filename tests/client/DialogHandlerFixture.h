@@ -1,0 +1,66 @@
+// DialogHandlerFixture: the frame of the operations over a scripted carrier and a scripted alert.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "client/POSAccessUIDialogHandler.h"
+#include "client/exceptions/POSException.h"
+#include "tests/client/SessionTest.h"
+
+namespace dovrel::test {
+
+class DialogHandlerFixture : public SystemRootTest {
+  protected:
+    DialogHandlerFixture() : handler_(newDialog()) {
+        client_.setForwarder(&forwarder_);
+        handler_.setClient(&client_);
+    }
+
+    std::unique_ptr<MessageDialog> newDialog() {
+        auto dialog = std::make_unique<ScriptedMessageDialog>();
+        dialog_ = dialog.get();
+        return dialog;
+    }
+
+    void readOptions(std::vector<uint16_t> options) {
+        handler_.readOptions(options.data(), static_cast<uint32_t>(options.size() * sizeof(uint16_t)));
+    }
+
+    uint32_t registered(const char* name) {
+        uint32_t applicationId = 0;
+        handler_.prepareRegistration(name);
+        EXPECT_TRUE(client_.registerApplication(name, nullptr, 0, nullptr, 0, applicationId));
+        handler_.completeRegistration(applicationId);
+        return applicationId;
+    }
+
+    /// Runs work that fails as long as `failures` lasts, and counts its runs.
+    bool runFailing(int failures, const std::function<CPPException*()>& make) {
+        return handler_.run(0, [&]() -> bool {
+            if (++runs_ <= failures) throw make();
+            return true;
+        });
+    }
+    bool registerFailing(int failures, const std::function<CPPException*()>& make) {
+        return handler_.runRegistration("Editor", [&]() -> bool {
+            if (++runs_ <= failures) throw make();
+            return true;
+        });
+    }
+
+    static CPPException* refusal() { return new POSRegistrationException("refused"); }
+    static CPPException* otherFailure() { return new POSMethodExecutionException("broken"); }
+
+    const ShownAlert refusalAlert_{kErrorTitle, reportBody("Editor", "refused", "Register."), kRetryCancel};
+    const ShownAlert attentionAlert_{kErrorTitle, kAttention, kRetryCancel};
+
+    ScriptedForwarder forwarder_;
+    ScriptedMessageDialog* dialog_ = nullptr;
+    POSAccessClient client_;
+    POSAccessUIDialogHandler handler_;
+    int runs_ = 0;
+};
+
+}  // namespace dovrel::test

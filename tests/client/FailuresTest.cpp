@@ -1,0 +1,142 @@
+// What the user and the host see of failures of the session's operations.
+#include <functional>
+#include <new>
+
+#include "client/exceptions/POSException.h"
+#include "client/exceptions/StructuredDataExceptions.h"
+#include "tests/client/SessionOperationsTest.h"
+
+namespace dovrel {
+namespace {
+
+using test::kOK;
+using test::kRetryCancel;
+using test::reportBody;
+using test::ShownAlert;
+
+class FailuresTest : public test::SessionOperationsTest {};
+
+TEST_F(FailuresTest, Instantiate_ClassNotRegistered_FailsWithItsTextWhenTheServerAsksForTheCheck) {
+    forwarder_->answer(10, test::registration(3, 1));
+    registered("Editor", {}, {"Clock"});
+    EXPECT_EQ(instantiate(3), POS_FAILURE);
+    EXPECT_EQ(dialog_->shown, oneReport("Editor", kClassMissing, "Stopped."));
+    EXPECT_EQ(object_, nullptr);
+    EXPECT_EQ(forwarder_->countOf("12"), 0u);
+}
+
+TEST_F(FailuresTest, ErrorAnswer24_ShowsTheDriverTextAndFailsAfterOK) {
+    const uint32_t applicationId = registered("Editor");
+    forwarder_->answer(12, test::error(24, "no driver"));
+    dialog_->answers = {12};
+    EXPECT_EQ(instantiate(applicationId), POS_FAILURE);
+    EXPECT_EQ(dialog_->shown, oneReport("Editor", "no driver", "Driver."));
+    EXPECT_EQ(object_, nullptr);
+}
+
+TEST_F(FailuresTest, ErrorAnswer32_OutsideRegistration_CanBeRetried) {
+    const uint32_t applicationId = registered("Editor");
+    forwarder_->answerNext(14, {test::error(32, "register first")});
+    dialog_->answers = {11};
+    EXPECT_EQ(call(applicationId), POS_OK);
+    posDeleteDLLHeapData(result_);
+    EXPECT_EQ(dialog_->shown,
+              (std::vector<ShownAlert>{
+                  {kErrorTitle, reportBody("Editor", "register first", "Register."), kRetryCancel}}));
+    EXPECT_EQ(forwarder_->countOf("check"), 0u);
+}
+
+TEST_F(FailuresTest, ErrorAnswersWithCode36OrUnlisted_FailEveryOperationWithoutAWord) {
+    const uint32_t applicationId = registered("Editor");
+    for (uint32_t code : {36u, 29u, 44u, 147u}) {
+        for (uint32_t command = 11; command <= 16; ++command)
+            forwarder_->answer(command, test::error(code, "whatever"));
+        EXPECT_EQ(instantiate(applicationId), POS_FAILURE);
+        EXPECT_EQ(object_, nullptr);
+        EXPECT_EQ(call(applicationId), POS_FAILURE);
+        EXPECT_EQ(result_, nullptr);
+        EXPECT_EQ(resultLength_, 0u);
+        EXPECT_EQ(deleteObject(applicationId), POS_FAILURE);
+        EXPECT_EQ(execute(applicationId), POS_FAILURE);
+        EXPECT_EQ(result_, nullptr);
+        EXPECT_EQ(resultLength_, 0u);
+        EXPECT_EQ(getInfo(applicationId), POS_FAILURE);
+        EXPECT_EQ(result_, nullptr);
+        EXPECT_EQ(infoLength_, 0);
+        EXPECT_EQ(posUnregisterApplication(applicationId), POS_FAILURE);
+        EXPECT_TRUE(currentSession()->client().isRegistered(applicationId));
+    }
+    EXPECT_TRUE(dialog_->shown.empty());
+}
+
+TEST_F(FailuresTest, AnswerThatCannotBeRead_IsAnUnrecoverableFailure) {
+    const uint32_t applicationId = registered("Editor");
+    forwarder_->answer(14, [](POSTransferObj&) { return std::make_unique<POSTransferObj>(1, 11, 14); });
+    EXPECT_EQ(call(applicationId), POS_FAILURE);
+    ASSERT_EQ(dialog_->shown.size(), 1u);
+    EXPECT_EQ(dialog_->shown[0].buttons, kOK);
+    const std::string& body = dialog_->shown[0].body;
+    EXPECT_EQ(body.substr(body.size() - 8), "Stopped.");
+}
+
+TEST_F(FailuresTest, Outputs_MayBeTheInputs) {
+    const uint32_t applicationId = registered();
+    void* handle = identifier_;
+    EXPECT_EQ(posInstantiateObject(applicationId, &handle, &handle), POS_OK);
+    EXPECT_EQ(forwarder_->lastRequest(12)->readString(106), std::string("Counter\0\0\0\0\0\0\0\0\0", 16));
+    EXPECT_NE(handle, identifier_);
+    posFreeDllHeapData(handle);
+}
+
+struct Thrown {
+    const char* name;
+    std::function<void()> raise;
+    const char* message;
+};
+
+const Thrown kThrown[] = {
+    {"CPPException", [] { throw new CPPException("plain"); }, "plain"},
+    {"POSException", [] { throw new POSException("from the server"); }, "from the server"},
+    {"DerivedException", [] { throw new PartNotFoundException("part"); }, "part"},
+    {"BadAlloc", [] { throw std::bad_alloc(); }, "Nobody knows."},
+    {"Integer", [] { throw 5; }, "Nobody knows."},
+    {"ExceptionByValue", [] { throw CPPException("by value"); }, "Nobody knows."},
+};
+
+class ThrowingTest : public FailuresTest, public testing::WithParamInterface<Thrown> {};
+
+TEST_P(ThrowingTest, ThroughEveryOperation_IsReportedAndTheLockIsReleased) {
+    const uint32_t app = registered("Host");
+    forwarder_->onRequest = GetParam().raise;
+    uint32_t applicationId = 99;
+    const std::function<uint32_t()> operations[] = {
+        [&] { return registerHost(&applicationId); },
+        [&] { return posUnregisterApplication(app); },
+        [&] { return instantiate(app); },
+        [&] { return call(app); },
+        [&] { return deleteObject(app); },
+        [&] { return execute(app); },
+        [&] { return getInfo(app); },
+    };
+    size_t index = 0;
+    for (const auto& operation : operations) {
+        dialog_->shown.clear();
+        EXPECT_EQ(operation(), POS_FAILURE) << index;
+        EXPECT_EQ(dialog_->shown, oneReport("Host", GetParam().message, "Stopped.")) << index;
+        EXPECT_TRUE(isUnlocked()) << index;
+        EXPECT_EQ(object_, nullptr) << index;
+        EXPECT_EQ(result_, nullptr) << index;
+        EXPECT_EQ(resultLength_, 0u) << index;
+        EXPECT_EQ(infoLength_, 0) << index;
+        ++index;
+    }
+    EXPECT_EQ(applicationId, 99u);
+    EXPECT_TRUE(currentSession()->client().isRegistered(app));
+    forwarder_->onRequest = nullptr;
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryKind, ThrowingTest, testing::ValuesIn(kThrown),
+                         [](const auto& thrown) { return thrown.param.name; });
+
+}  // namespace
+}  // namespace dovrel

@@ -1,0 +1,229 @@
+// Every request for memory fails once, one after the other, and from there on: each exported function then
+// fails with cleared outputs, or does what it is for all the same; the lock is free, the registry as it was,
+// and the next call works. That nothing leaks and nothing is freed twice is the sanitizers' part.
+#include <cstring>
+#include <new>
+
+#include "client/exceptions/CPPException.h"
+#include "tests/InterProcessCommunication/AllocationFault.h"
+#include "tests/client/SessionOperationsTest.h"
+
+namespace dovrel {
+namespace {
+
+using test::AllocationFault;
+
+constexpr size_t kMostRequests = 5000;
+constexpr uint32_t kApplication = 7;
+constexpr uint32_t kUntouched = 99;
+
+class ClientOutOfMemoryTest : public test::SessionOperationsTest {
+  protected:
+    ClientOutOfMemoryTest() { forwarder_->answer(10, test::registration(kApplication)); }
+
+    /// `check(done)` follows each run of `work`, which answers whether it has done what it is for.
+    template <class Work, class Check>
+    static void failEachRequest(const Work& work, const Check& check) {
+        for (const auto duration : {AllocationFault::Duration::once, AllocationFault::Duration::forGood}) {
+            size_t nth = 1;
+            for (bool happened = true; happened; ++nth) {
+                ASSERT_LT(nth, kMostRequests);
+                bool done = false;
+                {
+                    const AllocationFault fault(nth, duration);
+                    done = work();
+                    happened = AllocationFault::happened();
+                }
+                SCOPED_TRACE(nth);
+                EXPECT_TRUE(done || happened) << "failed without a reason";
+                check(done);
+                if (HasFailure()) return;
+            }
+            EXPECT_GT(nth, 2u) << "no request was made to fail";
+        }
+    }
+
+    /// For operations of the registered application whose success is `succeeds()`.
+    template <class Operation, class Succeeds>
+    void failEachRequestOf(const Operation& operation, const Succeeds& succeeds) {
+        registered("Host");
+        failEachRequest([&] { return operation() == POS_OK; },
+                        [&](bool done) {
+                            if (done) {
+                                succeeds();
+                            } else {
+                                EXPECT_EQ(object_, nullptr);
+                                EXPECT_EQ(result_, nullptr);
+                                EXPECT_EQ(resultLength_, 0u);
+                                EXPECT_EQ(infoLength_, 0);
+                            }
+                            EXPECT_EQ(currentSession()->client().applicationCount(), 1u);
+                            EXPECT_TRUE(currentSession()->client().isRegistered(kApplication));
+                            ASSERT_EQ(operation(), POS_OK) << "the next call";
+                            succeeds();
+                        });
+    }
+
+    void expectObject() {
+        ASSERT_NE(object_, nullptr);
+        EXPECT_EQ(std::memcmp(object_, "object\0\0\0\0\0\0\0\0\0\0", 16), 0);
+        posFreeDllHeapData(object_);
+        object_ = nullptr;
+    }
+    void expectResult() {
+        ASSERT_EQ(resultLength_, 6u);
+        resultLength_ = 0;
+        EXPECT_EQ(std::memcmp(result_, "result", 6), 0);
+        posDeleteDLLHeapData(result_);
+        result_ = nullptr;
+    }
+};
+
+TEST_F(ClientOutOfMemoryTest, Register_FailsWithNothingRecordedOrRegistersInFull) {
+    uint32_t applicationId = kUntouched;
+    uint16_t options[] = {1121};
+    const auto registerHost = [&] {
+        applicationId = kUntouched;
+        return posRegisterApplicationWithClasses("Host", &identifier_, 1, options, 2, &applicationId) ==
+               POS_OK;
+    };
+    const auto expectRegistered = [&] {
+        EXPECT_EQ(applicationId, kApplication);
+        EXPECT_STREQ(currentSession()->client().applicationName(kApplication), "Host");
+        EXPECT_TRUE(currentSession()->dialogHandler().isSilenced(kApplication));
+        EXPECT_EQ(currentSession()->dialogHandler().currentApplicationName(), "Host");
+        EXPECT_EQ(forwarder_->lastRequest(10)->readString(130).substr(30),
+                  std::string("Counter\0\0\0\0\0\0\0\0\0", 16));
+        ASSERT_EQ(posUnregisterApplication(kApplication), POS_OK);
+    };
+    failEachRequest(registerHost, [&](bool done) {
+        if (done) {
+            expectRegistered();
+        } else {
+            EXPECT_EQ(applicationId, kUntouched);
+            EXPECT_EQ(currentSession()->client().applicationCount(), 0u);
+            EXPECT_FALSE(currentSession()->dialogHandler().isSilenced(kApplication));
+        }
+        ASSERT_TRUE(registerHost()) << "the next call";
+        expectRegistered();
+    });
+}
+
+TEST_F(ClientOutOfMemoryTest, Unregister_KeepsTheRecordOrRemovesIt) {
+    registered("Host");
+    failEachRequest([] { return posUnregisterApplication(kApplication) == POS_OK; },
+                    [&](bool done) {
+                        EXPECT_EQ(currentSession()->client().isRegistered(kApplication), !done);
+                        if (!done) {
+                            ASSERT_EQ(posUnregisterApplication(kApplication), POS_OK) << "the next call";
+                        }
+                        registered("Host");
+                    });
+}
+
+TEST_F(ClientOutOfMemoryTest, Instantiate_FailsWithoutAnObjectOrHandsItOut) {
+    failEachRequestOf([this] { return instantiate(kApplication); }, [this] { expectObject(); });
+}
+
+TEST_F(ClientOutOfMemoryTest, Instantiate_MessageThatCannotBeShown_IsNoFailure) {
+    forwarder_->answer(12, test::object("object", 1, "A message of the server that is long enough."));
+    failEachRequestOf([this] { return instantiate(kApplication); }, [this] { expectObject(); });
+}
+
+TEST_F(ClientOutOfMemoryTest, CallMethod_FailsWithoutAResultOrHandsItOut) {
+    failEachRequestOf([this] { return call(kApplication); }, [this] { expectResult(); });
+}
+
+TEST_F(ClientOutOfMemoryTest, CallMethodOnExecuter_FailsWithoutAResultOrHandsItOut) {
+    const auto callOnExecuter = [this] {
+        fillOutputs();
+        return posCallMethodOnExecuter(kApplication, &identifier_, &identifier_, "add", nullptr, 0, &result_,
+                                       &resultLength_);
+    };
+    failEachRequestOf(callOnExecuter, [this] {
+        EXPECT_EQ(forwarder_->lastRequest(14)->readString(104), std::string("Counter\0\0\0\0\0\0\0\0\0", 16));
+        expectResult();
+    });
+}
+
+TEST_F(ClientOutOfMemoryTest, DeleteObject_FailsOrDeletes) {
+    failEachRequestOf([this] { return deleteObject(kApplication); }, [] {});
+}
+
+TEST_F(ClientOutOfMemoryTest, ExecuteCommand_FailsWithoutAResultOrHandsItOut) {
+    failEachRequestOf([this] { return execute(kApplication); }, [this] { expectResult(); });
+}
+
+TEST_F(ClientOutOfMemoryTest, GetInfo_FailsWithoutABlockOrHandsItOut) {
+    failEachRequestOf([this] { return getInfo(kApplication); },
+                      [this] {
+                          ASSERT_EQ(infoLength_, 11);
+                          infoLength_ = 0;
+                          EXPECT_EQ(std::memcmp(result_, "information", 11), 0);
+                          posDeleteDLLHeapData(result_);
+                          result_ = nullptr;
+                      });
+}
+
+TEST_F(ClientOutOfMemoryTest, FailureOfTheServer_StaysAFailureWhoseReportMayBeLost) {
+    registered("Host");
+    forwarder_->answer(14, test::error(28, "broken"));
+    failEachRequest(
+        [this] {
+            const uint32_t status = call(kApplication);
+            return status == POS_FAILURE && result_ == nullptr && resultLength_ == 0;
+        },
+        [](bool done) { EXPECT_TRUE(done); });
+}
+
+/// Whether the session was opened; what is thrown is running out of memory or a failure of the platform.
+bool isOpenedWith(const SessionParts& parts) {
+    try {
+        openSession(parts);
+        return true;
+    } catch (CPPException* caught) {
+        delete caught;
+    } catch (const std::bad_alloc&) {
+    }
+    return false;
+}
+
+TEST_F(ClientOutOfMemoryTest, OpenSession_PassesTheFailureOnAndLeavesNoSession) {
+    closeSession();
+    failEachRequest([this] { return isOpenedWith(parts_); },
+                    [this](bool done) {
+                        EXPECT_EQ(currentSession() != nullptr, done);
+                        if (!done) openSession(parts_);
+                        ASSERT_NE(currentSession(), nullptr);
+                        registered("Host");
+                        closeSession();
+                    });
+}
+
+TEST_F(ClientOutOfMemoryTest, CloseSession_EndsItWhateverFails) {
+    registered("Host");
+    failEachRequest(
+        [] {
+            closeSession();
+            return true;
+        },
+        [this](bool) {
+            EXPECT_EQ(currentSession(), nullptr);
+            openSession(parts_);
+            registered("Host");
+        });
+}
+
+TEST_F(ClientOutOfMemoryTest, OpenSession_OfAHost_PassesTheFailureOnAndLeavesNoSession) {
+    closeSession();
+    failEachRequest([] { return isOpenedWith(platformParts()); },
+                    [](bool done) {
+                        EXPECT_EQ(currentSession() != nullptr, done);
+                        if (!done) openSession(platformParts());
+                        ASSERT_NE(currentSession(), nullptr);
+                        closeSession();
+                    });
+}
+
+}  // namespace
+}  // namespace dovrel

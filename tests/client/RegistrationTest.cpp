@@ -1,0 +1,203 @@
+// Registering and unregistering through the exported functions.
+#include "tests/client/SessionOperationsTest.h"
+
+namespace dovrel {
+namespace {
+
+using test::kRetryCancel;
+using test::reportBody;
+using test::ShownAlert;
+
+class RegistrationTest : public test::SessionOperationsTest {};
+
+TEST_F(RegistrationTest, Register_HandsOutTheIdentifierAndKeepsTheName) {
+    forwarder_->answer(10, test::registration(42));
+    EXPECT_EQ(registered("Editor"), 42u);
+    EXPECT_STREQ(currentSession()->client().applicationName(42), "Editor");
+    EXPECT_EQ(currentSession()->dialogHandler().currentApplicationName(), "Editor");
+    EXPECT_EQ(currentSession()->currentApplication(), 0xFFFFFFFFu);
+}
+
+TEST_F(RegistrationTest, Register_NullName_IsTheEmptyName) {
+    EXPECT_EQ(forwarder_->requests(10).size(), 0u);
+    const uint32_t applicationId = registered(nullptr);
+    EXPECT_STREQ(currentSession()->client().applicationName(applicationId), "");
+    EXPECT_EQ(forwarder_->lastRequest(10)->readString(100), std::string(1, '\0'));
+}
+
+TEST_F(RegistrationTest, Register_NullOptionsTooShortForACode_CountAsNone) {
+    for (uint32_t length : {0u, 1u}) {
+        uint32_t applicationId = 0;
+        EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, length, &applicationId),
+                  POS_OK);
+        EXPECT_EQ(forwarder_->lastRequest(10)->readString(114), "");
+    }
+}
+
+TEST_F(RegistrationTest, Register_NullOptionsWithALength_FailBeforeAnythingIsSent) {
+    for (uint32_t length : {2u, 3u, 8u}) {
+        uint32_t applicationId = 99;
+        dialog_->shown.clear();
+        EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, length, &applicationId),
+                  POS_FAILURE);
+        EXPECT_EQ(dialog_->shown, oneReport("Host", kNullPointer, "Stopped.")) << length;
+        EXPECT_EQ(applicationId, 99u);
+    }
+    EXPECT_EQ(forwarder_->countOf("10") + forwarder_->countOf("17") + forwarder_->countOf("connect 10"), 0u);
+}
+
+TEST_F(RegistrationTest, Register_OptionsLengthZeroOneOrOdd_IgnoresThemButSendsThem) {
+    uint16_t options[] = {1121, 1121};
+    for (uint32_t length : {0u, 1u, 3u}) {
+        uint32_t applicationId = 0;
+        ASSERT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, options, length, &applicationId),
+                  POS_OK);
+        EXPECT_FALSE(currentSession()->dialogHandler().isSilenced(applicationId)) << length;
+        EXPECT_EQ(forwarder_->lastRequest(10)->readString(114).size(), length);
+    }
+}
+
+TEST_F(RegistrationTest, Register_NullPlaceForTheIdentifier_FailsBeforeAnythingIsSent) {
+    EXPECT_EQ(registerHost(nullptr), POS_FAILURE);
+    EXPECT_EQ(dialog_->shown, oneReport("Host", kNullPointer, "Stopped."));
+    EXPECT_EQ(forwarder_->countOf("10") + forwarder_->countOf("17") + forwarder_->countOf("connect 10"), 0u);
+}
+
+TEST_F(RegistrationTest, Register_ListWithAGap_FailsBeforeAnythingIsSent) {
+    uint32_t applicationId = 99;
+    void* list[] = {identifier_, nullptr};
+    EXPECT_EQ(posRegisterApplicationWithClasses("Host", list, 2, nullptr, 0, &applicationId), POS_FAILURE);
+    EXPECT_EQ(dialog_->shown, oneReport("Host", kNullPointer, "Stopped."));
+    EXPECT_EQ(applicationId, 99u);
+    EXPECT_EQ(forwarder_->countOf("connect 10"), 0u);
+}
+
+TEST_F(RegistrationTest, Register_WrongInterfaceVersion_FailsWithItsText) {
+    uint32_t applicationId = 99;
+    forwarder_->answer(17, test::interfaceVersion(8));
+    EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);
+    EXPECT_EQ(dialog_->shown, oneReport("Host", kWrongInterface, "Stopped."));
+    EXPECT_EQ(applicationId, 99u);
+}
+
+TEST_F(RegistrationTest, Register_FailureWithNobodyRegistered_DisconnectsBeforeTheAlertAndAfterwards) {
+    uint32_t applicationId = 0;
+    std::vector<std::string> callsWhenShown;
+    forwarder_->answer(10, test::error(24, "no driver"));
+    dialog_->onShow = [&] { callsWhenShown = forwarder_->calls(); };
+    EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);
+    EXPECT_EQ(callsWhenShown, (std::vector<std::string>{"connect 10", "17", "10", "check"}));
+    EXPECT_EQ(forwarder_->calls(), (std::vector<std::string>{"connect 10", "17", "10", "check", "check"}));
+}
+
+TEST_F(RegistrationTest, Register_FailureWithSomebodyRegistered_KeepsTheConnection) {
+    registered("Viewer");
+    forwarder_->answer(10, test::error(24, "no driver"));
+    uint32_t applicationId = 0;
+    EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);
+    EXPECT_EQ(forwarder_->countOf("check"), 0u);
+}
+
+TEST_F(RegistrationTest, Register_Retry_RepeatsTheRequestInFull) {
+    forwarder_->answerNext(10, {test::error(32, "refused"), test::error(32, "refused")});
+    dialog_->answers = {11, 11};
+    uint32_t applicationId = 0;
+    EXPECT_EQ(registerHost(&applicationId), POS_OK);
+    EXPECT_EQ(forwarder_->calls(), (std::vector<std::string>{"connect 10", "17", "10", "check", "connect 10",
+                                                             "17", "10", "check", "connect 10", "17", "10"}));
+    const auto requests = forwarder_->requests(10);
+    ASSERT_EQ(requests.size(), 3u);
+    EXPECT_EQ(requests[1]->bytes().compare(requests[0]->bytes()), 0);
+    EXPECT_EQ(requests[2]->bytes().compare(requests[0]->bytes()), 0);
+    EXPECT_TRUE(currentSession()->client().isRegistered(applicationId));
+}
+
+TEST_F(RegistrationTest, Register_Retry_DoesNotReadTheOptionsAgain) {
+    forwarder_->answerNext(10, {test::error(32, "refused")});
+    dialog_->answers = {11};
+    uint16_t options[] = {1121};
+    dialog_->onShow = [&] { options[0] = 1104; };
+    uint32_t applicationId = 0;
+    EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, options, 2, &applicationId), POS_OK);
+    EXPECT_TRUE(currentSession()->dialogHandler().isSilenced(applicationId));
+    EXPECT_TRUE(currentSession()->dialogHandler().flags().withoutOption1104);
+}
+
+TEST_F(RegistrationTest, Register_RetryDeclined_Fails) {
+    forwarder_->answer(10, test::error(32, "refused"));
+    dialog_->answers = {13, 13};
+    uint32_t applicationId = 99;
+    EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);
+    EXPECT_EQ(dialog_->shown, (std::vector<ShownAlert>{
+                                  {kErrorTitle, reportBody("Host", "refused", "Register."), kRetryCancel},
+                                  {kErrorTitle, kAttention, kRetryCancel}}));
+    EXPECT_EQ(applicationId, 99u);
+}
+
+TEST_F(RegistrationTest, Register_Option1120_RefusalIsNotShown) {
+    forwarder_->answer(10, test::error(32, "refused"));
+    uint16_t options[] = {1120};
+    uint32_t applicationId = 99;
+    EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, options, 2, &applicationId), POS_FAILURE);
+    EXPECT_TRUE(dialog_->shown.empty());
+    EXPECT_EQ(forwarder_->countOf("10"), 1u);
+    EXPECT_EQ(forwarder_->countOf("check"), 1u);
+}
+
+TEST_F(RegistrationTest, Register_AnswerWithCode36_FailsWithoutAWordAndDisconnects) {
+    forwarder_->answer(10, test::error(36, "whatever"));
+    uint32_t applicationId = 99;
+    EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);
+    EXPECT_TRUE(dialog_->shown.empty());
+    EXPECT_EQ(applicationId, 99u);
+    EXPECT_EQ(currentSession()->client().applicationCount(), 0u);
+    EXPECT_EQ(forwarder_->countOf("check"), 1u);
+}
+
+TEST_F(RegistrationTest, Unregister_LastApplication_Disconnects) {
+    const uint32_t first = registered();
+    const uint32_t second = registered();
+    EXPECT_EQ(posUnregisterApplication(first), POS_OK);
+    EXPECT_EQ(forwarder_->countOf("check"), 0u);
+    EXPECT_EQ(posUnregisterApplication(second), POS_OK);
+    EXPECT_EQ(forwarder_->countOf("check"), 1u);
+}
+
+TEST_F(RegistrationTest, Unregister_NeverRegistered_FailsWithoutADialog) {
+    EXPECT_EQ(posUnregisterApplication(5), POS_FAILURE);
+    EXPECT_TRUE(dialog_->shown.empty());
+    EXPECT_EQ(forwarder_->calls(), std::vector<std::string>{"check"});
+}
+
+TEST_F(RegistrationTest, Unregister_UnknownWhileOthersAreRegistered_KeepsTheConnection) {
+    const uint32_t applicationId = registered();
+    forwarder_->forgetCalls();
+    EXPECT_EQ(posUnregisterApplication(applicationId + 1), POS_FAILURE);
+    EXPECT_TRUE(forwarder_->calls().empty());
+}
+
+TEST_F(RegistrationTest, Unregister_AnsweredWithAnError_IsReportedAndTheRecordStays) {
+    const uint32_t applicationId = registered("Editor");
+    forwarder_->answerNext(11, {test::error(34, "who?")});
+    EXPECT_EQ(posUnregisterApplication(applicationId), POS_FAILURE);
+    EXPECT_EQ(dialog_->shown, oneReport("Editor", "who?", "Stopped."));
+    EXPECT_TRUE(currentSession()->client().isRegistered(applicationId));
+    EXPECT_EQ(forwarder_->countOf("check"), 0u);
+}
+
+TEST_F(RegistrationTest, Unregister_SilencedApplication_LeavesTheList) {
+    const uint32_t applicationId = registered("Editor", {1121});
+    ASSERT_TRUE(currentSession()->dialogHandler().isSilenced(applicationId));
+    EXPECT_EQ(posUnregisterApplication(applicationId), POS_OK);
+    EXPECT_FALSE(currentSession()->dialogHandler().isSilenced(applicationId));
+}
+
+TEST_F(RegistrationTest, Silenced_RegisteredAnewWithoutTheOption_LeavesTheList) {
+    forwarder_->answer(10, test::registration(8));
+    registered("Editor", {1121});
+    registered("Editor");
+    EXPECT_FALSE(currentSession()->dialogHandler().isSilenced(8));
+}
+
+}  // namespace
+}  // namespace dovrel
