@@ -11,6 +11,7 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "SystemRoot.h"
@@ -41,10 +42,10 @@ bool fillAddress(sockaddr_un& address, const std::string& path) {
 }
 
 // A lock on a file that somebody has removed meanwhile is no lock.
-bool isStillThere(const FileDescriptor& folder, const std::string& name, const FileDescriptor& file) {
+bool isStillThere(const FileDescriptor& folder, const std::string& name, int file) {
     struct stat opened;
     struct stat named;
-    return fstat(file.get(), &opened) == 0 &&
+    return fstat(file, &opened) == 0 &&
            fstatat(folder.get(), name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
            opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
@@ -57,7 +58,7 @@ EndpointClaim::Outcome lockEndpoint(const FileDescriptor& folder, const std::str
         if (flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
             return errno == EWOULDBLOCK ? EndpointClaim::Outcome::inUse : EndpointClaim::Outcome::failed;
         }
-        if (isStillThere(folder, name, lock)) return EndpointClaim::Outcome::claimed;
+        if (isStillThere(folder, name, lock.get())) return EndpointClaim::Outcome::claimed;
     }
 }
 
@@ -115,9 +116,12 @@ Connecting connectTo(const FileDescriptor& socket, const sockaddr_un& address, c
 }  // namespace
 
 EndpointClaim::EndpointClaim(EndpointClaim&& other) noexcept
-    : listen_(std::exchange(other.listen_, -1)), lock_(std::exchange(other.lock_, -1)) {}
+    : signature_(other.signature_),
+      listen_(std::exchange(other.listen_, -1)),
+      lock_(std::exchange(other.lock_, -1)) {}
 
 EndpointClaim& EndpointClaim::operator=(EndpointClaim&& other) noexcept {
+    std::swap(signature_, other.signature_);
     std::swap(listen_, other.listen_);
     std::swap(lock_, other.lock_);
     return *this;
@@ -139,10 +143,25 @@ EndpointClaim::Outcome EndpointClaim::claim(OSType signature, EndpointClaim& res
     FileDescriptor socket = listenAt(folder, name + kSocketEnding);
     if (!socket) return Outcome::failed;
     EndpointClaim claimed;
+    claimed.signature_ = signature;
     claimed.listen_ = socket.release();
     claimed.lock_ = lock.release();
     result = std::move(claimed);
     return Outcome::claimed;
+}
+
+void EndpointClaim::withdraw() noexcept {
+    try {
+        const FileDescriptor folder = openEndpointFolder();
+        const std::string name = endpointName(systemRoot(), signature_);
+        // The environment may lead elsewhere by now, to files that are not ours.
+        if (!folder || !isStillThere(folder, name + kLockEnding, lock_)) return;
+        unlinkat(folder.get(), (name + kSocketEnding).c_str(), 0);
+        // The lock goes last: without it another owner may come and have files of the same names.
+        unlinkat(folder.get(), (name + kLockEnding).c_str(), 0);
+    } catch (const std::bad_alloc&) {
+        // Then they stay, as after a crash.
+    }
 }
 
 bool EndpointClaim::adoptInherited(OSType signature, EndpointClaim& result) {
@@ -157,6 +176,7 @@ bool EndpointClaim::adoptInherited(OSType signature, EndpointClaim& result) {
     if (!isListeningSocket(listenDescriptor) || !isLockFile(lockDescriptor)) return false;
     if (!setCloseOnExec(listenDescriptor) || !setCloseOnExec(lockDescriptor)) return false;
     EndpointClaim adopted;
+    adopted.signature_ = signature;
     adopted.listen_ = listenDescriptor;
     adopted.lock_ = lockDescriptor;
     result = std::move(adopted);

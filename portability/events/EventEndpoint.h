@@ -39,6 +39,11 @@ class EndpointClaim {
     /// should be.
     static bool adoptInherited(OSType signature, EndpointClaim& result);
 
+    /// Removes the endpoint's files, so that an application that ends in order leaves nothing behind. For the
+    /// owner, right before it lets the claim go; a launcher lets go without. The files of a process that was
+    /// killed stay until somebody claims the endpoint anew.
+    void withdraw() noexcept;
+
     int listenDescriptor() const { return listen_; }
     int lockDescriptor() const { return lock_; }
 
@@ -47,6 +52,7 @@ class EndpointClaim {
     static std::string inheritanceEntry(OSType signature, int listenDescriptor, int lockDescriptor);
 
   private:
+    OSType signature_ = 0;
     int listen_ = -1;
     int lock_ = -1;
 };

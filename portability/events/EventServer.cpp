@@ -54,7 +54,9 @@ EventServer::EventServer(EndpointClaim claim, int wakeDescriptor)
     if (ready_ && listening >= 0) ready_ = setNonBlocking(listening) && watch(listening);
 }
 
-EventServer::~EventServer() = default;
+EventServer::~EventServer() {
+    claim_.withdraw();
+}
 
 bool EventServer::watch(int descriptor) {
     epoll_event wanted{};

@@ -10,7 +10,9 @@
 #include <vector>
 
 #include "Processes.h"
+#include "SystemRoot.h"
 #include "TemporaryEnvironment.h"
+#include "events/EndpointFolder.h"
 
 using namespace portability;
 
@@ -98,6 +100,21 @@ TEST_F(EventEndpointTest, Claim_WhileOwned_IsInUseAndTouchesNothing) {
     EXPECT_EQ(inForkedProcess([] { return static_cast<int>(claimAndLetGo()); }),
               static_cast<int>(Outcome::inUse));
     EXPECT_TRUE(isConnectable());
+}
+
+TEST_F(EventEndpointTest, Withdraw_LeavesNoFile_AndTheEndpointToOthers) {
+    const std::string name = endpointName(systemRoot(), kSignature);
+    EndpointClaim claim;
+    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    const FileDescriptor folder = openEndpointFolder();
+    ASSERT_EQ(faccessat(folder.get(), (name + ".socket").c_str(), F_OK, 0), 0);
+    claim.withdraw();
+    EXPECT_NE(faccessat(folder.get(), (name + ".socket").c_str(), F_OK, 0), 0);
+    EXPECT_NE(faccessat(folder.get(), (name + ".lock").c_str(), F_OK, 0), 0);
+    EndpointClaim next;
+    EXPECT_EQ(EndpointClaim::claim(kSignature, next), Outcome::claimed);
+    claim.withdraw();
+    EXPECT_TRUE(isConnectable()) << "the files of the next owner are not ours to remove";
 }
 
 TEST_F(EventEndpointTest, Claim_DescriptorsEndAtExec) {
