@@ -43,6 +43,7 @@ class ApplicationLauncherTest : public testing::Test {
 
 TEST_F(ApplicationLauncherTest, EmptyCommand_IsMinus1WithoutStartingOrLoggingAnything) {
     const Arguments arguments = {"argument"};
+    // A start that was tried would fail, and would be logged like that of every tool that does not exist.
     EXPECT_EQ(run("", nullptr), -1);
     EXPECT_EQ(log, "");
     EXPECT_EQ(run("", &arguments), -1);

@@ -201,6 +201,7 @@ TEST_F(Client_to_POS_CommunicatorTest, QuitServer_SendsTheQuitEventAndWantsNoRep
     const SentEvent& sent = platform.sent.front();
     EXPECT_EQ(sent.eventClass, AEEventClass{'aevt'});
     EXPECT_EQ(sent.eventID, AEEventID{'quit'});
+    // As docs/protocol.md has it in "quit-request".
     EXPECT_EQ(sent.directParameter, std::nullopt);
     EXPECT_EQ(sent.mode, 1);
     EXPECT_EQ(sent.timeOutTicks, 100);

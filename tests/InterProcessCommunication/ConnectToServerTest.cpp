@@ -131,8 +131,12 @@ TEST_F(ConnectToServerTest, EveryWakeUp_IsFiveEventsOfOneSecond) {
     serverRuns();
     failAlways(errAETimeout);
     connect();
-    for (const SentEvent& event : platform.sent)
+    // Ten passes of five events each.
+    EXPECT_EQ(platform.sent.size(), 50u);
+    for (const SentEvent& event : platform.sent) {
+        EXPECT_EQ(event.eventID, AEEventID{'waCl'});
         EXPECT_EQ(event.timeOutTicks, 60);
+    }
 }
 
 TEST_F(ConnectToServerTest, LaunchThatAlwaysFails_IsTriedTenTimesAndNothingIsWoken) {

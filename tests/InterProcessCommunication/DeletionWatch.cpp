@@ -33,6 +33,11 @@ void DeletionWatch::notice(const void* block) noexcept {
     }
 }
 
+void DeletionWatch::noticeNew(const void* block, std::size_t size) {
+    for (DeletionWatch* watch = newestWatch; watch != nullptr; watch = watch->next_)
+        if (watch->sizeToAdd_ == size) watch->add(block);
+}
+
 }  // namespace dovrel::test
 
 // All forms, because a sanitizer brings forms of its own that do not end in ours.
@@ -43,8 +48,10 @@ void* allocate(std::size_t size) noexcept {
 }
 
 void* allocateOrThrow(std::size_t size) {
-    if (void* const block = allocate(size)) return block;
-    throw std::bad_alloc();
+    void* const block = allocate(size);
+    if (block == nullptr) throw std::bad_alloc();
+    dovrel::test::DeletionWatch::noticeNew(block, size);
+    return block;
 }
 
 void release(void* block) noexcept {

@@ -5,6 +5,7 @@
 // object is the sanitizer's to find.) One thread.
 #pragma once
 
+#include <cstddef>
 #include <set>
 
 namespace dovrel::test {
@@ -18,6 +19,9 @@ class DeletionWatch {
 
     void add(const void* object);
 
+    /// From now on every block of this size that new gives is added.
+    void addAllOfSize(std::size_t size) { sizeToAdd_ = size; }
+
     /// Objects that were added and deleted since.
     int deletions() const { return deletions_; }
     /// Objects that were added and still live.
@@ -25,10 +29,13 @@ class DeletionWatch {
 
     /// For the operators: called with every block that is about to be released.
     static void notice(const void* block) noexcept;
+    /// The same with every block that new gives.
+    static void noticeNew(const void* block, std::size_t size);
 
   private:
     std::set<const void*> objects_;
     int deletions_ = 0;
+    std::size_t sizeToAdd_ = 0;
     DeletionWatch* next_;
 };
 

@@ -1,5 +1,6 @@
 #include "tests/InterProcessCommunication/InstalledServer.h"
 
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -7,7 +8,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <stdexcept>
 #include <thread>
 
 namespace dovrel::test {
@@ -61,7 +61,7 @@ bool waitForEnd(pid_t process) {
 
 void end(pid_t process) {
     kill(process, SIGKILL);
-    if (!waitForEnd(process)) throw std::runtime_error("a server process does not end");
+    EXPECT_TRUE(waitForEnd(process)) << "a server process does not end";
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "settings/MultiLanguageSupport.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
+#include "tests/InterProcessCommunication/DeletionWatch.h"
 #include "tests/serialization/Bytes.h"
 
 namespace dovrel {
@@ -98,6 +99,33 @@ TEST_F(MacOSXTransferObjForwarderTest, Forward_SentTwentyTimesInVain_GivesTheLas
         // A reconnection after each attempt, the last one, too.
         EXPECT_EQ(platform.folderLookups, 20);
         EXPECT_EQ(countOfSent('waCl'), 20);
+    }
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, RepliesOfFailedAttempts_AreReleased) {
+    test::DeletionWatch replies;
+    replies.addAllOfSize(sizeof(POSTransferObj));
+    dataEventsEndWith({procNotFound});
+    const std::unique_ptr<POSTransferObj> reply = forward();
+    EXPECT_EQ(replies.deletions(), 19);
+    EXPECT_EQ(replies.living(), 1) << "the one that is handed back";
+}
+
+TEST_F(MacOSXTransferObjForwarderTest, ReplyOfTheFailedAttempt_IsReleasedWhenTheForwarderThrows) {
+    loadTexts();
+    for (const OSErr error : {OSErr{procNotFound}, OSErr{errAETimeout}}) {
+        SCOPED_TRACE(error);
+        test::DeletionWatch replies;
+        replies.addAllOfSize(sizeof(POSTransferObj));
+        failAlways(error);
+        try {
+            forward();
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (CPPException* caught) {
+            delete caught;
+        }
+        EXPECT_EQ(replies.deletions(), 1);
+        EXPECT_EQ(replies.living(), 0);
     }
 }
 

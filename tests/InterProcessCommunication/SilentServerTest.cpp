@@ -19,7 +19,6 @@ TEST(SilentServer, ConnectToServer_GivesUpAfterTheTenthHandshakeWithTheLaunchFai
     const double taken = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 
     EXPECT_GE(taken, 50.0);
-    EXPECT_LT(taken, 65.0);
     EXPECT_EQ(server.processes().size(), 1u);
     EXPECT_EQ(console,
               " \n"

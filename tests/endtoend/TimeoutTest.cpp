@@ -26,7 +26,6 @@ TEST_F(Timeout, AServerThatNeverAnswersTheHandshake_IsGivenUpAfterTheTenthOfFive
     console.stop();
     const auto waited = steady_clock::now() - start;
     EXPECT_GE(waited, seconds(49));
-    EXPECT_LE(waited, seconds(65));
     EXPECT_EQ(countOf(console.output(), "\nerror: -1712\n"), 1u) << console.output();
     EXPECT_EQ(countOf(console.output(), " Could not launch Merrowd server application! \n"), 1u);
     EXPECT_EQ(
@@ -45,7 +44,6 @@ TEST_F(Timeout, ADataExchangeThatIsNeverAnswered_EndsAfterTenThousandTicks) {
     console.stop();
     const auto waited = steady_clock::now() - start;
     EXPECT_GE(waited, seconds(166));
-    EXPECT_LE(waited, seconds(180));
     EXPECT_EQ(
         alertsOf(console, texts_.failureBody(
                               "End to end",

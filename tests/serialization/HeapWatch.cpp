@@ -6,6 +6,14 @@ namespace {
 
 dovrel::test::HeapWatch* watching = nullptr;
 
+// What the watch itself asks for is not watched.
+bool admits(size_t bytes) {
+    dovrel::test::HeapWatch* const watch = std::exchange(watching, nullptr);
+    const bool admitted = watch == nullptr || watch->admits(bytes);
+    watching = watch;
+    return admitted;
+}
+
 }  // namespace
 
 extern "C" {
@@ -14,13 +22,11 @@ void* __real_malloc(size_t bytes);
 void* __real_realloc(void* block, size_t bytes);
 
 void* __wrap_malloc(size_t bytes) {
-    if (watching != nullptr && !watching->admits(bytes)) return nullptr;
-    return __real_malloc(bytes);
+    return admits(bytes) ? __real_malloc(bytes) : nullptr;
 }
 
 void* __wrap_realloc(void* block, size_t bytes) {
-    if (watching != nullptr && !watching->admits(bytes)) return nullptr;
-    return __real_realloc(block, bytes);
+    return admits(bytes) ? __real_realloc(block, bytes) : nullptr;
 }
 
 }  // extern "C"
