@@ -11,6 +11,7 @@
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 #include "client/exceptions/POSExceptionFactory.h"
 #include "server/Exchanges.h"
+#include "server/SelfEvent.h"
 #include "tests/server/FakeProcess.h"
 #include "tests/server/Requests.h"
 
@@ -168,17 +169,6 @@ TEST_F(ProtocolPageTest, Unregistration_IsTheBytesOfThePage) {
     expectExample("unregister-application");
 }
 
-TEST_F(ProtocolPageTest, HandshakeAndQuit_AreTheBytesOfThePage) {
-    const std::string text(dovrel::serverEvent::kWakeText, dovrel::serverEvent::kWakeTextSize);
-    EXPECT_EQ(page_.example("handshake-request"), text);
-    EXPECT_EQ(page_.example("handshake-reply"), bytesToText(exchanges_.handshake(0).parameter->bytes()));
-    EXPECT_EQ(page_.example("quit-request"), "");
-}
-
-TEST_F(ProtocolPageTest, AByteArrayList_IsTheBytesOfThePage) {
-    EXPECT_EQ(hexOf(page_.example("byte-array-list")), hexOf(arrayList({"ab", ""})));
-}
-
 std::string formName(POSFieldForm form) {
     switch (form) {
         case POSFieldForm::kUInt32:
@@ -195,6 +185,65 @@ std::string formName(POSFieldForm form) {
             return "data";
     }
     return "";
+}
+
+// A code of four characters as the page writes it.
+std::string quoted(uint32_t code) {
+    return {'\'',
+            static_cast<char>(code >> 24),
+            static_cast<char>(code >> 16),
+            static_cast<char>(code >> 8),
+            static_cast<char>(code),
+            '\''};
+}
+
+TEST_F(ProtocolPageTest, TheTableOfEvents_IsThatOfTheCode) {
+    std::vector<DocumentPage::Row> onPage = page_.rowsUnder({"use", "class", "id"});
+    for (DocumentPage::Row& row : onPage)
+        row.resize(3);
+    std::vector<DocumentPage::Row> expected;
+    const std::pair<const char*, EventKind> events[] = {
+        {"data exchange", kDataEvent}, {"handshake", kHandshakeEvent}, {"quit", kQuitEvent}};
+    for (const auto& [use, kind] : events)
+        expected.push_back({use, quoted(kind.eventClass), quoted(kind.eventId)});
+    EXPECT_EQ(onPage, expected);
+}
+
+TEST_F(ProtocolPageTest, TheHeaderFields_HaveTheValuesOfTheCode) {
+    const std::vector<DocumentPage::Row> rows =
+        page_.rowsUnder({"field", "name", "form", "in a request", "in an answer"});
+    ASSERT_EQ(rows.size(), 3u);
+    EXPECT_EQ(rows[0].at(3), std::to_string(dovrel::kTransferKindStandard));
+    EXPECT_EQ(rows[1].at(3), std::to_string(dovrel::kMessageKindRequest));
+    EXPECT_EQ(rows[1].at(4).rfind(std::to_string(dovrel::kMessageKindException) + ":", 0), 0u);
+}
+
+TEST_F(ProtocolPageTest, TheTableOfForms_NamesThoseOfTheCode) {
+    std::set<std::string> expected;
+    for (const POSFieldForm form :
+         {POSFieldForm::kUInt32, POSFieldForm::kIdentifier, POSFieldForm::kOptionalIdentifier,
+          POSFieldForm::kName, POSFieldForm::kText, POSFieldForm::kData}) {
+        expected.insert(formName(form));
+    }
+    std::set<std::string> onPage;
+    for (const DocumentPage::Row& row : page_.rowsUnder({"form", "data"}))
+        onPage.insert(row[0]);
+    EXPECT_EQ(onPage, expected);
+}
+
+TEST_F(ProtocolPageTest, Handshake_IsTheBytesOfThePage) {
+    const std::string text(dovrel::serverEvent::kWakeText, dovrel::serverEvent::kWakeTextSize);
+    EXPECT_EQ(page_.example("handshake-request"), text);
+    EXPECT_EQ(page_.example("handshake-reply"), bytesToText(exchanges_.handshake(0).parameter->bytes()));
+}
+
+// That the event of QuitServer carries nothing is shown where its events are seen, with the channel.
+TEST_F(ProtocolPageTest, Quit_HasNoBytesOnThePage) {
+    EXPECT_EQ(page_.example("quit-request"), "");
+}
+
+TEST_F(ProtocolPageTest, AByteArrayList_IsTheBytesOfThePage) {
+    EXPECT_EQ(hexOf(page_.example("byte-array-list")), hexOf(arrayList({"ab", ""})));
 }
 
 std::string numbersOf(const dovrel::POSFieldList& fields) {
