@@ -1,7 +1,11 @@
 // Which of several codes for one cause this layer gives.
 #include <CoreServices/CoreServices.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -15,6 +19,35 @@
 namespace {
 
 namespace files = std::filesystem;
+
+// Makes a file immutable while it exists, where the user and the file system allow it.
+class ImmutableFile {
+  public:
+    explicit ImmutableFile(const std::string& path) : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+        isImmutable_ = change(true);
+    }
+    ~ImmutableFile() {
+        change(false);
+        close(descriptor_);
+    }
+    ImmutableFile(const ImmutableFile&) = delete;
+    ImmutableFile& operator=(const ImmutableFile&) = delete;
+
+    bool isImmutable() const { return isImmutable_; }
+
+  private:
+    bool change(bool immutable) const {
+        int flags = 0;
+        if (ioctl(descriptor_, FS_IOC_GETFLAGS, &flags) != 0) {
+            return false;
+        }
+        flags = immutable ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
+        return ioctl(descriptor_, FS_IOC_SETFLAGS, &flags) == 0;
+    }
+
+    const int descriptor_;
+    bool isImmutable_ = false;
+};
 
 class FileCodes : public testing::Test {
   protected:
@@ -86,4 +119,23 @@ TEST_F(FileCodes, Denied_IsAccessDenied) {
     chmod(folder_.path("closed").c_str(), 0555);
     EXPECT_TRUE(holdsForOrdinaryUser(
         [this] { return makeDirectory(refOf(folder_.path("closed")), "inner") == afpAccessDenied; }));
+}
+
+TEST_F(FileCodes, LockingAFile_IsAccessDenied) {
+    const FSRef file = refOf(folder_.path("file"));
+    FSCatalogInfo info = {};
+    info.nodeFlags = kFSNodeLockedMask;
+    EXPECT_EQ(FSSetCatalogInfo(&file, kFSCatInfoNodeFlags, &info), afpAccessDenied);
+}
+
+TEST_F(FileCodes, LockedFile_IsShownAsLockedAndNotDeleted) {
+    const ImmutableFile immutable(folder_.path("file"));
+    if (!immutable.isImmutable()) {
+        GTEST_SKIP() << "only the administrator can lock files, and not on every file system";
+    }
+    const FSRef file = refOf(folder_.path("file"));
+    FSCatalogInfo info = {};
+    EXPECT_EQ(FSGetCatalogInfo(&file, kFSCatInfoNodeFlags, &info, nullptr, nullptr, nullptr), noErr);
+    EXPECT_EQ(info.nodeFlags & kFSNodeLockedMask, kFSNodeLockedMask);
+    EXPECT_EQ(FSDeleteObject(&file), fLckdErr);
 }
