@@ -4,12 +4,10 @@
 // An object is either written, field by field, and then sent, or it is rebuilt from received bytes and then
 // read. The bytes are parsed once, at the first read; until then the object may still be written to.
 //
-// Failures are thrown as a pointer to a new exception that the catcher owns:
-//  - reading: StructuredReaderNotInitializedException when the bytes are no structured block (none at all,
-//  too),
-//    PartNotFoundException when the field is missing;
-//  - writing: StructuredWriteFailedException when the bytes cannot grow.
-// Running out of memory anywhere else is std::bad_alloc.
+// Failures are thrown as a pointer to a new exception that the catcher owns. Reading throws a
+// StructuredReaderNotInitializedException when the bytes are no structured block (none at all, too), and a
+// PartNotFoundException when the field is missing. Writing throws a StructuredWriteFailedException when the
+// bytes cannot grow. Running out of memory anywhere else is std::bad_alloc.
 //
 // One thread at a time.
 #pragma once

@@ -20,19 +20,16 @@ struct POSRegistration {
     bool checksClasses = false;  ///< instantiation is to be checked against the registered classes
 };
 
-/// One operation per command. All of them
-///  - send exactly one request through the forwarder (registration: the handshake and the version check
-///  first) and block
-///    until its answer is there;
-///  - return true when the server answered normally, and false when it answered with an error code that
-///  stands for no
-///    exception: then nothing was read and the outputs are as they were;
-///  - throw a pointer to a new CPPException of the class that belongs to the server's error code, or of the
-///  reader for an
-///    answer that cannot be read; the catcher owns it and the outputs are as they were;
-///  - throw a CPPException for an identifier that is not of 16 bytes: one that was given before anything is
-///  sent, one
-///    that the server answers like an answer that cannot be read.
+/// One operation per command. Each sends exactly one request through the forwarder (registration: the
+/// handshake and the version check first) and blocks until its answer is there.
+///
+/// They return true when the server answered normally, and false when it answered with an error code that
+/// stands for no exception. They throw a pointer to a new CPPException, which the catcher owns: of the class
+/// that belongs to the server's error code, or of the reader for an answer that cannot be read, or a plain
+/// one for an identifier that is not of 16 bytes. One that was given is found before anything is sent, one
+/// that the server answers counts as an answer that cannot be read. Running out of memory is std::bad_alloc.
+/// Unless an operation returns true, the outputs are as they were.
+///
 /// Requests hold the fields of POSCommands.h in the order of that table. Answers are released before an
 /// operation ends. The trader locks nothing: one thread at a time. Output blocks come from array new; the
 /// caller deletes them as arrays (null and length 0 for an empty result). A pointer to bytes may be null when

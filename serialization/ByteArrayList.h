@@ -15,16 +15,16 @@ namespace dovrel {
 
 constexpr uint32_t kByteArrayListType = 8;
 
-// Writes the block at the beginning of the target, normally an empty CPPExpandingByteArray. Fails as
-// StructuredByteArrayWriter does.
+/// Writes the block at the beginning of the target, normally an empty CPPExpandingByteArray. Fails as
+/// StructuredByteArrayWriter does.
 void writeByteArrayList(const std::vector<CPPByteArray>& list, CPPByteArray& target);
 void writeByteArrayList(const std::vector<CPPClassID>& list, CPPByteArray& target);
 
-// Replaces the list by the elements in the block. Fails as the reader does, and then holds the elements
-// before the one that is missing; nothing is reserved from a count that no part backs.
+/// Replaces the list by the elements in the block. Fails as the reader does, and then holds the elements
+/// before the one that is missing; nothing is reserved from a count that no part backs.
 void readByteArrayList(const StructuredDataReader& reader, std::vector<CPPByteArray>& list);
 
-// The same for a block in a byte array. Fails as StructuredByteArrayReader does.
+/// The same for a block in a byte array. Fails as StructuredByteArrayReader does.
 void readByteArrayList(const CPPByteArray& block, std::vector<CPPByteArray>& list);
 
 }  // namespace dovrel

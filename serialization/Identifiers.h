@@ -9,7 +9,7 @@
 
 namespace dovrel {
 
-// What classes and objects are found by.
+/// What classes and objects are found by.
 class CPPKey : public CPPByteArray {
   public:
     CPPKey() = default;

@@ -15,14 +15,14 @@ class PartTable {
   public:
     struct Entry {
         uint32_t tag;
-        uint32_t offset;  // of the data in the block
-        uint32_t length;  // of the data
+        uint32_t offset;  ///< of the data in the block
+        uint32_t length;  ///< of the data
     };
 
-    // Empty. (Written out so that no one clears the places for the entries first.)
+    /// Empty. (Written out so that no one clears the places for the entries first.)
     PartTable() {}
 
-    // Adds an entry, which is found after the next call of finish unless its tag is there already.
+    /// Adds an entry, which is found after the next call of finish unless its tag is there already.
     void add(uint32_t tag, uint32_t offset, uint32_t length) {
         if (heap_.empty() && count_ < kInlineEntries) {
             inline_[count_++] = Entry{tag, offset, length};
@@ -31,10 +31,10 @@ class PartTable {
         }
     }
 
-    // Call after a run of add, also after one that was broken off.
+    /// Call after a run of add, also after one that was broken off.
     void finish();
 
-    // Null where the tag is absent. Valid until the next add.
+    /// Null where the tag is absent. Valid until the next add.
     const Entry* find(uint32_t tag) const {
         if (!heap_.empty()) return findInHeap(tag);
         for (size_t i = 0; i < count_; ++i) {
@@ -49,8 +49,8 @@ class PartTable {
     void addToHeap(uint32_t tag, uint32_t offset, uint32_t length);
     const Entry* findInHeap(uint32_t tag) const;
 
-    // The entries are in one of the two: as they were added in the first until it is full, then all in the
-    // second, sorted but for those added since finish.
+    /// The entries are in one of the two: as they were added in the first until it is full, then all in the
+    /// second, sorted but for those added since finish.
     std::array<Entry, kInlineEntries> inline_;
     std::vector<Entry> heap_;
     size_t count_ = 0;  // of inline_

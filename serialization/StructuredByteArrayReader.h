@@ -6,9 +6,8 @@
 //
 // Failures: bytes that are no structured block, and requests to a reader without a block, are a
 // StructuredReaderNotInitializedException, a tag that the block does not have is a PartNotFoundException. The
-// detail names the operation, the message the check within it, the code is 0. (readPart of an absent tag
-// leaves detail and message at
-// "???".)
+// detail names the operation, the message the check within it, the code is 0. (Where readPart finds no such
+// tag, detail and message are both "???".)
 #pragma once
 
 #include "serialization/PartTable.h"
@@ -21,9 +20,9 @@ class StructuredByteArrayReader : public StructuredDataReader {
   public:
     StructuredByteArrayReader() = default;
 
-    // Parses the block. A null array leaves the reader without a block; a block that is broken off or damaged
-    // leaves the parts before the damage in the table, and the reader is to be discarded. A reader is
-    // initialized once: a second block adds its tags to those of the first, which keep their places.
+    /// Parses the block. A null array leaves the reader without a block; a block that is broken off or
+    /// damaged leaves the parts before the damage in the table, and the reader is to be discarded. A reader
+    /// is initialized once: a second block adds its tags to those of the first, which keep their places.
     void initialize(const CPPByteArray* source);
 
     uint32_t getTypeNumber() const override;

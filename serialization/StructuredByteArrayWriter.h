@@ -19,8 +19,8 @@ class StructuredByteArrayWriter : public StructuredDataWriter {
   public:
     StructuredByteArrayWriter() = default;
 
-    // Starts a block at the beginning of the target with the 10 bytes of the header. The target stays the
-    // caller's and must live as long as anything is written.
+    /// Starts a block at the beginning of the target with the 10 bytes of the header. The target stays the
+    /// caller's and must live as long as anything is written.
     void initialize(CPPByteArray& target, uint32_t typeNumber);
 
     void writeArrayPart(uint32_t tag, const CPPByteArray& array) override;
@@ -35,7 +35,7 @@ class StructuredByteArrayWriter : public StructuredDataWriter {
     void advance(uint32_t bytes, const char* site);
 
     CPPByteArray* target_ = nullptr;
-    // The target where it is just an expanding array, and no class derived from it.
+    /// The target where it is just an expanding array, and no class derived from it.
     CPPExpandingByteArray* expanding_ = nullptr;
     uint32_t position_ = 0;
 };

@@ -30,11 +30,11 @@ constexpr uint32_t kPartsOffsetWithoutType = 6;
 constexpr uint32_t kHeaderSize = 10;
 constexpr uint32_t kPartHeaderSize = 8;
 
-// What a reader gives as the type number of a block that has none.
+/// What a reader gives as the type number of a block that has none.
 constexpr uint32_t kNoTypeNumber = 0xFFFFFFFF;
 
-// Detail texts: the place of each throw, as 8 digits of a time and 4 of a site number. A new place gets a new
-// text.
+/// Detail texts: the place of each throw, as 8 digits of a time and 4 of a site number. A new place gets a
+/// new text.
 namespace site {
 constexpr char kWriterInitialize[] = "3842674A03C0: ";
 constexpr char kWriterPartHeader[] = "38428BF9015E: ";

@@ -18,25 +18,26 @@ class StructuredDataWriter {
     StructuredDataWriter(const StructuredDataWriter&) = delete;
     StructuredDataWriter& operator=(const StructuredDataWriter&) = delete;
 
-    // The order of the virtual operations is fixed: the destructors, then the five below.
+    /// The order of the virtual operations is fixed: the destructors, then the five below.
     virtual ~StructuredDataWriter();
 
     virtual void writeArrayPart(uint32_t tag, const CPPByteArray& array) = 0;
 
-    // The bytes lie outside whatever is written to. The pointer may be null when length is 0.
+    /// The bytes lie outside whatever is written to. The pointer may be null when length is 0.
     virtual void writeBytesPart(uint32_t tag, const void* bytes, uint32_t length) = 0;
 
-    // Writes the next length bytes of the stream; each byte that the stream does not have is written as 0xFF.
+    /// Writes the next length bytes of the stream; each byte that the stream does not have is written as
+    /// 0xFF.
     virtual void writeStreamPart(uint32_t tag, std::istream& stream, uint32_t length) = 0;
 
-    // Writes the stream from its start to its end. A stream whose length cannot be told, or does not fit into
-    // a block, is a failure like data that does not fit.
+    /// Writes the stream from its start to its end. A stream whose length cannot be told, or does not fit
+    /// into a block, is a failure like data that does not fit.
     virtual void writeWholeStreamPart(uint32_t tag, std::istream& stream);
 
-    // Writes 4 bytes, the least significant first, whatever the order of the machine.
+    /// Writes 4 bytes, the least significant first, whatever the order of the machine.
     virtual void writeUInt32Part(uint32_t tag, uint32_t value);
 
-    // Writes the characters without a terminating zero. std::bad_alloc where memory runs out.
+    /// Writes the characters without a terminating zero. std::bad_alloc where memory runs out.
     void writeStringPart(uint32_t tag, const std::string& text);
 };
 

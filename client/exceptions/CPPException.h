@@ -19,34 +19,34 @@ namespace dovrel {
 
 class CPPException {
   public:
-    // The detail text of every new exception, until setDetail replaces it.
+    /// The detail text of every new exception, until setDetail replaces it.
     static constexpr char kDefaultDetail[] = "???";
 
-    // No message, the default detail, code 0.
+    /// No message, the default detail, code 0.
     CPPException();
 
-    // The default detail. A null or empty message leaves the exception without one.
+    /// The default detail. A null or empty message leaves the exception without one.
     explicit CPPException(const char* message, int64_t code = 0);
 
-    // Copies both texts and the code.
+    /// Copies both texts and the code.
     CPPException(const CPPException& other);
     CPPException& operator=(const CPPException& other);
 
-    // The order of the virtual operations is fixed: the destructors, then the type code.
+    /// The order of the virtual operations is fixed: the destructors, then the type code.
     virtual ~CPPException();
 
-    // One fixed number per class, from ExceptionTypeCodes.h.
+    /// One fixed number per class, from ExceptionTypeCodes.h.
     virtual uint32_t getTypeCode() const;
 
-    // Null where there is no message. Valid until the message is replaced or the exception deleted.
+    /// Null where there is no message. Valid until the message is replaced or the exception deleted.
     const char* getMessage() const { return message_.get(); }
 
-    // Null only after setDetail(""). Valid until the detail is replaced or the exception deleted.
+    /// Null only after setDetail(""). Valid until the detail is replaced or the exception deleted.
     const char* getDetail() const { return detail_.get(); }
 
     int64_t getCode() const { return code_; }
 
-    // Null changes nothing, an empty text leaves null behind.
+    /// Null changes nothing, an empty text leaves null behind.
     void setMessage(const char* message);
     void setDetail(const char* detail);
 

@@ -5,7 +5,7 @@
 
 namespace dovrel {
 
-// Null for null and for an empty text.
+/// Null for null and for an empty text.
 std::unique_ptr<char[]> copyOfText(const char* text);
 
 }  // namespace dovrel

@@ -9,7 +9,7 @@ namespace dovrel {
 
 class POSClientException {
   public:
-    // Copies the text; null or empty leaves the object without one.
+    /// Copies the text; null or empty leaves the object without one.
     explicit POSClientException(const char* text = nullptr);
 
     POSClientException(const POSClientException&) = delete;
@@ -17,7 +17,7 @@ class POSClientException {
 
     virtual ~POSClientException();
 
-    // Null where there is none. Valid as long as the object.
+    /// Null where there is none. Valid as long as the object.
     const char* getText() const { return text_.get(); }
 
   private:
