@@ -156,10 +156,12 @@ TEST_F(Launch, ARunningServer_IsUsedWithoutALaunch) {
     EXPECT_EQ(root_.servers(), before);
 }
 
-// Runs a program that only sleeps under another name, and ends it.
+// Runs a program that only sleeps under another name, and ends it. It has to lie in an application of the
+// test's own root: other programs are seen by the hosts of all roots.
 class Sleeper {
   public:
     explicit Sleeper(const std::string& program) {
+        std::filesystem::create_directories(std::filesystem::path(program).parent_path());
         std::filesystem::copy_file("/bin/sleep", program);
         process_ = fork();
         if (process_ == 0) {
@@ -182,13 +184,13 @@ class Sleeper {
 };
 
 TEST_F(Launch, AProcessWhoseNameMerelyBeginsWithThatOfTheServer_IsNotTakenForIt) {
-    const Sleeper sleeper(root_.path() + "/MerrowdX");
+    const Sleeper sleeper(root_.path() + "/Library/Other.app/Contents/MacOS/MerrowdX");
     host_.registered();
     EXPECT_EQ(root_.servers().size(), 1u);
 }
 
 TEST_F(Launch, AnotherProcessOfTheServersName_KeepsTheServerFromBeingLaunched) {
-    const Sleeper sleeper(root_.path() + "/Merrowd");
+    const Sleeper sleeper(root_.path() + "/Library/Other.app/Contents/MacOS/Merrowd");
     constexpr int kNoProcess = -600;
     expectFailure(kCorrupt, launchFailureBlock(kNoProcess));
     EXPECT_EQ(root_.servers().size(), 0u);
