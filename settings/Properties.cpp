@@ -18,6 +18,15 @@ CPPException* newMissingKeyFailure(const std::string& key, const char* typeName)
     return new CPPException(message.c_str());
 }
 
+template <typename Action>
+void forEachEntry(std::string_view text, Action action) {
+    PropertiesStringObj cursor(text);
+    EntryReader reader(cursor, KeyLineRule::kOneSlash);
+    for (EntryReader::Step step = reader.next(); step != EntryReader::Step::kEnd; step = reader.next()) {
+        if (step == EntryReader::Step::kValue) action(reader);
+    }
+}
+
 void appendValue(std::string& output, const PropertyValue& value) {
     switch (value.type) {
         case PropertyType::kInteger:
@@ -81,6 +90,7 @@ bool Properties::remove(const std::string& key) {
 
 void Properties::clear() {
     entries_.clear();
+    text_.reset();
 }
 
 bool Properties::contains(const std::string& key) const {
@@ -149,15 +159,16 @@ std::string Properties::keyDigest(const std::string& text) {
 }
 
 void Properties::load(std::string& text, bool throughCursor) {
-    std::string usedUp;
-    if (!throughCursor) usedUp.swap(text);
-    PropertiesStringObj cursor(throughCursor ? text : usedUp);
-
     clear();
-    EntryReader reader(cursor, KeyLineRule::kOneSlash);
-    for (EntryReader::Step step = reader.next(); step != EntryReader::Step::kEnd; step = reader.next()) {
-        if (step == EntryReader::Step::kValue) addParsed(reader.key(), reader.type(), reader.value());
+    if (throughCursor) {
+        forEachEntry(
+            text, [this](const EntryReader& entry) { addParsed(entry.key(), entry.type(), entry.value()); });
+        return;
     }
+    text_ = std::make_shared<const std::string>(std::move(text));
+    text.clear();
+    forEachEntry(
+        *text_, [this](const EntryReader& entry) { addReferring(entry.key(), entry.type(), entry.value()); });
 }
 
 void Properties::save(std::string& output) const {
@@ -201,6 +212,15 @@ void Properties::add(std::string_view key, const PropertyValue& value) {
     // Saved texts come in the order of their keys, so most entries belong behind the last one. An entry whose
     // key is there already is made for nothing and dropped.
     entries_.emplace_hint(entries_.end(), key, value);
+}
+
+void Properties::addReferring(std::string_view key, PropertyType type, std::string_view value) {
+    const bool isAsInText = type == PropertyType::kInteger || type == PropertyType::kString;
+    if (isAsInText && PropertyEntry::canReferTo(key, value)) {
+        entries_.emplace_hint(entries_.end(), key, type, value);
+    } else {
+        addParsed(key, type, value);
+    }
 }
 
 void Properties::replace(std::string_view key, const PropertyValue& value) {

@@ -74,8 +74,9 @@ class Properties {
     static std::string keyDigest(const std::string& text);
 
     /// Replaces the content by the entries of a text. Of entries with one key the first counts; entries of an
-    /// unknown type are dropped. With `throughCursor` the text stays as it is, without it the text is used up
-    /// and empty afterwards. Takes time in proportion to the size of the text.
+    /// unknown type are dropped. With `throughCursor` the text stays as it is; without it the text is used up
+    /// and empty afterwards, which is the faster way, because the store then keeps the text and need not copy
+    /// it piece by piece. Takes time in proportion to the size of the text.
     void load(std::string& text, bool throughCursor);
 
     /// Appends the text form of all entries, in the order of the keys.
@@ -97,11 +98,15 @@ class Properties {
     using Entries = std::set<PropertyEntry, PropertyEntry::KeyOrder>;
 
     void add(std::string_view key, const PropertyValue& value);
+    void addReferring(std::string_view key, PropertyType type, std::string_view value);
     void replace(std::string_view key, const PropertyValue& value);
     bool find(std::string_view key, PropertyValue& value) const;
     PropertyValue get(const std::string& key, const char* typeName) const;
     const PropertyEntry& at(int32_t index) const;
 
+    // The text that the last load used up: entries refer to it, so it stays until clear. Entries of a copy of
+    // the store have bytes of their own.
+    std::shared_ptr<const std::string> text_;
     Entries entries_;
 };
 

@@ -1,10 +1,8 @@
-// One entry of a Properties store: a key and its value. The entry owns all bytes of both, in one block,
-// because stores with a hundred thousand entries spend most of their time in the heap.
+// One entry of a Properties store: a key and its value, small, because large stores spend most of their time
+// in the heap. The bytes of both lie in one block of the entry's own, or in a text that somebody else owns.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string_view>
 
 #include "settings/PropertyValue.h"
@@ -13,14 +11,25 @@ namespace dovrel {
 
 class PropertyEntry {
   public:
-    /// Copies the key and the bytes of the value. std::bad_alloc when they find no room; 4 GiB of either
-    /// never do.
+    /// Owns a copy of the key and of the bytes of the value. std::bad_alloc when they find no room; 4 GiB of
+    /// either never do.
     PropertyEntry(std::string_view key, const PropertyValue& value);
+
+    /// The entry of an integer or a string that a text holds: `valueText` is what stands behind the type
+    /// word. Both must lie in one block of bytes, the key in front, which is not copied and must outlive the
+    /// entry.
+    PropertyEntry(std::string_view key, PropertyType type, std::string_view valueText);
+
+    /// A copy always owns its bytes.
     PropertyEntry(const PropertyEntry& other);
     PropertyEntry& operator=(const PropertyEntry&) = delete;
+    ~PropertyEntry();
 
-    /// Both refer to bytes of the entry.
-    std::string_view key() const { return std::string_view(bytes_.get(), keyLength_); }
+    /// Whether the second constructor can take the two: it counts the bytes from one to the other in 32 bits.
+    static bool canReferTo(std::string_view key, std::string_view valueText);
+
+    /// Both refer to the bytes of the entry.
+    std::string_view key() const { return std::string_view(bytes_, keyLength_); }
     PropertyValue value() const;
 
     /// The order of entries in a store: that of the bytes of their keys; of two keys with a common beginning
@@ -33,10 +42,14 @@ class PropertyEntry {
     };
 
   private:
-    std::unique_ptr<char[]> bytes_;  // the key, behind it the integer, string or byte array
+    // The key stands at the beginning, the value at the offset. An integer is kept as its decimal digits, as
+    // a text holds it.
+    const char* bytes_;
     uint32_t keyLength_;
+    uint32_t valueOffset_;
     uint32_t valueLength_;
     PropertyType type_;
+    bool ownsBytes_;
 };
 
 }  // namespace dovrel

@@ -1,7 +1,9 @@
 // How Properties reads and writes its text form.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "settings/Properties.h"
 
@@ -88,6 +90,39 @@ TEST(PropertiesLoad, WithoutTheCursor_UsesTheTextUp) {
     store.load(text, false);
     EXPECT_EQ(text, "");
     EXPECT_EQ(store.getInt("a"), 1);
+}
+
+TEST(PropertiesLoad, WithoutTheCursor_StoreCanBeChangedAndCopiedAndLoadedAgain) {
+    auto store = std::make_unique<Properties>();
+    std::string text = "//a\nINT:1\n//b\nSTR:a text that is long enough to lie in the heap\n//c\nBAR:41\n";
+    store->load(text, false);
+    store->replaceInt("a", 2);
+    store->addString("d", "new");
+    EXPECT_TRUE(store->remove("c"));
+    const Properties copy = *store;
+    text = "//e\nINT:5\n";
+    store->load(text, false);
+    EXPECT_EQ(saved(*store), "//e\nINT:5\n");
+    store.reset();
+    EXPECT_EQ(saved(copy),
+              "//a\nINT:2\n//b\nSTR:a text that is long enough to lie in the heap\n//d\nSTR:new\n");
+}
+
+TEST(PropertiesLoad, WithoutTheCursor_StoreThatIsMovedOrAssigned_KeepsItsValues) {
+    std::string text = "//b\nSTR:a text that is long enough to lie in the heap\n";
+    Properties store;
+    store.load(text, false);
+    Properties moved = std::move(store);
+    Properties assigned;
+    assigned.addInt("old", 1);
+    assigned = std::move(moved);
+    Properties copied;
+    std::string other = "//x\nSTR:another text that is long enough to lie in the heap\n";
+    copied.load(other, false);
+    copied = assigned;
+    assigned.clear();
+    EXPECT_EQ(copied.getString("b"), "a text that is long enough to lie in the heap");
+    EXPECT_EQ(copied.size(), 1u);
 }
 
 TEST(PropertiesLoad, KeyRepeated_FirstOneWins) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <memory>
 #include <string>
 
 namespace dovrel {
@@ -25,6 +27,38 @@ TEST(PropertyEntry, Value_OfEachType_ComesBack) {
     EXPECT_EQ(binary.value().type, PropertyType::kBinary);
     EXPECT_EQ(binary.value().binaryValue, std::string_view("a\0b", 3));
     EXPECT_EQ(PropertyEntry("k", PropertyValue()).value().type, PropertyType::kUnknown);
+}
+
+TEST(PropertyEntry, Value_OfAnInteger_BothEndsOfTheRange) {
+    EXPECT_EQ(PropertyEntry("k", PropertyValue::ofInt(INT32_MIN)).value().intValue, INT32_MIN);
+    EXPECT_EQ(PropertyEntry("k", PropertyValue::ofInt(INT32_MAX)).value().intValue, INT32_MAX);
+}
+
+TEST(PropertyEntry, ReferringToAText_FindsKeyAndValueInIt) {
+    const std::string text = "//key\nSTR:text\n//number\nINT: -12x\n";
+    const std::string_view view = text;
+    const PropertyEntry string(view.substr(2, 3), PropertyType::kString, view.substr(10, 4));
+    EXPECT_EQ(string.key(), "key");
+    EXPECT_EQ(string.key().data(), text.data() + 2);
+    EXPECT_EQ(string.value().stringValue, "text");
+    const PropertyEntry number(view.substr(17, 6), PropertyType::kInteger, view.substr(28, 5));
+    EXPECT_EQ(number.key(), "number");
+    EXPECT_EQ(number.value().intValue, -12);
+}
+
+TEST(PropertyEntry, CopyOfAReferringEntry_OwnsItsBytes) {
+    auto text = std::make_unique<std::string>("key=text that is long enough to lie in the heap");
+    const std::string_view view = *text;
+    const PropertyEntry referring(view.substr(0, 3), PropertyType::kString, view.substr(4));
+    const PropertyEntry copy(referring);
+    text.reset();
+    EXPECT_EQ(copy.key(), "key");
+    EXPECT_EQ(copy.value().stringValue, "text that is long enough to lie in the heap");
+}
+
+TEST(PropertyEntry, CanReferTo_BytesLessThan4GiBApart) {
+    const std::string_view text = "key=text";
+    EXPECT_TRUE(PropertyEntry::canReferTo(text.substr(0, 3), text.substr(4)));
 }
 
 TEST(PropertyEntry, EmptyKeyAndEmptyValue_AreKept) {
