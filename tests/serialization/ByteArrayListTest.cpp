@@ -30,7 +30,7 @@ TEST(ByteArrayList, OfAbAndAnEmptyArray_HasTheGoldenBytes) {
 
 TEST(ByteArrayList, Empty_IsTheCountAlone) {
     CPPExpandingByteArray block;
-    writeByteArrayList({}, block);
+    writeByteArrayList(std::vector<CPPByteArray>(), block);
     EXPECT_EQ(hexOf(block), kEmptyList);
 }
 
