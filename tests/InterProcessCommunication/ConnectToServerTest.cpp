@@ -4,48 +4,16 @@
 
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
+#include "tests/InterProcessCommunication/UserTexts.h"
 
 namespace dovrel {
 namespace {
 
+using test::kNotFoundBlock;
 using test::Launch;
+using test::launchFailureBlock;
 using test::PlatformDouble;
 using test::SentEvent;
-
-constexpr char kNotFoundBlock[] =
-    " \n"
-    "============================================= \n"
-    " Tessilor Runtime Error! \n"
-    " Could not find Merrowd server application! \n"
-    " Please download and install \n"
-    " the latest version of \n"
-    " the Tessilor Runtime software\n"
-    " from http://www.tessilor.example/download \n"
-    "============================================= \n"
-    " \n";
-
-std::string launchFailureBlock(const std::string& error) {
-    return " \n"
-           "=============================================== \n"
-           "  -- Tessilor Runtime Error -- \n"
-           " Could not launch Merrowd server application! \n"
-           "\n"
-           "error: " +
-           error +
-           "\n"
-           "\n"
-           " In case this problem persists, you might want \n"
-           " to try one of the following before contacting \n"
-           " your software vendor's support department: \n"
-           "\n"
-           " - Manually quit the \"Merrowd\" process \n"
-           " - Restart your computer \n"
-           " - Download and install the latest version of \n"
-           "   the Tessilor Runtime software\n"
-           "   from http://www.tessilor.example/download \n"
-           "=============================================== \n"
-           " \n";
-}
 
 class ConnectToServerTest : public test::ChannelFixture {
   protected:

@@ -10,6 +10,7 @@
 #include "settings/MultiLanguageSupport.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
 #include "tests/InterProcessCommunication/DeletionWatch.h"
+#include "tests/InterProcessCommunication/UserTexts.h"
 #include "tests/serialization/Bytes.h"
 
 namespace dovrel {
@@ -20,9 +21,7 @@ using test::hexOf;
 using test::PlatformDouble;
 using test::SentEvent;
 
-constexpr char kCommunicationError[] =
-    "An unknown interapplication communication error occured. In case the problem persists, please close all "
-    "applications and restart your computer.";
+using test::kCommunicationError;
 
 class MacOSXTransferObjForwarderTest : public test::ChannelFixture {
   protected:

@@ -15,6 +15,7 @@
 #include "InterProcessCommunication/ServerDiscovery.h"
 #include "client/exceptions/POSException.h"
 #include "tests/InterProcessCommunication/InstalledServer.h"
+#include "tests/InterProcessCommunication/UserTexts.h"
 #include "tests/serialization/Bytes.h"
 #include "tests/support/WaitUntil.h"
 
@@ -23,9 +24,7 @@ namespace {
 
 using std::chrono::steady_clock;
 
-constexpr char kCommunicationError[] =
-    "An unknown interapplication communication error occured. In case the problem persists, please close all "
-    "applications and restart your computer.";
+using test::kCommunicationError;
 
 class ServerProcessTest : public testing::Test {
   protected:

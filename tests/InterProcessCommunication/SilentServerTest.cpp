@@ -5,6 +5,7 @@
 
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
 #include "tests/InterProcessCommunication/InstalledServer.h"
+#include "tests/InterProcessCommunication/UserTexts.h"
 
 namespace dovrel {
 namespace {
@@ -20,25 +21,7 @@ TEST(SilentServer, ConnectToServer_GivesUpAfterTheTenthHandshakeWithTheLaunchFai
 
     EXPECT_GE(taken, 50.0);
     EXPECT_EQ(server.processes().size(), 1u);
-    EXPECT_EQ(console,
-              " \n"
-              "=============================================== \n"
-              "  -- Tessilor Runtime Error -- \n"
-              " Could not launch Merrowd server application! \n"
-              "\n"
-              "error: -1712\n"
-              "\n"
-              " In case this problem persists, you might want \n"
-              " to try one of the following before contacting \n"
-              " your software vendor's support department: \n"
-              "\n"
-              " - Manually quit the \"Merrowd\" process \n"
-              " - Restart your computer \n"
-              " - Download and install the latest version of \n"
-              "   the Tessilor Runtime software\n"
-              "   from http://www.tessilor.example/download \n"
-              "=============================================== \n"
-              " \n");
+    EXPECT_EQ(console, test::launchFailureBlock("-1712"));
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "InterProcessCommunication/POSTransferObjTrader.h"
-#include "tests/InterProcessCommunication/ScriptedForwarder.h"
+#include "tests/InterProcessCommunication/PreparedForwarder.h"
 #include "tests/InterProcessCommunication/TransportTexts.h"
 #include "tests/serialization/Bytes.h"
 
@@ -77,7 +77,7 @@ class TraderFixture : public testing::Test {
     const CPPObjectID objectId{arrayOf("abcdefghijklmnop")};
     const TransportTexts texts;
     Outputs outputs;
-    ScriptedForwarder forwarder;
+    PreparedForwarder forwarder;
     POSTransferObjTrader trader;
 };
 

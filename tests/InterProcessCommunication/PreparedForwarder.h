@@ -1,4 +1,4 @@
-// ScriptedForwarder: a carrier that notes what it is asked for and answers what a test has prepared.
+// PreparedForwarder: a carrier that notes what it is asked for and answers what a test has prepared.
 #pragma once
 
 #include <deque>
@@ -12,7 +12,7 @@
 
 namespace dovrel::test {
 
-class ScriptedForwarder : public POSTransferObjForwarder {
+class PreparedForwarder : public POSTransferObjForwarder {
   public:
     using Answer = std::function<POSTransferObj*()>;
 

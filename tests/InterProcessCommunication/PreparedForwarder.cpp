@@ -1,4 +1,4 @@
-#include "tests/InterProcessCommunication/ScriptedForwarder.h"
+#include "tests/InterProcessCommunication/PreparedForwarder.h"
 
 #include <gtest/gtest.h>
 
@@ -24,7 +24,7 @@ std::string hexOfUInt32(uint32_t value, bool mostSignificantFirst) {
 const char* const kProcessIdentity = "10 11 12 13 14 15 16 17";
 const char* const kNormalAnswer = "00 00 00 00 00 00 00 04 01 00 00 00 00 00 00 01 00 00 00 04 0B 00 00 00 ";
 
-POSTransferObj* ScriptedForwarder::ForwardTransferObj(POSTransferObj& request) {
+POSTransferObj* PreparedForwarder::ForwardTransferObj(POSTransferObj& request) {
     calls_.emplace_back("forward");
     CPPByteArray wire;
     request.copyBytesTo(wire);
@@ -40,21 +40,21 @@ POSTransferObj* ScriptedForwarder::ForwardTransferObj(POSTransferObj& request) {
     return reply;
 }
 
-void ScriptedForwarder::ConnectToPOS(uint32_t hint) {
+void PreparedForwarder::ConnectToPOS(uint32_t hint) {
     calls_.push_back("connect " + std::to_string(hint));
     if (connectFailure_ != nullptr) throw new POSException(connectFailure_);
 }
 
-void ScriptedForwarder::CheckConnection() {
+void PreparedForwarder::CheckConnection() {
     calls_.emplace_back("check");
 }
 
-CPPByteArray ScriptedForwarder::GetClientProcessID() {
+CPPByteArray PreparedForwarder::GetClientProcessID() {
     calls_.emplace_back("identify");
     return arrayOfHex(kProcessIdentity);
 }
 
-void ScriptedForwarder::answerBytes(const CPPByteArray& bytes) {
+void PreparedForwarder::answerBytes(const CPPByteArray& bytes) {
     script_.emplace_back([bytes] {
         auto reply = std::make_unique<POSTransferObj>();
         reply->copyBytesFrom(bytes);
@@ -62,11 +62,11 @@ void ScriptedForwarder::answerBytes(const CPPByteArray& bytes) {
     });
 }
 
-void ScriptedForwarder::answerParts(const std::string& parts) {
+void PreparedForwarder::answerParts(const std::string& parts) {
     answerBytes(arrayOfHex(kBlockHeader + parts));
 }
 
-void ScriptedForwarder::throwAtRequest(const char* text) {
+void PreparedForwarder::throwAtRequest(const char* text) {
     script_.emplace_back([text]() -> POSTransferObj* { throw new POSException(text); });
 }
 
