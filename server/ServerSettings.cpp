@@ -1,12 +1,9 @@
 #include "server/ServerSettings.h"
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
-#include <limits>
 
 #include "server/SettingValue.h"
-#include "settings/LineGrammar.h"
 
 namespace merrowd {
 
@@ -54,43 +51,47 @@ void setCommand(uint32_t& command, const std::string& value) {
     throw UnfitValue{"the name of a command, as in \"call method\""};
 }
 
+using Setter = void (*)(ServerSettings& settings, const std::string& value);
+
 struct Setting {
     const char* key;
-    void (*set)(ServerSettings& settings, const std::string& value);
+    Setter set;
 };
+
+template <auto member, auto setValue>
+void ofServer(ServerSettings& settings, const std::string& value) {
+    setValue(settings.*member, value);
+}
+
+template <auto member, auto setValue>
+void ofMisbehaviour(ServerSettings& settings, const std::string& value) {
+    setValue(settings.misbehaviour.*member, value);
+}
+
+void setHandshake(Handshake& handshake, const std::string& value) {
+    setChoice(handshake, kHandshakes, value);
+}
 
 // In the order in which they are taken over.
 constexpr Setting kSettings[] = {
-    {"log", [](ServerSettings& to, const std::string& value) { setFlag(to.log, value); }},
-    {"endWithLastClient",
-     [](ServerSettings& to, const std::string& value) { setFlag(to.endWithLastClient, value); }},
-    {"endAtStart", [](ServerSettings& to, const std::string& value) { setFlag(to.endAtStart, value); }},
-    {"checkClasses", [](ServerSettings& to, const std::string& value) { setFlag(to.checkClasses, value); }},
-    {"interfaceVersion",
-     [](ServerSettings& to, const std::string& value) { setNumber(to.interfaceVersion, value); }},
-    {"handshake",
-     [](ServerSettings& to, const std::string& value) { setChoice(to.handshake, kHandshakes, value); }},
-    {"misbehave", [](ServerSettings& to, const std::string& value) { setFault(to.misbehaviour, value); }},
-    {"misbehaveCommand",
-     [](ServerSettings& to, const std::string& value) { setCommand(to.misbehaviour.command, value); }},
-    {"misbehaveSkip",
-     [](ServerSettings& to, const std::string& value) { setNumber(to.misbehaviour.skip, value); }},
-    {"misbehaveTimes",
-     [](ServerSettings& to, const std::string& value) { setNumber(to.misbehaviour.times, value); }},
-    {"delay", [](ServerSettings& to, const std::string& value) { setDelay(to.misbehaviour.delay, value); }},
-    {"cutTo", [](ServerSettings& to, const std::string& value) { setNumber(to.misbehaviour.cutTo, value); }},
-    {"errorCode",
-     [](ServerSettings& to, const std::string& value) { setNumber(to.misbehaviour.errorCode, value); }},
-    {"errorText",
-     [](ServerSettings& to, const std::string& value) { setText(to.misbehaviour.errorText, value); }},
-    {"messageFlags",
-     [](ServerSettings& to, const std::string& value) { setNumber(to.misbehaviour.messageFlags, value); }},
-    {"messageText",
-     [](ServerSettings& to, const std::string& value) { setText(to.misbehaviour.messageText, value); }},
-    {"hugeSize",
-     [](ServerSettings& to, const std::string& value) { setNumber(to.misbehaviour.hugeSize, value); }},
-    {"eventStatus",
-     [](ServerSettings& to, const std::string& value) { setStatus(to.misbehaviour.eventStatus, value); }},
+    {"log", ofServer<&ServerSettings::log, setFlag>},
+    {"endWithLastClient", ofServer<&ServerSettings::endWithLastClient, setFlag>},
+    {"endAtStart", ofServer<&ServerSettings::endAtStart, setFlag>},
+    {"checkClasses", ofServer<&ServerSettings::checkClasses, setFlag>},
+    {"interfaceVersion", ofServer<&ServerSettings::interfaceVersion, setNumber>},
+    {"handshake", ofServer<&ServerSettings::handshake, setHandshake>},
+    {"misbehave", ofServer<&ServerSettings::misbehaviour, setFault>},
+    {"misbehaveCommand", ofMisbehaviour<&Misbehaviour::command, setCommand>},
+    {"misbehaveSkip", ofMisbehaviour<&Misbehaviour::skip, setNumber>},
+    {"misbehaveTimes", ofMisbehaviour<&Misbehaviour::times, setNumber>},
+    {"delay", ofMisbehaviour<&Misbehaviour::delay, setDelay>},
+    {"cutTo", ofMisbehaviour<&Misbehaviour::cutTo, setNumber>},
+    {"errorCode", ofMisbehaviour<&Misbehaviour::errorCode, setNumber>},
+    {"errorText", ofMisbehaviour<&Misbehaviour::errorText, setText>},
+    {"messageFlags", ofMisbehaviour<&Misbehaviour::messageFlags, setNumber>},
+    {"messageText", ofMisbehaviour<&Misbehaviour::messageText, setText>},
+    {"hugeSize", ofMisbehaviour<&Misbehaviour::hugeSize, setNumber>},
+    {"eventStatus", ofMisbehaviour<&Misbehaviour::eventStatus, setStatus>},
 };
 
 bool isSetting(const std::string& key) {

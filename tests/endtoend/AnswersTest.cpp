@@ -1,14 +1,11 @@
 // Answers that are none. Whatever the server says, the library fails cleanly and goes on with the next call.
+#include "tests/InterProcessCommunication/UserTexts.h"
 #include "tests/endtoend/EndToEnd.h"
 
 namespace dovrel::test {
 namespace {
 
 constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
-constexpr char kUnknownError[] =
-    "An unknown interapplication communication error occured. In case the problem persists, please close all "
-    "applications and restart your computer.";
-
 class Answers : public EndToEnd {
   protected:
     Answers() {
@@ -65,11 +62,11 @@ TEST_F(Answers, WithoutAFieldOfTheCommand_AreAMissingPart) {
 }
 
 TEST_F(Answers, WithoutADirectParameter_AreAnUnknownCommunicationErrorAtOnce) {
-    expectFailure("//misbehave\nSTR:noParameter\n", kUnknownError);
+    expectFailure("//misbehave\nSTR:noParameter\n", kCommunicationError);
 }
 
 TEST_F(Answers, ToAnEventThatFailed_AreAnUnknownCommunicationErrorAtOnce) {
-    expectFailure("//misbehave\nSTR:failedEvent\n//eventStatus\nINT:-1708\n", kUnknownError);
+    expectFailure("//misbehave\nSTR:failedEvent\n//eventStatus\nINT:-1708\n", kCommunicationError);
 }
 
 TEST_F(Answers, WithoutField118ToTheVersionQuery_AreAMissingPartAndNotAnInterfaceFailure) {

@@ -4,7 +4,9 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <string>
 
+#include "tests/InterProcessCommunication/UserTexts.h"
 #include "tests/endtoend/EndToEnd.h"
 #include "tests/endtoend/OtherHost.h"
 
@@ -14,41 +16,6 @@ namespace {
 constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
 constexpr char kMissing[] = "DLL_MSG_MERROWD_IS_MISSING_MACOSX";
 constexpr char kCorrupt[] = "DLL_MSG_MERROWD_IS_CORRUPT_MACOSX";
-
-constexpr char kNotFoundBlock[] =
-    " \n"
-    "============================================= \n"
-    " Tessilor Runtime Error! \n"
-    " Could not find Merrowd server application! \n"
-    " Please download and install \n"
-    " the latest version of \n"
-    " the Tessilor Runtime software\n"
-    " from http://www.tessilor.example/download \n"
-    "============================================= \n"
-    " \n";
-
-std::string launchFailureBlock(int error) {
-    return " \n"
-           "=============================================== \n"
-           "  -- Tessilor Runtime Error -- \n"
-           " Could not launch Merrowd server application! \n"
-           "\n"
-           "error: " +
-           std::to_string(error) +
-           "\n"
-           "\n"
-           " In case this problem persists, you might want \n"
-           " to try one of the following before contacting \n"
-           " your software vendor's support department: \n"
-           "\n"
-           " - Manually quit the \"Merrowd\" process \n"
-           " - Restart your computer \n"
-           " - Download and install the latest version of \n"
-           "   the Tessilor Runtime software\n"
-           "   from http://www.tessilor.example/download \n"
-           "=============================================== \n"
-           " \n";
-}
 
 class Launch : public EndToEnd {
   protected:
@@ -93,13 +60,13 @@ TEST_F(Launch, WithoutAnInstalledServer_AnInformationRequestFailsTheSameWay) {
 
 TEST_F(Launch, AServerThatCannotBeExecuted_IsALaunchFailureWithTheLaunchersError) {
     root_.makeServerUnexecutable();
-    constexpr int kNoLaunchPermission = -10826;
+    constexpr char kNoLaunchPermission[] = "-10826";
     expectFailure(kCorrupt, launchFailureBlock(kNoLaunchPermission));
 }
 
 TEST_F(Launch, AServerWithoutItsProgram_IsALaunchFailureWithTheLaunchersError) {
     std::filesystem::remove(root_.serverExecutable());
-    constexpr int kNoExecutable = -10827;
+    constexpr char kNoExecutable[] = "-10827";
     expectFailure(kCorrupt, launchFailureBlock(kNoExecutable));
 }
 
@@ -109,8 +76,8 @@ TEST_F(Launch, AServerThatEndsAtOnce_IsALaunchFailure) {
     Console console;
     EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);
     console.stop();
-    constexpr int kNoProcess = -600;
-    constexpr int kConnectionInvalid = -609;  // it ended while the last event was on its way
+    constexpr char kNoProcess[] = "-600";
+    constexpr char kConnectionInvalid[] = "-609";  // it ended while the last event was on its way
     EXPECT_TRUE(console.output() == launchFailureBlock(kNoProcess) ||
                 console.output() == launchFailureBlock(kConnectionInvalid))
         << console.output();
@@ -129,7 +96,7 @@ TEST_F(Launch, AHandshakeAnsweredWithoutAParameter_DoesNotCountAsAwakeTenTimesIn
     ASSERT_TRUE(other.isServed());
     ServerControl::send("//handshake\nSTR:noParameter\n");
     const size_t handshakesBefore = countInServerLog(" handshake");
-    constexpr int kDescriptorNotFound = -1701;
+    constexpr char kDescriptorNotFound[] = "-1701";
     expectFailure(kCorrupt, launchFailureBlock(kDescriptorNotFound));
     EXPECT_EQ(countInServerLog(" handshake"), handshakesBefore + 10)
         << "an answer ends the sends of one handshake";
@@ -191,7 +158,7 @@ TEST_F(Launch, AProcessWhoseNameMerelyBeginsWithThatOfTheServer_IsNotTakenForIt)
 
 TEST_F(Launch, AnotherProcessOfTheServersName_KeepsTheServerFromBeingLaunched) {
     const Sleeper sleeper(root_.path() + "/Library/Other.app/Contents/MacOS/Merrowd");
-    constexpr int kNoProcess = -600;
+    constexpr char kNoProcess[] = "-600";
     expectFailure(kCorrupt, launchFailureBlock(kNoProcess));
     EXPECT_EQ(root_.servers().size(), 0u);
 }

@@ -3,6 +3,7 @@
 
 #include <chrono>
 
+#include "tests/InterProcessCommunication/UserTexts.h"
 #include "tests/endtoend/EndToEnd.h"
 
 namespace dovrel::test {
@@ -44,13 +45,9 @@ TEST_F(Timeout, ADataExchangeThatIsNeverAnswered_EndsAfterTenThousandTicks) {
     console.stop();
     const auto waited = steady_clock::now() - start;
     EXPECT_GE(waited, seconds(166));
-    EXPECT_EQ(
-        alertsOf(console, texts_.failureBody(
-                              "End to end",
-                              "An unknown interapplication communication error occured. In case the problem "
-                              "persists, please close all applications and restart your computer.",
-                              "DLL_ERROR_UNRECOVERABLE_ERROR")),
-        1u);
+    EXPECT_EQ(alertsOf(console, texts_.failureBody("End to end", kCommunicationError,
+                                                   "DLL_ERROR_UNRECOVERABLE_ERROR")),
+              1u);
     root_.endServers(SIGTERM);
 }
 
