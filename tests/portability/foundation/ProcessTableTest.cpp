@@ -149,6 +149,7 @@ TEST_F(ProcessTable, OwnProcess_HasItsFacts) {
 
 TEST_F(ProcessTable, StoppedProcess_IsListedAsStopped) {
     const auto probe = run("probe");
+    ASSERT_GT(probe->id(), 0);
     kill(probe->id(), SIGSTOP);
     while (findProcess(probe->id())->state != 'T') {
     }

@@ -30,6 +30,9 @@ class Child {
     pid_t id() const { return id_; }
 
     void kill() {
+        if (id_ <= 0) {
+            return;
+        }
         ::kill(id_, SIGKILL);
         siginfo_t ended;
         waitid(P_PID, static_cast<id_t>(id_), &ended, WEXITED | WNOWAIT);

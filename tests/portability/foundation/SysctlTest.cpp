@@ -61,6 +61,7 @@ TEST(Sysctl, ProcessList_ContainsAStartedProcessUntilItHasEnded) {
             pause();
         }
     }
+    ASSERT_GT(child, 0);
     EXPECT_NE(find(processes(), child), nullptr);
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
