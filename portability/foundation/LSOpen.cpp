@@ -10,7 +10,9 @@
 #include <sstream>
 #include <string>
 
+#include "events/Deadline.h"
 #include "events/EventEndpoint.h"
+#include "events/FileDescriptor.h"
 #include "foundation/ApplicationBundle.h"
 #include "foundation/DetachedProcess.h"
 #include "foundation/FileURL.h"
@@ -19,12 +21,19 @@
 namespace {
 
 using portability::ApplicationBundle;
+using portability::Connecting;
+using portability::Deadline;
 using portability::DetachedProcess;
 using portability::EndpointClaim;
+using portability::FileDescriptor;
 
 // Where the launched process finds what it inherits.
 constexpr int kListenDescriptor = 3;
 constexpr int kLockDescriptor = 4;
+
+// An endpoint that is taken listens, or is free again, within moments; a loaded machine makes them long.
+constexpr long kSettleTicks = 5 * 60;
+constexpr useconds_t kSettlePause = 1000;
 
 // The program that knows the desktop's preferred applications.
 constexpr const char* kOpener = "xdg-open";
@@ -60,8 +69,36 @@ OSStatus start(const ApplicationBundle& application, const EndpointClaim* endpoi
     return launchStatus(portability::startDetached(process));
 }
 
+bool isListening(OSType signature, const Deadline& deadline) {
+    FileDescriptor connection;
+    // An owner whose queue is full for all that time is an owner all the same.
+    return portability::connectToEndpoint(signature, deadline, connection) != Connecting::failed;
+}
+
 // The endpoint is claimed before the application exists: so that events queue from now on, and so that of two
-// launchers one finds it taken.
+// launchers one finds it taken. Its owner may be about to listen, or about to end; whoever asked must not be
+// told that the application runs before it can be reached.
+OSStatus startOrFind(const ApplicationBundle& application) {
+    const Deadline deadline = Deadline::afterTicks(kSettleTicks);
+    do {
+        EndpointClaim endpoint;
+        switch (EndpointClaim::claim(application.signature, endpoint)) {
+            case EndpointClaim::Outcome::claimed: {
+                const OSStatus status = start(application, &endpoint);
+                if (status != noErr) endpoint.withdraw();
+                return status;
+            }
+            case EndpointClaim::Outcome::inUse:
+                if (isListening(application.signature, deadline)) return noErr;
+                break;
+            case EndpointClaim::Outcome::failed:
+                return kLSServerCommunicationErr;
+        }
+        usleep(kSettlePause);
+    } while (!deadline.passed());
+    return kLSLaunchInProgressErr;
+}
+
 OSStatus launch(const std::string& path) {
     ApplicationBundle application;
     const OSStatus status = portability::readApplication(path, application);
@@ -71,16 +108,7 @@ OSStatus launch(const std::string& path) {
     if (application.signature == 0) {
         return start(application, nullptr);
     }
-    EndpointClaim endpoint;
-    switch (EndpointClaim::claim(application.signature, endpoint)) {
-        case EndpointClaim::Outcome::claimed:
-            return start(application, &endpoint);
-        case EndpointClaim::Outcome::inUse:
-            return noErr;
-        case EndpointClaim::Outcome::failed:
-            break;
-    }
-    return kLSServerCommunicationErr;
+    return startOrFind(application);
 }
 
 // Empty when there is none in the search path.

@@ -21,7 +21,10 @@ namespace {
 constexpr const char* kProcesses = "/proc";
 
 // Fields of /proc/<pid>/stat, counted from the state, which follows the name.
-enum StatusField { kState = 0, kParent = 1, kGroup = 2, kStartTime = 19, kFieldsNeeded = 20 };
+enum StatusField { kState = 0, kParent = 1, kGroup = 2, kFlags = 6, kStartTime = 19, kFieldsNeeded = 20 };
+
+// Of the flags: the process is on its way out.
+constexpr unsigned long kExiting = 0x4;
 
 std::string content(const std::string& path) {
     constexpr std::size_t kLimit = 1 << 20;
@@ -85,6 +88,8 @@ std::optional<Process> readProcess(const std::string& number) {
     process.startTime = std::strtoull(fields[kStartTime].c_str(), nullptr, 10);
     process.file = programFile(folder);
     if (process.file.empty()) {
+        // It has given its program back already and will do nothing any more, though it is no zombie yet.
+        if ((std::strtoul(fields[kFlags].c_str(), nullptr, 10) & kExiting) != 0) return std::nullopt;
         process.file = statedFile(folder, status.substr(nameBegin + 1, nameEnd - nameBegin - 1));
     }
     process.name = lastComponentOf(process.file);
