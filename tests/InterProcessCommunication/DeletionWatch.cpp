@@ -33,7 +33,7 @@ void DeletionWatch::notice(const void* block) noexcept {
     }
 }
 
-void DeletionWatch::noticeNew(const void* block, std::size_t size) {
+void DeletionWatch::noticeNew(void* block, std::size_t size) {
     for (DeletionWatch* watch = newestWatch; watch != nullptr; watch = watch->next_)
         if (watch->sizeToAdd_ == size) watch->add(block);
 }

@@ -30,7 +30,7 @@ class DeletionWatch {
     /// For the operators: called with every block that is about to be released.
     static void notice(const void* block) noexcept;
     /// The same with every block that new gives.
-    static void noticeNew(const void* block, std::size_t size);
+    static void noticeNew(void* block, std::size_t size);
 
   private:
     std::set<const void*> objects_;
