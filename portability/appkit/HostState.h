@@ -3,6 +3,7 @@
 #pragma once
 
 #import <Foundation/Foundation.h>
+#include <objc/runtime.h>
 #include <signal.h>
 
 #include <string>
@@ -46,6 +47,23 @@ class HostTexts {
 
    private:
     NSArray* arguments_;
+};
+
+/// The application's ties to other programs of the user. While the object lives it makes none: an application
+/// that starts would offer its services under the host's name, ask the user what to do where another one did
+/// so already, and start a notification server on which its alerts then depend.
+class HostAlone {
+   public:
+    HostAlone();
+    HostAlone(const HostAlone&) = delete;
+    HostAlone& operator=(const HostAlone&) = delete;
+    ~HostAlone();
+
+   private:
+    Method notifications_;
+    Method services_;
+    IMP oldNotifications_;
+    IMP oldServices_;
 };
 
 }  // namespace portability

@@ -65,4 +65,30 @@ HostTexts::~HostTexts() {
     [arguments_ release];
 }
 
+namespace {
+
+id answerNil(id, SEL) { return nil; }
+
+IMP replace(Method method, id (*replacement)(id, SEL)) {
+    return method != nullptr ? method_setImplementation(method, reinterpret_cast<IMP>(replacement)) : nullptr;
+}
+
+void restore(Method method, IMP implementation) {
+    if (method != nullptr) method_setImplementation(method, implementation);
+}
+
+}  // namespace
+
+HostAlone::HostAlone()
+    : notifications_(class_getClassMethod([NSDistributedNotificationCenter class], @selector(defaultCenter))),
+      services_(class_getInstanceMethod(NSClassFromString(@"GSServicesManager"),
+                                        sel_registerName("registerAsServiceProvider"))),
+      oldNotifications_(replace(notifications_, answerNil)),
+      oldServices_(replace(services_, answerNil)) {}
+
+HostAlone::~HostAlone() {
+    restore(services_, oldServices_);
+    restore(notifications_, oldNotifications_);
+}
+
 }  // namespace portability

@@ -25,6 +25,8 @@ BOOL makeApplication() {
         made = application != nil && [[NSClassFromString(@"NSScreen") screens] count] > 0;
         // Without it no key reaches a panel.
         if (made) [application finishLaunching];
+        // Now, while it makes no ties, and not when the user first changes between windows.
+        [NSClassFromString(@"NSWorkspace") sharedWorkspace];
     } @catch (...) {
         made = NO;
     }
@@ -63,6 +65,7 @@ class Application {
         const portability::HostTexts texts;
         library_ = openWindowLibrary();
         if (library_ == nullptr) return;
+        const portability::HostAlone alone;
         state_ = makeApplication() ? State::loaded : State::unusable;
     }
 
