@@ -1,7 +1,7 @@
-# dovrel_test(<target> SOURCES <file>... [DEPENDS <target>...] [TIMEOUT <seconds>])
+# dovrel_test(<target> SOURCES <file>... [DEPENDS <target>...] [TIMEOUT <seconds>] [WINDOWS])
 #
 # One GoogleTest program; CTest runs each of its tests in a process of its own, so that they run in parallel and in
-# any order.
+# any order. WINDOWS: its tests press buttons in real windows; they run one at a time and have the label "windows".
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
@@ -18,7 +18,7 @@ file(MAKE_DIRECTORY "${DOVREL_TEST_INCLUDE_ROOT}")
 file(CREATE_LINK "${PROJECT_SOURCE_DIR}/tests" "${DOVREL_TEST_INCLUDE_ROOT}/tests" SYMBOLIC)
 
 function(dovrel_test target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;DEPENDS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS" "TIMEOUT" "SOURCES;DEPENDS")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
@@ -28,5 +28,9 @@ function(dovrel_test target)
     target_precompile_headers(${target} REUSE_FROM test_headers)
     list(FILTER arg_SOURCES INCLUDE REGEX "\\.(mm|c)$")
     set_source_files_properties(${arg_SOURCES} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
-    gtest_discover_tests(${target} TEST_PREFIX "${target}." DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT ${arg_TIMEOUT})
+    set(properties TIMEOUT ${arg_TIMEOUT})
+    if(arg_WINDOWS)
+        list(APPEND properties RUN_SERIAL ON LABELS windows)
+    endif()
+    gtest_discover_tests(${target} TEST_PREFIX "${target}." DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
 endfunction()
