@@ -5,9 +5,6 @@
 #include <type_traits>
 
 #include "InterProcessCommunication/POSCommands.h"
-#include "client/exceptions/ExceptionTypeCodes.h"
-#include "client/exceptions/POSException.h"
-#include "client/exceptions/StructuredDataExceptions.h"
 #include "tests/InterProcessCommunication/TraderFixture.h"
 
 namespace dovrel {
@@ -15,13 +12,11 @@ namespace {
 
 using test::arrayOf;
 using test::arrayOfHex;
-using test::expectFailure;
 using test::hexOf;
 using test::kNormalAnswer;
 using test::Operation;
 using test::Outputs;
 using test::part;
-using test::textOf;
 using test::uint32Part;
 
 using Calls = std::vector<std::string>;
@@ -90,27 +85,6 @@ TEST_F(POSTransferObjTraderTest,
     }
 }
 
-TEST_F(POSTransferObjTraderTest, RegisterApplication_WhenConnectingFails_SendsNothing) {
-    forwarder.throwAtConnect("no server");
-    expectFailure<POSException>(
-        [&] { trader.registerApplication("App", {classId}, CPPByteArray(), outputs.registration); },
-        exceptionTypeCode::kPOSException, "???", "no server");
-    EXPECT_EQ(forwarder.calls(), (Calls{"connect 10"}));
-    outputs.expectUntouched();
-}
-
-TEST_F(POSTransferObjTraderTest, RegisterApplication_WithAClassIdentifierThatIsNot16Bytes_DoesNotRegister) {
-    forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
-    expectFailure<CPPException>(
-        [&] {
-            trader.registerApplication("App", {classId, CPPClassID(arrayOf("short"))}, CPPByteArray(),
-                                       outputs.registration);
-        },
-        exceptionTypeCode::kCPPException, "???", test::TransportTexts::kWrongIdentifier);
-    EXPECT_EQ(forwarder.requests().size(), 1u);
-    outputs.expectUntouched();
-}
-
 TEST_F(POSTransferObjTraderTest, UnregisterApplication_SendsTheSession) {
     forwarder.answerParts(kNormalAnswer);
     EXPECT_TRUE(trader.unregisterApplication(0xFFFFFFFE));
@@ -130,17 +104,6 @@ TEST_F(POSTransferObjTraderTest, InstantiateObject_SendsClassEmptyCreationDataAn
     EXPECT_EQ(hexOf(outputs.objectId), "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10");
     EXPECT_EQ(outputs.message.flags, 1u);
     EXPECT_EQ(outputs.message.text, "Hi");
-}
-
-TEST_F(POSTransferObjTraderTest, InstantiateObject_WithAnObjectIdentifierThatIsNot16Bytes_HandsNothingOut) {
-    for (const char* identifier : {"", "01", "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F",
-                                   "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10 11"}) {
-        forwarder.answerParts(kNormalAnswer + part(105, identifier) + part(120, "01 00 00 00"));
-        expectFailure<CPPException>(
-            [&] { trader.instantiateObject(5, classId, kNoExecuter, outputs.objectId, outputs.message); },
-            exceptionTypeCode::kCPPException, "???", test::TransportTexts::kWrongIdentifier);
-        outputs.expectUntouched();
-    }
 }
 
 TEST_F(POSTransferObjTraderTest, DeleteObject_SendsTheObject) {
@@ -203,19 +166,6 @@ TEST_F(POSTransferObjTraderTest, ExecuteCommand_WithNullPointersOfLength0_SendsA
                               " 00 00 00 70 00 00 00 04 00 00 00 00");
 }
 
-TEST_F(POSTransferObjTraderTest, ExecuteCommand_WithLengthsWhoseSumIsNoLength_FailsBeforeAnythingIsSent) {
-    const uint8_t command[] = {'p', 'i', 'n', 'g'};
-    const uint8_t argument[] = {0};
-    // The sum is 2^32 + 3; neither length alone is more than the field may have.
-    expectFailure<StructuredWriteFailedException>(
-        [&] {
-            trader.executeCommand(5, command, 4, argument, 0xFFFFFFFF, &outputs.block, &outputs.blockLength);
-        },
-        exceptionTypeCode::kStructuredWriteFailed, "6B00A7F90036: ", test::TransportTexts::kCommandTooLong);
-    EXPECT_TRUE(forwarder.calls().empty());
-    outputs.expectUntouched();
-}
-
 TEST_F(POSTransferObjTraderTest, GetInformation_SendsTheRequest) {
     forwarder.answerParts(kNormalAnswer + part(109, "69 6E 66 6F"));
     const uint8_t query[] = {0x61, 0x01};
@@ -224,42 +174,6 @@ TEST_F(POSTransferObjTraderTest, GetInformation_SendsTheRequest) {
                               " 00 00 00 67 00 00 00 04 00 00 00 00"
                               " 00 00 00 6C 00 00 00 02 61 01");
     EXPECT_EQ(outputs.blockText(), "info");
-}
-
-TEST_F(POSTransferObjTraderTest, GivenIdentifiersThatAreNot16Bytes_FailBeforeAnythingIsSent) {
-    const CPPObjectID shortObject{arrayOf("fifteen bytes..")};
-    const CPPClassID longClass{arrayOf("seventeen bytes..")};
-    const ProtectedExecuterID emptyExecuter;
-    const std::vector<std::function<void()>> attempts = {
-        [&] { trader.instantiateObject(5, longClass, kNoExecuter, outputs.objectId, outputs.message); },
-        [&] { trader.deleteObject(5, shortObject); },
-        [&] {
-            trader.callMethod(5, nullptr, shortObject, "m", nullptr, 0, &outputs.block, &outputs.blockLength,
-                              outputs.message);
-        },
-        [&] {
-            trader.callMethod(5, &emptyExecuter, objectId, "m", nullptr, 0, &outputs.block,
-                              &outputs.blockLength, outputs.message);
-        },
-    };
-    for (const auto& attempt : attempts)
-        expectFailure<CPPException>(attempt, exceptionTypeCode::kCPPException, "???",
-                                    test::TransportTexts::kWrongIdentifier);
-    EXPECT_TRUE(forwarder.calls().empty());
-    outputs.expectUntouched();
-}
-
-TEST_F(POSTransferObjTraderTest, ParametersThatTheRequestCannotHold_AreTheWritersFailureAndNothingIsSent) {
-    const uint8_t byte = 0;
-    expectFailure<StructuredWriteFailedException>(
-        [&] {
-            trader.callMethod(5, nullptr, objectId, "m", &byte, 0xFFFFFFFF, &outputs.block,
-                              &outputs.blockLength, outputs.message);
-        },
-        exceptionTypeCode::kStructuredWriteFailed,
-        "384269E80233: ", "Byte array too small (or did not expand as expected)");
-    EXPECT_TRUE(forwarder.calls().empty());
-    outputs.expectUntouched();
 }
 
 TEST_F(POSTransferObjTraderTest, EmptyResults_AreNullOfLength0) {
