@@ -3,7 +3,6 @@
 #pragma once
 
 #import <Foundation/Foundation.h>
-#include <objc/runtime.h>
 #include <signal.h>
 
 #include <string>
@@ -49,21 +48,10 @@ class HostTexts {
     NSArray* arguments_;
 };
 
-/// The application's ties to other programs of the user. While the object lives it makes none: an application
-/// that starts would offer its services under the host's name, ask the user what to do where another one did
-/// so already, and start a notification server on which its alerts then depend.
-class HostAlone {
-   public:
-    HostAlone();
-    HostAlone(const HostAlone&) = delete;
-    HostAlone& operator=(const HostAlone&) = delete;
-    ~HostAlone();
-
-   private:
-    Method notifications_;
-    Method services_;
-    IMP oldNotifications_;
-    IMP oldServices_;
-};
+/// Keeps the window classes from making ties to other programs of the user, for good: an application would
+/// offer its services under the host's name, ask the user what to do where another one did so already, and
+/// start a notification server on which its alerts then depend. The host's own ties stay as they are. To be
+/// called before there is an application, and once.
+void keepWindowClassesAlone();
 
 }  // namespace portability

@@ -1,5 +1,7 @@
 #include "appkit/HostState.h"
 
+#include <dlfcn.h>
+#include <objc/runtime.h>
 #include <unistd.h>
 
 #include <clocale>
@@ -67,28 +69,48 @@ HostTexts::~HostTexts() {
 
 namespace {
 
-id answerNil(id, SEL) { return nil; }
+using Answer = id (*)(id receiver, SEL selector);
 
-IMP replace(Method method, id (*replacement)(id, SEL)) {
-    return method != nullptr ? method_setImplementation(method, reinterpret_cast<IMP>(replacement)) : nullptr;
+Answer centerOfNotifications = nullptr;
+
+/// Where the program or library begins that the address is in; null when it is in none.
+const void* imageOf(const void* address) {
+    Dl_info image = {};
+    return address != nullptr && dladdr(address, &image) != 0 ? image.dli_fbase : nullptr;
 }
 
-void restore(Method method, IMP implementation) {
-    if (method != nullptr) method_setImplementation(method, implementation);
+/// The window classes are in two libraries, of which the second comes into the process with the application.
+bool isOfWindowClasses(const void* address) {
+    const void* const image = imageOf(address);
+    return image != nullptr && (image == imageOf(NSClassFromString(@"NSApplication")) ||
+                                image == imageOf(NSClassFromString(@"GSBackend")));
+}
+
+// The window classes ask again whenever the screen changes, long after the application has started.
+id centerUnlessForWindowClasses(id receiver, SEL selector) {
+    if (isOfWindowClasses(__builtin_return_address(0))) return nil;
+    return centerOfNotifications(receiver, selector);
+}
+
+id answerNil(id, SEL) { return nil; }
+
+Answer implementationOf(Method method) { return reinterpret_cast<Answer>(method_getImplementation(method)); }
+
+void replace(Method method, Answer replacement) {
+    if (method != nullptr) method_setImplementation(method, reinterpret_cast<IMP>(replacement));
 }
 
 }  // namespace
 
-HostAlone::HostAlone()
-    : notifications_(class_getClassMethod([NSDistributedNotificationCenter class], @selector(defaultCenter))),
-      services_(class_getInstanceMethod(NSClassFromString(@"GSServicesManager"),
-                                        sel_registerName("registerAsServiceProvider"))),
-      oldNotifications_(replace(notifications_, answerNil)),
-      oldServices_(replace(services_, answerNil)) {}
-
-HostAlone::~HostAlone() {
-    restore(services_, oldServices_);
-    restore(notifications_, oldNotifications_);
+void keepWindowClassesAlone() {
+    const Method center =
+        class_getClassMethod([NSDistributedNotificationCenter class], @selector(defaultCenter));
+    // Before it is replaced, because other threads may ask at any time.
+    centerOfNotifications = implementationOf(center);
+    replace(center, centerUnlessForWindowClasses);
+    replace(class_getInstanceMethod(NSClassFromString(@"GSServicesManager"),
+                                    sel_registerName("registerAsServiceProvider")),
+            answerNil);
 }
 
 }  // namespace portability

@@ -25,8 +25,6 @@ BOOL makeApplication() {
         made = application != nil && [[NSClassFromString(@"NSScreen") screens] count] > 0;
         // Without it no key reaches a panel.
         if (made) [application finishLaunching];
-        // Now, while it makes no ties, and not when the user first changes between windows.
-        [NSClassFromString(@"NSWorkspace") sharedWorkspace];
     } @catch (...) {
         made = NO;
     }
@@ -65,7 +63,7 @@ class Application {
         const portability::HostTexts texts;
         library_ = openWindowLibrary();
         if (library_ == nullptr) return;
-        const portability::HostAlone alone;
+        portability::keepWindowClassesAlone();
         state_ = makeApplication() ? State::loaded : State::unusable;
     }
 

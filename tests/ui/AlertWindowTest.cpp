@@ -154,6 +154,14 @@ TEST_F(AlertWindowTest, HostsSignalsArgumentsLocaleAndFolder_AreAsBefore) {
     EXPECT_EQ(host_->wait(), 0);
 }
 
+// The fixture's end looks for the programs.
+TEST_F(AlertWindowTest, WindowClasses_StartNoOtherProgram) {
+    start({"ties", "0", "Title", "Body"});
+    EXPECT_EQ(lineAfterClick(0), "answer 12");
+    EXPECT_EQ(host_->readLine(), "end");
+    EXPECT_EQ(host_->wait(), 0);
+}
+
 TEST_F(AlertWindowTest, WindowLibrary_ComesWithTheFirstAlertOnly) {
     start({"memory", "0", "Title", "Body"});
     EXPECT_EQ(lineAfterClick(0), "answer 12");

@@ -170,6 +170,14 @@ int runPause(const Arguments& arguments) {
     return 0;
 }
 
+int runTies(const Arguments& arguments) {
+    show(arguments, 0);
+    // It is the window classes' way to tell other programs of what goes on.
+    if ([[NSClassFromString(@"NSWorkspace") sharedWorkspace] notificationCenter] == nil) tell("no workspace");
+    tell("end");
+    return 0;
+}
+
 int runHelp() {
     tell("status " + std::to_string(dovrel::openHelp()));
     return 0;
@@ -191,6 +199,7 @@ int run(const std::string& mode, const Arguments& arguments) {
     if (mode == "helpbutton") return runHelpButton();
     if (mode == "management") return runManagement();
     dovrel::MultiLanguageSupport::initialize("English");
+    if (mode == "ties") return runTies(arguments);
     if (mode == "pause") return runPause(arguments);
     if (mode == "inspect") startInspection();
     if (mode == "thread") return runThread(arguments);
