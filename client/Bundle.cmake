@@ -1,5 +1,5 @@
-# The bundle that hosts load: ${PROJECT_BINARY_DIR}/Dovrel.bundle, complete with its property list and texts.
-set(bundle_contents "${PROJECT_BINARY_DIR}/Dovrel.bundle/Contents")
+# The bundle that hosts load: ${DOVREL_BUNDLE}, complete with its property list and texts.
+set(bundle_contents "${DOVREL_BUNDLE}/Contents")
 
 # The functions are a source of the bundle's own, because nothing would fetch them out of the library.
 add_library(dovrel MODULE Exports.cpp)
@@ -25,13 +25,6 @@ else()
     set_property(TARGET dovrel APPEND PROPERTY LINK_DEPENDS "${CMAKE_CURRENT_BINARY_DIR}/exported.map")
 endif()
 
-configure_file("${PROJECT_SOURCE_DIR}/resources/Info.plist.in" "${bundle_contents}/Info.plist" @ONLY)
-
-set(texts "${PROJECT_SOURCE_DIR}/resources/MultiLanguageTexts.mls")
-set(bundled_texts "${bundle_contents}/Resources/MultiLanguageTexts.mls")
-add_custom_command(OUTPUT "${bundled_texts}"
-    COMMAND "${CMAKE_COMMAND}" -E make_directory "${bundle_contents}/Resources"
-    COMMAND "${CMAKE_COMMAND}" -E copy_if_different "${texts}" "${bundled_texts}"
-    DEPENDS "${texts}" VERBATIM)
-add_custom_target(dovrel_texts DEPENDS "${bundled_texts}")
-add_dependencies(dovrel dovrel_texts)
+include(DovrelBundle)
+dovrel_bundle_contents(dovrel_resources "${bundle_contents}")
+add_dependencies(dovrel dovrel_resources)

@@ -2,10 +2,13 @@
 #
 # Makes the static library of the folder that calls it. Headers are included by their path from the top of the tree
 # ("serialization/CPPByteArray.h"); a link in the build folder shows just this folder under that path, so that a
-# header is found only by targets that depend on its folder.
+# header is found only by targets that depend on its folder. The sources of all folders are listed in the global property
+# DOVREL_LIBRARY_SOURCES, for the build for another system.
 function(dovrel_folder target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;DEPENDS")
     add_library(${target} STATIC ${arg_SOURCES})
+    list(TRANSFORM arg_SOURCES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/" OUTPUT_VARIABLE sources)
+    set_property(GLOBAL APPEND PROPERTY DOVREL_LIBRARY_SOURCES ${sources})
 
     file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
     set(root "${PROJECT_BINARY_DIR}/headers/${target}")

@@ -1,0 +1,55 @@
+#pragma once
+#include <stdarg.h>
+#include <stddef.h>
+#ifdef __cplusplus
+#define DARWIN_C_BEGIN extern "C" {
+#define DARWIN_C_END }
+#define DARWIN_RESTRICT
+#else
+#define DARWIN_C_BEGIN
+#define DARWIN_C_END
+#define DARWIN_RESTRICT restrict
+#endif
+typedef signed char __int8_t;
+typedef unsigned char __uint8_t;
+typedef short __int16_t;
+typedef unsigned short __uint16_t;
+typedef int __int32_t;
+typedef unsigned int __uint32_t;
+typedef long long __int64_t;
+typedef unsigned long long __uint64_t;
+typedef long __darwin_ssize_t;
+typedef long __darwin_time_t;
+typedef unsigned long __darwin_clock_t;
+typedef long __darwin_intptr_t;
+typedef unsigned long __darwin_uintptr_t;
+typedef __int64_t off_t;
+typedef __darwin_ssize_t ssize_t;
+typedef __darwin_time_t time_t;
+typedef __darwin_clock_t clock_t;
+typedef union {
+    char __mbstate8[128];
+    long long _mbstateL;
+} __mbstate_t;
+typedef __mbstate_t __darwin_mbstate_t;
+typedef __darwin_mbstate_t mbstate_t;
+typedef int __darwin_wint_t;
+typedef __darwin_wint_t wint_t;
+typedef __uint32_t wctype_t;
+typedef int wctrans_t;
+struct _xlocale;
+typedef struct _xlocale* locale_t;
+struct tm;
+struct timespec {
+    time_t tv_sec;
+    long tv_nsec;
+};
+struct timeval {
+    time_t tv_sec;
+    __int32_t tv_usec;
+};
+#ifdef __LP64__
+#define DARWIN_UNIX2003(n)
+#else
+#define DARWIN_UNIX2003(n) __asm("_" n "$UNIX2003")
+#endif
