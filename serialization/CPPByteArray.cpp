@@ -119,7 +119,7 @@ void CPPByteArray::loadFromStream(std::istream& stream) {
 void CPPByteArray::loadFromStream(std::istream& stream, uint32_t length) {
     uint8_t* const block = newBlock(length);
     if (block == nullptr && length != 0) return;
-    stream.read(reinterpret_cast<char*>(block), length);
+    stream.read(reinterpret_cast<char*>(block), static_cast<std::streamsize>(length));
     const auto count = static_cast<uint32_t>(stream.gcount());
     if (count != length) std::memset(block + count, 0, length - count);
     adopt(block, length);

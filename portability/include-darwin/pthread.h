@@ -55,7 +55,7 @@ typedef struct {
 #define PTHREAD_MUTEX_RECURSIVE 2
 DARWIN_C_BEGIN
 int pthread_create(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
-int pthread_join(pthread_t, void**);
+int pthread_join(pthread_t, void**) DARWIN_UNIX2003("pthread_join");
 int pthread_detach(pthread_t);
 pthread_t pthread_self(void);
 int pthread_equal(pthread_t, pthread_t);
@@ -67,8 +67,8 @@ int pthread_mutex_unlock(pthread_mutex_t*);
 int pthread_mutexattr_init(pthread_mutexattr_t*);
 int pthread_mutexattr_settype(pthread_mutexattr_t*, int);
 int pthread_mutexattr_destroy(pthread_mutexattr_t*);
-int pthread_cond_wait(pthread_cond_t*, pthread_mutex_t*);
-int pthread_cond_timedwait(pthread_cond_t*, pthread_mutex_t*, const struct timespec*);
+int pthread_cond_wait(pthread_cond_t*, pthread_mutex_t*) DARWIN_UNIX2003("pthread_cond_wait");
+int pthread_cond_timedwait(pthread_cond_t*, pthread_mutex_t*, const struct timespec*) DARWIN_UNIX2003("pthread_cond_timedwait");
 int pthread_cond_timedwait_relative_np(pthread_cond_t*, pthread_mutex_t*, const struct timespec*);
 int pthread_cond_signal(pthread_cond_t*);
 int pthread_cond_broadcast(pthread_cond_t*);

@@ -22,7 +22,7 @@ size_t strlen(const char*);
 size_t strcspn(const char*, const char*);
 size_t strspn(const char*, const char*);
 char* strtok(char*, const char*);
-char* strerror(int);
+char* strerror(int) DARWIN_UNIX2003("strerror");
 int strerror_r(int, char*, size_t);
 char* strdup(const char*);
 DARWIN_C_END

@@ -8,9 +8,9 @@ struct tm {
 };
 typedef enum { _CLOCK_REALTIME = 0, _CLOCK_MONOTONIC = 6 } clockid_t;
 DARWIN_C_BEGIN
-clock_t clock(void);
+clock_t clock(void) DARWIN_UNIX2003("clock");
 double difftime(time_t, time_t);
-time_t mktime(struct tm*);
+time_t mktime(struct tm*) DARWIN_UNIX2003("mktime");
 time_t time(time_t*);
 char* asctime(const struct tm*);
 char* ctime(const time_t*);
@@ -19,6 +19,6 @@ struct tm* localtime(const time_t*);
 struct tm* localtime_r(const time_t*, struct tm*);
 void tzset(void);
 struct tm* gmtime_r(const time_t*, struct tm*);
-size_t strftime(char*, size_t, const char*, const struct tm*);
-int nanosleep(const struct timespec*, struct timespec*);
+size_t strftime(char*, size_t, const char*, const struct tm*) DARWIN_UNIX2003("strftime");
+int nanosleep(const struct timespec*, struct timespec*) DARWIN_UNIX2003("nanosleep");
 DARWIN_C_END
