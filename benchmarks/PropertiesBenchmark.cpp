@@ -124,6 +124,7 @@ FORM_BENCHMARK(load, PropertiesText);
 FORM_BENCHMARK(load, PropertiesTextThroughCursor);
 FORM_BENCHMARK(load, GLibKeyFile);
 FORM_BENCHMARK(save, PropertiesText);
+FORM_BENCHMARK(save, PropertiesTextThroughCursor);
 FORM_BENCHMARK(save, GLibKeyFile);
 
 }  // namespace

@@ -52,6 +52,20 @@ bool containsTypeWord(std::string_view line, std::string_view word) {
 
 }  // namespace
 
+std::string_view wordOfType(PropertyType type) {
+    switch (type) {
+        case PropertyType::kInteger:
+            return kIntegerWord;
+        case PropertyType::kString:
+            return kStringWord;
+        case PropertyType::kBinary:
+            return kBinaryWord;
+        case PropertyType::kUnknown:
+            break;
+    }
+    return std::string_view();
+}
+
 std::string_view keyOfKeyLine(std::string_view line) {
     return line.substr(line.size() < kKeyLineMark.size() ? line.size() : kKeyLineMark.size());
 }

@@ -26,6 +26,9 @@ inline constexpr std::string_view kStringWord = "STR";
 inline constexpr std::string_view kBinaryWord = "BAR";
 inline constexpr std::string_view kEscapedLineFeed = "chg-lf";
 
+/// The word of a type on its value line, "" for kUnknown.
+std::string_view wordOfType(PropertyType type);
+
 inline bool isBlankOrTab(char c) {
     return c == ' ' || c == '\t';
 }
@@ -56,8 +59,7 @@ struct ValueLine {
 };
 
 /// Nothing when no type word with its ":" stands anywhere in the (trimmed) line. One that stands behind
-/// another word and
-/// ":" makes a value line of an unknown type.
+/// another word and ":" makes a value line of an unknown type.
 std::optional<ValueLine> valueLineOf(std::string_view line);
 
 /// Append one line, its line feed included.

@@ -8,14 +8,16 @@ namespace dovrel {
 
 void LogFileReader::load(std::string& text, const std::string& expectedTitle, Properties& store,
                          bool throughCursor) {
-    const std::string found(keyOfKeyLine(PropertiesStringObj(text).takeLine()));
+    PropertiesStringObj cursor(text);
+    const std::string found(keyOfKeyLine(cursor.takeLine()));
     if (found != expectedTitle) {
         const std::string message =
             "Failed to parse log file, wrong title [" + found + "], expected [" + expectedTitle + "].";
         throw new CPPException(message.c_str());
     }
-    // To the store's grammar the title is a key without a value, which counts for nothing.
-    store.load(text, throughCursor);
+    if (throughCursor) return store.load(cursor);
+    text.erase(0, cursor.position());
+    store.load(text, false);
 }
 
 std::string LogFileReader::getText(const Properties& store, const std::string& key) {

@@ -1,5 +1,6 @@
 #include "settings/Properties.h"
 
+#include <algorithm>
 #include <new>
 
 #include "client/exceptions/CPPException.h"
@@ -19,8 +20,7 @@ CPPException* newMissingKeyFailure(const std::string& key, const char* typeName)
 }
 
 template <typename Action>
-void forEachEntry(std::string_view text, Action action) {
-    PropertiesStringObj cursor(text);
+void forEachEntry(PropertiesStringObj& cursor, Action action) {
     EntryReader reader(cursor, KeyLineRule::kOneSlash);
     for (EntryReader::Step step = reader.next(); step != EntryReader::Step::kEnd; step = reader.next()) {
         if (step == EntryReader::Step::kValue) action(reader);
@@ -28,22 +28,12 @@ void forEachEntry(std::string_view text, Action action) {
 }
 
 void appendValue(std::string& output, const PropertyValue& value) {
-    switch (value.type) {
-        case PropertyType::kInteger:
-            (output += kIntegerWord) += kTypeWordEnd;
-            output += std::to_string(value.intValue);
-            break;
-        case PropertyType::kString:
-            (output += kStringWord) += kTypeWordEnd;
-            output += value.stringValue;
-            break;
-        case PropertyType::kBinary:
-            (output += kBinaryWord) += kTypeWordEnd;
-            output +=
-                bytesToHexText(value.binaryValue.data(), static_cast<uint32_t>(value.binaryValue.size()));
-            break;
-        case PropertyType::kUnknown:
-            break;
+    if (value.type == PropertyType::kUnknown) return;
+    (output += wordOfType(value.type)) += kTypeWordEnd;
+    if (value.type == PropertyType::kBinary) {
+        output += bytesToHexText(value.binaryValue.data(), static_cast<uint32_t>(value.binaryValue.size()));
+    } else {
+        output += value.asString();
     }
 }
 
@@ -159,28 +149,47 @@ std::string Properties::keyDigest(const std::string& text) {
 }
 
 void Properties::load(std::string& text, bool throughCursor) {
-    clear();
     if (throughCursor) {
-        forEachEntry(
-            text, [this](const EntryReader& entry) { addParsed(entry.key(), entry.type(), entry.value()); });
-        return;
+        PropertiesStringObj cursor(text);
+        return load(cursor);
     }
+    clear();
     text_ = std::make_shared<const std::string>(std::move(text));
     text.clear();
+    PropertiesStringObj cursor(*text_);
     forEachEntry(
-        *text_, [this](const EntryReader& entry) { addReferring(entry.key(), entry.type(), entry.value()); });
+        cursor, [this](const EntryReader& entry) { addReferring(entry.key(), entry.type(), entry.value()); });
+}
+
+void Properties::load(PropertiesStringObj& cursor) {
+    clear();
+    forEachEntry(cursor,
+                 [this](const EntryReader& entry) { addParsed(entry.key(), entry.type(), entry.value()); });
 }
 
 void Properties::save(std::string& output) const {
     // A guess is enough to save the text from growing many times; to add the lengths up would mean to walk
     // through all of the memory twice.
     constexpr size_t kUsualEntryLength = 100;
-    output.reserve(output.size() + entries_.size() * kUsualEntryLength);
+    const size_t guess = entries_.size() * kUsualEntryLength;
+    output.reserve(output.size() + std::max(guess, text_ != nullptr ? text_->size() : 0));
+    // What follows one upon the other in the text that was loaded is copied in one go.
+    std::string_view inOneGo;
     for (const PropertyEntry& entry : entries_) {
-        appendKeyLine(output, entry.key());
-        appendValue(output, entry.value());
-        output += kLineFeed;
+        const std::string_view form = entry.savedForm();
+        if (!form.empty() && form.data() == inOneGo.data() + inOneGo.size()) {
+            inOneGo = std::string_view(inOneGo.data(), inOneGo.size() + form.size());
+            continue;
+        }
+        output += inOneGo;
+        inOneGo = form;
+        if (form.empty()) {
+            appendKeyLine(output, entry.key());
+            appendValue(output, entry.value());
+            output += kLineFeed;
+        }
     }
+    output += inOneGo;
 }
 
 bool Properties::addParsed(std::string_view key, PropertyType type, std::string_view value) {
@@ -217,7 +226,7 @@ void Properties::add(std::string_view key, const PropertyValue& value) {
 void Properties::addReferring(std::string_view key, PropertyType type, std::string_view value) {
     const bool isAsInText = type == PropertyType::kInteger || type == PropertyType::kString;
     if (isAsInText && PropertyEntry::canReferTo(key, value)) {
-        entries_.emplace_hint(entries_.end(), key, type, value);
+        entries_.emplace_hint(entries_.end(), *text_, key, type, value);
     } else {
         addParsed(key, type, value);
     }

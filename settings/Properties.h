@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "settings/PropertiesStringObj.h"
 #include "settings/PropertyEntry.h"
 #include "settings/PropertyValue.h"
 
@@ -78,6 +79,10 @@ class Properties {
     /// and empty afterwards, which is the faster way, because the store then keeps the text and need not copy
     /// it piece by piece. Takes time in proportion to the size of the text.
     void load(std::string& text, bool throughCursor);
+
+    /// Replaces the content by the entries that the cursor has before it. The store copies them and needs the
+    /// text no more.
+    void load(PropertiesStringObj& cursor);
 
     /// Appends the text form of all entries, in the order of the keys.
     void save(std::string& output) const;

@@ -14,6 +14,9 @@ class PropertiesStringObj {
 
     bool atEnd() const { return position_ == text_.size(); }
 
+    /// How much of the text is consumed.
+    size_t position() const { return position_; }
+
     /// Consumes the text up to the next line feed, or to the end, and the line feed with it. The result comes
     /// without the line feed and without the blanks and tabs at both ends of the line; empty at the end of
     /// the text.

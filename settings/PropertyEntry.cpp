@@ -17,41 +17,70 @@ std::string_view bytesOf(const PropertyValue& value) {
     return value.type == PropertyType::kBinary ? value.binaryValue : value.stringValue;
 }
 
-uint32_t lengthOf(std::string_view bytes) {
-    if (bytes.size() > kLongest) throw std::bad_alloc();
-    return static_cast<uint32_t>(bytes.size());
+uint32_t checkedLength(size_t length) {
+    if (length > kLongest) throw std::bad_alloc();
+    return static_cast<uint32_t>(length);
 }
 
-const char* newBlock(std::string_view key, std::string_view value) {
-    char* const block = new char[key.size() + value.size()];
-    std::copy(value.begin(), value.end(), std::copy(key.begin(), key.end(), block));
-    return block;
+char* put(std::string_view bytes, char* at) {
+    return std::copy(bytes.begin(), bytes.end(), at);
+}
+
+bool isText(PropertyType type) {
+    return type == PropertyType::kInteger || type == PropertyType::kString;
+}
+
+// Whether the text has nothing but the line end and the type word between the key and the value.
+bool isGap(std::string_view between, PropertyType type) {
+    const std::string_view word = wordOfType(type);
+    return between.size() == 1 + word.size() + 1 && between.front() == kLineFeed &&
+           between.substr(1, word.size()) == word && between.back() == kTypeWordEnd;
+}
+
+// Whether a text has the two as they are saved: nothing trimmed, passed over or written otherwise.
+bool standsAsSaved(std::string_view text, std::string_view key, PropertyType type, std::string_view value) {
+    const auto keyBegin = static_cast<size_t>(key.data() - text.data());
+    const size_t keyEnd = keyBegin + key.size();
+    const auto valueBegin = static_cast<size_t>(value.data() - text.data());
+    const size_t valueEnd = valueBegin + value.size();
+    return keyBegin >= kKeyLineMark.size() &&
+           text.substr(keyBegin - kKeyLineMark.size(), kKeyLineMark.size()) == kKeyLineMark &&
+           isGap(text.substr(keyEnd, valueBegin - keyEnd), type) && valueEnd < text.size() &&
+           text[valueEnd] == kLineFeed &&
+           (type == PropertyType::kString || std::to_string(leadingInteger(value)) == value);
 }
 
 }  // namespace
 
 PropertyEntry::PropertyEntry(std::string_view key, const PropertyValue& value)
-    : keyLength_(lengthOf(key)), valueOffset_(keyLength_), type_(value.type), ownsBytes_(true) {
+    : keyLength_(checkedLength(key.size())),
+      type_(value.type),
+      ownsBytes_(true),
+      liesAsSaved_(isText(type_)) {
     const std::string digits =
         type_ == PropertyType::kInteger ? std::to_string(value.intValue) : std::string();
     const std::string_view bytes =
         type_ == PropertyType::kInteger ? std::string_view(digits) : bytesOf(value);
-    valueLength_ = lengthOf(bytes);
+    const size_t gap = liesAsSaved_ ? 1 + wordOfType(type_).size() + 1 : 0;
+    valueOffset_ = checkedLength(key.size() + gap);
+    valueLength_ = checkedLength(bytes.size());
     bytes_ = newBlock(key, bytes);
 }
 
-PropertyEntry::PropertyEntry(std::string_view key, PropertyType type, std::string_view valueText)
+PropertyEntry::PropertyEntry(std::string_view text, std::string_view key, PropertyType type,
+                             std::string_view valueText)
     : bytes_(key.data()),
       keyLength_(static_cast<uint32_t>(key.size())),
       valueOffset_(static_cast<uint32_t>(valueText.data() - key.data())),
       valueLength_(static_cast<uint32_t>(valueText.size())),
       type_(type),
-      ownsBytes_(false) {}
+      ownsBytes_(false),
+      liesAsSaved_(standsAsSaved(text, key, type, valueText)) {}
 
 PropertyEntry::PropertyEntry(const PropertyEntry& other) : PropertyEntry(other.key(), other.value()) {}
 
 PropertyEntry::~PropertyEntry() {
-    if (ownsBytes_) delete[] bytes_;
+    if (ownsBytes_) delete[](liesAsSaved_ ? savedForm().data() : bytes_);
 }
 
 bool PropertyEntry::canReferTo(std::string_view key, std::string_view valueText) {
@@ -71,6 +100,33 @@ PropertyValue PropertyEntry::value() const {
             break;
     }
     return PropertyValue();
+}
+
+std::string_view PropertyEntry::savedForm() const {
+    if (!liesAsSaved_) return std::string_view();
+    return std::string_view(bytes_ - kKeyLineMark.size(), savedLength());
+}
+
+size_t PropertyEntry::savedLength() const {
+    return kKeyLineMark.size() + valueOffset_ + valueLength_ + 1;
+}
+
+// Gives the place of the key, which has its mark in front where the entry lies as it is saved.
+const char* PropertyEntry::newBlock(std::string_view key, std::string_view value) const {
+    if (!liesAsSaved_) {
+        char* const block = new char[key.size() + value.size()];
+        put(value, put(key, block));
+        return block;
+    }
+    char* const block = new char[savedLength()];
+    char* const keyPlace = put(kKeyLineMark, block);
+    char* at = put(key, keyPlace);
+    *at++ = kLineFeed;
+    at = put(wordOfType(type_), at);
+    *at++ = kTypeWordEnd;
+    at = put(value, at);
+    *at = kLineFeed;
+    return keyPlace;
 }
 
 }  // namespace dovrel

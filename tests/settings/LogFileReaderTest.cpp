@@ -53,6 +53,26 @@ TEST(LogFileReader, Load_BlanksAroundTheTitleLine_AreIgnored) {
     EXPECT_EQ(store.getInt("code"), 1);
 }
 
+TEST(LogFileReader, Load_ValueLineBehindTheTitle_IsNoEntryOfTheTitle) {
+    for (const bool throughCursor : {true, false}) {
+        std::string text = "//T\nINT:5\n//a\nINT:1\n";
+        Properties store;
+        LogFileReader::load(text, "T", store, throughCursor);
+        EXPECT_EQ(store.size(), 1u);
+        EXPECT_EQ(store.getInt("a"), 1);
+    }
+}
+
+TEST(LogFileReader, Load_TitleWithoutALineFeed_IsAnEmptyStore) {
+    for (const bool throughCursor : {true, false}) {
+        std::string text = "//T";
+        Properties store;
+        store.addInt("old", 1);
+        LogFileReader::load(text, "T", store, throughCursor);
+        EXPECT_EQ(store.size(), 0u);
+    }
+}
+
 TEST(LogFileReader, Load_EmptyText_HasAnEmptyTitle) {
     std::string text;
     Properties store;

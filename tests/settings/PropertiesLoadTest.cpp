@@ -1,4 +1,4 @@
-// How Properties reads and writes its text form.
+// How Properties reads its text form.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -6,57 +6,15 @@
 #include <utility>
 
 #include "settings/Properties.h"
+#include "tests/settings/TextForm.h"
 
 using namespace std::string_literals;
 
 namespace dovrel {
 namespace {
 
-Properties loaded(std::string text) {
-    Properties store;
-    store.load(text, false);
-    return store;
-}
-
-std::string saved(const Properties& store) {
-    std::string text;
-    store.save(text);
-    return text;
-}
-
-TEST(PropertiesSave, EveryType_IsAKeyLineAndAValueLineInKeyOrder) {
-    Properties store;
-    store.addString("c", "text");
-    store.addBinary("b", "\x01\xEF", 2);
-    store.addInt("a", -1);
-    EXPECT_EQ(saved(store), "//a\nINT:-1\n//b\nBAR:01EF\n//c\nSTR:text\n");
-}
-
-TEST(PropertiesSave, EmptyStore_IsEmpty) {
-    EXPECT_EQ(saved(Properties()), "");
-}
-
-TEST(PropertiesSave, AppendsToTheOutput) {
-    Properties store;
-    store.addInt("a", 1);
-    std::string text = "//title\n";
-    store.save(text);
-    EXPECT_EQ(text, "//title\n//a\nINT:1\n");
-}
-
-TEST(PropertiesSave, SeventeenBytes_AreOneLineOf34Digits) {
-    Properties store;
-    store.addBinary("a", std::string(17, '\x5A').data(), 17);
-    EXPECT_EQ(saved(store), "//a\nBAR:5A5A5A5A5A5A5A5A5A5A5A5A5A5A5A5A5A\n");
-}
-
-TEST(PropertiesSave, StringWithALineFeed_IsSavedAsItIsAndReadBackUpToTheLineFeed) {
-    Properties store;
-    store.addString("a", "one\ntwo");
-    const std::string text = saved(store);
-    EXPECT_EQ(text, "//a\nSTR:one\ntwo\n");
-    EXPECT_EQ(loaded(text).getString("a"), "one");
-}
+using test::loaded;
+using test::saved;
 
 TEST(PropertiesLoad, EveryType) {
     const Properties store = loaded("//a\nINT:-1\n//b\nBAR:01ef\n//c\nSTR:text\n");

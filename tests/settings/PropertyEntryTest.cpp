@@ -37,11 +37,11 @@ TEST(PropertyEntry, Value_OfAnInteger_BothEndsOfTheRange) {
 TEST(PropertyEntry, ReferringToAText_FindsKeyAndValueInIt) {
     const std::string text = "//key\nSTR:text\n//number\nINT: -12x\n";
     const std::string_view view = text;
-    const PropertyEntry string(view.substr(2, 3), PropertyType::kString, view.substr(10, 4));
+    const PropertyEntry string(text, view.substr(2, 3), PropertyType::kString, view.substr(10, 4));
     EXPECT_EQ(string.key(), "key");
     EXPECT_EQ(string.key().data(), text.data() + 2);
     EXPECT_EQ(string.value().stringValue, "text");
-    const PropertyEntry number(view.substr(17, 6), PropertyType::kInteger, view.substr(28, 5));
+    const PropertyEntry number(text, view.substr(17, 6), PropertyType::kInteger, view.substr(28, 5));
     EXPECT_EQ(number.key(), "number");
     EXPECT_EQ(number.value().intValue, -12);
 }
@@ -49,11 +49,41 @@ TEST(PropertyEntry, ReferringToAText_FindsKeyAndValueInIt) {
 TEST(PropertyEntry, CopyOfAReferringEntry_OwnsItsBytes) {
     auto text = std::make_unique<std::string>("key=text that is long enough to lie in the heap");
     const std::string_view view = *text;
-    const PropertyEntry referring(view.substr(0, 3), PropertyType::kString, view.substr(4));
+    const PropertyEntry referring(view, view.substr(0, 3), PropertyType::kString, view.substr(4));
     const PropertyEntry copy(referring);
     text.reset();
     EXPECT_EQ(copy.key(), "key");
     EXPECT_EQ(copy.value().stringValue, "text that is long enough to lie in the heap");
+}
+
+TEST(PropertyEntry, SavedForm_OfIntegersAndStrings_IsKeyLineAndValueLine) {
+    EXPECT_EQ(PropertyEntry("k", PropertyValue::ofInt(-7)).savedForm(), "//k\nINT:-7\n");
+    EXPECT_EQ(PropertyEntry("", PropertyValue::ofString("")).savedForm(), "//\nSTR:\n");
+    const PropertyEntry original("key", PropertyValue::ofString("a\nb"));
+    EXPECT_EQ(original.savedForm(), "//key\nSTR:a\nb\n");
+    EXPECT_EQ(PropertyEntry(original).savedForm(), original.savedForm());
+}
+
+TEST(PropertyEntry, SavedForm_OfBytes_DoesNotLieThere) {
+    EXPECT_EQ(PropertyEntry("k", PropertyValue::ofBinary("ab", 2)).savedForm(), "");
+}
+
+TEST(PropertyEntry, SavedForm_OfAText_IsThePieceOfTheText) {
+    const std::string text = "//k\nSTR:text\n";
+    const std::string_view view = text;
+    const PropertyEntry entry(text, view.substr(2, 1), PropertyType::kString, view.substr(8, 4));
+    EXPECT_EQ(entry.savedForm(), text);
+    EXPECT_EQ(entry.savedForm().data(), text.data());
+    EXPECT_EQ(PropertyEntry(entry).savedForm(), text);
+}
+
+TEST(PropertyEntry, SavedForm_OfATextThatIsWrittenOtherwise_DoesNotLieThere) {
+    const std::string text = "//k\nINT:07\n";
+    const std::string_view view = text;
+    EXPECT_EQ(PropertyEntry(text, view.substr(2, 1), PropertyType::kInteger, view.substr(8, 2)).savedForm(),
+              "");
+    const std::string_view cut = view.substr(0, 9);
+    EXPECT_EQ(PropertyEntry(cut, cut.substr(2, 1), PropertyType::kInteger, cut.substr(8, 1)).savedForm(), "");
 }
 
 TEST(PropertyEntry, CanReferTo_BytesLessThan4GiBApart) {

@@ -1,0 +1,25 @@
+// Stores from their text form and back, in one expression.
+#pragma once
+
+#include <string>
+
+#include "settings/Properties.h"
+
+namespace dovrel::test {
+
+/// Whether the store takes the text over, or copies from it what it needs.
+enum class Text { kGivenAway, kKept };
+
+inline Properties loaded(std::string text, Text mode = Text::kGivenAway) {
+    Properties store;
+    store.load(text, mode == Text::kKept);
+    return store;
+}
+
+inline std::string saved(const Properties& store) {
+    std::string text;
+    store.save(text);
+    return text;
+}
+
+}  // namespace dovrel::test
