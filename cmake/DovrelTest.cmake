@@ -1,7 +1,8 @@
 # dovrel_test(<target> SOURCES <file>... [DEPENDS <target>...] [TIMEOUT <seconds>] [WINDOWS])
 #
 # One GoogleTest program; CTest runs each of its tests in a process of its own, so that they run in parallel and in
-# any order. WINDOWS: its tests press buttons in real windows; they run one at a time and have the label "windows".
+# any order, and has the tools of tests/support. WINDOWS: its tests press buttons in real windows; they run one at a
+# time and have the label "windows".
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
@@ -23,8 +24,7 @@ function(dovrel_test target)
         set(arg_TIMEOUT 120)
     endif()
     add_executable(${target} ${arg_SOURCES})
-    target_include_directories(${target} PRIVATE "${DOVREL_TEST_INCLUDE_ROOT}")
-    target_link_libraries(${target} PRIVATE ${arg_DEPENDS} GTest::gmock GTest::gtest GTest::gtest_main)
+    target_link_libraries(${target} PRIVATE ${arg_DEPENDS} dovrel_test_tools GTest::gmock GTest::gtest GTest::gtest_main)
     target_precompile_headers(${target} REUSE_FROM test_headers)
     list(FILTER arg_SOURCES INCLUDE REGEX "\\.(mm|c)$")
     set_source_files_properties(${arg_SOURCES} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <type_traits>
 
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace dovrel {
 namespace {

@@ -10,7 +10,7 @@
 
 #include "InterProcessCommunication/IPC_Info.h"
 #include "tests/InterProcessCommunication/PlatformDouble.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace dovrel::test {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace dovrel::test {
 

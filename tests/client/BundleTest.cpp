@@ -13,7 +13,7 @@
 #include <string>
 
 #include "dovrel/pos.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace dovrel {
 namespace {

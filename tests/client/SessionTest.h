@@ -11,7 +11,7 @@
 #include "dovrel/pos.h"
 #include "tests/client/ScriptedForwarder.h"
 #include "tests/client/ScriptedMessageDialog.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace dovrel::test {
 

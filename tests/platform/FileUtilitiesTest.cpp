@@ -10,7 +10,7 @@
 
 #include "tests/platform/Failures.h"
 #include "tests/platform/ScratchFolder.h"
-#include "tests/portability/foundation/OrdinaryUser.h"
+#include "tests/support/OrdinaryUser.h"
 
 namespace dovrel {
 namespace {

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <string>
 
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace dovrel::test {
 

@@ -6,7 +6,7 @@
 
 #include "tests/server/FakeProcess.h"
 #include "tests/server/Requests.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace merrowd::test {
 namespace {

@@ -10,7 +10,7 @@
 
 #include "settings/EncipheredText.h"
 #include "tests/settings/Failures.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 using namespace std::string_literals;
 

@@ -7,7 +7,7 @@
 #include <type_traits>
 
 #include "tests/settings/Failures.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 using namespace std::string_literals;
 

@@ -9,7 +9,7 @@
 
 #include "platform/Places.h"
 #include "tests/settings/Failures.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace dovrel {
 namespace {

@@ -39,12 +39,6 @@ std::string executableOf(const fs::path& process) {
     return fs::read_symlink(process / "exe", failed).string();
 }
 
-std::string makeTemporaryFolder() {
-    std::string path = (fs::canonical(fs::temp_directory_path()) / "dovrel-root.XXXXXX").string();
-    EXPECT_NE(mkdtemp(path.data()), nullptr);
-    return path;
-}
-
 // The options that are there already, and one more.
 std::string withOption(const char* variable, const std::string& option) {
     const char* const old = getenv(variable);
@@ -53,7 +47,7 @@ std::string withOption(const char* variable, const std::string& option) {
 
 }  // namespace
 
-TestRoot::TestRoot() : path_(makeTemporaryFolder()) {
+TestRoot::TestRoot() {
     setEnvironment();
     stage();
 }
@@ -66,7 +60,6 @@ TestRoot::~TestRoot() {
         endServers(SIGKILL);
     }
     expectNoSanitizerReports();
-    fs::remove_all(path_);
     for (const auto& variable : oldVariables_) {
         if (variable.second.has_value()) {
             setenv(variable.first.c_str(), variable.second->c_str(), 1);
@@ -77,7 +70,7 @@ TestRoot::~TestRoot() {
 }
 
 std::string TestRoot::installFolder() const {
-    return path_ + kInstallFolder;
+    return path() + kInstallFolder;
 }
 std::string TestRoot::library() const {
     return installFolder() + "Dovrel.bundle";
@@ -92,7 +85,7 @@ std::string TestRoot::serverExecutable() const {
 void TestRoot::stage() const {
     stageBundle(DOVREL_BUNDLE, library());
     stageBundle(MERROWD_APP, server());
-    fs::create_directories(path_ + "/Library/Logs");
+    fs::create_directories(path() + "/Library/Logs");
 }
 
 void TestRoot::setVariable(const std::string& name, const std::optional<std::string>& value) {
@@ -107,24 +100,24 @@ void TestRoot::setVariable(const std::string& name, const std::optional<std::str
 
 void TestRoot::setEnvironment() {
     for (const char* folder : {"/run", "/home", kReports}) {
-        fs::create_directory(path_ + folder);
-        fs::permissions(path_ + folder, fs::perms::owner_all);
+        fs::create_directory(path() + folder);
+        fs::permissions(path() + folder, fs::perms::owner_all);
     }
-    setVariable("POS_SYSTEM_ROOT", path_);
-    setVariable("XDG_RUNTIME_DIR", path_ + "/run");
-    setVariable("HOME", path_ + "/home");
+    setVariable("POS_SYSTEM_ROOT", path());
+    setVariable("XDG_RUNTIME_DIR", path() + "/run");
+    setVariable("HOME", path() + "/home");
     setVariable("LC_ALL", "C.UTF-8");
     setVariable("DISPLAY", std::nullopt);
     // A server has no standard error on which a sanitizer could complain. This process has read its own
     // options already.
-    const std::string reports = "log_path=" + path_ + kReports + "/sanitizer";
+    const std::string reports = "log_path=" + path() + kReports + "/sanitizer";
     for (const char* options : {"ASAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"}) {
         setVariable(options, withOption(options, reports));
     }
 }
 
 void TestRoot::expectNoSanitizerReports() const {
-    for (const fs::directory_entry& report : fs::directory_iterator(path_ + kReports)) {
+    for (const fs::directory_entry& report : fs::directory_iterator(path() + kReports)) {
         ADD_FAILURE() << contentOf(report.path());
     }
 }
@@ -178,7 +171,7 @@ void TestRoot::endServers(int signal) const {
 }
 
 std::string TestRoot::serverLog() const {
-    return contentOf(path_ + kLogFile);
+    return contentOf(path() + kLogFile);
 }
 
 void TestRoot::waitForServerLog(const std::string& text) const {

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/TemporaryFolder.h"
+
 namespace dovrel::test {
 
 class TestRoot {
@@ -23,7 +25,7 @@ class TestRoot {
     /// sanitizer had complaints about one.
     ~TestRoot();
 
-    const std::string& path() const { return path_; }
+    const std::string& path() const { return folder_.path(); }
 
     /// The staged bundles.
     std::string library() const;
@@ -60,7 +62,7 @@ class TestRoot {
     void expectNoSanitizerReports() const;
     std::string installFolder() const;
 
-    std::string path_;
+    TemporaryFolder folder_;
     std::map<std::string, std::optional<std::string>> oldVariables_;
 };
 

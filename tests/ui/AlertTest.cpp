@@ -18,9 +18,6 @@ constexpr char kTexts[] =
     "Library/Application Support/Tessilor/pos/Dovrel.bundle/Contents/Resources/"
     "MultiLanguageTexts.mls";
 
-// How long an alert gets to react before it is used again.
-constexpr int kPatience = 1500;
-
 std::string contentOf(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(file), {});
@@ -74,23 +71,14 @@ void AlertTest::startProgram(const std::vector<std::string>& command) {
     host_ = std::make_unique<ChildProcess>(command, root_.path("log"));
 }
 
-template <typename Use>
-std::string AlertTest::lineAfter(const Use& use) {
-    const std::string window = desktop_.waitForAlert();
-    EXPECT_NE(window, "") << log();
-    for (int attempt = 0; attempt < 20 && !window.empty(); ++attempt) {
-        use(window);
-        if (host_->hasLine(kPatience)) return host_->readLine();
-    }
-    return "";
-}
-
 std::string AlertTest::lineAfterClick(int fromRight) {
-    return lineAfter([&](const std::string& window) { desktop_.clickButton(window, fromRight); });
+    EXPECT_TRUE(desktop_.clickButton(fromRight));
+    return host_->readLine();
 }
 
 std::string AlertTest::lineAfterKey(const std::string& key) {
-    return lineAfter([&](const std::string& window) { desktop_.pressKey(window, key); });
+    EXPECT_TRUE(desktop_.pressKey(key));
+    return host_->readLine();
 }
 
 void AlertTest::takePicture(const std::string& name) {

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/settings/TemporaryFolder.h"
-#include "tests/ui/ChildProcess.h"
-#include "tests/ui/Desktop.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace dovrel::test {
 
@@ -23,7 +23,7 @@ class AlertTest : public testing::Test {
     void start(const std::vector<std::string>& arguments);
     void startProgram(const std::vector<std::string>& command);
 
-    // Uses the alert that is open, or comes, until the host tells its next line, which is returned.
+    // Answers the alert that is open, or comes, and returns the next line that the host tells.
     std::string lineAfterClick(int fromRight);
     std::string lineAfterKey(const std::string& key);
 
@@ -36,10 +36,6 @@ class AlertTest : public testing::Test {
     TemporaryFolder root_;
     Desktop desktop_;
     std::unique_ptr<ChildProcess> host_;
-
-  private:
-    template <typename Use>
-    std::string lineAfter(const Use& use);
 };
 
 }  // namespace dovrel::test

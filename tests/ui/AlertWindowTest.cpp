@@ -76,7 +76,7 @@ TEST_F(AlertWindowTest, AfterTheAnswer_TheWindowIsGone) {
     ASSERT_EQ(host_->readLine(), "waiting");
     host_->writeLine("go");
     EXPECT_EQ(lineAfterClick(0), "answer 12");
-    EXPECT_FALSE(desktop_.hasAlert());
+    EXPECT_TRUE(desktop_.alerts().empty());
 }
 
 // Contents.
@@ -138,7 +138,7 @@ TEST_F(AlertWindowTest, AskedForInATask_IsShownByTheMainThreadAndAnsweredThere) 
     ASSERT_EQ(host_->readLine(), "waiting");
     // Nothing can be seen as long as the main thread does not run its loop.
     EXPECT_FALSE(host_->hasLine(500));
-    EXPECT_FALSE(desktop_.hasAlert());
+    EXPECT_TRUE(desktop_.alerts().empty());
     host_->writeLine("go");
     EXPECT_EQ(lineAfterClick(0), "answer 11");
     EXPECT_EQ(host_->wait(), 0);

@@ -6,8 +6,8 @@
 
 #include <string>
 
-#include "tests/settings/TemporaryFolder.h"
-#include "tests/ui/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace dovrel::test {
 

@@ -6,7 +6,7 @@
 
 #include "settings/MultiLanguageSupport.h"
 #include "tests/client/ScriptedMessageDialog.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace dovrel {
 namespace {

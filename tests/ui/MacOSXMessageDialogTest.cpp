@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace dovrel {
 namespace {

@@ -12,7 +12,7 @@
 
 #include "Held.h"
 #include "VariableChange.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

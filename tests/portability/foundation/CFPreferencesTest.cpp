@@ -7,7 +7,7 @@
 #include "Held.h"
 #include "VariableChange.h"
 #include "foundation/Languages.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "Held.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

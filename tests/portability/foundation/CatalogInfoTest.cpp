@@ -11,8 +11,8 @@
 #include <string>
 
 #include "FileManager.h"
-#include "OrdinaryUser.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/OrdinaryUser.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -18,7 +18,7 @@
 #include "ProbeReport.h"
 #include "VariableChange.h"
 #include "foundation/ProcessTable.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

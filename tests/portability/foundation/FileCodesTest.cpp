@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "FileManager.h"
-#include "OrdinaryUser.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/OrdinaryUser.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include "FileManager.h"
 #include "Waiting.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -17,7 +17,7 @@
 #include "Waiting.h"
 #include "events/EventEndpoint.h"
 #include "foundation/ProcessTable.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "FileManager.h"
 #include "Held.h"
 #include "VariableChange.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 // Only in programs with a sanitizer, which has a heap of its own.
 extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();

@@ -12,7 +12,7 @@
 #include "ProbeReport.h"
 #include "VariableChange.h"
 #include "Waiting.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -17,7 +17,7 @@
 #include "ProbeReport.h"
 #include "VariableChange.h"
 #include "foundation/DetachedProcess.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "Held.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

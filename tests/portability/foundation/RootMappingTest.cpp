@@ -9,7 +9,7 @@
 #include "FileManager.h"
 #include "Held.h"
 #include "VariableChange.h"
-#include "tests/settings/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

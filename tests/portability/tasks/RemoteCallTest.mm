@@ -7,7 +7,7 @@
 
 #include "../events/TemporaryEnvironment.h"
 #include "WaitingThreads.h"
-#include "WindowServer.h"
+#include "tests/support/Screen.h"
 
 extern "C" {
 // The platform exports both in 64-bit programs, too, but declares them only for 32-bit ones.
@@ -102,7 +102,7 @@ TEST_F(RemoteCall, InManyTasks_EachRunsOnceInsideTheEventLoop) {
 }
 
 TEST_F(RemoteCall, InATaskOfAProcessWithWindows_RunsOnTheMainThreadInsideItsRunLoop) {
-    const WindowServer windowServer;
+    const dovrel::test::Screen screen;
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
     const auto giveUp = std::chrono::steady_clock::now() + kLongEnough;
     auto task = inThread([this] { return call(visit); });

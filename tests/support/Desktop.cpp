@@ -1,0 +1,125 @@
+#include "tests/support/Desktop.h"
+
+#include <algorithm>
+#include <sstream>
+#include <stdexcept>
+
+#include "tests/support/WaitUntil.h"
+
+namespace dovrel::test {
+
+namespace {
+
+// Where the window classes put the buttons of an alert: the middle of the last one from the right and lower
+// edge of the window, and the step to the next one.
+constexpr int kFromRight = 44;
+constexpr int kFromBottom = 20;
+constexpr int kStep = 82;
+
+// How often an alert is used, and how often each time is looked whether it has gone.
+constexpr int kUses = 10;
+constexpr int kLooks = 100;
+
+// What the tool answers about the window; "" when it is gone.
+std::string geometryOf(const std::string& window) {
+    return outputOf({"xdotool", "getwindowgeometry", "--shell", window});
+}
+
+int numberAfter(const std::string& name, const std::string& geometry) {
+    const size_t at = geometry.find(name);
+    return at == std::string::npos ? 0 : std::stoi(geometry.substr(at + name.size()));
+}
+
+bool hasKeyboard(const std::string& window) {
+    return outputOf({"xdotool", "getactivewindow"}) == window + '\n';
+}
+
+// The window classes notice what has arrived only when more arrives.
+void movePointer() {
+    outputOf({"xdotool", "mousemove_relative", "--", "1", "0", "mousemove_relative", "--", "-1", "0"});
+}
+
+}  // namespace
+
+// The window manager writes into its user's home.
+Desktop::Desktop() : windowManager_({"env", "HOME=" + home_.path(), "openbox", "--sm-disable"}, "/dev/null") {
+    // Only a window manager tells the number of desktops.
+    if (!waitUntil([] { return !outputOf({"xdotool", "get_num_desktops"}).empty(); })) {
+        throw std::runtime_error("openbox does not start");
+    }
+}
+
+std::vector<std::string> Desktop::alerts() const {
+    std::istringstream lines(outputOf({"xdotool", "search", "--onlyvisible", "--name", "^Alert$"}));
+    std::vector<std::string> windows;
+    for (std::string window; std::getline(lines, window);)
+        windows.push_back(window);
+    return windows;
+}
+
+bool Desktop::isOpen(const std::string& window) const {
+    const std::vector<std::string> open = alerts();
+    return std::find(open.begin(), open.end(), window) != open.end();
+}
+
+std::string Desktop::waitForAlert() {
+    std::string found;
+    std::string lastGeometry;
+    waitUntil([&] {
+        for (const std::string& window : alerts()) {
+            const std::string geometry = geometryOf(window);
+            const bool rests = !geometry.empty() && geometry == lastGeometry;
+            lastGeometry = geometry;
+            if (rests && answered_.count(window) == 0 && hasKeyboard(window)) found = window;
+        }
+        return !found.empty();
+    });
+    return found;
+}
+
+bool Desktop::closes(const std::string& window) const {
+    for (int look = 0; look < kLooks; ++look) {
+        if (!isOpen(window)) return true;
+        movePointer();
+    }
+    return false;
+}
+
+// A press may be lost while a window is still being set up, so it is repeated; never where the window has
+// gone, because another one may be in its place by now.
+template <typename Use>
+bool Desktop::answer(const Use& use) {
+    const std::string window = waitForAlert();
+    if (window.empty()) return false;
+    answered_.insert(window);
+    for (int attempt = 0; attempt < kUses; ++attempt) {
+        use(window);
+        if (closes(window)) return true;
+    }
+    return false;
+}
+
+bool Desktop::clickButton(int fromRight) {
+    return answer([fromRight](const std::string& window) {
+        const std::string geometry = geometryOf(window);
+        outputOf({"xdotool", "mousemove", "--window", window,
+                  std::to_string(numberAfter("WIDTH=", geometry) - kFromRight - kStep * fromRight),
+                  std::to_string(numberAfter("HEIGHT=", geometry) - kFromBottom), "mousedown", "1"});
+        movePointer();
+        outputOf({"xdotool", "mouseup", "1"});
+    });
+}
+
+bool Desktop::pressKey(const std::string& key) {
+    return answer([&key](const std::string& window) {
+        if (hasKeyboard(window)) outputOf({"xdotool", "key", key});
+    });
+}
+
+int Desktop::takePicture(const std::string& path) const {
+    outputOf({"import", "-window", "root", path});
+    const std::string colours = outputOf({"identify", "-format", "%k\n", path});
+    return colours.empty() ? 0 : std::stoi(colours);
+}
+
+}  // namespace dovrel::test

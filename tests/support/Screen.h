@@ -1,0 +1,23 @@
+// A screen in memory, a window server of the test's own, ended with the object.
+#pragma once
+
+#include "tests/support/ChildProcess.h"
+
+namespace dovrel::test {
+
+class Screen {
+  public:
+    /// Returns when the screen can be used. While the object lives, DISPLAY names it.
+    Screen();
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+    ~Screen();
+
+    /// Takes the screen away from under its windows.
+    void end();
+
+  private:
+    ChildProcess server_;
+};
+
+}  // namespace dovrel::test
