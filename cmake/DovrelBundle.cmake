@@ -8,15 +8,17 @@ function(dovrel_bundle_contents target contents)
 
     file(GLOB_RECURSE resources CONFIGURE_DEPENDS RELATIVE "${source}" "${source}/*")
     list(FILTER resources EXCLUDE REGEX "(^|/)\\.[^/]*$|\\.in$")
-    set(copies "")
+    set(folder "${contents}/Resources")
+    set(copies COMMAND "${CMAKE_COMMAND}" -E rm -rf "${folder}")
     foreach(resource IN LISTS resources)
-        set(copy "${contents}/Resources/${resource}")
-        get_filename_component(folder "${copy}" DIRECTORY)
-        add_custom_command(OUTPUT "${copy}"
-            COMMAND "${CMAKE_COMMAND}" -E make_directory "${folder}"
-            COMMAND "${CMAKE_COMMAND}" -E copy_if_different "${source}/${resource}" "${copy}"
-            DEPENDS "${source}/${resource}" VERBATIM)
-        list(APPEND copies "${copy}")
+        get_filename_component(subfolder "${folder}/${resource}" DIRECTORY)
+        list(APPEND copies COMMAND "${CMAKE_COMMAND}" -E make_directory "${subfolder}"
+            COMMAND "${CMAKE_COMMAND}" -E copy "${source}/${resource}" "${folder}/${resource}")
     endforeach()
-    add_custom_target(${target} DEPENDS ${copies})
+    # All at once, so that none stays that is a resource no more.
+    set(stamp "${CMAKE_CURRENT_BINARY_DIR}/${target}.stamp")
+    list(TRANSFORM resources PREPEND "${source}/")
+    add_custom_command(OUTPUT "${stamp}" ${copies} COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
+        DEPENDS ${resources} VERBATIM)
+    add_custom_target(${target} DEPENDS "${stamp}")
 endfunction()

@@ -1,3 +1,5 @@
+// The C library, as Darwin declares it for 32 and 64 bits: what the library and the C++ headers use of it.
+// Only the cross build reads this folder; a Mac has its own headers, Linux has glibc's.
 #pragma once
 #include <stdarg.h>
 #include <stddef.h>
@@ -10,6 +12,17 @@
 #define DARWIN_C_END
 #define DARWIN_RESTRICT restrict
 #endif
+
+// Functions whose behaviour the standard changed have a second name for 32-bit programs; for 64-bit programs
+// there is but the new behaviour, under the plain name.
+#if defined(__LP64__)
+#define DARWIN_UNIX2003(name)
+#define DARWIN_WIDTH(bits32, bits64) bits64
+#else
+#define DARWIN_UNIX2003(name) __asm("_" name "$UNIX2003")
+#define DARWIN_WIDTH(bits32, bits64) bits32
+#endif
+
 typedef signed char __int8_t;
 typedef unsigned char __uint8_t;
 typedef short __int16_t;
@@ -48,8 +61,3 @@ struct timeval {
     time_t tv_sec;
     __int32_t tv_usec;
 };
-#ifdef __LP64__
-#define DARWIN_UNIX2003(n)
-#else
-#define DARWIN_UNIX2003(n) __asm("_" n "$UNIX2003")
-#endif

@@ -2,11 +2,6 @@
 #include <sched.h>
 #include <time.h>
 #include "_base.h"
-#ifdef __LP64__
-#define DARWIN_WIDTH(n32, n64) n64
-#else
-#define DARWIN_WIDTH(n32, n64) n32
-#endif
 struct _opaque_pthread_t;
 typedef struct _opaque_pthread_t* pthread_t;
 typedef unsigned long pthread_key_t;
@@ -68,7 +63,8 @@ int pthread_mutexattr_init(pthread_mutexattr_t*);
 int pthread_mutexattr_settype(pthread_mutexattr_t*, int);
 int pthread_mutexattr_destroy(pthread_mutexattr_t*);
 int pthread_cond_wait(pthread_cond_t*, pthread_mutex_t*) DARWIN_UNIX2003("pthread_cond_wait");
-int pthread_cond_timedwait(pthread_cond_t*, pthread_mutex_t*, const struct timespec*) DARWIN_UNIX2003("pthread_cond_timedwait");
+int pthread_cond_timedwait(pthread_cond_t*, pthread_mutex_t*, const struct timespec*)
+    DARWIN_UNIX2003("pthread_cond_timedwait");
 int pthread_cond_timedwait_relative_np(pthread_cond_t*, pthread_mutex_t*, const struct timespec*);
 int pthread_cond_signal(pthread_cond_t*);
 int pthread_cond_broadcast(pthread_cond_t*);

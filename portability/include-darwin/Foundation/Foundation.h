@@ -1,12 +1,19 @@
+// Foundation, where no other one is at hand: the classes and methods that the library uses, and no others.
 #pragma once
+
 #include <CoreFoundation/CoreFoundation.h>
+
 typedef struct objc_object* id;
-typedef struct objc_selector* SEL;
 typedef struct objc_class* Class;
 typedef signed char BOOL;
 #define YES ((BOOL)1)
 #define NO ((BOOL)0)
+#if defined(__cplusplus)
 #define nil nullptr
+#else
+#define nil ((void*)0)
+#endif
+
 #if defined(__LP64__)
 typedef unsigned long NSUInteger;
 typedef long NSInteger;
@@ -14,46 +21,77 @@ typedef long NSInteger;
 typedef unsigned int NSUInteger;
 typedef int NSInteger;
 #endif
+
+typedef NSUInteger NSStringEncoding;
+enum { NSUTF8StringEncoding = 4 };
+
+@class NSArray, NSData, NSString;
+
 __attribute__((objc_root_class))
 @interface NSObject {
     Class isa;
 }
 + (id)alloc;
 - (id)init;
+- (id)retain;
 - (void)release;
 - (id)autorelease;
-- (id)retain;
-- (id)description;
+- (NSString*)description;
 @end
-@interface NSString : NSObject
-+ (id)stringWithUTF8String:(const char*)s;
-- (NSUInteger)length;
-- (const char*)UTF8String;
-- (NSString*)stringByReplacingOccurrencesOfString:(NSString*)a withString:(NSString*)b;
-@end
+
 @interface NSAutoreleasePool : NSObject
 @end
+
+@interface NSString : NSObject
++ (id)stringWithFormat:(NSString*)format, ... __attribute__((format(__NSString__, 1, 2)));
++ (id)stringWithUTF8String:(const char*)text;
+- (NSUInteger)length;
+- (const char*)UTF8String;
+- (NSString*)stringByReplacingOccurrencesOfString:(NSString*)target withString:(NSString*)replacement;
+- (NSData*)dataUsingEncoding:(NSStringEncoding)encoding;
+@end
+
+@interface NSData : NSObject
++ (id)dataWithContentsOfFile:(NSString*)path;
+- (const void*)bytes;
+- (NSUInteger)length;
+@end
+
 @interface NSArray : NSObject
 @end
+
 @interface NSMutableArray : NSArray
-- (void)addObject:(id)o;
+- (void)addObject:(id)object;
 @end
+
+@interface NSFileManager : NSObject
++ (NSFileManager*)defaultManager;
+- (BOOL)fileExistsAtPath:(NSString*)path;
+@end
+
 @interface NSFileHandle : NSObject
 - (void)closeFile;
 @end
+
 @interface NSPipe : NSObject
 + (id)pipe;
 - (NSFileHandle*)fileHandleForReading;
 - (NSFileHandle*)fileHandleForWriting;
 @end
+
 @interface NSTask : NSObject
-- (void)setLaunchPath:(NSString*)p;
-- (void)setArguments:(NSArray*)a;
-- (void)setStandardOutput:(id)o;
-- (void)setStandardError:(id)e;
+- (void)setLaunchPath:(NSString*)path;
+- (void)setArguments:(NSArray*)arguments;
+- (void)setStandardOutput:(id)pipeOrFileHandle;
+- (void)setStandardError:(id)pipeOrFileHandle;
 - (void)launch;
 - (BOOL)isRunning;
 - (int)terminationStatus;
 @end
-extern "C" void NSLog(NSString* f, ...);
-extern "C" Class NSClassFromString(NSString* f);
+
+CF_EXTERN_C_BEGIN
+
+void NSLog(NSString* format, ...) __attribute__((format(__NSString__, 1, 2)));
+Class NSClassFromString(NSString* className);
+
+CF_EXTERN_C_END

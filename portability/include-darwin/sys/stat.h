@@ -1,10 +1,13 @@
 #pragma once
 #include <sys/types.h>
+
 #define S_IFMT 0170000
 #define S_IFDIR 0040000
 #define S_IFREG 0100000
-#define S_ISDIR(m) (((m)&S_IFMT) == S_IFDIR)
-#define S_ISREG(m) (((m)&S_IFMT) == S_IFREG)
+#define S_ISDIR(mode) (((mode)&S_IFMT) == S_IFDIR)
+#define S_ISREG(mode) (((mode)&S_IFMT) == S_IFREG)
+
+// The record with inode numbers of 64 bits, and the functions that fill it.
 struct stat {
     dev_t st_dev;
     mode_t st_mode;
@@ -13,7 +16,10 @@ struct stat {
     uid_t st_uid;
     gid_t st_gid;
     dev_t st_rdev;
-    struct timespec st_atimespec, st_mtimespec, st_ctimespec, st_birthtimespec;
+    struct timespec st_atimespec;
+    struct timespec st_mtimespec;
+    struct timespec st_ctimespec;
+    struct timespec st_birthtimespec;
     off_t st_size;
     blkcnt_t st_blocks;
     blksize_t st_blksize;
@@ -22,9 +28,14 @@ struct stat {
     __int32_t st_lspare;
     __int64_t st_qspare[2];
 };
+
 DARWIN_C_BEGIN
 int fstat(int, struct stat*) __asm("_fstat$INODE64");
-int stat(const char*, struct stat*) __asm("_stat$INODE64");
 int lstat(const char*, struct stat*) __asm("_lstat$INODE64");
+int stat(const char*, struct stat*) __asm("_stat$INODE64");
 int fchmod(int, mode_t) DARWIN_UNIX2003("fchmod");
 DARWIN_C_END
+
+#if defined(__cplusplus)
+static_assert(sizeof(struct stat) == (sizeof(void*) == 8 ? 144 : 108), "the kernel's record");
+#endif

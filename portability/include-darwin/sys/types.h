@@ -1,5 +1,6 @@
 #pragma once
-#include "../_base.h"
+#include <_base.h>
+
 typedef __int32_t pid_t;
 typedef __uint32_t uid_t;
 typedef __uint32_t gid_t;
