@@ -1,4 +1,4 @@
-# dovrel_test(<target> SOURCES <file>... [DEPENDS <target>...] [TIMEOUT <seconds>] [WINDOWS])
+# dovrel_test(<target> SOURCES <file>... [DEPENDS <target>...] [TIMEOUT <seconds>] [LABEL <label>] [WINDOWS])
 #
 # One GoogleTest program; CTest runs each of its tests in a process of its own, so that they run in parallel and in
 # any order, and has the tools of tests/support. WINDOWS: its tests press buttons in real windows; they run one at a
@@ -19,7 +19,7 @@ file(MAKE_DIRECTORY "${DOVREL_TEST_INCLUDE_ROOT}")
 file(CREATE_LINK "${PROJECT_SOURCE_DIR}/tests" "${DOVREL_TEST_INCLUDE_ROOT}/tests" SYMBOLIC)
 
 function(dovrel_test target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS" "TIMEOUT" "SOURCES;DEPENDS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS" "TIMEOUT;LABEL" "SOURCES;DEPENDS")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
@@ -32,6 +32,8 @@ function(dovrel_test target)
     set(properties TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT})
     if(arg_WINDOWS)
         list(APPEND properties RUN_SERIAL ON LABELS windows)
+    elseif(arg_LABEL)
+        list(APPEND properties LABELS ${arg_LABEL})
     endif()
     gtest_discover_tests(${target} TEST_PREFIX "${target}." DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
 endfunction()

@@ -1,17 +1,10 @@
 #include "tests/support/PosLibrary.h"
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 namespace dovrel::test {
 
-PosLibrary::PosLibrary(const std::string& bundle)
-    : handle_(dlopen((bundle + "/Contents/MacOS/Dovrel").c_str(), RTLD_NOW | RTLD_LOCAL)) {
-    if (handle_ == nullptr) {
-        complete_ = false;
-        ADD_FAILURE() << dlerror();
-        return;
-    }
+PosLibrary::PosLibrary(const std::string& bundle) : image_(bundle + "/Contents/MacOS/Dovrel") {
     find(InitializePOS, "InitializePOS");
     find(TerminatePOS, "TerminatePOS");
     find(posRegisterApplicationWithClasses, "posRegisterApplicationWithClasses");
@@ -27,13 +20,9 @@ PosLibrary::PosLibrary(const std::string& bundle)
     find(posFreeDllHeapData, "posFreeDllHeapData");
 }
 
-PosLibrary::~PosLibrary() {
-    if (handle_ != nullptr) dlclose(handle_);
-}
-
 template <typename Function>
 void PosLibrary::find(Function& function, const char* name) {
-    function = reinterpret_cast<Function>(dlsym(handle_, name));
+    function = reinterpret_cast<Function>(image_.function(name));
     if (function != nullptr) return;
     complete_ = false;
     ADD_FAILURE() << "the bundle has no function " << name;

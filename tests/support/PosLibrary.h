@@ -4,20 +4,19 @@
 #include <string>
 
 #include "dovrel/pos.h"
+#include "tests/support/LibraryImage.h"
 
 namespace dovrel::test {
 
 class PosLibrary {
   public:
-    /// Loads the bundle; fails the test where that or one of the functions is not to be had.
+    /// Loads the bundle, until the end of the object. Throws std::runtime_error where that is not possible;
+    /// fails the test where a function is missing. The session is the test's own business.
     explicit PosLibrary(const std::string& bundle);
-    PosLibrary(const PosLibrary&) = delete;
-    PosLibrary& operator=(const PosLibrary&) = delete;
-
-    /// Gives the bundle up. The session is the test's own business.
-    ~PosLibrary();
-
     bool isComplete() const { return complete_; }
+
+    /// The code behind the functions.
+    const LibraryImage& image() const { return image_; }
 
     decltype(&::InitializePOS) InitializePOS = nullptr;
     decltype(&::TerminatePOS) TerminatePOS = nullptr;
@@ -37,7 +36,7 @@ class PosLibrary {
     template <typename Function>
     void find(Function& function, const char* name);
 
-    void* handle_ = nullptr;
+    LibraryImage image_;
     bool complete_ = true;
 };
 

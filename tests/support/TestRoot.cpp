@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 
 #include "tests/support/WaitUntil.h"
 
@@ -23,6 +24,8 @@ constexpr char kReports[] = "/reports";
 
 // As fast as a link where files can have several names, a copy elsewhere.
 void stageBundle(const fs::path& from, const fs::path& to) {
+    if (!fs::exists(from))
+        throw std::runtime_error(from.string() + " is not there; it has to be built first");
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(from)) {
         const fs::path target = to / fs::relative(entry.path(), from);
         if (entry.is_directory()) continue;

@@ -1,0 +1,11 @@
+// std::mutex of an image: its layout is that of macOS.
+#pragma once
+
+namespace dovrel::macho {
+
+void platformMutexLock(void* mutex);
+bool platformMutexTryLock(void* mutex);
+void platformMutexUnlock(void* mutex);
+void platformMutexDestroy(void* mutex);
+
+}  // namespace dovrel::macho

@@ -1,0 +1,53 @@
+// Imports from libc++.
+#include "tests/macho/imports/StandardLibrary.h"
+
+#include <dlfcn.h>
+
+#include <fstream>
+
+#include "tests/macho/format/ByteReader.h"
+#include "tests/macho/imports/CharacterTypes.h"
+#include "tests/macho/imports/MutexCalls.h"
+#include "tests/macho/imports/ReviewedLibraries.h"
+#include "tests/macho/imports/StreamPositions.h"
+
+namespace dovrel::macho {
+
+namespace {
+
+constexpr char kLibrary[] = "/usr/lib/libc++.1.dylib";
+
+// Its own symbols come first for it: exceptions and memory of this program's C++ library have the same names.
+void* standardLibrary() {
+    static void* const library = dlopen("libc++.so.1", RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND);
+    if (library == nullptr) throw FormatError(dlerror());
+    return library;
+}
+
+}  // namespace
+
+void* standardLibrarySymbol(const std::string& name) {
+    void* const symbol = dlsym(standardLibrary(), name.c_str());
+    if (symbol == nullptr) throw FormatError("libc++ has no " + name);
+    return symbol;
+}
+
+void addStandardLibrary(ImportTable& table) {
+    table.add(kLibrary, "__ZNSt3__15mutex4lockEv", &platformMutexLock);
+    table.add(kLibrary, "__ZNSt3__15mutex8try_lockEv", &platformMutexTryLock);
+    table.add(kLibrary, "__ZNSt3__15mutex6unlockEv", &platformMutexUnlock);
+    table.add(kLibrary, "__ZNSt3__15mutexD1Ev", &platformMutexDestroy);
+    table.add(kLibrary, "__ZNKSt3__16locale9use_facetERNS0_2idE", &platformFacet);
+    table.add(kLibrary, "__ZNSt3__113basic_istreamIcNS_11char_traitsIcEEE5tellgEv", &platformTellg);
+    table.add(kLibrary, "__ZNSt3__113basic_istreamIcNS_11char_traitsIcEEE5seekgExNS_8ios_base7seekdirE",
+              &platformSeekg);
+
+    std::ifstream list(MACHO_STANDARD_LIBRARY_IMPORTS);
+    if (!list) throw FormatError("the list of imports from libc++ cannot be read");
+    for (std::string line; std::getline(list, line);) {
+        if (line.empty() || line.front() == '#') continue;
+        table.add(kLibrary, line, standardLibrarySymbol(line.substr(1)));
+    }
+}
+
+}  // namespace dovrel::macho

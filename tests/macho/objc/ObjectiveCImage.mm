@@ -1,0 +1,38 @@
+#include "tests/macho/objc/ObjectiveCImage.h"
+
+#include <objc/runtime.h>
+
+#include "tests/macho/objc/ConstantStrings.h"
+#include "tests/macho/objc/ObjectiveCClasses.h"
+#include "tests/macho/objc/PointerSection.h"
+
+namespace dovrel::macho {
+
+namespace {
+
+// The image has names where the runtime has selectors.
+void registerSelectors(const MachOFile& file, MappedImage& image) {
+    for (const uint64_t place : pointerPlaces(file, "__objc_selrefs")) {
+        const char* const name = reinterpret_cast<const char*>(image.word(place));
+        image.setWord(place, reinterpret_cast<uintptr_t>(sel_registerName(name)));
+    }
+}
+
+void referToClasses(const MachOFile& file, MappedImage& image, const ClassMap& classes) {
+    for (const char* section : {"__objc_classrefs", "__objc_superrefs"}) {
+        for (const uint64_t place : pointerPlaces(file, section)) {
+            const auto own = classes.find(image.word(place));
+            if (own != classes.end()) image.setWord(place, reinterpret_cast<uintptr_t>(own->second));
+        }
+    }
+}
+
+}  // namespace
+
+void prepareObjectiveC(const MachOFile& file, MappedImage& image) {
+    registerSelectors(file, image);
+    referToClasses(file, image, registerClasses(file, image));
+    convertConstantStrings(file, image);
+}
+
+}  // namespace dovrel::macho
