@@ -1,7 +1,6 @@
 #include "platform/FileUtilities.h"
 
 #include <CoreServices/CoreServices.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -11,7 +10,9 @@
 
 #include "client/exceptions/CPPException.h"
 #include "platform/CFObject.h"
+#include "platform/FileReplacement.h"
 #include "platform/FileURL.h"
+#include "platform/OpenFile.h"
 
 namespace dovrel {
 
@@ -19,19 +20,9 @@ namespace {
 
 constexpr UInt16 kAllPermissions = 0777;
 
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
-bool isFolder(std::FILE* file) {
-    struct stat status;
-    return fstat(fileno(file), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
 bool isFolder(const char* path) {
-    const File file(std::fopen(path, "rb"));
-    return file && isFolder(file.get());
+    const OpenFile file(std::fopen(path, "rb"));
+    return file && dovrel::isFolder(file.get());
 }
 
 // -1 for what has no end that could be sought.
@@ -50,13 +41,6 @@ std::string withLineFeedsOnly(const std::string& text) {
         result += isReturn ? '\n' : text[i];
     }
     return result;
-}
-
-bool writeAndClose(const std::string& path, const std::string& text) {
-    File file(std::fopen(path.c_str(), "w+b"));
-    if (!file) return false;
-    const bool isComplete = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
-    return std::fclose(file.release()) == 0 && isComplete;
 }
 
 // The path for use inside the single quotes of a shell: a quote in it closes them, stands for itself, and
@@ -117,9 +101,10 @@ std::vector<UniChar> fileManagerName(const std::string& utf8) {
 }  // namespace
 
 std::string readWholeFile(const std::string& path, bool normaliseLineEnds) {
-    const File file(std::fopen(path.c_str(), "rb"));
-    const long length = file && !isFolder(file.get()) ? lengthOf(file.get()) : -1;
-    if (length < 0) throw new CPPException(("Could not open file for reading: " + path).c_str());
+    const OpenFile file = openForReading(path);
+    // What has no end that could be sought cannot be read as a whole.
+    const long length = lengthOf(file.get());
+    if (length < 0) throw newOpeningFailure(path);
 
     std::string text(static_cast<size_t>(length), '\0');
     text.resize(std::fread(text.data(), 1, text.size(), file.get()));
@@ -129,7 +114,7 @@ std::string readWholeFile(const std::string& path, bool normaliseLineEnds) {
 
 bool writeWholeFile(const std::string& path, const std::string& text) {
     try {
-        if (!writeAndClose(path, text)) return false;
+        if (!replaceFileContent(path, text)) return false;
         grantAllPermissions(path);
         return true;
     } catch (CPPException* caught) {
@@ -164,7 +149,7 @@ bool deleteFileObject(const std::string& path) {
 }
 
 bool fileExists(const std::string& path) {
-    return File(std::fopen(path.c_str(), "rb")) != nullptr;
+    return OpenFile(std::fopen(path.c_str(), "rb")) != nullptr;
 }
 
 bool pathExists(const std::string& path) {

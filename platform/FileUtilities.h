@@ -18,7 +18,8 @@ namespace dovrel {
 /// when there is no such file or it is a folder.
 std::string readWholeFile(const std::string& path, bool normaliseLineEnds);
 
-/// Creates the file or replaces its content by all bytes of `text`. False when not everything arrived.
+/// Creates the file or replaces its content by all bytes of `text`. False when not everything arrived; a file
+/// that was there then keeps its old content where FileReplacement.h promises it.
 bool writeWholeFile(const std::string& path, const std::string& text);
 
 /// Copies a file by a shell command; an existing destination is replaced, unless `onlyIfMissing` is set and

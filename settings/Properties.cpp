@@ -211,10 +211,8 @@ bool Properties::addParsed(std::string_view key, PropertyType type, std::string_
     return false;
 }
 
-Properties::File Properties::openForReading(const std::string& path) {
-    File file(std::fopen(path.c_str(), "rb"));
-    if (file == nullptr) throw new CPPException(("Could not open file for reading: " + path).c_str());
-    return file;
+OpenFile Properties::openForReading(const std::string& path) {
+    return dovrel::openForReading(path);
 }
 
 void Properties::add(std::string_view key, const PropertyValue& value) {

@@ -7,12 +7,12 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <set>
 #include <string>
 #include <string_view>
 
+#include "platform/OpenFile.h"
 #include "settings/PropertiesStringObj.h"
 #include "settings/PropertyEntry.h"
 #include "settings/PropertyValue.h"
@@ -91,13 +91,8 @@ class Properties {
     /// word. False, and nothing entered, for an unknown type.
     bool addParsed(std::string_view key, PropertyType type, std::string_view value);
 
-    struct FileCloser {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-    using File = std::unique_ptr<std::FILE, FileCloser>;
-
     /// The file opened with mode "rb"; never null. Throws a CPPException that names the path when that fails.
-    static File openForReading(const std::string& path);
+    static OpenFile openForReading(const std::string& path);
 
   private:
     using Entries = std::set<PropertyEntry, PropertyEntry::KeyOrder>;

@@ -9,11 +9,14 @@
 #include <string>
 
 #include "tests/platform/Failures.h"
+#include "tests/platform/FileUtilitiesFixture.h"
 #include "tests/platform/ScratchFolder.h"
 #include "tests/support/OrdinaryUser.h"
 
 namespace dovrel {
 namespace {
+
+class FileUtilities : public test::FileUtilitiesFixture {};
 
 using std::string_literals::operator""s;
 using test::ScratchFolder;
@@ -21,34 +24,6 @@ using test::ScratchFolder;
 // One name in the two encodings in which paths are read.
 constexpr char kMacRomanName[] = "caf\x8E.txt";
 constexpr char kUtf8Name[] = "caf\xC3\xA9.txt";
-
-size_t openDescriptors() {
-    const std::filesystem::directory_iterator all("/proc/self/fd");
-    return static_cast<size_t>(std::distance(begin(all), end(all)));
-}
-
-// Every test also shows that no file stays open.
-class FileUtilities : public testing::Test {
-  protected:
-    FileUtilities() {
-        fileExists(folder_.path());  // whatever is opened once for good is open now
-        pathExists(folder_.path());
-        openBefore_ = openDescriptors();
-        previousMask_ = umask(077);
-    }
-    ~FileUtilities() override { umask(previousMask_); }
-    void TearDown() override { EXPECT_EQ(openDescriptors(), openBefore_); }
-
-    std::string readBack(const std::string& content, bool normaliseLineEnds) {
-        return readWholeFile(folder_.write("file", content), normaliseLineEnds);
-    }
-
-    ScratchFolder folder_;
-
-  private:
-    size_t openBefore_;
-    mode_t previousMask_;
-};
 
 TEST_F(FileUtilities, ReadWholeFile_WithANulByte_ReturnsTheTextBeforeIt) {
     EXPECT_EQ(readBack("before\0after"s, false), "before");
@@ -275,70 +250,6 @@ TEST_F(FileUtilities, PathExists_IsTrueForFilesAndFolders) {
     EXPECT_TRUE(pathExists(folder_.path()));
     EXPECT_TRUE(pathExists(folder_.path() + "/"));
     EXPECT_FALSE(pathExists(""));
-}
-
-TEST_F(FileUtilities, CreateFolder_MakesTheLastComponentForAllUsers) {
-    EXPECT_TRUE(createFolder(folder_.path("new")));
-    EXPECT_TRUE(std::filesystem::is_directory(folder_.path("new")));
-    EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("new")), 0777u);
-}
-
-TEST_F(FileUtilities, CreateFolder_WithASlashAtTheEnd_MakesTheSameFolder) {
-    EXPECT_TRUE(createFolder(folder_.path("new//")));
-    EXPECT_TRUE(std::filesystem::is_directory(folder_.path("new")));
-}
-
-TEST_F(FileUtilities, CreateFolder_ThatExists_CountsAsCreatedAndIsLeftAsItIs) {
-    ASSERT_TRUE(std::filesystem::create_directory(folder_.path("old")));
-    EXPECT_TRUE(createFolder(folder_.path("old")));
-    EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("old")), 0700u);
-}
-
-TEST_F(FileUtilities, CreateFolder_InAMissingFolder_IsFalse) {
-    EXPECT_FALSE(createFolder(folder_.path("missing/new")));
-    EXPECT_FALSE(createFolder(""));
-    EXPECT_FALSE(createFolder("/"));
-}
-
-TEST_F(FileUtilities, CreateFolder_InAFile_IsFalse) {
-    EXPECT_FALSE(createFolder(folder_.write("file", "") + "/new"));
-}
-
-TEST_F(FileUtilities, CreateFolder_TakesAUtf8Path) {
-    const std::string path = folder_.path("d\xC3\xA9j\xC3\xA0 vu");
-    EXPECT_TRUE(createFolder(path));
-    EXPECT_TRUE(createFolder(path + "/inner")) << "also in the folder before the last component";
-    EXPECT_EQ(ScratchFolder::permissionsOf(path + "/inner"), 0777u);
-    EXPECT_FALSE(createFolder(folder_.path("d\x8Ej\x88 vu"))) << "Mac Roman bytes are no UTF-8";
-}
-
-TEST_F(FileUtilities, CreateFolder_WithAColonInItsName_MakesThatName) {
-    EXPECT_TRUE(createFolder(folder_.path("a:b")));
-    EXPECT_TRUE(std::filesystem::is_directory(folder_.path("a:b")));
-}
-
-TEST_F(FileUtilities, CreateFolder_WithARelativePath_StartsAtTheCurrentFolder) {
-    std::filesystem::current_path(folder_.path());
-    EXPECT_TRUE(createFolder("new"));
-    EXPECT_TRUE(createFolder("new/inner"));
-    EXPECT_TRUE(std::filesystem::is_directory(folder_.path("new/inner")));
-}
-
-TEST_F(FileUtilities, GrantAllPermissions_TakesNoneAway) {
-    const std::string path = folder_.write("file", "");
-    ScratchFolder::setPermissions(path, 04750);
-    EXPECT_TRUE(grantAllPermissions(path));
-    EXPECT_EQ(ScratchFolder::permissionsOf(path), 04777u);
-}
-
-TEST_F(FileUtilities, GrantAllPermissions_OfAMissingFile_IsTrueAndMakesNothing) {
-    EXPECT_TRUE(grantAllPermissions(folder_.path("missing")));
-    EXPECT_FALSE(std::filesystem::exists(folder_.path("missing")));
-}
-
-TEST_F(FileUtilities, GrantAllPermissions_ThatCannotBeWritten_IsFalse) {
-    EXPECT_TRUE(holdsForOrdinaryUser([] { return !grantAllPermissions("/"); }))
-        << "only its owner may change it";
 }
 
 }  // namespace

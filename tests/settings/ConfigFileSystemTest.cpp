@@ -1,15 +1,14 @@
 #include "settings/ConfigFileSystem.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <filesystem>
 #include <string>
 
 #include "settings/EncipheredText.h"
 #include "tests/settings/Failures.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
 
 using namespace std::string_literals;
@@ -182,34 +181,28 @@ TEST(ConfigFileSystem, Writers_FileThatCannotBeOpened_AnswerFalse) {
     EXPECT_FALSE(ConfigFileSystem::writeProperties(folder.path(), Properties()));
 }
 
-// While it lives, files cannot grow beyond a size, as on a disk that is full.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t bytes) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &oldLimit_);
-        rlimit limit = oldLimit_;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &oldLimit_);
-        std::signal(SIGXFSZ, oldHandler_);
-    }
-
-  private:
-    void (*oldHandler_)(int);
-    rlimit oldLimit_{};
-};
-
 TEST(ConfigFileSystem, Writers_NoRoomForTheWholeText_AnswerFalse) {
     const TemporaryFolder folder;
     Properties store;
     store.addString("a", std::string(100'000, 'x'));
-    const FileSizeLimit limit(50'000);
+    const test::FileSizeLimit limit(50'000);
     EXPECT_FALSE(ConfigFileSystem::writeProperties(folder.path("plain"), store));
     EXPECT_FALSE(ConfigFileSystem::writeEnciphered(folder.path("enciphered"), std::string(100'000, 'x')));
+}
+
+TEST(ConfigFileSystem, Writers_NoRoomForTheWholeText_LeaveAGoodFileAsItWas) {
+    const TemporaryFolder folder;
+    folder.write("plain", "//a\nINT:1\n");
+    folder.write("enciphered", "//b\nINT:2\n");
+    Properties store;
+    store.addString("a", std::string(100'000, 'x'));
+    {
+        const test::FileSizeLimit limit(50'000);
+        EXPECT_FALSE(ConfigFileSystem::writeProperties(folder.path("plain"), store));
+        EXPECT_FALSE(ConfigFileSystem::writeEnciphered(folder.path("enciphered"), std::string(100'000, 'x')));
+    }
+    EXPECT_EQ(folder.read("plain"), "//a\nINT:1\n");
+    EXPECT_EQ(folder.read("enciphered"), "//b\nINT:2\n");
 }
 
 TEST(ConfigFileSystem, WriteEnciphered_HidesTheTextAndReadsBackEqual) {

@@ -250,7 +250,7 @@ TEST(Properties, KeyDigest_SumBeyond32Bits_Wraps) {
 TEST(Properties, OpenForReading_FileThatIsThere_CanBeRead) {
     const test::TemporaryFolder folder;
     folder.write("file", "A\r\nB");
-    const Properties::File file = Properties::openForReading(folder.path("file"));
+    const OpenFile file = Properties::openForReading(folder.path("file"));
     char content[8] = {};
     EXPECT_EQ(std::fread(content, 1, sizeof content, file.get()), 4u);
     EXPECT_EQ(std::string(content), "A\r\nB");
