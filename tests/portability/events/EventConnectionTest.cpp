@@ -39,6 +39,10 @@ class Peer {
 
   private:
     void run() {
+        // A test's signals are for the sender that waits, not for the peer.
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_BLOCK, &all, nullptr);
         for (const Play& play : plays_) {
             const FileDescriptor connection(
                 accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
