@@ -1,8 +1,7 @@
-# dovrel_test(<target> SOURCES <file>... [DEPENDS <target>...] [TIMEOUT <seconds>] [LABEL <label>] [WINDOWS])
+# dovrel_test(<target> SOURCES <file>... [DEPENDS <target>...] [TIMEOUT <seconds>] [LABEL <label>])
 #
 # One GoogleTest program; CTest runs each of its tests in a process of its own, so that they run in parallel and in
-# any order, and has the tools of tests/support. WINDOWS: its tests press buttons in real windows; they run one at a
-# time and have the label "windows".
+# any order, and has the tools of tests/support. The label "windows" is that of tests that press buttons in real windows.
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
@@ -19,7 +18,7 @@ file(MAKE_DIRECTORY "${DOVREL_TEST_INCLUDE_ROOT}")
 file(CREATE_LINK "${PROJECT_SOURCE_DIR}/tests" "${DOVREL_TEST_INCLUDE_ROOT}/tests" SYMBOLIC)
 
 function(dovrel_test target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS" "TIMEOUT;LABEL" "SOURCES;DEPENDS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT;LABEL" "SOURCES;DEPENDS")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
@@ -30,9 +29,7 @@ function(dovrel_test target)
     set_source_files_properties(${arg_SOURCES} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     # What may take longest starts first, so that nothing is left to wait for at the end.
     set(properties TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT})
-    if(arg_WINDOWS)
-        list(APPEND properties RUN_SERIAL ON LABELS windows)
-    elseif(arg_LABEL)
+    if(arg_LABEL)
         list(APPEND properties LABELS ${arg_LABEL})
     endif()
     gtest_discover_tests(${target} TEST_PREFIX "${target}." DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})

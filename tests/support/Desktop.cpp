@@ -1,6 +1,7 @@
 #include "tests/support/Desktop.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <sstream>
 #include <stdexcept>
 
@@ -19,6 +20,9 @@ constexpr int kStep = 82;
 // How often an alert is used, and how often each time is looked whether it has gone.
 constexpr int kUses = 10;
 constexpr int kLooks = 100;
+
+// An empty window has a colour or two, an alert with its text has many.
+constexpr int kColoursOfNothing = 20;
 
 // What the tool answers about the window; "" when it is gone.
 std::string geometryOf(const std::string& window) {
@@ -54,6 +58,7 @@ std::vector<std::string> Desktop::alerts() const {
     std::vector<std::string> windows;
     for (std::string window; std::getline(lines, window);)
         windows.push_back(window);
+    mostAlerts_ = std::max(mostAlerts_, windows.size());
     return windows;
 }
 
@@ -70,7 +75,7 @@ std::string Desktop::waitForAlert() {
             const std::string geometry = geometryOf(window);
             const bool rests = !geometry.empty() && geometry == lastGeometry;
             lastGeometry = geometry;
-            if (rests && answered_.count(window) == 0 && hasKeyboard(window)) found = window;
+            if (rests && hasKeyboard(window)) found = window;
         }
         return !found.empty();
     });
@@ -91,7 +96,6 @@ template <typename Use>
 bool Desktop::answer(const Use& use) {
     const std::string window = waitForAlert();
     if (window.empty()) return false;
-    answered_.insert(window);
     for (int attempt = 0; attempt < kUses; ++attempt) {
         use(window);
         if (closes(window)) return true;
@@ -116,10 +120,24 @@ bool Desktop::pressKey(const std::string& key) {
     });
 }
 
-int Desktop::takePicture(const std::string& path) const {
-    outputOf({"import", "-window", "root", path});
-    const std::string colours = outputOf({"identify", "-format", "%k\n", path});
-    return colours.empty() ? 0 : std::stoi(colours);
+bool Desktop::takePicture(const std::string& name) {
+    const std::string geometry = geometryOf(waitForAlert());
+    const auto number = [&geometry](const char* value) {
+        return std::to_string(numberAfter(value, geometry));
+    };
+    const std::string inside =
+        number("WIDTH=") + "x" + number("HEIGHT=") + "+" + number("X=") + "+" + number("Y=");
+    std::filesystem::create_directories(DOVREL_PICTURES);
+    const std::string path = DOVREL_PICTURES "/" + name + ".png";
+    std::string last;
+    return waitUntil([&] {
+        outputOf({"import", "-window", "root", path});
+        const std::string content =
+            outputOf({"convert", path, "-crop", inside, "-format", "%k %#\n", "info:"});
+        const bool rests = !content.empty() && content == last;
+        last = content;
+        return rests && std::stoi(content) > kColoursOfNothing;
+    });
 }
 
 }  // namespace dovrel::test

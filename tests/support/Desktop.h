@@ -1,7 +1,6 @@
 // A screen with a window manager, and a hand that uses mouse and keyboard on the alerts there.
 #pragma once
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -16,8 +15,8 @@ class Desktop {
     /// Returns when the window manager works. While the object lives, DISPLAY names the screen.
     Desktop();
 
-    /// Waits until an alert that has not been answered yet is open, has the keyboard and does not move any
-    /// more; answers its window, "" when none comes within half a minute.
+    /// Waits until an alert is open, has the keyboard and does not move any more; answers its window, "" when
+    /// none comes within half a minute.
     std::string waitForAlert();
 
     /// The windows of the alerts that are open now.
@@ -28,8 +27,13 @@ class Desktop {
     bool clickButton(int fromRight);
     bool pressKey(const std::string& key);
 
-    /// Takes a picture of the whole screen; the number of different colours in it.
-    int takePicture(const std::string& path) const;
+    /// The greatest number of alerts that have been seen at one time.
+    size_t mostAlerts() const { return mostAlerts_; }
+
+    /// Waits for an alert and takes a picture of the screen for people to look at, pictures/NAME.png in the
+    /// build folder, once there is something in the alert that does not change any more. False when that does
+    /// not happen.
+    bool takePicture(const std::string& name);
 
     /// Takes the screen away from under its windows.
     void end() { screen_.end(); }
@@ -43,7 +47,7 @@ class Desktop {
     TemporaryFolder home_;
     Screen screen_;
     ChildProcess windowManager_;
-    std::set<std::string> answered_;
+    mutable size_t mostAlerts_ = 0;
 };
 
 }  // namespace dovrel::test

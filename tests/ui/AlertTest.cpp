@@ -81,11 +81,4 @@ std::string AlertTest::lineAfterKey(const std::string& key) {
     return host_->readLine();
 }
 
-void AlertTest::takePicture(const std::string& name) {
-    std::filesystem::create_directories(DOVREL_PICTURES);
-    // An empty screen has a colour or two, an alert with its text has many.
-    const std::string path = DOVREL_PICTURES "/" + name + ".png";
-    EXPECT_TRUE(waitUntil([&] { return desktop_.takePicture(path) > 20; }));
-}
-
 }  // namespace dovrel::test

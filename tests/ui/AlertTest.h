@@ -30,9 +30,6 @@ class AlertTest : public testing::Test {
     /// The system log of the host so far.
     std::string log() const { return root_.read("log"); }
 
-    /// Takes a picture for people to look at; fails the test when nothing is to be seen.
-    void takePicture(const std::string& name);
-
     TemporaryFolder root_;
     Desktop desktop_;
     std::unique_ptr<ChildProcess> host_;

@@ -86,7 +86,7 @@ TEST_F(AlertWindowTest, TitleAndBody_AreShownAsGivenAndLinesAreBroken) {
     EXPECT_TRUE(contains(content, "text A failure")) << testing::PrintToString(content);
     EXPECT_TRUE(contains(content, "text One line|and another||100 % of \"it\""))
         << testing::PrintToString(content);
-    takePicture("alert-ok");
+    EXPECT_TRUE(desktop_.takePicture("alert-ok"));
     EXPECT_EQ(lineAfterClick(0), "answer 12");
 }
 
@@ -95,7 +95,7 @@ TEST_F(AlertWindowTest, SystemEncoding_IsMacRoman) {
     EXPECT_TRUE(contains(content, "text \u00e4\u00f6\u00fc")) << testing::PrintToString(content);
     EXPECT_TRUE(contains(content, "text \u201cquoted\u201d \u2013 \u00df"))
         << testing::PrintToString(content);
-    takePicture("alert-encoding");
+    EXPECT_TRUE(desktop_.takePicture("alert-encoding"));
     EXPECT_EQ(lineAfterClick(0), "answer 12");
 }
 
@@ -104,7 +104,7 @@ TEST_F(AlertWindowTest, Captions_ComeFromTheTexts) {
     EXPECT_EQ(buttonsIn(contentOf({"inspect", "1", "T", "B"})),
               (std::vector<std::string>{"Fine", "Never mind"}));
     const auto retry = contentOf({"inspect", "2", "T", "B"});
-    takePicture("alert-retry-cancel");
+    EXPECT_TRUE(desktop_.takePicture("alert-retry-cancel"));
     EXPECT_EQ(buttonsIn(retry), (std::vector<std::string>{"Never mind", "Once more"}));
     EXPECT_EQ(buttonsIn(contentOf({"inspect", "3", "T", "B"})),
               (std::vector<std::string>{"Never mind", "Once more"}));
