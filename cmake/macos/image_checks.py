@@ -121,13 +121,16 @@ def segments(image, *_):
             yield f"{segment.name} can be written and executed"
 
 
+def _disassembly(image, executable, section):
+    command = ["llvm-objdump-14", "--macho", f"--arch={image.architecture}", "--disassemble", "--no-symbolic-operands"]
+    command += ["--no-show-raw-insn", f"--section=__TEXT,{section.name}", executable]
+    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
+
+
 def branches(image, executable, _):
     """Linkers that handle i386 have been seen to send calls into the data, or through addresses that nothing adjusts."""
-    listing = subprocess.run(
-        ["llvm-objdump-14", "--macho", f"--arch={image.architecture}", "--no-symbolic-operands", "--no-show-raw-insn"]
-        + ["--disassemble", "--section=__TEXT,__text", executable],
-        capture_output=True, text=True, check=True).stdout
     code = [section for section in map(image.section, ("__text", "__stubs")) if section]
+    listing = "".join(_disassembly(image, executable, section) for section in code)
     found = 0
     pattern = r"^\s*([0-9a-f]+):?\s+(?:call|j)[a-z]*\s+(\*?)(0x[0-9a-f]+|\d+)\s*(?:##.*)?$"
     for match in re.finditer(pattern, listing, re.MULTILINE):

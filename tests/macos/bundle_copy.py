@@ -1,0 +1,117 @@
+"""Copies of the built bundle that a test may break, and slices linked anew with something added."""
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+SOURCES = Path(__file__).resolve().parents[2]
+BUILD = Path(os.environ["DOVREL_BINARY_DIR"])
+TOOLS = SOURCES / "cmake/macos"
+sys.path.insert(0, str(TOOLS))
+
+import macho  # noqa: E402
+
+TABLE = TOOLS / "imports.txt"
+EXPORTS = SOURCES / "client/exports.txt"
+MINIMUM = "10.7"
+
+# Sources to link in: what no optimiser leaves out, and a call of another library's function.
+KEPT = '__attribute__((used, visibility("default")))'
+CALL = f"extern int {{0}}(); {KEPT} int (*posCalled)() = {{0}};"
+
+
+def run(*command):
+    """Runs a command that has to succeed; its output is shown if it does not."""
+    result = subprocess.run(command, capture_output=True, text=True)
+    if result.returncode:
+        raise AssertionError(f"{command[0]}: {result.stdout}{result.stderr}")
+    return result.stdout
+
+
+class BundleCopyTest(unittest.TestCase):
+    """A test with a copy of the bundle in a folder of its own."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.bundle = self.folder / "Dovrel.bundle"
+        shutil.copytree(BUILD / "Dovrel.bundle", self.bundle)
+        self.executable = self.bundle / "Contents/MacOS/Dovrel"
+        self.property_list = self.bundle / "Contents/Info.plist"
+
+    def check(self):
+        """(exit status, failed checks: what is wrong by the check's name) of the checker on the copy."""
+        result = subprocess.run([SOURCES / "scripts/check-bundle", self.bundle], capture_output=True, text=True)
+        self.assertEqual(result.stderr, "")
+        failed = re.findall(r"^FAIL (.*?: .*?): (.*)$", result.stdout, re.MULTILINE)
+        self.assertEqual(len(failed), result.stdout.count("FAIL"), result.stdout)
+        return result.returncode, dict(failed)
+
+    def assert_fails(self, expected):
+        """The checker fails with these checks and no others; each value stands in what its line says."""
+        status, failed = self.check()
+        self.assertEqual(sorted(failed), sorted(expected))
+        self.assertEqual(status, 1)
+        for name, problem in expected.items():
+            self.assertIn(problem, failed[name])
+
+    def images(self):
+        return macho.images(self.executable.read_bytes())
+
+    def replace_in_slice(self, architecture, position, content):
+        """Overwrites bytes of one slice, counted from its beginning."""
+        data = bytearray(self.executable.read_bytes())
+        start = data.index(self.images()[architecture].data) + position
+        data[start : start + len(content)] = content
+        self.executable.write_bytes(data)
+
+    def replace_text(self, path, old, new):
+        """Replaces a text that stands in the file just once."""
+        text = path.read_text()
+        self.assertEqual(text.count(old), 1, old)
+        path.write_text(text.replace(old, new))
+
+    def objects(self, architecture):
+        """What the slice of the build was linked from."""
+        if architecture == "i386":
+            return [BUILD / "cmake/macos/i386/Dovrel.o"]
+        return (BUILD / "cmake/macos/x86_64/objects.txt").read_text().split()
+
+    def changed_table(self, old, new):
+        """A copy of the table of imports with a text replaced in it."""
+        table = self.folder / "imports.txt"
+        shutil.copy(TABLE, table)
+        self.replace_text(table, old, new)
+        return table
+
+    def relink(self, architecture, code="", options=(), table=TABLE, known=MINIMUM, minimum=MINIMUM, exports=(),
+               in_order=True):
+        """Links one slice of the copy anew: with a source in C, with options of the linker, from another table, with stubs
+        that know what macOS `known` has, for the system `minimum`, exporting further functions."""
+        added = self.folder / "added.c"
+        added.write_text(code)
+        stubs, output, listed = self.folder / f"stubs.{architecture}", self.folder / architecture, self.folder / "exports"
+        listed.write_text("\n".join([EXPORTS.read_text(), *exports]))
+        run("clang-14", "-target", f"{architecture}-apple-macosx{MINIMUM}", "-O1", "-c", added, "-o", f"{added}.o")
+        if architecture == "i386":
+            run("llvm-objcopy-14", "--remove-section", "__LD,__compact_unwind", f"{added}.o")
+        run(TOOLS / "make-stubs", "--table", table, architecture, known, stubs)
+        run(TOOLS / "link-slice", "--table", table, architecture, minimum, stubs, listed, output,
+            *self.objects(architecture), f"{added}.o", *options)
+        if architecture == "i386" and in_order:
+            run(TOOLS / "i386-order-segments", output)
+        self.join({architecture: output})
+
+    def join(self, slices):
+        """Makes the executable of these slices, and of those that it has already."""
+        paths = []
+        for architecture, image in self.images().items():
+            paths.append(slices.get(architecture, self.folder / f"{architecture}.old"))
+            if architecture not in slices:
+                paths[-1].write_bytes(image.data)
+        run("llvm-lipo-14", "-create", *paths, "-output", self.executable)

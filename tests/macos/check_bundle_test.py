@@ -1,0 +1,217 @@
+"""scripts/check-bundle on bundles that are broken on purpose: each fails the checks that are there for it, and no others."""
+import shutil
+import struct
+
+from bundle_copy import BUILD, CALL, KEPT, MINIMUM, BundleCopyTest
+
+EXPORTS = "it exports exactly the functions of the interface"
+IMPORTS = "its imports stand in the table, each bound to its library"
+LIBRARIES = "its libraries stand in the table"
+
+
+class CheckBundle(BundleCopyTest):
+    def test_BundleAsBuilt_Holds(self):
+        self.assertEqual(self.check(), (0, {}))
+
+    def test_BundleThatIsNotThere_Fails(self):
+        self.bundle = self.folder / "nothing"
+        with self.assertRaisesRegex(AssertionError, "there is no bundle"):
+            self.check()
+
+
+class CheckExecutable(BundleCopyTest):
+    def test_OneArchitectureLess_Fails(self):
+        self.executable.write_bytes(self.images()["x86_64"].data)
+        self.assert_fails({"executable: it holds i386 and x86_64, nothing else": "they are x86_64"})
+
+    def test_NoMachOFile_Fails(self):
+        self.executable.write_bytes(b"\x7fELF" + bytes(100))
+        self.assert_fails({"executable: it is a Mach-O file": "no Mach-O image"})
+
+    def test_EmptyFile_Fails(self):
+        self.executable.write_bytes(b"")
+        self.assert_fails({"executable: it is a Mach-O file": "too short"})
+
+    def test_ProgramInsteadOfBundle_Fails(self):
+        self.replace_in_slice("i386", 12, struct.pack("<I", 2))
+        self.assert_fails({"i386: it is a bundle": "type 2"})
+
+    def test_FlatBindings_Fails(self):
+        flags = self.images()["i386"].flags & ~0x80
+        self.replace_in_slice("i386", 24, struct.pack("<I", flags))
+        self.assertIn("not marked as having two-level bindings", self.check()[1]["i386: it is a bundle"])
+
+    def test_OneExportMore_Fails(self):
+        for architecture in ("x86_64", "i386"):
+            self.relink(architecture, f"{KEPT} void posExtra(void) {{}}", exports=["posExtra"])
+        self.assert_fails({f"x86_64: {EXPORTS}": "_posExtra is exported as well",
+                           f"i386: {EXPORTS}": "_posExtra is exported as well"})
+
+    def test_OneExportUnderAnotherName_Fails(self):
+        image = self.images()["i386"]
+        # In the data that exports are found by, names stand in pieces; the table of symbols has them whole.
+        self.replace_in_slice("i386", image.data.index(b"GetInfo\0"), b"x")
+        self.assert_fails({f"i386: {EXPORTS}": "_posGetInfo is missing; _posxetInfo is exported as well"})
+
+    def test_UnlistedImport_Fails(self):
+        table = self.changed_table("    _abort 10.0\n", "    _abort 10.0\n    _arc4random 10.0\n")
+        for architecture in ("x86_64", "i386"):
+            self.relink(architecture, CALL.format("arc4random"), table=table)
+        self.assert_fails({f"x86_64: {IMPORTS}": "_arc4random is not in the table",
+                           f"i386: {IMPORTS}": "_arc4random is not in the table"})
+
+    def test_SymbolOfANewerSystem_Fails(self):
+        for architecture in ("x86_64", "i386"):
+            self.relink(architecture, CALL.format("clock_gettime"), known="10.12")
+        self.assert_fails({f"x86_64: no import is newer than {MINIMUM}": "_clock_gettime appeared in 10.12",
+                           f"i386: no import is newer than {MINIMUM}": "_clock_gettime appeared in 10.12"})
+
+    def test_SymbolBoundToAnotherLibrary_Fails(self):
+        table = self.changed_table("    _AESend 10.0\n", "    _AESendNothing 10.0\n")
+        self.replace_text(table, "    _GetProcessPID 10.0\n", "    _GetProcessPID 10.0\n    _AESend 10.0\n")
+        self.relink("x86_64", table=table)
+        self.assert_fails({f"x86_64: {IMPORTS}": "_AESend is bound to /System/Library/Frameworks/ApplicationServices."})
+
+    def test_SymbolOfAnyLibrary_Fails(self):
+        self.relink("x86_64", CALL.format("nobody"), options=["-undefined", "dynamic_lookup"])
+        status, failed = self.check()
+        self.assertEqual(status, 1)
+        self.assertIn("_nobody is not in the table", failed[f"x86_64: {IMPORTS}"])
+
+    def test_UnlistedLibrary_Fails(self):
+        table = self.changed_table("[usr/lib/libobjc]", "[usr/lib/libz] /usr/lib/libz.1.dylib 1 1\n    _zlibVersion 10.0\n\n[usr/lib/libobjc]")
+        self.relink("x86_64", CALL.format("zlibVersion"), table=table)
+        self.assert_fails({f"x86_64: {LIBRARIES}": "/usr/lib/libz.1.dylib is not in the table",
+                           f"x86_64: {IMPORTS}": "_zlibVersion is not in the table"})
+
+    def test_NewerVersionOfALibrary_Fails(self):
+        table = self.changed_table("/AppKit 1138 45\n", "/AppKit 1138 46\n")
+        self.relink("x86_64", table=table)
+        self.assert_fails({f"x86_64: {LIBRARIES}": "is needed in version 46, not 45"})
+
+    def test_PrivateFramework_Fails(self):
+        name = "System/Library/PrivateFrameworks/Secret.framework/Secret"
+        table = self.changed_table("[usr/lib/libobjc]", f"[usr/lib/libSecret] /{name} 1 1\n    _secret 10.0\n\n[usr/lib/libobjc]")
+        self.relink("x86_64", CALL.format("secret"), table=table)
+        self.assert_fails({"x86_64: no framework is a private one": name, f"x86_64: {LIBRARIES}": name,
+                           f"x86_64: {IMPORTS}": "_secret"})
+
+    def test_SearchPath_Fails(self):
+        self.relink("x86_64", options=["-rpath", "@loader_path"])
+        self.assert_fails({f"x86_64: {LIBRARIES}": "another kind"})
+
+    def test_AnotherMinimumVersion_Fails(self):
+        for architecture in ("x86_64", "i386"):
+            self.relink(architecture, minimum="10.9")
+        self.assert_fails({f"x86_64: its minimum version is {MINIMUM}": "it is 10.9",
+                           f"i386: its minimum version is {MINIMUM}": "it is 10.9"})
+
+    def test_PointerInWriteProtectedSegment_Fails(self):
+        image = self.images()["i386"]
+        protection = image.data.index(b"__DATA\0") + 16 + 4 * 5
+        self.replace_in_slice("i386", protection, struct.pack("<I", 1))
+        self.assert_fails({"i386: its code needs no relocation": "in __DATA is changed when the image is loaded"})
+
+    def test_SectionWithRelocations_Fails(self):
+        image = self.images()["i386"]
+        flags = image.data.index(b"__text\0") + 56
+        old, = struct.unpack_from("<I", image.data, flags)
+        self.replace_in_slice("i386", flags, struct.pack("<I", old | 0x200))
+        self.assert_fails({"i386: its code needs no relocation": "section __text has relocations"})
+
+    def test_LinkingDataNotLast_Fails(self):
+        self.relink("i386", in_order=False)
+        self.assertIn("__OBJC is the last segment", self.check()[1]["i386: its segments are in order"])
+
+    def test_CallThroughAFixedAddress_Fails(self):
+        # The linker's own stubs: our assembly step has not seen this source.
+        self.relink("i386", f"extern void abort(void); {KEPT} void posStop(void) {{ abort(); }}")
+        self.assert_fails({"i386: its branches stay in the code": "goes through the fixed address"})
+
+    def test_CallOutOfTheCode_Fails(self):
+        image = self.images()["i386"]
+        text = image.section("__text")
+        call = image.data.index(b"\xe8", text.address)
+        self.replace_in_slice("i386", call + 1, struct.pack("<i", text.size))
+        self.assertIn("leaves the code", self.check()[1]["i386: its branches stay in the code"])
+
+    def test_ChangedAfterSigning_Fails(self):
+        image = self.images()["x86_64"]
+        self.replace_in_slice("x86_64", image.data.index(b"Couldn't initialise"), b"c")
+        self.assert_fails({"x86_64: its ad-hoc signature fits": "has been changed since"})
+
+    def test_NotSigned_Fails(self):
+        self.relink("x86_64", options=["-no_adhoc_codesign"])
+        self.assert_fails({"x86_64: its ad-hoc signature fits": "there is none"})
+
+
+class CheckPropertyList(BundleCopyTest):
+    DESCRIBES = "Info.plist: it describes the bundle"
+    VERSIONS = "Info.plist: its versions are the project's"
+
+    def test_Damaged_Fails(self):
+        self.replace_text(self.property_list, "</dict>", "")
+        self.assert_fails({"Info.plist: it is a property list": "mismatched tag"})
+
+    def test_Missing_Fails(self):
+        self.property_list.unlink()
+        self.assert_fails({"Info.plist: it is a property list": "No such file"})
+
+    def test_AnotherIdentifier_Fails(self):
+        self.replace_text(self.property_list, "com.Tessilor.POSAccess-DLL", "com.Tessilor.POSAccess")
+        self.assert_fails({self.DESCRIBES: "CFBundleIdentifier is 'com.Tessilor.POSAccess', not"})
+
+    def test_AnotherPackageType_Fails(self):
+        self.replace_text(self.property_list, "BNDL", "APPL")
+        self.assert_fails({self.DESCRIBES: "CFBundlePackageType"})
+
+    def test_AnotherExecutable_Fails(self):
+        self.replace_text(self.property_list, "CFBundleExecutable</key>\n\t<string>Dovrel",
+                          "CFBundleExecutable</key>\n\t<string>Other")
+        self.assert_fails({self.DESCRIBES: "CFBundleExecutable is 'Other'"})
+
+    def test_AnotherMinimumVersion_Fails(self):
+        self.replace_text(self.property_list, f"<string>{MINIMUM}</string>", "<string>10.6</string>")
+        self.assert_fails({self.DESCRIBES: "LSMinimumSystemVersion is '10.6'"})
+
+    def test_AnotherVersion_Fails(self):
+        self.replace_text(self.property_list, "CFBundleVersion</key>\n\t<string>", "CFBundleVersion</key>\n\t<string>1")
+        self.assert_fails({self.VERSIONS: "CFBundleVersion is '1"})
+
+    def test_VersionThatTheSystemReadsAsNone_Fails(self):
+        text = self.property_list.read_text()
+        head, key, tail = text.partition("CFBundleVersion</key>\n\t<string>")
+        self.property_list.write_text(head + key + "1.10" + tail[tail.index("<") :])
+        self.assertIn("another form of version", self.check()[1][self.VERSIONS])
+
+
+class CheckFiles(BundleCopyTest):
+    FILES = "bundle: its files are those of the sources"
+    FOLDERS = "bundle: it names no folder of a build machine"
+
+    def test_EveryResourceThatIsMissing_Fails(self):
+        resources = [path for path in (BUILD / "Dovrel.bundle/Contents/Resources").rglob("*") if path.is_file()]
+        self.assertTrue(resources)
+        for resource in resources:
+            name = resource.relative_to(BUILD / "Dovrel.bundle")
+            with self.subTest(name):
+                (self.bundle / name).unlink()
+                self.assert_fails({self.FILES: f"{name} is missing"})
+                shutil.copy(resource, self.bundle / name)
+
+    def test_AnotherText_Fails(self):
+        texts = self.bundle / "Contents/Resources/MultiLanguageTexts.mls"
+        texts.write_bytes(texts.read_bytes()[:-1])
+        self.assert_fails({self.FILES: "is another than in the sources"})
+
+    def test_FileThatDoesNotBelong_Fails(self):
+        (self.bundle / "Contents/Resources/notes.txt").write_text("")
+        self.assert_fails({self.FILES: "notes.txt does not belong here"})
+
+    def test_FolderOfABuildMachineInTheExecutable_Fails(self):
+        self.relink("x86_64", f'{KEPT} const char posSource[] = "/home/builder/posSource.c";')
+        self.assert_fails({self.FOLDERS: "Dovrel has '/home/builder/posSource.c' in it"})
+
+    def test_FolderOfABuildMachineInThePropertyList_Fails(self):
+        self.replace_text(self.property_list, "</plist>", "<!-- /tmp/build --></plist>")
+        self.assert_fails({self.FOLDERS: "Info.plist has '/tmp/build' in it"})

@@ -1,0 +1,94 @@
+"""What the cross build refuses to compile and to link, and what its steps do with their input."""
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from bundle_copy import BUILD, CALL, MINIMUM, SOURCES, TABLE, TOOLS, BundleCopyTest
+
+import imports
+
+
+class Compiling(unittest.TestCase):
+    def compile(self, code):
+        """The compiler's complaints about a source in C++, compiled as those of the library are."""
+        libcxx = "/usr/lib/llvm-14/include/c++/v1"
+        folders = [BUILD / "cmake/macos/site", libcxx, SOURCES / "portability/include", SOURCES / "portability/include-darwin"]
+        result = subprocess.run(
+            ["clang++-14", "-target", f"x86_64-apple-macosx{MINIMUM}", "-std=c++17", "-nostdinc++", "-nostdlibinc"]
+            + [option for folder in folders for option in ("-isystem", folder)]
+            + ["-fsyntax-only", "-x", "c++", "-"],
+            input=code, capture_output=True, text=True)
+        return result.stderr
+
+    def test_WhatTheMinimumVersionHas_Compiles(self):
+        self.assertEqual(self.compile("#include <mutex>\nvoid f(std::mutex& m) { m.lock(); }"), "")
+
+    def test_WhatAppearedLater_DoesNotCompile(self):
+        self.assertIn("introduced in macOS 10.12", self.compile("#include <shared_mutex>\nstd::shared_mutex m;"))
+
+    def test_FunctionThatIsNotDeclared_DoesNotCompile(self):
+        self.assertIn("undeclared", self.compile("#include <unistd.h>\nint f() { return fork(); }"))
+
+
+class Linking(BundleCopyTest):
+    def test_SymbolThatTheTableLacks_DoesNotLink(self):
+        with self.assertRaisesRegex(AssertionError, "undefined symbol: _arc4random"):
+            self.relink("x86_64", CALL.format("arc4random"))
+
+    def test_SymbolNewerThanTheMinimumVersion_DoesNotLink(self):
+        with self.assertRaisesRegex(AssertionError, "undefined symbol: _clock_gettime"):
+            self.relink("x86_64", CALL.format("clock_gettime"))
+
+
+class Table(unittest.TestCase):
+    def read(self, text):
+        with tempfile.TemporaryDirectory() as folder:
+            table = Path(folder, "table")
+            table.write_text(text)
+            return imports.read(table)
+
+    def test_EverySymbolOfAnArchitecture_StandsInOneLibrary(self):
+        for architecture in imports.ARCHITECTURES:
+            names = [name for library in imports.read(TABLE) for name in library.names(architecture)]
+            self.assertEqual(sorted(names), sorted(set(names)))
+
+    def test_LineOfAnotherForm_IsRefusedWithItsNumber(self):
+        for line in ("_f", "_f ten", "_f 10.0 arm64", "class NSObject", "[lib] /lib 1", "_g 10.0"):
+            with self.subTest(line), self.assertRaisesRegex(ValueError, "table:3: "):
+                self.read(f"[lib] /lib 1 1\n_g 10.0\n{line}\n")
+
+    def test_SymbolBeforeAnyLibrary_IsRefused(self):
+        with self.assertRaisesRegex(ValueError, "table:1: "):
+            self.read("_f 10.0\n")
+
+
+class Assembly(unittest.TestCase):
+    """The step that makes assembly for i386 fit for its linker."""
+
+    def rewrite(self, text):
+        with tempfile.TemporaryDirectory() as folder:
+            source, target = Path(folder, "in.s"), Path(folder, "out.s")
+            source.write_text(text)
+            result = subprocess.run([TOOLS / "i386-assembly", source, target], capture_output=True, text=True)
+            return target.read_text().splitlines() if target.exists() else result.stderr
+
+    def test_CallsIntoLibraries_GoThroughOneStubPerSymbol(self):
+        lines = self.rewrite("_f:\n\tcalll\t_puts\n\tjmp\t_puts\n\tcalll\t_f\n")
+        self.assertEqual(lines[1:4], ["\tcalll\tl_stub0$stub", "\tjmp\tl_stub0$stub", "\tcalll\t_f"])
+        self.assertEqual(lines.count("\t.long\t_puts"), 1)
+
+    def test_IndirectPointers_BecomePlainOnes(self):
+        lines = self.rewrite("\tmovl\tL_x$non_lazy_ptr-L0$pb(%eax), %eax\n"
+                             "\t.section\t__IMPORT,__pointers,non_lazy_symbol_pointers\n"
+                             "L_x$non_lazy_ptr:\n\t.indirect_symbol\t_x\n\t.long\t0\n")
+        self.assertEqual(lines[:5], ["\tmovl\tl_x$non_lazy_ptr-L0$pb(%eax), %eax", "\t.section\t__DATA,__nlptr",
+                                     "\t.p2align\t2", "l_x$non_lazy_ptr:", "\t.long\t_x"])
+
+    def test_MarksOfClassesDefinedHere_AreLeftOut(self):
+        lines = self.rewrite("\t.lazy_reference\t.objc_class_name_NSObject\n.set .objc_class_name_Own, 0\n"
+                             "\t.globl\t.objc_class_name_Own\n\t.lazy_reference\t.objc_class_name_Own\n")
+        self.assertEqual([line for line in lines if "objc" in line], ["\t.lazy_reference\t.objc_class_name_NSObject"])
+
+    def test_WeakDefinition_IsRefused(self):
+        self.assertIn("a weak definition is left", self.rewrite("\t.weak_definition\t__Z1fv\n"))
