@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <string>
 #include <utility>
 
 #include "InterProcessCommunication/ConsoleBlocks.h"
@@ -11,19 +12,24 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/ServerDiscovery.h"
 #include "platform/CFObject.h"
+#include "platform/Trace.h"
 
 namespace dovrel {
 
 namespace {
 
-constexpr uint32_t kWakeTimeOutMs = 1000;
-constexpr uint32_t kWakeAttempts = 5;
 constexpr int kFurtherPasses = 9;
 // Deliberately short: the waiting is done by the time-outs of the handshake.
 constexpr useconds_t kPauseBetweenPasses = 100;
 
 OSErr sendAndWait(const AppleEvent* event, AppleEvent* reply, SInt32 timeOutTicks) {
     return AESend(event, reply, kAEWaitReply, kAENormalPriority, timeOutTicks, nullptr, nullptr);
+}
+
+/// A step of the way to the server and the platform's answer to it.
+void traceStep(const char* step, int32_t error) {
+    Trace::write(TraceArea::kConnection, error == noErr ? TraceLevel::kSteps : TraceLevel::kFailures,
+                 [&] { return std::string(step) + ": result " + std::to_string(error); });
 }
 
 }  // namespace
@@ -76,7 +82,7 @@ int32_t Client_to_POS_Communicator::WakeServer(uint32_t timeoutMs, uint32_t atte
     PutData(event.get(), info.getSendBuffer(), info.getSendSize());
 
     EventDescriptor reply;
-    const uint32_t timeOutTicks = timeoutMs * 60u / 1000u;
+    const uint32_t timeOutTicks = timeoutMs * serverEvent::kTicksPerSecond / 1000u;
     error = sendWakeEvents(event.get(), static_cast<SInt32>(timeOutTicks), attempts, reply.get());
     if (error != noErr) return error;
 
@@ -99,6 +105,7 @@ int32_t Client_to_POS_Communicator::sendWakeEvents(const AppleEvent* event, SInt
 int32_t Client_to_POS_Communicator::ConnectToServer() const {
     CFURLRef found = nullptr;
     const OSErr notFound = FindServerApplication(&found);
+    traceStep("find the server application", notFound);
     const CFObject<CFURLRef> application(found);
     if (notFound != noErr) {
         printServerNotFound();
@@ -120,10 +127,12 @@ int32_t Client_to_POS_Communicator::ConnectToServer() const {
 bool Client_to_POS_Communicator::launchAndWake(CFURLRef application, int16_t& error) const {
     if (!IsServerRunning()) {
         const OSStatus launched = LaunchServer(application);
+        traceStep("launch the server", launched);
         error = static_cast<int16_t>(launched);
         if (launched != noErr) return false;
     }
-    error = static_cast<int16_t>(WakeServer(kWakeTimeOutMs, kWakeAttempts));
+    error = static_cast<int16_t>(WakeServer(serverEvent::kWakeTimeOutMs, serverEvent::kWakeAttempts));
+    traceStep("wake the server", error);
     return error == noErr;
 }
 

@@ -25,8 +25,13 @@ constexpr AEEventID kData = 'data';
 constexpr AEEventID kWakeClient = 'waCl';
 constexpr char kWakeText[] = "startPos";  ///< sent without its terminating zero
 constexpr uint32_t kWakeTextSize = sizeof kWakeText - 1;
+/// Ticks in a second.
+constexpr uint32_t kTicksPerSecond = 60;
 /// How long an exchange waits for the server, about 167 seconds.
 constexpr SInt32 kDataTimeOutTicks = 10000;
+/// How long each event of a handshake waits, and how many are sent.
+constexpr uint32_t kWakeTimeOutMs = 1000;
+constexpr uint32_t kWakeAttempts = 5;
 constexpr long kQuitTimeOutTicks = 100;
 }  // namespace serverEvent
 

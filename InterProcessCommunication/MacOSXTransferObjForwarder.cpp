@@ -3,12 +3,14 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string>
 #include <utility>
 
 #include "InterProcessCommunication/IPC_Info.h"
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/ServerDiscovery.h"
 #include "client/exceptions/POSException.h"
+#include "platform/Trace.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
 
@@ -46,6 +48,9 @@ POSTransferObj* MacOSXTransferObjForwarder::ForwardTransferObj(POSTransferObj& r
         std::unique_ptr<POSTransferObj> reply;
         const int32_t result = sendOnce(request, reply);
         if (result == noErr) return reply.release();
+        Trace::write(TraceArea::kExchange, TraceLevel::kFailures, [&] {
+            return "attempt " + std::to_string(attempt) + ": result " + std::to_string(result);
+        });
         if (!serverHasGone(result)) throw new POSException(kCommunicationErrorText);
 
         connected_ = false;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
+#include "InterProcessCommunication/TracingForwarder.h"
 #include "client/VersionBanner.h"
 #include "platform/LogPlaces.h"
 #include "platform/Places.h"
@@ -26,7 +27,7 @@ std::string libraryBundlePath() {
 }  // namespace
 
 SessionParts platformParts() {
-    return {[] { return std::make_unique<MacOSXTransferObjForwarder>(); },
+    return {[] { return tracedAsAsked(std::make_unique<MacOSXTransferObjForwarder>()); },
             [] { return std::make_unique<MacOSXMessageDialog>(); }, createMutex};
 }
 

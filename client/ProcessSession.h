@@ -9,7 +9,8 @@
 
 namespace dovrel {
 
-/// The parts of a host's session: the Apple Event carrier, real alerts, the platform's mutex.
+/// The parts of a host's session: the Apple Event carrier (behind a trace where POS_TRACE asks for one), real
+/// alerts, the platform's mutex.
 SessionParts platformParts();
 
 /// Makes the session; leaves one that is there, and all that it has registered, as it is. Sends nothing. What

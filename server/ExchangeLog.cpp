@@ -9,7 +9,7 @@
 #include <ctime>
 #include <utility>
 
-#include "server/ExchangeText.h"
+#include "InterProcessCommunication/TransferObjText.h"
 
 namespace merrowd {
 
@@ -44,12 +44,12 @@ void ExchangeLog::note(const std::string& text) {
 void ExchangeLog::request(const std::string& title, const CPPByteArray& request) {
     ++exchange_;
     write(timeStamp() + "#" + std::to_string(exchange_) + " " + title + "\n" +
-          exchangeText(request, kRequestMark));
+          dovrel::transferObjText(request, kRequestMark));
 }
 
 void ExchangeLog::answer(const std::string& title, const CPPByteArray& answer) {
     write(timeStamp() + "#" + std::to_string(exchange_) + " " + title + "\n" +
-          exchangeText(answer, kAnswerMark));
+          dovrel::transferObjText(answer, kAnswerMark));
 }
 
 void ExchangeLog::write(const std::string& lines) {

@@ -5,12 +5,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "InterProcessCommunication/TransferObjText.h"
 #include "server/DescribedClass.h"
-#include "server/ExchangeText.h"
 #include "settings/ConfigFileSystem.h"
 
 namespace merrowd {
 
+using dovrel::commandCodeOf;
+using dovrel::commandNameOf;
 using dovrel::POSCommand;
 using dovrel::POSField;
 using dovrel::Properties;

@@ -20,6 +20,7 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/HomeFolder.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Languages.cpp
     ${CMAKE_CURRENT_LIST_DIR}/LSOpen.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/Libc.cpp
     ${CMAKE_CURRENT_LIST_DIR}/PackedVersion.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Paths.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ProcessTable.cpp

@@ -1,6 +1,8 @@
 #pragma once
 #include <sys/types.h>
 
+#define STDERR_FILENO 2
+
 DARWIN_C_BEGIN
 int close(int) DARWIN_UNIX2003("close");
 ssize_t write(int, const void*, size_t) DARWIN_UNIX2003("write");

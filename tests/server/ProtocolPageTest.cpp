@@ -1,5 +1,5 @@
 // docs/protocol.md against the real thing: the examples are what the library's trader sends and what this
-// server answers, the tables are those of the code.
+// server answers.
 #include "tests/support/DocumentPage.h"
 
 #include <gtest/gtest.h>
@@ -9,9 +9,8 @@
 #include "InterProcessCommunication/IPC_via_AE.h"
 #include "InterProcessCommunication/POSTransferObjForwarder.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
-#include "client/exceptions/POSExceptionFactory.h"
+#include "client/exceptions/CPPException.h"
 #include "server/Exchanges.h"
-#include "server/SelfEvent.h"
 #include "tests/server/FakeProcess.h"
 #include "tests/server/Requests.h"
 
@@ -19,7 +18,6 @@ namespace merrowd::test {
 namespace {
 
 using dovrel::CPPException;
-using dovrel::POSFieldForm;
 using dovrel::test::DocumentPage;
 
 // "41 73 41 6B", so that a difference can be read.
@@ -169,68 +167,6 @@ TEST_F(ProtocolPageTest, Unregistration_IsTheBytesOfThePage) {
     expectExample("unregister-application");
 }
 
-std::string formName(POSFieldForm form) {
-    switch (form) {
-        case POSFieldForm::kUInt32:
-            return "u32";
-        case POSFieldForm::kIdentifier:
-            return "identifier";
-        case POSFieldForm::kOptionalIdentifier:
-            return "identifier or nothing";
-        case POSFieldForm::kName:
-            return "name";
-        case POSFieldForm::kText:
-            return "text";
-        case POSFieldForm::kData:
-            return "data";
-    }
-    return "";
-}
-
-// A code of four characters as the page writes it.
-std::string quoted(uint32_t code) {
-    return {'\'',
-            static_cast<char>(code >> 24),
-            static_cast<char>(code >> 16),
-            static_cast<char>(code >> 8),
-            static_cast<char>(code),
-            '\''};
-}
-
-TEST_F(ProtocolPageTest, TheTableOfEvents_IsThatOfTheCode) {
-    std::vector<DocumentPage::Row> onPage = page_.rowsUnder({"use", "class", "id"});
-    for (DocumentPage::Row& row : onPage)
-        row.resize(3);
-    std::vector<DocumentPage::Row> expected;
-    const std::pair<const char*, EventKind> events[] = {
-        {"data exchange", kDataEvent}, {"handshake", kHandshakeEvent}, {"quit", kQuitEvent}};
-    for (const auto& [use, kind] : events)
-        expected.push_back({use, quoted(kind.eventClass), quoted(kind.eventId)});
-    EXPECT_EQ(onPage, expected);
-}
-
-TEST_F(ProtocolPageTest, TheHeaderFields_HaveTheValuesOfTheCode) {
-    const std::vector<DocumentPage::Row> rows =
-        page_.rowsUnder({"field", "name", "form", "in a request", "in an answer"});
-    ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(rows[0].at(3), std::to_string(dovrel::kTransferKindStandard));
-    EXPECT_EQ(rows[1].at(3), std::to_string(dovrel::kMessageKindRequest));
-    EXPECT_EQ(rows[1].at(4).rfind(std::to_string(dovrel::kMessageKindException) + ":", 0), 0u);
-}
-
-TEST_F(ProtocolPageTest, TheTableOfForms_NamesThoseOfTheCode) {
-    std::set<std::string> expected;
-    for (const POSFieldForm form :
-         {POSFieldForm::kUInt32, POSFieldForm::kIdentifier, POSFieldForm::kOptionalIdentifier,
-          POSFieldForm::kName, POSFieldForm::kText, POSFieldForm::kData}) {
-        expected.insert(formName(form));
-    }
-    std::set<std::string> onPage;
-    for (const DocumentPage::Row& row : page_.rowsUnder({"form", "data"}))
-        onPage.insert(row[0]);
-    EXPECT_EQ(onPage, expected);
-}
-
 TEST_F(ProtocolPageTest, Handshake_IsTheBytesOfThePage) {
     const std::string text(dovrel::serverEvent::kWakeText, dovrel::serverEvent::kWakeTextSize);
     EXPECT_EQ(page_.example("handshake-request"), text);
@@ -244,59 +180,6 @@ TEST_F(ProtocolPageTest, Quit_HasNoBytesOnThePage) {
 
 TEST_F(ProtocolPageTest, AByteArrayList_IsTheBytesOfThePage) {
     EXPECT_EQ(hexOf(page_.example("byte-array-list")), hexOf(arrayList({"ab", ""})));
-}
-
-std::string numbersOf(const dovrel::POSFieldList& fields) {
-    std::string numbers;
-    for (const POSField& field : fields)
-        numbers += (numbers.empty() ? "" : ", ") + std::to_string(field.number);
-    return numbers;
-}
-
-TEST_F(ProtocolPageTest, TheTableOfCommands_IsThatOfTheCode) {
-    std::vector<DocumentPage::Row> expected;
-    for (const POSCommand& command : dovrel::kPOSCommands) {
-        expected.push_back({std::to_string(command.code), command.name, numbersOf(command.request),
-                            numbersOf(command.reply)});
-    }
-    EXPECT_EQ(page_.rowsUnder({"code", "command"}), expected);
-}
-
-TEST_F(ProtocolPageTest, TheTablesOfFields_AreThoseOfTheCode) {
-    namespace posField = dovrel::posField;
-    std::set<DocumentPage::Row> expected;
-    const auto expectField = [&expected](const POSField& field) {
-        expected.insert({std::to_string(field.number), field.name, formName(field.form)});
-    };
-    for (const POSField& field : {posField::kTransferKind, posField::kMessageKind, posField::kCommand,
-                                  posField::kExceptionText, posField::kExceptionCode}) {
-        expectField(field);
-    }
-    for (const POSCommand& command : dovrel::kPOSCommands) {
-        for (const POSField& field : command.request)
-            expectField(field);
-        for (const POSField& field : command.reply)
-            expectField(field);
-    }
-
-    std::set<DocumentPage::Row> onPage;
-    for (DocumentPage::Row row : page_.rowsUnder({"field", "name", "form"})) {
-        row.resize(3);
-        EXPECT_TRUE(onPage.insert(row).second) << row[0] << " stands there twice";
-    }
-    EXPECT_EQ(onPage, expected);
-}
-
-TEST_F(ProtocolPageTest, TheTableOfExceptionCodes_IsThatOfTheCode) {
-    std::set<std::string> expected{"0", "3"};
-    for (uint32_t code = 0; code < 1000; ++code) {
-        const std::unique_ptr<CPPException> exception(dovrel::newPOSExceptionForCode(code, ""));
-        if (exception != nullptr) expected.insert(std::to_string(code));
-    }
-    std::set<std::string> onPage;
-    for (const DocumentPage::Row& row : page_.rowsUnder({"code", "what went wrong"}))
-        onPage.insert(row[0]);
-    EXPECT_EQ(onPage, expected);
 }
 
 }  // namespace

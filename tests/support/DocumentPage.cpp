@@ -37,9 +37,15 @@ DocumentPage::DocumentPage(const std::string& path) {
     std::ifstream page(path);
     EXPECT_TRUE(page.is_open()) << path;
     for (std::string line; std::getline(page, line);) {
-        if (startsWith(line, kExampleMark)) readExample(line, page);
-        if (line == "```settings") readSettings(page);
-        if (startsWith(line, "|")) readTable(line, page);
+        if (startsWith(line, kExampleMark)) {
+            readExample(line, page);
+        } else if (line == "```settings") {
+            readSettings(page);
+        } else if (startsWith(line, "|")) {
+            readTable(line, page);
+        } else {
+            prose_ += line + " ";
+        }
     }
 }
 

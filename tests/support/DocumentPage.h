@@ -26,6 +26,9 @@ class DocumentPage {
     /// The contents of all fenced blocks that begin with ```settings, in their order.
     const std::vector<std::string>& settingsBlocks() const { return settings_; }
 
+    /// Whether the text stands in the page outside tables and fenced blocks, however its lines are broken.
+    bool says(const std::string& text) const { return prose_.find(text) != std::string::npos; }
+
     /// The rows of all tables whose header begins with these cells.
     std::vector<Row> rowsUnder(const Row& headerStart) const;
 
@@ -36,6 +39,7 @@ class DocumentPage {
 
     std::map<std::string, std::string> examples_;
     std::vector<std::string> settings_;
+    std::string prose_;  ///< a blank where a line ends
     std::vector<std::pair<Row, std::vector<Row>>> tables_;
 };
 

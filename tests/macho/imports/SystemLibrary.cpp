@@ -1,5 +1,6 @@
 // Imports from libSystem.
 #include <dlfcn.h>
+#include <libc.h>
 #include <sys/sysctl.h>
 
 #include <cstdio>
@@ -30,7 +31,7 @@ constexpr const char* kSame[] = {
     // time; both count the processor's in microseconds, and struct tm is the same
     "asctime", "clock", "gmtime_r", "localtime_r", "strftime", "time", "tzset", "usleep",
     // the process; how a program ended is told in the same bits
-    "abort", "rand", "srand", "system"};
+    "abort", "getenv", "getpid", "rand", "srand", "system"};
 
 void stackWasOverwritten() {
     std::fputs("the bundle has written beyond the end of a variable on the stack\n", stderr);
@@ -76,6 +77,7 @@ void addSystemLibrary(ImportTable& table) {
     table.add(kLibrary, "_stat$INODE64", &platformStat);
     table.add(kLibrary, "_lstat$INODE64", &platformLstat);
     table.add(kLibrary, "_fstat$INODE64", &platformFstat);
+    table.add(kLibrary, "_issetugid", reinterpret_cast<void*>(&issetugid));
     table.add(kLibrary, "_sysctl", reinterpret_cast<void*>(&sysctl));
 }
 

@@ -1,19 +1,13 @@
-#include "server/ExchangeText.h"
+#include "InterProcessCommunication/TransferObjText.h"
 
 #include <algorithm>
 #include <memory>
 
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "client/exceptions/CPPException.h"
+#include "platform/TextConversions.h"
 
-namespace merrowd {
-
-using dovrel::CPPException;
-using dovrel::POSCommand;
-using dovrel::POSField;
-using dovrel::POSFieldForm;
-using dovrel::POSTransferObj;
-namespace posField = dovrel::posField;
+namespace dovrel {
 
 namespace {
 
@@ -37,7 +31,7 @@ std::string dataText(const CPPByteArray& bytes) {
     if (shown == 0) return text;
     text += ':';
     for (uint32_t i = 0; i < shown; ++i)
-        text += ' ' + dovrel::numberToText(bytes.getByte(i), 16, 2);
+        text += ' ' + numberToText(bytes.getByte(i), 16, 2);
     if (shown < bytes.getSize()) text += " ...";
     const std::string beginning = bytesToText(bytes).substr(0, shown);
     if (std::any_of(beginning.begin(), beginning.end(), isPrintable)) text += " " + quoted(beginning);
@@ -83,14 +77,14 @@ Result readOr(const CPPByteArray& bytes, const Result& otherwise, Read read) {
 std::string fieldLines(POSTransferObj& object, const std::string& mark) {
     std::string lines;
     const uint32_t kind = object.getMessageKind();
-    if (kind == dovrel::kMessageKindException) {
+    if (kind == kMessageKindException) {
         appendField(lines, object, posField::kExceptionText, mark);
         appendField(lines, object, posField::kExceptionCode, mark);
         return lines;
     }
-    const POSCommand* command = dovrel::findPOSCommand(object.getCommand());
+    const POSCommand* command = findPOSCommand(object.getCommand());
     if (command == nullptr) return lines;
-    const bool isRequest = kind == dovrel::kMessageKindRequest;
+    const bool isRequest = kind == kMessageKindRequest;
     for (const POSField& field : isRequest ? command->request : command->reply)
         appendField(lines, object, field, mark);
     return lines;
@@ -98,14 +92,14 @@ std::string fieldLines(POSTransferObj& object, const std::string& mark) {
 
 }  // namespace
 
-std::string exchangeText(const CPPByteArray& transferObject, const std::string& mark) {
+std::string transferObjText(const CPPByteArray& transferObject, const std::string& mark) {
     const std::string asBytes = mark + dataText(transferObject) + "\n";
     return readOr(transferObject, asBytes,
                   [&mark](POSTransferObj& object) { return fieldLines(object, mark); });
 }
 
 std::string commandNameOf(const CPPByteArray& transferObject) {
-    const POSCommand* command = dovrel::findPOSCommand(commandCodeOf(transferObject));
+    const POSCommand* command = findPOSCommand(commandCodeOf(transferObject));
     return command == nullptr ? "unknown command" : command->name;
 }
 
@@ -113,4 +107,4 @@ uint32_t commandCodeOf(const CPPByteArray& transferObject) {
     return readOr(transferObject, 0u, [](POSTransferObj& object) { return object.getCommand(); });
 }
 
-}  // namespace merrowd
+}  // namespace dovrel

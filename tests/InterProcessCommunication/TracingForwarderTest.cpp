@@ -1,0 +1,174 @@
+#include "InterProcessCommunication/TracingForwarder.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "InterProcessCommunication/POSTransferObj.h"
+#include "client/exceptions/POSException.h"
+#include "platform/Environment.h"
+#include "tests/InterProcessCommunication/PreparedForwarder.h"
+#include "tests/platform/TraceLines.h"
+#include "tests/serialization/Bytes.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace dovrel {
+namespace {
+
+using test::kNormalAnswer;
+
+/// A line without its time, which is the last word but one, wherever it stands: "123 us" becomes "# us".
+std::string withoutTime(std::string line) {
+    const size_t end = line.find(" us");
+    if (end == std::string::npos) return line;
+    const size_t begin = line.find_last_not_of("0123456789", end - 1) + 1;
+    EXPECT_LT(begin, end) << line;
+    return line.replace(begin, end - begin, "#");
+}
+
+class TracingForwarderTest : public testing::Test {
+  protected:
+    /// A forwarder behind a trace; `prepared` is the one that it stands in front of.
+    std::unique_ptr<TracingForwarder> traced(const std::string& areas) {
+        auto inner = std::make_unique<test::PreparedForwarder>();
+        prepared = inner.get();
+        return std::make_unique<TracingForwarder>(std::move(inner), areas + ",file=" + folder.path("trace"));
+    }
+
+    std::vector<std::string> lines() const {
+        std::vector<std::string> found;
+        for (const std::string& line : test::traceLinesOf(folder.read("trace")))
+            found.push_back(withoutTime(line));
+        return found;
+    }
+
+    /// A request for an object's deletion.
+    static std::unique_ptr<POSTransferObj> newRequest() {
+        auto request = std::make_unique<POSTransferObj>(1, 10, 13);
+        request->writeUInt32(103, 65537);
+        return request;
+    }
+
+    std::string failureOf(TracingForwarder& forwarder) const {
+        try {
+            delete forwarder.ForwardTransferObj(*request);
+        } catch (CPPException* caught) {
+            const std::unique_ptr<CPPException> failure(caught);
+            EXPECT_EQ(failure->getTypeCode(), exceptionTypeCode::kPOSException);
+            return failure->getMessage();
+        }
+        return "none";
+    }
+
+    const test::TemporaryFolder folder;
+    const std::unique_ptr<POSTransferObj> request = newRequest();
+    test::PreparedForwarder* prepared = nullptr;
+};
+
+TEST_F(TracingForwarderTest, Exchange_PassesUnchangedAndIsALineBeforeAndALineAfter) {
+    const auto forwarder = traced("exchange");
+    prepared->answerParts(kNormalAnswer);
+    const std::unique_ptr<POSTransferObj> answer(forwarder->ForwardTransferObj(*request));
+    EXPECT_EQ(test::hexOf(prepared->requests().at(0)), test::hexOf(request->bytes()));
+    EXPECT_EQ(answer->bytes().getSize(), 34u);
+    EXPECT_EQ(answer->getMessageKind(), 11u);
+    EXPECT_EQ(lines(), (std::vector<std::string>{"exchange: delete object, 58 bytes",
+                                                 "exchange: delete object: answered, 34 bytes, # us"}));
+}
+
+TEST_F(TracingForwarderTest, Contents_AreShownAtLevel3Only) {
+    for (const char* areas : {"exchange:1", "exchange:2", "all", "exchange:3"}) {
+        const auto forwarder = traced(areas);
+        prepared->answerParts(test::exceptionAnswer(25, "a secret"));
+        delete forwarder->ForwardTransferObj(*request);
+        const std::string trace = folder.read("trace");
+        const bool asked = areas == std::string("exchange:3");
+        EXPECT_EQ(trace.find("a secret") != std::string::npos, asked) << areas;
+        EXPECT_EQ(trace.find("\n    > 103 session identifier = 65537\n") != std::string::npos, asked)
+            << areas;
+    }
+}
+
+TEST_F(TracingForwarderTest, ErrorAnswer_IsALineWithItsCode) {
+    const auto forwarder = traced("exchange:1");
+    prepared->answerParts(kNormalAnswer);
+    prepared->answerParts(test::exceptionAnswer(25, "text"));
+    for (int i = 0; i < 2; ++i)
+        delete forwarder->ForwardTransferObj(*request);
+    EXPECT_EQ(lines(), std::vector<std::string>{"exchange: delete object: error 25, 58 bytes, # us"});
+}
+
+TEST_F(TracingForwarderTest, AnswerThatCannotBeRead_IsALineAndPassesUnread) {
+    const auto forwarder = traced("exchange:1");
+    for (const char* bytes : {"", "no block"}) {
+        prepared->answerBytes(test::arrayOf(bytes));
+        const std::unique_ptr<POSTransferObj> answer(forwarder->ForwardTransferObj(*request));
+        EXPECT_EQ(test::textOf(answer->bytes()), bytes);
+    }
+    EXPECT_EQ(lines(), (std::vector<std::string>{
+                           "exchange: delete object: an answer that cannot be read, 0 bytes, # us",
+                           "exchange: delete object: an answer that cannot be read, 8 bytes, # us"}));
+}
+
+TEST_F(TracingForwarderTest, FailureOfTheExchange_PassesAsItIsAfterALine) {
+    const auto forwarder = traced("exchange:1");
+    prepared->throwAtRequest("The line is dead.");
+    EXPECT_EQ(failureOf(*forwarder), "The line is dead.");
+    EXPECT_EQ(lines(), std::vector<std::string>{"exchange: delete object: failed, # us: The line is dead."});
+}
+
+TEST_F(TracingForwarderTest, ConnectAndCheck_AreLinesOfTheConnection) {
+    const auto forwarder = traced("connection");
+    forwarder->ConnectToPOS(10);
+    forwarder->CheckConnection();
+    EXPECT_EQ(test::hexOf(forwarder->GetClientProcessID()), test::kProcessIdentity);
+    EXPECT_EQ(prepared->calls(), (std::vector<std::string>{"connect 10", "check", "identify"}));
+    EXPECT_EQ(lines(), (std::vector<std::string>{"connection: connect: # us", "connection: checked"}));
+}
+
+TEST_F(TracingForwarderTest, FailureToConnect_PassesAsItIsAfterALine) {
+    const auto forwarder = traced("connection:1");
+    prepared->throwAtConnect("Nobody is there.");
+    try {
+        forwarder->ConnectToPOS(10);
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (CPPException* caught) {
+        const std::unique_ptr<CPPException> failure(caught);
+        EXPECT_STREQ(failure->getMessage(), "Nobody is there.");
+    }
+    EXPECT_EQ(lines(), std::vector<std::string>{"connection: connect: failed, # us: Nobody is there."});
+}
+
+TEST_F(TracingForwarderTest, AreaThatIsOff_HasNoLines) {
+    const auto forwarder = traced("connection");
+    prepared->answerParts(kNormalAnswer);
+    delete forwarder->ForwardTransferObj(*request);
+    EXPECT_TRUE(lines().empty());
+}
+
+TEST_F(TracingForwarderTest, TracedAsAsked_WithoutTheVariable_IsTheForwarderItself) {
+    setEnvironmentSource([](const char*) -> const char* { return nullptr; });
+    auto inner = std::make_unique<test::PreparedForwarder>();
+    const POSTransferObjForwarder* const itself = inner.get();
+    EXPECT_EQ(tracedAsAsked(std::move(inner)).get(), itself);
+    setEnvironmentSource(nullptr);
+}
+
+TEST_F(TracingForwarderTest, TracedAsAsked_WithTheVariable_TracesUntilTheForwarderEnds) {
+    setEnvironmentSource([](const char* name) {
+        return name == std::string("POS_TRACE") ? "connection:1,file=/dev/null" : nullptr;
+    });
+    {
+        const auto forwarder = tracedAsAsked(std::make_unique<test::PreparedForwarder>());
+        EXPECT_NE(dynamic_cast<TracingForwarder*>(forwarder.get()), nullptr);
+        EXPECT_TRUE(Trace::wants(TraceArea::kConnection, TraceLevel::kFailures));
+        EXPECT_FALSE(Trace::wants(TraceArea::kExchange, TraceLevel::kFailures));
+    }
+    EXPECT_FALSE(Trace::wants(TraceArea::kConnection, TraceLevel::kFailures));
+    setEnvironmentSource(nullptr);
+}
+
+}  // namespace
+}  // namespace dovrel

@@ -1,0 +1,54 @@
+// What the platform promises about the rights of a program.
+#include <gtest/gtest.h>
+#include <libc.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <filesystem>
+#include <string>
+
+#include "tests/support/TemporaryFolder.h"
+
+namespace {
+
+/// The probe in a file of its own, whose owner and mode may be changed.
+class Issetugid : public testing::Test {
+  protected:
+    Issetugid() {
+        std::filesystem::copy_file(RIGHTS_PROBE, probe_);
+        EXPECT_EQ(chmod(folder_.path().c_str(), 0755), 0);
+    }
+
+    int exitStatusOfProbe() const {
+        const pid_t child = fork();
+        if (child == 0) {
+            execl(probe_.c_str(), probe_.c_str(), static_cast<char*>(nullptr));
+            _exit(127);
+        }
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFEXITED(status));
+        return WEXITSTATUS(status);
+    }
+
+    const dovrel::test::TemporaryFolder folder_;
+    const std::string probe_ = folder_.path("probe");
+};
+
+}  // namespace
+
+TEST_F(Issetugid, ProgramWithTheRightsOfItsUser_IsNone) {
+    EXPECT_EQ(issetugid(), 0);
+    EXPECT_EQ(exitStatusOfProbe(), 0);
+}
+
+TEST_F(Issetugid, ProgramWithAnotherUsersOrGroupsRights_IsOne) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can give a program another user's rights";
+    constexpr uid_t kNobody = 65534;
+    // Giving a file away takes its set-id bits.
+    ASSERT_EQ(chown(probe_.c_str(), kNobody, kNobody), 0);
+    for (const mode_t bit : {S_ISUID, S_ISGID}) {
+        ASSERT_EQ(chmod(probe_.c_str(), bit | 0755), 0);
+        EXPECT_EQ(exitStatusOfProbe(), 1);
+    }
+}
