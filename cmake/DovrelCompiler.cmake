@@ -14,6 +14,11 @@ foreach(lang C CXX OBJCXX)
 endforeach()
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
+# In 32 bits the C library otherwise refuses large files, and files and waits beyond 2038.
+if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND NOT APPLE)
+    add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
+endif()
+
 set(warnings -Wall -Wextra -Wshadow -Wconversion -Wno-multichar)
 add_compile_options(${warnings} $<$<COMPILE_LANGUAGE:C,CXX>:-Wpedantic>
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor> $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast>)

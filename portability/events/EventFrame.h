@@ -43,7 +43,8 @@ struct FrameHeader {
     int32_t timeOutInTicks = 0;  // requests
     int32_t result = 0;  // replies: what the send is to answer, noErr or an error of the receiving side
 };
-static_assert(sizeof(FrameHeader) == 40 && offsetof(FrameHeader, id) == 8,
+static_assert(sizeof(FrameHeader) == 40 && offsetof(FrameHeader, id) == 8 &&
+                  offsetof(FrameHeader, imageSize) == 16 && offsetof(FrameHeader, result) == 36,
               "the same with 32 and with 64 bits");
 
 constexpr size_t kLargestFrame = sizeof(FrameHeader) + kLargestInlineImage;

@@ -78,6 +78,10 @@ class Mailbox {
     struct Memory {
         Half halves[2];
     };
+    static_assert(offsetof(Half, posted) == 0 && offsetof(Half, size) == 4 && offsetof(Half, taken) == 8 &&
+                      offsetof(Half, looking) == 12 && offsetof(Half, frame) == 64 &&
+                      sizeof(Memory) == 2 * (64 + kLargestFrame + 24),
+                  "the same with 32 and with 64 bits");
 
     Mailbox(Memory* memory, Side side);
     static Memory* map(const FileDescriptor& file);

@@ -44,9 +44,15 @@ class Peer {
         sigfillset(&all);
         pthread_sigmask(SIG_BLOCK, &all, nullptr);
         for (const Play& play : plays_) {
-            const FileDescriptor connection(
-                accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
+            const FileDescriptor connection(accepted());
             play(connection.get());
+        }
+    }
+
+    int accepted() const {
+        for (;;) {
+            const int connection = accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC);
+            if (connection >= 0 || errno != EINTR) return connection;
         }
     }
 
@@ -252,7 +258,8 @@ TEST_F(EventConnectionTest, SignalsDuringTheWait_DoNotEndIt) {
     answerNow = true;
     EXPECT_EQ(send(), noErr);
     EXPECT_EQ(textOf(reply_), "answer");
-    setitimer(ITIMER_REAL, nullptr, nullptr);
+    const itimerval never{};
+    setitimer(ITIMER_REAL, &never, nullptr);
     EXPECT_EQ(send(0, kAENoReply), noErr);
 }
 

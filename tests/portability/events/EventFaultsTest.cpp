@@ -42,7 +42,7 @@ OSStatus exchange(DescType addressType, const void* address, Size addressSize, c
     AEDisposeDesc(&target);
     AEDisposeDesc(&event);
     AEDisposeDesc(&reply);
-    return isNullAfterError ? status : paramErr;
+    return isNullAfterError ? status : OSStatus{paramErr};
 }
 
 template <class Exchange>
@@ -113,7 +113,7 @@ TEST_P(EventFaultsTest, ExchangeWithOneself) {
     failEachRequest(GetParam(), [&] {
         const OSStatus status = exchange(typeProcessSerialNumber, &self, sizeof self, text, bytes);
         // The handler could not put its answer, and said so.
-        return status == errAEDescNotFound ? memFullErr : status;
+        return status == errAEDescNotFound ? OSStatus{memFullErr} : status;
     });
     AERemoveEventHandler(kTestClass, kEcho, nullptr, false);
 }
