@@ -7,7 +7,7 @@
 #include <cstdlib>
 
 #include "tests/InterProcessCommunication/PlatformDouble.h"
-#include "tests/serialization/HeapWatch.h"
+#include "tests/support/HeapWatch.h"
 
 namespace dovrel {
 namespace {

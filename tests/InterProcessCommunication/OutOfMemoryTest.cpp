@@ -7,19 +7,17 @@
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 #include "client/exceptions/CPPException.h"
-#include "tests/InterProcessCommunication/AllocationFault.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
 #include "tests/serialization/Bytes.h"
+#include "tests/support/HeapWatch.h"
 
 namespace dovrel {
 namespace {
 
-using test::AllocationFault;
 using test::arrayOf;
 using test::PlatformDouble;
 
 constexpr uint32_t kUntouched = 0xDEADBEEF;
-constexpr size_t kMostRequests = 1000;
 
 class OutOfMemoryTest : public test::ChannelFixture {
   protected:
@@ -33,17 +31,14 @@ class OutOfMemoryTest : public test::ChannelFixture {
     // more. It answers whether it has done what it is for; where it throws, `expectUntouched` follows.
     template <class Operation, class Check>
     void failEachRequest(Operation operation, Check expectUntouched) {
-        for (const auto duration : {AllocationFault::Duration::once, AllocationFault::Duration::forGood}) {
-            size_t nth = 1;
-            for (bool happened = true; happened; ++nth) {
-                ASSERT_LT(nth, kMostRequests);
-                Outcome outcome = runWithFault(nth, duration, operation);
-                happened = AllocationFault::happened();
-                if (outcome == Outcome::thrown) expectUntouched();
-                EXPECT_TRUE(happened || outcome == Outcome::done) << "failed without a reason at " << nth;
-                EXPECT_NE(outcome, Outcome::wrong) << "request " << nth;
-            }
-        }
+        Outcome outcome = Outcome::done;
+        test::refuseEachRequest([&] { outcome = run(operation); },
+                                [&](bool refused) {
+                                    if (outcome == Outcome::thrown) expectUntouched();
+                                    EXPECT_TRUE(refused || outcome == Outcome::done)
+                                        << "failed without a reason";
+                                    EXPECT_NE(outcome, Outcome::wrong);
+                                });
     }
 
     MacOSXTransferObjForwarder forwarder;
@@ -67,8 +62,7 @@ class OutOfMemoryTest : public test::ChannelFixture {
     enum class Outcome { done, wrong, thrown };
 
     template <class Operation>
-    static Outcome runWithFault(size_t nth, AllocationFault::Duration duration, Operation operation) {
-        const AllocationFault fault(nth, duration);
+    static Outcome run(Operation operation) {
         try {
             return operation() ? Outcome::done : Outcome::wrong;
         } catch (CPPException* caught) {

@@ -5,15 +5,12 @@
 #include <new>
 
 #include "client/exceptions/CPPException.h"
-#include "tests/InterProcessCommunication/AllocationFault.h"
 #include "tests/client/SessionOperationsTest.h"
+#include "tests/support/HeapWatch.h"
 
 namespace dovrel {
 namespace {
 
-using test::AllocationFault;
-
-constexpr size_t kMostRequests = 5000;
 constexpr uint32_t kApplication = 7;
 constexpr uint32_t kUntouched = 99;
 
@@ -24,23 +21,12 @@ class ClientOutOfMemoryTest : public test::SessionOperationsTest {
     /// `check(done)` follows each run of `work`, which answers whether it has done what it is for.
     template <class Work, class Check>
     static void failEachRequest(const Work& work, const Check& check) {
-        for (const auto duration : {AllocationFault::Duration::once, AllocationFault::Duration::forGood}) {
-            size_t nth = 1;
-            for (bool happened = true; happened; ++nth) {
-                ASSERT_LT(nth, kMostRequests);
-                bool done = false;
-                {
-                    const AllocationFault fault(nth, duration);
-                    done = work();
-                    happened = AllocationFault::happened();
-                }
-                SCOPED_TRACE(nth);
-                EXPECT_TRUE(done || happened) << "failed without a reason";
-                check(done);
-                if (HasFailure()) return;
-            }
-            EXPECT_GT(nth, 2u) << "no request was made to fail";
-        }
+        bool done = false;
+        test::refuseEachRequest([&] { done = work(); },
+                                [&](bool refused) {
+                                    EXPECT_TRUE(done || refused) << "failed without a reason";
+                                    check(done);
+                                });
     }
 
     /// For operations of the registered application whose success is `succeeds()`.

@@ -15,7 +15,7 @@
 #include "serialization/StructuredByteArrayWriter.h"
 #include "serialization/StructuredCharArrayReader.h"
 #include "tests/serialization/Bytes.h"
-#include "tests/serialization/HeapWatch.h"
+#include "tests/support/HeapWatch.h"
 
 namespace dovrel {
 namespace {

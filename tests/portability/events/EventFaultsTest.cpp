@@ -7,11 +7,11 @@
 
 #include "Events.h"
 #include "TestApplication.h"
-#include "tests/InterProcessCommunication/AllocationFault.h"
+#include "tests/support/HeapWatch.h"
 
 namespace {
 
-using dovrel::test::AllocationFault;
+using dovrel::test::HeapWatch;
 
 constexpr char kSignature[] = "TeSt";
 constexpr size_t kMostRequests = 1000;
@@ -46,14 +46,15 @@ OSStatus exchange(DescType addressType, const void* address, Size addressSize, c
 }
 
 template <class Exchange>
-void failEachRequest(AllocationFault::Duration duration, Exchange exchangeOnce) {
+void failEachRequest(HeapWatch::Refusal refusal, Exchange exchangeOnce) {
     size_t nth = 1;
     for (bool happened = true; happened && nth < kMostRequests; ++nth) {
         OSStatus status;
         {
-            const AllocationFault fault(nth, duration);
+            HeapWatch heap;
+            heap.refuse(nth, refusal);
             status = exchangeOnce();
-            happened = AllocationFault::happened();
+            happened = heap.hasRefused();
         }
         if (happened) {
             ASSERT_TRUE(status == memFullErr || status == noErr) << nth << ": " << static_cast<long>(status);
@@ -64,7 +65,7 @@ void failEachRequest(AllocationFault::Duration duration, Exchange exchangeOnce) 
     EXPECT_LT(nth, kMostRequests);
 }
 
-class EventFaultsTest : public testing::TestWithParam<AllocationFault::Duration> {
+class EventFaultsTest : public testing::TestWithParam<HeapWatch::Refusal> {
   protected:
     TemporaryEnvironment environment_;
 };
@@ -131,7 +132,7 @@ TEST_P(EventFaultsTest, InstallingAHandler) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Durations, EventFaultsTest,
-                         testing::Values(AllocationFault::Duration::once, AllocationFault::Duration::forGood),
+                         testing::Values(HeapWatch::Refusal::kOnce, HeapWatch::Refusal::kForGood),
                          [](const auto& given) {
-                             return given.param == AllocationFault::Duration::once ? "Once" : "ForGood";
+                             return given.param == HeapWatch::Refusal::kOnce ? "Once" : "ForGood";
                          });

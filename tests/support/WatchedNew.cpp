@@ -1,34 +1,11 @@
-#include "tests/InterProcessCommunication/AllocationFault.h"
-
+// Every operator new of the program by way of malloc, which the linker leads to HeapWatch.
 #include <cstdlib>
 #include <new>
 
-extern "C" {
-void* __real_malloc(size_t size);
-void* __real_realloc(void* block, size_t size);
-}
-
 namespace {
 
-bool armed = false;
-bool hasHappened = false;
-bool lasts = false;
-size_t left = 0;
-
-// Must not ask for memory itself.
-bool admits() {
-    if (!armed) return true;
-    if (hasHappened) return !lasts;
-    if (left > 1) {
-        --left;
-        return true;
-    }
-    hasHappened = true;
-    return false;
-}
-
 void* allocate(size_t size) noexcept {
-    return admits() ? __real_malloc(size == 0 ? 1 : size) : nullptr;
+    return std::malloc(size == 0 ? 1 : size);
 }
 
 void* allocateOrThrow(size_t size) {
@@ -37,36 +14,6 @@ void* allocateOrThrow(size_t size) {
 }
 
 }  // namespace
-
-namespace dovrel::test {
-
-AllocationFault::AllocationFault(size_t nth, Duration duration) {
-    left = nth;
-    lasts = duration == Duration::forGood;
-    hasHappened = false;
-    armed = true;
-}
-
-AllocationFault::~AllocationFault() {
-    armed = false;
-}
-
-bool AllocationFault::happened() {
-    return hasHappened;
-}
-
-}  // namespace dovrel::test
-
-extern "C" {
-
-void* __wrap_malloc(size_t size) {
-    return admits() ? __real_malloc(size) : nullptr;
-}
-
-void* __wrap_realloc(void* block, size_t size) {
-    return admits() ? __real_realloc(block, size) : nullptr;
-}
-}
 
 // All forms, because a sanitizer brings forms of its own that do not end in ours.
 void* operator new(size_t size) {

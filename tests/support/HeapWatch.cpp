@@ -1,4 +1,4 @@
-#include "tests/serialization/HeapWatch.h"
+#include "tests/support/HeapWatch.h"
 
 #include <utility>
 
@@ -51,10 +51,16 @@ void HeapWatch::failAt(std::set<size_t> requests) {
     single_ = std::move(requests);
 }
 
+void HeapWatch::refuse(size_t nth, Refusal refusal) {
+    refusal == Refusal::kOnce ? failAt({nth}) : failFrom(nth);
+}
+
 bool HeapWatch::admits(size_t bytes) {
     requests_.push_back(bytes);
     ++counted_;
-    return counted_ < firstOfAll_ && single_.count(counted_) == 0;
+    const bool admitted = counted_ < firstOfAll_ && single_.count(counted_) == 0;
+    if (!admitted) hasRefused_ = true;
+    return admitted;
 }
 
 }  // namespace dovrel::test
