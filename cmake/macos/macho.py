@@ -35,6 +35,7 @@ class MachOError(Exception):
 
 @dataclass
 class Section:
+    segment: str
     name: str
     address: int
     size: int
@@ -141,7 +142,7 @@ class Image:
         word = "<2I" if self.pointer_size == 4 else "<2Q"
         address, size = struct.unpack_from(word, self.data, position + 32)
         flags = struct.unpack_from("<5I", self.data, position + 32 + struct.calcsize(word))[4]
-        return Section(self._fixed_text(position), address, size, flags)
+        return Section(self._fixed_text(position + 16), self._fixed_text(position), address, size, flags)
 
     def _fixed_text(self, position):
         return bytes(self.data[position : position + 16]).rstrip(b"\0").decode()

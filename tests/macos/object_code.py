@@ -1,0 +1,74 @@
+"""Tables of virtual operations, read from object files of both systems."""
+import re
+import struct
+import subprocess
+from collections import defaultdict
+from pathlib import Path
+
+import macho
+
+
+def output(*command):
+    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
+
+
+class ElfObject:
+    """An object file of Linux, for 64 bits."""
+
+    def __init__(self, path):
+        self.path = path
+
+    def virtual_table(self, table):
+        """For each function of a table the names that it has, without the underscore that macOS puts in front; none for a
+        place that is left empty."""
+        symbols = output("llvm-readelf-14", "--symbols", "--wide", self.path)
+        place = re.search(rf"^ *\d+: ([0-9a-f]+) +(\d+) OBJECT +\S+ +\S+ +(\d+) {re.escape(table)}$", symbols, re.MULTILINE)
+        start, size, section = int(place[1], 16), int(place[2]), place[3]
+        sections = output("llvm-readelf-14", "--sections", "--wide", self.path)
+        name = re.search(rf"^ *\[ *{section}\] (\S+)", sections, re.MULTILINE)[1]
+
+        relocations = output("llvm-readelf-14", "--relocations", "--wide", self.path)
+        block = relocations[relocations.index(f"Relocation section '.rela{name}'") :].split("\n\n")[0]
+        words = {}
+        for offset, target in re.findall(r"^([0-9a-f]{16}) +\S+ +R_X86_64_64 +\S+ +(\S+) \+ 0$", block, re.MULTILINE):
+            if start <= int(offset, 16) < start + size:
+                words[(int(offset, 16) - start) // 8] = [target]
+        # In front of the functions stand the distance to the object's beginning and the type information.
+        return [words.get(number, []) for number in range(2, size // 8)]
+
+
+class MachOObject:
+    """An object file of macOS, for either width."""
+
+    def __init__(self, path):
+        self.path = path
+        self.image = macho.Image(Path(path).read_bytes())
+        self.names = defaultdict(list)
+        for address, name in re.findall(r"^([0-9a-f]+) [a-zA-Z] (_\S+)$", output("llvm-nm-14", path), re.MULTILINE):
+            self.names[int(address, 16)].append(name[1:])
+
+    def virtual_table(self, table):
+        """As of ElfObject. The table ends where the next symbol or the section does."""
+        start = next(address for address, names in self.names.items() if table in names)
+        sections = self.image.segments[0].sections
+        section = next(s for s in sections if s.address <= start < s.address + s.size)
+        end = min([address for address in self.names if address > start] + [section.address + section.size])
+
+        # A line of a relocation: address, relative, length, external, kind, scattered, symbol or number of a section.
+        listing = output("llvm-objdump-14", "--macho", "--reloc", self.path)
+        title = f"Relocation information ({section.segment},{section.name}) "
+        size = self.image.pointer_size
+        words = {}
+        for line in listing[listing.index(title) :].split("\nRelocation information")[0].split("\n")[2:]:
+            if line:
+                offset, _, _, external, _, _, target, *_ = line.split()
+                place = section.address + int(offset, 16)
+                if start <= place < end:
+                    words[(place - start) // size] = [target[1:]] if external == "True" else self.names[self._word(place)]
+        return [words.get(number, []) for number in range(2, (end - start) // size)]
+
+    def _word(self, address):
+        """The word that stands there: in 32 bits, the address of what is defined in the same file."""
+        segment = self.image.segments[0]
+        offset = segment.offset + address - segment.address
+        return struct.unpack_from("<I" if self.image.pointer_size == 4 else "<Q", self.image.data, offset)[0]
