@@ -1,4 +1,5 @@
-// The executable of a bundle for macOS.
+#include "tests/macho/MachOLibraryImage.h"
+
 #include <CoreFoundation/CFBundle.h>
 #include <CoreFoundation/CFURL.h>
 #include <sys/stat.h>
@@ -6,7 +7,6 @@
 #include <map>
 #include <stdexcept>
 
-#include "tests/macho/image/LoadedBundle.h"
 #include "tests/macho/imports/ImportTable.h"
 #include "tests/support/LibraryImage.h"
 
@@ -25,8 +25,9 @@ void introduce(const std::string& bundle) {
     CFRelease(url);
 }
 
-// An executable is loaded once, by whatever path.
-LoadedBundle& loaded(const std::string& executable) {
+}  // namespace
+
+LoadedBundle& loadedExecutable(const std::string& executable) {
     static std::map<std::pair<dev_t, ino_t>, LoadedBundle*> all;
     struct stat file = {};
     if (stat(executable.c_str(), &file) != 0) throw std::runtime_error("there is no " + executable);
@@ -41,9 +42,7 @@ LoadedBundle& loaded(const std::string& executable) {
     return *known;
 }
 
-}  // namespace
-
-LibraryImage::LibraryImage(const std::string& executable) : handle_(&loaded(executable)) {}
+LibraryImage::LibraryImage(const std::string& executable) : handle_(&loadedExecutable(executable)) {}
 
 LibraryImage::~LibraryImage() = default;
 

@@ -28,12 +28,11 @@ constexpr uintptr_t kTextIsUtf16 = 0x10;
 
 // For as long as the process lives, like the image. The length becomes that of the bytes.
 const char* utf8Text(const SystemString& string, uintptr_t& length) {
-    NSString* const text = [[NSString alloc] initWithCharacters:reinterpret_cast<const unichar*>(string.text)
-                                                         length:string.length];
-    NSData* const bytes = [[text dataUsingEncoding:NSUTF8StringEncoding] retain];
-    [text release];
-    length = [bytes length];
-    return static_cast<const char*>([bytes bytes]);
+    NSString* const text = [NSString stringWithCharacters:reinterpret_cast<const unichar*>(string.text)
+                                                   length:string.length];
+    const char* const bytes = strdup([text UTF8String]);
+    length = strlen(bytes);
+    return bytes;
 }
 
 }  // namespace

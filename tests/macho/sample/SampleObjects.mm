@@ -1,0 +1,134 @@
+#import <Foundation/Foundation.h>
+
+#include <string.h>
+#include <unistd.h>
+
+#include "tests/macho/sample/Sample.h"
+
+#define EXPECT(condition) \
+    if (!(condition)) return __LINE__
+
+namespace {
+
+struct OnWayOut {
+    ~OnWayOut() { ++*count; }
+    int* count;
+};
+
+}  // namespace
+
+// Answered in two registers.
+struct SampleRange {
+    NSUInteger location;
+    NSUInteger length;
+};
+
+@interface DovrelSampleObject : NSObject {
+    char first_;
+    int second_;
+}
++ (int)answer;
+- (id)initWithNumber:(int)number;
+- (int)second;
+- (SampleRange)range;
+@end
+
+// Comes before its superclass in the compiler's list, or after it.
+@interface DovrelAnySampleObject : DovrelSampleObject {
+    int third_;
+}
+- (int)third;
+@end
+
+@implementation DovrelAnySampleObject
+
+- (int)third {
+    return third_;
+}
+
+@end
+
+@implementation DovrelSampleObject
+
++ (int)answer {
+    return 42;
+}
+
+- (id)initWithNumber:(int)number {
+    first_ = 1;
+    second_ = number;
+    return self;
+}
+
+- (int)second {
+    return second_ + first_;
+}
+
+- (SampleRange)range {
+    SampleRange range;
+    range.location = static_cast<NSUInteger>(second_);
+    range.length = 7;
+    return range;
+}
+
+@end
+
+namespace {
+
+int messages() {
+    EXPECT([DovrelSampleObject answer] == 42);
+    DovrelAnySampleObject* const object = [[[DovrelAnySampleObject alloc] initWithNumber:5] autorelease];
+    EXPECT([object second] == 6);
+    EXPECT([object third] == 0);
+    EXPECT([object range].location == 5 && [object range].length == 7);
+    DovrelSampleObject* const none = nil;
+    EXPECT([none second] == 0);
+    return 0;
+}
+
+int strings() {
+    EXPECT([@"constant" length] == 8);
+    EXPECT([@"gr\u00fcn \u20ac" length] == 6);
+    EXPECT(memcmp([@"gr\u00fcn" UTF8String],
+                  "gr\xC3\xBC"
+                  "n",
+                  6) == 0);
+    NSString* const text = [NSString stringWithUTF8String:"constant"];
+    EXPECT([text length] == [@"constant" length]);
+    return 0;
+}
+
+// Raises: there is no such program.
+__attribute__((noinline)) int launch(int* count) {
+    const OnWayOut onWayOut = {count};
+    NSTask* const task = [[[NSTask alloc] init] autorelease];
+    [task setLaunchPath:@"/nonexistent/program"];
+    [task launch];
+    return [task terminationStatus] + *count;
+}
+
+int exceptions() {
+    int count = 0;
+    for (int i = 1; i <= 100; ++i) {
+        int result = -1;
+        @try {
+            result = launch(&count);
+        } @catch (...) {
+            result = 1000 + i;
+        }
+        EXPECT(result == 1000 + i);
+        EXPECT(count == i);
+    }
+    return 0;
+}
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) int Sample_ObjectiveC() {
+    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+    int line = messages();
+    if (line == 0) line = strings();
+    if (line == 0) line = exceptions();
+    [pool release];
+    return line;
+}
