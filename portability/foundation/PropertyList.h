@@ -2,13 +2,18 @@
 #pragma once
 
 #include <CoreFoundation/CFDictionary.h>
+#include <CoreFoundation/CFPropertyList.h>
 
 #include <string>
+#include <string_view>
 
 namespace portability {
 
-/// The property list (XML, binary or old style) in the file `path`; the caller releases it. Null when the
-/// file cannot be read, is larger than 16 MiB, or holds none.
+/// The property list (XML, binary or old style) in `content`; the caller releases it. Null when it is larger
+/// than 16 MiB or holds none. `format`, if given, gets the form of a list that is there.
+CFPropertyListRef copyPropertyListIn(std::string_view content, CFPropertyListFormat* format = nullptr);
+
+/// The same of the file `path`; null, too, when it cannot be read.
 CFPropertyListRef copyPropertyList(const std::string& path);
 
 /// The same if it is a dictionary, else null.

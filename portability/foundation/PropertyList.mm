@@ -6,6 +6,7 @@
 
 #include <ctime>
 
+#include "foundation/BinaryPropertyList.h"
 #include "foundation/FileContent.h"
 #include "foundation/XmlPropertyList.h"
 
@@ -101,10 +102,24 @@ id newObject(const PropertyListNode& node) {
     return nil;
 }
 
+// Foundation looks for the beginnings of some forms without regard to the end of the data. Blanks at the end
+// are no part of a list; in two-byte texts, which it tells by their first byte, they would be.
+NSData* newPaddedData(std::string_view content) {
+    constexpr std::size_t kPadding = 32;
+    const bool isTwoByteText = !content.empty() && static_cast<unsigned char>(content[0]) >= 0xFE;
+    std::string padded(content);
+    padded.append(isTwoByteText ? 0 : kPadding, ' ');
+    return [[NSData alloc] initWithBytes:padded.data() length:padded.size()];
+}
+
+// Foundation knows binary forms of its own, which the platform does not have.
+bool isFoundationsOwn(std::string_view content) {
+    return !content.empty() && (content[0] == '\0' || content[0] == '\1');
+}
+
 // Foundation raises exceptions at damaged input.
-id newObjectByFoundation(NSData* content) {
+id newObjectByFoundation(NSData* content, NSPropertyListFormat& format) {
     @try {
-        NSPropertyListFormat format;
         NSString* error = nil;
         return [[NSPropertyListSerialization propertyListFromData:content
                                                  mutabilityOption:NSPropertyListImmutable
@@ -130,20 +145,33 @@ NSStringEncoding encodingOfStrings(const std::string& content) {
 
 }  // namespace
 
-CFPropertyListRef copyPropertyList(const std::string& path) {
-    const auto content = readFile(path, kLargestFile);
-    if (!content) {
+CFPropertyListRef copyPropertyListIn(std::string_view content, CFPropertyListFormat* format) {
+    if (content.size() > kLargestFile) {
         return nullptr;
     }
     const AutoreleasePool pool;
-    if (isXmlPropertyList(*content)) {
-        const auto node = readXmlPropertyList(*content);
-        return node ? newObject(*node) : nil;
+    NSPropertyListFormat form = NSPropertyListXMLFormat_v1_0;
+    id object = nil;
+    if (isXmlPropertyList(content)) {
+        const auto node = readXmlPropertyList(content);
+        object = node ? newObject(*node) : nil;
+    } else if (isBinaryPropertyList(content)) {
+        form = NSPropertyListBinaryFormat_v1_0;
+        object = newObjectOfBinaryPropertyList(content);
+    } else if (!isFoundationsOwn(content)) {
+        NSData* data = newPaddedData(content);
+        object = newObjectByFoundation(data, form);
+        [data release];
     }
-    NSData* data = [[NSData alloc] initWithBytes:content->data() length:content->size()];
-    const id object = newObjectByFoundation(data);
-    [data release];
+    if (object != nil && format != nullptr) {
+        *format = static_cast<CFPropertyListFormat>(form);
+    }
     return object;
+}
+
+CFPropertyListRef copyPropertyList(const std::string& path) {
+    const auto content = readFile(path, kLargestFile);
+    return content ? copyPropertyListIn(*content) : nullptr;
 }
 
 CFDictionaryRef copyDictionary(const std::string& path) {

@@ -1,11 +1,13 @@
 target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/ApplicationBundle.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/BinaryPropertyList.mm
     ${CMAKE_CURRENT_LIST_DIR}/Bundle.cpp
     ${CMAKE_CURRENT_LIST_DIR}/CFBase.mm
     ${CMAKE_CURRENT_LIST_DIR}/CFBundle.cpp
     ${CMAKE_CURRENT_LIST_DIR}/CFCollections.mm
     ${CMAKE_CURRENT_LIST_DIR}/CFConstants.mm
     ${CMAKE_CURRENT_LIST_DIR}/CFPreferences.mm
+    ${CMAKE_CURRENT_LIST_DIR}/CFPropertyList.mm
     ${CMAKE_CURRENT_LIST_DIR}/CFString.mm
     ${CMAKE_CURRENT_LIST_DIR}/CFURL.mm
     ${CMAKE_CURRENT_LIST_DIR}/CatalogInfo.cpp

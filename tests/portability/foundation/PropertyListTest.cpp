@@ -76,6 +76,14 @@ TEST_F(PropertyList, Read_Garbage_IsNullAndRaisesNothing) {
     EXPECT_FALSE(isReadable(""));
 }
 
+TEST_F(PropertyList, Read_ShortTexts_ReadNothingBehindThem) {
+    for (const std::string start : {"<?xml version", "bplist00", "{ a = b; }", "// comment"}) {
+        for (std::size_t length = 0; length < 8; ++length) {
+            EXPECT_FALSE(isReadable(start.substr(0, length) + "<")) << start.substr(0, length);
+        }
+    }
+}
+
 TEST_F(PropertyList, Read_NoFile_IsNull) {
     EXPECT_EQ(copyPropertyList(folder_.path("absent")), nullptr);
     EXPECT_EQ(copyPropertyList(folder_.path()), nullptr);
