@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "InterProcessCommunication/BSDProcessList.h"
 #include "platform/CFObject.h"
@@ -33,8 +34,10 @@ bool listHoldsServer() {
 CFURLRef newServerURL(const FSRef& supportFolder) {
     const CFObject<CFURLRef> folder(CFURLCreateFromFSRef(kCFAllocatorDefault, &supportFolder));
     if (!folder) return nullptr;
-    const CFObject<CFStringRef> bundle(CFStringCreateWithCString(
-        kCFAllocatorDefault, places::kServerBundleInApplicationSupport, kCFStringEncodingUTF8));
+    const std::string path =
+        std::string(places::kInstallFolderInApplicationSupport) + places::kServerBundleName;
+    const CFObject<CFStringRef> bundle(
+        CFStringCreateWithCString(kCFAllocatorDefault, path.c_str(), kCFStringEncodingUTF8));
     return CFURLCreateCopyAppendingPathComponent(kCFAllocatorDefault, folder.get(), bundle.get(), false);
 }
 

@@ -7,8 +7,8 @@
 #include "InterProcessCommunication/TracingForwarder.h"
 #include "client/VersionBanner.h"
 #include "platform/LogPlaces.h"
-#include "platform/Places.h"
 #include "platform/SynchronizationFactory.h"
+#include "ui/Component.h"
 #include "ui/MacOSXMessageDialog.h"
 
 namespace dovrel {
@@ -20,10 +20,6 @@ POSAccessUserInteraction* theSession = nullptr;
 /// Belongs to the session that is there; without one it is not to be used, because closing does not clear it.
 POSTransferObjForwarder* theForwarder = nullptr;
 
-std::string libraryBundlePath() {
-    return std::string(places::kInstallFolder) + places::kLibraryBundleName;
-}
-
 }  // namespace
 
 SessionParts platformParts() {
@@ -33,7 +29,7 @@ SessionParts platformParts() {
 
 void openSession(const SessionParts& parts) {
     if (theSession != nullptr) return;
-    const std::string bundlePath = libraryBundlePath();
+    const std::string bundlePath = libraryComponent().path;
     {
         // Not used any further: with the path the log's folder comes into being, at the first opening
         // already.

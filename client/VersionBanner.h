@@ -5,8 +5,8 @@
 
 namespace dovrel {
 
-/// "Dovrel Version " and the version of the bundle at the path (absolute, UTF-8); "n/a" stands in for the
-/// version where there is no bundle or it does not tell one.
+/// "Dovrel Version " and the version of this library as the system report tells it, with `bundlePath`
+/// (absolute, UTF-8) as the place where its bundle is installed.
 std::string versionBanner(const std::string& bundlePath);
 
 }  // namespace dovrel

@@ -11,11 +11,23 @@ namespace dovrel::places {
 /// Where the product is installed.
 constexpr char kInstallFolder[] = "/Library/Application Support/Tessilor/pos/";
 
-/// The server application, relative to the local domain's application support folder.
-constexpr char kServerBundleInApplicationSupport[] = "Tessilor/pos/Merrowd.app";
+/// The install folder, relative to the local domain's application support folder.
+constexpr char kInstallFolderInApplicationSupport[] = "Tessilor/pos/";
 
-/// This library's own bundle, inside the install folder.
+// What lies in the install folder: the server application, this library's own bundle, its sibling.
+constexpr char kServerBundleName[] = "Merrowd.app";
 constexpr char kLibraryBundleName[] = "Dovrel.bundle";
+constexpr char kSiblingBundleName[] = "Brasket.bundle";
+
+// Components that are installed elsewhere.
+constexpr char kCompatibilityBundle[] = "/Library/Quernvale/Fenwild.bundle";
+constexpr char kManagementApplication[] = "/Applications/Halden Console.app";
+
+/// The property list that names the operating system and its version.
+constexpr char kSystemVersionFile[] = "/System/Library/CoreServices/SystemVersion.plist";
+
+/// A bundle's property list, inside the bundle.
+constexpr char kInfoPropertyList[] = "/Contents/Info.plist";
 
 constexpr char kLogFolder[] = "/Library/Logs/Tessilor/";
 

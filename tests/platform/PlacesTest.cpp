@@ -12,8 +12,14 @@ namespace {
 
 TEST(Places, AreThoseOfTheProduct) {
     EXPECT_STREQ(places::kInstallFolder, "/Library/Application Support/Tessilor/pos/");
-    EXPECT_STREQ(places::kServerBundleInApplicationSupport, "Tessilor/pos/Merrowd.app");
+    EXPECT_STREQ(places::kInstallFolderInApplicationSupport, "Tessilor/pos/");
+    EXPECT_STREQ(places::kServerBundleName, "Merrowd.app");
     EXPECT_STREQ(places::kLibraryBundleName, "Dovrel.bundle");
+    EXPECT_STREQ(places::kSiblingBundleName, "Brasket.bundle");
+    EXPECT_STREQ(places::kCompatibilityBundle, "/Library/Quernvale/Fenwild.bundle");
+    EXPECT_STREQ(places::kManagementApplication, "/Applications/Halden Console.app");
+    EXPECT_STREQ(places::kSystemVersionFile, "/System/Library/CoreServices/SystemVersion.plist");
+    EXPECT_STREQ(places::kInfoPropertyList, "/Contents/Info.plist");
     EXPECT_STREQ(places::kLogFolder, "/Library/Logs/Tessilor/");
     EXPECT_STREQ(places::kErrorLogName, "POSDLLErrorLog.txt");
 }

@@ -52,7 +52,6 @@ __attribute__((objc_root_class))
 @end
 
 @interface NSData : NSObject
-+ (id)dataWithContentsOfFile:(NSString*)path;
 - (const void*)bytes;
 - (NSUInteger)length;
 @end
@@ -67,6 +66,7 @@ __attribute__((objc_root_class))
 @interface NSFileManager : NSObject
 + (NSFileManager*)defaultManager;
 - (BOOL)fileExistsAtPath:(NSString*)path;
+- (NSData*)contentsAtPath:(NSString*)path;
 @end
 
 @interface NSFileHandle : NSObject

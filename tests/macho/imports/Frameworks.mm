@@ -32,8 +32,11 @@ void addCoreFoundation(ImportTable& table) {
     ENTER(kCoreFoundation, CFBundleGetIdentifier);
     ENTER(kCoreFoundation, CFBundleGetMainBundle);
     ENTER(kCoreFoundation, CFBundleGetValueForInfoDictionaryKey);
+    ENTER(kCoreFoundation, CFDictionaryGetTypeID);
+    ENTER(kCoreFoundation, CFDictionaryGetValue);
     ENTER(kCoreFoundation, CFGetTypeID);
     ENTER(kCoreFoundation, CFPreferencesCopyValue);
+    ENTER(kCoreFoundation, CFPropertyListCreateWithData);
     ENTER(kCoreFoundation, CFRelease);
     ENTER(kCoreFoundation, CFRetain);
     ENTER(kCoreFoundation, CFStringCompare);

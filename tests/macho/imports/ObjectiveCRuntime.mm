@@ -17,10 +17,13 @@ constexpr char kCoreFoundation[] =
 constexpr char kFoundation[] = "/System/Library/Frameworks/Foundation.framework/Versions/C/Foundation";
 
 // Classes that GNUstep has under the same name, and where they are at home on macOS.
-constexpr std::pair<const char*, const char*> kClasses[] = {
-    {kCoreFoundation, "NSMutableArray"}, {kCoreFoundation, "NSObject"},
-    {kFoundation, "NSAutoreleasePool"},  {kFoundation, "NSPipe"},
-    {kFoundation, "NSString"},           {kFoundation, "NSTask"}};
+constexpr std::pair<const char*, const char*> kClasses[] = {{kCoreFoundation, "NSMutableArray"},
+                                                            {kCoreFoundation, "NSObject"},
+                                                            {kFoundation, "NSAutoreleasePool"},
+                                                            {kFoundation, "NSFileManager"},
+                                                            {kFoundation, "NSPipe"},
+                                                            {kFoundation, "NSString"},
+                                                            {kFoundation, "NSTask"}};
 
 }  // namespace
 

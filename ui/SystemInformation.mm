@@ -1,0 +1,43 @@
+#include "ui/SystemInformation.h"
+
+#import <Foundation/Foundation.h>
+
+#include "platform/Places.h"
+#include "ui/PropertyText.h"
+
+namespace dovrel {
+
+namespace {
+
+constexpr char kProductName[] = "ProductName";
+constexpr char kProductVersion[] = "ProductVersion";
+constexpr char kProductBuildVersion[] = "ProductBuildVersion";
+constexpr char kArchitecture[] = "x86";
+constexpr char kMissingText[] = "-";
+
+/// Nil for nothing, which is how the platform formats an absent object.
+NSString* objectOf(const std::optional<std::string>& text) {
+    return text ? [NSString stringWithUTF8String:text->c_str()] : nil;
+}
+
+std::string pairText(const std::optional<std::string>& first, const std::optional<std::string>& second) {
+    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+    NSString* const pair = [NSString stringWithFormat:@"%@ (%@)", objectOf(first), objectOf(second)];
+    const std::string text = textOfValue(pair).value_or(kMissingText);
+    [pool release];
+    return text;
+}
+
+}  // namespace
+
+std::optional<std::string> systemVersionValue(const std::string& key) {
+    return textInPropertyList(places::kSystemVersionFile, key);
+}
+
+std::string osNameText() { return pairText(systemVersionValue(kProductName), kArchitecture); }
+
+std::string osVersionText() {
+    return pairText(systemVersionValue(kProductVersion), systemVersionValue(kProductBuildVersion));
+}
+
+}  // namespace dovrel
