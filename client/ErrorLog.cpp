@@ -10,6 +10,7 @@
 #include "client/Attempt.h"
 #include "client/VersionBanner.h"
 #include "platform/LogPlaces.h"
+#include "settings/LineGrammar.h"
 #include "settings/LogFileWriter.h"
 
 namespace dovrel {
@@ -43,9 +44,19 @@ class LogFile {
     /// Through the descriptor: the name may meanwhile be another file's.
     void openToAllUsers() const { static_cast<void>(fchmod(descriptor_, (status_.st_mode | 0777) & 07777)); }
 
-    /// In one call, so that the entries of several processes do not mix.
-    void append(const std::string& text) const {
-        [[maybe_unused]] const ssize_t written = write(descriptor_, text.data(), text.size());
+    /// In one call, so that the entries of several processes do not mix. False when it did not arrive as a
+    /// whole.
+    bool append(const std::string& text) const {
+        const ssize_t written = write(descriptor_, text.data(), text.size());
+        return written >= 0 && static_cast<size_t>(written) == text.size();
+    }
+
+    /// Takes a file away that is too short to hold the text with which it was to begin.
+    void removeIfShorterThan(const std::string& text, const std::string& path) const {
+        struct stat now = {};
+        const bool isShorter =
+            fstat(descriptor_, &now) == 0 && static_cast<uint64_t>(now.st_size) < text.size();
+        if (isShorter && isNamed(path)) std::remove(path.c_str());
     }
 
     /// Gives the name away to a new file, unless another process did so since this one was opened, or is at
@@ -95,7 +106,8 @@ std::string ErrorLog::headText() const {
 }
 
 std::string ErrorLog::entryText(const char* applicationName, const FailureReport& report) const {
-    std::string text;
+    // An entry begins on a line of its own, also behind one that a full disk cut.
+    std::string text(1, kLineFeed);
     LogFileWriter writer(text);
     writer.writeString(kTimeKey, timeText(clock_()));
     writer.writeString(kApplicationKey, shortened(applicationName));
@@ -123,7 +135,8 @@ void ErrorLog::append(const char* applicationName, const FailureReport& report) 
             return true;
         }
         fresh.openToAllUsers();
-        fresh.append(headText() + entry);
+        const std::string beginning = headText() + entry;
+        if (!fresh.append(beginning)) fresh.removeIfShorterThan(beginning, path);
         return true;
     });
 }

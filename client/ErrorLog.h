@@ -6,8 +6,9 @@
 // kept below kLargestSize: what would make it larger first renames it to the same name with ".old" behind it,
 // in place of the one before. All users may read and write it, and several processes may append to it.
 //
-// A log that cannot be written never disturbs the operation whose failure it should hold. Links are not
-// followed, because the log's folder is open to all users.
+// A log that cannot be written never disturbs the operation whose failure it should hold, and an entry that a
+// full disk cuts spoils none before or behind it. Links are not followed, because the log's folder is open to
+// all users.
 #pragma once
 
 #include <cstdint>

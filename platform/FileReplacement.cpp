@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <utility>
 
 #include "platform/OpenFile.h"
 
@@ -18,7 +17,8 @@ constexpr mode_t kPermissionBits = 07777;
 constexpr mode_t kOwnerOnly = 0600;
 constexpr int kMostNames = 100;
 
-bool writeAndClose(OpenFile file, const std::string& text) {
+bool overwrite(const std::string& path, const std::string& text) {
+    OpenFile file(std::fopen(path.c_str(), "w+b"));
     if (!file) return false;
     const bool isComplete = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
     return std::fclose(file.release()) == 0 && isComplete;
@@ -52,8 +52,7 @@ class Successor {
                              status.st_gid == old.st_gid &&
                              fchmod(descriptor, old.st_mode & kPermissionBits) == 0;
         mayWriteInPlace_ = !isAlike;
-        if (isAlike) file_.reset(fdopen(descriptor, "w+b"));
-        if (!file_) close(descriptor);
+        close(descriptor);
     }
     Successor(const Successor&) = delete;
     Successor& operator=(const Successor&) = delete;
@@ -65,7 +64,7 @@ class Successor {
     bool mayWriteInPlace() const { return mayWriteInPlace_; }
 
     bool succeed(const std::string& text) {
-        if (!writeAndClose(std::move(file_), text)) return false;
+        if (!overwrite(path_, text)) return false;
         if (std::rename(path_.c_str(), oldPath_.c_str()) != 0) return false;
         exists_ = false;
         return true;
@@ -74,7 +73,6 @@ class Successor {
   private:
     const std::string oldPath_;
     std::string path_;
-    OpenFile file_;
     bool exists_ = false;
     bool mayWriteInPlace_ = false;
 };
@@ -87,7 +85,7 @@ bool replaceFileContent(const std::string& path, const std::string& text) {
         Successor successor(path, old);
         if (!successor.mayWriteInPlace()) return successor.succeed(text);
     }
-    return writeAndClose(OpenFile(std::fopen(path.c_str(), "w+b")), text);
+    return overwrite(path, text);
 }
 
 }  // namespace dovrel

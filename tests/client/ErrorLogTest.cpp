@@ -7,13 +7,15 @@
 #include "client/exceptions/POSException.h"
 #include "settings/ConfigFileSystem.h"
 #include "tests/client/SessionTest.h"
+#include "tests/support/FileSizeLimit.h"
 
 namespace dovrel {
 namespace {
 
 constexpr char kHead[] = "//POSDLLErrorLog\n//VERSION\nSTR:Dovrel Version n/a\n";
 constexpr char kEntry[] =
-    "//TIME\nSTR:2026-11-15T18:19:00Z\n//APPLICATION\nSTR:Editor\n//TYPE\nINT:24\n//MESSAGE\nSTR:no driver\n";
+    "\n//TIME\nSTR:2026-11-15T18:19:00Z\n//APPLICATION\nSTR:Editor\n//TYPE\nINT:24\n//MESSAGE\nSTR:no "
+    "driver\n";
 
 class ErrorLogTest : public test::SystemRootTest {
   protected:
@@ -123,6 +125,31 @@ TEST_F(ErrorLogTest, LogThatCannotBeWritten_IsGivenUpSilently) {
     EXPECT_TRUE(S_ISFIFO(status.st_mode));
     EXPECT_FALSE(exists(std::string(kErrorLogFile) + ".old"));
     ASSERT_EQ(unlink(logPath().c_str()), 0);
+    append("Editor", "no driver");
+    EXPECT_EQ(content(), std::string(kHead) + kEntry);
+}
+
+TEST_F(ErrorLogTest, FullDisk_CutsNoOtherEntry) {
+    append("Editor", "no driver");
+    const std::string before = content();
+    for (const size_t room : {0, 1, 20}) {
+        const test::FileSizeLimit limit(before.size() + room);
+        append("Editor", "no driver");
+    }
+    append("Viewer", "other");
+    const std::string after = content();
+    EXPECT_EQ(after.substr(0, before.size()), before);
+    const auto sections = ConfigFileSystem::readSections(after, "TIME");
+    EXPECT_EQ(sections.back().getString("APPLICATION"), "Viewer");
+    EXPECT_EQ(sections.back().getString("TIME"), "2026-11-15T18:19:00Z");
+}
+
+TEST_F(ErrorLogTest, FullDisk_ForANewLog_LeavesNone) {
+    {
+        const test::FileSizeLimit limit(20);
+        append("Editor", "no driver");
+        EXPECT_FALSE(exists(kErrorLogFile));
+    }
     append("Editor", "no driver");
     EXPECT_EQ(content(), std::string(kHead) + kEntry);
 }
