@@ -1,4 +1,4 @@
-# The bundle that hosts load: ${DOVREL_BUNDLE}, complete with its property list and texts.
+# The bundle that hosts load: ${DOVREL_BUNDLE}, complete with its property list, texts and help pages.
 set(bundle_contents "${DOVREL_BUNDLE}/Contents")
 
 # The functions are a source of the bundle's own, because nothing would fetch them out of the library.

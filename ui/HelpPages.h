@@ -1,4 +1,5 @@
-// The help pages, which lie in the resources of the main bundle, one folder per language.
+// The help pages, which lie in the resources of the main bundle, one folder per language. They ship in the
+// library's bundle (resources/Helpsystem); an application that is to have help carries a copy.
 #pragma once
 
 #include <CoreServices/CoreServices.h>

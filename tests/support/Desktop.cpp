@@ -34,8 +34,19 @@ int numberAfter(const std::string& name, const std::string& geometry) {
     return at == std::string::npos ? 0 : std::stoi(geometry.substr(at + name.size()));
 }
 
+// As the picture tools write it.
+std::string areaOf(const std::string& geometry) {
+    const auto number = [&geometry](const char* name) { return std::to_string(numberAfter(name, geometry)); };
+    return number("WIDTH=") + "x" + number("HEIGHT=") + "+" + number("X=") + "+" + number("Y=");
+}
+
 bool hasKeyboard(const std::string& window) {
     return outputOf({"xdotool", "getactivewindow"}) == window + '\n';
+}
+
+// What the window manager does by itself, unless the window was late to answer it.
+void giveKeyboard(const std::string& window) {
+    outputOf({"xdotool", "windowactivate", window});
 }
 
 // The window classes notice what has arrived only when more arrives.
@@ -75,7 +86,11 @@ std::string Desktop::waitForAlert() {
             const std::string geometry = geometryOf(window);
             const bool rests = !geometry.empty() && geometry == lastGeometry;
             lastGeometry = geometry;
-            if (rests && hasKeyboard(window)) found = window;
+            if (!hasKeyboard(window)) {
+                giveKeyboard(window);
+            } else if (rests) {
+                found = window;
+            }
         }
         return !found.empty();
     });
@@ -121,19 +136,15 @@ bool Desktop::pressKey(const std::string& key) {
 }
 
 bool Desktop::takePicture(const std::string& name) {
-    const std::string geometry = geometryOf(waitForAlert());
-    const auto number = [&geometry](const char* value) {
-        return std::to_string(numberAfter(value, geometry));
-    };
-    const std::string inside =
-        number("WIDTH=") + "x" + number("HEIGHT=") + "+" + number("X=") + "+" + number("Y=");
+    const std::string window = waitForAlert();
     std::filesystem::create_directories(DOVREL_PICTURES);
     const std::string path = DOVREL_PICTURES "/" + name + ".png";
     std::string last;
     return waitUntil([&] {
+        movePointer();
         outputOf({"import", "-window", "root", path});
         const std::string content =
-            outputOf({"convert", path, "-crop", inside, "-format", "%k %#\n", "info:"});
+            outputOf({"convert", path, "-crop", areaOf(geometryOf(window)), "-format", "%k %#\n", "info:"});
         const bool rests = !content.empty() && content == last;
         last = content;
         return rests && std::stoi(content) > kColoursOfNothing;

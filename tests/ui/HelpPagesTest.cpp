@@ -10,11 +10,6 @@ constexpr char kEnglishPage[] = "Resources/Helpsystem/Helpsystem English RC MacO
 class HelpPagesTest : public test::HelpTest {
   protected:
     HelpPagesTest() { setIdentifier("com.example.host"); }
-
-    void addAllHelp() const {
-        for (const char* language : {"German", "French", "English"})
-            addHelp(std::string("Helpsystem ") + language + " RC MacOSX");
-    }
 };
 
 TEST(HelpPages, FolderName_IsThatOfTheLanguageAndEnglishForEveryOther) {
@@ -25,43 +20,50 @@ TEST(HelpPages, FolderName_IsThatOfTheLanguageAndEnglishForEveryOther) {
 }
 
 TEST_F(HelpPagesTest, German_OpensTheGermanStartPage) {
-    addAllHelp();
+    addHelp();
     EXPECT_EQ(run("help", "de_DE.UTF-8"), "status 0");
     EXPECT_EQ(openedPage(), "Resources/Helpsystem/Helpsystem German RC MacOSX/index.html");
 }
 
 TEST_F(HelpPagesTest, French_OpensTheFrenchStartPage) {
-    addAllHelp();
+    addHelp();
     EXPECT_EQ(run("help", "fr_FR.UTF-8"), "status 0");
     EXPECT_EQ(openedPage(), "Resources/Helpsystem/Helpsystem French RC MacOSX/index.html");
 }
 
 TEST_F(HelpPagesTest, Spanish_OpensTheEnglishStartPage) {
-    addAllHelp();
+    addHelp();
     EXPECT_EQ(run("help", "es_ES.UTF-8"), "status 0");
     EXPECT_EQ(openedPage(), kEnglishPage);
 }
 
 TEST_F(HelpPagesTest, NoPreference_OpensTheEnglishStartPage) {
-    addAllHelp();
+    addHelp();
     EXPECT_EQ(run("help", "C"), "status 0");
     EXPECT_EQ(openedPage(), kEnglishPage);
 }
 
 TEST_F(HelpPagesTest, MissingFolder_Is0AndOpensNothing) {
-    addHelp("Helpsystem English RC MacOSX");
+    addHelp();
+    removeHelp("German");
     EXPECT_EQ(run("help", "de_DE.UTF-8"), "status 0");
     EXPECT_TRUE(openedNothing());
 }
 
 TEST_F(HelpPagesTest, MissingStartPage_AnswersTheOpenersStatus) {
-    addEmptyHelp("Helpsystem English RC MacOSX");
+    addHelp();
+    removeStartPage("English");
     EXPECT_EQ(run("help", "C"), "status -43");
     EXPECT_TRUE(openedNothing());
 }
 
+TEST_F(HelpPagesTest, NoHelpAtAll_Is0AndOpensNothing) {
+    EXPECT_EQ(run("help", "C"), "status 0");
+    EXPECT_TRUE(openedNothing());
+}
+
 TEST_F(HelpPagesTest, HelpButtonOfAnAlert_OpensTheStartPage) {
-    addAllHelp();
+    addHelp();
     EXPECT_EQ(run("helpbutton", "C"), "shown");
     EXPECT_EQ(openedPage(), kEnglishPage);
 }

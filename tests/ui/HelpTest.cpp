@@ -15,6 +15,10 @@ namespace {
 constexpr char kContents[] = "Applications/Halden Console.app/Contents/";
 constexpr char kHelpFolder[] = "Resources/Helpsystem/";
 
+std::string folderOf(const std::string& language) {
+    return kHelpFolder + ("Helpsystem " + language) + " RC MacOSX";
+}
+
 std::string inContents(const std::string& name) {
     return kContents + name;
 }
@@ -34,7 +38,7 @@ HelpTest::HelpTest() {
                                     root_.path("note") + "' '" + root_.path("opened") + "'\n");
     chmod(root_.path("bin/xdg-open").c_str(), 0755);
     root_.write(inContents("MacOS/.keep"), "");
-    std::filesystem::copy_file(DOVREL_ALERT_HOST, root_.path(inContents("MacOS/alertHost")));
+    std::filesystem::copy_file(DOVREL_ALERT_HOST, program());
 }
 
 void HelpTest::setIdentifier(const std::string& identifier) const {
@@ -46,17 +50,27 @@ void HelpTest::setIdentifier(const std::string& identifier) const {
             identifier + "</string></dict></plist>\n");
 }
 
-void HelpTest::addHelp(const std::string& folder) const {
-    root_.write(inContents(kHelpFolder + folder + "/index.html"), "<html></html>");
+void HelpTest::addHelp() const {
+    const std::filesystem::path help = root_.path(inContents(kHelpFolder));
+    std::filesystem::create_directories(help);
+    std::filesystem::copy(DOVREL_HELP, help, std::filesystem::copy_options::recursive);
 }
 
-void HelpTest::addEmptyHelp(const std::string& folder) const {
-    root_.write(inContents(kHelpFolder + folder + "/other.html"), "<html></html>");
+void HelpTest::removeHelp(const std::string& language) const {
+    std::filesystem::remove_all(root_.path(inContents(folderOf(language))));
+}
+
+void HelpTest::removeStartPage(const std::string& language) const {
+    EXPECT_TRUE(std::filesystem::remove(root_.path(inContents(folderOf(language) + "/index.html"))));
+}
+
+std::string HelpTest::program() const {
+    return root_.path(inContents("MacOS/alertHost"));
 }
 
 std::string HelpTest::run(const std::string& mode, const std::string& locale) const {
     setenv("LC_ALL", locale.c_str(), 1);
-    ChildProcess application({root_.path(inContents("MacOS/alertHost")), mode});
+    ChildProcess application({program(), mode});
     const std::string line = application.readLine();
     EXPECT_EQ(application.wait(), 0);
     return line;
@@ -68,6 +82,7 @@ std::string HelpTest::openedPage() const {
     unlink(root_.path("opened").c_str());
     const std::string application = root_.path(kContents);
     EXPECT_EQ(page.compare(0, application.size(), application), 0) << page;
+    EXPECT_EQ(access(page.c_str(), R_OK), 0) << page;
     return page.substr(application.size());
 }
 

@@ -18,9 +18,15 @@ class HelpTest : public testing::Test {
     /// Writes the application's property list with that identifier.
     void setIdentifier(const std::string& identifier) const;
 
-    /// Adds a folder of help pages with its start page, or without.
-    void addHelp(const std::string& folder) const;
-    void addEmptyHelp(const std::string& folder) const;
+    /// Puts the help pages into the application, as a host has them that carries help.
+    void addHelp() const;
+
+    /// Takes the folder of a language away, or its start page.
+    void removeHelp(const std::string& language) const;
+    void removeStartPage(const std::string& language) const;
+
+    /// The application's program.
+    std::string program() const;
 
     /// The line that the application writes when started in the mode; the user's language is that of the
     /// locale.

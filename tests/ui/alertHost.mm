@@ -1,16 +1,30 @@
 // A host that shows alerts and tells what it sees, for tests that press their buttons:
 //
-//     alertHost show KIND TITLE BODY [KIND TITLE BODY]...   one after the other; "answer N" after each
-//     alertHost inspect KIND TITLE BODY    "text ..." and "button ..." for what stands in the open alert,
-//     then "answer N" alertHost thread KIND TITLE BODY     in a task, while the main thread waits for a line
-//     before it runs its loop alertHost state KIND TITLE BODY FILE...   "changed ..." for each thing of the
-//     host's that is not as before alertHost memory KIND TITLE BODY     "window library before" and "after",
-//     if it is in the process by then alertHost pause KIND TITLE BODY      twice, with a wait for a line in
-//     between alertHost help                       opens the help pages; "status N" alertHost helpbutton
-//     presses the Help button of an alert; "shown" when it is taken care of alertHost management "yes" when
-//     this is the management application, else "no"
+//     alertHost show KIND TITLE BODY [KIND TITLE BODY]...
+//         one after the other; "answer N" after each
+//     alertHost inspect KIND TITLE BODY
+//         "text ..." and "button ..." for what stands in the open alert, "end", then "answer N"
+//     alertHost thread KIND TITLE BODY
+//         in a task, while the main thread waits for a line before it runs its loop
+//     alertHost state KIND TITLE BODY FILE...
+//         "changed ..." for each thing of the host's that is not as before
+//     alertHost memory KIND TITLE BODY
+//         "window library before" and "after", if it is in the process by then
+//     alertHost pause KIND TITLE BODY
+//         twice, with a wait for a line in between
+//     alertHost ties KIND TITLE BODY
+//         then has the window classes look for other programs; "end"
+//     alertHost help
+//         opens the help pages; "status N"
+//     alertHost helpbutton
+//         presses the Help button of an alert; "shown" when it is taken care of
+//     alertHost helpalert KIND TITLE BODY
+//         "help" when the alert has a Help button and its press is taken care of, then "answer N"
+//     alertHost management
+//         "yes" when this is the management application, else "no"
 #import <AppKit/AppKit.h>
 #include <CoreServices/CoreServices.h>
+#include <objc/runtime.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -189,6 +203,20 @@ int runHelpButton() {
     return 0;
 }
 
+void setShowsHelp(id alert, SEL, BOOL shows) {
+    if (shows && [[alert delegate] alertShowHelp:alert]) tell("help");
+}
+
+// Not every version of the window classes draws the Help button, so it is pressed when the alert gets it.
+int runHelpAlert(const Arguments& arguments) {
+    NSApplicationLoad();
+    const Method button =
+        class_getInstanceMethod(NSClassFromString(@"NSAlert"), @selector(setShowsHelp:));
+    method_setImplementation(button, reinterpret_cast<IMP>(reinterpret_cast<void (*)()>(setShowsHelp)));
+    show(arguments, 0);
+    return 0;
+}
+
 int runManagement() {
     tell(dovrel::isManagementApplication() ? "yes" : "no");
     return 0;
@@ -199,6 +227,7 @@ int run(const std::string& mode, const Arguments& arguments) {
     if (mode == "helpbutton") return runHelpButton();
     if (mode == "management") return runManagement();
     dovrel::MultiLanguageSupport::initialize("English");
+    if (mode == "helpalert") return runHelpAlert(arguments);
     if (mode == "ties") return runTies(arguments);
     if (mode == "pause") return runPause(arguments);
     if (mode == "inspect") startInspection();
