@@ -2,6 +2,7 @@
 
 #include "foundation/FoundationObject.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -10,8 +11,8 @@ namespace portability {
 namespace {
 
 constexpr std::string_view kHeader = "bplist0";
-constexpr uint64_t kObjectsStart = 8;
-constexpr uint64_t kTrailerSize = 32;
+constexpr std::size_t kObjectsStart = 8;
+constexpr std::size_t kTrailerSize = 32;
 constexpr int kMostLevels = 128;
 
 // What the marker byte of an object says in its upper half.
@@ -29,8 +30,8 @@ enum Kind : unsigned {
 
 // Where an object's content begins, after its marker, and how many bytes, units or members it has.
 struct Extent {
-    uint64_t start;
-    uint64_t count;
+    std::size_t start;
+    std::size_t count;
 };
 
 class Reader {
@@ -55,34 +56,34 @@ class Reader {
 
     bool readTrailer();
     id object(uint64_t index, int levelsLeft);
-    id newValue(uint64_t at, int levelsLeft, int& levels);
-    id newCollection(Kind kind, uint64_t at, unsigned count, int levelsLeft, int& levels);
-    bool members(uint64_t at, uint64_t count, int levelsLeft, std::vector<id>& values, int& levels);
+    id newValue(std::size_t at, int levelsLeft, int& levels);
+    id newCollection(Kind kind, std::size_t at, unsigned count, int levelsLeft, int& levels);
+    bool members(std::size_t at, std::size_t count, int levelsLeft, std::vector<id>& values, int& levels);
 
-    bool extent(uint64_t at, unsigned marked, uint64_t width, Extent& extent) const;
-    id newInteger(uint64_t at, unsigned power) const;
-    id newReal(uint64_t at, unsigned power) const;
-    id newDate(uint64_t at, unsigned power) const;
-    id newData(uint64_t at, unsigned count) const;
-    id newAscii(uint64_t at, unsigned count) const;
-    id newUtf16(uint64_t at, unsigned count) const;
+    bool extent(std::size_t at, unsigned marked, std::size_t width, Extent& extent) const;
+    id newInteger(std::size_t at, unsigned power) const;
+    id newReal(std::size_t at, unsigned power) const;
+    id newDate(std::size_t at, unsigned power) const;
+    id newData(std::size_t at, unsigned count) const;
+    id newAscii(std::size_t at, unsigned count) const;
+    id newUtf16(std::size_t at, unsigned count) const;
 
     // Objects lie between the header and the table.
     bool fits(uint64_t at, uint64_t size) const { return at <= table_ && size <= table_ - at; }
 
-    uint64_t number(uint64_t at, uint64_t width) const {
+    uint64_t number(std::size_t at, std::size_t width) const {
         uint64_t value = 0;
-        for (uint64_t i = 0; i < width; ++i) {
+        for (std::size_t i = 0; i < width; ++i) {
             value = (value << 8) | static_cast<unsigned char>(document_[at + i]);
         }
         return value;
     }
 
     const std::string_view document_;
-    uint64_t offsetWidth_ = 0;
-    uint64_t referenceWidth_ = 0;
+    std::size_t offsetWidth_ = 0;
+    std::size_t referenceWidth_ = 0;
     uint64_t top_ = 0;
-    uint64_t table_ = 0;
+    std::size_t table_ = 0;
     std::vector<Object> objects_;
 };
 
@@ -90,19 +91,20 @@ bool Reader::readTrailer() {
     if (document_.size() < kObjectsStart + kTrailerSize) {
         return false;
     }
-    const uint64_t trailer = document_.size() - kTrailerSize;
-    offsetWidth_ = number(trailer + 6, 1);
-    referenceWidth_ = number(trailer + 7, 1);
+    const std::size_t trailer = document_.size() - kTrailerSize;
+    offsetWidth_ = static_cast<std::size_t>(number(trailer + 6, 1));
+    referenceWidth_ = static_cast<std::size_t>(number(trailer + 7, 1));
     const uint64_t count = number(trailer + 8, 8);
     top_ = number(trailer + 16, 8);
-    table_ = number(trailer + 24, 8);
+    const uint64_t table = number(trailer + 24, 8);
     const bool hasWidths =
         offsetWidth_ >= 1 && offsetWidth_ <= 8 && referenceWidth_ >= 1 && referenceWidth_ <= 8;
-    if (!hasWidths || table_ < kObjectsStart || table_ > trailer || top_ >= count ||
-        count > (trailer - table_) / offsetWidth_) {
+    if (!hasWidths || table < kObjectsStart || table > trailer || top_ >= count ||
+        count > (trailer - table) / offsetWidth_) {
         return false;
     }
-    objects_.resize(count);
+    table_ = static_cast<std::size_t>(table);
+    objects_.resize(static_cast<std::size_t>(count));
     return true;
 }
 
@@ -111,17 +113,20 @@ id Reader::object(uint64_t index, int levelsLeft) {
     if (index >= objects_.size() || levelsLeft == 0) {
         return nil;
     }
-    if (objects_[index].value == nil) {
-        const uint64_t at = number(table_ + index * offsetWidth_, offsetWidth_);
+    const auto position = static_cast<std::size_t>(index);
+    if (objects_[position].value == nil) {
+        const uint64_t at = number(table_ + position * offsetWidth_, offsetWidth_);
         int levels = 1;
-        const id value = at >= kObjectsStart && fits(at, 1) ? newValue(at, levelsLeft, levels) : nil;
-        objects_[index] = {value, levels};
+        const id value = at >= kObjectsStart && fits(at, 1)
+                             ? newValue(static_cast<std::size_t>(at), levelsLeft, levels)
+                             : nil;
+        objects_[position] = {value, levels};
     }
     // What was made at a higher level may be too deep for this one.
-    return objects_[index].levels <= levelsLeft ? objects_[index].value : nil;
+    return objects_[position].levels <= levelsLeft ? objects_[position].value : nil;
 }
 
-id Reader::newValue(uint64_t at, int levelsLeft, int& levels) {
+id Reader::newValue(std::size_t at, int levelsLeft, int& levels) {
     const auto marker = static_cast<unsigned char>(document_[at]);
     const unsigned low = marker & 0xF;
     switch (const auto kind = static_cast<Kind>(marker >> 4)) {
@@ -147,34 +152,39 @@ id Reader::newValue(uint64_t at, int levelsLeft, int& levels) {
 }
 
 // `width` is that of one byte, unit or member.
-bool Reader::extent(uint64_t at, unsigned marked, uint64_t width, Extent& extent) const {
+bool Reader::extent(std::size_t at, unsigned marked, std::size_t width, Extent& extent) const {
     constexpr unsigned kCountFollows = 0xF;
     extent = {at + 1, marked};
     if (marked == kCountFollows) {
         const unsigned marker = fits(at + 1, 1) ? static_cast<unsigned char>(document_[at + 1]) : 0;
-        const uint64_t size = uint64_t{1} << (marker & 0xF);
+        const std::size_t size = std::size_t{1} << (marker & 0xF);
         if (marker >> 4 != kInteger || size > 8 || !fits(at + 2, size)) {
             return false;
         }
-        extent = {at + 2 + size, number(at + 2, size)};
+        const uint64_t count = number(at + 2, size);
+        if (count > document_.size()) {
+            return false;
+        }
+        extent = {at + 2 + size, static_cast<std::size_t>(count)};
     }
-    return fits(extent.start, 0) && extent.count <= (table_ - extent.start) / width;
+    return extent.count <= (table_ - extent.start) / width;
 }
 
-bool Reader::members(uint64_t at, uint64_t count, int levelsLeft, std::vector<id>& values, int& levels) {
-    for (uint64_t i = 0; i < count; ++i) {
+bool Reader::members(std::size_t at, std::size_t count, int levelsLeft, std::vector<id>& values,
+                     int& levels) {
+    for (std::size_t i = 0; i < count; ++i) {
         const uint64_t index = number(at + i * referenceWidth_, referenceWidth_);
         const id value = object(index, levelsLeft - 1);
         if (value == nil) {
             return false;
         }
         values.push_back(value);
-        levels = std::max(levels, objects_[index].levels + 1);
+        levels = std::max(levels, objects_[static_cast<std::size_t>(index)].levels + 1);
     }
     return true;
 }
 
-id Reader::newCollection(Kind kind, uint64_t at, unsigned count, int levelsLeft, int& levels) {
+id Reader::newCollection(Kind kind, std::size_t at, unsigned count, int levelsLeft, int& levels) {
     const bool isDictionary = kind == kDictionary;
     Extent place;
     std::vector<id> keys;
@@ -182,7 +192,7 @@ id Reader::newCollection(Kind kind, uint64_t at, unsigned count, int levelsLeft,
     if (!extent(at, count, referenceWidth_ * (isDictionary ? 2 : 1), place)) {
         return nil;
     }
-    const uint64_t afterKeys = place.start + (isDictionary ? place.count * referenceWidth_ : 0);
+    const std::size_t afterKeys = place.start + (isDictionary ? place.count * referenceWidth_ : 0);
     if (!members(afterKeys, place.count, levelsLeft, values, levels)) {
         return nil;
     }
@@ -201,8 +211,8 @@ id Reader::newCollection(Kind kind, uint64_t at, unsigned count, int levelsLeft,
 }
 
 // Integers have a sign from 8 bytes on; of 16 bytes those are known that need no more than 8 without a sign.
-id Reader::newInteger(uint64_t at, unsigned power) const {
-    const uint64_t size = uint64_t{1} << power;
+id Reader::newInteger(std::size_t at, unsigned power) const {
+    const std::size_t size = std::size_t{1} << power;
     if (size > 16 || !fits(at, size)) {
         return nil;
     }
@@ -212,8 +222,8 @@ id Reader::newInteger(uint64_t at, unsigned power) const {
     return [[NSNumber alloc] initWithLongLong:static_cast<long long>(number(at, size))];
 }
 
-id Reader::newReal(uint64_t at, unsigned power) const {
-    const uint64_t size = uint64_t{1} << power;
+id Reader::newReal(std::size_t at, unsigned power) const {
+    const std::size_t size = std::size_t{1} << power;
     if ((size != sizeof(float) && size != sizeof(double)) || !fits(at, size)) {
         return nil;
     }
@@ -229,7 +239,7 @@ id Reader::newReal(uint64_t at, unsigned power) const {
     return [[NSNumber alloc] initWithDouble:value];
 }
 
-id Reader::newDate(uint64_t at, unsigned power) const {
+id Reader::newDate(std::size_t at, unsigned power) const {
     constexpr unsigned kDouble = 3;
     NSNumber* seconds = power == kDouble ? newReal(at, power) : nil;
     const bool isTime = seconds != nil && std::isfinite([seconds doubleValue]);
@@ -239,14 +249,14 @@ id Reader::newDate(uint64_t at, unsigned power) const {
     return date;
 }
 
-id Reader::newData(uint64_t at, unsigned count) const {
+id Reader::newData(std::size_t at, unsigned count) const {
     Extent place;
     return extent(at, count, 1, place)
                ? [[NSData alloc] initWithBytes:document_.data() + place.start length:place.count]
                : nil;
 }
 
-id Reader::newAscii(uint64_t at, unsigned count) const {
+id Reader::newAscii(std::size_t at, unsigned count) const {
     Extent place;
     return extent(at, count, 1, place) ? [[NSString alloc] initWithBytes:document_.data() + place.start
                                                                   length:place.count
@@ -254,13 +264,13 @@ id Reader::newAscii(uint64_t at, unsigned count) const {
                                        : nil;
 }
 
-id Reader::newUtf16(uint64_t at, unsigned count) const {
+id Reader::newUtf16(std::size_t at, unsigned count) const {
     Extent place;
     if (!extent(at, count, sizeof(UniChar), place)) {
         return nil;
     }
     std::vector<UniChar> units;
-    for (uint64_t i = 0; i < place.count; ++i) {
+    for (std::size_t i = 0; i < place.count; ++i) {
         units.push_back(static_cast<UniChar>(number(place.start + i * sizeof(UniChar), sizeof(UniChar))));
     }
     return newString(units);
