@@ -1,0 +1,40 @@
+// Makes small files in the format, right ones and wrong ones, for the tests of what reads it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tests/macho/format/DwarfBytes.h"
+#include "tests/macho/format/MachOFile.h"
+
+namespace dovrel::macho {
+
+/// A 64-bit bundle with one segment "__DATA" of 0x100 bytes in memory at address 0x1000, a section "__data"
+/// in it, and one library, "/usr/lib/one.dylib". A test changes what it wants before it builds.
+struct FileBuilder {
+    uint32_t magic = 0xFEEDFACF;
+    uint32_t processor = static_cast<uint32_t>(Processor::kX86_64);
+    uint32_t type = 8;
+    uint64_t segmentAddress = 0x1000;
+    uint64_t segmentMemory = 0x100;
+    uint64_t segmentFileOffset = 0;
+    uint64_t segmentFileSize = 0x20;
+    uint64_t sectionAddress = 0x1010;
+    uint64_t sectionSize = 0x10;
+    uint32_t extraCommand = 0;  ///< 0: none
+    bool hasFixups = true;
+    std::vector<uint8_t> rebases;
+    std::vector<uint8_t> bindings;
+    std::vector<uint8_t> weakBindings;
+    std::vector<uint8_t> lazyBindings;
+    std::vector<uint8_t> exports;
+
+    std::vector<uint8_t> build() const;
+    MachOFile file() const { return {build(), Processor::kX86_64}; }
+};
+
+/// The bytes of a universal file with one slice.
+std::vector<uint8_t> universal(const std::vector<uint8_t>& slice, Processor processor);
+
+}  // namespace dovrel::macho
