@@ -19,6 +19,12 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND NOT APPLE)
     add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
 endif()
 
+# Systems before 10.9 have another C++ library as well, which knows no C++17 and is the default for them.
+if(APPLE)
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX,OBJCXX>:-stdlib=libc++>)
+    add_link_options(-stdlib=libc++)
+endif()
+
 set(warnings -Wall -Wextra -Wshadow -Wconversion -Wno-multichar)
 add_compile_options(${warnings} $<$<COMPILE_LANGUAGE:C,CXX>:-Wpedantic>
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor> $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast>)
