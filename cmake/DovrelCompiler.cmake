@@ -35,3 +35,8 @@ if(DOVREL_SANITIZE)
     add_compile_options(-fsanitize=${DOVREL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${DOVREL_SANITIZE})
 endif()
+if(DOVREL_COVERAGE)
+    # Counts of several processes of one program are added up.
+    add_compile_options(--coverage -fprofile-update=atomic)
+    add_link_options(--coverage)
+endif()

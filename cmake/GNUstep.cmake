@@ -17,5 +17,6 @@ target_link_libraries(GNUstep_base INTERFACE "${GNUSTEP_BASE_LIBRARY}" objc m)
 if(CMAKE_OBJCXX_COMPILER_ID MATCHES Clang)
     execute_process(COMMAND gcc -print-file-name=include OUTPUT_VARIABLE gcc_include OUTPUT_STRIP_TRAILING_WHITESPACE)
     target_compile_options(GNUstep_base INTERFACE
-        "$<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-runtime=gcc;SHELL:-idirafter ${gcc_include}>")
+        $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-runtime=gcc>
+        "$<$<COMPILE_LANGUAGE:CXX,OBJCXX>:SHELL:-idirafter ${gcc_include}>")
 endif()

@@ -43,7 +43,7 @@ struct __CFBundle {
     CFDictionaryRef localizedInfo();
 
     // What tells a bundle from an object of Foundation, which begins with the address of its class.
-    const void* const mark_;
+    [[maybe_unused]] const void* const mark_;
     const std::string path_;
     const bool hasContents_;
     const std::string resources_;

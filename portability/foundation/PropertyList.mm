@@ -41,6 +41,9 @@ NSDate* newDate(const std::string& text) {
 
 NSData* newData(const std::string& base64) {
     NSString* text = newString(std::string_view(base64));
+    if (text == nil) {
+        return nil;
+    }
     NSData* data = [[NSData alloc] initWithBase64EncodedString:text
                                                        options:NSDataBase64DecodingIgnoreUnknownCharacters];
     [text release];

@@ -67,6 +67,7 @@ TEST_F(PropertyList, Read_ValuesThatAreNone_AreRefused) {
     EXPECT_FALSE(isReadable("<plist><array><date>yesterday</date></array></plist>"));
     EXPECT_FALSE(isReadable("<plist><dict><key>k</key><date>2001</date></dict></plist>"));
     EXPECT_FALSE(isReadable("<plist><string>\xFF</string></plist>"));
+    EXPECT_FALSE(isReadable("<plist><data>AQID\xFF</data></plist>"));
 }
 
 TEST_F(PropertyList, Read_Garbage_IsNullAndRaisesNothing) {
