@@ -46,14 +46,16 @@ std::string capitalsAt(const std::string& text, size_t begin) {
     return text.substr(begin, end - begin);
 }
 
-// What stands between quotation marks in a source file and looks like a key.
+// What stands between quotation marks in a source file and looks like a key. (The library's variables of the
+// environment look so, too, and all begin alike.)
 std::set<std::string> keysOfFile(const std::string& path) {
     const std::string content = contentOf(path);
     std::set<std::string> keys;
     for (size_t at = content.find('"'); at != std::string::npos; at = content.find('"', at + 1)) {
         const std::string word = capitalsAt(content, at + 1);
         const bool isWhole = content.compare(at + 1 + word.size(), 1, "\"") == 0;
-        if (isWhole && word.find('_', 1) != std::string::npos) keys.insert(word);
+        const bool isOfTheEnvironment = word.compare(0, 4, "POS_") == 0;
+        if (isWhole && word.find('_', 1) != std::string::npos && !isOfTheEnvironment) keys.insert(word);
     }
     return keys;
 }
