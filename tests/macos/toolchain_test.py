@@ -4,7 +4,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from bundle_copy import BUILD, CALL, MINIMUM, SOURCES, TABLE, TOOLS, BundleCopyTest
+from bundle_copy import BUILD, CALL, MINIMUM, SOURCES, TABLE, TOOLS, BundleCopyTest, run
 
 import imports
 
@@ -39,6 +39,45 @@ class Linking(BundleCopyTest):
     def test_SymbolNewerThanTheMinimumVersion_DoesNotLink(self):
         with self.assertRaisesRegex(AssertionError, "undefined symbol: _clock_gettime"):
             self.relink("x86_64", CALL.format("clock_gettime"))
+
+
+class Sources(unittest.TestCase):
+    """Every source of the library, the parts included that no exported function reaches."""
+
+    FILES = {
+        "x86_64": BUILD / "cmake/macos/x86_64/objects.txt",
+        "i386": BUILD / "cmake/macos/i386/modules.txt",
+    }
+    # What the linker supplies, and what the compiler calls on its own account when it makes code of a module.
+    LINKER = {"___dso_handle", "dyld_stub_binder"}
+    COMPILER = {"___bzero", "_memset", "_fwrite$UNIX2003", "_fputc", "_objc_exception_extract"}
+
+    def imported(self, architecture):
+        files = self.FILES[architecture].read_text().split()
+        found = {"U": set(), "defined": set()}
+        for line in run("llvm-nm-14", *files).splitlines():
+            words = line.split()
+            if len(words) >= 2:
+                found["U" if words[-2] == "U" else "defined"].add(words[-1])
+        return found["U"] - found["defined"] - self.LINKER
+
+    def test_EveryImport_StandsInTheTableAndIsOldEnough(self):
+        for architecture in imports.ARCHITECTURES:
+            versions = {name: version for library in imports.read(TABLE)
+                        for name, version in library.names(architecture).items()}
+            found = self.imported(architecture)
+            self.assertIn("_AESend", found)
+            self.assertEqual(sorted(found - set(versions)), [])
+            newer = [name for name in found if versions[name] and versions[name] > imports.version_number(MINIMUM)]
+            self.assertEqual(newer, [])
+
+    def test_EveryEntryOfTheTable_IsImported(self):
+        found = set().union(*map(self.imported, imports.ARCHITECTURES), self.LINKER, self.COMPILER)
+        for library in imports.read(TABLE):
+            for architecture in imports.ARCHITECTURES:
+                entries = {name for name, version in library.symbols[architecture].items()
+                           if version is None or version <= imports.version_number(MINIMUM)}
+                self.assertEqual(sorted(entries - found), [])
 
 
 class Table(unittest.TestCase):
