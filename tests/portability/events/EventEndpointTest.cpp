@@ -9,71 +9,12 @@
 #include <chrono>
 #include <vector>
 
+#include "EventEndpointTest.h"
 #include "Processes.h"
 #include "SystemRoot.h"
-#include "TemporaryEnvironment.h"
 #include "events/EndpointFolder.h"
 
 using namespace portability;
-
-namespace {
-
-constexpr OSType kSignature = 'EndP';
-constexpr char kAnnouncement[] = "POS_EVENT_ENDPOINT";
-using Outcome = EndpointClaim::Outcome;
-
-// A process that does something, tells by a pipe that it has done it, and waits to be killed.
-class WaitingProcess {
-  public:
-    template <class Body>
-    explicit WaitingProcess(Body body) {
-        int ends[2];
-        EXPECT_EQ(pipe(ends), 0);
-        process_ = fork();
-        if (process_ == 0) {
-            const char result = static_cast<char>(body());
-            if (write(ends[1], &result, 1) == 1) pause();
-            _exit(0);
-        }
-        close(ends[1]);
-        char result = -1;
-        if (read(ends[0], &result, 1) == 1) result_ = result;
-        close(ends[0]);
-    }
-    ~WaitingProcess() { kill(); }
-
-    int result() const { return result_; }
-
-    void kill() {
-        if (process_ > 0) {
-            ::kill(process_, SIGKILL);
-            waitpid(process_, nullptr, 0);
-        }
-        process_ = -1;
-    }
-
-  private:
-    pid_t process_ = -1;
-    int result_ = -1;
-};
-
-Outcome claimAndLetGo() {
-    EndpointClaim claim;
-    return EndpointClaim::claim(kSignature, claim);
-}
-
-bool isConnectable(OSType signature = kSignature) {
-    return static_cast<bool>(FileDescriptor(connectToEndpoint(signature)));
-}
-
-class EventEndpointTest : public testing::Test {
-  protected:
-    ~EventEndpointTest() override { unsetenv(kAnnouncement); }
-
-    TemporaryEnvironment environment_;
-};
-
-}  // namespace
 
 TEST_F(EventEndpointTest, Connect_WithoutOwner_Fails) {
     EXPECT_FALSE(isConnectable());
@@ -82,7 +23,7 @@ TEST_F(EventEndpointTest, Connect_WithoutOwner_Fails) {
 TEST_F(EventEndpointTest, Claim_MakesItConnectable_UntilItIsLetGo) {
     {
         EndpointClaim claim;
-        ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+        ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
         EXPECT_TRUE(isConnectable());
         EXPECT_FALSE(isConnectable('OTHR'));
     }
@@ -92,9 +33,9 @@ TEST_F(EventEndpointTest, Claim_MakesItConnectable_UntilItIsLetGo) {
 
 TEST_F(EventEndpointTest, Claim_WhileOwned_IsInUseAndTouchesNothing) {
     EndpointClaim claim;
-    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
     EndpointClaim other;
-    EXPECT_EQ(EndpointClaim::claim(kSignature, other), Outcome::inUse);
+    EXPECT_EQ(EndpointClaim::claim(kEndpointSignature, other), Outcome::inUse);
     EXPECT_EQ(other.listenDescriptor(), -1);
     EXPECT_EQ(other.lockDescriptor(), -1);
     EXPECT_EQ(inForkedProcess([] { return static_cast<int>(claimAndLetGo()); }),
@@ -103,35 +44,36 @@ TEST_F(EventEndpointTest, Claim_WhileOwned_IsInUseAndTouchesNothing) {
 }
 
 TEST_F(EventEndpointTest, Withdraw_LeavesNoFile_AndTheEndpointToOthers) {
-    const std::string name = endpointName(systemRoot(), kSignature);
+    const std::string name = endpointName(systemRoot(), kEndpointSignature);
     EndpointClaim claim;
-    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
     const FileDescriptor folder = openEndpointFolder();
     ASSERT_EQ(faccessat(folder.get(), (name + ".socket").c_str(), F_OK, 0), 0);
     claim.withdraw();
     EXPECT_NE(faccessat(folder.get(), (name + ".socket").c_str(), F_OK, 0), 0);
     EXPECT_NE(faccessat(folder.get(), (name + ".lock").c_str(), F_OK, 0), 0);
     EndpointClaim next;
-    EXPECT_EQ(EndpointClaim::claim(kSignature, next), Outcome::claimed);
+    EXPECT_EQ(EndpointClaim::claim(kEndpointSignature, next), Outcome::claimed);
     claim.withdraw();
     EXPECT_TRUE(isConnectable()) << "the files of the next owner are not ours to remove";
 }
 
 TEST_F(EventEndpointTest, Claim_DescriptorsEndAtExec) {
     EndpointClaim claim;
-    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
     EXPECT_NE(fcntl(claim.listenDescriptor(), F_GETFD) & FD_CLOEXEC, 0);
     EXPECT_NE(fcntl(claim.lockDescriptor(), F_GETFD) & FD_CLOEXEC, 0);
 }
 
 TEST_F(EventEndpointTest, Claim_OfAKilledOwner_CanBeHadAtOnce) {
     EndpointClaim claim;
-    WaitingProcess owner([&claim] { return static_cast<int>(EndpointClaim::claim(kSignature, claim)); });
+    WaitingProcess owner(
+        [&claim] { return static_cast<int>(EndpointClaim::claim(kEndpointSignature, claim)); });
     ASSERT_EQ(owner.result(), static_cast<int>(Outcome::claimed));
     EXPECT_EQ(claimAndLetGo(), Outcome::inUse);
     owner.kill();
     EXPECT_FALSE(isConnectable()) << "its socket still lies there";
-    EXPECT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    EXPECT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
     EXPECT_TRUE(isConnectable());
 }
 
@@ -149,7 +91,7 @@ TEST_F(EventEndpointTest, Claim_ByManyAtOnce_ExactlyOneGetsIt) {
             close(start[1]);
             if (read(start[0], &token, 1) != 0) _exit(1);
             EndpointClaim claim;
-            const char outcome = static_cast<char>(EndpointClaim::claim(kSignature, claim));
+            const char outcome = static_cast<char>(EndpointClaim::claim(kEndpointSignature, claim));
             if (write(results[1], &outcome, 1) == 1) pause();
             _exit(1);
         }
@@ -192,7 +134,7 @@ TEST_F(EventEndpointTest, LockThatIsASymbolicLink_IsNotFollowed) {
 
 TEST_F(EventEndpointTest, OtherRoots_DoNotSeeEachOther) {
     EndpointClaim claim;
-    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
     TemporaryEnvironment::set("POS_SYSTEM_ROOT", environment_.makeFolder("other root"));
     EXPECT_FALSE(isConnectable());
     EXPECT_EQ(claimAndLetGo(), Outcome::claimed);
@@ -205,91 +147,23 @@ TEST_F(EventEndpointTest, LongRootAndLongRuntimeFolder_FitTheSocketAddress) {
     TemporaryEnvironment::set("POS_SYSTEM_ROOT", environment_.makeFolder(path + "/root"));
     TemporaryEnvironment::set("XDG_RUNTIME_DIR", environment_.makeFolder(path + "/run"));
     EndpointClaim claim;
-    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
     EXPECT_TRUE(isConnectable());
-}
-
-TEST_F(EventEndpointTest, Inherited_DescriptorsAreAdoptedAndTheLockGoesAlong) {
-    auto claim = std::make_unique<EndpointClaim>();
-    ASSERT_EQ(EndpointClaim::claim(kSignature, *claim), Outcome::claimed);
-    WaitingProcess launched([&claim] {
-        // As after exec: the descriptors have other numbers and are not close-on-exec.
-        const int listening = dup(claim->listenDescriptor());
-        const int lock = dup(claim->lockDescriptor());
-        claim.reset();
-        std::string entry = EndpointClaim::inheritanceEntry(kSignature, listening, lock);
-        putenv(entry.data());
-        EndpointClaim adopted;
-        if (!EndpointClaim::adoptInherited(kSignature, adopted)) return 1;
-        if (adopted.listenDescriptor() != listening || adopted.lockDescriptor() != lock) return 2;
-        if ((fcntl(listening, F_GETFD) & fcntl(lock, F_GETFD) & FD_CLOEXEC) == 0) return 3;
-        if (getenv(kAnnouncement) != nullptr) return 4;
-        static EndpointClaim kept;
-        kept = std::move(adopted);
-        return 0;
-    });
-    ASSERT_EQ(launched.result(), 0);
-    claim.reset();
-    EXPECT_EQ(claimAndLetGo(), Outcome::inUse) << "the launched process has it now";
-    EXPECT_TRUE(isConnectable());
-    launched.kill();
-    EXPECT_EQ(claimAndLetGo(), Outcome::claimed);
-}
-
-TEST_F(EventEndpointTest, Inherited_NotAnnounced_IsFalse) {
-    EndpointClaim claim;
-    EXPECT_FALSE(EndpointClaim::adoptInherited(kSignature, claim));
-}
-
-TEST_F(EventEndpointTest, Inherited_ForAnotherSignature_IsLeftForIt) {
-    EndpointClaim claim;
-    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
-    std::string entry =
-        EndpointClaim::inheritanceEntry(kSignature, claim.listenDescriptor(), claim.lockDescriptor());
-    putenv(entry.data());
-    EndpointClaim other;
-    EXPECT_FALSE(EndpointClaim::adoptInherited('OTHR', other));
-    EXPECT_NE(getenv(kAnnouncement), nullptr);
-    unsetenv(kAnnouncement);
-}
-
-TEST_F(EventEndpointTest, Inherited_DescriptorsThatAreSomethingElse_AreRefused) {
-    EndpointClaim claim;
-    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
-    const std::pair<int, int> wrong[] = {{claim.lockDescriptor(), claim.listenDescriptor()},
-                                         {0, claim.lockDescriptor()},
-                                         {claim.listenDescriptor(), 0},
-                                         {claim.listenDescriptor(), 999},
-                                         {-1, -1}};
-    for (const auto& numbers : wrong) {
-        const std::string entry = EndpointClaim::inheritanceEntry(kSignature, numbers.first, numbers.second);
-        setenv(kAnnouncement, entry.substr(entry.find('=') + 1).c_str(), 1);
-        EndpointClaim adopted;
-        EXPECT_FALSE(EndpointClaim::adoptInherited(kSignature, adopted)) << entry;
-        EXPECT_EQ(adopted.listenDescriptor(), -1);
-    }
-}
-
-TEST_F(EventEndpointTest, Inherited_MalformedAnnouncement_IsRefused) {
-    for (const char* text : {"", ":", "456E6450", "456E6450:3", "456E6450:3:4x", " 456E6450:3:4",
-                             "456e6450:3:4", "456E6450:99999999999999:4"}) {
-        setenv(kAnnouncement, text, 1);
-        EndpointClaim adopted;
-        EXPECT_FALSE(EndpointClaim::adoptInherited(kSignature, adopted)) << text;
-    }
 }
 
 TEST_F(EventEndpointTest, Connect_FullQueue_TimesOutAtTheTick) {
     EndpointClaim claim;
-    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
     ASSERT_EQ(listen(claim.listenDescriptor(), 0), 0);
     std::vector<FileDescriptor> queued(1);
-    while (connectToEndpoint(kSignature, Deadline::afterTicks(1), queued.back()) == Connecting::connected) {
+    while (connectToEndpoint(kEndpointSignature, Deadline::afterTicks(1), queued.back()) ==
+           Connecting::connected) {
         queued.emplace_back();
     }
     const auto begin = std::chrono::steady_clock::now();
     FileDescriptor connection;
-    EXPECT_EQ(connectToEndpoint(kSignature, Deadline::afterTicks(12), connection), Connecting::timedOut);
+    EXPECT_EQ(connectToEndpoint(kEndpointSignature, Deadline::afterTicks(12), connection),
+              Connecting::timedOut);
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
     EXPECT_GE(took.count(), 0.2);
     EXPECT_LT(took.count(), 5.2);
@@ -299,18 +173,20 @@ TEST_F(EventEndpointTest, Connect_FullQueue_TimesOutAtTheTick) {
 TEST_F(EventEndpointTest, Connect_OwnerDiesWhileTheQueueIsFull_FailsAtOnce) {
     EndpointClaim claim;
     WaitingProcess owner([&claim] {
-        const Outcome outcome = EndpointClaim::claim(kSignature, claim);
+        const Outcome outcome = EndpointClaim::claim(kEndpointSignature, claim);
         listen(claim.listenDescriptor(), 0);
         return static_cast<int>(outcome);
     });
     std::vector<FileDescriptor> queued(1);
-    while (connectToEndpoint(kSignature, Deadline::afterTicks(1), queued.back()) == Connecting::connected) {
+    while (connectToEndpoint(kEndpointSignature, Deadline::afterTicks(1), queued.back()) ==
+           Connecting::connected) {
         queued.emplace_back();
     }
     const pid_t waiting = fork();
     if (waiting == 0) {
         FileDescriptor connection;
-        const Connecting outcome = connectToEndpoint(kSignature, Deadline::afterTicks(60 * 60), connection);
+        const Connecting outcome =
+            connectToEndpoint(kEndpointSignature, Deadline::afterTicks(60 * 60), connection);
         _exit(outcome == Connecting::failed ? 0 : 1);
     }
     owner.kill();
@@ -332,7 +208,7 @@ TEST_F(EventEndpointTest, IsOwnUser_OfAConnectedPeer) {
 TEST_F(EventEndpointTest, Connect_ListenerOfAnotherUser_IsRefused) {
     if (geteuid() != 0) GTEST_SKIP() << "only root can become another user";
     EndpointClaim claim;
-    ASSERT_EQ(EndpointClaim::claim(kSignature, claim), Outcome::claimed);
+    ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
     // The credentials that a client sees are those of the last call of listen.
     ASSERT_EQ(inForkedProcess([&claim] {
                   if (setuid(65534) != 0) return 1;

@@ -24,6 +24,10 @@ enum {
     kCount = 'coun'        // answers with how often it was called
 };
 
+// Values that no call writes by itself.
+constexpr DescType kOddType = 0x5A5A5A5A;
+constexpr Size kOddSize = 0x5A5A;
+
 /// A descriptor that is disposed of.
 struct Descriptor {
     AEDesc desc = {typeNull, nullptr};
@@ -50,6 +54,11 @@ inline Descriptor makeEvent(const Descriptor& address, AEEventID id, AEEventClas
     Descriptor event;
     AECreateAppleEvent(eventClass, id, address.get(), kAutoGenerateReturnID, kAnyTransactionID, event.get());
     return event;
+}
+
+/// An event to nobody.
+inline Descriptor anEvent() {
+    return makeEvent(makeAddress("NOBO"), kEcho);
 }
 
 inline OSErr putText(Descriptor& event, const std::string& text, AEKeyword keyword = keyDirectObject) {

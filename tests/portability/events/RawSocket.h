@@ -21,6 +21,12 @@ inline std::pair<portability::FileDescriptor, portability::FileDescriptor> conne
     return {portability::FileDescriptor(ends[0]), portability::FileDescriptor(ends[1])};
 }
 
+inline portability::FrameHeader requestHeader(uint64_t id) {
+    portability::FrameHeader header;
+    header.id = id;
+    return header;
+}
+
 inline Bytes headerBytes(const portability::FrameHeader& header) {
     const auto* raw = reinterpret_cast<const uint8_t*>(&header);
     return Bytes(raw, raw + sizeof header);

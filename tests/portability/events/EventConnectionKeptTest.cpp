@@ -1,0 +1,140 @@
+// Connections that are kept: used again, found broken, used by many threads.
+#include "events/EventConnection.h"
+
+#include <CoreServices/CoreServices.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "EventConnectionTest.h"
+
+using namespace portability;
+
+TEST_F(EventConnectionTest, KeptConnection_IsUsedForTheNextSend) {
+    Peer peer({[](int connection) {
+        for (int i = 0; i < 3; ++i)
+            sendRaw(connection, reply(receiveHeader(connection).id, std::to_string(i)));
+        waitForMore(connection);
+    }});
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_EQ(send(), noErr);
+        EXPECT_EQ(textOf(reply_), std::to_string(i));
+    }
+    EXPECT_EQ(send(0, kAENoReply), noErr);
+}
+
+TEST_F(EventConnectionTest, KeptConnectionThatBroke_IsReplacedOnceAndUnseen) {
+    std::atomic<bool> closed{false};
+    Peer peer({[](int connection) { sendRaw(connection, reply(receiveHeader(connection).id, "one")); },
+               [&closed](int connection) {
+                   closed = true;
+                   sendRaw(connection, reply(receiveHeader(connection).id, "two"));
+               }});
+    ASSERT_EQ(send(), noErr);
+    ASSERT_EQ(send(), noErr) << "the peer had closed the first connection";
+    EXPECT_EQ(textOf(reply_), "two");
+}
+
+TEST_F(EventConnectionTest, KeptConnectionThatBroke_AndNobodyThere_IsProcNotFound) {
+    {
+        Peer peer({[](int connection) { sendRaw(connection, reply(receiveHeader(connection).id, "one")); }});
+        ASSERT_EQ(send(), noErr);
+    }
+    EXPECT_EQ(send(), procNotFound);
+    EXPECT_EQ(send(100, kAENoReply), procNotFound);
+}
+
+TEST_F(EventConnectionTest, RequestInTheMailboxThatWasNeverTaken_IsSentAgainToTheNextPeer) {
+    // The first peer says that it looks into the mailbox, and goes away without having looked.
+    const auto lookAndLeave = [](int connection) {
+        FrameBuffer buffer;
+        ReceivedFrame frame;
+        EventChannel channel{FileDescriptor(dup(connection))};
+        for (int exchanges = 0; exchanges < 2;) {
+            if (channel.receive(buffer, frame) != EventChannel::Received::frame) {
+                std::this_thread::yield();
+                continue;
+            }
+            channel.setLooking(++exchanges == 2);
+            sendRaw(connection, reply(frame.header.id, "one"));
+        }
+        // What comes through the socket now is nothing but the end.
+        pollfd waited{connection, POLLIN, 0};
+        poll(&waited, 1, 200);
+        EXPECT_EQ(waited.revents & POLLIN, 0) << "the request went to the mailbox";
+    };
+    Peer peer({lookAndLeave,
+               [](int connection) { sendRaw(connection, reply(receiveHeader(connection).id, "two")); }});
+    ASSERT_EQ(send(), noErr);
+    ASSERT_EQ(send(), noErr);
+    ASSERT_EQ(send(), noErr);
+    EXPECT_EQ(textOf(reply_), "two");
+}
+
+TEST_F(EventConnectionTest, RequestInTheMailboxThatWasTaken_IsConnectionInvalid) {
+    const auto takeAndLeave = [](int connection) {
+        FrameBuffer buffer;
+        ReceivedFrame frame;
+        EventChannel channel{FileDescriptor(dup(connection))};
+        for (int exchanges = 0; exchanges < 3;) {
+            if (channel.receive(buffer, frame) != EventChannel::Received::frame) {
+                std::this_thread::yield();
+                continue;
+            }
+            if (++exchanges == 3) return;
+            channel.setLooking(exchanges == 2);
+            sendRaw(connection, reply(frame.header.id, "one"));
+        }
+    };
+    Peer peer({takeAndLeave});
+    ASSERT_EQ(send(), noErr);
+    ASSERT_EQ(send(), noErr);
+    EXPECT_EQ(send(), connectionInvalid);
+}
+
+TEST_F(EventConnectionTest, ManyThreads_EachKeepTheirOwnAnswers) {
+    constexpr int kThreads = 8;
+    const auto echoIds = [](int connection) {
+        std::thread([connection = dup(connection)] {
+            for (;;) {
+                const FrameHeader header = receiveHeader(connection);
+                if (header.magic == 0) break;
+                if (!sendRaw(connection, reply(header.id, std::to_string(header.timeOutInTicks)))) break;
+            }
+            close(connection);
+        }).detach();
+    };
+    std::vector<std::thread> threads;
+    std::atomic<int> wrong{0};
+    {
+        Peer peer(std::vector<Peer::Play>(kThreads, echoIds));
+        for (int t = 0; t < kThreads; ++t) {
+            threads.emplace_back([this, t, &wrong] {
+                FileDescriptor socket;
+                connectToEndpoint(kPeerCode, Deadline::never(), socket);
+                EventConnection connection(std::move(socket));
+                Descriptor event = makeEvent(address_, kEcho);
+                for (int i = 0; i < 200; ++i) {
+                    const SInt32 ticks = t * 1000 + i;
+                    const EventRequest request{DescriptorStorage::eventOf(event.get())->image(), kAEWaitReply,
+                                               ticks, Deadline::never(), nullptr};
+                    EventReply received;
+                    if (connection.exchange(request, received) != EventConnection::Outcome::done) ++wrong;
+                    EventValue value;
+                    if (received.event == nullptr ||
+                        !received.event->find(ItemKind::parameter, keyDirectObject, value) ||
+                        std::string(reinterpret_cast<const char*>(value.data), value.size) !=
+                            std::to_string(ticks)) {
+                        ++wrong;
+                    }
+                }
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+    }
+    EXPECT_EQ(wrong, 0);
+}
