@@ -71,6 +71,25 @@ TEST_F(AlertWindowTest, ReturnKey_PressesTheFirstButton) {
     EXPECT_EQ(lineAfterKey("Return"), "answer 12");
 }
 
+TEST_F(AlertWindowTest, ReturnKey_PressesTheOnlyButton) {
+    start({"show", "0", "Title", "Body", "7", "Title", "Body"});
+    EXPECT_EQ(lineAfterKey("Return"), "answer 12");
+    EXPECT_EQ(lineAfterKey("Return"), "answer 12");
+}
+
+TEST_F(AlertWindowTest, EscapeKey_PressesTheSecondButton) {
+    start({"show", "1", "Title", "Body", "2", "Title", "Body", "3", "Title", "Body"});
+    for (int alert = 0; alert < 3; ++alert)
+        EXPECT_EQ(lineAfterKey("Escape"), "answer 13");
+}
+
+TEST_F(AlertWindowTest, ReservedArgument_ChangesNothing) {
+    start({"reserved", "2", "Title", "Body"});
+    EXPECT_EQ(lineAfterClick(0), "answer 11");
+    EXPECT_EQ(lineAfterClick(1), "answer 13");
+    EXPECT_EQ(host_->wait(), 0);
+}
+
 TEST_F(AlertWindowTest, AfterTheAnswer_TheWindowIsGone) {
     start({"thread", "0", "Title", "Body"});
     ASSERT_EQ(host_->readLine(), "waiting");

@@ -10,6 +10,8 @@
 //         "changed ..." for each thing of the host's that is not as before
 //     alertHost memory KIND TITLE BODY
 //         "window library before" and "after", if it is in the process by then
+//     alertHost reserved KIND TITLE BODY
+//         twice, with different values of the reserved argument
 //     alertHost pause KIND TITLE BODY
 //         twice, with a wait for a line in between
 //     alertHost ties KIND TITLE BODY
@@ -50,10 +52,10 @@ using Arguments = std::vector<std::string>;
 
 void tell(const std::string& line) { std::cout << line << std::endl; }
 
-int show(const Arguments& arguments, size_t first) {
+int show(const Arguments& arguments, size_t first, int reserved = 0) {
     dovrel::MacOSXMessageDialog dialog;
     const int answer = dialog.showAlert(arguments[first + 1].c_str(), arguments[first + 2].c_str(),
-                                        std::stoi(arguments[first]), 0);
+                                        std::stoi(arguments[first]), reserved);
     tell("answer " + std::to_string(answer));
     return answer;
 }
@@ -176,6 +178,11 @@ int runMemory(const Arguments& arguments) {
     return 0;
 }
 
+int runReserved(const Arguments& arguments) {
+    for (int reserved : {-1, 7}) show(arguments, 0, reserved);
+    return 0;
+}
+
 int runPause(const Arguments& arguments) {
     show(arguments, 0);
     std::string line;
@@ -228,6 +235,7 @@ int run(const std::string& mode, const Arguments& arguments) {
     if (mode == "management") return runManagement();
     dovrel::MultiLanguageSupport::initialize("English");
     if (mode == "helpalert") return runHelpAlert(arguments);
+    if (mode == "reserved") return runReserved(arguments);
     if (mode == "ties") return runTies(arguments);
     if (mode == "pause") return runPause(arguments);
     if (mode == "inspect") startInspection();
