@@ -10,7 +10,13 @@ ProfilerScope::ProfilerScope(const char* methodName, bool printOnExit)
 }
 
 ProfilerScope::~ProfilerScope() {
-    if (Profiler* const profiler = installedProfiler()) profiler->leaveAndDump(printOnExit_);
+    Profiler* const profiler = installedProfiler();
+    if (profiler == nullptr) return;
+    try {
+        profiler->leaveAndDump(printOnExit_);
+    } catch (...) {
+        // Without memory there is no profile to drop; the instrumented method goes on all the same.
+    }
 }
 
 }  // namespace dovrel

@@ -10,7 +10,8 @@ namespace dovrel {
 
 class ProfilerScope {
   public:
-    /// `methodName` is not copied. `printOnExit` ends the profile with this scope.
+    /// `methodName` is not copied. `printOnExit` ends the profile with this scope; where memory is short it
+    /// stays.
     ProfilerScope(const char* methodName, bool printOnExit);
     ~ProfilerScope();
     ProfilerScope(const ProfilerScope&) = delete;

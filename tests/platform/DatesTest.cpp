@@ -78,6 +78,14 @@ TEST_F(Dates, AppendTimestamp_AppendsTheLocalTime) {
     EXPECT_EQ(text, "log-20261115-181900");
 }
 
+TEST_F(Dates, ShortTextAndTimestamp_PadMonthDayAndTimeToTwoDigits) {
+    setTime(86400 * 3 + 3661, "UTC0");  // 1970-01-04 01:01:01
+    EXPECT_EQ(localNowShortText(), "1970.01.04 01.01");
+    std::string text;
+    appendTimestamp(text);
+    EXPECT_EQ(text, "19700104-010101");
+}
+
 TEST_F(Dates, TimeZoneText_IsOffsetAndName) {
     EXPECT_EQ(timeZoneText(), "+0100 (CET)");
     setTime(kNovemberEvening - 86400 * 120, "CET-1CEST,M3.5.0,M10.5.0/3");

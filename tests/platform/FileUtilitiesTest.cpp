@@ -244,6 +244,16 @@ TEST_F(FileUtilities, FileExists_IsTrueForWhatCanBeOpened) {
     EXPECT_FALSE(fileExists(""));
 }
 
+TEST_F(FileUtilities, FileThatMayNotBeRead_ExistsForTheFileManagerOnly) {
+    const std::string path = folder_.write("file", "content");
+    std::filesystem::permissions(folder_.path(), std::filesystem::perms::all);
+    ScratchFolder::setPermissions(path, 0);
+    EXPECT_TRUE(holdsForOrdinaryUser([&] { return pathExists(path) && !fileExists(path); }));
+    EXPECT_TRUE(holdsForOrdinaryUser([&] { return !renameIfTargetMissing(path, folder_.path("new")); }))
+        << "a source that cannot be opened for reading is not renamed";
+    EXPECT_TRUE(std::filesystem::exists(path));
+}
+
 TEST_F(FileUtilities, PathExists_IsTrueForFilesAndFolders) {
     EXPECT_FALSE(pathExists(folder_.path("file")));
     EXPECT_TRUE(pathExists(folder_.write("file", "")));

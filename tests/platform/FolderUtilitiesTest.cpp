@@ -33,6 +33,13 @@ TEST_F(FolderUtilities, CreateFolder_ThatExists_CountsAsCreatedAndIsLeftAsItIs) 
     EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("old")), 0700u);
 }
 
+TEST_F(FolderUtilities, CreateFolder_UnderTheNameOfAFile_CountsAsCreatedAndLeavesTheFile) {
+    const std::string file = folder_.write("file", "content");
+    EXPECT_TRUE(createFolder(file)) << "the system only says that the name is taken";
+    EXPECT_EQ(ScratchFolder::contentOf(file), "content");
+    EXPECT_EQ(ScratchFolder::permissionsOf(file), 0600u);
+}
+
 TEST_F(FolderUtilities, CreateFolder_InAMissingFolder_IsFalse) {
     EXPECT_FALSE(createFolder(folder_.path("missing/new")));
     EXPECT_FALSE(createFolder(""));

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <sstream>
 #include <string>
 
@@ -60,6 +61,24 @@ TEST_F(ProfilerScopeTest, ScopeWithoutAProfiler_DoesNothing) {
     installProfiler(nullptr);
     { const ProfilerScope scope("f", true); }
     EXPECT_TRUE(reports(""));
+}
+
+TEST_F(ProfilerScopeTest, ScopeWhoseEndFails_DoesNotEndTheProgram) {
+    static bool broken = false;
+    Profiler profiler([] {
+        if (broken) throw std::bad_alloc();
+        return uint32_t{5};
+    });
+    installProfiler(&profiler);
+    {
+        const ProfilerScope scope("f", true);
+        broken = true;
+    }
+    broken = false;
+    profiler.leave();
+    std::ostringstream stream;
+    profiler.report(stream);
+    EXPECT_NE(stream.str().find("\n f 0 0\n"), std::string::npos) << "the call was still open";
 }
 
 }  // namespace

@@ -18,6 +18,14 @@ std::string nativeBytes(int32_t value) {
     return bytes;
 }
 
+TEST(PropertyValue, TypeNumbers_AreThoseOfTheInterface) {
+    EXPECT_EQ(sizeof(PropertyType), 1u);
+    EXPECT_EQ(static_cast<int>(PropertyType::kInteger), 0);
+    EXPECT_EQ(static_cast<int>(PropertyType::kString), 1);
+    EXPECT_EQ(static_cast<int>(PropertyType::kBinary), 2);
+    EXPECT_EQ(static_cast<int>(PropertyType::kUnknown), 0xFF);
+}
+
 TEST(PropertyValue, Integer_ReadAsEachType) {
     const PropertyValue value = PropertyValue::ofInt(-5);
     EXPECT_EQ(value.type, PropertyType::kInteger);

@@ -1,0 +1,65 @@
+// The language of what the user gets to read: a host in a user's session, the installed library, and a
+// failure that the server answers. There is no display here, so the alert is a line in the system log.
+#include <cstdlib>
+
+#include "tests/endtoend/EndToEnd.h"
+
+namespace dovrel::test {
+namespace {
+
+constexpr char kGermanBody[] =
+    "Das Programm „End to end“ konnte einen Vorgang nicht ausführen:\r\r"
+    "Das Gerät fehlt.\r\r"
+    "Der Vorgang wurde abgebrochen. Bitte versuchen Sie es noch einmal. Wenn das Problem bestehen bleibt, "
+    "beenden Sie alle Programme und starten Sie den Computer neu. Hilft auch das nicht, wenden Sie sich "
+    "bitte an den Kundendienst des Programmherstellers.";
+
+constexpr char kFrenchBody[] =
+    "L’application «\u00A0End to end\u00A0» n’a pas pu effectuer une opération\u00A0:\r\r"
+    "Das Gerät fehlt.\r\r"
+    "L’opération a été interrompue. Veuillez réessayer. Si le problème persiste, quittez toutes les "
+    "applications et redémarrez votre ordinateur. Si cela ne suffit pas, adressez-vous à l’assistance de "
+    "l’éditeur de l’application.";
+
+constexpr char kEnglishBody[] =
+    "The application “End to end” could not carry out an operation:\r\r"
+    "Das Gerät fehlt.\r\r"
+    "The operation has been stopped. Please try it again. If the problem persists, quit all applications "
+    "and restart your computer. If that does not help, contact the support department of the application’s "
+    "vendor.";
+
+class Language : public EndToEnd {
+  protected:
+    ~Language() override { library_.TerminatePOS(); }
+
+    // What the user of a session in that locale reads when a command fails; the server's own message, in Mac
+    // Roman, is the same in all of them.
+    void expectFailureIn(const char* locale, const char* body) {
+        setenv("LC_ALL", locale, 1);
+        library_.InitializePOS();
+        const uint32_t application = host_.registered();
+        ServerControl::send(
+            "//misbehave\nSTR:error\n//misbehaveCommand\nSTR:execute command\n//errorCode\nINT:28\n"
+            "//errorText\nSTR:Das Ger\x8At fehlt.\n");
+        Console console;
+        EXPECT_EQ(host_.command(application, "ping").status, POS_FAILURE);
+        console.stop();
+        EXPECT_EQ(alertsOf(console, body), 1u) << console.systemLog();
+        EXPECT_EQ(alerts(console), 1u);
+    }
+};
+
+TEST_F(Language, AFailureInAGermanSession_IsReadInGerman) {
+    expectFailureIn("de_DE.UTF-8", kGermanBody);
+}
+
+TEST_F(Language, AFailureInAFrenchSession_IsReadInFrench) {
+    expectFailureIn("fr_FR.UTF-8", kFrenchBody);
+}
+
+TEST_F(Language, AFailureInAJapaneseSession_IsReadInEnglish) {
+    expectFailureIn("ja_JP.UTF-8", kEnglishBody);
+}
+
+}  // namespace
+}  // namespace dovrel::test
