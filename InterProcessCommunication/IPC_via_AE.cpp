@@ -27,7 +27,10 @@ int32_t IPC_via_AE::CreateEvent(AEEventClass eventClass, AEEventID eventID, Appl
 }
 
 int32_t IPC_via_AE::PutData(AppleEvent* event, const uint8_t* bytes, uint32_t length) const {
-    return AEPutParamPtr(event, keyDirectObject, typeChar, bytes, static_cast<Size>(length));
+    const auto size = static_cast<Size>(length);
+    // In 32 bits the platform's size ends at half of what a length can be.
+    if (size < 0) return memFullErr;
+    return AEPutParamPtr(event, keyDirectObject, typeChar, bytes, size);
 }
 
 int32_t IPC_via_AE::GetData(const AppleEvent* event, std::unique_ptr<uint8_t[]>& buffer,

@@ -77,6 +77,16 @@ TEST_F(IPC_via_AETest, PutData_MakesTheBytesTheDirectParameterAsTheyAre) {
     EXPECT_EQ(received(), std::string("\0a\xFF\0", 4));
 }
 
+TEST_F(IPC_via_AETest, PutData_OfMoreThanAnEventHolds_AnswersMemoryFull) {
+    const Client_to_POS_Communicator channel;
+    EventDescriptor event;
+    channel.CreateEvent('BUFF', 'data', event.get());
+    const uint8_t byte = 0;
+    // Lengths that are negative as the size of a 32-bit platform; no byte is looked at.
+    EXPECT_EQ(channel.PutData(event.get(), &byte, 0x80000000u), memFullErr);
+    EXPECT_EQ(channel.PutData(event.get(), &byte, 0xFFFFFFFFu), memFullErr);
+}
+
 TEST_F(IPC_via_AETest, PutData_ThatFails_AnswersThePlatformsError) {
     const Client_to_POS_Communicator channel;
     EventDescriptor nothing;
