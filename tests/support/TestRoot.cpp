@@ -87,7 +87,8 @@ std::string TestRoot::serverExecutable() const {
 
 void TestRoot::stage() const {
     stageBundle(DOVREL_BUNDLE, library());
-    stageBundle(MERROWD_APP, server());
+    const char* const otherServer = getenv("DOVREL_TEST_SERVER");
+    stageBundle(otherServer == nullptr ? MERROWD_APP : otherServer, server());
     fs::create_directories(path() + "/Library/Logs");
 }
 

@@ -15,7 +15,8 @@ namespace dovrel::test {
 
 class TestRoot {
   public:
-    /// Everything is installed; there is no settings file, no display and no server.
+    /// Everything is installed, with the server application that DOVREL_TEST_SERVER names if it is set; there
+    /// is no settings file, no display and no server.
     TestRoot();
     TestRoot(const TestRoot&) = delete;
     TestRoot& operator=(const TestRoot&) = delete;

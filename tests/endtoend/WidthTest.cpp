@@ -1,0 +1,41 @@
+// Which widths meet: the host's and the server's, of 32 or 64 bits.
+#include <elf.h>
+
+#include <cstdlib>
+#include <fstream>
+
+#include "tests/endtoend/EndToEnd.h"
+
+namespace dovrel::test {
+namespace {
+
+class Width : public EndToEnd {};
+
+// As the header of the process's program says; 0 where that cannot be read.
+int bitsOf(const std::string& process) {
+    char header[EI_NIDENT] = {};
+    std::ifstream("/proc/" + process + "/exe", std::ios::binary).read(header, sizeof header);
+    if (header[EI_CLASS] == ELFCLASS64) return 64;
+    return header[EI_CLASS] == ELFCLASS32 ? 32 : 0;
+}
+
+TEST_F(Width, OfTheServerThatAnswers_IsTheOneThatIsToBeMet) {
+    library_.InitializePOS();
+    const uint32_t application = host_.registered();
+    // More than once, because what host and server share grows with the first exchanges; small and large,
+    // because these go different ways.
+    for (const size_t length : {0u, 1u, 100u, 20000u, 3000000u}) {
+        const std::string data(length, 'w');
+        EXPECT_EQ(host_.command(application, "ping", data).bytes, data);
+    }
+
+    const std::vector<pid_t> servers = root_.waitForServers(1);
+    ASSERT_EQ(servers.size(), 1u);
+    const char* const toBeMet = getenv("DOVREL_TEST_SERVER_BITS");
+    EXPECT_EQ(bitsOf("self"), static_cast<int>(8 * sizeof(void*)));
+    EXPECT_EQ(bitsOf(std::to_string(servers[0])), toBeMet == nullptr ? bitsOf("self") : std::atoi(toBeMet));
+    library_.TerminatePOS();
+}
+
+}  // namespace
+}  // namespace dovrel::test
