@@ -1,15 +1,12 @@
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
 
-#include <cstring>
-
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 #include "client/exceptions/ExceptionTypeCodes.h"
 #include "client/exceptions/POSException.h"
 #include "client/exceptions/StructuredDataExceptions.h"
-#include "settings/MultiLanguageSupport.h"
-#include "tests/InterProcessCommunication/ChannelFixture.h"
 #include "tests/InterProcessCommunication/DeletionWatch.h"
+#include "tests/InterProcessCommunication/ForwarderFixture.h"
 #include "tests/InterProcessCommunication/UserTexts.h"
 #include "tests/serialization/Bytes.h"
 
@@ -23,13 +20,8 @@ using test::SentEvent;
 
 using test::kCommunicationError;
 
-class MacOSXTransferObjForwarderTest : public test::ChannelFixture {
+class MacOSXTransferObjForwarderTest : public test::ForwarderFixture {
   protected:
-    MacOSXTransferObjForwarderTest() {
-        install();
-        platform.processes = {"Merrowd"};
-    }
-
     // Handshakes are answered; the nth data event ends with the nth result, later ones with the last, and
     // answers with the bytes of kAnswer on success.
     void dataEventsEndWith(const std::vector<OSErr>& results) {
@@ -54,17 +46,6 @@ class MacOSXTransferObjForwarderTest : public test::ChannelFixture {
         }
     }
 
-    void loadTexts() {
-        root.write(
-            "Library/Application "
-            "Support/Tessilor/pos/Dovrel.bundle/Contents/Resources/MultiLanguageTexts.mls",
-            "//LANGUAGE\nSTR:English\n"
-            "//DLL_MSG_MERROWD_IS_MISSING_MACOSX\nSTR:It is missing.\n"
-            "//DLL_MSG_MERROWD_IS_CORRUPT_MACOSX\nSTR:It is corrupt.\n");
-        MultiLanguageSupport::initialize(kLanguageEnglish);
-    }
-
-    MacOSXTransferObjForwarder forwarder;
     std::string console;
 };
 
@@ -210,94 +191,6 @@ TEST_F(MacOSXTransferObjForwarderTest, LostConnection_IsForgottenBeforeTheReconn
     expectFailure<POSException>([&] { forward(); }, exceptionTypeCode::kPOSException, "???",
                                 kCommunicationError);
     EXPECT_FALSE(forwarder.isConnected());
-}
-
-TEST_F(MacOSXTransferObjForwarderTest, ConnectToPOS_WhileConnected_DoesNothing) {
-    answerAlways("awake");
-    forwarder.ConnectToPOS(10);
-    EXPECT_TRUE(forwarder.isConnected());
-    EXPECT_EQ(platform.folderLookups, 1);
-    forwarder.ConnectToPOS(10);
-    EXPECT_EQ(platform.folderLookups, 1);
-    EXPECT_EQ(platform.sent.size(), 1u);
-}
-
-TEST_F(MacOSXTransferObjForwarderTest, ConnectToPOS_IgnoresTheHint) {
-    answerAlways("awake");
-    for (const uint32_t hint : {0u, 10u, 0xFFFFFFFFu}) {
-        MacOSXTransferObjForwarder fresh;
-        fresh.ConnectToPOS(hint);
-        EXPECT_TRUE(fresh.isConnected()) << hint;
-    }
-}
-
-TEST_F(MacOSXTransferObjForwarderTest,
-       ConnectToPOS_WithoutTheServerApplication_ThrowsTheTextOfTheMissingKey) {
-    loadTexts();
-    uninstall();
-    testing::internal::CaptureStdout();
-    expectFailure<POSException>([&] { forwarder.ConnectToPOS(10); }, exceptionTypeCode::kPOSException, "???",
-                                "It is missing.");
-    testing::internal::GetCapturedStdout();
-    EXPECT_FALSE(forwarder.isConnected());
-}
-
-TEST_F(MacOSXTransferObjForwarderTest,
-       ConnectToPOS_WithAServerThatNeverAnswers_ThrowsTheTextOfTheCorruptKey) {
-    loadTexts();
-    failAlways(errAETimeout);
-    testing::internal::CaptureStdout();
-    expectFailure<POSException>([&] { forwarder.ConnectToPOS(10); }, exceptionTypeCode::kPOSException, "???",
-                                "It is corrupt.");
-    testing::internal::GetCapturedStdout();
-    EXPECT_FALSE(forwarder.isConnected());
-}
-
-TEST_F(MacOSXTransferObjForwarderTest, ConnectToPOS_AfterAFailedFolderLookup_IsSilentAndTriedAgain) {
-    answerAlways("awake");
-    platform.findFolderResult = nsvErr;
-    testing::internal::CaptureStdout();
-    forwarder.ConnectToPOS(10);
-    testing::internal::GetCapturedStdout();
-    EXPECT_FALSE(forwarder.isConnected());
-    platform.findFolderResult = noErr;
-    forwarder.ConnectToPOS(10);
-    EXPECT_TRUE(forwarder.isConnected());
-    EXPECT_EQ(platform.folderLookups, 2);
-}
-
-TEST_F(MacOSXTransferObjForwarderTest, CheckConnection_OnAForwarderThatWasNeverConnected_ChangesNothing) {
-    answerAlways("awake");
-    forwarder.CheckConnection();
-    EXPECT_FALSE(forwarder.isConnected());
-    EXPECT_TRUE(platform.sent.empty());
-    EXPECT_EQ(platform.folderLookups, 0);
-}
-
-TEST_F(MacOSXTransferObjForwarderTest, CheckConnection_ForgetsTheConnectionWithoutAskingTheServer) {
-    answerAlways("awake");
-    forwarder.ConnectToPOS(10);
-    platform.sent.clear();
-    forwarder.CheckConnection();
-    EXPECT_FALSE(forwarder.isConnected());
-    EXPECT_TRUE(platform.sent.empty());
-    forwarder.ConnectToPOS(10);
-    EXPECT_EQ(platform.folderLookups, 2);
-}
-
-TEST_F(MacOSXTransferObjForwarderTest, GetClientProcessID_IsTheSerialNumberAsItLiesInMemory) {
-    ProcessSerialNumber number;
-    number.highLongOfPSN = 0x01020304;
-    number.lowLongOfPSN = 0x05060708;
-    platform.currentProcess = number;
-    const CPPByteArray identity = forwarder.GetClientProcessID();
-    ASSERT_EQ(identity.getSize(), 8u);
-    EXPECT_EQ(std::memcmp(identity.data(), &number, 8), 0);
-}
-
-TEST_F(MacOSXTransferObjForwarderTest, GetClientProcessID_OfAProcessThatHasNone_IsEmpty) {
-    platform.currentProcessResult = procNotFound;
-    EXPECT_EQ(forwarder.GetClientProcessID().getSize(), 0u);
 }
 
 }  // namespace
