@@ -7,6 +7,7 @@
  * BUNDLE is the path of Dovrel.bundle. The digest is printed alone on the line that begins with "digest: ".
  */
 #include <dlfcn.h>
+#include <errno.h>
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -69,29 +70,40 @@ static int loadLibrary(const char *bundle, Library *library)
 #undef LOAD
 }
 
+/* Makes room for at least one more byte. */
+static int growFile(File *file, size_t *room)
+{
+    const size_t larger = *room == 0 ? 65536 : 2 * *room;
+    uint8_t *bytes = larger <= 0x80000000u ? realloc(file->bytes, larger) : NULL;
+
+    if (bytes == NULL) return 0;
+    file->bytes = bytes;
+    *room = larger;
+    return 1;
+}
+
+/* Reads up to the end: not every file tells its size. */
 static int readFile(const char *path, File *file)
 {
     FILE *stream = fopen(path, "rb");
-    long size = -1;
-    int complete = 0;
+    size_t room = 0;
+    int fits = 1;
 
     file->bytes = NULL;
     file->size = 0;
     if (stream == NULL) {
-        perror(path);
+        fprintf(stderr, "host: %s: %s\n", path, strerror(errno));
         return 0;
     }
-    if (fseek(stream, 0, SEEK_END) == 0) size = ftell(stream);
-    if (size < 0 || (unsigned long)size > 0x7FFFFFFFul || fseek(stream, 0, SEEK_SET) != 0) {
-        fprintf(stderr, "host: %s is not a file of at most 2 GiB\n", path);
-    } else {
-        file->bytes = malloc(size > 0 ? (size_t)size : 1);
-        file->size = (uint32_t)size;
-        complete = file->bytes != NULL && fread(file->bytes, 1, file->size, stream) == file->size;
-        if (!complete) fprintf(stderr, "host: could not read %s\n", path);
+    while (!feof(stream) && !ferror(stream) && fits) {
+        fits = file->size < room || growFile(file, &room);
+        if (fits) file->size += (uint32_t)fread(file->bytes + file->size, 1, room - file->size, stream);
     }
+    if (ferror(stream)) fprintf(stderr, "host: %s: %s\n", path, strerror(errno));
+    if (!fits) fprintf(stderr, "host: %s is too large\n", path);
+    fits = fits && !ferror(stream);
     fclose(stream);
-    return complete;
+    return fits;
 }
 
 /* Identifiers are 16 bytes: for the server's built-in classes the name, filled up with zero bytes. */
