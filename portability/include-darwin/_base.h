@@ -11,6 +11,8 @@
 #define DARWIN_C_BEGIN
 #define DARWIN_C_END
 #define DARWIN_RESTRICT restrict
+#define static_assert _Static_assert
+#define alignof _Alignof
 #endif
 
 // Functions whose behaviour the standard changed have a second name for 32-bit programs; for 64-bit programs
@@ -22,6 +24,11 @@
 #define DARWIN_UNIX2003(name) __asm("_" name "$UNIX2003")
 #define DARWIN_WIDTH(bits32, bits64) bits32
 #endif
+
+// What a record measures in either width; it is aligned as its member of the type `strictest`.
+#define DARWIN_RECORD(record, bytes32, bytes64, strictest)                                                   \
+    static_assert(sizeof(record) == DARWIN_WIDTH(bytes32, bytes64) && alignof(record) == alignof(strictest), \
+                  "the system's record")
 
 typedef signed char __int8_t;
 typedef unsigned char __uint8_t;
@@ -44,6 +51,7 @@ typedef union {
     char __mbstate8[128];
     long long _mbstateL;
 } __mbstate_t;
+DARWIN_RECORD(__mbstate_t, 128, 128, long long);
 typedef __mbstate_t __darwin_mbstate_t;
 typedef __darwin_mbstate_t mbstate_t;
 typedef int __darwin_wint_t;
@@ -57,7 +65,9 @@ struct timespec {
     time_t tv_sec;
     long tv_nsec;
 };
+DARWIN_RECORD(struct timespec, 8, 16, long);
 struct timeval {
     time_t tv_sec;
     __int32_t tv_usec;
 };
+DARWIN_RECORD(struct timeval, 8, 16, time_t);

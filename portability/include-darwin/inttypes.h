@@ -4,6 +4,7 @@ DARWIN_C_BEGIN
 typedef struct {
     intmax_t quot, rem;
 } imaxdiv_t;
+DARWIN_RECORD(imaxdiv_t, 16, 16, intmax_t);
 intmax_t imaxabs(intmax_t);
 imaxdiv_t imaxdiv(intmax_t, intmax_t);
 intmax_t strtoimax(const char*, char**, int);

@@ -14,6 +14,7 @@ struct lconv {
         p_sign_posn, n_sign_posn, int_p_cs_precedes, int_n_cs_precedes, int_p_sep_by_space,
         int_n_sep_by_space, int_p_sign_posn, int_n_sign_posn;
 };
+DARWIN_RECORD(struct lconv, 56, 96, char*);
 DARWIN_C_BEGIN
 char* setlocale(int, const char*);
 struct lconv* localeconv(void);

@@ -9,26 +9,32 @@ typedef struct {
     long __sig;
     char __opaque[DARWIN_WIDTH(36, 56)];
 } pthread_attr_t;
+DARWIN_RECORD(pthread_attr_t, 40, 64, long);
 typedef struct {
     long __sig;
     char __opaque[DARWIN_WIDTH(40, 56)];
 } pthread_mutex_t;
+DARWIN_RECORD(pthread_mutex_t, 44, 64, long);
 typedef struct {
     long __sig;
     char __opaque[8];
 } pthread_mutexattr_t;
+DARWIN_RECORD(pthread_mutexattr_t, 12, 16, long);
 typedef struct {
     long __sig;
     char __opaque[DARWIN_WIDTH(24, 40)];
 } pthread_cond_t;
+DARWIN_RECORD(pthread_cond_t, 28, 48, long);
 typedef struct {
     long __sig;
     char __opaque[DARWIN_WIDTH(4, 8)];
 } pthread_condattr_t;
+DARWIN_RECORD(pthread_condattr_t, 8, 16, long);
 typedef struct {
     long __sig;
     char __opaque[DARWIN_WIDTH(4, 8)];
 } pthread_once_t;
+DARWIN_RECORD(pthread_once_t, 8, 16, long);
 #define PTHREAD_MUTEX_INITIALIZER \
     {                             \
         0x32AAABA7, {             \

@@ -8,12 +8,15 @@ DARWIN_C_BEGIN
 typedef struct {
     int quot, rem;
 } div_t;
+DARWIN_RECORD(div_t, 8, 8, int);
 typedef struct {
     long quot, rem;
 } ldiv_t;
+DARWIN_RECORD(ldiv_t, 8, 16, long);
 typedef struct {
     long long quot, rem;
 } lldiv_t;
+DARWIN_RECORD(lldiv_t, 16, 16, long long);
 void* malloc(size_t);
 void* calloc(size_t, size_t);
 void* realloc(void*, size_t);

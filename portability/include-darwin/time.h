@@ -6,6 +6,7 @@ struct tm {
     long tm_gmtoff;
     char* tm_zone;
 };
+DARWIN_RECORD(struct tm, 44, 56, char*);
 typedef enum { _CLOCK_REALTIME = 0, _CLOCK_MONOTONIC = 6 } clockid_t;
 DARWIN_C_BEGIN
 clock_t clock(void) DARWIN_UNIX2003("clock");

@@ -5,6 +5,7 @@ import unittest
 from pathlib import Path
 
 from bundle_copy import BUILD, CALL, MINIMUM, SOURCES, TABLE, TOOLS, BundleCopyTest, run
+from cross_compiler import compile_source
 
 import imports
 
@@ -12,14 +13,8 @@ import imports
 class Compiling(unittest.TestCase):
     def compile(self, code):
         """The compiler's complaints about a source in C++, compiled as those of the library are."""
-        libcxx = "/usr/lib/llvm-14/include/c++/v1"
-        folders = [BUILD / "cmake/macos/site", libcxx, SOURCES / "portability/include", SOURCES / "portability/include-darwin"]
-        result = subprocess.run(
-            ["clang++-14", "-target", f"x86_64-apple-macosx{MINIMUM}", "-std=c++17", "-nostdinc++", "-nostdlibinc"]
-            + [option for folder in folders for option in ("-isystem", folder)]
-            + ["-fsyntax-only", "-x", "c++", "-"],
-            input=code, capture_output=True, text=True)
-        return result.stderr
+        folders = [BUILD / "cmake/macos/site", "/usr/lib/llvm-14/include/c++/v1"]
+        return compile_source(code, before=folders).stderr
 
     def test_WhatTheMinimumVersionHas_Compiles(self):
         self.assertEqual(self.compile("#include <mutex>\nvoid f(std::mutex& m) { m.lock(); }"), "")
@@ -48,6 +43,7 @@ class Sources(unittest.TestCase):
         "x86_64": BUILD / "cmake/macos/x86_64/objects.txt",
         "i386": BUILD / "cmake/macos/i386/modules.txt",
     }
+    FOLDERS = ("InterProcessCommunication", "client", "platform", "serialization", "settings", "ui")
     # What the linker supplies, and what the compiler calls on its own account when it makes code of a module.
     LINKER = {"___dso_handle", "dyld_stub_binder"}
     COMPILER = {"___bzero", "_memset", "_fwrite$UNIX2003", "_fputc", "_objc_exception_extract"}
@@ -60,6 +56,13 @@ class Sources(unittest.TestCase):
             if len(words) >= 2:
                 found["U" if words[-2] == "U" else "defined"].add(words[-1])
         return found["U"] - found["defined"] - self.LINKER
+
+    def test_EverySourceOfTheLibrary_TakesPart(self):
+        for architecture, files in self.FILES.items():
+            compiled = {str(Path(name).relative_to(files.parent).with_suffix("")) for name in files.read_text().split()}
+            written = {str(path.relative_to(SOURCES)) for folder in self.FOLDERS for path in (SOURCES / folder).rglob("*")
+                       if path.suffix in (".c", ".cpp", ".m", ".mm")}
+            self.assertEqual(sorted(compiled), sorted(written), architecture)
 
     def test_EveryImport_StandsInTheTableAndIsOldEnough(self):
         for architecture in imports.ARCHITECTURES:

@@ -28,6 +28,7 @@ struct stat {
     __int32_t st_lspare;
     __int64_t st_qspare[2];
 };
+DARWIN_RECORD(struct stat, 108, 144, __int64_t);
 
 DARWIN_C_BEGIN
 int fstat(int, struct stat*) __asm("_fstat$INODE64");
@@ -35,7 +36,3 @@ int lstat(const char*, struct stat*) __asm("_lstat$INODE64");
 int stat(const char*, struct stat*) __asm("_stat$INODE64");
 int fchmod(int, mode_t) DARWIN_UNIX2003("fchmod");
 DARWIN_C_END
-
-#if defined(__cplusplus)
-static_assert(sizeof(struct stat) == (sizeof(void*) == 8 ? 144 : 108), "the kernel's record");
-#endif

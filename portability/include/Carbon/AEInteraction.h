@@ -36,4 +36,8 @@ extern OSErr AESend(const AppleEvent* theAppleEvent, AppleEvent* reply, AESendMo
 }  // extern "C"
 
 static_assert(sizeof(EventRecord) == (sizeof(void*) == 8 ? 20 : 16), "packed, with a pointer-sized message");
+static_assert(alignof(EventRecord) == 2, "packed");
+static_assert(offsetof(EventRecord, message) == 2, "the message follows at once");
+static_assert(offsetof(EventRecord, when) == 2 + sizeof(void*), "so does the time");
+static_assert(offsetof(EventRecord, modifiers) == 10 + sizeof(void*), "packed");
 #endif

@@ -179,7 +179,9 @@ extern OSErr AEGetDescData(const AEDesc* theAEDesc, void* dataPtr, Size maximumS
 static_assert(sizeof(AEDesc) == 4 + sizeof(void*),
               "a descriptor is packed: 12 bytes with 64-bit pointers, else 8");
 static_assert(sizeof(AEKeyDesc) == 8 + sizeof(void*), "packed: 16 bytes with 64-bit pointers, else 12");
+static_assert(alignof(AEDesc) == 2 && alignof(AEKeyDesc) == 2, "packed");
 static_assert(offsetof(AEDesc, dataHandle) == 4, "the handle follows the type at once");
+static_assert(offsetof(AEKeyDesc, descContent) == 4, "the descriptor follows the keyword at once");
 static_assert(sizeof(DescType) == 4 && sizeof(AEReturnID) == 2 && sizeof(AETransactionID) == 4,
               "fixed widths");
 static_assert(keyDirectObject == 0x2D2D2D2D && typeAppleEvent == 0x61657674,

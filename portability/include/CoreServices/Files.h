@@ -149,5 +149,13 @@ static_assert(sizeof(FSPermissionInfo) == (sizeof(void*) == 8 ? 20 : 16),
               "packed, with a pointer at its end");
 static_assert(sizeof(FSCatalogInfo) == (sizeof(void*) == 8 ? 148 : 144),
               "packed, with permissions of two sizes");
+static_assert(alignof(FSRef) == 1, "nothing but bytes");
+static_assert(alignof(HFSUniStr255) == 2 && alignof(UTCDateTime) == 2, "packed");
+static_assert(alignof(FSPermissionInfo) == 2 && alignof(FSCatalogInfo) == 2, "packed");
+static_assert(offsetof(UTCDateTime, lowSeconds) == 2 && offsetof(UTCDateTime, fraction) == 6, "packed");
+static_assert(offsetof(FSPermissionInfo, mode) == 10 && offsetof(FSPermissionInfo, fileSec) == 12, "packed");
+static_assert(offsetof(FSCatalogInfo, createDate) == 16, "packed");
 static_assert(offsetof(FSCatalogInfo, permissions) == 56, "fixed fields before the permissions");
+static_assert(offsetof(FSCatalogInfo, finderInfo) == (sizeof(void*) == 8 ? 76 : 72), "packed");
+static_assert(offsetof(FSCatalogInfo, dataLogicalSize) == (sizeof(void*) == 8 ? 108 : 104), "packed");
 #endif

@@ -47,6 +47,7 @@ CF_EXTERN_C_END
 
 #if defined(__cplusplus)
 static_assert(sizeof(LSLaunchURLSpec) == (sizeof(void*) == 8 ? 36 : 20), "packed");
+static_assert(alignof(LSLaunchURLSpec) == 2, "packed");
 static_assert(offsetof(LSLaunchURLSpec, launchFlags) == 3 * sizeof(void*), "packed");
 static_assert(offsetof(LSLaunchURLSpec, asyncRefCon) == 3 * sizeof(void*) + 4, "packed");
 #endif

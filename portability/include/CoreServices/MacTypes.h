@@ -70,4 +70,7 @@ enum { noErr = 0, kNilOptions = 0, kVariableLengthArray = 1 };
 static_assert(sizeof(UInt32) == 4 && sizeof(SInt32) == 4, "32-bit scalars");
 static_assert(sizeof(UInt64) == 8 && sizeof(Size) == sizeof(void*), "64-bit and pointer-sized scalars");
 static_assert(sizeof(ProcessSerialNumber) == 8 && sizeof(UnsignedWide) == 8, "8-byte records");
+static_assert(alignof(ProcessSerialNumber) == 2 && alignof(UnsignedWide) == 2, "packed");
+static_assert(offsetof(UnsignedWide, hi) == 4, "little-endian");
+static_assert(sizeof(Point) == 4 && alignof(Point) == 2 && offsetof(Point, h) == 2, "two shorts");
 #endif

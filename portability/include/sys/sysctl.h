@@ -91,6 +91,8 @@ int sysctl(int* name, unsigned int namelen, void* oldp, size_t* oldlenp, void* n
 }  // extern "C"
 
 static_assert(sizeof(struct kinfo_proc) == (sizeof(void*) == 8 ? 648 : 492), "the kernel's record");
+static_assert(alignof(struct extern_proc) == 4 && alignof(struct _ucred) == 4, "the kernel's record");
+static_assert(alignof(struct eproc) == 4 && alignof(struct kinfo_proc) == 4, "the kernel's record");
 static_assert(offsetof(struct extern_proc, p_stat) == (sizeof(void*) == 8 ? 36 : 20), "the kernel's record");
 static_assert(offsetof(struct extern_proc, p_pid) == (sizeof(void*) == 8 ? 40 : 24), "the kernel's record");
 static_assert(offsetof(struct extern_proc, p_comm) == (sizeof(void*) == 8 ? 243 : 163),
