@@ -117,9 +117,12 @@ void CPPByteArray::loadFromStream(std::istream& stream) {
 }
 
 void CPPByteArray::loadFromStream(std::istream& stream, uint32_t length) {
+    const auto wanted = static_cast<std::streamsize>(length);
+    // In 32 bits a stream counts only to half of what a length can be.
+    if (wanted < 0) return;
     uint8_t* const block = newBlock(length);
     if (block == nullptr && length != 0) return;
-    stream.read(reinterpret_cast<char*>(block), static_cast<std::streamsize>(length));
+    stream.read(reinterpret_cast<char*>(block), wanted);
     const auto count = static_cast<uint32_t>(stream.gcount());
     if (count != length) std::memset(block + count, 0, length - count);
     adopt(block, length);
