@@ -196,6 +196,18 @@ TEST_F(POSTransferObjTraderTest, AnswersAndMessagesMayHaveTheirFieldsInAnyOrderA
     EXPECT_EQ(outputs.message.text, "m");
 }
 
+TEST_F(POSTransferObjTraderTest, HeaderFieldsThatAreNotLookedAt_MayBeMissingOrHoldAnything) {
+    const std::string kind = uint32Part(1, 11);
+    for (const std::string& header : {kind, uint32Part(0, 99) + kind + uint32Part(3, 99),
+                                      kind + part(0, "") + part(2, "00") + part(3, "00")}) {
+        SCOPED_TRACE(header);
+        forwarder.answerParts(header + part(109, "72"));
+        Outputs some;
+        EXPECT_TRUE(operations().at(6).run(trader, some));
+        EXPECT_EQ(some.blockText(), "r");
+    }
+}
+
 TEST_F(POSTransferObjTraderTest, EveryRequest_HasTheFieldsOfTheTableInItsOrder) {
     for (const Operation& operation : operations()) {
         SCOPED_TRACE(operation.name);

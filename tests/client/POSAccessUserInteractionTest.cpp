@@ -56,6 +56,23 @@ TEST_F(POSAccessUserInteractionTest, GetInfo_InterfaceVersionBeforeAnyRegistrati
     EXPECT_TRUE(forwarder_->calls().empty());
 }
 
+TEST_F(POSAccessUserInteractionTest, GetInfo_WithoutAPlaceForTheLength_WritesNullAsTheInformation) {
+    result_ = reinterpret_cast<uint8_t*>(this);
+    EXPECT_EQ(posGetInfo(0, "\x60\x01", 2, &result_, nullptr), POS_FAILURE);
+    EXPECT_EQ(result_, nullptr);
+
+    infoLength_ = 77;
+    EXPECT_EQ(posGetInfo(0, "\x60\x01", 2, nullptr, &infoLength_), POS_FAILURE);
+    EXPECT_EQ(infoLength_, 0);
+}
+
+TEST_F(POSAccessUserInteractionTest, GetInfo_EmptyAnswer_IsNullAndZero) {
+    forwarder_->answer(16, test::information(""));
+    EXPECT_EQ(getInfo(5), POS_OK);
+    EXPECT_EQ(result_, nullptr);
+    EXPECT_EQ(infoLength_, 0);
+}
+
 TEST_F(POSAccessUserInteractionTest, CallMethod_NullMethodName_FailsWithTheNullPointerText) {
     const uint32_t applicationId = registered("Editor");
     forwarder_->forgetCalls();

@@ -100,6 +100,16 @@ TEST_F(ProcessSessionTest, Close_FailureOfTheShutdown_IsNeitherShownNorPassedOn)
     EXPECT_EQ(std::count(calls->begin(), calls->end(), "11"), 1);
 }
 
+TEST_F(ProcessSessionTest, Close_ShutdownThatThrowsNoObjectOfTheFamily_EndsTheSessionAllTheSame) {
+    openSession(parts_);
+    registered("Editor");
+    forwarder_->onRequest = [] { throw std::runtime_error("not of the family"); };
+    const auto calls = forwarder_->watchCalls();
+    closeSession();
+    EXPECT_EQ(calls->back(), "destroyed");
+    EXPECT_EQ(currentSession(), nullptr);
+}
+
 TEST_F(ProcessSessionTest, Close_ThenOpen_BuildsAFreshSession) {
     openSession(parts_);
     const uint32_t applicationId = registered("Editor");

@@ -1,10 +1,16 @@
 // The session: opening, closing, registering and unregistering.
+#include <filesystem>
+
 #include "tests/endtoend/EndToEnd.h"
 
 namespace dovrel::test {
 namespace {
 
 class Life : public EndToEnd {};
+
+std::ptrdiff_t threads() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+}
 
 TEST_F(Life, InitializePOS_ASecondTime_KeepsSessionAndRegistrations) {
     EXPECT_EQ(library_.InitializePOS(), POS_OK);
@@ -92,6 +98,18 @@ TEST_F(Life, RegistrationWithANullName_RegistersTheEmptyName) {
               POS_OK);
     EXPECT_EQ(countInServerLog("100 application name = \"\"\n"), 1u);
     library_.TerminatePOS();
+}
+
+TEST_F(Life, OfASession_StartsNoThread) {
+    const std::ptrdiff_t before = threads();
+    library_.InitializePOS();
+    EXPECT_EQ(threads(), before);
+    const uint32_t application = host_.registered({"Echo"});
+    ObjectId echo = host_.instantiate(application, "Echo");
+    EXPECT_EQ(host_.call(application, echo, "echo", "on this thread").bytes, "on this thread");
+    EXPECT_EQ(threads(), before);
+    library_.TerminatePOS();
+    EXPECT_EQ(threads(), before);
 }
 
 TEST_F(Life, AHostThatLoadsAndUnloadsTheBundleAgainAndAgain_IsServedEachTime) {
