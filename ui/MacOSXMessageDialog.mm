@@ -30,7 +30,6 @@ namespace {
 
 /// As runModal answers it; the platform's own names for it differ from version to version.
 constexpr NSInteger kFirstButtonReturn = 1000;
-constexpr NSInteger kNotRun = 0;
 
 /// The number serves every version, too.
 constexpr int kWarningStyle = 0;
@@ -70,10 +69,11 @@ void logUnshownAlert(NSString* body) {
           body);
 }
 
-// The class is found by its name, because it may have come into the process only with the application. No
-// object of C++ lives in a function with @try.
-NSInteger runModalAlert(AlertTexts texts, BOOL showsHelp) {
-    NSInteger pressed = kNotRun;
+// False when the alert could not be run; else `pressed` is what it returned, which may be any number when the
+// host ends it. The class is found by its name, because it may have come into the process only with the
+// application. No object of C++ lives in a function with @try.
+bool runModalAlert(AlertTexts texts, BOOL showsHelp, NSInteger* pressed) {
+    bool wasRun = false;
     @try {
         NSAlert* alert = [[[NSClassFromString(@"NSAlert") alloc] init] autorelease];
         [alert addButtonWithTitle:texts.firstButton];
@@ -85,11 +85,12 @@ NSInteger runModalAlert(AlertTexts texts, BOOL showsHelp) {
         [alert setMessageText:texts.title];
         [alert setInformativeText:texts.body];
         [alert setAlertStyle:(NSAlertStyle)kWarningStyle];
-        pressed = [alert runModal];
+        *pressed = [alert runModal];
+        wasRun = alert != nil;
     } @catch (...) {
-        pressed = kNotRun;
+        wasRun = false;
     }
-    return pressed;
+    return wasRun;
 }
 
 int runAlert(const AlertRequest& request) {
@@ -98,8 +99,8 @@ int runAlert(const AlertRequest& request) {
     const AlertTexts texts = {withLineFeeds(systemString(request.title)), withLineFeeds(body),
                               captionString(set.firstKey),
                               set.secondKey != nullptr ? captionString(set.secondKey) : nil};
-    const NSInteger pressed = NSApplicationLoad() ? runModalAlert(texts, isManagementApplication()) : kNotRun;
-    if (pressed == kNotRun) {
+    NSInteger pressed = 0;
+    if (!NSApplicationLoad() || !runModalAlert(texts, isManagementApplication(), &pressed)) {
         logUnshownAlert(body);
         return kAlertAnswerNotShown;
     }

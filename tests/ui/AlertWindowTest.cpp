@@ -66,9 +66,10 @@ TEST_F(AlertWindowTest, AlternativeRetryCancel_AnswersAsTheOther) {
 }
 
 TEST_F(AlertWindowTest, ReturnKey_PressesTheFirstButton) {
-    start({"show", "2", "Title", "Body", "1", "Title", "Body"});
+    start({"show", "2", "Title", "Body", "1", "Title", "Body", "3", "Title", "Body"});
     EXPECT_EQ(lineAfterKey("Return"), "answer 11");
     EXPECT_EQ(lineAfterKey("Return"), "answer 12");
+    EXPECT_EQ(lineAfterKey("Return"), "answer 11");
 }
 
 TEST_F(AlertWindowTest, ReturnKey_PressesTheOnlyButton) {
@@ -129,6 +130,24 @@ TEST_F(AlertWindowTest, Captions_ComeFromTheTexts) {
               (std::vector<std::string>{"Never mind", "Once more"}));
 }
 
+TEST_F(AlertWindowTest, Alert_IsAWarningWithTheTitleAsItsMessageAndTheFirstButtonAddedFirst) {
+    start({"content", "2", "Title", "Body", "1000"});
+    for (const char* line : {"message Title", "informative Body", "style 0", "help 0", "button Once more",
+                             "button Never mind", "answer 11"})
+        EXPECT_EQ(host_->readLine(), line);
+}
+
+TEST_F(AlertWindowTest, AnyReturnButTheFirstButtons_Answers13) {
+    start({"content", "0", "Title", "Body", "1001", "1002", "0", "1", "-1000", "-1001", "1000"});
+    for (const char* answer : {"13", "13", "13", "13", "13", "13", "12"}) {
+        std::string line;
+        do
+            line = host_->readLine();
+        while (!line.empty() && line.rfind("answer ", 0) != 0);
+        EXPECT_EQ(line, std::string("answer ") + answer);
+    }
+}
+
 TEST_F(AlertWindowTest, Kind7AndMinus1_ShowASingleOKButton) {
     for (const char* kind : {"7", "-1"}) {
         EXPECT_EQ(buttonsIn(contentOf({"inspect", kind, "T", "B"})), std::vector<std::string>{"Fine"});
@@ -165,7 +184,7 @@ TEST_F(AlertWindowTest, AskedForInATask_IsShownByTheMainThreadAndAnsweredThere) 
 
 // The host's own things.
 
-TEST_F(AlertWindowTest, HostsSignalsArgumentsLocaleAndFolder_AreAsBefore) {
+TEST_F(AlertWindowTest, HostsSignalsArgumentsLocaleFolderAndPool_AreAsBefore) {
     root_.write("document.txt", "not to be opened");
     start({"state", "0", "Title", "Body", root_.path("document.txt"), "-option", "value"});
     EXPECT_EQ(lineAfterClick(0), "answer 12");

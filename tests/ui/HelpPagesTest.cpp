@@ -1,5 +1,9 @@
 #include "ui/HelpPages.h"
 
+#include <fstream>
+#include <iterator>
+
+#include "platform/Places.h"
 #include "tests/ui/HelpTest.h"
 
 namespace dovrel {
@@ -10,6 +14,11 @@ constexpr char kEnglishPage[] = "Resources/Helpsystem/Helpsystem English RC MacO
 class HelpPagesTest : public test::HelpTest {
   protected:
     HelpPagesTest() { setIdentifier("com.example.host"); }
+
+    static std::string startPage(const std::string& language) {
+        std::ifstream file(DOVREL_HELP "/Helpsystem " + language + " RC MacOSX/index.html");
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    }
 };
 
 TEST(HelpPages, FolderName_IsThatOfTheLanguageAndEnglishForEveryOther) {
@@ -17,6 +26,22 @@ TEST(HelpPages, FolderName_IsThatOfTheLanguageAndEnglishForEveryOther) {
     EXPECT_STREQ(helpFolderName("Francais"), "Helpsystem French RC MacOSX");
     for (const char* language : {"English", "Spanish", "Italian", "Japanese", "", "french"})
         EXPECT_STREQ(helpFolderName(language), "Helpsystem English RC MacOSX") << language;
+}
+
+TEST_F(HelpPagesTest, EachPage_NamesTheRealPlacesAndTheTextsThatHaveNoTranslation) {
+    using namespace places;
+    for (const char* language : {"English", "French", "German"}) {
+        const std::string page = startPage(language);
+        for (const std::string& place : {std::string(kInstallFolder) + kServerBundleName,
+                                         std::string(kInstallFolder) + kLibraryBundleName,
+                                         std::string(kLogFolder), std::string(kErrorLogName)})
+            EXPECT_NE(page.find("<code>" + place + "</code>"), std::string::npos) << language << place;
+        for (const char* text :
+             {"An unknown interapplication communication error occured. In case the problem "
+              "persists, please close all applications and restart your computer.",
+              "No Error dialogue shown", "System error: "})
+            EXPECT_NE(page.find(text), std::string::npos) << language << text;
+    }
 }
 
 TEST_F(HelpPagesTest, German_OpensTheGermanStartPage) {

@@ -12,6 +12,9 @@
 //         "window library before" and "after", if it is in the process by then
 //     alertHost reserved KIND TITLE BODY
 //         twice, with different values of the reserved argument
+//     alertHost content KIND TITLE BODY RETURN...
+//         an alert for each RETURN, which the window classes give back at once; before each answer
+//         "message ...", "informative ...", "style N", "help N", and "button ..." for each one added
 //     alertHost pause KIND TITLE BODY
 //         twice, with a wait for a line in between
 //     alertHost ties KIND TITLE BODY
@@ -159,7 +162,11 @@ int runState(const Arguments& arguments) {
     for (int number : {SIGINT, SIGCHLD, SIGPIPE}) sigaction(number, &action, nullptr);
     signal(SIGTERM, SIG_IGN);
     const std::vector<std::string> before = hostState();
+    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+    [[[NSObject alloc] init] autorelease];
     show(arguments, 0);
+    if ([pool autoreleaseCount] != 1) tell("changed the host's pool");
+    [pool release];
     const std::vector<std::string> after = hostState();
     for (size_t index = 0; index < before.size() || index < after.size(); ++index) {
         const std::string old = index < before.size() ? before[index] : "nothing";
@@ -224,6 +231,29 @@ int runHelpAlert(const Arguments& arguments) {
     return 0;
 }
 
+NSInteger returned = 0;
+
+NSInteger tellContent(id alert, SEL) {
+    tell("message " + oneLine([alert messageText]));
+    tell("informative " + oneLine([alert informativeText]));
+    tell("style " + std::to_string([alert alertStyle]));
+    tell("help " + std::to_string([alert showsHelp]));
+    for (NSUInteger index = 0; index < [[alert buttons] count]; ++index)
+        tell("button " + oneLine([[[alert buttons] objectAtIndex:index] title]));
+    return returned;
+}
+
+int runContent(const Arguments& arguments) {
+    NSApplicationLoad();
+    const Method run = class_getInstanceMethod(NSClassFromString(@"NSAlert"), @selector(runModal));
+    method_setImplementation(run, reinterpret_cast<IMP>(reinterpret_cast<void (*)()>(tellContent)));
+    for (size_t index = 3; index < arguments.size(); ++index) {
+        returned = std::stoi(arguments[index]);
+        show(arguments, 0);
+    }
+    return 0;
+}
+
 int runManagement() {
     tell(dovrel::isManagementApplication() ? "yes" : "no");
     return 0;
@@ -235,6 +265,7 @@ int run(const std::string& mode, const Arguments& arguments) {
     if (mode == "management") return runManagement();
     dovrel::MultiLanguageSupport::initialize("English");
     if (mode == "helpalert") return runHelpAlert(arguments);
+    if (mode == "content") return runContent(arguments);
     if (mode == "reserved") return runReserved(arguments);
     if (mode == "ties") return runTies(arguments);
     if (mode == "pause") return runPause(arguments);
