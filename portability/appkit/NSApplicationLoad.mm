@@ -2,6 +2,7 @@
 #import <GNUstepGUI/GSDisplayServer.h>
 #include <dlfcn.h>
 
+#include "appkit/AlertClosing.h"
 #include "appkit/HostState.h"
 #include "appkit/ReadableHostTexts.h"
 #include "appkit/WindowServer.h"
@@ -31,9 +32,14 @@ BOOL makeApplication() {
     return made;
 }
 
+/// The window classes' function that tells their connection; null when there is none.
+auto currentServerIn(void* library) {
+    return reinterpret_cast<GSDisplayServer* (*)()>(dlsym(library, "GSCurrentServer"));
+}
+
 /// The connection of the window classes to the X server; null when it cannot be told.
 void* displayOf(void* library) {
-    const auto currentServer = reinterpret_cast<GSDisplayServer* (*)()>(dlsym(library, "GSCurrentServer"));
+    const auto currentServer = currentServerIn(library);
     return currentServer != nullptr ? [currentServer() serverDevice] : nullptr;
 }
 
@@ -64,6 +70,7 @@ class Application {
         library_ = openWindowLibrary();
         if (library_ == nullptr) return;
         portability::keepWindowClassesAlone();
+        portability::letAlertsBeClosed(currentServerIn(library_));
         state_ = makeApplication() ? State::loaded : State::unusable;
     }
 

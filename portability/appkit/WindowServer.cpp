@@ -3,7 +3,9 @@
 #include <dlfcn.h>
 #include <poll.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <vector>
 
 namespace portability {
 
@@ -64,6 +66,25 @@ void setLossHandler(void* display, void (*handler)()) {
     watchedHandler = handler;
     LossHandler* const previous = setHandler(onLoss);
     if (previous != onLoss) previousHandler = previous;
+}
+
+void takeCloseRequests(void* display, unsigned long window) {
+    using Atom = unsigned long;
+    const WindowLibrary library;
+    const auto atomOf = library.function<Atom(void*, const char*, int)>("XInternAtom");
+    const auto protocolsOf = library.function<int(void*, Atom, Atom**, int*)>("XGetWMProtocols");
+    const auto setProtocols = library.function<int(void*, Atom, Atom*, int)>("XSetWMProtocols");
+    const auto free = library.function<int(void*)>("XFree");
+    if (!atomOf || !protocolsOf || !setProtocols || !free) return;
+    Atom* known = nullptr;
+    int count = 0;
+    if (protocolsOf(display, window, &known, &count) == 0) count = 0;
+    std::vector<Atom> protocols(known, known + count);
+    if (known != nullptr) free(known);
+    const Atom closing = atomOf(display, "WM_DELETE_WINDOW", 0);
+    if (std::find(protocols.begin(), protocols.end(), closing) != protocols.end()) return;
+    protocols.push_back(closing);
+    setProtocols(display, window, protocols.data(), static_cast<int>(protocols.size()));
 }
 
 }  // namespace portability

@@ -50,4 +50,8 @@ bool isConnected(void* display);
 /// library does.
 void setLossHandler(void* display, void (*handler)());
 
+/// Has the window manager ask before it closes `window` (of Xlib) of `display`, where it would end the
+/// connection.
+void takeCloseRequests(void* display, unsigned long window);
+
 }  // namespace portability

@@ -1,4 +1,5 @@
 target_sources(portability PRIVATE
+    ${CMAKE_CURRENT_LIST_DIR}/AlertClosing.mm
     ${CMAKE_CURRENT_LIST_DIR}/HostState.mm
     ${CMAKE_CURRENT_LIST_DIR}/ReadableHostTexts.cpp
     ${CMAKE_CURRENT_LIST_DIR}/NSApplicationLoad.mm

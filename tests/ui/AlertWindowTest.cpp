@@ -84,6 +84,15 @@ TEST_F(AlertWindowTest, EscapeKey_PressesTheSecondButton) {
         EXPECT_EQ(lineAfterKey("Escape"), "answer 13");
 }
 
+// The window manager's own key does what its button does.
+TEST_F(AlertWindowTest, ClosingTheWindow_PressesCancelOrTheOnlyButtonAndFurtherAlertsAreShown) {
+    start({"show", "2", "Title", "Body", "0", "Title", "Body", "1", "Title", "Body"});
+    EXPECT_EQ(lineAfterKey("alt+F4"), "answer 13");
+    EXPECT_EQ(lineAfterKey("alt+F4"), "answer 12");
+    EXPECT_EQ(lineAfterKey("alt+F4"), "answer 13");
+    EXPECT_EQ(host_->wait(), 0);
+}
+
 TEST_F(AlertWindowTest, ReservedArgument_ChangesNothing) {
     start({"reserved", "2", "Title", "Body"});
     EXPECT_EQ(lineAfterClick(0), "answer 11");
