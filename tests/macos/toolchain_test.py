@@ -127,6 +127,18 @@ class Assembly(unittest.TestCase):
         self.assertEqual(lines[:5], ["\tmovl\tl_x$non_lazy_ptr-L0$pb(%eax), %eax", "\t.section\t__DATA,__nlptr",
                                      "\t.p2align\t2", "l_x$non_lazy_ptr:", "\t.long\t_x"])
 
+    def test_PointersToSelectorsAndClasses_BecomePlainOnesWithSymbols(self):
+        lines = self.rewrite("\tmovl\tL_OBJC_SELECTOR_REFERENCES_.4-L0$pb(%edi), %ecx\n"
+                             "\t.section\t__OBJC,__message_refs,literal_pointers,no_dead_strip\n"
+                             "L_OBJC_SELECTOR_REFERENCES_.4:\n\t.long\tL_OBJC_METH_VAR_NAME_.4\n"
+                             "\t.section\t__OBJC,__cls_refs,literal_pointers,no_dead_strip\n"
+                             "L_OBJC_CLASS_REFERENCES_:\n")
+        self.assertEqual(lines[:6], ["\tmovl\tl_OBJC_SELECTOR_REFERENCES_.4-L0$pb(%edi), %ecx",
+                                     "\t.section\t__OBJC,__message_refs,regular,no_dead_strip",
+                                     "l_OBJC_SELECTOR_REFERENCES_.4:", "\t.long\tL_OBJC_METH_VAR_NAME_.4",
+                                     "\t.section\t__OBJC,__cls_refs,regular,no_dead_strip",
+                                     "l_OBJC_CLASS_REFERENCES_:"])
+
     def test_MarksOfClassesDefinedHere_AreLeftOut(self):
         lines = self.rewrite("\t.lazy_reference\t.objc_class_name_NSObject\n.set .objc_class_name_Own, 0\n"
                              "\t.globl\t.objc_class_name_Own\n\t.lazy_reference\t.objc_class_name_Own\n")
