@@ -22,7 +22,9 @@
  *
  * Threads. Any thread may call any function after InitializePOS has returned and before TerminatePOS is
  * called; calls are served one after another. An alert runs on the main thread while its call keeps the
- * others waiting, so no function may be called by what the main thread's event loop runs meanwhile.
+ * others waiting, so no function may be called by what the main thread's event loop runs meanwhile. For the
+ * same reason a host that calls from other threads keeps the main thread in its event loop and calls nothing
+ * there: the main thread would wait for its turn, and the other thread's alert for the main thread, for good.
  * InitializePOS and TerminatePOS must not overlap with any other call. No function may be called from a
  * signal handler, and no thread may be cancelled inside one.
  *
