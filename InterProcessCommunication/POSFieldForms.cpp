@@ -16,13 +16,13 @@ constexpr uint32_t kMessageFlagsSize = 4;
 
 }  // namespace
 
-void writeName(POSTransferObj& object, uint32_t id, const char* name) {
-    object.writeBytes(id, name, static_cast<uint32_t>(std::strlen(name) + 1));
+StructuredPart nameField(uint32_t id, const char* name) {
+    return StructuredPart::ofBytes(id, name, static_cast<uint32_t>(std::strlen(name) + 1));
 }
 
-void writeIdentifier(POSTransferObj& object, uint32_t id, const CPPByteArray& identifier) {
+StructuredPart identifierField(uint32_t id, const CPPByteArray& identifier) {
     requireIdentifierSize(identifier);
-    object.writeByteArray(id, identifier);
+    return StructuredPart::ofArray(id, identifier);
 }
 
 void requireIdentifierSize(const CPPByteArray& identifier) {

@@ -17,12 +17,14 @@ struct POSServerMessage {
     bool isPresent() const { return flags != 0; }
 };
 
-/// Writes the zero-terminated text with its terminating zero.
-void writeName(POSTransferObj& object, uint32_t id, const char* name);
+// Fields to be written. They refer to the bytes of the name or identifier, which must outlive them.
 
-/// Throws a CPPException, and writes nothing, for an identifier that is not of kPOSIdentifierSize bytes: on
-/// the wire and at the hosts' interface an identifier is never shorter or longer.
-void writeIdentifier(POSTransferObj& object, uint32_t id, const CPPByteArray& identifier);
+/// The zero-terminated text with its terminating zero.
+StructuredPart nameField(uint32_t id, const char* name);
+
+/// Throws a CPPException for an identifier that is not of kPOSIdentifierSize bytes: on the wire and at the
+/// hosts' interface an identifier is never shorter or longer.
+StructuredPart identifierField(uint32_t id, const CPPByteArray& identifier);
 void requireIdentifierSize(const CPPByteArray& identifier);
 
 /// Replaces `identifier` by the field. Throws, and leaves it alone, for a field that is not of

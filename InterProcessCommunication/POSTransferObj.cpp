@@ -1,18 +1,12 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 
+#include <cstring>
 #include <new>
 
 namespace dovrel {
 
 POSTransferObj::POSTransferObj() {
     writer_.initialize(bytes_, formatVersion_);
-}
-
-POSTransferObj::POSTransferObj(uint32_t transferKind, uint32_t messageKind, uint32_t command)
-    : POSTransferObj() {
-    setTransferKind(transferKind);
-    setMessageKind(messageKind);
-    setCommand(command);
 }
 
 void POSTransferObj::writeBytes(uint32_t id, const void* bytes, uint32_t length) {
@@ -23,8 +17,7 @@ void POSTransferObj::writeBytes(uint32_t id, const void* bytes, uint32_t length)
 // array that getPart allocates.
 uint32_t POSTransferObj::readUInt32(uint32_t id) {
     attachReader();
-    reader_.requirePart(id);
-    return reader_.readUInt32Part(id);
+    return reader_.viewNumber(id);
 }
 
 std::unique_ptr<CPPByteArray> POSTransferObj::readByteArray(uint32_t id) {
@@ -39,14 +32,13 @@ std::string POSTransferObj::readString(uint32_t id) {
 
 std::unique_ptr<uint8_t[]> POSTransferObj::readBlock(uint32_t id, uint32_t& length) {
     attachReader();
-    reader_.requirePart(id);
-    const uint32_t size = reader_.getPartLength(id);
+    const StructuredByteArrayReader::View field = reader_.viewPart(id);
     std::unique_ptr<uint8_t[]> block;
-    if (size > 0) {
-        block.reset(new uint8_t[size]);
-        reader_.readPart(id, block.get());
+    if (field.length > 0) {
+        block.reset(new uint8_t[field.length]);
+        std::memcpy(block.get(), field.data, field.length);
     }
-    length = size;
+    length = field.length;
     return block;
 }
 

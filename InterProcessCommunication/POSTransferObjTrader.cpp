@@ -22,9 +22,14 @@ constexpr uint8_t kZeroIdentifier[kPOSIdentifierSize] = {};
 
 class Request : public POSTransferObj {
   public:
-    explicit Request(const POSCommand& command)
-        : POSTransferObj(kTransferKindStandard, kMessageKindRequest, command) {}
+    template <class... Fields>
+    explicit Request(const POSCommand& command, const Fields&... fields)
+        : POSTransferObj(kTransferKindStandard, kMessageKindRequest, command, fields...) {}
 };
+
+StructuredPart sessionField(uint32_t applicationId) {
+    return StructuredPart::ofNumber(posField::kSession, applicationId);
+}
 
 CPPException* newNoValidInterface() {
     return new CPPException(MultiLanguageSupport::getText(kDllNoValidPosInterface).c_str());
@@ -36,24 +41,21 @@ CPPException* newExceptionForAnswer(uint32_t code, const char* text) {
     return newPOSExceptionForCode(code, text);
 }
 
-void writeClassList(POSTransferObj& request, const std::vector<CPPClassID>& classes) {
+CPPExpandingByteArray classListBlock(const std::vector<CPPClassID>& classes) {
     for (const CPPClassID& classId : classes)
         requireIdentifierSize(classId);
     CPPExpandingByteArray block;
     writeByteArrayList(classes, block);
-    request.writeByteArray(posField::kClassList, block);
+    return block;
 }
 
-void writeExecuter(POSTransferObj& request, const ProtectedExecuterID* executer) {
-    if (executer == nullptr) {
-        request.writeBytes(posField::kExecuter, nullptr, 0);
-    } else {
-        writeIdentifier(request, posField::kExecuter, *executer);
-    }
+StructuredPart executerField(const ProtectedExecuterID* executer) {
+    return executer == nullptr ? StructuredPart::ofBytes(posField::kExecuter, nullptr, 0)
+                               : identifierField(posField::kExecuter, *executer);
 }
 
-void writeCommandData(POSTransferObj& request, const uint8_t* command, uint32_t commandLength,
-                      const uint8_t* argument, uint32_t argumentLength) {
+CPPExpandingByteArray commandData(const uint8_t* command, uint32_t commandLength, const uint8_t* argument,
+                                  uint32_t argumentLength) {
     const uint64_t length = uint64_t{commandLength} + argumentLength;
     if (length > std::numeric_limits<uint32_t>::max()) {
         throwSerializationFailure<StructuredWriteFailedException>(
@@ -64,7 +66,7 @@ void writeCommandData(POSTransferObj& request, const uint8_t* command, uint32_t 
     data.writeBytes(commandLength, argument, argumentLength);
     // Without memory the array stays short.
     if (data.getSize() != length) throw std::bad_alloc();
-    request.writeByteArray(posField::kCommandData, data);
+    return data;
 }
 
 }  // namespace
@@ -89,11 +91,12 @@ bool POSTransferObjTrader::registerApplication(const std::string& name,
     forwarder_->ConnectToPOS(kConnectHint);
     if (!checkInterfaceVersion()) return false;
 
-    Request request(posCommand::kRegisterApplication);
-    writeName(request, posField::kApplicationName, name.c_str());
-    request.writeByteArray(posField::kClientProcess, forwarder_->GetClientProcessID());
-    writeClassList(request, classes);
-    request.writeByteArray(posField::kOptions, options);
+    const CPPByteArray clientProcess = forwarder_->GetClientProcessID();
+    const CPPExpandingByteArray classList = classListBlock(classes);
+    Request request(posCommand::kRegisterApplication, nameField(posField::kApplicationName, name.c_str()),
+                    StructuredPart::ofArray(posField::kClientProcess, clientProcess),
+                    StructuredPart::ofArray(posField::kClassList, classList),
+                    StructuredPart::ofArray(posField::kOptions, options));
 
     const std::unique_ptr<POSTransferObj> reply = exchange(request);
     if (!reply) return false;
@@ -113,19 +116,17 @@ bool POSTransferObjTrader::checkInterfaceVersion() {
 }
 
 bool POSTransferObjTrader::unregisterApplication(uint32_t applicationId) {
-    Request request(posCommand::kUnregisterApplication);
-    request.writeUInt32(posField::kSession, applicationId);
+    Request request(posCommand::kUnregisterApplication, sessionField(applicationId));
     return exchange(request) != nullptr;
 }
 
 bool POSTransferObjTrader::instantiateObject(uint32_t applicationId, const CPPClassID& classId,
                                              uint32_t executer, CPPObjectID& objectId,
                                              POSServerMessage& message) {
-    Request request(posCommand::kInstantiateObject);
-    request.writeUInt32(posField::kSession, applicationId);
-    writeIdentifier(request, posField::kClass, classId);
-    request.writeBytes(posField::kCreationData, nullptr, 0);
-    request.writeUInt32(posField::kExecuterWord, executer);
+    Request request(posCommand::kInstantiateObject, sessionField(applicationId),
+                    identifierField(posField::kClass, classId),
+                    StructuredPart::ofBytes(posField::kCreationData, nullptr, 0),
+                    StructuredPart::ofNumber(posField::kExecuterWord, executer));
 
     const std::unique_ptr<POSTransferObj> reply = exchange(request);
     if (!reply) return false;
@@ -136,9 +137,8 @@ bool POSTransferObjTrader::instantiateObject(uint32_t applicationId, const CPPCl
 }
 
 bool POSTransferObjTrader::deleteObject(uint32_t applicationId, const CPPObjectID& objectId) {
-    Request request(posCommand::kDeleteObject);
-    request.writeUInt32(posField::kSession, applicationId);
-    writeIdentifier(request, posField::kObject, objectId);
+    Request request(posCommand::kDeleteObject, sessionField(applicationId),
+                    identifierField(posField::kObject, objectId));
     return exchange(request) != nullptr;
 }
 
@@ -146,12 +146,10 @@ bool POSTransferObjTrader::callMethod(uint32_t applicationId, const ProtectedExe
                                       const CPPObjectID& objectId, const char* methodName,
                                       const uint8_t* parameters, uint32_t parameterLength, uint8_t** result,
                                       uint32_t* resultLength, POSServerMessage& message) {
-    Request request(posCommand::kCallMethod);
-    request.writeUInt32(posField::kSession, applicationId);
-    writeIdentifier(request, posField::kObject, objectId);
-    writeName(request, posField::kMethodName, methodName);
-    request.writeBytes(posField::kArgument, parameters, parameterLength);
-    writeExecuter(request, executer);
+    Request request(
+        posCommand::kCallMethod, sessionField(applicationId), identifierField(posField::kObject, objectId),
+        nameField(posField::kMethodName, methodName),
+        StructuredPart::ofBytes(posField::kArgument, parameters, parameterLength), executerField(executer));
 
     const std::unique_ptr<POSTransferObj> reply = exchange(request);
     if (!reply) return false;
@@ -166,19 +164,19 @@ bool POSTransferObjTrader::callMethod(uint32_t applicationId, const ProtectedExe
 bool POSTransferObjTrader::executeCommand(uint32_t applicationId, const uint8_t* command,
                                           uint32_t commandLength, const uint8_t* argument,
                                           uint32_t argumentLength, uint8_t** result, uint32_t* resultLength) {
-    Request request(posCommand::kExecuteCommand);
-    request.writeUInt32(posField::kSession, applicationId);
-    request.writeBytes(posField::kCommandExecuter, kZeroIdentifier, sizeof kZeroIdentifier);
-    writeCommandData(request, command, commandLength, argument, argumentLength);
-    request.writeUInt32(posField::kCommandLength, commandLength);
+    const CPPExpandingByteArray data = commandData(command, commandLength, argument, argumentLength);
+    Request request(
+        posCommand::kExecuteCommand, sessionField(applicationId),
+        StructuredPart::ofBytes(posField::kCommandExecuter, kZeroIdentifier, sizeof kZeroIdentifier),
+        StructuredPart::ofArray(posField::kCommandData, data),
+        StructuredPart::ofNumber(posField::kCommandLength, commandLength));
     return exchangeForBlock(request, posField::kResult, result, resultLength);
 }
 
 bool POSTransferObjTrader::getInformation(uint32_t applicationId, const uint8_t* request,
                                           uint32_t requestLength, uint8_t** info, uint32_t* infoLength) {
-    Request query(posCommand::kGetInformation);
-    query.writeUInt32(posField::kSession, applicationId);
-    query.writeBytes(posField::kInformationRequest, request, requestLength);
+    Request query(posCommand::kGetInformation, sessionField(applicationId),
+                  StructuredPart::ofBytes(posField::kInformationRequest, request, requestLength));
     return exchangeForBlock(query, posField::kInformation, info, infoLength);
 }
 

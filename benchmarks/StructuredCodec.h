@@ -13,32 +13,41 @@ struct StructuredCodec {
 
     static void build(const CallMethodFields& fields, Bytes& bytes) {
         StructuredByteArrayWriter writer;
-        writer.initialize(bytes, 9);
-        writer.writeUInt32Part(0, fields.transferKind);
-        writer.writeUInt32Part(1, fields.messageKind);
-        writer.writeUInt32Part(3, fields.command);
-        writer.writeUInt32Part(103, fields.session);
-        writer.writeBytesPart(105, fields.object, sizeof fields.object);
-        writer.writeBytesPart(107, fields.name, fields.nameSize);
-        writer.writeBytesPart(110, fields.payload.data(), static_cast<uint32_t>(fields.payload.size()));
-        writer.writeBytesPart(104, nullptr, 0);
+        writer.initialize(
+            bytes, 9,
+            {StructuredPart::ofNumber(0, fields.transferKind),
+             StructuredPart::ofNumber(1, fields.messageKind), StructuredPart::ofNumber(3, fields.command),
+             StructuredPart::ofNumber(103, fields.session),
+             StructuredPart::ofBytes(105, fields.object, sizeof fields.object),
+             StructuredPart::ofBytes(107, fields.name, fields.nameSize),
+             StructuredPart::ofBytes(110, fields.payload.data(),
+                                     static_cast<uint32_t>(fields.payload.size())),
+             StructuredPart::ofBytes(104, nullptr, 0)});
     }
 
     static bool read(const Bytes& bytes, CallMethodFields& fields) {
         StructuredByteArrayReader reader;
         reader.initialize(&bytes);
-        fields.transferKind = reader.readUInt32Part(0);
-        fields.messageKind = reader.readUInt32Part(1);
-        fields.command = reader.readUInt32Part(3);
-        fields.session = reader.readUInt32Part(103);
-        if (reader.getPartLength(105) != sizeof fields.object) return false;
-        reader.readPart(105, fields.object);
-        fields.nameSize = reader.getPartLength(107);
-        if (fields.nameSize > sizeof fields.name) return false;
-        reader.readPart(107, fields.name);
-        if (reader.getPartLength(110) > fields.payload.size()) return false;
-        reader.readPart(110, fields.payload.data());
-        fields.executerSize = reader.getPartLength(104);
+        fields.transferKind = reader.viewNumber(0);
+        fields.messageKind = reader.viewNumber(1);
+        fields.command = reader.viewNumber(3);
+        fields.session = reader.viewNumber(103);
+        uint32_t objectSize = sizeof fields.object;
+        uint32_t payloadSize = static_cast<uint32_t>(fields.payload.size());
+        fields.nameSize = sizeof fields.name;
+        fields.executerSize = reader.viewPart(104).length;
+        return copy(reader, 105, fields.object, objectSize) &&
+               copy(reader, 107, fields.name, fields.nameSize) &&
+               copy(reader, 110, fields.payload.data(), payloadSize);
+    }
+
+  private:
+    // length: in, the room; out, the bytes copied.
+    static bool copy(const StructuredByteArrayReader& reader, uint32_t tag, uint8_t* data, uint32_t& length) {
+        const StructuredByteArrayReader::View part = reader.viewPart(tag);
+        if (part.length > length) return false;
+        length = part.length;
+        if (length != 0) std::memcpy(data, part.data, length);
         return true;
     }
 };

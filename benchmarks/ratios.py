@@ -8,7 +8,7 @@ import re
 import statistics
 import sys
 
-NAME = re.compile(r"(buildAndRead|build|read)(?:<(\w+)>|(\w+))/(\d+)$")
+NAME = re.compile(r"(buildAndRead|build|read)(?:<(\w+)>|(ReusedFlatBuffersBuilder))/(\d+)$")
 YARDSTICK = "HandWrittenCodec"
 
 

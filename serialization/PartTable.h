@@ -24,7 +24,7 @@ class PartTable {
 
     /// Adds an entry, which is found after the next call of finish unless its tag is there already.
     void add(uint32_t tag, uint32_t offset, uint32_t length) {
-        if (heap_.empty() && count_ < kInlineEntries) {
+        if (count_ < kInlineEntries) {
             inline_[count_++] = Entry{tag, offset, length};
         } else {
             addToHeap(tag, offset, length);
@@ -37,8 +37,9 @@ class PartTable {
     /// Null where the tag is absent. Valid until the next add.
     const Entry* find(uint32_t tag) const {
         if (!heap_.empty()) return findInHeap(tag);
-        for (size_t i = 0; i < count_; ++i) {
-            if (inline_[i].tag == tag) return &inline_[i];
+        const Entry* const end = inline_.data() + count_;
+        for (const Entry* entry = inline_.data(); entry != end; ++entry) {
+            if (entry->tag == tag) return entry;
         }
         return nullptr;
     }

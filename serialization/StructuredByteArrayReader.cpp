@@ -1,5 +1,6 @@
 #include "serialization/StructuredByteArrayReader.h"
 
+#include <algorithm>
 #include <memory>
 #include <new>
 
@@ -18,6 +19,17 @@ constexpr char kSecondCheck[] = "2";
 uint32_t fromBigEndian(const uint8_t* bytes) {
     return static_cast<uint32_t>(bytes[0]) << 24 | static_cast<uint32_t>(bytes[1]) << 16 |
            static_cast<uint32_t>(bytes[2]) << 8 | static_cast<uint32_t>(bytes[3]);
+}
+
+constexpr uint32_t kNumberLength = 4;
+
+uint32_t fromLittleEndian(const uint8_t* bytes) {
+    return static_cast<uint32_t>(bytes[0]) | static_cast<uint32_t>(bytes[1]) << 8 |
+           static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
+}
+
+[[noreturn]] void failBounds() {
+    throwSerializationFailure<StructuredReaderNotInitializedException>(site::kReaderBounds, kFirstCheck);
 }
 
 // Makes what was entered so far findable also when parsing breaks off.
@@ -69,6 +81,14 @@ uint32_t StructuredByteArrayReader::getPartLength(uint32_t tag) const {
     return entryOf(tag, site::kGetPartLength).length;
 }
 
+uint32_t StructuredByteArrayReader::viewNumber(uint32_t tag) const {
+    const View part = viewPart(tag);
+    if (part.length >= kNumberLength) return fromLittleEndian(part.data);
+    uint8_t extended[kNumberLength] = {};
+    std::copy_n(part.data, part.length, extended);
+    return fromLittleEndian(extended);
+}
+
 bool StructuredByteArrayReader::hasPart(uint32_t tag) const {
     return parts_.find(tag) != nullptr;
 }
@@ -80,18 +100,20 @@ void StructuredByteArrayReader::requireSource(const char* site) const {
 }
 
 const PartTable::Entry& StructuredByteArrayReader::entryOf(uint32_t tag, const char* site) const {
-    requireSource(site);
     const PartTable::Entry* const entry = parts_.find(tag);
-    if (entry == nullptr) throwSerializationFailure<PartNotFoundException>(site, kSecondCheck);
+    if (source_ == nullptr || entry == nullptr) failRequest(site);
     return *entry;
+}
+
+void StructuredByteArrayReader::failRequest(const char* site) const {
+    requireSource(site);
+    throwSerializationFailure<PartNotFoundException>(site, kSecondCheck);
 }
 
 // By subtraction, because the sum of two lengths from the wire may pass 2^32.
 void StructuredByteArrayReader::requireBytes(uint32_t offset, uint32_t count) const {
     const uint32_t size = source_->getSize();
-    if (offset > size || count > size - offset) {
-        throwSerializationFailure<StructuredReaderNotInitializedException>(site::kReaderBounds, kFirstCheck);
-    }
+    if (offset > size || count > size - offset) failBounds();
 }
 
 // Gives the offset of the first part.
@@ -121,11 +143,11 @@ void StructuredByteArrayReader::parseParts(uint32_t offset) {
     const uint8_t* const bytes = source_->data();
     const uint32_t size = source_->getSize();
     while (offset < size) {
-        requireBytes(offset, kPartHeaderSize);
+        if (kPartHeaderSize > size - offset) failBounds();
         const uint32_t tag = fromBigEndian(bytes + offset);
         const uint32_t length = fromBigEndian(bytes + offset + 4);
         offset += kPartHeaderSize;
-        requireBytes(offset, length);
+        if (length > size - offset) failBounds();
         parts_.add(tag, offset, length);
         offset += length;
     }

@@ -33,11 +33,25 @@ class StructuredByteArrayReader : public StructuredDataReader {
     /// Never fails; false also without a block.
     bool hasPart(uint32_t tag) const;
 
-    /// Fails as getPart does where the block has no such part.
-    void requirePart(uint32_t tag) const { entryOf(tag, structuredData::site::kGetPart); }
+    /// The data of a part where they lie in the array.
+    struct View {
+        const uint8_t* data;
+        uint32_t length;
+    };
+
+    /// Fails as getPart does. Valid as long as the array stays unchanged.
+    View viewPart(uint32_t tag) const {
+        const PartTable::Entry* const entry = parts_.find(tag);
+        if (source_ == nullptr || entry == nullptr) failRequest(structuredData::site::kGetPart);
+        return {source_->data() + entry->offset, entry->length};
+    }
+
+    /// What readUInt32Part gives, but fails as getPart does.
+    uint32_t viewNumber(uint32_t tag) const;
 
   private:
     void requireSource(const char* site) const;
+    [[noreturn]] void failRequest(const char* site) const;
     void requireBytes(uint32_t offset, uint32_t count) const;
     const PartTable::Entry& entryOf(uint32_t tag, const char* site) const;
     uint32_t parseHeader();

@@ -25,9 +25,24 @@ void storeBigEndian(uint8_t* bytes, uint32_t value) {
     bytes[3] = static_cast<uint8_t>(value);
 }
 
+void storeBlockHeader(uint8_t* bytes, uint32_t typeNumber) {
+    storeBigEndian(bytes, kMagic);
+    bytes[kFormatOffset] = kFormatByte1;
+    bytes[kFormatOffset + 1] = kFormatByte2WithType;
+    storeBigEndian(bytes + kTypeOffset, typeNumber);
+}
+
+// In one piece, which the compiler makes one store of.
 void storePartHeader(uint8_t* bytes, uint32_t tag, uint32_t length) {
-    storeBigEndian(bytes, tag);
-    storeBigEndian(bytes + 4, length);
+    const uint64_t both = uint64_t{tag} << 32 | length;
+    bytes[0] = static_cast<uint8_t>(both >> 56);
+    bytes[1] = static_cast<uint8_t>(both >> 48);
+    bytes[2] = static_cast<uint8_t>(both >> 40);
+    bytes[3] = static_cast<uint8_t>(both >> 32);
+    bytes[4] = static_cast<uint8_t>(both >> 24);
+    bytes[5] = static_cast<uint8_t>(both >> 16);
+    bytes[6] = static_cast<uint8_t>(both >> 8);
+    bytes[7] = static_cast<uint8_t>(both);
 }
 
 [[noreturn]] void failWrite(const char* site) {
@@ -37,14 +52,28 @@ void storePartHeader(uint8_t* bytes, uint32_t tag, uint32_t length) {
 }  // namespace
 
 void StructuredByteArrayWriter::initialize(CPPByteArray& target, uint32_t typeNumber) {
+    setTarget(target);
+    writeBlockHeader(typeNumber);
+}
+
+void StructuredByteArrayWriter::initialize(CPPByteArray& target, uint32_t typeNumber,
+                                           std::initializer_list<StructuredPart> parts) {
+    setTarget(target);
+    if (writeWholeBlock(typeNumber, parts)) return;
+    writeBlockHeader(typeNumber);
+    for (const StructuredPart& part : parts)
+        writeBytesPart(part.getTag(), part.data(), part.getLength());
+}
+
+void StructuredByteArrayWriter::setTarget(CPPByteArray& target) {
     target_ = &target;
-    uint8_t header[kHeaderSize];
-    storeBigEndian(header, kMagic);
-    header[kFormatOffset] = kFormatByte1;
-    header[kFormatOffset + 1] = kFormatByte2WithType;
-    storeBigEndian(header + kTypeOffset, typeNumber);
     const bool justExpanding = typeid(target) == typeid(CPPExpandingByteArray);
     expanding_ = justExpanding ? static_cast<CPPExpandingByteArray*>(&target) : nullptr;
+}
+
+void StructuredByteArrayWriter::writeBlockHeader(uint32_t typeNumber) {
+    uint8_t header[kHeaderSize];
+    storeBlockHeader(header, typeNumber);
     bool landed = true;
     if (expanding_ != nullptr) {
         expanding_->CPPExpandingByteArray::writeBytes(0, header, kHeaderSize);
@@ -56,6 +85,27 @@ void StructuredByteArrayWriter::initialize(CPPByteArray& target, uint32_t typeNu
     position_ = 0;
     advance(kHeaderSize, site::kWriterInitialize);
     if (!landed) failWrite(site::kWriterInitialize);
+}
+
+// As writeWholePart, for the same reason.
+bool StructuredByteArrayWriter::writeWholeBlock(uint32_t typeNumber,
+                                                std::initializer_list<StructuredPart> parts) {
+    if (expanding_ == nullptr) return false;
+    uint64_t size = kHeaderSize;
+    for (const StructuredPart& part : parts)
+        size += uint64_t{kPartHeaderSize} + part.getLength();
+    if (size > kLargest) return false;
+    const auto end = static_cast<uint32_t>(size);
+    if (end > expanding_->size_ && !expanding_->grow(end, 0)) return false;
+    uint8_t* place = expanding_->data_;
+    storeBlockHeader(place, typeNumber);
+    place += kHeaderSize;
+    for (const StructuredPart& part : parts) {
+        storePartHeader(place, part.getTag(), part.getLength());
+        place = part.copyTo(place + kPartHeaderSize);
+    }
+    position_ = end;
+    return true;
 }
 
 void StructuredByteArrayWriter::writeArrayPart(uint32_t tag, const CPPByteArray& array) {

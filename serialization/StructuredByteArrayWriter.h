@@ -10,8 +10,11 @@
 // nothing. The detail of both names the operation; the code is 0.
 #pragma once
 
+#include <initializer_list>
+
 #include "serialization/CPPExpandingByteArray.h"
 #include "serialization/StructuredDataWriter.h"
+#include "serialization/StructuredPart.h"
 
 namespace dovrel {
 
@@ -23,11 +26,19 @@ class StructuredByteArrayWriter : public StructuredDataWriter {
     /// caller's and must live as long as anything is written.
     void initialize(CPPByteArray& target, uint32_t typeNumber);
 
+    /// The same, and then writeBytesPart for each of the parts, whose bytes lie outside of the target. Bytes,
+    /// sizes and failures are those of the single calls, but a target that is just a CPPExpandingByteArray is
+    /// grown once for all of them.
+    void initialize(CPPByteArray& target, uint32_t typeNumber, std::initializer_list<StructuredPart> parts);
+
     void writeArrayPart(uint32_t tag, const CPPByteArray& array) override;
     void writeBytesPart(uint32_t tag, const void* bytes, uint32_t length) override;
     void writeStreamPart(uint32_t tag, std::istream& stream, uint32_t length) override;
 
   private:
+    void setTarget(CPPByteArray& target);
+    void writeBlockHeader(uint32_t typeNumber);
+    bool writeWholeBlock(uint32_t typeNumber, std::initializer_list<StructuredPart> parts);
     void requireTarget(const char* site) const;
     bool writeWholePart(uint32_t tag, const void* bytes, uint32_t length);
     void writePartHeader(uint32_t tag, uint32_t length);

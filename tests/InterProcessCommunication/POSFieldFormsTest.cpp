@@ -16,34 +16,40 @@ using test::expectFailure;
 using test::hexOf;
 using test::textOf;
 
-constexpr char kHeader[] = "41 73 41 6B 00 01 00 00 00 09";
-
 POSServerMessage messageOf(const std::string& hexData) {
     POSTransferObj object;
     object.writeByteArray(120, arrayOfHex(hexData));
     return readServerMessage(object, 120);
 }
 
-TEST(POSFieldForms, WriteName_SendsTheTerminatingZero) {
-    POSTransferObj object;
-    writeName(object, 107, "add");
-    EXPECT_EQ(hexOf(object.bytes()), std::string(kHeader) + " 00 00 00 6B 00 00 00 04 61 64 64 00");
+// The wire form of a field that is written behind the header fields.
+std::string wireFormOf(const StructuredPart& field) {
+    const std::string header = hexOf(POSTransferObj(1, 10, 14).bytes());
+    const std::string all = hexOf(POSTransferObj(1, 10, 14, field).bytes());
+    EXPECT_EQ(all.substr(0, header.size()), header);
+    return all.substr(header.size());
 }
 
-TEST(POSFieldForms, WriteName_OfTheEmptyName_IsOneZeroByte) {
-    POSTransferObj object;
-    writeName(object, 100, "");
-    EXPECT_EQ(hexOf(object.bytes()), std::string(kHeader) + " 00 00 00 64 00 00 00 01 00");
+TEST(POSFieldForms, NameField_HasTheTerminatingZero) {
+    EXPECT_EQ(wireFormOf(nameField(107, "add")), " 00 00 00 6B 00 00 00 04 61 64 64 00");
 }
 
-TEST(POSFieldForms, WriteIdentifier_OfAnotherSize_FailsAndWritesNothing) {
+TEST(POSFieldForms, NameField_OfTheEmptyName_IsOneZeroByte) {
+    EXPECT_EQ(wireFormOf(nameField(100, "")), " 00 00 00 64 00 00 00 01 00");
+}
+
+TEST(POSFieldForms, IdentifierField_IsItsSixteenBytes) {
+    const CPPByteArray identifier = arrayOf("0123456789abcdef");
+    EXPECT_EQ(wireFormOf(identifierField(105, identifier)),
+              " 00 00 00 69 00 00 00 10 30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66");
+}
+
+TEST(POSFieldForms, IdentifierField_OfAnotherSize_Fails) {
     const test::TransportTexts texts;
     for (const char* wrong : {"", "Echo", "fifteen bytes..", "seventeen bytes.."}) {
-        POSTransferObj object;
-        expectFailure<CPPException>([&] { writeIdentifier(object, 105, arrayOf(wrong)); },
+        expectFailure<CPPException>([&] { identifierField(105, arrayOf(wrong)); },
                                     exceptionTypeCode::kCPPException, "???",
                                     test::TransportTexts::kWrongIdentifier);
-        EXPECT_EQ(hexOf(object.bytes()), kHeader);
     }
 }
 

@@ -42,6 +42,16 @@ TEST(POSTransferObj, NewWithHeader_HasTheFields0And1And3InThisOrder) {
                                                 "00 00 00 03 00 00 00 04 0E 00 00 00"));
 }
 
+TEST(POSTransferObj, NewWithFields_HasThemBehindTheHeaderFieldsAndCanGoOn) {
+    POSTransferObj object(1, 10, 14, StructuredPart::ofNumber(103, 0xA1B2C3D4),
+                          StructuredPart::ofBytes(110, "ab", 2));
+    object.writeBytes(104, nullptr, 0);
+    EXPECT_EQ(
+        hexOf(object.bytes()),
+        hexOf(POSTransferObj(1, 10, 14).bytes()) +
+            " 00 00 00 67 00 00 00 04 D4 C3 B2 A1 00 00 00 6E 00 00 00 02 61 62 00 00 00 68 00 00 00 00");
+}
+
 TEST(POSTransferObj, Setters_WriteTheirHeaderFields) {
     POSTransferObj object;
     object.setCommand(0x01020304);

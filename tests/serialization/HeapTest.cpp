@@ -126,6 +126,41 @@ TEST(Heap, WriterOverAnExpandingArray_GrowsItOncePerPart) {
     EXPECT_EQ(watch.requests(), (std::vector<size_t>{10, 22, 33, 41}));
 }
 
+void writePartsAtOnce(CPPByteArray& block) {
+    StructuredByteArrayWriter writer;
+    writer.initialize(block, 9,
+                      {StructuredPart::ofNumber(1, 5), StructuredPart::ofBytes(2, "abc", 3),
+                       StructuredPart::ofBytes(3, nullptr, 0)});
+}
+
+TEST(Heap, WriterToldAllPartsAtOnce_GrowsAnExpandingArrayOnce) {
+    HeapWatch watch;
+    CPPExpandingByteArray block;
+    writePartsAtOnce(block);
+    EXPECT_EQ(watch.requests(), (std::vector<size_t>{41}));
+}
+
+TEST(Heap, OutOfMemoryForAllPartsAtOnce_WritesThemOneByOne) {
+    CPPExpandingByteArray whole;
+    writePartsAtOnce(whole);
+    CPPExpandingByteArray block;
+    HeapWatch watch;
+    watch.failAt({1});
+    writePartsAtOnce(block);
+    EXPECT_EQ(hexOf(block), hexOf(whole));
+    EXPECT_EQ(watch.requests(), (std::vector<size_t>{41, 10, 22, 33, 41}));
+}
+
+TEST(Heap, OutOfMemoryForOneOfAllParts_FailsAndLeavesWhatFitted) {
+    CPPExpandingByteArray block;
+    HeapWatch watch;
+    // Refused are all parts at once, the first part, and the data of the first part.
+    watch.failAt({1, 3, 5});
+    expectFailure<StructuredWriteFailedException>([&] { writePartsAtOnce(block); }, 5,
+                                                  "384269E80233: ", kTooSmall);
+    EXPECT_EQ(hexOf(block), "41 73 41 6B 00 01 00 00 00 09 00 00 00 01 00 00 00 04");
+}
+
 // Whichever growth fails, and whether the ones after it fail as well: the writer says so, or the block is
 // complete. Gives the number of growths that a complete block takes.
 template <class Target>

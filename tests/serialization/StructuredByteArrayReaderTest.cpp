@@ -81,6 +81,30 @@ TEST(StructuredByteArrayReader, Parts_AreFoundInAnyOrder) {
     EXPECT_FALSE(reader.hasPart(6));
 }
 
+TEST(StructuredByteArrayReader, ViewPart_IsWhereTheDataLieInTheArray) {
+    const CPPByteArray block =
+        arrayOfHex(std::string(kHeader) + " 00 00 00 05 00 00 00 02 61 62 00 00 00 06 00 00 00 00");
+    StructuredByteArrayReader reader;
+    reader.initialize(&block);
+    EXPECT_EQ(reader.viewPart(5).data, block.data() + 18);
+    EXPECT_EQ(reader.viewPart(5).length, 2u);
+    EXPECT_EQ(reader.viewPart(6).length, 0u);
+}
+
+TEST(StructuredByteArrayReader, ViewNumber_OfAnyLength_IsTheFirstFourBytesZeroExtended) {
+    const CPPByteArray block =
+        arrayOfHex(std::string(kHeader) +
+                   " 00 00 00 00 00 00 00 00 00 00 00 01 00 00 00 01 F1 00 00 00 02 00 00 00 02 05 01"
+                   " 00 00 00 04 00 00 00 04 01 02 03 84 00 00 00 05 00 00 00 05 01 02 03 04 05");
+    StructuredByteArrayReader reader;
+    reader.initialize(&block);
+    EXPECT_EQ(reader.viewNumber(0), 0u);
+    EXPECT_EQ(reader.viewNumber(1), 0xF1u);
+    EXPECT_EQ(reader.viewNumber(2), 0x105u);
+    EXPECT_EQ(reader.viewNumber(4), 0x84030201u);
+    EXPECT_EQ(reader.viewNumber(5), 0x04030201u);
+}
+
 TEST(StructuredByteArrayReader, GetPart_IsACopyThatOutlivesTheBlock) {
     auto block =
         std::make_unique<CPPByteArray>(arrayOfHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 02 61 62"));
@@ -220,6 +244,8 @@ TEST(StructuredByteArrayReader, NotInitialized_EveryRequestFailsWithItsOwnDetail
     using NotInitialized = StructuredReaderNotInitializedException;
     expectFailure<NotInitialized>([&] { reader.getTypeNumber(); }, 2, "384181A400BE: ", "1");
     expectFailure<NotInitialized>([&] { reader.getPart(1); }, 2, "384181A400FA: ", "1");
+    expectFailure<NotInitialized>([&] { reader.viewPart(1); }, 2, "384181A400FA: ", "1");
+    expectFailure<NotInitialized>([&] { reader.viewNumber(1); }, 2, "384181A400FA: ", "1");
     expectFailure<NotInitialized>([&] { reader.readPart(1, bytes); }, 2, "384181A400FC: ", "1");
     expectFailure<NotInitialized>([&] { reader.getPartLength(1); }, 2, "384181A4012C: ", "1");
     EXPECT_FALSE(reader.hasPart(1));
@@ -232,6 +258,8 @@ TEST(StructuredByteArrayReader, AbsentTag_EveryRequestFailsWithItsOwnTexts) {
     char bytes[] = "...";
     EXPECT_FALSE(reader.hasPart(1));
     expectFailure<PartNotFoundException>([&] { reader.getPart(1); }, 3, "384181A400FA: ", "2");
+    expectFailure<PartNotFoundException>([&] { reader.viewPart(1); }, 3, "384181A400FA: ", "2");
+    expectFailure<PartNotFoundException>([&] { reader.viewNumber(1); }, 3, "384181A400FA: ", "2");
     expectFailure<PartNotFoundException>([&] { reader.readPart(1, bytes); }, 3, "???", "???");
     expectFailure<PartNotFoundException>([&] { reader.getPartLength(1); }, 3, "384181A4012C: ", "2");
     EXPECT_STREQ(bytes, "...");

@@ -50,6 +50,63 @@ TEST(StructuredByteArrayWriter, Initialize_WritesTheTypeNumberBigEndian) {
     EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 12 34 56 78");
 }
 
+// What the writer does with a number, bytes, an array and a part without bytes, told all at once or one by
+// one.
+template <class Target>
+void writeParts(Target& target, bool atOnce) {
+    const CPPByteArray array = arrayOf("array");
+    StructuredByteArrayWriter writer;
+    if (atOnce) {
+        writer.initialize(
+            target, 9,
+            {StructuredPart::ofNumber(1, 0xA1B2C3D4), StructuredPart::ofBytes(2, "bytes", 5),
+             StructuredPart::ofArray(0x01020304, array), StructuredPart::ofBytes(3, nullptr, 0)});
+    } else {
+        writer.initialize(target, 9);
+        writer.writeUInt32Part(1, 0xA1B2C3D4);
+        writer.writeBytesPart(2, "bytes", 5);
+        writer.writeBytesPart(0x01020304, "array", 5);
+        writer.writeBytesPart(3, nullptr, 0);
+    }
+    writer.writeUInt32Part(4, 7);
+}
+
+TEST(StructuredByteArrayWriter, InitializeWithParts_WritesWhatTheSingleCallsWrite) {
+    CPPExpandingByteArray array;
+    writeParts(array, true);
+    EXPECT_EQ(hexOf(array),
+              "41 73 41 6B 00 01 00 00 00 09 "
+              "00 00 00 01 00 00 00 04 D4 C3 B2 A1 "
+              "00 00 00 02 00 00 00 05 62 79 74 65 73 "
+              "01 02 03 04 00 00 00 05 61 72 72 61 79 "
+              "00 00 00 03 00 00 00 00 "
+              "00 00 00 04 00 00 00 04 07 00 00 00");
+    CPPByteArray fixed;
+    fixed.setFilled(array.getSize(), 'x');
+    writeParts(fixed, true);
+    EXPECT_EQ(hexOf(fixed), hexOf(array)) << "an array that cannot grow but has the room";
+    CPPExpandingByteArray longer;
+    longer.setFilled(array.getSize() + 2, 'x');
+    writeParts(longer, true);
+    EXPECT_EQ(hexOf(longer), hexOf(array) + " 78 78") << "what lies behind the block stays";
+}
+
+TEST(StructuredByteArrayWriter, InitializeWithParts_OverADerivedArray_UsesTheSameOperations) {
+    WatchedArray together;
+    writeParts(together, true);
+    WatchedArray oneByOne;
+    writeParts(oneByOne, false);
+    EXPECT_EQ(together.calls, oneByOne.calls);
+    EXPECT_EQ(hexOf(together), hexOf(oneByOne));
+}
+
+TEST(StructuredByteArrayWriter, InitializeWithoutParts_IsTheHeader) {
+    CPPExpandingByteArray array;
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 8, {});
+    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08");
+}
+
 TEST(StructuredByteArrayWriter, WriteUInt32Part_AppendsFramingBigEndianAndTheValueLittleEndian) {
     CPPExpandingByteArray array;
     StructuredByteArrayWriter writer;
