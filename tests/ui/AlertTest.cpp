@@ -58,6 +58,8 @@ AlertTest::AlertTest() {
 AlertTest::~AlertTest() {
     host_.reset();
     if (HasFailure()) std::cerr << "The host's system log:\n" << log() << std::endl;
+    // A host that is stopped while its leak checker works leaves that to end by itself, at once.
+    waitUntil([this] { return programsStartedIn(root_.path()).empty(); });
     EXPECT_EQ(programsStartedIn(root_.path()), "");
 }
 
