@@ -1,12 +1,11 @@
 #include "events/EventChannel.h"
 
-#include <sys/socket.h>
-#include <sys/uio.h>
-
+#include <cerrno>
 #include <cstring>
 #include <utility>
 
 #include "events/EventImage.h"
+#include "events/EventPacket.h"
 
 namespace portability {
 
@@ -14,60 +13,20 @@ namespace {
 
 constexpr int kMostPacketsAtOnce = 4;
 
-// One descriptor needs this much; the padding has room for a second, which nobody may send.
-constexpr size_t kControlSize = CMSG_SPACE(sizeof(int));
-
-struct Packet {
-    alignas(cmsghdr) std::array<char, kControlSize> control;
-    std::array<iovec, 2> parts;
-    msghdr message{};
-};
-
-void attachFile(Packet& packet, int descriptor) {
-    packet.control = {};
-    packet.message.msg_control = packet.control.data();
-    packet.message.msg_controllen = kControlSize;
-    cmsghdr* control = CMSG_FIRSTHDR(&packet.message);
-    control->cmsg_level = SOL_SOCKET;
-    control->cmsg_type = SCM_RIGHTS;
-    control->cmsg_len = CMSG_LEN(sizeof descriptor);
-    std::memcpy(CMSG_DATA(control), &descriptor, sizeof descriptor);
-}
-
-EventChannel::Sent sendPacket(int socket, const msghdr& message) {
-    for (;;) {
-        if (sendmsg(socket, &message, MSG_DONTWAIT | MSG_NOSIGNAL) >= 0) return EventChannel::Sent::done;
-        switch (errno) {
-            case EINTR:
-                continue;
-            case EAGAIN:
-                return EventChannel::Sent::full;
-            case EPIPE:
-            case ECONNRESET:
-            case ECONNREFUSED:
-            case ENOTCONN:
-                return EventChannel::Sent::closed;
-            default:
-                return EventChannel::Sent::failed;
-        }
+EventChannel::Sent sendPacket(int socket, EventPacket& packet) {
+    switch (packet.send(socket)) {
+        case 0:
+            return EventChannel::Sent::done;
+        case EAGAIN:
+            return EventChannel::Sent::full;
+        case EPIPE:
+        case ECONNRESET:
+        case ECONNREFUSED:
+        case ENOTCONN:
+            return EventChannel::Sent::closed;
+        default:
+            return EventChannel::Sent::failed;
     }
-}
-
-// Takes over every descriptor that came along; false when there is more than one.
-bool takeFile(msghdr& message, FileDescriptor& file) {
-    bool single = true;
-    for (cmsghdr* control = CMSG_FIRSTHDR(&message); control != nullptr;
-         control = CMSG_NXTHDR(&message, control)) {
-        if (control->cmsg_level != SOL_SOCKET || control->cmsg_type != SCM_RIGHTS) continue;
-        const size_t count = (control->cmsg_len - CMSG_LEN(0)) / sizeof(int);
-        for (size_t i = 0; i < count; ++i) {
-            int descriptor;
-            std::memcpy(&descriptor, CMSG_DATA(control) + i * sizeof descriptor, sizeof descriptor);
-            single = single && !file;
-            file.reset(descriptor);
-        }
-    }
-    return single;
 }
 
 // A reply in one of the peer's slots, until it is let go.
@@ -150,13 +109,10 @@ bool EventChannel::prepare(Outgoing& frame, bool confirmed) {
 }
 
 EventChannel::Sent EventChannel::sendPrepared(Outgoing& frame) {
-    Packet packet;
-    packet.parts[0] = {&frame.header, sizeof frame.header};
-    packet.parts[1] = {const_cast<uint8_t*>(frame.image.data()), frame.image.size()};
-    packet.message.msg_iov = packet.parts.data();
-    packet.message.msg_iovlen = frame.block == nullptr ? 2 : 1;
-    if (frame.header.bringsFile != 0) attachFile(packet, frame.block->descriptor());
-    const Sent sent = sendPacket(socket_.get(), packet.message);
+    EventPacket packet(&frame.header, sizeof frame.header);
+    if (frame.block == nullptr) packet.append(frame.image.data(), frame.image.size());
+    if (frame.header.bringsFile != 0) packet.attach(frame.block->descriptor());
+    const Sent sent = sendPacket(socket_.get(), packet);
     if (sent == Sent::done) {
         noteSent(frame);
     } else {
@@ -173,11 +129,8 @@ void EventChannel::post(Outgoing& frame) {
     // it.
     FrameHeader wakeUp;
     wakeUp.kind = FrameKind::wakeUp;
-    Packet packet;
-    packet.parts[0] = {&wakeUp, sizeof wakeUp};
-    packet.message.msg_iov = packet.parts.data();
-    packet.message.msg_iovlen = 1;
-    sendPacket(socket_.get(), packet.message);
+    EventPacket packet(&wakeUp, sizeof wakeUp);
+    sendPacket(socket_.get(), packet);
 }
 
 void EventChannel::offerMailbox() {
@@ -189,12 +142,9 @@ void EventChannel::offerMailbox() {
     FrameHeader header;
     header.kind = FrameKind::mailbox;
     header.bringsFile = 1;
-    Packet packet;
-    packet.parts[0] = {&header, sizeof header};
-    packet.message.msg_iov = packet.parts.data();
-    packet.message.msg_iovlen = 1;
-    attachFile(packet, file.get());
-    if (sendPacket(socket_.get(), packet.message) == Sent::done) mailbox_ = std::move(mailbox);
+    EventPacket packet(&header, sizeof header);
+    packet.attach(file.get());
+    if (sendPacket(socket_.get(), packet) == Sent::done) mailbox_ = std::move(mailbox);
 }
 
 bool EventChannel::openMailbox(FileDescriptor file) {
@@ -273,24 +223,20 @@ EventChannel::Received EventChannel::receive(FrameBuffer& buffer, ReceivedFrame&
 }
 
 EventChannel::Received EventChannel::receivePacket(FrameBuffer& buffer, ReceivedFrame& frame) {
-    Packet packet;
-    packet.parts[0] = {buffer.bytes.data(), buffer.bytes.size()};
-    packet.message.msg_iov = packet.parts.data();
-    packet.message.msg_iovlen = 1;
-    packet.message.msg_control = packet.control.data();
-    packet.message.msg_controllen = kControlSize;
-    ssize_t size;
-    do
-        size = recvmsg(socket_.get(), &packet.message, MSG_DONTWAIT | MSG_CMSG_CLOEXEC);
-    while (size < 0 && errno == EINTR);
-    if (size < 0) return errno == EAGAIN ? Received::nothing : Received::closed;
-    if (size == 0) return Received::closed;
-
+    EventPacket packet(buffer.bytes.data(), buffer.bytes.size());
+    size_t size = 0;
     FileDescriptor file;
-    const bool single = takeFile(packet.message, file);
-    const bool cut = (packet.message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) != 0;
-    if (!single || cut) return Received::malformed;
-    return interpret(buffer.bytes.data(), static_cast<size_t>(size), std::move(file), frame);
+    switch (packet.receive(socket_.get(), size, file)) {
+        case EventPacket::Received::packet:
+            break;
+        case EventPacket::Received::nothing:
+            return Received::nothing;
+        case EventPacket::Received::closed:
+            return Received::closed;
+        case EventPacket::Received::cut:
+            return Received::malformed;
+    }
+    return interpret(buffer.bytes.data(), size, std::move(file), frame);
 }
 
 EventChannel::Received EventChannel::interpret(const uint8_t* bytes, size_t size, FileDescriptor file,

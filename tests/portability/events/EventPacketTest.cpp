@@ -1,0 +1,100 @@
+#include "events/EventPacket.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "MemoryFile.h"
+#include "Processes.h"
+#include "RawSocket.h"
+
+using namespace portability;
+
+namespace {
+
+class EventPacketTest : public testing::Test {
+  protected:
+    int send(std::string bytes) { return EventPacket(bytes.data(), bytes.size()).send(ends_.first.get()); }
+
+    EventPacket::Received receive(size_t room = 100) {
+        received_.assign(room, '?');
+        size_t size = 0;
+        const auto result =
+            EventPacket(received_.data(), received_.size()).receive(ends_.second.get(), size, file_);
+        received_.resize(size);
+        return result;
+    }
+
+    std::pair<FileDescriptor, FileDescriptor> ends_ = connectedSockets();
+    std::string received_;
+    FileDescriptor file_;
+};
+
+}  // namespace
+
+TEST_F(EventPacketTest, BytesOfTwoPlaces_ArriveAsOnePacket) {
+    std::string first = "header";
+    const std::string second(" and \0more", 10);
+    EventPacket packet(first.data(), first.size());
+    packet.append(second.data(), second.size());
+    EXPECT_EQ(packet.send(ends_.first.get()), 0);
+    EXPECT_EQ(receive(), EventPacket::Received::packet);
+    EXPECT_EQ(received_, first + second);
+    EXPECT_FALSE(file_);
+    EXPECT_EQ(receive(), EventPacket::Received::nothing);
+}
+
+TEST_F(EventPacketTest, AttachedFile_ArrivesAsADescriptorThatIsClosedAtExec) {
+    const FileDescriptor sent = memoryFile(10, 0, Bytes{'x', 'y'});
+    char byte = 'b';
+    EventPacket packet(&byte, 1);
+    packet.attach(sent.get());
+    EXPECT_EQ(packet.send(ends_.first.get()), 0);
+    ASSERT_EQ(receive(), EventPacket::Received::packet);
+    ASSERT_TRUE(file_);
+    EXPECT_NE(file_.get(), sent.get());
+    EXPECT_NE(fcntl(file_.get(), F_GETFD) & FD_CLOEXEC, 0);
+    char content[2] = {};
+    EXPECT_EQ(pread(file_.get(), content, 2, 0), 2);
+    EXPECT_EQ(std::string(content, 2), "xy");
+}
+
+TEST_F(EventPacketTest, MoreThanOneFile_IsCutAndLeavesNoDescriptorBehind) {
+    const FileDescriptor sent = memoryFile(10, 0);
+    const int before = openDescriptors();
+    for (const size_t count : {2, 3, 20}) {
+        ASSERT_TRUE(sendRaw(ends_.first.get(), Bytes{1}, std::vector<int>(count, sent.get())));
+        EXPECT_EQ(receive(), EventPacket::Received::cut) << count;
+        file_.reset();
+        EXPECT_EQ(openDescriptors(), before) << count;
+    }
+}
+
+TEST_F(EventPacketTest, LongerThanTheRoom_IsCut) {
+    EXPECT_EQ(send("12345"), 0);
+    EXPECT_EQ(receive(5), EventPacket::Received::packet);
+    EXPECT_EQ(send("12345"), 0);
+    EXPECT_EQ(receive(4), EventPacket::Received::cut);
+}
+
+TEST_F(EventPacketTest, FullSocket_IsAnErrorAtOnce) {
+    int error = 0;
+    for (int sent = 0; error == 0 && sent < 100000; ++sent)
+        error = send(std::string(1000, 'x'));
+    EXPECT_EQ(error, EAGAIN);
+}
+
+TEST_F(EventPacketTest, OtherEndThatIsGone_IsClosedAndRaisesNoSignal) {
+    ends_.first.reset();
+    EXPECT_EQ(receive(), EventPacket::Received::closed);
+    std::swap(ends_.first, ends_.second);
+    EXPECT_EQ(send("x"), EPIPE);
+}
+
+TEST_F(EventPacketTest, WhatIsNoSocket_IsClosedAndItsErrorToldWhereItIsSent) {
+    ends_.first.reset(open("/dev/null", O_RDWR | O_CLOEXEC));
+    EXPECT_EQ(send("x"), ENOTSOCK);
+    ends_.second.reset(open("/dev/null", O_RDWR | O_CLOEXEC));
+    EXPECT_EQ(receive(), EventPacket::Received::closed);
+}
