@@ -8,12 +8,8 @@
 
 #include <CoreServices/CoreServices.h>
 #include <benchmark/benchmark.h>
-#include <sched.h>
-#include <signal.h>
 #include <sys/socket.h>
-#include <sys/uio.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -24,6 +20,8 @@
 #include <string>
 #include <vector>
 
+#include "ForkedServer.h"
+#include "StreamMessages.h"
 #include "events/EventEndpoint.h"
 #include "events/EventLoop.h"
 #include "events/FileDescriptor.h"
@@ -35,13 +33,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr OSType kSignature = 'BnCh';
 constexpr size_t kLargestPayload = size_t{1} << 20;
-
-void pinTo(int processor) {
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    CPU_SET(processor, &set);
-    sched_setaffinity(0, sizeof set, &set);
-}
 
 // A root and a runtime folder of the benchmark's own, for as long as it runs.
 class Places {
@@ -64,25 +55,6 @@ Places& places() {
     static Places places;
     return places;
 }
-
-// A server in a process of its own, on a processor of its choice.
-class ForkedServer {
-  public:
-    template <class Serve>
-    ForkedServer(int processor, Serve serve) : process_(fork()) {
-        if (process_ != 0) return;
-        pinTo(processor);
-        serve();
-        _exit(0);
-    }
-    ~ForkedServer() {
-        kill(process_, SIGKILL);
-        waitpid(process_, nullptr, 0);
-    }
-
-  private:
-    pid_t process_;
-};
 
 std::vector<char>& serverBuffer() {
     static std::vector<char> buffer(kLargestPayload);
@@ -147,38 +119,6 @@ class EventClient {
     AEAddressDesc address_{};
     std::string root_ = places().folder().string();
 };
-
-bool readAll(int descriptor, void* data, size_t size) {
-    auto* at = static_cast<char*>(data);
-    while (size > 0) {
-        const ssize_t count = read(descriptor, at, size);
-        if (count <= 0) return false;
-        at += count;
-        size -= static_cast<size_t>(count);
-    }
-    return true;
-}
-
-bool writeMessage(int descriptor, const void* data, uint64_t size) {
-    iovec parts[2] = {{&size, sizeof size}, {const_cast<void*>(data), size}};
-    iovec* part = parts;
-    while (part < parts + 2) {
-        const ssize_t count = writev(descriptor, part, static_cast<int>(parts + 2 - part));
-        if (count <= 0) return false;
-        auto left = static_cast<size_t>(count);
-        while (part < parts + 2 && left >= part->iov_len)
-            left -= (part++)->iov_len;
-        if (part == parts + 2) break;
-        part->iov_base = static_cast<char*>(part->iov_base) + left;
-        part->iov_len -= left;
-    }
-    return true;
-}
-
-bool readMessage(int descriptor, std::vector<char>& buffer, uint64_t& size) {
-    return readAll(descriptor, &size, sizeof size) && size <= buffer.size() &&
-           readAll(descriptor, buffer.data(), size);
-}
 
 class StreamClient {
   public:

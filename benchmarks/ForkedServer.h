@@ -1,0 +1,34 @@
+// A server in a process of its own, on a processor of its choice.
+#pragma once
+
+#include <sched.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+/// The calling process runs on this processor from now on.
+inline void pinTo(int processor) {
+    cpu_set_t set;
+    CPU_ZERO(&set);
+    CPU_SET(processor, &set);
+    sched_setaffinity(0, sizeof set, &set);
+}
+
+/// Runs `serve` from its making to its end.
+class ForkedServer {
+  public:
+    template <class Serve>
+    ForkedServer(int processor, Serve serve) : process_(fork()) {
+        if (process_ != 0) return;
+        pinTo(processor);
+        serve();
+        _exit(0);
+    }
+    ~ForkedServer() {
+        kill(process_, SIGKILL);
+        waitpid(process_, nullptr, 0);
+    }
+
+  private:
+    pid_t process_;
+};
