@@ -87,7 +87,7 @@ TEST_F(MachOLibraryImage, WithoutTheRightToRunItsCode_NoFunctionRuns) {
 }
 
 TEST_F(MachOLibraryImage, TheSameFileByAnotherPath_IsLoadedOnce) {
-    EXPECT_EQ(&loadedExecutable(kExecutable), &bundle_);
+    EXPECT_EQ(&loadedExecutable(root_.library() + "/./Contents/MacOS/Dovrel"), &bundle_);
 }
 
 TEST_F(MachOLibraryImage, AFileThatIsNotThere_IsSaidSo) {

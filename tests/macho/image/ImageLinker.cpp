@@ -34,7 +34,7 @@ void ImageLinker::link() {
 
 std::string ImageLinker::libraryOf(const Binding& binding) const {
     const auto index = static_cast<uint64_t>(binding.library) - 1;
-    if (index < file_.libraries().size()) return file_.libraries()[index];
+    if (index < file_.libraries().size()) return file_.libraries()[static_cast<size_t>(index)];
     throw FormatError(binding.symbol + " is bound to no library");
 }
 

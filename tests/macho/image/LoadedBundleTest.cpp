@@ -60,6 +60,16 @@ TEST(LoadedBundle, ObjectiveC_MessagesClassesStringsAndExceptionsWork) {
     EXPECT_EQ(SAMPLE_FUNCTION(sample(), Sample_ObjectiveC)(), 0);
 }
 
+TEST(LoadedBundle, ClassesThatTheProcessHas_AreNotReplaced) {
+    sample();
+    try {
+        sample();
+        FAIL() << "it was loaded";
+    } catch (const FormatError& error) {
+        EXPECT_NE(std::string(error.what()).find("the process has a class Dovrel"), std::string::npos);
+    }
+}
+
 constexpr uint32_t kFrom1904To1970 = 2082844800;
 
 uint32_t modificationSeconds(const std::string& path) {
@@ -88,7 +98,7 @@ TEST(LoadedBundle, ImportsThatHaveNotBeenReviewed_FailTheLoadWithAllOfThem) {
         FAIL() << "it was loaded";
     } catch (const FormatError& error) {
         const std::string message = error.what();
-        EXPECT_NE(message.find("\n  _fopen from /usr/lib/libSystem.B.dylib\n"), std::string::npos) << message;
+        EXPECT_NE(message.find("\n  _flock from /usr/lib/libSystem.B.dylib\n"), std::string::npos) << message;
         EXPECT_NE(message.find("\n  ___cxa_throw from /usr/lib/libc++.1.dylib\n"), std::string::npos)
             << message;
         EXPECT_EQ(message.find("_malloc "), std::string::npos) << message;

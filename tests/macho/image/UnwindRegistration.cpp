@@ -2,6 +2,7 @@
 
 #include "tests/macho/format/CompactFrame.h"
 #include "tests/macho/format/CompactUnwindTable.h"
+#include "tests/macho/format/FrameSection.h"
 #include "tests/macho/format/UnwindFrames.h"
 
 // Of the unwinder: takes the description of one function. (The one that comes with GCC takes a whole table;
@@ -42,9 +43,7 @@ UnwindFunction functionOf(const MappedImage& image, const CompactUnwindEntry& en
     return function;
 }
 
-}  // namespace
-
-void registerForUnwinding(const MachOFile& file, const MappedImage& image) {
+void registerCompactTable(const MachOFile& file, const MappedImage& image) {
     const Section* const section = file.section("__TEXT", "__unwind_info");
     if (section == nullptr) throw FormatError("there is no unwind table");
     const auto size = static_cast<size_t>(section->size);
@@ -63,6 +62,26 @@ void registerForUnwinding(const MachOFile& file, const MappedImage& image) {
     const auto* const bytes = new std::vector<uint8_t>(frames.take());
     for (const size_t position : frames.positions())
         __register_frame(bytes->data() + position);
+}
+
+// 32-bit images have the DWARF table alone.
+void registerFrameSection(const MachOFile& file, const MappedImage& image) {
+    const Section* const section = file.section("__TEXT", "__eh_frame");
+    if (section == nullptr) throw FormatError("there is no unwind table");
+    const auto size = static_cast<size_t>(section->size);
+    uint8_t* const bytes = image.at(section->address, size);
+    for (const size_t position : convertFrameSection(bytes, size))
+        __register_frame(bytes + position);
+}
+
+}  // namespace
+
+void registerForUnwinding(const MachOFile& file, const MappedImage& image) {
+    if (file.wordSize() == sizeof(uint64_t)) {
+        registerCompactTable(file, image);
+    } else {
+        registerFrameSection(file, image);
+    }
 }
 
 }  // namespace dovrel::macho

@@ -19,6 +19,10 @@ constexpr std::pair<int, int> kFlags[] = {
     {0x400, O_TRUNC},  {0x800, O_EXCL}, {0x1000000, O_CLOEXEC},
 };
 
+PlatformTime platformTime(const timespec& from) {
+    return {static_cast<long>(from.tv_sec), static_cast<long>(from.tv_nsec)};
+}
+
 int filledIn(int result, const struct stat& from, PlatformStatus* status) {
     if (result != 0) return result;
     *status = PlatformStatus();
@@ -29,9 +33,9 @@ int filledIn(int result, const struct stat& from, PlatformStatus* status) {
     status->user = from.st_uid;
     status->group = from.st_gid;
     status->specialDevice = static_cast<int32_t>(from.st_rdev);
-    status->accessed = from.st_atim;
-    status->modified = from.st_mtim;
-    status->changed = from.st_ctim;
+    status->accessed = platformTime(from.st_atim);
+    status->modified = platformTime(from.st_mtim);
+    status->changed = platformTime(from.st_ctim);
     status->size = from.st_size;
     status->blocks = from.st_blocks;
     status->blockSize = static_cast<int32_t>(from.st_blksize);

@@ -2,9 +2,14 @@
 #pragma once
 
 #include <cstdint>
-#include <ctime>
 
 namespace dovrel::macho {
+
+/// A point in time as an image declares it.
+struct PlatformTime {
+    long seconds;
+    long nanoseconds;
+};
 
 /// A file's status as an image declares it.
 struct PlatformStatus {
@@ -15,10 +20,10 @@ struct PlatformStatus {
     uint32_t user;
     uint32_t group;
     int32_t specialDevice;
-    timespec accessed;
-    timespec modified;
-    timespec changed;
-    timespec made;
+    PlatformTime accessed;
+    PlatformTime modified;
+    PlatformTime changed;
+    PlatformTime made;
     int64_t size;
     int64_t blocks;
     int32_t blockSize;

@@ -43,7 +43,7 @@ TEST(FileCalls, Status_IsThatOfTheFile) {
     EXPECT_EQ(status.number, expected.st_ino);
     EXPECT_EQ(status.size, expected.st_size);
     EXPECT_EQ(status.mode, expected.st_mode);
-    EXPECT_EQ(status.modified.tv_sec, expected.st_mtim.tv_sec);
+    EXPECT_EQ(status.modified.seconds, expected.st_mtim.tv_sec);
     ASSERT_EQ(platformLstat("/proc/self/exe", &status), 0);
     EXPECT_TRUE(S_ISLNK(status.mode));
 }

@@ -23,6 +23,7 @@ const ImportTable& reviewedImports() {
         addStandardLibrary(all);
         addObjectiveCRuntime(all);
         addFrameworks(all);
+        addImportsOfWidth(all);
         return all;
     }();
     return table;

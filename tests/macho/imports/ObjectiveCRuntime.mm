@@ -3,9 +3,7 @@
 #include <objc/runtime.h>
 
 #include "tests/macho/imports/ReviewedLibraries.h"
-#include "tests/macho/imports/StandardLibrary.h"
 #include "tests/macho/objc/MessageSend.h"
-#include "tests/macho/objc/ObjectiveCExceptions.h"
 
 namespace dovrel::macho {
 
@@ -28,16 +26,7 @@ constexpr std::pair<const char*, const char*> kClasses[] = {{kCoreFoundation, "N
 }  // namespace
 
 void addObjectiveCRuntime(ImportTable& table) {
-    // Written where an image's classes are; this system's runtime keeps such things for itself.
-    static char unused[64];
-    table.add(kLibrary, "__objc_empty_cache", unused);
-    table.add(kLibrary, "__objc_empty_vtable", unused);
     table.add(kLibrary, "_objc_msgSend", &macho_objc_msgSend);
-    table.add(kLibrary, "_objc_msgSend_stret", &macho_objc_msgSend_stret);
-    table.add(kLibrary, "_objc_begin_catch", &beginCatch);
-    table.add(kLibrary, "_objc_end_catch", &endCatch);
-    // For C++ the exceptions of another language go to handlers of everything, which are the only ones here.
-    table.add(kLibrary, "___objc_personality_v0", standardLibrarySymbol("__gxx_personality_v0"));
     for (const auto& [library, name] : kClasses) {
         const Class theClass = (Class)objc_getClass(name);
         table.add(library, std::string("_OBJC_CLASS_$_") + name, (void*)theClass);

@@ -17,4 +17,7 @@ void addObjectiveCRuntime(ImportTable& table);
 /// The frameworks, of which `portability/` and GNUstep have the calls.
 void addFrameworks(ImportTable& table);
 
+/// What images of this process's width import of all those, and others do not.
+void addImportsOfWidth(ImportTable& table);
+
 }  // namespace dovrel::macho

@@ -39,7 +39,14 @@ void* standardLibrary() {
 }  // namespace
 
 void* standardLibrarySymbol(const std::string& name) {
-    void* const symbol = dlsym(standardLibrary(), name.c_str());
+    void* symbol = dlsym(standardLibrary(), name.c_str());
+    // In 32 bits size_t is a long integer there and an int here, which the ends of names tell.
+    std::string shorter = name;
+    for (size_t at = name.size(); sizeof(void*) == 4 && symbol == nullptr && at-- > 0;) {
+        if (name[at] != 'm') continue;
+        shorter[at] = 'j';
+        symbol = dlsym(standardLibrary(), shorter.c_str());
+    }
     if (symbol == nullptr) throw FormatError("libc++ has no " + name);
     return symbol;
 }

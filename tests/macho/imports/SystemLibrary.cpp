@@ -54,11 +54,18 @@ void* functionOfThisSystem(const char* name) {
     return function;
 }
 
+// In 32-bit images some names have an end that tells the function, as the standard has it, from an older one.
+void addByItsNames(ImportTable& table, const std::string& name, void* function) {
+    table.add(kLibrary, "_" + name, function);
+    if (sizeof(void*) == 4) table.add(kLibrary, "_" + name + "$UNIX2003", function);
+}
+
 }  // namespace
 
 void addSystemLibrary(ImportTable& table) {
     for (const char* const name : kSame)
-        table.add(kLibrary, std::string("_") + name, functionOfThisSystem(name));
+        addByItsNames(table, name, functionOfThisSystem(name));
+    addByItsNames(table, "open", reinterpret_cast<void*>(&platformOpen));
 
     static uintptr_t guard = 0x5AC39F00;  // has a zero byte, at which copies of texts end
     table.add(kLibrary, "___stack_chk_guard", &guard);
@@ -73,7 +80,6 @@ void addSystemLibrary(ImportTable& table) {
     table.add(kLibrary, "___cxa_atexit", &__cxa_atexit);
     table.add(kLibrary, "__Unwind_Resume", &_Unwind_Resume);
 
-    table.add(kLibrary, "_open", reinterpret_cast<void*>(&platformOpen));
     table.add(kLibrary, "_stat$INODE64", &platformStat);
     table.add(kLibrary, "_lstat$INODE64", &platformLstat);
     table.add(kLibrary, "_fstat$INODE64", &platformFstat);

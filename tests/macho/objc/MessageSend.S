@@ -1,7 +1,5 @@
-// The functions that compiled messages of a macOS image call, see MessageSend.h. In assembly because nothing
+// The functions that compiled messages of a 64-bit macOS image call, see MessageSend.h. In assembly because nothing
 // may happen to the registers that hold arguments, whatever these are, and the stack is the method's, too.
-
-#if defined(__x86_64__)
 
         .text
 
@@ -70,23 +68,4 @@ macho_objc_msgSend:
         .cfi_endproc
         .size   macho_objc_msgSend, . - macho_objc_msgSend
 
-        .globl  macho_objc_msgSend_stret
-        .type   macho_objc_msgSend_stret, @function
-macho_objc_msgSend_stret:
-        .cfi_startproc
-        testq   %rsi, %rsi
-        je      1f
-        SAVE_ARGUMENTS
-        movq    %rsi, %rdi
-        movq    %rdx, %rsi
-        call    objc_msg_lookup@PLT
-        RESTORE_ARGUMENTS
-        jmp     *%r11
-1:      movq    %rdi, %rax
-        ret
-        .cfi_endproc
-        .size   macho_objc_msgSend_stret, . - macho_objc_msgSend_stret
-
-#endif
-
-        .section .note.GNU-stack, "", @progbits
+.section .note.GNU-stack, "", @progbits

@@ -9,9 +9,6 @@ extern "C" {
 /// Receiver and selector are the first two arguments. A message to nil answers 0.
 void macho_objc_msgSend(void);
 
-/// The same for methods that answer a structure through memory: its place is the first argument.
-void macho_objc_msgSend_stret(void);
-
 #if defined(__cplusplus)
 }
 #endif

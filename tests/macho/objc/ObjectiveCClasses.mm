@@ -98,8 +98,6 @@ Class registerClass(const ClassDescription& description, Class superclass) {
 ClassMap registerClasses(const MachOFile& file, MappedImage& image) {
     ClassMap classes;
     const std::vector<uint64_t> places = pointerPlaces(file, "__objc_classlist");
-    if (sizeof(void*) != 8 && !places.empty())
-        throw FormatError("classes of 32-bit images are not supported");
     // The superclass may stand anywhere in the list: whoever lacks it waits for the next round.
     for (size_t before = 0, round = 0; round == 0 || classes.size() > before; ++round) {
         before = classes.size();

@@ -15,8 +15,6 @@ constexpr uint64_t kRuntimesOwn = 0x474E55434F424A43;  // "GNUCOBJC"
 // The runtime's exception, as far as the object.
 struct RuntimeException {
     _Unwind_Exception base;
-    _Unwind_Ptr landingPad;
-    int handler;
     id object;
 };
 

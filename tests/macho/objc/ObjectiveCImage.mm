@@ -3,6 +3,7 @@
 #include <objc/runtime.h>
 
 #include "tests/macho/objc/ConstantStrings.h"
+#include "tests/macho/objc/LegacyClasses.h"
 #include "tests/macho/objc/ObjectiveCClasses.h"
 #include "tests/macho/objc/PointerSection.h"
 
@@ -10,11 +11,13 @@ namespace dovrel::macho {
 
 namespace {
 
-// The image has names where the runtime has selectors.
+// The image has names where the runtime has selectors; 32-bit images have them in the second section.
 void registerSelectors(const MachOFile& file, MappedImage& image) {
-    for (const uint64_t place : pointerPlaces(file, "__objc_selrefs")) {
-        const char* const name = reinterpret_cast<const char*>(image.word(place));
-        image.setWord(place, reinterpret_cast<uintptr_t>(sel_registerName(name)));
+    for (const char* section : {"__objc_selrefs", "__message_refs"}) {
+        for (const uint64_t place : pointerPlaces(file, section)) {
+            const char* const name = reinterpret_cast<const char*>(image.word(place));
+            image.setWord(place, reinterpret_cast<uintptr_t>(sel_registerName(name)));
+        }
     }
 }
 
@@ -31,7 +34,12 @@ void referToClasses(const MachOFile& file, MappedImage& image, const ClassMap& c
 
 void prepareObjectiveC(const MachOFile& file, MappedImage& image) {
     registerSelectors(file, image);
-    referToClasses(file, image, registerClasses(file, image));
+    if (file.wordSize() == sizeof(uint64_t)) {
+        referToClasses(file, image, registerClasses(file, image));
+    } else {
+        registerLegacyClasses(file, image);
+        referToLegacyClasses(file, image);
+    }
     convertConstantStrings(file, image);
 }
 
