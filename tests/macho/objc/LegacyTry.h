@@ -1,7 +1,7 @@
 // @try in 32-bit images: a handler is a setjmp whose buffer is handed to the runtime while the block runs.
 // Exceptions of this system's runtime unwind the stack instead; so methods that are called in such a block
-// are called in a way that unwinding ends behind them, and the handler is jumped to. Where something else
-// throws in such a block, a C function or C++, the process ends and says so.
+// are called in a way that unwinding ends behind them, and the handler is jumped to. In such
+// a block only methods may throw.
 #pragma once
 
 #include <cstdint>
