@@ -131,6 +131,8 @@ TEST_F(Launch, Application_ThatHasEnded_IsStartedAnew) {
     ProbeReport first(program_);
     const pid_t firstId = first.id();
     first.endProbe();
+    // While the process on its way out still listens, it counts as running.
+    ASSERT_TRUE(becomesTrue([this] { return isEndpointFree(); }));
     ASSERT_EQ(launch("/Library/Server.app"), noErr);
     const ProbeReport second(program_);
     EXPECT_NE(second.id(), firstId);
