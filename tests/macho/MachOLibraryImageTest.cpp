@@ -76,7 +76,6 @@ TEST_F(MachOLibraryImage, NoLibraryOfThisSystem_IsInItsPlace) {
 }
 
 TEST_F(MachOLibraryImage, WithoutTheRightToRunItsCode_NoFunctionRuns) {
-    testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_EXIT(
         {
             mprotect(bundle_.image().base(), bundle_.image().size(), PROT_READ | PROT_WRITE);

@@ -77,7 +77,7 @@ void ChildProcess::writeLine(const std::string& line) {
 }
 
 void ChildProcess::signal(int number) const {
-    kill(process_, number);
+    if (process_ > 0) kill(process_, number);
 }
 
 int ChildProcess::wait() {

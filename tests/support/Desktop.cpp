@@ -58,8 +58,11 @@ void movePointer() {
 
 // The window manager writes into its user's home.
 Desktop::Desktop() : windowManager_({"env", "HOME=" + home_.path(), "openbox", "--sm-disable"}, "/dev/null") {
-    // Only a window manager tells the number of desktops.
-    if (!waitUntil([] { return !outputOf({"xdotool", "get_num_desktops"}).empty(); })) {
+    // Once it does what it is told, it is ready for windows; those that come before may get wrong measures.
+    if (!waitUntil([] {
+            outputOf({"xdotool", "set_num_desktops", "1"});
+            return outputOf({"xdotool", "get_num_desktops"}) == "1\n";
+        })) {
         throw std::runtime_error("openbox does not start");
     }
 }

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
 namespace dovrel::test {
 
@@ -18,10 +19,13 @@ Screen::Screen()
 
 Screen::~Screen() {
     unsetenv("DISPLAY");
+    end();
 }
 
+// Told to end, it removes its socket; killed, it would leave it.
 void Screen::end() {
-    server_.signal(SIGKILL);
+    if (std::exchange(hasEnded_, true)) return;
+    server_.signal(SIGTERM);
     server_.wait();
 }
 

@@ -18,6 +18,7 @@ class Screen {
 
   private:
     ChildProcess server_;
+    bool hasEnded_ = false;
 };
 
 }  // namespace dovrel::test
