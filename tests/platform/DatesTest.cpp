@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 namespace dovrel {
@@ -62,10 +65,12 @@ TEST_F(Dates, DottedTexts_ShareOneBuffer) {
     EXPECT_STREQ(local, "2026.11.15 17:19:00");
 }
 
-TEST_F(Dates, DottedTexts_InTheYear9999_StillHaveTheirForm) {
-    if (sizeof(std::time_t) < 8) GTEST_SKIP() << "time ends in 2038 here";
-    setTime(static_cast<std::time_t>(253402300799), "UTC0");
-    EXPECT_STREQ(utcNowText(), "9999.12.31 23:59:59");
+// Where times have 32 bits, they end before the form does.
+TEST_F(Dates, DottedTexts_OfTheLastMomentWithAYearOfFourDigits_StillHaveTheirForm) {
+    constexpr int64_t kLastMoment = 253402300799;
+    constexpr int64_t kLastTime = std::numeric_limits<std::time_t>::max();
+    setTime(static_cast<std::time_t>(std::min(kLastMoment, kLastTime)), "UTC0");
+    EXPECT_STREQ(utcNowText(), kLastTime < kLastMoment ? "2038.01.19 03:14:07" : "9999.12.31 23:59:59");
 }
 
 TEST_F(Dates, LocalNowShortText_DropsTheSecondsAndTheColon) {

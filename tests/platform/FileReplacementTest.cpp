@@ -10,6 +10,7 @@
 
 #include "tests/platform/ScratchFolder.h"
 #include "tests/support/FileSizeLimit.h"
+#include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"
 
 namespace dovrel {
@@ -121,7 +122,7 @@ TEST_F(FileReplacement, FolderThatMayNotBeWritten_FileInItIsWrittenInPlace) {
 }
 
 TEST_F(FileReplacement, FileOfAnotherUser_StaysThatUsers) {
-    if (geteuid() != 0) GTEST_SKIP() << "only the administrator makes files of other users";
+    NEEDS_ROOT("give a file to another user");
     const std::string path = folder.write("file", "old");
     ASSERT_EQ(chown(path.c_str(), 65534, 65534), 0);
     const ino_t inode = inodeOf(path);

@@ -8,6 +8,7 @@
 #include <set>
 
 #include "TemporaryEnvironment.h"
+#include "tests/support/NeedsRoot.h"
 
 using namespace portability;
 
@@ -66,7 +67,7 @@ TEST_F(EndpointFolderTest, FileInItsPlace_IsRefused) {
 }
 
 TEST_F(EndpointFolderTest, FolderOfAnotherUser_IsRefused) {
-    if (geteuid() != 0) GTEST_SKIP() << "only root can give a folder away";
+    NEEDS_ROOT("give a folder to another user");
     ASSERT_TRUE(makeEndpointFolder());
     ASSERT_EQ(chown(place().c_str(), 65534, 65534), 0);
     EXPECT_FALSE(openEndpointFolder());

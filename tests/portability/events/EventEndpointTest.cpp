@@ -13,6 +13,7 @@
 #include "Processes.h"
 #include "SystemRoot.h"
 #include "events/EndpointFolder.h"
+#include "tests/support/NeedsRoot.h"
 
 using namespace portability;
 
@@ -206,7 +207,7 @@ TEST_F(EventEndpointTest, IsOwnUser_OfAConnectedPeer) {
 }
 
 TEST_F(EventEndpointTest, Connect_ListenerOfAnotherUser_IsRefused) {
-    if (geteuid() != 0) GTEST_SKIP() << "only root can become another user";
+    NEEDS_ROOT("become another user");
     EndpointClaim claim;
     ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
     // The credentials that a client sees are those of the last call of listen.

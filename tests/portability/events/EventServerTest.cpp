@@ -15,6 +15,7 @@
 #include "RawSocket.h"
 #include "TemporaryEnvironment.h"
 #include "events/EventImage.h"
+#include "tests/support/NeedsRoot.h"
 
 using namespace portability;
 
@@ -235,7 +236,7 @@ TEST_F(EventServerTest, NoDescriptorsLeft_NewSendersAreRefused_OldOnesServed) {
 }
 
 TEST_F(EventServerTest, SenderOfAnotherUser_IsRefused) {
-    if (geteuid() != 0) GTEST_SKIP() << "only root can become another user";
+    NEEDS_ROOT("become another user");
     // The folders keep others out; here they are opened, so that only the check of the connection is left.
     const std::filesystem::path folder = environment_.runtimeFolder() / "pos-events";
     for (const auto& opened : {environment_.folder(), environment_.runtimeFolder(), folder}) {

@@ -24,7 +24,7 @@ namespace files = std::filesystem;
 class ImmutableFile {
   public:
     explicit ImmutableFile(const std::string& path) : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-        isImmutable_ = change(true);
+        refusal_ = change(true);
     }
     ~ImmutableFile() {
         change(false);
@@ -33,20 +33,19 @@ class ImmutableFile {
     ImmutableFile(const ImmutableFile&) = delete;
     ImmutableFile& operator=(const ImmutableFile&) = delete;
 
-    bool isImmutable() const { return isImmutable_; }
+    /// Why the system has not made it so; 0 when it has.
+    int refusal() const { return refusal_; }
 
   private:
-    bool change(bool immutable) const {
+    int change(bool immutable) const {
         int flags = 0;
-        if (ioctl(descriptor_, FS_IOC_GETFLAGS, &flags) != 0) {
-            return false;
-        }
+        if (ioctl(descriptor_, FS_IOC_GETFLAGS, &flags) != 0) return errno;
         flags = immutable ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
-        return ioctl(descriptor_, FS_IOC_SETFLAGS, &flags) == 0;
+        return ioctl(descriptor_, FS_IOC_SETFLAGS, &flags) == 0 ? 0 : errno;
     }
 
     const int descriptor_;
-    bool isImmutable_ = false;
+    int refusal_ = 0;
 };
 
 class FileCodes : public testing::Test {
@@ -130,9 +129,10 @@ TEST_F(FileCodes, LockingAFile_IsAccessDenied) {
 
 TEST_F(FileCodes, LockedFile_IsShownAsLockedAndNotDeleted) {
     const ImmutableFile immutable(folder_.path("file"));
-    if (!immutable.isImmutable()) {
-        GTEST_SKIP() << "only the administrator can lock files, and not on every file system";
-    }
+    if (immutable.refusal() == EPERM) GTEST_SKIP() << "root's right is missing to lock a file";
+    if (immutable.refusal() == ENOTTY || immutable.refusal() == EOPNOTSUPP)
+        GTEST_SKIP() << "a file system with locks is missing below " << folder_.path("");
+    ASSERT_EQ(immutable.refusal(), 0);
     const FSRef file = refOf(folder_.path("file"));
     FSCatalogInfo info = {};
     EXPECT_EQ(FSGetCatalogInfo(&file, kFSCatInfoNodeFlags, &info, nullptr, nullptr, nullptr), noErr);

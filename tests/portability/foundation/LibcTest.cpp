@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/support/NeedsRoot.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {
@@ -43,7 +44,7 @@ TEST_F(Issetugid, ProgramWithTheRightsOfItsUser_IsNone) {
 }
 
 TEST_F(Issetugid, ProgramWithAnotherUsersOrGroupsRights_IsOne) {
-    if (geteuid() != 0) GTEST_SKIP() << "only root can give a program another user's rights";
+    NEEDS_ROOT("give a program another user's rights");
     constexpr uid_t kNobody = 65534;
     // Giving a file away takes its set-id bits.
     ASSERT_EQ(chown(probe_.c_str(), kNobody, kNobody), 0);
