@@ -22,6 +22,10 @@ LC_REQ_DYLD = 0x80000000
 # Weak, re-exported, lazy and upward dependencies, and search paths: nothing of ours has any.
 OTHER_DEPENDENCIES = {0x18 | LC_REQ_DYLD, 0x1F | LC_REQ_DYLD, 0x20, 0x23 | LC_REQ_DYLD, 0x1C | LC_REQ_DYLD}
 
+# For each kind of opcode that moves or binds pointers (its upper half): how many numbers of variable length follow.
+REBASE_NUMBERS = {0x20: 1, 0x30: 1, 0x60: 1, 0x70: 1, 0x80: 2}
+BIND_NUMBERS = {0x20: 1, 0x60: 1, 0x70: 1, 0x80: 1, 0xA0: 1, 0xC0: 2}
+
 N_STAB = 0xE0
 N_TYPE = 0x0E
 N_EXT = 0x01
@@ -151,6 +155,23 @@ class Image:
         """The first section of that name, or None."""
         return next((s for segment in self.segments for s in segment.sections if s.name == name), None)
 
+    def _position(self, address):
+        """Where in the data stands what is loaded there."""
+        for segment in self.segments:
+            if segment.address <= address < segment.address + segment.file_size:
+                return segment.offset + address - segment.address
+        raise MachOError(f"nothing is loaded to {address:#x}")
+
+    def word(self, address):
+        return struct.unpack_from("<I" if self.pointer_size == 4 else "<Q", self.data, self._position(address))[0]
+
+    def words(self, section):
+        """All of a section that holds nothing but pointers."""
+        return [self.word(address) for address in range(section.address, section.address + section.size, self.pointer_size)]
+
+    def text(self, address):
+        return text_at(self.data, self._position(address))
+
     def minimum_version(self):
         """The oldest system that the image is for, as text; None if it does not say."""
         position = self.commands.get(LC_VERSION_MIN_MACOSX)
@@ -210,7 +231,7 @@ class Image:
             kind, low = self.data[position] & 0xF0, self.data[position] & 0x0F
             position += 1
             values = []
-            for _ in range({0x20: 1, 0x30: 1, 0x60: 1, 0x70: 1, 0x80: 2}.get(kind, 0)):
+            for _ in range(REBASE_NUMBERS.get(kind, 0)):
                 value, position = uleb(self.data, position)
                 values.append(value)
             if kind == 0x20:
@@ -240,7 +261,7 @@ class Image:
             if kind == 0x40:
                 name = text_at(self.data, position)
                 position += len(name.encode()) + 1
-            for _ in range({0x20: 1, 0x60: 1, 0x70: 1, 0x80: 1, 0xA0: 1, 0xC0: 2}.get(kind, 0)):
+            for _ in range(BIND_NUMBERS.get(kind, 0)):
                 value, position = uleb(self.data, position)
                 values.append(value)
             if kind == 0x10:

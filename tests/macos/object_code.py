@@ -1,6 +1,5 @@
 """Tables of virtual operations, read from object files of both systems."""
 import re
-import struct
 import subprocess
 from collections import defaultdict
 from pathlib import Path
@@ -64,11 +63,5 @@ class MachOObject:
                 offset, _, _, external, _, _, target, *_ = line.split()
                 place = section.address + int(offset, 16)
                 if start <= place < end:
-                    words[(place - start) // size] = [target[1:]] if external == "True" else self.names[self._word(place)]
+                    words[(place - start) // size] = [target[1:]] if external == "True" else self.names[self.image.word(place)]
         return [words.get(number, []) for number in range(2, (end - start) // size)]
-
-    def _word(self, address):
-        """The word that stands there: in 32 bits, the address of what is defined in the same file."""
-        segment = self.image.segments[0]
-        offset = segment.offset + address - segment.address
-        return struct.unpack_from("<I" if self.image.pointer_size == 4 else "<Q", self.image.data, offset)[0]
