@@ -3,6 +3,7 @@
 Each takes the image, the path of the executable and the names of the functions to be exported, and yields what is wrong,
 in words; nothing is good.
 """
+import functools
 import hashlib
 import re
 import struct
@@ -72,9 +73,9 @@ def first_versions(image, *_):
 
 
 def unknown_versions(image):
-    """How many imports the table gives no first version for; no fault, but not shown to be none either."""
+    """The imports that the table gives no first version for; no fault, but not shown to be none either."""
     table = _table(image)
-    return sum(symbol.name in table and table[symbol.name][1] is None for symbol in _imported(image))
+    return [symbol.name for symbol in _imported(image) if symbol.name in table and table[symbol.name][1] is None]
 
 
 def libraries(image, *_):
@@ -121,16 +122,18 @@ def segments(image, *_):
             yield f"{segment.name} can be written and executed"
 
 
-def _disassembly(image, executable, section):
+@functools.lru_cache
+def disassembly(image, executable, section_name):
+    """What llvm-objdump shows of a section of code; addresses are plain numbers."""
     command = ["llvm-objdump-14", "--macho", f"--arch={image.architecture}", "--disassemble", "--no-symbolic-operands"]
-    command += ["--no-show-raw-insn", f"--section=__TEXT,{section.name}", executable]
+    command += ["--no-show-raw-insn", f"--section=__TEXT,{section_name}", executable]
     return subprocess.run(command, capture_output=True, text=True, check=True).stdout
 
 
 def branches(image, executable, _):
     """Linkers that handle i386 have been seen to send calls into the data, or through addresses that nothing adjusts."""
     code = [section for section in map(image.section, ("__text", "__stubs")) if section]
-    listing = "".join(_disassembly(image, executable, section) for section in code)
+    listing = "".join(disassembly(image, executable, section.name) for section in code)
     found = 0
     pattern = r"^\s*([0-9a-f]+):?\s+(?:call|j)[a-z]*\s+(\*?)(0x[0-9a-f]+|\d+)\s*(?:##.*)?$"
     for match in re.finditer(pattern, listing, re.MULTILINE):

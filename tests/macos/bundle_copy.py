@@ -82,6 +82,15 @@ class BundleCopyTest(unittest.TestCase):
             return [BUILD / "cmake/macos/i386/Dovrel.o"]
         return (BUILD / "cmake/macos/x86_64/objects.txt").read_text().split()
 
+    def compile(self, architecture, source):
+        """The object file of a source in C or in assembly, fit for the linker."""
+        result = f"{source}.o"
+        run("clang-14", "-target", f"{architecture}-apple-macosx{MINIMUM}", "-O1", "-c", source, "-o", result)
+        if architecture == "i386":
+            run("llvm-objcopy-14", "--remove-section", "__LD,__compact_unwind", "--remove-section", "__OBJC,__image_info",
+                result)
+        return result
+
     def changed_table(self, old, new):
         """A copy of the table of imports with a text replaced in it."""
         table = self.folder / "imports.txt"
@@ -90,19 +99,16 @@ class BundleCopyTest(unittest.TestCase):
         return table
 
     def relink(self, architecture, code="", options=(), table=TABLE, known=MINIMUM, minimum=MINIMUM, exports=(),
-               in_order=True):
+               in_order=True, objects=None):
         """Links one slice of the copy anew: with a source in C, with options of the linker, from another table, with stubs
-        that know what macOS `known` has, for the system `minimum`, exporting further functions."""
+        that know what macOS `known` has, for the system `minimum`, exporting further functions, from other objects."""
         added = self.folder / "added.c"
         added.write_text(code)
         stubs, output, listed = self.folder / f"stubs.{architecture}", self.folder / architecture, self.folder / "exports"
         listed.write_text("\n".join([EXPORTS.read_text(), *exports]))
-        run("clang-14", "-target", f"{architecture}-apple-macosx{MINIMUM}", "-O1", "-c", added, "-o", f"{added}.o")
-        if architecture == "i386":
-            run("llvm-objcopy-14", "--remove-section", "__LD,__compact_unwind", f"{added}.o")
         run(TOOLS / "make-stubs", "--table", table, architecture, known, stubs)
         run(TOOLS / "link-slice", "--table", table, architecture, minimum, stubs, listed, output,
-            *self.objects(architecture), f"{added}.o", *options)
+            *(objects or self.objects(architecture)), self.compile(architecture, added), *options)
         if architecture == "i386" and in_order:
             run(TOOLS / "i386-order-segments", output)
         self.join({architecture: output})

@@ -1,4 +1,5 @@
 """scripts/check-bundle on bundles that are broken on purpose: each fails the checks that are there for it, and no others."""
+import re
 import shutil
 import struct
 
@@ -7,6 +8,8 @@ from bundle_copy import BUILD, CALL, KEPT, MINIMUM, BundleCopyTest
 EXPORTS = "it exports exactly the functions of the interface"
 IMPORTS = "its imports stand in the table, each bound to its library"
 LIBRARIES = "its libraries stand in the table"
+MESSAGES = "executable: its architectures send the same messages"
+CLASSES = "executable: its architectures use the same classes"
 
 
 class CheckBundle(BundleCopyTest):
@@ -134,6 +137,22 @@ class CheckExecutable(BundleCopyTest):
         call = image.data.index(b"\xe8", text.address)
         self.replace_in_slice("i386", call + 1, struct.pack("<i", text.size))
         self.assertIn("leaves the code", self.check()[1]["i386: its branches stay in the code"])
+
+    def test_ObjectiveCPointersThatTheLinkerMadeOne_Fails(self):
+        # Their labels begin with "L" as the compiler wrote them: no symbols, as if our assembly step did not know of it.
+        assembly = self.folder / "merged.s"
+        text = (BUILD / "cmake/macos/i386/Dovrel.s").read_text()
+        assembly.write_text(re.sub(r"(?<![\w.$])l(?=_OBJC_(SELECTOR|CLASS)_REFERENCES_)", "L", text))
+        self.relink("i386", objects=[self.compile("i386", assembly)])
+        self.assert_fails({MESSAGES: "not in i386: addButtonWithTitle:", CLASSES: "not in i386: DovrelAlertHelp"})
+
+    def test_AnotherMessage_Fails(self):
+        self.replace_in_slice("i386", self.images()["i386"].data.index(b"runModal\0"), b"x")
+        self.assert_fails({MESSAGES: "not in i386: runModal; not in x86_64: xunModal"})
+
+    def test_AnotherClass_Fails(self):
+        self.replace_in_slice("i386", self.images()["i386"].data.index(b"NSAutoreleasePool\0"), b"x")
+        self.assert_fails({CLASSES: "not in i386: NSAutoreleasePool; not in x86_64: xSAutoreleasePool"})
 
     def test_ChangedAfterSigning_Fails(self):
         image = self.images()["x86_64"]
