@@ -25,7 +25,7 @@ void putSegment(DwarfBytes& bytes, const FileBuilder& file) {
         bytes.put(word);
     for (const uint32_t word : {3u, 3u, 1u, 0u})  // protections, number of sections, flags
         bytes.put(word);
-    putField(bytes, "__data");
+    putField(bytes, file.sectionName);
     putField(bytes, "__DATA");
     bytes.put(file.sectionAddress);
     bytes.put(file.sectionSize);

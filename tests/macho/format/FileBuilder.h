@@ -20,6 +20,7 @@ struct FileBuilder {
     uint64_t segmentMemory = 0x100;
     uint64_t segmentFileOffset = 0;
     uint64_t segmentFileSize = 0x20;
+    std::string sectionName = "__data";
     uint64_t sectionAddress = 0x1010;
     uint64_t sectionSize = 0x10;
     uint32_t extraCommand = 0;  ///< 0: none
