@@ -116,7 +116,9 @@ OSErr readEverything(const AppleEvent* event, AppleEvent* reply, SRefCon) {
 }
 
 void handle(const ReceivedFrame& frame) {
-    FUZZ_CHECK(isSimplyWhole(frame.image, frame.header.imageSize));
+    const bool isWhole = isWholeImage(frame.image, frame.header.imageSize);
+    FUZZ_CHECK(isWhole == isSimplyWhole(frame.image, frame.header.imageSize));
+    if (!isWhole) return;
     EventStorage event(frame.image, frame.header.imageSize, frame.block);
     event.setDelivery({getpid(), kAELocalProcess, kAEWaitReply, 60});
     EventStorage reply;
@@ -160,11 +162,14 @@ void receiveReply(const Bytes& packet) {
     sendPacket(ends.first, packet, -1);
     shutdown(ends.first.get(), SHUT_WR);
     ImageMemory nothing;
-    EventReply reply;
+    ReceivedReply reply;
     const EventRequest request{nothing, kAEWaitReply, 1, Deadline::never(), nullptr};
-    if (connection.exchange(request, reply) != EventConnection::Outcome::done || reply.event == nullptr)
-        return;
-    AppleEvent event{typeAppleEvent, reply.event->handle()};
+    if (connection.exchange(request, reply) != EventConnection::Outcome::done) return;
+    const bool isWhole = isWholeImage(reply.image, reply.size);
+    FUZZ_CHECK(isWhole == isSimplyWhole(reply.image, reply.size));
+    if (!isWhole) return;
+    EventStorage storage(reply.image, reply.size, reply.block);
+    AppleEvent event{typeAppleEvent, storage.handle()};
     AppleEvent none{typeNull, nullptr};
     readEverything(&event, &none, SRefCon());
 }

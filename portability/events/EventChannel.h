@@ -19,7 +19,7 @@ struct FrameBuffer {
     alignas(8) std::array<uint8_t, kLargestFrame> bytes;
 };
 
-/// A request or a reply that came in. The image is whole.
+/// A request or a reply that came in. Nothing is known of the image but its size.
 struct ReceivedFrame {
     FrameHeader header;
     const uint8_t* image = nullptr;     // in the buffer, in the mailbox or in the block

@@ -13,7 +13,7 @@ EventConnection::Outcome EventConnection::post(const EventRequest& request) {
     return sendRequest(request, false, posted);
 }
 
-EventConnection::Outcome EventConnection::exchange(const EventRequest& request, EventReply& reply) {
+EventConnection::Outcome EventConnection::exchange(const EventRequest& request, ReceivedReply& reply) {
     // A connection that is used once is better off without a mailbox.
     if (lastAnswered_ != 0 && Spin::isOn()) channel_.offerMailbox();
     bool posted = false;
@@ -32,8 +32,8 @@ EventConnection::Outcome EventConnection::sendRequest(const EventRequest& reques
     FrameHeader header;
     header.kind = FrameKind::request;
     header.id = ++lastId_;
-    header.sendMode = static_cast<int32_t>(request.mode);
-    header.timeOutInTicks = static_cast<int32_t>(request.timeOutInTicks);
+    header.sendMode = request.mode;
+    header.timeOutInTicks = request.timeOutInTicks;
     for (;;) {
         const EventChannel::Sent sent = wantsReply && allAnswered
                                             ? channel_.sendQuick(header, request.image, posted)
@@ -54,7 +54,7 @@ EventConnection::Outcome EventConnection::sendRequest(const EventRequest& reques
 }
 
 EventConnection::Outcome EventConnection::awaitReply(const EventRequest& request, bool posted,
-                                                     EventReply& reply) {
+                                                     ReceivedReply& reply) {
     Spin spin(std::max(request.image.size(), lastReplySize_));
     ReceivedFrame frame;
     bool looking = posted;
@@ -84,7 +84,10 @@ EventConnection::Outcome EventConnection::awaitReply(const EventRequest& request
         }
         std::shared_ptr<const void> held = channel_.holdReply(frame);
         if (!noteReply(frame)) return Outcome::lost;
-        if (frame.header.id == lastId_) return takeReply(frame, std::move(held), reply);
+        if (frame.header.id == lastId_) {
+            reply = {frame.header.result, frame.image, frame.header.imageSize, std::move(held)};
+            return Outcome::done;
+        }
         if (unanswered_ == 0) return Outcome::lost;
         --unanswered_;
         if (request.deadline.passed()) return Outcome::timedOut;
@@ -99,16 +102,6 @@ bool EventConnection::waitAsleep(const EventRequest& request) {
     }
     waitForDescriptor(channel_.descriptor(), POLLIN, request.deadline.orAfter(request.idle->pause()));
     return !request.idle->call();
-}
-
-EventConnection::Outcome EventConnection::takeReply(const ReceivedFrame& frame,
-                                                    std::shared_ptr<const void> held, EventReply& reply) {
-    reply.result = frame.header.result;
-    if (reply.result != noErr) return Outcome::done;
-    reply.event = held == nullptr
-                      ? EventStorage::copyOf(frame.image, frame.header.imageSize)
-                      : std::make_unique<EventStorage>(frame.image, frame.header.imageSize, std::move(held));
-    return Outcome::done;
 }
 
 // False when no such request was sent, or it was answered already.

@@ -1,15 +1,12 @@
 // A sender's connection to an endpoint. Private to the layer.
 #pragma once
 
-#include <CoreServices/AEDataModel.h>
-
 #include <chrono>
 #include <cstdint>
 #include <memory>
 
 #include "events/Deadline.h"
 #include "events/EventChannel.h"
-#include "events/EventStorage.h"
 #include "events/FileDescriptor.h"
 
 namespace portability {
@@ -29,15 +26,19 @@ class IdleCaller {
 /// A request that is to be sent. Refers to what its sender holds.
 struct EventRequest {
     const ImageMemory& image;
-    AESendMode mode;
-    SInt32 timeOutInTicks;
+    int32_t mode;  // for the receiver's handler only, like the next one
+    int32_t timeOutInTicks;
     Deadline deadline;
     IdleCaller* idle;  // null: just wait
 };
 
-struct EventReply {
-    OSStatus result = noErr;              // of the receiving side: noErr, or why no handler took the event
-    std::unique_ptr<EventStorage> event;  // null after an error
+/// A reply that came in. The image stays in place while `block` is held; without a block, until the next use
+/// of the connection. Nothing is known of it but its size.
+struct ReceivedReply {
+    int32_t result = 0;  // of the receiving side: 0, or why it did not handle the request
+    const uint8_t* image = nullptr;
+    size_t size = 0;
+    std::shared_ptr<const void> block;
 };
 
 /// A connection that lives on between exchanges. Requests have rising ids, and a reply is taken for an answer
@@ -55,19 +56,18 @@ class EventConnection {
 
     explicit EventConnection(FileDescriptor socket) : channel_(std::move(socket)) {}
 
-    /// Hands the event over to the system. The receiver will not answer.
+    /// Hands the request over to the system. The receiver does not reply to it.
     Outcome post(const EventRequest& request);
 
-    /// Sends the event and waits for its reply. Throws std::bad_alloc.
-    Outcome exchange(const EventRequest& request, EventReply& reply);
+    /// Sends the request and waits for its reply. Throws std::bad_alloc.
+    Outcome exchange(const EventRequest& request, ReceivedReply& reply);
 
   private:
     Outcome sendRequest(const EventRequest& request, bool wantsReply, bool& posted);
-    Outcome awaitReply(const EventRequest& request, bool posted, EventReply& reply);
+    Outcome awaitReply(const EventRequest& request, bool posted, ReceivedReply& reply);
     bool waitAsleep(const EventRequest& request);
     bool noteReply(const ReceivedFrame& frame);
     bool dropLateReplies(const Deadline& deadline);
-    Outcome takeReply(const ReceivedFrame& frame, std::shared_ptr<const void> held, EventReply& reply);
 
     EventChannel channel_;
     uint64_t lastId_ = 0;

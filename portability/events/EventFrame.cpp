@@ -1,7 +1,5 @@
 #include "events/EventFrame.h"
 
-#include "events/EventImage.h"
-
 namespace portability {
 
 namespace {

@@ -1,11 +1,11 @@
 // What travels between two processes. Private to the layer.
 //
-// Each event and each reply is one packet: the header below, and behind it the event's image (EventImage.h)
-// if that is small. A large image lies in a shared-memory file whose descriptor comes along with the packet.
-// To use the same file again without handing it over and mapping it each time, the receiver keeps it under
-// the number of one of a few slots, one set of slots per direction of a connection. A sender does not change
-// what lies in a slot before the receiver has confirmed that it is done: a request is confirmed by its reply,
-// a reply by the mask `released` of a later request.
+// Each request and each reply is one packet: the header below, followed by the image, the bytes of the
+// message, if that is small. A large image lies in a shared-memory file whose descriptor comes along with the
+// packet. To use the same file again without handing it over and mapping it each time, the receiver keeps it
+// under the number of one of a few slots, one set of slots per direction of a connection. A sender does not
+// change what lies in a slot before the receiver has confirmed that it is done: a request is confirmed by its
+// reply, a reply by the mask `released` of a later request.
 #pragma once
 
 #include <cstddef>
@@ -39,9 +39,9 @@ struct FrameHeader {
     uint32_t imageSize = 0;
     uint32_t released = 0;       // requests: bit n: the reply in slot n is no longer used
     uint32_t bringsFile = 0;     // 1: the file of `place` comes along
-    int32_t sendMode = 0;        // requests: how it was sent
+    int32_t sendMode = 0;        // requests: for the handler only, like the next one
     int32_t timeOutInTicks = 0;  // requests
-    int32_t result = 0;  // replies: what the send is to answer, noErr or an error of the receiving side
+    int32_t result = 0;          // replies: 0, or an error of the receiving side; for the sender only
 };
 static_assert(sizeof(FrameHeader) == 40 && offsetof(FrameHeader, id) == 8 &&
                   offsetof(FrameHeader, imageSize) == 16 && offsetof(FrameHeader, result) == 36,

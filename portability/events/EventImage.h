@@ -11,10 +11,9 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace portability {
+#include "events/ImageMemory.h"
 
-/// The largest image, in bytes. Larger events are refused by sender and receiver.
-constexpr size_t kLargestImage = size_t{1} << 30;
+namespace portability {
 
 /// The largest number of items; more make an image damaged.
 constexpr uint32_t kMostItems = 4096;

@@ -11,6 +11,7 @@
 
 #include "events/ErrnoKeeper.h"
 #include "events/EventEndpoint.h"
+#include "events/EventReceiver.h"
 #include "events/EventServer.h"
 #include "events/FileDescriptor.h"
 #include "events/HandlerTable.h"
@@ -57,7 +58,8 @@ class EventLoop {
   public:
     void run(EndpointClaim claim) {
         if (isRunning() || !makeWakeDescriptor()) return;
-        EventServer server(std::move(claim), wake_.load());
+        EventReceiver receiver;
+        EventServer server(std::move(claim), wake_.load(), receiver);
         if (!server.isReady()) return;
         begin();
         const bool hasDefaultQuit = HandlerTable::shared().installIfAbsent(kDefaultQuit);

@@ -22,6 +22,9 @@ namespace {
 
 constexpr AESendMode kReplyModeMask = 0x03;
 
+// Null if there is none, or after an error.
+using ReplyEvent = std::unique_ptr<EventStorage>;
+
 // Where an address leads.
 struct Target {
     enum class Kind { endpoint, thisProcess, nobody, unknown };
@@ -74,23 +77,23 @@ Target findTarget(const EventStorage& event) {
 }
 
 OSStatus sendToThisProcess(const EventStorage& event, const EventRequest& request, bool wantsReply,
-                           EventReply& reply) {
+                           ReplyEvent& reply) {
     // The handler gets a view of its own: what it reads leaves no marks in the sender's event.
     EventStorage received(event.image().data(), event.image().size(), nullptr);
     received.setDelivery({getpid(), kAEDirectCall, request.mode, request.timeOutInTicks});
     if (wantsReply) {
-        reply.event = std::make_unique<EventStorage>();
-        if (prepareReply(received, *reply.event) != noErr) return memFullErr;
+        reply = std::make_unique<EventStorage>();
+        if (prepareReply(received, *reply) != noErr) return memFullErr;
     }
-    const OSErr result = dispatchEvent(received, reply.event.get());
+    const OSErr result = dispatchEvent(received, reply.get());
     if (!wantsReply) return noErr;
     return result;
 }
 
-OSStatus statusOf(EventConnection::Outcome outcome, const EventReply& reply) {
+OSStatus statusOf(EventConnection::Outcome outcome, OSStatus replyResult) {
     switch (outcome) {
         case EventConnection::Outcome::done:
-            return reply.result;
+            return replyResult;
         case EventConnection::Outcome::timedOut:
             return errAETimeout;
         case EventConnection::Outcome::cancelled:
@@ -108,7 +111,25 @@ bool isUsable(EventConnection::Outcome outcome) {
     return outcome != EventConnection::Outcome::notSent && outcome != EventConnection::Outcome::lost;
 }
 
-OSStatus sendToEndpoint(OSType signature, const EventRequest& request, bool wantsReply, EventReply& reply) {
+// The event of a reply whose image is whole; the image may stay where it lies only if a block holds it.
+ReplyEvent eventOfReply(ReceivedReply& received) {
+    if (received.block == nullptr) return EventStorage::copyOf(received.image, received.size);
+    return std::make_unique<EventStorage>(received.image, received.size, std::move(received.block));
+}
+
+// One exchange over one connection. A damaged reply counts as a connection that was lost.
+EventConnection::Outcome exchange(EventConnection& connection, const EventRequest& request, OSStatus& result,
+                                  ReplyEvent& reply) {
+    ReceivedReply received;
+    const EventConnection::Outcome outcome = connection.exchange(request, received);
+    if (outcome != EventConnection::Outcome::done) return outcome;
+    if (!isWholeImage(received.image, received.size)) return EventConnection::Outcome::lost;
+    result = received.result;
+    if (result == noErr) reply = eventOfReply(received);
+    return outcome;
+}
+
+OSStatus sendToEndpoint(OSType signature, const EventRequest& request, bool wantsReply, ReplyEvent& reply) {
     for (;;) {
         std::unique_ptr<KeptConnection> kept = takeKeptConnection(signature);
         const bool isFresh = kept == nullptr;
@@ -120,16 +141,17 @@ OSStatus sendToEndpoint(OSType signature, const EventRequest& request, bool want
             kept = std::make_unique<KeptConnection>(signature, std::move(socket));
         }
         EventConnection& connection = kept->connection;
+        OSStatus replyResult = noErr;
         const EventConnection::Outcome outcome =
-            wantsReply ? connection.exchange(request, reply) : connection.post(request);
+            wantsReply ? exchange(connection, request, replyResult, reply) : connection.post(request);
         if (isUsable(outcome)) keepConnection(std::move(kept));
         // A kept connection whose other end has gone says nothing about who is there now.
         if (outcome == EventConnection::Outcome::notSent && !isFresh) continue;
-        return statusOf(outcome, reply);
+        return statusOf(outcome, replyResult);
     }
 }
 
-OSStatus sendToTarget(const EventStorage& event, const EventRequest& request, EventReply& reply) {
+OSStatus sendToTarget(const EventStorage& event, const EventRequest& request, ReplyEvent& reply) {
     const AESendMode replyMode = request.mode & kReplyModeMask;
     if (replyMode != kAENoReply && replyMode != kAEWaitReply) return errAEUnknownSendMode;
     const bool wantsReply = replyMode == kAEWaitReply;
@@ -162,16 +184,16 @@ OSStatus sendEvent(const AppleEvent* event, AppleEvent* reply, AESendMode mode, 
     if (storage == nullptr) return errAENotAEDesc;
     const EventRequest request{storage->image(), mode, asSInt32(timeOutInTicks),
                                Deadline::afterTicks(timeOutInTicks), idle};
-    EventReply received;
+    ReplyEvent received;
     OSStatus status;
     try {
         status = sendToTarget(*storage, request, received);
     } catch (const std::bad_alloc&) {
         return memFullErr;
     }
-    if (status != noErr || reply == nullptr || received.event == nullptr) return status;
+    if (status != noErr || reply == nullptr || received == nullptr) return status;
     reply->descriptorType = typeAppleEvent;
-    reply->dataHandle = received.event.release()->handle();
+    reply->dataHandle = received.release()->handle();
     return status;
 }
 

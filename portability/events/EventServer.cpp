@@ -1,6 +1,5 @@
 #include "events/EventServer.h"
 
-#include <CoreServices/MacErrors.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/epoll.h>
@@ -11,9 +10,6 @@
 #include <new>
 #include <utility>
 
-#include "events/EventDispatch.h"
-#include "events/EventStorage.h"
-
 namespace portability {
 
 namespace {
@@ -21,7 +17,6 @@ namespace {
 constexpr int kLongestStreak = 4;
 constexpr int kLooksPerRound = 4;
 constexpr int kMostAcceptedAtOnce = 64;
-constexpr AESendMode kReplyModeMask = 0x03;
 
 FileDescriptor openSpare() {
     return FileDescriptor(open("/dev/null", O_RDONLY | O_CLOEXEC));
@@ -32,20 +27,25 @@ bool setNonBlocking(int descriptor) {
     return flags >= 0 && fcntl(descriptor, F_SETFL, flags | O_NONBLOCK) == 0;
 }
 
-// Runs the handlers. The result is what the sender's call is to answer.
-OSStatus runHandlers(EventStorage& event, EventStorage* reply) {
-    try {
-        if (reply != nullptr && prepareReply(event, *reply) != noErr) return memFullErr;
-        return dispatchEvent(event, reply);
-    } catch (const std::bad_alloc&) {
-        return memFullErr;
-    }
-}
-
 }  // namespace
 
-EventServer::EventServer(EndpointClaim claim, int wakeDescriptor)
+class EventServer::Replier final : public RequestHandler::ReplySender {
+  public:
+    Replier(EventServer& server, Sender& sender, uint64_t id) : server_(server), sender_(sender), id_(id) {}
+
+    EventChannel::Sent send(int32_t result, const ImageMemory& image) override {
+        return server_.reply(sender_, id_, result, image);
+    }
+
+  private:
+    EventServer& server_;
+    Sender& sender_;
+    const uint64_t id_;
+};
+
+EventServer::EventServer(EndpointClaim claim, int wakeDescriptor, RequestHandler& handler)
     : claim_(std::move(claim)),
+      handler_(handler),
       wake_(wakeDescriptor),
       epoll_(epoll_create1(EPOLL_CLOEXEC)),
       spare_(openSpare()) {
@@ -198,7 +198,7 @@ bool EventServer::handle(Sender& sender, EventChannel::Received received, const 
     const int descriptor = sender.channel.descriptor();
     if (received == EventChannel::Received::nothing || received == EventChannel::Received::elsewhere)
         return false;
-    if (received != EventChannel::Received::frame || !answer(sender, frame)) {
+    if (received != EventChannel::Received::frame || !handleRequest(sender, frame)) {
         dismiss(descriptor);
         return false;
     }
@@ -214,33 +214,23 @@ void EventServer::dismiss(int descriptor) {
     senders_.erase(descriptor);
 }
 
-// False when the sender has broken the rules or does not take its replies.
-bool EventServer::answer(Sender& sender, const ReceivedFrame& frame) {
-    const FrameHeader& request = frame.header;
-    if (request.kind != FrameKind::request) return false;
-    latestSize_ = request.imageSize;
-    EventStorage event(frame.image, request.imageSize, frame.block);
-    event.setDelivery({sender.process, kAELocalProcess, request.sendMode, request.timeOutInTicks});
-    if ((request.sendMode & kReplyModeMask) != kAEWaitReply) {
-        runHandlers(event, nullptr);
-        return true;
-    }
-    EventStorage reply;
+// False if the sender has broken the rules or does not take its replies.
+bool EventServer::handleRequest(Sender& sender, const ReceivedFrame& frame) {
+    if (frame.header.kind != FrameKind::request) return false;
+    latestSize_ = frame.header.imageSize;
+    Replier replier(*this, sender, frame.header.id);
+    return handler_.handle(frame, sender.process, replier);
+}
+
+EventChannel::Sent EventServer::reply(Sender& sender, uint64_t id, int32_t result, const ImageMemory& image) {
+    latestSize_ = std::max(latestSize_, image.size());
     FrameHeader header;
     header.kind = FrameKind::reply;
-    header.id = request.id;
-    header.result = static_cast<int32_t>(runHandlers(event, &reply));
-    latestSize_ = std::max(latestSize_, reply.image().size());
-    ImageMemory nothing;
-    // Before the answer, so that the sender finds us looking however soon it sends its next event.
+    header.id = id;
+    header.result = result;
+    // Before the reply, so that the sender finds us looking however soon it sends its next request.
     lookFor(sender);
-    EventChannel::Sent sent =
-        sender.channel.sendReply(header, header.result == noErr ? reply.image() : nothing);
-    if (sent == EventChannel::Sent::failed) {
-        header.result = memFullErr;
-        sent = sender.channel.sendReply(header, nothing);
-    }
-    return sent == EventChannel::Sent::done;
+    return sender.channel.sendReply(header, image);
 }
 
 }  // namespace portability

@@ -11,18 +11,20 @@
 #include "events/EventChannel.h"
 #include "events/EventEndpoint.h"
 #include "events/FileDescriptor.h"
+#include "events/RequestHandler.h"
 #include "events/Spin.h"
 
 namespace portability {
 
-/// Accepts any number of senders at an endpoint and hands their events to the handlers one at a time, on the
-/// thread that calls it. No sender can hold up the others: nothing here waits for one of them, and one that
-/// does not take its replies loses its connection. Events of one sender are handled in the order in which it
-/// sent them; between senders they take turns.
+/// Accepts any number of senders at an endpoint and passes their requests to the handler one at a time, on
+/// the thread that calls it. No sender can hold up the others: nothing here waits for one of them, and one
+/// that does not take its replies loses its connection. Requests of one sender are handled in the order in
+/// which it sent them; senders take turns.
 class EventServer {
   public:
-    /// Without a claim it has no senders and only waits. `wakeDescriptor` stays the caller's.
-    EventServer(EndpointClaim claim, int wakeDescriptor);
+    /// Without a claim it has no senders and only waits. The caller keeps `wakeDescriptor` and `handler`,
+    /// which must outlive the server.
+    EventServer(EndpointClaim claim, int wakeDescriptor, RequestHandler& handler);
     EventServer(const EventServer&) = delete;
     EventServer& operator=(const EventServer&) = delete;
     ~EventServer();
@@ -37,6 +39,7 @@ class EventServer {
     bool serve();
 
   private:
+    class Replier;
     struct Sender {
         Sender(FileDescriptor socket, pid_t itsProcess) : channel(std::move(socket)), process(itsProcess) {}
         EventChannel channel;
@@ -61,10 +64,12 @@ class EventServer {
     void refuseSender();
     bool handleOneOf(int descriptor);
     bool handle(Sender& sender, EventChannel::Received received, const ReceivedFrame& frame);
-    bool answer(Sender& sender, const ReceivedFrame& frame);
+    bool handleRequest(Sender& sender, const ReceivedFrame& frame);
+    EventChannel::Sent reply(Sender& sender, uint64_t id, int32_t result, const ImageMemory& image);
     void dismiss(int descriptor);
 
     EndpointClaim claim_;
+    RequestHandler& handler_;
     const int wake_;
     FileDescriptor epoll_;
     FileDescriptor spare_;  // given up for a moment to refuse a sender when descriptors have run out

@@ -4,8 +4,6 @@
 #include <cstring>
 #include <new>
 
-#include "events/EventImage.h"
-
 namespace portability {
 
 ImageMemory::ImageMemory(const uint8_t* bytes, size_t size, std::shared_ptr<const void> keeper)
@@ -42,8 +40,7 @@ bool ImageMemory::own(size_t needed) {
     uint8_t* place = small_.data();
     size_t capacity = kSmall;
     if (needed > kLargestInlineImage) {
-        // An event that outgrew its block has many parameters; the room ahead keeps their number from
-        // mattering.
+        // An image that outgrew its block grows in many steps. Spare room keeps their number from mattering.
         block = SharedBlock::take(block_ == nullptr ? needed : std::min(needed + needed / 2, kLargestImage));
         if (block == nullptr) return false;
         place = block->data();

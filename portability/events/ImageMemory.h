@@ -1,4 +1,4 @@
-// Where the image of an event lies. Private to the layer.
+// Where the bytes of a message lie. Private to the layer.
 #pragma once
 
 #include <array>
@@ -10,12 +10,16 @@
 
 namespace portability {
 
+/// The largest image, in bytes. Sender and receiver refuse larger ones.
+constexpr size_t kLargestImage = size_t{1} << 30;
+
 /// Images up to this size travel inside their frame; larger ones are kept in shared memory from the start, so
 /// that sending does not copy them.
 constexpr size_t kLargestInlineImage = size_t{16} << 10;
 
-/// The bytes of one event: a few in the object itself, more on the heap, many in a shared block; or a view of
-/// bytes that belong to somebody else, which are copied before the first change. One thread at a time.
+/// The bytes of one message, its image: a few in the object itself, more on the heap, many in a shared block;
+/// or a view of bytes that belong to somebody else, which are copied before the first change. One thread at a
+/// time.
 class ImageMemory {
   public:
     ImageMemory() = default;

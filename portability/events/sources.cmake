@@ -16,6 +16,7 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/EventImage.cpp
     ${CMAKE_CURRENT_LIST_DIR}/EventLoop.cpp
     ${CMAKE_CURRENT_LIST_DIR}/EventPacket.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/EventReceiver.cpp
     ${CMAKE_CURRENT_LIST_DIR}/EventSender.cpp
     ${CMAKE_CURRENT_LIST_DIR}/EventServer.cpp
     ${CMAKE_CURRENT_LIST_DIR}/EventStorage.cpp

@@ -93,15 +93,6 @@ TEST(EventChannel, Garbage_IsMalformed) {
     EXPECT_EQ(receivedOf(Bytes(kLargestFrame + 1000, 0)), Received::malformed);
 }
 
-TEST(EventChannel, DamagedImage_IsMalformed) {
-    const Bytes image = itemBytes('aaaa', "text", 2, 5000);
-    FrameHeader header = requestHeader(1);
-    header.imageSize = static_cast<uint32_t>(image.size());
-    EXPECT_EQ(receivedOf(headerBytes(header) + image), Received::malformed);
-    const FileDescriptor file = memoryFile(4096, F_SEAL_SHRINK, image);
-    EXPECT_EQ(receivedOf(headerBytes(inSlot(0, header.imageSize)), {file.get()}), Received::malformed);
-}
-
 TEST(EventChannel, SlotThatWasNeverFilled_IsMalformed) {
     FrameHeader header = inSlot(2, 1000);
     header.bringsFile = 0;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "EventConnectionTest.h"
+#include "events/EventStorage.h"
 
 using namespace portability;
 
@@ -121,12 +122,12 @@ TEST_F(EventConnectionTest, ManyThreads_EachKeepTheirOwnAnswers) {
                     const SInt32 ticks = t * 1000 + i;
                     const EventRequest request{DescriptorStorage::eventOf(event.get())->image(), kAEWaitReply,
                                                ticks, Deadline::never(), nullptr};
-                    EventReply received;
+                    ReceivedReply received;
                     if (connection.exchange(request, received) != EventConnection::Outcome::done) ++wrong;
-                    EventValue value;
-                    if (received.event == nullptr ||
-                        !received.event->find(ItemKind::parameter, keyDirectObject, value) ||
-                        std::string(reinterpret_cast<const char*>(value.data), value.size) !=
+                    ImageItem item;
+                    if (!findItem(received.image, received.size, ItemKind::parameter, keyDirectObject,
+                                  item) ||
+                        std::string(reinterpret_cast<const char*>(item.data), item.header.size) !=
                             std::to_string(ticks)) {
                         ++wrong;
                     }

@@ -88,6 +88,23 @@ TEST_F(EventConnectionTest, MalformedReplies_AreConnectionInvalid) {
     }
 }
 
+TEST_F(EventConnectionTest, ReplyWithADamagedImage_IsConnectionInvalid_AndItsConnectionIsNotUsedAgain) {
+    const auto damaged = [](int connection) {
+        const Bytes image = itemBytes(keyDirectObject, "text", 2, 5000);
+        FrameHeader header;
+        header.kind = FrameKind::reply;
+        header.id = receiveHeader(connection).id;
+        header.imageSize = static_cast<uint32_t>(image.size());
+        sendRaw(connection, headerBytes(header) + image);
+        waitForMore(connection);
+    };
+    Peer peer(
+        {damaged, [](int connection) { sendRaw(connection, reply(receiveHeader(connection).id, "two")); }});
+    EXPECT_EQ(send(), connectionInvalid);
+    EXPECT_EQ(send(), noErr);
+    EXPECT_EQ(textOf(reply_), "two");
+}
+
 TEST_F(EventConnectionTest, LateReply_OnTheSameConnection_IsNotTheNextAnswer) {
     Peer peer({[](int connection) {
         const FrameHeader first = receiveHeader(connection);

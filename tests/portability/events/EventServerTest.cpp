@@ -15,6 +15,7 @@
 #include "RawSocket.h"
 #include "TemporaryEnvironment.h"
 #include "events/EventImage.h"
+#include "events/EventReceiver.h"
 #include "tests/support/NeedsRoot.h"
 
 using namespace portability;
@@ -40,7 +41,8 @@ class EventServerTest : public testing::Test {
         EndpointClaim claim;
         EXPECT_EQ(EndpointClaim::claim(kSignature, claim), EndpointClaim::Outcome::claimed);
         thread_ = std::thread([this, claim = std::make_shared<EndpointClaim>(std::move(claim))] {
-            EventServer server(std::move(*claim), wake_.get());
+            EventReceiver receiver;
+            EventServer server(std::move(*claim), wake_.get(), receiver);
             EXPECT_TRUE(server.isReady());
             while (!server.serve()) {
             }
