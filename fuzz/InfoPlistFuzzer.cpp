@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "FuzzTarget.h"
-#include "foundation/PropertyList.h"
-#include "foundation/XmlPropertyList.h"
+#include "corefoundation/PropertyList.h"
+#include "corefoundation/XmlPropertyList.h"
 
 namespace {
 

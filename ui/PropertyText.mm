@@ -17,8 +17,10 @@ NSData* contentOfFile(NSString* path) {
 
 /// Core Foundation is asked, because not every Foundation bears with damaged lists, or reads all forms.
 std::optional<std::string> textInContent(NSData* content, NSString* key) {
+    const CFObject<CFDataRef> data(CFDataCreate(kCFAllocatorDefault, static_cast<const UInt8*>([content bytes]),
+                                                static_cast<CFIndex>([content length])));
     const CFObject<CFPropertyListRef> list(CFPropertyListCreateWithData(
-        kCFAllocatorDefault, (CFDataRef)content, kCFPropertyListImmutable, nullptr, nullptr));
+        kCFAllocatorDefault, data.get(), kCFPropertyListImmutable, nullptr, nullptr));
     if (!list || CFGetTypeID(list.get()) != CFDictionaryGetTypeID()) return std::nullopt;
     return textOfValue(CFDictionaryGetValue((CFDictionaryRef)list.get(), key));
 }

@@ -7,7 +7,7 @@
 #include <clocale>
 #include <vector>
 
-#include "foundation/TextEncoding.h"
+#include "corefoundation/TextEncoding.h"
 
 namespace portability {
 

@@ -9,7 +9,7 @@
 #include <iterator>
 #include <string>
 
-#include "foundation/TextEncoding.h"
+#include "corefoundation/TextEncoding.h"
 
 namespace portability {
 

@@ -6,8 +6,8 @@
 
 #include <array>
 
+#include "corefoundation/PropertyList.h"
 #include "foundation/Paths.h"
-#include "foundation/PropertyList.h"
 
 namespace portability {
 namespace {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "foundation/TextEncoding.h"
+#include "corefoundation/TextEncoding.h"
 
 namespace portability {
 

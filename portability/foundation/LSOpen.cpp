@@ -15,7 +15,7 @@
 #include "events/FileDescriptor.h"
 #include "foundation/ApplicationBundle.h"
 #include "foundation/DetachedProcess.h"
-#include "foundation/FileURL.h"
+#include "corefoundation/FileURL.h"
 #include "foundation/Paths.h"
 
 namespace {

@@ -10,7 +10,7 @@
 #include <sstream>
 
 #include "SystemRoot.h"
-#include "foundation/Bundle.h"
+#include "corefoundation/Bundle.h"
 #include "foundation/FileContent.h"
 #include "foundation/OpenFolder.h"
 #include "foundation/Paths.h"

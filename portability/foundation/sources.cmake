@@ -1,15 +1,5 @@
 target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/ApplicationBundle.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/BinaryPropertyList.mm
-    ${CMAKE_CURRENT_LIST_DIR}/Bundle.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/CFBase.mm
-    ${CMAKE_CURRENT_LIST_DIR}/CFBundle.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/CFCollections.mm
-    ${CMAKE_CURRENT_LIST_DIR}/CFConstants.mm
-    ${CMAKE_CURRENT_LIST_DIR}/CFPreferences.mm
-    ${CMAKE_CURRENT_LIST_DIR}/CFPropertyList.mm
-    ${CMAKE_CURRENT_LIST_DIR}/CFString.mm
-    ${CMAKE_CURRENT_LIST_DIR}/CFURL.mm
     ${CMAKE_CURRENT_LIST_DIR}/CatalogInfo.cpp
     ${CMAKE_CURRENT_LIST_DIR}/DetachedProcess.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileContent.cpp
@@ -18,17 +8,11 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/FileReference.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Files.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Folders.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/FoundationObject.mm
     ${CMAKE_CURRENT_LIST_DIR}/HomeFolder.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/Languages.cpp
     ${CMAKE_CURRENT_LIST_DIR}/LSOpen.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Libc.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/PackedVersion.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Paths.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ProcessTable.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Processes.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/PropertyList.mm
     ${CMAKE_CURRENT_LIST_DIR}/Sysctl.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/SystemRoot.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/TextEncoding.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/XmlPropertyList.cpp)
+    ${CMAKE_CURRENT_LIST_DIR}/SystemRoot.cpp)

@@ -1,4 +1,4 @@
-// Arrays of objects. A CFArrayRef is an NSArray.
+// Arrays of objects.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>

@@ -1,6 +1,6 @@
-// Core Foundation's base types. Objects are the system's own object references; who owns one is told by the
-// name of the function that hands it out (Create and Copy: the caller; Get: not the caller). Where Foundation
-// has a class for the same thing, a reference of one kind may be cast to the other.
+// Core Foundation's base types. The name of the function that returns an object tells whether the caller owns
+// it: after Create and Copy it does, after Get it does not. Objects are never Foundation's: here a reference
+// of one kind must not be cast to the other.
 #pragma once
 
 #include <CoreServices/MacTypes.h>

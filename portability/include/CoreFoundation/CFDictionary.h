@@ -1,4 +1,4 @@
-// Objects under keys. A CFDictionaryRef is an NSDictionary.
+// Objects under keys.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>

@@ -1,4 +1,4 @@
-// Strings of UTF-16 units. A CFStringRef is an NSString.
+// Strings of UTF-16 units.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>

@@ -1,4 +1,4 @@
-// Addresses, above all of files. A CFURLRef is an NSURL.
+// Addresses, above all of files.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -11,6 +11,13 @@ struct FSRef;
 CF_EXTERN_C_BEGIN
 
 CFTypeID CFURLGetTypeID(void);
+
+/// The URL of a text that is one already, with its escapes; the caller releases it. NULL if the text has
+/// characters that no URL has. `baseURL` must be NULL.
+CFURLRef CFURLCreateWithString(CFAllocatorRef allocator, CFStringRef URLString, CFURLRef baseURL);
+
+/// The text of the URL. Lives as long as the URL.
+CFStringRef CFURLGetString(CFURLRef anURL);
 
 /// The URL of a path; the caller releases it. A relative path is completed with the current folder. NULL for
 /// an empty path. `isDirectory` says whether the URL ends with a slash; the disk is not asked.

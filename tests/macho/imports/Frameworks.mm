@@ -32,6 +32,7 @@ void addCoreFoundation(ImportTable& table) {
     ENTER(kCoreFoundation, CFBundleGetIdentifier);
     ENTER(kCoreFoundation, CFBundleGetMainBundle);
     ENTER(kCoreFoundation, CFBundleGetValueForInfoDictionaryKey);
+    ENTER(kCoreFoundation, CFDataCreate);
     ENTER(kCoreFoundation, CFDictionaryGetTypeID);
     ENTER(kCoreFoundation, CFDictionaryGetValue);
     ENTER(kCoreFoundation, CFGetTypeID);

@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "ProbeReport.h"
-#include "VariableChange.h"
+#include "tests/portability/support/VariableChange.h"
 #include "foundation/ProcessTable.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "FileManager.h"
-#include "Waiting.h"
+#include "tests/portability/support/Waiting.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

@@ -11,10 +11,10 @@
 #include <thread>
 #include <vector>
 
-#include "Held.h"
+#include "tests/portability/support/Held.h"
 #include "ProbeReport.h"
-#include "VariableChange.h"
-#include "Waiting.h"
+#include "tests/portability/support/VariableChange.h"
+#include "tests/portability/support/Waiting.h"
 #include "events/EventEndpoint.h"
 #include "foundation/ProcessTable.h"
 #include "tests/support/TemporaryFolder.h"

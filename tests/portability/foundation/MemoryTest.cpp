@@ -8,8 +8,8 @@
 #include <thread>
 
 #include "FileManager.h"
-#include "Held.h"
-#include "VariableChange.h"
+#include "tests/portability/support/Held.h"
+#include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
 
 // Only in programs with a sanitizer, which has a heap of its own.

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "Waiting.h"
+#include "tests/portability/support/Waiting.h"
 #include "foundation/ProcessTable.h"
 
 namespace files = std::filesystem;

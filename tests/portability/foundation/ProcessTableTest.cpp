@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "ProbeReport.h"
-#include "VariableChange.h"
+#include "tests/portability/support/VariableChange.h"
 #include "foundation/DetachedProcess.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "FileManager.h"
-#include "Held.h"
-#include "VariableChange.h"
+#include "tests/portability/support/Held.h"
+#include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-#include "VariableChange.h"
+#include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

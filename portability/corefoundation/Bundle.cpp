@@ -1,0 +1,176 @@
+#include "corefoundation/Bundle.h"
+
+#include <CoreFoundation/CFString.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "corefoundation/Languages.h"
+#include "corefoundation/PropertyList.h"
+#include "foundation/Paths.h"
+
+using portability::isFolder;
+using portability::isThere;
+using portability::utf8Of;
+
+namespace {
+
+std::string resourcesIn(const std::string& bundle, bool hasContents) {
+    if (hasContents) {
+        return bundle + "/Contents/Resources";
+    }
+    const std::string resources = bundle + "/Resources";
+    return isFolder(resources) ? resources : bundle;
+}
+
+// Folders of localized resources are named after the language's code or, in older bundles, its name.
+std::string olderLanguageName(const std::string& code) {
+    constexpr const char* kNames[][2] = {{"en", "English"}, {"de", "German"},  {"fr", "French"},
+                                         {"es", "Spanish"}, {"it", "Italian"}, {"ja", "Japanese"}};
+    for (const auto& name : kNames) {
+        if (code == name[0]) {
+            return name[1];
+        }
+    }
+    return std::string();
+}
+
+}  // namespace
+
+__CFBundle::__CFBundle(const std::string& path)
+    : Object(portability::kBundleKind),
+      path_(path),
+      hasContents_(isFolder(path + "/Contents")),
+      resources_(resourcesIn(path, hasContents_)) {}
+
+__CFBundle::~__CFBundle() {
+    for (const CFDictionaryRef dictionary : {info_, localizedInfo_}) {
+        if (dictionary != nullptr) {
+            CFRelease(dictionary);
+        }
+    }
+}
+
+std::string __CFBundle::executable() {
+    const CFStringRef name = infoString(kCFBundleExecutableKey);
+    if (name == nullptr) {
+        return std::string();
+    }
+    const std::string file = path_ + (hasContents_ ? "/Contents/MacOS/" : "/") + utf8Of(name);
+    return isThere(file) ? file : std::string();
+}
+
+CFTypeRef __CFBundle::infoValue(CFStringRef key) {
+    for (const CFDictionaryRef dictionary : {localizedInfo(), info()}) {
+        const void* value = dictionary == nullptr ? nullptr : CFDictionaryGetValue(dictionary, key);
+        if (value != nullptr) {
+            return value;
+        }
+    }
+    return nullptr;
+}
+
+CFStringRef __CFBundle::infoString(CFStringRef key) {
+    return portability::stringValue(info(), key);
+}
+
+std::string __CFBundle::resource(const std::string& file) {
+    const std::string common = resources_ + '/' + file;
+    return isThere(common) ? common : localizedResource(file);
+}
+
+std::string __CFBundle::localizedResource(const std::string& file) {
+    std::vector<std::string> languages = portability::userLanguages();
+    const CFStringRef ownLanguage = infoString(kCFBundleDevelopmentRegionKey);
+    languages.push_back(ownLanguage == nullptr ? "en" : utf8Of(ownLanguage));
+    for (const std::string& language : languages) {
+        const std::string code = language.substr(0, language.find_first_of("-_"));
+        for (const std::string& name : {language, code, olderLanguageName(code)}) {
+            const std::string candidate = resources_ + '/' + name + ".lproj/" + file;
+            if (!name.empty() && isThere(candidate)) {
+                return candidate;
+            }
+        }
+    }
+    return std::string();
+}
+
+CFDictionaryRef __CFBundle::info() {
+    std::call_once(infoRead_, [this] {
+        const std::string flat = isThere(resources_ + "/Info.plist") ? resources_ : path_;
+        info_ = portability::copyDictionary((hasContents_ ? path_ + "/Contents" : flat) + "/Info.plist");
+    });
+    return info_;
+}
+
+CFDictionaryRef __CFBundle::localizedInfo() {
+    std::call_once(localizedInfoRead_, [this] {
+        const std::string file = localizedResource("InfoPlist.strings");
+        localizedInfo_ = file.empty() ? nullptr : portability::copyStrings(file);
+    });
+    return localizedInfo_;
+}
+
+namespace portability {
+namespace {
+
+struct BundleTable {
+    std::mutex mutex;
+    std::vector<CFBundleRef> bundles;
+};
+
+BundleTable& table() {
+    // Never destroyed: bundles may be released while the program ends.
+    static auto& bundles = *new BundleTable;
+    return bundles;
+}
+
+bool endsWith(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+}  // namespace
+
+CFBundleRef createBundle(const std::string& path) {
+    const std::string canonical = canonicalPath(path);
+    if (!isFolder(canonical)) {
+        return nullptr;
+    }
+    const std::lock_guard<std::mutex> lock(table().mutex);
+    for (const CFBundleRef bundle : table().bundles) {
+        if (bundle->path() == canonical) {
+            bundle->retain();
+            return bundle;
+        }
+    }
+    auto bundle = std::make_unique<__CFBundle>(canonical);
+    table().bundles.push_back(bundle.get());
+    return bundle.release();
+}
+
+std::vector<CFBundleRef> retainedBundles() {
+    const std::lock_guard<std::mutex> lock(table().mutex);
+    for (const CFBundleRef bundle : table().bundles) {
+        bundle->retain();
+    }
+    return table().bundles;
+}
+
+std::string bundleAround(const std::string& executable) {
+    const std::string folder = parentOf(executable);
+    constexpr const char* kInside = "/Contents/MacOS";
+    return endsWith(folder, kInside) ? parentOf(parentOf(folder)) : std::string();
+}
+
+}  // namespace portability
+
+// The table is locked before the reference is given up, so that a bundle in the table always has one.
+void __CFBundle::release() const {
+    const std::lock_guard<std::mutex> lock(portability::table().mutex);
+    if (!releasesLast()) {
+        return;
+    }
+    std::vector<CFBundleRef>& bundles = portability::table().bundles;
+    bundles.erase(std::find(bundles.begin(), bundles.end(), this));
+    delete this;
+}

@@ -1,0 +1,151 @@
+#include <CoreFoundation/CFBundle.h>
+#include <CoreFoundation/CFString.h>
+#include <CoreFoundation/CFURL.h>
+#include <dlfcn.h>
+#include <link.h>
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+
+#include "corefoundation/Bundle.h"
+#include "corefoundation/FileURL.h"
+#include "corefoundation/PackedVersion.h"
+#include "foundation/Paths.h"
+
+namespace {
+
+std::string ownExecutable() {
+    std::array<char, PATH_MAX> path;
+    const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
+    return length <= 0 ? std::string() : std::string(path.data(), static_cast<std::size_t>(length));
+}
+
+// The bundle of the image, kept for good: whoever gets it without owning it may use it while the image is
+// loaded.
+CFBundleRef bundleOfImage(const std::string& image) {
+    const std::string folder = portability::bundleAround(portability::canonicalPath(image));
+    return folder.empty() ? nullptr : portability::createBundle(folder);
+}
+
+int appendImage(struct dl_phdr_info* image, std::size_t, void* names) {
+    static_cast<std::vector<std::string>*>(names)->emplace_back(image->dlpi_name);
+    return 0;
+}
+
+bool hasIdentifier(CFBundleRef bundle, CFStringRef identifier) {
+    const CFStringRef own = CFBundleGetIdentifier(bundle);
+    return own != nullptr && CFStringCompare(own, identifier, 0) == kCFCompareEqualTo;
+}
+
+// The one with the identifier and the highest version; of equals the last.
+CFBundleRef bestMatch(const std::vector<CFBundleRef>& bundles, CFStringRef identifier) {
+    CFBundleRef best = nullptr;
+    for (const CFBundleRef bundle : bundles) {
+        const bool isBetter =
+            hasIdentifier(bundle, identifier) &&
+            (best == nullptr || CFBundleGetVersionNumber(bundle) >= CFBundleGetVersionNumber(best));
+        best = isBetter ? bundle : best;
+    }
+    return best;
+}
+
+CFBundleRef bestInUse(CFStringRef identifier) {
+    const std::vector<CFBundleRef> bundles = portability::retainedBundles();
+    const CFBundleRef best = bestMatch(bundles, identifier);
+    for (const CFBundleRef bundle : bundles) {
+        CFRelease(bundle);
+    }
+    return best;
+}
+
+// Keeps what matches and lets the others go.
+CFBundleRef bestOfImages(const std::vector<std::string>& images, CFStringRef identifier) {
+    std::vector<CFBundleRef> bundles;
+    for (const std::string& image : images) {
+        if (const CFBundleRef bundle = bundleOfImage(image)) {
+            bundles.push_back(bundle);
+        }
+    }
+    const CFBundleRef best = bestMatch(bundles, identifier);
+    for (const CFBundleRef bundle : bundles) {
+        if (bundle != best) {
+            CFRelease(bundle);
+        }
+    }
+    return best;
+}
+
+CFBundleRef createMainBundle() {
+    const std::string executable = ownExecutable();
+    if (executable.empty()) {
+        return nullptr;
+    }
+    const std::string around = portability::bundleAround(executable);
+    return portability::createBundle(around.empty() ? portability::parentOf(executable) : around);
+}
+
+}  // namespace
+
+CFTypeID CFBundleGetTypeID() {
+    return portability::kBundleKind;
+}
+
+CFBundleRef CFBundleGetMainBundle() {
+    static const CFBundleRef bundle = createMainBundle();
+    return bundle;
+}
+
+CFBundleRef CFBundleCreate(CFAllocatorRef, CFURLRef bundleURL) {
+    return portability::createBundle(portability::pathOf(bundleURL));
+}
+
+CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef bundleID) {
+    CFBundleGetMainBundle();  // is in use from now on
+    if (const CFBundleRef bundle = bestInUse(bundleID)) {
+        return bundle;
+    }
+    Dl_info caller;
+    if (dladdr(__builtin_return_address(0), &caller) != 0 && caller.dli_fname != nullptr) {
+        if (const CFBundleRef bundle = bestOfImages({caller.dli_fname}, bundleID)) {
+            return bundle;
+        }
+    }
+    std::vector<std::string> images;
+    dl_iterate_phdr(&appendImage, &images);
+    return bestOfImages(images, bundleID);
+}
+
+CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key) {
+    return bundle->infoValue(key);
+}
+
+CFStringRef CFBundleGetIdentifier(CFBundleRef bundle) {
+    return bundle->infoString(kCFBundleIdentifierKey);
+}
+
+UInt32 CFBundleGetVersionNumber(CFBundleRef bundle) {
+    return portability::packedVersion(portability::utf8Of(bundle->infoString(kCFBundleVersionKey)));
+}
+
+CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle) {
+    return portability::createFileURL(bundle->path(), true);
+}
+
+CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle) {
+    return portability::createFileURL(bundle->executable(), false);
+}
+
+CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle) {
+    return portability::createFileURL(bundle->resources(), true);
+}
+
+CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef resourceName, CFStringRef resourceType,
+                                 CFStringRef subDirName) {
+    const std::string folder = portability::utf8Of(subDirName);
+    const std::string type = portability::utf8Of(resourceType);
+    const std::string file = (folder.empty() ? folder : folder + '/') + portability::utf8Of(resourceName) +
+                             (type.empty() ? type : '.' + type);
+    const std::string path = bundle->resource(file);
+    return portability::createFileURL(path, portability::isFolder(path));
+}

@@ -1,0 +1,70 @@
+// What the platform promises about property lists.
+#include <CoreFoundation/CoreFoundation.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/portability/support/Held.h"
+#include "tests/support/BinaryList.h"
+
+namespace {
+
+using dovrel::test::asciiObject;
+using dovrel::test::binaryList;
+using dovrel::test::dictionaryObject;
+
+const std::string kXml = "<plist version=\"1.0\"><dict><key>a</key><string>b</string></dict></plist>";
+const std::string kBinary = binaryList({dictionaryObject({1}, {2}), asciiObject("a"), asciiObject("b")});
+const std::string kOldStyle = "{ a = b; }";
+
+class CFPropertyList : public testing::Test {
+  protected:
+    static CFPropertyListRef newList(const std::string& content, CFPropertyListFormat* format = nullptr,
+                                     CFErrorRef* error = nullptr) {
+        const Held<CFDataRef> data(CFDataCreate(kCFAllocatorDefault,
+                                                reinterpret_cast<const UInt8*>(content.data()),
+                                                static_cast<CFIndex>(content.size())));
+        return CFPropertyListCreateWithData(kCFAllocatorDefault, data.get(), kCFPropertyListImmutable, format,
+                                            error);
+    }
+};
+
+}  // namespace
+
+TEST_F(CFPropertyList, CreateWithData_InEveryForm_GivesTheDictionaryAndTheForm) {
+    const struct {
+        std::string content;
+        CFPropertyListFormat format;
+    } forms[] = {{kXml, kCFPropertyListXMLFormat_v1_0},
+                 {kBinary, kCFPropertyListBinaryFormat_v1_0},
+                 {kOldStyle, kCFPropertyListOpenStepFormat}};
+    for (const auto& form : forms) {
+        CFPropertyListFormat format = 0;
+        CFErrorRef error = nullptr;
+        const Held<CFPropertyListRef> list(newList(form.content, &format, &error));
+        ASSERT_NE(list.get(), nullptr) << form.content;
+        ASSERT_EQ(CFGetTypeID(list.get()), CFDictionaryGetTypeID());
+        EXPECT_EQ(textOf(CFDictionaryGetValue(static_cast<CFDictionaryRef>(list.get()), CFSTR("a"))), "b");
+        EXPECT_EQ(format, form.format);
+        EXPECT_EQ(error, nullptr);
+    }
+}
+
+TEST_F(CFPropertyList, CreateWithData_Damaged_IsNullWithAnError) {
+    for (const std::string& content :
+         {std::string(), std::string("bplist00"), kBinary.substr(0, 30), kXml.substr(0, 40),
+          kOldStyle.substr(0, 6), std::string("\0\0\0\1", 4), std::string("\1\2\3\4")}) {
+        CFErrorRef error = nullptr;
+        EXPECT_EQ(newList(content, nullptr, &error), nullptr) << content;
+        const Held<CFErrorRef> held(error);
+        ASSERT_NE(error, nullptr) << content;
+        EXPECT_EQ(CFErrorGetCode(error), 3840);
+        EXPECT_EQ(textOf(CFErrorGetDomain(error)), "NSCocoaErrorDomain");
+    }
+}
+
+TEST_F(CFPropertyList, CreateWithData_WhereNobodyAsksForFormAndError_NeedsNoPlaceForThem) {
+    const Held<CFPropertyListRef> list(newList(kXml));
+    EXPECT_NE(list.get(), nullptr);
+    EXPECT_EQ(newList(""), nullptr);
+}

@@ -1,0 +1,12 @@
+// Prints the identifier and the folder of its main bundle, a line each.
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <cstdio>
+
+#include "tests/portability/support/Held.h"
+
+int main() {
+    const CFBundleRef bundle = CFBundleGetMainBundle();
+    const Held<CFURLRef> url(CFBundleCopyBundleURL(bundle));
+    std::printf("%s\n%s\n", textOf(CFBundleGetIdentifier(bundle)).c_str(), pathOf(url.get()).c_str());
+}

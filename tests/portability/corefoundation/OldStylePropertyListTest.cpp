@@ -1,0 +1,89 @@
+#include "corefoundation/OldStylePropertyList.h"
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+using portability::ObjectHolder;
+using portability::readOldStylePropertyList;
+using portability::readStringsFile;
+using portability::utf8Of;
+
+// "(none)" for a damaged document or a key that is not there.
+std::string valueOfA(const std::string& document) {
+    const ObjectHolder list = readOldStylePropertyList(document);
+    if (!list || list.get()->kind() != portability::kDictionaryKind) return "(none)";
+    const ObjectHolder key = portability::newString("a");
+    const portability::Object* const value = static_cast<const __CFDictionary*>(list.get())->value(key.get());
+    return value == nullptr ? "(none)" : utf8Of(value);
+}
+
+std::string string(const std::string& document) {
+    const ObjectHolder value = readOldStylePropertyList(document);
+    return value && value.get()->kind() == portability::kStringKind ? utf8Of(value.get()) : "(none)";
+}
+
+}  // namespace
+
+TEST(OldStylePropertyList, Dictionary_PlainAndQuotedTexts_AreRead) {
+    EXPECT_EQ(valueOfA("{ a = b; }"), "b");
+    EXPECT_EQ(valueOfA("{a=b;}"), "b");
+    EXPECT_EQ(valueOfA("{ \"a\" = \"b c\"; 'd' = 'e'; }"), "b c");
+    EXPECT_EQ(valueOfA("{ x = { a = no; }; a = com.example-1/2; }"), "com.example-1/2");
+}
+
+TEST(OldStylePropertyList, CommentsAndBlanks_AreSkipped) {
+    EXPECT_EQ(valueOfA("// first\n{ /* a = c; */ a\t=\r\nb; } // last"), "b");
+}
+
+TEST(OldStylePropertyList, Escapes_StandForTheirCharacters) {
+    EXPECT_EQ(string(R"("a\"b\\c\n\t")"), "a\"b\\c\n\t");
+    EXPECT_EQ(string(R"("\U00e9\u20AC\101")"),
+              "\xC3\xA9\xE2\x82\xAC"
+              "A");
+}
+
+TEST(OldStylePropertyList, ArraysAndData_AreRead) {
+    const ObjectHolder array = readOldStylePropertyList("( one, \"two\", <0a 0B0c>, (), )");
+    ASSERT_TRUE(array);
+    const auto& values = dynamic_cast<const __CFArray&>(*array.get()).values;
+    ASSERT_EQ(values.size(), 4U);
+    EXPECT_EQ(utf8Of(values[1].get()), "two");
+    EXPECT_EQ(dynamic_cast<const __CFData&>(*values[2].get()).bytes, "\x0A\x0B\x0C");
+}
+
+TEST(OldStylePropertyList, KeyThatComesTwice_HasItsLastValue) {
+    EXPECT_EQ(valueOfA("{ a = b; a = c; }"), "c");
+}
+
+TEST(OldStylePropertyList, DamagedDocuments_AreRefused) {
+    for (const char* document : {"",          "{",        "{ a = ",   "{ a = b }",
+                                 "{ a = b; ", "{ a b; }", "{ = b; }", "( a",
+                                 "( a b )",   "<0",       "<0a",      "<0g>",
+                                 "\"a",       "\"\\",     "\"\\U\"",  "\"\\UD800\"",
+                                 "a b",       "{} x",     "/* a",     "{ \"\xFF\" = b; }",
+                                 "(a)) "}) {
+        EXPECT_FALSE(readOldStylePropertyList(document)) << document;
+    }
+}
+
+TEST(OldStylePropertyList, Nesting_IsLimited) {
+    const auto nested = [](std::size_t depth) { return std::string(depth, '(') + std::string(depth, ')'); };
+    EXPECT_TRUE(readOldStylePropertyList(nested(100)));
+    EXPECT_FALSE(readOldStylePropertyList(nested(1000)));
+    EXPECT_FALSE(readOldStylePropertyList(nested(1000000)));
+}
+
+TEST(OldStylePropertyList, StringsFile_NeedsNoBraces_AndAKeyWithoutAValueStandsForItself) {
+    const ObjectHolder strings = readStringsFile("/* comment */\n\"a\" = \"b\";\nc;\n");
+    ASSERT_TRUE(strings);
+    const auto& dictionary = dynamic_cast<const __CFDictionary&>(*strings.get());
+    EXPECT_EQ(dictionary.values.size(), 2U);
+    const ObjectHolder key = portability::newString("c");
+    EXPECT_EQ(utf8Of(dictionary.value(key.get())), "c");
+    EXPECT_FALSE(readStringsFile("\"a\" = \"b\""));
+    EXPECT_FALSE(readStringsFile("\"a\" = \"b\"; }"));
+}

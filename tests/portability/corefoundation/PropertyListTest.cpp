@@ -1,0 +1,120 @@
+#include "corefoundation/PropertyList.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <string>
+
+#include "tests/portability/support/Held.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace {
+
+using portability::copyDictionary;
+using portability::copyPropertyList;
+using portability::stringValue;
+
+// {"a": "b"} in the binary form, written out by its description: header, objects, offsets, trailer.
+const std::string kBinary(
+    "bplist00"
+    "\xD1\x01\x02"
+    "\x51"
+    "a"
+    "\x51"
+    "b"
+    "\x08\x0B\x0D"
+    "\0\0\0\0\0\0\x01\x01"
+    "\0\0\0\0\0\0\0\x03"
+    "\0\0\0\0\0\0\0\0"
+    "\0\0\0\0\0\0\0\x0F",
+    8 + 3 + 2 + 2 + 3 + 32);
+
+class PropertyList : public testing::Test {
+  protected:
+    std::string valueOfA(const std::string& content) {
+        folder_.write("list", content);
+        const Held<CFDictionaryRef> dictionary(copyDictionary(folder_.path("list")));
+        return textOf(stringValue(dictionary.get(), CFSTR("a")));
+    }
+
+    bool isReadable(const std::string& content) {
+        folder_.write("list", content);
+        const Held<CFPropertyListRef> list(copyPropertyList(folder_.path("list")));
+        return list.get() != nullptr;
+    }
+
+    const dovrel::test::TemporaryFolder folder_;
+};
+
+}  // namespace
+
+TEST_F(PropertyList, Read_AllThreeForms_GivesTheSame) {
+    EXPECT_EQ(valueOfA("<plist version=\"1.0\"><dict><key>a</key><string>b</string></dict></plist>"), "b");
+    EXPECT_EQ(valueOfA(kBinary), "b");
+    EXPECT_EQ(valueOfA("{ a = b; }"), "b");
+}
+
+TEST_F(PropertyList, Read_EveryKindOfValueInXML_IsAnObject) {
+    EXPECT_TRUE(
+        isReadable("<plist><dict><key>i</key><integer>0x10</integer><key>r</key><real>-1e3</real>"
+                   "<key>b</key><true/><key>t</key><date>2001-02-03T04:05:06Z</date>"
+                   "<key>d</key><data>AQID</data><key>l</key><array><string/></array></dict></plist>"));
+}
+
+TEST_F(PropertyList, Read_ValuesThatAreNone_AreRefused) {
+    EXPECT_FALSE(isReadable("<plist><integer>many</integer></plist>"));
+    EXPECT_FALSE(isReadable("<plist><real></real></plist>"));
+    EXPECT_FALSE(isReadable("<plist><array><date>yesterday</date></array></plist>"));
+    EXPECT_FALSE(isReadable("<plist><dict><key>k</key><date>2001</date></dict></plist>"));
+    EXPECT_FALSE(isReadable("<plist><string>\xFF</string></plist>"));
+    EXPECT_FALSE(isReadable("<plist><data>AQID\xFF</data></plist>"));
+}
+
+TEST_F(PropertyList, Read_Garbage_IsNullAndRaisesNothing) {
+    EXPECT_FALSE(isReadable("bplist00"));
+    EXPECT_FALSE(isReadable(kBinary.substr(0, 30)));
+    EXPECT_FALSE(isReadable("{ a = "));
+    EXPECT_FALSE(isReadable(""));
+}
+
+TEST_F(PropertyList, Read_ShortTexts_ReadNothingBehindThem) {
+    for (const std::string start : {"<?xml version", "bplist00", "{ a = b; }", "// comment"}) {
+        for (std::size_t length = 0; length < 8; ++length) {
+            EXPECT_FALSE(isReadable(start.substr(0, length) + "<")) << start.substr(0, length);
+        }
+    }
+}
+
+TEST_F(PropertyList, Read_NoFile_IsNull) {
+    EXPECT_EQ(copyPropertyList(folder_.path("absent")), nullptr);
+    EXPECT_EQ(copyPropertyList(folder_.path()), nullptr);
+}
+
+TEST_F(PropertyList, CopyDictionary_OfAnotherKind_IsNull) {
+    folder_.write("list", "<plist><array/></plist>");
+    EXPECT_EQ(copyDictionary(folder_.path("list")), nullptr);
+}
+
+TEST_F(PropertyList, StringValue_AbsentOrOfAnotherKind_IsNull) {
+    folder_.write("list", "<plist><dict><key>n</key><integer>1</integer></dict></plist>");
+    const Held<CFDictionaryRef> dictionary(copyDictionary(folder_.path("list")));
+    EXPECT_EQ(stringValue(dictionary.get(), CFSTR("n")), nullptr);
+    EXPECT_EQ(stringValue(dictionary.get(), CFSTR("a")), nullptr);
+    EXPECT_EQ(stringValue(nullptr, CFSTR("a")), nullptr);
+}
+
+TEST_F(PropertyList, CopyStrings_PlainAndUTF16_GivesKeysAndValues) {
+    folder_.write("plain.strings",
+                  "/* name */\n\"CFBundleName\" = \"N\xC3\xA4me\";\nCFBundleVersion = \"2\";\n");
+    const Held<CFDictionaryRef> plain(portability::copyStrings(folder_.path("plain.strings")));
+    EXPECT_EQ(textOf(stringValue(plain.get(), CFSTR("CFBundleName"))), "N\xC3\xA4me");
+    EXPECT_EQ(textOf(stringValue(plain.get(), CFSTR("CFBundleVersion"))), "2");
+
+    std::string wide = "\xFE\xFF";
+    for (const char character : std::string("a = \"b\";\n")) {
+        wide += {'\0', character};
+    }
+    folder_.write("wide.strings", wide);
+    const Held<CFDictionaryRef> strings(portability::copyStrings(folder_.path("wide.strings")));
+    EXPECT_EQ(textOf(stringValue(strings.get(), CFSTR("a"))), "b");
+}
