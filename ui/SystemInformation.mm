@@ -15,15 +15,16 @@ constexpr char kProductBuildVersion[] = "ProductBuildVersion";
 constexpr char kArchitecture[] = "x86";
 constexpr char kMissingText[] = "-";
 
-/// Nil for nothing, which is how the platform formats an absent object.
-NSString* objectOf(const std::optional<std::string>& text) {
+/// Nil for nothing, which the platform has a format for.
+NSString* stringOf(const std::optional<std::string>& text) {
     return text ? [NSString stringWithUTF8String:text->c_str()] : nil;
 }
 
 std::string pairText(const std::optional<std::string>& first, const std::optional<std::string>& second) {
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
-    NSString* const pair = [NSString stringWithFormat:@"%@ (%@)", objectOf(first), objectOf(second)];
-    const std::string text = textOfValue(pair).value_or(kMissingText);
+    NSString* const pair = [NSString stringWithFormat:@"%@ (%@)", stringOf(first), stringOf(second)];
+    const char* const bytes = [pair UTF8String];
+    const std::string text = bytes != nullptr && *bytes != '\0' ? bytes : kMissingText;
     [pool release];
     return text;
 }

@@ -4,6 +4,7 @@
 
 #include "corefoundation/Object.h"
 #include "corefoundation/PropertyList.h"
+#include "corefoundation/PropertyListWriter.h"
 
 CFPropertyListRef CFPropertyListCreateWithData(CFAllocatorRef, CFDataRef data, CFOptionFlags,
                                                CFPropertyListFormat* format, CFErrorRef* error) {
@@ -13,6 +14,17 @@ CFPropertyListRef CFPropertyListCreateWithData(CFAllocatorRef, CFDataRef data, C
     if (list == nullptr && error != nullptr)
         *error = new __CFError(CFSTR("NSCocoaErrorDomain"), kReadCorrupt);
     return list;
+}
+
+CFDataRef CFPropertyListCreateData(CFAllocatorRef, CFPropertyListRef propertyList,
+                                   CFPropertyListFormat format, CFOptionFlags, CFErrorRef* error) {
+    constexpr CFIndex kWriteInvalid = 3852;
+    std::optional<std::string> text;
+    if (format == kCFPropertyListXMLFormat_v1_0) {
+        text = portability::writeXmlPropertyList(portability::objectOf(propertyList));
+    }
+    if (!text && error != nullptr) *error = new __CFError(CFSTR("NSCocoaErrorDomain"), kWriteInvalid);
+    return text ? new __CFData(std::move(*text)) : nullptr;
 }
 
 CFStringRef CFErrorGetDomain(CFErrorRef err) {

@@ -14,5 +14,6 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/OldStylePropertyList.cpp
     ${CMAKE_CURRENT_LIST_DIR}/PackedVersion.cpp
     ${CMAKE_CURRENT_LIST_DIR}/PropertyList.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/PropertyListWriter.cpp
     ${CMAKE_CURRENT_LIST_DIR}/TextEncoding.cpp
     ${CMAKE_CURRENT_LIST_DIR}/XmlPropertyList.cpp)

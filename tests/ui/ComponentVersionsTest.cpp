@@ -103,13 +103,18 @@ TEST_F(ComponentVersionsTest, DamagedLists_AreNotAvailable) {
     for (const std::string& list :
          {std::string(), xml.substr(0, xml.size() - 20), binary.substr(0, binary.size() - 5),
           binary.substr(0, 20), std::string("<plist version=\"1.0\"><array/></plist>"),
-          std::string("no list"),
-          xmlList(integerEntry("CFBundleVersion", 1) + integerEntry("HarlInstallerVersion", 2)),
-          xmlList("<key>CFBundleVersion</key><array/><key>HarlInstallerVersion</key><true/>")}) {
+          std::string("no list")}) {
         writeInfo(serverComponent(), list);
         EXPECT_EQ(serverVersionText(), "n/a") << list;
         EXPECT_EQ(installerVersion(serverComponent().path), "n/a") << list;
     }
+}
+
+TEST_F(ComponentVersionsTest, VersionsThatAreNumbers_AreFormattedLikeText) {
+    writeInfo(serverComponent(),
+              xmlList(integerEntry("CFBundleVersion", 7) + integerEntry("HarlInstallerVersion", 12)));
+    EXPECT_EQ(serverVersionText(), "7");
+    EXPECT_EQ(installerVersion(serverComponent().path), "12");
 }
 
 TEST_F(ComponentVersionsTest, FileInPlaceOfTheBundle_IsNotAvailable) {

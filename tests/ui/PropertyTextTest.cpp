@@ -53,12 +53,40 @@ TEST_F(PropertyTextTest, TextsOfAnyLength_AreWhole) {
     EXPECT_EQ(textOf(binaryListOf("key", longText)), longText);
 }
 
-TEST_F(PropertyTextTest, OtherKeyAndValuesThatAreNoText_AreNothing) {
+TEST_F(PropertyTextTest, OtherKey_IsNothing) {
     EXPECT_EQ(textOf(xmlList(textEntry("Key", "x"))), std::nullopt);
-    EXPECT_EQ(textOf(xmlList(integerEntry("key", 10))), std::nullopt);
-    for (const char* value : {"<true/>", "<real>10.6</real>", "<data>AQID</data>", "<array/>",
-                              "<dict><key>key</key><string>x</string></dict>"})
-        EXPECT_EQ(textOf(xmlList(std::string("<key>key</key>") + value)), std::nullopt) << value;
+}
+
+TEST_F(PropertyTextTest, ValuesThatAreNotStrings_AreFormattedAsThePlatformShowsObjects) {
+    const std::pair<const char*, const char*> formatted[] = {
+        {"<integer>10</integer>", "10"},
+        {"<integer>-3</integer>", "-3"},
+        {"<real>10.6</real>", "10.6"},
+        {"<true/>", "1"},
+        {"<false/>", "0"},
+        {"<data>AQID</data>", "<010203>"},
+    };
+    for (const auto& [value, text] : formatted)
+        EXPECT_EQ(textOf(xmlList(std::string("<key>key</key>") + value)), text) << value;
+    const auto date = textOf(xmlList("<key>key</key><date>2001-02-03T04:05:06Z</date>"));
+    ASSERT_TRUE(date);
+    EXPECT_EQ(date->substr(0, 10), "2001-02-03") << "the form of the time is each Foundation's own";
+    const auto list =
+        textOf(xmlList("<key>key</key><array><string>one</string><integer>2</integer></array>"));
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->front(), '(');
+    EXPECT_LT(list->find("one"), list->find('2'));
+    const auto dictionary =
+        textOf(xmlList("<key>key</key><dict><key>name</key><string>value</string></dict>"));
+    ASSERT_TRUE(dictionary);
+    EXPECT_EQ(dictionary->front(), '{');
+    EXPECT_NE(dictionary->find("name = value;"), std::string::npos);
+}
+
+TEST_F(PropertyTextTest, ValuesOfBinaryLists_AreFormattedLikeThoseOfXml) {
+    EXPECT_EQ(
+        textOf(test::binaryList({test::dictionaryObject({1}, {2}), test::asciiObject("key"), "\x10\x2A"})),
+        "42");
 }
 
 TEST_F(PropertyTextTest, ListCutAnywhere_IsNothing) {

@@ -60,11 +60,11 @@ TEST_F(SystemInformationTest, DamagedList_IsAsNone) {
     }
 }
 
-TEST_F(SystemInformationTest, ValuesThatAreNoText_CountAsAbsent) {
+TEST_F(SystemInformationTest, ValuesThatAreNotText_AreFormattedAsThePlatformDoes) {
     writeSystemVersion(
         xmlList(integerEntry("ProductVersion", 10) + textEntry("ProductBuildVersion", "10K549")));
-    EXPECT_EQ(systemVersionValue("ProductVersion"), std::nullopt);
-    EXPECT_EQ(osVersionText(), "(null) (10K549)");
+    EXPECT_EQ(systemVersionValue("ProductVersion"), "10");
+    EXPECT_EQ(osVersionText(), "10 (10K549)");
 }
 
 TEST_F(SystemInformationTest, LongEmptyAndNonAsciiTexts_AreFormattedAsTheyAre) {

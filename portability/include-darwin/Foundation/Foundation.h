@@ -48,7 +48,7 @@ __attribute__((objc_root_class))
 - (NSUInteger)length;
 - (const char*)UTF8String;
 - (NSString*)stringByReplacingOccurrencesOfString:(NSString*)target withString:(NSString*)replacement;
-- (NSData*)dataUsingEncoding:(NSStringEncoding)encoding;
+- (id)propertyList;
 @end
 
 @interface NSData : NSObject

@@ -27,4 +27,10 @@ CFPropertyListRef CFPropertyListCreateWithData(CFAllocatorRef allocator, CFDataR
                                                CFOptionFlags options, CFPropertyListFormat* format,
                                                CFErrorRef* error);
 
+/// The bytes of the property list in the XML form; the caller releases them. NULL for another form, and if a
+/// value cannot be in a property list: `error`, which may be NULL, then gets why, for the caller to release.
+/// Any thread.
+CFDataRef CFPropertyListCreateData(CFAllocatorRef allocator, CFPropertyListRef propertyList,
+                                   CFPropertyListFormat format, CFOptionFlags options, CFErrorRef* error);
+
 CF_EXTERN_C_END

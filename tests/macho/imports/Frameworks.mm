@@ -33,10 +33,13 @@ void addCoreFoundation(ImportTable& table) {
     ENTER(kCoreFoundation, CFBundleGetMainBundle);
     ENTER(kCoreFoundation, CFBundleGetValueForInfoDictionaryKey);
     ENTER(kCoreFoundation, CFDataCreate);
+    ENTER(kCoreFoundation, CFDataGetBytePtr);
+    ENTER(kCoreFoundation, CFDataGetLength);
     ENTER(kCoreFoundation, CFDictionaryGetTypeID);
     ENTER(kCoreFoundation, CFDictionaryGetValue);
     ENTER(kCoreFoundation, CFGetTypeID);
     ENTER(kCoreFoundation, CFPreferencesCopyValue);
+    ENTER(kCoreFoundation, CFPropertyListCreateData);
     ENTER(kCoreFoundation, CFPropertyListCreateWithData);
     ENTER(kCoreFoundation, CFRelease);
     ENTER(kCoreFoundation, CFRetain);

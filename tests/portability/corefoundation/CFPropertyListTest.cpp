@@ -68,3 +68,35 @@ TEST_F(CFPropertyList, CreateWithData_WhereNobodyAsksForFormAndError_NeedsNoPlac
     EXPECT_NE(list.get(), nullptr);
     EXPECT_EQ(newList(""), nullptr);
 }
+
+TEST_F(CFPropertyList, CreateData_InTheXmlForm_ReadsBackTheSame) {
+    const Held<CFPropertyListRef> list(newList(
+        "<plist><dict><key>a&lt;</key><string>b &amp; "
+        "c\xC3\xA9</string><key>l</key><array><integer>-7</integer>"
+        "<real>1.5</real><true/><false/><date>2001-02-03T04:05:06Z</date><data>AQIDBA==</data></array></dict>"
+        "</plist>"));
+    ASSERT_NE(list.get(), nullptr);
+    const Held<CFDataRef> data(
+        CFPropertyListCreateData(kCFAllocatorDefault, list.get(), kCFPropertyListXMLFormat_v1_0, 0, nullptr));
+    ASSERT_NE(data.get(), nullptr);
+    const UInt8* const bytes = CFDataGetBytePtr(data.get());
+    const std::string text(bytes, bytes + CFDataGetLength(data.get()));
+    for (const char* part :
+         {"<key>a&lt;</key>", "<string>b &amp; c\xC3\xA9</string>", "<integer>-7</integer>",
+          "<real>1.5</real>", "<true/>", "<false/>", "<date>2001-02-03T04:05:06Z</date>", "AQIDBA=="})
+        EXPECT_NE(text.find(part), std::string::npos) << part;
+    const Held<CFPropertyListRef> again(newList(text));
+    ASSERT_NE(again.get(), nullptr);
+    EXPECT_EQ(textOf(CFDictionaryGetValue(static_cast<CFDictionaryRef>(again.get()), CFSTR("a<"))),
+              "b & c\xC3\xA9");
+}
+
+TEST_F(CFPropertyList, CreateData_OfWhatIsNotAPropertyList_IsNullWithAnError) {
+    const Held<CFURLRef> url(newFileURL("/tmp"));
+    CFErrorRef error = nullptr;
+    EXPECT_EQ(
+        CFPropertyListCreateData(kCFAllocatorDefault, url.get(), kCFPropertyListXMLFormat_v1_0, 0, &error),
+        nullptr);
+    const Held<CFErrorRef> held(error);
+    EXPECT_NE(error, nullptr);
+}

@@ -1,0 +1,141 @@
+#include "corefoundation/PropertyListWriter.h"
+
+#include <cstdio>
+#include <ctime>
+
+#include "corefoundation/TextEncoding.h"
+
+namespace portability {
+namespace {
+
+constexpr double kSecondsFrom1970To2001 = 978307200;
+
+// Thrown and caught inside this file only.
+struct NotAPropertyList {};
+
+std::string element(const std::string& name, const std::string& content) {
+    return "<" + name + ">" + content + "</" + name + ">";
+}
+
+std::string escaped(const std::string& text) {
+    std::string result;
+    for (const char character : text) {
+        if (character == '<') {
+            result += "&lt;";
+        } else if (character == '>') {
+            result += "&gt;";
+        } else if (character == '&') {
+            result += "&amp;";
+        } else if (character == '\r') {
+            result += "&#13;";  // a plain one would be read as a line feed
+        } else {
+            result += character;
+        }
+    }
+    return result;
+}
+
+std::string realText(double value) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.17g", value);
+    return text;
+}
+
+std::string dateText(double since2001) {
+    const auto seconds = static_cast<std::time_t>(since2001 + kSecondsFrom1970To2001);
+    struct tm time = {};
+    gmtime_r(&seconds, &time);
+    char text[40];
+    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &time);
+    return text;
+}
+
+std::string base64(const std::string& bytes) {
+    constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    for (std::size_t at = 0; at < bytes.size(); at += 3) {
+        unsigned bits = 0;
+        for (std::size_t i = 0; i < 3; ++i) {
+            bits = bits << 8 | (at + i < bytes.size() ? static_cast<unsigned char>(bytes[at + i]) : 0U);
+        }
+        for (std::size_t digit = 0; digit < 4; ++digit) {
+            const bool isPadding = at + digit > bytes.size();
+            text += isPadding ? '=' : kDigits[bits >> (18 - 6 * digit) & 0x3F];
+        }
+    }
+    return text;
+}
+
+std::string written(const Object& value);
+
+std::string arrayText(const __CFArray& array) {
+    std::string content;
+    for (const ObjectHolder& value : array.values) {
+        content += written(*value.get());
+    }
+    return element("array", content);
+}
+
+std::string dictionaryText(const __CFDictionary& dictionary) {
+    std::string content;
+    for (const auto& [key, value] : dictionary.values) {
+        const auto name = encodeText(key.data(), key.size(), kCFStringEncodingUTF8);
+        if (!name) {
+            throw NotAPropertyList();
+        }
+        content += element("key", escaped(*name)) + written(*value.get());
+    }
+    return element("dict", content);
+}
+
+std::string stringText(const __CFString& string) {
+    const std::string text = string.utf8();
+    if (text.empty() && !string.units.empty()) {
+        throw NotAPropertyList();
+    }
+    return element("string", escaped(text));
+}
+
+std::string written(const Object& value) {
+    switch (value.kind()) {
+        case kStringKind:
+            return stringText(static_cast<const __CFString&>(value));
+        case kNumberKind: {
+            const auto& number = static_cast<const __CFNumber&>(value);
+            return number.isReal ? element("real", realText(number.real))
+                                 : element("integer", std::to_string(number.integer));
+        }
+        case kBooleanKind:
+            return static_cast<const __CFBoolean&>(value).value ? "<true/>" : "<false/>";
+        case kDateKind:
+            return element("date", dateText(static_cast<const __CFDate&>(value).time));
+        case kDataKind:
+            return element("data", base64(static_cast<const __CFData&>(value).bytes));
+        case kArrayKind:
+            return arrayText(static_cast<const __CFArray&>(value));
+        case kDictionaryKind:
+            return dictionaryText(static_cast<const __CFDictionary&>(value));
+        case kErrorKind:
+        case kURLKind:
+        case kBundleKind:
+            break;
+    }
+    throw NotAPropertyList();
+}
+
+}  // namespace
+
+std::optional<std::string> writeXmlPropertyList(const Object& value) {
+    try {
+        const std::string start =
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+            "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+            "<plist version=\"1.0\">";
+        return start + written(value) + "</plist>\n";
+    } catch (const NotAPropertyList&) {
+        return std::nullopt;
+    }
+}
+
+}  // namespace portability
