@@ -8,7 +8,7 @@
 namespace dovrel {
 
 struct InformationalMessage {
-    std::string text;  ///< in the system's encoding; empty when there is nothing to say
+    std::string text;  ///< as the server sent it (platform/ReadableText.h); empty: nothing to say
 };
 
 /// Shows the message with OK alone, under the title for messages; one without a text is not shown.

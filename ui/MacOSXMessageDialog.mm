@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "platform/ReadableText.h"
+#include "platform/TextConversions.h"
 #include "settings/MultiLanguageSupport.h"
 #include "ui/AlertButtonSet.h"
 #include "ui/HelpPages.h"
@@ -49,24 +51,22 @@ struct AlertTexts {
     NSString* secondButton;  ///< nil where there is none
 };
 
-/// The string of a text in the system's encoding; empty when the bytes are none in it.
-NSString* systemString(const char* text) {
-    const CFStringEncoding encoding = CFStringGetMostCompatibleMacStringEncoding(CFStringGetSystemEncoding());
-    NSString* string = (NSString*)CFStringCreateWithCString(kCFAllocatorDefault, text, encoding);
-    return string != nil ? [string autorelease] : @"";
+/// "%s" is the placeholder of the body.
+NSString* const kUnshownAlertText = @"Couldn't initialise NSApplication! No Error dialogue shown; message of "
+                                    @"the failed dialogue:  \n \"%s\"\n";
+
+/// The string of a text in any encoding that readableText() knows. Line ends become line feeds, because not
+/// every window system breaks a line at a carriage return.
+NSString* readableString(const std::string& text) {
+    return [NSString stringWithUTF8String:replaceChar(readableText(text), '\r', '\n').c_str()];
 }
 
-/// Not every window system breaks a line at a carriage return.
-NSString* withLineFeeds(NSString* text) {
-    return [text stringByReplacingOccurrencesOfString:@"\r" withString:@"\n"];
-}
+NSString* captionString(const char* key) { return readableString(MultiLanguageSupport::getText(key)); }
 
-NSString* captionString(const char* key) { return systemString(MultiLanguageSupport::getText(key).c_str()); }
-
+// The placeholder is replaced here: given bytes for a "%s", NSLog would read them in the system encoding,
+// which lacks most characters.
 void logUnshownAlert(NSString* body) {
-    NSLog(@"Couldn't initialise NSApplication! No Error dialogue shown; message of the failed dialogue:  \n "
-          @"\"%@\"\n",
-          body);
+    NSLog(@"%@", [kUnshownAlertText stringByReplacingOccurrencesOfString:@"%s" withString:body]);
 }
 
 // False when the alert could not be run; else `pressed` is what it returned, which may be any number when the
@@ -95,13 +95,12 @@ bool runModalAlert(AlertTexts texts, BOOL showsHelp, NSInteger* pressed) {
 
 int runAlert(const AlertRequest& request) {
     const AlertButtonSet set = alertButtonSet(request.buttons);
-    NSString* body = systemString(request.body);
-    const AlertTexts texts = {withLineFeeds(systemString(request.title)), withLineFeeds(body),
+    const AlertTexts texts = {readableString(request.title), readableString(request.body),
                               captionString(set.firstKey),
                               set.secondKey != nullptr ? captionString(set.secondKey) : nil};
     NSInteger pressed = 0;
     if (!NSApplicationLoad() || !runModalAlert(texts, isManagementApplication(), &pressed)) {
-        logUnshownAlert(body);
+        logUnshownAlert(texts.body);
         return kAlertAnswerNotShown;
     }
     return alertAnswer(set, pressed == kFirstButtonReturn);
@@ -110,7 +109,11 @@ int runAlert(const AlertRequest& request) {
 void* runRequest(void* parameter) {
     AlertRequest* const request = static_cast<AlertRequest*>(parameter);
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    request->answer = runAlert(*request);
+    try {
+        request->answer = runAlert(*request);
+    } catch (...) {
+        // Memory has run out, and nothing may be thrown through a remote call: the alert is not shown.
+    }
     [pool release];
     return nullptr;
 }

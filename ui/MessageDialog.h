@@ -26,8 +26,9 @@ class MessageDialog {
   public:
     virtual ~MessageDialog() = default;
 
-    /// Shows `title` and `body` (zero-terminated, in the system's encoding) with the button set `buttons`;
-    /// the last argument is reserved and ignored. Returns one of AlertAnswer.
+    /// Shows `title` and `body` with the button set `buttons`; the last argument is reserved and ignored.
+    /// Both texts are NUL-terminated, in UTF-8 or in the system's encoding (platform/ReadableText.h). Returns
+    /// one of AlertAnswer.
     virtual int showAlert(const char* title, const char* body, int buttons, int reserved) = 0;
 
     /// The same with OK alone.

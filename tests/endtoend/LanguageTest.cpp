@@ -8,21 +8,21 @@ namespace dovrel::test {
 namespace {
 
 constexpr char kGermanBody[] =
-    "Das Programm „End to end“ konnte einen Vorgang nicht ausführen:\r\r"
+    "Das Programm \"End to end\" konnte einen Vorgang nicht ausführen:\r\r"
     "Das Gerät fehlt.\r\r"
     "Der Vorgang wurde abgebrochen. Bitte versuchen Sie es noch einmal. Wenn das Problem bestehen bleibt, "
     "beenden Sie alle Programme und starten Sie den Computer neu. Hilft auch das nicht, wenden Sie sich "
     "bitte an den Kundendienst des Programmherstellers.";
 
 constexpr char kFrenchBody[] =
-    "L’application «\u00A0End to end\u00A0» n’a pas pu effectuer une opération\u00A0:\r\r"
+    "L’application \"End to end\" n’a pas pu effectuer une opération\u00A0:\r\r"
     "Das Gerät fehlt.\r\r"
     "L’opération a été interrompue. Veuillez réessayer. Si le problème persiste, quittez toutes les "
-    "applications et redémarrez votre ordinateur. Si cela ne suffit pas, adressez-vous à l’assistance de "
-    "l’éditeur de l’application.";
+    "applications et redémarrez votre ordinateur. Si cela ne suffit pas, adressez-vous à l’assistance de la "
+    "société qui édite l’application.";
 
 constexpr char kEnglishBody[] =
-    "The application “End to end” could not carry out an operation:\r\r"
+    "The application \"End to end\" could not carry out an operation:\r\r"
     "Das Gerät fehlt.\r\r"
     "The operation has been stopped. Please try it again. If the problem persists, quit all applications "
     "and restart your computer. If that does not help, contact the support department of the application’s "

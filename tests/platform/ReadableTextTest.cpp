@@ -2,11 +2,10 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
-#include <iconv.h>
 
-#include <array>
 #include <string>
-#include <vector>
+
+#include "tests/support/Encodings.h"
 
 // The calls that tell the encodings apart go through here, so that a test can have another system encoding.
 extern "C" {
@@ -24,20 +23,6 @@ constexpr CFStringEncoding kNoSystemEncoding = 0x0F00;
 constexpr char kReplacement[] = "\uFFFD";
 
 CFStringEncoding systemEncoding = kCFStringEncodingMacRoman;
-
-/// `bytes` in UTF-8 as the C library converts them; empty if they are not valid in `encoding`.
-std::string convert(const std::string& bytes, const char* encoding) {
-    const iconv_t converter = iconv_open("UTF-8", encoding);
-    std::array<char, 64> utf8 = {};
-    std::string input = bytes;
-    char* from = input.data();
-    size_t fromLeft = input.size();
-    char* to = utf8.data();
-    size_t toLeft = utf8.size();
-    const bool isConverted = iconv(converter, &from, &fromLeft, &to, &toLeft) != static_cast<size_t>(-1);
-    iconv_close(converter);
-    return isConverted ? std::string(utf8.data(), utf8.size() - toLeft) : std::string();
-}
 
 std::string everyByteButZero() {
     std::string bytes;
@@ -81,8 +66,8 @@ TEST_F(ReadableTextTest, NoBytes_GiveAnEmptyText) {
 TEST_F(ReadableTextTest, EveryUpperByteAlone_IsItsMacRomanCharacter) {
     for (int byte = 0x80; byte < 256; ++byte) {
         const std::string character(1, static_cast<char>(byte));
-        // The C library's table predates the euro sign, has no logo, and has a Greek letter for the increment.
-        std::string expected = convert(character, "MACINTOSH");
+        // Where the C library has another table.
+        std::string expected = test::toUTF8(character, "MACINTOSH").value_or("");
         if (byte == 0xC6) expected = "\u2206";
         if (byte == 0xDB) expected = "\u20AC";
         if (byte == 0xF0) expected = "\uF8FF";
@@ -174,8 +159,7 @@ CFStringEncoding __wrap_CFStringGetSystemEncoding() {
 CFStringRef __wrap_CFStringCreateWithCString(CFAllocatorRef allocator, const char* text,
                                              CFStringEncoding encoding) {
     if (encoding != dovrel::kMacJapanese) return __real_CFStringCreateWithCString(allocator, text, encoding);
-    const std::string utf8 = dovrel::convert(text, "SHIFT_JIS");
-    return utf8.empty() ? nullptr
-                        : __real_CFStringCreateWithCString(allocator, utf8.c_str(), kCFStringEncodingUTF8);
+    const auto utf8 = dovrel::test::toUTF8(text, "SHIFT_JIS");
+    return utf8 ? __real_CFStringCreateWithCString(allocator, utf8->c_str(), kCFStringEncodingUTF8) : nullptr;
 }
 }

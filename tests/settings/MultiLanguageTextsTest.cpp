@@ -9,10 +9,12 @@
 #include <sstream>
 #include <string>
 
+#include "platform/ReadableText.h"
 #include "settings/ConfigFileSystem.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
 #include "tests/settings/InstalledTexts.h"
+#include "tests/support/Encodings.h"
 
 namespace dovrel {
 namespace {
@@ -143,6 +145,41 @@ TEST(MultiLanguageTexts, Encoding_IsNotUtf8) {
               std::string::npos);
 }
 
+std::string fromMacRoman(const std::string& text) {
+    return test::toUTF8(text, "MACINTOSH").value();
+}
+
+// In Mac Roman, an apostrophe before an accented letter is also a letter of Armenian in UTF-8.
+TEST(MultiLanguageTexts, NoText_HoldsBytesThatAreACharacterOfUTF8) {
+    for (const auto& [name, section] : sections()) {
+        for (const std::string& key : keysOfTheCode()) {
+            const std::string text = section.getString(key);
+            EXPECT_EQ(readableText(text), fromMacRoman(text)) << name << " " << key;
+        }
+    }
+}
+
+TEST(MultiLanguageTexts, NameInAFailure_IsReadableInEitherEncodingWhateverItsFirstLetters) {
+    for (const auto& [language, section] : sections()) {
+        const std::string before = section.getString(kDllErrorMessageHeadPart1);
+        const std::string after = section.getString(kDllErrorMessageHeadPart2);
+        for (const char* name : {"\x85lpr\x9F"
+                                 "fer",
+                                 "\x86\x8A"
+                                 "bc",
+                                 "\x83"
+                                 "diteur",
+                                 "Gr\x9A\xA7"
+                                 "enpr\x9F"
+                                 "fer\xC9"}) {
+            const std::string readableName = fromMacRoman(name);
+            const std::string expected = fromMacRoman(before) + readableName + fromMacRoman(after);
+            EXPECT_EQ(readableText(before + name + after), expected) << language;
+            EXPECT_EQ(readableText(before + readableName + after), expected) << language;
+        }
+    }
+}
+
 TEST(MultiLanguageTexts, Texts_HaveNoUnderscoreWhichWouldBeDropped) {
     for (const auto& [name, section] : sections()) {
         for (const std::string& key : keysOfTheCode()) {
@@ -185,7 +222,7 @@ TEST(MultiLanguageTexts, ComposedFailure_InGerman_TellsWhatHappenedAndWhatToDo) 
     MultiLanguageSupport::initialize("German");
     EXPECT_EQ(
         composedFailure(kDllMsgMerrowdIsMissing, kDllErrorUnrecoverableError),
-        "Das Programm \xE3Notizbuch\xD2 konnte einen Vorgang nicht ausf\x9Fhren:\r\r"
+        "Das Programm \"Notizbuch\" konnte einen Vorgang nicht ausf\x9Fhren:\r\r"
         "Das Serverprogramm \xE3Merrowd\xD2 wurde nicht gefunden. Bitte laden Sie die neueste Version der "
         "Tessilor-Runtime-Software von http://www.tessilor.example/download, installieren Sie sie und "
         "versuchen "
@@ -203,7 +240,7 @@ TEST(MultiLanguageTexts, ComposedFailure_InFrench_TellsWhatHappenedAndWhatToDo) 
     MultiLanguageSupport::initialize("Francais");
     EXPECT_EQ(composedFailure(kGeneralErrorUnknownException, kDllErrorRegistration),
               "L\xD5"
-              "application \xC7\xCANotizbuch\xCA\xC8 n\xD5"
+              "application \"Notizbuch\" n\xD5"
               "a pas pu effectuer une op\x8Eration\xCA:\r\r"
               "Une erreur inattendue s\xD5"
               "est produite, sur laquelle on ne sait rien de plus.\r\r"

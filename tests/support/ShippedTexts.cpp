@@ -1,25 +1,20 @@
 #include "tests/support/ShippedTexts.h"
 
 #include <gtest/gtest.h>
-#include <iconv.h>
 
+#include <algorithm>
 #include <fstream>
-#include <vector>
+
+#include "tests/support/Encodings.h"
 
 namespace dovrel::test {
 
 namespace {
 
-std::string utf8OfMacRoman(std::string text) {
-    const iconv_t conversion = iconv_open("UTF-8", "MACINTOSH");
-    std::vector<char> converted(4 * text.size() + 1);
-    char* from = text.data();
-    char* to = converted.data();
-    size_t fromLeft = text.size();
-    size_t toLeft = converted.size();
-    EXPECT_EQ(iconv(conversion, &from, &fromLeft, &to, &toLeft), 0u) << text;
-    iconv_close(conversion);
-    return {converted.data(), to};
+std::string utf8OfMacRoman(const std::string& text) {
+    const std::optional<std::string> converted = toUTF8(text, "MACINTOSH");
+    EXPECT_TRUE(converted) << text;
+    return converted.value_or("");
 }
 
 std::string asShown(std::string text) {
@@ -58,7 +53,8 @@ std::string ShippedTexts::failureBody(const std::string& application, const std:
            message + "\r\r" + text(explanationKey);
 }
 
-std::string ShippedTexts::unshownAlert(const std::string& body) {
+std::string ShippedTexts::unshownAlert(std::string body) {
+    std::replace(body.begin(), body.end(), '\r', '\n');
     return "Couldn't initialise NSApplication! No Error dialogue shown; message of the failed dialogue:  \n "
            "\"" +
            body + "\"\n";

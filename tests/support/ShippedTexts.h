@@ -19,8 +19,9 @@ class ShippedTexts {
     std::string failureBody(const std::string& application, const std::string& message,
                             const std::string& explanationKey) const;
 
-    /// The line in the system log that stands for an alert that could not be shown.
-    static std::string unshownAlert(const std::string& body);
+    /// The entry in the system log that stands for an alert that could not be shown. Its line ends are line
+    /// feeds.
+    static std::string unshownAlert(std::string body);
 
   private:
     std::map<std::string, std::string> texts_;
