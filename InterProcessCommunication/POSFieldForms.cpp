@@ -34,7 +34,8 @@ void readIdentifier(POSTransferObj& object, uint32_t id, CPPByteArray& identifie
     const std::unique_ptr<CPPByteArray> received = object.readByteArray(id);
     requireIdentifierSize(*received);
     identifier.assign(*received);
-    if (identifier.getSize() != kPOSIdentifierSize) throw std::bad_alloc();
+    // If memory runs out, the array keeps its old content, which may be another identifier.
+    if (identifier.compare(*received) != 0) throw std::bad_alloc();
 }
 
 POSServerMessage readServerMessage(POSTransferObj& object, uint32_t id) {

@@ -5,6 +5,18 @@
 
 namespace dovrel {
 
+namespace {
+
+// If memory runs out, an array keeps its old content, which must not pass for the new one even if both have
+// the same size: it is emptied first.
+void replaceContent(CPPByteArray& array, const void* bytes, uint32_t length) {
+    array.set(nullptr, 0);
+    array.set(bytes, length);
+    if (array.getSize() != length) throw std::bad_alloc();
+}
+
+}  // namespace
+
 POSTransferObj::POSTransferObj() {
     writer_.initialize(bytes_, formatVersion_);
 }
@@ -42,11 +54,12 @@ std::unique_ptr<uint8_t[]> POSTransferObj::readBlock(uint32_t id, uint32_t& leng
     return block;
 }
 
-// An array for which memory does not suffice keeps its old content, which must not pass for what was
-// received.
+void POSTransferObj::copyBytesTo(CPPByteArray& array) const {
+    replaceContent(array, bytes_.data(), bytes_.getSize());
+}
+
 void POSTransferObj::copyBytesFrom(const void* bytes, uint32_t length) {
-    bytes_.set(bytes, length);
-    if (bytes_.getSize() != length) throw std::bad_alloc();
+    replaceContent(bytes_, bytes, length);
 }
 
 bool POSTransferObj::hasField(uint32_t id) {

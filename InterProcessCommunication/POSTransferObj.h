@@ -72,10 +72,11 @@ class POSTransferObj {
 
     /// The wire form: exactly the bytes that travel.
     const CPPByteArray& bytes() const { return bytes_; }
-    void copyBytesTo(CPPByteArray& array) const { array.assign(bytes_); }
+    /// Replaces the content of `array` by the wire form. If it throws, `array` is empty.
+    void copyBytesTo(CPPByteArray& array) const;
 
     /// Makes the object the one that was sent as these bytes. For an object that was not read yet, and not to
-    /// be written to any more.
+    /// be written to any more. If it throws, the object is to be discarded.
     void copyBytesFrom(const CPPByteArray& array) { copyBytesFrom(array.data(), array.getSize()); }
     /// The same from a block of memory; the pointer may be null when length is 0.
     void copyBytesFrom(const void* bytes, uint32_t length);

@@ -54,6 +54,14 @@ StructuredPart executerField(const ProtectedExecuterID* executer) {
                                : identifierField(posField::kExecuter, *executer);
 }
 
+/// Appends the bytes. An array without room for them keeps its size; a later write would then fill their
+/// place with zeros, so this is found at once.
+void append(CPPExpandingByteArray& data, const uint8_t* bytes, uint32_t length) {
+    const uint32_t size = data.getSize();
+    data.writeBytes(size, bytes, length);
+    if (data.getSize() - size != length) throw std::bad_alloc();
+}
+
 CPPExpandingByteArray commandData(const uint8_t* command, uint32_t commandLength, const uint8_t* argument,
                                   uint32_t argumentLength) {
     const uint64_t length = uint64_t{commandLength} + argumentLength;
@@ -62,10 +70,8 @@ CPPExpandingByteArray commandData(const uint8_t* command, uint32_t commandLength
             structuredData::site::kCommandData, MultiLanguageSupport::getText(kDllCommandTooLong).c_str());
     }
     CPPExpandingByteArray data;
-    data.writeBytes(0, command, commandLength);
-    data.writeBytes(commandLength, argument, argumentLength);
-    // Without memory the array stays short.
-    if (data.getSize() != length) throw std::bad_alloc();
+    append(data, command, commandLength);
+    append(data, argument, argumentLength);
     return data;
 }
 

@@ -1,6 +1,7 @@
 #include "InterProcessCommunication/TransferPack.h"
 
 #include <algorithm>
+#include <new>
 
 namespace dovrel {
 
@@ -26,9 +27,20 @@ constexpr DumpedBytes kDumpedBytes[] = {
 }  // namespace
 
 TransferPack::TransferPack(const CPPByteArray& record) : record_(record) {
+    requireSize(record.getSize());
     // The size of the additional data is known only when the fixed part is there in full.
-    if (record_.getSize() < kFixedSize) record_.resize(kFixedSize, 0);
-    record_.resize(getTotalSize(), 0);
+    if (record_.getSize() < kFixedSize) resize(kFixedSize);
+    resize(getTotalSize());
+}
+
+void TransferPack::resize(uint32_t size) {
+    record_.resize(size, 0);
+    requireSize(size);
+}
+
+// The array reports no failure of its own.
+void TransferPack::requireSize(uint32_t size) const {
+    if (record_.getSize() != size) throw std::bad_alloc();
 }
 
 const uint8_t* TransferPack::getAdditionalData(uint16_t& size) const {

@@ -29,8 +29,11 @@ class TransferPack {
     static constexpr uint32_t kFixedSize = 608;
 
     /// Copies the record. Bytes that it lacks up to its total size count as zero; bytes beyond it are
-    /// dropped.
+    /// dropped. Throws std::bad_alloc.
     explicit TransferPack(const CPPByteArray& record);
+
+    TransferPack(const TransferPack&) = delete;
+    TransferPack& operator=(const TransferPack&) = delete;
 
     uint16_t getStatus() const { return uint16At(0); }
     uint16_t getDataSize() const { return uint16At(2); }
@@ -50,6 +53,8 @@ class TransferPack {
     void dump(std::FILE* output = stdout) const;
 
   private:
+    void resize(uint32_t size);
+    void requireSize(uint32_t size) const;
     uint16_t uint16At(uint32_t offset) const;
     void dumpBytes(std::FILE* output, const char* label, uint32_t offset, uint32_t length) const;
     void dumpToken(std::FILE* output, const char* label, uint32_t offset) const;

@@ -1,11 +1,14 @@
 // Every request for memory fails once, one after the other: the operation then ends in an exception with its
 // outputs untouched, or does what it is for all the same. That nothing leaks and nothing is freed twice is
 // the sanitizers' part.
+#include <algorithm>
 #include <new>
 
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
+#include "InterProcessCommunication/POSFieldForms.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
+#include "InterProcessCommunication/TransferPack.h"
 #include "client/exceptions/CPPException.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
 #include "tests/serialization/Bytes.h"
@@ -151,6 +154,82 @@ TEST_F(OutOfMemoryTest, ExecuteCommandAndGetInformation_EndInAnExceptionOrHandTh
     };
     run([&] { return trader.executeCommand(5, bytes, 1, bytes, 3, &block, &length); }, "result");
     run([&] { return trader.getInformation(5, bytes, 3, &block, &length); }, "info");
+}
+
+TEST_F(OutOfMemoryTest, ExecuteCommand_SendsTheWholeCommandOrNothing) {
+    answerAlways(normalAnswer());
+    const uint8_t command[] = {'c', 'o', 'm', 'm', 'a', 'n', 'd'};
+    const uint8_t argument[] = {'!'};
+    for (const uint32_t argumentLength : {1u, 0u}) {
+        const auto execute = [&] {
+            uint8_t* block = nullptr;
+            uint32_t length = 0;
+            const bool done =
+                trader.executeCommand(5, command, sizeof command, argument, argumentLength, &block, &length);
+            delete[] block;
+            return done;
+        };
+        ASSERT_TRUE(execute());
+        const auto sent = platform.sent.back().directParameter;
+        failEachRequest([&] { return execute() && platform.sent.back().directParameter == sent; }, [] {});
+    }
+}
+
+TEST_F(OutOfMemoryTest, TransferPack_HoldsAllThatItReportsOrIsNotMade) {
+    for (const size_t recordLength : {16u, 608u, 700u}) {
+        std::string bytes(recordLength, 'x');
+        bytes[14] = 100;  // bytes of additional data
+        bytes[15] = 0;
+        const CPPByteArray record = arrayOf(bytes);
+        failEachRequest(
+            [&] {
+                const TransferPack pack(record);
+                uint16_t size = 0;
+                const uint8_t* const data = pack.getAdditionalData(size);
+                std::string expected = bytes;
+                expected.resize(708);
+                return size == 100 && pack.getStatus() == 0x7878 &&
+                       std::equal(data, data + size, expected.begin() + 608, [](uint8_t left, char right) {
+                           return left == static_cast<uint8_t>(right);
+                       });
+            },
+            [] {});
+    }
+}
+
+TEST_F(OutOfMemoryTest, CopiesOfTransferObjects_AreCompleteOrEndInAnException) {
+    POSTransferObj object(1, 10, 14);
+    const CPPByteArray wire = object.bytes();
+    // Arrays of the same size, so that only their content tells whether it was replaced.
+    const CPPByteArray other = test::plainArray(wire.getSize());
+    failEachRequest(
+        [&] {
+            CPPByteArray copy = other;
+            if (copy.getSize() != other.getSize()) throw std::bad_alloc();
+            object.copyBytesTo(copy);
+            return copy.compare(wire) == 0;
+        },
+        [] {});
+    failEachRequest(
+        [&] {
+            POSTransferObj rebuilt(1, 20, 13);
+            rebuilt.copyBytesFrom(wire);
+            return rebuilt.bytes().compare(wire) == 0;
+        },
+        [] {});
+}
+
+TEST_F(OutOfMemoryTest, ReadIdentifier_ReplacesAnotherIdentifierOrEndsInAnException) {
+    failEachRequest(
+        [&] {
+            POSTransferObj object(1, 11, 0);
+            object.writeByteArray(105, objectId);
+            CPPObjectID identifier(classId);
+            if (identifier.getSize() != kPOSIdentifierSize) throw std::bad_alloc();
+            readIdentifier(object, 105, identifier);
+            return identifier.compare(objectId) == 0;
+        },
+        [] {});
 }
 
 TEST_F(OutOfMemoryTest, ErrorAnswer_IsReleasedWhateverFails) {
