@@ -1,5 +1,9 @@
 #include "client/POSAccessUserInteraction.h"
 
+#include <new>
+#include <string>
+
+#include "client/Attempt.h"
 #include "client/HostArguments.h"
 
 namespace dovrel {
@@ -22,6 +26,32 @@ class SessionLock {
   private:
     Mutex& mutex_;
     const bool isHeld_;
+};
+
+/// A copy of the name that a host gives at registration: the host may change its own while the lock is waited
+/// for or an alert is open.
+class ApplicationName {
+  public:
+    /// Null counts as "". If memory runs out, there is no copy.
+    explicit ApplicationName(const char* given) noexcept : given_(given != nullptr ? given : "") {
+        isCopied_ = attempt([this] {
+                        copy_ = given_;
+                        return true;
+                    }).succeeded;
+    }
+
+    /// For alerts; without a copy the host's own.
+    const char* text() const { return isCopied_ ? copy_.c_str() : given_; }
+
+    /// Throws std::bad_alloc if there is no copy.
+    void requireCopy() const {
+        if (!isCopied_) throw std::bad_alloc();
+    }
+
+  private:
+    const char* const given_;
+    std::string copy_;
+    bool isCopied_ = false;
 };
 
 /// Sets an output to null or 0 where there is one.
@@ -54,15 +84,17 @@ bool POSAccessUserInteraction::posRegisterApplicationWithClasses(const char* app
                                                                  const uint16_t* options,
                                                                  uint32_t optionsLength,
                                                                  uint32_t* applicationId) noexcept {
+    const ApplicationName copiedName(applicationName);
+    const char* const name = copiedName.text();
     const SessionLock lock(*lock_);
     if (!lock.isHeld()) return false;
     dialogHandler_.readOptions(options, optionsLength);
 
-    const char* const name = applicationName != nullptr ? applicationName : "";
-    const bool hasOptions = optionsLength >= sizeof *options;
+    const bool hasOptions = optionsLength >= sizeof *options && optionsLength % sizeof *options == 0;
     const uint32_t optionBytes = options != nullptr ? optionsLength : 0;
     uint32_t registeredId = 0;
     const bool registered = dialogHandler_.runRegistration(name, [&] {
+        copiedName.requireCopy();
         requireNonNull(applicationId);
         if (hasOptions) requireNonNull(options);
         dialogHandler_.prepareRegistration(name);

@@ -95,6 +95,22 @@ TEST_F(ClientOutOfMemoryTest, Register_FailsWithNothingRecordedOrRegistersInFull
     });
 }
 
+TEST_F(ClientOutOfMemoryTest, Register_LongName_IsRecordedInFullOrNotAtAll) {
+    const char name[] = "A name that is longer than what a string holds in itself";
+    uint32_t applicationId = kUntouched;
+    failEachRequest(
+        [&] {
+            return posRegisterApplicationWithClasses(name, nullptr, 0, nullptr, 0, &applicationId) == POS_OK;
+        },
+        [&](bool done) {
+            EXPECT_EQ(currentSession()->client().applicationCount(), done ? 1u : 0u);
+            if (!done) return;
+            EXPECT_STREQ(currentSession()->client().applicationName(kApplication), name);
+            EXPECT_EQ(forwarder_->lastRequest(10)->readString(100), std::string(name, sizeof name));
+            ASSERT_EQ(posUnregisterApplication(kApplication), POS_OK);
+        });
+}
+
 TEST_F(ClientOutOfMemoryTest, Unregister_KeepsTheRecordOrRemovesIt) {
     registered("Host");
     failEachRequest([] { return posUnregisterApplication(kApplication) == POS_OK; },

@@ -1,5 +1,8 @@
 // Registering and unregistering through the exported functions.
+#include <cstring>
+
 #include "tests/client/SessionOperationsTest.h"
+#include "tests/client/WatchedMutex.h"
 
 namespace dovrel {
 namespace {
@@ -7,6 +10,10 @@ namespace {
 using test::kRetryCancel;
 using test::reportBody;
 using test::ShownAlert;
+
+// Too long for what a string holds in itself.
+constexpr char kHostName[] = "A host that keeps its name in a buffer of its own";
+constexpr char kOtherName[] = "What the buffer is used for next";
 
 class RegistrationTest : public test::SessionOperationsTest {};
 
@@ -25,8 +32,8 @@ TEST_F(RegistrationTest, Register_NullName_IsTheEmptyName) {
     EXPECT_EQ(forwarder_->lastRequest(10)->readString(100), std::string(1, '\0'));
 }
 
-TEST_F(RegistrationTest, Register_NullOptionsTooShortForACode_CountAsNone) {
-    for (uint32_t length : {0u, 1u}) {
+TEST_F(RegistrationTest, Register_NullOptionsOfOddLengthOrNone_CountAsNone) {
+    for (uint32_t length : {0u, 1u, 3u, 7u, 0xFFFFFFFFu}) {
         uint32_t applicationId = 0;
         EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, length, &applicationId),
                   POS_OK);
@@ -34,8 +41,8 @@ TEST_F(RegistrationTest, Register_NullOptionsTooShortForACode_CountAsNone) {
     }
 }
 
-TEST_F(RegistrationTest, Register_NullOptionsWithALength_FailBeforeAnythingIsSent) {
-    for (uint32_t length : {2u, 3u, 8u}) {
+TEST_F(RegistrationTest, Register_NullOptionsOfEvenLength_FailBeforeAnythingIsSent) {
+    for (uint32_t length : {2u, 4u, 8u, 0xFFFFFFFEu}) {
         uint32_t applicationId = 99;
         dialog_->shown.clear();
         EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, length, &applicationId),
@@ -121,6 +128,42 @@ TEST_F(RegistrationTest, Register_Retry_DoesNotReadTheOptionsAgain) {
     EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, options, 2, &applicationId), POS_OK);
     EXPECT_TRUE(currentSession()->dialogHandler().isSilenced(applicationId));
     EXPECT_TRUE(currentSession()->dialogHandler().flags().withoutOption1104);
+}
+
+TEST_F(RegistrationTest, Register_NameChangedWhileTheAlertIsOpen_StaysAsItWas) {
+    forwarder_->answerNext(10, {test::error(32, "refused"), test::error(32, "refused")});
+    dialog_->answers = {11, 11};
+    std::string buffer = kHostName;
+    dialog_->onShow = [&] { std::strcpy(buffer.data(), kOtherName); };
+    uint32_t applicationId = 0;
+    EXPECT_EQ(posRegisterApplicationWithClasses(buffer.c_str(), nullptr, 0, nullptr, 0, &applicationId),
+              POS_OK);
+
+    const ShownAlert refusal{kErrorTitle, reportBody(kHostName, "refused", "Register."), kRetryCancel};
+    EXPECT_EQ(dialog_->shown, (std::vector<ShownAlert>{refusal, refusal}));
+    const auto requests = forwarder_->requests(10);
+    ASSERT_EQ(requests.size(), 3u);
+    for (const auto& request : requests)
+        EXPECT_EQ(request->readString(100), std::string(kHostName, sizeof kHostName));
+    EXPECT_STREQ(currentSession()->client().applicationName(applicationId), kHostName);
+    EXPECT_EQ(currentSession()->dialogHandler().currentApplicationName(), kHostName);
+    EXPECT_EQ(root_.read(kErrorLogFile).find(kOtherName), std::string::npos);
+}
+
+TEST_F(RegistrationTest, Register_NameChangedWhileTheLockIsWaitedFor_StaysAsItWas) {
+    closeSession();
+    std::string buffer = kHostName;
+    test::LockUse use;
+    use.onWait = [&] { std::strcpy(buffer.data(), kOtherName); };
+    parts_.createLock = [&] { return std::make_unique<test::WatchedMutex>(use); };
+    openSession(parts_);
+    forwarder_->answerNext(10, {test::error(24, "no driver")});
+    uint32_t applicationId = 0;
+    EXPECT_EQ(posRegisterApplicationWithClasses(buffer.c_str(), nullptr, 0, nullptr, 0, &applicationId),
+              POS_FAILURE);
+    EXPECT_EQ(dialog_->shown, oneReport(kHostName, "no driver", "Driver."));
+    EXPECT_EQ(forwarder_->lastRequest(10)->readString(100), std::string(kHostName, sizeof kHostName));
+    closeSession();
 }
 
 TEST_F(RegistrationTest, Register_RetryDeclined_Fails) {

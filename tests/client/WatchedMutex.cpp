@@ -7,6 +7,7 @@ namespace dovrel::test {
 void LockUse::noteWait(int32_t timeoutMilliseconds) {
     const std::lock_guard<std::mutex> guard(guard_);
     waits_.push_back(timeoutMilliseconds);
+    if (onWait) onWait();
 }
 
 void LockUse::forget() {

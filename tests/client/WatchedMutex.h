@@ -22,6 +22,8 @@ class LockUse {
     std::vector<int32_t> waits() const;
     int unlocks() const { return unlocks_; }
 
+    std::function<void()> onWait;  ///< called before the lock is waited for
+
   private:
     mutable std::mutex guard_;
     std::vector<int32_t> waits_;
