@@ -8,26 +8,35 @@ namespace dovrel {
 
 namespace {
 
-MD5Random md5Random;
-StdLibRandom stdLibRandom;
-BaseRandom* source = &md5Random;
+bool usesMD5 = true;
+
+/// Never destroyed: exit handlers of the host may run after the library's destructors.
+template <class Source>
+BaseRandom& lasting() {
+    static Source& instance = *new Source;
+    return instance;
+}
+
+BaseRandom& selectedSource() {
+    return usesMD5 ? lasting<MD5Random>() : lasting<StdLibRandom>();
+}
 
 }  // namespace
 
 void selectRandomSource(bool useMD5) {
-    source = useMD5 ? static_cast<BaseRandom*>(&md5Random) : &stdLibRandom;
+    usesMD5 = useMD5;
 }
 
 void seedRandom(uint32_t value) {
-    source->seed(value);
+    selectedSource().seed(value);
 }
 
 uint32_t nextRandomBit() {
-    return source->nextBit();
+    return selectedSource().nextBit();
 }
 
 uint32_t nextRandom32() {
-    return source->next32();
+    return selectedSource().next32();
 }
 
 void seedFromTime() {

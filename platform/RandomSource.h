@@ -1,4 +1,6 @@
-// The random source of the process: one of the two BaseRandom sources. Not guarded, one thread at a time.
+// The random source of the process: one of the two BaseRandom sources. Each is made at its first use (which
+// throws std::bad_alloc if memory runs out) and lives as long as the process, its exit handlers included. Not
+// guarded, one thread at a time.
 #pragma once
 
 #include <cstdint>

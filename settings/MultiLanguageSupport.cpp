@@ -30,8 +30,10 @@ struct Texts {
     bool loaded = false;
 };
 
+// Never destroyed: an exit handler that the host registered before the library was loaded runs after the
+// library's destructors, and may still make calls that fail.
 Texts& texts() {
-    static Texts instance;
+    static Texts& instance = *new Texts;
     return instance;
 }
 

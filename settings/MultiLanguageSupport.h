@@ -19,7 +19,8 @@ inline constexpr const char* kLanguageEnglish = "English";
 inline constexpr const char* kLanguageSectionKey = "LANGUAGE";
 inline constexpr const char* kTextsFileName = "MultiLanguageTexts.mls";
 
-/// All state is the process's own. Every member may be called from any thread.
+/// All state is the process's own and lives as long as the process, its exit handlers included. Every member
+/// may be called from any thread.
 class MultiLanguageSupport {
   public:
     MultiLanguageSupport() = delete;

@@ -43,6 +43,34 @@ TEST_F(RandomSource, FirstBit_OfTheProcess_ProducesANewPool) {
     EXPECT_EXIT(drawFirstBits(), testing::ExitedWithCode(0), "");
 }
 
+bool drawsAtExit = false;
+
+void drawLate() {
+    if (!drawsAtExit) return;
+    for (const bool useMD5 : {true, false}) {
+        selectRandomSource(useMD5);
+        seedRandom(7);
+        nextRandomBit();
+        nextRandom32();
+    }
+    std::_Exit(0);
+}
+
+// Before the objects of the library are made, so that the handler runs after they are destroyed.
+[[gnu::constructor(101)]] void registerDrawLate() {
+    std::atexit(drawLate);
+}
+
+[[noreturn]] void exitAndDraw() {
+    drawsAtExit = true;
+    std::exit(1);
+}
+
+TEST_F(RandomSource, ExitHandlerThatIsOlderThanTheLibrary_StillDraws) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(exitAndDraw(), testing::ExitedWithCode(0), "");
+}
+
 TEST_F(RandomSource, SelectWithFalse_DrawsFromRand) {
     std::srand(9);
     const auto first = static_cast<uint32_t>(std::rand());

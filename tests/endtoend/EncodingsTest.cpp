@@ -1,0 +1,46 @@
+// Names and messages in UTF-8 and in Mac Roman, from the host and from the server to what the user reads.
+#include "tests/endtoend/EndToEnd.h"
+
+namespace dovrel::test {
+namespace {
+
+class Encodings : public EndToEnd {
+  protected:
+    ~Encodings() override { library_.TerminatePOS(); }
+
+    /// A command of an application of that name fails with that text of the server; both are readable.
+    void expectReadable(const std::string& name, const std::string& text) {
+        library_.InitializePOS();
+        uint32_t application = 0;
+        ASSERT_EQ(host_.registerApplication(application, {}, {}, name), POS_OK);
+        ServerControl::send(
+            "//misbehave\nSTR:error\n//misbehaveCommand\nSTR:execute command\n//errorCode\nINT:28\n"
+            "//errorText\nSTR:" +
+            text + "\n");
+        Console console;
+        EXPECT_EQ(host_.command(application, "ping").status, POS_FAILURE);
+        console.stop();
+        const std::string body =
+            texts_.failureBody("Größenprüfer", "Das Gerät fehlt.", "DLL_ERROR_UNRECOVERABLE_ERROR");
+        EXPECT_EQ(alertsOf(console, body), 1u) << console.systemLog();
+    }
+};
+
+TEST_F(Encodings, NameAndMessageInUTF8_AreReadableInTheAlert) {
+    expectReadable("Größenprüfer", "Das Gerät fehlt.");
+}
+
+TEST_F(Encodings, NameAndMessageInMacRoman_AreReadableInTheAlert) {
+    expectReadable(
+        "Gr\x9A\xA7"
+        "enpr\x9F"
+        "fer",
+        "Das Ger\x8At fehlt.");
+}
+
+TEST_F(Encodings, NameInUTF8AndMessageInMacRoman_AreReadableInTheAlert) {
+    expectReadable("Größenprüfer", "Das Ger\x8At fehlt.");
+}
+
+}  // namespace
+}  // namespace dovrel::test

@@ -1,0 +1,67 @@
+// Calls of an exit handler that the host registered before it loaded the library. Nothing that the library
+// needs is gone by then, the texts of its failures included.
+#include <signal.h>
+
+#include <filesystem>
+
+#include "tests/endtoend/EndToEnd.h"
+#include "tests/support/ChildProcess.h"
+
+namespace dovrel::test {
+namespace {
+
+class Exit : public testing::Test {
+  protected:
+    /// Starts the host; it has an application and is about to leave.
+    Exit() { EXPECT_EQ(host_.readLine(), "ready") << systemLog(); }
+
+    /// Lets the host leave; what its exit handler tells. The library's own lines for consoles come before it.
+    std::string leave() {
+        std::filesystem::resize_file(logFile_, 0);
+        host_.writeLine("leave");
+        std::string line = host_.readLine();
+        while (!line.empty() && line.rfind("command", 0) != 0)
+            line = host_.readLine();
+        return line;
+    }
+
+    std::string systemLog() const { return contentOf(logFile_); }
+
+    /// Each of the failures was reported once, in the user's language.
+    void expectReports(const std::vector<std::pair<std::string, std::string>>& messagesAndExplanations) {
+        const std::string log = systemLog();
+        EXPECT_EQ(countOf(log, "No Error dialogue shown"), messagesAndExplanations.size()) << log;
+        for (const auto& [message, explanation] : messagesAndExplanations) {
+            const std::string body = texts_.failureBody("Leaving host", message, explanation);
+            EXPECT_EQ(countOf(log, ShippedTexts::unshownAlert(body)), 1u) << body << "\nin\n" << log;
+        }
+    }
+
+    TestRoot root_;
+    const ShippedTexts texts_{SHIPPED_TEXTS};
+    const std::string logFile_ = root_.path() + "/host.log";
+    ChildProcess host_{{EXIT_HOST, root_.library()}, logFile_};
+};
+
+constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
+
+TEST_F(Exit, TerminateInAnExitHandler_WithTheServer_UnregistersTheApplication) {
+    EXPECT_EQ(leave(), "command 0, method 80000008, end 0");
+    EXPECT_EQ(host_.wait(), 0) << systemLog();
+    EXPECT_EQ(ServerControl::status().at("applications"), 0);
+    expectReports({{texts_.text("DLL_POS_ACCESS_CLIENT_EXCEPTION_CPP_A_NULL_POINTER_HAS_BEEN_PASSED"),
+                    kUnrecoverable}});
+}
+
+TEST_F(Exit, TerminateInAnExitHandler_WithoutAServer_ReportsItsFailuresAndEnds) {
+    root_.removeServer();
+    root_.endServers(SIGKILL);
+    EXPECT_EQ(leave(), "command 80000008, method 80000008, end 0");
+    EXPECT_EQ(host_.wait(), 0) << systemLog();
+    expectReports({{texts_.text("DLL_MSG_MERROWD_IS_MISSING_MACOSX"), kUnrecoverable},
+                   {texts_.text("DLL_POS_ACCESS_CLIENT_EXCEPTION_CPP_A_NULL_POINTER_HAS_BEEN_PASSED"),
+                    kUnrecoverable}});
+}
+
+}  // namespace
+}  // namespace dovrel::test

@@ -1,0 +1,61 @@
+// A host that uses the library in an exit handler that it registered before it loaded the library. By then
+// all exit handlers of the library have run.
+//
+//     exitHost BUNDLE
+//         registers an application, makes a call that fails, tells "ready", waits for a line and returns from
+//         main; the handler then calls a command and a method that fails, closes the session, and tells the
+//         three results in one line
+#include <cstdio>
+#include <cstdlib>
+
+#include "tests/support/PosLibrary.h"
+
+namespace {
+
+// Never destroyed, as the handler of a host in C would have it.
+dovrel::test::PosLibrary* library = nullptr;
+uint32_t application = 0;
+
+uint32_t ping() {
+    char command[] = "ping";
+    void* commandPointer = command;
+    void* noArgument = nullptr;
+    uint8_t* result = nullptr;
+    uint32_t length = 0;
+    const uint32_t status =
+        library->posExecuteCMD(application, &commandPointer, 4, &noArgument, 0, &result, &length);
+    library->posDeleteDLLHeapData(result);
+    return status;
+}
+
+uint32_t callWithoutAName() {
+    char identifier[POS_IDENTIFIER_SIZE] = {};
+    void* object = identifier;
+    uint8_t* result = nullptr;
+    uint32_t length = 0;
+    return library->posCallMethod(application, &object, nullptr, nullptr, 0, &result, &length);
+}
+
+void closeSession() {
+    const uint32_t command = ping();
+    const uint32_t method = callWithoutAName();
+    const uint32_t end = library->TerminatePOS();
+    std::printf("command %x, method %x, end %x\n", command, method, end);
+    std::fflush(stdout);
+}
+
+}  // namespace
+
+int main(int, char** arguments) {
+    std::atexit(closeSession);
+    library = new dovrel::test::PosLibrary(arguments[1]);
+    library->InitializePOS();
+    if (library->posRegisterApplicationWithClasses("Leaving host", nullptr, 0, nullptr, 0, &application) !=
+        POS_OK)
+        std::_Exit(2);
+    if (callWithoutAName() != POS_FAILURE) std::_Exit(3);
+    std::puts("ready");
+    std::fflush(stdout);
+    std::getchar();
+    return 0;
+}
