@@ -5,13 +5,22 @@
 #include <cstring>
 #include <istream>
 #include <limits>
+#include <memory>
+#include <optional>
+
+#include "serialization/StreamLength.h"
 
 namespace dovrel {
 namespace {
 
-// Null for length 0 as well as where memory runs out; the caller tells the two apart by the length.
-uint8_t* newBlock(uint32_t length) {
-    return length == 0 ? nullptr : static_cast<uint8_t*>(std::malloc(length));
+struct FreeBlock {
+    void operator()(uint8_t* block) const { std::free(block); }
+};
+using Block = std::unique_ptr<uint8_t, FreeBlock>;
+
+// Null for length 0 as well as after an allocation failure; the caller tells the two apart by the length.
+Block newBlock(uint32_t length) {
+    return Block(length == 0 ? nullptr : static_cast<uint8_t*>(std::malloc(length)));
 }
 
 // memcpy does not take null, not even for no bytes at all.
@@ -61,28 +70,28 @@ void CPPByteArray::assign(const CPPByteArray& other) {
 }
 
 void CPPByteArray::set(const void* source, uint32_t length) {
-    uint8_t* const block = newBlock(length);
+    Block block = newBlock(length);
     if (block == nullptr && length != 0) return;
-    copyBytes(block, source, length);
-    adopt(block, length);
+    copyBytes(block.get(), source, length);
+    adopt(block.release(), length);
 }
 
 void CPPByteArray::setFilled(uint32_t length, uint8_t fillByte) {
-    uint8_t* const block = newBlock(length);
+    Block block = newBlock(length);
     if (block == nullptr && length != 0) return;
-    if (length != 0) std::memset(block, fillByte, length);
-    adopt(block, length);
+    if (length != 0) std::memset(block.get(), fillByte, length);
+    adopt(block.release(), length);
 }
 
 void CPPByteArray::setFromPart(const CPPByteArray& source, uint32_t offset, uint32_t length) {
-    uint8_t* const block = newBlock(length);
+    Block block = newBlock(length);
     if (block == nullptr && length != 0) return;
     const uint32_t available = offset < source.size_ ? source.size_ - offset : 0;
     const uint32_t count = std::min(length, available);
-    if (count != 0) std::memcpy(block, source.data_ + offset, count);
+    if (count != 0) std::memcpy(block.get(), source.data_ + offset, count);
     // Left alone these bytes would carry whatever the heap held before, perhaps to the server.
-    if (count != length) std::memset(block + count, 0, length - count);
-    adopt(block, length);
+    if (count != length) std::memset(block.get() + count, 0, length - count);
+    adopt(block.release(), length);
 }
 
 void CPPByteArray::readBytes(uint32_t offset, void* destination, uint32_t length) const {
@@ -109,23 +118,25 @@ int CPPByteArray::compare(const void* bytes, uint32_t length) const {
 }
 
 void CPPByteArray::loadFromStream(std::istream& stream) {
-    stream.seekg(0, std::ios::end);
-    const std::streamoff length = stream.tellg();
-    stream.seekg(0, std::ios::beg);
-    if (length < 0 || length > std::numeric_limits<uint32_t>::max()) return;
-    loadFromStream(stream, static_cast<uint32_t>(length));
+    const std::optional<uint64_t> length = lengthFromStart(stream);
+    if (!length) {
+        clear();
+    } else if (*length <= std::numeric_limits<uint32_t>::max()) {
+        loadFromStream(stream, static_cast<uint32_t>(*length));
+    }
 }
 
 void CPPByteArray::loadFromStream(std::istream& stream, uint32_t length) {
     const auto wanted = static_cast<std::streamsize>(length);
     // In 32 bits a stream counts only to half of what a length can be.
     if (wanted < 0) return;
-    uint8_t* const block = newBlock(length);
+    Block block = newBlock(length);
     if (block == nullptr && length != 0) return;
-    stream.read(reinterpret_cast<char*>(block), wanted);
+    stream.clear();
+    stream.read(reinterpret_cast<char*>(block.get()), wanted);
     const auto count = static_cast<uint32_t>(stream.gcount());
-    if (count != length) std::memset(block + count, 0, length - count);
-    adopt(block, length);
+    if (count != length) std::memset(block.get() + count, 0, length - count);
+    adopt(block.release(), length);
 }
 
 bool CPPByteArray::clear() {

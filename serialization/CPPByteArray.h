@@ -1,13 +1,14 @@
-// CPPByteArray: the one container for raw bytes. Every part of a structured block, every transfer buffer and
-// every binary property value is held in one.
+// CPPByteArray: the container for raw bytes. Transfer buffers, identifiers, the parts of structured blocks
+// that a reader copies, and the binary values that a Properties store returns are byte arrays. (Inside the
+// store a binary value is kept in the block of its entry, see settings/PropertyEntry.h.)
 //
 // The array owns one heap block (malloc, realloc, free) of exactly as many bytes as it holds; there is no
 // spare capacity, and no block when it is empty. Indices, offsets and lengths are unsigned 32-bit counts of
 // bytes.
 //
-// No operation reports a failure. A read beyond the end yields 0 or copies nothing, a write beyond the end is
-// clipped or dropped (CPPExpandingByteArray grows instead), and where memory runs out the array keeps its
-// content and its size. Whoever has to know whether bytes arrived compares getSize afterwards.
+// No operation reports a failure. A read beyond the end returns 0 or copies nothing, a write beyond the end
+// is clipped or dropped (CPPExpandingByteArray grows instead), and after an allocation failure the array
+// keeps its content and its size. Callers that must know whether bytes arrived compare getSize afterwards.
 //
 // A pointer or array given as a source may be, or point into, the array that is written.
 // Arrays are not synchronised: one thread at a time, unless all of them only read.
@@ -83,12 +84,16 @@ class CPPByteArray {
     /// The ordering where arrays are keys of sorted containers.
     static bool less(const CPPByteArray& a, const CPPByteArray& b) { return a.compare(b) < 0; }
 
-    /// Replaces the content by the whole stream, from its start to its end. A stream whose length cannot be
-    /// told, or does not fit, changes nothing.
+    // Reading from a stream clears the stream's state first, so the error bits of earlier reads do not count.
+    // Exceptions that the stream throws pass through; the array is then unchanged.
+
+    /// Replaces the content by the whole stream, from its start to its end. A stream that cannot be
+    /// positioned (a pipe, a file that is not open) leaves the array empty. A stream longer than 2^32 - 1
+    /// bytes is treated like an allocation failure.
     void loadFromStream(std::istream& stream);
 
-    /// Replaces the content by the next length bytes of the stream. The size becomes length also when the
-    /// stream ends early; the value of the missing bytes is not promised.
+    /// Replaces the content by the next length bytes of the stream. The size becomes length also if the
+    /// stream ends early; the value of the missing bytes is unspecified.
     void loadFromStream(std::istream& stream, uint32_t length);
 
   protected:

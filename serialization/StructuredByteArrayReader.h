@@ -10,6 +10,8 @@
 // tag, detail and message are both "???".)
 #pragma once
 
+#include <algorithm>
+
 #include "serialization/PartTable.h"
 #include "serialization/StructuredDataFormat.h"
 #include "serialization/StructuredDataReader.h"
@@ -20,9 +22,13 @@ class StructuredByteArrayReader : public StructuredDataReader {
   public:
     StructuredByteArrayReader() = default;
 
-    /// Parses the block. A null array leaves the reader without a block; a block that is broken off or
-    /// damaged leaves the parts before the damage in the table, and the reader is to be discarded. A reader
-    /// is initialized once: a second block adds its tags to those of the first, which keep their places.
+    /// Parses the block. A null array leaves the reader without a block. A block that is truncated or damaged
+    /// leaves the parts before the damage in the table; discard the reader then.
+    ///
+    /// A reader is initialized once: a second block adds its tags to the table, and tags that both blocks
+    /// have keep the offset and length that they have in the first. The data are those of the second block
+    /// there; bytes beyond its end are never read. (getPart returns 0 for them, readPart leaves the
+    /// destination as it is, viewPart is shorter than getPartLength says.)
     void initialize(const CPPByteArray* source);
 
     uint32_t getTypeNumber() const override;
@@ -43,10 +49,12 @@ class StructuredByteArrayReader : public StructuredDataReader {
     View viewPart(uint32_t tag) const {
         const PartTable::Entry* const entry = parts_.find(tag);
         if (source_ == nullptr || entry == nullptr) failRequest(structuredData::site::kGetPart);
-        return {source_->data() + entry->offset, entry->length};
+        const uint32_t size = source_->getSize();
+        const uint32_t offset = std::min(entry->offset, size);
+        return {source_->data() + offset, std::min(entry->length, size - offset)};
     }
 
-    /// What readUInt32Part gives, but fails as getPart does.
+    /// Returns what readUInt32Part returns, but fails as getPart does.
     uint32_t viewNumber(uint32_t tag) const;
 
   private:

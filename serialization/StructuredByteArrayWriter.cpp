@@ -127,13 +127,14 @@ void StructuredByteArrayWriter::writeBytesPart(uint32_t tag, const void* bytes, 
 
 void StructuredByteArrayWriter::writeStreamPart(uint32_t tag, std::istream& stream, uint32_t length) {
     requireTarget(site::kWriteStreamPart);
+    if (!hasRoomForPart(length)) failWrite(site::kWriteStreamPart);
     writePartHeader(tag, length);
-    bool landed = true;
-    if (length <= kLargest - position_) {
-        // At its end the stream gives -1, whose low byte is the filler of the bytes that are missing.
-        for (uint32_t i = 0; i < length; ++i) {
-            landed = storeByte(position_ + i, static_cast<uint8_t>(stream.get())) && landed;
-        }
+    bool landed = false;
+    try {
+        landed = storeCharacters(stream, length);
+    } catch (...) {
+        position_ += length;
+        throw;
     }
     advance(length, site::kWriteStreamPart);
     if (!landed) failWrite(site::kWriteStreamPart);
@@ -164,6 +165,24 @@ void StructuredByteArrayWriter::writePartHeader(uint32_t tag, uint32_t length) {
     storePartHeader(header, tag, length);
     target_->writeBytes(position_, header, kPartHeaderSize);
     advance(kPartHeaderSize, site::kWriterPartHeader);
+}
+
+// Whether the part can end within the 2^32 - 1 bytes of the longest block. A position so near to that end
+// that not even a header fits is for writePartHeader to report.
+bool StructuredByteArrayWriter::hasRoomForPart(uint32_t length) const {
+    constexpr uint32_t kLastHeader = kLargest - kPartHeaderSize;
+    return position_ > kLastHeader || length <= kLastHeader - position_;
+}
+
+// False if a byte could not be stored.
+bool StructuredByteArrayWriter::storeCharacters(std::istream& stream, uint32_t length) {
+    stream.clear();
+    bool landed = true;
+    for (uint32_t i = 0; i < length; ++i) {
+        // At its end the stream returns -1, whose low byte is the filler of the missing bytes.
+        landed = storeByte(position_ + i, static_cast<uint8_t>(stream.get())) && landed;
+    }
+    return landed;
 }
 
 // False where the byte did not land. A later byte that lands would grow the target over its place and leave a

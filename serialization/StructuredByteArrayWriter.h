@@ -5,8 +5,8 @@
 // each part instead of once for its header and once for its data; the bytes and the sizes are the same.)
 //
 // Each operation checks after its stores that the block still lies within the target, and throws a
-// StructuredWriteFailedException where it does not; what was stored by then stays, and the writer goes on
-// behind it. Before initialize each write throws a StructuredWriterNotInitializedException and stores
+// StructuredWriteFailedException if it does not. The bytes stored until then stay, and the next part follows
+// after them. Before initialize each write throws a StructuredWriterNotInitializedException and stores
 // nothing. The detail of both names the operation; the code is 0.
 #pragma once
 
@@ -33,6 +33,9 @@ class StructuredByteArrayWriter : public StructuredDataWriter {
 
     void writeArrayPart(uint32_t tag, const CPPByteArray& array) override;
     void writeBytesPart(uint32_t tag, const void* bytes, uint32_t length) override;
+
+    /// A length that no block has room for is rejected before anything is stored. If the stream throws, the
+    /// next part follows after the place of the whole part.
     void writeStreamPart(uint32_t tag, std::istream& stream, uint32_t length) override;
 
   private:
@@ -42,6 +45,8 @@ class StructuredByteArrayWriter : public StructuredDataWriter {
     void requireTarget(const char* site) const;
     bool writeWholePart(uint32_t tag, const void* bytes, uint32_t length);
     void writePartHeader(uint32_t tag, uint32_t length);
+    bool hasRoomForPart(uint32_t length) const;
+    bool storeCharacters(std::istream& stream, uint32_t length);
     bool storeByte(uint32_t offset, uint8_t value);
     void advance(uint32_t bytes, const char* site);
 

@@ -1,20 +1,21 @@
 #include "serialization/StructuredDataWriter.h"
 
-#include <istream>
+#include <algorithm>
 #include <limits>
 #include <new>
 
 #include "serialization/CPPExpandingByteArray.h"
+#include "serialization/StreamLength.h"
 
 namespace dovrel {
 namespace {
 
-// The largest length never fits behind a header. So what is too long, or has no length that can be told (a
-// negative one, of a stream), is refused by the write itself, instead of being cut to a length that fits.
+// No block has room for a part of this length, so the write operations reject it. Data that are too long get
+// it instead of a length that was cut, and so do streams that cannot be positioned.
 constexpr uint32_t kLargest = std::numeric_limits<uint32_t>::max();
 
-uint32_t partLength(int64_t length) {
-    return length < 0 || length > kLargest ? kLargest : static_cast<uint32_t>(length);
+uint32_t partLength(uint64_t length) {
+    return static_cast<uint32_t>(std::min<uint64_t>(length, kLargest));
 }
 
 }  // namespace
@@ -22,9 +23,7 @@ uint32_t partLength(int64_t length) {
 StructuredDataWriter::~StructuredDataWriter() = default;
 
 void StructuredDataWriter::writeWholeStreamPart(uint32_t tag, std::istream& stream) {
-    stream.seekg(0, std::ios::end);
-    const std::streamoff length = stream.tellg();
-    stream.seekg(0, std::ios::beg);
+    const uint64_t length = lengthFromStart(stream).value_or(kLargest);
     writeStreamPart(tag, stream, partLength(length));
 }
 
@@ -36,7 +35,7 @@ void StructuredDataWriter::writeUInt32Part(uint32_t tag, uint32_t value) {
 
 void StructuredDataWriter::writeStringPart(uint32_t tag, const std::string& text) {
     CPPExpandingByteArray bytes;
-    const uint32_t length = partLength(static_cast<int64_t>(text.size()));
+    const uint32_t length = partLength(text.size());
     bytes.set(text.data(), length);
     // An array that could not be made stays empty, which must not pass for an empty text.
     if (bytes.getSize() != length) throw std::bad_alloc();

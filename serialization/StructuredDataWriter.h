@@ -26,12 +26,13 @@ class StructuredDataWriter {
     /// The bytes lie outside whatever is written to. The pointer may be null when length is 0.
     virtual void writeBytesPart(uint32_t tag, const void* bytes, uint32_t length) = 0;
 
-    /// Writes the next length bytes of the stream; each byte that the stream does not have is written as
-    /// 0xFF.
+    /// Clears the state of the stream and writes the next length bytes. Each byte that the stream does not
+    /// have is written as 0xFF. Exceptions that the stream throws pass through and leave the part incomplete.
     virtual void writeStreamPart(uint32_t tag, std::istream& stream, uint32_t length) = 0;
 
-    /// Writes the stream from its start to its end. A stream whose length cannot be told, or does not fit
-    /// into a block, is a failure like data that does not fit.
+    /// Clears the state of the stream and writes the whole stream, from its start to its end. A stream that
+    /// cannot be positioned (a pipe, a file that is not open), or does not fit into a block, fails like data
+    /// that do not fit.
     virtual void writeWholeStreamPart(uint32_t tag, std::istream& stream);
 
     /// Writes 4 bytes, the least significant first, whatever the order of the machine.

@@ -1,10 +1,9 @@
-// Where the content of a byte array comes from: other arrays, buffers, fills and streams.
+// Where the content of a byte array comes from: other arrays, buffers and fills.
 
 #include "serialization/CPPByteArray.h"
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <utility>
 
 #include "tests/serialization/Bytes.h"
@@ -140,50 +139,6 @@ TEST(CPPByteArrayContent, SetFromPart_OfItself_TakesTheRange) {
     CPPByteArray array = arrayOf("abcdef");
     array.setFromPart(array, 1, 2);
     EXPECT_EQ(textOf(array), "bc");
-}
-
-TEST(CPPByteArrayContent, LoadFromStream_TakesTheWholeStreamFromItsStart) {
-    std::istringstream stream("whole text");
-    stream.seekg(4);
-    CPPByteArray array = arrayOf("old");
-    array.loadFromStream(stream);
-    EXPECT_EQ(textOf(array), "whole text");
-}
-
-TEST(CPPByteArrayContent, LoadFromStream_OfAnEmptyStream_Empties) {
-    std::istringstream stream("");
-    CPPByteArray array = arrayOf("old");
-    array.loadFromStream(stream);
-    EXPECT_EQ(array.getSize(), 0u);
-}
-
-TEST(CPPByteArrayContent, LoadFromStream_ThatCannotBeMeasured_ChangesNothing) {
-    std::istringstream stream("text");
-    stream.setstate(std::ios::badbit);
-    CPPByteArray array = arrayOf("old");
-    array.loadFromStream(stream);
-    EXPECT_EQ(textOf(array), "old");
-}
-
-TEST(CPPByteArrayContent, LoadFromStream_WithALength_TakesTheNextBytes) {
-    std::istringstream stream("abcdef");
-    CPPByteArray array;
-    array.loadFromStream(stream, 2);
-    EXPECT_EQ(textOf(array), "ab");
-    array.loadFromStream(stream, 3);
-    EXPECT_EQ(textOf(array), "cde");
-    array.loadFromStream(stream, 0);
-    EXPECT_EQ(array.data(), nullptr);
-}
-
-TEST(CPPByteArrayContent, LoadFromStream_OfAShortStream_HasTheLengthAllTheSame) {
-    std::istringstream stream("ab");
-    CPPByteArray array;
-    array.loadFromStream(stream, 4);
-    ASSERT_EQ(array.getSize(), 4u);
-    EXPECT_EQ(array.getByte(0), 'a');
-    EXPECT_EQ(array.getByte(1), 'b');
-    EXPECT_TRUE(stream.eof());
 }
 
 }  // namespace

@@ -238,6 +238,60 @@ TEST(StructuredByteArrayReader, SecondInitialize_AddsItsTagsAndKeepsTheOldEntrie
     EXPECT_EQ(reader.getPartLength(6), 1u);
 }
 
+// The blocks of two calls of initialize: tag 5 is 4 bytes at offset 18 in the first and ends the block, tag 6
+// is 8 bytes at offset 30. The second block holds tags 5 and 6 itself and is shorter.
+constexpr char kLongBlock[] =
+    "41 73 41 6B 00 01 00 00 00 09"
+    "00 00 00 05 00 00 00 04 61 62 63 64"
+    "00 00 00 06 00 00 00 08 65 66 67 68 69 6A 6B 6C";
+
+TEST(StructuredByteArrayReader, SecondBlockThatIsShorter_NothingIsReadBeyondItsEnd) {
+    const CPPByteArray first = arrayOfHex(kLongBlock);
+    // Offset 18 has the last two bytes of this block, offset 30 lies beyond its end.
+    const CPPByteArray second = arrayOfHex(
+        "41 73 41 6B 00 00"
+        "00 00 00 07 00 00 00 06 6D 6E 6F 70 71 72");
+    StructuredByteArrayReader reader;
+    reader.initialize(&first);
+    reader.initialize(&second);
+
+    EXPECT_EQ(reader.getPartLength(5), 4u);
+    EXPECT_EQ(hexOf(*std::unique_ptr<CPPByteArray>(reader.getPart(5))), "71 72 00 00");
+    char bytes[] = "....";
+    reader.readPart(5, bytes);
+    EXPECT_STREQ(bytes, "qr..");
+    EXPECT_EQ(reader.viewPart(5).data, second.data() + 18);
+    EXPECT_EQ(reader.viewPart(5).length, 2u);
+    EXPECT_EQ(reader.readUInt32Part(5), 0x7271u);
+    EXPECT_EQ(reader.viewNumber(5), 0x7271u);
+
+    EXPECT_EQ(reader.getPartLength(6), 8u);
+    EXPECT_EQ(hexOf(*std::unique_ptr<CPPByteArray>(reader.getPart(6))), "00 00 00 00 00 00 00 00");
+    char untouched[] = "........";
+    reader.readPart(6, untouched);
+    EXPECT_STREQ(untouched, "........");
+    EXPECT_EQ(reader.viewPart(6).length, 0u);
+    EXPECT_EQ(reader.readUInt32Part(6), 0u);
+    EXPECT_EQ(reader.viewNumber(6), 0u);
+    EXPECT_EQ(reader.readStringPart(6), std::string(8, '\0'));
+}
+
+TEST(StructuredByteArrayReader, SecondBlockThatFailsToParse_NothingIsReadBeyondItsEnd) {
+    const CPPByteArray first = arrayOfHex(kLongBlock);
+    const CPPByteArray second = arrayOfHex("41 73");
+    const CPPByteArray empty;
+    for (const CPPByteArray* damaged : {&second, &empty}) {
+        StructuredByteArrayReader reader;
+        reader.initialize(&first);
+        expectFailure<StructuredReaderNotInitializedException>([&] { reader.initialize(damaged); }, 2,
+                                                               "3841954A010E: ", "1");
+        EXPECT_EQ(reader.viewPart(5).length, 0u);
+        EXPECT_EQ(reader.viewNumber(5), 0u);
+        EXPECT_EQ(reader.readUInt32Part(5), 0u);
+        EXPECT_EQ(hexOf(*std::unique_ptr<CPPByteArray>(reader.getPart(5))), "00 00 00 00");
+    }
+}
+
 TEST(StructuredByteArrayReader, NotInitialized_EveryRequestFailsWithItsOwnDetail) {
     const StructuredByteArrayReader reader;
     char bytes[4];

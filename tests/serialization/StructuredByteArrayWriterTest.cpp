@@ -165,26 +165,6 @@ TEST(StructuredByteArrayWriter, SameTagTwice_IsWrittenTwice) {
               "00 00 00 05 00 00 00 01 62");
 }
 
-TEST(StructuredByteArrayWriter, WriteStreamPart_TakesTheNextCharactersOnly) {
-    CPPExpandingByteArray array;
-    StructuredByteArrayWriter writer;
-    writer.initialize(array, 9);
-    std::istringstream stream("abcdef");
-    stream.get();
-    writer.writeStreamPart(5, stream, 3);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 09 00 00 00 05 00 00 00 03 62 63 64");
-    EXPECT_EQ(stream.get(), 'e');
-}
-
-TEST(StructuredByteArrayWriter, WriteStreamPart_OfAShortStream_FillsWithFF) {
-    CPPExpandingByteArray array;
-    StructuredByteArrayWriter writer;
-    writer.initialize(array, 9);
-    std::istringstream stream("ab");
-    writer.writeStreamPart(5, stream, 4);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 09 00 00 00 05 00 00 00 04 61 62 FF FF");
-}
-
 TEST(StructuredByteArrayWriter, EveryStore_GoesThroughTheTargetsOperations) {
     WatchedArray array;
     StructuredByteArrayWriter writer;

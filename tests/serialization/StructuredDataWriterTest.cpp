@@ -3,10 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 
-#include "client/exceptions/StructuredDataExceptions.h"
 #include "serialization/StructuredByteArrayWriter.h"
 #include "tests/serialization/Bytes.h"
 #include "tests/support/VirtualTable.h"
@@ -14,7 +12,6 @@
 namespace dovrel {
 namespace {
 
-using test::expectFailure;
 using test::hexOf;
 using test::textOf;
 using testing::_;
@@ -71,16 +68,6 @@ TEST(StructuredDataWriter, WriteStringPart_OfAnEmptyString_WritesAPartOfLengthZe
     writer.initialize(array, 9);
     writer.writeStringPart(5, "");
     EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 09 00 00 00 05 00 00 00 00");
-}
-
-TEST(StructuredDataWriter, WriteWholeStreamPart_ThatCannotBeMeasured_IsRefusedAndNotWrittenAsEmpty) {
-    CPPExpandingByteArray array;
-    StructuredByteArrayWriter writer;
-    writer.initialize(array, 9);
-    std::ifstream missing("/there is no such file");
-    expectFailure<StructuredWriteFailedException>(
-        [&] { writer.writeWholeStreamPart(5, missing); }, 5,
-        "384269E80262: ", "Byte array too small (or did not expand as expected)");
 }
 
 TEST(StructuredDataWriter, VirtualOperations_StandInTheirOrder) {

@@ -2,7 +2,6 @@
 // pool too.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
-#include <malloc.h>
 
 #include <string>
 #include <thread>
@@ -10,17 +9,12 @@
 #include "FileManager.h"
 #include "tests/portability/support/Held.h"
 #include "tests/portability/support/VariableChange.h"
+#include "tests/support/HeapInUse.h"
 #include "tests/support/TemporaryFolder.h"
-
-// Only in programs with a sanitizer, which has a heap of its own.
-extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace {
 
-std::size_t bytesInUse() {
-    return __sanitizer_get_current_allocated_bytes != nullptr ? __sanitizer_get_current_allocated_bytes()
-                                                              : mallinfo2().uordblks;
-}
+using dovrel::test::heapInUse;
 
 class Memory : public testing::Test {
   protected:
@@ -84,18 +78,18 @@ constexpr std::size_t kTolerance = 20 * kRepetitions;  // less than any object f
 
 TEST_F(Memory, RepeatedCalls_LeaveNothingBehind) {
     useEverythingOften(kWarmUp);
-    const std::size_t before = bytesInUse();
+    const std::size_t before = heapInUse();
     useEverythingOften(kRepetitions);
-    EXPECT_LT(bytesInUse(), before + kTolerance);
+    EXPECT_LT(heapInUse(), before + kTolerance);
 }
 
 TEST_F(Memory, RepeatedCallsInAThread_LeaveNothingBehind) {
     std::size_t growth = 0;
     std::thread([this, &growth] {
         useEverythingOften(kWarmUp);
-        const std::size_t before = bytesInUse();
+        const std::size_t before = heapInUse();
         useEverythingOften(kRepetitions);
-        const std::size_t after = bytesInUse();
+        const std::size_t after = heapInUse();
         growth = after > before ? after - before : 0;
     }).join();
     EXPECT_LT(growth, kTolerance);

@@ -1,0 +1,159 @@
+// Byte arrays filled from streams: whole, in pieces, after errors, and from streams that throw.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <limits>
+#include <sstream>
+
+#include "serialization/CPPByteArray.h"
+#include "tests/serialization/Bytes.h"
+#include "tests/serialization/Streams.h"
+#include "tests/support/HeapInUse.h"
+
+namespace dovrel {
+namespace {
+
+using test::arrayOf;
+using test::BrokenBuffer;
+using test::hexOf;
+using test::PipeBuffer;
+using test::readPastItsEnd;
+using test::textOf;
+
+TEST(CPPByteArrayStream, WholeStream_IsTakenFromItsStart) {
+    std::istringstream stream("whole text");
+    stream.seekg(4);
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(stream);
+    EXPECT_EQ(textOf(array), "whole text");
+}
+
+TEST(CPPByteArrayStream, WholeStreamThatIsEmpty_EmptiesTheArray) {
+    std::istringstream stream("");
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(stream);
+    EXPECT_EQ(array.getSize(), 0u);
+}
+
+TEST(CPPByteArrayStream, WholeStreamThatWasReadPastItsEnd_IsTakenFromItsStart) {
+    std::istringstream stream = readPastItsEnd("whole text");
+    ASSERT_TRUE(stream.fail());
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(stream);
+    EXPECT_EQ(textOf(array), "whole text");
+}
+
+TEST(CPPByteArrayStream, WholeStreamWithTheBadBit_IsTakenFromItsStart) {
+    std::istringstream stream("text");
+    stream.setstate(std::ios::badbit);
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(stream);
+    EXPECT_EQ(textOf(array), "text");
+}
+
+TEST(CPPByteArrayStream, WholeStreamThatCannotBePositioned_EmptiesTheArray) {
+    PipeBuffer buffer("text");
+    std::istream stream(&buffer);
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(stream);
+    EXPECT_EQ(array.getSize(), 0u);
+    EXPECT_EQ(array.data(), nullptr);
+    EXPECT_TRUE(stream.fail());
+}
+
+TEST(CPPByteArrayStream, FileThatIsNotOpen_EmptiesTheArray) {
+    std::ifstream missing("/there is no such file");
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(missing);
+    EXPECT_EQ(array.getSize(), 0u);
+}
+
+TEST(CPPByteArrayStream, Length_TakesTheNextBytes) {
+    std::istringstream stream("abcdef");
+    CPPByteArray array;
+    array.loadFromStream(stream, 2);
+    EXPECT_EQ(textOf(array), "ab");
+    array.loadFromStream(stream, 3);
+    EXPECT_EQ(textOf(array), "cde");
+    array.loadFromStream(stream, 0);
+    EXPECT_EQ(array.data(), nullptr);
+}
+
+TEST(CPPByteArrayStream, LengthBeyondTheEnd_IsTheSizeAllTheSame) {
+    std::istringstream stream("ab");
+    CPPByteArray array;
+    array.loadFromStream(stream, 4);
+    ASSERT_EQ(array.getSize(), 4u);
+    EXPECT_EQ(array.getByte(0), 'a');
+    EXPECT_EQ(array.getByte(1), 'b');
+    EXPECT_TRUE(stream.eof());
+}
+
+TEST(CPPByteArrayStream, LengthAfterAWordThatIsNoNumber_TakesTheBytesThatWereNotRead) {
+    std::istringstream stream("12 cde");
+    int number = 0;
+    stream >> number >> number;
+    ASSERT_TRUE(stream.fail());
+    CPPByteArray array;
+    array.loadFromStream(stream, 2);
+    EXPECT_EQ(textOf(array), "cd");
+}
+
+TEST(CPPByteArrayStream, LengthOfAStreamReadPastItsEnd_KeepsNothingFromBefore) {
+    std::istringstream stream = readPastItsEnd("text");
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(stream, 3);
+    EXPECT_EQ(hexOf(array), "00 00 00");
+}
+
+TEST(CPPByteArrayStream, LengthOfAStreamThatCannotBePositioned_TakesTheNextBytes) {
+    PipeBuffer buffer("text");
+    std::istream stream(&buffer);
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(stream, 3);
+    EXPECT_EQ(textOf(array), "tex");
+}
+
+// Loads 1 MiB that throws in its middle, often. Everything that would stay behind each time shows.
+template <class Load>
+void expectThatNothingStaysBehind(const Load& load) {
+    constexpr int kRepetitions = 8;
+    constexpr size_t kSize = 1 << 20;
+    BrokenBuffer buffer(std::string(kSize, 'x'), kSize / 2);
+    std::istream stream(&buffer);
+    stream.exceptions(std::ios::badbit);
+    CPPByteArray array = arrayOf("old");
+    const size_t before = test::heapInUse();
+    for (int i = 0; i < kRepetitions; ++i)
+        EXPECT_THROW(load(array, stream), std::runtime_error);
+    EXPECT_LT(test::heapInUse(), before + kSize / 2);
+    EXPECT_EQ(textOf(array), "old");
+}
+
+TEST(CPPByteArrayStream, StreamThatThrows_LeavesTheArrayAsItWasAndNoMemoryBehind) {
+    expectThatNothingStaysBehind(
+        [](CPPByteArray& array, std::istream& stream) { array.loadFromStream(stream); });
+    expectThatNothingStaysBehind(
+        [](CPPByteArray& array, std::istream& stream) { array.loadFromStream(stream, 1 << 20); });
+}
+
+TEST(CPPByteArrayStream, StreamThatThrowsAtItsEnd_LeavesTheArrayAsItWas) {
+    std::istringstream stream("ab");
+    stream.exceptions(std::ios::eofbit);
+    CPPByteArray array = arrayOf("old");
+    EXPECT_THROW(array.loadFromStream(stream, 4), std::ios::failure);
+    EXPECT_EQ(textOf(array), "old");
+}
+
+TEST(CPPByteArrayStream, BufferThatThrowsInAStreamThatDoesNot_CountsAsTheEnd) {
+    BrokenBuffer buffer("text", 2);
+    std::istream stream(&buffer);
+    CPPByteArray array = arrayOf("old");
+    array.loadFromStream(stream);
+    EXPECT_EQ(array.getSize(), 4u);
+    EXPECT_TRUE(stream.bad());
+}
+
+}  // namespace
+}  // namespace dovrel
