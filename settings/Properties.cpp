@@ -154,7 +154,7 @@ void Properties::load(std::string& text, bool throughCursor) {
         return load(cursor);
     }
     clear();
-    text_ = std::make_shared<const std::string>(std::move(text));
+    text_ = std::make_unique<const std::string>(std::move(text));
     text.clear();
     PropertiesStringObj cursor(*text_);
     forEachEntry(

@@ -22,9 +22,11 @@ namespace dovrel {
 class Properties {
   public:
     Properties() = default;
-    Properties(const Properties&) = default;
+    /// A copy owns the bytes of its entries and does not keep the text alive that the other store was loaded
+    /// from.
+    Properties(const Properties& other) : entries_(other.entries_) {}
     Properties(Properties&&) = default;
-    Properties& operator=(const Properties&) = default;
+    Properties& operator=(const Properties& other) { return *this = Properties(other); }
     Properties& operator=(Properties&&) = default;
     virtual ~Properties() = default;
 
@@ -104,9 +106,9 @@ class Properties {
     PropertyValue get(const std::string& key, const char* typeName) const;
     const PropertyEntry& at(int32_t index) const;
 
-    // The text that the last load used up: entries refer to it, so it stays until clear. Entries of a copy of
-    // the store have bytes of their own.
-    std::shared_ptr<const std::string> text_;
+    // The text that the last load used up: entries refer to it, so it stays until clear. At one place for its
+    // whole life, because the views of a short text would not survive a move of the string itself.
+    std::unique_ptr<const std::string> text_;
     Entries entries_;
 };
 

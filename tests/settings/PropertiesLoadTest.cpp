@@ -7,6 +7,7 @@
 
 #include "settings/Properties.h"
 #include "tests/settings/TextForm.h"
+#include "tests/support/HeapInUse.h"
 
 using namespace std::string_literals;
 
@@ -81,6 +82,62 @@ TEST(PropertiesLoad, WithoutTheCursor_StoreThatIsMovedOrAssigned_KeepsItsValues)
     assigned.clear();
     EXPECT_EQ(copied.getString("b"), "a text that is long enough to lie in the heap");
     EXPECT_EQ(copied.size(), 1u);
+}
+
+// A text of 32 MB whose store is small, and how many bytes more the heap holds after `use` has had that
+// store.
+template <class Use>
+size_t heapKeptAfter(const Use& use) {
+    constexpr size_t kLarge = 32'000'000;
+    const size_t before = test::heapInUse();
+    {
+        std::string text = std::string(kLarge, '.') + "\n//a\nINT:1\n//b\nSTR:text\n";
+        auto store = std::make_unique<Properties>();
+        store->load(text, false);
+        EXPECT_GE(test::heapInUse(), before + kLarge) << "the loaded store keeps its text";
+        use(std::move(store));
+    }
+    const size_t after = test::heapInUse();
+    return after > before ? after - before : 0;
+}
+
+TEST(PropertiesLoad, WithoutTheCursor_CopyOfTheStore_DoesNotKeepTheTextAlive) {
+    Properties copy;
+    EXPECT_LT(heapKeptAfter([&](std::unique_ptr<Properties> store) { copy = Properties(*store); }), 10'000u);
+    EXPECT_EQ(saved(copy), "//a\nINT:1\n//b\nSTR:text\n");
+    copy.clear();
+    EXPECT_LT(heapKeptAfter([&](std::unique_ptr<Properties> store) { copy = *store; }), 10'000u);
+    EXPECT_EQ(saved(copy), "//a\nINT:1\n//b\nSTR:text\n");
+}
+
+TEST(PropertiesLoad, WithoutTheCursor_StoreAssignedToAnother_ReleasesTheTextOfThatOne) {
+    Properties other;
+    other.addInt("z", 26);
+    EXPECT_LT(heapKeptAfter([&](std::unique_ptr<Properties> store) {
+                  *store = other;
+                  other = std::move(*store);
+              }),
+              10'000u);
+    EXPECT_EQ(saved(other), "//z\nINT:26\n");
+}
+
+TEST(PropertiesLoad, WithoutTheCursor_StoreAssignedToItself_KeepsItsValues) {
+    Properties store = loaded("//a\nINT:1\n//b\nSTR:a text that is long enough to lie in the heap\n");
+    const Properties& same = store;
+    store = same;
+    EXPECT_EQ(saved(store), "//a\nINT:1\n//b\nSTR:a text that is long enough to lie in the heap\n");
+}
+
+TEST(PropertiesLoad, WithoutTheCursor_ValuesOfTheStore_DoNotKeepTheTextAlive) {
+    std::string text;
+    std::unique_ptr<CPPByteArray> bytes;
+    EXPECT_LT(heapKeptAfter([&](std::unique_ptr<Properties> store) {
+                  text = store->getString("b");
+                  bytes = store->getBinary("b");
+              }),
+              10'000u);
+    EXPECT_EQ(text, "text");
+    EXPECT_EQ(bytes->compare("text", 4), 0);
 }
 
 TEST(PropertiesLoad, KeyRepeated_FirstOneWins) {
