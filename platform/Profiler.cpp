@@ -1,7 +1,8 @@
 #include "platform/Profiler.h"
 
 #include <ctime>
-#include <sstream>
+#include <ostream>
+#include <streambuf>
 
 #include "platform/ProfilerReport.h"
 
@@ -14,6 +15,13 @@ std::atomic<Profiler*> processProfiler{nullptr};
 std::unique_ptr<ProfilerNode> newRoot() {
     return std::make_unique<ProfilerNode>(nullptr, nullptr);
 }
+
+// A text buffer that is dropped, each piece as it comes: the tree of a deep recursion is gigabytes of text.
+class DroppedText : public std::streambuf {
+  protected:
+    int_type overflow(int_type character) override { return traits_type::not_eof(character); }
+    std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
+};
 
 }  // namespace
 
@@ -57,7 +65,8 @@ void Profiler::leaveAndDump(bool printOnExit) {
     const Busy busy(*this);
     leaveCurrent();
     if (!printOnExit) return;
-    std::ostringstream tree;
+    DroppedText text;
+    std::ostream tree(&text);
     printCallTree(*root_, tree);
     startAgain();
 }

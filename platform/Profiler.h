@@ -37,7 +37,8 @@ class Profiler {
     /// Forgets all calls, also open ones.
     void reset();
 
-    /// Prints the report; the calls stay.
+    /// Prints the report; the calls stay. The format flags, width, fill and locale of the stream are neither
+    /// used nor changed.
     void report(std::ostream& stream);
 
   private:

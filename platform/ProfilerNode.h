@@ -1,8 +1,13 @@
 // ProfilerNode: one timed call in the profiler's tree.
+//
+// Trees can be as deep as the profiled code nests its calls, which may run on a small stack. So nothing here,
+// nor what works on trees, calls itself for each level.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace dovrel {
@@ -13,6 +18,9 @@ class ProfilerNode {
     ProfilerNode(const char* name, ProfilerNode* parent) : name_(name), parent_(parent) {}
     ProfilerNode(const ProfilerNode&) = delete;
     ProfilerNode& operator=(const ProfilerNode&) = delete;
+
+    /// Deletes all calls below this one.
+    ~ProfilerNode();
 
     /// Adds a call made by this one. The node belongs to this one.
     ProfilerNode& addChild(const char* name);
@@ -30,6 +38,12 @@ class ProfilerNode {
     /// In order of entry.
     const std::vector<std::unique_ptr<ProfilerNode>>& getChildren() const { return children_; }
 
+    /// Calls `visit(node, depth)` for each call below this one, callers before the calls that they make, in
+    /// order of entry. The depth of this node's children is 1. std::bad_alloc if there is no memory for the
+    /// way back.
+    template <class Visit>
+    void forEachBelow(Visit visit) const;
+
     /// Clock units from start to end, modulo 2^32.
     uint32_t total() const { return end_ - start_; }
 
@@ -45,5 +59,21 @@ class ProfilerNode {
     ProfilerNode* parent_;
     std::vector<std::unique_ptr<ProfilerNode>> children_;
 };
+
+template <class Visit>
+void ProfilerNode::forEachBelow(Visit visit) const {
+    // The callers of the next call, each with the number of its children that were visited.
+    std::vector<std::pair<const ProfilerNode*, size_t>> callers = {{this, 0}};
+    while (!callers.empty()) {
+        auto& [caller, visited] = callers.back();
+        if (visited == caller->children_.size()) {
+            callers.pop_back();
+            continue;
+        }
+        const ProfilerNode& call = *caller->children_[visited++];
+        visit(call, callers.size());
+        callers.emplace_back(&call, 0);
+    }
+}
 
 }  // namespace dovrel

@@ -4,6 +4,7 @@
 #include <map>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -27,21 +28,20 @@ std::string numberText(uint32_t time) {
     return std::to_string(asSigned(time));
 }
 
-void printSubtree(const ProfilerNode& node, size_t depth, std::ostream& stream) {
-    for (const auto& child : node.getChildren()) {
-        stream << std::string(depth, ' ') << child->getName() << ' ' << numberText(child->total()) << ' '
-               << numberText(child->self()) << '\n';
-        printSubtree(*child, depth + 1, stream);
-    }
+// Unformatted, because the stream is the caller's: its width, fill, base and locale must not change the
+// report, and stay as they are.
+void print(std::ostream& stream, std::string_view text) {
+    stream.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
-void collect(const ProfilerNode& node, Methods& methods) {
-    for (const auto& child : node.getChildren()) {
-        MethodTimes& times = methods[child->getName()];
-        times.total += child->total();
-        times.self += child->self();
-        collect(*child, methods);
-    }
+Methods methodsBelow(const ProfilerNode& root) {
+    Methods methods;
+    root.forEachBelow([&methods](const ProfilerNode& call, size_t) {
+        MethodTimes& times = methods[call.getName()];
+        times.total += call.total();
+        times.self += call.self();
+    });
+    return methods;
 }
 
 // Largest first; the names of the table stay in their order where times are equal.
@@ -61,26 +61,31 @@ int32_t percentOf(uint32_t time, uint32_t grandTotal) {
 }  // namespace
 
 void printCallTree(const ProfilerNode& root, std::ostream& stream) {
-    printSubtree(root, 1, stream);
+    std::string blanks;
+    root.forEachBelow([&](const ProfilerNode& call, size_t depth) {
+        if (blanks.size() < depth) blanks.resize(depth, ' ');
+        print(stream, std::string_view(blanks).substr(0, depth));
+        print(stream,
+              call.getName() + (' ' + numberText(call.total())) + ' ' + numberText(call.self()) + '\n');
+    });
 }
 
 void printProfilerReport(const ProfilerNode& root, std::ostream& stream) {
-    Methods methods;
-    collect(root, methods);
+    const Methods methods = methodsBelow(root);
     const uint32_t grandTotal = root.childrenTotal();
 
-    stream << "======== Profiler report ========\n=== Call tree:\n";
+    print(stream, "======== Profiler report ========\n=== Call tree:\n");
     printCallTree(root, stream);
-    stream << "\n=== Methods sorted by self time usage:\n";
+    print(stream, "\n=== Methods sorted by self time usage:\n");
     for (const auto& [name, times] : sortedBy(&MethodTimes::self, methods)) {
-        stream << numberText(times.self) << '(' << std::to_string(percentOf(times.self, grandTotal))
-               << "%): " << name << '\n';
+        const std::string percent = std::to_string(percentOf(times.self, grandTotal));
+        print(stream, numberText(times.self) + '(' + percent + "%): " + name + '\n');
     }
-    stream << "\n=== Methods sorted by total time usage:\n";
+    print(stream, "\n=== Methods sorted by total time usage:\n");
     for (const auto& [name, times] : sortedBy(&MethodTimes::total, methods)) {
-        stream << numberText(times.total) << ": " << name << '\n';
+        print(stream, numberText(times.total) + ": " + name + '\n');
     }
-    stream << "======== End of profiler report ========\n";
+    print(stream, "======== End of profiler report ========\n");
 }
 
 }  // namespace dovrel

@@ -1,4 +1,5 @@
-// What the profiler prints about a tree of calls. Every number is printed as a signed 32-bit integer.
+// What the profiler prints about a tree of calls. Every number is printed as a signed 32-bit integer. The
+// format flags, width, fill and locale of the stream are neither used nor changed.
 #pragma once
 
 #include <iosfwd>

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <iomanip>
 #include <ios>
+#include <locale>
 #include <sstream>
 #include <string>
 
@@ -140,13 +142,51 @@ TEST(ProfilerReport, Percentage_TruncatesTowardZeroOfAProductIn64Bits) {
         << report;
 }
 
-TEST(ProfilerReport, ToAStreamWithOtherNumberFormats_StaysDecimal) {
+// Writes numbers in groups of one digit.
+struct GroupedDigits : std::numpunct<char> {
+    char do_thousands_sep() const override { return '_'; }
+    std::string do_grouping() const override { return "\1"; }
+};
+
+TEST(ProfilerReport, ToAStreamWithAFormatOfItsOwn_IsTheSameAndLeavesTheFormat) {
+    ProfilerNode root(nullptr, nullptr);
+    addCall(addCall(root, "f", 0, 255), "g", 0, 1000);
+    std::ostringstream stream;
+    stream.imbue(std::locale(std::locale::classic(), new GroupedDigits));
+    stream << std::hex << std::showbase << std::showpos << std::left << std::setfill('*') << std::setw(50);
+    const std::ios::fmtflags flags = stream.flags();
+    printProfilerReport(root, stream);
+    EXPECT_EQ(stream.str(), reportOf(root));
+    EXPECT_EQ(stream.flags(), flags);
+    EXPECT_EQ(stream.width(), 50);
+    EXPECT_EQ(stream.fill(), '*');
+}
+
+TEST(ProfilerReport, CallTreeAloneToAStreamWithAWidth_IsTheSame) {
     ProfilerNode root(nullptr, nullptr);
     addCall(root, "f", 0, 255);
     std::ostringstream stream;
-    stream << std::hex << std::showbase;
-    printProfilerReport(root, stream);
-    EXPECT_NE(stream.str().find("\n f 255 255\n"), std::string::npos) << stream.str();
+    stream << std::setw(50) << std::setfill('*');
+    printCallTree(root, stream);
+    EXPECT_EQ(stream.str(), " f 255 255\n");
+}
+
+TEST(ProfilerNode, ForEachBelow_VisitsCallersFirstAndCallsInOrderOfEntry) {
+    ProfilerNode root(nullptr, nullptr);
+    ProfilerNode& a = addCall(root, "a", 0, 0);
+    addCall(addCall(a, "b", 0, 0), "c", 0, 0);
+    addCall(a, "d", 0, 0);
+    addCall(root, "e", 0, 0);
+    std::string visits;
+    root.forEachBelow([&](const ProfilerNode& call, size_t depth) {
+        visits += call.getName() + std::to_string(depth) + ' ';
+    });
+    EXPECT_EQ(visits, "a1 b2 c3 d2 e1 ");
+    visits.clear();
+    a.forEachBelow([&](const ProfilerNode& call, size_t depth) {
+        visits += call.getName() + std::to_string(depth) + ' ';
+    });
+    EXPECT_EQ(visits, "b1 c2 d1 ");
 }
 
 }  // namespace
