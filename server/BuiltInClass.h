@@ -6,7 +6,8 @@
 //     };
 //     const BuiltInClass<Greeter> greeter("Greeter", {{"greet", &Greeter::greet}});
 //
-// Each object has a Greeter of its own. A method throws Refusal where it cannot do its work.
+// Each object has a Greeter of its own. A method throws Refusal if it cannot do its work. Any other exception of a
+// method or a constructor is answered as an error and logged (ServerClass.h).
 #pragma once
 
 #include <string>

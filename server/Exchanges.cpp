@@ -7,7 +7,7 @@
 
 #include "InterProcessCommunication/TransferObjText.h"
 #include "server/DescribedClass.h"
-#include "settings/ConfigFileSystem.h"
+#include "server/SettingsText.h"
 
 namespace merrowd {
 
@@ -59,7 +59,10 @@ std::string fromProcess(pid_t sender) {
 }  // namespace
 
 Exchanges::Exchanges(ServerState& state, ServerProcess& process, ExchangeLog& log)
-    : state_(state), process_(process), log_(log), handler_(state) {}
+    : state_(state),
+      process_(process),
+      log_(log),
+      handler_(state, [&log](const std::string& text) { log.note(text); }) {}
 
 Outcome Exchanges::data(const CPPByteArray& request, pid_t sender) {
     Misbehaviour& misbehaviour = state_.settings.misbehaviour;
@@ -168,8 +171,7 @@ Outcome Exchanges::handshake(pid_t sender) {
 
 std::vector<std::string> Exchanges::applyText(const std::string& text) {
     std::vector<std::string> problems;
-    for (const Properties& section :
-         dovrel::ConfigFileSystem::readSections(text, DescribedClass::kSectionKey)) {
+    for (const Properties& section : readSettingsText(text, problems)) {
         if (!section.contains(DescribedClass::kSectionKey)) {
             applySettings(section, state_.settings, problems);
             continue;

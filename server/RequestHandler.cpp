@@ -1,11 +1,13 @@
 #include "server/RequestHandler.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 #include <vector>
 
 #include "client/exceptions/CPPException.h"
 #include "serialization/ByteArrayList.h"
+#include "server/ClassCode.h"
 #include "server/Commands.h"
 
 namespace merrowd {
@@ -53,17 +55,29 @@ std::unique_ptr<POSTransferObj> newAnswer(uint32_t command) {
 std::unique_ptr<POSTransferObj> RequestHandler::answer(const CPPByteArray& request, pid_t sender) {
     uint32_t command = 0;
     try {
+        return performed(request, sender, command);
+    } catch (const EscapedException& escaped) {
+        note_(escaped.text);
+        return exceptionAnswer(command, escaped);
+    } catch (const Refusal& refusal) {
+        return exceptionAnswer(command, refusal);
+    }
+}
+
+std::unique_ptr<POSTransferObj> RequestHandler::performed(const CPPByteArray& request, pid_t sender,
+                                                          uint32_t& command) {
+    try {
         const RequestFields fields(request);
         command = fields.command();
         std::unique_ptr<POSTransferObj> reply = newAnswer(command);
         perform(fields, sender, *reply);
         return reply;
-    } catch (const Refusal& refusal) {
-        return exceptionAnswer(command, refusal);
-    } catch (CPPException* caught) {
-        std::unique_ptr<CPPException> failure(caught);
-        return exceptionAnswer(command,
-                               {refusalCode::kPOSException, "the server could not write its answer"});
+    } catch (const Refusal&) {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (...) {
+        throwEscapedException(refusalCode::kPOSException, "the server");
     }
 }
 
@@ -125,7 +139,9 @@ void RequestHandler::instantiateObject(const RequestFields& request, POSTransfer
         throw Refusal{refusalCode::kPOSClassNotFound, "the server has no such class"};
     }
     UserMessage message;
-    record.object = record.ofClass->instantiate(message);
+    record.object = runClassCode(refusalCode::kPOSObjectInstantiation,
+                                 "the creation of an object of the class " + record.ofClass->name(),
+                                 [&] { return record.ofClass->instantiate(message); });
     const Identifier id = state_.applications.addObject(applicationId, std::move(record));
 
     reply.writeBytes(posField::kObject, id.data(), static_cast<uint32_t>(id.size()));
@@ -146,7 +162,10 @@ void RequestHandler::callMethod(const RequestFields& request, POSTransferObj& re
         throw Refusal{refusalCode::kPOSMethodNotFound,
                       "the class " + record.ofClass->name() + " has no method \"" + method + "\""};
     }
-    const Answer answer = record.object->call(method, request.data(posField::kArgument));
+    const Answer answer =
+        runClassCode(refusalCode::kPOSMethodExecution,
+                     "the method \"" + method + "\" of the class " + record.ofClass->name(),
+                     [&] { return record.object->call(method, request.data(posField::kArgument)); });
 
     reply.writeByteArray(posField::kResult, answer.data);
     writeMessage(reply, answer.message);

@@ -4,7 +4,9 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "server/RequestFields.h"
@@ -19,12 +21,19 @@ constexpr uint32_t kMessageKindAnswer = 11;
 
 class RequestHandler {
   public:
-    /// The state must outlive the handler.
-    explicit RequestHandler(ServerState& state) : state_(state) {}
+    /// Takes a line for the log.
+    using Note = std::function<void(const std::string& text)>;
 
-    /// Does what the request asks for. Always answers: what cannot be done, and what is no request at all, is
-    /// answered by an exception. `sender` is the process that asks, 0 where that is not known. Only
-    /// std::bad_alloc may come out.
+    /// The state must outlive the handler. `note` is called for each exception that is not a Refusal.
+    explicit RequestHandler(
+        ServerState& state, Note note = [](const std::string&) {})
+        : state_(state), note_(std::move(note)) {}
+
+    /// Does what the request asks for and returns the reply, never null. The reply is an exception if that
+    /// could not be done, or if the bytes are not a request. An exception that a class lets out is one with
+    /// code 28, when an object is created one with code 26, anywhere else one with code 23. `sender` is the
+    /// process that asks, 0 if it is not known. Throws std::bad_alloc only, for want of memory outside of a
+    /// class.
     std::unique_ptr<POSTransferObj> answer(const CPPByteArray& request, pid_t sender);
 
     /// An exception answer. `command` is 0 where the request does not name a known one.
@@ -41,9 +50,11 @@ class RequestHandler {
     void getInformation(const RequestFields& request, POSTransferObj& reply);
     void queryInterfaceVersion(POSTransferObj& reply);
 
+    std::unique_ptr<POSTransferObj> performed(const CPPByteArray& request, pid_t sender, uint32_t& command);
     void perform(const RequestFields& request, pid_t sender, POSTransferObj& reply);
 
     ServerState& state_;
+    const Note note_;
 };
 
 }  // namespace merrowd

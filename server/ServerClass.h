@@ -20,7 +20,7 @@ class ServerObject {
     ServerObject& operator=(const ServerObject&) = delete;
 
     /// Runs a method, one of those that its class lists. The argument is the callee's to use up. Throws
-    /// Refusal.
+    /// Refusal; any other exception is answered as error 28 and logged.
     virtual Answer call(const std::string& method, CPPByteArray argument) = 0;
 
   protected:
@@ -41,7 +41,8 @@ class ServerClass {
     /// In the order in which they are to be shown.
     virtual std::vector<std::string> methods() const = 0;
 
-    /// Makes an object; `message` may be filled for the user. Throws Refusal.
+    /// Makes an object, never null; `message` may be filled for the user. Throws Refusal; any other exception is
+    /// answered as error 26 and logged.
     virtual std::unique_ptr<ServerObject> instantiate(UserMessage& message) const = 0;
 
     /// The name padded with zero bytes to 16; what is longer is cut.

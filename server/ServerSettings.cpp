@@ -113,7 +113,7 @@ void applySettings(const Properties& entries, ServerSettings& settings, std::vec
     }
     for (int32_t i = 0; i < static_cast<int32_t>(entries.size()); ++i) {
         const std::string key = entries.getKeyAt(i);
-        if (!isSetting(key)) problems.push_back("there is no setting \"" + key + "\"");
+        if (!isSetting(key)) problems.push_back("there is no setting " + inQuotes(key));
     }
 }
 

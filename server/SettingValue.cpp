@@ -4,28 +4,35 @@
 #include <cstdlib>
 #include <limits>
 
+#include "platform/TextConversions.h"
 #include "settings/LineGrammar.h"
 
 namespace merrowd {
 
 namespace {
 
-// The number that all of the text is. Ten digits cannot leave the range of the type.
+constexpr int64_t kMostInEntry = std::numeric_limits<int32_t>::max();
+
+constexpr size_t kMostShown = 80;
+
+bool isControlCharacter(char c) {
+    return (c >= 0 && c < ' ') || c == 0x7F;
+}
+
+}  // namespace
+
 int64_t wholeNumber(const std::string& value, int64_t least, int64_t most) {
     const UnfitValue unfit{"a number from " + std::to_string(least) + " to " + std::to_string(most)};
     const size_t sign = !value.empty() && value[0] == '-' ? 1 : 0;
     const std::string digits = value.substr(sign);
     const bool allDigits =
         std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
+    // Ten digits cannot leave the range of the type.
     if (digits.empty() || digits.size() > 10 || !allDigits) throw unfit;
     const int64_t number = std::strtoll(value.c_str(), nullptr, 10);
     if (number < least || number > most) throw unfit;
     return number;
 }
-
-constexpr int64_t kMostInEntry = std::numeric_limits<int32_t>::max();
-
-}  // namespace
 
 void setFlag(bool& target, const std::string& value) {
     target = wholeNumber(value, 0, 1) == 1;
@@ -48,8 +55,21 @@ void setText(std::string& target, const std::string& value) {
     target = dovrel::restoreLineFeeds(value);
 }
 
+std::string inQuotes(std::string_view text) {
+    std::string result = "\"";
+    for (const char c : text.substr(0, kMostShown)) {
+        if (isControlCharacter(c)) {
+            result += "\\x" + dovrel::bytesToHexText(&c, 1);
+        } else {
+            result += c;
+        }
+    }
+    return result + (text.size() > kMostShown ? "...\"" : "\"");
+}
+
 std::string problemOfValue(const std::string& key, const std::string& value, const UnfitValue& unfit) {
-    return "the value \"" + value + "\" of \"" + key + "\" does not fit; expected " + unfit.expected;
+    return "the value " + inQuotes(value) + " of " + inQuotes(key) + " does not fit; expected " +
+           unfit.expected;
 }
 
 }  // namespace merrowd

@@ -5,12 +5,16 @@
 #include <chrono>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace merrowd {
 
 struct UnfitValue {
     std::string expected;  ///< in words, to stand behind "expected"
 };
+
+/// The number that all of the text is, decimal and with a "-" at most in front.
+int64_t wholeNumber(const std::string& value, int64_t least, int64_t most);
 
 void setFlag(bool& target, const std::string& value);
 void setNumber(uint32_t& target, const std::string& value);
@@ -38,6 +42,9 @@ void setChoice(Value& target, const Choice<Value> (&choices)[count], const std::
     }
     throw UnfitValue{"one of " + names};
 }
+
+/// A text in double quotes for a problem: control characters as "\x0A", and the beginning only of long texts.
+std::string inQuotes(std::string_view text);
 
 /// The line for the log.
 std::string problemOfValue(const std::string& key, const std::string& value, const UnfitValue& unfit);

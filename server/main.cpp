@@ -2,20 +2,17 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <memory>
 #include <string>
 
-#include "client/exceptions/CPPException.h"
 #include "platform/LogPlaces.h"
 #include "platform/Places.h"
 #include "server/EventServer.h"
 #include "server/RunningProcess.h"
-#include "settings/ConfigFileSystem.h"
+#include "server/SettingsFile.h"
 
 namespace {
 
 using namespace merrowd;
-using dovrel::CPPException;
 
 constexpr char kLogName[] = "Merrowd.log";
 constexpr char kSettingsName[] = "Merrowd.conf";
@@ -26,16 +23,8 @@ uint32_t firstApplication() {
     return (static_cast<uint32_t>(getpid()) & 0x7FFF) << 16 | 1;
 }
 
-void readSettings(Exchanges& exchanges, ExchangeLog& log) {
-    const std::string path =
-        dovrel::fileSystemPath(std::string(dovrel::places::kInstallFolder) + kSettingsName);
-    if (access(path.c_str(), F_OK) != 0) return;
-    try {
-        exchanges.configure(dovrel::ConfigFileSystem::readText(path));
-    } catch (CPPException* caught) {
-        std::unique_ptr<CPPException> failure(caught);
-        log.note(std::string("settings: ") + failure->getMessage());
-    }
+std::string settingsPath() {
+    return dovrel::fileSystemPath(std::string(dovrel::places::kInstallFolder) + kSettingsName);
 }
 
 std::string endNote(const RunningProcess& process) {
@@ -50,7 +39,7 @@ int main() {
     ServerState state(firstApplication());
     ExchangeLog log(dovrel::logFolderPath(true) + kLogName);
     Exchanges exchanges(state, process, log);
-    readSettings(exchanges, log);
+    readSettingsFile(settingsPath(), exchanges, log);
     if (state.settings.log)
         log.note("Merrowd " MERROWD_VERSION " started as process " + std::to_string(getpid()));
     if (state.settings.endAtStart) return EXIT_SUCCESS;

@@ -41,18 +41,24 @@ std::string ConfigFileSystem::readText(const std::string& path) {
 }
 
 std::vector<Properties> ConfigFileSystem::readSections(std::string_view text, const std::string& sectionKey) {
+    return readSections(text, sectionKey, [](EntryReader::Step, const EntryReader&) { return true; });
+}
+
+std::vector<Properties> ConfigFileSystem::readSections(std::string_view text, const std::string& sectionKey,
+                                                       const StepFilter& filter) {
+    using Step = EntryReader::Step;
     PropertiesStringObj cursor(text);
     skipVersionEntry(cursor);
 
     std::vector<Properties> sections;
     Properties section;
     EntryReader reader(cursor, KeyLineRule::kTwoSlashes);
-    for (EntryReader::Step step = reader.next(); step != EntryReader::Step::kEnd; step = reader.next()) {
-        if (step == EntryReader::Step::kValue) {
+    for (Step step = Step::kOther; step != Step::kEnd;) {
+        step = reader.next();
+        const bool isAccepted = filter(step, reader);
+        if (step == Step::kKey && reader.key() == sectionKey) closeSection(section, sections);
+        if (step == Step::kValue && isAccepted)
             section.addParsed(reader.key(), reader.type(), reader.value());
-        } else if (reader.key() == sectionKey) {
-            closeSection(section, sections);
-        }
     }
     closeSection(section, sections);
     return sections;

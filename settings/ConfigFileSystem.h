@@ -7,10 +7,12 @@
 // system.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "settings/EntryReader.h"
 #include "settings/Properties.h"
 
 namespace dovrel {
@@ -25,10 +27,18 @@ class ConfigFileSystem {
     static std::string readText(const std::string& path);
 
     /// The sections of a text in their order. A section begins with the entry of `sectionKey`, which it
-    /// contains, and ends before the next one; entries in front of the first such entry are a section, too.
+    /// contains, and ends before the next one; entries in front of the first such entry are also a section.
     /// Inside a section the first entry of a key counts. Sections without entries, and the version entry at
     /// the beginning, are left out.
     static std::vector<Properties> readSections(std::string_view text, const std::string& sectionKey);
+
+    /// Sees every step of the reader after the version entry, kEnd included. The result says whether the
+    /// value is entered; after the other steps it does not matter.
+    using StepFilter = std::function<bool(EntryReader::Step step, const EntryReader& reader)>;
+
+    /// The same without the values that the filter rejects. Exceptions of the filter pass through.
+    static std::vector<Properties> readSections(std::string_view text, const std::string& sectionKey,
+                                                const StepFilter& filter);
 
     /// Writes the text form of a store to a file, which is created or emptied first and opened to all users.
     /// The text is complete before the file is touched. False when the file could not be opened or written.

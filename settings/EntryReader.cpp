@@ -3,21 +3,19 @@
 namespace dovrel {
 
 EntryReader::Step EntryReader::next() {
-    while (!cursor_.atEnd()) {
-        const std::string_view line = cursor_.takeLine();
-        if (isKeyLine(line)) {
-            key_ = keyOfKeyLine(line);
-            keyWaits_ = true;
-            return Step::kKey;
-        }
-        if (!keyWaits_) continue;
-        if (const std::optional<ValueLine> found = valueLineOf(line)) {
-            keyWaits_ = false;
-            takeValue(*found);
-            return Step::kValue;
-        }
+    if (cursor_.atEnd()) return Step::kEnd;
+    line_ = cursor_.takeLine();
+    if (isKeyLine(line_)) {
+        key_ = keyOfKeyLine(line_);
+        keyWaits_ = true;
+        return Step::kKey;
     }
-    return Step::kEnd;
+    if (!keyWaits_) return Step::kOther;
+    const std::optional<ValueLine> found = valueLineOf(line_);
+    if (!found) return Step::kOther;
+    keyWaits_ = false;
+    takeValue(*found);
+    return Step::kValue;
 }
 
 bool EntryReader::isKeyLine(std::string_view line) const {

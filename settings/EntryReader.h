@@ -1,8 +1,8 @@
-// Reads the entries of a text in the line grammar, one step per key line and per value.
+// Reads the entries of a text in the line grammar, one step per key line, per value and per other line.
 //
-// A value belongs to the last key line before it; lines that are neither key line nor value line are passed
-// over, and the key waits. A value line without a key before it is passed over, too. The value of a binary
-// entry goes on over all lines up to the next one that begins with "/".
+// A value belongs to the last key line before it. Other lines (neither a key line nor a value line, or a
+// value line that no key waits for) change nothing; the key keeps waiting. The value of a binary entry
+// extends over all lines up to the next one that begins with "/".
 #pragma once
 
 #include <string_view>
@@ -19,13 +19,17 @@ enum class KeyLineRule { kOneSlash, kTwoSlashes };
 
 class EntryReader {
   public:
-    enum class Step { kKey, kValue, kEnd };
+    enum class Step { kKey, kValue, kOther, kEnd };
 
     /// Reads from where the cursor stands. The cursor must outlive the reader.
     EntryReader(PropertiesStringObj& cursor, KeyLineRule rule) : cursor_(cursor), rule_(rule) {}
 
-    /// Goes on to the next key line or value. After kKey, key() is valid, after kValue everything is.
+    /// Reads the next key line, value or other line. After kKey, key() is valid; after kValue also type() and
+    /// value(). kOther changes none of them.
     Step next();
+
+    /// The last line that was read, without blanks and tabs at its ends; of a binary value the first one.
+    std::string_view line() const { return line_; }
 
     std::string_view key() const { return key_; }
 
@@ -42,6 +46,7 @@ class EntryReader {
     PropertiesStringObj& cursor_;
     KeyLineRule rule_;
     bool keyWaits_ = false;
+    std::string_view line_;
     std::string_view key_;
     PropertyType type_ = PropertyType::kUnknown;
     std::string_view value_;

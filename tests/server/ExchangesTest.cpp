@@ -4,6 +4,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <new>
+#include <stdexcept>
+
+#include "client/exceptions/CPPException.h"
+#include "tests/server/FailingClass.h"
 #include "tests/server/FakeProcess.h"
 #include "tests/server/Requests.h"
 #include "tests/support/TemporaryFolder.h"
@@ -217,6 +222,19 @@ TEST_F(ExchangesTest, Configure_PutsProblemsIntoTheLogAndGoesOn) {
     EXPECT_NE(state_.classes.find(ServerClass::identifierOfName("Scanner")), nullptr);
 }
 
+TEST_F(ExchangesTest, Control_OfLinesThatItDoesNotUnderstand_CountsThemAsProblems) {
+    const std::string answer =
+        bytesOfAnswer(exchanges_.control("log=1\n//checkClasses\n//Log\nINT:1\n\1\2\n"));
+    EXPECT_EQ(answer.substr(0, answer.find("//process")),
+              "//applications\nINT:0\n//objects\nINT:0\n"
+              "//problem 1\nSTR:line 1: \"log=1\" is not part of an entry\n"
+              "//problem 2\nSTR:line 2: \"checkClasses\" has no value\n"
+              "//problem 3\nSTR:line 5: \"\\x01\\x02\" is not part of an entry\n"
+              "//problem 4\nSTR:there is no setting \"Log\"\n"
+              "//problems\nINT:4\n");
+    EXPECT_NE(logText().find(" control: line 2: \"checkClasses\" has no value\n"), std::string::npos);
+}
+
 TEST_F(ExchangesTest, Control_AnswersHowTheServerStandsAndWhatWasWrong) {
     prepare("");
     EXPECT_EQ(bytesOfAnswer(exchanges_.control("//log\nINT:2\n//checkClasses\nINT:1\n")),
@@ -233,6 +251,77 @@ TEST_F(ExchangesTest, Control_OfAnyBytes_NeverFails) {
           std::string("STR:\n//\n//\nBAR:"), std::string(100000, '/')}) {
         EXPECT_NE(exchanges_.control(text).parameter, nullptr);
     }
+}
+
+// The reply to a call of a class whose method runs `fail`. The server must then work as before.
+class ExceptionsOfClassesTest : public ExchangesTest {
+  protected:
+    Reply replyOfFailingMethod(FailingClass::Action fail) {
+        state_.classes.add(std::make_shared<FailingClass>(std::move(fail)));
+        session_ = replyOf(send(registerRequest("Demo"))).number(posField::kSession);
+        object_ = replyOf(send(instantiateRequest(session_, "Failing"))).data(posField::kObject);
+        Reply reply = replyOf(send(callRequest(session_, object_, "fail")));
+        EXPECT_EQ(replyOf(send(callRequest(session_, object_, "work"))).data(posField::kResult), "done");
+        return reply;
+    }
+
+    void expectMethodFailure(const FailingClass::Action& fail, const std::string& message) {
+        const std::string text = "the method \"fail\" of the class Failing let an exception out: " + message;
+        const Reply reply = replyOfFailingMethod(fail);
+        EXPECT_EQ(reply.code(), 28u);
+        EXPECT_EQ(reply.text(), text);
+        EXPECT_EQ(reply.command(), 14u);
+        EXPECT_NE(logText().find(" " + text + "\n"), std::string::npos) << logText();
+    }
+};
+
+TEST_F(ExceptionsOfClassesTest, StdException_IsAnsweredAsAMethodThatFailedAndLogged) {
+    expectMethodFailure([] { throw std::runtime_error("no paper"); }, "no paper");
+}
+
+TEST_F(ExceptionsOfClassesTest, CPPException_IsAnsweredAsAMethodThatFailedAndLogged) {
+    expectMethodFailure([] { throw new dovrel::CPPException("no ink"); }, "no ink");
+}
+
+TEST_F(ExceptionsOfClassesTest, Number_IsAnsweredAsAMethodThatFailedAndLogged) {
+    expectMethodFailure([] { throw 5; }, "it is not of a known type");
+}
+
+TEST_F(ExceptionsOfClassesTest, LackOfMemory_IsAnsweredAsAMethodThatFailedAndLogged) {
+    expectMethodFailure([] { throw std::bad_alloc(); }, std::bad_alloc().what());
+}
+
+TEST_F(ExceptionsOfClassesTest, ExceptionInACreation_IsAnsweredAsAFailedInstantiationAndLogged) {
+    state_.classes.add(std::make_shared<FailingClass>([] { throw std::runtime_error("no paper"); }, true));
+    session_ = replyOf(send(registerRequest("Demo"))).number(posField::kSession);
+    const Reply reply = replyOf(send(instantiateRequest(session_, "Failing")));
+    const std::string text = "the creation of an object of the class Failing let an exception out: no paper";
+    EXPECT_EQ(reply.code(), 26u);
+    EXPECT_EQ(reply.text(), text);
+    EXPECT_NE(logText().find(" " + text + "\n"), std::string::npos);
+    EXPECT_EQ(state_.applications.objectCount(), 0u);
+}
+
+TEST_F(ExceptionsOfClassesTest, ExceptionElsewhereInAClass_IsAnsweredAndLogged) {
+    class Nameless : public FailingClass {
+      public:
+        Nameless() : FailingClass([] {}) {}
+        std::vector<std::string> methods() const override { throw std::runtime_error("which ones?"); }
+    };
+    state_.classes.add(std::make_shared<Nameless>());
+    session_ = replyOf(send(registerRequest("Demo"))).number(posField::kSession);
+    object_ = replyOf(send(instantiateRequest(session_, "Failing"))).data(posField::kObject);
+    const Reply reply = replyOf(send(callRequest(session_, object_, "work")));
+    EXPECT_EQ(reply.code(), 23u);
+    EXPECT_EQ(reply.text(), "the server let an exception out: which ones?");
+    EXPECT_EQ(reply.command(), 14u);
+    EXPECT_NE(logText().find(" the server let an exception out: which ones?\n"), std::string::npos);
+}
+
+TEST_F(ExceptionsOfClassesTest, Refusal_IsNoFaultAndLeavesNoLog) {
+    const Reply reply = replyOfFailingMethod([] { throw Refusal{28, "no"}; });
+    EXPECT_EQ(reply.text(), "no");
+    EXPECT_NE(access(folder_.path("Merrowd.log").c_str(), F_OK), 0);
 }
 
 TEST_F(ExchangesTest, ADescribedClassThatIsReplaced_LivesOnInItsObjects) {

@@ -63,5 +63,16 @@ TEST(SettingValue, SetChoice_TakesANameAndNamesThemAllWhereItIsNone) {
     }
 }
 
+TEST(SettingValue, InQuotes_ShowsControlCharactersAndTheBeginningOfLongTexts) {
+    EXPECT_EQ(inQuotes("a b"), "\"a b\"");
+    EXPECT_EQ(inQuotes("Gr\xC3\xB6\xC3\x9F"
+                       "e"),
+              "\"Gr\xC3\xB6\xC3\x9F"
+              "e\"");
+    EXPECT_EQ(inQuotes(std::string_view("\0\n\r\x1F\x7F", 5)), "\"\\x00\\x0A\\x0D\\x1F\\x7F\"");
+    EXPECT_EQ(inQuotes(std::string(80, 'x')), '"' + std::string(80, 'x') + '"');
+    EXPECT_EQ(inQuotes(std::string(81, 'x')), '"' + std::string(80, 'x') + "...\"");
+}
+
 }  // namespace
 }  // namespace merrowd::test

@@ -8,6 +8,7 @@
 
 #include "settings/EncipheredText.h"
 #include "tests/settings/Failures.h"
+#include "tests/settings/TextForm.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -135,6 +136,23 @@ TEST(ConfigFileSystem, ReadSections_LineWithOneSlashOrNoise_IsDropped) {
 TEST(ConfigFileSystem, ReadSections_BinaryValueInSeveralLines_IsOneValue) {
     EXPECT_EQ(sectionsOf("//a\nBAR:41\n42\n//LANGUAGE\nINT:1\n"),
               "--\n//a\nBAR:4142\n--\n//LANGUAGE\nINT:1\n");
+}
+
+TEST(ConfigFileSystem, ReadSections_WithAFilter_ShowsItEveryStepAndLeavesOutWhatItRejects) {
+    using Step = EntryReader::Step;
+    std::string steps;
+    const auto sections = ConfigFileSystem::readSections(
+        "//version\nINT:3\n//a\nINT:1\nnoise\n//S\nSTR:x\n//b\nINT:2\n//c\n", "S",
+        [&steps](Step step, const EntryReader& reader) {
+            const char* const names[] = {"key ", "value ", "other ", "end "};
+            steps +=
+                names[static_cast<size_t>(step)] + std::string(step == Step::kEnd ? "" : reader.line()) + '|';
+            return reader.key() != "b";
+        });
+    EXPECT_EQ(steps, "key //a|value INT:1|other noise|key //S|value STR:x|key //b|value INT:2|key //c|end |");
+    ASSERT_EQ(sections.size(), 2u);
+    EXPECT_EQ(test::saved(sections[0]), "//a\nINT:1\n");
+    EXPECT_EQ(test::saved(sections[1]), "//S\nSTR:x\n");
 }
 
 TEST(ConfigFileSystem, ReadSections_AMillionEntries_AreReadInOnePass) {

@@ -1,0 +1,43 @@
+#include "server/SettingsFile.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <memory>
+
+#include "client/exceptions/CPPException.h"
+#include "settings/ConfigFileSystem.h"
+
+namespace merrowd {
+
+using dovrel::ConfigFileSystem;
+using dovrel::CPPException;
+
+namespace {
+
+// Configuration files end at their first zero byte, which the text that was read does not show.
+void reportZeroByte(const std::string& path, ExchangeLog& log) {
+    std::ifstream file(path, std::ios::binary);
+    const std::string bytes(std::istreambuf_iterator<char>(file), {});
+    const size_t place = bytes.find('\0');
+    if (place == std::string::npos) return;
+    const auto line = 1 + std::count(bytes.data(), bytes.data() + place, '\n');
+    log.note("settings: line " + std::to_string(line) + ": what follows its zero byte does not count");
+}
+
+}  // namespace
+
+void readSettingsFile(const std::string& path, Exchanges& exchanges, ExchangeLog& log) {
+    if (access(path.c_str(), F_OK) != 0) return;
+    try {
+        exchanges.configure(ConfigFileSystem::readText(path));
+        reportZeroByte(path, log);
+    } catch (CPPException* caught) {
+        const std::unique_ptr<CPPException> failure(caught);
+        log.note(std::string("settings: ") + failure->getMessage());
+    }
+}
+
+}  // namespace merrowd

@@ -1,0 +1,150 @@
+#include "server/SettingsText.h"
+
+#include <algorithm>
+#include <limits>
+#include <set>
+
+#include "server/DescribedClass.h"
+#include "server/SettingValue.h"
+#include "settings/ConfigFileSystem.h"
+
+namespace merrowd {
+
+using dovrel::ConfigFileSystem;
+using dovrel::EntryReader;
+using dovrel::Properties;
+using dovrel::PropertyType;
+
+namespace {
+
+bool isBlankOrLineEnd(char c) {
+    return dovrel::isBlankOrTab(c) || c == '\r' || c == dovrel::kLineFeed;
+}
+
+bool isHexDigit(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+}
+
+void requirePairsOfDigits(std::string_view value) {
+    const auto blanks = static_cast<size_t>(std::count_if(value.begin(), value.end(), isBlankOrLineEnd));
+    const auto digits = static_cast<size_t>(std::count_if(value.begin(), value.end(), isHexDigit));
+    if (blanks + digits != value.size() || digits % 2 != 0) throw UnfitValue{"pairs of hexadecimal digits"};
+}
+
+// Throws UnfitValue.
+void requireValueOfType(PropertyType type, std::string_view value) {
+    using Limits = std::numeric_limits<int32_t>;
+    switch (type) {
+        case PropertyType::kInteger:
+            wholeNumber(std::string(dovrel::trimmed(value)), Limits::min(), Limits::max());
+            return;
+        case PropertyType::kBinary:
+            requirePairsOfDigits(value);
+            return;
+        case PropertyType::kUnknown:
+            throw UnfitValue{"one of the type words INT, STR and BAR in front of it"};
+        case PropertyType::kString:
+            return;
+    }
+}
+
+// Follows the reader through the text.
+class Examiner {
+  public:
+    Examiner(std::string_view text, std::vector<std::string>& problems)
+        : lastPlace_(text.data()), problems_(problems) {}
+
+    /// Whether the value is entered.
+    bool accepts(EntryReader::Step step, const EntryReader& reader) {
+        if (step == EntryReader::Step::kOther) {
+            if (!reader.line().empty() && reader.line() != "\r") addOther(reader.line());
+            return false;
+        }
+        reportOthers();
+        if (step == EntryReader::Step::kValue) return acceptsValue(reader);
+        reportWaitingKey();
+        if (step == EntryReader::Step::kKey) {
+            if (reader.key() == DescribedClass::kSectionKey) keys_.clear();
+            waitingKey_ = reader.key();
+            lineOfKey_ = lineNumberOf(reader.line());
+            keyWaits_ = true;
+        }
+        return false;
+    }
+
+  private:
+    bool acceptsValue(const EntryReader& reader) {
+        keyWaits_ = false;
+        const size_t line = lineNumberOf(reader.line());
+        try {
+            requireValueOfType(reader.type(), reader.value());
+        } catch (const UnfitValue& unfit) {
+            report(line, problemOfValue(std::string(reader.key()), std::string(reader.value()), unfit));
+            return false;
+        }
+        if (keys_.insert(reader.key()).second) return true;
+        report(line, inQuotes(reader.key()) + " has a value already");
+        return false;
+    }
+
+    void addOther(std::string_view line) {
+        lastOther_ = lineNumberOf(line);
+        if (firstOther_ != 0) return;
+        firstOther_ = lastOther_;
+        textOfFirstOther_ = line;
+    }
+
+    // Lines in a row are one problem, so that a file of another kind does not fill the log.
+    void reportOthers() {
+        if (firstOther_ == 0) return;
+        const std::string text = inQuotes(textOfFirstOther_);
+        if (firstOther_ == lastOther_) {
+            report(firstOther_, text + " is not part of an entry");
+        } else {
+            problems_.push_back("lines " + std::to_string(firstOther_) + " to " + std::to_string(lastOther_) +
+                                ": " + text + " and what follows is not part of an entry");
+        }
+        firstOther_ = 0;
+    }
+
+    void reportWaitingKey() {
+        if (keyWaits_) report(lineOfKey_, inQuotes(waitingKey_) + " has no value");
+        keyWaits_ = false;
+    }
+
+    void report(size_t line, const std::string& problem) {
+        problems_.push_back("line " + std::to_string(line) + ": " + problem);
+    }
+
+    // Counted from 1. Lines are asked for in their order.
+    size_t lineNumberOf(std::string_view line) {
+        lastNumber_ += static_cast<size_t>(std::count(lastPlace_, line.data(), dovrel::kLineFeed));
+        lastPlace_ = line.data();
+        return lastNumber_;
+    }
+
+    const char* lastPlace_;
+    size_t lastNumber_ = 1;
+    std::vector<std::string>& problems_;
+
+    bool keyWaits_ = false;
+    std::string_view waitingKey_;
+    size_t lineOfKey_ = 0;
+    std::set<std::string_view> keys_;  // that have a value in this section
+
+    size_t firstOther_ = 0;  // 0: none
+    size_t lastOther_ = 0;
+    std::string_view textOfFirstOther_;
+};
+
+}  // namespace
+
+std::vector<Properties> readSettingsText(std::string_view text, std::vector<std::string>& problems) {
+    Examiner examiner(text, problems);
+    return ConfigFileSystem::readSections(text, DescribedClass::kSectionKey,
+                                          [&examiner](EntryReader::Step step, const EntryReader& reader) {
+                                              return examiner.accepts(step, reader);
+                                          });
+}
+
+}  // namespace merrowd

@@ -1,0 +1,49 @@
+// A class whose code lets exceptions out.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "server/ServerClass.h"
+
+namespace merrowd::test {
+
+class FailingClass : public ServerClass {
+  public:
+    using Action = std::function<void()>;
+
+    /// The method "fail" runs `fail`, and so does the creation of an object with `failsInCreation`. The
+    /// method "work" returns "done".
+    explicit FailingClass(Action fail, bool failsInCreation = false)
+        : fail_(std::move(fail)), failsInCreation_(failsInCreation) {}
+
+    std::string name() const override { return "Failing"; }
+    std::vector<std::string> methods() const override { return {"fail", "work"}; }
+
+    std::unique_ptr<ServerObject> instantiate(UserMessage&) const override {
+        if (failsInCreation_) fail_();
+        return std::make_unique<Instance>(fail_);
+    }
+
+  private:
+    class Instance : public ServerObject {
+      public:
+        explicit Instance(const Action& fail) : fail_(fail) {}
+
+        Answer call(const std::string& method, CPPByteArray) override {
+            if (method == "fail") fail_();
+            return Answer(bytesOf("done"));
+        }
+
+      private:
+        const Action fail_;
+    };
+
+    const Action fail_;
+    const bool failsInCreation_;
+};
+
+}  // namespace merrowd::test
