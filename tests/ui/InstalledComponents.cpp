@@ -18,10 +18,6 @@ std::string textEntry(const std::string& key, const std::string& value) {
     return "<key>" + key + "</key><string>" + value + "</string>\n";
 }
 
-std::string integerEntry(const std::string& key, int value) {
-    return "<key>" + key + "</key><integer>" + std::to_string(value) + "</integer>\n";
-}
-
 std::string binaryListOf(const std::string& key, const std::string& value) {
     return binaryList({dictionaryObject({1}, {2}), asciiObject(key), asciiObject(value)});
 }

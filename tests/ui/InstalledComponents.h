@@ -13,7 +13,6 @@ namespace dovrel::test {
 /// A dictionary in the XML form, and what may be in it.
 std::string xmlList(const std::string& entries);
 std::string textEntry(const std::string& key, const std::string& value);
-std::string integerEntry(const std::string& key, int value);
 
 /// A dictionary with one text in the binary form.
 std::string binaryListOf(const std::string& key, const std::string& value);

@@ -9,7 +9,6 @@ namespace dovrel {
 namespace {
 
 using test::binaryListOf;
-using test::integerEntry;
 using test::textEntry;
 using test::xmlList;
 
