@@ -1,7 +1,7 @@
 // The versions of the installed components of the product.
 //
-// All texts are in UTF-8; a version that cannot be found reads "n/a". What Foundation makes on the way is
-// freed before a function returns. Any thread.
+// All texts are in UTF-8. A version that is not a string is formatted as "%@" does; one that cannot be found
+// reads "n/a". What Foundation makes on the way is freed before a function returns. Any thread.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@
 
 namespace dovrel {
 
-/// Stands in for a version that is not there, or is no text.
+/// Replaces a version that is not there.
 inline constexpr char kMissingVersion[] = "n/a";
 
 /// The version of the bundle that the process knows under `identifier`, wherever it lies; when it knows none,

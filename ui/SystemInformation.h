@@ -8,8 +8,8 @@
 
 namespace dovrel {
 
-/// The text under `key` in the system's version property list; nothing when there is no such list or no such
-/// text in it.
+/// The value under `key` in the system's version property list, as "%@" formats it; nothing if there is no
+/// such list or no such value in it.
 std::optional<std::string> systemVersionValue(const std::string& key);
 
 /// The system's name and its architecture: "Mac OS X (x86)". An absent name reads as the platform formats an

@@ -1,5 +1,6 @@
 #include "corefoundation/PropertyListWriter.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <ctime>
 
@@ -9,6 +10,11 @@ namespace portability {
 namespace {
 
 constexpr double kSecondsFrom1970To2001 = 978307200;
+
+// The form has years of four digits, and GNUstep 1.28 never returns from the description of a date before the
+// year 1.
+constexpr double kBeginningOfYear2 = -63082540800;
+constexpr double kEndOfYear9999 = 252423993599;
 
 // Thrown and caught inside this file only.
 struct NotAPropertyList {};
@@ -42,11 +48,13 @@ std::string realText(double value) {
 }
 
 std::string dateText(double since2001) {
-    const auto seconds = static_cast<std::time_t>(since2001 + kSecondsFrom1970To2001);
+    const double shown = std::clamp(since2001, kBeginningOfYear2, kEndOfYear9999);
+    const auto seconds = static_cast<std::time_t>(shown + kSecondsFrom1970To2001);
     struct tm time = {};
     gmtime_r(&seconds, &time);
-    char text[40];
-    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &time);
+    char text[80];
+    std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02dZ", time.tm_year + 1900, time.tm_mon + 1,
+                  time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
     return text;
 }
 
