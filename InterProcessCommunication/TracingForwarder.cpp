@@ -6,41 +6,41 @@
 #include "InterProcessCommunication/TransferObjText.h"
 #include "client/exceptions/CPPException.h"
 #include "platform/Environment.h"
+#include "platform/TraceText.h"
 
 namespace dovrel {
 
 namespace {
 
 constexpr char kTraceVariable[] = "POS_TRACE";
-constexpr char kRequestMark[] = "    > ";
-constexpr char kAnswerMark[] = "    < ";
+constexpr char kRequestMark[] = "> ";
+constexpr char kReplyMark[] = "< ";
 
-/// How an exchange ended, without anything that was said in it.
-struct Ending {
+/// The outcome of an exchange, without anything that was said in it.
+struct Outcome {
     TraceLevel level;
     std::string text;
 };
 
-// Read from a copy: who asked is still to read the answer itself.
-Ending endingOf(const CPPByteArray& answer) {
+// Reads a copy, because the caller still has to read the reply itself.
+Outcome makeOutcome(const CPPByteArray& reply) {
     POSTransferObj copy;
-    copy.copyBytesFrom(answer);
+    copy.copyBytesFrom(reply);
     try {
         if (copy.getMessageKind() != kMessageKindException) return {TraceLevel::kSteps, "answered"};
-        const uint32_t code = copy.readUInt32(posField::kExceptionCode);
-        return {TraceLevel::kFailures, "error " + std::to_string(code)};
+        return {TraceLevel::kFailures, "error " + errorCodeText(copy.readUInt32(posField::kExceptionCode))};
     } catch (CPPException* caught) {
         const std::unique_ptr<CPPException> failure(caught);
         return {TraceLevel::kFailures, "an answer that cannot be read"};
     }
 }
 
-std::string sizeOf(const CPPByteArray& bytes) {
+std::string sizeText(const CPPByteArray& bytes) {
     return ", " + std::to_string(bytes.getSize()) + " bytes";
 }
 
-/// The fields, each on a line of its own behind the one that is begun.
-std::string contentsOf(const CPPByteArray& bytes, const char* mark) {
+/// The fields, each on a further line of the entry.
+std::string contentsText(const CPPByteArray& bytes, const char* mark) {
     if (!Trace::wants(TraceArea::kExchange, TraceLevel::kContents)) return "";
     std::string lines = "\n" + transferObjText(bytes, mark);
     lines.pop_back();
@@ -49,26 +49,27 @@ std::string contentsOf(const CPPByteArray& bytes, const char* mark) {
 
 void writeRequest(const CPPByteArray& request) {
     Trace::write(TraceArea::kExchange, TraceLevel::kSteps, [&] {
-        return commandNameOf(request) + sizeOf(request) + contentsOf(request, kRequestMark);
+        return commandNameOf(request) + sizeText(request) + contentsText(request, kRequestMark);
     });
 }
 
-void writeAnswer(const CPPByteArray& request, const CPPByteArray& answer, const TraceTimer& timer) {
+void writeReply(const CPPByteArray& request, const CPPByteArray& reply, const TraceTimer& timer) {
     Trace::write(TraceArea::kExchange, TraceLevel::kFailures, [&]() -> std::string {
-        const Ending ending = endingOf(answer);
-        if (!Trace::wants(TraceArea::kExchange, ending.level)) return "";
-        return commandNameOf(request) + ": " + ending.text + sizeOf(answer) + ", " + timer.text() +
-               contentsOf(answer, kAnswerMark);
+        const Outcome outcome = makeOutcome(reply);
+        if (!Trace::wants(TraceArea::kExchange, outcome.level)) return "";
+        return commandNameOf(request) + ": " + outcome.text + sizeText(reply) + ", " + timer.text() +
+               contentsText(reply, kReplyMark);
     });
 }
 
-/// The failure passes on; it is not taken over here.
+/// Does not take ownership: the failure is thrown on.
 template <typename MakeTitle>
 void writeFailure(TraceArea area, const MakeTitle& makeTitle, const CPPException& passing,
                   const TraceTimer& timer) {
     Trace::write(area, TraceLevel::kFailures, [&] {
         const char* const message = passing.getMessage();
-        return makeTitle() + ": failed, " + timer.text() + ": " + (message != nullptr ? message : "");
+        return makeTitle() + ": failed, " + timer.text() + ": " +
+               traceValueText(message != nullptr ? message : "");
     });
 }
 
@@ -84,9 +85,9 @@ POSTransferObj* TracingForwarder::ForwardTransferObj(POSTransferObj& request) {
     const TraceTimer timer;
     writeRequest(request.bytes());
     try {
-        POSTransferObj* const answer = traced_->ForwardTransferObj(request);
-        writeAnswer(request.bytes(), answer->bytes(), timer);
-        return answer;
+        POSTransferObj* const reply = traced_->ForwardTransferObj(request);
+        writeReply(request.bytes(), reply->bytes(), timer);
+        return reply;
     } catch (const CPPException* passing) {
         writeFailure(
             TraceArea::kExchange, [&] { return commandNameOf(request.bytes()); }, *passing, timer);
@@ -115,7 +116,8 @@ CPPByteArray TracingForwarder::GetClientProcessID() {
     return traced_->GetClientProcessID();
 }
 
-std::unique_ptr<POSTransferObjForwarder> tracedAsAsked(std::unique_ptr<POSTransferObjForwarder> forwarder) {
+std::unique_ptr<POSTransferObjForwarder> traceIfRequested(
+    std::unique_ptr<POSTransferObjForwarder> forwarder) {
     const std::string setting = environmentVariable(kTraceVariable);
     if (setting.empty()) return forwarder;
     return std::make_unique<TracingForwarder>(std::move(forwarder), setting);

@@ -1,4 +1,4 @@
-// TracingForwarder: has another forwarder carry everything, and writes down what it did.
+// TracingForwarder: passes everything to another forwarder and traces it.
 #pragma once
 
 #include <memory>
@@ -9,11 +9,11 @@
 
 namespace dovrel {
 
-/// Behaves as the forwarder that it stands in front of, to the answers and the failures. Its life is that of
-/// the process's trace.
+/// Returns and throws exactly what the other forwarder returns and throws. The process's trace lives as long
+/// as this object.
 class TracingForwarder : public POSTransferObjForwarder {
   public:
-    /// `setting` is the text of TraceSetting.h. std::bad_alloc when memory runs out.
+    /// `setting` is the text of TraceSetting.h. Throws std::bad_alloc.
     TracingForwarder(std::unique_ptr<POSTransferObjForwarder> traced, const std::string& setting);
     TracingForwarder(const TracingForwarder&) = delete;
     TracingForwarder& operator=(const TracingForwarder&) = delete;
@@ -25,12 +25,12 @@ class TracingForwarder : public POSTransferObjForwarder {
     CPPByteArray GetClientProcessID() override;
 
   private:
-    /// First made and last destroyed, so that it has the other's last line.
+    /// Constructed first and destroyed last, so that it gets the other forwarder's last entry.
     Trace trace_;
     std::unique_ptr<POSTransferObjForwarder> traced_;
 };
 
-/// The forwarder behind a trace where the environment variable POS_TRACE asks for one, else itself.
-std::unique_ptr<POSTransferObjForwarder> tracedAsAsked(std::unique_ptr<POSTransferObjForwarder> forwarder);
+/// `forwarder` inside a TracingForwarder if the environment variable POS_TRACE is set, else `forwarder`.
+std::unique_ptr<POSTransferObjForwarder> traceIfRequested(std::unique_ptr<POSTransferObjForwarder> forwarder);
 
 }  // namespace dovrel

@@ -5,7 +5,9 @@
 
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "client/exceptions/CPPException.h"
+#include "client/exceptions/ExceptionTypeNames.h"
 #include "platform/TextConversions.h"
+#include "platform/TraceText.h"
 
 namespace dovrel {
 
@@ -18,13 +20,16 @@ bool isPrintable(char character) {
 }
 
 std::string quoted(const std::string& text) {
-    std::string result = "\"";
-    for (const char character : text)
-        result += isPrintable(character) ? character : '.';
-    return result + '"';
+    return '"' + text + '"';
 }
 
-// "5 bytes: 68 65 6C 6C 6F "hello""
+std::string printableText(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](char character) { return !isPrintable(character); }, '.');
+    return text;
+}
+
+// 5 bytes: 68 65 6C 6C 6F "hello"
 std::string dataText(const CPPByteArray& bytes) {
     const uint32_t shown = std::min(bytes.getSize(), kMostBytesShown);
     std::string text = std::to_string(bytes.getSize()) + (bytes.getSize() == 1 ? " byte" : " bytes");
@@ -34,7 +39,8 @@ std::string dataText(const CPPByteArray& bytes) {
         text += ' ' + numberToText(bytes.getByte(i), 16, 2);
     if (shown < bytes.getSize()) text += " ...";
     const std::string beginning = bytesToText(bytes).substr(0, shown);
-    if (std::any_of(beginning.begin(), beginning.end(), isPrintable)) text += " " + quoted(beginning);
+    if (std::any_of(beginning.begin(), beginning.end(), isPrintable))
+        text += " " + quoted(printableText(beginning));
     return text;
 }
 
@@ -46,7 +52,7 @@ std::string valueText(POSTransferObj& object, const POSField& field) {
         case POSFieldForm::kText: {
             std::string text = object.readString(field);
             if (field.form == POSFieldForm::kName && !text.empty() && text.back() == '\0') text.pop_back();
-            return quoted(text);
+            return quoted(traceOneLineText(text));
         }
         case POSFieldForm::kIdentifier:
         case POSFieldForm::kOptionalIdentifier:
@@ -61,7 +67,7 @@ void appendField(std::string& lines, POSTransferObj& object, const POSField& fie
     lines += mark + std::to_string(field.number) + " " + field.name + " = " + valueText(object, field) + "\n";
 }
 
-// Runs `read` on the object, and answers `otherwise` where the bytes do not let themselves be read.
+// What `read` returns for the object, or `otherwise` if the bytes cannot be read.
 template <typename Result, typename Read>
 Result readOr(const CPPByteArray& bytes, const Result& otherwise, Read read) {
     POSTransferObj object;
@@ -101,6 +107,22 @@ std::string transferObjText(const CPPByteArray& transferObject, const std::strin
 std::string commandNameOf(const CPPByteArray& transferObject) {
     const POSCommand* command = findPOSCommand(commandCodeOf(transferObject));
     return command == nullptr ? "unknown command" : command->name;
+}
+
+std::string requestSummary(const CPPByteArray& request) {
+    const std::string command = commandNameOf(request);
+    return readOr(request, command, [&command](POSTransferObj& object) {
+        std::string text = command;
+        for (const POSField& field : {posField::kClass, posField::kMethodName})
+            if (object.hasField(field))
+                text += ", " + std::string(field.name) + " = " + valueText(object, field);
+        return text;
+    });
+}
+
+std::string errorCodeText(uint32_t errorCode) {
+    const char* const name = serverErrorName(errorCode);
+    return std::to_string(errorCode) + " (" + (name != nullptr ? name : "unknown") + ")";
 }
 
 uint32_t commandCodeOf(const CPPByteArray& transferObject) {

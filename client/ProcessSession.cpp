@@ -23,7 +23,7 @@ POSTransferObjForwarder* theForwarder = nullptr;
 }  // namespace
 
 SessionParts platformParts() {
-    return {[] { return tracedAsAsked(std::make_unique<MacOSXTransferObjForwarder>()); },
+    return {[] { return traceIfRequested(std::make_unique<MacOSXTransferObjForwarder>()); },
             [] { return std::make_unique<MacOSXMessageDialog>(); }, createMutex};
 }
 

@@ -5,11 +5,11 @@
 
 namespace dovrel {
 
-/// The log folder with a slash at its end, as the language's file calls take it. With `create` the folder is
-/// made, open to all users, if it does not exist; whether that worked is not told.
+/// The log folder's path for fopen() and its like, with a slash at its end. With `create` the folder is
+/// created, open to all users, if it does not exist; the path is returned even if that fails.
 std::string logFolderPath(bool create);
 
-/// The library's error log, in the log folder, which is made if it does not exist.
+/// The path of the library's error log. Creates the log folder like logFolderPath(true), but not the file.
 std::string errorLogPath();
 
 }  // namespace dovrel

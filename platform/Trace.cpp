@@ -4,12 +4,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/TraceText.h"
+
 namespace dovrel {
 
 namespace {
 
-/// Not for everybody, as other files of the library are: it may hold what a host says to its server. Must not
-/// block, whatever stands under the name.
+/// For its owner only, unlike other files of the library, because it may hold what a host says to its server.
+/// Never blocks, not even if the path names a pipe.
 int openTraceFile(const std::string& path) {
     const int descriptor =
         open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
@@ -26,7 +28,7 @@ const Trace* Trace::running = nullptr;
 Trace::Trace(const std::string& setting)
     : setting_(setting), descriptor_(setting_.file.empty() ? STDERR_FILENO : openTraceFile(setting_.file)) {
     running = this;
-    if (!setting_.problems.empty()) writeLine("not understood: " + setting_.problems);
+    if (!setting_.problems.empty()) writeEntry("not understood: " + traceValueText(setting_.problems));
 }
 
 Trace::~Trace() {
@@ -34,10 +36,11 @@ Trace::~Trace() {
     if (descriptor_ != STDERR_FILENO) close(descriptor_);
 }
 
-// In one call, so that the lines of several threads and processes do not mix.
-void Trace::writeLine(const std::string& text) const {
-    const std::string line = "dovrel " + std::to_string(getpid()) + " " + timer_.text() + " " + text + "\n";
-    [[maybe_unused]] const ssize_t written = ::write(descriptor_, line.data(), line.size());
+// In one call, so that the entries of several threads and processes do not mix.
+void Trace::writeEntry(const std::string& text) const {
+    const std::string entry =
+        "dovrel " + std::to_string(getpid()) + " " + timer_.text() + " " + traceEntryText(text) + "\n";
+    [[maybe_unused]] const ssize_t written = ::write(descriptor_, entry.data(), entry.size());
 }
 
 }  // namespace dovrel

@@ -1,10 +1,11 @@
-// Trace: lines about what the library does, for whoever looks for the reason of a failure. A line names the
-// process, the time since the trace was begun, and the area:
+// Trace: lines about what the library does, for people who look for the reason of a failure. An entry names
+// the process, the microseconds since the trace began, and the area:
 //
 //     dovrel 4711 12345 us exchange: call method, 111 bytes: answered, 76 bytes, 123 us
 //
-// The process's trace is the object that was made last; where there is none, tracing costs one look at a
-// pointer, and the text of a line is not made. Nothing that goes wrong in tracing reaches what is traced.
+// The trace is UTF-8 with line feeds; TraceText.h says what becomes of other characters and of texts of
+// several lines. The process's trace is the object that was made last. Without one, tracing costs one look at
+// a pointer, and the text of an entry is not made. Failures of the trace never reach what is traced.
 #pragma once
 
 #include <string>
@@ -16,10 +17,11 @@ namespace dovrel {
 
 class Trace {
   public:
-    /// Begins the process's trace, until it is destroyed, as the text says (TraceSetting.h); what was not
-    /// understood is its first line. The file is made, for its owner only, or added to; a link is not
-    /// followed. A file that cannot be opened, or is none, is replaced by standard error. Neither the making
-    /// nor the end may overlap with anything that traces. std::bad_alloc when memory runs out.
+    /// Starts the process's trace, which ends with this object. `setting` is the text of TraceSetting.h; what
+    /// is wrong with it is the trace's first entry. The file is created, readable and writable for its owner
+    /// only, or appended to. Links are not followed. If the file cannot be opened or is not a regular file,
+    /// the trace goes to standard error. Neither the start nor the end may overlap with anything that traces.
+    /// Throws std::bad_alloc.
     explicit Trace(const std::string& setting);
     Trace(const Trace&) = delete;
     Trace& operator=(const Trace&) = delete;
@@ -29,21 +31,21 @@ class Trace {
         return running != nullptr && running->setting_.levels[static_cast<size_t>(area)] >= level;
     }
 
-    /// Writes the line that `makeText()` returns, if it is wanted; an empty text is no line. Any thread;
-    /// lines do not mix.
+    /// Writes the entry that `makeText()` returns, if it is wanted. An empty text is not written. Values that
+    /// hosts and servers give go through traceValueText() first. Any thread; entries do not mix.
     template <typename MakeText>
     static void write(TraceArea area, TraceLevel level, const MakeText& makeText) noexcept {
         if (!wants(area, level)) return;
         try {
             const std::string text = makeText();
-            if (!text.empty()) running->writeLine(std::string(nameOf(area)) + ": " + text);
+            if (!text.empty()) running->writeEntry(std::string(areaName(area)) + ": " + text);
         } catch (...) {
-            // Memory has run out: a line is missing.
+            // Out of memory: an entry is missing.
         }
     }
 
   private:
-    void writeLine(const std::string& text) const;
+    void writeEntry(const std::string& text) const;
 
     static const Trace* running;
 

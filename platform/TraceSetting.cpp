@@ -9,9 +9,9 @@ namespace {
 constexpr char kFile[] = "file=";
 constexpr char kAllAreas[] = "all";
 constexpr TraceLevel kLevelWithoutDigit = TraceLevel::kSteps;
-constexpr std::array<const char*, kTraceAreaCount> kAreaNames = {"connection", "exchange"};
+constexpr std::array<const char*, kTraceAreaCount> kAreaNames = {"connection", "exchange", "session"};
 
-/// "area" or "area:level". False, and nothing changed, when it is neither.
+/// `item` is "area" or "area:level". Returns false and changes nothing if it is neither.
 bool applyArea(const std::string& item, std::array<TraceLevel, kTraceAreaCount>& levels) {
     const size_t colon = item.find(':');
     const std::string name = item.substr(0, colon);
@@ -45,7 +45,7 @@ TraceSetting::TraceSetting(const std::string& text) {
     }
 }
 
-const char* nameOf(TraceArea area) {
+const char* areaName(TraceArea area) {
     return kAreaNames[static_cast<size_t>(area)];
 }
 

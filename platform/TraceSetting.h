@@ -1,9 +1,9 @@
-// TraceSetting: what is to be traced, how much of it, and where to, read from a text such as
+// TraceSetting: what is traced, at which level, and where the trace goes, read from a text such as
 //
 //     connection,exchange:3,file=/tmp/dovrel.trace
 //
-// Commas separate areas; "all" is every area. A colon and a digit behind an area set its level (2 where there
-// is none). "file=" comes last: the rest of the text is the path of the file. Without it the trace goes to
+// Commas separate areas; "all" is every area. A colon and a digit after an area set its level (2 without
+// them). "file=" comes last: the rest of the text is the path of the file. Without it the trace goes to
 // standard error.
 #pragma once
 
@@ -12,32 +12,33 @@
 
 namespace dovrel {
 
-/// What a line of the trace is about.
+/// What an entry of the trace is about.
 enum class TraceArea {
     kConnection,  ///< finding, launching and waking the server, and forgetting it
-    kExchange     ///< requests and their answers
+    kExchange,    ///< requests and replies
+    kSession      ///< operations that failed: what the error log says about them
 };
-constexpr size_t kTraceAreaCount = 2;
+constexpr size_t kTraceAreaCount = 3;
 
-/// How much is traced; a level includes those before it.
+/// How much is traced. A level includes those before it.
 enum class TraceLevel {
     kOff,       ///< nothing
-    kFailures,  ///< what fails
-    kSteps,     ///< everything that is done, its sizes and times, but nothing of what hosts pass
-    kContents   ///< requests and answers in readable form, too
+    kFailures,  ///< failures
+    kSteps,     ///< also every step, with sizes and times, but nothing that hosts and server say
+    kContents   ///< also what hosts and server say, in readable form
 };
 
 struct TraceSetting {
     TraceSetting() = default;
 
-    /// What stands in the text and is neither an area nor a file becomes a problem, and changes nothing else.
+    /// An item of the text that is neither an area nor a file becomes a problem and has no other effect.
     explicit TraceSetting(const std::string& text);
 
     std::array<TraceLevel, kTraceAreaCount> levels{};
     std::string file;      ///< "" for standard error
-    std::string problems;  ///< what was not understood, separated by blanks; "" when all was
+    std::string problems;  ///< the items that were not understood, separated by blanks; "" if there is none
 };
 
-const char* nameOf(TraceArea area);
+const char* areaName(TraceArea area);
 
 }  // namespace dovrel

@@ -1,4 +1,4 @@
-// TraceTimer: a stopwatch for the lines of a trace. Starts when it is made.
+// TraceTimer: a stopwatch for the entries of a trace. It starts when it is constructed.
 #pragma once
 
 #include <chrono>
@@ -8,7 +8,7 @@ namespace dovrel {
 
 class TraceTimer {
   public:
-    /// "123 us"
+    /// The time since the start: "123 us".
     std::string text() const {
         const std::chrono::duration<double, std::micro> passed = std::chrono::steady_clock::now() - begin_;
         return std::to_string(static_cast<long long>(passed.count())) + " us";

@@ -39,7 +39,7 @@ class TracingForwarderTest : public testing::Test {
 
     std::vector<std::string> lines() const {
         std::vector<std::string> found;
-        for (const std::string& line : test::traceLinesOf(folder.read("trace")))
+        for (const std::string& line : test::traceEntriesOf(folder.read("trace")))
             found.push_back(withoutTime(line));
         return found;
     }
@@ -97,7 +97,8 @@ TEST_F(TracingForwarderTest, ErrorAnswer_IsALineWithItsCode) {
     prepared->answerParts(test::exceptionAnswer(25, "text"));
     for (int i = 0; i < 2; ++i)
         delete forwarder->ForwardTransferObj(*request);
-    EXPECT_EQ(lines(), std::vector<std::string>{"exchange: delete object: error 25, 58 bytes, # us"});
+    EXPECT_EQ(lines(), std::vector<std::string>{
+                           "exchange: delete object: error 25 (object not found), 58 bytes, # us"});
 }
 
 TEST_F(TracingForwarderTest, AnswerThatCannotBeRead_IsALineAndPassesUnread) {
@@ -117,6 +118,39 @@ TEST_F(TracingForwarderTest, FailureOfTheExchange_PassesAsItIsAfterALine) {
     prepared->throwAtRequest("The line is dead.");
     EXPECT_EQ(failureOf(*forwarder), "The line is dead.");
     EXPECT_EQ(lines(), std::vector<std::string>{"exchange: delete object: failed, # us: The line is dead."});
+}
+
+TEST_F(TracingForwarderTest, ErrorCodesThatNoAlertShows_AreLinesLikeOthers) {
+    const auto forwarder = traced("exchange:1");
+    prepared->answerParts(test::exceptionAnswer(36, "text"));
+    prepared->answerParts(test::exceptionAnswer(99, "text"));
+    for (int i = 0; i < 2; ++i)
+        delete forwarder->ForwardTransferObj(*request);
+    EXPECT_EQ(lines(), (std::vector<std::string>{
+                           "exchange: delete object: error 36 (library not found), 58 bytes, # us",
+                           "exchange: delete object: error 99 (unknown), 58 bytes, # us"}));
+}
+
+TEST_F(TracingForwarderTest, MessageOfSeveralLinesInAnyEncoding_IsReadableAndForgesNoLine) {
+    const auto forwarder = traced("exchange:1");
+    prepared->throwAtRequest(
+        "\xD2Zur\x9F"
+        "ck\xD3\rdovrel 1 2 us exchange: forged\n> 107 method name");
+    failureOf(*forwarder);
+    EXPECT_EQ(lines(), std::vector<std::string>{"exchange: delete object: failed, # us: “Zurück”\n"
+                                                "    | dovrel 1 2 us exchange: forged\n"
+                                                "    | > 107 method name"});
+}
+
+TEST_F(TracingForwarderTest, ValueOfSeveralLines_IsOneLineOfTheContents) {
+    const auto forwarder = traced("exchange:3");
+    prepared->answerParts(test::exceptionAnswer(25,
+                                                "Gr\x9A\xA7"
+                                                "e\r< 151 exception code = 7\ndovrel 1"));
+    delete forwarder->ForwardTransferObj(*request);
+    EXPECT_EQ(lines().back().substr(lines().back().find('\n')),
+              "\n    < 150 exception text = \"Größe\\n< 151 exception code = 7\\ndovrel 1\""
+              "\n    < 151 exception code = 25");
 }
 
 TEST_F(TracingForwarderTest, ConnectAndCheck_AreLinesOfTheConnection) {
@@ -148,20 +182,20 @@ TEST_F(TracingForwarderTest, AreaThatIsOff_HasNoLines) {
     EXPECT_TRUE(lines().empty());
 }
 
-TEST_F(TracingForwarderTest, TracedAsAsked_WithoutTheVariable_IsTheForwarderItself) {
+TEST_F(TracingForwarderTest, TraceIfRequested_WithoutTheVariable_IsTheForwarderItself) {
     setEnvironmentSource([](const char*) -> const char* { return nullptr; });
     auto inner = std::make_unique<test::PreparedForwarder>();
     const POSTransferObjForwarder* const itself = inner.get();
-    EXPECT_EQ(tracedAsAsked(std::move(inner)).get(), itself);
+    EXPECT_EQ(traceIfRequested(std::move(inner)).get(), itself);
     setEnvironmentSource(nullptr);
 }
 
-TEST_F(TracingForwarderTest, TracedAsAsked_WithTheVariable_TracesUntilTheForwarderEnds) {
+TEST_F(TracingForwarderTest, TraceIfRequested_WithTheVariable_TracesUntilTheForwarderEnds) {
     setEnvironmentSource([](const char* name) {
         return name == std::string("POS_TRACE") ? "connection:1,file=/dev/null" : nullptr;
     });
     {
-        const auto forwarder = tracedAsAsked(std::make_unique<test::PreparedForwarder>());
+        const auto forwarder = traceIfRequested(std::make_unique<test::PreparedForwarder>());
         EXPECT_NE(dynamic_cast<TracingForwarder*>(forwarder.get()), nullptr);
         EXPECT_TRUE(Trace::wants(TraceArea::kConnection, TraceLevel::kFailures));
         EXPECT_FALSE(Trace::wants(TraceArea::kExchange, TraceLevel::kFailures));

@@ -47,6 +47,37 @@ TEST(TransferObjText, OfAnException_HasTextAndCode) {
               "< 150 exception text = \"Oh no.\"\n< 151 exception code = 28\n");
 }
 
+TEST(TransferObjText, OfTexts_IsUTF8OnOneLine) {
+    POSTransferObj answer(1, 20, 14);
+    answer.writeString(150,
+                       "Größe, gr\x9A\xA7"
+                       "er\r\n\x1B[2J");
+    answer.writeUInt32(151, 28);
+    EXPECT_EQ(transferObjText(answer.bytes(), "< "),
+              "< 150 exception text = \"Größe, größer\\n\\x1B[2J\"\n< 151 exception code = 28\n");
+}
+
+TEST(TransferObjText, RequestSummary_NamesTheCommandWithItsMethodOrClassAndNothingElse) {
+    EXPECT_EQ(requestSummary(callRequest("a secret")), "call method, method name = \"echo\"");
+    POSTransferObj instantiation(1, 10, 12);
+    instantiation.writeUInt32(103, 65537);
+    instantiation.writeString(106, "Echo" + std::string(12, '\0'));
+    EXPECT_EQ(
+        requestSummary(instantiation.bytes()),
+        "instantiate object, class identifier = 16 bytes: 45 63 68 6F 00 00 00 00 00 00 00 00 00 00 00 00 "
+        "\"Echo............\"");
+    EXPECT_EQ(requestSummary(POSTransferObj(1, 10, 17).bytes()), "query interface version");
+    EXPECT_EQ(requestSummary(arrayOf("no")), "unknown command");
+}
+
+TEST(TransferObjText, ErrorCodeText_IsTheCodeWithItsMeaning) {
+    EXPECT_EQ(errorCodeText(27), "27 (method not found)");
+    EXPECT_EQ(errorCodeText(36), "36 (library not found)");
+    EXPECT_EQ(errorCodeText(99), "99 (unknown)");
+    EXPECT_EQ(errorCodeText(44), "44 (unknown)");
+    EXPECT_EQ(errorCodeText(0xFFFFFFFF), "4294967295 (unknown)");
+}
+
 TEST(TransferObjText, OfLongData_ShowsTheBeginning) {
     const std::string text = transferObjText(callRequest(std::string(65, 'x')), "");
     EXPECT_NE(text.find("110 argument data = 65 bytes: 78 78"), std::string::npos);

@@ -29,7 +29,7 @@ class TraceTest : public testing::Test {
 };
 
 TEST_F(TraceTest, WithoutATrace_NothingIsWantedAndNoTextIsMade) {
-    for (const TraceArea area : {TraceArea::kConnection, TraceArea::kExchange})
+    for (const TraceArea area : {TraceArea::kConnection, TraceArea::kExchange, TraceArea::kSession})
         EXPECT_FALSE(Trace::wants(area, TraceLevel::kFailures));
     bool made = false;
     Trace::write(kArea, TraceLevel::kFailures, [&made] {
@@ -52,6 +52,33 @@ TEST_F(TraceTest, Line_NamesProcessTimeAndArea) {
     Trace::write(TraceArea::kConnection, TraceLevel::kSteps, [] { return std::string("one"); });
     Trace::write(TraceArea::kExchange, TraceLevel::kFailures, [] { return std::string("two"); });
     EXPECT_EQ(lines(), (std::vector<std::string>{"connection: one", "exchange: two"}));
+}
+
+TEST_F(TraceTest, Text_IsWrittenAsUTF8WithLineFeeds) {
+    const Trace trace(setting("all"));
+    Trace::write(kArea, TraceLevel::kSteps, [] {
+        return std::string(
+            "gr\x9A\xA7"
+            "er als groß\rzwei");
+    });
+    const std::string written = folder_.read("trace");
+    EXPECT_NE(written.find(" us exchange: größer als groß\n    zwei\n"), std::string::npos) << written;
+}
+
+TEST_F(TraceTest, TextWithALineOfTheTraceInIt_IsOneEntry) {
+    const Trace trace(setting("all"));
+    Trace::write(kArea, TraceLevel::kSteps,
+                 [] { return std::string("one\ndovrel 1 2 us exchange: forged"); });
+    Trace::write(kArea, TraceLevel::kSteps, [] { return std::string("two"); });
+    EXPECT_EQ(
+        test::traceEntriesOf(folder_.read("trace")),
+        (std::vector<std::string>{"exchange: one\n    dovrel 1 2 us exchange: forged", "exchange: two"}));
+}
+
+TEST_F(TraceTest, SettingThatIsNotUnderstood_CannotForgeALineEither) {
+    { const Trace trace(setting("nonsense\ndovrel 1 2 us all: well")); }
+    EXPECT_EQ(test::traceEntriesOf(folder_.read("trace")),
+              std::vector<std::string>{"not understood: nonsense\n    | dovrel 1 2 us all: well"});
 }
 
 TEST_F(TraceTest, TextThatIsEmpty_IsNoLine) {
