@@ -12,7 +12,9 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/ServerDiscovery.h"
 #include "platform/CFObject.h"
-#include "platform/Trace.h"
+#include "platform/FailureNotes.h"
+#include "platform/Places.h"
+#include "platform/StatusNames.h"
 
 namespace dovrel {
 
@@ -26,10 +28,19 @@ OSErr sendAndWait(const AppleEvent* event, AppleEvent* reply, SInt32 timeOutTick
     return AESend(event, reply, kAEWaitReply, kAENormalPriority, timeOutTicks, nullptr, nullptr);
 }
 
-/// A step of the way to the server and the platform's answer to it.
-void traceStep(const char* step, int32_t error) {
-    Trace::write(TraceArea::kConnection, error == noErr ? TraceLevel::kSteps : TraceLevel::kFailures,
-                 [&] { return std::string(step) + ": result " + std::to_string(error); });
+std::string resultText(int32_t result) {
+    if (result != kServerNotFound) return statusText(result);
+    const std::string bundle = std::string(places::kInstallFolder) + places::kServerBundleName;
+    return std::to_string(result) + " (nothing at " + fileSystemPath(bundle) + ")";
+}
+
+/// Traces one step of the connection and its result. A failure is also noted for the error log.
+void traceStep(const char* step, int32_t result) {
+    const auto makeText = [&] { return std::string(step) + ": result " + resultText(result); };
+    if (result == noErr)
+        Trace::write(TraceArea::kConnection, TraceLevel::kSteps, makeText);
+    else
+        FailureNotes::addFailedStep(TraceArea::kConnection, makeText);
 }
 
 }  // namespace

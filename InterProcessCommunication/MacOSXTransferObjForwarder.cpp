@@ -9,8 +9,10 @@
 #include "InterProcessCommunication/IPC_Info.h"
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/ServerDiscovery.h"
+#include "InterProcessCommunication/TransferObjText.h"
 #include "client/exceptions/POSException.h"
-#include "platform/Trace.h"
+#include "platform/FailureNotes.h"
+#include "platform/StatusNames.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
 
@@ -47,9 +49,13 @@ POSTransferObj* MacOSXTransferObjForwarder::ForwardTransferObj(POSTransferObj& r
     for (int attempt = 1;; ++attempt) {
         std::unique_ptr<POSTransferObj> reply;
         const int32_t result = sendOnce(request, reply);
-        if (result == noErr) return reply.release();
-        Trace::write(TraceArea::kExchange, TraceLevel::kFailures, [&] {
-            return "attempt " + std::to_string(attempt) + ": result " + std::to_string(result);
+        if (result == noErr) {
+            FailureNotes::dropFailedStep();
+            return reply.release();
+        }
+        FailureNotes::addFailedStep(TraceArea::kExchange, [&] {
+            return commandNameOf(request.bytes()) + ": attempt " + std::to_string(attempt) + ": result " +
+                   statusText(result);
         });
         if (!serverHasGone(result)) throw new POSException(kCommunicationErrorText);
 

@@ -6,8 +6,10 @@
 
 #include "InterProcessCommunication/POSCommands.h"
 #include "InterProcessCommunication/POSTransferObjForwarder.h"
+#include "InterProcessCommunication/TransferObjText.h"
 #include "client/exceptions/POSExceptionFactory.h"
 #include "client/exceptions/StructuredDataExceptions.h"
+#include "platform/FailureNotes.h"
 #include "serialization/ByteArrayList.h"
 #include "serialization/SerializationFailure.h"
 #include "serialization/StructuredDataFormat.h"
@@ -87,6 +89,7 @@ uint32_t POSTransferObjTrader::CheckTransferObjReply(std::unique_ptr<POSTransfer
     const std::string text = answer->readString(posField::kExceptionText);
     const uint32_t code = answer->readUInt32(posField::kExceptionCode);
     answer.reset();
+    FailureNotes::addServerError(code, text);
     if (CPPException* const exception = newExceptionForAnswer(code, text.c_str())) throw exception;
     return code;
 }
@@ -117,8 +120,13 @@ bool POSTransferObjTrader::checkInterfaceVersion() {
     Request request(posCommand::kQueryInterfaceVersion);
     const std::unique_ptr<POSTransferObj> reply = exchange(request);
     if (!reply) return false;
-    if (reply->readUInt32(posField::kInterfaceVersion) != kPOSInterfaceVersion) throw newNoValidInterface();
-    return true;
+    const uint32_t version = reply->readUInt32(posField::kInterfaceVersion);
+    if (version == kPOSInterfaceVersion) return true;
+    FailureNotes::addFailedStep(TraceArea::kExchange, [version] {
+        return "interface version: the server has " + std::to_string(version) + ", the library needs " +
+               std::to_string(kPOSInterfaceVersion);
+    });
+    throw newNoValidInterface();
 }
 
 bool POSTransferObjTrader::unregisterApplication(uint32_t applicationId) {
@@ -196,9 +204,18 @@ bool POSTransferObjTrader::exchangeForBlock(POSTransferObj& request, uint32_t id
 
 // Null when the answer names an error that stands for no exception.
 std::unique_ptr<POSTransferObj> POSTransferObjTrader::exchange(POSTransferObj& request) {
-    std::unique_ptr<POSTransferObj> reply(forwarder_->ForwardTransferObj(request));
-    CheckTransferObjReply(reply);
-    return reply;
+    const auto noteRequest = [&request] {
+        FailureNotes::addRequest([&request] { return requestSummary(request.bytes()); });
+    };
+    try {
+        std::unique_ptr<POSTransferObj> reply(forwarder_->ForwardTransferObj(request));
+        CheckTransferObjReply(reply);
+        if (!reply) noteRequest();
+        return reply;
+    } catch (const CPPException*) {
+        noteRequest();
+        throw;
+    }
 }
 
 }  // namespace dovrel

@@ -7,8 +7,10 @@
 
 #include <cstdio>
 
+#include "InterProcessCommunication/TransferObjText.h"
 #include "client/Attempt.h"
 #include "client/VersionBanner.h"
+#include "client/exceptions/ExceptionTypeNames.h"
 #include "platform/LogPlaces.h"
 #include "settings/LineGrammar.h"
 #include "settings/LogFileWriter.h"
@@ -17,16 +19,28 @@ namespace dovrel {
 
 namespace {
 
-constexpr char kVersionKey[] = "VERSION";
-constexpr char kTimeKey[] = "TIME";
-constexpr char kApplicationKey[] = "APPLICATION";
-constexpr char kTypeKey[] = "TYPE";
-constexpr char kMessageKey[] = "MESSAGE";
+namespace entryKey {
+constexpr char kVersion[] = "VERSION";
+constexpr char kEncoding[] = "ENCODING";
+constexpr char kTime[] = "TIME";
+constexpr char kApplication[] = "APPLICATION";
+constexpr char kType[] = "TYPE";
+constexpr char kTypeName[] = "TYPENAME";
+constexpr char kMessage[] = "MESSAGE";
+constexpr char kDetail[] = "DETAIL";
+constexpr char kStatus[] = "STATUS";
+constexpr char kRequest[] = "REQUEST";
+constexpr char kServerError[] = "SERVERERROR";
+constexpr char kFailedStep[] = "FAILEDSTEP";
+constexpr char kAlert[] = "ALERT";
+}  // namespace entryKey
 
-/// The open log; closed with the object.
+constexpr char kNoAlert[] = "none";
+
+/// The open log, closed by the destructor.
 class LogFile {
   public:
-    /// Creates the file where there is none. Must not block, whatever stands under the name.
+    /// Creates the file if there is none. Never blocks, not even if the path names a pipe.
     explicit LogFile(const std::string& path)
         : descriptor_(
               open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666)) {
@@ -41,17 +55,16 @@ class LogFile {
     bool isUsable() const { return isUsable_; }
     uint64_t size() const { return static_cast<uint64_t>(status_.st_size); }
 
-    /// Through the descriptor: the name may meanwhile be another file's.
+    /// Uses the descriptor, because the name may belong to another file meanwhile.
     void openToAllUsers() const { static_cast<void>(fchmod(descriptor_, (status_.st_mode | 0777) & 07777)); }
 
-    /// In one call, so that the entries of several processes do not mix. False when it did not arrive as a
-    /// whole.
+    /// In one call, so that the entries of several processes do not mix. False if not all of it was written.
     bool append(const std::string& text) const {
         const ssize_t written = write(descriptor_, text.data(), text.size());
         return written >= 0 && static_cast<size_t>(written) == text.size();
     }
 
-    /// Takes a file away that is too short to hold the text with which it was to begin.
+    /// Removes the file if it is too short to hold the text that was to be its beginning.
     void removeIfShorterThan(const std::string& text, const std::string& path) const {
         struct stat now = {};
         const bool isShorter =
@@ -59,11 +72,11 @@ class LogFile {
         if (isShorter && isNamed(path)) std::remove(path.c_str());
     }
 
-    /// Gives the name away to a new file, unless another process did so since this one was opened, or is at
-    /// it: what it renamed would be replaced by the file that it began. False when the file is still in the
-    /// way.
+    /// Renames the file to make room for a new one. Does nothing if another process has renamed it since it
+    /// was opened or is just doing so, because a second rename would replace the full log by the new one.
+    /// False if the full file still has the name.
     bool moveAway(const std::string& path) const {
-        // Not waited for, because any user can hold it. It goes with the descriptor.
+        // Does not wait, because any user can hold the lock. It ends with the descriptor.
         if (flock(descriptor_, LOCK_EX | LOCK_NB) != 0) return true;
         return !isNamed(path) || std::rename(path.c_str(), (path + ErrorLog::kOldSuffix).c_str()) == 0;
     }
@@ -87,8 +100,12 @@ std::string timeText(std::time_t seconds) {
     return text;
 }
 
-std::string shortened(const std::string& text) {
-    return text.substr(0, ErrorLog::kLongestText);
+void writeText(LogFileWriter& writer, const char* key, const std::string& text) {
+    writer.writeString(key, text.substr(0, ErrorLog::kLongestText));
+}
+
+void writeIfPresent(LogFileWriter& writer, const char* key, const std::string& text) {
+    if (!text.empty()) writeText(writer, key, text);
 }
 
 bool hasRoom(const LogFile& log, const std::string& text) {
@@ -101,25 +118,37 @@ std::string ErrorLog::headText() const {
     std::string text;
     LogFileWriter writer(text);
     writer.writeTitle(kTitle);
-    writer.writeString(kVersionKey, versionBanner(bundlePath_));
+    writer.writeString(entryKey::kVersion, versionBanner(bundlePath_));
+    writer.writeString(entryKey::kEncoding, kEncoding);
     return text;
 }
 
-std::string ErrorLog::entryText(const char* applicationName, const FailureReport& report) const {
-    // An entry begins on a line of its own, also behind one that a full disk cut.
+std::string ErrorLog::entryText(const char* applicationName, const FailureReport& report,
+                                const FailureNotes& notes) const {
+    // An entry begins on a line of its own, even after one that a full disk cut.
     std::string text(1, kLineFeed);
     LogFileWriter writer(text);
-    writer.writeString(kTimeKey, timeText(clock_()));
-    writer.writeString(kApplicationKey, shortened(applicationName));
-    writer.writeInt(kTypeKey, static_cast<int32_t>(report.typeCode));
-    writer.writeString(kMessageKey, shortened(report.message));
+    writer.writeString(entryKey::kTime, timeText(clock_()));
+    writeText(writer, entryKey::kApplication, applicationName);
+    writer.writeInt(entryKey::kType, static_cast<int32_t>(report.typeCode));
+    if (const char* const name = exceptionTypeName(report.typeCode))
+        writeText(writer, entryKey::kTypeName, name);
+    writeText(writer, entryKey::kMessage, report.message);
+    writeIfPresent(writer, entryKey::kDetail, report.detail);
+    writeIfPresent(writer, entryKey::kStatus, report.status);
+    writeIfPresent(writer, entryKey::kRequest, notes.request());
+    if (notes.serverError())
+        writeText(writer, entryKey::kServerError, errorCodeText(notes.serverError()->code));
+    writeIfPresent(writer, entryKey::kFailedStep, notes.failedStep());
+    if (!report.isShown) writeText(writer, entryKey::kAlert, kNoAlert);
     return text;
 }
 
-void ErrorLog::append(const char* applicationName, const FailureReport& report) const noexcept {
+void ErrorLog::append(const char* applicationName, const FailureReport& report,
+                      const FailureNotes& notes) const noexcept {
     attempt([&] {
         const std::string path = errorLogPath();
-        const std::string entry = entryText(applicationName, report);
+        const std::string entry = entryText(applicationName, report, notes);
         const LogFile log(path);
         if (!log.isUsable()) return false;
         if (log.size() != 0 && hasRoom(log, entry)) {

@@ -1,14 +1,27 @@
-// ErrorLog: the file in the log folder in which every failure that was reported to the user can be read
-// again.
+// ErrorLog: the file in the log folder that keeps every failure for support.
 //
-// The file is in the line grammar of the settings (settings/LineGrammar.h): a title line and the library's
-// version at its beginning, then per failure the entries TIME (UTC), APPLICATION, TYPE and MESSAGE. It is
-// kept below kLargestSize: what would make it larger first renames it to the same name with ".old" behind it,
-// in place of the one before. All users may read and write it, and several processes may append to it.
+// The file is in the line grammar of the settings (settings/LineGrammar.h). It begins with a title line, the
+// library's version and the encoding of its texts. Then each failure has these entries:
 //
-// A log that cannot be written never disturbs the operation whose failure it should hold, and an entry that a
-// full disk cuts spoils none before or behind it. Links are not followed, because the log's folder is open to
-// all users.
+//     TIME          UTC
+//     APPLICATION   the name that the application was registered with
+//     TYPE          the exception's type code
+//     TYPENAME      its meaning
+//     MESSAGE       the exception's message
+//     DETAIL        the place in the code, if the exception tells it
+//     STATUS        the operating system's status and its name, if the exception tells it
+//     REQUEST       the request whose exchange failed, with the class or the method, if one did
+//     SERVERERROR   the error code and its meaning, if the server answered with one
+//     FAILEDSTEP    the step of the transport that failed last and its status, if one failed
+//     ALERT         "none", if no alert is shown
+//
+// APPLICATION and MESSAGE keep the bytes that hosts and servers gave. The file stays below kLargestSize: it
+// is renamed to its name and ".old", which replaces the older one, before an entry would make it larger.
+// Several processes and all users may append to it.
+//
+// A log that cannot be written never disturbs the operation whose failure it should hold. An entry that is
+// cut by a full disk damages no other entry. Links are not followed, because all users may write to the
+// folder.
 #pragma once
 
 #include <cstdint>
@@ -22,10 +35,13 @@ namespace dovrel {
 class ErrorLog {
   public:
     static constexpr char kTitle[] = "POSDLLErrorLog";
+    static constexpr char kEncoding[] =
+        "Bytes of applications, of the server and of paths are kept as they are, UTF-8 or Mac Roman. "
+        "The library's own texts are Mac Roman.";
     static constexpr char kOldSuffix[] = ".old";
     static constexpr uint32_t kLargestSize = 1024 * 1024;
 
-    /// Of longer texts only the beginning is kept.
+    /// In bytes. Only the beginning of longer texts is kept.
     static constexpr uint32_t kLongestText = 16 * 1024;
 
     /// Seconds since 1970, UTC.
@@ -34,15 +50,17 @@ class ErrorLog {
     ErrorLog() = default;
     explicit ErrorLog(Clock clock) : clock_(clock) {}
 
-    /// The bundle whose version the file tells.
+    /// The bundle whose version is written into the file.
     void setBundlePath(const std::string& bundlePath) { bundlePath_ = bundlePath; }
 
-    /// Appends one failure. One thread at a time.
-    void append(const char* applicationName, const FailureReport& report) const noexcept;
+    /// Appends one failure with what was noted about it. One thread at a time.
+    void append(const char* applicationName, const FailureReport& report,
+                const FailureNotes& notes) const noexcept;
 
   private:
     std::string headText() const;
-    std::string entryText(const char* applicationName, const FailureReport& report) const;
+    std::string entryText(const char* applicationName, const FailureReport& report,
+                          const FailureNotes& notes) const;
 
     Clock clock_ = [] { return std::time(nullptr); };
     std::string bundlePath_;

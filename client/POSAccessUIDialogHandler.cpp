@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "client/exceptions/ExceptionTypeCodes.h"
+#include "client/exceptions/POSException.h"
 #include "dovrel/pos.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
@@ -15,6 +15,14 @@ namespace {
 
 /// What an alert of a failed registration may answer besides kAlertAnswerRetry to have it tried again.
 constexpr int kRegistrationRetryAnswer = 10;
+
+/// The exception for an error code that the check of replies does not throw.
+std::unique_ptr<CPPException> makeUnlistedError(const FailureNotes::ServerError& error) {
+    const char* const text = error.text.c_str();
+    if (error.code == exceptionTypeCode::kPOSLibraryNotFound)
+        return std::make_unique<POSLibraryNotFoundException>(text);
+    return std::make_unique<POSException>(text);
+}
 
 }  // namespace
 
@@ -53,7 +61,10 @@ bool POSAccessUIDialogHandler::reportFailure(std::unique_ptr<CPPException> failu
 bool POSAccessUIDialogHandler::reportRegistrationFailure(std::unique_ptr<CPPException> failure,
                                                          const char* applicationName) noexcept {
     const bool isRefusal = failure && failure->getTypeCode() == exceptionTypeCode::kPOSRegistration;
-    if (isRefusal && !flags_.showsRegistrationFailures) return false;
+    if (isRefusal && !flags_.showsRegistrationFailures) {
+        recordUnshown(std::move(failure), applicationName);
+        return false;
+    }
     client_->disconnectIfUnused();
     return attempt([&] {
                const int answer = askUser(std::move(failure), applicationName);
@@ -62,10 +73,35 @@ bool POSAccessUIDialogHandler::reportRegistrationFailure(std::unique_ptr<CPPExce
         .succeeded;
 }
 
+void POSAccessUIDialogHandler::record(const FailureReport& report,
+                                      const char* applicationName) const noexcept {
+    errorLog_.append(applicationName, report, notes_);
+    Trace::write(TraceArea::kSession, TraceLevel::kFailures, [&] { return traceText(report, notes_); });
+}
+
+void POSAccessUIDialogHandler::recordUnshown(std::unique_ptr<CPPException> failure,
+                                             const char* applicationName) const noexcept {
+    attempt([&] {
+        FailureReport report(std::move(failure), applicationName);
+        report.isShown = false;
+        record(report, applicationName);
+        return true;
+    });
+}
+
+void POSAccessUIDialogHandler::recordUnlistedError(const char* applicationName) const noexcept {
+    const auto& error = notes_.serverError();
+    if (!error) return;
+    attempt([&] {
+        recordUnshown(makeUnlistedError(*error), applicationName);
+        return true;
+    });
+}
+
 /// The answer of the last alert that was shown; that of a failure without Retry is never kAlertAnswerRetry.
 int POSAccessUIDialogHandler::askUser(std::unique_ptr<CPPException> failure, const char* applicationName) {
     const FailureReport report(std::move(failure), applicationName);
-    errorLog_.append(applicationName, report);
+    record(report, applicationName);
 
     const std::string title = MultiLanguageSupport::getText(kDllErrorDialogTitle);
     if (!report.offersRetry()) {

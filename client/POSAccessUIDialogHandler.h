@@ -16,6 +16,7 @@
 #include "client/ErrorLog.h"
 #include "client/FailureReport.h"
 #include "client/POSAccessClient.h"
+#include "platform/FailureNotes.h"
 #include "ui/MessageDialog.h"
 
 namespace dovrel {
@@ -44,21 +45,21 @@ class POSAccessUIDialogHandler {
     void readOptions(const uint16_t* options, uint32_t optionsLength) noexcept;
     const InteractionFlags& flags() const { return flags_; }
 
-    /// Runs `operation`, which returns a bool, until it returns or the user gives up. True when it returned
-    /// true; false, without a word to the user, when it returned false.
+    /// Runs `operation`, which returns a bool, until it returns or the user gives up. True if it returned
+    /// true. If it returned false, nothing is shown; an error of the server is in the error log.
     template <typename Operation>
     bool run(uint32_t applicationId, const Operation& operation) noexcept {
-        return runWithRetry(operation, [this, applicationId](std::unique_ptr<CPPException> failure) {
-            return reportFailure(std::move(failure), client_->applicationName(applicationId));
-        });
+        return runWithRetry(
+            operation, [this, applicationId] { return client_->applicationName(applicationId); },
+            &POSAccessUIDialogHandler::reportFailure);
     }
 
     /// The same for the registration of an application of that name.
     template <typename Operation>
     bool runRegistration(const char* applicationName, const Operation& operation) noexcept {
-        return runWithRetry(operation, [this, applicationName](std::unique_ptr<CPPException> failure) {
-            return reportRegistrationFailure(std::move(failure), applicationName);
-        });
+        return runWithRetry(
+            operation, [applicationName] { return applicationName; },
+            &POSAccessUIDialogHandler::reportRegistrationFailure);
     }
 
     /// Takes the failure (null: something that was no object of the family), shows it, and returns whether
@@ -90,20 +91,33 @@ class POSAccessUIDialogHandler {
     void showServerMessage(uint32_t applicationId, const POSServerMessage& message) noexcept;
 
   private:
-    template <typename Operation, typename Report>
-    static bool runWithRetry(const Operation& operation, const Report& report) noexcept {
+    using Report = bool (POSAccessUIDialogHandler::*)(std::unique_ptr<CPPException> failure,
+                                                      const char* applicationName) noexcept;
+
+    template <typename Operation, typename ApplicationName>
+    bool runWithRetry(const Operation& operation, const ApplicationName& applicationName,
+                      Report report) noexcept {
         for (;;) {
+            notes_.clear();
             Attempt result = attempt(operation);
-            if (!result.threw) return result.succeeded;
-            if (!report(std::move(result.failure))) return false;
+            if (result.succeeded) return true;
+            if (!result.threw) {
+                recordUnlistedError(applicationName());
+                return false;
+            }
+            if (!(this->*report)(std::move(result.failure), applicationName())) return false;
         }
     }
 
+    void record(const FailureReport& report, const char* applicationName) const noexcept;
+    void recordUnshown(std::unique_ptr<CPPException> failure, const char* applicationName) const noexcept;
+    void recordUnlistedError(const char* applicationName) const noexcept;
     int askUser(std::unique_ptr<CPPException> failure, const char* applicationName);
 
     POSAccessClient* client_ = nullptr;
     std::unique_ptr<MessageDialog> dialog_;
     ErrorLog errorLog_;
+    FailureNotes notes_;
     InteractionFlags flags_;
     std::string currentApplicationName_;
     std::string pendingApplicationName_;

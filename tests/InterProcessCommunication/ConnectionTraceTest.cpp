@@ -1,11 +1,13 @@
 // What the trace says about the way to the server and about attempts that failed. The platform is a double.
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
 #include "InterProcessCommunication/POSTransferObj.h"
-#include "platform/Trace.h"
+#include "client/exceptions/CPPException.h"
+#include "platform/FailureNotes.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
 #include "tests/platform/TraceLines.h"
 
@@ -49,13 +51,33 @@ TEST_F(ConnectionTraceTest, Level1_HasTheStepsThatFailed) {
     };
     const Trace trace(setting("connection:1"));
     connect();
-    EXPECT_EQ(lines(), Lines{"connection: wake the server: result -1712"});
+    EXPECT_EQ(lines(), Lines{"connection: wake the server: result -1712 (errAETimeout)"});
 }
 
-TEST_F(ConnectionTraceTest, ServerThatIsNotInstalled_IsALine) {
+TEST_F(ConnectionTraceTest, ServerThatIsNotInstalled_IsALineWithThePlaceWhereItWasLookedFor) {
     const Trace trace(setting("connection:1"));
     connect();
-    EXPECT_EQ(lines(), Lines{"connection: find the server application: result 42"});
+    EXPECT_EQ(lines(), Lines{"connection: find the server application: result 42 (nothing at " +
+                             root.path("Library/Application Support/Tessilor/pos/Merrowd.app") + ")"});
+}
+
+TEST_F(ConnectionTraceTest, LaunchThatFails_IsNamedInTheTraceAndInTheNotes) {
+    install();
+    platform.launch = [](const Launch&) { return OSStatus{kLSNoLaunchPermissionErr}; };
+    const FailureNotes notes;
+    const Trace trace(setting("connection:1"));
+    connect();
+    const std::string step = "launch the server: result -10826 (kLSNoLaunchPermissionErr)";
+    EXPECT_EQ(lines(), Lines(10, "connection: " + step));
+    EXPECT_EQ(notes.failedStep(), step);
+}
+
+TEST_F(ConnectionTraceTest, LaunchStatusOfMoreThan16Bits_IsWholeInTheNotes) {
+    install();
+    platform.launch = [](const Launch&) { return OSStatus{100013}; };
+    const FailureNotes notes;
+    connect();
+    EXPECT_EQ(notes.failedStep(), "launch the server: result 100013 (errno 13)");
 }
 
 TEST_F(ConnectionTraceTest, EachFailedAttempt_IsALineOfTheExchange) {
@@ -68,7 +90,49 @@ TEST_F(ConnectionTraceTest, EachFailedAttempt_IsALineOfTheExchange) {
     const Trace trace(setting("exchange:1"));
     POSTransferObj request(1, 10, 17);
     delete MacOSXTransferObjForwarder().ForwardTransferObj(request);
-    EXPECT_EQ(lines(), (Lines{"exchange: attempt 1: result -609", "exchange: attempt 2: result -609"}));
+    const std::string begin = "exchange: query interface version: attempt ";
+    EXPECT_EQ(lines(), (Lines{begin + "1: result -609 (connectionInvalid)",
+                              begin + "2: result -609 (connectionInvalid)"}));
+}
+
+TEST_F(ConnectionTraceTest, FailedAttempt_IsNotedUntilALaterOneSucceeds) {
+    install();
+    platform.processes = {"Merrowd"};
+    platform.server = [](const SentEvent& event, AppleEvent* reply) {
+        if (event.eventID != 'data') return PlatformDouble::answerWith(reply, "awake");
+        return OSErr{errAETimeout};
+    };
+    const FailureNotes notes;
+    POSTransferObj request(1, 10, 14);
+    try {
+        delete MacOSXTransferObjForwarder().ForwardTransferObj(request);
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (CPPException* caught) {
+        const std::unique_ptr<CPPException> failure(caught);
+        EXPECT_STREQ(failure->getDetail(), "???");
+        EXPECT_EQ(failure->getCode(), 0);
+    }
+    EXPECT_EQ(notes.failedStep(), "call method: attempt 1: result -1712 (errAETimeout)");
+
+    platform.server = [this](const SentEvent& event, AppleEvent* reply) {
+        const bool isAnswered = event.eventID != 'data' || countOfSent('data') > 2;
+        return isAnswered ? PlatformDouble::answerWith(reply, "x") : OSErr{connectionInvalid};
+    };
+    delete MacOSXTransferObjForwarder().ForwardTransferObj(request);
+    EXPECT_EQ(notes.failedStep(), "");
+}
+
+TEST_F(ConnectionTraceTest, ServerThatIsGoneForever_LeavesTheLastAttemptInTheNotes) {
+    install();
+    platform.processes = {"Merrowd"};
+    platform.server = [](const SentEvent& event, AppleEvent* reply) {
+        return event.eventID == 'data' ? OSErr{connectionInvalid}
+                                       : PlatformDouble::answerWith(reply, "awake");
+    };
+    const FailureNotes notes;
+    POSTransferObj request(1, 10, 17);
+    delete MacOSXTransferObjForwarder().ForwardTransferObj(request);
+    EXPECT_EQ(notes.failedStep(), "query interface version: attempt 20: result -609 (connectionInvalid)");
 }
 
 }  // namespace

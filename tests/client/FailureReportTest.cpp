@@ -86,6 +86,55 @@ TEST_F(FailureReportTest, NoMessage_CountsAsEmpty) {
     EXPECT_EQ(report.body, reportBody("Editor", "", "Stopped."));
 }
 
+TEST_F(FailureReportTest, Detail_IsTheExceptionsUnlessItIsTheDefault) {
+    EXPECT_EQ(FailureReport(std::make_unique<CPPException>("1"), "Editor").detail, "");
+    auto failure = std::make_unique<PartNotFoundException>("1");
+    failure->setDetail("384181A400FA: ");
+    EXPECT_EQ(FailureReport(std::move(failure), "Editor").detail, "384181A400FA: ");
+    failure = std::make_unique<PartNotFoundException>("1");
+    failure->setDetail("");
+    EXPECT_EQ(FailureReport(std::move(failure), "Editor").detail, "");
+}
+
+TEST_F(FailureReportTest, Status_IsThatOfASystemExceptionWithItsName) {
+    EXPECT_EQ(FailureReport(std::make_unique<SystemException>(-50), "Editor").status, "-50 (paramErr)");
+    EXPECT_EQ(FailureReport(std::make_unique<SystemException>(0), "Editor").status, "");
+    EXPECT_EQ(FailureReport(std::make_unique<CPPException>("1"), "Editor").status, "");
+}
+
+TEST_F(FailureReportTest, TraceText_HasWhatTheAlertLeavesOut) {
+    auto failure = std::make_unique<PartNotFoundException>("2");
+    failure->setDetail("384181A400FA: ");
+    FailureReport report(std::move(failure), "Editor");
+    const FailureNotes notes;
+    EXPECT_EQ(traceText(report, notes),
+              "failure of type 3 (missing field), detail \"384181A400FA: \", message: 2");
+    FailureNotes::addFailedStep(TraceArea::kConnection, [] { return std::string("wake: -600"); });
+    report.isShown = false;
+    EXPECT_EQ(
+        traceText(report, notes),
+        "failure of type 3 (missing field), detail \"384181A400FA: \", last failed step: wake: -600, no "
+        "alert, message: 2");
+    EXPECT_EQ(
+        traceText(FailureReport(std::make_unique<SystemException>(-50), "Editor"), FailureNotes()),
+        "failure of type 44 (call of the operating system failed), status -50 (paramErr), message: System "
+        "error: -50");
+}
+
+TEST_F(FailureReportTest, TraceText_HoldsTheTextOfTheServerAtTheLevelOfContentsOnly) {
+    const FailureReport report(std::make_unique<POSMethodNotFoundException>("a secret\rdovrel 1"), "Editor");
+    const FailureNotes notes;
+    FailureNotes::addServerError(27, "a secret");
+    const std::string start =
+        "failure of type 27 (method not found), error of the server: 27 (method not found)";
+    for (const char* areas : {"session:2", "exchange:3"}) {
+        const Trace trace(areas + (",file=" + root_.path("trace")));
+        EXPECT_EQ(traceText(report, notes), start) << areas;
+    }
+    const Trace trace("session:3,file=" + root_.path("trace"));
+    EXPECT_EQ(traceText(report, notes), start + ", message: a secret\n| dovrel 1");
+}
+
 TEST_F(FailureReportTest, UnlistedTypeCodes_AreUnrecoverable) {
     for (uint32_t code : {1u, 6u, 22u, 29u, 31u, 35u, 37u, 42u, 144u, 147u, 151u, 0xFFFFFFFFu}) {
         EXPECT_STREQ(explanationKey(code), "DLL_ERROR_UNRECOVERABLE_ERROR") << code;

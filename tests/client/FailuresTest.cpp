@@ -4,6 +4,7 @@
 
 #include "client/exceptions/POSException.h"
 #include "client/exceptions/StructuredDataExceptions.h"
+#include "settings/ConfigFileSystem.h"
 #include "tests/client/SessionOperationsTest.h"
 
 namespace dovrel {
@@ -67,6 +68,33 @@ TEST_F(FailuresTest, ErrorAnswersWithCode36OrUnlisted_FailEveryOperationWithoutA
         EXPECT_TRUE(currentSession()->client().isRegistered(applicationId));
     }
     EXPECT_TRUE(dialog_->shown.empty());
+}
+
+TEST_F(FailuresTest, ErrorAnswersWithCode36OrUnlisted_AreInTheErrorLogWithTheirRequest) {
+    const uint32_t applicationId = registered("Editor");
+    forwarder_->answer(14, test::error(36, "no library"));
+    forwarder_->answer(16, test::error(0xFFFFFFFF, "no idea"));
+    EXPECT_EQ(call(applicationId), POS_FAILURE);
+    EXPECT_EQ(getInfo(applicationId), POS_FAILURE);
+    const auto sections = ConfigFileSystem::readSections(root_.read(kErrorLogFile), "TIME");
+    ASSERT_EQ(sections.size(), 3u);
+    EXPECT_EQ(sections[1].getString("APPLICATION"), "Editor");
+    EXPECT_EQ(sections[1].getString("MESSAGE"), "no library");
+    EXPECT_EQ(sections[1].getString("REQUEST"), "call method, method name = \"add\"");
+    EXPECT_EQ(sections[1].getString("SERVERERROR"), "36 (library not found)");
+    EXPECT_EQ(sections[2].getString("REQUEST"), "get information");
+    EXPECT_EQ(sections[2].getString("SERVERERROR"), "4294967295 (unknown)");
+}
+
+TEST_F(FailuresTest, AnswerThatCannotBeRead_IsInTheErrorLogWithItsErrorSite) {
+    const uint32_t applicationId = registered("Editor");
+    forwarder_->answer(14, [](POSTransferObj&) { return std::make_unique<POSTransferObj>(1, 11, 14); });
+    EXPECT_EQ(call(applicationId), POS_FAILURE);
+    const auto sections = ConfigFileSystem::readSections(root_.read(kErrorLogFile), "TIME");
+    ASSERT_EQ(sections.size(), 2u);
+    EXPECT_EQ(sections[1].getInt("TYPE"), 3);
+    EXPECT_EQ(sections[1].getString("MESSAGE"), "2");
+    EXPECT_EQ(sections[1].getString("DETAIL"), "384181A400FA:");
 }
 
 TEST_F(FailuresTest, AnswerThatCannotBeRead_IsAnUnrecoverableFailure) {

@@ -1,10 +1,14 @@
 #include "client/POSAccessUIDialogHandler.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <stdexcept>
 
+#include "settings/ConfigFileSystem.h"
 #include "settings/MultiLanguageSupport.h"
 #include "tests/client/DialogHandlerFixture.h"
+#include "tests/platform/TraceLines.h"
 
 namespace dovrel {
 namespace {
@@ -58,9 +62,64 @@ TEST_F(POSAccessUIDialogHandlerTest, Run_AlertThatThrows_EndsTheOperation) {
 TEST_F(POSAccessUIDialogHandlerTest, Run_EachReportedFailure_IsAnEntryOfTheErrorLog) {
     EXPECT_FALSE(runFailing(1, otherFailure));
     const std::string log = root_.read(kErrorLogFile);
-    EXPECT_NE(log.find("//APPLICATION\nSTR:Unknown Application\n//TYPE\nINT:28\n//MESSAGE\nSTR:broken\n"),
-              std::string::npos)
+    EXPECT_NE(
+        log.find("//APPLICATION\nSTR:Unknown Application\n//TYPE\nINT:28\n//TYPENAME\nSTR:method failed\n"
+                 "//MESSAGE\nSTR:broken\n"),
+        std::string::npos)
         << log;
+}
+
+TEST_F(POSAccessUIDialogHandlerTest, Run_ErrorOfTheServerThatIsNotThrown_IsInTheErrorLogAndNotShown) {
+    const uint32_t applicationId = registered("Editor");
+    EXPECT_FALSE(handler_.run(applicationId, [] {
+        FailureNotes::addServerError(36, "no library");
+        return false;
+    }));
+    EXPECT_FALSE(handler_.runRegistration("Viewer", [] {
+        FailureNotes::addServerError(99, "no idea");
+        return false;
+    }));
+    EXPECT_TRUE(dialog_->shown.empty());
+    const auto sections = ConfigFileSystem::readSections(root_.read(kErrorLogFile), "TIME");
+    ASSERT_EQ(sections.size(), 3u);
+    EXPECT_EQ(sections[1].getString("APPLICATION"), "Editor");
+    EXPECT_EQ(sections[1].getInt("TYPE"), 36);
+    EXPECT_EQ(sections[1].getString("MESSAGE"), "no library");
+    EXPECT_EQ(sections[1].getString("SERVERERROR"), "36 (library not found)");
+    EXPECT_EQ(sections[1].getString("ALERT"), "none");
+    EXPECT_EQ(sections[2].getString("APPLICATION"), "Viewer");
+    EXPECT_EQ(sections[2].getInt("TYPE"), 23);
+    EXPECT_EQ(sections[2].getString("MESSAGE"), "no idea");
+    EXPECT_EQ(sections[2].getString("SERVERERROR"), "99 (unknown)");
+}
+
+TEST_F(POSAccessUIDialogHandlerTest, Run_NotesOfAnEarlierAttempt_AreForgotten) {
+    handler_.run(0, [] {
+        FailureNotes::addServerError(36, "earlier");
+        FailureNotes::addFailedStep(TraceArea::kExchange, [] { return std::string("earlier"); });
+        return true;
+    });
+    EXPECT_FALSE(handler_.run(0, [] { return false; }));
+    EXPECT_NE(access(root_.path(kErrorLogFile).c_str(), F_OK), 0) << "there is nothing to log";
+    EXPECT_FALSE(runFailing(1, otherFailure));
+    EXPECT_EQ(root_.read(kErrorLogFile).find("earlier"), std::string::npos);
+}
+
+TEST_F(POSAccessUIDialogHandlerTest, Run_EachFailureInTheErrorLog_IsAnEntryOfTheTrace) {
+    {
+        const Trace trace("session,file=" + root_.path("trace"));
+        EXPECT_FALSE(runFailing(1, otherFailure));
+        handler_.run(0, [] {
+            FailureNotes::addServerError(36, "a secret");
+            return false;
+        });
+    }
+    EXPECT_EQ(
+        test::traceLinesOf(root_.read("trace")),
+        (std::vector<std::string>{
+            "session: failure of type 28 (method failed), message: broken",
+            "session: failure of type 36 (library not found), error of the server: 36 (library not found), "
+            "no alert"}));
 }
 
 TEST_F(POSAccessUIDialogHandlerTest, SetBundlePath_LoadThatThrows_IsPassedOver) {

@@ -1,4 +1,5 @@
 // The frame at registration: its options, and failures that the user may answer with Retry.
+#include "settings/ConfigFileSystem.h"
 #include "tests/client/DialogHandlerFixture.h"
 
 namespace dovrel {
@@ -116,6 +117,16 @@ TEST_F(RegistrationFrameTest, Option1120_RefusalAtRegistration_FailsAtOnceWithou
     EXPECT_FALSE(registerFailing(1, refusal));
     EXPECT_TRUE(dialog_->shown.empty());
     EXPECT_EQ(runs_, 1);
+}
+
+TEST_F(RegistrationFrameTest, Option1120_RefusalWithoutAnAlert_IsInTheErrorLog) {
+    readOptions({1120});
+    EXPECT_FALSE(registerFailing(1, refusal));
+    const auto sections = ConfigFileSystem::readSections(root_.read(kErrorLogFile), "TIME");
+    ASSERT_EQ(sections.size(), 2u);
+    EXPECT_EQ(sections[1].getString("APPLICATION"), "Editor");
+    EXPECT_EQ(sections[1].getString("MESSAGE"), "refused");
+    EXPECT_EQ(sections[1].getString("ALERT"), "none");
 }
 
 TEST_F(RegistrationFrameTest, Option1120_OtherFailureAtRegistration_IsShown) {

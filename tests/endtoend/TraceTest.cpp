@@ -1,4 +1,4 @@
-// What the library writes down of its own doing where the environment asks for it.
+// What the library traces if the environment variable asks for it.
 #include <cstdlib>
 
 #include "tests/endtoend/EndToEnd.h"
@@ -11,7 +11,7 @@ class Traced : public EndToEnd {
   protected:
     ~Traced() override { unsetenv("POS_TRACE"); }
 
-    /// Registers, has "a secret" echoed, unregisters and ends; answers the trace.
+    /// Registers, has "a secret" echoed, calls a method that does not exist, and ends. Returns the trace.
     std::string traceOfASession(const std::string& areas) {
         const std::string file = root_.path() + "/trace";
         setenv("POS_TRACE", (areas + ",file=" + file).c_str(), 1);
@@ -25,7 +25,7 @@ class Traced : public EndToEnd {
     }
 };
 
-/// Whether the lines begin like this, one after the other; others may come between.
+/// The lines begin like this, in this order; other lines may come between.
 void expectInOrder(const std::vector<std::string>& lines, const std::vector<std::string>& beginnings) {
     size_t line = 0;
     for (const std::string& beginning : beginnings) {
@@ -45,11 +45,12 @@ TEST_F(Traced, All_WritesDownTheWayToTheServerAndEveryExchangeAndNothingThatIsSa
     expectInOrder(
         traceLinesOf(trace),
         {"connection: find the server application: result 0", "connection: launch the server: result 0",
-         "connection: wake the server: result 0",
-         "connection: connect: ", "exchange: query interface version, ",
-         "exchange: query interface version: answered, ", "exchange: register application: answered, ",
-         "exchange: instantiate object: answered, ", "exchange: call method: answered, ",
-         "exchange: call method: error 27, ", "exchange: unregister application: answered, "});
+         "connection: wake the server: result 0", "connection: connect: ",
+         "exchange: query interface version, ", "exchange: query interface version: answered, ",
+         "exchange: register application: answered, ", "exchange: instantiate object: answered, ",
+         "exchange: call method: answered, ", "exchange: call method: error 27 (method not found), ",
+         "session: failure of type 27 (method not found), error of the server: 27 (method not found)",
+         "exchange: unregister application: answered, "});
 }
 
 TEST_F(Traced, Level3_ShowsWhatIsSaidInReadableForm) {
