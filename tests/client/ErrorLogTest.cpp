@@ -189,6 +189,21 @@ TEST_F(ErrorLogTest, ManyFailures_NeverMakeItLargerThanOneMebibyte) {
     EXPECT_TRUE(exists(std::string(kErrorLogFile) + ".old"));
 }
 
+// Every line feed takes six characters in the log.
+TEST_F(ErrorLogTest, LongestEntryOfAll_FitsIntoTheLog) {
+    const std::string lineFeeds(100000, '\n');
+    FailureNotes::addServerError(27, lineFeeds);
+    FailureNotes::addRequest([&] { return lineFeeds; });
+    FailureNotes::addFailedStep(TraceArea::kConnection, [&] { return lineFeeds; });
+    for (int round = 0; round < 3; ++round) {
+        auto failure = std::make_unique<POSClassNotFoundException>(lineFeeds.c_str());
+        failure->setDetail(lineFeeds.c_str());
+        append(FailureReport(std::move(failure), "Editor"), lineFeeds.c_str());
+        EXPECT_LT(content().size(), 1024u * 1024);
+    }
+    EXPECT_EQ(failures().size(), 1u) << "the others are in the older log";
+}
+
 TEST_F(ErrorLogTest, Link_IsNotFollowed) {
     root_.write("elsewhere", "untouched");
     append("Editor", "no driver");
