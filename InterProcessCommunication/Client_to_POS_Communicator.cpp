@@ -34,13 +34,16 @@ std::string resultText(int32_t result) {
     return std::to_string(result) + " (nothing at " + fileSystemPath(bundle) + ")";
 }
 
-/// Traces one step of the connection and its result. A failure is also noted for the error log.
+/// Traces one step of the connection and its result. A failure is also noted for the error log, until a later
+/// step succeeds.
 void traceStep(const char* step, int32_t result) {
     const auto makeText = [&] { return std::string(step) + ": result " + resultText(result); };
-    if (result == noErr)
+    if (result == noErr) {
         Trace::write(TraceArea::kConnection, TraceLevel::kSteps, makeText);
-    else
+        FailureNotes::dropFailedStep(TraceArea::kConnection);
+    } else {
         FailureNotes::addFailedStep(TraceArea::kConnection, makeText);
+    }
 }
 
 }  // namespace

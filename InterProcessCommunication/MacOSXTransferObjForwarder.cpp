@@ -50,7 +50,7 @@ POSTransferObj* MacOSXTransferObjForwarder::ForwardTransferObj(POSTransferObj& r
         std::unique_ptr<POSTransferObj> reply;
         const int32_t result = sendOnce(request, reply);
         if (result == noErr) {
-            FailureNotes::dropFailedStep();
+            FailureNotes::dropFailedSteps();
             return reply.release();
         }
         FailureNotes::addFailedStep(TraceArea::kExchange, [&] {

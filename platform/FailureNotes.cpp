@@ -1,5 +1,7 @@
 #include "platform/FailureNotes.h"
 
+#include <algorithm>
+
 namespace dovrel {
 
 FailureNotes* FailureNotes::running = nullptr;
@@ -13,13 +15,29 @@ FailureNotes::~FailureNotes() {
 }
 
 void FailureNotes::clear() noexcept {
-    failedStep_.clear();
+    dropSteps();
     request_.clear();
     serverError_.reset();
 }
 
-void FailureNotes::dropFailedStep() noexcept {
-    if (running != nullptr) running->failedStep_.clear();
+const std::string& FailureNotes::failedStep() const {
+    static_assert(TraceArea::kConnection < TraceArea::kExchange);
+    const auto hasText = [](const std::string& step) { return !step.empty(); };
+    const auto found = std::find_if(failedSteps_.begin(), failedSteps_.end(), hasText);
+    return found != failedSteps_.end() ? *found : failedSteps_.front();
+}
+
+void FailureNotes::dropFailedStep(TraceArea area) noexcept {
+    if (running != nullptr) running->failedSteps_[static_cast<size_t>(area)].clear();
+}
+
+void FailureNotes::dropFailedSteps() noexcept {
+    if (running != nullptr) running->dropSteps();
+}
+
+void FailureNotes::dropSteps() noexcept {
+    for (std::string& step : failedSteps_)
+        step.clear();
 }
 
 void FailureNotes::addServerError(uint32_t code, const std::string& text) noexcept {

@@ -7,6 +7,7 @@
 // them: a session does so under its lock. Running out of memory loses a note and is not a failure.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -30,8 +31,10 @@ class FailureNotes {
     /// Drops all notes. Call it before every attempt of an operation.
     void clear() noexcept;
 
-    /// The step that failed last, such as "wake the server: result -1712 (errAETimeout)". Empty if none did.
-    const std::string& failedStep() const { return failedStep_; }
+    /// The step that failed last, such as "wake the server: result -1712 (errAETimeout)". If steps of several
+    /// areas failed, it is one of the connection, because the others fail without a connection. Empty if no
+    /// step failed.
+    const std::string& failedStep() const;
 
     /// The server's last error answer. Nothing if there was none.
     const std::optional<ServerError>& serverError() const { return serverError_; }
@@ -44,11 +47,12 @@ class FailureNotes {
     template <typename MakeText>
     static void addFailedStep(TraceArea area, const MakeText& makeText) noexcept {
         Trace::write(area, TraceLevel::kFailures, makeText);
-        if (running != nullptr) note(running->failedStep_, makeText);
+        if (running != nullptr) note(running->failedSteps_[static_cast<size_t>(area)], makeText);
     }
 
-    /// Drops the failed step: a later attempt succeeded.
-    static void dropFailedStep() noexcept;
+    /// Drops the failed step of one area, or those of all areas: a later attempt succeeded.
+    static void dropFailedStep(TraceArea area) noexcept;
+    static void dropFailedSteps() noexcept;
 
     /// Notes the text that `makeText()` returns as the request whose exchange failed.
     template <typename MakeText>
@@ -69,9 +73,11 @@ class FailureNotes {
         }
     }
 
+    void dropSteps() noexcept;
+
     static FailureNotes* running;
 
-    std::string failedStep_;
+    std::array<std::string, kTraceAreaCount> failedSteps_;
     std::string request_;
     std::optional<ServerError> serverError_;
 };

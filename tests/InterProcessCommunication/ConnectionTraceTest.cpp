@@ -122,12 +122,14 @@ TEST_F(ConnectionTraceTest, FailedAttempt_IsNotedUntilALaterOneSucceeds) {
     EXPECT_EQ(notes.failedStep(), "");
 }
 
-TEST_F(ConnectionTraceTest, ServerThatIsGoneForever_LeavesTheLastAttemptInTheNotes) {
+// Each connection needs a second handshake: its first one still meets the server that is about to end.
+TEST_F(ConnectionTraceTest, ServerThatIsGoneInEveryAttempt_LeavesTheLastAttemptInTheNotes) {
     install();
     platform.processes = {"Merrowd"};
-    platform.server = [](const SentEvent& event, AppleEvent* reply) {
-        return event.eventID == 'data' ? OSErr{connectionInvalid}
-                                       : PlatformDouble::answerWith(reply, "awake");
+    int handshakes = 0;
+    platform.server = [&handshakes](const SentEvent& event, AppleEvent* reply) {
+        if (event.eventID == 'data') return OSErr{connectionInvalid};
+        return ++handshakes % 6 != 0 ? OSErr{procNotFound} : PlatformDouble::answerWith(reply, "awake");
     };
     const FailureNotes notes;
     POSTransferObj request(1, 10, 17);

@@ -40,7 +40,19 @@ TEST(FailureNotes, FailedStep_IsTheLastOneUntilALaterAttemptSucceeds) {
     addStep("launch");
     addStep("wake");
     EXPECT_EQ(notes.failedStep(), "wake");
-    FailureNotes::dropFailedStep();
+    FailureNotes::dropFailedStep(kArea);
+    EXPECT_EQ(notes.failedStep(), "");
+}
+
+TEST(FailureNotes, FailedStep_IsThatOfTheConnectionAsLongAsItFails) {
+    const FailureNotes notes;
+    FailureNotes::addFailedStep(TraceArea::kConnection, [] { return std::string("wake"); });
+    FailureNotes::addFailedStep(TraceArea::kExchange, [] { return std::string("call"); });
+    EXPECT_EQ(notes.failedStep(), "wake");
+    FailureNotes::dropFailedStep(TraceArea::kConnection);
+    EXPECT_EQ(notes.failedStep(), "call");
+    addStep("launch");
+    FailureNotes::dropFailedSteps();
     EXPECT_EQ(notes.failedStep(), "");
 }
 
@@ -82,7 +94,8 @@ TEST(FailureNotes, WithoutNotesAndTrace_NothingIsMade) {
     FailureNotes::addFailedStep(kArea, neverMade);
     FailureNotes::addRequest(neverMade);
     FailureNotes::addServerError(1, "text");
-    FailureNotes::dropFailedStep();
+    FailureNotes::dropFailedStep(kArea);
+    FailureNotes::dropFailedSteps();
 }
 
 TEST(FailureNotes, NewestObject_GetsTheNotesAndAnOlderOneMayEndFirst) {
