@@ -29,6 +29,7 @@ constexpr char kTypeName[] = "TYPENAME";
 constexpr char kMessage[] = "MESSAGE";
 constexpr char kDetail[] = "DETAIL";
 constexpr char kStatus[] = "STATUS";
+constexpr char kException[] = "EXCEPTION";
 constexpr char kRequest[] = "REQUEST";
 constexpr char kServerError[] = "SERVERERROR";
 constexpr char kFailedStep[] = "FAILEDSTEP";
@@ -136,6 +137,7 @@ std::string ErrorLog::entryText(const char* applicationName, const FailureReport
     writeText(writer, entryKey::kMessage, report.message);
     writeIfPresent(writer, entryKey::kDetail, report.detail);
     writeIfPresent(writer, entryKey::kStatus, report.status);
+    writeIfPresent(writer, entryKey::kException, notes.foreignException());
     writeIfPresent(writer, entryKey::kRequest, notes.request());
     if (notes.serverError())
         writeText(writer, entryKey::kServerError, errorCodeText(notes.serverError()->code));

@@ -10,6 +10,7 @@
 //     MESSAGE       the exception's message
 //     DETAIL        the place in the code, if the exception tells it
 //     STATUS        the operating system's status and its name, if the exception tells it
+//     EXCEPTION     what a thrown std::exception said, such as "std::bad_alloc"
 //     REQUEST       the request whose exchange failed, with the class or the method, if one did
 //     SERVERERROR   the error code and its meaning, if the server answered with one
 //     FAILEDSTEP    the step of the transport that failed last and its status, if one failed

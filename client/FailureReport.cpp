@@ -74,6 +74,8 @@ std::string traceText(const FailureReport& report, const FailureNotes& notes) {
     if (const char* const name = exceptionTypeName(report.typeCode)) text = text + " (" + name + ")";
     if (!report.detail.empty()) text += ", detail \"" + traceOneLineText(report.detail) + "\"";
     if (!report.status.empty()) text += ", status " + report.status;
+    if (!notes.foreignException().empty())
+        text += ", exception " + traceOneLineText(notes.foreignException());
     if (notes.serverError()) text += ", error of the server: " + errorCodeText(notes.serverError()->code);
     if (!notes.failedStep().empty()) text += ", last failed step: " + notes.failedStep();
     if (!report.isShown) text += ", no alert";

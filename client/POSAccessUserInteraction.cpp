@@ -5,6 +5,7 @@
 
 #include "client/Attempt.h"
 #include "client/HostArguments.h"
+#include "platform/Trace.h"
 
 namespace dovrel {
 
@@ -113,7 +114,7 @@ bool POSAccessUserInteraction::posRegisterApplicationWithClasses(const char* app
 bool POSAccessUserInteraction::posUnregisterApplication(uint32_t applicationId) noexcept {
     const SessionLock lock(*lock_);
     if (!lock.isHeld()) return false;
-    const bool unregistered = client_.isRegistered(applicationId) && dialogHandler_.run(applicationId, [&] {
+    const bool unregistered = isRegistered(applicationId) && dialogHandler_.run(applicationId, [&] {
         return client_.unregisterApplication(applicationId);
     });
     if (unregistered) dialogHandler_.forgetApplication(applicationId);
@@ -121,11 +122,17 @@ bool POSAccessUserInteraction::posUnregisterApplication(uint32_t applicationId) 
     return unregistered;
 }
 
+bool POSAccessUserInteraction::isRegistered(uint32_t applicationId) const noexcept {
+    if (client_.isRegistered(applicationId)) return true;
+    Trace::write(TraceArea::kSession, TraceLevel::kFailures,
+                 [&] { return "no application is registered as " + std::to_string(applicationId); });
+    return false;
+}
+
 template <typename Operation>
 bool POSAccessUserInteraction::runRegistered(uint32_t applicationId, const Operation& operation) noexcept {
     const SessionLock lock(*lock_);
-    return lock.isHeld() && client_.isRegistered(applicationId) &&
-           dialogHandler_.run(applicationId, operation);
+    return lock.isHeld() && isRegistered(applicationId) && dialogHandler_.run(applicationId, operation);
 }
 
 bool POSAccessUserInteraction::posInstantiateObject(uint32_t applicationId, void* const* classId,

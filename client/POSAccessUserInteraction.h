@@ -66,6 +66,9 @@ class POSAccessUserInteraction {
     uint32_t currentApplication() const { return currentApplication_; }
 
   private:
+    /// If the application is not registered, nothing but the trace says so: the operation fails silently.
+    bool isRegistered(uint32_t applicationId) const noexcept;
+
     template <typename Operation>
     bool runRegistered(uint32_t applicationId, const Operation& operation) noexcept;
 

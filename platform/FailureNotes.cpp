@@ -17,6 +17,7 @@ FailureNotes::~FailureNotes() {
 void FailureNotes::clear() noexcept {
     dropSteps();
     request_.clear();
+    foreignException_.clear();
     serverError_.reset();
 }
 
@@ -38,6 +39,10 @@ void FailureNotes::dropFailedSteps() noexcept {
 void FailureNotes::dropSteps() noexcept {
     for (std::string& step : failedSteps_)
         step.clear();
+}
+
+void FailureNotes::addForeignException(const char* what) noexcept {
+    if (running != nullptr) note(running->foreignException_, [what] { return what; });
 }
 
 void FailureNotes::addServerError(uint32_t code, const std::string& text) noexcept {

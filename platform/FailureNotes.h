@@ -1,6 +1,6 @@
 // FailureNotes: what is known about the failure of an operation besides its exception, for the error log. The
 // transport notes the platform call that failed, whose status no exception carries, and the server's error
-// codes, some of which become no exception.
+// codes, some of which become no exception. The frame notes thrown objects that are not of the library.
 //
 // The process's notes are the object that was made last. Without one, notes are dropped. Neither the making
 // nor the end may overlap with anything that makes notes, and only one thread at a time may make or read
@@ -27,6 +27,9 @@ class FailureNotes {
     FailureNotes(const FailureNotes&) = delete;
     FailureNotes& operator=(const FailureNotes&) = delete;
     ~FailureNotes();
+
+    /// What a thrown std::exception said, such as "std::bad_alloc". Empty if none was thrown.
+    const std::string& foreignException() const { return foreignException_; }
 
     /// Drops all notes. Call it before every attempt of an operation.
     void clear() noexcept;
@@ -60,6 +63,9 @@ class FailureNotes {
         if (running != nullptr) note(running->request_, makeText);
     }
 
+    /// Notes a thrown std::exception by its what().
+    static void addForeignException(const char* what) noexcept;
+
     /// Notes an error answer of the server.
     static void addServerError(uint32_t code, const std::string& text) noexcept;
 
@@ -79,6 +85,7 @@ class FailureNotes {
 
     std::array<std::string, kTraceAreaCount> failedSteps_;
     std::string request_;
+    std::string foreignException_;
     std::optional<ServerError> serverError_;
 };
 

@@ -121,6 +121,13 @@ TEST_F(FailureReportTest, TraceText_HasWhatTheAlertLeavesOut) {
         "error: -50");
 }
 
+TEST_F(FailureReportTest, TraceText_NamesAnExceptionThatIsNotOfTheLibrary) {
+    const FailureNotes notes;
+    FailureNotes::addForeignException("std::bad_alloc");
+    EXPECT_EQ(traceText(FailureReport(nullptr, "Editor"), notes),
+              "failure of type 0 (no type of its own), exception std::bad_alloc, message: Nobody knows.");
+}
+
 TEST_F(FailureReportTest, TraceText_HoldsTheTextOfTheServerAtTheLevelOfContentsOnly) {
     const FailureReport report(std::make_unique<POSMethodNotFoundException>("a secret\rdovrel 1"), "Editor");
     const FailureNotes notes;

@@ -107,6 +107,20 @@ TEST_F(FailuresTest, AnswerThatCannotBeRead_IsAnUnrecoverableFailure) {
     EXPECT_EQ(body.substr(body.size() - 8), "Stopped.");
 }
 
+TEST_F(FailuresTest, ExceptionThatIsNotOfTheLibrary_IsInTheErrorLogByItsName) {
+    const uint32_t applicationId = registered("Editor");
+    forwarder_->onRequest = [] { throw std::bad_alloc(); };
+    EXPECT_EQ(call(applicationId), POS_FAILURE);
+    forwarder_->onRequest = [] { throw 5; };
+    EXPECT_EQ(call(applicationId), POS_FAILURE);
+    forwarder_->onRequest = nullptr;
+    const auto sections = ConfigFileSystem::readSections(root_.read(kErrorLogFile), "TIME");
+    ASSERT_EQ(sections.size(), 3u);
+    EXPECT_EQ(sections[1].getString("MESSAGE"), kUnknown);
+    EXPECT_EQ(sections[1].getString("EXCEPTION"), "std::bad_alloc");
+    EXPECT_FALSE(sections[2].contains("EXCEPTION"));
+}
+
 TEST_F(FailuresTest, Outputs_MayBeTheInputs) {
     const uint32_t applicationId = registered();
     void* handle = identifier_;

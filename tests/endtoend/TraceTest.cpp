@@ -53,6 +53,19 @@ TEST_F(Traced, All_WritesDownTheWayToTheServerAndEveryExchangeAndNothingThatIsSa
          "exchange: unregister application: answered, "});
 }
 
+TEST_F(Traced, OperationsOfAnApplicationThatIsNotRegistered_AreEntriesBecauseNothingElseTellsThem) {
+    Console console;
+    const std::string file = root_.path() + "/trace";
+    setenv("POS_TRACE", ("all:1,file=" + file).c_str(), 1);
+    library_.InitializePOS();
+    EXPECT_EQ(host_.command(4711, "ping").status, POS_FAILURE);
+    EXPECT_EQ(library_.posUnregisterApplication(0xFFFFFFFF), POS_FAILURE);
+    library_.TerminatePOS();
+    EXPECT_EQ(traceLinesOf(contentOf(file)),
+              (std::vector<std::string>{"session: no application is registered as 4711",
+                                        "session: no application is registered as 4294967295"}));
+}
+
 TEST_F(Traced, Level3_ShowsWhatIsSaidInReadableForm) {
     Console console;
     const std::string trace = traceOfASession("exchange:3");

@@ -82,8 +82,11 @@ TEST(FailureNotes, Clear_DropsEverything) {
     addStep("wake");
     FailureNotes::addRequest([] { return std::string("call method"); });
     FailureNotes::addServerError(27, "text");
+    FailureNotes::addForeignException("std::bad_alloc");
     EXPECT_EQ(notes.request(), "call method");
+    EXPECT_EQ(notes.foreignException(), "std::bad_alloc");
     notes.clear();
+    EXPECT_EQ(notes.foreignException(), "");
     EXPECT_EQ(notes.failedStep(), "");
     EXPECT_EQ(notes.request(), "");
     EXPECT_FALSE(notes.serverError());
@@ -94,6 +97,7 @@ TEST(FailureNotes, WithoutNotesAndTrace_NothingIsMade) {
     FailureNotes::addFailedStep(kArea, neverMade);
     FailureNotes::addRequest(neverMade);
     FailureNotes::addServerError(1, "text");
+    FailureNotes::addForeignException("text");
     FailureNotes::dropFailedStep(kArea);
     FailureNotes::dropFailedSteps();
 }
