@@ -34,3 +34,25 @@ function(dovrel_test target)
     endif()
     gtest_discover_tests(${target} TEST_PREFIX "${target}." DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
 endfunction()
+
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+
+# dovrel_python_tests(<file> PREFIX <prefix>)
+#
+# Every test function of <file>.py is a test of its own; DOVREL_BINARY_DIR tells it the build folder.
+function(dovrel_python_tests file)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "PREFIX" "")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${file}.py")
+    file(STRINGS "${file}.py" lines REGEX "^(class |    def test_)")
+    foreach(line IN LISTS lines)
+        if(line MATCHES "^class ([A-Za-z]+)")
+            set(class ${CMAKE_MATCH_1})
+        elseif(line MATCHES "def (test_([A-Za-z0-9_]+))")
+            set(test ${arg_PREFIX}.${class}.${CMAKE_MATCH_2})
+            add_test(NAME ${test}
+                COMMAND "${Python3_EXECUTABLE}" -B -m unittest ${file}.${class}.${CMAKE_MATCH_1}
+                WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+            set_tests_properties(${test} PROPERTIES ENVIRONMENT "DOVREL_BINARY_DIR=${PROJECT_BINARY_DIR}" TIMEOUT 120)
+        endif()
+    endforeach()
+endfunction()

@@ -64,7 +64,6 @@ typedef ProcessSerialNumber* ProcessSerialNumberPtr;
 
 enum { noErr = 0, kNilOptions = 0, kVariableLengthArray = 1 };
 #define kInvalidID 0
-#define FOUR_CHAR_CODE(x) (x)
 
 #if defined(__cplusplus)
 static_assert(sizeof(UInt32) == 4 && sizeof(SInt32) == 4, "32-bit scalars");

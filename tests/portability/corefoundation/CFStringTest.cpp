@@ -156,6 +156,16 @@ TEST(CFString, ConvertEncodingToNSStringEncoding_KnowsTheUsualOnesAndMarksTheOth
     EXPECT_EQ(CFStringConvertEncodingToNSStringEncoding(0x0627), 0x80000627UL);
 }
 
+TEST(CFString, GetSystemEncoding_WesternSystem_IsMacRoman) {
+    EXPECT_EQ(CFStringGetSystemEncoding(), CFStringEncoding{kCFStringEncodingMacRoman});
+}
+
+TEST(CFString, MakeConstantString_IsTheStringOfTheTextAndNeedsNoRelease) {
+    const CFStringRef string = __CFStringMakeConstantString("once");
+    EXPECT_EQ(textOf(string), "once");
+    EXPECT_EQ(CFStringCompare(string, CFSTR("once"), 0), kCFCompareEqualTo);
+}
+
 TEST(CFString, CFSTR_OfTheSameText_IsTheSameString) {
     EXPECT_EQ(CFStringCompare(CFSTR("once"), CFSTR("once"), 0), kCFCompareEqualTo);
     EXPECT_EQ(CFGetTypeID(CFSTR("once")), CFStringGetTypeID());

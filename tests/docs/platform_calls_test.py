@@ -1,0 +1,211 @@
+"""portability/PLATFORM_CALLS.md and portability/DIFFERENCES.md against the headers and sources of portability/.
+
+The paths of the headers, files and tests are read from the rows, so that a folder that moves takes its rows along."""
+import os
+import re
+import subprocess
+import tempfile
+import unittest
+from collections import Counter
+from pathlib import Path
+
+SOURCES = Path(__file__).resolve().parents[2]
+PORTABILITY = SOURCES / "portability"
+HEADERS = PORTABILITY / "include"
+TESTS = SOURCES / "tests/portability"
+CALLS = (PORTABILITY / "PLATFORM_CALLS.md").read_text()
+DIFFERENCES = (PORTABILITY / "DIFFERENCES.md").read_text()
+
+# gcc, because it lists the functions of a translation unit (-aux-info). The definitions are those of cmake/GNUstep.cmake.
+COMPILER = ["gcc", "-x", "objective-c", "-fsyntax-only", "-w", "-fexceptions", "-fobjc-exceptions",
+            "-fconstant-string-class=NSConstantString", "-DGNUSTEP", "-DGNUSTEP_BASE_LIBRARY=1", "-DGNU_GUI_LIBRARY=1",
+            "-DGNU_RUNTIME=1", "-D_NATIVE_OBJC_EXCEPTIONS",
+            "-isystem", os.environ.get("GNUSTEP_INCLUDE_DIR", "/usr/include/GNUstep")]
+FUNCTION = re.compile(r"^/\* (?P<file>\S+?):\d+:\w+ \*/ .*?(?P<name>\w+) \((?!\*)")
+MACRO = re.compile(r"^[ \t]*#[ \t]*define[ \t]+(\w+)\(", re.MULTILINE)
+CLASS = re.compile(r"^@interface (\w+)(?! *\()", re.MULTILINE)
+
+
+def words(path):
+    return set(re.findall(r"\w+", path.read_text()))
+
+
+def declared_functions(folder):
+    """The functions that the headers below a folder declare: name -> header, relative to the folder."""
+    found = {}
+    with tempfile.NamedTemporaryFile("r") as listing:
+        for header in sorted(folder.rglob("*.h")):
+            name = header.relative_to(folder)
+            subprocess.run([*COMPILER, f"-I{folder}", "-aux-info", listing.name, "-"], input=f"#include <{name}>\n",
+                           text=True, check=True)
+            for line in Path(listing.name).read_text().splitlines():
+                declaration = FUNCTION.match(line)
+                if declaration and Path(declaration["file"]) == header:
+                    found[declaration["name"]] = str(name)
+    return found
+
+
+def declared_names(folder):
+    """The functions, function-like macros and Objective-C classes that the headers below a folder declare, as above."""
+    found = declared_functions(folder)
+    for header in sorted(folder.rglob("*.h")):
+        text = header.read_text()
+        for name in MACRO.findall(text) + CLASS.findall(text):
+            found[name] = str(header.relative_to(folder))
+    return found
+
+
+class Row:
+    """call | header | file | status | contract tests"""
+
+    def __init__(self, line):
+        self.line = line
+        cells = [cell.strip() for cell in line.strip("| ").split("|")]
+        self.call, self.header, self.file, self.status, tests = cells
+        self.call = self.call.strip("`")
+        self.tests = tests.split(", ")
+
+    def has_header(self):
+        return not self.header.startswith("none")
+
+
+def rows(page):
+    return [Row(line) for line in page.splitlines() if line.startswith("| `")]
+
+
+def groups(page):
+    """(title, first number, last number) of the groups of differences, as the head of the page lists them."""
+    head = " ".join(page.split("\n## ")[0].split())
+    return [(title, int(first), int(last))
+            for first, last, title in re.findall(r"(\d+) to (\d+) ([A-Za-z ]+?)[,.]", head)]
+
+
+def numbers(page):
+    """Numbers of the entries by the title of their group, in the order of the page."""
+    return {section.split("\n")[0]: [int(number) for number in re.findall(r"^(\d+)\. \*\*", section, re.MULTILINE)]
+            for section in page.split("\n## ")[1:]}
+
+
+def retired(section):
+    """Numbers of which the text says: "Number 7 is no longer used", "Numbers 7, 8 and 9 are no longer used"."""
+    text = " ".join(section.split())
+    return {int(number) for sentence in re.findall(r"Numbers? ([\d, and]+) (?:is|are) no longer used", text)
+            for number in re.findall(r"\d+", sentence)}
+
+
+def missing_and_repeated_rows(page, declared):
+    count = Counter(row.call for row in rows(page))
+    return ([f"no row: {name} ({header})" for name, header in declared.items() if not count[name]] +
+            [f"{number} rows: {name}" for name, number in count.items() if number > 1])
+
+
+def wrong_headers(page, declared):
+    return [row.line for row in rows(page) if row.has_header() and declared.get(row.call) != row.header]
+
+
+def wrong_statuses(page, differences):
+    known = {str(number) for group in numbers(differences).values() for number in group}
+    calls = {row.call for row in rows(page)}
+    problems = []
+    for row in rows(page):
+        parts = re.fullmatch(r"part: (.+)", row.status)
+        named = parts[1].split(", ") if parts else []
+        good = row.status == "full" or named and all(
+            part in known or part.startswith("as `") and part[4:-1] in calls for part in named)
+        if not good:
+            problems.append(row.line)
+    return problems
+
+
+def wrong_numbers(page):
+    problems = []
+    ranges = {title.casefold(): (first, last) for title, first, last in groups(page)}
+    for section in page.split("\n## ")[1:]:
+        title = section.split("\n")[0]
+        found = numbers(page)[title]
+        if title.casefold() not in ranges:
+            problems.append(f"{title}: the head of the page has no such group")
+            continue
+        first, last = ranges[title.casefold()]
+        if found != sorted(set(found)):
+            problems.append(f"{title}: not ascending: {found}")
+        problems += [f"{title}: {number} is outside {first} to {last}" for number in found if not first <= number <= last]
+        holes = set(range(first, max(found, default=first))) - set(found) - retired(section)
+        problems += [f"{title}: {number} is missing without a word" for number in sorted(holes)]
+        problems += [f"{title}: {number} is said to be no longer used" for number in retired(section) & set(found)]
+    missing = set(ranges) - {title.casefold() for title in numbers(page)}
+    return problems + [f"no group of differences: {title}" for title in missing]
+
+
+class PlatformCalls(unittest.TestCase):
+    def test_EveryDeclaredFunctionMacroAndClass_HasExactlyOneRow(self):
+        declared = declared_names(HEADERS)
+        self.assertGreater(len(declared), 50)
+        self.assertEqual(missing_and_repeated_rows(CALLS, declared), [])
+
+    def test_EveryRow_NamesTheHeaderThatDeclaresItsCall(self):
+        self.assertEqual(wrong_headers(CALLS, declared_names(HEADERS)), [])
+
+    def test_EveryRow_NamesAFileThatHoldsItsCall(self):
+        self.assertEqual([row.line for row in rows(CALLS) if row.call not in words(PORTABILITY / row.file)], [])
+
+    def test_EveryRow_NamesAContractTestThatUsesItsCall(self):
+        self.assertEqual([row.line for row in rows(CALLS)
+                          if row.call not in set().union(*(words(TESTS / test) for test in row.tests))], [])
+
+    def test_EveryStatus_IsFullOrNamesEntriesThatExist(self):
+        self.assertEqual(wrong_statuses(CALLS, DIFFERENCES), [])
+
+
+class Differences(unittest.TestCase):
+    def test_Numbers_AscendInTheRangeOfTheirGroupWithoutUnexplainedHoles(self):
+        self.assertEqual(len(groups(DIFFERENCES)), len(numbers(DIFFERENCES)))
+        self.assertEqual(wrong_numbers(DIFFERENCES), [])
+
+
+class DamagedPages(unittest.TestCase):
+    """The checks above find what they are there for."""
+
+    PAGE = "| `One` | A.h | a.cpp | full | t.cpp |\n| `Two` | A.h | a.cpp | part: 2, as `One` | t.cpp |\n"
+    DECLARED = {"One": "A.h", "Two": "A.h"}
+    NUMBERED = ("1 to 4 first things, 5 to 9 other things.\n\n## First things\n\n1. **A.** x\n2. **B.** x\n\n"
+                "## Other things\n\nNumbers 5 and 6 are\nno longer used.\n\n7. **C.** x\n")
+
+    def test_GoodPages_HaveNoProblem(self):
+        self.assertEqual(missing_and_repeated_rows(self.PAGE, self.DECLARED), [])
+        self.assertEqual(wrong_headers(self.PAGE, self.DECLARED), [])
+        self.assertEqual(wrong_statuses(self.PAGE, self.NUMBERED), [])
+        self.assertEqual(wrong_numbers(self.NUMBERED), [])
+
+    def test_LostAndDoubledRows_AreFound(self):
+        self.assertEqual(missing_and_repeated_rows(self.PAGE, {**self.DECLARED, "Three": "B.h"}),
+                         ["no row: Three (B.h)"])
+        self.assertEqual(missing_and_repeated_rows(self.PAGE + self.PAGE.splitlines()[0], self.DECLARED),
+                         ["2 rows: One"])
+
+    def test_WrongHeaders_AreFound(self):
+        self.assertEqual(len(wrong_headers(self.PAGE, {"One": "B.h", "Two": "A.h"})), 1)
+        self.assertEqual(len(wrong_headers(self.PAGE, {"One": "A.h"})), 1)
+
+    def test_StatusesWithoutEntries_AreFound(self):
+        for status in ("part: 3", "part: as `Three`", "part", "almost"):
+            page = self.PAGE.replace("full", status)
+            self.assertEqual(wrong_statuses(page, self.NUMBERED), [page.splitlines()[0]], status)
+
+    def test_HolesRepeatedAndStrayNumbers_AreFound(self):
+        for change in (("2. **B", "3. **B"), ("2. **B", "1. **B"), ("2. **B", "5. **B"), ("5 and 6 are", "5 is"),
+                       ("## First", "## Third"), ("7. **C", "6. **C")):
+            self.assertNotEqual(wrong_numbers(self.NUMBERED.replace(*change)), [], change)
+
+    def test_DeclarationsOfEveryKind_AreFound(self):
+        with tempfile.TemporaryDirectory() as folder:
+            header = Path(folder, "Kinds.h")
+            header.write_text("typedef void *(*Procedure)(void);\nextern int Plain(int a, Procedure b);\n"
+                              "static inline char *Inline(void) { return 0; }\nvoid (*Returning(int))(void);\n"
+                              "#define Like(x) (x)\n#define CONSTANT 1\n")
+            self.assertEqual(declared_names(Path(folder)),
+                             dict.fromkeys(["Plain", "Inline", "Returning", "Like"], "Kinds.h"))
+
+
+if __name__ == "__main__":
+    unittest.main()
