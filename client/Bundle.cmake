@@ -25,6 +25,5 @@ else()
     set_property(TARGET dovrel APPEND PROPERTY LINK_DEPENDS "${CMAKE_CURRENT_BINARY_DIR}/exported.map")
 endif()
 
-include(DovrelBundle)
 dovrel_bundle_contents(dovrel_resources "${bundle_contents}")
 add_dependencies(dovrel dovrel_resources)

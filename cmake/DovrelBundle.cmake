@@ -22,3 +22,15 @@ function(dovrel_bundle_contents target contents)
         DEPENDS ${resources} VERBATIM)
     add_custom_target(${target} DEPENDS "${stamp}")
 endfunction()
+
+# dovrel_install_bundle(<bundle>)
+#
+# Installs a bundle of the build folder beside the others, so that every user can run what it holds, whatever umask the
+# build and the installation have.
+function(dovrel_install_bundle bundle)
+    set(readable OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+    set(executable ${readable} OWNER_EXECUTE GROUP_EXECUTE WORLD_EXECUTE)
+    install(DIRECTORY "${bundle}" DESTINATION "Library/Application Support/Tessilor/pos"
+        FILE_PERMISSIONS ${readable} DIRECTORY_PERMISSIONS ${executable}
+        PATTERN "Contents/MacOS/*" PERMISSIONS ${executable})
+endfunction()

@@ -31,6 +31,13 @@ std::string timeStamp() {
     return std::string(text) + "." + fraction.substr(1) + " ";
 }
 
+// The servers of several users write to one log, like the hosts to theirs.
+void openNewFileToAllUsers(int descriptor) {
+    struct stat status = {};
+    const bool isNew = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0;
+    if (isNew) static_cast<void>(fchmod(descriptor, 0666));
+}
+
 }  // namespace
 
 ExchangeLog::ExchangeLog(std::string path) : path_(std::move(path)) {}
@@ -63,7 +70,10 @@ std::FILE* ExchangeLog::stream() {
         // A link in the log folder, which everybody may write to, could point to any file of the user's.
         const int descriptor =
             open(path_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0666);
-        if (descriptor >= 0) file_.reset(fdopen(descriptor, "a"));
+        if (descriptor >= 0) {
+            openNewFileToAllUsers(descriptor);
+            file_.reset(fdopen(descriptor, "a"));
+        }
         unwritable_ = file_ == nullptr;
     }
     return unwritable_ ? stderr : file_.get();

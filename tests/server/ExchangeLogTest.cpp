@@ -1,6 +1,7 @@
 #include "server/ExchangeLog.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <sstream>
@@ -66,6 +67,26 @@ TEST(ExchangeLog, ASecondLogOfTheSameFile_AddsItsLines) {
     folder.write("Merrowd.log", "before\n");
     ExchangeLog(folder.path("Merrowd.log")).note("after");
     EXPECT_EQ(folder.read("Merrowd.log").substr(0, 7), "before\n");
+}
+
+TEST(ExchangeLog, ANewFile_IsOpenToAllUsersWhateverTheUmask) {
+    const TemporaryFolder folder;
+    const mode_t before = umask(077);
+    ExchangeLog(folder.path("Merrowd.log")).note("line");
+    umask(before);
+    struct stat status = {};
+    ASSERT_EQ(stat(folder.path("Merrowd.log").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0666u);
+}
+
+TEST(ExchangeLog, AFileWithLines_KeepsItsPermissions) {
+    const TemporaryFolder folder;
+    folder.write("Merrowd.log", "before\n");
+    ASSERT_EQ(chmod(folder.path("Merrowd.log").c_str(), 0640), 0);
+    ExchangeLog(folder.path("Merrowd.log")).note("after");
+    struct stat status = {};
+    ASSERT_EQ(stat(folder.path("Merrowd.log").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640u);
 }
 
 TEST(ExchangeLog, ALinkInPlaceOfTheFile_IsNotFollowed) {
