@@ -37,11 +37,14 @@ endfunction()
 
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 
-# dovrel_python_tests(<file> PREFIX <prefix>)
+# dovrel_python_tests(<file> PREFIX <prefix> [TIMEOUT <seconds>])
 #
 # Every test function of <file>.py is a test of its own; DOVREL_BINARY_DIR tells it the build folder.
 function(dovrel_python_tests file)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "PREFIX" "")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "PREFIX;TIMEOUT" "")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${file}.py")
     file(STRINGS "${file}.py" lines REGEX "^(class |    def test_)")
     foreach(line IN LISTS lines)
@@ -52,7 +55,8 @@ function(dovrel_python_tests file)
             add_test(NAME ${test}
                 COMMAND "${Python3_EXECUTABLE}" -B -m unittest ${file}.${class}.${CMAKE_MATCH_1}
                 WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
-            set_tests_properties(${test} PROPERTIES ENVIRONMENT "DOVREL_BINARY_DIR=${PROJECT_BINARY_DIR}" TIMEOUT 120)
+            set_tests_properties(${test} PROPERTIES ENVIRONMENT "DOVREL_BINARY_DIR=${PROJECT_BINARY_DIR}"
+                TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT} SKIP_REGULAR_EXPRESSION "skipped=[1-9]")
         endif()
     endforeach()
 endfunction()

@@ -106,7 +106,8 @@ extern "C" {
  * is with all its registrations.
  *
  * @retval POS_OK       There is a session. There is no failure code: if memory or the system's locks have run
- *                      out, the function throws a C++ exception, and there is no session.
+ *                      out, the function throws a C++ exception (which ends a host in C), and there is no
+ *                      session.
  */
 POS_EXPORT uint32_t InitializePOS(void);
 
