@@ -140,9 +140,9 @@ TEST_F(ProtocolPageTables, TheTimeOuts_AreThoseOfTheCode) {
     const uint32_t handshake = serverEvent::kWakeTimeOutMs * serverEvent::kTicksPerSecond / 1000;
     EXPECT_TRUE(page_.says("A client waits up to " + std::to_string(serverEvent::kDataTimeOutTicks) +
                            " ticks (1/" + std::to_string(serverEvent::kTicksPerSecond) +
-                           " s) for an answer and up to " + std::to_string(handshake) +
-                           " ticks for that to a handshake, of which it sends up to " +
-                           std::to_string(serverEvent::kWakeAttempts) + "."));
+                           " s) for an answer. It sends up to " + std::to_string(serverEvent::kWakeAttempts) +
+                           " handshakes and waits up to " + std::to_string(handshake) +
+                           " ticks for the answer to each."));
 }
 
 TEST_F(ProtocolPageTables, TheDirectParameters_AreThoseOfTheCode) {
