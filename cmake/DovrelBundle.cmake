@@ -1,6 +1,6 @@
 # dovrel_bundle_contents(<target> <contents>)
 #
-# Fills the folder <contents> of a bundle with what is no code: the property list at once, the resources when <target>
+# Fills the folder <contents> of a bundle with everything but code: the property list at once, the resources when <target>
 # is built.
 function(dovrel_bundle_contents target contents)
     set(source "${PROJECT_SOURCE_DIR}/resources")

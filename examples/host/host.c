@@ -1,6 +1,6 @@
 /*
- * A host in plain C. It loads the library as a bundle, registers itself with the server, has a Digest object there
- * compute the MD5 of a file, uses the other operations on the way, and leaves everything as it found it.
+ * A host in plain C. It loads the library as a bundle, registers itself with the server, lets a Digest object there
+ * compute the MD5 of a file, uses the other operations on the way, and unregisters.
  *
  *     host BUNDLE FILE
  *
@@ -30,7 +30,7 @@ typedef struct Library {
     uint32_t (*posFreeDllHeapData)(void *);
 } Library;
 
-/* The bytes of a file and how many they are. */
+/* The content of a file. */
 typedef struct File {
     uint8_t *bytes;
     uint32_t size;
@@ -82,7 +82,7 @@ static int growFile(File *file, size_t *room)
     return 1;
 }
 
-/* Reads up to the end: not every file tells its size. */
+/* Reads up to the end, because some files (pipes, /proc) have no known size. */
 static int readFile(const char *path, File *file)
 {
     FILE *stream = fopen(path, "rb");
@@ -106,14 +106,14 @@ static int readFile(const char *path, File *file)
     return fits;
 }
 
-/* Identifiers are 16 bytes: for the server's built-in classes the name, filled up with zero bytes. */
+/* Identifiers are 16 bytes: for the server's built-in classes the name, padded with zero bytes. */
 static void setIdentifier(uint8_t identifier[POS_IDENTIFIER_SIZE], const char *name)
 {
     memset(identifier, 0, POS_IDENTIFIER_SIZE);
     memcpy(identifier, name, strlen(name));
 }
 
-/* Prints a result of the server and gives its block back. */
+/* Prints a result of the server and frees its block. */
 static void printAndFree(const Library *library, const char *label, uint8_t *bytes, uint32_t length)
 {
     printf("%s", label);
@@ -122,7 +122,7 @@ static void printAndFree(const Library *library, const char *label, uint8_t *byt
     library->posDeleteDLLHeapData(bytes);
 }
 
-/* The interface version: the one request that the library answers by itself. */
+/* The interface version: the only request that the library does not send to the server. */
 static int showInterfaceVersion(const Library *library, uint32_t application)
 {
     const uint8_t request[2] = {0x60, 0x01};
@@ -150,7 +150,7 @@ static int runCommand(const Library *library, uint32_t application, const char *
     return 1;
 }
 
-/* Creates a Digest object in the server, has it compute the MD5 of the file, deletes it. */
+/* Creates a Digest object in the server, lets it compute the MD5 of the file, and deletes it. */
 static int digestInServer(const Library *library, uint32_t application, void *classId, const File *file)
 {
     void *object = NULL;
@@ -200,6 +200,6 @@ int main(int argc, char **argv)
     done = useServer(&library, &file);
     library.TerminatePOS();
     free(file.bytes);
-    if (!done) fprintf(stderr, "host: the server did not do it; the message above or the system log tells why\n");
+    if (!done) fprintf(stderr, "host: a call failed; the alert, or the message above, says why\n");
     return done ? 0 : 1;
 }

@@ -1,5 +1,5 @@
-// What include/dovrel/pos.h says about the life of sessions, applications and objects, as far as no other
-// test shows it.
+// Statements of include/dovrel/pos.h about sessions, applications, objects and processes that no other test
+// shows.
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -82,6 +82,11 @@ class QuickStart(Installation):
         self.expect(result, 1)
         self.assertIn("has no method", result.stderr)
 
+    def test_CompiledWithoutARoot_IsToldByTheCompiler(self):
+        result = self.run_host(beginning="")
+        self.expect(result, 1)
+        self.assertIn("dovrel/pos.h: No such file or directory", result.stderr)
+
     def test_BundleMovedAfterCompiling_IsToldByTheLoader(self):
         self.expect(self.run_host(), 0, "sum: 2\n")
         (self.products / "Dovrel.bundle").rename(self.products / "Moved.bundle")
@@ -98,6 +103,7 @@ class QuickStart(Installation):
             "`Could not launch Merrowd server application!` and `error: N`",
             "an alert with `the server has no such class`",
             "an alert with `has no method`",
+            "`dovrel/pos.h: No such file or directory` from the compiler",
             "`error while loading shared libraries: Dovrel`"])
 
     @staticmethod
