@@ -30,6 +30,12 @@ std::string withoutTimes(const std::string& text) {
     return result;
 }
 
+mode_t permissionsOf(const std::string& path) {
+    struct stat status = {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
+    return status.st_mode & 07777;
+}
+
 TEST(ExchangeLog, WithoutALine_MakesNoFile) {
     const TemporaryFolder folder;
     const ExchangeLog log(folder.path("Merrowd.log"));
@@ -74,9 +80,7 @@ TEST(ExchangeLog, ANewFile_IsOpenToAllUsersWhateverTheUmask) {
     const mode_t before = umask(077);
     ExchangeLog(folder.path("Merrowd.log")).note("line");
     umask(before);
-    struct stat status = {};
-    ASSERT_EQ(stat(folder.path("Merrowd.log").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0666u);
+    EXPECT_EQ(permissionsOf(folder.path("Merrowd.log")), 0666u);
 }
 
 TEST(ExchangeLog, AFileWithLines_KeepsItsPermissions) {
@@ -84,9 +88,7 @@ TEST(ExchangeLog, AFileWithLines_KeepsItsPermissions) {
     folder.write("Merrowd.log", "before\n");
     ASSERT_EQ(chmod(folder.path("Merrowd.log").c_str(), 0640), 0);
     ExchangeLog(folder.path("Merrowd.log")).note("after");
-    struct stat status = {};
-    ASSERT_EQ(stat(folder.path("Merrowd.log").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0640u);
+    EXPECT_EQ(permissionsOf(folder.path("Merrowd.log")), 0640u);
 }
 
 TEST(ExchangeLog, ALinkInPlaceOfTheFile_IsNotFollowed) {
