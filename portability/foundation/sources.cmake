@@ -11,6 +11,7 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/HomeFolder.cpp
     ${CMAKE_CURRENT_LIST_DIR}/LSOpen.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Libc.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/NSLog.mm
     ${CMAKE_CURRENT_LIST_DIR}/Paths.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ProcessTable.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Processes.cpp

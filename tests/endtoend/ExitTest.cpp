@@ -3,6 +3,7 @@
 #include <signal.h>
 
 #include <filesystem>
+#include <memory>
 
 #include "tests/endtoend/EndToEnd.h"
 #include "tests/support/ChildProcess.h"
@@ -12,16 +13,21 @@ namespace {
 
 class Exit : public testing::Test {
   protected:
-    /// Starts the host; it has an application and is about to leave.
-    Exit() { EXPECT_EQ(host_.readLine(), "ready") << systemLog(); }
+    /// Starts the host, which then has an application.
+    void start(const std::vector<std::string>& arguments = {}) {
+        std::vector<std::string> command = {EXIT_HOST, root_.library()};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        host_ = std::make_unique<ChildProcess>(command, logFile_);
+        ASSERT_EQ(host_->readLine(), "ready") << systemLog();
+    }
 
     /// Lets the host leave; what its exit handler tells. The library's own lines for consoles come before it.
     std::string leave() {
         std::filesystem::resize_file(logFile_, 0);
-        host_.writeLine("leave");
-        std::string line = host_.readLine();
+        host_->writeLine("leave");
+        std::string line = host_->readLine();
         while (!line.empty() && line.rfind("command", 0) != 0)
-            line = host_.readLine();
+            line = host_->readLine();
         return line;
     }
 
@@ -40,26 +46,36 @@ class Exit : public testing::Test {
     TestRoot root_;
     const ShippedTexts texts_{SHIPPED_TEXTS};
     const std::string logFile_ = root_.path() + "/host.log";
-    ChildProcess host_{{EXIT_HOST, root_.library()}, logFile_};
+    std::unique_ptr<ChildProcess> host_;
 };
 
 constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
 
 TEST_F(Exit, TerminateInAnExitHandler_WithTheServer_UnregistersTheApplication) {
+    start();
     EXPECT_EQ(leave(), "command 0, method 80000008, end 0");
-    EXPECT_EQ(host_.wait(), 0) << systemLog();
+    EXPECT_EQ(host_->wait(), 0) << systemLog();
     EXPECT_EQ(ServerControl::status().at("applications"), 0);
     expectReports({{texts_.text("DLL_POS_ACCESS_CLIENT_EXCEPTION_CPP_A_NULL_POINTER_HAS_BEEN_PASSED"),
                     kUnrecoverable}});
 }
 
 TEST_F(Exit, TerminateInAnExitHandler_WithoutAServer_ReportsItsFailuresAndEnds) {
+    start();
     root_.removeServer();
     root_.endServers(SIGKILL);
     EXPECT_EQ(leave(), "command 80000008, method 80000008, end 0");
-    EXPECT_EQ(host_.wait(), 0) << systemLog();
+    EXPECT_EQ(host_->wait(), 0) << systemLog();
     expectReports({{texts_.text("DLL_MSG_MERROWD_IS_MISSING_MACOSX"), kUnrecoverable},
                    {texts_.text("DLL_POS_ACCESS_CLIENT_EXCEPTION_CPP_A_NULL_POINTER_HAS_BEEN_PASSED"),
+                    kUnrecoverable}});
+}
+
+TEST_F(Exit, CallInAnExitHandlerAfterAFailureInMain_IsReportedTheSame) {
+    start({"fails"});
+    EXPECT_EQ(leave(), "command 0, method 80000008, end 0");
+    EXPECT_EQ(host_->wait(), 0) << systemLog();
+    expectReports({{texts_.text("DLL_POS_ACCESS_CLIENT_EXCEPTION_CPP_A_NULL_POINTER_HAS_BEEN_PASSED"),
                     kUnrecoverable}});
 }
 

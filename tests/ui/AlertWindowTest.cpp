@@ -243,7 +243,7 @@ TEST_F(AlertWindowTest, NoDisplay_ShowsNothingLogsTheBodyAndAnswers0) {
     }
     const std::string line =
         "Couldn't initialise NSApplication! No Error dialogue shown; message of the failed dialogue:  \n "
-        "\"The body\rof "
+        "\"The body\nof "
         "it\"\n";
     const size_t first = log().find(line);
     EXPECT_NE(first, std::string::npos) << log();

@@ -1,6 +1,7 @@
 // The texts of an alert, in UTF-8 or in Mac Roman, as people read them: in a window, and in the system log
 // where there is no window.
 #include <algorithm>
+#include <cstdlib>
 
 #include "tests/ui/AlertTest.h"
 #include "ui/MacOSXMessageDialog.h"
@@ -111,6 +112,20 @@ TEST_F(ReadableUnshownAlertTest, BodyWithCarriageReturns_IsLoggedWithLineFeeds) 
 
 TEST_F(ReadableUnshownAlertTest, BodyWithTheLogsOwnPlaceholder_IsLoggedAsItIs) {
     expectQuoted("100 %s, %@ and %n", "100 %s, %@ and %n");
+}
+
+// Foundation chooses its encoding by what the process was started with.
+TEST_F(ReadableUnshownAlertTest, HostWhoseEnvironmentIsNotUTF8_LogsInUTF8AllTheSame) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process that is started with this environment
+    setenv("FILE_OF_THE_USER",
+           "Gr\xF6\xDF"
+           "e",
+           1);
+    const auto showAndEnd = [] {
+        MacOSXMessageDialog().showAlert("Title", kMacRomanName);
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(showAndEnd(), testing::ExitedWithCode(0), "\"Größenprüfer\"\n");
 }
 
 }  // namespace

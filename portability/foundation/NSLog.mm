@@ -1,0 +1,55 @@
+// The system log of the code that this layer is linked to. Foundation has the same call, but GNUstep 1.28
+// writes in the encoding of the process, and ends the process if the log is used for the first time in an
+// exit handler that is older than Foundation itself.
+#import <Foundation/Foundation.h>
+
+#include <errno.h>
+#include <syslog.h>
+#include <sys/syscall.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace {
+
+std::string timeText() {
+    timespec now = {};
+    clock_gettime(CLOCK_REALTIME, &now);
+    struct tm parts = {};
+    localtime_r(&now.tv_sec, &parts);
+    char seconds[sizeof "YYYYYY-MM-DD HH:MM:SS"] = "";
+    strftime(seconds, sizeof seconds, "%Y-%m-%d %H:%M:%S", &parts);
+    const std::string milliseconds = std::to_string(1000 + now.tv_nsec / 1'000'000);
+    return seconds + ("." + milliseconds.substr(1));
+}
+
+std::string beginning() {
+    return timeText() + " " + program_invocation_short_name + "[" + std::to_string(getpid()) + ":" +
+           std::to_string(syscall(SYS_gettid)) + "] ";
+}
+
+// In one call, so that the lines of several threads and processes do not mix.
+bool writeToStandardError(const std::string& line) {
+    ssize_t written = 0;
+    do {
+        written = write(STDERR_FILENO, line.data(), line.size());
+    } while (written < 0 && errno == EINTR);
+    return written >= 0;
+}
+
+}  // namespace
+
+void NSLog(NSString* format, ...) {
+    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+    va_list arguments;
+    va_start(arguments, format);
+    const char* const text =
+        [[[[NSString alloc] initWithFormat:format arguments:arguments] autorelease] UTF8String];
+    va_end(arguments);
+    const std::string message = text != nullptr ? text : "";
+    const bool hasLineEnd = !message.empty() && message.back() == '\n';
+    if (!writeToStandardError(beginning() + message + (hasLineEnd ? "" : "\n")))
+        syslog(LOG_USER | LOG_ERR, "%s", message.c_str());
+    [pool release];
+}

@@ -1,0 +1,68 @@
+#import <Foundation/Foundation.h>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+class NSLogTest : public testing::Test {
+   protected:
+    static std::string logOf(NSString* message) {
+        testing::internal::CaptureStderr();
+        NSLog(@"<%@>", message);
+        return testing::internal::GetCapturedStderr();
+    }
+
+    NSAutoreleasePool* const pool_ = [[NSAutoreleasePool alloc] init];
+
+    ~NSLogTest() override { [pool_ release]; }
+};
+
+bool endsWith(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+TEST_F(NSLogTest, Line_BeginsWithTimeProgramAndProcess) {
+    const std::string log = logOf(@"message");
+    const std::string process = "[" + std::to_string(getpid()) + ":" + std::to_string(getpid()) + "] ";
+    EXPECT_TRUE(endsWith(log, " portability_foundation_tests" + process + "<message>\n")) << log;
+    EXPECT_EQ(log.find_first_not_of("0123456789-:. "), log.find("portability")) << log;
+    EXPECT_EQ(log.find("portability"), sizeof "2026-11-22 00:15:34.205") << log;
+}
+
+TEST_F(NSLogTest, MessageWithALineEnd_GetsNoSecondOne) {
+    testing::internal::CaptureStderr();
+    NSLog(@"message\n");
+    const std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_TRUE(endsWith(log, "] message\n")) << log;
+}
+
+TEST_F(NSLogTest, Message_IsWrittenInUTF8) {
+    const std::string log = logOf([NSString stringWithUTF8String:"Größe, 日本"]);
+    EXPECT_TRUE(endsWith(log, "<Größe, 日本>\n")) << log;
+}
+
+TEST_F(NSLogTest, ProcessWithAnotherEncoding_WritesUTF8AllTheSame) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process that is started with this variable
+    setenv("GNUSTEP_STRING_ENCODING", "NSISOLatin1StringEncoding", 1);
+    const auto logAndEnd = [] {
+        NSLog(@"<%@>", [NSString stringWithUTF8String:"Größe"]);
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(logAndEnd(), testing::ExitedWithCode(0), "<Größe>\n");
+}
+
+TEST_F(NSLogTest, ProcessWithoutStandardError_GoesOn) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto closeAndLog = [] {
+        close(STDERR_FILENO);
+        NSLog(@"nobody reads this");
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(closeAndLog(), testing::ExitedWithCode(0), "^$");
+}
+
+}  // namespace
