@@ -14,9 +14,9 @@
 #include "events/EventEndpoint.h"
 #include "events/FileDescriptor.h"
 #include "foundation/ApplicationBundle.h"
-#include "foundation/DetachedProcess.h"
 #include "corefoundation/FileURL.h"
 #include "foundation/Paths.h"
+#include "processes/DetachedProcess.h"
 
 namespace {
 

@@ -1,7 +1,6 @@
 target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/ApplicationBundle.cpp
     ${CMAKE_CURRENT_LIST_DIR}/CatalogInfo.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/DetachedProcess.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileContent.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileErrors.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileNames.cpp

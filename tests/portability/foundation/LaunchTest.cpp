@@ -12,11 +12,11 @@
 #include <vector>
 
 #include "tests/portability/support/Held.h"
-#include "ProbeReport.h"
 #include "tests/portability/support/VariableChange.h"
 #include "tests/portability/support/Waiting.h"
 #include "events/EventEndpoint.h"
 #include "foundation/ProcessTable.h"
+#include "tests/portability/processes/ProbeReport.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

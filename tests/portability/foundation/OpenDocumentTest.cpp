@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-#include "ProbeReport.h"
+#include "tests/portability/processes/ProbeReport.h"
 #include "tests/portability/support/Held.h"
 #include "tests/portability/support/VariableChange.h"
 #include "tests/portability/support/Waiting.h"

@@ -14,9 +14,9 @@
 #include <string>
 #include <vector>
 
-#include "ProbeReport.h"
+#include "processes/DetachedProcess.h"
+#include "tests/portability/processes/ProbeReport.h"
 #include "tests/portability/support/VariableChange.h"
-#include "foundation/DetachedProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "foundation/DetachedProcess.h"
+#include "processes/DetachedProcess.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "ProbeReport.h"
-#include "tests/portability/support/VariableChange.h"
 #include "foundation/ProcessTable.h"
+#include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/portability/support/Waiting.h"
 #include "foundation/ProcessTable.h"
+#include "tests/portability/support/Waiting.h"
 
 namespace files = std::filesystem;
 

@@ -1,4 +1,4 @@
-#include "foundation/DetachedProcess.h"
+#include "processes/DetachedProcess.h"
 
 #include <fcntl.h>
 #include <sched.h>
