@@ -13,10 +13,11 @@ class ApplicationLauncher {
     ApplicationLauncher& operator=(const ApplicationLauncher&) = delete;
     virtual ~ApplicationLauncher();
 
-    /// Runs `command`, an absolute path in UTF-8, and blocks until it has exited; returns its exit status.
-    /// Arguments may be null for none. -1, and a line in the system log, when it cannot be run; -1 for an
-    /// empty command, without anything else. What the tool writes is not read: one that writes more than a
-    /// pipe holds never ends. Throws nothing.
+    /// Runs `command`, an absolute path in UTF-8, and blocks until it has exited. `arguments` may be null for
+    /// none. Returns the exit status, or the number of the signal that ended the tool. Returns -1, and writes a
+    /// line to the system log, if the tool cannot be run; -1 without anything else for an empty command. The
+    /// tool's output is not read: as on any full pipe, a tool that writes more than 64 KiB to one of its
+    /// outputs waits forever. Throws nothing.
     int RunTask(const std::string& command, const std::vector<std::string>* arguments) const;
 };
 

@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <csignal>
 #include <filesystem>
+#include <fstream>
+#include <future>
 #include <iterator>
 #include <type_traits>
 
-#include "tests/support/TemporaryFolder.h"
+#include "tests/InterProcessCommunication/ApplicationLauncherFixture.h"
+#include "tests/support/WaitUntil.h"
 
 namespace dovrel {
 namespace {
@@ -17,29 +20,7 @@ using Arguments = std::vector<std::string>;
 static_assert(std::has_virtual_destructor_v<ApplicationLauncher> &&
               sizeof(ApplicationLauncher) == sizeof(void*));
 
-class ApplicationLauncherTest : public testing::Test {
-  protected:
-    ApplicationLauncherTest() { setenv("HOME", folder.path().c_str(), 1); }
-
-    int run(const std::string& command, const Arguments* arguments) {
-        testing::internal::CaptureStdout();
-        testing::internal::CaptureStderr();
-        const int status = launcher.RunTask(command, arguments);
-        log = testing::internal::GetCapturedStderr();
-        output = testing::internal::GetCapturedStdout();
-        return status;
-    }
-
-    int runShell(const std::string& script) {
-        const Arguments arguments = {"-c", script};
-        return run("/bin/sh", &arguments);
-    }
-
-    test::TemporaryFolder folder;
-    ApplicationLauncher launcher;
-    std::string log;
-    std::string output;
-};
+class ApplicationLauncherTest : public test::ApplicationLauncherFixture {};
 
 TEST_F(ApplicationLauncherTest, EmptyCommand_IsMinus1WithoutStartingOrLoggingAnything) {
     const Arguments arguments = {"argument"};
@@ -106,6 +87,62 @@ TEST_F(ApplicationLauncherTest, ToolThatDoesNotExistWithoutArguments_IsLoggedWit
 TEST_F(ApplicationLauncherTest, FileThatIsNoTool_IsMinus1) {
     folder.write("text", "just a text");
     EXPECT_EQ(run(folder.path("text"), nullptr), -1);
+}
+
+TEST_F(ApplicationLauncherTest, ScriptWithoutItsInterpreter_IsMinus1AndLogged) {
+    expectNotRun(writeTool("script", "#!/no/such/interpreter\n"));
+}
+
+TEST_F(ApplicationLauncherTest, DamagedProgram_IsMinus1AndLogged) {
+    expectNotRun(writeTool("garbage",
+                           "\x7F"
+                           "ELF and then none of it"));
+    std::ifstream whole("/bin/true", std::ios::binary);
+    std::string start(100, '\0');
+    ASSERT_TRUE(whole.read(start.data(), static_cast<std::streamsize>(start.size())));
+    expectNotRun(writeTool("cut", start));
+    expectNotRun(writeTool("empty", ""));
+}
+
+TEST_F(ApplicationLauncherTest, Folder_IsMinus1AndLogged) {
+    expectNotRun(folder.path());
+}
+
+TEST_F(ApplicationLauncherTest, ToolThatASignalEnds_YieldsTheSignalsNumber) {
+    EXPECT_EQ(runShell("kill -TERM $$"), SIGTERM);
+    EXPECT_EQ(runShell("kill -KILL $$"), SIGKILL);
+    EXPECT_EQ(log, "");
+}
+
+TEST_F(ApplicationLauncherTest, ToolThatFillsBothPipes_Ends) {
+    constexpr char kScript[] = "head -c 65536 /dev/zero; head -c 65536 /dev/zero >&2; exit 4";
+    EXPECT_EQ(runShell(kScript), 4);
+}
+
+TEST_F(ApplicationLauncherTest, ToolThatWritesMoreThanAPipeHolds_WaitsAndIsNotKilled) {
+    const std::string progress = folder.path("progress");
+    const std::string script =
+        "echo $$ > '" + progress + "'; head -c 65536 /dev/zero; echo filled >> '" + progress + "'; echo more";
+    auto status = std::async(std::launch::async, [&] {
+        const Arguments arguments = {"-c", script};
+        return launcher.RunTask("/bin/sh", &arguments);
+    });
+    pid_t tool = 0;
+    const auto isFull = [&] {
+        std::ifstream file(progress);
+        std::string word;
+        return (file >> tool >> word) && word == "filled";
+    };
+    ASSERT_TRUE(test::waitUntil(isFull));
+    // A tool that does not wait would be gone: it has one line to write before its end.
+    const auto sleeps = [&] {
+        std::ifstream file("/proc/" + std::to_string(tool) + "/stat");
+        std::string number, name, state;
+        return (file >> number >> name >> state) && state == "S";
+    };
+    EXPECT_TRUE(test::waitUntil(sleeps));
+    EXPECT_EQ(kill(tool, SIGTERM), 0);
+    EXPECT_EQ(status.get(), SIGTERM);
 }
 
 TEST_F(ApplicationLauncherTest, ArgumentThatIsNoText_IsMinus1) {

@@ -1,4 +1,4 @@
-// GNUstep's file manager without its OSType, which is another type than the platform's in 32 bits.
+// GNUstep's file manager without its OSType: in 32 bits the platform's is another type.
 #pragma once
 
 #define OSType GNUstepOSType

@@ -1,9 +1,9 @@
 // Imports from libobjc, and the classes that the runtime knows.
-#import <Foundation/Foundation.h>
 #include <objc/runtime.h>
 
 #include "tests/macho/imports/ReviewedLibraries.h"
 #include "tests/macho/objc/MessageSend.h"
+#include "tests/macho/objc/PlatformClass.h"
 
 namespace dovrel::macho {
 
@@ -14,7 +14,7 @@ constexpr char kCoreFoundation[] =
     "/System/Library/Frameworks/CoreFoundation.framework/Versions/A/CoreFoundation";
 constexpr char kFoundation[] = "/System/Library/Frameworks/Foundation.framework/Versions/C/Foundation";
 
-// Classes that GNUstep has under the same name, and where they are at home on macOS.
+// Classes by their names on macOS, and where they are at home there.
 constexpr std::pair<const char*, const char*> kClasses[] = {{kCoreFoundation, "NSMutableArray"},
                                                             {kCoreFoundation, "NSObject"},
                                                             {kFoundation, "NSAutoreleasePool"},
@@ -28,7 +28,7 @@ constexpr std::pair<const char*, const char*> kClasses[] = {{kCoreFoundation, "N
 void addObjectiveCRuntime(ImportTable& table) {
     table.add(kLibrary, "_objc_msgSend", &macho_objc_msgSend);
     for (const auto& [library, name] : kClasses) {
-        const Class theClass = (Class)objc_getClass(name);
+        const Class theClass = platformClass(name);
         table.add(library, std::string("_OBJC_CLASS_$_") + name, (void*)theClass);
         table.add(library, std::string("_OBJC_METACLASS_$_") + name, (void*)object_getClass((id)theClass));
     }

@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "tests/macho/objc/PlatformClass.h"
 #include "tests/macho/objc/PointerSection.h"
 
 namespace dovrel::macho {
@@ -74,7 +75,7 @@ void checkOffsets(Class made, const VariableList* variables) {
 }
 
 Class knownClass(const char* name) {
-    const Class known = (Class)objc_getClass(name);
+    const Class known = platformClass(name);
     if (known == Nil) throw FormatError(std::string("there is no class ") + name);
     return known;
 }

@@ -16,12 +16,14 @@
 #include <vector>
 
 #include "ProbeReport.h"
+#include "ProgramsFixture.h"
 #include "foundation/ProcessTable.h"
 #include "tests/portability/support/VariableChange.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/SignalAction.h"
 
 namespace {
 
+using dovrel::test::SignalAction;
 using portability::DetachedProcess;
 using portability::environmentWithout;
 using portability::startDetached;
@@ -31,23 +33,6 @@ std::atomic<int> childSignals{0};
 void countChildSignal(int) {
     ++childSignals;
 }
-
-// Gives a signal another action while it exists.
-class ActionChange {
-  public:
-    ActionChange(int signal, void (*handler)(int)) : signal_(signal) {
-        struct sigaction action = {};
-        action.sa_handler = handler;
-        sigaction(signal_, &action, &before_);
-    }
-    ~ActionChange() { sigaction(signal_, &before_, nullptr); }
-    ActionChange(const ActionChange&) = delete;
-    ActionChange& operator=(const ActionChange&) = delete;
-
-  private:
-    const int signal_;
-    struct sigaction before_;
-};
 
 // Whether `start` answers success in a copy of this process, whose descriptors may be changed freely.
 template <typename Start>
@@ -60,24 +45,13 @@ bool startsInCopyOfThisProcess(Start start) {
     return waitpid(host, &status, 0) == host && status == 0;
 }
 
-class Detached : public testing::Test {
+class Detached : public ProgramsFixture {
   protected:
-    Detached() { installProbe(probe_); }
-
     int startProbe(const std::vector<int>& descriptors = {}) const {
         return startDetached({probe_, {probe_}, environmentWithout(std::string()), descriptors});
     }
 
     int start(const std::string& program) const { return startDetached({program, {program}, {}, {}}); }
-
-    std::string makeProgram(const std::string& name, const std::string& content, mode_t mode) const {
-        folder_.write(name, content);
-        chmod(folder_.path(name).c_str(), mode);
-        return folder_.path(name);
-    }
-
-    const dovrel::test::TemporaryFolder folder_;
-    const std::string probe_ = folder_.path("probe");
 };
 
 }  // namespace
@@ -165,8 +139,8 @@ TEST_F(Detached, Process_OutlivesTheOneThatStartedIt) {
 }
 
 TEST_F(Detached, Process_HasNoSignalBlockedOrIgnored) {
-    const ActionChange ignored(SIGINT, SIG_IGN);
-    const ActionChange pipe(SIGPIPE, SIG_IGN);
+    const SignalAction ignored(SIGINT, SIG_IGN);
+    const SignalAction pipe(SIGPIPE, SIG_IGN);
     sigset_t blocked;
     sigset_t before;
     sigfillset(&blocked);
@@ -180,7 +154,7 @@ TEST_F(Detached, Process_HasNoSignalBlockedOrIgnored) {
 }
 
 TEST_F(Detached, Caller_KeepsItsSignalMaskAndActions) {
-    const ActionChange handled(SIGUSR1, &countChildSignal);
+    const SignalAction handled(SIGUSR1, &countChildSignal);
     sigset_t mask;
     sigset_t after;
     sigemptyset(&mask);
@@ -201,7 +175,7 @@ TEST_F(Detached, Caller_KeepsItsSignalMaskAndActions) {
 
 TEST_F(Detached, Caller_ThatHandlesOrIgnoresEndsOfChildren_NoticesNothing) {
     {
-        const ActionChange handled(SIGCHLD, &countChildSignal);
+        const SignalAction handled(SIGCHLD, &countChildSignal);
         childSignals = 0;
         ASSERT_EQ(startProbe(), 0);
         ProbeReport report(probe_);
@@ -209,7 +183,7 @@ TEST_F(Detached, Caller_ThatHandlesOrIgnoresEndsOfChildren_NoticesNothing) {
         EXPECT_EQ(start(folder_.path("absent")), ENOENT);
         EXPECT_EQ(childSignals, 0);
     }
-    const ActionChange ignored(SIGCHLD, SIG_IGN);
+    const SignalAction ignored(SIGCHLD, SIG_IGN);
     EXPECT_EQ(start(folder_.path("absent")), ENOENT);
     ASSERT_EQ(startProbe(), 0);
     const ProbeReport report(probe_);

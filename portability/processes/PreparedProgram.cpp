@@ -1,0 +1,108 @@
+#include "processes/PreparedProgram.h"
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+
+namespace portability {
+namespace {
+
+constexpr mode_t kMask = 022;
+constexpr int kStartFailed = 127;
+
+DOVREL_IN_NEW_PROCESS void resetSignals() {
+    // A handler would run in the host's memory, and an ignored signal would stay ignored in the new program.
+    for (int signal = 1; signal <= kLastSignal; ++signal) {
+        resetAction(signal);
+    }
+    static const char kNone[kSignalSetSize] = {};
+    systemCall(SYS_rt_sigprocmask, SIG_SETMASK, address(kNone), 0, kSignalSetSize);
+}
+
+std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (const std::string& text : texts) {
+        pointers.push_back(const_cast<char*>(text.c_str()));
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+}  // namespace
+
+PreparedProgram::PreparedProgram(const std::string& program, const std::vector<std::string>& arguments,
+                                 const std::vector<std::string>& environment,
+                                 const std::vector<int>& descriptors)
+    : arguments_(pointersTo(arguments)),
+      environment_(pointersTo(environment)),
+      stackTop_(stack_.top()),
+      plan_{program.c_str(),
+            arguments_.data(),
+            environment_.data(),
+            descriptors.data(),
+            static_cast<int>(descriptors.size()),
+            false,
+            descriptors.size() > kMostDescriptors ? EINVAL : 0} {}
+
+// First all out of the way, then each to its place: the old numbers may be among the new ones.
+bool PreparedProgram::placeDescriptors(const Plan& plan) {
+    const int aside = plan.descriptorCount;
+    const long null = systemCall(SYS_openat, AT_FDCWD, address("/dev/null"), O_RDWR);
+    if (null < 0) {
+        return false;
+    }
+    int moved[kMostDescriptors];
+    for (int index = 0; index < plan.descriptorCount; ++index) {
+        const long given = plan.descriptors[index] == kNullDevice ? null : plan.descriptors[index];
+        moved[index] = static_cast<int>(systemCall(SYS_fcntl, given, F_DUPFD, aside));
+        if (moved[index] < 0) {
+            return false;
+        }
+    }
+    for (int index = 0; index < plan.descriptorCount; ++index) {
+        if (systemCall(SYS_dup3, moved[index], index, 0) < 0) {
+            return false;
+        }
+    }
+    closeFrom(aside);
+    return true;
+}
+
+int PreparedProgram::run(void* argument) {
+    Plan& plan = *static_cast<Plan*>(argument);
+    resetSignals();
+    systemCall(SYS_setsid);
+    bool isReady = true;
+    if (plan.leavesFolderAndMask) {
+        systemCall(SYS_umask, kMask);
+        isReady = systemCall(SYS_chdir, address("/")) == 0;
+    }
+    if (isReady && placeDescriptors(plan)) {
+        systemCall(SYS_execve, address(plan.program), address(plan.arguments), address(plan.environment));
+    }
+    plan.failure = errno;
+    systemCall(SYS_exit_group, kStartFailed);
+    return 0;
+}
+
+pid_t PreparedProgram::start() {
+    if (plan_.failure != 0) {
+        return -1;
+    }
+    // The end of a child that is ignored leaves nothing to wait for.
+    resetAction(SIGCHLD);
+    const pid_t child = makeProcess(&run, stackTop_, CLONE_VFORK | SIGCHLD, &plan_);
+    if (child < 0) {
+        plan_.failure = errno;
+    } else if (plan_.failure != 0) {
+        // It still holds its copies of the descriptors for a moment.
+        systemCall(SYS_wait4, child, 0, __WALL);
+        return -1;
+    }
+    return child;
+}
+
+}  // namespace portability

@@ -1,0 +1,281 @@
+#include "processes/ChildProcess.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "ProbeReport.h"
+#include "ProgramsFixture.h"
+#include "foundation/OpenFolder.h"
+#include "foundation/ProcessTable.h"
+#include "processes/DetachedProcess.h"
+#include "processes/PreparedProgram.h"
+#include "tests/portability/foundation/VariableChange.h"
+#include "tests/portability/foundation/Waiting.h"
+#include "tests/support/SignalAction.h"
+
+namespace {
+
+using dovrel::test::SignalAction;
+using portability::ChildProcess;
+using portability::kNullDevice;
+
+std::atomic<int> signalsTaken{0};
+
+void countSignal(int) {
+    ++signalsTaken;
+}
+
+// The processes whose parent is `parent`, ended ones included.
+std::vector<pid_t> childrenOf(pid_t parent) {
+    std::vector<pid_t> children;
+    portability::OpenFolder processes("/proc");
+    while (const dirent* entry = processes.next()) {
+        const pid_t id = std::atoi(entry->d_name);
+        const auto process = id > 0 ? portability::findProcess(id) : std::nullopt;
+        if (process && process->parent == parent) {
+            children.push_back(id);
+        }
+    }
+    return children;
+}
+
+// Whether this process has no child of any kind, not even an ended one. Takes none away.
+bool hasNoChild() {
+    siginfo_t info;
+    return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT | __WALL) == -1 && errno == ECHILD;
+}
+
+class Child : public ProgramsFixture {
+  protected:
+    ~Child() override { EXPECT_TRUE(becomesTrue(&hasNoChild)) << "a process of the test is left"; }
+
+    static int start(ChildProcess& child, const std::string& program,
+                     const std::vector<std::string>& arguments = {},
+                     const std::vector<int>& descriptors = {0, 1, 2}) {
+        std::vector<std::string> all = {program};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        return child.start({program, all, portability::environmentWithout(std::string()), descriptors});
+    }
+
+    static int startShell(ChildProcess& child, const std::string& script) {
+        return start(child, "/bin/sh", {"-c", script});
+    }
+
+    static int statusOf(const ChildProcess& child) {
+        EXPECT_TRUE(becomesTrue([&child] { return !child.isRunning(); }));
+        return child.waitStatus();
+    }
+};
+
+}  // namespace
+
+TEST_F(Child, Program_ThatExits_LeavesItsStatus) {
+    ChildProcess child;
+    EXPECT_FALSE(child.isRunning());
+    ASSERT_EQ(startShell(child, "exit 3"), 0);
+    EXPECT_EQ(statusOf(child), W_EXITCODE(3, 0));
+}
+
+TEST_F(Child, Program_ThatASignalEnds_LeavesTheSignal) {
+    ChildProcess child;
+    ASSERT_EQ(startShell(child, "kill -TERM $$"), 0);
+    EXPECT_EQ(statusOf(child), SIGTERM);
+}
+
+TEST_F(Child, Program_HasThisProcesssFolderMaskAndEnvironment) {
+    const VariableChange variable("DOVREL_TEST_VARIABLE", "value");
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder_.path());
+    const mode_t mask = umask(027);
+    ChildProcess child;
+    const int result = start(child, probe_);
+    umask(mask);
+    std::filesystem::current_path(before);
+    ASSERT_EQ(result, 0);
+    const ProbeReport report(probe_);
+    EXPECT_EQ(report["folder"], folder_.path());
+    EXPECT_EQ(report["mask"], std::to_string(027));
+    EXPECT_EQ(report["environment DOVREL_TEST_VARIABLE"], "value");
+}
+
+TEST_F(Child, Program_IsInASessionOfItsOwnWithNoSignalBlockedOrIgnored) {
+    const SignalAction ignored(SIGINT, SIG_IGN);
+    const SignalAction ignoredChildren(SIGCHLD, SIG_IGN);
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    ChildProcess child;
+    const int result = start(child, probe_);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    ASSERT_EQ(result, 0);
+    const ProbeReport report(probe_);
+    EXPECT_EQ(report["session"], report["id"]);
+    EXPECT_EQ(report["SigBlk"], "0000000000000000");
+    EXPECT_EQ(report["SigIgn"], "0000000000000000");
+}
+
+TEST_F(Child, Program_InheritsTheGivenDescriptorsInTheirOrderAndNoOther) {
+    const int zero = open("/dev/zero", O_RDONLY);  // deliberately without close-on-exec
+    const int full = open("/dev/full", O_RDONLY | O_CLOEXEC);
+    ChildProcess child;
+    const int result = start(child, probe_, {}, {full, kNullDevice, zero, full});
+    close(zero);
+    close(full);
+    ASSERT_EQ(result, 0);
+    const ProbeReport report(probe_);
+    EXPECT_EQ(report["descriptor 0"], "/dev/full");
+    EXPECT_EQ(report["descriptor 1"], "/dev/null");
+    EXPECT_EQ(report["descriptor 2"], "/dev/zero");
+    EXPECT_EQ(report["descriptor 3"], "/dev/full");
+    EXPECT_EQ(report["descriptor 4"], "(none)");
+}
+
+TEST_F(Child, DescriptorThatHostAndProgramClose_IsClosed) {
+    int input[2];
+    int output[2];
+    ASSERT_EQ(pipe2(input, O_CLOEXEC), 0);
+    ASSERT_EQ(pipe2(output, O_CLOEXEC | O_NONBLOCK), 0);
+    ChildProcess child;
+    ASSERT_EQ(start(child, "/bin/sh", {"-c", "exec 3>&-; read line"}, {input[0], 1, 2, output[1]}), 0);
+    close(output[1]);
+    char byte = 0;
+    EXPECT_TRUE(becomesTrue([&] { return read(output[0], &byte, 1) == 0; })) << "the go-between holds it";
+    EXPECT_TRUE(child.isRunning());
+    for (const int descriptor : {input[0], input[1], output[0]}) {
+        close(descriptor);
+    }
+    statusOf(child);
+}
+
+TEST_F(Child, FailedStart_ReturnsItsCauseAndHoldsNothing) {
+    struct Case {
+        std::string program;
+        int failure;
+    };
+    for (const Case& expected : {Case{folder_.path("absent"), ENOENT}, Case{folder_.path(), EACCES},
+                                 Case{makeProgram("closed", "#!/bin/sh\n", 0644), EACCES},
+                                 Case{makeProgram("text", "no program", 0755), ENOEXEC},
+                                 Case{makeProgram("script", "#!/no/such/interpreter\n", 0755), ENOENT}}) {
+        int pipe[2];
+        ASSERT_EQ(pipe2(pipe, O_CLOEXEC | O_NONBLOCK), 0);
+        ChildProcess child;
+        EXPECT_EQ(start(child, expected.program, {}, {0, 1, pipe[1]}), expected.failure) << expected.program;
+        EXPECT_FALSE(child.isRunning());
+        close(pipe[1]);
+        char byte = 0;
+        EXPECT_EQ(read(pipe[0], &byte, 1), 0) << "somebody still holds the other end: " << expected.program;
+        close(pipe[0]);
+    }
+    ChildProcess child;
+    EXPECT_EQ(start(child, probe_, {}, {12345}), EBADF);
+    ChildProcess other;
+    EXPECT_EQ(start(other, probe_, {}, std::vector<int>(9, 1)), EINVAL) << "too many descriptors";
+}
+
+TEST_F(Child, Host_TakesNoSignalOfTheProgramsEndAndFindsNoChild) {
+    const SignalAction handled(SIGCHLD, &countSignal);
+    ChildProcess child;
+    ASSERT_EQ(start(child, probe_), 0);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+    ProbeReport(probe_).endProbe();
+    EXPECT_EQ(statusOf(child), SIGKILL);
+    EXPECT_EQ(signalsTaken, 0);
+}
+
+TEST_F(Child, HostThatWaitsForProcessesOfEveryKind_StillLearnsTheStatus) {
+    ChildProcess child;
+    ASSERT_EQ(startShell(child, "exit 3"), 0);
+    while (waitpid(-1, nullptr, __WALL) > 0) {
+    }
+    EXPECT_EQ(statusOf(child), W_EXITCODE(3, 0));
+}
+
+TEST_F(Child, HostsSignals_ReachTheHostWhileTheProgramRuns) {
+    const SignalAction handled(SIGUSR1, &countSignal);
+    ChildProcess child;
+    ASSERT_EQ(start(child, probe_), 0);
+    kill(getpid(), SIGUSR1);
+    EXPECT_TRUE(becomesTrue([] { return signalsTaken == 1; }));
+    ProbeReport(probe_).endProbe();
+    statusOf(child);
+}
+
+TEST_F(Child, Program_RunsOnWithoutItsObjectAndLeavesNoZombie) {
+    {
+        ChildProcess child;
+        ASSERT_EQ(start(child, probe_), 0);
+    }
+    ProbeReport report(probe_);
+    EXPECT_TRUE(portability::findProcess(report.id()));
+    report.endProbe();
+    EXPECT_TRUE(becomesTrue(&hasNoChild));
+}
+
+TEST_F(Child, GoBetween_EndsWithTheHostAndTheProgramDoesNot) {
+    int release[2];
+    ASSERT_EQ(pipe2(release, O_CLOEXEC), 0);
+    const pid_t host = fork();
+    if (host == 0) {
+        ChildProcess child;
+        const int result = start(child, probe_);
+        char byte = 0;
+        _exit(result == 0 && read(release[0], &byte, 1) == 1 ? 0 : 1);
+    }
+    const ProbeReport report(probe_);
+    std::vector<pid_t> goBetweens = childrenOf(host);
+    ASSERT_EQ(goBetweens.size(), 1u);
+    EXPECT_EQ(write(release[1], "", 1), 1);
+    int status = -1;
+    ASSERT_EQ(waitpid(host, &status, 0), host);
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(becomesTrue([&] { return !portability::findProcess(goBetweens[0]); }));
+    EXPECT_TRUE(portability::findProcess(report.id()));
+    close(release[0]);
+    close(release[1]);
+}
+
+TEST_F(Child, ProgramWhoseGoBetweenIsKilled_CountsAsKilled) {
+    ChildProcess child;
+    ASSERT_EQ(start(child, probe_), 0);
+    const ProbeReport report(probe_);
+    const std::vector<pid_t> goBetweens = childrenOf(getpid());
+    ASSERT_EQ(goBetweens.size(), 1u);
+    EXPECT_TRUE(child.isRunning());
+    kill(goBetweens[0], SIGKILL);
+    EXPECT_EQ(statusOf(child), SIGKILL);
+}
+
+TEST_F(Child, ManyThreads_StartingAtOnce_GetTheirOwnStatus) {
+    constexpr int kThreads = 4;
+    constexpr int kStarts = 10;
+    std::atomic<int> failures{0};
+    std::vector<std::thread> threads;
+    for (int index = 0; index < kThreads; ++index) {
+        threads.emplace_back([this, index, &failures] {
+            for (int count = 0; count < kStarts; ++count) {
+                ChildProcess child;
+                failures += startShell(child, "exit " + std::to_string(index)) == 0 ? 0 : 1;
+                failures += statusOf(child) == W_EXITCODE(index, 0) ? 0 : 1;
+                ChildProcess absent;
+                failures += start(absent, folder_.path("absent")) == ENOENT ? 0 : 1;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(failures, 0);
+}
