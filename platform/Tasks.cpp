@@ -3,14 +3,18 @@
 #include <ApplicationServices/ApplicationServices.h>
 #include <unistd.h>
 
-#include <iostream>
+#include <cstdio>
 
 namespace dovrel {
 
 OSStatus startTask(TaskProc entry, void* parameter) {
     MPTaskID task = kInvalidID;
     const OSStatus status = MPCreateTask(entry, parameter, 0, kInvalidID, nullptr, nullptr, 0, &task);
-    if (status != noErr) std::cout << "MPCreateTask() returned error: " << status << std::endl;
+    if (status != noErr) {
+        // Not std::cout: the host may have set its base, width or locale.
+        std::printf("MPCreateTask() returned error: %d\n", static_cast<int>(status));
+        std::fflush(stdout);
+    }
     return status;
 }
 

@@ -8,9 +8,10 @@
 
 namespace dovrel {
 
-/// Starts `entry` with `parameter` on a preemptive task and answers 0. Nothing is kept of the task: it ends
-/// when `entry` returns, and nobody can wait for it. No exception may leave `entry`. When no task can be
-/// started, the platform's status is written to standard output and answered.
+/// Starts `entry` with `parameter` on a preemptive task and returns 0. Nothing is kept of the task: it ends
+/// when `entry` returns, and nobody can wait for it. No exception may leave `entry`. If no task can be started,
+/// the platform's status is returned and written to standard output, in decimal, whatever format the host has
+/// given std::cout.
 OSStatus startTask(TaskProc entry, void* parameter);
 
 /// Blocks the calling thread.

@@ -2,6 +2,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <iomanip>
+#include <iostream>
+#include <locale>
+#include <string>
+
 #include "platform/BackgroundTask.h"
 #include "platform/MacOSXSynchronizationEvent.h"
 #include "platform/SynchronizationFactory.h"
@@ -79,6 +84,22 @@ TEST_F(ServiceFailures, TaskThatCannotBeStarted_IsWrittenToStandardOutput) {
     testing::internal::CaptureStdout();
     EXPECT_EQ(startTask(neverRun, nullptr), kMPInsufficientResourcesErr);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "MPCreateTask() returned error: -29298\n");
+}
+
+TEST_F(ServiceFailures, TaskThatCannotBeStarted_IsWrittenInDecimalWhateverFormatTheHostUses) {
+    struct Grouping : std::numpunct<char> {
+        char do_thousands_sep() const override { return '.'; }
+        std::string do_grouping() const override { return "\3"; }
+    };
+    services.taskCreation = kMPInsufficientResourcesErr;
+    const std::locale grouped = std::cout.imbue(std::locale(std::locale::classic(), new Grouping));
+    std::cout << std::hex << std::showbase << std::setfill('*') << std::setw(50);
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(startTask(neverRun, nullptr), kMPInsufficientResourcesErr);
+    const std::string line = testing::internal::GetCapturedStdout();
+    std::cout << std::dec << std::noshowbase << std::setfill(' ') << std::setw(0);
+    std::cout.imbue(grouped);
+    EXPECT_EQ(line, "MPCreateTask() returned error: -29298\n");
 }
 
 TEST_F(ServiceFailures, BackgroundTaskThatCannotBeStarted_ThrowsWithTheStatusAndRunsNothing) {

@@ -26,8 +26,8 @@ constexpr const char* kSame[] = {
     // memory and text
     "free", "malloc", "memchr", "memcmp", "memcpy", "memmove", "memset", "realloc", "strlen",
     // files; FILE is opaque
-    "close", "fchmod", "fclose", "fileno", "flock", "fopen", "fprintf", "fputc", "fread", "fseek", "ftell",
-    "fwrite", "printf", "putchar", "puts", "remove", "rename", "snprintf", "write",
+    "close", "fchmod", "fclose", "fflush", "fileno", "flock", "fopen", "fprintf", "fputc", "fread", "fseek",
+    "ftell", "fwrite", "printf", "putchar", "puts", "remove", "rename", "snprintf", "write",
     // time; both count the processor's in microseconds, and struct tm is the same
     "asctime", "clock", "gmtime_r", "localtime_r", "strftime", "time", "tzset", "usleep",
     // the process; how a program ended is told in the same bits
