@@ -40,8 +40,7 @@
  *
  * Event loops. On Linux a helper process shows the alerts. They need no event loop and no main thread,
  * whatever toolkit the host uses. On macOS alerts run on the main thread: the alert of another thread's call
- * waits until the main thread is in its event loop or run loop. So on macOS, and on Linux in hosts whose main
- * thread runs GNUstep's run loop,
+ * waits until the main thread is in its event loop or run loop. So on macOS
  *   - the main thread must not call a function while another thread may be in one, because it would wait for
  *     that call, and the call's alert for the main thread;
  *   - code that the main thread's loop runs while an alert is open must not call a function.

@@ -6,6 +6,7 @@ from quick_start import BUILD_COMMANDS, COMPILE_AND_RUN, HOST, INSTALL, IS_ROOT,
 
 class FreshCopy(Installation):
     def test_QuickStartAndDemo_WorkForAUserWithoutRootsRights(self):
+        self.give(self.root)
         source = self.folder / "source"
         shutil.copytree(SOURCES, source, symlinks=True, ignore=shutil.ignore_patterns("build", ".git", "__pycache__"))
         if IS_ROOT:

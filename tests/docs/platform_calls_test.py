@@ -24,6 +24,7 @@ COMPILER = ["gcc", "-x", "objective-c", "-fsyntax-only", "-w", "-fexceptions", "
 FUNCTION = re.compile(r"^/\* (?P<file>\S+?):\d+:\w+ \*/ .*?(?P<name>\w+) \((?!\*)")
 MACRO = re.compile(r"^[ \t]*#[ \t]*define[ \t]+(\w+)\(", re.MULTILINE)
 CLASS = re.compile(r"^@interface (\w+)\b(?! *\()", re.MULTILINE)
+METHOD = re.compile(r"^([-+]) *\([^)]*\) *([^;]*);", re.MULTILINE)
 # A class of ours under the platform's name, so that it cannot clash with a class of the host.
 ALIAS = re.compile(r"^@compatibility_alias (\w+) (\w+);", re.MULTILINE)
 
@@ -47,25 +48,44 @@ def declared_functions(folder):
     return found
 
 
-def declared_names(folder):
-    """The functions, function-like macros and Objective-C classes that the headers below a folder declare, as above. A class
-    with an alias is known by the alias only."""
-    found = declared_functions(folder)
+def selector(declaration):
+    return "".join(re.findall(r"\w+:", declaration)) or declaration.strip()
+
+
+def declared_methods(folder):
+    """The Objective-C classes that the headers below a folder declare, by the platform's name, and their methods:
+    name -> (header, ["-[name method]", ...])."""
+    found = {}
     for header in sorted(folder.rglob("*.h")):
         text = header.read_text()
-        names = {*MACRO.findall(text), *CLASS.findall(text), *aliases(header)} - {*aliases(header).values()}
-        found.update(dict.fromkeys(names, str(header.relative_to(folder))))
+        aliases = {own: name for name, own in ALIAS.findall(text)}
+        for own in CLASS.findall(text):
+            name = aliases.get(own, own)
+            body = re.search(rf"^@interface {own}\b(?! *\().*?^@end", text, re.MULTILINE | re.DOTALL)[0]
+            found[name] = (str(header.relative_to(folder)),
+                           [f"{sign}[{name} {selector(rest)}]" for sign, rest in METHOD.findall(body)])
     return found
 
 
-def aliases(header):
-    return dict(ALIAS.findall(header.read_text()))
+def declared_names(page, folder):
+    """The functions, function-like macros and classes that the headers below a folder declare, as above. The methods
+    of a class take its place if the page has a row for any of them."""
+    found = declared_functions(folder)
+    for header in sorted(folder.rglob("*.h")):
+        found.update(dict.fromkeys(MACRO.findall(header.read_text()), str(header.relative_to(folder))))
+    calls = {row.call for row in rows(page)}
+    for name, (header, methods) in declared_methods(folder).items():
+        found.update(dict.fromkeys([name] if calls.isdisjoint(methods) else methods, header))
+    return found
 
 
 def holds(path, row):
-    """Whether the file holds the row's call, or the class that it is an alias of."""
-    own = aliases(HEADERS / row.header) if row.has_header() else {}
-    return not words(path).isdisjoint({row.call, own.get(row.call)})
+    """Whether the file holds the row's call: all parts of a method's name, else the name, or that of our class."""
+    if row.call[0] in "-+":
+        return words(path) >= set(re.findall(r"\w+", row.call.split()[1]))
+    header = HEADERS / row.header
+    own = dict(ALIAS.findall(header.read_text())).get(row.call) if header.exists() else None
+    return not words(path).isdisjoint({row.call, own})
 
 
 class Row:
@@ -77,9 +97,6 @@ class Row:
         self.call, self.header, self.file, self.status, tests = cells
         self.call = self.call.strip("`")
         self.tests = tests.split(", ")
-
-    def has_header(self):
-        return not self.header.startswith("none")
 
 
 def rows(page):
@@ -113,7 +130,10 @@ def missing_and_repeated_rows(page, declared):
 
 
 def wrong_headers(page, declared):
-    return [row.line for row in rows(page) if row.has_header() and declared.get(row.call) != row.header]
+    """Rows whose header is not the one that declares the call. What none of our headers declares names none of them."""
+    ours = set(declared.values())
+    return [row.line for row in rows(page)
+            if (row.header in ours if row.call not in declared else row.header != declared[row.call])]
 
 
 def wrong_statuses(page, differences):
@@ -152,12 +172,12 @@ def wrong_numbers(page):
 
 class PlatformCalls(unittest.TestCase):
     def test_EveryDeclaredFunctionMacroAndClass_HasExactlyOneRow(self):
-        declared = declared_names(HEADERS)
+        declared = declared_names(CALLS, HEADERS)
         self.assertGreater(len(declared), 50)
         self.assertEqual(missing_and_repeated_rows(CALLS, declared), [])
 
     def test_EveryRow_NamesTheHeaderThatDeclaresItsCall(self):
-        self.assertEqual(wrong_headers(CALLS, declared_names(HEADERS)), [])
+        self.assertEqual(wrong_headers(CALLS, declared_names(CALLS, HEADERS)), [])
 
     def test_EveryRow_NamesAFileThatHoldsItsCall(self):
         self.assertEqual([row.line for row in rows(CALLS) if not holds(PORTABILITY / row.file, row)], [])
@@ -216,10 +236,14 @@ class DamagedPages(unittest.TestCase):
             header.write_text("typedef void *(*Procedure)(void);\nextern int Plain(int a, Procedure b);\n"
                               "static inline char *Inline(void) { return 0; }\nvoid (*Returning(int))(void);\n"
                               "#define Like(x) (x)\n#define CONSTANT 1\n"
-                              "@interface Known\n@end\n@interface Known (Category)\n@end\n"
-                              "@interface Own\n@end\n@compatibility_alias Platforms Own;\n")
-            self.assertEqual(declared_names(Path(folder)), dict.fromkeys(
-                ["Plain", "Inline", "Returning", "Like", "Known", "Platforms"], "Kinds.h"))
+                              "@interface Known\n- (void)run;\n@end\n@interface Known (Category)\n- (int)more;\n@end\n"
+                              "@interface Own\n+ (Own *)with:(int)a and:(int)b;\n- (int)count;\n@end\n"
+                              "@compatibility_alias Platforms Own;\n")
+            others = ["Plain", "Inline", "Returning", "Like", "Known"]
+            self.assertEqual(declared_names("", Path(folder)), dict.fromkeys([*others, "Platforms"], "Kinds.h"))
+            page = "| `-[Platforms count]` | Kinds.h | a.mm | full | t.mm |"
+            self.assertEqual(declared_names(page, Path(folder)), dict.fromkeys(
+                [*others, "+[Platforms with:and:]", "-[Platforms count]"], "Kinds.h"))
 
 
 if __name__ == "__main__":

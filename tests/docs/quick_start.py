@@ -37,6 +37,9 @@ class Installation(unittest.TestCase):
         self.home = self.new_folder("home")
         self.runtime = self.new_folder("run")
         self.runtime.chmod(0o700)
+        # Where the endpoints of the servers lie, which would else be left in the machine's folder of this name.
+        self.root.mkdir()
+        self.new_folder("home/dovrel/tmp")
 
     def new_folder(self, name):
         folder = self.folder / name
