@@ -20,8 +20,8 @@
 #include "foundation/ProcessTable.h"
 #include "processes/DetachedProcess.h"
 #include "processes/PreparedProgram.h"
-#include "tests/portability/foundation/VariableChange.h"
-#include "tests/portability/foundation/Waiting.h"
+#include "tests/portability/support/VariableChange.h"
+#include "tests/portability/support/Waiting.h"
 #include "tests/support/SignalAction.h"
 
 namespace {

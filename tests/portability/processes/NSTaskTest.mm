@@ -9,7 +9,7 @@
 #include <functional>
 #include <string>
 
-#include "tests/portability/foundation/Waiting.h"
+#include "tests/portability/support/Waiting.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {
