@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace portability {
 
@@ -15,6 +16,9 @@ std::string systemRoot();
 /// The path under which `path` is found on this system: paths at or below a fixed place get the system root
 /// in front, all others (a path that has the root in front already, too) come back unchanged. Any thread.
 std::string inSystemRoot(const std::string& path);
+
+/// The paths of the platform's fixed places on this system, whether they exist or not. Any thread.
+std::vector<std::string> fixedPlaces();
 
 /// Whether `path`, a canonical path on this system, lies at or below a fixed place of the current system
 /// root. Any thread.

@@ -12,43 +12,70 @@ namespace portability {
 
 namespace {
 
+constexpr mode_t kOwnerMask = 0700;
 constexpr mode_t kOthersMask = 077;
 
-// Where the folder is to be found: in an open folder, under a name.
-struct Place {
+// Errors of a path that leads nowhere for this user. The others (too many open files, no memory, a damaged
+// disk) say nothing about what is there.
+bool isAbsence(int error) {
+    return error == ENOENT || error == ENOTDIR || error == EACCES || error == ELOOP || error == ENAMETOOLONG;
+}
+
+// Errors of a folder that this user cannot make at that place.
+bool isRefusal(int error) {
+    return isAbsence(error) || error == EPERM || error == EROFS;
+}
+
+FolderState stateAfter(int error) {
+    return isAbsence(error) ? FolderState::absent : FolderState::failed;
+}
+
+// `path`, or the system root's own folder of that name.
+std::string folderOfSystem(const std::string& systemRoot, const std::string& path) {
+    const std::string own = systemRoot + path;
+    struct stat status;
+    if (systemRoot == "/" || (stat(own.c_str(), &status) != 0 && isAbsence(errno))) return path;
+    return own;
+}
+
+FolderState openParent(const EndpointPlace& place, FileDescriptor& parent) {
+    parent.reset(open(place.parent.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!parent) return stateAfter(errno);
+    struct stat status;
+    if (fstat(parent.get(), &status) != 0) return FolderState::failed;
+    return place.isPrivate && status.st_uid != geteuid() ? FolderState::absent : FolderState::open;
+}
+
+// What is in the folder's place is no folder. Another user's does not keep us from using another place.
+FolderState stateOfObstacle(const FileDescriptor& parent, const std::string& name) {
+    struct stat status;
+    if (fstatat(parent.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return stateAfter(errno);
+    errno = ENOTDIR;
+    return status.st_uid == geteuid() ? FolderState::failed : FolderState::absent;
+}
+
+FolderState openIn(const FileDescriptor& parent, const std::string& name, FileDescriptor& folder) {
+    folder.reset(openat(parent.get(), name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!folder) return errno == ENOTDIR ? stateOfObstacle(parent, name) : stateAfter(errno);
+    struct stat status;
+    if (fstat(folder.get(), &status) != 0) return FolderState::failed;
+    if (status.st_uid != geteuid()) return FolderState::absent;
+    if ((status.st_mode & kOthersMask) != 0) {
+        errno = EPERM;
+        return FolderState::failed;
+    }
+    const bool isUsable = (status.st_mode & kOwnerMask) == kOwnerMask || setMode(folder, kOwnerMask);
+    return isUsable ? FolderState::open : FolderState::failed;
+}
+
+FolderState makeFolder(const EndpointPlace& place, FileDescriptor& folder) {
     FileDescriptor parent;
-    std::string name;
-};
-
-bool isOwnFolder(const FileDescriptor& folder) {
-    struct stat status;
-    return fstat(folder.get(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid();
-}
-
-FileDescriptor openRuntimeFolder() {
-    const char* path = secure_getenv("XDG_RUNTIME_DIR");
-    if (path == nullptr || path[0] != '/') return FileDescriptor();
-    FileDescriptor folder(open(path, O_PATH | O_DIRECTORY | O_CLOEXEC));
-    return folder && isOwnFolder(folder) ? std::move(folder) : FileDescriptor();
-}
-
-Place findPlace() {
-    Place place{openRuntimeFolder(), "pos-events"};
-    if (place.parent) return place;
-    place.parent.reset(open("/tmp", O_PATH | O_DIRECTORY | O_CLOEXEC));
-    place.name += "-" + std::to_string(geteuid());
-    return place;
-}
-
-FileDescriptor openPlace(const Place& place) {
-    FileDescriptor folder(
-        openat(place.parent.get(), place.name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    if (!folder) return folder;
-    struct stat status;
-    if (fstat(folder.get(), &status) != 0) return FileDescriptor();
-    if (status.st_uid == geteuid() && (status.st_mode & kOthersMask) == 0) return folder;
-    errno = EPERM;
-    return FileDescriptor();
+    const FolderState state = openParent(place, parent);
+    if (state != FolderState::open) return state;
+    if (mkdirat(parent.get(), place.name.c_str(), kOwnerMask) != 0 && errno != EEXIST) {
+        return isRefusal(errno) ? FolderState::absent : FolderState::failed;
+    }
+    return openIn(parent, place.name, folder);
 }
 
 // FNV-1a. Nobody but the user can choose the roots, so nothing is gained by making two of them collide.
@@ -63,15 +90,33 @@ uint64_t numberOf(const std::string& text) {
 
 }  // namespace
 
-FileDescriptor openEndpointFolder() {
-    return openPlace(findPlace());
+std::vector<EndpointPlace> endpointPlaces(const std::string& systemRoot) {
+    const std::string user = std::to_string(geteuid());
+    const std::string name = "pos-events";
+    std::vector<EndpointPlace> places;
+    const char* runtimeFolder = secure_getenv("XDG_RUNTIME_DIR");
+    const std::string userFolder = folderOfSystem(systemRoot, "/run/user") + '/' + user;
+    const bool isGiven = runtimeFolder != nullptr && runtimeFolder[0] == '/' && runtimeFolder != userFolder;
+    if (isGiven) places.push_back({runtimeFolder, name, true});
+    places.push_back({userFolder, name, true});
+    places.push_back({folderOfSystem(systemRoot, "/tmp"), name + '-' + user, false});
+    return places;
 }
 
-FileDescriptor makeEndpointFolder() {
-    const Place place = findPlace();
-    if (mkdirat(place.parent.get(), place.name.c_str(), 0700) != 0 && errno != EEXIST)
-        return FileDescriptor();
-    return openPlace(place);
+FolderState openEndpointFolder(const EndpointPlace& place, FileDescriptor& folder) {
+    FileDescriptor parent;
+    const FolderState state = openParent(place, parent);
+    return state == FolderState::open ? openIn(parent, place.name, folder) : state;
+}
+
+FileDescriptor makeEndpointFolder(const std::vector<EndpointPlace>& places) {
+    FileDescriptor folder;
+    for (auto place = places.rbegin(); place != places.rend(); ++place) {
+        const FolderState state = makeFolder(*place, folder);
+        if (state == FolderState::open) return folder;
+        if (state == FolderState::failed) break;
+    }
+    return FileDescriptor();
 }
 
 std::string endpointName(const std::string& systemRoot, OSType signature) {
@@ -83,6 +128,10 @@ std::string endpointName(const std::string& systemRoot, OSType signature) {
 
 std::string socketPath(const FileDescriptor& folder, const std::string& name) {
     return "/proc/self/fd/" + std::to_string(folder.get()) + "/" + name;
+}
+
+bool setMode(const FileDescriptor& file, mode_t mode) {
+    return chmod(("/proc/self/fd/" + std::to_string(file.get())).c_str(), mode) == 0;
 }
 
 }  // namespace portability

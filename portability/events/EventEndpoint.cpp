@@ -16,6 +16,7 @@
 
 #include "SystemRoot.h"
 #include "events/EndpointFolder.h"
+#include "events/EndpointLock.h"
 #include "events/FileDescriptor.h"
 
 namespace portability {
@@ -25,6 +26,7 @@ namespace {
 constexpr char kAnnouncement[] = "POS_EVENT_ENDPOINT";
 constexpr char kSocketEnding[] = ".socket";
 constexpr char kLockEnding[] = ".lock";
+constexpr mode_t kSocketMode = 0600;
 
 FileDescriptor openSocket() {
     return FileDescriptor(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
@@ -41,25 +43,11 @@ bool fillAddress(sockaddr_un& address, const std::string& path) {
     return true;
 }
 
-// A lock on a file that somebody has removed meanwhile is no lock.
-bool isStillThere(const FileDescriptor& folder, const std::string& name, int file) {
-    struct stat opened;
-    struct stat named;
-    return fstat(file, &opened) == 0 &&
-           fstatat(folder.get(), name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
-           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
-}
-
-EndpointClaim::Outcome lockEndpoint(const FileDescriptor& folder, const std::string& name,
-                                    FileDescriptor& lock) {
-    for (;;) {
-        lock.reset(openat(folder.get(), name.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
-        if (!lock) return EndpointClaim::Outcome::failed;
-        if (flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
-            return errno == EWOULDBLOCK ? EndpointClaim::Outcome::inUse : EndpointClaim::Outcome::failed;
-        }
-        if (isStillThere(folder, name, lock.get())) return EndpointClaim::Outcome::claimed;
-    }
+// Programs that clean up /tmp leave a locked folder alone, and all that is in it (systemd-tmpfiles does).
+FileDescriptor openLocked(const FileDescriptor& folder) {
+    FileDescriptor locked(openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (locked) flock(locked.get(), LOCK_SH | LOCK_NB);
+    return locked;
 }
 
 // Only the owner of the lock comes here, so a socket that lies there belongs to nobody any more.
@@ -70,6 +58,8 @@ FileDescriptor listenAt(const FileDescriptor& folder, const std::string& name) {
     if (!socket || !fillAddress(address, socketPath(folder, name))) return FileDescriptor();
     if (bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         return FileDescriptor();
+    // The mode is narrowed by the umask. Nobody can connect before the socket listens.
+    if (fchmodat(folder.get(), name.c_str(), kSocketMode, 0) != 0) return FileDescriptor();
     if (listen(socket.get(), SOMAXCONN) != 0) return FileDescriptor();
     return socket;
 }
@@ -82,11 +72,6 @@ bool isListeningSocket(int descriptor) {
         return false;
     size = sizeof type;
     return getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_SEQPACKET;
-}
-
-bool isLockFile(int descriptor) {
-    struct stat status;
-    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid();
 }
 
 bool setCloseOnExec(int descriptor) {
@@ -113,59 +98,66 @@ Connecting connectTo(const FileDescriptor& socket, const sockaddr_un& address, c
     }
 }
 
+// Connects to the socket `name` in the folder.
+Connecting connectIn(const FileDescriptor& folder, const std::string& name, const Deadline& deadline,
+                     FileDescriptor& connection) {
+    FileDescriptor socket = openSocket();
+    sockaddr_un address;
+    if (!socket || !fillAddress(address, socketPath(folder, name))) return Connecting::failed;
+    const Connecting outcome = connectTo(socket, address, deadline);
+    pid_t listener;
+    if (outcome == Connecting::connected && !isOwnUser(socket.get(), listener)) return Connecting::failed;
+    if (outcome == Connecting::connected) connection = std::move(socket);
+    return outcome;
+}
+
 }  // namespace
 
-EndpointClaim::EndpointClaim(EndpointClaim&& other) noexcept
-    : signature_(other.signature_),
-      listen_(std::exchange(other.listen_, -1)),
-      lock_(std::exchange(other.lock_, -1)) {}
-
 EndpointClaim& EndpointClaim::operator=(EndpointClaim&& other) noexcept {
-    std::swap(signature_, other.signature_);
-    std::swap(listen_, other.listen_);
+    std::swap(name_, other.name_);
+    std::swap(folder_, other.folder_);
     std::swap(lock_, other.lock_);
+    std::swap(listen_, other.listen_);
     return *this;
 }
 
-EndpointClaim::~EndpointClaim() {
-    // The socket goes first: whoever gets the lock must not find ours listening.
-    FileDescriptor lock(lock_);
-    FileDescriptor listen(listen_);
-}
-
 EndpointClaim::Outcome EndpointClaim::claim(OSType signature, EndpointClaim& result) {
-    const FileDescriptor folder = makeEndpointFolder();
-    if (!folder) return Outcome::failed;
-    const std::string name = endpointName(systemRoot(), signature);
-    FileDescriptor lock;
-    const Outcome outcome = lockEndpoint(folder, name + kLockEnding, lock);
-    if (outcome != Outcome::claimed) return outcome;
-    FileDescriptor socket = listenAt(folder, name + kSocketEnding);
-    if (!socket) return Outcome::failed;
+    const std::string root = systemRoot();
     EndpointClaim claimed;
-    claimed.signature_ = signature;
-    claimed.listen_ = socket.release();
-    claimed.lock_ = lock.release();
+    claimed.name_ = endpointName(root, signature);
+    const FileDescriptor folder = makeEndpointFolder(endpointPlaces(root));
+    if (folder) claimed.folder_ = openLocked(folder);
+    if (!claimed.folder_) return Outcome::failed;
+    switch (lockFile(folder, claimed.name_ + kLockEnding, claimed.lock_)) {
+        case LockOutcome::inUse:
+            return Outcome::inUse;
+        case LockOutcome::failed:
+            return Outcome::failed;
+        case LockOutcome::locked:
+            break;
+    }
+    claimed.listen_ = listenAt(folder, claimed.name_ + kSocketEnding);
+    if (!claimed.listen_) return Outcome::failed;
     result = std::move(claimed);
     return Outcome::claimed;
 }
 
 void EndpointClaim::withdraw() noexcept {
     try {
-        const FileDescriptor folder = openEndpointFolder();
-        const std::string name = endpointName(systemRoot(), signature_);
-        // The environment may lead elsewhere by now, to files that are not ours.
-        if (!folder || !isStillThere(folder, name + kLockEnding, lock_)) return;
-        unlinkat(folder.get(), (name + kSocketEnding).c_str(), 0);
+        // The files of the next owner are not ours to remove.
+        if (!folder_ || !isLockOf(folder_, name_ + kLockEnding, lock_.get())) return;
+        unlinkat(folder_.get(), (name_ + kSocketEnding).c_str(), 0);
         // The lock goes last: without it another owner may come and have files of the same names.
-        unlinkat(folder.get(), (name + kLockEnding).c_str(), 0);
+        unlinkat(folder_.get(), (name_ + kLockEnding).c_str(), 0);
     } catch (const std::bad_alloc&) {
         // Then they stay, as after a crash.
     }
 }
 
 bool EndpointClaim::adoptInherited(OSType signature, EndpointClaim& result) {
-    const char* announced = secure_getenv(kAnnouncement);
+    // Also in a program with another user's rights, such as what a set-id host launches: what the entry says
+    // is not trusted, and only a process with our rights can have opened the lock file.
+    const char* announced = getenv(kAnnouncement);
     if (announced == nullptr) return false;
     const std::string entry = std::string(kAnnouncement) + "=" + announced;
     int listenDescriptor = -1;
@@ -176,11 +168,24 @@ bool EndpointClaim::adoptInherited(OSType signature, EndpointClaim& result) {
     if (!isListeningSocket(listenDescriptor) || !isLockFile(lockDescriptor)) return false;
     if (!setCloseOnExec(listenDescriptor) || !setCloseOnExec(lockDescriptor)) return false;
     EndpointClaim adopted;
-    adopted.signature_ = signature;
-    adopted.listen_ = listenDescriptor;
-    adopted.lock_ = lockDescriptor;
+    adopted.listen_.reset(listenDescriptor);
+    adopted.lock_.reset(lockDescriptor);
+    if (!adopted.findFiles(signature)) return false;
     result = std::move(adopted);
     return true;
+}
+
+bool EndpointClaim::findFiles(OSType signature) {
+    const std::string root = systemRoot();
+    name_ = endpointName(root, signature);
+    for (const EndpointPlace& place : endpointPlaces(root)) {
+        FileDescriptor folder;
+        if (openEndpointFolder(place, folder) != FolderState::open) continue;
+        if (!isLockOf(folder, name_ + kLockEnding, lock_.get())) continue;
+        folder_ = openLocked(folder);
+        return true;
+    }
+    return false;
 }
 
 std::string EndpointClaim::inheritanceEntry(OSType signature, int listenDescriptor, int lockDescriptor) {
@@ -199,16 +204,15 @@ bool isOwnUser(int connected, pid_t& peer) {
 }
 
 Connecting connectToEndpoint(OSType signature, const Deadline& deadline, FileDescriptor& connection) {
-    const FileDescriptor folder = openEndpointFolder();
-    FileDescriptor socket = openSocket();
-    sockaddr_un address;
-    const std::string name = endpointName(systemRoot(), signature) + kSocketEnding;
-    if (!folder || !socket || !fillAddress(address, socketPath(folder, name))) return Connecting::failed;
-    const Connecting outcome = connectTo(socket, address, deadline);
-    pid_t listener;
-    if (outcome == Connecting::connected && !isOwnUser(socket.get(), listener)) return Connecting::failed;
-    if (outcome == Connecting::connected) connection = std::move(socket);
-    return outcome;
+    const std::string root = systemRoot();
+    const std::string name = endpointName(root, signature) + kSocketEnding;
+    for (const EndpointPlace& place : endpointPlaces(root)) {
+        FileDescriptor folder;
+        if (openEndpointFolder(place, folder) != FolderState::open) continue;
+        const Connecting outcome = connectIn(folder, name, deadline, connection);
+        if (outcome != Connecting::failed) return outcome;
+    }
+    return Connecting::failed;
 }
 
 int connectToEndpoint(OSType signature) {

@@ -1,9 +1,9 @@
 // The place at which an application receives its Apple events. Private to the layer.
 //
 // An endpoint is a listening SOCK_SEQPACKET socket, named after the application's creator signature, in a
-// folder of the user's own and keyed by the system root. Beside it lies a lock file. Whoever holds the lock
-// owns the endpoint; the lock belongs to the open file description, so it goes along with the descriptors
-// from the launcher to the launched process and ends with that process, however it ends.
+// folder of the user's own (EndpointFolder.h) and keyed by the system root. Beside it lies a lock file.
+// Whoever holds the lock owns the endpoint; the lock belongs to the open file description, so it goes along
+// with the descriptors from the launcher to the launched process and ends with that process, however it ends.
 #pragma once
 
 #include <CoreServices/MacTypes.h>
@@ -16,7 +16,7 @@
 
 namespace portability {
 
-/// A claimed endpoint: the listening socket and the lock that makes it ours. Both descriptors are
+/// A claimed endpoint: the listening socket and the lock that makes it ours. The descriptors are
 /// close-on-exec and closed by the destructor. Movable.
 class EndpointClaim {
   public:
@@ -27,16 +27,18 @@ class EndpointClaim {
     };
 
     EndpointClaim() = default;
-    EndpointClaim(EndpointClaim&& other) noexcept;
+    EndpointClaim(EndpointClaim&& other) = default;
     EndpointClaim& operator=(EndpointClaim&& other) noexcept;
-    ~EndpointClaim();
+    ~EndpointClaim() = default;
 
     /// Tries to become the owner of the endpoint of `signature` under the current system root. Never waits.
+    /// All processes of this user claim it at the same place (makeEndpointFolder), so that only one of them
+    /// gets it.
     static Outcome claim(OSType signature, EndpointClaim& result);
 
     /// Takes over the descriptors that a launcher handed to this process for that signature, and removes
-    /// their announcement from the environment. False when there are none, or when they are not what they
-    /// should be.
+    /// their announcement from the environment. False when there are none, or when they are not a listening
+    /// socket and the endpoint's lock file in a folder of this user.
     static bool adoptInherited(OSType signature, EndpointClaim& result);
 
     /// Removes the endpoint's files, so that an application that ends in order leaves nothing behind. For the
@@ -44,17 +46,20 @@ class EndpointClaim {
     /// killed stay until somebody claims the endpoint anew.
     void withdraw() noexcept;
 
-    int listenDescriptor() const { return listen_; }
-    int lockDescriptor() const { return lock_; }
+    int listenDescriptor() const { return listen_.get(); }
+    int lockDescriptor() const { return lock_.get(); }
 
     /// The environment entry ("NAME=value") by which a launched process finds its descriptors when they have
     /// these numbers.
     static std::string inheritanceEntry(OSType signature, int listenDescriptor, int lockDescriptor);
 
   private:
-    OSType signature_ = 0;
-    int listen_ = -1;
-    int lock_ = -1;
+    bool findFiles(OSType signature);
+
+    std::string name_;       // of the files, without their endings
+    FileDescriptor folder_;  // of the files; locked, so that they are not cleaned up
+    FileDescriptor lock_;
+    FileDescriptor listen_;  // closed before the lock: whoever gets the lock must not find us listening
 };
 
 enum class Connecting {

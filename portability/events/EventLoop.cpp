@@ -50,7 +50,8 @@ EndpointClaim claimOwnEndpoint() {
     EndpointClaim claim;
     OSType signature;
     if (!readOwnSignature(signature)) return claim;
-    if (!EndpointClaim::adoptInherited(signature, claim)) EndpointClaim::claim(signature, claim);
+    const bool isLaunched = EndpointClaim::adoptInherited(signature, claim);
+    if (!isLaunched && isInstalled()) EndpointClaim::claim(signature, claim);
     return claim;
 }
 

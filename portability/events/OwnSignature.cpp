@@ -4,6 +4,9 @@
 
 #include <cstdint>
 
+#include "SystemRoot.h"
+#include "corefoundation/Bundle.h"
+
 namespace portability {
 
 bool readOwnSignature(OSType& signature) {
@@ -21,6 +24,11 @@ bool readOwnSignature(OSType& signature) {
     }
     signature = code;
     return true;
+}
+
+bool isInstalled() {
+    CFBundleRef bundle = CFBundleGetMainBundle();
+    return bundle != nullptr && isInFixedPlace(bundle->path());
 }
 
 }  // namespace portability

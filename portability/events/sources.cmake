@@ -8,6 +8,7 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/Deadline.cpp
     ${CMAKE_CURRENT_LIST_DIR}/DescriptorStorage.cpp
     ${CMAKE_CURRENT_LIST_DIR}/EndpointFolder.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/EndpointLock.cpp
     ${CMAKE_CURRENT_LIST_DIR}/EventChannel.cpp
     ${CMAKE_CURRENT_LIST_DIR}/EventConnection.cpp
     ${CMAKE_CURRENT_LIST_DIR}/EventDispatch.cpp

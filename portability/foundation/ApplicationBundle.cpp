@@ -13,7 +13,7 @@ namespace portability {
 namespace {
 
 constexpr OSType kNoSignature = '\?\?\?\?';
-constexpr std::string_view kExtension = ".app";
+constexpr const char* kExtension = ".app";
 
 // A dictionary that is released at the end of its scope.
 class Info {
@@ -48,17 +48,21 @@ bool isApplication(const std::string& path, const Info& info) {
     if (!type.empty()) {
         return type == "APPL";
     }
-    return path.size() > kExtension.size() &&
-           path.compare(path.size() - kExtension.size(), kExtension.size(), kExtension) == 0;
+    return !applicationName(path).empty();
 }
 
-// The name must be that of a file in the bundle, and nothing that leads out of it.
-std::string executableIn(const std::string& bundle, const Info& info) {
+// Where the Info.plist says that the executable lies; empty if it does not say so. The name must be that of a
+// file in the bundle, and nothing that leads out of it.
+std::string statedExecutable(const std::string& bundle, const Info& info) {
     const std::string name = info.text(kCFBundleExecutableKey, kCFStringEncodingUTF8);
     if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos) {
         return std::string();
     }
-    const std::string file = canonicalPath(bundle + "/Contents/MacOS/" + name);
+    return bundle + "/Contents/MacOS/" + name;
+}
+
+std::string executableIn(const std::string& bundle, const Info& info) {
+    const std::string file = canonicalPath(statedExecutable(bundle, info));
     return isFolder(file) ? std::string() : file;
 }
 
@@ -89,6 +93,23 @@ OSStatus readApplication(const std::string& path, ApplicationBundle& application
     application.signature = signatureIn(info);
     application.executable = executableIn(bundle, info);
     return application.executable.empty() ? static_cast<OSStatus>(kLSNoExecutableErr) : OSStatus{noErr};
+}
+
+bool isExecutableOf(const std::string& path, const std::string& program) {
+    const std::string bundle = canonicalPath(path);
+    const Info info(bundle + "/Contents/Info.plist");
+    if (bundle.empty() || !info.isThere() || !isApplication(bundle, info)) {
+        return false;
+    }
+    const std::string executable = statedExecutable(bundle, info);
+    return program == executable || program == canonicalPath(executable);
+}
+
+std::string applicationName(const std::string& path) {
+    const std::string name = lastComponentOf(path);
+    const std::size_t dot = name.rfind('.');
+    const bool isApplication = dot != std::string::npos && dot > 0 && name.substr(dot) == kExtension;
+    return isApplication ? name.substr(0, dot) : std::string();
 }
 
 }  // namespace portability

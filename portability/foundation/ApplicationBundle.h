@@ -19,4 +19,12 @@ struct ApplicationBundle {
 /// missing.
 OSStatus readApplication(const std::string& path, ApplicationBundle& application);
 
+/// Whether the application at `path` has `program` as its executable. `program` is a canonical path; its file
+/// may be gone by now. Reads the bundle from the disk each time. False if it is not an application.
+bool isExecutableOf(const std::string& path, const std::string& program);
+
+/// The name of an application by the path of its bundle: "Name" for ".../Name.app". Empty if the path does
+/// not end like that.
+std::string applicationName(const std::string& path);
+
 }  // namespace portability

@@ -3,15 +3,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <climits>
+#include <cstdio>
 #include <cstdlib>
-#include <iterator>
-#include <sstream>
 
 #include "SystemRoot.h"
 #include "corefoundation/Bundle.h"
+#include "foundation/ApplicationBundle.h"
 #include "foundation/FileContent.h"
+#include "foundation/InstalledApplications.h"
 #include "foundation/OpenFolder.h"
 #include "foundation/Paths.h"
 
@@ -20,11 +22,12 @@ namespace {
 
 constexpr const char* kProcesses = "/proc";
 
-// Fields of /proc/<pid>/stat, counted from the state, which follows the name.
-enum StatusField { kState = 0, kParent = 1, kGroup = 2, kFlags = 6, kStartTime = 19, kFieldsNeeded = 20 };
-
 // Of the flags: the process is on its way out.
 constexpr unsigned long kExiting = 0x4;
+
+std::string folderOf(const std::string& number) {
+    return std::string(kProcesses) + '/' + number;
+}
 
 std::string content(const std::string& path) {
     constexpr std::size_t kLimit = 1 << 20;
@@ -63,40 +66,69 @@ std::string statedFile(const std::string& folder, const std::string& shortName) 
     return first.empty() ? shortName : first;
 }
 
-std::optional<Process> readProcess(const std::string& number) {
-    const std::string folder = std::string(kProcesses) + '/' + number;
+// Reads what follows the name in /proc/<pid>/stat. False if the text is not whole.
+bool readStatus(const char* text, Process& process, unsigned long& flags) {
+    unsigned long long startTime = 0;
+    const int read =
+        std::sscanf(text, " %c %d %d %*d %*d %*d %lu %*u %*u %*u %*u %*u %*u %*d %*d %*d %*d %*d %*d %llu",
+                    &process.state, &process.parent, &process.group, &flags, &startTime);
+    process.startTime = startTime;
+    return read == 5;
+}
+
+std::optional<Process> readProcess(const std::string& number, uid_t user) {
+    const std::string folder = folderOf(number);
     const std::string status = content(folder + "/stat");
     // The name stands in parentheses and may contain some itself.
     const std::size_t nameBegin = status.find('(');
     const std::size_t nameEnd = status.rfind(')');
-    struct stat owner;
-    if (nameBegin == std::string::npos || nameEnd == std::string::npos || nameEnd < nameBegin ||
-        stat(folder.c_str(), &owner) != 0) {
-        return std::nullopt;
-    }
-    std::istringstream rest(status.substr(nameEnd + 1));
-    const std::vector<std::string> fields{std::istream_iterator<std::string>(rest), {}};
-    if (fields.size() < kFieldsNeeded || hasEnded(fields[kState][0])) {
+    if (nameBegin == std::string::npos || nameEnd == std::string::npos || nameEnd < nameBegin) {
         return std::nullopt;
     }
     Process process = {};
     process.id = std::atoi(number.c_str());
-    process.parent = std::atoi(fields[kParent].c_str());
-    process.group = std::atoi(fields[kGroup].c_str());
-    process.user = owner.st_uid;
-    process.state = fields[kState][0];
-    process.startTime = std::strtoull(fields[kStartTime].c_str(), nullptr, 10);
+    process.user = user;
+    unsigned long flags = 0;
+    if (!readStatus(status.c_str() + nameEnd + 1, process, flags) || hasEnded(process.state)) {
+        return std::nullopt;
+    }
     process.file = programFile(folder);
     if (process.file.empty()) {
         // It has given its program back already and will do nothing any more, though it is no zombie yet.
-        if ((std::strtoul(fields[kFlags].c_str(), nullptr, 10) & kExiting) != 0) return std::nullopt;
+        if ((flags & kExiting) != 0) return std::nullopt;
         process.file = statedFile(folder, status.substr(nameBegin + 1, nameEnd - nameBegin - 1));
     }
     process.name = lastComponentOf(process.file);
     return process;
 }
 
-bool concernsThisRoot(const Process& process) {
+// The owner of the folder is the user whose rights the process has, also where its files belong to root
+// because its memory may not be looked at.
+bool readUser(const std::string& number, uid_t& user) {
+    struct stat owner;
+    if (stat(folderOf(number).c_str(), &owner) != 0) return false;
+    user = owner.st_uid;
+    return true;
+}
+
+// In a container, or wherever else a process has other files under the same paths, another bundle lies there.
+// False also if the process may not be looked at: Launch Services finds a running application by its endpoint,
+// so that one too few does no harm here, and one too many would keep the application from being started.
+bool seesSameFolder(const Process& process, const std::string& folder) {
+    const std::string seen = folderOf(std::to_string(process.id)) + "/root" + canonicalPath(folder);
+    struct stat ours;
+    struct stat theirs;
+    return stat(folder.c_str(), &ours) == 0 && stat(seen.c_str(), &theirs) == 0 &&
+           ours.st_dev == theirs.st_dev && ours.st_ino == theirs.st_ino;
+}
+
+bool concernsThisRoot(const Process& process, const InstalledApplications& installed) {
+    const std::vector<std::string>& namesakes = installed.named(process.name);
+    if (!namesakes.empty()) {
+        return std::any_of(namesakes.begin(), namesakes.end(), [&process](const std::string& application) {
+            return isExecutableOf(application, process.file) && seesSameFolder(process, application);
+        });
+    }
     const std::string bundle = bundleAround(process.file);
     return bundle.empty() || isInFixedPlace(bundle);
 }
@@ -104,15 +136,21 @@ bool concernsThisRoot(const Process& process) {
 }  // namespace
 
 std::optional<Process> findProcess(pid_t id) {
-    return id > 0 ? readProcess(std::to_string(id)) : std::nullopt;
+    const std::string number = std::to_string(id);
+    uid_t user = 0;
+    return id > 0 && readUser(number, user) ? readProcess(number, user) : std::nullopt;
 }
 
 std::vector<Process> listProcesses() {
+    const InstalledApplications installed;
+    const uid_t ourselves = geteuid();
     std::vector<Process> processes;
     OpenFolder entries(kProcesses);
     while (const dirent* entry = entries.next()) {
-        std::optional<Process> process = isProcess(*entry) ? readProcess(entry->d_name) : std::nullopt;
-        if (process && concernsThisRoot(*process)) {
+        uid_t user = 0;
+        if (!isProcess(*entry) || !readUser(entry->d_name, user) || user != ourselves) continue;
+        std::optional<Process> process = readProcess(entry->d_name, user);
+        if (process && concernsThisRoot(*process, installed)) {
             processes.push_back(std::move(*process));
         }
     }

@@ -27,11 +27,15 @@ struct Process {
 /// The process with that id; nothing when there is none, or only what is left of one that has ended.
 std::optional<Process> findProcess(pid_t id);
 
-/// All live processes that concern the current system root: a program inside an application bundle only if
-/// the bundle lies in one of the root's fixed places, every other program always.
+/// The live processes of this user that concern the current system root.
+///
+/// The name of an application that is installed in a fixed place of the root belongs to that application: a
+/// process of that name is listed only if its program is the application's executable. Other programs inside
+/// an application bundle are listed if the bundle lies in a fixed place of the root, programs outside bundles
+/// always. So a file that happens to have the same name is never taken for the application.
 std::vector<Process> listProcesses();
 
-/// How many processes there are, ended ones and those of other roots included.
+/// How many processes there are, including ended ones and those of other users and roots.
 std::size_t countProcesses();
 
 }  // namespace portability

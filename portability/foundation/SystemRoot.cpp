@@ -67,6 +67,15 @@ std::string inSystemRoot(const std::string& path) {
     return root + std::string(place);
 }
 
+std::vector<std::string> fixedPlaces() {
+    const std::string root = systemRoot();
+    std::vector<std::string> places;
+    for (const std::string_view place : kFixedPlaces) {
+        places.push_back((root == "/" ? std::string() : root) + std::string(place));
+    }
+    return places;
+}
+
 bool isInFixedPlace(const std::string& path) {
     const std::string root = systemRoot();
     if (root == "/") {

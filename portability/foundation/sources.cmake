@@ -8,6 +8,7 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/Files.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Folders.cpp
     ${CMAKE_CURRENT_LIST_DIR}/HomeFolder.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/InstalledApplications.cpp
     ${CMAKE_CURRENT_LIST_DIR}/LSOpen.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Libc.cpp
     ${CMAKE_CURRENT_LIST_DIR}/NSLog.mm

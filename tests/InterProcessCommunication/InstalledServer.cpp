@@ -72,8 +72,11 @@ InstalledServer::InstalledServer() {
     setenv("HOME", root_.path("home").c_str(), 1);
     root_.write("home/.keep", "");
     root_.write("Library/Application Support/.keep", "");
-    fs::create_directory(root_.path("run"));
-    fs::permissions(root_.path("run"), fs::perms::owner_all);
+    // With a folder /tmp of its own, the root keeps its endpoints to itself.
+    for (const char* folder : {"run", "tmp"}) {
+        fs::create_directory(root_.path(folder));
+        fs::permissions(root_.path(folder), fs::perms::owner_all);
+    }
 }
 
 InstalledServer::~InstalledServer() {

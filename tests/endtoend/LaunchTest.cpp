@@ -1,7 +1,5 @@
 // Finding, launching and waking the server.
 #include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -121,46 +119,6 @@ TEST_F(Launch, ARunningServer_IsUsedWithoutALaunch) {
     other.go();
     EXPECT_TRUE(other.endsWell());
     EXPECT_EQ(root_.servers(), before);
-}
-
-// Runs a program that only sleeps under another name, and ends it. It has to lie in an application of the
-// test's own root: other programs are seen by the hosts of all roots.
-class Sleeper {
-  public:
-    explicit Sleeper(const std::string& program) {
-        std::filesystem::create_directories(std::filesystem::path(program).parent_path());
-        std::filesystem::copy_file("/bin/sleep", program);
-        process_ = fork();
-        if (process_ == 0) {
-            execl(program.c_str(), program.c_str(), "600", static_cast<char*>(nullptr));
-            _exit(127);
-        }
-        EXPECT_TRUE(waitUntil([&] {
-            std::error_code failed;
-            return std::filesystem::read_symlink("/proc/" + std::to_string(process_) + "/exe", failed) ==
-                   program;
-        }));
-    }
-    ~Sleeper() {
-        kill(process_, SIGKILL);
-        waitpid(process_, nullptr, 0);
-    }
-
-  private:
-    pid_t process_;
-};
-
-TEST_F(Launch, AProcessWhoseNameMerelyBeginsWithThatOfTheServer_IsNotTakenForIt) {
-    const Sleeper sleeper(root_.path() + "/Library/Other.app/Contents/MacOS/MerrowdX");
-    host_.registered();
-    EXPECT_EQ(root_.servers().size(), 1u);
-}
-
-TEST_F(Launch, AnotherProcessOfTheServersName_KeepsTheServerFromBeingLaunched) {
-    const Sleeper sleeper(root_.path() + "/Library/Other.app/Contents/MacOS/Merrowd");
-    constexpr char kNoProcess[] = "-600";
-    expectFailure(kCorrupt, launchFailureBlock(kNoProcess));
-    EXPECT_EQ(root_.servers().size(), 0u);
 }
 
 TEST_F(Launch, TwoHostsAtTheSameMoment_EndUpWithOneServerThatServesBoth) {

@@ -7,7 +7,8 @@
 
 namespace dovrel::test {
 
-OtherHost::OtherHost(const std::string& library) {
+OtherHost::OtherHost(const std::string& library, const std::function<void()>& prepare,
+                     const std::string& program) {
     int toHost[2];
     int fromHost[2];
     EXPECT_EQ(pipe(toHost), 0);
@@ -18,7 +19,8 @@ OtherHost::OtherHost(const std::string& library) {
         dup2(fromHost[1], 1);
         for (int descriptor = 3; descriptor < 1024; ++descriptor)
             close(descriptor);
-        execl(OTHER_HOST, OTHER_HOST, library.c_str(), static_cast<char*>(nullptr));
+        if (prepare) prepare();
+        execl(program.c_str(), program.c_str(), library.c_str(), static_cast<char*>(nullptr));
         _exit(127);
     }
     close(toHost[0]);

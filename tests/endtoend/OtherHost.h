@@ -3,14 +3,17 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <string>
 
 namespace dovrel::test {
 
 class OtherHost {
   public:
-    /// Starts the host; it loads the library, opens a session and then waits for go.
-    explicit OtherHost(const std::string& library);
+    /// Starts the host; it loads the library, opens a session and then waits for go. Its process first calls
+    /// `prepare`, to change its environment or its user; `program` is a copy of the host's own.
+    explicit OtherHost(const std::string& library, const std::function<void()>& prepare = nullptr,
+                       const std::string& program = OTHER_HOST);
     OtherHost(const OtherHost&) = delete;
     OtherHost& operator=(const OtherHost&) = delete;
     /// Kills what still runs.

@@ -103,7 +103,8 @@ void TestRoot::setVariable(const std::string& name, const std::optional<std::str
 }
 
 void TestRoot::setEnvironment() {
-    for (const char* folder : {"/run", "/home", kReports}) {
+    // With a folder /tmp of its own, the root keeps its endpoints to itself.
+    for (const char* folder : {"/run", "/tmp", "/home", kReports}) {
         fs::create_directory(path() + folder);
         fs::permissions(path() + folder, fs::perms::owner_all);
     }

@@ -84,7 +84,8 @@ extern "C" {
 /// Reads the system's variable `name`. With `oldp` null it answers in `oldlenp` the bytes that are needed,
 /// with some to spare; else it fills `oldp` and answers the bytes written. -1 and errno on failure: ENOMEM,
 /// and 0 in `oldlenp`, when the bytes given are too few. {CTL_KERN, KERN_PROC, KERN_PROC_ALL}, with a fourth
-/// component or without, is a kinfo_proc for every process. Any thread.
+/// component or without, is a kinfo_proc for every live process of this user that concerns the current system
+/// root. Any thread.
 int sysctl(int* name, unsigned int namelen, void* oldp, size_t* oldlenp, void* newp, size_t newlen);
 
 #if defined(__cplusplus)

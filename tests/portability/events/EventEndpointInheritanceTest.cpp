@@ -8,6 +8,9 @@
 #include <utility>
 
 #include "EventEndpointTest.h"
+#include "Processes.h"
+#include "tests/support/MountNamespace.h"
+#include "tests/support/NeedsRoot.h"
 
 using namespace portability;
 
@@ -36,6 +39,24 @@ TEST_F(EventEndpointTest, Inherited_DescriptorsAreAdoptedAndTheLockGoesAlong) {
     EXPECT_TRUE(isConnectable());
     launched.kill();
     EXPECT_EQ(claimAndLetGo(), Outcome::claimed);
+}
+
+TEST_F(EventEndpointTest, Inherited_FilesAreRemovedByTheLaunchedProcess) {
+    auto claim = std::make_unique<EndpointClaim>();
+    ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, *claim), Outcome::claimed);
+    WaitingProcess launched([&claim] {
+        const int listening = dup(claim->listenDescriptor());
+        const int lock = dup(claim->lockDescriptor());
+        claim.reset();
+        std::string entry = EndpointClaim::inheritanceEntry(kEndpointSignature, listening, lock);
+        putenv(entry.data());
+        EndpointClaim adopted;
+        if (!EndpointClaim::adoptInherited(kEndpointSignature, adopted)) return 1;
+        adopted.withdraw();
+        return 0;
+    });
+    ASSERT_EQ(launched.result(), 0);
+    EXPECT_TRUE(std::filesystem::is_empty(environment_.endpointFolder()));
 }
 
 TEST_F(EventEndpointTest, Inherited_NotAnnounced_IsFalse) {
@@ -71,6 +92,44 @@ TEST_F(EventEndpointTest, Inherited_DescriptorsThatAreSomethingElse_AreRefused) 
         EXPECT_FALSE(EndpointClaim::adoptInherited(kEndpointSignature, adopted)) << entry;
         EXPECT_EQ(adopted.listenDescriptor(), -1);
     }
+}
+
+TEST_F(EventEndpointTest, Inherited_LockFileThatIsNotThatOfTheEndpoint_IsRefused) {
+    EndpointClaim claim;
+    ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
+    const FileDescriptor other(
+        open((environment_.endpointFolder() / "other.lock").c_str(), O_RDWR | O_CREAT, 0600));
+    ASSERT_TRUE(other);
+    const std::string entry =
+        EndpointClaim::inheritanceEntry(kEndpointSignature, dup(claim.listenDescriptor()), dup(other.get()));
+    setenv(kAnnouncement, entry.substr(entry.find('=') + 1).c_str(), 1);
+    EndpointClaim adopted;
+    EXPECT_FALSE(EndpointClaim::adoptInherited(kEndpointSignature, adopted));
+    EXPECT_EQ(adopted.listenDescriptor(), -1);
+}
+
+// A host that runs with the rights of another user than its caller hands these rights on, and the system then
+// keeps the environment from the program. Here is such a launch: the real user is not the effective one. The
+// root is that of the system, because POS_SYSTEM_ROOT does not count then, and /tmp is an empty one.
+TEST_F(EventEndpointTest, Inherited_FromASetIdHost_IsAdopted) {
+    NEEDS_ROOT("become two users at once, and to make a mount namespace");
+    constexpr uid_t kCaller = 65534;
+    constexpr uid_t kOwner = 65533;
+    EXPECT_EQ(inForkedProcess([] {
+                  unsetenv("POS_SYSTEM_ROOT");
+                  unsetenv("XDG_RUNTIME_DIR");
+                  const bool isReady = enterMountNamespace() && mountEmptyFolder("/tmp", "1777") &&
+                                       setresuid(kCaller, kOwner, kOwner) == 0;
+                  EndpointClaim claim;
+                  if (!isReady || EndpointClaim::claim(kEndpointSignature, claim) != Outcome::claimed)
+                      return 10;
+                  std::string entry = EndpointClaim::inheritanceEntry(
+                      kEndpointSignature, dup(claim.listenDescriptor()), dup(claim.lockDescriptor()));
+                  putenv(entry.data());
+                  execl(ADOPTION_PROBE, ADOPTION_PROBE, static_cast<char*>(nullptr));
+                  return 11;
+              }),
+              0);
 }
 
 TEST_F(EventEndpointTest, Inherited_MalformedAnnouncement_IsRefused) {

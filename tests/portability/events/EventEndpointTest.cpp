@@ -48,7 +48,7 @@ TEST_F(EventEndpointTest, Withdraw_LeavesNoFile_AndTheEndpointToOthers) {
     const std::string name = endpointName(systemRoot(), kEndpointSignature);
     EndpointClaim claim;
     ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
-    const FileDescriptor folder = openEndpointFolder();
+    const FileDescriptor folder(open(environment_.endpointFolder().c_str(), O_PATH | O_DIRECTORY));
     ASSERT_EQ(faccessat(folder.get(), (name + ".socket").c_str(), F_OK, 0), 0);
     claim.withdraw();
     EXPECT_NE(faccessat(folder.get(), (name + ".socket").c_str(), F_OK, 0), 0);
@@ -116,15 +116,14 @@ TEST_F(EventEndpointTest, Claim_ByManyAtOnce_ExactlyOneGetsIt) {
 }
 
 TEST_F(EventEndpointTest, Claim_WhereTheFolderIsRefused_Fails) {
-    environment_.makeFolder("run/pos-events");
-    chmod((environment_.runtimeFolder() / "pos-events").c_str(), 0777);
+    std::filesystem::create_directory(environment_.endpointFolder());
+    chmod(environment_.endpointFolder().c_str(), 0777);
     EXPECT_EQ(claimAndLetGo(), Outcome::failed);
 }
 
 TEST_F(EventEndpointTest, LockThatIsASymbolicLink_IsNotFollowed) {
     ASSERT_EQ(claimAndLetGo(), Outcome::claimed);
-    for (const auto& entry :
-         std::filesystem::directory_iterator(environment_.runtimeFolder() / "pos-events")) {
+    for (const auto& entry : std::filesystem::directory_iterator(environment_.endpointFolder())) {
         if (entry.path().extension() != ".lock") continue;
         std::filesystem::remove(entry.path());
         std::filesystem::create_symlink(environment_.folder() / "victim", entry.path());
@@ -136,7 +135,7 @@ TEST_F(EventEndpointTest, LockThatIsASymbolicLink_IsNotFollowed) {
 TEST_F(EventEndpointTest, OtherRoots_DoNotSeeEachOther) {
     EndpointClaim claim;
     ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
-    TemporaryEnvironment::set("POS_SYSTEM_ROOT", environment_.makeFolder("other root"));
+    TemporaryEnvironment::set("POS_SYSTEM_ROOT", environment_.makeRoot("other root"));
     EXPECT_FALSE(isConnectable());
     EXPECT_EQ(claimAndLetGo(), Outcome::claimed);
 }
@@ -145,8 +144,7 @@ TEST_F(EventEndpointTest, LongRootAndLongRuntimeFolder_FitTheSocketAddress) {
     std::string path = "long";
     while (path.size() < 3000)
         path += "/" + std::string(200, 'x');
-    TemporaryEnvironment::set("POS_SYSTEM_ROOT", environment_.makeFolder(path + "/root"));
-    TemporaryEnvironment::set("XDG_RUNTIME_DIR", environment_.makeFolder(path + "/run"));
+    TemporaryEnvironment::set("POS_SYSTEM_ROOT", environment_.makeRoot(path + "/root"));
     EndpointClaim claim;
     ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
     EXPECT_TRUE(isConnectable());

@@ -240,8 +240,9 @@ TEST_F(EventServerTest, NoDescriptorsLeft_NewSendersAreRefused_OldOnesServed) {
 TEST_F(EventServerTest, SenderOfAnotherUser_IsRefused) {
     NEEDS_ROOT("become another user");
     // The folders keep others out; here they are opened, so that only the check of the connection is left.
-    const std::filesystem::path folder = environment_.runtimeFolder() / "pos-events";
-    for (const auto& opened : {environment_.folder(), environment_.runtimeFolder(), folder}) {
+    const std::filesystem::path folder = environment_.endpointFolder();
+    for (std::filesystem::path opened = folder; opened != environment_.folder().parent_path();
+         opened = opened.parent_path()) {
         chmod(opened.c_str(), 0755);
     }
     std::filesystem::path socketFile;

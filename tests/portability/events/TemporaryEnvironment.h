@@ -3,6 +3,7 @@
 #pragma once
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -13,7 +14,7 @@
 class TemporaryEnvironment {
   public:
     TemporaryEnvironment() {
-        set("POS_SYSTEM_ROOT", makeFolder("root"));
+        set("POS_SYSTEM_ROOT", makeRoot("root"));
         set("XDG_RUNTIME_DIR", makeFolder("run"));
         set("HOME", makeFolder("home"));
     }
@@ -23,6 +24,11 @@ class TemporaryEnvironment {
     std::filesystem::path folder() const { return folder_.path(); }
     std::filesystem::path runtimeFolder() const { return folder() / "run"; }
 
+    // Where endpoints lie: a root with a folder /tmp of its own keeps them to itself.
+    std::filesystem::path endpointFolder() const {
+        return folder() / "root/tmp" / ("pos-events-" + std::to_string(geteuid()));
+    }
+
     static void set(const char* name, const std::filesystem::path& value) { setenv(name, value.c_str(), 1); }
 
     std::filesystem::path makeFolder(const std::string& name) const {
@@ -30,6 +36,10 @@ class TemporaryEnvironment {
         std::filesystem::create_directories(path);
         chmod(path.c_str(), 0700);
         return path;
+    }
+
+    std::filesystem::path makeRoot(const std::string& name) const {
+        return makeFolder(name + "/tmp").parent_path();
     }
 
   private:

@@ -170,7 +170,7 @@ int runTestApplication() {
 TestApplication::TestApplication(const TemporaryEnvironment& environment, const std::string& signature)
     : signature_(signature) {
     const std::filesystem::path contents =
-        environment.makeFolder(signature + ".app/Contents/MacOS").parent_path();
+        environment.makeFolder("root/Applications/" + signature + ".app/Contents/MacOS").parent_path();
     executable_ = (contents / "MacOS" / "application").string();
     copyOrLink(testProgram(), executable_);
     std::ofstream(contents / "Info.plist")

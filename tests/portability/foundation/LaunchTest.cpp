@@ -43,8 +43,9 @@ OSStatus launch(const std::string& path, CFURLRef* launched = nullptr) {
 class Launch : public testing::Test {
   protected:
     Launch() {
-        files::create_directory(folder_.path("run"));
-        chmod(folder_.path("run").c_str(), 0700);
+        // With a folder /tmp of its own, the root keeps its endpoints to itself.
+        files::create_directory(folder_.path("tmp"));
+        chmod(folder_.path("tmp").c_str(), 0700);
         installProbe(program_);
         writeInfo(infoPlist("Server"));
     }
@@ -74,7 +75,6 @@ class Launch : public testing::Test {
 
     const dovrel::test::TemporaryFolder folder_;
     const VariableChange root_{"POS_SYSTEM_ROOT", folder_.path().c_str()};
-    const VariableChange runtime_{"XDG_RUNTIME_DIR", folder_.path("run").c_str()};
     const std::string program_ = folder_.path("Library/Server.app/Contents/MacOS/Server");
 };
 
@@ -95,7 +95,7 @@ TEST_F(Launch, Application_GetsTheEndpointAndNothingElse) {
     const ProbeReport report(program_);
     EXPECT_EQ(report["arguments"], "1");
     EXPECT_EQ(report["descriptor 3"].substr(0, 8), "socket:[");
-    EXPECT_EQ(report["descriptor 4"].substr(0, folder_.path("run").size()), folder_.path("run"));
+    EXPECT_EQ(report["descriptor 4"].substr(0, folder_.path("tmp").size()), folder_.path("tmp"));
     EXPECT_EQ(report["descriptor 5"], "(none)");
     EXPECT_EQ(report["environment DOVREL_TEST_MARK"], "kept");
     EXPECT_EQ(report["environment POS_SYSTEM_ROOT"], folder_.path());
@@ -232,9 +232,7 @@ TEST_F(Launch, ExecutableThatCannotBeStarted_HasTheCodeOfItsCauseAndFreesTheEndp
 }
 
 TEST_F(Launch, EndpointsThatCannotBeMade_AreAServerCommunicationError) {
-    files::remove_all(folder_.path("run"));
-    folder_.write("run/pos-events", "a file where the folder should be");
-    chmod(folder_.path("run").c_str(), 0700);
+    folder_.write("tmp/pos-events-" + std::to_string(geteuid()), "a file where the folder should be");
     EXPECT_EQ(launch("/Library/Server.app"), kLSServerCommunicationErr);
     EXPECT_EQ(runningServers(), 0);
 }

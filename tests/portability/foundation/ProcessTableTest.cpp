@@ -1,104 +1,24 @@
-#include "foundation/ProcessTable.h"
+#include "ProcessTableTest.h"
 
 #include <ApplicationServices/ApplicationServices.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/sysctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <memory>
-#include <optional>
-#include <string>
 #include <vector>
 
-#include "processes/DetachedProcess.h"
-#include "tests/portability/processes/ProbeReport.h"
-#include "tests/portability/support/VariableChange.h"
-#include "tests/support/TemporaryFolder.h"
-
-namespace {
+#include "tests/support/NeedsRoot.h"
 
 namespace files = std::filesystem;
 using portability::findProcess;
-using portability::listProcesses;
-using portability::Process;
 
-std::optional<Process> findListed(pid_t id) {
-    for (const Process& process : listProcesses()) {
-        if (process.id == id) {
-            return process;
-        }
-    }
-    return std::nullopt;
-}
-
-class ProcessTable : public testing::Test {
-  protected:
-    // A probe that runs from `file` in the folder.
-    std::unique_ptr<ProbeReport> run(const std::string& file) {
-        const std::string program = folder_.path(file);
-        installProbe(program);
-        EXPECT_EQ(portability::startDetached({program, {program}, {}, {}}), 0);
-        return std::make_unique<ProbeReport>(program);
-    }
-
-    bool isListedUnder(const std::string& root, pid_t id) const {
-        const VariableChange change("POS_SYSTEM_ROOT", root.empty() ? "/" : folder_.path(root).c_str());
-        return findListed(id).has_value();
-    }
-
-    const dovrel::test::TemporaryFolder folder_;
-};
-
-const std::string kServer = "Library/Application Support/Tessilor/pos/Merrowd.app/Contents/MacOS/Merrowd";
-
-}  // namespace
-
-TEST_F(ProcessTable, ServersOfTwoRoots_AreEachSeenUnderTheirOwnRootAlone) {
-    const auto first = run("first/" + kServer);
-    const auto second = run("second/" + kServer);
-    EXPECT_TRUE(isListedUnder("first", first->id()));
-    EXPECT_FALSE(isListedUnder("first", second->id()));
-    EXPECT_TRUE(isListedUnder("second", second->id()));
-    EXPECT_FALSE(isListedUnder("second", first->id()));
-    EXPECT_FALSE(isListedUnder("", first->id()));
-    EXPECT_FALSE(isListedUnder("", second->id()));
-}
-
-TEST_F(ProcessTable, BundleInTheRootButInNoFixedPlace_IsNotListed) {
-    const auto probe = run("root/Elsewhere/Merrowd.app/Contents/MacOS/Merrowd");
-    EXPECT_FALSE(isListedUnder("root", probe->id()));
-}
-
-TEST_F(ProcessTable, ProgramInNoBundle_IsListedUnderEveryRoot) {
-    const auto probe = run("first/Library/tools/Merrowd");
-    EXPECT_TRUE(isListedUnder("first", probe->id()));
-    EXPECT_TRUE(isListedUnder("second", probe->id()));
-    EXPECT_TRUE(isListedUnder("", probe->id()));
-}
-
-TEST_F(ProcessTable, RootGivenThroughASymbolicLink_IsTheSameRoot) {
-    const auto probe = run("first/" + kServer);
-    files::create_directory_symlink(folder_.path("first"), folder_.path("link"));
-    EXPECT_TRUE(isListedUnder("link", probe->id()));
-}
-
-TEST_F(ProcessTable, ProgramWhoseFileIsDeletedOrReplaced_KeepsItsNameAndItsRoot) {
-    const auto probe = run("first/" + kServer);
-    files::remove(folder_.path("first/" + kServer));
-    EXPECT_TRUE(isListedUnder("first", probe->id()));
-    EXPECT_FALSE(isListedUnder("second", probe->id()));
-    EXPECT_EQ(findProcess(probe->id())->name, "Merrowd");
-    installProbe(folder_.path("first/" + kServer));
-    EXPECT_EQ(findProcess(probe->id())->name, "Merrowd");
-}
+using ProcessTable = ProcessTableTest;
 
 TEST_F(ProcessTable, ProgramWhoseNameEndsLikeTheDeletionMark_KeepsItsWholeName) {
-    const auto probe = run("Merrowd (deleted)");
-    EXPECT_EQ(findProcess(probe->id())->name, "Merrowd (deleted)");
+    const auto probe = run("Probed (deleted)");
+    EXPECT_EQ(findProcess(probe->id())->name, "Probed (deleted)");
 }
 
 TEST_F(ProcessTable, NamesWithBlanksAndParentheses_DoNotConfuseTheFields) {
@@ -110,8 +30,8 @@ TEST_F(ProcessTable, NamesWithBlanksAndParentheses_DoNotConfuseTheFields) {
 }
 
 TEST_F(ProcessTable, LongName_IsWholeHereAndCutTo16InTheKernelsRecord) {
-    const auto probe = run("MerrowdWithAVeryLongName");
-    EXPECT_EQ(findProcess(probe->id())->name, "MerrowdWithAVeryLongName");
+    const auto probe = run("ProbedWithAVeryLongName");
+    EXPECT_EQ(findProcess(probe->id())->name, "ProbedWithAVeryLongName");
     int name[3] = {CTL_KERN, KERN_PROC, KERN_PROC_ALL};
     std::vector<kinfo_proc> list(10000);
     std::size_t size = list.size() * sizeof(kinfo_proc);
@@ -121,7 +41,7 @@ TEST_F(ProcessTable, LongName_IsWholeHereAndCutTo16InTheKernelsRecord) {
         return candidate.kp_proc.p_pid == probe->id();
     });
     ASSERT_NE(entry, list.end());
-    EXPECT_STREQ(entry->kp_proc.p_comm, "MerrowdWithAVery");
+    EXPECT_STREQ(entry->kp_proc.p_comm, "ProbedWithAVeryL");
     EXPECT_EQ(entry->kp_proc.p_stat, SSLEEP);
 }
 
@@ -145,6 +65,29 @@ TEST_F(ProcessTable, OwnProcess_HasItsFacts) {
     EXPECT_EQ(own->state, 'R');
     EXPECT_EQ(own->file, files::read_symlink("/proc/self/exe").string());
     EXPECT_GT(own->startTime, 0U);
+}
+
+TEST_F(ProcessTable, ProcessOfAnotherUser_IsFoundButNotListed) {
+    NEEDS_ROOT("become another user");
+    constexpr uid_t kOther = 65534;
+    int ready[2];
+    ASSERT_EQ(pipe(ready), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        const char result = setuid(kOther) == 0 ? 'y' : 'n';
+        if (write(ready[1], &result, 1) == 1) pause();
+        _exit(1);
+    }
+    char result = 0;
+    ASSERT_EQ(read(ready[0], &result, 1), 1);
+    ASSERT_EQ(result, 'y');
+    const auto found = findProcess(child);
+    EXPECT_TRUE(found && found->user == kOther);
+    EXPECT_FALSE(findListed(child));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    close(ready[0]);
+    close(ready[1]);
 }
 
 TEST_F(ProcessTable, StoppedProcess_IsListedAsStopped) {

@@ -1,0 +1,195 @@
+// Which processes are listed under the name of an application: the application's own, and no others.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "ProcessTableTest.h"
+#include "tests/portability/support/Waiting.h"
+#include "tests/support/MountNamespace.h"
+#include "tests/support/NeedsRoot.h"
+#include "tests/support/OrdinaryUser.h"
+
+namespace {
+
+namespace files = std::filesystem;
+
+class ProcessTableNames : public ProcessTableTest {
+  protected:
+    ProcessTableNames() { makeApplication("root/" + std::string(kApplication)); }
+
+    // How many processes are listed under the application's name.
+    int listedByName() const {
+        const VariableChange change("POS_SYSTEM_ROOT", folder_.path("root").c_str());
+        const auto processes = portability::listProcesses();
+        return static_cast<int>(
+            std::count_if(processes.begin(), processes.end(),
+                          [](const portability::Process& process) { return process.name == "Probed"; }));
+    }
+
+    // Nothing that runs from `file` is listed under the application's name.
+    void expectNotListed(const std::string& file) const {
+        const auto probe = run(file);
+        EXPECT_EQ(listedByName(), 0) << file;
+        EXPECT_TRUE(portability::findProcess(probe->id())) << "it runs all the same";
+    }
+};
+
+}  // namespace
+
+TEST_F(ProcessTableNames, ApplicationsOfTwoRoots_AreEachListedUnderTheirOwnRootAlone) {
+    makeApplication("other/" + std::string(kApplication));
+    const auto first = run("root/" + std::string(kProgram));
+    const auto second = run("other/" + std::string(kProgram));
+    EXPECT_TRUE(isListedUnder("root", first->id()));
+    EXPECT_FALSE(isListedUnder("root", second->id()));
+    EXPECT_TRUE(isListedUnder("other", second->id()));
+    EXPECT_FALSE(isListedUnder("other", first->id()));
+    EXPECT_FALSE(isListedUnder("", first->id()));
+    EXPECT_FALSE(isListedUnder("", second->id()));
+}
+
+TEST_F(ProcessTableNames, RootGivenThroughASymbolicLink_IsTheSameRoot) {
+    const auto probe = run("root/" + std::string(kProgram));
+    files::create_directory_symlink(folder_.path("root"), folder_.path("link"));
+    EXPECT_TRUE(isListedUnder("link", probe->id()));
+}
+
+TEST_F(ProcessTableNames, ApplicationInAFolderBehindASymbolicLink_IsListed) {
+    files::rename(folder_.path("root/Library/Application Support/Example"), folder_.path("moved"));
+    files::create_directory_symlink(folder_.path("moved"),
+                                    folder_.path("root/Library/Application Support/Example"));
+    const auto probe = run("root/" + std::string(kProgram));
+    EXPECT_TRUE(isListedUnder("root", probe->id()));
+}
+
+TEST_F(ProcessTableNames, ExecutableThatIsASymbolicLink_IsListed) {
+    installProbe(folder_.path("elsewhere/Probed"));
+    files::create_directories(files::path(folder_.path("root/" + std::string(kProgram))).parent_path());
+    files::create_symlink(folder_.path("elsewhere/Probed"), folder_.path("root/" + std::string(kProgram)));
+    const auto probe = start("root/" + std::string(kProgram));
+    EXPECT_TRUE(isListedUnder("root", probe->id()));
+}
+
+TEST_F(ProcessTableNames, ApplicationWhoseFileIsDeletedOrReplaced_KeepsItsNameAndItsRoot) {
+    const std::string program = "root/" + std::string(kProgram);
+    const auto probe = run(program);
+    files::remove(folder_.path(program));
+    EXPECT_TRUE(isListedUnder("root", probe->id()));
+    EXPECT_FALSE(isListedUnder("other", probe->id()));
+    EXPECT_EQ(portability::findProcess(probe->id())->name, "Probed");
+    installProbe(folder_.path(program));
+    EXPECT_TRUE(isListedUnder("root", probe->id()));
+    EXPECT_EQ(listedByName(), 1);
+}
+
+TEST_F(ProcessTableNames, ProgramOfTheNameOutsideOfBundles_IsListedUnlessTheRootHasSuchAnApplication) {
+    const auto probe = run("elsewhere/Probed");
+    EXPECT_FALSE(isListedUnder("root", probe->id()));
+    EXPECT_TRUE(isListedUnder("other", probe->id()));
+}
+
+TEST_F(ProcessTableNames, OtherPrograms_AreListedUnderEveryRoot) {
+    const auto probe = run("root/Library/tools/NotProbed");
+    EXPECT_TRUE(isListedUnder("root", probe->id()));
+    EXPECT_TRUE(isListedUnder("other", probe->id()));
+    EXPECT_TRUE(isListedUnder("", probe->id()));
+}
+
+TEST_F(ProcessTableNames, CopyOfTheApplicationElsewhere_IsNotListed) {
+    makeApplication("elsewhere/Probed.app");
+    expectNotListed("elsewhere/Probed.app/Contents/MacOS/Probed");
+    makeApplication("root/Elsewhere/Probed.app");
+    expectNotListed("root/Elsewhere/Probed.app/Contents/MacOS/Probed");
+}
+
+TEST_F(ProcessTableNames, OtherProgramInsideTheApplication_IsNotListed) {
+    expectNotListed("root/" + std::string(kApplication) + "/Contents/Resources/Probed");
+    expectNotListed("root/" + std::string(kApplication) + "/Contents/MacOS/old/Probed");
+    expectNotListed("root/" + std::string(kApplication) + "/Probed");
+}
+
+TEST_F(ProcessTableNames, FileOfTheNameThatIsNotTheExecutable_IsNotListed) {
+    makeApplication("root/" + std::string(kApplication), "NewName");
+    expectNotListed("root/" + std::string(kProgram));
+}
+
+TEST_F(ProcessTableNames, ProgramOfTheNameInAnotherApplicationOfTheRoot_IsNotListed) {
+    makeApplication("root/Applications/Other.app");
+    expectNotListed("root/Applications/Other.app/Contents/MacOS/Probed");
+}
+
+TEST_F(ProcessTableNames, ScriptOfTheName_IsNotListed) {
+    folder_.write("elsewhere/Probed", "#!/bin/sh\n: >\"$0.runs\"\nread -r nothing\n");
+    ASSERT_EQ(chmod(folder_.path("elsewhere/Probed").c_str(), 0755), 0);
+    int input[2];
+    ASSERT_EQ(pipe(input), 0);
+    const pid_t script = fork();
+    if (script == 0) {
+        dup2(input[0], STDIN_FILENO);
+        close(input[1]);
+        execl(folder_.path("elsewhere/Probed").c_str(), "Probed", static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    EXPECT_TRUE(becomesTrue([this] { return files::exists(folder_.path("elsewhere/Probed.runs")); }));
+    EXPECT_EQ(listedByName(), 0);
+    close(input[0]);
+    close(input[1]);
+    waitpid(script, nullptr, 0);
+}
+
+// Its path is that of the application, but in a container (here: in a mount namespace) something else lies
+// there.
+TEST_F(ProcessTableNames, ProgramUnderTheSamePathInAnotherFileSystem_IsNotListed) {
+    NEEDS_ROOT("make a mount namespace");
+    const std::string program = folder_.path("root/" + std::string(kProgram));
+    const std::string application = folder_.path("root/" + std::string(kApplication));
+    int ready[2];
+    ASSERT_EQ(pipe2(ready, O_CLOEXEC), 0);
+    const pid_t process = fork();
+    if (process == 0) {
+        if (!enterMountNamespace() || !mountEmptyFolder(application, "0755")) _exit(1);
+        makeApplication("root/" + std::string(kApplication));
+        installProbe(program);
+        // The pipe closes when the program runs.
+        execl(program.c_str(), program.c_str(), static_cast<char*>(nullptr));
+        _exit(1);
+    }
+    close(ready[1]);
+    char end;
+    EXPECT_EQ(read(ready[0], &end, 1), 0);
+    close(ready[0]);
+    ASSERT_EQ(portability::findProcess(process)->file, program);
+    EXPECT_EQ(listedByName(), 0);
+    kill(process, SIGKILL);
+    waitpid(process, nullptr, 0);
+}
+
+// A program that may be run but not read hides its path from its own user. Nobody knows then whose it is.
+TEST_F(ProcessTableNames, ProgramThatMayNotBeRead_IsNotListed) {
+    NEEDS_ROOT("make a program that its user may not read");
+    const std::string program = folder_.path("elsewhere/Probed");
+    files::create_directories(folder_.path("elsewhere"));
+    files::copy_file("/bin/sleep", program);
+    ASSERT_EQ(chmod(program.c_str(), 0711), 0);
+    ASSERT_EQ(chmod(folder_.path().c_str(), 0755), 0);
+    EXPECT_TRUE(holdsForOrdinaryUser([&] {
+        int ready[2];
+        if (pipe2(ready, O_CLOEXEC) != 0) return false;
+        const pid_t process = fork();
+        if (process == 0) {
+            execl(program.c_str(), program.c_str(), "600", static_cast<char*>(nullptr));
+            _exit(1);
+        }
+        close(ready[1]);
+        char end;
+        const bool runs = read(ready[0], &end, 1) == 0 && portability::findProcess(process).has_value();
+        const bool isHidden = listedByName() == 0;
+        kill(process, SIGKILL);
+        waitpid(process, nullptr, 0);
+        return runs && isHidden;
+    }));
+}
