@@ -27,3 +27,8 @@ endif()
 
 dovrel_bundle_contents(dovrel_resources "${bundle_contents}")
 add_dependencies(dovrel dovrel_resources)
+
+# On systems where a program beside the library shows the alerts.
+if(TARGET dovrel-alert)
+    add_dependencies(dovrel dovrel-alert)
+endif()

@@ -70,12 +70,11 @@ void logUnshownAlert(NSString* body) {
 }
 
 // False when the alert could not be run; else `pressed` is what it returned, which may be any number when the
-// host ends it. The class is found by its name, because it may have come into the process only with the
-// application. No object of C++ lives in a function with @try.
+// host ends it. No object of C++ lives in a function with @try.
 bool runModalAlert(AlertTexts texts, BOOL showsHelp, NSInteger* pressed) {
     bool wasRun = false;
     @try {
-        NSAlert* alert = [[[NSClassFromString(@"NSAlert") alloc] init] autorelease];
+        NSAlert* alert = [[[NSAlert alloc] init] autorelease];
         [alert addButtonWithTitle:texts.firstButton];
         if (texts.secondButton != nil) [alert addButtonWithTitle:texts.secondButton];
         if (showsHelp) {

@@ -4,10 +4,6 @@
 #include <sys/eventfd.h>
 
 #include <atomic>
-#include <condition_variable>
-#include <deque>
-#include <mutex>
-#include <new>
 
 #include "events/ErrnoKeeper.h"
 #include "events/EventEndpoint.h"
@@ -17,6 +13,7 @@
 #include "events/HandlerTable.h"
 #include "events/OwnSignature.h"
 #include "events/ProcessMark.h"
+#include "tasks/CallQueue.h"
 #include "tasks/MainThread.h"
 
 extern "C" {
@@ -28,15 +25,6 @@ void QuitApplicationEventLoop(void);
 namespace portability {
 
 namespace {
-
-// A function on its way to the loop's thread; lives on the stack of the thread that waits for it.
-struct Call {
-    void* (*function)(void*);
-    void* parameter;
-    void* result = nullptr;
-    bool finished = false;
-    bool ran = false;
-};
 
 OSErr quitApplication(const AppleEvent*, AppleEvent*, SRefCon) {
     QuitApplicationEventLoop();
@@ -62,11 +50,12 @@ class EventLoop {
         EventReceiver receiver;
         EventServer server(std::move(claim), wake_.load(), receiver);
         if (!server.isReady()) return;
-        begin();
+        calls_.open();
         const bool hasDefaultQuit = HandlerTable::shared().installIfAbsent(kDefaultQuit);
         while (!quit_.load()) {
             if (server.serve()) drainWakeDescriptor();
-            runCalls();
+            while (calls_.hasCalls() && !quit_.load())
+                calls_.serveOldest();
         }
         if (hasDefaultQuit) HandlerTable::shared().remove(kDefaultQuit);
         end();
@@ -79,27 +68,16 @@ class EventLoop {
         wakeUp();
     }
 
-    bool call(void* (*function)(void*), void* parameter, void** result) {
+    bool call(CallQueue::Procedure procedure, void* parameter, void** result) {
         if (isMainThread() && isRunning()) {
-            *result = function(parameter);
+            *result = procedure(parameter);
             return true;
         }
-        Call call{function, parameter};
-        std::unique_lock<std::mutex> lock(mutex_);
-        if (!running_) return false;
-        calls_.push_back(&call);
-        hasCalls_.store(true);
-        wakeUp();
-        finished_.wait(lock, [&call] { return call.finished; });
-        if (call.ran) *result = call.result;
-        return call.ran;
+        return calls_.run(procedure, parameter, result, wakeUpForCall);
     }
 
   private:
-    bool isRunning() {
-        std::lock_guard<std::mutex> lock(mutex_);
-        return running_;
-    }
+    bool isRunning() const { return calls_.isOpen(); }
 
     // The descriptor lives as long as the process, because a signal handler may be using it at any time. A
     // forked process needs one of its own.
@@ -117,54 +95,29 @@ class EventLoop {
         if (descriptor >= 0) eventfd_write(descriptor, once);
     }
 
+    static void wakeUpForCall();
+
     void drainWakeDescriptor() {
         eventfd_t count;
         eventfd_read(wake_.load(), &count);
     }
 
-    void begin() {
-        std::lock_guard<std::mutex> lock(mutex_);
-        running_ = true;
-    }
-
     void end() {
-        std::lock_guard<std::mutex> lock(mutex_);
-        running_ = false;
+        // The next loop must not be ended by what ended this one.
         quit_.store(false);
-        for (Call* call : calls_)
-            call->finished = true;
-        calls_.clear();
-        hasCalls_.store(false);
-        finished_.notify_all();
-    }
-
-    void runCalls() {
-        while (hasCalls_.load() && !quit_.load()) {
-            std::unique_lock<std::mutex> lock(mutex_);
-            Call* call = calls_.front();
-            calls_.pop_front();
-            hasCalls_.store(!calls_.empty());
-            lock.unlock();
-            void* result = call->function(call->parameter);
-            lock.lock();
-            call->result = result;
-            call->ran = true;
-            call->finished = true;
-            finished_.notify_all();
-        }
+        calls_.close();
     }
 
     std::atomic<int> wake_{-1};
     uint32_t owner_ = 0;
     std::atomic<bool> quit_{false};
-    std::atomic<bool> hasCalls_{false};
-    std::mutex mutex_;
-    std::condition_variable finished_;
-    std::deque<Call*> calls_;
-    bool running_ = false;
+    CallQueue calls_;
 };
 
-EventLoop loop;
+// Never destroyed: other threads may call, and a handler may quit the loop, while the process ends.
+EventLoop& loop = *new EventLoop;
+
+void EventLoop::wakeUpForCall() { loop.wakeUp(); }
 
 }  // namespace
 

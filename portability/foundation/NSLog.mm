@@ -1,6 +1,6 @@
 // The system log of the code that this layer is linked to. Foundation has the same call, but GNUstep 1.28
-// writes in the encoding of the process, and ends the process if the log is used for the first time in an
-// exit handler that is older than Foundation itself.
+// writes in the encoding of the process, sets the host's locale from the environment at its first line, and ends
+// the process if the log is used for the first time in an exit handler that is older than Foundation itself.
 #import <Foundation/Foundation.h>
 
 #include <errno.h>

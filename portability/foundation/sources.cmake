@@ -15,5 +15,6 @@ target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/Paths.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ProcessTable.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Processes.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ReadableHostTexts.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Sysctl.cpp
     ${CMAKE_CURRENT_LIST_DIR}/SystemRoot.cpp)

@@ -42,7 +42,7 @@ Identifier::Identifier(const std::string& name) {
 SystemRootTest::SystemRootTest() {
     setenv("POS_SYSTEM_ROOT", root_.path().c_str(), 1);
     setenv("HOME", root_.path("home").c_str(), 1);
-    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG", "DISPLAY"})
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG", "DISPLAY", "WAYLAND_DISPLAY"})
         unsetenv(variable);
     root_.write(kTexts, kTextsContent);
     // The platform has this folder; the library makes its own in there.

@@ -7,6 +7,7 @@
 //     libraries                      "libraries" and those of the window system that are in the process
 //     thread LINE                    "thread NUMBER" (the system's), then does the line there
 //     loop                           the main thread runs its loop until all threads have ended, "loop"
+//     turn LINE                      the same; first says "inside" and does the line from within the loop
 //
 // Statuses are hexadecimal. Everything but "thread" is done before the next line is read.
 #import <Foundation/Foundation.h>
@@ -36,7 +37,7 @@ void tell(std::string line) {
 }
 
 class Host {
-  public:
+   public:
     explicit Host(const std::string& bundle) : library_(bundle) { library_.InitializePOS(); }
     ~Host() { library_.TerminatePOS(); }
 
@@ -50,9 +51,10 @@ class Host {
         if (what == "libraries") tell(what + windowLibraries());
         if (what == "thread") startThread(rest(words));
         if (what == "loop") runLoop();
+        if (what == "turn") runInsideLoop(rest(words));
     }
 
-  private:
+   private:
     static std::string rest(std::istream& words) {
         std::string text;
         std::getline(words, text);
@@ -80,9 +82,8 @@ class Host {
         void* argument = nullptr;
         uint8_t* result = nullptr;
         uint32_t length = 0;
-        const uint32_t status =
-            library_.posExecuteCMD(application_, &command, static_cast<uint32_t>(name.size()), &argument, 0,
-                                   &result, &length);
+        const uint32_t status = library_.posExecuteCMD(
+            application_, &command, static_cast<uint32_t>(name.size()), &argument, 0, &result, &length);
         library_.posDeleteDLLHeapData(result);
         return status;
     }
@@ -100,7 +101,7 @@ class Host {
         std::ifstream file("/proc/self/maps");
         const std::string maps(std::istreambuf_iterator<char>(file), {});
         std::string found;
-        for (const char* name : {"libgnustep-gui", "libX11"}) {
+        for (const char* name : {"libgnustep-gui", "libX11", "libgtk", "libwayland"}) {
             if (maps.find(name) != std::string::npos) found += std::string(" ") + name;
         }
         return found;
@@ -127,11 +128,50 @@ class Host {
         tell("loop");
     }
 
+    // Defined below, behind the class that the loop calls.
+    void runInsideLoop(const std::string& line);
+
     PosLibrary library_;
     uint32_t application_ = 0;
     std::atomic<int> running_{0};
     std::vector<std::thread> threads_;
 };
+
+}  // namespace
+
+// Takes its turn within the run loop.
+@interface Turn : NSObject {
+   @public
+    Host* host;
+    const std::string* line;
+}
+- (void)take:(NSTimer*)timer;
+@end
+
+@implementation Turn
+
+- (void)take:(NSTimer*)timer {
+    static_cast<void>(timer);
+    tell("inside");
+    host->run(*line);
+}
+
+@end
+
+namespace {
+
+void Host::runInsideLoop(const std::string& line) {
+    Turn* const turn = [[[Turn alloc] init] autorelease];
+    turn->host = this;
+    turn->line = &line;
+    NSTimer* const timer = [NSTimer timerWithTimeInterval:0
+                                                   target:turn
+                                                 selector:@selector(take:)
+                                                 userInfo:nil
+                                                  repeats:NO];
+    [[NSRunLoop currentRunLoop] addTimer:timer forMode:NSDefaultRunLoopMode];
+    runLoop();
+}
 
 }  // namespace
 

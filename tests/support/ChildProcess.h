@@ -27,6 +27,8 @@ class ChildProcess {
 
     void writeLine(const std::string& line);
 
+    pid_t process() const { return process_; }
+
     /// Ends it with the signal, or waits for its end; the exit code, -1 when a signal ended it.
     void signal(int number) const;
     int wait();

@@ -11,12 +11,6 @@ namespace dovrel::test {
 
 namespace {
 
-// Where the window classes put the buttons of an alert: the middle of the last one from the right and lower
-// edge of the window, and the step to the next one.
-constexpr int kFromRight = 44;
-constexpr int kFromBottom = 20;
-constexpr int kStep = 82;
-
 // How often an alert is used, and how often each time is looked whether it has gone.
 constexpr int kUses = 10;
 constexpr int kLooks = 100;
@@ -27,6 +21,11 @@ constexpr int kColoursOfNothing = 20;
 // What the tool answers about the window; "" when it is gone.
 std::string geometryOf(const std::string& window) {
     return outputOf({"xdotool", "getwindowgeometry", "--shell", window});
+}
+
+// The next helper's window may have the number of the last one's.
+std::string processOf(const std::string& window) {
+    return outputOf({"xdotool", "getwindowpid", window});
 }
 
 int numberAfter(const std::string& name, const std::string& geometry) {
@@ -49,15 +48,28 @@ void giveKeyboard(const std::string& window) {
     outputOf({"xdotool", "windowactivate", window});
 }
 
-// The window classes notice what has arrived only when more arrives.
+// GNUstep's window classes notice what has arrived only when more arrives.
 void movePointer() {
     outputOf({"xdotool", "mousemove_relative", "--", "1", "0", "mousemove_relative", "--", "-1", "0"});
 }
 
 }  // namespace
 
+// The buttons are as wide as the longest caption needs, so the second one is clicked where it is with all
+// captions that the tests have.
+const AlertLook& helperAlerts() {
+    static const AlertLook look = {{"--class", "^dovrel-alert$"}, 67, 35, 110, 41};
+    return look;
+}
+
+const AlertLook& gnustepAlerts() {
+    static const AlertLook look = {{"--name", "^Alert$"}, 44, 20, 82, 0};
+    return look;
+}
+
 // The window manager writes into its user's home.
-Desktop::Desktop() : windowManager_({"env", "HOME=" + home_.path(), "openbox", "--sm-disable"}, "/dev/null") {
+Desktop::Desktop(const AlertLook& look)
+    : look_(look), windowManager_({"env", "HOME=" + home_.path(), "openbox", "--sm-disable"}, "/dev/null") {
     // Once it does what it is told, it is ready for windows; those that come before may get wrong measures.
     if (!waitUntil([] {
             outputOf({"xdotool", "set_num_desktops", "1"});
@@ -68,7 +80,9 @@ Desktop::Desktop() : windowManager_({"env", "HOME=" + home_.path(), "openbox", "
 }
 
 std::vector<std::string> Desktop::alerts() const {
-    std::istringstream lines(outputOf({"xdotool", "search", "--onlyvisible", "--name", "^Alert$"}));
+    std::vector<std::string> search = {"xdotool", "search", "--onlyvisible"};
+    search.insert(search.end(), look_.search.begin(), look_.search.end());
+    std::istringstream lines(outputOf(search));
     std::vector<std::string> windows;
     for (std::string window; std::getline(lines, window);)
         windows.push_back(window);
@@ -76,9 +90,14 @@ std::vector<std::string> Desktop::alerts() const {
     return windows;
 }
 
-bool Desktop::isOpen(const std::string& window) const {
+std::string Desktop::titleOf(const std::string& window) {
+    const std::string line = outputOf({"xdotool", "getwindowname", window});
+    return line.substr(0, line.find('\n'));
+}
+
+bool Desktop::isOpen(const std::string& window, const std::string& process) const {
     const std::vector<std::string> open = alerts();
-    return std::find(open.begin(), open.end(), window) != open.end();
+    return std::find(open.begin(), open.end(), window) != open.end() && processOf(window) == process;
 }
 
 std::string Desktop::waitForAlert() {
@@ -100,9 +119,9 @@ std::string Desktop::waitForAlert() {
     return found;
 }
 
-bool Desktop::closes(const std::string& window) const {
+bool Desktop::closes(const std::string& window, const std::string& process) const {
     for (int look = 0; look < kLooks; ++look) {
-        if (!isOpen(window)) return true;
+        if (!isOpen(window, process)) return true;
         movePointer();
     }
     return false;
@@ -114,22 +133,32 @@ template <typename Use>
 bool Desktop::answer(const Use& use) {
     const std::string window = waitForAlert();
     if (window.empty()) return false;
+    const std::string process = processOf(window);
     for (int attempt = 0; attempt < kUses; ++attempt) {
         use(window);
-        if (closes(window)) return true;
+        if (closes(window, process)) return true;
     }
     return false;
 }
 
 bool Desktop::clickButton(int fromRight) {
-    return answer([fromRight](const std::string& window) {
-        const std::string geometry = geometryOf(window);
-        outputOf({"xdotool", "mousemove", "--window", window,
-                  std::to_string(numberAfter("WIDTH=", geometry) - kFromRight - kStep * fromRight),
-                  std::to_string(numberAfter("HEIGHT=", geometry) - kFromBottom), "mousedown", "1"});
-        movePointer();
-        outputOf({"xdotool", "mouseup", "1"});
+    return answer([this, fromRight](const std::string& window) {
+        const int width = numberAfter("WIDTH=", geometryOf(window));
+        click(window, width - look_.fromRight - look_.step * fromRight);
     });
+}
+
+void Desktop::clickHelp() {
+    click(waitForAlert(), look_.helpFromLeft);
+}
+
+// In the row of the buttons.
+void Desktop::click(const std::string& window, int fromLeft) const {
+    const int height = numberAfter("HEIGHT=", geometryOf(window));
+    outputOf({"xdotool", "mousemove", "--window", window, std::to_string(fromLeft),
+              std::to_string(height - look_.fromBottom), "mousedown", "1"});
+    movePointer();
+    outputOf({"xdotool", "mouseup", "1"});
 }
 
 bool Desktop::pressKey(const std::string& key) {

@@ -10,10 +10,23 @@
 
 namespace dovrel::test {
 
+/// How alerts look: by what the tool finds their windows, and where their buttons are, in pixels.
+struct AlertLook {
+    std::vector<std::string> search;
+    int fromRight;     ///< from the window's right edge to the middle of the first button
+    int fromBottom;    ///< from the lower edge to the middle of the buttons
+    int step;          ///< from the first button to the next one at its left
+    int helpFromLeft;  ///< from the window's left edge to the middle of the Help button
+};
+
+/// Those of the helper, and those of GNUstep's window classes.
+const AlertLook& helperAlerts();
+const AlertLook& gnustepAlerts();
+
 class Desktop {
   public:
     /// Returns when the window manager works. While the object lives, DISPLAY names the screen.
-    Desktop();
+    explicit Desktop(const AlertLook& look = helperAlerts());
 
     /// Waits until an alert is open, has the keyboard and does not move any more; answers its window, "" when
     /// none comes within half a minute.
@@ -22,10 +35,16 @@ class Desktop {
     /// The windows of the alerts that are open now.
     std::vector<std::string> alerts() const;
 
+    /// What stands in the title bar of the alert's window.
+    static std::string titleOf(const std::string& window);
+
     // Answers the alert that is open, or comes: uses it until its window is gone. False when that does not
     // happen. Buttons are counted from the right, 0 is the first.
     bool clickButton(int fromRight);
     bool pressKey(const std::string& key);
+
+    /// Clicks where the Help button is, or would be, in the alert that is open, or comes.
+    void clickHelp();
 
     /// The greatest number of alerts that have been seen at one time.
     size_t mostAlerts() const { return mostAlerts_; }
@@ -41,9 +60,11 @@ class Desktop {
   private:
     template <typename Use>
     bool answer(const Use& use);
-    bool isOpen(const std::string& window) const;
-    bool closes(const std::string& window) const;
+    void click(const std::string& window, int fromLeft) const;
+    bool isOpen(const std::string& window, const std::string& process) const;
+    bool closes(const std::string& window, const std::string& process) const;
 
+    const AlertLook& look_;
     TemporaryFolder home_;
     Screen screen_;
     ChildProcess windowManager_;

@@ -112,7 +112,8 @@ void TestRoot::setEnvironment() {
     setVariable("XDG_RUNTIME_DIR", path() + "/run");
     setVariable("HOME", path() + "/home");
     setVariable("LC_ALL", "C.UTF-8");
-    setVariable("DISPLAY", std::nullopt);
+    for (const char* variable : {"DISPLAY", "POS_ALERTS", "WAYLAND_DISPLAY"})
+        setVariable(variable, std::nullopt);
     // A server has no standard error on which a sanitizer could complain. This process has read its own
     // options already.
     const std::string reports = "log_path=" + path() + kReports + "/sanitizer";

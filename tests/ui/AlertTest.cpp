@@ -1,13 +1,9 @@
 #include "tests/ui/AlertTest.h"
 
-#include <unistd.h>
-
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 
+#include "tests/support/RootProcesses.h"
 #include "tests/support/WaitUntil.h"
 
 namespace dovrel::test {
@@ -18,34 +14,12 @@ constexpr char kTexts[] =
     "Library/Application Support/Tessilor/pos/Dovrel.bundle/Contents/Resources/"
     "MultiLanguageTexts.mls";
 
-std::string contentOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
-}
-
-bool isNumber(const std::string& text) {
-    return text.find_first_not_of("0123456789") == std::string::npos;
-}
-
-/// The names of the running programs that have the environment of that root.
-std::string programsStartedIn(const std::string& root) {
-    std::string names;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-        if (!isNumber(entry.path().filename()) || entry.path().filename() == std::to_string(getpid()))
-            continue;
-        const std::string environment = contentOf(entry.path() / "environ");
-        if (environment.find("POS_SYSTEM_ROOT=" + root) != std::string::npos)
-            names += contentOf(entry.path() / "comm");
-    }
-    return names;
-}
-
 }  // namespace
 
-AlertTest::AlertTest() {
+AlertTest::AlertTest(const AlertLook& look) : desktop_(look) {
     setenv("POS_SYSTEM_ROOT", root_.path().c_str(), 1);
     setenv("HOME", root_.path("home").c_str(), 1);
-    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"})
+    for (const char* variable : {"LANG", "LC_ALL", "LC_MESSAGES", "POS_ALERTS", "WAYLAND_DISPLAY"})
         unsetenv(variable);
     root_.write("home/.keep", "");
     root_.write("log", "");
@@ -59,8 +33,7 @@ AlertTest::~AlertTest() {
     host_.reset();
     if (HasFailure()) std::cerr << "The host's system log:\n" << log() << std::endl;
     // A host that is stopped while its leak checker works leaves that to end by itself, at once.
-    waitUntil([this] { return programsStartedIn(root_.path()).empty(); });
-    EXPECT_EQ(programsStartedIn(root_.path()), "");
+    EXPECT_TRUE(waitUntil([this] { return processesOf(root_.path()).empty(); })) << "a program still runs";
 }
 
 void AlertTest::start(const std::vector<std::string>& arguments) {

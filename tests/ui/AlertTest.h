@@ -16,7 +16,7 @@ namespace dovrel::test {
 
 class AlertTest : public testing::Test {
   protected:
-    AlertTest();
+    explicit AlertTest(const AlertLook& look = helperAlerts());
     ~AlertTest() override;
 
     /// Starts the host with the arguments, or another program; its system log goes to a file.

@@ -29,8 +29,7 @@ HelpTest::HelpTest() {
     setenv("POS_SYSTEM_ROOT", root_.path().c_str(), 1);
     setenv("HOME", root_.path("home").c_str(), 1);
     setenv("PATH", (root_.path("bin") + ":/usr/bin:/bin").c_str(), 1);
-    unsetenv("DISPLAY");
-    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"})
+    for (const char* variable : {"DISPLAY", "LANG", "LC_ALL", "LC_MESSAGES", "POS_ALERTS", "WAYLAND_DISPLAY"})
         unsetenv(variable);
     root_.write("home/.keep", "");
     // Written under another name first, so that the note is complete once it can be seen.
@@ -62,6 +61,10 @@ void HelpTest::removeHelp(const std::string& language) const {
 
 void HelpTest::removeStartPage(const std::string& language) const {
     EXPECT_TRUE(std::filesystem::remove(root_.path(inContents(folderOf(language) + "/index.html"))));
+}
+
+void HelpTest::setHelper(const std::string& helper) const {
+    std::filesystem::create_symlink(helper, root_.path(inContents("MacOS/dovrel-alert")));
 }
 
 std::string HelpTest::program() const {

@@ -25,6 +25,9 @@ class HelpTest : public testing::Test {
     void removeHelp(const std::string& language) const;
     void removeStartPage(const std::string& language) const;
 
+    /// Has the application's alerts shown by that program.
+    void setHelper(const std::string& helper) const;
+
     /// The application's program.
     std::string program() const;
 

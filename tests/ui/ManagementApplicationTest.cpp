@@ -1,5 +1,8 @@
 #include "ui/ManagementApplication.h"
 
+#include <memory>
+#include <vector>
+
 #include "tests/support/Desktop.h"
 #include "tests/ui/HelpTest.h"
 
@@ -30,24 +33,35 @@ TEST_F(ManagementApplicationTest, ApplicationWithoutPropertyList_IsNot) {
 
 class AlertHelpTest : public ManagementApplicationTest {
   protected:
-    /// The first line of an application with that identifier that shows an alert; it has answered it then.
-    std::string firstLineOf(const std::string& identifier) {
+    void startAs(const std::string& identifier) {
         addHelp();
         setIdentifier(identifier);
-        test::Desktop desktop;
-        test::ChildProcess application({program(), "helpalert", "0", "Title", "Body"});
-        EXPECT_TRUE(desktop.clickButton(0));
-        return application.readLine();
+        setHelper(DOVREL_ALERT_HELPER);
+        application_ = std::make_unique<test::ChildProcess>(
+            std::vector<std::string>{program(), "show", "0", "Title", "Body"});
     }
+
+    test::Desktop desktop_;
+    std::unique_ptr<test::ChildProcess> application_;
 };
 
-TEST_F(AlertHelpTest, AlertOfTheManagementApplication_HasAHelpButtonThatOpensTheStartPage) {
-    EXPECT_EQ(firstLineOf("com.quernvale.halcon"), "help");
+TEST_F(AlertHelpTest, AlertOfTheManagementApplication_HasAHelpButtonThatOpensTheStartPageAndItStays) {
+    startAs("com.quernvale.halcon");
+    EXPECT_TRUE(desktop_.takePicture("alert-help"));
+    desktop_.clickHelp();
     EXPECT_EQ(openedPage(), "Resources/Helpsystem/Helpsystem English RC MacOSX/index.html");
+    desktop_.clickHelp();
+    EXPECT_EQ(openedPage(), "Resources/Helpsystem/Helpsystem English RC MacOSX/index.html");
+    EXPECT_FALSE(application_->hasLine(0));
+    EXPECT_TRUE(desktop_.clickButton(0));
+    EXPECT_EQ(application_->readLine(), "answer 12");
 }
 
 TEST_F(AlertHelpTest, AlertOfAnyOtherApplication_HasNone) {
-    EXPECT_EQ(firstLineOf("com.example.host"), "answer 12");
+    startAs("com.example.host");
+    desktop_.clickHelp();
+    EXPECT_TRUE(desktop_.clickButton(0));
+    EXPECT_EQ(application_->readLine(), "answer 12");
     EXPECT_TRUE(openedNothing());
 }
 

@@ -2,52 +2,44 @@
 //
 //     alertHost show KIND TITLE BODY [KIND TITLE BODY]...
 //         one after the other; "answer N" after each
-//     alertHost inspect KIND TITLE BODY
-//         "text ..." and "button ..." for what stands in the open alert, "end", then "answer N"
 //     alertHost thread KIND TITLE BODY
-//         in a task, while the main thread waits for a line before it runs its loop
-//     alertHost state KIND TITLE BODY FILE...
-//         "changed ..." for each thing of the host's that is not as before
+//         in a task, while the main thread waits for a line
+//     alertHost loop KIND TITLE BODY
+//         in a task, while the main thread runs Foundation's loop
+//     alertHost state KIND TITLE BODY ARGUMENT...
+//         "changed ..." for each thing of the host's that is not as before, "end"
 //     alertHost memory KIND TITLE BODY
-//         "window library before" and "after", if it is in the process by then
+//         "window library" if one is in the process afterwards, "end"
 //     alertHost reserved KIND TITLE BODY
 //         twice, with different values of the reserved argument
-//     alertHost content KIND TITLE BODY RETURN...
-//         an alert for each RETURN, which the window classes give back at once; before each answer
-//         "message ...", "informative ...", "style N", "help N", and "button ..." for each one added
 //     alertHost pause KIND TITLE BODY
 //         twice, with a wait for a line in between
-//     alertHost ties KIND TITLE BODY
-//         then has the window classes look for other programs; "end"
 //     alertHost help
 //         opens the help pages; "status N"
 //     alertHost helpbutton
 //         presses the Help button of an alert; "shown" when it is taken care of
-//     alertHost helpalert KIND TITLE BODY
-//         "help" when the alert has a Help button and its press is taken care of, then "answer N"
 //     alertHost management
 //         "yes" when this is the management application, else "no"
-#import <AppKit/AppKit.h>
-#include <CoreServices/CoreServices.h>
-#include <objc/runtime.h>
+#import <Foundation/Foundation.h>
 #include <signal.h>
-#include <unistd.h>
 
 #include <atomic>
-#include <clocale>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "settings/MultiLanguageSupport.h"
+#include "tests/support/HostState.h"
 #include "ui/HelpPages.h"
 #include "ui/MacOSXMessageDialog.h"
 #include "ui/ManagementApplication.h"
+
+@interface NSObject (DelegateOfAlerts)
+- (BOOL)alertShowHelp:(id)alert;
+@end
 
 namespace {
 
@@ -55,99 +47,49 @@ using Arguments = std::vector<std::string>;
 
 void tell(const std::string& line) { std::cout << line << std::endl; }
 
-int show(const Arguments& arguments, size_t first, int reserved = 0) {
+void show(const Arguments& arguments, size_t first, int reserved = 0) {
     dovrel::MacOSXMessageDialog dialog;
     const int answer = dialog.showAlert(arguments[first + 1].c_str(), arguments[first + 2].c_str(),
                                         std::stoi(arguments[first]), reserved);
     tell("answer " + std::to_string(answer));
-    return answer;
 }
 
-std::string oneLine(NSString* text) {
-    return [[text stringByReplacingOccurrencesOfString:@"\n" withString:@"|"] UTF8String];
+void waitForLine() {
+    std::string line;
+    std::getline(std::cin, line);
 }
 
 bool hasWindowLibrary() {
     std::ifstream maps("/proc/self/maps");
     const std::string content(std::istreambuf_iterator<char>(maps), {});
-    return content.find("libgnustep-gui") != std::string::npos;
+    for (const char* library : {"libgnustep-gui", "libX11", "libwayland", "libgtk", "libgdk"})
+        if (content.find(library) != std::string::npos) return true;
+    return false;
 }
 
-std::vector<std::string> hostState() {
-    std::vector<std::string> state;
-    for (int number = 1; number < NSIG; ++number) {
-        struct sigaction action = {};
-        if (sigaction(number, nullptr, &action) != 0) continue;
-        char text[64];
-        std::snprintf(text, sizeof text, "signal %d %p %x", number,
-                      reinterpret_cast<void*>(action.sa_handler), static_cast<unsigned>(action.sa_flags));
-        state.push_back(text);
-    }
-    char folder[4096] = "";
-    state.push_back(std::string("folder ") + getcwd(folder, sizeof folder));
-    state.push_back(std::string("locale ") + std::setlocale(LC_ALL, nullptr));
-    NSArray* arguments = [[NSProcessInfo processInfo] arguments];
+std::vector<std::string> argumentsOfProcess() {
+    NSArray* const arguments = [[NSProcessInfo processInfo] arguments];
+    std::vector<std::string> texts;
     for (NSUInteger index = 0; index < [arguments count]; ++index)
-        state.push_back("argument " + oneLine([arguments objectAtIndex:index]));
-    return state;
+        texts.push_back([[arguments objectAtIndex:index] UTF8String]);
+    return texts;
 }
 
 void ignoreSignal(int) {}
 
-}  // namespace
-
-// Looks into the open alert from within its own loop.
-@interface AlertInspector : NSObject
-- (void)inspect:(NSTimer*)timer;
-@end
-
-@implementation AlertInspector
-
-- (void)tellView:(NSView*)view {
-    if ([view isHidden]) return;
-    if ([view isKindOfClass:NSClassFromString(@"NSButton")]) {
-        // The alert's picture is a button, too.
-        NSButton* button = (NSButton*)view;
-        if ([button imagePosition] != NSImageOnly) tell("button " + oneLine([button title]));
-    } else if ([view isKindOfClass:NSClassFromString(@"NSTextField")]) {
-        tell("text " + oneLine([(NSTextField*)view stringValue]));
-    }
-    for (NSUInteger index = 0; index < [[view subviews] count]; ++index)
-        [self tellView:[[view subviews] objectAtIndex:index]];
-}
-
-- (void)inspect:(NSTimer*)timer {
-    NSWindow* window = [[NSClassFromString(@"NSApplication") sharedApplication] modalWindow];
-    if (window == nil) return;
-    [timer invalidate];
-    [self tellView:[window contentView]];
-    tell("end");
-}
-
-@end
-
-namespace {
-
-void startInspection() {
-    AlertInspector* inspector = [[AlertInspector alloc] init];
-    NSTimer* timer = [NSTimer timerWithTimeInterval:0.05
-                                             target:inspector
-                                           selector:@selector(inspect:)
-                                           userInfo:nil
-                                            repeats:YES];
-    [[NSRunLoop currentRunLoop] addTimer:timer forMode:@"NSModalPanelRunLoopMode"];
-    [inspector release];
-}
-
 int runThread(const Arguments& arguments) {
+    std::thread task([&] { show(arguments, 0); });
+    waitForLine();
+    task.join();
+    return 0;
+}
+
+int runLoop(const Arguments& arguments) {
     std::atomic<bool> done{false};
     std::thread task([&] {
         show(arguments, 0);
         done = true;
     });
-    tell("waiting");
-    std::string line;
-    std::getline(std::cin, line);
     while (!done) {
         [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
                                  beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.05]];
@@ -161,26 +103,22 @@ int runState(const Arguments& arguments) {
     action.sa_handler = ignoreSignal;
     for (int number : {SIGINT, SIGCHLD, SIGPIPE}) sigaction(number, &action, nullptr);
     signal(SIGTERM, SIG_IGN);
-    const std::vector<std::string> before = hostState();
+    const dovrel::test::HostState before;
+    const std::vector<std::string> argumentsBefore = argumentsOfProcess();
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
     [[[NSObject alloc] init] autorelease];
     show(arguments, 0);
     if ([pool autoreleaseCount] != 1) tell("changed the host's pool");
     [pool release];
-    const std::vector<std::string> after = hostState();
-    for (size_t index = 0; index < before.size() || index < after.size(); ++index) {
-        const std::string old = index < before.size() ? before[index] : "nothing";
-        const std::string now = index < after.size() ? after[index] : "nothing";
-        if (old != now) tell("changed " + old + " to " + now);
-    }
+    if (argumentsOfProcess() != argumentsBefore) tell("changed the arguments");
+    for (const std::string& change : before.changes()) tell("changed " + change);
     tell("end");
     return 0;
 }
 
 int runMemory(const Arguments& arguments) {
-    if (hasWindowLibrary()) tell("window library before");
     show(arguments, 0);
-    if (hasWindowLibrary()) tell("window library after");
+    if (hasWindowLibrary()) tell("window library");
     tell("end");
     return 0;
 }
@@ -192,17 +130,8 @@ int runReserved(const Arguments& arguments) {
 
 int runPause(const Arguments& arguments) {
     show(arguments, 0);
-    std::string line;
-    std::getline(std::cin, line);
+    waitForLine();
     show(arguments, 0);
-    return 0;
-}
-
-int runTies(const Arguments& arguments) {
-    show(arguments, 0);
-    // It is the window classes' way to tell other programs of what goes on.
-    if ([[NSClassFromString(@"NSWorkspace") sharedWorkspace] notificationCenter] == nil) tell("no workspace");
-    tell("end");
     return 0;
 }
 
@@ -217,43 +146,6 @@ int runHelpButton() {
     return 0;
 }
 
-void setShowsHelp(id alert, SEL, BOOL shows) {
-    if (shows && [[alert delegate] alertShowHelp:alert]) tell("help");
-}
-
-// Not every version of the window classes draws the Help button, so it is pressed when the alert gets it.
-int runHelpAlert(const Arguments& arguments) {
-    NSApplicationLoad();
-    const Method button =
-        class_getInstanceMethod(NSClassFromString(@"NSAlert"), @selector(setShowsHelp:));
-    method_setImplementation(button, reinterpret_cast<IMP>(reinterpret_cast<void (*)()>(setShowsHelp)));
-    show(arguments, 0);
-    return 0;
-}
-
-NSInteger returned = 0;
-
-NSInteger tellContent(id alert, SEL) {
-    tell("message " + oneLine([alert messageText]));
-    tell("informative " + oneLine([alert informativeText]));
-    tell("style " + std::to_string([alert alertStyle]));
-    tell("help " + std::to_string([alert showsHelp]));
-    for (NSUInteger index = 0; index < [[alert buttons] count]; ++index)
-        tell("button " + oneLine([[[alert buttons] objectAtIndex:index] title]));
-    return returned;
-}
-
-int runContent(const Arguments& arguments) {
-    NSApplicationLoad();
-    const Method run = class_getInstanceMethod(NSClassFromString(@"NSAlert"), @selector(runModal));
-    method_setImplementation(run, reinterpret_cast<IMP>(reinterpret_cast<void (*)()>(tellContent)));
-    for (size_t index = 3; index < arguments.size(); ++index) {
-        returned = std::stoi(arguments[index]);
-        show(arguments, 0);
-    }
-    return 0;
-}
-
 int runManagement() {
     tell(dovrel::isManagementApplication() ? "yes" : "no");
     return 0;
@@ -264,13 +156,10 @@ int run(const std::string& mode, const Arguments& arguments) {
     if (mode == "helpbutton") return runHelpButton();
     if (mode == "management") return runManagement();
     dovrel::MultiLanguageSupport::initialize("English");
-    if (mode == "helpalert") return runHelpAlert(arguments);
-    if (mode == "content") return runContent(arguments);
     if (mode == "reserved") return runReserved(arguments);
-    if (mode == "ties") return runTies(arguments);
     if (mode == "pause") return runPause(arguments);
-    if (mode == "inspect") startInspection();
     if (mode == "thread") return runThread(arguments);
+    if (mode == "loop") return runLoop(arguments);
     if (mode == "state") return runState(arguments);
     if (mode == "memory") return runMemory(arguments);
     for (size_t first = 0; first + 2 < arguments.size(); first += 3) show(arguments, first);

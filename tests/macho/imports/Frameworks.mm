@@ -104,7 +104,6 @@ void addApplicationLayer(ImportTable& table) {
     ENTER(kApplicationServices, GetCurrentProcess);
     ENTER(kApplicationServices, GetProcessPID);
     ENTER(kCarbon, AESend);
-    ENTER(kFoundation, NSClassFromString);
     ENTER(kFoundation, NSLog);
     ENTER(kAppKit, NSApplicationLoad);
 }

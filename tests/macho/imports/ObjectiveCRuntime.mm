@@ -3,7 +3,7 @@
 
 #include "tests/macho/imports/ReviewedLibraries.h"
 #include "tests/macho/objc/MessageSend.h"
-#include "tests/macho/objc/PlatformClass.h"
+#include "tests/macho/objc/PlatformClasses.h"
 
 namespace dovrel::macho {
 
@@ -12,10 +12,12 @@ namespace {
 constexpr char kLibrary[] = "/usr/lib/libobjc.A.dylib";
 constexpr char kCoreFoundation[] =
     "/System/Library/Frameworks/CoreFoundation.framework/Versions/A/CoreFoundation";
+constexpr char kAppKit[] = "/System/Library/Frameworks/AppKit.framework/Versions/C/AppKit";
 constexpr char kFoundation[] = "/System/Library/Frameworks/Foundation.framework/Versions/C/Foundation";
 
 // Classes by their names on macOS, and where they are at home there.
-constexpr std::pair<const char*, const char*> kClasses[] = {{kCoreFoundation, "NSMutableArray"},
+constexpr std::pair<const char*, const char*> kClasses[] = {{kAppKit, "NSAlert"},
+                                                            {kCoreFoundation, "NSMutableArray"},
                                                             {kCoreFoundation, "NSObject"},
                                                             {kFoundation, "NSAutoreleasePool"},
                                                             {kFoundation, "NSFileManager"},

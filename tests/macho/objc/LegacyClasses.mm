@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "tests/macho/objc/PlatformClass.h"
+#include "tests/macho/objc/PlatformClasses.h"
 #include "tests/macho/objc/PointerSection.h"
 
 namespace dovrel::macho {

@@ -3,8 +3,13 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
+
+#include "tests/portability/support/VariableChange.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
@@ -63,6 +68,28 @@ TEST_F(NSLogTest, ProcessWithoutStandardError_GoesOn) {
         std::_Exit(0);
     };
     EXPECT_EXIT(closeAndLog(), testing::ExitedWithCode(0), "^$");
+}
+
+TEST_F(NSLogTest, Format_IsFilledIn) {
+    testing::internal::CaptureStderr();
+    NSLog(@"%@ is %d of %s", @"one", 1, "two");
+    const std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_TRUE(endsWith(log, "] one is 1 of two\n")) << log;
+}
+
+TEST_F(NSLogTest, LongTexts_AreWhole) {
+    const std::string text(100000, 'x');
+    EXPECT_TRUE(endsWith(logOf([NSString stringWithUTF8String:text.c_str()]), "<" + text + ">\n"));
+}
+
+TEST_F(NSLogTest, TheHostsLocaleAndHomeFolder_StayAsTheyAre) {
+    const dovrel::test::TemporaryFolder home;
+    const VariableChange homeFolder("HOME", home.path().c_str());
+    const VariableChange locale("LC_ALL", "C.UTF-8");
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    logOf(@"text");
+    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
+    EXPECT_TRUE(std::filesystem::is_empty(home.path()));
 }
 
 }  // namespace

@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <vector>
 
 #include "../events/TemporaryEnvironment.h"
 #include "WaitingThreads.h"
-#include "tests/support/Screen.h"
 
 extern "C" {
 // The platform exports both in 64-bit programs, too, but declares them only for 32-bit ones.
@@ -32,14 +32,87 @@ void* visit(void* parameter) {
 
 class RemoteCall : public testing::Test {
    protected:
-    void SetUp() override { unsetenv("DISPLAY"); }
-
     void* call(MPRemoteProcedure procedure) {
+        ++calls_;
         return MPRemoteCall(procedure, &seen_, kMPOwningProcessRemoteContext);
     }
 
+    /// Calls until the main thread has served a call. Until its loop runs, the calls run in place.
+    void* callUntilServed() {
+        void* result = nullptr;
+        do {
+            result = call(visit);
+        } while (seen_.thread != mainThread_);
+        return result;
+    }
+
     TemporaryEnvironment environment_;
+    const std::thread::id mainThread_ = std::this_thread::get_id();
     Visit seen_;
+    std::atomic<int> calls_{0};
+};
+
+}  // namespace
+
+// Fires inside the run loop of the main thread.
+@interface LoopVisitor : NSObject {
+   @public
+    std::atomic<bool>* isInside;
+    std::future<void>* awaited;  // what to wait for inside the loop, if anything
+}
+- (void)visit:(NSTimer*)timer;
+@end
+
+@implementation LoopVisitor
+
+- (void)visit:(NSTimer*)timer {
+    static_cast<void>(timer);
+    *isInside = true;
+    if (awaited != nullptr) awaited->wait_for(kLongEnough);
+}
+
+@end
+
+namespace {
+
+/// Foundation's run loop of the main thread, with a timer that fires in it.
+class RunLoop {
+   public:
+    explicit RunLoop(NSString* mode = NSDefaultRunLoopMode, std::future<void>* awaited = nullptr)
+        : mode_(mode) {
+        visitor_->isInside = &isInside_;
+        visitor_->awaited = awaited;
+        NSTimer* const timer = [NSTimer timerWithTimeInterval:0.01
+                                                       target:visitor_
+                                                     selector:@selector(visit:)
+                                                     userInfo:nil
+                                                      repeats:YES];
+        [[NSRunLoop currentRunLoop] addTimer:timer forMode:mode_];
+        timer_ = timer;
+    }
+    ~RunLoop() {
+        [timer_ invalidate];
+        [pool_ release];
+    }
+
+    bool isInside() const { return isInside_; }
+
+    /// Runs the loop until the future is there.
+    template <class Result>
+    void runUntil(std::future<Result>& task) const {
+        const auto giveUp = std::chrono::steady_clock::now() + kLongEnough;
+        while (task.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+            if (std::chrono::steady_clock::now() > giveUp) std::terminate();
+            [[NSRunLoop currentRunLoop] runMode:mode_ beforeDate:[NSDate dateWithTimeIntervalSinceNow:10]];
+        }
+    }
+
+   private:
+    NSAutoreleasePool* const pool_ = [[NSAutoreleasePool alloc] init];
+    LoopVisitor* const visitor_ = [[[LoopVisitor alloc] init] autorelease];
+    NSString* const mode_;
+    std::atomic<bool> isInside_{false};
+    NSTimer* timer_;
 };
 
 TEST_F(RemoteCall, OnTheMainThread_RunsDirectly) {
@@ -48,24 +121,34 @@ TEST_F(RemoteCall, OnTheMainThread_RunsDirectly) {
 }
 
 // The platform would wait for a loop that never comes.
-TEST_F(RemoteCall, InATaskWithoutWindowsAndWithoutALoop_RunsInPlace) {
-    for (const char* display : {"", ":no such server"}) {
-        setenv("DISPLAY", display, 1);
-        auto task = inThread([this] { return std::make_pair(call(visit), std::this_thread::get_id()); });
-        const auto [result, thread] = resultOf(task);
-        EXPECT_EQ(result, &seen_);
-        EXPECT_EQ(seen_.thread, thread) << display;
-    }
+TEST_F(RemoteCall, InATaskWhileTheMainThreadRunsNoLoop_RunsInPlace) {
+    auto task = inThread([this] { return std::make_pair(call(visit), std::this_thread::get_id()); });
+    const auto [result, thread] = resultOf(task);
+    EXPECT_EQ(result, &seen_);
+    EXPECT_EQ(seen_.thread, thread);
+    EXPECT_EQ(seen_.count, 1);
+}
+
+TEST_F(RemoteCall, InATaskAfterTheMainThreadHasLeftItsLoops_RunsInPlace) {
+    auto inRunLoop = inThread([&] { callUntilServed(); });
+    RunLoop().runUntil(inRunLoop);
+    auto inEventLoop = inThread([&] {
+        seen_.thread = {};
+        callUntilServed();
+        QuitApplicationEventLoop();
+    });
+    RunApplicationEventLoop();
+    inEventLoop.get();
+    auto task = inThread([this] { return std::make_pair(call(visit), std::this_thread::get_id()); });
+    const auto [result, thread] = resultOf(task);
+    EXPECT_EQ(result, &seen_);
+    EXPECT_EQ(seen_.thread, thread);
+    EXPECT_EQ(seen_.count, calls_);
 }
 
 TEST_F(RemoteCall, InATask_RunsOnTheMainThreadInsideItsEventLoop) {
-    const std::thread::id mainThread = std::this_thread::get_id();
     auto task = inThread([&] {
-        // Until the loop runs, the calls run in place.
-        void* result = nullptr;
-        do {
-            result = call(visit);
-        } while (seen_.thread != mainThread);
+        void* const result = callUntilServed();
         QuitApplicationEventLoop();
         return result;
     });
@@ -101,19 +184,71 @@ TEST_F(RemoteCall, InManyTasks_EachRunsOnceInsideTheEventLoop) {
     EXPECT_EQ(seen_.thread, std::this_thread::get_id());
 }
 
-TEST_F(RemoteCall, InATaskOfAProcessWithWindows_RunsOnTheMainThreadInsideItsRunLoop) {
-    const dovrel::test::Screen screen;
-    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    const auto giveUp = std::chrono::steady_clock::now() + kLongEnough;
-    auto task = inThread([this] { return call(visit); });
-    while (seen_.count == 0 && std::chrono::steady_clock::now() < giveUp) {
-        [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
-                                 beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.05]];
-    }
-    EXPECT_EQ(resultOf(task), &seen_);
-    EXPECT_EQ(seen_.thread, std::this_thread::get_id());
+TEST_F(RemoteCall, InATask_RunsOnTheMainThreadInsideItsRunLoop) {
+    const RunLoop loop;
+    auto task = inThread([&] {
+        while (!loop.isInside()) std::this_thread::yield();
+        return callUntilServed();
+    });
+    loop.runUntil(task);
+    EXPECT_EQ(task.get(), &seen_);
+}
+
+// What the main thread waits for cannot wait for the main thread.
+TEST_F(RemoteCall, InATaskThatTheMainThreadWaitsForInsideItsRunLoop_RunsInPlaceAndOnce) {
+    std::thread::id thread;
+    std::future<void> task;
+    const RunLoop loop(NSDefaultRunLoopMode, &task);
+    task = inThread([&] {
+        while (!loop.isInside()) std::this_thread::yield();
+        call(visit);
+        thread = std::this_thread::get_id();
+    });
+    loop.runUntil(task);
+    EXPECT_EQ(seen_.thread, thread);
+    // What is left of the call in the loop must not run it again.
+    auto next = inThread([&] {
+        callUntilServed();
+    });
+    loop.runUntil(next);
+    EXPECT_EQ(seen_.count, calls_);
+}
+
+TEST_F(RemoteCall, InATaskThatTheMainThreadWaitsForInsideItsEventLoop_RunsInPlaceAndOnce) {
+    struct Waiting {
+        Visit* seen;
+        std::thread::id thread;
+    } waiting{&seen_, {}};
+    const auto callInAThread = [](void* parameter) -> void* {
+        Waiting& all = *static_cast<Waiting*>(parameter);
+        if (MPTaskIsPreemptive(kInvalidID)) return nullptr;
+        std::thread([&all] {
+            MPRemoteCall(visit, all.seen, kMPAnyRemoteContext);
+            all.thread = std::this_thread::get_id();
+        }).join();
+        return parameter;
+    };
+    auto task = inThread([&] {
+        while (MPRemoteCall(callInAThread, &waiting, kMPAnyRemoteContext) == nullptr) {
+        }
+        QuitApplicationEventLoop();
+    });
+    RunApplicationEventLoop();
+    resultOf(task);
+    EXPECT_EQ(seen_.thread, waiting.thread);
     EXPECT_EQ(seen_.count, 1);
-    [pool release];
+}
+
+TEST_F(RemoteCall, InATaskWhileTheRunLoopIsInAModeOfTheHostsOwn_RunsInPlace) {
+    const RunLoop loop(@"OwnMode");
+    auto task = inThread([&] {
+        while (!loop.isInside()) std::this_thread::yield();
+        call(visit);
+        return std::this_thread::get_id();
+    });
+    loop.runUntil(task);
+    EXPECT_EQ(seen_.thread, task.get());
+    EXPECT_EQ(seen_.count, 1);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "appkit/ReadableHostTexts.h"
+#include "foundation/ReadableHostTexts.h"
 
 #include <CoreFoundation/CFString.h>
 #include <objc/message.h>

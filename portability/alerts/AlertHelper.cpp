@@ -1,0 +1,54 @@
+#include "alerts/AlertHelper.h"
+
+#include <unistd.h>
+
+#include <cinttypes>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+
+#include "foundation/Paths.h"
+
+namespace portability {
+
+namespace {
+
+constexpr char kHelperName[] = "dovrel-alert";
+
+bool isSet(const char* variable) {
+    const char* const value = secure_getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+/// The path of the file whose mapping holds the address. The system's list of mappings has it absolute and
+/// without links; what the loader knows may be relative to a folder that the host has left since.
+std::string fileMappedAt(uintptr_t address) {
+    std::ifstream mappings("/proc/self/maps");
+    for (std::string line; std::getline(mappings, line);) {
+        uintptr_t begin = 0;
+        uintptr_t end = 0;
+        if (std::sscanf(line.c_str(), "%" SCNxPTR "-%" SCNxPTR, &begin, &end) != 2) continue;
+        if (address < begin || address >= end) continue;
+        const size_t path = line.find('/');
+        return path != std::string::npos ? line.substr(path) : std::string();
+    }
+    return std::string();
+}
+
+}  // namespace
+
+bool canEnvironmentShowAlerts() {
+    const char* const alerts = secure_getenv("POS_ALERTS");
+    if (alerts != nullptr && std::strcmp(alerts, "log") == 0) return false;
+    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY");
+}
+
+std::string alertHelper() {
+    const std::string code = fileMappedAt(reinterpret_cast<uintptr_t>(&alertHelper));
+    if (code.empty()) return std::string();
+    const std::string helper = parentOf(code) + '/' + kHelperName;
+    return access(helper.c_str(), X_OK) == 0 && !isFolder(helper) ? helper : std::string();
+}
+
+}  // namespace portability

@@ -1,0 +1,156 @@
+#include "alerts/AlertMessages.h"
+
+#include <cstdint>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+namespace portability {
+namespace {
+
+using nlohmann::json;
+
+constexpr unsigned kVersion = 1;
+constexpr char kCutMark[] = " …";
+
+struct EventName {
+    AlertEvent::Kind kind;
+    const char* name;
+};
+constexpr EventName kEventNames[] = {{AlertEvent::Kind::shown, "shown"},
+                                     {AlertEvent::Kind::help, "help"},
+                                     {AlertEvent::Kind::pressed, "pressed"}};
+
+bool continuesCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+std::string written(const json& value) {
+    return value.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+std::string wellFormed(const std::string& text) {
+    return json::parse(written(text)).get<std::string>();
+}
+
+// The text must be well-formed, so that a boundary is found.
+std::string cutTo(size_t longest, const std::string& text) {
+    if (text.size() <= longest) return text;
+    size_t end = longest - (sizeof kCutMark - 1);
+    while (continuesCharacter(text[end]))
+        --end;
+    return text.substr(0, end) + kCutMark;
+}
+
+// The text must not have a NUL character: the C strings of the window classes would end there.
+std::string withoutNul(const std::string& text) {
+    std::string result;
+    for (const char byte : text) {
+        if (byte != '\0') {
+            result += byte;
+        } else {
+            result += "\uFFFD";
+        }
+    }
+    return result;
+}
+
+std::string shownText(size_t longest, const std::string& text) {
+    // Cleaning never makes a text shorter, so one byte more than is shown tells that there is more.
+    return cutTo(longest, withoutNul(wellFormed(text.substr(0, longest + 1))));
+}
+
+std::string lineOf(const json& message) {
+    return written(message) + '\n';
+}
+
+// A discarded value if the line is refused. Deep values must be moved, never copied: copying is recursive.
+json parsed(std::string_view line) {
+    // The parser takes a NUL character for the end and would ignore what follows it.
+    if (line.size() > kLongestAlertLine || line.find('\0') != std::string_view::npos)
+        return json(json::value_t::discarded);
+    return json::parse(line, nullptr, false);
+}
+
+// The member, or null (including if `message` is not an object).
+const json& member(const json& message, const char* name) {
+    static const json missing;
+    const auto found = message.find(name);
+    return found != message.end() ? *found : missing;
+}
+
+std::optional<std::string> textOf(const json& value, size_t longest) {
+    if (!value.is_string()) return std::nullopt;
+    std::string text = value.get<std::string>();
+    if (text.size() > longest || text.find('\0') != std::string::npos) return std::nullopt;
+    return text;
+}
+
+std::optional<uint64_t> numberOf(const json& value, uint64_t lowest, uint64_t highest) {
+    if (!value.is_number_unsigned()) return std::nullopt;
+    const auto number = value.get<uint64_t>();
+    if (number < lowest || number > highest) return std::nullopt;
+    return number;
+}
+
+std::optional<std::vector<std::string>> captionsOf(const json& value) {
+    if (!value.is_array() || value.empty() || value.size() > kMostAlertButtons) return std::nullopt;
+    std::vector<std::string> captions;
+    for (const json& element : value) {
+        auto caption = textOf(element, kLongestAlertCaption);
+        if (!caption) return std::nullopt;
+        captions.push_back(std::move(*caption));
+    }
+    return captions;
+}
+
+}  // namespace
+
+std::string AlertMessages::compose(const AlertRequest& request) {
+    json buttons = json::array();
+    for (const std::string& caption : request.buttons)
+        buttons.push_back(shownText(kLongestAlertCaption, caption));
+    return lineOf({{"version", kVersion},
+                   {"title", shownText(kLongestAlertTitle, request.title)},
+                   {"body", shownText(kLongestAlertBody, request.body)},
+                   {"buttons", buttons},
+                   {"help", request.help},
+                   {"host", request.host}});
+}
+
+std::string AlertMessages::compose(const AlertEvent& event) {
+    json message = json::object();
+    for (const EventName& known : kEventNames) {
+        if (known.kind == event.kind) message["event"] = known.name;
+    }
+    if (event.kind == AlertEvent::Kind::pressed) message["button"] = event.button;
+    return lineOf(message);
+}
+
+std::optional<AlertRequest> AlertMessages::parseRequest(std::string_view line) {
+    const json message = parsed(line);
+    const json& help = member(message, "help");
+    if (!numberOf(member(message, "version"), kVersion, kVersion) || !help.is_boolean()) return std::nullopt;
+    auto title = textOf(member(message, "title"), kLongestAlertTitle);
+    auto body = textOf(member(message, "body"), kLongestAlertBody);
+    auto buttons = captionsOf(member(message, "buttons"));
+    const auto host = numberOf(member(message, "host"), 1, std::numeric_limits<pid_t>::max());
+    if (!title || !body || !buttons || !host) return std::nullopt;
+    return AlertRequest{std::move(*title), std::move(*body), std::move(*buttons), help.get<bool>(),
+                        static_cast<pid_t>(*host)};
+}
+
+std::optional<AlertEvent> AlertMessages::parseEvent(std::string_view line, size_t buttons) {
+    const json message = parsed(line);
+    const json& event = member(message, "event");
+    for (const EventName& known : kEventNames) {
+        if (event != known.name) continue;
+        if (known.kind != AlertEvent::Kind::pressed) return AlertEvent{known.kind, 0};
+        const auto button = numberOf(member(message, "button"), 0, std::numeric_limits<size_t>::max());
+        if (!button || *button >= buttons) return std::nullopt;
+        return AlertEvent{known.kind, static_cast<size_t>(*button)};
+    }
+    return std::nullopt;
+}
+
+}  // namespace portability

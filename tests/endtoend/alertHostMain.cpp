@@ -1,0 +1,217 @@
+// A host whose failing calls bring up alerts, while its main thread runs none of the platform's loops:
+//
+//     endtoend_alert_host BUNDLE MAIN [HABIT]...
+//
+// MAIN, what the main thread does meanwhile:
+//     call        makes the call itself
+//     join        waits in pthread_join for the thread that makes the call
+//     join-two    the same with two such threads
+//     sleep       sleeps until the thread is through
+//     glib        runs GLib's loop until the thread is through
+//     atexit      has returned from main; the call is made by an exit handler that was there before the
+//                 library
+// HABIT, what else is special:
+//     closed      descriptors 0 to 2 are closed
+//     ignore      SIGCHLD is ignored
+//     reap        a thread waits for every child; "reaped" if there ever is one
+//     relative    the bundle is loaded by a relative path, and the folder left
+//     fork        a line on standard input forks off a child, which keeps everything open and stays: "child"
+//
+// Output: "ready" before the call, "status STATUS" after each (hexadecimal), "changed ..." for what is no
+// longer as it was before it, "end".
+#include <fcntl.h>
+#include <glib.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "tests/support/HostState.h"
+#include "tests/support/PosLibrary.h"
+
+namespace {
+
+using dovrel::test::HostState;
+using dovrel::test::PosLibrary;
+
+// Out of the way, because the host may have closed what it was.
+const int answers = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 100);
+
+// One write, so that lines of several threads do not mix.
+void tell(std::string line) {
+    line += '\n';
+    if (write(answers, line.data(), line.size()) < 0) _exit(2);
+}
+
+std::set<std::string> habits;
+
+bool has(const char* habit) {
+    return habits.count(habit) != 0;
+}
+
+class Host {
+  public:
+    /// Opens the session and then goes to the folder.
+    Host(const std::string& bundle, const std::string& folder) : library_(bundle) {
+        library_.InitializePOS();
+        library_.posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, 0, &application_);
+        instantiate();
+        if (chdir(folder.c_str()) != 0) _exit(2);
+        noteState();
+        tell("ready");
+    }
+
+    void noteState() { before_ = std::make_unique<HostState>(); }
+
+    void call() const {
+        std::string name = "ping";
+        void* command = name.data();
+        void* argument = nullptr;
+        uint8_t* result = nullptr;
+        uint32_t length = 0;
+        tellStatus(library_.posExecuteCMD(application_, &command, static_cast<uint32_t>(name.size()),
+                                          &argument, 0, &result, &length));
+    }
+
+    void unregister() const { tellStatus(library_.posUnregisterApplication(application_)); }
+
+    void end() const {
+        for (const std::string& change : before_->changes())
+            tell("changed " + change);
+        library_.TerminatePOS();
+        tell("end");
+    }
+
+  private:
+    // A call that succeeds, so that everything is there that calls without alerts bring along.
+    void instantiate() const {
+        std::string name = "Echo";
+        name.resize(POS_IDENTIFIER_SIZE, '\0');
+        void* classId = name.data();
+        void* object = nullptr;
+        library_.posInstantiateObject(application_, &classId, &object);
+        library_.posFreeDllHeapData(object);
+    }
+
+    static void tellStatus(uint32_t status) {
+        std::ostringstream line;
+        line << "status " << std::hex << status;
+        tell(line.str());
+    }
+
+    PosLibrary library_;
+    uint32_t application_ = 0;
+    std::unique_ptr<HostState> before_;
+};
+
+std::unique_ptr<Host> host;
+
+void callAtExit() {
+    host->noteState();  // the library has closed its connection already
+    host->unregister();
+    host->end();
+}
+
+void callWhileJoining() {
+    std::thread([] { host->call(); }).join();
+}
+
+void callTwiceWhileJoining() {
+    std::thread first([] { host->call(); });
+    std::thread second([] { host->call(); });
+    first.join();
+    second.join();
+}
+
+void callWhileSleeping() {
+    std::atomic<bool> isThrough{false};
+    std::thread caller([&] {
+        host->call();
+        isThrough = true;
+    });
+    while (!isThrough)
+        usleep(10000);
+    caller.join();
+}
+
+void callInGLibsLoop() {
+    GMainLoop* const loop = g_main_loop_new(nullptr, FALSE);
+    std::thread caller([loop] {
+        host->call();
+        g_idle_add(
+            [](void* data) -> gboolean {
+                g_main_loop_quit(static_cast<GMainLoop*>(data));
+                return G_SOURCE_REMOVE;
+            },
+            loop);
+    });
+    g_main_loop_run(loop);
+    caller.join();
+    g_main_loop_unref(loop);
+}
+
+void reapChildren() {
+    for (;;) {
+        if (waitpid(-1, nullptr, 0) > 0) {
+            tell("reaped");
+        } else {
+            usleep(1000);
+        }
+    }
+}
+
+void forkWhenTold() {
+    std::string line;
+    if (!std::getline(std::cin, line)) return;
+    if (fork() != 0) return;
+    tell("child");
+    for (;;)
+        pause();
+}
+
+void takeUpHabits() {
+    if (has("ignore")) signal(SIGCHLD, SIG_IGN);
+    if (has("reap")) std::thread(reapChildren).detach();
+    if (has("fork")) std::thread(forkWhenTold).detach();
+    for (int stream = 0; has("closed") && stream <= STDERR_FILENO; ++stream)
+        close(stream);
+}
+
+std::unique_ptr<Host> load(const std::string& bundle) {
+    if (!has("relative")) return std::make_unique<Host>(bundle, ".");
+    const size_t slash = bundle.rfind('/');
+    if (chdir(bundle.substr(0, slash).c_str()) != 0) _exit(2);
+    return std::make_unique<Host>("." + bundle.substr(slash), "/");
+}
+
+const std::pair<const char*, std::function<void()>> kWays[] = {{"call", [] { host->call(); }},
+                                                               {"join", callWhileJoining},
+                                                               {"join-two", callTwiceWhileJoining},
+                                                               {"sleep", callWhileSleeping},
+                                                               {"glib", callInGLibsLoop}};
+
+}  // namespace
+
+int main(int count, char** values) {
+    const std::string way = values[2];
+    habits.insert(values + 3, values + count);
+    if (way == "atexit") std::atexit(callAtExit);
+    if (way == "glib") g_main_context_default();  // with its descriptors
+    takeUpHabits();
+    host = load(values[1]);
+    if (way == "atexit") return 0;
+    for (const auto& [name, function] : kWays) {
+        if (way == name) function();
+    }
+    host->end();
+    return 0;
+}

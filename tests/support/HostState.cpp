@@ -1,0 +1,94 @@
+#include "tests/support/HostState.h"
+
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <clocale>
+#include <filesystem>
+#include <iterator>
+#include <sstream>
+
+namespace dovrel::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string dispositionOf(int signal) {
+    struct sigaction action = {};
+    if (sigaction(signal, nullptr, &action) != 0) return "none";
+    std::ostringstream text;
+    text << reinterpret_cast<void*>(action.sa_handler) << ' ' << action.sa_flags;
+    return text.str();
+}
+
+void addSignals(std::vector<std::string>& lines) {
+    sigset_t blocked;
+    pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+    for (int signal = 1; signal < NSIG; ++signal) {
+        lines.push_back("signal " + std::to_string(signal) + ": " + dispositionOf(signal) +
+                        (sigismember(&blocked, signal) == 1 ? " blocked" : ""));
+    }
+}
+
+// Open while it is read.
+bool isListOfDescriptors(const std::string& target) {
+    return target == "/proc/" + std::to_string(getpid()) + "/fd";
+}
+
+void addDescriptors(std::vector<std::string>& lines) {
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;
+        const std::string target = fs::read_symlink(entry.path(), gone);
+        if (isListOfDescriptors(target)) continue;
+        lines.push_back("descriptor " + entry.path().filename().string() + ": " + target);
+    }
+}
+
+mode_t currentMask() {
+    const mode_t mask = umask(0);
+    umask(mask);
+    return mask;
+}
+
+// Looks without taking a child's end away from the host.
+bool hasChild() {
+    siginfo_t ended;
+    return waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT | __WALL) == 0 || errno != ECHILD;
+}
+
+std::vector<std::string> currentState() {
+    std::vector<std::string> lines;
+    addSignals(lines);
+    addDescriptors(lines);
+    lines.push_back(std::string("locale: ") + std::setlocale(LC_ALL, nullptr));
+    lines.push_back("folder: " + fs::current_path().string());
+    lines.push_back("mask: " + std::to_string(currentMask()));
+    lines.push_back(hasChild() ? "a child" : "no child");
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
+}  // namespace
+
+HostState::HostState() : lines_(currentState()) {}
+
+std::vector<std::string> HostState::changes() const {
+    const std::vector<std::string> now = currentState();
+    std::vector<std::string> gone;
+    std::vector<std::string> added;
+    std::set_difference(lines_.begin(), lines_.end(), now.begin(), now.end(), std::back_inserter(gone));
+    std::set_difference(now.begin(), now.end(), lines_.begin(), lines_.end(), std::back_inserter(added));
+    std::vector<std::string> all;
+    for (const std::string& line : gone)
+        all.push_back("was " + line);
+    for (const std::string& line : added)
+        all.push_back("is " + line);
+    return all;
+}
+
+}  // namespace dovrel::test
