@@ -12,7 +12,6 @@ namespace dovrel {
 namespace {
 
 using test::binaryListOf;
-using test::integerEntry;
 using test::textEntry;
 using test::xmlList;
 
@@ -108,13 +107,6 @@ TEST_F(ComponentVersionsTest, DamagedLists_AreNotAvailable) {
         EXPECT_EQ(serverVersionText(), "n/a") << list;
         EXPECT_EQ(installerVersion(serverComponent().path), "n/a") << list;
     }
-}
-
-TEST_F(ComponentVersionsTest, VersionsThatAreNumbers_AreFormattedLikeText) {
-    writeInfo(serverComponent(),
-              xmlList(integerEntry("CFBundleVersion", 7) + integerEntry("HarlInstallerVersion", 12)));
-    EXPECT_EQ(serverVersionText(), "7");
-    EXPECT_EQ(installerVersion(serverComponent().path), "12");
 }
 
 TEST_F(ComponentVersionsTest, FileInPlaceOfTheBundle_IsNotAvailable) {

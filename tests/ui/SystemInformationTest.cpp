@@ -7,7 +7,6 @@ namespace dovrel {
 namespace {
 
 using test::asciiObject;
-using test::integerEntry;
 using test::textEntry;
 using test::xmlList;
 
@@ -58,13 +57,6 @@ TEST_F(SystemInformationTest, DamagedList_IsAsNone) {
         EXPECT_EQ(osNameText(), "(null) (x86)") << list;
         EXPECT_EQ(osVersionText(), "(null) ((null))") << list;
     }
-}
-
-TEST_F(SystemInformationTest, ValuesThatAreNotText_AreFormattedAsThePlatformDoes) {
-    writeSystemVersion(
-        xmlList(integerEntry("ProductVersion", 10) + textEntry("ProductBuildVersion", "10K549")));
-    EXPECT_EQ(systemVersionValue("ProductVersion"), "10");
-    EXPECT_EQ(osVersionText(), "10 (10K549)");
 }
 
 TEST_F(SystemInformationTest, LongEmptyAndNonAsciiTexts_AreFormattedAsTheyAre) {
