@@ -83,7 +83,7 @@ std::string readableText(const std::string& bytes) {
     text.reserve(bytes.size());
     for (size_t at = 0; at < bytes.size();) {
         const size_t length = sequenceLength(bytes, at);
-        text.append(bytes, at, length);
+        text.append(bytes.data() + at, length);
         at += length != 0 ? length : appendMacCharacter(bytes, at, encoding, text);
     }
     return text;
