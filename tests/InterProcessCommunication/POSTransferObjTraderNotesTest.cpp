@@ -15,8 +15,9 @@ class POSTransferObjTraderNotesTest : public test::TraderFixture {
   protected:
     /// Runs the operation whatever becomes of it.
     void run(const Operation& operation) {
+        test::Outputs results;
         try {
-            operation.run(trader, outputs);
+            operation.run(trader, results);
         } catch (CPPException* caught) {
             const std::unique_ptr<CPPException> failure(caught);
         }
