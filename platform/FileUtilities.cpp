@@ -1,6 +1,7 @@
 #include "platform/FileUtilities.h"
 
 #include <CoreServices/CoreServices.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -20,9 +21,34 @@ namespace {
 
 constexpr UInt16 kAllPermissions = 0777;
 
-bool isFolder(const char* path) {
-    const OpenFile file(std::fopen(path, "rb"));
-    return file && dovrel::isFolder(file.get());
+bool isFolder(const std::string& path) {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool isPlainFileOfSize(const std::string& path, off_t& size) {
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+    size = status.st_size;
+    return true;
+}
+
+bool haveSameContent(const std::string& path, const std::string& otherPath) {
+    off_t size = 0;
+    off_t otherSize = 0;
+    if (!isPlainFileOfSize(path, size) || !isPlainFileOfSize(otherPath, otherSize) || size != otherSize)
+        return false;
+    const OpenFile file(std::fopen(path.c_str(), "rb"));
+    const OpenFile other(std::fopen(otherPath.c_str(), "rb"));
+    if (!file || !other) return false;
+    std::vector<char> bytes(64 * 1024);
+    std::vector<char> otherBytes(bytes.size());
+    for (;;) {
+        const size_t count = std::fread(bytes.data(), 1, bytes.size(), file.get());
+        if (std::fread(otherBytes.data(), 1, bytes.size(), other.get()) != count) return false;
+        if (count == 0) return true;
+        if (!std::equal(bytes.data(), bytes.data() + count, otherBytes.data())) return false;
+    }
 }
 
 // -1 for what has no end that could be sought.
@@ -82,6 +108,10 @@ struct SplitPath {
         name = slash == std::string::npos ? path : path.substr(slash + 1);
     }
 
+    // Whether the path ends in no entry that its parent could have: it is empty, or the root, or ends in a
+    // dot or two.
+    bool hasEntry() const { return !name.empty() && name != "." && name != ".."; }
+
     std::string parent = ".";
     std::string name;
 };
@@ -129,8 +159,11 @@ bool copyFileWithShell(const char* source, const char* destination, bool onlyIfM
     if (source == nullptr || destination == nullptr) return false;
     if (onlyIfMissing && fileExists(destination)) return false;
     const std::string command = "cp -f '" + quotable(source) + "' '" + quotable(destination) + "'";
-    // Not being able to run the command counts no more than its failure.
-    if (std::system(command.c_str()) == 0 && !isFolder(destination)) grantAllPermissions(destination);
+    const int status = std::system(command.c_str());
+    const std::string copy =
+        isFolder(destination) ? std::string(destination) + "/" + SplitPath(source).name : destination;
+    // The status is lost if the host ignores SIGCHLD or waits for every child.
+    if (status == 0 || (status == -1 && haveSameContent(source, copy))) grantAllPermissions(copy);
     return true;
 }
 
@@ -159,8 +192,9 @@ bool pathExists(const std::string& path) {
 
 bool createFolder(const std::string& path) {
     const SplitPath split(path);
-    const std::vector<UniChar> name = fileManagerName(split.name);
     FSRef parent;
+    if (!split.hasEntry()) return makeReference(path, kCFStringEncodingUTF8, parent);
+    const std::vector<UniChar> name = fileManagerName(split.name);
     if (name.empty() || !makeReference(split.parent, kCFStringEncodingUTF8, parent)) return false;
     FSRef created;
     const OSErr result = FSCreateDirectoryUnicode(&parent, name.size(), name.data(), kFSCatInfoNone, nullptr,

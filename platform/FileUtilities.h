@@ -23,8 +23,9 @@ std::string readWholeFile(const std::string& path, bool normaliseLineEnds);
 bool writeWholeFile(const std::string& path, const std::string& text);
 
 /// Copies a file by a shell command; an existing destination is replaced, unless `onlyIfMissing` is set and
-/// it can be read. False when nothing was tried: the destination is to stay, or a path is null. True says
-/// nothing about the command's success.
+/// it can be read. If the destination is a folder, the copy goes into it. False if nothing was tried: the
+/// destination is to stay, or a path is null. True says nothing about the command's success. The copy is opened
+/// to all users, also if the host ignores SIGCHLD.
 bool copyFileWithShell(const char* source, const char* destination, bool onlyIfMissing);
 
 /// False when the source cannot be read, the target can be read, or renaming failed.
@@ -42,8 +43,9 @@ bool fileExists(const std::string& path);
 /// Whether the File Manager knows a file or folder by that path, readable or not.
 bool pathExists(const std::string& path);
 
-/// Creates the last component of the path in the folder before it, which must exist. A slash at the end does
-/// not count. True also when the folder exists already; it is then left as it is.
+/// Creates the last component of the path in the folder before it, which must exist. Slashes at the end do
+/// not count. True also if the folder exists already (including "/", "." and ".."); it is then left as it is.
+/// False for an empty path.
 bool createFolder(const std::string& path);
 
 /// Lets owner, group and others read, write and execute; no permission is taken away. True when that was

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -11,7 +12,9 @@
 #include "tests/platform/Failures.h"
 #include "tests/platform/FileUtilitiesFixture.h"
 #include "tests/platform/ScratchFolder.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/OrdinaryUser.h"
+#include "tests/support/SignalAction.h"
 
 namespace dovrel {
 namespace {
@@ -165,6 +168,31 @@ TEST_F(FileUtilities, CopyFileWithShell_IntoAFolder_LeavesTheFoldersPermissions)
     EXPECT_TRUE(copyFileWithShell(source.c_str(), target.c_str(), false));
     EXPECT_EQ(ScratchFolder::contentOf(target + "/source"), "content");
     EXPECT_EQ(ScratchFolder::permissionsOf(target), 0700u);
+    EXPECT_EQ(ScratchFolder::permissionsOf(target + "/source"), 0777u) << "the copy is what was created";
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_ForAHostThatIgnoresTheEndsOfItsChildren_OpensTheCopyToAllUsers) {
+    const test::SignalAction ignored(SIGCHLD, SIG_IGN);
+    const std::string source = folder_.write("source", std::string(200'000, 'x'));
+    EXPECT_TRUE(copyFileWithShell(source.c_str(), folder_.path("copy").c_str(), false));
+    EXPECT_EQ(ScratchFolder::contentOf(folder_.path("copy")), std::string(200'000, 'x'));
+    EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("copy")), 0777u);
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_ThatFails_LeavesThePermissionsOfTheDestination) {
+    const std::string old = folder_.write("destination", "old");
+    const std::string longer = folder_.write("longer", "none of the old");
+    for (const auto action : {SIG_DFL, SIG_IGN}) {
+        const test::SignalAction ofChildren(SIGCHLD, action);
+        testing::internal::CaptureStderr();
+        EXPECT_TRUE(copyFileWithShell(folder_.path("missing").c_str(), old.c_str(), false));
+        {
+            const test::FileSizeLimit limit(0);
+            EXPECT_TRUE(copyFileWithShell(longer.c_str(), old.c_str(), false));
+        }
+        testing::internal::GetCapturedStderr();
+        EXPECT_EQ(ScratchFolder::permissionsOf(old), 0600u);
+    }
 }
 
 TEST_F(FileUtilities, RenameIfTargetMissing_Renames) {

@@ -43,7 +43,22 @@ TEST_F(FolderUtilities, CreateFolder_UnderTheNameOfAFile_CountsAsCreatedAndLeave
 TEST_F(FolderUtilities, CreateFolder_InAMissingFolder_IsFalse) {
     EXPECT_FALSE(createFolder(folder_.path("missing/new")));
     EXPECT_FALSE(createFolder(""));
-    EXPECT_FALSE(createFolder("/"));
+}
+
+TEST_F(FolderUtilities, CreateFolder_OfTheRoot_CountsAsCreated) {
+    EXPECT_TRUE(createFolder("/"));
+    EXPECT_TRUE(createFolder("///"));
+}
+
+TEST_F(FolderUtilities, CreateFolder_OfAPathThatEndsInDots_IsTrueIfTheFolderExists) {
+    ASSERT_TRUE(std::filesystem::create_directory(folder_.path("old")));
+    EXPECT_TRUE(createFolder("."));
+    EXPECT_TRUE(createFolder(".."));
+    EXPECT_TRUE(createFolder(folder_.path("old/.")));
+    EXPECT_TRUE(createFolder(folder_.path("old/../")));
+    EXPECT_FALSE(createFolder(folder_.path("missing/.")));
+    EXPECT_FALSE(createFolder(folder_.write("file", "") + "/."));
+    EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("old")), 0700u);
 }
 
 TEST_F(FolderUtilities, CreateFolder_InAFile_IsFalse) {
