@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <sstream>
-#include <stdexcept>
 
 #include "tests/support/WaitUntil.h"
 
@@ -67,17 +66,7 @@ const AlertLook& gnustepAlerts() {
     return look;
 }
 
-// The window manager writes into its user's home.
-Desktop::Desktop(const AlertLook& look)
-    : look_(look), windowManager_({"env", "HOME=" + home_.path(), "openbox", "--sm-disable"}, "/dev/null") {
-    // Once it does what it is told, it is ready for windows; those that come before may get wrong measures.
-    if (!waitUntil([] {
-            outputOf({"xdotool", "set_num_desktops", "1"});
-            return outputOf({"xdotool", "get_num_desktops"}) == "1\n";
-        })) {
-        throw std::runtime_error("openbox does not start");
-    }
-}
+Desktop::Desktop(const AlertLook& look) : look_(look) {}
 
 std::vector<std::string> Desktop::alerts() const {
     std::vector<std::string> search = {"xdotool", "search", "--onlyvisible"};

@@ -4,9 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/ChildProcess.h"
 #include "tests/support/Screen.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/WindowManager.h"
 
 namespace dovrel::test {
 
@@ -65,9 +64,8 @@ class Desktop {
     bool closes(const std::string& window, const std::string& process) const;
 
     const AlertLook& look_;
-    TemporaryFolder home_;
     Screen screen_;
-    ChildProcess windowManager_;
+    WindowManager windowManager_;
     mutable size_t mostAlerts_ = 0;
 };
 

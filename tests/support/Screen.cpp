@@ -9,16 +9,18 @@ namespace dovrel::test {
 
 // -displayfd: the server chooses a free number and tells it once it can be reached. -noreset: it would
 // otherwise start anew each time its last client leaves.
-Screen::Screen()
-    : server_({"Xvfb", "-displayfd", "1", "-screen", "0", "1024x768x24", "-nolisten", "tcp", "-noreset"},
+Screen::Screen(const std::string& size)
+    : server_({"Xvfb", "-displayfd", "1", "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset"},
               "/dev/null") {
     const std::string number = server_.readLine();
     if (number.empty()) throw std::runtime_error("Xvfb does not start");
     setenv("DISPLAY", (":" + number).c_str(), 1);
+    setenv("GDK_BACKEND", "x11", 1);
 }
 
 Screen::~Screen() {
     unsetenv("DISPLAY");
+    unsetenv("GDK_BACKEND");
     end();
 }
 

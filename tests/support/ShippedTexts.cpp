@@ -27,23 +27,23 @@ std::string asShown(std::string text) {
 
 }  // namespace
 
-ShippedTexts::ShippedTexts(const std::string& path) {
+ShippedTexts::ShippedTexts(const std::string& path, const std::string& language) {
     std::ifstream file(path, std::ios::binary);
     std::string key;
-    bool english = false;
+    bool isWanted = false;
     for (std::string line; std::getline(file, line);) {
         if (line.compare(0, 2, "//") == 0) key = line.substr(2);
         if (line.compare(0, 4, "STR:") != 0) continue;
-        if (key == "LANGUAGE") english = line == "STR:English";
-        if (english) texts_.emplace(key, asShown(line.substr(4)));
+        if (key == "LANGUAGE") isWanted = line == "STR:" + language;
+        if (isWanted) texts_.emplace(key, asShown(line.substr(4)));
     }
-    EXPECT_FALSE(texts_.empty()) << path;
+    EXPECT_FALSE(texts_.empty()) << path << " has no section " << language;
 }
 
 std::string ShippedTexts::text(const std::string& key) const {
     const auto found = texts_.find(key);
     if (found != texts_.end()) return found->second;
-    ADD_FAILURE() << "there is no English text " << key;
+    ADD_FAILURE() << "there is no text " << key;
     return "";
 }
 

@@ -1,4 +1,4 @@
-// The English texts that ship with the library, as the user gets to see them.
+// The texts that ship with the library, as the user gets to see them.
 #pragma once
 
 #include <map>
@@ -8,8 +8,8 @@ namespace dovrel::test {
 
 class ShippedTexts {
   public:
-    /// Reads a texts file; fails the test where it has no English section.
-    explicit ShippedTexts(const std::string& path);
+    /// Reads the section of a language from a texts file; fails the test if there is none.
+    explicit ShippedTexts(const std::string& path, const std::string& language = "English");
 
     /// A text without its mnemonic mark, with its line breaks as carriage returns, in UTF-8. Fails the test
     /// where there is none.

@@ -83,9 +83,9 @@ AlertText::AlertText(const std::string& title, const std::string& body)
 
 void AlertText::putTogether() {
     gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller_), body_);
-    gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller_), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
-    // A bar that shows itself only under the pointer would not tell that there is more to read.
-    gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(scroller_), FALSE);
+    // Without a bar, unless makeBodyScroll adds it. GTK must not decide: before the text view knows how high
+    // its text is, GTK would add a bar, and leave it because the text gets higher beside the bar.
+    gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller_), GTK_POLICY_NEVER, GTK_POLICY_EXTERNAL);
     gtk_widget_set_vexpand(scroller_, TRUE);
 
     GtkWidget* const texts = gtk_box_new(GTK_ORIENTATION_VERTICAL, kSpacing);
@@ -117,6 +117,9 @@ void AlertText::fitToScreen() {
 
 void AlertText::makeBodyScroll() {
     auto* const scroller = GTK_SCROLLED_WINDOW(scroller_);
+    gtk_scrolled_window_set_policy(scroller, GTK_POLICY_NEVER, GTK_POLICY_ALWAYS);
+    // A bar that shows itself only under the pointer would not tell that there is more to read.
+    gtk_scrolled_window_set_overlay_scrolling(scroller, FALSE);
     gtk_scrolled_window_set_has_frame(scroller, TRUE);
     gtk_widget_remove_css_class(body_, "alert-body");
     auto* const view = GTK_TEXT_VIEW(body_);

@@ -1,0 +1,19 @@
+// A window manager of the test's own, on the screen that DISPLAY names.
+#pragma once
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace dovrel::test {
+
+class WindowManager {
+  public:
+    /// Returns when the window manager works.
+    WindowManager();
+
+  private:
+    TemporaryFolder home_;
+    ChildProcess process_;
+};
+
+}  // namespace dovrel::test
