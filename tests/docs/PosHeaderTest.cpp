@@ -151,5 +151,22 @@ TEST_F(PosHeader, ApplicationName_MayChangeAsSoonAsTheCallHasReturned) {
     library_.TerminatePOS();
 }
 
+TEST_F(PosHeader, ApplicationNamesAndErrorTexts_InUtf8OrMacRoman_ReadTheSameInAlerts) {
+    const std::string inUtf8 = "Gr\303\266\303\237enpr\303\274fer";
+    const std::string inMacRoman = "Gr\232\247enpr\237fer";
+    for (const std::string& name : {inUtf8, inMacRoman}) {
+        uint32_t application = 0;
+        EXPECT_EQ(host_.registerApplication(application, {}, {}, name), POS_OK);
+        ServerControl::send(codeOf(23, "execute command") + "//errorText\nSTR:" + name + "?\n");
+        Console console;
+        EXPECT_EQ(host_.command(application, "ping").status, POS_FAILURE);
+        console.stop();
+        EXPECT_EQ(
+            alertsOf(console, texts_.failureBody(inUtf8, inUtf8 + "?", "DLL_ERROR_UNRECOVERABLE_ERROR")), 1u)
+            << console.systemLog();
+    }
+    library_.TerminatePOS();
+}
+
 }  // namespace
 }  // namespace dovrel::test
