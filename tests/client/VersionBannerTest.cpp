@@ -29,9 +29,9 @@ TEST_F(VersionBannerTest, BundleWithoutVersion_IsNotAvailable) {
     EXPECT_EQ(versionBanner(kBundle), "Dovrel Version n/a");
 }
 
-TEST_F(VersionBannerTest, VersionThatIsNoText_IsNotAvailable) {
+TEST_F(VersionBannerTest, VersionThatIsANumber_IsFormattedLikeText) {
     writeInfo("<key>CFBundleVersion</key><integer>3</integer>");
-    EXPECT_EQ(versionBanner(kBundle), "Dovrel Version n/a");
+    EXPECT_EQ(versionBanner(kBundle), "Dovrel Version 3");
 }
 
 TEST_F(VersionBannerTest, MissingBundle_IsNotAvailable) {

@@ -1,9 +1,15 @@
-// The texts of an alert, in UTF-8 or in Mac Roman, as people read them: in a window, and in the system log
-// where there is no window.
-#include <algorithm>
-#include <cstdlib>
+// The texts of an alert, in UTF-8 or in Mac Roman, as people read them: in what the alert
+// helper is asked to show, and in the system log if there is no window.
+#include <gtest/gtest.h>
 
-#include "tests/ui/AlertTest.h"
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "settings/MultiLanguageSupport.h"
+#include "tests/support/FakeAlertHelper.h"
+#include "tests/support/TemporaryFolder.h"
 #include "ui/MacOSXMessageDialog.h"
 
 namespace dovrel {
@@ -15,20 +21,23 @@ constexpr char kMacRomanName[] =
     "fer";
 constexpr char kUTF8Name[] = "Größenprüfer";
 
-class ReadableAlertTest : public test::AlertTest {
+/// Its helper follows the test's commands, so there are no windows.
+class ReadableAlertTest : public testing::Test {
   protected:
-    /// What the host finds in the open alert: "text ..." and "button ..." for each.
-    std::vector<std::string> contentOf(const std::string& title, const std::string& body) {
-        start({"inspect", "2", title, body});
-        std::vector<std::string> content;
-        for (std::string line = host_->readLine(); !line.empty() && line != "end"; line = host_->readLine())
-            content.push_back(line);
-        return content;
+    ReadableAlertTest() {
+        setenv("POS_SYSTEM_ROOT", root_.path().c_str(), 1);
+        setenv("HOME", root_.path().c_str(), 1);
+        setenv("DISPLAY", ":1", 1);
+        for (const char* variable : {"LANG", "LC_ALL", "LC_MESSAGES", "POS_ALERTS", "WAYLAND_DISPLAY"})
+            unsetenv(variable);
     }
 
-    static void expectLine(const std::vector<std::string>& content, const std::string& line) {
-        EXPECT_EQ(std::count(content.begin(), content.end(), line), 1)
-            << line << " in " << testing::PrintToString(content);
+    /// What the helper is asked to show.
+    nlohmann::json requestOf(const std::string& title, const std::string& body) {
+        MultiLanguageSupport::initialize("English");
+        helper_.follow({test::kShownEvent, test::pressedEvent(0)});
+        MacOSXMessageDialog().showAlert(title.c_str(), body.c_str(), kAlertButtonsRetryCancel, 0);
+        return nlohmann::json::parse(helper_.note("request"));
     }
 
     void installCaptions(const std::string& retry, const std::string& cancel) {
@@ -38,29 +47,29 @@ class ReadableAlertTest : public test::AlertTest {
             "//LANGUAGE\nSTR:English\n//GENERAL_BUTTON_RETRY\nSTR:" + retry +
                 "\n//GENERAL_BUTTON_CANCEL\nSTR:" + cancel + "\n");
     }
+
+    test::TemporaryFolder root_;
+    test::FakeAlertHelper helper_;
 };
 
 TEST_F(ReadableAlertTest, TitleAndBodyInUTF8_AreReadable) {
-    const auto content = contentOf("Prüfung", std::string("\"") + kUTF8Name + "\", 日本");
-    expectLine(content, "text Prüfung");
-    expectLine(content, "text \"Größenprüfer\", 日本");
-    EXPECT_EQ(lineAfterClick(0), "answer 11");
+    const auto request = requestOf("Prüfung", std::string("\"") + kUTF8Name + "\", 日本");
+    EXPECT_EQ(request["title"], "Prüfung");
+    EXPECT_EQ(request["body"], "\"Größenprüfer\", 日本");
 }
 
 TEST_F(ReadableAlertTest, TitleAndBodyInMacRoman_AreReadable) {
-    const auto content = contentOf(
+    const auto request = requestOf(
         "Pr\x9F"
         "fung",
         kMacRomanName);
-    expectLine(content, "text Prüfung");
-    expectLine(content, "text Größenprüfer");
-    EXPECT_EQ(lineAfterClick(0), "answer 11");
+    EXPECT_EQ(request["title"], "Prüfung");
+    EXPECT_EQ(request["body"], "Größenprüfer");
 }
 
 TEST_F(ReadableAlertTest, BodyInBothEncodings_IsReadable) {
-    const auto content = contentOf("Title", std::string(kUTF8Name) + ": " + kMacRomanName);
-    expectLine(content, "text Größenprüfer: Größenprüfer");
-    EXPECT_EQ(lineAfterClick(0), "answer 11");
+    const auto request = requestOf("Title", std::string(kUTF8Name) + ": " + kMacRomanName);
+    EXPECT_EQ(request["body"], "Größenprüfer: Größenprüfer");
 }
 
 TEST_F(ReadableAlertTest, CaptionsInEitherEncoding_AreReadable) {
@@ -68,10 +77,8 @@ TEST_F(ReadableAlertTest, CaptionsInEitherEncoding_AreReadable) {
         "R\x8E"
         "essayer",
         "Zurück");
-    const auto content = contentOf("Title", "Body");
-    expectLine(content, "button Réessayer");
-    expectLine(content, "button Zurück");
-    EXPECT_EQ(lineAfterClick(0), "answer 11");
+    const auto request = requestOf("Title", "Body");
+    EXPECT_EQ(request["buttons"], (std::vector<std::string>{"Réessayer", "Zurück"}));
 }
 
 /// A process without a window system.
