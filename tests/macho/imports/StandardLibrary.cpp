@@ -22,7 +22,7 @@ constexpr char kLibrary[] = "/usr/lib/libc++.1.dylib";
 constexpr const char* kOfStreams[] = {
     "__ZNSt3__113basic_istreamIcNS_11char_traitsIcEEE3getEv",
     "__ZNSt3__113basic_istreamIcNS_11char_traitsIcEEE5seekgExNS_8ios_base7seekdirE",
-    "__ZNSt3__113basic_istreamIcNS_11char_traitsIcEEE5tellgEv"};
+    "__ZNSt3__113basic_istreamIcNS_11char_traitsIcEEE5tellgEv", "__ZNSt3__18ios_base5clearEj"};
 
 void streamNeverUsed() {
     std::fputs("the bundle uses a stream of this system\n", stderr);
