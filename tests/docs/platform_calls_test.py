@@ -35,17 +35,12 @@ def words(path):
 
 def declared_functions(folder):
     """The functions that the headers below a folder declare: name -> header, relative to the folder."""
-    found = {}
+    headers = {header: str(header.relative_to(folder)) for header in sorted(folder.rglob("*.h"))}
+    includes = "".join(f"#include <{name}>\n" for name in headers.values())
     with tempfile.NamedTemporaryFile("r") as listing:
-        for header in sorted(folder.rglob("*.h")):
-            name = header.relative_to(folder)
-            subprocess.run([*COMPILER, f"-I{folder}", "-aux-info", listing.name, "-"], input=f"#include <{name}>\n",
-                           text=True, check=True)
-            for line in Path(listing.name).read_text().splitlines():
-                declaration = FUNCTION.match(line)
-                if declaration and Path(declaration["file"]) == header:
-                    found[declaration["name"]] = str(name)
-    return found
+        subprocess.run([*COMPILER, f"-I{folder}", "-aux-info", listing.name, "-"], input=includes, text=True, check=True)
+        declarations = filter(None, map(FUNCTION.match, Path(listing.name).read_text().splitlines()))
+        return {found["name"]: headers[Path(found["file"])] for found in declarations if Path(found["file"]) in headers}
 
 
 def selector(declaration):
