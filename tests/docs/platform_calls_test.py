@@ -145,6 +145,12 @@ def wrong_statuses(page, differences):
     return problems
 
 
+def unnamed_differences(page, differences):
+    """Numbers of entries that no row names."""
+    named = {int(number) for row in rows(page) for number in re.findall(r"\d+", row.status)}
+    return sorted({number for group in numbers(differences).values() for number in group} - named)
+
+
 def wrong_numbers(page):
     problems = []
     ranges = {title.casefold(): (first, last) for title, first, last in groups(page)}
@@ -186,6 +192,9 @@ class PlatformCalls(unittest.TestCase):
 
 
 class Differences(unittest.TestCase):
+    def test_EveryEntry_IsNamedByARow(self):
+        self.assertEqual(unnamed_differences(CALLS, DIFFERENCES), [])
+
     def test_Numbers_AscendInTheRangeOfTheirGroupWithoutUnexplainedHoles(self):
         self.assertEqual(len(groups(DIFFERENCES)), len(numbers(DIFFERENCES)))
         self.assertEqual(wrong_numbers(DIFFERENCES), [])
@@ -219,6 +228,9 @@ class DamagedPages(unittest.TestCase):
         for status in ("part: 3", "part: as `Three`", "part", "almost"):
             page = self.PAGE.replace("full", status)
             self.assertEqual(wrong_statuses(page, self.NUMBERED), [page.splitlines()[0]], status)
+
+    def test_EntriesThatNoRowNames_AreFound(self):
+        self.assertEqual(unnamed_differences(self.PAGE, self.NUMBERED), [1, 7])
 
     def test_HolesRepeatedAndStrayNumbers_AreFound(self):
         for change in (("2. **B", "3. **B"), ("2. **B", "1. **B"), ("2. **B", "5. **B"), ("5 and 6 are", "5 is"),
