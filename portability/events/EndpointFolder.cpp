@@ -46,7 +46,7 @@ FolderState openParent(const EndpointPlace& place, FileDescriptor& parent) {
     return place.isPrivate && status.st_uid != geteuid() ? FolderState::absent : FolderState::open;
 }
 
-// What is in the folder's place is no folder. Another user's does not keep us from using another place.
+// Something other than a folder has its name. If it is another user's, another place may be used.
 FolderState stateOfObstacle(const FileDescriptor& parent, const std::string& name) {
     struct stat status;
     if (fstatat(parent.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return stateAfter(errno);

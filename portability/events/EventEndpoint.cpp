@@ -43,7 +43,7 @@ bool fillAddress(sockaddr_un& address, const std::string& path) {
     return true;
 }
 
-// Programs that clean up /tmp leave a locked folder alone, and all that is in it (systemd-tmpfiles does).
+// systemd-tmpfiles removes nothing from a folder of /tmp that is locked.
 FileDescriptor openLocked(const FileDescriptor& folder) {
     FileDescriptor locked(openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (locked) flock(locked.get(), LOCK_SH | LOCK_NB);
@@ -58,7 +58,7 @@ FileDescriptor listenAt(const FileDescriptor& folder, const std::string& name) {
     if (!socket || !fillAddress(address, socketPath(folder, name))) return FileDescriptor();
     if (bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         return FileDescriptor();
-    // The mode is narrowed by the umask. Nobody can connect before the socket listens.
+    // The umask has narrowed the mode. Nobody can connect before the socket listens.
     if (fchmodat(folder.get(), name.c_str(), kSocketMode, 0) != 0) return FileDescriptor();
     if (listen(socket.get(), SOMAXCONN) != 0) return FileDescriptor();
     return socket;
@@ -144,7 +144,7 @@ EndpointClaim::Outcome EndpointClaim::claim(OSType signature, EndpointClaim& res
 
 void EndpointClaim::withdraw() noexcept {
     try {
-        // The files of the next owner are not ours to remove.
+        // By now the files may be those of the next owner.
         if (!folder_ || !isLockOf(folder_, name_ + kLockEnding, lock_.get())) return;
         unlinkat(folder_.get(), (name_ + kSocketEnding).c_str(), 0);
         // The lock goes last: without it another owner may come and have files of the same names.
@@ -155,8 +155,8 @@ void EndpointClaim::withdraw() noexcept {
 }
 
 bool EndpointClaim::adoptInherited(OSType signature, EndpointClaim& result) {
-    // Also in a program with another user's rights, such as what a set-id host launches: what the entry says
-    // is not trusted, and only a process with our rights can have opened the lock file.
+    // Read also in a program that runs with another user's rights, because a set-id host launches such a one.
+    // The entry need not be trusted: only a process of this user can have opened the lock file.
     const char* announced = getenv(kAnnouncement);
     if (announced == nullptr) return false;
     const std::string entry = std::string(kAnnouncement) + "=" + announced;

@@ -2,7 +2,7 @@
 //
 // An endpoint is a listening SOCK_SEQPACKET socket, named after the application's creator signature, in a
 // folder of the user's own (EndpointFolder.h) and keyed by the system root. Beside it lies a lock file.
-// Whoever holds the lock owns the endpoint; the lock belongs to the open file description, so it goes along
+// The holder of the lock owns the endpoint. The lock belongs to the open file description, so it goes along
 // with the descriptors from the launcher to the launched process and ends with that process, however it ends.
 #pragma once
 
@@ -59,7 +59,7 @@ class EndpointClaim {
     std::string name_;       // of the files, without their endings
     FileDescriptor folder_;  // of the files; locked, so that they are not cleaned up
     FileDescriptor lock_;
-    FileDescriptor listen_;  // closed before the lock: whoever gets the lock must not find us listening
+    FileDescriptor listen_;  // closed before the lock, so that the next owner does not find it listening
 };
 
 enum class Connecting {

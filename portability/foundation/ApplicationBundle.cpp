@@ -95,13 +95,10 @@ OSStatus readApplication(const std::string& path, ApplicationBundle& application
     return application.executable.empty() ? static_cast<OSStatus>(kLSNoExecutableErr) : OSStatus{noErr};
 }
 
-bool isExecutableOf(const std::string& path, const std::string& program) {
-    const std::string bundle = canonicalPath(path);
-    const Info info(bundle + "/Contents/Info.plist");
-    if (bundle.empty() || !info.isThere() || !isApplication(bundle, info)) {
-        return false;
-    }
-    const std::string executable = statedExecutable(bundle, info);
+bool isExecutableOf(const std::string& bundle, const std::string& program) {
+    std::string executable = statedExecutable(bundle, Info(bundle + "/Contents/Info.plist"));
+    // A running application must not get lost because its Info.plist is damaged.
+    if (executable.empty()) executable = bundle + "/Contents/MacOS/" + applicationName(bundle);
     return program == executable || program == canonicalPath(executable);
 }
 

@@ -19,9 +19,10 @@ struct ApplicationBundle {
 /// missing.
 OSStatus readApplication(const std::string& path, ApplicationBundle& application);
 
-/// Whether the application at `path` has `program` as its executable. `program` is a canonical path; its file
-/// may be gone by now. Reads the bundle from the disk each time. False if it is not an application.
-bool isExecutableOf(const std::string& path, const std::string& program);
+/// Whether `program` is the executable of the application in `bundle`, both canonical paths. The program's
+/// file may have been deleted. Reads the Info.plist from the disk each time; if that names no executable, it
+/// is the one that is called like the application.
+bool isExecutableOf(const std::string& bundle, const std::string& program);
 
 /// The name of an application by the path of its bundle: "Name" for ".../Name.app". Empty if the path does
 /// not end like that.

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <deque>
 #include <set>
 #include <utility>
@@ -22,7 +23,7 @@ struct Folder {
     int depth;  // 0: a fixed place
 };
 
-// Symbolic links can lead in a circle.
+// Symbolic links can form a circle.
 class VisitedFolders {
   public:
     bool isNew(const std::string& path) {
@@ -49,6 +50,11 @@ std::vector<std::string> foldersIn(const std::string& folder) {
     return folders;
 }
 
+// An application can be reached through links as well.
+void addOnce(std::vector<std::string>& paths, const std::string& path) {
+    if (std::find(paths.begin(), paths.end(), path) == paths.end()) paths.push_back(path);
+}
+
 }  // namespace
 
 InstalledApplications::InstalledApplications() {
@@ -63,7 +69,7 @@ InstalledApplications::InstalledApplications() {
         for (std::string& path : foldersIn(folder.path)) {
             const std::string name = applicationName(path);
             if (!name.empty()) {
-                applications_[name].push_back(std::move(path));
+                addOnce(applications_[name], canonicalPath(path));
             } else if (folder.depth < kDeepest) {
                 unread.push_back({std::move(path), folder.depth + 1});
             }

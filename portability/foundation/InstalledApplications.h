@@ -10,12 +10,12 @@ namespace portability {
 /// The folders "NAME.app" in the fixed places of the current system root, as they are when the object is
 /// made. The search is bounded, whatever lies there: at most 4 folders between a fixed place and an
 /// application, and at most 4096 folders in all, the upper ones first. Symbolic links to folders are
-/// followed. A folder that cannot be read counts as empty.
+/// followed. Folders that cannot be read count as empty.
 class InstalledApplications {
   public:
     InstalledApplications();
 
-    /// The paths of the applications called `name` (without ".app"); empty if there are none.
+    /// The canonical paths of the applications called `name` (without ".app"); empty if there are none.
     const std::vector<std::string>& named(const std::string& name) const;
 
   private:

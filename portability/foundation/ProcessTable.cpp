@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <climits>
 #include <cstdio>
@@ -102,8 +101,8 @@ std::optional<Process> readProcess(const std::string& number, uid_t user) {
     return process;
 }
 
-// The owner of the folder is the user whose rights the process has, also where its files belong to root
-// because its memory may not be looked at.
+// The owner of the folder is the effective user of the process. (The files in it belong to root if nobody may
+// look into the process.)
 bool readUser(const std::string& number, uid_t& user) {
     struct stat owner;
     if (stat(folderOf(number).c_str(), &owner) != 0) return false;
@@ -112,10 +111,9 @@ bool readUser(const std::string& number, uid_t& user) {
 }
 
 // In a container, or wherever else a process has other files under the same paths, another bundle lies there.
-// False also if the process may not be looked at: Launch Services finds a running application by its endpoint,
-// so that one too few does no harm here, and one too many would keep the application from being started.
+// False also if the process may not be looked at.
 bool seesSameFolder(const Process& process, const std::string& folder) {
-    const std::string seen = folderOf(std::to_string(process.id)) + "/root" + canonicalPath(folder);
+    const std::string seen = folderOf(std::to_string(process.id)) + "/root" + folder;
     struct stat ours;
     struct stat theirs;
     return stat(folder.c_str(), &ours) == 0 && stat(seen.c_str(), &theirs) == 0 &&
@@ -125,9 +123,9 @@ bool seesSameFolder(const Process& process, const std::string& folder) {
 bool concernsThisRoot(const Process& process, const InstalledApplications& installed) {
     const std::vector<std::string>& namesakes = installed.named(process.name);
     if (!namesakes.empty()) {
-        return std::any_of(namesakes.begin(), namesakes.end(), [&process](const std::string& application) {
-            return isExecutableOf(application, process.file) && seesSameFolder(process, application);
-        });
+        // By their names, several applications could not be told apart.
+        return namesakes.size() == 1 && isExecutableOf(namesakes.front(), process.file) &&
+               seesSameFolder(process, namesakes.front());
     }
     const std::string bundle = bundleAround(process.file);
     return bundle.empty() || isInFixedPlace(bundle);

@@ -30,9 +30,11 @@ std::optional<Process> findProcess(pid_t id);
 /// The live processes of this user that concern the current system root.
 ///
 /// The name of an application that is installed in a fixed place of the root belongs to that application: a
-/// process of that name is listed only if its program is the application's executable. Other programs inside
-/// an application bundle are listed if the bundle lies in a fixed place of the root, programs outside bundles
-/// always. So a file that happens to have the same name is never taken for the application.
+/// process of that name is listed only if its program is the application's executable. In doubt (several
+/// applications of that name, a process that may not be looked at) it is not listed: Launch Services finds a
+/// running application by its endpoint anyway, but a process that is taken for the application keeps it from
+/// being launched. Other programs inside an application bundle are listed if the bundle lies in a fixed place
+/// of the root, programs outside bundles always.
 std::vector<Process> listProcesses();
 
 /// How many processes there are, including ended ones and those of other users and roots.

@@ -1,4 +1,4 @@
-// What hosts take for the server, and what they do not.
+// Which processes hosts take for the server.
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -103,7 +103,7 @@ TEST_F(Discovery, ProgramOfTheServersName_IsNotTakenForTheServer) {
 TEST_F(Discovery, ProgramOfTheServersNameInABundle_IsNotTakenForTheServer) {
     for (const std::string& bundle :
          {elsewhere_.path("Merrowd.app"), root_.path() + "/Elsewhere/Merrowd.app",
-          root_.path() + "/Library/Other.app", root_.path() + "/Applications/Other.app"}) {
+          root_.path() + "/Library/Other.app", root_.path() + "/Applications/Merrowd.app"}) {
         fs::create_directories(bundle + "/Contents");
         fs::copy_file(root_.server() + "/Contents/Info.plist", bundle + "/Contents/Info.plist");
         const Sleeper sleeper(bundle + kInsideBundle);

@@ -227,7 +227,7 @@ TEST_F(EventEndpointPlaces, UmaskOfTheOwner_KeepsNoOtherProcessOfItsUserOut) {
             });
             const bool isFound = isConnectable() && claimAndLetGo() == Outcome::inUse;
             owner.kill();
-            // What the owner left is no obstacle either.
+            // The files that the owner left can be used again.
             return isFound && owner.result() == static_cast<int>(Outcome::claimed) &&
                    claimAndLetGo() == Outcome::claimed;
         })) << mask;

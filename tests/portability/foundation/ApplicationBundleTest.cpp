@@ -1,4 +1,4 @@
-// What launching does not show of ApplicationBundle; the rest is tested by LaunchTest.cpp.
+// The functions that launching does not use; LaunchTest.cpp tests the others.
 #include "foundation/ApplicationBundle.h"
 
 #include <gtest/gtest.h>
@@ -14,9 +14,9 @@ namespace files = std::filesystem;
 using portability::applicationName;
 using portability::isExecutableOf;
 
-std::string infoPlist(const std::string& executable, const std::string& type = "APPL") {
+std::string infoPlist(const std::string& executable) {
     return "<plist version=\"1.0\"><dict><key>CFBundleExecutable</key><string>" + executable +
-           "</string><key>CFBundlePackageType</key><string>" + type + "</string></dict></plist>";
+           "</string></dict></plist>";
 }
 
 class ApplicationBundle : public testing::Test {
@@ -46,24 +46,26 @@ TEST_F(ApplicationBundle, IsExecutableOf_IsFalseForAnyOtherFile) {
     EXPECT_FALSE(isExecutableOf(bundle_, "A"));
 }
 
-TEST_F(ApplicationBundle, IsExecutableOf_FollowsLinksOnBothWays) {
-    files::create_directory_symlink(bundle_, folder_.path("link.app"));
-    EXPECT_TRUE(isExecutableOf(folder_.path("link.app"), program_));
+TEST_F(ApplicationBundle, IsExecutableOf_ExecutableThatIsALink_IsWhatItLeadsTo) {
     folder_.write("elsewhere/program", "program");
     files::remove(program_);
     files::create_symlink(folder_.path("elsewhere/program"), program_);
     EXPECT_TRUE(isExecutableOf(bundle_, folder_.path("elsewhere/program")));
 }
 
-TEST_F(ApplicationBundle, IsExecutableOf_WithoutAUsableInfo_IsFalse) {
-    for (const std::string& info : {std::string("damaged"), infoPlist(""), infoPlist(".."),
-                                    infoPlist("../MacOS/A"), infoPlist("A", "BNDL")}) {
+TEST_F(ApplicationBundle, IsExecutableOf_WithoutAUsableInfo_GoesByTheApplicationsName) {
+    const std::string other = folder_.path("A.app/Contents/MacOS/B");
+    const auto expectTheNamesake = [&](const std::string& info) {
+        EXPECT_TRUE(isExecutableOf(bundle_, program_)) << info;
+        EXPECT_FALSE(isExecutableOf(bundle_, other)) << info;
+    };
+    for (const std::string& info :
+         {std::string("damaged"), infoPlist(""), infoPlist(".."), infoPlist("../B")}) {
         folder_.write("A.app/Contents/Info.plist", info);
-        EXPECT_FALSE(isExecutableOf(bundle_, program_)) << info;
+        expectTheNamesake(info);
     }
     files::remove(folder_.path("A.app/Contents/Info.plist"));
-    EXPECT_FALSE(isExecutableOf(bundle_, program_));
-    EXPECT_FALSE(isExecutableOf(folder_.path("absent.app"), program_));
+    expectTheNamesake("none");
 }
 
 TEST_F(ApplicationBundle, ApplicationName_IsThatOfTheFolderWithoutItsExtension) {

@@ -122,6 +122,19 @@ TEST_F(ProcessTableNames, ProgramOfTheNameInAnotherApplicationOfTheRoot_IsNotLis
     expectNotListed("root/Applications/Other.app/Contents/MacOS/Probed");
 }
 
+TEST_F(ProcessTableNames, ApplicationsOfOneNameInTwoPlacesOfTheRoot_AreNotListed) {
+    const auto probe = run("root/" + std::string(kProgram));
+    EXPECT_EQ(listedByName(), 1);
+    makeApplication("root/Applications/Probed.app");
+    expectNotListed("root/Applications/Probed.app/Contents/MacOS/Probed");
+}
+
+TEST_F(ProcessTableNames, ApplicationWithoutAReadableInfo_IsListed) {
+    folder_.write("root/" + std::string(kApplication) + "/Contents/Info.plist", "damaged");
+    const auto probe = run("root/" + std::string(kProgram));
+    EXPECT_EQ(listedByName(), 1);
+}
+
 TEST_F(ProcessTableNames, ScriptOfTheName_IsNotListed) {
     folder_.write("elsewhere/Probed", "#!/bin/sh\n: >\"$0.runs\"\nread -r nothing\n");
     ASSERT_EQ(chmod(folder_.path("elsewhere/Probed").c_str(), 0755), 0);
