@@ -20,7 +20,7 @@ portability::CallQueue& callQueue() {
 
 }  // namespace
 
-// What the run loop calls.
+// The run loop calls this class.
 @interface PortabilityRemoteCall : NSObject
 + (void)serveOldest;
 @end
