@@ -32,7 +32,7 @@ AlertConversation::AlertConversation(const AlertRequest& request, long longestSt
 }
 
 bool AlertConversation::start() {
-    const std::string helper = alertHelper();
+    const std::string helper = usableAlertHelper();
     int ends[2];
     if (helper.empty() || socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return false;
     socket_ = aboveStandardStreams(ends[0]);
@@ -49,8 +49,8 @@ bool AlertConversation::wait(short events) const {
 
 bool AlertConversation::send(const std::string& bytes) {
     for (size_t sent = 0; sent < bytes.size();) {
-        const ssize_t count = ::send(socket_.get(), bytes.data() + sent, bytes.size() - sent,
-                                     MSG_NOSIGNAL | MSG_DONTWAIT);
+        const ssize_t count =
+            ::send(socket_.get(), bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
         if (count > 0) {
             sent += static_cast<size_t>(count);
         } else if (errno != EINTR && (errno != EAGAIN || !wait(POLLOUT))) {

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cinttypes>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -21,8 +22,8 @@ bool isSet(const char* variable) {
     return value != nullptr && *value != '\0';
 }
 
-/// The path of the file whose mapping holds the address. The system's list of mappings has it absolute and
-/// without links; what the loader knows may be relative to a folder that the host has left since.
+/// The path of the file that is mapped at the address. The kernel's list of mappings has it absolute and
+/// without links; the loader's path may be relative to a folder that the host has left since.
 std::string fileMappedAt(uintptr_t address) {
     std::ifstream mappings("/proc/self/maps");
     for (std::string line; std::getline(mappings, line);) {
@@ -36,16 +37,17 @@ std::string fileMappedAt(uintptr_t address) {
     return std::string();
 }
 
-}  // namespace
-
-bool canEnvironmentShowAlerts() {
+bool environmentAllowsAlerts() {
     const char* const alerts = secure_getenv("POS_ALERTS");
     if (alerts != nullptr && std::strcmp(alerts, "log") == 0) return false;
     return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY");
 }
 
-std::string alertHelper() {
-    const std::string code = fileMappedAt(reinterpret_cast<uintptr_t>(&alertHelper));
+}  // namespace
+
+std::string usableAlertHelper() {
+    if (!environmentAllowsAlerts()) return std::string();
+    const std::string code = fileMappedAt(reinterpret_cast<uintptr_t>(&usableAlertHelper));
     if (code.empty()) return std::string();
     const std::string helper = parentOf(code) + '/' + kHelperName;
     return access(helper.c_str(), X_OK) == 0 && !isFolder(helper) ? helper : std::string();

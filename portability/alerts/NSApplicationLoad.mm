@@ -6,9 +6,9 @@
 namespace {
 
 // Exceptions of C++ end here: the caller's frames know those of Objective-C only.
-bool hasHelper() {
+bool canShowAlerts() {
     try {
-        return !portability::alertHelper().empty();
+        return !portability::usableAlertHelper().empty();
     } catch (...) {
         return false;
     }
@@ -18,5 +18,5 @@ bool hasHelper() {
 
 BOOL NSApplicationLoad(void) {
     portability::makeHostTextsReadable();
-    return portability::canEnvironmentShowAlerts() && hasHelper() ? YES : NO;
+    return canShowAlerts() ? YES : NO;
 }

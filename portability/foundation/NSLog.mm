@@ -4,12 +4,16 @@
 #import <Foundation/Foundation.h>
 
 #include <errno.h>
-#include <syslog.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
+#include <sys/un.h>
+#include <syslog.h>
 #include <time.h>
 #include <unistd.h>
 
 #include <string>
+
+#include "events/FileDescriptor.h"
 
 namespace {
 
@@ -38,6 +42,17 @@ bool writeToStandardError(const std::string& line) {
     return written >= 0;
 }
 
+// For hosts that have closed standard error. The C library's syslog() would keep a descriptor open, in place of
+// one of the standard streams, and would use what the host told it with openlog().
+void writeToDaemon(const std::string& message) {
+    const portability::FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    const sockaddr_un daemon = {AF_UNIX, "/dev/log"};
+    const std::string line = "<" + std::to_string(LOG_USER | LOG_ERR) + ">" + program_invocation_short_name +
+                             "[" + std::to_string(getpid()) + "]: " + message;
+    sendto(socket.get(), line.data(), line.size(), MSG_NOSIGNAL | MSG_DONTWAIT,
+           reinterpret_cast<const sockaddr*>(&daemon), sizeof daemon);
+}
+
 }  // namespace
 
 void NSLog(NSString* format, ...) {
@@ -50,6 +65,6 @@ void NSLog(NSString* format, ...) {
     const std::string message = text != nullptr ? text : "";
     const bool hasLineEnd = !message.empty() && message.back() == '\n';
     if (!writeToStandardError(beginning() + message + (hasLineEnd ? "" : "\n")))
-        syslog(LOG_USER | LOG_ERR, "%s", message.c_str());
+        writeToDaemon(message);
     [pool release];
 }

@@ -10,17 +10,13 @@ namespace {
 
 // Never destroyed: other threads may still call while the process ends.
 portability::CallQueue& callQueue() {
-    static portability::CallQueue& queue = [] () -> portability::CallQueue& {
-        auto& made = *new portability::CallQueue;
-        made.open();
-        return made;
-    }();
+    static auto& queue = *new portability::CallQueue;
     return queue;
 }
 
 }  // namespace
 
-// What the run loop calls.
+// The run loop calls this class.
 @interface PortabilityRemoteCall : NSObject
 + (void)serveOldest;
 @end
@@ -69,7 +65,9 @@ void wakeRunLoop() {
 }  // namespace
 
 bool runOnMainRunLoop(void* (*procedure)(void*), void* parameter, void** result) {
-    return isMainThreadInRunLoop() && callQueue().run(procedure, parameter, result, wakeRunLoop);
+    if (!isMainThreadInRunLoop()) return false;
+    callQueue().open();  // whether the loop runs is not the queue's business, so it is never closed
+    return callQueue().run(procedure, parameter, result, wakeRunLoop);
 }
 
 }  // namespace portability

@@ -4,8 +4,7 @@
 #include "tasks/MainRunLoop.h"
 #include "tasks/MainThread.h"
 
-// The main thread of most hosts runs a loop that is not the platform's, or none, and would never serve the
-// call.
+// Most hosts run another loop on their main thread, or none, which would never serve the call.
 void* MPRemoteCall(MPRemoteProcedure remoteProc, void* parameter, MPRemoteContext /*context*/) {
     if (portability::isMainThread()) return remoteProc(parameter);
     void* result = nullptr;

@@ -2,23 +2,23 @@
 //
 //     endtoend_alert_host BUNDLE MAIN [HABIT]...
 //
-// MAIN, what the main thread does meanwhile:
+// MAIN, the main thread:
 //     call        makes the call itself
 //     join        waits in pthread_join for the thread that makes the call
 //     join-two    the same with two such threads
 //     sleep       sleeps until the thread is through
 //     glib        runs GLib's loop until the thread is through
-//     atexit      has returned from main; the call is made by an exit handler that was there before the
-//                 library
-// HABIT, what else is special:
+//     atexit      has returned from main; an exit handler, registered before the library was loaded, makes
+//                 the call
+// HABIT:
 //     closed      descriptors 0 to 2 are closed
 //     ignore      SIGCHLD is ignored
 //     reap        a thread waits for every child; "reaped" if there ever is one
 //     relative    the bundle is loaded by a relative path, and the folder left
 //     fork        a line on standard input forks off a child, which keeps everything open and stays: "child"
 //
-// Output: "ready" before the call, "status STATUS" after each (hexadecimal), "changed ..." for what is no
-// longer as it was before it, "end".
+// Output: "ready" before the call, "status STATUS" after each call (hexadecimal), "changed ..." for each
+// difference from the state before the call, "end".
 #include <fcntl.h>
 #include <glib.h>
 #include <signal.h>

@@ -128,7 +128,7 @@ class Host {
         tell("loop");
     }
 
-    // Defined below, behind the class that the loop calls.
+    // Defined below, after the class that the loop calls.
     void runInsideLoop(const std::string& line);
 
     PosLibrary library_;

@@ -34,7 +34,7 @@ class Desktop {
     /// The windows of the alerts that are open now.
     std::vector<std::string> alerts() const;
 
-    /// What stands in the title bar of the alert's window.
+    /// The text in the title bar of the window.
     static std::string titleOf(const std::string& window);
 
     // Answers the alert that is open, or comes: uses it until its window is gone. False when that does not

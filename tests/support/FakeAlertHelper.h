@@ -17,14 +17,14 @@ std::string pressedEvent(int button);
 
 class FakeAlertHelper {
   public:
-    /// What helpers do that are started from now on, by this process or one of its children. Forgets what
-    /// earlier ones noted.
+    /// Sets the commands for helpers that are started from now on, by this process or one of its children.
+    /// Removes the notes of earlier ones.
     void follow(const std::vector<std::string>& commands) const;
 
     /// Helpers that are started from now on do not read their request.
     static void beDeaf();
 
-    /// What a helper noted under that name: the first note of the kind; "" if there is none.
+    /// The first note of that name; "" if there is none.
     std::string note(const std::string& name) const;
 
     /// Waits until the helper has its request; returns its process.

@@ -1,4 +1,4 @@
-// What belongs to a host in its process, and must be as before once a call of the library has returned.
+// The state of a process that belongs to the host: a call of the library must leave it as it was.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ class HostState {
     /// locale, the working folder, the mask for new files, and whether there is a child, ended or not.
     HostState();
 
-    /// What is no longer as noted, a line each.
+    /// Compares with the present state; one line for each difference.
     std::vector<std::string> changes() const;
 
   private:

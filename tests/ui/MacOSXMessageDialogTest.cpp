@@ -1,4 +1,4 @@
-// What an alert says and answers. Its helper follows the test's commands, so there are no windows.
+// The texts of an alert and its answers. The helper follows the test's commands, so there are no windows.
 #include "ui/MacOSXMessageDialog.h"
 
 #include <gtest/gtest.h>
@@ -36,7 +36,7 @@ class MacOSXMessageDialogTest : public testing::Test {
         MultiLanguageSupport::initialize("English");
     }
 
-    /// What an alert says whose first button is pressed.
+    /// Runs an alert whose first button is pressed; returns the request that the helper received.
     nlohmann::json requestOf(const char* title, const char* body, int buttons = 0) {
         helper_.follow({kShownEvent, pressedEvent(0)});
         dialog_.showAlert(title, body, buttons, 0);
@@ -50,7 +50,7 @@ class MacOSXMessageDialogTest : public testing::Test {
         return dialog_.showAlert("T", "B", buttons, 0);
     }
 
-    /// What the system log hears while the alert is asked for.
+    /// Asks for the alert; returns what was written to the system log meanwhile.
     std::string logOf(const char* title, const char* body, int buttons) {
         testing::internal::CaptureStderr();
         answer_ = dialog_.showAlert(title, body, buttons, 0);
@@ -63,7 +63,7 @@ class MacOSXMessageDialogTest : public testing::Test {
     int answer_ = -1;
 };
 
-// What it says.
+// Texts and buttons.
 
 TEST_F(MacOSXMessageDialogTest, TitleAndBody_AreThoseGivenAndLinesAreBroken) {
     const auto request = requestOf("A failure", "One line\rand another\r\r100 % of \"it\"");
@@ -100,7 +100,7 @@ TEST_F(MacOSXMessageDialogTest, AnyApplicationButTheManagementApplication_HasNoH
     EXPECT_EQ(requestOf("T", "B")["help"], false);
 }
 
-// What it answers.
+// Answers.
 
 TEST_F(MacOSXMessageDialogTest, TheFirstButton_AnswersRetryOrOK) {
     EXPECT_EQ(answerTo(0, 0), 12);

@@ -1,7 +1,7 @@
 // A host whose alerts are shown by GNUstep's window classes, from the same source as everywhere:
 //
 //     gnustepAlertHost KIND TITLE BODY
-//         "text ..." and "button ..." for what stands in the open alert, "end", then "answer N"
+//         "text ..." and "button ..." for each text and button of the open alert, "end", then "answer N"
 #import <AppKit/AppKit.h>
 
 #include <iostream>

@@ -5,8 +5,8 @@ struct objc_class;
 
 namespace dovrel::macho {
 
-/// The class that stands for the platform's class of that name; null if there is none. Most have the same
-/// name here.
+/// Returns this system's class for the platform's class of that name; null if there is none. The names differ
+/// for NSAlert only.
 objc_class* platformClass(const char* name);
 
 }  // namespace dovrel::macho

@@ -1,4 +1,4 @@
-// What a helper may not do: keep the host waiting before the alert is on the screen.
+// How long a helper may take before the alert is on the screen.
 #include "alerts/AlertConversation.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// When alerts can be shown.
+// The conditions under which alerts can be shown.
 #import <AppKit/AppKit.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -92,7 +92,7 @@ TEST_F(NSApplicationLoadElsewhere, WithAFolderInTheHelpersPlace_IsNo) {
     EXPECT_EQ(answerOfProbe(), NO);
 }
 
-// What the helper loads is chosen by the environment, that is by the user who starts the program.
+// The environment, which belongs to the user who starts the program, decides which code the helper loads.
 TEST_F(NSApplicationLoadElsewhere, InAProgramWithAnotherUsersOrGroupsRights_IsNo) {
     NEEDS_ROOT("give a program another user's rights");
     constexpr uid_t kNobody = 65534;

@@ -194,7 +194,7 @@ TEST_F(RemoteCall, InATask_RunsOnTheMainThreadInsideItsRunLoop) {
     EXPECT_EQ(task.get(), &seen_);
 }
 
-// What the main thread waits for cannot wait for the main thread.
+// The main thread and the task would wait for each other.
 TEST_F(RemoteCall, InATaskThatTheMainThreadWaitsForInsideItsRunLoop_RunsInPlaceAndOnce) {
     std::thread::id thread;
     std::future<void> task;
@@ -206,7 +206,7 @@ TEST_F(RemoteCall, InATaskThatTheMainThreadWaitsForInsideItsRunLoop_RunsInPlaceA
     });
     loop.runUntil(task);
     EXPECT_EQ(seen_.thread, thread);
-    // What is left of the call in the loop must not run it again.
+    // The loop still has its message about the call, which must not run it again.
     auto next = inThread([&] {
         callUntilServed();
     });
