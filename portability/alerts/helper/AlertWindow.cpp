@@ -9,15 +9,6 @@ namespace {
 
 using portability::AlertRequest;
 
-AlertWindow& windowOf(gpointer data) {
-    return *static_cast<AlertWindow*>(data);
-}
-
-GtkWindow* makeWindow() {
-    return static_cast<GtkWindow*>(
-        g_object_new(GTK_TYPE_WINDOW, "accessible-role", GTK_ACCESSIBLE_ROLE_ALERT_DIALOG, nullptr));
-}
-
 constexpr char kStyle[] =
     // A symbolic picture has the colour of text unless a style says otherwise.
     ".alert-sign { color: @warning_color; }"
@@ -26,6 +17,15 @@ constexpr char kStyle[] =
     ".alert-body, .alert-body > text { background-color: transparent; color: @theme_fg_color; }"
     // With the usual margins, two long captions would not fit on the smallest screens.
     ".alert-button { padding-left: 10px; padding-right: 10px; }";
+
+AlertWindow& windowOf(gpointer data) {
+    return *static_cast<AlertWindow*>(data);
+}
+
+GtkWindow* makeWindow() {
+    return static_cast<GtkWindow*>(
+        g_object_new(GTK_TYPE_WINDOW, "accessible-role", GTK_ACCESSIBLE_ROLE_ALERT_DIALOG, nullptr));
+}
 
 void addStyle() {
     g_autoptr(GtkCssProvider) style = gtk_css_provider_new();

@@ -36,6 +36,7 @@ class Portal {
     ~Portal() {
         g_main_loop_quit(loop_);
         thread_.join();
+        // The object itself stays: its end would wait for the program's other users of the bus.
         g_test_dbus_stop(bus_);
     }
 
@@ -120,7 +121,7 @@ class ColorSchemeTest : public HelperTest {
         });
     }
 
-    /// What the helper does at first. The bus must be there before: its beginning takes the name of the
+    /// Connects as the helper does. The bus must be there before: its beginning takes the name of the
     /// screen away.
     void connect() {
         screen_.emplace("640x480", HelperScreen::Manager::none);

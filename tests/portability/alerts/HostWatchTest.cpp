@@ -1,4 +1,4 @@
-// How the alert helper ends with its host, and when waiting has lasted too long.
+// How the alert helper ends with its host, and if its window does not come.
 #include "alerts/helper/HostWatch.h"
 
 #include <gtest/gtest.h>
@@ -9,13 +9,11 @@
 #include <thread>
 
 #include "alerts/helper/ExitCode.h"
-#include "alerts/helper/HostStream.h"
 
 namespace alerthelper {
 namespace {
 
 using namespace std::chrono_literals;
-using portability::AlertEvent;
 using portability::FileDescriptor;
 
 constexpr std::chrono::milliseconds kForever = 1h;
@@ -105,48 +103,6 @@ TEST_F(HostWatchTest, EndOfTheWatch_LeavesTheProcess) {
     { const HostWatch watch(helper_.get(), getpid(), 20ms); }
     host_.reset();
     std::this_thread::sleep_for(100ms);
-}
-
-// The stream.
-
-TEST_F(HostWatchTest, Receive_WithoutARequestInTimeReturnsNothing) {
-    HostStream stream(helper_.get());
-    EXPECT_FALSE(stream.receive(20ms).has_value());
-    send(host_.get(), "{\"version\":1", 12, 0);
-    EXPECT_FALSE(stream.receive(20ms).has_value());
-}
-
-TEST_F(HostWatchTest, Receive_TakesARequestThatComesInPieces) {
-    const std::string line = portability::AlertMessages::compose({"T", "B", {"OK"}, false, getpid()});
-    std::thread sender([&] {
-        for (const char byte : line)
-            send(host_.get(), &byte, 1, 0);
-    });
-    HostStream stream(helper_.get());
-    const auto request = stream.receive(kForever);
-    sender.join();
-    ASSERT_TRUE(request.has_value());
-    EXPECT_EQ(request->title, "T");
-}
-
-TEST_F(HostWatchTest, Send_ToAHostThatHasGoneIsIgnored) {
-    HostStream stream(helper_.get());
-    host_.reset();
-    stream.send({AlertEvent::Kind::pressed, 0});
-}
-
-TEST_F(HostWatchTest, IsStream_IsTrueForALocalStreamSocketOnly) {
-    EXPECT_TRUE(HostStream(helper_.get()).isStream());
-    EXPECT_FALSE(HostStream(-1).isStream());
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    const FileDescriptor reading(ends[0]);
-    const FileDescriptor writing(ends[1]);
-    EXPECT_FALSE(HostStream(reading.get()).isStream());
-    const FileDescriptor packets(socket(AF_UNIX, SOCK_SEQPACKET, 0));
-    EXPECT_FALSE(HostStream(packets.get()).isStream());
-    const FileDescriptor network(socket(AF_INET, SOCK_STREAM, 0));
-    EXPECT_FALSE(HostStream(network.get()).isStream());
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ class ShownWindow {
     template <typename Condition>
     bool workUntil(Condition condition);
 
-    // What the window has told so far.
+    // The presses so far.
     std::vector<size_t> pressed;
     int helps = 0;
 
