@@ -1,7 +1,6 @@
 #include "platform/FileReplacement.h"
 
 #include <gtest/gtest.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,9 +11,9 @@
 #include "tests/platform/ScratchFolder.h"
 #include "tests/support/ExtendedAttributes.h"
 #include "tests/support/FileSizeLimit.h"
+#include "tests/support/MountNamespace.h"
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"
-#include "tests/support/OwnMounts.h"
 
 namespace dovrel {
 namespace {
