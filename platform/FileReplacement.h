@@ -6,13 +6,21 @@
 namespace dovrel {
 
 /// Creates the file or replaces its content by all bytes of `text`, as opening it with mode "w+b" and writing
-/// does. False when it could not be opened or not everything arrived.
+/// does. False if it could not be opened or not everything arrived.
 ///
-/// The new content of an existing file is written beside it and takes its place when it is complete; so on a
-/// full disk, or when the process ends half-way, the file has its old content still. Only where the exchange
-/// could be noticed, or is not allowed, is a file written in place: one of another user or group, one with
-/// several names, one behind a symbolic link, one in a folder that may not be written, and what is no plain
-/// file.
+/// The new content of an existing file is written to a file beside it, named "PATH.new0" to "PATH.new9",
+/// which takes its place when it is complete. So the file keeps its old content if there is no room for the
+/// new one, and if the process ends half-way. What a process that ended half-way has left beside the file is
+/// deleted by the next call for the same path.
+///
+/// A file is written in place if the exchange could be noticed or is refused:
+///   - it has several names, an access control list, extended attributes, or another owner or group than new
+///     files in its folder, or the path is a symbolic link;
+///   - its folder may not be written or is sticky, or the file is a mount point or lies on a share that does
+///   not
+///     exchange files.
+/// Then it keeps its old content without room for the new one as well, but not if the process ends half-way.
+/// Devices, pipes and the like are opened and written.
 bool replaceFileContent(const std::string& path, const std::string& text);
 
 }  // namespace dovrel

@@ -1,6 +1,7 @@
 target_sources(portability PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/ApplicationBundle.cpp
     ${CMAKE_CURRENT_LIST_DIR}/CatalogInfo.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/CopyFile.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileContent.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileErrors.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileNames.cpp

@@ -66,6 +66,7 @@ DARWIN_C_END
 #define ENAMETOOLONG 63
 #define EHOSTUNREACH 65
 #define ENOTEMPTY 66
+#define EDQUOT 69
 #define ENOLCK 77
 #define ENOSYS 78
 #define EOVERFLOW 84

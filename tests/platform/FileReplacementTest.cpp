@@ -9,7 +9,9 @@
 #include <string>
 
 #include "tests/platform/ScratchFolder.h"
+#include "tests/support/ExtendedAttributes.h"
 #include "tests/support/FileSizeLimit.h"
+#include "tests/support/MountNamespace.h"
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"
 
@@ -69,13 +71,25 @@ TEST_F(FileReplacement, SomebodyWhoHasTheOldFileOpen_ReadsItToItsEnd) {
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), "old");
 }
 
-TEST_F(FileReplacement, NamesThatAreTakenBesideTheFile_AreLeftAlone) {
+TEST_F(FileReplacement, LeftoversOfAKilledWriter_AreDeletedByTheNextWriteOfTheFile) {
     const std::string path = folder.write("file", "old");
-    const std::string other = folder.write("file.new0", "left behind");
+    folder.write("file.new0", "left behind");
+    folder.write("file.new1", "left behind");
+    folder.write("other.new0", "left behind");
     EXPECT_TRUE(replaceFileContent(path, "new"));
     EXPECT_EQ(ScratchFolder::contentOf(path), "new");
-    EXPECT_EQ(ScratchFolder::contentOf(other), "left behind");
     EXPECT_EQ(filesInFolder(), 2u);
+    EXPECT_EQ(ScratchFolder::contentOf(folder.path("other.new0")), "left behind");
+}
+
+TEST_F(FileReplacement, LeftoversBesideAFileThatIsWrittenInPlaceOrNew_AreDeletedAsWell) {
+    const std::string path = folder.write("file", "old");
+    std::filesystem::create_hard_link(path, folder.path("other name"));
+    folder.write("file.new0", "left behind");
+    EXPECT_TRUE(replaceFileContent(path, "new"));
+    folder.write("created.new0", "left behind");
+    EXPECT_TRUE(replaceFileContent(folder.path("created"), "new"));
+    EXPECT_EQ(filesInFolder(), 3u);
 }
 
 TEST_F(FileReplacement, FileWithTwoNames_HasTheNewContentUnderBoth) {
@@ -83,6 +97,97 @@ TEST_F(FileReplacement, FileWithTwoNames_HasTheNewContentUnderBoth) {
     std::filesystem::create_hard_link(path, folder.path("other name"));
     EXPECT_TRUE(replaceFileContent(path, "new"));
     EXPECT_EQ(ScratchFolder::contentOf(folder.path("other name")), "new");
+}
+
+TEST_F(FileReplacement, FileWithExtendedAttributes_KeepsThemAndItsIdentity) {
+    const std::string path = folder.write("file", "old");
+    SET_ATTRIBUTE_OR_SKIP(path, "user.origin", "here");
+    const ino_t inode = inodeOf(path);
+    EXPECT_TRUE(replaceFileContent(path, "new"));
+    EXPECT_EQ(test::attributeOf(path, "user.origin"), "here");
+    EXPECT_EQ(inodeOf(path), inode);
+    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(FileReplacement, FileWithAnAccessControlList_KeepsItAndItsIdentity) {
+    const std::string path = folder.write("file", "a longer old content");
+    SET_ATTRIBUTE_OR_SKIP(path, test::kAccessList, test::sharedAccessList());
+    const ino_t inode = inodeOf(path);
+    EXPECT_TRUE(replaceFileContent(path, "new"));
+    EXPECT_EQ(test::attributeOf(path, test::kAccessList), test::sharedAccessList());
+    EXPECT_EQ(inodeOf(path), inode);
+    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+}
+
+TEST_F(FileReplacement, FileInAFolderWithADefaultAccessControlList_GetsNone) {
+    const std::string path = folder.write("file", "old");
+    ScratchFolder::setPermissions(path, 0640);
+    SET_ATTRIBUTE_OR_SKIP(folder.path(), test::kDefaultAccessList, test::sharedAccessList());
+    EXPECT_TRUE(replaceFileContent(path, "new"));
+    EXPECT_EQ(test::attributeOf(path, test::kAccessList), "");
+    EXPECT_EQ(ScratchFolder::permissionsOf(path), 0640u);
+    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(FileReplacement, FileThatIsWrittenInPlaceWithoutRoom_KeepsItsOldContent) {
+    const std::string path = folder.write("file", "old");
+    std::filesystem::create_hard_link(path, folder.path("other name"));
+    const FileSizeLimit limit(kLimit);
+    EXPECT_FALSE(replaceFileContent(path, tooLong));
+    EXPECT_EQ(ScratchFolder::contentOf(path), "old");
+}
+
+TEST_F(FileReplacement, MountPoint_IsWrittenInPlace) {
+    const std::string behind = folder.write("behind", "old");
+    const std::string path = folder.write("file", "never seen");
+    EXPECT_WITH_OWN_MOUNTS([&] {
+        return mount(behind.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
+               replaceFileContent(path, "new") && ScratchFolder::contentOf(path) == "new";
+    });
+    EXPECT_EQ(ScratchFolder::contentOf(behind), "new");
+    EXPECT_EQ(ScratchFolder::contentOf(path), "never seen");
+    EXPECT_EQ(filesInFolder(), 2u);
+}
+
+TEST_F(FileReplacement, FileThatMayBeWrittenOnAReadOnlyFileSystem_IsWrittenInPlace) {
+    const std::string behind = folder.write("behind", "old");
+    EXPECT_WITH_OWN_MOUNTS([&] {
+        const ScratchFolder other;
+        const std::string path = other.write("file", "never seen");
+        const char* const top = other.path().c_str();
+        return mount(top, top, nullptr, MS_BIND, nullptr) == 0 &&
+               mount(behind.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
+               mount(nullptr, top, nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0 &&
+               replaceFileContent(path, "new") && umount(path.c_str()) == 0 && umount(top) == 0;
+    });
+    EXPECT_EQ(ScratchFolder::contentOf(behind), "new");
+}
+
+TEST_F(FileReplacement, FullDisk_IsFalseAndTheOldContentStays) {
+    EXPECT_WITH_OWN_MOUNTS([&] {
+        if (mount("none", folder.path().c_str(), "tmpfs", 0, "size=256k") != 0) return false;
+        const std::string path = folder.write("file", std::string(100'000, 'o'));
+        const std::string linked = folder.write("linked", "old");
+        std::filesystem::create_hard_link(linked, folder.path("other name"));
+        const std::string large(200'000, 'n');
+        return !replaceFileContent(path, large) && !replaceFileContent(linked, large) &&
+               ScratchFolder::contentOf(path) == std::string(100'000, 'o') &&
+               ScratchFolder::contentOf(linked) == "old" && filesInFolder() == 3u;
+    });
+}
+
+TEST_F(FileReplacement, StickyFolderOfAnotherUser_FileInItThatMayBeWrittenIsWritten) {
+    NEEDS_ROOT("give a file to another user");
+    constexpr uid_t kSomebody = 1234;
+    const std::string path = folder.write("file", "old");
+    ASSERT_EQ(chown(path.c_str(), kSomebody, kSomebody), 0);
+    ScratchFolder::setPermissions(path, 0666);
+    ScratchFolder::setPermissions(folder.path(), 01777);
+    EXPECT_TRUE(holdsForOrdinaryUser([&] { return replaceFileContent(path, "new"); }));
+    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+    EXPECT_EQ(filesInFolder(), 1u);
 }
 
 TEST_F(FileReplacement, SymbolicLink_StaysOneAndItsTargetHasTheNewContent) {
@@ -102,6 +207,13 @@ TEST_F(FileReplacement, Device_IsWrittenToAndStays) {
 TEST_F(FileReplacement, FolderOrMissingFolder_IsFalse) {
     EXPECT_FALSE(replaceFileContent(folder.path(), "x"));
     EXPECT_FALSE(replaceFileContent(folder.path("missing/file"), "x"));
+}
+
+TEST_F(FileReplacement, FilesBesideAFolder_AreNoLeftovers) {
+    std::filesystem::create_directory(folder.path("inner"));
+    folder.write("inner.new0", "content");
+    EXPECT_FALSE(replaceFileContent(folder.path("inner"), "x"));
+    EXPECT_EQ(ScratchFolder::contentOf(folder.path("inner.new0")), "content");
 }
 
 TEST_F(FileReplacement, FileThatMayNotBeWritten_IsFalseAndStaysThoughItsFolderMay) {

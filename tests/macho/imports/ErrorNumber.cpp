@@ -9,10 +9,10 @@ namespace {
 
 // All up to 34 are the same but EAGAIN (11 here), which is EDEADLK there.
 constexpr std::pair<int, int> kDifferent[] = {
-    {EDEADLK, 11},     {EAGAIN, 35},       {EINPROGRESS, 36}, {EALREADY, 37},  {ENOTSOCK, 38},
-    {EOPNOTSUPP, 102}, {EADDRINUSE, 48},   {ECONNRESET, 54},  {ETIMEDOUT, 60}, {ECONNREFUSED, 61},
-    {ELOOP, 62},       {ENAMETOOLONG, 63}, {ENOTEMPTY, 66},   {ENOSYS, 78},    {EOVERFLOW, 84},
-    {ECANCELED, 89},   {EILSEQ, 92},
+    {EDEADLK, 11},     {EAGAIN, 35},     {EINPROGRESS, 36},  {EALREADY, 37},  {ENOTSOCK, 38},
+    {EOPNOTSUPP, 102}, {EADDRINUSE, 48}, {ECONNRESET, 54},   {ETIMEDOUT, 60}, {ECONNREFUSED, 61},
+    {EDQUOT, 69},      {ELOOP, 62},      {ENAMETOOLONG, 63}, {ENOTEMPTY, 66}, {ENOSYS, 78},
+    {EOVERFLOW, 84},   {ECANCELED, 89},  {EILSEQ, 92},
 };
 
 // No error. While errno has it, nothing has failed since the last look.

@@ -1,7 +1,9 @@
 // Imports from libSystem.
+#include <copyfile.h>
 #include <dlfcn.h>
 #include <libc.h>
 #include <sys/sysctl.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -26,8 +28,8 @@ constexpr const char* kSame[] = {
     // memory and text
     "free", "malloc", "memchr", "memcmp", "memcpy", "memmove", "memset", "realloc", "strlen",
     // files; FILE is opaque
-    "close", "fchmod", "fclose", "fflush", "fileno", "flock", "fopen", "fprintf", "fputc", "fread", "fseek",
-    "ftell", "fwrite", "printf", "putchar", "puts", "remove", "rename", "snprintf", "write",
+    "close", "dup", "fchmod", "fclose", "fflush", "fileno", "flock", "fopen", "fprintf", "fputc", "fread",
+    "fseek", "ftell", "fwrite", "printf", "putchar", "puts", "remove", "rename", "snprintf", "write",
     // time; both count the processor's in microseconds, and struct tm is the same
     "asctime", "clock", "gmtime_r", "localtime_r", "strftime", "time", "tzset", "usleep",
     // the process; how a program ended is told in the same bits
@@ -66,6 +68,9 @@ void addSystemLibrary(ImportTable& table) {
     for (const char* const name : kSame)
         addByItsNames(table, name, functionOfThisSystem(name));
     addByItsNames(table, "open", reinterpret_cast<void*>(&platformOpen));
+    // By their addresses: in 32 bits these names mean other functions, for files of up to 2 GiB.
+    addByItsNames(table, "ftruncate", reinterpret_cast<void*>(&ftruncate));
+    addByItsNames(table, "pwrite", reinterpret_cast<void*>(&pwrite));
 
     static uintptr_t guard = 0x5AC39F00;  // has a zero byte, at which copies of texts end
     table.add(kLibrary, "___stack_chk_guard", &guard);
@@ -83,6 +88,7 @@ void addSystemLibrary(ImportTable& table) {
     table.add(kLibrary, "_stat$INODE64", &platformStat);
     table.add(kLibrary, "_lstat$INODE64", &platformLstat);
     table.add(kLibrary, "_fstat$INODE64", &platformFstat);
+    table.add(kLibrary, "_copyfile", &copyfile);
     table.add(kLibrary, "_issetugid", reinterpret_cast<void*>(&issetugid));
     table.add(kLibrary, "_sysctl", reinterpret_cast<void*>(&sysctl));
 }

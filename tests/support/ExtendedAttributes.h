@@ -1,0 +1,52 @@
+// Extended attributes and access control lists of files, for tests.
+#pragma once
+
+#include <sys/xattr.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace dovrel::test {
+
+/// The value of an attribute; empty also if the file does not have it.
+inline std::string attributeOf(const std::string& file, const char* name) {
+    std::array<char, 256> value;
+    const ssize_t size = getxattr(file.c_str(), name, value.data(), value.size());
+    return std::string(value.data(), size < 0 ? 0 : static_cast<size_t>(size));
+}
+
+/// False if the file system knows no such attributes.
+inline bool setAttribute(const std::string& file, const char* name, const std::string& value) {
+    return setxattr(file.c_str(), name, value.data(), value.size(), 0) == 0;
+}
+
+constexpr char kAccessList[] = "system.posix_acl_access";
+constexpr char kDefaultAccessList[] = "system.posix_acl_default";
+
+/// An access control list as the system keeps it: read and write for owner and group, and for the user 4711.
+inline std::string sharedAccessList() {
+    struct Entry {
+        std::uint16_t tag;
+        std::uint16_t permissions;
+        std::uint32_t id;
+    };
+    constexpr std::uint32_t kVersion = 2;
+    constexpr std::uint32_t kNoId = 0xFFFFFFFF;
+    // Owner, user, group, mask, others.
+    constexpr Entry kEntries[] = {
+        {0x01, 6, kNoId}, {0x02, 6, 4711}, {0x04, 6, kNoId}, {0x10, 6, kNoId}, {0x20, 0, kNoId}};
+    std::string list(sizeof kVersion + sizeof kEntries, '\0');
+    std::memcpy(list.data(), &kVersion, sizeof kVersion);
+    std::memcpy(list.data() + sizeof kVersion, kEntries, sizeof kEntries);
+    return list;
+}
+
+}  // namespace dovrel::test
+
+/// Leaves the test, and says so, if the file cannot get the attribute.
+#define SET_ATTRIBUTE_OR_SKIP(file, name, value)        \
+    if (!dovrel::test::setAttribute(file, name, value)) \
+    GTEST_SKIP() << "the file system of the temporary folder has no attribute " << name
