@@ -25,10 +25,10 @@ namespace {
 
 int made = 0;
 
+// Like the library's own, the objects of this bundle are never destroyed.
 struct Made {
-    Made() noexcept { ++made; }
-    ~Made() { --made; }
-    std::string text{"made before main, and too long for the object itself"};
+    Made() { ++made; }
+    const std::string& text = *new std::string("made before main, and too long for the object itself");
 };
 
 const Made firstMade;
@@ -110,7 +110,7 @@ NOT_INLINED int caught(int kind, int* count) {
     }
 }
 
-std::mutex mutex;
+std::mutex& mutex = *new std::mutex;
 
 }  // namespace
 
@@ -173,9 +173,6 @@ EXPORTED int Sample_Mutex() {
         const std::lock_guard<std::mutex> lock(mutex);
         EXPECT(made >= 1);
     }
-    std::mutex local;
-    local.lock();
-    local.unlock();
     return 0;
 }
 
