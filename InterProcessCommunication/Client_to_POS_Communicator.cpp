@@ -12,9 +12,9 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/ServerDiscovery.h"
 #include "platform/CFObject.h"
-#include "platform/FailureNotes.h"
-#include "platform/Places.h"
-#include "platform/StatusNames.h"
+#include "platform/trace/FailureNotes.h"
+#include "platform/files/Places.h"
+#include "platform/trace/StatusNames.h"
 
 namespace dovrel {
 

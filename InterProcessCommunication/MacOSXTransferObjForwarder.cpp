@@ -11,8 +11,8 @@
 #include "InterProcessCommunication/ServerDiscovery.h"
 #include "InterProcessCommunication/TransferObjText.h"
 #include "client/exceptions/POSException.h"
-#include "platform/FailureNotes.h"
-#include "platform/StatusNames.h"
+#include "platform/trace/FailureNotes.h"
+#include "platform/trace/StatusNames.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
 

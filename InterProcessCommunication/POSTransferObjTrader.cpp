@@ -9,7 +9,7 @@
 #include "InterProcessCommunication/TransferObjText.h"
 #include "client/exceptions/POSExceptionFactory.h"
 #include "client/exceptions/StructuredDataExceptions.h"
-#include "platform/FailureNotes.h"
+#include "platform/trace/FailureNotes.h"
 #include "serialization/ByteArrayList.h"
 #include "serialization/SerializationFailure.h"
 #include "serialization/StructuredDataFormat.h"

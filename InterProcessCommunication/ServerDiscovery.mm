@@ -8,7 +8,7 @@
 
 #include "InterProcessCommunication/BSDProcessList.h"
 #include "platform/CFObject.h"
-#include "platform/Places.h"
+#include "platform/files/Places.h"
 
 namespace dovrel {
 

@@ -6,7 +6,7 @@
 #include "InterProcessCommunication/TransferObjText.h"
 #include "client/exceptions/CPPException.h"
 #include "platform/Environment.h"
-#include "platform/TraceText.h"
+#include "platform/trace/TraceText.h"
 
 namespace dovrel {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "InterProcessCommunication/POSTransferObjForwarder.h"
-#include "platform/Trace.h"
+#include "platform/trace/Trace.h"
 
 namespace dovrel {
 

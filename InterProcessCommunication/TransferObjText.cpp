@@ -6,8 +6,8 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "client/exceptions/CPPException.h"
 #include "client/exceptions/ExceptionTypeNames.h"
-#include "platform/TextConversions.h"
-#include "platform/TraceText.h"
+#include "platform/text/TextConversions.h"
+#include "platform/trace/TraceText.h"
 
 namespace dovrel {
 

@@ -7,9 +7,9 @@
 #include <cstring>
 #include <random>
 
-#include "platform/MD5.h"
-#include "platform/MD5Random.h"
-#include "platform/NumberGenerator.h"
+#include "platform/random/MD5.h"
+#include "platform/random/MD5Random.h"
+#include "platform/random/NumberGenerator.h"
 #ifdef DOVREL_HAVE_OPENSSL
 #define OPENSSL_SUPPRESS_DEPRECATED
 #include <openssl/md5.h>

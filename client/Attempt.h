@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "client/exceptions/CPPException.h"
-#include "platform/FailureNotes.h"
+#include "platform/trace/FailureNotes.h"
 
 namespace dovrel {
 

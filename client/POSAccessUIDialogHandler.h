@@ -16,8 +16,8 @@
 #include "client/ErrorLog.h"
 #include "client/FailureReport.h"
 #include "client/POSAccessClient.h"
-#include "platform/FailureNotes.h"
-#include "ui/MessageDialog.h"
+#include "platform/trace/FailureNotes.h"
+#include "ui/alerts/MessageDialog.h"
 
 namespace dovrel {
 

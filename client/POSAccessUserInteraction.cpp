@@ -5,7 +5,7 @@
 
 #include "client/Attempt.h"
 #include "client/HostArguments.h"
-#include "platform/Trace.h"
+#include "platform/trace/Trace.h"
 
 namespace dovrel {
 

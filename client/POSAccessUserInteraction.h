@@ -14,7 +14,7 @@
 #include "client/POSAccessClient.h"
 #include "client/POSAccessUIDialogHandler.h"
 #include "client/SessionParts.h"
-#include "platform/Mutex.h"
+#include "platform/synchronization/Mutex.h"
 
 namespace dovrel {
 

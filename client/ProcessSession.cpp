@@ -6,10 +6,10 @@
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
 #include "InterProcessCommunication/TracingForwarder.h"
 #include "client/VersionBanner.h"
-#include "platform/LogPlaces.h"
-#include "platform/SynchronizationFactory.h"
-#include "ui/Component.h"
-#include "ui/MacOSXMessageDialog.h"
+#include "platform/files/LogPlaces.h"
+#include "platform/synchronization/SynchronizationFactory.h"
+#include "ui/information/Component.h"
+#include "ui/alerts/MacOSXMessageDialog.h"
 
 namespace dovrel {
 

@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "InterProcessCommunication/POSTransferObjForwarder.h"
-#include "platform/Mutex.h"
-#include "ui/MessageDialog.h"
+#include "platform/synchronization/Mutex.h"
+#include "ui/alerts/MessageDialog.h"
 
 namespace dovrel {
 

@@ -1,6 +1,6 @@
 #include "client/VersionBanner.h"
 
-#include "ui/ComponentVersions.h"
+#include "ui/information/ComponentVersions.h"
 
 namespace dovrel {
 

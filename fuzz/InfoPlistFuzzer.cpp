@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "FuzzTarget.h"
-#include "corefoundation/PropertyList.h"
-#include "corefoundation/XmlPropertyList.h"
+#include "portability/corefoundation/PropertyList.h"
+#include "portability/corefoundation/XmlPropertyList.h"
 
 namespace {
 

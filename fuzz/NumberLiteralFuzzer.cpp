@@ -4,7 +4,7 @@
 #include <string>
 
 #include "FuzzTarget.h"
-#include "platform/TextConversions.h"
+#include "platform/text/TextConversions.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "client/exceptions/ExceptionTypeCodes.h"
-#include "platform/TextConversions.h"
+#include "platform/text/TextConversions.h"
 #include "serialization/CPPByteArray.h"
 
 namespace merrowd {

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <limits>
 
-#include "platform/TextConversions.h"
+#include "platform/text/TextConversions.h"
 #include "settings/LineGrammar.h"
 
 namespace merrowd {

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/LogPlaces.h"
-#include "platform/Places.h"
+#include "platform/files/LogPlaces.h"
+#include "platform/files/Places.h"
 #include "server/EventServer.h"
 #include "server/RunningProcess.h"
 #include "server/SettingsFile.h"

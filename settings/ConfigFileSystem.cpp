@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "client/exceptions/CPPException.h"
-#include "platform/FileUtilities.h"
+#include "platform/files/FileUtilities.h"
 #include "settings/EncipheredText.h"
 #include "settings/EntryReader.h"
 #include "settings/LineGrammar.h"

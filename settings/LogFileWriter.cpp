@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "platform/TextConversions.h"
+#include "platform/text/TextConversions.h"
 #include "settings/LineGrammar.h"
 
 namespace dovrel {

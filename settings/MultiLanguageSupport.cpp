@@ -10,7 +10,7 @@
 
 #include "client/exceptions/CPPException.h"
 #include "platform/CFObject.h"
-#include "platform/Places.h"
+#include "platform/files/Places.h"
 #include "settings/ConfigFileSystem.h"
 #include "settings/Properties.h"
 #include "settings/ReplaceAll.h"

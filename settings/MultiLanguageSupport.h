@@ -5,19 +5,12 @@
 
 #include <string>
 
+#include "settings/Languages.h"
+
 namespace dovrel {
 
-// The names of the languages, as the sections of the texts file carry them in their entry
-// kLanguageSectionKey.
-inline constexpr const char* kLanguageGerman = "German";
-inline constexpr const char* kLanguageFrench = "Francais";
-inline constexpr const char* kLanguageSpanish = "Spanish";
-inline constexpr const char* kLanguageItalian = "Italian";
-inline constexpr const char* kLanguageJapanese = "Japanese";
-inline constexpr const char* kLanguageEnglish = "English";
-
+/// The key under which each section of the texts file names its language (Languages.h).
 inline constexpr const char* kLanguageSectionKey = "LANGUAGE";
-inline constexpr const char* kTextsFileName = "MultiLanguageTexts.mls";
 
 /// All state is the process's own and lives as long as the process, its exit handlers included. Every member
 /// may be called from any thread.

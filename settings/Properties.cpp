@@ -4,7 +4,7 @@
 #include <new>
 
 #include "client/exceptions/CPPException.h"
-#include "platform/TextConversions.h"
+#include "platform/text/TextConversions.h"
 #include "settings/EntryReader.h"
 #include "settings/LineGrammar.h"
 

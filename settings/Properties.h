@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/OpenFile.h"
+#include "platform/files/OpenFile.h"
 #include "settings/PropertiesStringObj.h"
 #include "settings/PropertyEntry.h"
 #include "settings/PropertyValue.h"

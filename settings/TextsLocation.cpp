@@ -4,8 +4,7 @@
 
 #include "client/exceptions/CPPException.h"
 #include "platform/CFObject.h"
-#include "platform/Places.h"
-#include "settings/MultiLanguageSupport.h"
+#include "platform/files/Places.h"
 
 namespace dovrel {
 
@@ -14,33 +13,8 @@ namespace {
 constexpr char kLocationFailure[] = "Sorry, could not read file 'MultiLanguageTexts.mls'...";
 constexpr CFIndex kLongestPath = 4096;
 
-struct PreferredLanguage {
-    const char* entry;
-    const char* language;
-};
-
-constexpr PreferredLanguage kPreferredLanguages[] = {
-    {"de", kLanguageGerman},         {"German", kLanguageGerman},   {"fr", kLanguageFrench},
-    {"French", kLanguageFrench},     {"es", kLanguageSpanish},      {"Spanish", kLanguageSpanish},
-    {"it", kLanguageItalian},        {"Italian", kLanguageItalian}, {"ja", kLanguageJapanese},
-    {"Japanese", kLanguageJapanese},
-};
-
 CFObject<CFStringRef> newString(const char* text) {
     return CFObject<CFStringRef>(CFStringCreateWithCString(kCFAllocatorDefault, text, kCFStringEncodingUTF8));
-}
-
-CFStringRef firstEntry(CFPropertyListRef preference) {
-    if (preference == nullptr || CFGetTypeID(preference) != CFArrayGetTypeID()) return nullptr;
-    const auto entries = static_cast<CFArrayRef>(preference);
-    if (CFArrayGetCount(entries) == 0) return nullptr;
-    const CFTypeRef entry = CFArrayGetValueAtIndex(entries, 0);
-    return CFGetTypeID(entry) == CFStringGetTypeID() ? static_cast<CFStringRef>(entry) : nullptr;
-}
-
-bool isEqual(CFStringRef entry, const char* text) {
-    const CFObject<CFStringRef> other = newString(text);
-    return other && CFStringCompare(entry, other.get(), 0) == kCFCompareEqualTo;
 }
 
 CFObject<CFURLRef> appended(const CFObject<CFURLRef>& url, const char* component, bool isFolder) {
@@ -58,15 +32,6 @@ CFObject<CFURLRef> newFolderUrl(const std::string& path) {
 }
 
 }  // namespace
-
-std::string languageOfPreference(CFPropertyListRef preference) {
-    const CFStringRef entry = firstEntry(preference);
-    if (entry == nullptr) return kLanguageEnglish;
-    for (const PreferredLanguage& known : kPreferredLanguages) {
-        if (isEqual(entry, known.entry)) return known.language;
-    }
-    return kLanguageEnglish;
-}
 
 std::string textsFilePath(const std::string& installFolder) {
     const CFObject<CFURLRef> bundle = newFolderUrl(installFolder + places::kLibraryBundleName);

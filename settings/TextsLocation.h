@@ -1,21 +1,15 @@
-// Where the user's language and the texts in it are found on this machine: the two questions that the texts
-// put to the platform.
+// Where the file with the texts is on this machine.
 #pragma once
-
-#include <CoreFoundation/CoreFoundation.h>
 
 #include <string>
 
 namespace dovrel {
 
-/// The name of the language (MultiLanguageSupport.h) for a value of the preference "AppleLanguages": its
-/// first entry decides, "de" and "German" for German and so on, case counts. English for null, for anything
-/// but an array, for an empty array, and for an entry that is not known.
-std::string languageOfPreference(CFPropertyListRef preference);
+inline constexpr const char* kTextsFileName = "MultiLanguageTexts.mls";
 
-/// The path of the texts file in the resources of the library's bundle in `installFolder` (UTF-8, with the
-/// slash at its end), as the language's file calls take it. Whether the file exists is not asked. Throws a
-/// CPPException when the path cannot be built.
+/// Returns the path of the texts file in the resources of the library's bundle in `installFolder` (UTF-8, with
+/// the slash at its end), in the form that the language's file functions take. Does not ask whether the file
+/// exists. Throws a CPPException if the path cannot be built. Any thread.
 std::string textsFilePath(const std::string& installFolder);
 
 }  // namespace dovrel

@@ -1,4 +1,4 @@
-#include "alerts/AlertConversation.h"
+#include "portability/alerts/AlertConversation.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -9,8 +9,8 @@
 #include <cerrno>
 #include <string>
 
-#include "alerts/AlertHelper.h"
-#include "processes/DetachedProcess.h"
+#include "portability/alerts/AlertHelper.h"
+#include "portability/processes/DetachedProcess.h"
 
 namespace portability {
 

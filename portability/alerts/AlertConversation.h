@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <optional>
 
-#include "alerts/AlertLines.h"
-#include "alerts/AlertMessages.h"
-#include "events/Deadline.h"
-#include "events/FileDescriptor.h"
+#include "portability/alerts/AlertLines.h"
+#include "portability/alerts/AlertMessages.h"
+#include "portability/posix/Deadline.h"
+#include "portability/posix/FileDescriptor.h"
 
 namespace portability {
 

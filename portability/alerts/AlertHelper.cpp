@@ -1,4 +1,4 @@
-#include "alerts/AlertHelper.h"
+#include "portability/alerts/AlertHelper.h"
 
 #include <unistd.h>
 
@@ -9,7 +9,7 @@
 #include <cstring>
 #include <fstream>
 
-#include "foundation/Paths.h"
+#include "portability/posix/Paths.h"
 
 namespace portability {
 

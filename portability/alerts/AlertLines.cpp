@@ -1,6 +1,6 @@
-#include "alerts/AlertLines.h"
+#include "portability/alerts/AlertLines.h"
 
-#include "alerts/AlertMessages.h"
+#include "portability/alerts/AlertMessages.h"
 
 namespace portability {
 

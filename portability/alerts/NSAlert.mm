@@ -1,7 +1,7 @@
 #import <AppKit/AppKit.h>
 #include <unistd.h>
 
-#include "alerts/AlertConversation.h"
+#include "portability/alerts/AlertConversation.h"
 
 namespace {
 

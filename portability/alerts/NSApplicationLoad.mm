@@ -1,7 +1,7 @@
 #import <AppKit/AppKit.h>
 
-#include "alerts/AlertHelper.h"
-#include "foundation/ReadableHostTexts.h"
+#include "portability/alerts/AlertHelper.h"
+#include "portability/foundation/ReadableHostTexts.h"
 
 namespace {
 

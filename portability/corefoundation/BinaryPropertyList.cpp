@@ -1,4 +1,4 @@
-#include "corefoundation/BinaryPropertyList.h"
+#include "portability/corefoundation/BinaryPropertyList.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "corefoundation/TextEncoding.h"
+#include "portability/corefoundation/TextEncoding.h"
 
 namespace portability {
 namespace {

@@ -1,13 +1,13 @@
-#include "corefoundation/Bundle.h"
+#include "portability/corefoundation/Bundle.h"
 
 #include <CoreFoundation/CFString.h>
 
 #include <algorithm>
 #include <memory>
 
-#include "corefoundation/Languages.h"
-#include "corefoundation/PropertyList.h"
-#include "foundation/Paths.h"
+#include "portability/corefoundation/Languages.h"
+#include "portability/corefoundation/PropertyList.h"
+#include "portability/posix/Paths.h"
 
 using portability::isFolder;
 using portability::isThere;

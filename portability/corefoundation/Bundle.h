@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "corefoundation/Object.h"
+#include "portability/corefoundation/Object.h"
 
 struct __CFBundle final : portability::Object {
     /// `path` is canonical and names a folder.

@@ -1,6 +1,6 @@
 #include <CoreFoundation/CoreFoundation.h>
 
-#include "corefoundation/Object.h"
+#include "portability/corefoundation/Object.h"
 
 using portability::objectOf;
 

@@ -8,10 +8,10 @@
 #include <array>
 #include <climits>
 
-#include "corefoundation/Bundle.h"
-#include "corefoundation/FileURL.h"
-#include "corefoundation/PackedVersion.h"
-#include "foundation/Paths.h"
+#include "portability/corefoundation/Bundle.h"
+#include "portability/corefoundation/FileURL.h"
+#include "portability/corefoundation/PackedVersion.h"
+#include "portability/posix/Paths.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-#include "corefoundation/Object.h"
+#include "portability/corefoundation/Object.h"
 
 using portability::objectOf;
 

@@ -3,10 +3,10 @@
 #include <CoreFoundation/CFPreferences.h>
 #include <CoreFoundation/CFString.h>
 
-#include "corefoundation/Languages.h"
-#include "corefoundation/Object.h"
-#include "corefoundation/PropertyList.h"
-#include "foundation/HomeFolder.h"
+#include "portability/corefoundation/Languages.h"
+#include "portability/corefoundation/Object.h"
+#include "portability/corefoundation/PropertyList.h"
+#include "portability/posix/HomeFolder.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 #include <CoreFoundation/CFPropertyList.h>
 #include <CoreFoundation/CFString.h>
 
-#include "corefoundation/Object.h"
-#include "corefoundation/PropertyList.h"
-#include "corefoundation/PropertyListWriter.h"
+#include "portability/corefoundation/Object.h"
+#include "portability/corefoundation/PropertyList.h"
+#include "portability/corefoundation/PropertyListWriter.h"
 
 CFPropertyListRef CFPropertyListCreateWithData(CFAllocatorRef, CFDataRef data, CFOptionFlags,
                                                CFPropertyListFormat* format, CFErrorRef* error) {

@@ -6,8 +6,8 @@
 #include <map>
 #include <mutex>
 
-#include "corefoundation/Object.h"
-#include "corefoundation/TextEncoding.h"
+#include "portability/corefoundation/Object.h"
+#include "portability/corefoundation/TextEncoding.h"
 
 using portability::objectOf;
 

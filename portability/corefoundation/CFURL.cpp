@@ -1,5 +1,4 @@
 #include <CoreFoundation/CFURL.h>
-#include <CoreServices/Files.h>
 
 #include <limits.h>
 #include <unistd.h>
@@ -7,9 +6,9 @@
 #include <array>
 #include <cstring>
 
-#include "SystemRoot.h"
-#include "corefoundation/FileURL.h"
-#include "corefoundation/Object.h"
+#include "portability/posix/SystemRoot.h"
+#include "portability/corefoundation/FileURL.h"
+#include "portability/corefoundation/Object.h"
 
 using portability::objectOf;
 
@@ -192,24 +191,4 @@ Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean /*resolveAgainstB
     }
     std::memcpy(buffer, path.c_str(), path.size() + 1);
     return true;
-}
-
-Boolean CFURLGetFSRef(CFURLRef url, FSRef* fsRef) {
-    if (!portability::isFileURL(url)) {
-        return false;
-    }
-    const std::string path = portability::pathOf(url);
-    return FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), fsRef, nullptr) == noErr;
-}
-
-CFURLRef CFURLCreateFromFSRef(CFAllocatorRef allocator, const FSRef* fsRef) {
-    std::array<UInt8, PATH_MAX> path;
-    FSCatalogInfo info;
-    if (FSRefMakePath(fsRef, path.data(), static_cast<UInt32>(path.size())) != noErr ||
-        FSGetCatalogInfo(fsRef, kFSCatInfoNodeFlags, &info, nullptr, nullptr, nullptr) != noErr) {
-        return nullptr;
-    }
-    return CFURLCreateFromFileSystemRepresentation(
-        allocator, path.data(), static_cast<CFIndex>(std::strlen(reinterpret_cast<const char*>(path.data()))),
-        (info.nodeFlags & kFSNodeIsDirectoryMask) != 0);
 }

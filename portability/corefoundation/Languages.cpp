@@ -1,11 +1,11 @@
-#include "corefoundation/Languages.h"
+#include "portability/corefoundation/Languages.h"
 
 #include <CoreFoundation/CFPreferences.h>
 #include <CoreFoundation/CFString.h>
 
 #include <cstdlib>
 
-#include "corefoundation/Object.h"
+#include "portability/corefoundation/Object.h"
 
 namespace portability {
 std::string localeLanguage() {

@@ -1,8 +1,8 @@
-#include "corefoundation/Object.h"
+#include "portability/corefoundation/Object.h"
 
 #include <cstdlib>
 
-#include "corefoundation/TextEncoding.h"
+#include "portability/corefoundation/TextEncoding.h"
 
 namespace portability {
 

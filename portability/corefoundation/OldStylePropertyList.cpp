@@ -1,11 +1,11 @@
-#include "corefoundation/OldStylePropertyList.h"
+#include "portability/corefoundation/OldStylePropertyList.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "corefoundation/TextEncoding.h"
+#include "portability/corefoundation/TextEncoding.h"
 
 namespace portability {
 namespace {

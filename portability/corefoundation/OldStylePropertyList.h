@@ -6,7 +6,7 @@
 
 #include <string_view>
 
-#include "corefoundation/Object.h"
+#include "portability/corefoundation/Object.h"
 
 namespace portability {
 

@@ -1,4 +1,4 @@
-#include "corefoundation/PackedVersion.h"
+#include "portability/corefoundation/PackedVersion.h"
 
 #include <optional>
 

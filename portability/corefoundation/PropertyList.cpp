@@ -1,15 +1,15 @@
-#include "corefoundation/PropertyList.h"
+#include "portability/corefoundation/PropertyList.h"
 
 #include <ctime>
 #include <string>
 #include <vector>
 
-#include "corefoundation/BinaryPropertyList.h"
-#include "corefoundation/Object.h"
-#include "corefoundation/OldStylePropertyList.h"
-#include "corefoundation/TextEncoding.h"
-#include "corefoundation/XmlPropertyList.h"
-#include "foundation/FileContent.h"
+#include "portability/corefoundation/BinaryPropertyList.h"
+#include "portability/corefoundation/Object.h"
+#include "portability/corefoundation/OldStylePropertyList.h"
+#include "portability/corefoundation/TextEncoding.h"
+#include "portability/corefoundation/XmlPropertyList.h"
+#include "portability/posix/FileContent.h"
 
 namespace portability {
 namespace {

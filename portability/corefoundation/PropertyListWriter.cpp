@@ -1,10 +1,10 @@
-#include "corefoundation/PropertyListWriter.h"
+#include "portability/corefoundation/PropertyListWriter.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
 
-#include "corefoundation/TextEncoding.h"
+#include "portability/corefoundation/TextEncoding.h"
 
 namespace portability {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "corefoundation/Object.h"
+#include "portability/corefoundation/Object.h"
 
 namespace portability {
 

@@ -1,4 +1,4 @@
-#include "corefoundation/TextEncoding.h"
+#include "portability/corefoundation/TextEncoding.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
-#include "corefoundation/XmlPropertyList.h"
+#include "portability/corefoundation/XmlPropertyList.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
-#include "corefoundation/TextEncoding.h"
+#include "portability/corefoundation/TextEncoding.h"
 
 namespace portability {
 namespace {

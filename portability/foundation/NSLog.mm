@@ -13,7 +13,7 @@
 
 #include <string>
 
-#include "events/FileDescriptor.h"
+#include "portability/posix/FileDescriptor.h"
 
 namespace {
 

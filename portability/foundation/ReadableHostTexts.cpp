@@ -1,4 +1,4 @@
-#include "foundation/ReadableHostTexts.h"
+#include "portability/foundation/ReadableHostTexts.h"
 
 #include <CoreFoundation/CFString.h>
 #include <objc/message.h>
@@ -9,7 +9,7 @@
 #include <iterator>
 #include <string>
 
-#include "corefoundation/TextEncoding.h"
+#include "portability/corefoundation/TextEncoding.h"
 
 namespace portability {
 

@@ -1,4 +1,4 @@
-#include "processes/ChildProcess.h"
+#include "portability/processes/ChildProcess.h"
 
 #include <linux/futex.h>
 #include <sys/prctl.h>
@@ -11,7 +11,7 @@
 #include <csignal>
 #include <system_error>
 
-#include "processes/PreparedProgram.h"
+#include "portability/processes/PreparedProgram.h"
 
 namespace portability {
 namespace {

@@ -1,4 +1,4 @@
-#include "processes/DetachedProcess.h"
+#include "portability/processes/DetachedProcess.h"
 
 #include <sched.h>
 #include <sys/syscall.h>
@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "processes/PreparedProgram.h"
+#include "portability/processes/PreparedProgram.h"
 
 namespace portability {
 namespace {

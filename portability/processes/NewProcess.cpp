@@ -1,4 +1,4 @@
-#include "processes/NewProcess.h"
+#include "portability/processes/NewProcess.h"
 
 #include <sched.h>
 #include <sys/syscall.h>

@@ -1,4 +1,4 @@
-#include "processes/PreparedProgram.h"
+#include "portability/processes/PreparedProgram.h"
 
 #include <fcntl.h>
 #include <sched.h>

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "processes/NewProcess.h"
+#include "portability/processes/NewProcess.h"
 
 namespace portability {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "tasks/HandlePool.h"
-#include "tasks/WaitQueue.h"
+#include "portability/tasks/HandlePool.h"
+#include "portability/tasks/WaitQueue.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "tasks/MainRunLoop.h"
+#include "portability/tasks/MainRunLoop.h"
 
 #import <Foundation/Foundation.h>
 #include <objc/runtime.h>
 
-#include "tasks/CallQueue.h"
-#include "tasks/MainThread.h"
+#include "portability/appleevents/CallQueue.h"
+#include "portability/posix/MainThread.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <CoreServices/Multiprocessing.h>
 
-#include "tasks/HandlePool.h"
-#include "tasks/WaitQueue.h"
+#include "portability/tasks/HandlePool.h"
+#include "portability/tasks/WaitQueue.h"
 
 namespace {
 

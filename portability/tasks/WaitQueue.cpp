@@ -1,4 +1,4 @@
-#include "tasks/WaitQueue.h"
+#include "portability/tasks/WaitQueue.h"
 
 #include <chrono>
 

@@ -1,7 +1,7 @@
 // Digest: checksums of its argument.
 //
 //   md5   answers the MD5 (RFC 1321) of the argument as 32 lower-case hexadecimal digits
-#include "platform/MD5.h"
+#include "platform/random/MD5.h"
 #include "server/BuiltInClass.h"
 
 namespace merrowd {

@@ -7,9 +7,9 @@
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "client/exceptions/CPPException.h"
-#include "platform/FailureNotes.h"
+#include "platform/trace/FailureNotes.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
-#include "tests/platform/TraceLines.h"
+#include "tests/platform/trace/TraceLines.h"
 
 namespace dovrel {
 namespace {

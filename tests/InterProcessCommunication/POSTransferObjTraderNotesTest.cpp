@@ -1,6 +1,6 @@
 // What the trader notes about failures for the error log.
 #include "client/exceptions/CPPException.h"
-#include "platform/FailureNotes.h"
+#include "platform/trace/FailureNotes.h"
 #include "tests/InterProcessCommunication/TraderFixture.h"
 
 namespace dovrel {

@@ -10,7 +10,7 @@
 #include "client/exceptions/POSException.h"
 #include "platform/Environment.h"
 #include "tests/InterProcessCommunication/PreparedForwarder.h"
-#include "tests/platform/TraceLines.h"
+#include "tests/platform/trace/TraceLines.h"
 #include "tests/serialization/Bytes.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -8,7 +8,7 @@
 #include "settings/ConfigFileSystem.h"
 #include "settings/MultiLanguageSupport.h"
 #include "tests/client/DialogHandlerFixture.h"
-#include "tests/platform/TraceLines.h"
+#include "tests/platform/trace/TraceLines.h"
 
 namespace dovrel {
 namespace {

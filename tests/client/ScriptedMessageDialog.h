@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/MessageDialog.h"
+#include "ui/alerts/MessageDialog.h"
 
 namespace dovrel::test {
 

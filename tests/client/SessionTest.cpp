@@ -4,7 +4,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "platform/SynchronizationFactory.h"
+#include "platform/synchronization/SynchronizationFactory.h"
 #include "settings/MultiLanguageSupport.h"
 
 namespace dovrel::test {

@@ -1,6 +1,6 @@
 #include "tests/client/WatchedMutex.h"
 
-#include "platform/SynchronizationFactory.h"
+#include "platform/synchronization/SynchronizationFactory.h"
 
 namespace dovrel::test {
 

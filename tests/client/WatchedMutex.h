@@ -7,7 +7,7 @@
 #include <mutex>
 #include <vector>
 
-#include "platform/Mutex.h"
+#include "platform/synchronization/Mutex.h"
 
 namespace dovrel::test {
 

@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "tests/endtoend/EndToEnd.h"
-#include "tests/platform/TraceLines.h"
+#include "tests/platform/trace/TraceLines.h"
 
 namespace dovrel::test {
 namespace {

@@ -7,7 +7,7 @@
 #include <map>
 #include <stdexcept>
 
-#include "tests/macho/imports/ImportTable.h"
+#include "macho/imports/ImportTable.h"
 #include "tests/support/LibraryImage.h"
 
 namespace dovrel::test {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "tests/macho/image/LoadedBundle.h"
+#include "macho/image/LoadedBundle.h"
 
 namespace dovrel::test {
 

@@ -11,8 +11,8 @@
 #include <fstream>
 #include <set>
 
-#include "tests/macho/format/ExportTrie.h"
-#include "tests/macho/format/MachOFile.h"
+#include "macho/format/ExportTrie.h"
+#include "macho/format/MachOFile.h"
 #include "tests/support/PosLibrary.h"
 #include "tests/support/TestRoot.h"
 

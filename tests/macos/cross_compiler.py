@@ -3,13 +3,13 @@ import subprocess
 
 from bundle_copy import MINIMUM, SOURCES
 
-PORTABILITY = SOURCES / "portability"
+HEADERS = {"platform": SOURCES / "portability/include", "macos": SOURCES / "cmake/macos/include"}
 
 
-def compile_source(code, architecture="x86_64", portability=PORTABILITY, before=(), options=()):
+def compile_source(code, architecture="x86_64", headers=tuple(HEADERS.values()), before=(), options=()):
     """Looks through a source without making anything of it: its exit status, what the compiler shows (options make it
     show things) and its complaints. `before` are folders of headers in front of those of the platform."""
-    folders = [*before, portability / "include", portability / "include-darwin"]
+    folders = [*before, *headers]
     return subprocess.run(
         ["clang++-14", "-target", f"{architecture}-apple-macosx{MINIMUM}", "-std=c++17", "-nostdinc++", "-nostdlibinc"]
         + [option for folder in folders for option in ("-isystem", folder)]

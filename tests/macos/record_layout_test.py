@@ -6,9 +6,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from cross_compiler import PORTABILITY, compile_source
+from cross_compiler import HEADERS, compile_source
 
-FOLDERS = ("include", "include-darwin")
 PLATFORM = {"AEDesc", "AEKeyDesc", "EventRecord", "FSCatalogInfo", "LSLaunchURLSpec", "kinfo_proc"}
 C_LIBRARY = {"pthread_mutex_t", "stat", "timespec"}
 PACKINGS = (1, 2, 4, 8)
@@ -20,15 +19,15 @@ class RecordLayout(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
-        self.portability = Path(folder.name)
-        for name in FOLDERS:
-            shutil.copytree(PORTABILITY / name, self.portability / name)
+        self.folders = {name: Path(folder.name, name) for name in HEADERS}
+        for name, copy in self.folders.items():
+            shutil.copytree(HEADERS[name], copy)
 
-    def headers(self, folder):
-        return [path for path in sorted((self.portability / folder).rglob("*.h")) if RECORD.search(path.read_text())]
+    def headers(self, name):
+        return [path for path in sorted(self.folders[name].rglob("*.h")) if RECORD.search(path.read_text())]
 
     def compile(self, header, architecture, options=()):
-        return compile_source(f'#include "{header}"', architecture, self.portability, options=options)
+        return compile_source(f'#include "{header}"', architecture, tuple(self.folders.values()), options=options)
 
     def layouts(self, header, architecture):
         """How the compiler lays out all records of a header, whatever the header states about it."""
@@ -37,9 +36,9 @@ class RecordLayout(unittest.TestCase):
         self.assertEqual(result.returncode, 0, result.stderr)
         return re.sub(r":\d+:\d+\b", "", result.stdout)  # a record without a name is called after its place
 
-    def assert_packing_is_stated(self, folder, architecture, some_names):
+    def assert_packing_is_stated(self, headers, architecture, some_names):
         changed = set()
-        for header in self.headers(folder):
+        for header in self.headers(headers):
             text = header.read_text()
             original = self.layouts(header, architecture)
             for record in RECORD.finditer(text):
@@ -57,18 +56,18 @@ class RecordLayout(unittest.TestCase):
         self.assertLessEqual(some_names, changed)
 
     def test_HeadersAsTheyAre_Compile(self):
-        for header in (header for folder in FOLDERS for header in self.headers(folder)):
+        for header in (header for name in HEADERS for header in self.headers(name)):
             for architecture in ("i386", "x86_64"):
                 self.assertEqual(self.compile(header, architecture).stderr, "")
 
     def test_AnotherPackingOfThePlatformsRecords_DoesNotCompileFor32Bits(self):
-        self.assert_packing_is_stated("include", "i386", PLATFORM)
+        self.assert_packing_is_stated("platform", "i386", PLATFORM)
 
     def test_AnotherPackingOfThePlatformsRecords_DoesNotCompileFor64Bits(self):
-        self.assert_packing_is_stated("include", "x86_64", PLATFORM)
+        self.assert_packing_is_stated("platform", "x86_64", PLATFORM)
 
     def test_AnotherPackingOfTheCLibrarysRecords_DoesNotCompileFor32Bits(self):
-        self.assert_packing_is_stated("include-darwin", "i386", C_LIBRARY)
+        self.assert_packing_is_stated("macos", "i386", C_LIBRARY)
 
     def test_AnotherPackingOfTheCLibrarysRecords_DoesNotCompileFor64Bits(self):
-        self.assert_packing_is_stated("include-darwin", "x86_64", C_LIBRARY)
+        self.assert_packing_is_stated("macos", "x86_64", C_LIBRARY)

@@ -2,11 +2,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/MacOSXCriticalSection.h"
-#include "platform/MacOSXMutex.h"
-#include "platform/MacOSXSynchronizationEvent.h"
-#include "platform/SynchronizationFactory.h"
-#include "platform/Tasks.h"
+#include "platform/synchronization/MacOSXCriticalSection.h"
+#include "platform/synchronization/MacOSXMutex.h"
+#include "platform/synchronization/MacOSXSynchronizationEvent.h"
+#include "platform/synchronization/SynchronizationFactory.h"
+#include "platform/tasks/Tasks.h"
 #include "tests/platform/RecordedServices.h"
 
 namespace dovrel {

@@ -7,11 +7,11 @@
 #include <locale>
 #include <string>
 
-#include "platform/BackgroundTask.h"
-#include "platform/MacOSXSynchronizationEvent.h"
-#include "platform/SynchronizationFactory.h"
+#include "platform/tasks/BackgroundTask.h"
+#include "platform/synchronization/MacOSXSynchronizationEvent.h"
+#include "platform/synchronization/SynchronizationFactory.h"
 #include "platform/SystemException.h"
-#include "platform/Tasks.h"
+#include "platform/tasks/Tasks.h"
 #include "tests/platform/Failures.h"
 #include "tests/platform/RecordedServices.h"
 

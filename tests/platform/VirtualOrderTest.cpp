@@ -1,12 +1,12 @@
 // The order of the virtual operations, and how little the platform's classes hold.
 #include <gtest/gtest.h>
 
-#include "platform/BaseRandom.h"
+#include "platform/random/BaseRandom.h"
 #include "platform/GeneralEvent.h"
-#include "platform/LogEntry.h"
-#include "platform/MacOSXCriticalSection.h"
-#include "platform/MacOSXMutex.h"
-#include "platform/MacOSXSynchronizationEvent.h"
+#include "platform/trace/LogEntry.h"
+#include "platform/synchronization/MacOSXCriticalSection.h"
+#include "platform/synchronization/MacOSXMutex.h"
+#include "platform/synchronization/MacOSXSynchronizationEvent.h"
 #include "platform/SystemException.h"
 #include "tests/support/VirtualTable.h"
 

@@ -9,7 +9,7 @@
 #include "InterProcessCommunication/POSCommands.h"
 #include "client/exceptions/POSExceptionFactory.h"
 #include "dovrel/pos.h"
-#include "platform/TextConversions.h"
+#include "platform/text/TextConversions.h"
 #include "serialization/ByteArrayList.h"
 #include "serialization/CPPExpandingByteArray.h"
 #include "serialization/StructuredByteArrayReader.h"

@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string>
 
-#include "platform/ReadableText.h"
+#include "platform/text/ReadableText.h"
 #include "settings/ConfigFileSystem.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"

@@ -1,9 +1,9 @@
-#include "alerts/helper/AlertText.h"
+#include "portability/alerts/helper/AlertText.h"
 
 #include <algorithm>
 
-#include "alerts/helper/Layout.h"
-#include "alerts/helper/TextMeasure.h"
+#include "portability/alerts/helper/Layout.h"
+#include "portability/alerts/helper/TextMeasure.h"
 
 namespace alerthelper {
 namespace {

@@ -1,8 +1,8 @@
-#include "alerts/helper/AlertWindow.h"
+#include "portability/alerts/helper/AlertWindow.h"
 
 #include <utility>
 
-#include "alerts/helper/OnTop.h"
+#include "portability/alerts/helper/OnTop.h"
 
 namespace alerthelper {
 namespace {

@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <functional>
 
-#include "alerts/AlertMessages.h"
-#include "alerts/helper/AlertText.h"
-#include "alerts/helper/ButtonRow.h"
+#include "portability/alerts/AlertMessages.h"
+#include "portability/alerts/helper/AlertText.h"
+#include "portability/alerts/helper/ButtonRow.h"
 
 namespace alerthelper {
 

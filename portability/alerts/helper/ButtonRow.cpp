@@ -1,9 +1,9 @@
-#include "alerts/helper/ButtonRow.h"
+#include "portability/alerts/helper/ButtonRow.h"
 
 #include <utility>
 
-#include "alerts/helper/Captions.h"
-#include "alerts/helper/Layout.h"
+#include "portability/alerts/helper/Captions.h"
+#include "portability/alerts/helper/Layout.h"
 
 namespace alerthelper {
 namespace {

@@ -1,4 +1,4 @@
-#include "alerts/helper/Captions.h"
+#include "portability/alerts/helper/Captions.h"
 
 #include <glib.h>
 

@@ -1,4 +1,4 @@
-#include "alerts/helper/ColorScheme.h"
+#include "portability/alerts/helper/ColorScheme.h"
 
 #include <gtk/gtk.h>
 

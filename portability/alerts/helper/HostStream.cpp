@@ -1,4 +1,4 @@
-#include "alerts/helper/HostStream.h"
+#include "portability/alerts/helper/HostStream.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <string>
 
-#include "alerts/AlertLines.h"
+#include "portability/alerts/AlertLines.h"
 
 namespace alerthelper {
 namespace {

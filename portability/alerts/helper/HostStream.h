@@ -4,7 +4,7 @@
 #include <chrono>
 #include <optional>
 
-#include "alerts/AlertMessages.h"
+#include "portability/alerts/AlertMessages.h"
 
 namespace alerthelper {
 

@@ -1,4 +1,4 @@
-#include "alerts/helper/HostWatch.h"
+#include "portability/alerts/helper/HostWatch.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <iterator>
 
-#include "alerts/helper/ExitCode.h"
+#include "portability/alerts/helper/ExitCode.h"
 
 namespace alerthelper {
 namespace {

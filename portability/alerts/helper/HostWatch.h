@@ -7,7 +7,7 @@
 #include <chrono>
 #include <thread>
 
-#include "events/FileDescriptor.h"
+#include "portability/posix/FileDescriptor.h"
 
 namespace alerthelper {
 

@@ -1,4 +1,4 @@
-#include "alerts/helper/OnTop.h"
+#include "portability/alerts/helper/OnTop.h"
 
 #include <X11/Xatom.h>
 #include <gdk/x11/gdkx.h>

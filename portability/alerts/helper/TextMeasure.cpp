@@ -1,4 +1,4 @@
-#include "alerts/helper/TextMeasure.h"
+#include "portability/alerts/helper/TextMeasure.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "alerts/helper/WindowSystem.h"
+#include "portability/alerts/helper/WindowSystem.h"
 
 #include <gtk/gtk.h>
 #include <sys/stat.h>
@@ -6,7 +6,7 @@
 #include <clocale>
 #include <string>
 
-#include "alerts/helper/ColorScheme.h"
+#include "portability/alerts/helper/ColorScheme.h"
 
 namespace alerthelper {
 namespace {

@@ -8,11 +8,11 @@
 #include <cstdio>
 #include <string_view>
 
-#include "alerts/helper/AlertWindow.h"
-#include "alerts/helper/ExitCode.h"
-#include "alerts/helper/HostStream.h"
-#include "alerts/helper/HostWatch.h"
-#include "alerts/helper/WindowSystem.h"
+#include "portability/alerts/helper/AlertWindow.h"
+#include "portability/alerts/helper/ExitCode.h"
+#include "portability/alerts/helper/HostStream.h"
+#include "portability/alerts/helper/HostWatch.h"
+#include "portability/alerts/helper/WindowSystem.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/macho/format/BindOpcodes.h"
+#include "macho/format/BindOpcodes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tests/macho/format/ByteReader.h"
+#include "macho/format/ByteReader.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "tests/macho/format/CompactFrame.h"
+#include "macho/format/CompactFrame.h"
 
 #include <gtest/gtest.h>
 
-#include "tests/macho/format/ByteReader.h"
+#include "macho/format/ByteReader.h"
 
 namespace dovrel::macho {
 namespace {

@@ -1,8 +1,8 @@
-#include "tests/macho/format/CompactUnwindTable.h"
+#include "macho/format/CompactUnwindTable.h"
 
 #include <gtest/gtest.h>
 
-#include "tests/macho/format/DwarfBytes.h"
+#include "macho/format/DwarfBytes.h"
 
 namespace dovrel::macho {
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/macho/format/ExportTrie.h"
+#include "macho/format/ExportTrie.h"
 
 #include <gtest/gtest.h>
 

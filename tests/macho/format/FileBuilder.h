@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/macho/format/DwarfBytes.h"
-#include "tests/macho/format/MachOFile.h"
+#include "macho/format/DwarfBytes.h"
+#include "macho/format/MachOFile.h"
 
 namespace dovrel::macho {
 

@@ -1,4 +1,4 @@
-#include "tests/macho/format/MachOFile.h"
+#include "macho/format/MachOFile.h"
 
 #include <gtest/gtest.h>
 

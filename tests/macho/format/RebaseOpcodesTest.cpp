@@ -1,4 +1,4 @@
-#include "tests/macho/format/RebaseOpcodes.h"
+#include "macho/format/RebaseOpcodes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The loader itself, by a small bundle.
-#include "tests/macho/image/LoadedBundle.h"
+#include "macho/image/LoadedBundle.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "tests/macho/imports/ImportTable.h"
+#include "macho/imports/ImportTable.h"
 #include "tests/macho/sample/Sample.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,4 +1,4 @@
-#include "tests/macho/imports/ErrorNumber.h"
+#include "macho/imports/ErrorNumber.h"
 
 #include <gtest/gtest.h>
 

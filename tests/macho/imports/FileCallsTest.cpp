@@ -1,4 +1,4 @@
-#include "tests/macho/imports/FileCalls.h"
+#include "macho/imports/FileCalls.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
-#include "tests/macho/imports/ImportTable.h"
+#include "macho/imports/ImportTable.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include "tests/macho/format/ByteReader.h"
+#include "macho/format/ByteReader.h"
 
 namespace dovrel::macho {
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/macho/objc/LegacyClasses.h"
+#include "macho/objc/LegacyClasses.h"
 
 #include <gtest/gtest.h>
 #include <objc/runtime.h>

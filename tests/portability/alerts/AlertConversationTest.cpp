@@ -1,5 +1,5 @@
 // How long a helper may take before the alert is on the screen.
-#include "alerts/AlertConversation.h"
+#include "portability/alerts/AlertConversation.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

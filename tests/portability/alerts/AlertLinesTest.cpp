@@ -1,10 +1,10 @@
-#include "alerts/AlertLines.h"
+#include "portability/alerts/AlertLines.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "alerts/AlertMessages.h"
+#include "portability/alerts/AlertMessages.h"
 
 namespace portability {
 namespace {

@@ -1,4 +1,4 @@
-#include "alerts/AlertMessages.h"
+#include "portability/alerts/AlertMessages.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

@@ -1,5 +1,5 @@
 // Heading and body of an alert: shown as given, whole or scrolling.
-#include "alerts/helper/TextMeasure.h"
+#include "portability/alerts/helper/TextMeasure.h"
 #include "tests/portability/alerts/AlertPartsTest.h"
 
 namespace alerthelper::test {

@@ -1,5 +1,5 @@
 // The window as the keyboard and screen readers find it.
-#include "alerts/helper/Captions.h"
+#include "portability/alerts/helper/Captions.h"
 #include "tests/portability/alerts/AlertPartsTest.h"
 
 namespace alerthelper::test {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <thread>
 
-#include "alerts/helper/WindowSystem.h"
+#include "portability/alerts/helper/WindowSystem.h"
 #include "tests/portability/alerts/HelperScreen.h"
 #include "tests/portability/alerts/HelperTest.h"
 #include "tests/support/WaitUntil.h"

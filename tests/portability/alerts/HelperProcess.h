@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "alerts/AlertMessages.h"
-#include "events/FileDescriptor.h"
+#include "portability/alerts/AlertMessages.h"
+#include "portability/posix/FileDescriptor.h"
 
 namespace alerthelper::test {
 

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "alerts/helper/ExitCode.h"
+#include "portability/alerts/helper/ExitCode.h"
 #include "tests/portability/alerts/HelperProcess.h"
 #include "tests/portability/alerts/HelperTest.h"
 #include "tests/support/ChildProcess.h"

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "alerts/AlertMessages.h"
+#include "portability/alerts/AlertMessages.h"
 #include "tests/support/ShippedTexts.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "alerts/helper/ExitCode.h"
+#include "portability/alerts/helper/ExitCode.h"
 #include "tests/portability/alerts/HelperProcess.h"
 #include "tests/portability/alerts/HelperScreen.h"
 #include "tests/portability/alerts/HelperTest.h"

@@ -1,4 +1,4 @@
-#include "alerts/helper/HostStream.h"
+#include "portability/alerts/helper/HostStream.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -6,7 +6,7 @@
 
 #include <thread>
 
-#include "events/FileDescriptor.h"
+#include "portability/posix/FileDescriptor.h"
 
 namespace alerthelper {
 namespace {

@@ -1,5 +1,5 @@
 // How the alert helper ends with its host, and if its window does not come.
-#include "alerts/helper/HostWatch.h"
+#include "portability/alerts/helper/HostWatch.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -8,7 +8,7 @@
 #include <csignal>
 #include <thread>
 
-#include "alerts/helper/ExitCode.h"
+#include "portability/alerts/helper/ExitCode.h"
 
 namespace alerthelper {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "alerts/helper/WindowSystem.h"
+#include "portability/alerts/helper/WindowSystem.h"
 
 namespace alerthelper::test {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "alerts/helper/AlertWindow.h"
+#include "portability/alerts/helper/AlertWindow.h"
 #include "tests/support/WaitUntil.h"
 
 namespace alerthelper::test {

@@ -1,4 +1,4 @@
-#include "corefoundation/BinaryPropertyList.h"
+#include "portability/corefoundation/BinaryPropertyList.h"
 
 #include <gtest/gtest.h>
 

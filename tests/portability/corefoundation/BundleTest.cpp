@@ -1,4 +1,4 @@
-#include "corefoundation/Bundle.h"
+#include "portability/corefoundation/Bundle.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "corefoundation/Languages.h"
+#include "portability/corefoundation/Languages.h"
 #include "tests/portability/support/Held.h"
 #include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"

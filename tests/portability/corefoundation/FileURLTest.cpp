@@ -1,4 +1,4 @@
-#include "corefoundation/FileURL.h"
+#include "portability/corefoundation/FileURL.h"
 
 #include <gtest/gtest.h>
 

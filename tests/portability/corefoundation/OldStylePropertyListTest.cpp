@@ -1,4 +1,4 @@
-#include "corefoundation/OldStylePropertyList.h"
+#include "portability/corefoundation/OldStylePropertyList.h"
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>

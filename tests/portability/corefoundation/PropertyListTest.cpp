@@ -1,4 +1,4 @@
-#include "corefoundation/PropertyList.h"
+#include "portability/corefoundation/PropertyList.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "corefoundation/XmlPropertyList.h"
+#include "portability/corefoundation/XmlPropertyList.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "processes/ChildProcess.h"
+#include "portability/processes/ChildProcess.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -16,10 +16,10 @@
 
 #include "ProbeReport.h"
 #include "ProgramsFixture.h"
-#include "foundation/OpenFolder.h"
-#include "foundation/ProcessTable.h"
-#include "processes/DetachedProcess.h"
-#include "processes/PreparedProgram.h"
+#include "portability/posix/OpenFolder.h"
+#include "portability/processes/ProcessTable.h"
+#include "portability/processes/DetachedProcess.h"
+#include "portability/processes/PreparedProgram.h"
 #include "tests/portability/support/VariableChange.h"
 #include "tests/portability/support/Waiting.h"
 #include "tests/support/SignalAction.h"

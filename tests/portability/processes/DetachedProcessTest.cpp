@@ -1,4 +1,4 @@
-#include "processes/DetachedProcess.h"
+#include "portability/processes/DetachedProcess.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -17,7 +17,7 @@
 
 #include "ProbeReport.h"
 #include "ProgramsFixture.h"
-#include "foundation/ProcessTable.h"
+#include "portability/processes/ProcessTable.h"
 #include "tests/portability/support/VariableChange.h"
 #include "tests/support/SignalAction.h"
 

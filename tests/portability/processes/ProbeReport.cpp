@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "foundation/ProcessTable.h"
+#include "portability/processes/ProcessTable.h"
 #include "tests/portability/support/Waiting.h"
 
 namespace files = std::filesystem;

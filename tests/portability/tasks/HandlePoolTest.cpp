@@ -1,4 +1,4 @@
-#include "tasks/HandlePool.h"
+#include "portability/tasks/HandlePool.h"
 
 #include <gtest/gtest.h>
 

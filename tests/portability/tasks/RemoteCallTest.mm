@@ -6,7 +6,7 @@
 #include <atomic>
 #include <vector>
 
-#include "../events/TemporaryEnvironment.h"
+#include "tests/portability/support/TemporaryEnvironment.h"
 #include "WaitingThreads.h"
 
 extern "C" {

@@ -1,0 +1,136 @@
+#include "macho/format/BindOpcodes.h"
+
+#include "macho/format/SegmentCursor.h"
+
+namespace dovrel::macho {
+
+namespace {
+
+constexpr uint8_t kImmediateMask = 0x0F;
+constexpr uint8_t kOptionalFlag = 1;
+
+enum Opcode : uint8_t {
+    kDone = 0x00,
+    kSetLibrary = 0x10,
+    kSetLibraryLong = 0x20,
+    kSetSpecialLibrary = 0x30,
+    kSetSymbol = 0x40,
+    kSetType = 0x50,
+    kSetAddend = 0x60,
+    kSetPlace = 0x70,
+    kSkip = 0x80,
+    kBind = 0x90,
+    kBindAndSkip = 0xA0,
+    kBindAndSkipWords = 0xB0,
+    kBindManyWithGaps = 0xC0
+};
+
+class Interpreter {
+  public:
+    explicit Interpreter(const MachOFile& file) : wordSize_(file.wordSize()), cursor_(file) {}
+
+    // False at the end of an entry; in the lazy list others follow it.
+    bool step(ByteReader& code) {
+        const uint8_t byte = code.next<uint8_t>();
+        const uint8_t immediate = byte & kImmediateMask;
+        switch (byte & ~kImmediateMask) {
+            case kDone:
+                return false;
+            case kSetPlace:
+                cursor_.moveTo(immediate, code.nextUnsignedLeb());
+                break;
+            case kSkip:
+                cursor_.skip(code.nextUnsignedLeb());
+                break;
+            case kBind:
+                bind(1, 0);
+                break;
+            case kBindAndSkip:
+                bind(1, code.nextUnsignedLeb());
+                break;
+            case kBindAndSkipWords:
+                bind(1, immediate * wordSize_);
+                break;
+            case kBindManyWithGaps: {
+                const uint64_t count = code.nextUnsignedLeb();
+                bind(count, code.nextUnsignedLeb());
+                break;
+            }
+            default:
+                describe(byte & static_cast<uint8_t>(~kImmediateMask), immediate, code);
+        }
+        return true;
+    }
+
+    std::vector<Binding> take() { return std::move(bindings_); }
+
+  private:
+    // What the next binding is like.
+    void describe(uint8_t opcode, uint8_t immediate, ByteReader& code) {
+        switch (opcode) {
+            case kSetLibrary:
+                next_.library = immediate;
+                break;
+            case kSetLibraryLong:
+                next_.library = static_cast<int64_t>(code.nextUnsignedLeb());
+                break;
+            case kSetSpecialLibrary:
+                // A negative number of which the upper bits are left out.
+                next_.library = immediate == 0 ? 0 : immediate - (kImmediateMask + 1);
+                break;
+            case kSetSymbol:
+                next_.symbol = code.nextString();
+                next_.isOptional = (immediate & kOptionalFlag) != 0;
+                break;
+            case kSetType:
+                if (immediate < 1 || immediate > 3) throw FormatError("a binding is of an unknown type");
+                next_.type = static_cast<BindingType>(immediate);
+                break;
+            case kSetAddend:
+                next_.addend = code.nextSignedLeb();
+                break;
+            default:
+                throw FormatError("a binding instruction is unknown");
+        }
+    }
+
+    void bind(uint64_t count, uint64_t gap) {
+        for (; count > 0; --count) {
+            next_.address = cursor_.takeWord();
+            bindings_.push_back(next_);
+            cursor_.skip(gap);
+        }
+    }
+
+    const size_t wordSize_;
+    SegmentCursor cursor_;
+    Binding next_;
+    std::vector<Binding> bindings_;
+};
+
+std::vector<Binding> oneEntry(const MachOFile& file, ByteReader code) {
+    Interpreter interpreter(file);
+    while (!code.isAtEnd() && interpreter.step(code)) {
+    }
+    return interpreter.take();
+}
+
+}  // namespace
+
+std::vector<Binding> ordinaryBindings(const MachOFile& file) {
+    return oneEntry(file, file.bindings());
+}
+
+std::vector<Binding> weakBindings(const MachOFile& file) {
+    return oneEntry(file, file.weakBindings());
+}
+
+std::vector<Binding> lazyBindings(const MachOFile& file) {
+    Interpreter interpreter(file);
+    ByteReader code = file.lazyBindings();
+    while (!code.isAtEnd())
+        interpreter.step(code);
+    return interpreter.take();
+}
+
+}  // namespace dovrel::macho

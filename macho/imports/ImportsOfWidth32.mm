@@ -1,0 +1,46 @@
+// Imports that only 32-bit images have, or that are something else for them.
+#include "macho/imports/ReviewedLibraries.h"
+#include "macho/imports/StandardLibrary.h"
+#include "macho/objc/LegacyTry.h"
+
+namespace dovrel::macho {
+
+namespace {
+
+constexpr char kSystem[] = "/usr/lib/libSystem.B.dylib";
+constexpr char kObjectiveC[] = "/usr/lib/libobjc.A.dylib";
+constexpr char kCppLibrary[] = "/usr/lib/libc++.1.dylib";
+
+// Structures of up to 8 bytes come back in registers there, as integers do here, and through memory here.
+constexpr char kNow[] = "_ZNSt3__16chrono12steady_clock3nowEv";
+constexpr char kInsert[] =
+    "_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE6insertENS_11__wrap_iterIPKcEEc";
+
+int64_t now() {
+    struct Time {
+        int64_t nanoseconds;
+    };
+    static const auto system = reinterpret_cast<Time (*)()>(standardLibrarySymbol(kNow));
+    return system().nanoseconds;
+}
+
+const char* insert(void* string, const char* place, char character) {
+    struct Iterator {
+        const char* place;
+    };
+    static const auto system =
+        reinterpret_cast<Iterator (*)(void*, Iterator, char)>(standardLibrarySymbol(kInsert));
+    return system(string, {place}, character).place;
+}
+
+}  // namespace
+
+void addImportsOfWidth(ImportTable& table) {
+    table.add(kSystem, "__setjmp", &macho_setjmp);
+    table.add(kObjectiveC, "_objc_exception_try_enter", &enterTry);
+    table.add(kObjectiveC, "_objc_exception_try_exit", &leaveTry);
+    table.add(kCppLibrary, std::string("_") + kNow, &now);
+    table.add(kCppLibrary, std::string("_") + kInsert, &insert);
+}
+
+}  // namespace dovrel::macho

@@ -1,0 +1,39 @@
+// Imports from libobjc, and the classes that the runtime knows.
+#include <objc/runtime.h>
+
+#include "macho/imports/ReviewedLibraries.h"
+#include "macho/objc/MessageSend.h"
+#include "macho/objc/PlatformClasses.h"
+
+namespace dovrel::macho {
+
+namespace {
+
+constexpr char kLibrary[] = "/usr/lib/libobjc.A.dylib";
+constexpr char kCoreFoundation[] =
+    "/System/Library/Frameworks/CoreFoundation.framework/Versions/A/CoreFoundation";
+constexpr char kAppKit[] = "/System/Library/Frameworks/AppKit.framework/Versions/C/AppKit";
+constexpr char kFoundation[] = "/System/Library/Frameworks/Foundation.framework/Versions/C/Foundation";
+
+// Classes by their names on macOS, and where they are at home there.
+constexpr std::pair<const char*, const char*> kClasses[] = {{kAppKit, "NSAlert"},
+                                                            {kCoreFoundation, "NSMutableArray"},
+                                                            {kCoreFoundation, "NSObject"},
+                                                            {kFoundation, "NSAutoreleasePool"},
+                                                            {kFoundation, "NSFileManager"},
+                                                            {kFoundation, "NSPipe"},
+                                                            {kFoundation, "NSString"},
+                                                            {kFoundation, "NSTask"}};
+
+}  // namespace
+
+void addObjectiveCRuntime(ImportTable& table) {
+    table.add(kLibrary, "_objc_msgSend", &macho_objc_msgSend);
+    for (const auto& [library, name] : kClasses) {
+        const Class theClass = platformClass(name);
+        table.add(library, std::string("_OBJC_CLASS_$_") + name, (void*)theClass);
+        table.add(library, std::string("_OBJC_METACLASS_$_") + name, (void*)object_getClass((id)theClass));
+    }
+}
+
+}  // namespace dovrel::macho

@@ -1,0 +1,17 @@
+#include "macho/objc/PlatformClasses.h"
+
+#import <AppKit/AppKit.h>
+#include <objc/runtime.h>
+
+#include <cstring>
+
+namespace dovrel::macho {
+
+// Classes that the portability layer supplies have other names here.
+Class platformClass(const char* name) {
+    if (std::strcmp(name, "NSAlert") == 0) return [NSAlert class];
+    if (std::strcmp(name, "NSTask") == 0) return [NSTask class];
+    return (Class)objc_getClass(name);
+}
+
+}  // namespace dovrel::macho

@@ -1,0 +1,23 @@
+// Sections that are lists of pointers.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "macho/format/MachOFile.h"
+
+namespace dovrel::macho {
+
+/// The address of each pointer in the sections of this name, in whatever segment the linker put them.
+inline std::vector<uint64_t> pointerPlaces(const MachOFile& file, const std::string& name) {
+    std::vector<uint64_t> places;
+    for (const Section& section : file.sections()) {
+        if (section.name != name) continue;
+        for (uint64_t at = 0; at + file.wordSize() <= section.size; at += file.wordSize())
+            places.push_back(section.address + at);
+    }
+    return places;
+}
+
+}  // namespace dovrel::macho

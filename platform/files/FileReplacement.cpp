@@ -1,0 +1,66 @@
+#include "platform/files/FileReplacement.h"
+
+#include <sys/stat.h>
+
+#include <cstdio>
+
+#include "platform/files/FileWriting.h"
+#include "platform/files/OpenFile.h"
+#include "platform/files/SuccessorFile.h"
+
+namespace dovrel {
+
+namespace {
+
+bool isPlainFile(const std::string& path) {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// Whether another file can take over the name of this one without anybody noticing.
+bool isReplaceable(const std::string& path, struct stat& status) {
+    return lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 &&
+           !hasExtendedAttributes(path);
+}
+
+bool writeNew(const std::string& path, const std::string& text) {
+    OpenFile file(std::fopen(path.c_str(), "w+b"));
+    if (!file) return false;
+    const bool isComplete = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
+    return std::fclose(file.release()) == 0 && isComplete;
+}
+
+// Mode "r+b" creates nothing: some systems refuse to open a file of another user for creation in a sticky
+// folder, although it may be written.
+bool writeInPlace(const std::string& path, const std::string& text) {
+    OpenFile file(std::fopen(path.c_str(), "r+b"));
+    struct stat status;
+    if (!file || fstat(fileno(file.get()), &status) != 0) return false;
+    const bool isComplete = overwrite(fileno(file.get()), status.st_size, text);
+    return std::fclose(file.release()) == 0 && isComplete;
+}
+
+// A file that may not be written is not replaced either, though its folder may allow it.
+bool mayBeWritten(const std::string& path) {
+    return OpenFile(std::fopen(path.c_str(), "r+b")) != nullptr;
+}
+
+}  // namespace
+
+bool replaceFileContent(const std::string& path, const std::string& text) {
+    if (!isPlainFile(path)) {
+        const bool isWritten = writeNew(path, text);
+        if (isPlainFile(path)) SuccessorFile::removeLeftovers(path);
+        return isWritten;
+    }
+    SuccessorFile::removeLeftovers(path);  // first, because they take room
+    if (!mayBeWritten(path)) return false;
+    struct stat old;
+    if (isReplaceable(path, old)) {
+        const auto outcome = SuccessorFile::replace(path, old, text);
+        if (outcome != SuccessorFile::Outcome::kRefused) return outcome == SuccessorFile::Outcome::kReplaced;
+    }
+    return writeInPlace(path, text);
+}
+
+}  // namespace dovrel

@@ -1,0 +1,20 @@
+#include "platform/files/Places.h"
+
+#include <limits.h>
+
+#include "platform/files/FileURL.h"
+
+namespace dovrel {
+
+std::string fileSystemPath(const std::string& platformPath) {
+    const CFObject<CFURLRef> url = fileURL(platformPath, kCFStringEncodingUTF8);
+    UInt8 buffer[PATH_MAX];
+    if (!url || !CFURLGetFileSystemRepresentation(url.get(), true, buffer, sizeof buffer))
+        return platformPath;
+    std::string path = reinterpret_cast<const char*>(buffer);
+    // The URL knows no slash at the end.
+    if (platformPath.back() == '/' && path.back() != '/') path += '/';
+    return path;
+}
+
+}  // namespace dovrel

@@ -1,0 +1,117 @@
+#include "platform/files/SuccessorFile.h"
+
+#include <copyfile.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "platform/files/FileWriting.h"
+
+namespace dovrel {
+
+namespace {
+
+constexpr mode_t kPermissionBits = 07777;
+constexpr mode_t kOwnerOnly = 0600;
+constexpr int kMostNames = 10;
+
+std::string nameBeside(const std::string& path, int number) {
+    return path + ".new" + std::to_string(number);
+}
+
+bool meansNoRoom(int error) {
+    return error == ENOSPC || error == EDQUOT;
+}
+
+bool namesFile(const std::string& path, int descriptor) {
+    struct stat named;
+    struct stat opened;
+    return lstat(path.c_str(), &named) == 0 && fstat(descriptor, &opened) == 0 && S_ISREG(named.st_mode) &&
+           named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
+}
+
+bool lock(int descriptor) {
+    return flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+}
+
+void removeLeftover(const std::string& path) {
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) return;
+    // Under the lock, so that a writer that has just made the file finds that it is gone.
+    if (lock(descriptor) && namesFile(path, descriptor)) std::remove(path.c_str());
+    close(descriptor);
+}
+
+}  // namespace
+
+void SuccessorFile::removeLeftovers(const std::string& path) {
+    for (int number = 0; number < kMostNames; ++number)
+        removeLeftover(nameBeside(path, number));
+}
+
+SuccessorFile::SuccessorFile(const std::string& oldPath) {
+    for (int number = 0; number < kMostNames && descriptor_ < 0; ++number) {
+        if (!create(nameBeside(oldPath, number)) && errno != EEXIST) break;
+    }
+}
+
+SuccessorFile::~SuccessorFile() {
+    if (descriptor_ < 0) return;
+    if (!hasTakenOver_) std::remove(path_.c_str());
+    close(descriptor_);
+}
+
+// False with EEXIST if another name may be free.
+bool SuccessorFile::create(const std::string& path) {
+    const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly);
+    if (descriptor < 0) {
+        hasNoRoom_ = meansNoRoom(errno);
+        return false;
+    }
+    // A writer that has taken the file for a leftover holds the lock, or has deleted the file. Some file
+    // systems know no locks; there a writer deletes nothing either.
+    const bool isTaken = !lock(descriptor) && errno == EWOULDBLOCK;
+    if (isTaken || !namesFile(path, descriptor)) {
+        close(descriptor);
+        errno = EEXIST;
+        return false;
+    }
+    path_ = path;
+    descriptor_ = descriptor;
+    return true;
+}
+
+bool SuccessorFile::takeAttributes(const struct stat& old) const {
+    struct stat status;
+    return fchmod(descriptor_, old.st_mode & kPermissionBits) == 0 && fstat(descriptor_, &status) == 0 &&
+           status.st_uid == old.st_uid && status.st_gid == old.st_gid && status.st_mode == old.st_mode &&
+           !hasExtendedAttributes(path_);
+}
+
+bool SuccessorFile::write(const std::string& text) const {
+    if (!writeAt(descriptor_, text.data(), text.size(), 0)) return false;
+    // Some file systems tell only a close that there was no room; the file itself stays open for its lock.
+    const int copy = dup(descriptor_);
+    return copy >= 0 && close(copy) == 0;
+}
+
+SuccessorFile::Outcome SuccessorFile::replace(const std::string& path, const struct stat& old,
+                                              const std::string& text) {
+    SuccessorFile successor(path);
+    if (successor.hasNoRoom_) return Outcome::kFailed;
+    if (successor.descriptor_ < 0 || !successor.takeAttributes(old)) return Outcome::kRefused;
+    if (!successor.write(text)) return Outcome::kFailed;
+    if (std::rename(successor.path_.c_str(), path.c_str()) != 0)
+        return meansNoRoom(errno) ? Outcome::kFailed : Outcome::kRefused;
+    successor.hasTakenOver_ = true;
+    return Outcome::kReplaced;
+}
+
+bool hasExtendedAttributes(const std::string& path) {
+    return copyfile(path.c_str(), nullptr, nullptr, COPYFILE_CHECK | COPYFILE_ACL | COPYFILE_XATTR) != 0;
+}
+
+}  // namespace dovrel

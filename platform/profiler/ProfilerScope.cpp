@@ -1,0 +1,22 @@
+#include "platform/profiler/ProfilerScope.h"
+
+#include "platform/profiler/Profiler.h"
+
+namespace dovrel {
+
+ProfilerScope::ProfilerScope(const char* methodName, bool printOnExit)
+    : methodName_(methodName), printOnExit_(printOnExit) {
+    if (Profiler* const profiler = installedProfiler()) profiler->enter(methodName_);
+}
+
+ProfilerScope::~ProfilerScope() {
+    Profiler* const profiler = installedProfiler();
+    if (profiler == nullptr) return;
+    try {
+        profiler->leaveAndDump(printOnExit_);
+    } catch (...) {
+        // Without memory there is no profile to drop; the instrumented method goes on all the same.
+    }
+}
+
+}  // namespace dovrel

@@ -1,0 +1,59 @@
+#include "platform/tasks/BackgroundTask.h"
+
+#include <exception>
+#include <memory>
+
+#include "platform/synchronization/SynchronizationFactory.h"
+#include "platform/SystemException.h"
+#include "platform/tasks/Tasks.h"
+
+namespace dovrel {
+
+namespace {
+
+// What the two threads share. The waiting thread owns it, and takes it away as soon as the event is
+// signalled.
+struct WorkRecord {
+    const std::function<void()>& work;
+    const bool dropsFailures;
+    std::unique_ptr<SynchronizationEvent> done;
+    std::exception_ptr thrown;  // keeps the type that was thrown, which a catch clause may ask for
+};
+
+OSStatus runRecord(void* parameter) {
+    WorkRecord& record = *static_cast<WorkRecord*>(parameter);
+    try {
+        record.work();
+    } catch (CPPException* caught) {
+        if (record.dropsFailures) {
+            std::unique_ptr<CPPException> failure(caught);
+        } else {
+            record.thrown = std::current_exception();
+        }
+    } catch (...) {
+        // Nothing may leave a task's entry.
+        record.thrown = std::current_exception();
+    }
+    record.done->signal();
+    return noErr;
+}
+
+void runAndWait(const std::function<void()>& work, bool dropsFailures) {
+    WorkRecord record{work, dropsFailures, createSynchronizationEvent(true, false), nullptr};
+    const OSStatus status = startTask(runRecord, &record);
+    if (status != noErr) throw new SystemException("runInBackground", static_cast<int32_t>(status));
+    record.done->wait(kWaitForever);
+    if (record.thrown) std::rethrow_exception(record.thrown);
+}
+
+}  // namespace
+
+void runInBackground(const std::function<void()>& work) {
+    runAndWait(work, false);
+}
+
+void runInBackgroundDroppingFailures(const std::function<void()>& work) {
+    runAndWait(work, true);
+}
+
+}  // namespace dovrel

@@ -1,0 +1,105 @@
+#include "platform/time/Dates.h"
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+
+namespace dovrel {
+
+namespace {
+
+constexpr int kFirstYearOfTm = 1900;
+constexpr int kFirstYearOfDateBytes = 2000;
+
+// Where the parts lie in asctime's text, "Sun Nov 15 18:19:00 2026".
+constexpr size_t kTimeStart = 11;
+constexpr size_t kTimeEnd = 19;
+constexpr size_t kMinutesEnd = 16;
+constexpr size_t kFirstColon = 13;
+
+std::tm localTime() {
+    const std::time_t now = currentTime();
+    // The standard's own localtime does this; localtime_r need not.
+    tzset();
+    std::tm parts{};
+    localtime_r(&now, &parts);
+    return parts;
+}
+
+std::tm utcTime(std::time_t time) {
+    std::tm parts{};
+    gmtime_r(&time, &parts);
+    return parts;
+}
+
+// The dotted text, made inside asctime's buffer: the time part stays where it is, and the date part, which is
+// as long as what stood before the time, replaces that. Years without four digits have no such text; theirs
+// is cut.
+char* dottedText(std::tm parts) {
+    parts.tm_isdst = 0;
+    char* const text = std::asctime(&parts);
+    text[kTimeEnd] = '\0';
+    std::array<char, 48> date{};
+    std::snprintf(date.data(), date.size(), "%d.%02d.%02d ", parts.tm_year + kFirstYearOfTm, parts.tm_mon + 1,
+                  parts.tm_mday);
+    std::memcpy(text, date.data(), kTimeStart);
+    return text;
+}
+
+CPPByteArray bytesOf(const std::tm& date, int32_t months) {
+    CPPByteArray bytes;
+    bytes.setFilled(3, 0);
+    bytes.setByte(0, static_cast<uint8_t>(date.tm_year + kFirstYearOfTm - kFirstYearOfDateBytes));
+    bytes.setByte(1, static_cast<uint8_t>(date.tm_mon + 1 + months));
+    bytes.setByte(2, static_cast<uint8_t>(date.tm_mday));
+    return bytes;
+}
+
+}  // namespace
+
+std::time_t secondsForDays(int32_t days) {
+    return days * kSecondsOfDay;
+}
+
+const char* localNowText() {
+    return dottedText(localTime());
+}
+
+const char* utcNowText() {
+    return dottedText(utcTime(currentTime()));
+}
+
+std::string localNowShortText() {
+    std::string text = localNowText();
+    text[kFirstColon] = '.';
+    text.resize(kMinutesEnd);
+    return text;
+}
+
+void appendTimestamp(std::string& text) {
+    const std::tm now = localTime();
+    std::array<char, 80> stamp{};
+    std::snprintf(stamp.data(), stamp.size(), "%d%02d%02d-%02d%02d%02d", now.tm_year + kFirstYearOfTm,
+                  now.tm_mon + 1, now.tm_mday, now.tm_hour, now.tm_min, now.tm_sec);
+    text += stamp.data();
+}
+
+std::string timeZoneText() {
+    const std::tm now = localTime();
+    std::array<char, 99> text{};
+    return std::string(text.data(), std::strftime(text.data(), text.size(), "%z (%Z)", &now));
+}
+
+CPPByteArray dateBytes() {
+    return bytesOf(localTime(), 0);
+}
+
+CPPByteArray dateBytes(int32_t days) {
+    return dateBytes(days, 0);
+}
+
+CPPByteArray dateBytes(int32_t days, int32_t months) {
+    return bytesOf(utcTime(currentTime() + secondsForDays(days)), months);
+}
+
+}  // namespace dovrel

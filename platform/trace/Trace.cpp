@@ -1,0 +1,46 @@
+#include "platform/trace/Trace.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/trace/TraceText.h"
+
+namespace dovrel {
+
+namespace {
+
+/// For its owner only, unlike other files of the library, because it may hold what a host says to its server.
+/// Never blocks, not even if the path names a pipe.
+int openTraceFile(const std::string& path) {
+    const int descriptor =
+        open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
+    struct stat status = {};
+    if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) return descriptor;
+    if (descriptor >= 0) close(descriptor);
+    return STDERR_FILENO;
+}
+
+}  // namespace
+
+const Trace* Trace::running = nullptr;
+
+Trace::Trace(const std::string& setting)
+    : setting_(setting), descriptor_(setting_.file.empty() ? STDERR_FILENO : openTraceFile(setting_.file)) {
+    running = this;
+    if (!setting_.problems.empty()) writeEntry("not understood: " + traceValueText(setting_.problems));
+}
+
+Trace::~Trace() {
+    if (running == this) running = nullptr;
+    if (descriptor_ != STDERR_FILENO) close(descriptor_);
+}
+
+// In one call, so that the entries of several threads and processes do not mix.
+void Trace::writeEntry(const std::string& text) const {
+    const std::string entry =
+        "dovrel " + std::to_string(getpid()) + " " + timer_.text() + " " + traceEntryText(text) + "\n";
+    [[maybe_unused]] const ssize_t written = ::write(descriptor_, entry.data(), entry.size());
+}
+
+}  // namespace dovrel

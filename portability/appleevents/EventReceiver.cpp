@@ -1,0 +1,47 @@
+#include "portability/appleevents/EventReceiver.h"
+
+#include <CoreServices/AppleEvents.h>
+#include <CoreServices/MacErrors.h>
+
+#include <new>
+
+#include "portability/appleevents/EventDispatch.h"
+#include "portability/appleevents/EventStorage.h"
+
+namespace portability {
+
+namespace {
+
+constexpr AESendMode kReplyModeMask = 0x03;
+
+// The result is that of the sender's call.
+OSStatus runHandlers(EventStorage& event, EventStorage* reply) {
+    try {
+        if (reply != nullptr && prepareReply(event, *reply) != noErr) return memFullErr;
+        return dispatchEvent(event, reply);
+    } catch (const std::bad_alloc&) {
+        return memFullErr;
+    }
+}
+
+}  // namespace
+
+bool EventReceiver::handle(const ReceivedFrame& request, pid_t sender, ReplySender& reply) {
+    const FrameHeader& header = request.header;
+    if (!isWholeImage(request.image, header.imageSize)) return false;
+    EventStorage event(request.image, header.imageSize, request.block);
+    event.setDelivery({sender, kAELocalProcess, header.sendMode, header.timeOutInTicks});
+    if ((header.sendMode & kReplyModeMask) != kAEWaitReply) {
+        runHandlers(event, nullptr);
+        return true;
+    }
+    EventStorage replyEvent;
+    const OSStatus result = runHandlers(event, &replyEvent);
+    ImageMemory nothing;
+    Channel::Sent sent =
+        reply.send(static_cast<int32_t>(result), result == noErr ? replyEvent.image() : nothing);
+    if (sent == Channel::Sent::failed) sent = reply.send(memFullErr, nothing);
+    return sent == Channel::Sent::done;
+}
+
+}  // namespace portability

@@ -1,0 +1,141 @@
+#include "portability/appleevents/EventStorage.h"
+
+#include <CoreServices/MacErrors.h>
+
+#include <cstring>
+#include <new>
+
+namespace portability {
+
+namespace {
+
+constexpr uint32_t kMarkedItems = 64;
+constexpr AESendMode kReplyModeMask = 0x03;
+constexpr AESendMode kInteractionMask = 0x30;
+
+template <class Number>
+void setComputed(EventValue& value, DescType type, Number number) {
+    static_assert(sizeof number <= sizeof value.computed, "a computed value is small");
+    std::memcpy(value.computed.data(), &number, sizeof number);
+    value.type = type;
+    value.data = value.computed.data();
+    value.size = sizeof number;
+}
+
+}  // namespace
+
+EventStorage::EventStorage(const uint8_t* image, size_t size, std::shared_ptr<const void> keeper)
+    : image_(image, size, std::move(keeper)) {}
+
+std::unique_ptr<EventStorage> EventStorage::copyOf(const uint8_t* image, size_t size) {
+    auto copy = std::make_unique<EventStorage>();
+    uint8_t* place = copy->image_.append(size);
+    if (place == nullptr) throw std::bad_alloc();
+    if (size != 0) std::memcpy(place, image, size);
+    return copy;
+}
+
+void EventStorage::setDelivery(const Delivery& delivery) {
+    delivery_ = delivery;
+    delivered_ = true;
+}
+
+bool EventStorage::find(ItemKind kind, AEKeyword keyword, EventValue& value) const {
+    if (kind == ItemKind::attribute && compute(keyword, value)) return true;
+    ImageItem item;
+    if (!findItem(image_.data(), image_.size(), kind, static_cast<uint32_t>(keyword), item)) return false;
+    value.type = item.header.type;
+    value.data = item.data;
+    value.size = item.header.size;
+    return true;
+}
+
+// A received event tells about its sender; the target's address, which its image holds, is known to the
+// receiver anyway.
+bool EventStorage::compute(AEKeyword attribute, EventValue& value) const {
+    UInt32 unread;
+    switch (attribute) {
+        case keyMissedKeywordAttr:
+            if (!firstUnread(unread)) return false;
+            setComputed(value, typeKeyword, unread);
+            return true;
+        case keyEventSourceAttr:
+            setComputed(value, typeSInt16, static_cast<SInt16>(delivery_.source));
+            return delivered_;
+        case keyAddressAttr:
+        case keyOriginalAddressAttr:
+            setComputed(value, typeKernelProcessID, delivery_.sender);
+            return delivered_;
+        case keySenderPIDAttr:
+            setComputed(value, typeSInt32, delivery_.sender);
+            return delivered_;
+        case keyReplyRequestedAttr:
+            setComputed(value, typeBoolean,
+                        static_cast<Boolean>((delivery_.mode & kReplyModeMask) != kAENoReply));
+            return delivered_;
+        case keyInteractLevelAttr:
+            setComputed(value, typeEnumerated, delivery_.mode & kInteractionMask);
+            return delivered_;
+        case keyTimeoutAttr:
+            setComputed(value, typeSInt32, delivery_.timeOutInTicks);
+            return delivered_;
+        default:
+            return false;
+    }
+}
+
+bool EventStorage::firstUnread(UInt32& keyword) const {
+    ImageWalker walker(image_.data(), image_.size());
+    ImageItem item;
+    while (walker.next(item) && item.index < kMarkedItems) {
+        const bool isParameter = item.header.kind == static_cast<uint32_t>(ItemKind::parameter);
+        if (!isParameter || (read_ >> item.index & 1) != 0) continue;
+        keyword = item.header.keyword;
+        return true;
+    }
+    return false;
+}
+
+void EventStorage::noteRead(AEKeyword parameter) const {
+    ImageItem item;
+    const auto keyword = static_cast<uint32_t>(parameter);
+    if (!findItem(image_.data(), image_.size(), ItemKind::parameter, keyword, item)) return;
+    if (item.index < kMarkedItems) read_ |= uint64_t{1} << item.index;
+}
+
+OSErr EventStorage::put(ItemKind kind, AEKeyword keyword, DescType type, const void* data, size_t size) {
+    if (size > kLargestImage) return memFullErr;
+    const ItemHeader header{static_cast<uint32_t>(keyword), static_cast<uint32_t>(type),
+                            static_cast<uint32_t>(size), static_cast<uint32_t>(kind)};
+    ImageWalker walker(image_.data(), image_.size());
+    ImageItem item;
+    uint32_t count = 0;
+    bool found = false;
+    while (!found && walker.next(item)) {
+        found = item.header.keyword == header.keyword && item.header.kind == header.kind;
+        ++count;
+    }
+    if (!found && count == kMostItems) return memFullErr;
+
+    if (found && item.end - item.begin == itemSpace(size)) {
+        uint8_t* image = image_.writable();
+        if (image == nullptr) return memFullErr;
+        writeItem(image + item.begin, header, data);
+        return noErr;
+    }
+    uint8_t* place = image_.append(itemSpace(size));
+    if (place == nullptr) return memFullErr;
+    writeItem(place, header, data);
+    if (found) image_.erase(item.begin, item.end - item.begin);
+    return noErr;
+}
+
+UInt32 EventStorage::fourBytes(AEKeyword attribute) const {
+    EventValue value;
+    UInt32 number = 0;
+    if (!find(ItemKind::attribute, attribute, value) || value.size != sizeof number) return 0;
+    std::memcpy(&number, value.data, sizeof number);
+    return number;
+}
+
+}  // namespace portability

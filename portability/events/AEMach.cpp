@@ -1,7 +1,0 @@
-#include <CoreServices/AEMach.h>
-
-#include "events/EventSender.h"
-
-OSStatus AESendMessage(const AppleEvent* event, AppleEvent* reply, AESendMode sendMode, long timeOutInTicks) {
-    return portability::sendEvent(event, reply, sendMode, timeOutInTicks, nullptr);
-}

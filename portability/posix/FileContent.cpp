@@ -1,0 +1,43 @@
+#include "portability/posix/FileContent.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+
+namespace portability {
+namespace {
+
+// Reads until the end, a failure or beyond the limit; whether it was the end.
+bool readToEnd(int descriptor, std::size_t limit, std::string& bytes) {
+    std::array<char, 16384> block;
+    while (bytes.size() <= limit) {
+        const ssize_t count = read(descriptor, block.data(), block.size());
+        if (count == 0) {
+            return true;
+        }
+        if (count > 0) {
+            bytes.append(block.data(), static_cast<std::size_t>(count));
+        } else if (errno != EINTR) {
+            return false;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+std::optional<std::string> readFile(const std::string& path, std::size_t limit) {
+    // Not to wait for somebody who writes into a pipe.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0) {
+        return std::nullopt;
+    }
+    std::string bytes;
+    const bool isWhole = readToEnd(descriptor, limit, bytes);
+    close(descriptor);
+    return isWhole ? std::optional<std::string>(std::move(bytes)) : std::nullopt;
+}
+
+}  // namespace portability

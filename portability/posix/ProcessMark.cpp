@@ -1,0 +1,59 @@
+#include "portability/posix/ProcessMark.h"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstddef>
+#include <utility>
+
+namespace portability {
+
+namespace {
+
+using Mark = std::atomic<uint32_t>;
+
+// A page that the system clears in a forked process.
+class MarkPage {
+  public:
+    MarkPage() {
+        void* page = mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (page == MAP_FAILED) return;
+        if (madvise(page, kSize, MADV_WIPEONFORK) == 0) {
+            mark_ = static_cast<Mark*>(page);
+        } else {
+            munmap(page, kSize);
+        }
+    }
+    ~MarkPage() {
+        if (mark_ != nullptr) munmap(std::exchange(mark_, nullptr), kSize);
+    }
+
+    uint32_t mark() {
+        if (mark_ == nullptr) return static_cast<uint32_t>(getpid());
+        const uint32_t mark = mark_->load(std::memory_order_relaxed);
+        return mark != 0 ? mark : makeMark();
+    }
+
+  private:
+    // Numbers are counted outside the page, so that a forked process goes on where its parent was.
+    uint32_t makeMark() {
+        uint32_t unset = 0;
+        mark_->compare_exchange_strong(unset, ++last_);
+        return mark_->load();
+    }
+
+    static constexpr size_t kSize = 1;  // rounded up to a page
+    Mark* mark_ = nullptr;
+    std::atomic<uint32_t> last_{0};
+};
+
+MarkPage page;
+
+}  // namespace
+
+uint32_t processMark() {
+    return page.mark();
+}
+
+}  // namespace portability

@@ -1,0 +1,87 @@
+#include "portability/posix/SystemRoot.h"
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+namespace portability {
+namespace {
+
+constexpr std::array<std::string_view, 3> kFixedPlaces = {"/Library", "/System", "/Applications"};
+
+bool isAtOrBelow(std::string_view path, std::string_view folder) {
+    return path.substr(0, folder.size()) == folder &&
+           (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+bool isPlatformPlace(std::string_view path) {
+    for (std::string_view place : kFixedPlaces) {
+        if (isAtOrBelow(path, place)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string canonicalPath(const char* path) {
+    std::error_code error;
+    // A root that is not there yet has a canonical form too, so that a host may make it later.
+    std::filesystem::path canonical = std::filesystem::weakly_canonical(path, error);
+    if (error) {
+        canonical = std::filesystem::path(path).lexically_normal();
+    }
+    std::string result = canonical.string();
+    while (result.size() > 1 && result.back() == '/') {
+        result.pop_back();
+    }
+    return result;
+}
+
+}  // namespace
+
+std::string systemRoot() {
+    // A program that runs with rights of another user must not be led to servers of its caller's choice.
+    const char* root = secure_getenv("POS_SYSTEM_ROOT");
+    if (root == nullptr || root[0] != '/') {
+        return "/";
+    }
+    return canonicalPath(root);
+}
+
+std::string inSystemRoot(const std::string& path) {
+    // "//Library" is the same place as "/Library".
+    const std::size_t name = path.find_first_not_of('/');
+    if (name == 0 || name == std::string::npos) {
+        return path;
+    }
+    const std::string_view place = std::string_view(path).substr(name - 1);
+    if (!isPlatformPlace(place)) {
+        return path;
+    }
+    const std::string root = systemRoot();
+    if (root == "/" || isAtOrBelow(place, root)) {
+        return path;
+    }
+    return root + std::string(place);
+}
+
+std::vector<std::string> fixedPlaces() {
+    const std::string root = systemRoot();
+    std::vector<std::string> places;
+    for (const std::string_view place : kFixedPlaces) {
+        places.push_back((root == "/" ? std::string() : root) + std::string(place));
+    }
+    return places;
+}
+
+bool isInFixedPlace(const std::string& path) {
+    const std::string root = systemRoot();
+    if (root == "/") {
+        return isPlatformPlace(path);
+    }
+    return isAtOrBelow(path, root) && isPlatformPlace(std::string_view(path).substr(root.size()));
+}
+
+}  // namespace portability

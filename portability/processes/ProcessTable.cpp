@@ -1,0 +1,167 @@
+#include "portability/processes/ProcessTable.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+
+#include "portability/posix/SystemRoot.h"
+#include "portability/corefoundation/Bundle.h"
+#include "portability/processes/ApplicationBundle.h"
+#include "portability/posix/FileContent.h"
+#include "portability/processes/InstalledApplications.h"
+#include "portability/posix/OpenFolder.h"
+#include "portability/posix/Paths.h"
+
+namespace portability {
+namespace {
+
+constexpr const char* kProcesses = "/proc";
+
+// Of the flags: the process is on its way out.
+constexpr unsigned long kExiting = 0x4;
+
+std::string folderOf(const std::string& number) {
+    return std::string(kProcesses) + '/' + number;
+}
+
+std::string content(const std::string& path) {
+    constexpr std::size_t kLimit = 1 << 20;
+    return readFile(path, kLimit).value_or(std::string());
+}
+
+bool isProcess(const dirent& entry) {
+    return entry.d_name[0] >= '1' && entry.d_name[0] <= '9';
+}
+
+bool hasEnded(char state) {
+    return state == 'Z' || state == 'X' || state == 'x';
+}
+
+// The program behind the process. The system adds " (deleted)" when the file is gone or was replaced.
+std::string programFile(const std::string& folder) {
+    constexpr std::string_view kDeleted = " (deleted)";
+    std::array<char, PATH_MAX> path;
+    const ssize_t length = readlink((folder + "/exe").c_str(), path.data(), path.size());
+    if (length <= 0) {
+        return std::string();
+    }
+    std::string file(path.data(), static_cast<std::size_t>(length));
+    const bool isMarked = file.size() > kDeleted.size() &&
+                          file.compare(file.size() - kDeleted.size(), kDeleted.size(), kDeleted) == 0;
+    if (isMarked && !isThere(file)) {
+        file.resize(file.size() - kDeleted.size());
+    }
+    return file;
+}
+
+// Programs of other users may not be looked at, and the kernel's own tasks have none.
+std::string statedFile(const std::string& folder, const std::string& shortName) {
+    const std::string arguments = content(folder + "/cmdline");
+    const std::string first = arguments.substr(0, arguments.find('\0'));
+    return first.empty() ? shortName : first;
+}
+
+// Reads what follows the name in /proc/<pid>/stat. False if the text is not whole.
+bool readStatus(const char* text, Process& process, unsigned long& flags) {
+    unsigned long long startTime = 0;
+    const int read =
+        std::sscanf(text, " %c %d %d %*d %*d %*d %lu %*u %*u %*u %*u %*u %*u %*d %*d %*d %*d %*d %*d %llu",
+                    &process.state, &process.parent, &process.group, &flags, &startTime);
+    process.startTime = startTime;
+    return read == 5;
+}
+
+std::optional<Process> readProcess(const std::string& number, uid_t user) {
+    const std::string folder = folderOf(number);
+    const std::string status = content(folder + "/stat");
+    // The name stands in parentheses and may contain some itself.
+    const std::size_t nameBegin = status.find('(');
+    const std::size_t nameEnd = status.rfind(')');
+    if (nameBegin == std::string::npos || nameEnd == std::string::npos || nameEnd < nameBegin) {
+        return std::nullopt;
+    }
+    Process process = {};
+    process.id = std::atoi(number.c_str());
+    process.user = user;
+    unsigned long flags = 0;
+    if (!readStatus(status.c_str() + nameEnd + 1, process, flags) || hasEnded(process.state)) {
+        return std::nullopt;
+    }
+    process.file = programFile(folder);
+    if (process.file.empty()) {
+        // It has given its program back already and will do nothing any more, though it is no zombie yet.
+        if ((flags & kExiting) != 0) return std::nullopt;
+        process.file = statedFile(folder, status.substr(nameBegin + 1, nameEnd - nameBegin - 1));
+    }
+    process.name = lastComponentOf(process.file);
+    return process;
+}
+
+// The owner of the folder is the effective user of the process. (The files in it belong to root if nobody may
+// look into the process.)
+bool readUser(const std::string& number, uid_t& user) {
+    struct stat owner;
+    if (stat(folderOf(number).c_str(), &owner) != 0) return false;
+    user = owner.st_uid;
+    return true;
+}
+
+// In a container, or wherever else a process has other files under the same paths, another bundle lies there.
+// False also if the process may not be looked at.
+bool seesSameFolder(const Process& process, const std::string& folder) {
+    const std::string seen = folderOf(std::to_string(process.id)) + "/root" + folder;
+    struct stat ours;
+    struct stat theirs;
+    return stat(folder.c_str(), &ours) == 0 && stat(seen.c_str(), &theirs) == 0 &&
+           ours.st_dev == theirs.st_dev && ours.st_ino == theirs.st_ino;
+}
+
+bool concernsThisRoot(const Process& process, const InstalledApplications& installed) {
+    const std::vector<std::string>& namesakes = installed.named(process.name);
+    if (!namesakes.empty()) {
+        // By their names, several applications could not be told apart.
+        return namesakes.size() == 1 && isExecutableOf(namesakes.front(), process.file) &&
+               seesSameFolder(process, namesakes.front());
+    }
+    const std::string bundle = bundleAround(process.file);
+    return bundle.empty() || isInFixedPlace(bundle);
+}
+
+}  // namespace
+
+std::optional<Process> findProcess(pid_t id) {
+    const std::string number = std::to_string(id);
+    uid_t user = 0;
+    return id > 0 && readUser(number, user) ? readProcess(number, user) : std::nullopt;
+}
+
+std::vector<Process> listProcesses() {
+    const InstalledApplications installed;
+    const uid_t ourselves = geteuid();
+    std::vector<Process> processes;
+    OpenFolder entries(kProcesses);
+    while (const dirent* entry = entries.next()) {
+        uid_t user = 0;
+        if (!isProcess(*entry) || !readUser(entry->d_name, user) || user != ourselves) continue;
+        std::optional<Process> process = readProcess(entry->d_name, user);
+        if (process && concernsThisRoot(*process, installed)) {
+            processes.push_back(std::move(*process));
+        }
+    }
+    return processes;
+}
+
+std::size_t countProcesses() {
+    std::size_t count = 0;
+    OpenFolder entries(kProcesses);
+    while (const dirent* entry = entries.next()) {
+        count += isProcess(*entry) ? 1 : 0;
+    }
+    return count;
+}
+
+}  // namespace portability

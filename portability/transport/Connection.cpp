@@ -1,0 +1,138 @@
+#include "portability/transport/Connection.h"
+
+#include <poll.h>
+
+#include <algorithm>
+
+#include "portability/transport/Spin.h"
+
+namespace portability {
+
+Connection::Outcome Connection::post(const OutgoingRequest& request) {
+    bool posted = false;
+    return sendRequest(request, false, posted);
+}
+
+Connection::Outcome Connection::exchange(const OutgoingRequest& request, ReceivedReply& reply) {
+    // A connection that is used once is better off without a mailbox.
+    if (lastAnswered_ != 0 && Spin::isOn()) channel_.offerMailbox();
+    bool posted = false;
+    const Outcome sent = sendRequest(request, true, posted);
+    if (sent != Outcome::done) return sent;
+    const Outcome outcome = awaitReply(request, posted, reply);
+    if (outcome == Outcome::timedOut || outcome == Outcome::cancelled) ++unanswered_;
+    return outcome;
+}
+
+Connection::Outcome Connection::sendRequest(const OutgoingRequest& request, bool wantsReply,
+                                                      bool& posted) {
+    // A peer whose replies nobody takes would at last have nowhere to put them.
+    if (unanswered_ != 0 && !dropLateReplies(request.deadline)) return Outcome::notSent;
+    const bool allAnswered = lastAnswered_ == lastId_;
+    FrameHeader header;
+    header.kind = FrameKind::request;
+    header.id = ++lastId_;
+    header.sendMode = request.mode;
+    header.timeOutInTicks = request.timeOutInTicks;
+    for (;;) {
+        const Channel::Sent sent = wantsReply && allAnswered
+                                            ? channel_.sendQuick(header, request.image, posted)
+                                            : channel_.send(header, request.image, /*confirmed=*/wantsReply);
+        switch (sent) {
+            case Channel::Sent::done:
+                return Outcome::done;
+            case Channel::Sent::closed:
+                return Outcome::notSent;
+            case Channel::Sent::failed:
+                return Outcome::noMemory;
+            case Channel::Sent::full:
+                break;
+        }
+        if (request.deadline.passed()) return Outcome::timedOut;
+        waitForDescriptor(channel_.descriptor(), POLLOUT, request.deadline);
+    }
+}
+
+Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool posted,
+                                                     ReceivedReply& reply) {
+    Spin spin(std::max(request.image.size(), lastReplySize_));
+    ReceivedFrame frame;
+    bool looking = posted;
+    // The reply can hardly be there at once, so the other side is given the processor first.
+    spin.again();
+    for (;;) {
+        switch (looking ? channel_.look(frame) : channel_.receive(buffer_, frame)) {
+            case Channel::Received::closed:
+                return posted && !channel_.wasTaken() ? Outcome::notSent : Outcome::lost;
+            case Channel::Received::malformed:
+                return Outcome::lost;
+            case Channel::Received::elsewhere:
+                looking = false;
+                continue;
+            case Channel::Received::nothing:
+                if (request.deadline.passed()) return Outcome::timedOut;
+                if (spin.again()) continue;
+                if (looking) {
+                    channel_.setLooking(false);
+                    looking = false;
+                } else if (!waitAsleep(request)) {
+                    return Outcome::cancelled;
+                }
+                continue;
+            case Channel::Received::frame:
+                break;
+        }
+        std::shared_ptr<const void> held = channel_.holdReply(frame);
+        if (!noteReply(frame)) return Outcome::lost;
+        if (frame.header.id == lastId_) {
+            reply = {frame.header.result, frame.image, frame.header.imageSize, std::move(held)};
+            return Outcome::done;
+        }
+        if (unanswered_ == 0) return Outcome::lost;
+        --unanswered_;
+        if (request.deadline.passed()) return Outcome::timedOut;
+    }
+}
+
+// False when the sender has had enough.
+bool Connection::waitAsleep(const OutgoingRequest& request) {
+    if (request.idle == nullptr) {
+        waitForDescriptor(channel_.descriptor(), POLLIN, request.deadline);
+        return true;
+    }
+    waitForDescriptor(channel_.descriptor(), POLLIN, request.deadline.orAfter(request.idle->pause()));
+    return !request.idle->call();
+}
+
+// False when no such request was sent, or it was answered already.
+bool Connection::noteReply(const ReceivedFrame& frame) {
+    const uint64_t id = frame.header.id;
+    if (frame.header.kind != FrameKind::reply || id <= lastAnswered_ || id > lastId_) return false;
+    channel_.confirmUpTo(id);
+    lastAnswered_ = id;
+    lastReplySize_ = frame.header.imageSize;
+    return true;
+}
+
+bool Connection::dropLateReplies(const Deadline& deadline) {
+    ReceivedFrame frame;
+    while (unanswered_ != 0) {
+        switch (channel_.receive(buffer_, frame)) {
+            case Channel::Received::nothing:
+            case Channel::Received::elsewhere:
+                return true;
+            case Channel::Received::closed:
+            case Channel::Received::malformed:
+                return false;
+            case Channel::Received::frame:
+                break;
+        }
+        channel_.holdReply(frame);
+        if (!noteReply(frame)) return false;
+        --unanswered_;
+        if (deadline.passed()) return true;
+    }
+    return true;
+}
+
+}  // namespace portability

@@ -1,0 +1,224 @@
+#include "portability/transport/Endpoint.h"
+
+#include <CoreServices/AEDataModel.h>
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+#include <cinttypes>
+#include <cstdio>
+#include <cstring>
+#include <new>
+#include <utility>
+
+#include "portability/posix/SystemRoot.h"
+#include "portability/transport/EndpointFolder.h"
+#include "portability/transport/EndpointLock.h"
+#include "portability/posix/FileDescriptor.h"
+
+namespace portability {
+
+namespace {
+
+constexpr char kAnnouncement[] = "POS_EVENT_ENDPOINT";
+constexpr char kSocketEnding[] = ".socket";
+constexpr char kLockEnding[] = ".lock";
+constexpr mode_t kSocketMode = 0600;
+
+FileDescriptor openSocket() {
+    return FileDescriptor(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+}
+
+bool fillAddress(sockaddr_un& address, const std::string& path) {
+    if (path.size() >= sizeof address.sun_path) {
+        errno = ENAMETOOLONG;
+        return false;
+    }
+    address = {};
+    address.sun_family = AF_UNIX;
+    std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
+    return true;
+}
+
+// systemd-tmpfiles removes nothing from a folder of /tmp that is locked.
+FileDescriptor openLocked(const FileDescriptor& folder) {
+    FileDescriptor locked(openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (locked) flock(locked.get(), LOCK_SH | LOCK_NB);
+    return locked;
+}
+
+// Only the owner of the lock comes here, so a socket that lies there belongs to nobody any more.
+FileDescriptor listenAt(const FileDescriptor& folder, const std::string& name) {
+    if (unlinkat(folder.get(), name.c_str(), 0) != 0 && errno != ENOENT) return FileDescriptor();
+    FileDescriptor socket = openSocket();
+    sockaddr_un address;
+    if (!socket || !fillAddress(address, socketPath(folder, name))) return FileDescriptor();
+    if (bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        return FileDescriptor();
+    // The umask has narrowed the mode. Nobody can connect before the socket listens.
+    if (fchmodat(folder.get(), name.c_str(), kSocketMode, 0) != 0) return FileDescriptor();
+    if (listen(socket.get(), SOMAXCONN) != 0) return FileDescriptor();
+    return socket;
+}
+
+bool isListeningSocket(int descriptor) {
+    int listening = 0;
+    int type = 0;
+    socklen_t size = sizeof listening;
+    if (getsockopt(descriptor, SOL_SOCKET, SO_ACCEPTCONN, &listening, &size) != 0 || listening == 0)
+        return false;
+    size = sizeof type;
+    return getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_SEQPACKET;
+}
+
+bool setCloseOnExec(int descriptor) {
+    return fcntl(descriptor, F_SETFD, FD_CLOEXEC) == 0;
+}
+
+bool limitConnectTime(const FileDescriptor& socket, const Deadline& deadline) {
+    timespec left;
+    if (deadline.remaining(left) == nullptr) return true;
+    // Zero would mean no limit.
+    const timeval limit{left.tv_sec, left.tv_nsec / 1000 + 1};
+    return setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit) == 0;
+}
+
+Connecting connectTo(const FileDescriptor& socket, const sockaddr_un& address, const Deadline& deadline) {
+    for (;;) {
+        if (!limitConnectTime(socket, deadline)) return Connecting::failed;
+        if (connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
+            return Connecting::connected;
+        }
+        // The owner lives, but has not accepted for long; or a signal came.
+        if (errno != EINTR && errno != EAGAIN) return Connecting::failed;
+        if (deadline.passed()) return Connecting::timedOut;
+    }
+}
+
+// Connects to the socket `name` in the folder.
+Connecting connectIn(const FileDescriptor& folder, const std::string& name, const Deadline& deadline,
+                     FileDescriptor& connection) {
+    FileDescriptor socket = openSocket();
+    sockaddr_un address;
+    if (!socket || !fillAddress(address, socketPath(folder, name))) return Connecting::failed;
+    const Connecting outcome = connectTo(socket, address, deadline);
+    pid_t listener;
+    if (outcome == Connecting::connected && !isOwnUser(socket.get(), listener)) return Connecting::failed;
+    if (outcome == Connecting::connected) connection = std::move(socket);
+    return outcome;
+}
+
+}  // namespace
+
+EndpointClaim& EndpointClaim::operator=(EndpointClaim&& other) noexcept {
+    std::swap(name_, other.name_);
+    std::swap(folder_, other.folder_);
+    std::swap(lock_, other.lock_);
+    std::swap(listen_, other.listen_);
+    return *this;
+}
+
+EndpointClaim::Outcome EndpointClaim::claim(OSType signature, EndpointClaim& result) {
+    const std::string root = systemRoot();
+    EndpointClaim claimed;
+    claimed.name_ = endpointName(root, signature);
+    const FileDescriptor folder = makeEndpointFolder(endpointPlaces(root));
+    if (folder) claimed.folder_ = openLocked(folder);
+    if (!claimed.folder_) return Outcome::failed;
+    switch (lockFile(folder, claimed.name_ + kLockEnding, claimed.lock_)) {
+        case LockOutcome::inUse:
+            return Outcome::inUse;
+        case LockOutcome::failed:
+            return Outcome::failed;
+        case LockOutcome::locked:
+            break;
+    }
+    claimed.listen_ = listenAt(folder, claimed.name_ + kSocketEnding);
+    if (!claimed.listen_) return Outcome::failed;
+    result = std::move(claimed);
+    return Outcome::claimed;
+}
+
+void EndpointClaim::withdraw() noexcept {
+    try {
+        // By now the files may be those of the next owner.
+        if (!folder_ || !isLockOf(folder_, name_ + kLockEnding, lock_.get())) return;
+        unlinkat(folder_.get(), (name_ + kSocketEnding).c_str(), 0);
+        // The lock goes last: without it another owner may come and have files of the same names.
+        unlinkat(folder_.get(), (name_ + kLockEnding).c_str(), 0);
+    } catch (const std::bad_alloc&) {
+        // Then they stay, as after a crash.
+    }
+}
+
+bool EndpointClaim::adoptInherited(OSType signature, EndpointClaim& result) {
+    // Read also in a program that runs with another user's rights, because a set-id host launches such a one.
+    // The entry need not be trusted: only a process of this user can have opened the lock file.
+    const char* announced = getenv(kAnnouncement);
+    if (announced == nullptr) return false;
+    const std::string entry = std::string(kAnnouncement) + "=" + announced;
+    int listenDescriptor = -1;
+    int lockDescriptor = -1;
+    const bool whole = std::sscanf(announced, "%*8[0-9A-F]:%d:%d", &listenDescriptor, &lockDescriptor) == 2;
+    if (!whole || entry != inheritanceEntry(signature, listenDescriptor, lockDescriptor)) return false;
+    unsetenv(kAnnouncement);
+    if (!isListeningSocket(listenDescriptor) || !isLockFile(lockDescriptor)) return false;
+    if (!setCloseOnExec(listenDescriptor) || !setCloseOnExec(lockDescriptor)) return false;
+    EndpointClaim adopted;
+    adopted.listen_.reset(listenDescriptor);
+    adopted.lock_.reset(lockDescriptor);
+    if (!adopted.findFiles(signature)) return false;
+    result = std::move(adopted);
+    return true;
+}
+
+bool EndpointClaim::findFiles(OSType signature) {
+    const std::string root = systemRoot();
+    name_ = endpointName(root, signature);
+    for (const EndpointPlace& place : endpointPlaces(root)) {
+        FileDescriptor folder;
+        if (openEndpointFolder(place, folder) != FolderState::open) continue;
+        if (!isLockOf(folder, name_ + kLockEnding, lock_.get())) continue;
+        folder_ = openLocked(folder);
+        return true;
+    }
+    return false;
+}
+
+std::string EndpointClaim::inheritanceEntry(OSType signature, int listenDescriptor, int lockDescriptor) {
+    char entry[64];
+    std::snprintf(entry, sizeof entry, "%s=%08" PRIX32 ":%d:%d", kAnnouncement,
+                  static_cast<uint32_t>(signature), listenDescriptor, lockDescriptor);
+    return entry;
+}
+
+bool isOwnUser(int connected, pid_t& peer) {
+    ucred credentials{};
+    socklen_t size = sizeof credentials;
+    if (getsockopt(connected, SOL_SOCKET, SO_PEERCRED, &credentials, &size) != 0) return false;
+    peer = credentials.pid;
+    return credentials.uid == geteuid();
+}
+
+Connecting connectToEndpoint(OSType signature, const Deadline& deadline, FileDescriptor& connection) {
+    const std::string root = systemRoot();
+    const std::string name = endpointName(root, signature) + kSocketEnding;
+    for (const EndpointPlace& place : endpointPlaces(root)) {
+        FileDescriptor folder;
+        if (openEndpointFolder(place, folder) != FolderState::open) continue;
+        const Connecting outcome = connectIn(folder, name, deadline, connection);
+        if (outcome != Connecting::failed) return outcome;
+    }
+    return Connecting::failed;
+}
+
+int connectToEndpoint(OSType signature) {
+    FileDescriptor connection;
+    connectToEndpoint(signature, Deadline::afterTicks(kAEDefaultTimeout), connection);
+    return connection.release();
+}
+
+}  // namespace portability

@@ -1,0 +1,69 @@
+#include "portability/transport/ImageMemory.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+namespace portability {
+
+ImageMemory::ImageMemory(const uint8_t* bytes, size_t size, std::shared_ptr<const void> keeper)
+    : data_(bytes), size_(size), capacity_(0), keeper_(std::move(keeper)) {}
+
+// A block that a connection still holds is one that a receiver may still be reading.
+bool ImageMemory::isOwn() const {
+    return capacity_ != 0 && (block_ == nullptr || block_.use_count() == 1);
+}
+
+uint8_t* ImageMemory::writable() {
+    if (!isOwn() && !own(size_)) return nullptr;
+    return const_cast<uint8_t*>(data_);
+}
+
+uint8_t* ImageMemory::append(size_t count) {
+    if (count > kLargestImage - size_) return nullptr;
+    if ((!isOwn() || capacity_ - size_ < count) && !own(size_ + count)) return nullptr;
+    uint8_t* place = const_cast<uint8_t*>(data_) + size_;
+    size_ += count;
+    return place;
+}
+
+void ImageMemory::erase(size_t offset, size_t count) {
+    uint8_t* place = const_cast<uint8_t*>(data_) + offset;
+    std::memmove(place, place + count, size_ - offset - count);
+    size_ -= count;
+}
+
+// Moves the image to memory of its own for at least `needed` bytes.
+bool ImageMemory::own(size_t needed) {
+    std::unique_ptr<uint8_t[]> heap;
+    std::shared_ptr<SharedBlock> block;
+    uint8_t* place = small_.data();
+    size_t capacity = kSmall;
+    if (needed > kLargestInlineImage) {
+        // An image that outgrew its block grows in many steps. Spare room keeps their number from mattering.
+        block = SharedBlock::take(block_ == nullptr ? needed : std::min(needed + needed / 2, kLargestImage));
+        if (block == nullptr) return false;
+        place = block->data();
+        capacity = block->capacity();
+    } else if (needed > kSmall || data_ == small_.data()) {
+        capacity = std::min(kLargestInlineImage, std::max(needed, 2 * kSmall) * 2);
+        heap.reset(new (std::nothrow) uint8_t[capacity]);
+        if (heap == nullptr) return false;
+        place = heap.get();
+    }
+    if (size_ != 0) std::memcpy(place, data_, size_);
+    data_ = place;
+    capacity_ = capacity;
+    heap_ = std::move(heap);
+    block_ = std::move(block);
+    keeper_.reset();
+    return true;
+}
+
+std::shared_ptr<SharedBlock> copyToBlock(const uint8_t* bytes, size_t size) {
+    std::shared_ptr<SharedBlock> block = SharedBlock::take(size);
+    if (block != nullptr) std::memcpy(block->data(), bytes, size);
+    return block;
+}
+
+}  // namespace portability

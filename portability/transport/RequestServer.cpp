@@ -1,0 +1,236 @@
+#include "portability/transport/RequestServer.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/epoll.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <new>
+#include <utility>
+
+namespace portability {
+
+namespace {
+
+constexpr int kLongestStreak = 4;
+constexpr int kLooksPerRound = 4;
+constexpr int kMostAcceptedAtOnce = 64;
+
+FileDescriptor openSpare() {
+    return FileDescriptor(open("/dev/null", O_RDONLY | O_CLOEXEC));
+}
+
+bool setNonBlocking(int descriptor) {
+    const int flags = fcntl(descriptor, F_GETFL);
+    return flags >= 0 && fcntl(descriptor, F_SETFL, flags | O_NONBLOCK) == 0;
+}
+
+}  // namespace
+
+class RequestServer::Replier final : public RequestHandler::ReplySender {
+  public:
+    Replier(RequestServer& server, Sender& sender, uint64_t id) : server_(server), sender_(sender), id_(id) {}
+
+    Channel::Sent send(int32_t result, const ImageMemory& image) override {
+        return server_.reply(sender_, id_, result, image);
+    }
+
+  private:
+    RequestServer& server_;
+    Sender& sender_;
+    const uint64_t id_;
+};
+
+RequestServer::RequestServer(EndpointClaim claim, int wakeDescriptor, RequestHandler& handler)
+    : claim_(std::move(claim)),
+      handler_(handler),
+      wake_(wakeDescriptor),
+      epoll_(epoll_create1(EPOLL_CLOEXEC)),
+      spare_(openSpare()) {
+    ready_ = epoll_ && watch(wake_);
+    const int listening = claim_.listenDescriptor();
+    if (ready_ && listening >= 0) ready_ = setNonBlocking(listening) && watch(listening);
+}
+
+RequestServer::~RequestServer() {
+    claim_.withdraw();
+}
+
+bool RequestServer::watch(int descriptor) {
+    epoll_event wanted{};
+    wanted.events = EPOLLIN;
+    wanted.data.fd = descriptor;
+    return epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, descriptor, &wanted) == 0;
+}
+
+bool RequestServer::serve() {
+    const bool mayLook = latest_ >= 0 || lookingCount_ != 0;
+    if (mayLook && streak_ < kLongestStreak) {
+        const Round round = spinForNext();
+        if (round.woken || round.handled) return round.woken;
+        latest_ = -1;
+        if (stopLooking()) return false;
+    }
+    const int timeout = lookingCount_ == 0 && streak_ < kLongestStreak ? -1 : 0;
+    streak_ = 0;
+    return handleReady(timeout).woken;
+}
+
+// The senders that were answered lately are the likeliest to send the next event. They are given the
+// processor before the first look, as their events can hardly be there already.
+RequestServer::Round RequestServer::spinForNext() {
+    Spin spin(latestSize_);
+    for (int looks = 1; spin.again(); ++looks) {
+        if (handleMail()) return {false, true};
+        const bool isOnlySocket = latest_ >= 0 && !isLookingFor(latest_);
+        if (isOnlySocket && handleOneOf(latest_)) return {false, true};
+        if (looks % kLooksPerRound != 0) continue;
+        const Round others = handleReady(0);
+        if (others.woken || others.handled) return others;
+    }
+    return {};
+}
+
+RequestServer::Round RequestServer::handleReady(int timeoutMilliseconds) {
+    std::array<epoll_event, 16> events;
+    const int count = epoll_wait(epoll_.get(), events.data(), events.size(), timeoutMilliseconds);
+    Round round;
+    for (int i = 0; i < count; ++i) {
+        const int descriptor = events[static_cast<size_t>(i)].data.fd;
+        if (descriptor == wake_) {
+            round.woken = true;
+        } else if (descriptor == claim_.listenDescriptor()) {
+            acceptSenders();
+        } else if (handleOneOf(descriptor)) {
+            round.handled = true;
+        }
+    }
+    return round;
+}
+
+bool RequestServer::handleMail() {
+    bool handled = false;
+    // A sender that is dismissed leaves the list; the one behind it then waits for the next turn.
+    for (size_t i = 0; i < lookingCount_; ++i) {
+        Sender& sender = *senders_.at(looking_[i]);
+        ReceivedFrame frame;
+        handled = handle(sender, sender.channel.look(frame), frame) || handled;
+    }
+    return handled;
+}
+
+// Whatever was put into a mailbox before its sender could know that we no longer look is handled here.
+bool RequestServer::stopLooking() {
+    const std::array<int, kMostLookedFor> stopped = looking_;
+    const size_t count = std::exchange(lookingCount_, 0);
+    for (size_t i = 0; i < count; ++i)
+        senders_.at(stopped[i])->channel.setLooking(false);
+    bool handled = false;
+    for (size_t i = 0; i < count; ++i) {
+        Sender& sender = *senders_.at(stopped[i]);
+        ReceivedFrame frame;
+        handled = handle(sender, sender.channel.look(frame), frame) || handled;
+    }
+    return handled;
+}
+
+void RequestServer::lookFor(Sender& sender) {
+    const int descriptor = sender.channel.descriptor();
+    if (!sender.channel.hasMailbox() || !Spin::isOn()) return;
+    if (lookingCount_ == looking_.size() || isLookingFor(descriptor)) return;
+    looking_[lookingCount_++] = descriptor;
+    sender.channel.setLooking(true);
+}
+
+bool RequestServer::isLookingFor(int descriptor) const {
+    const auto end = looking_.begin() + lookingCount_;
+    return std::find(looking_.begin(), end, descriptor) != end;
+}
+
+void RequestServer::acceptSenders() {
+    for (int i = 0; i < kMostAcceptedAtOnce; ++i) {
+        FileDescriptor socket(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
+        if (!socket) {
+            if (errno == EMFILE || errno == ENFILE) refuseSender();
+            if (errno != ECONNABORTED && errno != EINTR) return;
+            continue;
+        }
+        pid_t process = 0;
+        const int descriptor = socket.get();
+        if (!isOwnUser(descriptor, process)) continue;
+        try {
+            senders_[descriptor] = std::make_unique<Sender>(std::move(socket), process);
+        } catch (const std::bad_alloc&) {
+            senders_.erase(descriptor);
+            continue;
+        }
+        if (!watch(descriptor)) senders_.erase(descriptor);
+    }
+}
+
+// A sender that cannot be accepted would make every wait end at once.
+void RequestServer::refuseSender() {
+    if (spare_) {
+        spare_.reset();
+        FileDescriptor refused(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
+        refused.reset();
+        spare_ = openSpare();
+    } else {
+        constexpr int kPauseMilliseconds = 10;
+        poll(nullptr, 0, kPauseMilliseconds);
+        spare_ = openSpare();
+    }
+    errno = EMFILE;
+}
+
+bool RequestServer::handleOneOf(int descriptor) {
+    const auto found = senders_.find(descriptor);
+    if (found == senders_.end()) return false;
+    Sender& sender = *found->second;
+    ReceivedFrame frame;
+    return handle(sender, sender.channel.receive(buffer_, frame), frame);
+}
+
+// True when an event was handled. Otherwise the sender may be gone.
+bool RequestServer::handle(Sender& sender, Channel::Received received, const ReceivedFrame& frame) {
+    const int descriptor = sender.channel.descriptor();
+    if (received == Channel::Received::nothing || received == Channel::Received::elsewhere)
+        return false;
+    if (received != Channel::Received::frame || !handleRequest(sender, frame)) {
+        dismiss(descriptor);
+        return false;
+    }
+    latest_ = descriptor;
+    ++streak_;
+    return true;
+}
+
+void RequestServer::dismiss(int descriptor) {
+    if (latest_ == descriptor) latest_ = -1;
+    const auto end = looking_.begin() + lookingCount_;
+    lookingCount_ -= static_cast<size_t>(end - std::remove(looking_.begin(), end, descriptor));
+    senders_.erase(descriptor);
+}
+
+// False if the sender has broken the rules or does not take its replies.
+bool RequestServer::handleRequest(Sender& sender, const ReceivedFrame& frame) {
+    if (frame.header.kind != FrameKind::request) return false;
+    latestSize_ = frame.header.imageSize;
+    Replier replier(*this, sender, frame.header.id);
+    return handler_.handle(frame, sender.process, replier);
+}
+
+Channel::Sent RequestServer::reply(Sender& sender, uint64_t id, int32_t result, const ImageMemory& image) {
+    latestSize_ = std::max(latestSize_, image.size());
+    FrameHeader header;
+    header.kind = FrameKind::reply;
+    header.id = id;
+    header.result = result;
+    // Before the reply, so that the sender finds us looking however soon it sends its next request.
+    lookFor(sender);
+    return sender.channel.sendReply(header, image);
+}
+
+}  // namespace portability

@@ -1,0 +1,136 @@
+#include "portability/transport/SharedBlock.h"
+
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <array>
+#include <new>
+
+#include "portability/posix/BriefLock.h"
+#include "portability/posix/ProcessMark.h"
+#include "portability/transport/SharedFile.h"
+
+namespace portability {
+
+namespace {
+
+constexpr size_t kSmallestGranule = size_t{64} << 10;
+
+// Steps of an eighth, so that events which grow a little find the same block again.
+size_t roundedUp(size_t size) {
+    size_t granule = kSmallestGranule;
+    while (granule * 16 <= size)
+        granule *= 2;
+    return (size + granule - 1) / granule * granule;
+}
+
+}  // namespace
+
+// The blocks that nobody uses at the moment, the one given back last at the end.
+class SharedBlockPool {
+  public:
+    ~SharedBlockPool() {
+        BriefLockScope held(lock_);
+        closed_ = true;
+        if (held) clear();
+    }
+
+    SharedBlock* take(size_t size) {
+        BriefLockScope held(lock_);
+        if (!held) return nullptr;
+        forgetParents();
+        for (size_t i = count_; i-- > 0;) {
+            if (!fits(*free_[i], size)) continue;
+            SharedBlock* block = free_[i];
+            std::copy(free_.begin() + i + 1, free_.begin() + count_, free_.begin() + i);
+            --count_;
+            return block;
+        }
+        return nullptr;
+    }
+
+    // Answers the block that has no place any more, for the caller to delete.
+    SharedBlock* put(SharedBlock* block) {
+        BriefLockScope held(lock_);
+        if (!held || closed_) return block;
+        forgetParents();
+        SharedBlock* oldest = nullptr;
+        if (count_ == free_.size()) {
+            oldest = free_[0];
+            std::copy(free_.begin() + 1, free_.end(), free_.begin());
+            --count_;
+        }
+        free_[count_++] = block;
+        return oldest;
+    }
+
+  private:
+    static bool fits(const SharedBlock& block, size_t size) {
+        return block.capacity() >= size && block.capacity() / 4 <= std::max(size, kSmallestGranule);
+    }
+
+    // After a fork the parent goes on writing into these blocks.
+    void forgetParents() {
+        if (owner_ == processMark()) return;
+        clear();
+        owner_ = processMark();
+    }
+
+    void clear() {
+        while (count_ > 0)
+            delete free_[--count_];
+    }
+
+    BriefLock lock_;
+    std::array<SharedBlock*, 4> free_{};
+    size_t count_ = 0;
+    uint32_t owner_ = 0;
+    bool closed_ = false;
+};
+
+namespace {
+
+SharedBlockPool pool;
+
+}  // namespace
+
+SharedBlock::SharedBlock(FileDescriptor file, uint8_t* data, size_t capacity)
+    : file_(std::move(file)), data_(data), capacity_(capacity), owner_(processMark()) {
+    static std::atomic<uint64_t> lastId{0};
+    id_ = ++lastId;
+}
+
+SharedBlock::~SharedBlock() {
+    munmap(data_, capacity_);
+}
+
+SharedBlock* SharedBlock::create(size_t size) {
+    const size_t capacity = roundedUp(size);
+    FileDescriptor file = makeSharedFile(capacity);
+    if (!file) return nullptr;
+    void* data = mmap(nullptr, capacity, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE, file.get(), 0);
+    if (data == MAP_FAILED) return nullptr;
+    auto* block = new (std::nothrow) SharedBlock(std::move(file), static_cast<uint8_t*>(data), capacity);
+    if (block == nullptr) munmap(data, capacity);
+    return block;
+}
+
+std::shared_ptr<SharedBlock> SharedBlock::take(size_t size) {
+    SharedBlock* block = pool.take(size);
+    if (block == nullptr) block = create(size);
+    if (block == nullptr) return nullptr;
+    // The counter of references needs memory, too; without it the block has been given back already.
+    try {
+        return std::shared_ptr<SharedBlock>(block, &SharedBlock::giveBack);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+void SharedBlock::giveBack(SharedBlock* block) {
+    const bool keep = block->reusable_.load(std::memory_order_relaxed) &&
+                      block->capacity_ <= kLargestKeptBlock && block->owner_ == processMark();
+    delete (keep ? pool.put(block) : block);
+}
+
+}  // namespace portability

@@ -1,0 +1,46 @@
+#include "settings/Languages.h"
+
+#include "platform/CFObject.h"
+
+namespace dovrel {
+
+namespace {
+
+struct PreferredLanguage {
+    const char* entry;
+    const char* language;
+};
+
+constexpr PreferredLanguage kPreferredLanguages[] = {
+    {"de", kLanguageGerman},         {"German", kLanguageGerman},   {"fr", kLanguageFrench},
+    {"French", kLanguageFrench},     {"es", kLanguageSpanish},      {"Spanish", kLanguageSpanish},
+    {"it", kLanguageItalian},        {"Italian", kLanguageItalian}, {"ja", kLanguageJapanese},
+    {"Japanese", kLanguageJapanese},
+};
+
+CFStringRef firstEntry(CFPropertyListRef preference) {
+    if (preference == nullptr || CFGetTypeID(preference) != CFArrayGetTypeID()) return nullptr;
+    const auto entries = static_cast<CFArrayRef>(preference);
+    if (CFArrayGetCount(entries) == 0) return nullptr;
+    const CFTypeRef entry = CFArrayGetValueAtIndex(entries, 0);
+    return CFGetTypeID(entry) == CFStringGetTypeID() ? static_cast<CFStringRef>(entry) : nullptr;
+}
+
+bool isEqual(CFStringRef entry, const char* text) {
+    const CFObject<CFStringRef> other(
+        CFStringCreateWithCString(kCFAllocatorDefault, text, kCFStringEncodingUTF8));
+    return other && CFStringCompare(entry, other.get(), 0) == kCFCompareEqualTo;
+}
+
+}  // namespace
+
+std::string languageOfPreference(CFPropertyListRef preference) {
+    const CFStringRef entry = firstEntry(preference);
+    if (entry == nullptr) return kLanguageEnglish;
+    for (const PreferredLanguage& known : kPreferredLanguages) {
+        if (isEqual(entry, known.entry)) return known.language;
+    }
+    return kLanguageEnglish;
+}
+
+}  // namespace dovrel

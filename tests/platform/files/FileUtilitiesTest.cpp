@@ -1,0 +1,294 @@
+#include "platform/files/FileUtilities.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+#include "tests/platform/Failures.h"
+#include "tests/platform/files/FileUtilitiesFixture.h"
+#include "tests/platform/files/ScratchFolder.h"
+#include "tests/support/FileSizeLimit.h"
+#include "tests/support/OrdinaryUser.h"
+#include "tests/support/SignalAction.h"
+
+namespace dovrel {
+namespace {
+
+class FileUtilities : public test::FileUtilitiesFixture {};
+
+using std::string_literals::operator""s;
+using test::ScratchFolder;
+
+// One name in the two encodings in which paths are read.
+constexpr char kMacRomanName[] = "caf\x8E.txt";
+constexpr char kUtf8Name[] = "caf\xC3\xA9.txt";
+
+TEST_F(FileUtilities, ReadWholeFile_WithANulByte_ReturnsTheTextBeforeIt) {
+    EXPECT_EQ(readBack("before\0after"s, false), "before");
+    EXPECT_EQ(readBack("\0after"s, true), "");
+}
+
+TEST_F(FileUtilities, ReadWholeFile_NormalisingLineEnds_TurnsEachIntoALineFeed) {
+    EXPECT_EQ(readBack("x\r\ny\rz", true), "x\ny\nz");
+    EXPECT_EQ(readBack("x\r\ny\rz", false), "x\r\ny\rz");
+    EXPECT_EQ(readBack("\r\r\n\n\r\r\n", true), "\n\n\n\n\n");
+}
+
+TEST_F(FileUtilities, ReadWholeFile_WithATrailingLoneReturn_EndsInALineFeed) {
+    EXPECT_EQ(readBack("x\r", true), "x\n");
+    EXPECT_EQ(readBack("\r", true), "\n");
+}
+
+TEST_F(FileUtilities, ReadWholeFile_OfAnEmptyFile_IsEmpty) {
+    EXPECT_EQ(readBack("", true), "");
+    EXPECT_EQ(readBack("", false), "");
+}
+
+TEST_F(FileUtilities, ReadWholeFile_OfALargeFile_ReturnsAllOfIt) {
+    const std::string large(3000001, 'x');
+    EXPECT_TRUE(readBack(large, false) == large);
+}
+
+TEST_F(FileUtilities, ReadWholeFile_OfAMissingFile_ThrowsWithItsPath) {
+    const std::string path = folder_.path("missing");
+    const auto failure = test::failureOf([&] { readWholeFile(path, false); });
+    ASSERT_NE(failure, nullptr);
+    EXPECT_EQ(failure->getMessage(), "Could not open file for reading: " + path);
+    EXPECT_STREQ(failure->getDetail(), "???");
+    EXPECT_EQ(failure->getCode(), 0);
+    EXPECT_EQ(failure->getTypeCode(), 0u);
+}
+
+TEST_F(FileUtilities, ReadWholeFile_OfAFolder_ThrowsTheSame) {
+    const auto failure = test::failureOf([&] { readWholeFile(folder_.path(), true); });
+    ASSERT_NE(failure, nullptr);
+    EXPECT_EQ(failure->getMessage(), "Could not open file for reading: " + folder_.path());
+}
+
+TEST_F(FileUtilities, WriteWholeFile_CreatesAFileForAllUsersWithAllBytes) {
+    const std::string path = folder_.path("new");
+    EXPECT_TRUE(writeWholeFile(path, "a\0\r\n\xFF"s));
+    EXPECT_EQ(ScratchFolder::contentOf(path), "a\0\r\n\xFF"s);
+    EXPECT_EQ(ScratchFolder::permissionsOf(path), 0777u);
+}
+
+TEST_F(FileUtilities, WriteWholeFile_ReplacesTheContentOfAnExistingFile) {
+    const std::string path = folder_.write("old", "a long content");
+    EXPECT_TRUE(writeWholeFile(path, "short"));
+    EXPECT_EQ(ScratchFolder::contentOf(path), "short");
+    EXPECT_TRUE(writeWholeFile(path, ""));
+    EXPECT_EQ(ScratchFolder::contentOf(path), "");
+}
+
+TEST_F(FileUtilities, WriteWholeFile_ThatCannotBeOpened_IsFalse) {
+    EXPECT_FALSE(writeWholeFile(folder_.path("missing/file"), "x"));
+    EXPECT_FALSE(writeWholeFile(folder_.path(), "x")) << "a folder";
+}
+
+TEST_F(FileUtilities, WriteWholeFile_OnAFullDisk_IsFalse) {
+    EXPECT_FALSE(writeWholeFile("/dev/full", "x")) << "noticed when the file is closed";
+    EXPECT_FALSE(writeWholeFile("/dev/full", std::string(1000000, 'x'))) << "noticed while it is written";
+}
+
+TEST_F(FileUtilities, WriteWholeFile_WithAMacRomanName_IsOpenedToAllOnlyIfTheUtf8NameIs) {
+    // The language's calls take the bytes as they are, the platform's take them for Mac Roman: two different
+    // names here.
+    const std::string utf8 = folder_.write(kUtf8Name, "the other file");
+    ScratchFolder::setPermissions(utf8, 0600);
+    const std::string macRoman = folder_.path(kMacRomanName);
+    EXPECT_TRUE(writeWholeFile(macRoman, "text"));
+    EXPECT_EQ(readWholeFile(macRoman, false), "text");
+    EXPECT_EQ(ScratchFolder::permissionsOf(macRoman), 0600u);
+    EXPECT_EQ(ScratchFolder::permissionsOf(utf8), 0777u);
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_CopiesForAllUsers) {
+    const std::string source = folder_.write("source", "content");
+    const std::string destination = folder_.path("destination");
+    EXPECT_TRUE(copyFileWithShell(source.c_str(), destination.c_str(), false));
+    EXPECT_EQ(ScratchFolder::contentOf(destination), "content");
+    EXPECT_EQ(ScratchFolder::permissionsOf(destination), 0777u);
+    EXPECT_EQ(ScratchFolder::permissionsOf(source), 0600u) << "the source is nobody else's business";
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_OnlyIfMissingOntoAnExistingFile_LeavesItUntouched) {
+    const std::string source = folder_.write("source", "new");
+    const std::string destination = folder_.write("destination", "old");
+    EXPECT_FALSE(copyFileWithShell(source.c_str(), destination.c_str(), true));
+    EXPECT_EQ(ScratchFolder::contentOf(destination), "old");
+    EXPECT_EQ(ScratchFolder::permissionsOf(destination), 0600u);
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_OnlyIfMissingOntoNothing_Copies) {
+    const std::string source = folder_.write("source", "new");
+    const std::string destination = folder_.path("destination");
+    EXPECT_TRUE(copyFileWithShell(source.c_str(), destination.c_str(), true));
+    EXPECT_EQ(ScratchFolder::contentOf(destination), "new");
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_OntoAnExistingFile_ReplacesIt) {
+    const std::string source = folder_.write("source", "new");
+    const std::string destination = folder_.write("destination", "old");
+    EXPECT_TRUE(copyFileWithShell(source.c_str(), destination.c_str(), false));
+    EXPECT_EQ(ScratchFolder::contentOf(destination), "new");
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_WithANullPath_IsFalse) {
+    const std::string path = folder_.write("source", "x");
+    EXPECT_FALSE(copyFileWithShell(nullptr, path.c_str(), false));
+    EXPECT_FALSE(copyFileWithShell(path.c_str(), nullptr, false));
+    EXPECT_FALSE(copyFileWithShell(path.c_str(), nullptr, true));
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_OfAMissingFile_IsTrueAllTheSame) {
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(
+        copyFileWithShell(folder_.path("missing").c_str(), folder_.path("destination").c_str(), false));
+    testing::internal::GetCapturedStderr();
+    EXPECT_FALSE(std::filesystem::exists(folder_.path("destination")));
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_WithQuotesAndCommandsInThePaths_TakesThemAsNames) {
+    const std::string source = folder_.write("it's $(touch no) `touch no` \"; touch no", "content");
+    const std::string destination = folder_.path("'; touch 'no");
+    EXPECT_TRUE(copyFileWithShell(source.c_str(), destination.c_str(), false));
+    EXPECT_EQ(ScratchFolder::contentOf(destination), "content");
+    EXPECT_FALSE(std::filesystem::exists("no")) << "in " << std::filesystem::current_path();
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_IntoAFolder_LeavesTheFoldersPermissions) {
+    const std::string source = folder_.write("source", "content");
+    const std::string target = folder_.path("target");
+    ASSERT_TRUE(std::filesystem::create_directory(target));
+    EXPECT_TRUE(copyFileWithShell(source.c_str(), target.c_str(), false));
+    EXPECT_EQ(ScratchFolder::contentOf(target + "/source"), "content");
+    EXPECT_EQ(ScratchFolder::permissionsOf(target), 0700u);
+    EXPECT_EQ(ScratchFolder::permissionsOf(target + "/source"), 0777u) << "the copy is what was created";
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_ForAHostThatIgnoresTheEndsOfItsChildren_OpensTheCopyToAllUsers) {
+    const test::SignalAction ignored(SIGCHLD, SIG_IGN);
+    const std::string source = folder_.write("source", std::string(200'000, 'x'));
+    EXPECT_TRUE(copyFileWithShell(source.c_str(), folder_.path("copy").c_str(), false));
+    EXPECT_EQ(ScratchFolder::contentOf(folder_.path("copy")), std::string(200'000, 'x'));
+    EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("copy")), 0777u);
+}
+
+TEST_F(FileUtilities, CopyFileWithShell_ThatFails_LeavesThePermissionsOfTheDestination) {
+    const std::string old = folder_.write("destination", "old");
+    const std::string longer = folder_.write("longer", "none of the old");
+    for (const auto action : {SIG_DFL, SIG_IGN}) {
+        const test::SignalAction ofChildren(SIGCHLD, action);
+        testing::internal::CaptureStderr();
+        EXPECT_TRUE(copyFileWithShell(folder_.path("missing").c_str(), old.c_str(), false));
+        {
+            const test::FileSizeLimit limit(0);
+            EXPECT_TRUE(copyFileWithShell(longer.c_str(), old.c_str(), false));
+        }
+        testing::internal::GetCapturedStderr();
+        EXPECT_EQ(ScratchFolder::permissionsOf(old), 0600u);
+    }
+}
+
+TEST_F(FileUtilities, RenameIfTargetMissing_Renames) {
+    const std::string source = folder_.write("source", "content");
+    EXPECT_TRUE(renameIfTargetMissing(source, folder_.path("target")));
+    EXPECT_FALSE(std::filesystem::exists(source));
+    EXPECT_EQ(ScratchFolder::contentOf(folder_.path("target")), "content");
+}
+
+TEST_F(FileUtilities, RenameIfTargetMissing_OntoAnExistingTarget_IsFalseAndLeavesBothFiles) {
+    const std::string source = folder_.write("source", "one");
+    const std::string target = folder_.write("target", "two");
+    EXPECT_FALSE(renameIfTargetMissing(source, target));
+    EXPECT_EQ(ScratchFolder::contentOf(source), "one");
+    EXPECT_EQ(ScratchFolder::contentOf(target), "two");
+}
+
+TEST_F(FileUtilities, RenameIfTargetMissing_OfAMissingSource_IsFalse) {
+    EXPECT_FALSE(renameIfTargetMissing(folder_.path("source"), folder_.path("target")));
+}
+
+TEST_F(FileUtilities, RenameIfTargetMissing_IntoAMissingFolder_IsFalseAndLeavesTheSource) {
+    const std::string source = folder_.write("source", "one");
+    EXPECT_FALSE(renameIfTargetMissing(source, folder_.path("missing/target")));
+    EXPECT_TRUE(std::filesystem::exists(source));
+}
+
+TEST_F(FileUtilities, RemoveFile_TellsWhetherItIsGone) {
+    const std::string path = folder_.write("file", "x");
+    EXPECT_TRUE(removeFile(path));
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_FALSE(removeFile(path));
+}
+
+TEST_F(FileUtilities, DeleteFileObject_TellsWhetherItIsGone) {
+    const std::string path = folder_.write("file", "x");
+    EXPECT_TRUE(deleteFileObject(path));
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_FALSE(deleteFileObject(path));
+}
+
+TEST_F(FileUtilities, DeleteFileObject_OfAFolder_DeletesOnlyAnEmptyOne) {
+    ASSERT_TRUE(std::filesystem::create_directories(folder_.path("folder/inner")));
+    EXPECT_FALSE(deleteFileObject(folder_.path("folder")));
+    EXPECT_TRUE(deleteFileObject(folder_.path("folder/inner")));
+    EXPECT_TRUE(deleteFileObject(folder_.path("folder/"))) << "with a slash at the end";
+    EXPECT_FALSE(std::filesystem::exists(folder_.path("folder")));
+}
+
+TEST_F(FileUtilities, FileManagerForms_TakeAMacRomanPath) {
+    const std::string onDisk = folder_.write(kUtf8Name, "x");
+    const std::string asMacRoman = folder_.path(kMacRomanName);
+    EXPECT_TRUE(pathExists(asMacRoman));
+    EXPECT_FALSE(pathExists(onDisk)) << "UTF-8 bytes name something else in Mac Roman";
+    EXPECT_TRUE(grantAllPermissions(asMacRoman));
+    EXPECT_EQ(ScratchFolder::permissionsOf(onDisk), 0777u);
+    EXPECT_TRUE(deleteFileObject(asMacRoman));
+    EXPECT_FALSE(std::filesystem::exists(onDisk));
+}
+
+TEST_F(FileUtilities, LanguageForms_TakeTheBytesOfAPathAsTheyAre) {
+    for (const char* name : {kUtf8Name, kMacRomanName}) {
+        const std::string path = folder_.path(name);
+        EXPECT_TRUE(writeWholeFile(path, name));
+        EXPECT_TRUE(fileExists(path));
+        EXPECT_EQ(readWholeFile(path, false), name);
+        EXPECT_TRUE(copyFileWithShell(path.c_str(), (path + "2").c_str(), true));
+        EXPECT_TRUE(renameIfTargetMissing(path + "2", path + "3"));
+        EXPECT_TRUE(removeFile(path + "3"));
+        EXPECT_TRUE(removeFile(path));
+    }
+}
+
+TEST_F(FileUtilities, FileExists_IsTrueForWhatCanBeOpened) {
+    EXPECT_FALSE(fileExists(folder_.path("file")));
+    EXPECT_TRUE(fileExists(folder_.write("file", "")));
+    EXPECT_FALSE(fileExists(""));
+}
+
+TEST_F(FileUtilities, FileThatMayNotBeRead_ExistsForTheFileManagerOnly) {
+    const std::string path = folder_.write("file", "content");
+    std::filesystem::permissions(folder_.path(), std::filesystem::perms::all);
+    ScratchFolder::setPermissions(path, 0);
+    EXPECT_TRUE(holdsForOrdinaryUser([&] { return pathExists(path) && !fileExists(path); }));
+    EXPECT_TRUE(holdsForOrdinaryUser([&] { return !renameIfTargetMissing(path, folder_.path("new")); }))
+        << "a source that cannot be opened for reading is not renamed";
+    EXPECT_TRUE(std::filesystem::exists(path));
+}
+
+TEST_F(FileUtilities, PathExists_IsTrueForFilesAndFolders) {
+    EXPECT_FALSE(pathExists(folder_.path("file")));
+    EXPECT_TRUE(pathExists(folder_.write("file", "")));
+    EXPECT_TRUE(pathExists(folder_.path()));
+    EXPECT_TRUE(pathExists(folder_.path() + "/"));
+    EXPECT_FALSE(pathExists(""));
+}
+
+}  // namespace
+}  // namespace dovrel

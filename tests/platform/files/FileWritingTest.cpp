@@ -1,0 +1,70 @@
+#include "platform/files/FileWriting.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+
+#include "tests/platform/files/ScratchFolder.h"
+#include "tests/support/FileSizeLimit.h"
+
+namespace dovrel {
+namespace {
+
+using test::FileSizeLimit;
+using test::ScratchFolder;
+
+class FileWriting : public testing::Test {
+  protected:
+    // Opens a file with that content for writing.
+    int openWith(const std::string& content) {
+        descriptor_ = open(folder_.write("file", content).c_str(), O_RDWR | O_CLOEXEC);
+        EXPECT_GE(descriptor_, 0);
+        return descriptor_;
+    }
+    ~FileWriting() override { close(descriptor_); }
+
+    std::string content() const { return ScratchFolder::contentOf(folder_.path("file")); }
+
+    const ScratchFolder folder_;
+    int descriptor_ = -1;
+};
+
+TEST_F(FileWriting, WriteAt_WritesAllBytesAtTheOffset) {
+    EXPECT_TRUE(writeAt(openWith("0123456789"), "abc", 3, 4));
+    EXPECT_EQ(content(), "0123abc789");
+    EXPECT_TRUE(writeAt(descriptor_, "xyz", 3, 12));
+    EXPECT_EQ(content(), std::string("0123abc789\0\0xyz", 15));
+    EXPECT_TRUE(writeAt(descriptor_, nullptr, 0, 0));
+}
+
+TEST_F(FileWriting, WriteAt_WithRoomForAPart_IsFalseWithTheCause) {
+    openWith("");
+    const FileSizeLimit limit(5);
+    EXPECT_FALSE(writeAt(descriptor_, "0123456789", 10, 0));
+    EXPECT_EQ(errno, EFBIG);
+}
+
+TEST_F(FileWriting, Overwrite_LeavesTheNewContentAlone) {
+    for (const char* const text : {"shorter", "as long as before!", "a good deal longer than before", ""}) {
+        const std::string old = "as long as it was ";
+        EXPECT_TRUE(overwrite(openWith(old), static_cast<off_t>(old.size()), text));
+        EXPECT_EQ(content(), text);
+        close(descriptor_);
+    }
+    openWith("");
+    EXPECT_TRUE(overwrite(descriptor_, 0, "something"));
+    EXPECT_EQ(content(), "something");
+}
+
+TEST_F(FileWriting, Overwrite_WithoutRoomForTheNewContent_LeavesTheOldOne) {
+    openWith("old");
+    const FileSizeLimit limit(10);
+    EXPECT_FALSE(overwrite(descriptor_, 3, "longer than the limit"));
+    EXPECT_EQ(content(), "old");
+}
+
+}  // namespace
+}  // namespace dovrel

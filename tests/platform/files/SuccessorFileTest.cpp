@@ -1,0 +1,169 @@
+#include "platform/files/SuccessorFile.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <filesystem>
+#include <iterator>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/platform/files/ScratchFolder.h"
+#include "tests/support/ExtendedAttributes.h"
+
+namespace dovrel {
+namespace {
+
+using Outcome = SuccessorFile::Outcome;
+using test::ScratchFolder;
+
+// A process that holds the lock of a file, as a writer does, until it is killed.
+class LivingWriter {
+  public:
+    explicit LivingWriter(const std::string& path) {
+        int ready[2];
+        EXPECT_EQ(pipe(ready), 0);
+        process_ = fork();
+        if (process_ == 0) {
+            const int file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL, 0600);
+            const bool isLocked = flock(file, LOCK_EX | LOCK_NB) == 0 && write(file, "half", 4) == 4;
+            _exit(isLocked && write(ready[1], "", 1) == 1 ? pause() : 1);
+        }
+        close(ready[1]);
+        char byte = 0;
+        EXPECT_EQ(read(ready[0], &byte, 1), 1) << "the writer has not begun";
+        close(ready[0]);
+    }
+    ~LivingWriter() { end(); }
+    LivingWriter(const LivingWriter&) = delete;
+    LivingWriter& operator=(const LivingWriter&) = delete;
+
+    void end() {
+        if (process_ <= 0) return;
+        kill(process_, SIGKILL);
+        waitpid(process_, nullptr, 0);
+        process_ = -1;
+    }
+
+  private:
+    pid_t process_ = -1;
+};
+
+class Successor : public testing::Test {
+  protected:
+    Outcome replace(const std::string& text) const {
+        struct stat old {};
+        EXPECT_EQ(stat(path_.c_str(), &old), 0);
+        return SuccessorFile::replace(path_, old, text);
+    }
+
+    bool exists(const std::string& name) const {
+        return std::filesystem::symlink_status(folder_.path(name)).type() !=
+               std::filesystem::file_type::not_found;
+    }
+
+    const ScratchFolder folder_;
+    const std::string path_ = folder_.write("file", "old");
+};
+
+TEST_F(Successor, Replace_ExchangesTheFileAndLeavesNothingBesideIt) {
+    struct stat before {};
+    struct stat after {};
+    ScratchFolder::setPermissions(path_, 0664);
+    ASSERT_EQ(stat(path_.c_str(), &before), 0);
+    EXPECT_EQ(replace("new"), Outcome::kReplaced);
+    ASSERT_EQ(stat(path_.c_str(), &after), 0);
+    EXPECT_NE(before.st_ino, after.st_ino);
+    EXPECT_EQ(before.st_mode, after.st_mode);
+    EXPECT_EQ(ScratchFolder::contentOf(path_), "new");
+    EXPECT_FALSE(exists("file.new0"));
+}
+
+TEST_F(Successor, Replace_WhereTheFolderGivesNewFilesAnAccessControlList_IsRefused) {
+    SET_ATTRIBUTE_OR_SKIP(folder_.path(), test::kDefaultAccessList, test::sharedAccessList());
+    EXPECT_EQ(replace("new"), Outcome::kRefused);
+    EXPECT_EQ(ScratchFolder::contentOf(path_), "old");
+    EXPECT_FALSE(exists("file.new0"));
+}
+
+TEST_F(Successor, Replace_WithEveryNameTaken_IsRefusedAndLeavesThem) {
+    for (int number = 0; number < 10; ++number)
+        folder_.write("file.new" + std::to_string(number), "taken");
+    EXPECT_EQ(replace("new"), Outcome::kRefused);
+    EXPECT_EQ(ScratchFolder::contentOf(folder_.path("file.new9")), "taken");
+}
+
+TEST_F(Successor, Replace_BesideALivingWriter_TakesTheNextName) {
+    const LivingWriter writer(folder_.path("file.new0"));
+    EXPECT_EQ(replace("new"), Outcome::kReplaced);
+    EXPECT_EQ(ScratchFolder::contentOf(folder_.path("file.new0")), "half");
+    EXPECT_FALSE(exists("file.new1"));
+}
+
+TEST_F(Successor, RemoveLeftovers_LeavesTheFileOfALivingWriterAndDeletesThatOfAKilledOne) {
+    LivingWriter writer(folder_.path("file.new0"));
+    SuccessorFile::removeLeftovers(path_);
+    EXPECT_TRUE(exists("file.new0"));
+    writer.end();
+    SuccessorFile::removeLeftovers(path_);
+    EXPECT_FALSE(exists("file.new0"));
+    EXPECT_EQ(ScratchFolder::contentOf(path_), "old");
+}
+
+TEST_F(Successor, RemoveLeftovers_DeletesThoseAfterAFreeName) {
+    folder_.write("file.new1", "half");
+    folder_.write("file.new9", "half");
+    SuccessorFile::removeLeftovers(path_);
+    EXPECT_FALSE(exists("file.new1"));
+    EXPECT_FALSE(exists("file.new9"));
+}
+
+TEST_F(Successor, RemoveLeftovers_LeavesEverythingElseOfSuchNames) {
+    const std::string target = folder_.write("target", "content");
+    std::filesystem::create_symlink(target, folder_.path("file.new0"));
+    std::filesystem::create_directory(folder_.path("file.new1"));
+    ASSERT_EQ(mkfifo(folder_.path("file.new2").c_str(), 0600), 0);
+    folder_.write("file.new", "content");
+    folder_.write("file.new10", "content");
+    folder_.write("other.new0", "content");
+    SuccessorFile::removeLeftovers(path_);
+    for (const char* const name :
+         {"target", "file.new0", "file.new1", "file.new2", "file.new", "file.new10", "other.new0"})
+        EXPECT_TRUE(exists(name)) << name;
+}
+
+TEST_F(Successor, ManyWritersAtOnce_AllReplaceTheFileAndNoneLosesItsOwn) {
+    constexpr int kWriters = 4;
+    constexpr int kWrites = 100;
+    std::atomic<int> failures{0};
+    std::vector<std::thread> writers;
+    for (int writer = 0; writer < kWriters; ++writer) {
+        writers.emplace_back([&, text = std::string(10'000, static_cast<char>('a' + writer))] {
+            for (int write = 0; write < kWrites; ++write) {
+                SuccessorFile::removeLeftovers(path_);
+                if (replace(text) != Outcome::kReplaced) ++failures;
+            }
+        });
+    }
+    for (std::thread& writer : writers)
+        writer.join();
+    EXPECT_EQ(failures, 0);
+    const std::string content = ScratchFolder::contentOf(path_);
+    EXPECT_EQ(content, std::string(10'000, content.at(0)));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 1);
+}
+
+TEST_F(Successor, HasExtendedAttributes_TellsWhetherThereAreAny) {
+    EXPECT_FALSE(hasExtendedAttributes(path_));
+    SET_ATTRIBUTE_OR_SKIP(path_, "user.origin", "here");
+    EXPECT_TRUE(hasExtendedAttributes(path_));
+}
+
+}  // namespace
+}  // namespace dovrel

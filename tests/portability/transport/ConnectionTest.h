@@ -1,0 +1,98 @@
+// What the tests of connections share: a peer that does not behave, behind an endpoint of its own, and one
+// that sends to it.
+#pragma once
+
+#include <CoreServices/CoreServices.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "tests/portability/appleevents/Events.h"
+#include "tests/portability/support/Images.h"
+#include "tests/portability/support/RawSocket.h"
+#include "tests/portability/support/TemporaryEnvironment.h"
+#include "portability/transport/Endpoint.h"
+
+constexpr char kPeerSignature[] = "RoGu";
+constexpr OSType kPeerCode = 'RoGu';
+
+// Accepts connections one after another and lets a function play the application on each.
+class Peer {
+  public:
+    using Play = std::function<void(int connection)>;
+
+    explicit Peer(std::vector<Play> plays) : plays_(std::move(plays)) {
+        EXPECT_EQ(portability::EndpointClaim::claim(kPeerCode, claim_),
+                  portability::EndpointClaim::Outcome::claimed);
+        thread_ = std::thread([this] { run(); });
+    }
+    ~Peer() { thread_.join(); }
+
+  private:
+    void run() {
+        // A test's signals are for the sender that waits, not for the peer.
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_BLOCK, &all, nullptr);
+        for (const Play& play : plays_) {
+            const portability::FileDescriptor connection(accepted());
+            play(connection.get());
+        }
+    }
+
+    int accepted() const {
+        for (;;) {
+            const int connection = accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC);
+            if (connection >= 0 || errno != EINTR) return connection;
+        }
+    }
+
+    std::vector<Play> plays_;
+    portability::EndpointClaim claim_;
+    std::thread thread_;
+};
+
+inline Bytes reply(uint64_t id, const std::string& text, int32_t result = noErr) {
+    const Bytes image = itemBytes(keyDirectObject, text);
+    portability::FrameHeader header;
+    header.kind = portability::FrameKind::reply;
+    header.id = id;
+    header.result = result;
+    header.imageSize = static_cast<uint32_t>(image.size());
+    return headerBytes(header) + image;
+}
+
+// Waits until the other side has closed the connection, or sends more.
+inline void waitForMore(int connection) {
+    receiveRaw(connection);
+}
+
+class ConnectionTest : public testing::Test {
+  protected:
+    OSStatus send(long ticks = kAEDefaultTimeout, AESendMode mode = kAEWaitReply,
+                  const std::string& text = "request") {
+        Descriptor event = makeEvent(address_, kEcho);
+        putText(event, text);
+        AEDisposeDesc(reply_.get());
+        const std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
+        const OSStatus status = AESendMessage(event.get(), reply_.get(), mode, ticks);
+        seconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+        return status;
+    }
+
+    void expectTicks(long ticks) const {
+        EXPECT_GE(seconds_, static_cast<double>(ticks) / 60);
+        EXPECT_LT(seconds_, static_cast<double>(ticks) / 60 + 5) << "a generous limit for a busy machine";
+    }
+
+    TemporaryEnvironment environment_;
+    Descriptor address_ = makeAddress(kPeerSignature);
+    Descriptor reply_;
+    double seconds_ = 0;
+};

@@ -1,0 +1,100 @@
+#include "portability/transport/Packet.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/portability/support/MemoryFile.h"
+#include "tests/portability/support/Processes.h"
+#include "tests/portability/support/RawSocket.h"
+
+using namespace portability;
+
+namespace {
+
+class PacketTest : public testing::Test {
+  protected:
+    int send(std::string bytes) { return Packet(bytes.data(), bytes.size()).send(ends_.first.get()); }
+
+    Packet::Received receive(size_t room = 100) {
+        received_.assign(room, '?');
+        size_t size = 0;
+        const auto result =
+            Packet(received_.data(), received_.size()).receive(ends_.second.get(), size, file_);
+        received_.resize(size);
+        return result;
+    }
+
+    std::pair<FileDescriptor, FileDescriptor> ends_ = connectedSockets();
+    std::string received_;
+    FileDescriptor file_;
+};
+
+}  // namespace
+
+TEST_F(PacketTest, BytesOfTwoPlaces_ArriveAsOnePacket) {
+    std::string first = "header";
+    const std::string second(" and \0more", 10);
+    Packet packet(first.data(), first.size());
+    packet.append(second.data(), second.size());
+    EXPECT_EQ(packet.send(ends_.first.get()), 0);
+    EXPECT_EQ(receive(), Packet::Received::packet);
+    EXPECT_EQ(received_, first + second);
+    EXPECT_FALSE(file_);
+    EXPECT_EQ(receive(), Packet::Received::nothing);
+}
+
+TEST_F(PacketTest, AttachedFile_ArrivesAsADescriptorThatIsClosedAtExec) {
+    const FileDescriptor sent = memoryFile(10, 0, Bytes{'x', 'y'});
+    char byte = 'b';
+    Packet packet(&byte, 1);
+    packet.attach(sent.get());
+    EXPECT_EQ(packet.send(ends_.first.get()), 0);
+    ASSERT_EQ(receive(), Packet::Received::packet);
+    ASSERT_TRUE(file_);
+    EXPECT_NE(file_.get(), sent.get());
+    EXPECT_NE(fcntl(file_.get(), F_GETFD) & FD_CLOEXEC, 0);
+    char content[2] = {};
+    EXPECT_EQ(pread(file_.get(), content, 2, 0), 2);
+    EXPECT_EQ(std::string(content, 2), "xy");
+}
+
+TEST_F(PacketTest, MoreThanOneFile_IsCutAndLeavesNoDescriptorBehind) {
+    const FileDescriptor sent = memoryFile(10, 0);
+    const int before = openDescriptors();
+    for (const size_t count : {2, 3, 20}) {
+        ASSERT_TRUE(sendRaw(ends_.first.get(), Bytes{1}, std::vector<int>(count, sent.get())));
+        EXPECT_EQ(receive(), Packet::Received::cut) << count;
+        file_.reset();
+        EXPECT_EQ(openDescriptors(), before) << count;
+    }
+}
+
+TEST_F(PacketTest, LongerThanTheRoom_IsCut) {
+    EXPECT_EQ(send("12345"), 0);
+    EXPECT_EQ(receive(5), Packet::Received::packet);
+    EXPECT_EQ(send("12345"), 0);
+    EXPECT_EQ(receive(4), Packet::Received::cut);
+}
+
+TEST_F(PacketTest, FullSocket_IsAnErrorAtOnce) {
+    int error = 0;
+    for (int sent = 0; error == 0 && sent < 100000; ++sent)
+        error = send(std::string(1000, 'x'));
+    EXPECT_EQ(error, EAGAIN);
+}
+
+TEST_F(PacketTest, OtherEndThatIsGone_IsClosedAndRaisesNoSignal) {
+    ends_.first.reset();
+    EXPECT_EQ(receive(), Packet::Received::closed);
+    std::swap(ends_.first, ends_.second);
+    EXPECT_EQ(send("x"), EPIPE);
+}
+
+TEST_F(PacketTest, WhatIsNoSocket_IsClosedAndItsErrorToldWhereItIsSent) {
+    ends_.first.reset(open("/dev/null", O_RDWR | O_CLOEXEC));
+    EXPECT_EQ(send("x"), ENOTSOCK);
+    ends_.second.reset(open("/dev/null", O_RDWR | O_CLOEXEC));
+    EXPECT_EQ(receive(), Packet::Received::closed);
+}

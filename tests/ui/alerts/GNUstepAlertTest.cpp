@@ -1,0 +1,60 @@
+// The alert's source over a second implementation of the platform's classes: GNUstep's, in real windows.
+#include <algorithm>
+
+#include "tests/ui/alerts/AlertTest.h"
+
+namespace dovrel {
+namespace {
+
+class GNUstepAlertTest : public test::AlertTest {
+  protected:
+    GNUstepAlertTest() : AlertTest(test::gnustepAlerts()) {}
+
+    /// Shows an alert; returns what it holds, sorted, as the host tells it.
+    std::vector<std::string> contentOf(const std::string& kind, const std::string& title,
+                                       const std::string& body) {
+        startProgram({DOVREL_GNUSTEP_ALERT_HOST, kind, title, body});
+        std::vector<std::string> content;
+        for (std::string line = host_->readLine(); !line.empty() && line != "end"; line = host_->readLine())
+            content.push_back(line);
+        std::sort(content.begin(), content.end());
+        return content;
+    }
+
+    std::vector<std::string> contentOf(const std::string& kind) { return contentOf(kind, "Title", "Body"); }
+};
+
+TEST_F(GNUstepAlertTest, Alert_HoldsTitleBodyAndTheCaptionsOfItsKind) {
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(contentOf("0"), (Lines{"button Fine", "text Body", "text Title"}));
+    EXPECT_TRUE(desktop_.takePicture("alert-gnustep"));
+    EXPECT_EQ(contentOf("1"), (Lines{"button Fine", "button Never mind", "text Body", "text Title"}));
+    EXPECT_EQ(contentOf("2"), (Lines{"button Never mind", "button Once more", "text Body", "text Title"}));
+    EXPECT_EQ(contentOf("7"), (Lines{"button Fine", "text Body", "text Title"}));
+}
+
+TEST_F(GNUstepAlertTest, CarriageReturns_AreLineBreaks) {
+    const auto content = contentOf("0", "Title", "One line\rand another\r\r100 % of \"it\"");
+    EXPECT_NE(std::find(content.begin(), content.end(), "text One line|and another||100 % of \"it\""),
+              content.end())
+        << testing::PrintToString(content);
+}
+
+TEST_F(GNUstepAlertTest, TheFirstButton_AnswersRetryOrOK) {
+    contentOf("2");
+    EXPECT_EQ(lineAfterClick(0), "answer 11");
+    contentOf("0");
+    EXPECT_EQ(lineAfterClick(0), "answer 12");
+    contentOf("1");
+    EXPECT_EQ(lineAfterKey("Return"), "answer 12");
+}
+
+TEST_F(GNUstepAlertTest, TheSecondButton_AnswersCancel) {
+    contentOf("2");
+    EXPECT_EQ(lineAfterClick(1), "answer 13");
+    contentOf("1");
+    EXPECT_EQ(lineAfterClick(1), "answer 13");
+}
+
+}  // namespace
+}  // namespace dovrel

@@ -1,0 +1,133 @@
+#import <AppKit/AppKit.h>
+#include <CoreServices/CoreServices.h>
+
+#include <string>
+
+#include "platform/text/ReadableText.h"
+#include "platform/text/TextConversions.h"
+#include "settings/MultiLanguageSupport.h"
+#include "ui/alerts/AlertButtonSet.h"
+#include "ui/alerts/HelpPages.h"
+#include "ui/alerts/MacOSXMessageDialog.h"
+#include "ui/information/ManagementApplication.h"
+
+// Answers the Help button of an alert.
+@interface DovrelAlertHelp : NSObject
+- (BOOL)alertShowHelp:(NSAlert*)alert;
+@end
+
+@implementation DovrelAlertHelp
+
+- (BOOL)alertShowHelp:(NSAlert*)alert {
+    static_cast<void>(alert);
+    dovrel::openHelp();
+    return YES;
+}
+
+@end
+
+namespace dovrel {
+
+namespace {
+
+/// As runModal answers it; the platform's own names for it differ from version to version.
+constexpr NSInteger kFirstButtonReturn = 1000;
+
+/// The number serves every version, too.
+constexpr int kWarningStyle = 0;
+
+struct AlertRequest {
+    const char* title;
+    const char* body;
+    int buttons;
+    int answer;
+};
+
+/// The strings live until the pool is drained.
+struct AlertTexts {
+    NSString* title;
+    NSString* body;
+    NSString* firstButton;
+    NSString* secondButton;  ///< nil where there is none
+};
+
+/// "%s" is the placeholder of the body.
+NSString* const kUnshownAlertText = @"Couldn't initialise NSApplication! No Error dialogue shown; message of "
+                                    @"the failed dialogue:  \n \"%s\"\n";
+
+/// The string of a text in any encoding that readableText() knows. Line ends become line feeds, because not
+/// every window system breaks a line at a carriage return.
+NSString* readableString(const std::string& text) {
+    return [NSString stringWithUTF8String:replaceChar(readableText(text), '\r', '\n').c_str()];
+}
+
+NSString* captionString(const char* key) { return readableString(MultiLanguageSupport::getText(key)); }
+
+// The placeholder is replaced here: given bytes for a "%s", NSLog would read them in the system encoding,
+// which lacks most characters.
+void logUnshownAlert(NSString* body) {
+    NSLog(@"%@", [kUnshownAlertText stringByReplacingOccurrencesOfString:@"%s" withString:body]);
+}
+
+// False when the alert could not be run; else `pressed` is what it returned, which may be any number when the
+// host ends it. No object of C++ lives in a function with @try.
+bool runModalAlert(AlertTexts texts, BOOL showsHelp, NSInteger* pressed) {
+    bool wasRun = false;
+    @try {
+        NSAlert* alert = [[[NSAlert alloc] init] autorelease];
+        [alert addButtonWithTitle:texts.firstButton];
+        if (texts.secondButton != nil) [alert addButtonWithTitle:texts.secondButton];
+        if (showsHelp) {
+            [alert setDelegate:(id)[[[DovrelAlertHelp alloc] init] autorelease]];
+            [alert setShowsHelp:YES];
+        }
+        [alert setMessageText:texts.title];
+        [alert setInformativeText:texts.body];
+        [alert setAlertStyle:(NSAlertStyle)kWarningStyle];
+        *pressed = [alert runModal];
+        wasRun = alert != nil;
+    } @catch (...) {
+        wasRun = false;
+    }
+    return wasRun;
+}
+
+int runAlert(const AlertRequest& request) {
+    const AlertButtonSet set = alertButtonSet(request.buttons);
+    const AlertTexts texts = {readableString(request.title), readableString(request.body),
+                              captionString(set.firstKey),
+                              set.secondKey != nullptr ? captionString(set.secondKey) : nil};
+    NSInteger pressed = 0;
+    if (!NSApplicationLoad() || !runModalAlert(texts, isManagementApplication(), &pressed)) {
+        logUnshownAlert(texts.body);
+        return kAlertAnswerNotShown;
+    }
+    return alertAnswer(set, pressed == kFirstButtonReturn);
+}
+
+void* runRequest(void* parameter) {
+    AlertRequest* const request = static_cast<AlertRequest*>(parameter);
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    try {
+        request->answer = runAlert(*request);
+    } catch (...) {
+        // Memory has run out, and nothing may be thrown through a remote call: the alert is not shown.
+    }
+    [pool release];
+    return nullptr;
+}
+
+}  // namespace
+
+int MacOSXMessageDialog::showAlert(const char* title, const char* body, int buttons, int /*reserved*/) {
+    AlertRequest request = {title != nullptr ? title : "", body != nullptr ? body : "", buttons,
+                            kAlertAnswerNotShown};
+    if (_MPIsFullyInitialized() && MPTaskIsPreemptive(kInvalidID)) {
+        MPRemoteCall(runRequest, &request, kMPOwningProcessRemoteContext);
+    } else {
+        runRequest(&request);
+    }
+    return request.answer;
+}
+
+}  // namespace dovrel

@@ -1,0 +1,53 @@
+#include "ui/information/Component.h"
+
+#include "platform/files/Places.h"
+#include "ui/information/ManagementApplication.h"
+
+namespace dovrel {
+
+namespace {
+
+constexpr char kServerIdentifier[] = "com.Tessilor.POS";
+constexpr char kLibraryIdentifier[] = "com.Tessilor.POSAccess-DLL";
+constexpr char kSiblingIdentifier[] = "com.Tessilor.Pell-DLL";
+constexpr char kCompatibilityIdentifier[] = "com.Tessilor.Compatibility-DLL";
+
+std::string inInstallFolder(const char* name) {
+    return std::string(places::kInstallFolder) + name;
+}
+
+}  // namespace
+
+Component serverComponent() {
+    return {"Server application", kServerIdentifier, inInstallFolder(places::kServerBundleName)};
+}
+
+Component libraryComponent() {
+    return {"Client library", kLibraryIdentifier, inInstallFolder(places::kLibraryBundleName)};
+}
+
+Component siblingComponent() {
+    return {"Sibling bundle", kSiblingIdentifier, inInstallFolder(places::kSiblingBundleName)};
+}
+
+Component compatibilityComponent() {
+    return {"Compatibility bundle", kCompatibilityIdentifier, places::kCompatibilityBundle};
+}
+
+Component managementComponent() {
+    return {"Management application", kManagementApplicationIdentifier, places::kManagementApplication};
+}
+
+std::string libraryIdentifier() {
+    return kLibraryIdentifier;
+}
+
+std::string siblingIdentifier() {
+    return kSiblingIdentifier;
+}
+
+std::string compatibilityIdentifier() {
+    return kCompatibilityIdentifier;
+}
+
+}  // namespace dovrel

@@ -1,0 +1,77 @@
+#include "ui/information/ComponentVersions.h"
+
+#import <Foundation/Foundation.h>
+
+#include "platform/CFObject.h"
+#include "platform/files/FileURL.h"
+#include "platform/files/Places.h"
+#include "ui/information/PropertyText.h"
+
+namespace dovrel {
+
+namespace {
+
+constexpr char kInstallerVersionKey[] = "HarlInstallerVersion";
+constexpr char kDifference[] = "*";
+
+CFBundleRef newKnownBundle(const std::string& identifier) {
+    const CFObject<CFStringRef> name(
+        CFStringCreateWithCString(kCFAllocatorDefault, identifier.c_str(), kCFStringEncodingUTF8));
+    const CFBundleRef bundle = name ? CFBundleGetBundleWithIdentifier(name.get()) : nullptr;
+    return bundle != nullptr ? (CFBundleRef)CFRetain(bundle) : nullptr;
+}
+
+CFBundleRef newBundleAt(const std::string& path) {
+    const CFObject<CFURLRef> url = fileURL(path, kCFStringEncodingUTF8);
+    return url ? CFBundleCreate(kCFAllocatorDefault, url.get()) : nullptr;
+}
+
+std::string versionOf(CFBundleRef bundle) {
+    return textOfValue(CFBundleGetValueForInfoDictionaryKey(bundle, kCFBundleVersionKey))
+        .value_or(kMissingVersion);
+}
+
+std::string findVersion(const std::string& identifier, const std::string& path) {
+    const CFObject<CFBundleRef> known(newKnownBundle(identifier));
+    if (known) return versionOf(known.get());
+    const CFObject<CFBundleRef> installed(newBundleAt(path));
+    return installed ? versionOf(installed.get()) : kMissingVersion;
+}
+
+std::string versionText(const Component& component) {
+    return bundleVersionText(component.identifier, component.path);
+}
+
+}  // namespace
+
+std::string bundleVersionText(const std::string& identifier, const std::string& path) {
+    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+    const std::string version = findVersion(identifier, path);
+    [pool release];
+    return version;
+}
+
+std::string serverVersionText() { return versionText(serverComponent()); }
+
+std::string libraryVersionText() { return versionText(libraryComponent()); }
+
+std::string siblingVersionText() { return versionText(siblingComponent()); }
+
+std::string compatibilityVersionText() { return versionText(compatibilityComponent()); }
+
+std::string managementVersionText() { return versionText(managementComponent()); }
+
+std::string installerVersion(const std::string& bundlePath) {
+    return textInPropertyList(bundlePath + places::kInfoPropertyList, kInstallerVersionKey)
+        .value_or(kMissingVersion);
+}
+
+std::string componentsInstallerVersion() {
+    const std::string version = installerVersion(managementComponent().path);
+    for (const Component& component : {serverComponent(), libraryComponent(), siblingComponent()}) {
+        if (installerVersion(component.path) != version) return version + kDifference;
+    }
+    return version;
+}
+
+}  // namespace dovrel
