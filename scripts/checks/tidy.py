@@ -13,7 +13,7 @@ from pathlib import Path, PurePosixPath
 CHECKER = "clang-tidy-14"
 BUILD = "build/dev"
 LEFT_OUT = {"build", "tests", "benchmarks", "fuzz"}
-FAULT = re.compile(r"^(/\S+?):(\d+):\d+: ((?:warning|error): .*)$", re.MULTILINE)
+FAULT = re.compile(r"^([^\s:]+):(\d+):\d+: ((?:warning|error): .*)$", re.MULTILINE)
 
 
 def problems(tree):
@@ -57,5 +57,5 @@ def check(tree, source, options):
 def found_in(result, tree):
     """The faults by their place in the tree. Headers are found by links in the build folder."""
     for path, line, text in FAULT.findall(result.stdout):
-        place = Path(os.path.realpath(path))
+        place = Path(os.path.realpath(tree.root / path))
         yield f"{place.relative_to(tree.root) if place.is_relative_to(tree.root) else place}:{line}: {text}"
