@@ -175,7 +175,7 @@ class Help(unittest.TestCase):
         words = set(re.findall(r"^  ([a-z][a-z0-9-]*)  ", run("scripts/test", "--help").stdout, re.MULTILINE))
         self.assertIn("dev", presets)
         self.assertEqual(words - presets, {"all", "check", "i386", "benchmarks"})
-        self.assertEqual(presets - words, set())
+        self.assertEqual(presets - words, {"mac"})  # the script is for Debian
 
     def test_OfFuzz_NamesEveryTarget(self):
         targets = set(re.findall(r"dovrel_fuzz_target\((\w+)", (SOURCES / "fuzz/CMakeLists.txt").read_text()))
