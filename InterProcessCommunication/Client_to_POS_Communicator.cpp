@@ -12,8 +12,8 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/ServerDiscovery.h"
 #include "platform/CFObject.h"
-#include "platform/trace/FailureNotes.h"
 #include "platform/files/Places.h"
+#include "platform/trace/FailureNotes.h"
 #include "platform/trace/StatusNames.h"
 
 namespace dovrel {

@@ -22,9 +22,9 @@
 
 #include "ForkedServer.h"
 #include "StreamMessages.h"
-#include "portability/transport/Endpoint.h"
 #include "portability/appleevents/EventLoop.h"
 #include "portability/posix/FileDescriptor.h"
+#include "portability/transport/Endpoint.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include "InterProcessCommunication/TransferObjText.h"
 #include "client/exceptions/ExceptionTypeNames.h"
-#include "platform/trace/StatusNames.h"
 #include "platform/SystemException.h"
+#include "platform/trace/StatusNames.h"
 #include "platform/trace/TraceText.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"

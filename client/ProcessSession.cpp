@@ -8,8 +8,8 @@
 #include "client/VersionBanner.h"
 #include "platform/files/LogPlaces.h"
 #include "platform/synchronization/SynchronizationFactory.h"
-#include "ui/information/Component.h"
 #include "ui/alerts/MacOSXMessageDialog.h"
+#include "ui/information/Component.h"
 
 namespace dovrel {
 

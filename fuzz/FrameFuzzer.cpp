@@ -19,10 +19,10 @@
 #include <vector>
 
 #include "FuzzTarget.h"
-#include "portability/transport/Channel.h"
-#include "portability/transport/Connection.h"
 #include "portability/appleevents/EventDispatch.h"
 #include "portability/appleevents/EventStorage.h"
+#include "portability/transport/Channel.h"
+#include "portability/transport/Connection.h"
 
 namespace {
 

@@ -19,26 +19,26 @@
 typedef struct Library {
     uint32_t (*InitializePOS)(void);
     uint32_t (*TerminatePOS)(void);
-    uint32_t (*posRegisterApplicationWithClasses)(const char *, void **, uint32_t, uint16_t *, uint32_t, uint32_t *);
+    uint32_t (*posRegisterApplicationWithClasses)(const char*, void**, uint32_t, uint16_t*, uint32_t,
+                                                  uint32_t*);
     uint32_t (*posUnregisterApplication)(uint32_t);
-    uint32_t (*posInstantiateObject)(uint32_t, void **, void **);
-    uint32_t (*posCallMethod)(uint32_t, void **, const char *, uint8_t *, uint32_t, uint8_t **, uint32_t *);
-    uint32_t (*posDeleteObject)(uint32_t, void **);
-    uint32_t (*posGetInfo)(uint32_t, const void *, uint32_t, uint8_t **, int32_t *);
-    uint32_t (*posExecuteCMD)(uint32_t, void **, uint32_t, void **, uint32_t, uint8_t **, uint32_t *);
-    uint32_t (*posDeleteDLLHeapData)(uint8_t *);
-    uint32_t (*posFreeDllHeapData)(void *);
+    uint32_t (*posInstantiateObject)(uint32_t, void**, void**);
+    uint32_t (*posCallMethod)(uint32_t, void**, const char*, uint8_t*, uint32_t, uint8_t**, uint32_t*);
+    uint32_t (*posDeleteObject)(uint32_t, void**);
+    uint32_t (*posGetInfo)(uint32_t, const void*, uint32_t, uint8_t**, int32_t*);
+    uint32_t (*posExecuteCMD)(uint32_t, void**, uint32_t, void**, uint32_t, uint8_t**, uint32_t*);
+    uint32_t (*posDeleteDLLHeapData)(uint8_t*);
+    uint32_t (*posFreeDllHeapData)(void*);
 } Library;
 
 /* The content of a file. */
 typedef struct File {
-    uint8_t *bytes;
+    uint8_t* bytes;
     uint32_t size;
 } File;
 
-static int loadFunction(void *handle, const char *name, void *target)
-{
-    void *address = dlsym(handle, name);
+static int loadFunction(void* handle, const char* name, void* target) {
+    void* address = dlsym(handle, name);
     if (address == NULL) {
         fprintf(stderr, "host: %s\n", dlerror());
         return 0;
@@ -48,10 +48,9 @@ static int loadFunction(void *handle, const char *name, void *target)
     return 1;
 }
 
-static int loadLibrary(const char *bundle, Library *library)
-{
+static int loadLibrary(const char* bundle, Library* library) {
     char path[4096];
-    void *handle;
+    void* handle;
 
     if (snprintf(path, sizeof path, "%s/Contents/MacOS/Dovrel", bundle) >= (int)sizeof path) {
         fprintf(stderr, "host: the path of the bundle is too long\n");
@@ -71,10 +70,9 @@ static int loadLibrary(const char *bundle, Library *library)
 }
 
 /* Makes room for at least one more byte. */
-static int growFile(File *file, size_t *room)
-{
+static int growFile(File* file, size_t* room) {
     const size_t larger = *room == 0 ? 65536 : 2 * *room;
-    uint8_t *bytes = larger <= 0x80000000u ? realloc(file->bytes, larger) : NULL;
+    uint8_t* bytes = larger <= 0x80000000u ? realloc(file->bytes, larger) : NULL;
 
     if (bytes == NULL) return 0;
     file->bytes = bytes;
@@ -83,9 +81,8 @@ static int growFile(File *file, size_t *room)
 }
 
 /* Reads up to the end, because some files (pipes, /proc) have no known size. */
-static int readFile(const char *path, File *file)
-{
-    FILE *stream = fopen(path, "rb");
+static int readFile(const char* path, File* file) {
+    FILE* stream = fopen(path, "rb");
     size_t room = 0;
     int fits = 1;
 
@@ -107,15 +104,13 @@ static int readFile(const char *path, File *file)
 }
 
 /* Identifiers are 16 bytes: for the server's built-in classes the name, padded with zero bytes. */
-static void setIdentifier(uint8_t identifier[POS_IDENTIFIER_SIZE], const char *name)
-{
+static void setIdentifier(uint8_t identifier[POS_IDENTIFIER_SIZE], const char* name) {
     memset(identifier, 0, POS_IDENTIFIER_SIZE);
     memcpy(identifier, name, strlen(name));
 }
 
 /* Prints a result of the server and frees its block. */
-static void printAndFree(const Library *library, const char *label, uint8_t *bytes, uint32_t length)
-{
+static void printAndFree(const Library* library, const char* label, uint8_t* bytes, uint32_t length) {
     printf("%s", label);
     fwrite(bytes, 1, length, stdout);
     printf("\n");
@@ -123,67 +118,67 @@ static void printAndFree(const Library *library, const char *label, uint8_t *byt
 }
 
 /* The interface version: the only request that the library does not send to the server. */
-static int showInterfaceVersion(const Library *library, uint32_t application)
-{
+static int showInterfaceVersion(const Library* library, uint32_t application) {
     const uint8_t request[2] = {0x60, 0x01};
-    uint8_t *info = NULL;
+    uint8_t* info = NULL;
     int32_t length = 0;
 
-    if (library->posGetInfo(application, request, sizeof request, &info, &length) != POS_OK || length != 4) return 0;
+    if (library->posGetInfo(application, request, sizeof request, &info, &length) != POS_OK || length != 4)
+        return 0;
     printf("interface version: %u\n", (unsigned)info[0]);
     library->posDeleteDLLHeapData(info);
     return 1;
 }
 
-static int runCommand(const Library *library, uint32_t application, const char *text, const char *label)
-{
+static int runCommand(const Library* library, uint32_t application, const char* text, const char* label) {
     char bytes[32];
-    void *command = bytes;
-    void *argument = NULL;
-    uint8_t *result = NULL;
+    void* command = bytes;
+    void* argument = NULL;
+    uint8_t* result = NULL;
     uint32_t length = 0;
 
     snprintf(bytes, sizeof bytes, "%s", text);
-    if (library->posExecuteCMD(application, &command, (uint32_t)strlen(text), &argument, 0, &result, &length) != POS_OK)
+    if (library->posExecuteCMD(application, &command, (uint32_t)strlen(text), &argument, 0, &result,
+                               &length) != POS_OK)
         return 0;
     printAndFree(library, label, result, length);
     return 1;
 }
 
 /* Creates a Digest object in the server, lets it compute the MD5 of the file, and deletes it. */
-static int digestInServer(const Library *library, uint32_t application, void *classId, const File *file)
-{
-    void *object = NULL;
-    uint8_t *result = NULL;
+static int digestInServer(const Library* library, uint32_t application, void* classId, const File* file) {
+    void* object = NULL;
+    uint8_t* result = NULL;
     uint32_t length = 0;
     int done;
 
     if (library->posInstantiateObject(application, &classId, &object) != POS_OK) return 0;
-    done = library->posCallMethod(application, &object, "md5", file->bytes, file->size, &result, &length) == POS_OK;
+    done = library->posCallMethod(application, &object, "md5", file->bytes, file->size, &result, &length) ==
+           POS_OK;
     if (done) printAndFree(library, "digest: ", result, length);
     done = library->posDeleteObject(application, &object) == POS_OK && done;
     library->posFreeDllHeapData(object);
     return done;
 }
 
-static int useServer(const Library *library, const File *file)
-{
+static int useServer(const Library* library, const File* file) {
     uint8_t digestClass[POS_IDENTIFIER_SIZE];
-    void *classes[1];
+    void* classes[1];
     uint32_t application = 0;
     int done;
 
     setIdentifier(digestClass, "Digest");
     classes[0] = digestClass;
-    if (library->posRegisterApplicationWithClasses("Dovrel example host", classes, 1, NULL, 0, &application) != POS_OK)
+    if (library->posRegisterApplicationWithClasses("Dovrel example host", classes, 1, NULL, 0,
+                                                   &application) != POS_OK)
         return 0;
-    done = showInterfaceVersion(library, application) && runCommand(library, application, "version", "server: ") &&
+    done = showInterfaceVersion(library, application) &&
+           runCommand(library, application, "version", "server: ") &&
            digestInServer(library, application, digestClass, file);
     return library->posUnregisterApplication(application) == POS_OK && done;
 }
 
-int main(int argc, char **argv)
-{
+int main(int argc, char** argv) {
     Library library;
     File file = {NULL, 0};
     int done;

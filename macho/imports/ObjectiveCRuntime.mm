@@ -16,14 +16,11 @@ constexpr char kAppKit[] = "/System/Library/Frameworks/AppKit.framework/Versions
 constexpr char kFoundation[] = "/System/Library/Frameworks/Foundation.framework/Versions/C/Foundation";
 
 // Classes by their names on macOS, and where they are at home there.
-constexpr std::pair<const char*, const char*> kClasses[] = {{kAppKit, "NSAlert"},
-                                                            {kCoreFoundation, "NSMutableArray"},
-                                                            {kCoreFoundation, "NSObject"},
-                                                            {kFoundation, "NSAutoreleasePool"},
-                                                            {kFoundation, "NSFileManager"},
-                                                            {kFoundation, "NSPipe"},
-                                                            {kFoundation, "NSString"},
-                                                            {kFoundation, "NSTask"}};
+constexpr std::pair<const char*, const char*> kClasses[] = {
+    {kAppKit, "NSAlert"},           {kCoreFoundation, "NSMutableArray"},
+    {kCoreFoundation, "NSObject"},  {kFoundation, "NSAutoreleasePool"},
+    {kFoundation, "NSFileManager"}, {kFoundation, "NSPipe"},
+    {kFoundation, "NSString"},      {kFoundation, "NSTask"}};
 
 }  // namespace
 

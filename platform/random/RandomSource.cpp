@@ -1,8 +1,8 @@
 #include "platform/random/RandomSource.h"
 
-#include "platform/time/Clock.h"
 #include "platform/random/MD5Random.h"
 #include "platform/random/StdLibRandom.h"
+#include "platform/time/Clock.h"
 
 namespace dovrel {
 

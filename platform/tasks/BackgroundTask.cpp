@@ -3,8 +3,8 @@
 #include <exception>
 #include <memory>
 
-#include "platform/synchronization/SynchronizationFactory.h"
 #include "platform/SystemException.h"
+#include "platform/synchronization/SynchronizationFactory.h"
 #include "platform/tasks/Tasks.h"
 
 namespace dovrel {

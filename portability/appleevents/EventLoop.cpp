@@ -5,16 +5,16 @@
 
 #include <atomic>
 
-#include "portability/posix/ErrnoKeeper.h"
-#include "portability/transport/Endpoint.h"
+#include "portability/appleevents/CallQueue.h"
 #include "portability/appleevents/EventReceiver.h"
-#include "portability/transport/RequestServer.h"
-#include "portability/posix/FileDescriptor.h"
 #include "portability/appleevents/HandlerTable.h"
 #include "portability/appleevents/OwnSignature.h"
-#include "portability/posix/ProcessMark.h"
-#include "portability/appleevents/CallQueue.h"
+#include "portability/posix/ErrnoKeeper.h"
+#include "portability/posix/FileDescriptor.h"
 #include "portability/posix/MainThread.h"
+#include "portability/posix/ProcessMark.h"
+#include "portability/transport/Endpoint.h"
+#include "portability/transport/RequestServer.h"
 
 extern "C" {
 // The platform exports both in 64-bit programs, too, but declares them only for 32-bit ones.
@@ -117,7 +117,9 @@ class EventLoop {
 // Never destroyed: other threads may call, and a handler may quit the loop, while the process ends.
 EventLoop& loop = *new EventLoop;
 
-void EventLoop::wakeUpForCall() { loop.wakeUp(); }
+void EventLoop::wakeUpForCall() {
+    loop.wakeUp();
+}
 
 }  // namespace
 

@@ -10,11 +10,11 @@
 #include <limits>
 #include <new>
 
-#include "portability/transport/ConnectionPool.h"
-#include "portability/posix/ErrnoKeeper.h"
 #include "portability/appleevents/EventDispatch.h"
-#include "portability/transport/Endpoint.h"
 #include "portability/appleevents/EventStorage.h"
+#include "portability/posix/ErrnoKeeper.h"
+#include "portability/transport/ConnectionPool.h"
+#include "portability/transport/Endpoint.h"
 
 namespace portability {
 
@@ -119,7 +119,7 @@ ReplyEvent eventOfReply(ReceivedReply& received) {
 
 // One exchange over one connection. A damaged reply counts as a connection that was lost.
 Connection::Outcome exchange(Connection& connection, const OutgoingRequest& request, OSStatus& result,
-                                  ReplyEvent& reply) {
+                             ReplyEvent& reply) {
     ReceivedReply received;
     const Connection::Outcome outcome = connection.exchange(request, received);
     if (outcome != Connection::Outcome::done) return outcome;
@@ -129,7 +129,8 @@ Connection::Outcome exchange(Connection& connection, const OutgoingRequest& requ
     return outcome;
 }
 
-OSStatus sendToEndpoint(OSType signature, const OutgoingRequest& request, bool wantsReply, ReplyEvent& reply) {
+OSStatus sendToEndpoint(OSType signature, const OutgoingRequest& request, bool wantsReply,
+                        ReplyEvent& reply) {
     for (;;) {
         std::unique_ptr<KeptConnection> kept = takeKeptConnection(signature);
         const bool isFresh = kept == nullptr;
@@ -183,7 +184,7 @@ OSStatus sendEvent(const AppleEvent* event, AppleEvent* reply, AESendMode mode, 
     const EventStorage* storage = DescriptorStorage::eventOf(event);
     if (storage == nullptr) return errAENotAEDesc;
     const OutgoingRequest request{storage->image(), mode, asSInt32(timeOutInTicks),
-                               Deadline::afterTicks(timeOutInTicks), idle};
+                                  Deadline::afterTicks(timeOutInTicks), idle};
     ReplyEvent received;
     OSStatus status;
     try {

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "portability/posix/SystemRoot.h"
 #include "portability/corefoundation/Bundle.h"
+#include "portability/posix/SystemRoot.h"
 
 namespace portability {
 

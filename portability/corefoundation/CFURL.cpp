@@ -6,9 +6,9 @@
 #include <array>
 #include <cstring>
 
-#include "portability/posix/SystemRoot.h"
 #include "portability/corefoundation/FileURL.h"
 #include "portability/corefoundation/Object.h"
+#include "portability/posix/SystemRoot.h"
 
 using portability::objectOf;
 

@@ -8,12 +8,12 @@
 #include <cstring>
 #include <string>
 
-#include "portability/posix/SystemRoot.h"
 #include "portability/files/CatalogInfo.h"
 #include "portability/files/FileErrors.h"
 #include "portability/files/FileNames.h"
 #include "portability/files/FileReference.h"
 #include "portability/posix/Paths.h"
+#include "portability/posix/SystemRoot.h"
 
 namespace {
 

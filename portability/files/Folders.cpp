@@ -7,10 +7,10 @@
 #include <optional>
 #include <string>
 
-#include "portability/posix/SystemRoot.h"
 #include "portability/files/FileErrors.h"
 #include "portability/posix/HomeFolder.h"
 #include "portability/posix/Paths.h"
+#include "portability/posix/SystemRoot.h"
 
 namespace {
 

@@ -59,12 +59,11 @@ void NSLog(NSString* format, ...) {
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
     va_list arguments;
     va_start(arguments, format);
-    const char* const text =
-        [[[[NSString alloc] initWithFormat:format arguments:arguments] autorelease] UTF8String];
+    const char* const text = [[[[NSString alloc] initWithFormat:format
+                                                      arguments:arguments] autorelease] UTF8String];
     va_end(arguments);
     const std::string message = text != nullptr ? text : "";
     const bool hasLineEnd = !message.empty() && message.back() == '\n';
-    if (!writeToStandardError(beginning() + message + (hasLineEnd ? "" : "\n")))
-        writeToDaemon(message);
+    if (!writeToStandardError(beginning() + message + (hasLineEnd ? "" : "\n"))) writeToDaemon(message);
     [pool release];
 }

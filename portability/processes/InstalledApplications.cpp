@@ -7,10 +7,10 @@
 #include <set>
 #include <utility>
 
-#include "portability/posix/SystemRoot.h"
-#include "portability/processes/ApplicationBundle.h"
 #include "portability/posix/OpenFolder.h"
 #include "portability/posix/Paths.h"
+#include "portability/posix/SystemRoot.h"
+#include "portability/processes/ApplicationBundle.h"
 
 namespace portability {
 namespace {

@@ -10,13 +10,13 @@
 #include <sstream>
 #include <string>
 
-#include "portability/posix/Deadline.h"
-#include "portability/transport/Endpoint.h"
-#include "portability/posix/FileDescriptor.h"
-#include "portability/processes/ApplicationBundle.h"
 #include "portability/corefoundation/FileURL.h"
+#include "portability/posix/Deadline.h"
+#include "portability/posix/FileDescriptor.h"
 #include "portability/posix/Paths.h"
+#include "portability/processes/ApplicationBundle.h"
 #include "portability/processes/DetachedProcess.h"
+#include "portability/transport/Endpoint.h"
 
 namespace {
 

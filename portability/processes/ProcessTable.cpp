@@ -8,13 +8,13 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "portability/posix/SystemRoot.h"
 #include "portability/corefoundation/Bundle.h"
-#include "portability/processes/ApplicationBundle.h"
 #include "portability/posix/FileContent.h"
-#include "portability/processes/InstalledApplications.h"
 #include "portability/posix/OpenFolder.h"
 #include "portability/posix/Paths.h"
+#include "portability/posix/SystemRoot.h"
+#include "portability/processes/ApplicationBundle.h"
+#include "portability/processes/InstalledApplications.h"
 
 namespace portability {
 namespace {

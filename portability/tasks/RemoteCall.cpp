@@ -1,8 +1,8 @@
 #include <CoreServices/Multiprocessing.h>
 
 #include "portability/appleevents/EventLoop.h"
-#include "portability/tasks/MainRunLoop.h"
 #include "portability/posix/MainThread.h"
+#include "portability/tasks/MainRunLoop.h"
 
 // Most hosts run another loop on their main thread, or none, which would never serve the call.
 void* MPRemoteCall(MPRemoteProcedure remoteProc, void* parameter, MPRemoteContext /*context*/) {

@@ -5,8 +5,8 @@
 #include <memory>
 #include <new>
 
-#include "portability/tasks/HandlePool.h"
 #include "portability/posix/MainThread.h"
+#include "portability/tasks/HandlePool.h"
 
 namespace {
 

@@ -60,8 +60,7 @@ Channel::Sent Channel::send(const FrameHeader& header, const ImageMemory& image,
     return prepare(frame, confirmed) ? sendPrepared(frame) : Sent::failed;
 }
 
-Channel::Sent Channel::sendQuick(const FrameHeader& header, const ImageMemory& image,
-                                           bool& posted) {
+Channel::Sent Channel::sendQuick(const FrameHeader& header, const ImageMemory& image, bool& posted) {
     posted = false;
     Outgoing frame{header, image, nullptr};
     if (!prepare(frame, /*confirmed=*/true)) return Sent::failed;
@@ -239,7 +238,7 @@ Channel::Received Channel::receivePacket(FrameBuffer& buffer, ReceivedFrame& fra
 }
 
 Channel::Received Channel::interpret(const uint8_t* bytes, size_t size, FileDescriptor file,
-                                               ReceivedFrame& frame) {
+                                     ReceivedFrame& frame) {
     frame.block.reset();
     if (size < sizeof frame.header || size > kLargestFrame) return Received::malformed;
     std::memcpy(&frame.header, bytes, sizeof frame.header);

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "portability/transport/Frame.h"
 #include "portability/posix/FileDescriptor.h"
+#include "portability/transport/Frame.h"
 #include "portability/transport/ImageMemory.h"
 #include "portability/transport/Mailbox.h"
 #include "portability/transport/ReceivedBlock.h"

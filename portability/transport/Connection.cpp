@@ -24,8 +24,7 @@ Connection::Outcome Connection::exchange(const OutgoingRequest& request, Receive
     return outcome;
 }
 
-Connection::Outcome Connection::sendRequest(const OutgoingRequest& request, bool wantsReply,
-                                                      bool& posted) {
+Connection::Outcome Connection::sendRequest(const OutgoingRequest& request, bool wantsReply, bool& posted) {
     // A peer whose replies nobody takes would at last have nowhere to put them.
     if (unanswered_ != 0 && !dropLateReplies(request.deadline)) return Outcome::notSent;
     const bool allAnswered = lastAnswered_ == lastId_;
@@ -36,8 +35,8 @@ Connection::Outcome Connection::sendRequest(const OutgoingRequest& request, bool
     header.timeOutInTicks = request.timeOutInTicks;
     for (;;) {
         const Channel::Sent sent = wantsReply && allAnswered
-                                            ? channel_.sendQuick(header, request.image, posted)
-                                            : channel_.send(header, request.image, /*confirmed=*/wantsReply);
+                                       ? channel_.sendQuick(header, request.image, posted)
+                                       : channel_.send(header, request.image, /*confirmed=*/wantsReply);
         switch (sent) {
             case Channel::Sent::done:
                 return Outcome::done;
@@ -54,7 +53,7 @@ Connection::Outcome Connection::sendRequest(const OutgoingRequest& request, bool
 }
 
 Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool posted,
-                                                     ReceivedReply& reply) {
+                                           ReceivedReply& reply) {
     Spin spin(std::max(request.image.size(), lastReplySize_));
     ReceivedFrame frame;
     bool looking = posted;

@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "portability/posix/Deadline.h"
-#include "portability/transport/Channel.h"
 #include "portability/posix/FileDescriptor.h"
+#include "portability/transport/Channel.h"
 
 namespace portability {
 

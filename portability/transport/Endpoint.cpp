@@ -14,10 +14,10 @@
 #include <new>
 #include <utility>
 
+#include "portability/posix/FileDescriptor.h"
 #include "portability/posix/SystemRoot.h"
 #include "portability/transport/EndpointFolder.h"
 #include "portability/transport/EndpointLock.h"
-#include "portability/posix/FileDescriptor.h"
 
 namespace portability {
 

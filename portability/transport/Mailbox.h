@@ -20,8 +20,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "portability/transport/Frame.h"
 #include "portability/posix/FileDescriptor.h"
+#include "portability/transport/Frame.h"
 
 namespace portability {
 

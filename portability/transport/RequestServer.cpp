@@ -196,8 +196,7 @@ bool RequestServer::handleOneOf(int descriptor) {
 // True when an event was handled. Otherwise the sender may be gone.
 bool RequestServer::handle(Sender& sender, Channel::Received received, const ReceivedFrame& frame) {
     const int descriptor = sender.channel.descriptor();
-    if (received == Channel::Received::nothing || received == Channel::Received::elsewhere)
-        return false;
+    if (received == Channel::Received::nothing || received == Channel::Received::elsewhere) return false;
     if (received != Channel::Received::frame || !handleRequest(sender, frame)) {
         dismiss(descriptor);
         return false;

@@ -8,9 +8,9 @@
 #include <memory>
 #include <unordered_map>
 
+#include "portability/posix/FileDescriptor.h"
 #include "portability/transport/Channel.h"
 #include "portability/transport/Endpoint.h"
-#include "portability/posix/FileDescriptor.h"
 #include "portability/transport/RequestHandler.h"
 #include "portability/transport/Spin.h"
 

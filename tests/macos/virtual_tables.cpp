@@ -2,14 +2,14 @@
 // here are makers of objects. Only compiled, for both systems, and never linked or run.
 #include "InterProcessCommunication/POSTransferObjForwarder.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
-#include "platform/random/BaseRandom.h"
-#include "platform/synchronization/CriticalSection.h"
 #include "platform/GeneralEvent.h"
-#include "platform/trace/LogEntry.h"
-#include "platform/synchronization/Mutex.h"
-#include "platform/random/NumberGenerator.h"
-#include "platform/synchronization/SynchronizationEvent.h"
 #include "platform/SystemEventUnregApp.h"
+#include "platform/random/BaseRandom.h"
+#include "platform/random/NumberGenerator.h"
+#include "platform/synchronization/CriticalSection.h"
+#include "platform/synchronization/Mutex.h"
+#include "platform/synchronization/SynchronizationEvent.h"
+#include "platform/trace/LogEntry.h"
 #include "settings/Properties.h"
 
 namespace {

@@ -7,10 +7,10 @@
 #include <locale>
 #include <string>
 
-#include "platform/tasks/BackgroundTask.h"
+#include "platform/SystemException.h"
 #include "platform/synchronization/MacOSXSynchronizationEvent.h"
 #include "platform/synchronization/SynchronizationFactory.h"
-#include "platform/SystemException.h"
+#include "platform/tasks/BackgroundTask.h"
 #include "platform/tasks/Tasks.h"
 #include "tests/platform/Failures.h"
 #include "tests/platform/RecordedServices.h"

@@ -1,13 +1,13 @@
 // The order of the virtual operations, and how little the platform's classes hold.
 #include <gtest/gtest.h>
 
-#include "platform/random/BaseRandom.h"
 #include "platform/GeneralEvent.h"
-#include "platform/trace/LogEntry.h"
+#include "platform/SystemException.h"
+#include "platform/random/BaseRandom.h"
 #include "platform/synchronization/MacOSXCriticalSection.h"
 #include "platform/synchronization/MacOSXMutex.h"
 #include "platform/synchronization/MacOSXSynchronizationEvent.h"
-#include "platform/SystemException.h"
+#include "platform/trace/LogEntry.h"
 #include "tests/support/VirtualTable.h"
 
 namespace dovrel {

@@ -11,7 +11,7 @@ typedef NSUInteger NSAlertStyle;
 
 /// An alert of the warning style. It can be run on any thread, more than once.
 @interface DovrelPortabilityAlert : NSObject {
-  @private
+   @private
     NSMutableArray* captions_;
     NSString* messageText_;
     NSString* informativeText_;

@@ -4,8 +4,8 @@
 
 #include <cstdlib>
 
-#include "platform/time/Clock.h"
 #include "platform/random/MD5Random.h"
+#include "platform/time/Clock.h"
 
 namespace dovrel {
 namespace {

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "Events.h"
-#include "tests/portability/support/Images.h"
 #include "portability/appleevents/EventImage.h"
+#include "tests/portability/support/Images.h"
 
 using namespace portability;
 

@@ -111,9 +111,8 @@ TEST_F(Tasks, Arguments_ReachTheProgramAsTheyAre) {
     [task_ setLaunchPath:@"/usr/bin/printf"];
     [task_ setArguments:[NSArray arrayWithObjects:@"%s|", @"", @"two words", @"d\u00fcr", nil]];
     [task_ launch];
-    EXPECT_EQ(textOf([[output fileHandleForReading] readDataToEndOfFile]),
-              "|two words|d\xC3\xBC"
-              "r|");
+    EXPECT_EQ(textOf([[output fileHandleForReading] readDataToEndOfFile]), "|two words|d\xC3\xBC"
+                                                                           "r|");
     EXPECT_EQ(statusOfTask(), 0);
 }
 

@@ -11,12 +11,12 @@
 #include <thread>
 #include <vector>
 
+#include "portability/processes/ProcessTable.h"
+#include "portability/transport/Endpoint.h"
+#include "tests/portability/processes/ProbeReport.h"
 #include "tests/portability/support/Held.h"
 #include "tests/portability/support/VariableChange.h"
 #include "tests/portability/support/Waiting.h"
-#include "portability/transport/Endpoint.h"
-#include "portability/processes/ProcessTable.h"
-#include "tests/portability/processes/ProbeReport.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

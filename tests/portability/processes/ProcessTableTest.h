@@ -10,10 +10,10 @@
 #include <optional>
 #include <string>
 
-#include "tests/portability/processes/ProbeReport.h"
-#include "tests/portability/support/VariableChange.h"
 #include "portability/processes/DetachedProcess.h"
 #include "portability/processes/ProcessTable.h"
+#include "tests/portability/processes/ProbeReport.h"
+#include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
 
 class ProcessTableTest : public testing::Test {

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "Images.h"
-#include "portability/transport/Frame.h"
 #include "portability/posix/FileDescriptor.h"
+#include "portability/transport/Frame.h"
 
 /// Two connected sockets of the kind that events travel over.
 inline std::pair<portability::FileDescriptor, portability::FileDescriptor> connectedSockets() {

@@ -207,9 +207,7 @@ TEST_F(RemoteCall, InATaskThatTheMainThreadWaitsForInsideItsRunLoop_RunsInPlaceA
     loop.runUntil(task);
     EXPECT_EQ(seen_.thread, thread);
     // The loop still has its message about the call, which must not run it again.
-    auto next = inThread([&] {
-        callUntilServed();
-    });
+    auto next = inThread([&] { callUntilServed(); });
     loop.runUntil(next);
     EXPECT_EQ(seen_.count, calls_);
 }

@@ -4,12 +4,12 @@
 
 #include <vector>
 
+#include "portability/appleevents/EventImage.h"
+#include "portability/transport/Channel.h"
 #include "tests/portability/support/Images.h"
 #include "tests/portability/support/MemoryFile.h"
 #include "tests/portability/support/Processes.h"
 #include "tests/portability/support/RawSocket.h"
-#include "portability/transport/Channel.h"
-#include "portability/appleevents/EventImage.h"
 
 using namespace portability;
 

@@ -6,11 +6,11 @@
 #include <functional>
 #include <string>
 
+#include "portability/appleevents/EventImage.h"
 #include "tests/portability/support/Images.h"
 #include "tests/portability/support/MemoryFile.h"
 #include "tests/portability/support/Processes.h"
 #include "tests/portability/support/RawSocket.h"
-#include "portability/appleevents/EventImage.h"
 
 using namespace portability;
 

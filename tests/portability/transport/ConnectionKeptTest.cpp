@@ -120,8 +120,8 @@ TEST_F(ConnectionTest, ManyThreads_EachKeepTheirOwnAnswers) {
                 Descriptor event = makeEvent(address_, kEcho);
                 for (int i = 0; i < 200; ++i) {
                     const SInt32 ticks = t * 1000 + i;
-                    const OutgoingRequest request{DescriptorStorage::eventOf(event.get())->image(), kAEWaitReply,
-                                               ticks, Deadline::never(), nullptr};
+                    const OutgoingRequest request{DescriptorStorage::eventOf(event.get())->image(),
+                                                  kAEWaitReply, ticks, Deadline::never(), nullptr};
                     ReceivedReply received;
                     if (connection.exchange(request, received) != Connection::Outcome::done) ++wrong;
                     ImageItem item;

@@ -13,11 +13,11 @@
 #include <utility>
 #include <vector>
 
+#include "portability/transport/Endpoint.h"
 #include "tests/portability/appleevents/Events.h"
 #include "tests/portability/support/Images.h"
 #include "tests/portability/support/RawSocket.h"
 #include "tests/portability/support/TemporaryEnvironment.h"
-#include "portability/transport/Endpoint.h"
 
 constexpr char kPeerSignature[] = "RoGu";
 constexpr OSType kPeerCode = 'RoGu';

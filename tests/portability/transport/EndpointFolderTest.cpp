@@ -9,8 +9,8 @@
 #include <set>
 
 #include "FailingFstat.h"
-#include "tests/portability/support/Processes.h"
 #include "portability/posix/SystemRoot.h"
+#include "tests/portability/support/Processes.h"
 #include "tests/portability/support/TemporaryEnvironment.h"
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"

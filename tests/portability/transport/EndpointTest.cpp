@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "EndpointTest.h"
-#include "tests/portability/support/Processes.h"
 #include "portability/posix/SystemRoot.h"
 #include "portability/transport/EndpointFolder.h"
+#include "tests/portability/support/Processes.h"
 #include "tests/support/NeedsRoot.h"
 
 using namespace portability;

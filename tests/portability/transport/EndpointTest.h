@@ -8,8 +8,8 @@
 
 #include <cstdlib>
 
-#include "tests/portability/support/TemporaryEnvironment.h"
 #include "portability/transport/Endpoint.h"
+#include "tests/portability/support/TemporaryEnvironment.h"
 
 constexpr OSType kEndpointSignature = 'EndP';
 constexpr char kAnnouncement[] = "POS_EVENT_ENDPOINT";

@@ -4,9 +4,9 @@
 
 #include <cstdio>
 
+#include "portability/transport/SharedBlock.h"
 #include "tests/portability/support/MemoryFile.h"
 #include "tests/portability/support/Processes.h"
-#include "portability/transport/SharedBlock.h"
 
 using namespace portability;
 

@@ -9,13 +9,13 @@
 #include <atomic>
 #include <thread>
 
+#include "portability/appleevents/EventImage.h"
+#include "portability/appleevents/EventReceiver.h"
 #include "tests/portability/appleevents/Events.h"
 #include "tests/portability/support/Images.h"
 #include "tests/portability/support/Processes.h"
 #include "tests/portability/support/RawSocket.h"
 #include "tests/portability/support/TemporaryEnvironment.h"
-#include "portability/appleevents/EventImage.h"
-#include "portability/appleevents/EventReceiver.h"
 #include "tests/support/NeedsRoot.h"
 
 using namespace portability;

@@ -22,15 +22,14 @@ struct Example {
     std::string text;
 };
 
-std::string formatted(id value) {
-    return [[NSString stringWithFormat:@"%@", value] UTF8String];
-}
+std::string formatted(id value) { return [[NSString stringWithFormat:@"%@", value] UTF8String]; }
 
 std::vector<Example> examples() {
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
     const std::vector<Example> all = {
         {"<integer>10</integer>", formatted([NSNumber numberWithInt:10])},
-        {"<integer>-9223372036854775807</integer>", formatted([NSNumber numberWithLongLong:-9223372036854775807])},
+        {"<integer>-9223372036854775807</integer>",
+         formatted([NSNumber numberWithLongLong:-9223372036854775807])},
         {"<real>10.6</real>", formatted([NSNumber numberWithDouble:10.6])},
         {"<true/>", formatted([NSNumber numberWithBool:YES])},
         {"<false/>", formatted([NSNumber numberWithBool:NO])},
@@ -92,8 +91,9 @@ TEST_F(ValuesOfOtherTypes, DatesOfAllTimes_AreTextsOfADate) {
     EXPECT_EQ(osNameText().substr(0, 3), "000");
     // The bits of -1e300, 1e300 and -1e12 seconds from 2001.
     for (const uint64_t bits : {0xFE37E43C8800759CU, 0x7E37E43C8800759CU, 0xC26D1A94A2000000U}) {
-        writeSystemVersion(test::binaryList({test::dictionaryObject({1}, {2}), test::asciiObject("ProductName"),
-                                             "\x33" + test::bigEndian(bits, 8)}));
+        writeSystemVersion(
+            test::binaryList({test::dictionaryObject({1}, {2}), test::asciiObject("ProductName"),
+                              "\x33" + test::bigEndian(bits, 8)}));
         const std::string text = osNameText();
         EXPECT_NE(text.find(':'), std::string::npos) << text;
         EXPECT_EQ(text.substr(text.size() - 6), " (x86)") << text;
