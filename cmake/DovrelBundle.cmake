@@ -7,7 +7,7 @@ function(dovrel_bundle_contents target contents)
     configure_file("${source}/Info.plist.in" "${contents}/Info.plist" @ONLY)
 
     file(GLOB_RECURSE resources CONFIGURE_DEPENDS RELATIVE "${source}" "${source}/*")
-    list(FILTER resources EXCLUDE REGEX "(^|/)\\.[^/]*$|\\.in$")
+    list(FILTER resources EXCLUDE REGEX "(^|/)\\.[^/]*$|\\.in$|(^|/)README\\.md$")
     set(folder "${contents}/Resources")
     set(copies COMMAND "${CMAKE_COMMAND}" -E rm -rf "${folder}")
     foreach(resource IN LISTS resources)

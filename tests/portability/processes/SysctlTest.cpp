@@ -47,7 +47,7 @@ TEST(Sysctl, ProcessList_ContainsThisProcessWithItsNameCutTo16) {
     const kinfo_proc* own = find(list, getpid());
     ASSERT_NE(own, nullptr);
     EXPECT_STREQ(own->kp_proc.p_comm,
-                 std::string("portability_foundation_contract_tests").substr(0, 16).c_str());
+                 std::string("portability_processes_contract_tests").substr(0, 16).c_str());
     EXPECT_EQ(own->kp_eproc.e_ppid, getppid());
     EXPECT_EQ(own->kp_eproc.e_pgid, getpgrp());
     EXPECT_EQ(own->kp_eproc.e_ucred.cr_uid, geteuid());
