@@ -8,6 +8,7 @@
 #include <future>
 #include <thread>
 
+#include "tests/portability/support/VariableChange.h"
 #include "tests/support/FakeAlertHelper.h"
 
 using namespace dovrel::test;
@@ -24,6 +25,9 @@ AlertRequest request(const std::string& body = "B") {
 class AlertConversationTest : public testing::Test {
   protected:
     TemporaryFolder folder_;
+    // Only named, because the helper of these tests opens no window.
+    VariableChange display_{"DISPLAY", ":1"};
+    VariableChange alerts_{"POS_ALERTS", nullptr};
     FakeAlertHelper helper_;
 };
 

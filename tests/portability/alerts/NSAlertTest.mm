@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/portability/support/VariableChange.h"
 #include "tests/support/FakeAlertHelper.h"
 
 using namespace dovrel::test;
@@ -69,6 +70,9 @@ class NSAlertTest : public testing::Test {
     nlohmann::json request() const { return nlohmann::json::parse(helper_.note("request")); }
 
     NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
+    // Only named, because the helper of these tests opens no window.
+    VariableChange display_{"DISPLAY", ":1"};
+    VariableChange alerts_{"POS_ALERTS", nullptr};
     FakeAlertHelper helper_;
 };
 
