@@ -60,7 +60,8 @@ class TestCommand(unittest.TestCase):
         self.assertEqual(result.stdout.splitlines()[-1], line, shown)
 
     def started(self, program):
-        return [line.split(" ", 1)[1] for line in (self.tree / "log").read_text().splitlines() if line.startswith(program + " ")]
+        lines = (self.tree / "log").read_text().splitlines()
+        return [line.split(" ", 1)[1] for line in lines if line.startswith(program + " ")]
 
     def presets_run(self):
         """Those whose tests were run, and whether with the slow ones."""
