@@ -13,8 +13,8 @@ LIST = re.compile(r"^#[^\n]*headers only[^\n]*\n(?:#[^\n]*\n)*dovrel_test\((.*?)
 INCLUDE = re.compile(r"^[ \t]*#[ \t]*(?:include|import)[ \t]*([<\"])([^>\"]+)[>\"]", re.MULTILINE)
 SOURCE = re.compile(r"[\w./-]+\.(?:c|cpp|m|mm)\b")
 # Besides those in portability/include and those of C++, which have no suffix.
-STANDARD = re.compile(r"(?:gtest|gmock)/\w+\.h|(?:AppKit|Foundation)/\w+\.h|(?:sys/(?:file|mman|resource|socket|stat|time|types|un"
-                      r"|wait|xattr)|dirent|dlfcn|errno|fcntl|limits|poll|pthread|pwd|sched|signal|spawn|stdint|stdio|stdlib"
+STANDARD = re.compile(r"(?:gtest|gmock)/\w+\.h|(?:AppKit|Foundation)/\w+\.h"
+                      r"|(?:sys/(?:file|mman|resource|socket|stat|time|types|un|wait|xattr)|dirent|dlfcn|errno|fcntl|limits|poll|pthread|pwd|sched|signal|spawn|stdint|stdio|stdlib"
                       r"|string|time|unistd)\.h|[a-z_]+")
 
 

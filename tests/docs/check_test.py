@@ -66,10 +66,11 @@ class Check(unittest.TestCase):
         self.expect("shell", r"tools/bad:2:7: note: Double quote .* \[SC2086\]")
 
     def test_Links_ToNothing_AreNamedWithTheirLine(self):
-        self.write("docs/page.md", "# Page\n\n[up](../README.md), [folder](../docs), [itself](#page), [far](https://a.b/c)\n")
+        self.write("docs/page.md", "# Page\n\n[up](../README.md), [folder](../docs), [itself](#page)\n[far](https://a.b/c)\n")
         self.write("README.md", "[page](docs/page.md#page)\n[page]\n\n[page]: docs/page.md\n")
         self.expect("links")
-        self.write("README.md", "[a](docs/page.md)\n\nand [b](docs/none.md) ![c](none.png)\n\n[d]: none.md\n[e](/docs/page.md)\n")
+        self.write("README.md", "[a](docs/page.md)\n\nand [b](docs/none.md) ![c](none.png)\n\n"
+                   "[d]: none.md\n[e](/docs/page.md)\n")
         self.expect("links", r"README\.md:3: the link docs/none\.md leads to nothing",
                     r"README\.md:3: the link none\.png leads to nothing",
                     r"README\.md:5: the link none\.md leads to nothing",
@@ -113,14 +114,15 @@ class Check(unittest.TestCase):
     def write_contract_tests(self):
         self.write("portability/include/Carbon/Carbon.h", "")
         self.write("tests/portability/CMakeLists.txt",
-                   "# These include platform headers only.\ndovrel_test(contract\n    SOURCES ATest.cpp\n    DEPENDS portability)\n"
+                   "# These include platform headers only.\n"
+                   "dovrel_test(contract\n    SOURCES ATest.cpp\n    DEPENDS portability)\n"
                    "# What is the layer's own.\ndovrel_test(own SOURCES OwnTest.cpp)\n")
         self.write("tests/portability/OwnTest.cpp", '#include "events/Own.h"\n')
 
     def test_Contracts_AHeaderOfTheLayer_IsNamed(self):
         self.write_contract_tests()
-        self.write("tests/portability/ATest.cpp", '#include <Carbon/Carbon.h>\n#include <gtest/gtest.h>\n#include <unistd.h>\n'
-                   '#include <string>\n#include "Fixture.h"\n')
+        self.write("tests/portability/ATest.cpp", '#include <Carbon/Carbon.h>\n#include <gtest/gtest.h>\n'
+                   '#include <unistd.h>\n#include <string>\n#include "Fixture.h"\n')
         self.write("tests/portability/Fixture.h", "#include <vector>\n")
         self.expect("contracts")
         self.write("tests/portability/ATest.cpp", '#include <string>\n\n#include "events/Own.h"\n#include <sys/prctl.h>\n')
@@ -184,8 +186,8 @@ class Help(unittest.TestCase):
         self.assertEqual(listed, targets)
 
     def test_WrongArguments_EndWithTwoAndTheUsage(self):
-        for command, *arguments in (["test", "--unknown"], ["test", "dev", "nonsense"], ["check", "nonsense"], ["fuzz", "nonsense"],
-                                    ["fuzz", "all", "0"], ["fuzz", "all", "1", "2"]):
+        for command, *arguments in (["test", "--unknown"], ["test", "dev", "nonsense"], ["check", "nonsense"],
+                                    ["fuzz", "nonsense"], ["fuzz", "all", "0"], ["fuzz", "all", "1", "2"]):
             result = run(f"scripts/{command}", *arguments)
             self.assertEqual((result.returncode, result.stdout), (2, ""), command)
             self.assertRegex(result.stderr, f"^usage: scripts/{command} ")
