@@ -1,4 +1,5 @@
-// Runs work and catches whatever it throws: nothing of that may reach a host that is written in C.
+// Runs an operation and catches every exception that it throws. No exception may reach a host, because a host
+// may be written in C.
 #pragma once
 
 #include <exception>
@@ -10,15 +11,16 @@
 
 namespace dovrel {
 
-/// How one attempt ended.
+/// The outcome of one attempt.
 struct Attempt {
-    bool succeeded = false;                 ///< what the work returned; false when it threw
-    bool threw = false;                     ///< it did not return
-    std::unique_ptr<CPPException> failure;  ///< what was thrown; null when that was no object of the family
+    bool succeeded = false;                 ///< the operation's result; false if the operation threw
+    bool threw = false;                     ///< the operation threw instead of returning
+    std::unique_ptr<CPPException> failure;  ///< the thrown CPPException, if one was thrown; else null
 };
 
-/// `work` is called once and returns a bool. An exception of the family, thrown by pointer, is taken over. A
-/// std::exception is noted for the error log.
+/// Calls `work`, which takes no arguments and returns a bool, once. If `work` throws a pointer to a
+/// CPPException, the returned Attempt owns that exception. If `work` throws a std::exception, the text is
+/// noted for the error log.
 template <typename Work>
 Attempt attempt(const Work& work) noexcept {
     try {

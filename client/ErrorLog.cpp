@@ -41,7 +41,8 @@ constexpr char kNoAlert[] = "none";
 /// The open log, closed by the destructor.
 class LogFile {
   public:
-    /// Creates the file if there is none. Never blocks, not even if the path names a pipe.
+    /// Opens the file for appending; creates it if it does not exist. Never blocks, not even if the path
+    /// names a pipe.
     explicit LogFile(const std::string& path)
         : descriptor_(
               open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666)) {
@@ -56,16 +57,18 @@ class LogFile {
     bool isUsable() const { return isUsable_; }
     uint64_t size() const { return static_cast<uint64_t>(status_.st_size); }
 
-    /// Uses the descriptor, because the name may belong to another file meanwhile.
+    /// Gives all users access to the file. Uses the file descriptor, because another file may have the
+    /// name by now.
     void openToAllUsers() const { static_cast<void>(fchmod(descriptor_, (status_.st_mode | 0777) & 07777)); }
 
-    /// In one call, so that the entries of several processes do not mix. False if not all of it was written.
+    /// Appends the text in one call of write, so that the entries of several processes do not mix. Returns
+    /// false if not all of it was written.
     bool append(const std::string& text) const {
         const ssize_t written = write(descriptor_, text.data(), text.size());
         return written >= 0 && static_cast<size_t>(written) == text.size();
     }
 
-    /// Removes the file if it is too short to hold the text that was to be its beginning.
+    /// Removes the file if it is shorter than the text that was written as its beginning.
     void removeIfShorterThan(const std::string& text, const std::string& path) const {
         struct stat now = {};
         const bool isShorter =
@@ -73,11 +76,11 @@ class LogFile {
         if (isShorter && isNamed(path)) std::remove(path.c_str());
     }
 
-    /// Renames the file to make room for a new one. Does nothing if another process has renamed it since it
-    /// was opened or is just doing so, because a second rename would replace the full log by the new one.
-    /// False if the full file still has the name.
+    /// Renames the file to make room for a new one, and returns false if that fails. Does nothing and returns
+    /// true if another process has renamed the file since it was opened, or is renaming it now. A second
+    /// rename would replace the full log by the new one.
     bool moveAway(const std::string& path) const {
-        // Does not wait, because any user can hold the lock. It ends with the descriptor.
+        // Does not wait for the lock, because any user can hold it. Closing the descriptor releases the lock.
         if (flock(descriptor_, LOCK_EX | LOCK_NB) != 0) return true;
         return !isNamed(path) || std::rename(path.c_str(), (path + ErrorLog::kOldSuffix).c_str()) == 0;
     }
@@ -126,7 +129,7 @@ std::string ErrorLog::headText() const {
 
 std::string ErrorLog::entryText(const char* applicationName, const FailureReport& report,
                                 const FailureNotes& notes) const {
-    // An entry begins on a line of its own, even after one that a full disk cut.
+    // An entry begins with a line feed, because a full disk may have cut the entry before it.
     std::string text(1, kLineFeed);
     LogFileWriter writer(text);
     writer.writeString(entryKey::kTime, timeText(clock_()));

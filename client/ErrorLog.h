@@ -1,28 +1,30 @@
-// ErrorLog: the file in the log folder that keeps every failure for support.
+// ErrorLog: the file in the log folder that keeps a record of every failure for support.
 //
-// The file is in the line grammar of the settings (settings/LineGrammar.h). It begins with a title line, the
-// library's version and the encoding of its texts. Then each failure has these entries:
+// The file has the line grammar of the settings (settings/LineGrammar.h). It begins with a title line, the
+// library's version and the encoding of the texts. After that, each failure has these entries:
 //
 //     TIME          UTC
 //     APPLICATION   the name that the application was registered with
 //     TYPE          the exception's type code
-//     TYPENAME      its meaning
+//     TYPENAME      the meaning of the type code
 //     MESSAGE       the exception's message
-//     DETAIL        the place in the code, if the exception tells it
-//     STATUS        the operating system's status and its name, if the exception tells it
-//     EXCEPTION     what a thrown std::exception said, such as "std::bad_alloc"
-//     REQUEST       the request whose exchange failed, with the class or the method, if one did
-//     SERVERERROR   the error code and its meaning, if the server answered with one
-//     FAILEDSTEP    the step of the transport that failed last and its status, if one failed
+//     DETAIL        the place in the code, if the exception names one
+//     STATUS        the operating system's status and its name, if the exception has one
+//     EXCEPTION     the text of a std::exception, such as "std::bad_alloc", if one was thrown
+//     REQUEST       the request that failed, with its class or its method, if a request failed
+//     SERVERERROR   the error code of the server's reply and its meaning, if the reply has one
+//     FAILEDSTEP    the step of the transport that failed last and its status, if a step failed
 //     ALERT         "none", if no alert is shown
 //
-// APPLICATION and MESSAGE keep the bytes that hosts and servers gave. The file stays below kLargestSize: it
-// is renamed to its name and ".old", which replaces the older one, before an entry would make it larger.
-// Several processes and all users may append to it.
+// APPLICATION and MESSAGE keep the bytes of the host and of the server unchanged.
 //
-// A log that cannot be written never disturbs the operation whose failure it should hold. An entry that is
-// cut by a full disk damages no other entry. Links are not followed, because all users may write to the
-// folder.
+// The file stays smaller than kLargestSize. Before an entry would make it larger, the file is renamed:
+// kOldSuffix is appended to its name, and an older file of that name is replaced. Several processes and all
+// users may append to the file.
+//
+// A failure to write the log never disturbs the operation whose failure is to be logged. If a full disk
+// cuts an entry, the other entries stay readable. Symbolic links are not followed, because all users may
+// write to the folder.
 #pragma once
 
 #include <cstdint>
@@ -42,19 +44,19 @@ class ErrorLog {
     static constexpr char kOldSuffix[] = ".old";
     static constexpr uint32_t kLargestSize = 1024 * 1024;
 
-    /// In bytes. Only the beginning of longer texts is kept.
+    /// The largest length of a text in bytes. Of a longer text only the beginning is kept.
     static constexpr uint32_t kLongestText = 16 * 1024;
 
-    /// Seconds since 1970, UTC.
+    /// Returns the time in seconds since 1970, UTC.
     using Clock = std::time_t (*)();
 
     ErrorLog() = default;
     explicit ErrorLog(Clock clock) : clock_(clock) {}
 
-    /// The bundle whose version is written into the file.
+    /// Sets the path of the bundle whose version the file names.
     void setBundlePath(const std::string& bundlePath) { bundlePath_ = bundlePath; }
 
-    /// Appends one failure with what was noted about it. One thread at a time.
+    /// Appends one failure and the notes about it. Failures to write are ignored. One thread at a time.
     void append(const char* applicationName, const FailureReport& report,
                 const FailureNotes& notes) const noexcept;
 

@@ -26,7 +26,7 @@ const char* orEmpty(const char* text) {
     return text != nullptr ? text : "";
 }
 
-// The type code names the class, so no other class is cast.
+// The type code identifies the class, so the cast is safe.
 std::string systemStatusText(const CPPException& failure) {
     if (failure.getTypeCode() != exceptionTypeCode::kSystemException) return "";
     const int32_t status = static_cast<const SystemException&>(failure).getErrorCode();

@@ -1,4 +1,4 @@
-// GetInfoCommand: a request for an information block.
+// GetInfoCommand: a copy of a host's request for an information block.
 #pragma once
 
 #include <cstdint>
@@ -8,20 +8,21 @@ namespace dovrel {
 
 class GetInfoCommand {
   public:
-    /// The request that the library answers by itself: two bytes in the processor's order.
+    /// The request that the library serves itself: these two bytes, in the processor's byte order.
     static constexpr uint16_t kInterfaceVersionRequest = 352;
 
-    /// Copies the request. std::bad_alloc when it finds no room.
+    /// Copies `length` bytes of the request. Throws std::bad_alloc.
     GetInfoCommand(const void* request, uint32_t length);
 
     const uint8_t* bytes() const { return bytes_.get(); }
     uint32_t length() const { return length_; }
 
-    /// Whether this is exactly the two bytes of kInterfaceVersionRequest.
+    /// Returns whether the request consists of exactly the two bytes of kInterfaceVersionRequest.
     bool asksForInterfaceVersion() const;
 
-    /// The answer to it: the interface version that the library speaks, in the processor's order, in a new
-    /// block of kInterfaceVersionBlockSize bytes from array new.
+    /// Returns the reply to kInterfaceVersionRequest: the interface version of the library, in the
+    /// processor's byte order. The block has kInterfaceVersionBlockSize bytes and is allocated with new[].
+    /// Throws std::bad_alloc.
     static std::unique_ptr<uint8_t[]> interfaceVersionBlock();
     static constexpr uint32_t kInterfaceVersionBlockSize = 4;
 

@@ -28,7 +28,7 @@ const uint8_t* bytesOfHandle(void* const* handle, uint32_t length) {
 CPPByteArray copyOfBytes(const void* bytes, uint32_t length) {
     CPPByteArray copy;
     copy.set(bytes, length);
-    // The array reports no failure of its own.
+    // set() does not report an allocation failure; the size shows it.
     if (copy.getSize() != length) throw std::bad_alloc();
     return copy;
 }

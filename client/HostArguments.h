@@ -1,8 +1,8 @@
 // Turns the pointers that a host passes into the values that the library works with.
 //
-// A handle, `void**`, is the address of a pointer to the bytes that it stands for. All functions throw the
-// null-pointer failure, a CPPException with the text of kDllNullPointerPassed, where a pointer is missing
-// that must be there, and std::bad_alloc when a copy finds no room.
+// A handle, `void**`, is the address of a pointer to bytes. If a required pointer is null, every function
+// throws the null-pointer failure, a CPPException with the text of kDllNullPointerPassed. If a copy cannot be
+// allocated, it throws std::bad_alloc.
 #pragma once
 
 #include <cstdint>
@@ -17,33 +17,34 @@ namespace dovrel {
 static_assert(POS_IDENTIFIER_SIZE == kPOSIdentifierSize,
               "hosts and the server speak of the same identifiers");
 
-/// Throws the null-pointer failure.
+/// Throws the null-pointer failure if `pointer` is null.
 void requireNonNull(const void* pointer);
 
-/// The pointer may be null only when there are no bytes behind it.
+/// Throws the null-pointer failure if `bytes` is null, unless `length` is 0.
 void requireBytes(const void* bytes, uint32_t length);
 
-/// The `length` bytes behind a handle; the handle must not be null, the pointer behind it only when there are
-/// no bytes.
+/// Returns the pointer to the `length` bytes of a handle. The handle must not be null. The pointer that it
+/// points to may be null only if `length` is 0.
 const uint8_t* bytesOfHandle(void* const* handle, uint32_t length);
 
-/// A copy of `length` bytes.
+/// Returns a copy of `length` bytes.
 CPPByteArray copyOfBytes(const void* bytes, uint32_t length);
 
-/// A copy of the identifier behind a handle.
+/// Returns a copy of the identifier to which a handle refers.
 template <typename Identifier>
 Identifier identifierOfHandle(void* const* handle) {
     return Identifier(copyOfBytes(bytesOfHandle(handle, POS_IDENTIFIER_SIZE), POS_IDENTIFIER_SIZE));
 }
 
-/// Whether an executer is named: neither the handle nor the pointer behind it is null.
+/// Returns whether the handle names an executer: neither the handle nor the pointer that it
+/// points to is null.
 bool namesExecuter(void* const* executerId);
 
-/// Copies of the `count` class identifiers that the list points to; it may be null when there are none.
+/// Returns copies of the `count` class identifiers in the list. The list may be null if `count` is 0.
 std::vector<CPPClassID> classesOfList(void* const* classList, uint32_t count);
 
-/// The length of a block of information as hosts take it. A length that has no place there is a failure, a
-/// CPPException with the text of kDllInformationTooLong.
+/// Returns the length of an information block as the signed number that hosts receive. Throws a CPPException
+/// with the text of kDllInformationTooLong if the length does not fit.
 int32_t signedLength(uint32_t length);
 
 }  // namespace dovrel

@@ -39,7 +39,7 @@ const char* POSAccessClient::applicationName(uint32_t applicationId) const {
 bool POSAccessClient::registerApplication(const char* name, void* const* classList, uint32_t classCount,
                                           const void* options, uint32_t optionsLength,
                                           uint32_t& applicationId) {
-    // The record is complete before anything is sent, because nothing may fail any more once the server has
+    // All memory is allocated before the request is sent, because nothing may fail after the server has
     // registered the application.
     Applications pending;
     POSApplicationRecord& record = pending[0];
@@ -71,7 +71,8 @@ bool POSAccessClient::instantiateObject(uint32_t applicationId, void* const* cla
     const CPPClassID classKey = identifierOfHandle<CPPClassID>(classId);
     checkClass(applicationId, classKey, executer);
 
-    // Made first: an object that nobody could name would stay in the server.
+    // Allocated before the request is sent. If the allocation failed afterwards, the object would stay in the
+    // server and nobody would know its identifier.
     ObjectIdBlock block = newObjectIdBlock();
     CPPObjectID objectKey;
     if (!trader_->instantiateObject(applicationId, classKey, executer, objectKey, message)) return false;

@@ -1,10 +1,11 @@
-// POSAccessClient: the registry of this process's applications, and the client's side of every operation:
-// checks the arguments, hands over to the trader, records what the server answered.
+// POSAccessClient: the registry of this process's applications and the client's side of every operation. An
+// operation checks its arguments, calls the trader and records the server's reply.
 //
-// The operations take the host's pointers as they are. They return true on success and false when the server
-// answered with an error code that stands for no exception; then nothing was recorded. Every other failure is
-// thrown: a pointer to a CPPException, which the catcher owns, or std::bad_alloc. Outputs are written on
-// success only. One thread at a time; the session's lock sees to that.
+// The operations take the host's pointers as they are. An operation returns true on success. It returns
+// false if the server replied with an error code that has no exception class; then nothing was recorded.
+// Every other failure is thrown, as a pointer to a CPPException that the catching code owns or as
+// std::bad_alloc. Outputs are written only on success. Only one thread at a time may use a client; the
+// session's lock ensures that.
 #pragma once
 
 #include <cstdint>
@@ -19,32 +20,33 @@ namespace dovrel {
 
 class POSAccessClient {
   public:
-    /// What an identifier that is not registered is called.
+    /// The name of an application identifier that is not registered.
     static constexpr char kUnknownApplication[] = "Unknown Application";
 
     POSAccessClient();
 
-    /// The carrier of all requests. Not owned; must be set before the first operation and outlive the last.
+    /// Sets the forwarder, which carries all requests. The forwarder is not owned. It must be set before the
+    /// first operation and must outlive the last one.
     void setForwarder(POSTransferObjForwarder* forwarder) { trader_->setForwarder(forwarder); }
 
     bool isRegistered(uint32_t applicationId) const { return applications_.count(applicationId) != 0; }
     uint32_t applicationCount() const { return static_cast<uint32_t>(applications_.size()); }
 
-    /// The registered name, or kUnknownApplication. Valid until the application is unregistered or registered
-    /// anew.
+    /// Returns the registered name, or kUnknownApplication. The pointer is valid until the application is
+    /// unregistered or registered again.
     const char* applicationName(uint32_t applicationId) const;
 
-    /// Registers with the server and records the application under the identifier that comes back. An
-    /// identifier that the server hands out a second time gets the new record.
+    /// Registers with the server and records the application under the identifier in the reply. If the server
+    /// returns an identifier that is already recorded, the new record replaces the old one.
     bool registerApplication(const char* name, void* const* classList, uint32_t classCount,
                              const void* options, uint32_t optionsLength, uint32_t& applicationId);
 
-    /// Unregisters in the server, then removes the record.
+    /// Unregisters the application in the server, then removes its record.
     bool unregisterApplication(uint32_t applicationId);
 
-    /// `*objectId` receives a new block of POS_IDENTIFIER_SIZE bytes from malloc. Without an executer, and
-    /// where the application's record asks for it, a class that the application did not register is a
-    /// failure.
+    /// Creates an object. `*objectId` receives a new block of POS_IDENTIFIER_SIZE bytes from malloc. If no
+    /// executer is named and the server asked for the check at registration, a class that the application did
+    /// not register is a failure.
     bool instantiateObject(uint32_t applicationId, void* const* classId, void** objectId, uint32_t executer,
                            POSServerMessage& message);
 
@@ -58,15 +60,16 @@ class POSAccessClient {
                         void* const* argument, uint32_t argumentLength, uint8_t** result,
                         uint32_t* resultLength);
 
-    /// The application need not be registered. The request for the interface version is answered here.
+    /// Fetches an information block. The application need not be registered. The request for the interface
+    /// version is served here, without the server.
     bool getInformation(uint32_t applicationId, const void* request, uint32_t requestLength, uint8_t** info,
                         int32_t* infoLength);
 
-    /// Lets the forwarder forget its connection when no application is registered.
+    /// Makes the forwarder forget its connection if no application is registered.
     void disconnectIfUnused() noexcept;
 
-    /// Unregisters all applications in ascending order; without any nothing is sent. The first failure ends
-    /// it, silently, and what is still recorded then stays.
+    /// Unregisters all applications, in ascending order of their identifiers as signed numbers. If there are
+    /// none, it sends nothing. It stops silently at the first failure and keeps the remaining records.
     void shutDown() noexcept;
 
   private:
@@ -81,7 +84,7 @@ class POSAccessClient {
     bool unregisterAll();
 
     std::unique_ptr<POSTransferObjTrader> trader_;
-    /// Part of the client's record, never set and never read.
+    /// Part of the layout of this class; never set and never read.
     [[maybe_unused]] uint8_t reservedFlags_[2] = {0, 0};
     Applications applications_;
 };

@@ -13,10 +13,10 @@ namespace dovrel {
 
 namespace {
 
-/// What an alert of a failed registration may answer besides kAlertAnswerRetry to have it tried again.
+/// The result of a registration failure's alert that, besides kAlertAnswerRetry, means "try again".
 constexpr int kRegistrationRetryAnswer = 10;
 
-/// The exception for an error code that the check of replies does not throw.
+/// Returns the exception for an error code for which CheckTransferObjReply throws nothing.
 std::unique_ptr<CPPException> makeUnlistedError(const FailureNotes::ServerError& error) {
     const char* const text = error.text.c_str();
     if (error.code == exceptionTypeCode::kPOSLibraryNotFound)
@@ -34,7 +34,7 @@ void POSAccessUIDialogHandler::setBundlePath(const std::string& bundlePath) {
     try {
         MultiLanguageSupport::initialize("");
     } catch (CPPException* caught) {
-        // A session without texts is still a session.
+        // The session works without its texts.
         const std::unique_ptr<CPPException> failure(caught);
     }
 }
@@ -44,7 +44,7 @@ void POSAccessUIDialogHandler::readOptions(const uint16_t* options, uint32_t opt
     if (options == nullptr || optionsLength % sizeof *options != 0) return;
     for (uint32_t index = 0; index < optionsLength / sizeof *options; ++index) {
         uint16_t code = 0;
-        // The host's block need not be aligned for 16-bit numbers.
+        // The host's options need not be aligned for 16-bit numbers.
         std::memcpy(&code, options + index, sizeof code);
         if (code == POS_OPTION_1104) flags_.withoutOption1104 = false;
         if (code == POS_OPTION_SILENT_REGISTRATION) flags_.showsRegistrationFailures = false;
@@ -98,7 +98,8 @@ void POSAccessUIDialogHandler::recordUnlistedError(const char* applicationName) 
     });
 }
 
-/// The answer of the last alert that was shown; that of a failure without Retry is never kAlertAnswerRetry.
+/// Shows the failure and returns the user's answer to the last alert. Without a Retry button it never
+/// returns kAlertAnswerRetry.
 int POSAccessUIDialogHandler::askUser(std::unique_ptr<CPPException> failure, const char* applicationName) {
     const FailureReport report(std::move(failure), applicationName);
     record(report, applicationName);

@@ -1,8 +1,8 @@
-// POSAccessUIDialogHandler: the frame in which every operation of the session runs. It catches what the
-// operation throws, tells the user, and decides whether the operation is tried again. It also keeps what the
-// host asked for at registration: which failures and which messages of the server are shown.
+// POSAccessUIDialogHandler: runs every operation of the session. It catches the exceptions that an operation
+// throws, shows the failure to the user and decides whether the operation runs again. It also keeps the
+// host's choices at registration: which failures and which messages of the server are shown.
 //
-// Used under the session's lock, so at most one alert of the library is open at a time.
+// It is used under the session's lock, so at most one alert of the library is open at a time.
 #pragma once
 
 #include <cstdint>
@@ -23,30 +23,31 @@ namespace dovrel {
 
 class POSAccessUIDialogHandler {
   public:
-    /// The flags of a registration; all are set unless an option code clears them.
+    /// The flags of a registration. All are set unless an option code clears them.
     struct InteractionFlags {
-        bool withoutOption1104 = true;          ///< kept, without further effect
-        bool showsRegistrationFailures = true;  ///< failures of type 32 at registration
+        bool withoutOption1104 = true;          ///< kept, but has no effect
+        bool showsRegistrationFailures = true;  ///< shows failures of type 32 at registration
         bool showsServerMessages = true;
     };
 
     explicit POSAccessUIDialogHandler(std::unique_ptr<MessageDialog> dialog);
 
-    /// The registry that knows the names of the applications. Not owned; must be set before the first
-    /// operation.
+    /// Sets the registry, which knows the names of the applications. It is not owned and must be set before
+    /// the first operation.
     void setClient(POSAccessClient* client) { client_ = client; }
 
-    /// The library's installed bundle. Loads the texts in the user's language; where there are none, lookups
-    /// give "".
+    /// Sets the path of the library's installed bundle and loads the texts in the user's language. If there
+    /// are no texts, later lookups return "".
     void setBundlePath(const std::string& bundlePath);
 
-    /// Sets all flags, then clears those whose codes are among the options. A length that holds no whole
-    /// number of codes, and options that are null, count as none.
+    /// Sets all flags, then clears those whose codes are among the options. Null options, and a length that
+    /// is not a multiple of the size of a code, count as no options.
     void readOptions(const uint16_t* options, uint32_t optionsLength) noexcept;
     const InteractionFlags& flags() const { return flags_; }
 
-    /// Runs `operation`, which returns a bool, until it returns or the user gives up. True if it returned
-    /// true. If it returned false, nothing is shown; an error of the server is in the error log.
+    /// Runs `operation`, which returns a bool, until it returns or the user gives up. Returns true if the
+    /// operation returned true. If it returned false, no alert is shown; an error of the server is written to
+    /// the error log.
     template <typename Operation>
     bool run(uint32_t applicationId, const Operation& operation) noexcept {
         return runWithRetry(
@@ -54,7 +55,7 @@ class POSAccessUIDialogHandler {
             &POSAccessUIDialogHandler::reportFailure);
     }
 
-    /// The same for the registration of an application of that name.
+    /// Does the same for the registration of an application of the given name.
     template <typename Operation>
     bool runRegistration(const char* applicationName, const Operation& operation) noexcept {
         return runWithRetry(
@@ -62,32 +63,34 @@ class POSAccessUIDialogHandler {
             &POSAccessUIDialogHandler::reportRegistrationFailure);
     }
 
-    /// Takes the failure (null: something that was no object of the family), shows it, and returns whether
-    /// the operation is to be run again. A failure that cannot even be shown ends the operation.
+    /// Takes ownership of the failure, shows it, and returns whether the operation is to run again. Null
+    /// means that the thrown object was not a CPPException. If the failure cannot be shown, the operation is
+    /// not run again.
     bool reportFailure(std::unique_ptr<CPPException> failure, const char* applicationName) noexcept;
 
-    /// The same at registration: a failure of type 32 is shown only when the flag says so; before any failure
-    /// is shown, the forwarder forgets its connection where no application is registered.
+    /// Does the same for a registration. A failure of type 32 is shown only if the flag is set. Before a
+    /// failure is shown, the forwarder forgets its connection if no application is registered.
     bool reportRegistrationFailure(std::unique_ptr<CPPException> failure,
                                    const char* applicationName) noexcept;
 
-    /// Before a registration is sent: makes ready what completeRegistration keeps, so that it cannot fail.
+    /// Allocates the memory that completeRegistration needs, so that completeRegistration cannot fail. To be
+    /// called before a registration is sent. Throws std::bad_alloc.
     void prepareRegistration(const char* applicationName);
 
-    /// The application is registered: its name is the current one, and its messages are shown or not as the
-    /// flags say.
+    /// Records that the application is registered: its name becomes the current one. The server's messages
+    /// for it are shown or silenced, as the flags say.
     void completeRegistration(uint32_t applicationId) noexcept;
 
-    /// The name of the application that was registered last.
+    /// Returns the name of the application that was registered last.
     const std::string& currentApplicationName() const { return currentApplicationName_; }
 
-    /// The application is no longer registered.
+    /// Records that the application is no longer registered.
     void forgetApplication(uint32_t applicationId) noexcept;
 
     bool isSilenced(uint32_t applicationId) const;
 
-    /// Shows a message that came with an answer, unless there is none, it is empty, or the application is
-    /// silenced.
+    /// Shows the message of a server's reply. Does nothing if there is no message, if its text is empty, or
+    /// if the application is silenced. Failures are ignored.
     void showServerMessage(uint32_t applicationId, const POSServerMessage& message) noexcept;
 
   private:
@@ -121,7 +124,7 @@ class POSAccessUIDialogHandler {
     InteractionFlags flags_;
     std::string currentApplicationName_;
     std::string pendingApplicationName_;
-    /// Applications whose server messages are not shown; no identifier twice.
+    /// The applications whose server messages are not shown. Each identifier is in the list once.
     std::vector<uint32_t> silencedApplications_;
 };
 

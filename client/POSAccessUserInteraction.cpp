@@ -11,7 +11,7 @@ namespace dovrel {
 
 namespace {
 
-/// Holds the session's lock for as long as it lives.
+/// Locks the session's mutex; the destructor unlocks it.
 class SessionLock {
   public:
     explicit SessionLock(Mutex& mutex) noexcept : mutex_(mutex), isHeld_(mutex.lock(kWaitForever)) {}
@@ -21,7 +21,7 @@ class SessionLock {
         if (isHeld_) mutex_.unlock();
     }
 
-    /// False when the platform could not give the lock; then nothing may be done that it guards.
+    /// Returns false if the platform could not lock the mutex. Then the caller must not use the session.
     bool isHeld() const { return isHeld_; }
 
   private:
@@ -29,11 +29,11 @@ class SessionLock {
     const bool isHeld_;
 };
 
-/// A copy of the name that a host gives at registration: the host may change its own while the lock is waited
-/// for or an alert is open.
+/// A copy of the name that a host passes at registration. The host may change its own text while the call
+/// waits for the lock or while an alert is open.
 class ApplicationName {
   public:
-    /// Null counts as "". If memory runs out, there is no copy.
+    /// Null counts as "". If memory runs out, the object holds no copy.
     explicit ApplicationName(const char* given) noexcept : given_(given != nullptr ? given : "") {
         isCopied_ = attempt([this] {
                         copy_ = given_;
@@ -41,10 +41,10 @@ class ApplicationName {
                     }).succeeded;
     }
 
-    /// For alerts; without a copy the host's own.
+    /// Returns the name for alerts: the copy, or the host's own text if there is no copy.
     const char* text() const { return isCopied_ ? copy_.c_str() : given_; }
 
-    /// Throws std::bad_alloc if there is no copy.
+    /// Throws std::bad_alloc if the name could not be copied.
     void requireCopy() const {
         if (!isCopied_) throw std::bad_alloc();
     }
@@ -55,14 +55,14 @@ class ApplicationName {
     bool isCopied_ = false;
 };
 
-/// Sets an output to null or 0 where there is one.
+/// Sets an output to null or 0, unless the pointer to it is null.
 template <typename Value>
 void clear(Value* output) noexcept {
     if (output != nullptr) *output = Value();
 }
 
-/// `succeeded`; the outputs of a failure are cleared. They are touched only now because they may be the
-/// inputs, too.
+/// Returns `succeeded`. After a failure it clears the outputs, and only then, because the host may pass the
+/// same variables as inputs and outputs.
 template <typename Length>
 bool outcome(bool succeeded, uint8_t** block, Length* length) noexcept {
     if (succeeded) return true;

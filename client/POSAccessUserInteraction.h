@@ -1,11 +1,10 @@
-// POSAccessUserInteraction: the session. Its operations are what the exported functions do, and have their
-// names.
+// POSAccessUserInteraction: the session. Each operation does the work of the exported function of the same
+// name. The contract of the arguments is in include/dovrel/pos.h.
 //
-// Each operation waits for the session's lock without a limit, releases it on every way out, and runs in the
-// frame of the dialog handler; so operations run one at a time, their alerts included, and nothing that is
-// thrown leaves one. All return true on success. After a failure the outputs are null and 0; only the
-// identifier of an application that was not registered is not touched. include/dovrel/pos.h is the contract
-// of the arguments.
+// An operation takes the session's lock, without a time-out, and releases it before it returns. It runs
+// through the dialog handler. So operations, including their alerts, run one at a time, and no operation
+// throws. An operation returns true on success. After a failure it sets its outputs to null and 0, except the
+// application identifier of a registration, which it leaves unchanged.
 #pragma once
 
 #include <cstdint>
@@ -20,23 +19,24 @@ namespace dovrel {
 
 class POSAccessUserInteraction {
   public:
-    /// The current-application word of a session in which no application is singled out.
+    /// The value of the current application when no application is selected.
     static constexpr uint32_t kNoCurrentApplication = 0xFFFFFFFF;
 
-    /// Throws what the making of its parts throws.
+    /// Creates the dialog and the lock. Throws what the functions in `parts` throw.
     explicit POSAccessUserInteraction(const SessionParts& parts);
 
     POSAccessUserInteraction(const POSAccessUserInteraction&) = delete;
     POSAccessUserInteraction& operator=(const POSAccessUserInteraction&) = delete;
     virtual ~POSAccessUserInteraction();
 
-    /// The carrier of all requests. Not owned; must be set before the first operation and outlive the last.
+    /// Sets the forwarder, which carries all requests. The forwarder is not owned. It must be set before the
+    /// first operation and must outlive the last one.
     void setForwarder(POSTransferObjForwarder* forwarder) { client_.setForwarder(forwarder); }
 
-    /// The library's installed bundle; the texts are loaded here. Throws std::bad_alloc only.
+    /// Sets the path of the library's installed bundle and loads the texts. Throws only std::bad_alloc.
     void setBundlePath(const std::string& bundlePath) { dialogHandler_.setBundlePath(bundlePath); }
 
-    /// Unregisters what is still registered, silently. Takes no lock.
+    /// Unregisters the applications that are still registered. Shows nothing and takes no lock.
     void shutDown() noexcept { client_.shutDown(); }
 
     bool posRegisterApplicationWithClasses(const char* applicationName, void* const* classList,
@@ -44,7 +44,7 @@ class POSAccessUserInteraction {
                                            uint32_t optionsLength, uint32_t* applicationId) noexcept;
     bool posUnregisterApplication(uint32_t applicationId) noexcept;
     bool posInstantiateObject(uint32_t applicationId, void* const* classId, void** objectId) noexcept;
-    /// The executer is not passed on.
+    /// The executer is ignored.
     bool posInstantiateObjectOnExecuter(uint32_t applicationId, void* const* executerId, void* const* classId,
                                         void** objectId) noexcept;
     bool posCallMethod(uint32_t applicationId, void* const* objectId, const char* methodName,
@@ -60,13 +60,14 @@ class POSAccessUserInteraction {
                        void* const* argument, uint32_t argumentLength, uint8_t** result,
                        uint32_t* resultLength) noexcept;
 
-    // For looking on. Not locked.
+    // For tests. Takes no lock.
     const POSAccessClient& client() const { return client_; }
     const POSAccessUIDialogHandler& dialogHandler() const { return dialogHandler_; }
     uint32_t currentApplication() const { return currentApplication_; }
 
   private:
-    /// If the application is not registered, nothing but the trace says so: the operation fails silently.
+    /// Returns whether the application is registered. If it is not, the operation fails silently, and only
+    /// the trace reports it.
     bool isRegistered(uint32_t applicationId) const noexcept;
 
     template <typename Operation>

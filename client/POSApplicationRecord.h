@@ -1,4 +1,4 @@
-// POSApplicationRecord: what the client keeps of one registered application.
+// POSApplicationRecord: the client's record of one registered application.
 #pragma once
 
 #include <string>
@@ -9,11 +9,11 @@
 namespace dovrel {
 
 struct POSApplicationRecord {
-    std::string name;                 ///< as the host gave it; failure messages show it
-    std::vector<CPPClassID> classes;  ///< in the order of the registration
-    bool checksClasses = false;       ///< the server wants instantiations checked against the classes
+    std::string name;                 ///< the name that the host passed; failure messages show it
+    std::vector<CPPClassID> classes;  ///< in the order of registration
+    bool checksClasses = false;       ///< the server wants instantiations checked against `classes`
 
-    /// Whether the application registered the class: its identifier byte by byte.
+    /// Returns whether the application registered the class. Compares the identifiers byte by byte.
     bool hasClass(const CPPClassID& classId) const;
 };
 

@@ -1,7 +1,7 @@
-// The session of this process and the forwarder that it sends through: made by openSession, ended by
-// closeSession.
+// The session of this process and the forwarder through which it sends. openSession creates both,
+// closeSession destroys them.
 //
-// Neither function takes a lock; they must not overlap with each other or with an operation of the session.
+// Neither function takes a lock. They must not overlap with each other or with an operation of the session.
 #pragma once
 
 #include "client/POSAccessUserInteraction.h"
@@ -9,18 +9,20 @@
 
 namespace dovrel {
 
-/// The parts of a host's session: the Apple Event carrier (behind a trace where POS_TRACE asks for one), real
-/// alerts, the platform's mutex.
+/// Returns the parts of a host's session: the Apple event forwarder (wrapped in a tracing forwarder if
+/// POS_TRACE is set), real alerts and the platform's mutex.
 SessionParts platformParts();
 
-/// Makes the session; leaves one that is there, and all that it has registered, as it is. Sends nothing. What
-/// the making throws passes; then there is no session, and nothing is left of it.
+/// Opens the session. Sends nothing. If a session is already open, it stays as it is, with all its
+/// registrations. Exceptions from creating the session pass through; then there is no session, and everything
+/// that was created for it has been destroyed.
 void openSession(const SessionParts& parts);
 
-/// Unregisters what is still registered and destroys the forwarder, then the session. Needs a session.
+/// Unregisters the applications that are still registered, then destroys the forwarder and the session. Must
+/// not be called without a session.
 void closeSession() noexcept;
 
-/// Null before openSession and after closeSession.
+/// Returns the session, or null before openSession and after closeSession.
 POSAccessUserInteraction* currentSession() noexcept;
 
 }  // namespace dovrel

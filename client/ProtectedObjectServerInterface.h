@@ -1,10 +1,10 @@
-// ProtectedObjectServerInterface: the operations of a protected object server as one interface, for code that
-// stands in for a server inside the process. The client itself reaches its server through the trader and
-// never calls this.
+// ProtectedObjectServerInterface: the operations of a protected object server as one C++ interface. It is for
+// code that replaces the server inside the process. The client does not use it: the client reaches its server
+// through the trader.
 //
-// Every operation has a body that does nothing and leaves its outputs as they were, so that a stand-in
-// overrides what it serves. The order of the virtual operations is fixed: the destructors, then the seven
-// operations as they stand here.
+// The default implementation of every operation does nothing and leaves its outputs unchanged, so a
+// replacement overrides only the operations that it supports. The order of the virtual functions is fixed:
+// the destructors, then the seven operations in the order below.
 #pragma once
 
 #include <cstdint>

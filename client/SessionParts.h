@@ -1,4 +1,5 @@
-// What a session is made of. The platform's parts are the ones of a host's session; tests put in their own.
+// SessionParts: the functions that create the parts of a session. A host's session uses the platform's parts;
+// tests use their own.
 #pragma once
 
 #include <functional>
@@ -10,7 +11,7 @@
 
 namespace dovrel {
 
-/// Each is called once for a session. What they throw ends the making of the session.
+/// Each function is called once per session. If one throws, the session is not created.
 struct SessionParts {
     std::function<std::unique_ptr<POSTransferObjForwarder>()> createForwarder;
     std::function<std::unique_ptr<MessageDialog>()> createDialog;
