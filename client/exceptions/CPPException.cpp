@@ -15,8 +15,8 @@ CPPException::CPPException(const CPPException& other)
     : message_(copyOfText(other.getMessage())), detail_(copyOfText(other.getDetail())), code_(other.code_) {}
 
 CPPException& CPPException::operator=(const CPPException& other) {
-    // Both copies first: when the second fails, nothing has changed, and assigning to itself needs no special
-    // case.
+    // Both texts are copied before anything changes. So nothing has changed if the second copy fails, and
+    // self-assignment works without a special case.
     std::unique_ptr<char[]> message = copyOfText(other.getMessage());
     std::unique_ptr<char[]> detail = copyOfText(other.getDetail());
     message_ = std::move(message);

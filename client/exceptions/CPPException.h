@@ -1,13 +1,13 @@
-// CPPException: the root of every failure inside the library, and itself the failure without a kind of its
-// own.
+// CPPException: the base class of every failure inside the library, and the class of failures that have no
+// class of their own.
 //
-// Failures are allocated with new and thrown by pointer; whoever catches one owns it and deletes it:
+// Failures are allocated with new and thrown by pointer. The catching code takes ownership in its first line:
 //
 //     catch (CPPException* caught) {
 //         std::unique_ptr<CPPException> failure(caught);
 //
-// The texts are copies owned by the object. An object belongs to one thread at a time. Running out of memory
-// while a text is copied is std::bad_alloc.
+// The object owns copies of its texts. An object may be used by one thread at a time. If memory runs out
+// while a text is copied, std::bad_alloc is thrown.
 #pragma once
 
 #include <cstdint>
@@ -19,34 +19,37 @@ namespace dovrel {
 
 class CPPException {
   public:
-    /// The detail text of every new exception, until setDetail replaces it.
+    /// The detail text of every new exception until setDetail replaces it.
     static constexpr char kDefaultDetail[] = "???";
 
-    /// No message, the default detail, code 0.
+    /// Creates an exception without a message, with the default detail and code 0.
     CPPException();
 
-    /// The default detail. A null or empty message leaves the exception without one.
+    /// Creates an exception with the default detail. If the message is null or empty, the exception
+    /// has no message.
     explicit CPPException(const char* message, int64_t code = 0);
 
     /// Copies both texts and the code.
     CPPException(const CPPException& other);
     CPPException& operator=(const CPPException& other);
 
-    /// The order of the virtual operations is fixed: the destructors, then the type code.
+    /// The order of the virtual functions is fixed: the destructors, then getTypeCode.
     virtual ~CPPException();
 
-    /// One fixed number per class, from ExceptionTypeCodes.h.
+    /// Returns the fixed number of the class, from ExceptionTypeCodes.h.
     virtual uint32_t getTypeCode() const;
 
-    /// Null where there is no message. Valid until the message is replaced or the exception deleted.
+    /// Returns the message, or null if there is none. Valid until the message is replaced or the
+    /// exception is deleted.
     const char* getMessage() const { return message_.get(); }
 
-    /// Null only after setDetail(""). Valid until the detail is replaced or the exception deleted.
+    /// Returns the detail; null only after setDetail(""). Valid until the detail is replaced or the
+    /// exception is deleted.
     const char* getDetail() const { return detail_.get(); }
 
     int64_t getCode() const { return code_; }
 
-    /// Null changes nothing, an empty text leaves null behind.
+    /// Replace the text. Null changes nothing; an empty text sets the text to null.
     void setMessage(const char* message);
     void setDetail(const char* detail);
 

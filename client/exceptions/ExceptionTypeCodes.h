@@ -1,7 +1,7 @@
-// The type codes of the exception family, all in one place.
+// The type codes of the exception classes, all in one place.
 //
-// 23 to 146 are also the error codes by which the server names a failure in its answers, so they never change
-// and their gaps stay free.
+// The server's replies name a failure by the codes from 23 to 146. So these codes never change, and the gaps
+// between them stay unused.
 #pragma once
 
 #include <cstdint>

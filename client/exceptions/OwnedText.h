@@ -1,11 +1,11 @@
-// A copied, owned, zero-terminated text, as the exceptions hold theirs.
+// Copies of NUL-terminated texts that the exceptions own.
 #pragma once
 
 #include <memory>
 
 namespace dovrel {
 
-/// Null for null and for an empty text.
+/// Returns a copy of the text, or null if the text is null or empty. Throws std::bad_alloc.
 std::unique_ptr<char[]> copyOfText(const char* text);
 
 }  // namespace dovrel

@@ -1,6 +1,6 @@
-// POSClientException: a text about a failure on the client's side, for handing around as a value of its own.
+// POSClientException: a text about a failure on the client's side, passed on as an object.
 //
-// It stands outside the family of CPPException and is never thrown.
+// It is not derived from CPPException and is never thrown.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@ namespace dovrel {
 
 class POSClientException {
   public:
-    /// Copies the text; null or empty leaves the object without one.
+    /// Copies the text. If it is null or empty, the object has no text. Throws std::bad_alloc.
     explicit POSClientException(const char* text = nullptr);
 
     POSClientException(const POSClientException&) = delete;
@@ -17,7 +17,7 @@ class POSClientException {
 
     virtual ~POSClientException();
 
-    /// Null where there is none. Valid as long as the object.
+    /// Returns the text, or null if there is none. Valid until the object is destroyed.
     const char* getText() const { return text_.get(); }
 
   private:

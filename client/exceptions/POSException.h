@@ -1,44 +1,44 @@
-// POSException and its subclasses: the failures that the server reports.
+// POSException and its derived classes: the failures that the server reports.
 //
-// Each class differs from its base in nothing but its type code, which is also the error code by which the
-// server names the failure (ExceptionTypeCodes.h). newPOSExceptionForCode finds the class for a code.
+// The classes differ only in their type code, which is also the error code in the server's reply
+// (ExceptionTypeCodes.h). newPOSExceptionForCode creates the exception for an error code.
 #pragma once
 
 #include "client/exceptions/CPPException.h"
 
 namespace dovrel {
 
-/// A failure of the server or of the way to it that no class below names.
+/// A failure of the server, or of the connection to it, for which there is no class below.
 class POSException : public CPPException {
   public:
-    /// The message may be null; nobody who throws gives a code other than 0.
+    /// The message may be null. The library never passes a code other than 0.
     explicit POSException(const char* message, int64_t code = 0) : CPPException(message, code) {}
 
     uint32_t getTypeCode() const override;
 };
 
-/// The class or its driver is not known to the server.
+/// The server does not know the class or its driver.
 class POSClassNotFoundException : public POSException {
   public:
     using POSException::POSException;
     uint32_t getTypeCode() const override;
 };
 
-/// The server has no object of that identifier.
+/// The server has no object with that identifier.
 class POSObjectNotFoundException : public POSException {
   public:
     using POSException::POSException;
     uint32_t getTypeCode() const override;
 };
 
-/// The server could not make the object.
+/// The server could not create the object.
 class POSObjectInstantiationException : public POSException {
   public:
     using POSException::POSException;
     uint32_t getTypeCode() const override;
 };
 
-/// The object's class has no method of that name.
+/// The object's class has no method with that name.
 class POSMethodNotFoundException : public POSException {
   public:
     using POSException::POSException;
@@ -52,56 +52,56 @@ class POSMethodExecutionException : public POSException {
     uint32_t getTypeCode() const override;
 };
 
-/// The bytes of the parameters are not what the callee expects.
+/// The parameter bytes do not have the expected format.
 class POSParameterFormatException : public POSException {
   public:
     using POSException::POSException;
     uint32_t getTypeCode() const override;
 };
 
-/// The server did not accept the application; the one failure after which the user may retry.
+/// The server refused to register the application. Only after this failure may the user retry.
 class POSRegistrationException : public POSException {
   public:
     using POSException::POSException;
     uint32_t getTypeCode() const override;
 };
 
-/// A package of classes could not be taken in.
+/// The server could not process a class package.
 class POSClassPackageNotProcessedException : public POSException {
   public:
     using POSException::POSException;
     uint32_t getTypeCode() const override;
 };
 
-/// The session identifier belongs to no registered application.
+/// No registered application has the session identifier.
 class POSApplicationNotRegisteredException : public POSException {
   public:
     using POSException::POSException;
     uint32_t getTypeCode() const override;
 };
 
-/// A library is missing. Never made from a server's answer.
+/// A library is missing. Never thrown because of a server's reply.
 class POSLibraryNotFoundException : public POSException {
   public:
     using POSException::POSException;
     uint32_t getTypeCode() const override;
 };
 
-/// A package of classes is missing.
+/// A class package is missing.
 class POSClassPackageNotFoundException : public POSException {
   public:
     using POSException::POSException;
     uint32_t getTypeCode() const override;
 };
 
-/// An executer answered with an error code of its own.
+/// An executer returned an error code of its own.
 class POSExecuterReturnedErrorCodeException : public POSException {
   public:
     using POSException::POSException;
     uint32_t getTypeCode() const override;
 };
 
-/// The command was refused or not understood.
+/// The server refused the command or did not understand it.
 class POSCommandNotExecutedException : public POSException {
   public:
     using POSException::POSException;

@@ -1,4 +1,4 @@
-// From the error code of a server's answer to the exception class that belongs to it.
+// Creates the exception for the error code in a server's reply.
 #pragma once
 
 #include <cstdint>
@@ -7,11 +7,11 @@
 
 namespace dovrel {
 
-/// A new exception of the class that the server names by the code, carrying the message (copied, may be null)
-/// and the code 0; the caller owns it, normally by throwing it.
+/// Returns a new exception of the class that belongs to the code. It has the code 0 and a copy of the
+/// message, which may be null. The caller owns the exception, and normally throws it.
 ///
-/// Null, and nothing to throw, for every code that names no class, for 36 (a missing library is never
-/// reported by an answer), and for 0 and 3, whose texts are chosen by whoever checks the answer.
+/// Returns null if the code belongs to no class, and also for 36, 0 and 3. A reply with 36 (missing library)
+/// never leads to an exception. For 0 and 3 the code that checks the reply chooses the exception itself.
 CPPException* newPOSExceptionForCode(uint32_t code, const char* message);
 
 }  // namespace dovrel
