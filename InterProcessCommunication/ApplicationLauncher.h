@@ -1,4 +1,4 @@
-// ApplicationLauncher: runs an auxiliary tool as a child task and waits for its exit.
+// ApplicationLauncher: runs an auxiliary tool as a child process and waits for its exit.
 #pragma once
 
 #include <string>
@@ -13,11 +13,13 @@ class ApplicationLauncher {
     ApplicationLauncher& operator=(const ApplicationLauncher&) = delete;
     virtual ~ApplicationLauncher();
 
-    /// Runs `command`, an absolute path in UTF-8, and blocks until it has exited. `arguments` may be null for
-    /// none. Returns the exit status, or the number of the signal that ended the tool. Returns -1, and writes a
-    /// line to the system log, if the tool cannot be run; -1 without anything else for an empty command. The
-    /// tool's output is not read: as on any full pipe, a tool that writes more than 64 KiB to one of its
-    /// outputs waits forever. Throws nothing.
+    /// Runs `command`, an absolute path in UTF-8, and blocks until the tool has exited. A null `arguments`
+    /// means no arguments. Returns the exit status, or the number of the signal that ended the tool. If the
+    /// tool cannot be run, writes a line to the system log and returns -1. If the command is empty, only
+    /// returns -1. Throws nothing.
+    ///
+    /// The tool's output is not read. A tool that writes more than 64 KiB to standard output or to standard
+    /// error therefore blocks forever, because the pipe is full.
     int RunTask(const std::string& command, const std::vector<std::string>* arguments) const;
 };
 

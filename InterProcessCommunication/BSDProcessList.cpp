@@ -13,8 +13,8 @@ int queryAllProcesses(void* block, size_t* length) {
     return sysctl(name, 3, block, length, nullptr, 0) == -1 ? errno : 0;
 }
 
-// One attempt. The list may grow between the two queries, which is ENOMEM like a block that cannot be had;
-// only the first is worth another attempt.
+// Makes one attempt to read the list. The second query returns ENOMEM if the list has grown since the first.
+// Only then is another attempt useful, so `*grew` is set; a failed malloc returns ENOMEM without setting it.
 int readProcessList(kinfo_proc** procList, size_t* length, bool* grew) {
     int err = queryAllProcesses(nullptr, length);
     if (err != 0) return err;

@@ -1,4 +1,4 @@
-// The kernel's list of all processes.
+// Reads the kernel's list of all processes.
 #pragma once
 
 #include <sys/sysctl.h>
@@ -7,13 +7,14 @@
 
 namespace dovrel {
 
-/// Puts a new block with the records of all processes into `*procList`, which has to be null before, and
-/// their number into `*procCount`. The caller releases the block with free. Returns 0, else the system's
-/// error number and no block; 1, with nothing changed, when a pointer is null or the list holds a block
-/// already. Any thread.
+/// Stores a new block with the records of all processes in `*procList`, and their number in `*procCount`.
+/// `*procList` must be null before the call; the caller frees the block with free. Returns 0 on success. On
+/// failure returns the system's error number and leaves `*procList` null. Returns 1 and changes nothing if a
+/// pointer is null or `*procList` is not null. Thread-safe.
 int GetBSDProcessList(kinfo_proc** procList, size_t* procCount);
 
-/// Ends the program with a message unless a list is there exactly when there is no error.
+/// Aborts the program with a message unless the list and the error agree: a list exists if and only
+/// if `err` is 0.
 void assertListAgreesWithError(int err, const kinfo_proc* procList);
 
 }  // namespace dovrel

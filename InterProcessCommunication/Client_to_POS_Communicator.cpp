@@ -21,7 +21,7 @@ namespace dovrel {
 namespace {
 
 constexpr int kFurtherPasses = 9;
-// Deliberately short: the waiting is done by the time-outs of the handshake.
+// Short, because the time-outs of the handshake do the waiting.
 constexpr useconds_t kPauseBetweenPasses = 100;
 
 OSErr sendAndWait(const AppleEvent* event, AppleEvent* reply, SInt32 timeOutTicks) {
@@ -34,8 +34,8 @@ std::string resultText(int32_t result) {
     return std::to_string(result) + " (nothing at " + fileSystemPath(bundle) + ")";
 }
 
-/// Traces one step of the connection and its result. A failure is also noted for the error log, until a later
-/// step succeeds.
+/// Traces one step of the connection and its result. A failure is also noted for the error log; the note is
+/// dropped when a later step succeeds.
 void traceStep(const char* step, int32_t result) {
     const auto makeText = [&] { return std::string(step) + ": result " + resultText(result); };
     if (result == noErr) {
@@ -92,7 +92,7 @@ int32_t Client_to_POS_Communicator::WakeServer(uint32_t timeoutMs, uint32_t atte
     std::unique_ptr<uint8_t[]> text(new uint8_t[serverEvent::kWakeTextSize]);
     std::memcpy(text.get(), serverEvent::kWakeText, serverEvent::kWakeTextSize);
     info.setSendBuffer(std::move(text), serverEvent::kWakeTextSize);
-    // A handshake without its text is one all the same: the server answers the event, not what it says.
+    // A failure is ignored: the server replies to the event whatever its content is.
     PutData(event.get(), info.getSendBuffer(), info.getSendSize());
 
     EventDescriptor reply;
@@ -107,7 +107,7 @@ int32_t Client_to_POS_Communicator::WakeServer(uint32_t timeoutMs, uint32_t atte
     return error;
 }
 
-// Without any attempt nobody answered in time either.
+// `attempts == 0` counts as a time-out.
 int32_t Client_to_POS_Communicator::sendWakeEvents(const AppleEvent* event, SInt32 timeOutTicks,
                                                    uint32_t attempts, AppleEvent* reply) const {
     OSErr error = errAETimeout;
@@ -136,8 +136,8 @@ int32_t Client_to_POS_Communicator::ConnectToServer() const {
     return kServerNotLaunched;
 }
 
-// One pass. What failed is kept in 16 bits, so a launch status may become 0 there: success is told apart from
-// it.
+// Makes one attempt to launch and wake the server. Returns false on failure. Success cannot be told from
+// `error`, because a launch status that is cut to 16 bits may become 0.
 bool Client_to_POS_Communicator::launchAndWake(CFURLRef application, int16_t& error) const {
     if (!IsServerRunning()) {
         const OSStatus launched = LaunchServer(application);

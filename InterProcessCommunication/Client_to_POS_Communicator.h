@@ -1,9 +1,10 @@
-// Client_to_POS_Communicator: the client's end of the Apple event channel, and the way to bring the server
-// up.
+// Client_to_POS_Communicator: the client's end of the Apple event channel. It also launches and
+// wakes the server.
 //
-// Results are the platform's 16-bit error codes, widened, and 0 for success; ConnectToServer has two of its
-// own. Every operation blocks the calling thread until it is done and disposes of all that it made. No state
-// is kept but the server's address; one operation at a time.
+// Every operation returns 0 for success or one of the platform's 16-bit error codes, widened to 32 bits.
+// ConnectToServer has two more error codes. Every operation blocks the calling thread until it is done and
+// disposes of everything that it created. The object keeps no state except the server's address. One
+// operation at a time.
 #pragma once
 
 #include "InterProcessCommunication/IPC_via_AE.h"
@@ -17,25 +18,27 @@ class Client_to_POS_Communicator : public IPC_via_AE {
     Client_to_POS_Communicator() = default;
     ~Client_to_POS_Communicator() override;
 
-    /// Sends the record's send buffer and waits for the answer (serverEvent::kDataTimeOutTicks), whose bytes
-    /// become the receive buffer; empty after an error, and for an empty answer, which is none.
+    /// Sends the send buffer of `info` and waits for the reply, at most serverEvent::kDataTimeOutTicks. The
+    /// bytes of the reply become the receive buffer. The receive buffer is empty after an error, and also if
+    /// the reply is empty, which is not an error.
     int32_t SendData(IPC_Info& info) const;
 
-    /// The same, and makes the record's reply object of the received bytes, also after an error. The record
-    /// does not own that object: the caller takes it out.
+    /// Does the same as SendData, and also creates the reply object of `info` from the received bytes, even
+    /// after an error. `info` does not own that object: the caller takes it out.
     int32_t SendAndReceive(IPC_Info& info) const;
 
-    /// The handshake: sends up to `attempts` events, each waiting `timeoutMs` milliseconds, until one is
-    /// answered. What the answer says does not matter, but it has to have a direct parameter.
+    /// Makes the handshake: sends up to `attempts` events, each with a time-out of `timeoutMs` milliseconds,
+    /// until the server replies to one. The content of the reply is ignored, but the reply must have a
+    /// direct parameter.
     int32_t WakeServer(uint32_t timeoutMs, uint32_t attempts) const;
 
-    /// Makes sure that the server runs and answers: finds the application, launches it when no process of its
-    /// name runs, and wakes it, ten times at most, each of five seconds for a server that stays silent. When
-    /// it gives up it tells the user on standard output and returns kServerNotFound, the error of the folder
-    /// lookup, or kServerNotLaunched.
+    /// Makes sure that the server runs and answers. Finds the application, launches it if no process with its
+    /// name runs, and wakes it. Tries to launch and wake it at most ten times, each up to five seconds if the
+    /// server does not answer. If it fails, it prints a message for the user to standard output and returns
+    /// kServerNotFound, the error of the folder lookup, or kServerNotLaunched.
     int32_t ConnectToServer() const;
 
-    /// Asks the server to quit and does not wait. Success also when no server runs.
+    /// Asks the server to quit and does not wait. Returns success also if no server runs.
     int32_t QuitServer() const;
 
   private:

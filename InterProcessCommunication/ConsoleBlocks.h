@@ -1,19 +1,18 @@
-// What the user of a program with a console gets to read when the server cannot be brought up. Standard
-// output.
+// Prints messages to standard output for the user of a console program if the server cannot be started.
 #pragma once
 
 #include <cstdint>
 
 namespace dovrel {
 
-/// Where the maker offers the server for download.
+/// The web page from which the server can be downloaded.
 inline constexpr char kDownloadAddress[] = "http://www.tessilor.example/download";
 
-/// The server application is not installed.
+/// Says that the server application is not installed.
 void printServerNotFound();
 
-/// The server application is there, but it could not be launched or never answered; `error` is the last
-/// failure.
+/// Says that the installed server application could not be launched or never answered. `error` is the error
+/// code of the last failure.
 void printLaunchFailure(int16_t error);
 
 }  // namespace dovrel

@@ -1,5 +1,5 @@
-// An Apple event descriptor that lives as long as one operation and is disposed of with it, however the
-// operation ends.
+// EventDescriptor: owns an Apple event descriptor for the duration of one operation. The destructor
+// disposes of it.
 #pragma once
 
 #include <Carbon/Carbon.h>
@@ -15,7 +15,7 @@ class EventDescriptor {
         if (descriptor_.descriptorType != typeNull) AEDisposeDesc(&descriptor_);
     }
 
-    /// Null (typeNull, without data) until a call of the platform fills it.
+    /// Returns the descriptor. It is null (typeNull, without data) until a platform call fills it.
     AEDesc* get() { return &descriptor_; }
 
   private:

@@ -1,7 +1,7 @@
-// IPC_Info: the record of one exchange with the server, from the bytes to send to the object made of the
-// answer.
+// IPC_Info: the data of one exchange with the server, from the bytes to send to the object that is created
+// from the reply.
 //
-// It owns both buffers and nothing else. Lives for one attempt; one thread.
+// It owns both buffers and nothing else. It lives for one attempt to send; one thread uses it.
 #pragma once
 
 #include <Carbon/Carbon.h>
@@ -20,13 +20,13 @@ class IPC_Info {
     IPC_Info& operator=(const IPC_Info&) = delete;
     virtual ~IPC_Info();
 
-    /// The descriptors of the running exchange; they live only as long as it does and are not owned. Null
-    /// before it.
+    /// Sets the descriptors of the running exchange. They are not owned and are valid only during the
+    /// exchange. Null before the exchange.
     void setDescriptors(AppleEvent* event, AppleEvent* reply);
     AppleEvent* getEvent() const { return event_; }
     AppleEvent* getReply() const { return reply_; }
 
-    /// Takes the block over and releases the one before.
+    /// Takes ownership of the buffer and releases the previous one.
     void setSendBuffer(std::unique_ptr<uint8_t[]> buffer, uint32_t size);
     const uint8_t* getSendBuffer() const { return sendBuffer_.get(); }
     uint32_t getSendSize() const { return sendSize_; }
@@ -35,9 +35,10 @@ class IPC_Info {
     const uint8_t* getReceiveBuffer() const { return receiveBuffer_.get(); }
     uint32_t getReceiveSize() const { return receiveSize_; }
 
-    /// The object made of the received bytes. The record does not own it: who takes it out deletes it.
+    /// Sets the object that was created from the received bytes. This record does not own it; the code that
+    /// takes it out deletes it.
     void setReplyObject(POSTransferObj* replyObject) { replyObject_ = replyObject; }
-    /// Null when there is none (any more).
+    /// Returns the reply object and forgets it. Returns null if there is none.
     std::unique_ptr<POSTransferObj> takeReplyObject();
 
   private:

@@ -1,15 +1,15 @@
 // IPC_via_AE: the Apple event channel between a client and the server, and the codes of its events.
 //
 //   use                event class  id      direct parameter ('----', type 'TEXT')
-//   data exchange      'BUFF'       'data'  the bytes of a transfer object, and of the answer in the reply
+//   data exchange      'BUFF'       'data'  the bytes of a transfer object, also in the reply
 //   wake-up handshake  'BUFF'       'waCl'  the 8 bytes "startPos"
 //   quit the server    'aevt'       'quit'  none
 //
-// Although the type says text, the bytes are binary: they are put and read as they are, never converted or
-// terminated. Every event goes to the application with the signature 'RBJT'.
+// The type says text, but the bytes are binary: they are never converted and never NUL-terminated. Every
+// event is sent to the application with the signature 'RBJT'.
 //
-// Results of all operations are the platform's 16-bit error codes, widened; 0 is success. A channel keeps no
-// state but the address; one exchange at a time.
+// Every operation returns 0 for success or one of the platform's 16-bit error codes, widened to 32 bits. A
+// channel keeps no state except the address. One exchange at a time.
 #pragma once
 
 #include <Carbon/Carbon.h>
@@ -23,13 +23,13 @@ namespace serverEvent {
 constexpr AEEventClass kBufferClass = 'BUFF';
 constexpr AEEventID kData = 'data';
 constexpr AEEventID kWakeClient = 'waCl';
-constexpr char kWakeText[] = "startPos";  ///< sent without its terminating zero
+constexpr char kWakeText[] = "startPos";  ///< sent without its terminating NUL
 constexpr uint32_t kWakeTextSize = sizeof kWakeText - 1;
-/// Ticks in a second.
+/// Ticks per second.
 constexpr uint32_t kTicksPerSecond = 60;
-/// How long an exchange waits for the server, about 167 seconds.
+/// Time-out of a data exchange in ticks, about 167 seconds.
 constexpr SInt32 kDataTimeOutTicks = 10000;
-/// How long each event of a handshake waits, and how many are sent.
+/// Time-out of each event of a handshake in milliseconds, and the number of events.
 constexpr uint32_t kWakeTimeOutMs = 1000;
 constexpr uint32_t kWakeAttempts = 5;
 constexpr long kQuitTimeOutTicks = 100;
@@ -41,14 +41,16 @@ class IPC_via_AE {
     IPC_via_AE& operator=(const IPC_via_AE&) = delete;
     virtual ~IPC_via_AE();
 
-    /// An event to the server, which the caller disposes of. After an error `event` is null.
+    /// Creates an event to the server; the caller disposes of it. After an error `*event` is a
+    /// null descriptor.
     int32_t CreateEvent(AEEventClass eventClass, AEEventID eventID, AppleEvent* event) const;
 
-    /// Copies the bytes into the event as its direct parameter.
+    /// Copies `length` bytes into the event as its direct parameter.
     int32_t PutData(AppleEvent* event, const uint8_t* bytes, uint32_t length) const;
 
-    /// A copy of the event's direct parameter. Nothing and length 0 for an empty parameter, which is no
-    /// error, and after an error; errAEDescNotFound when the event has no direct parameter.
+    /// Copies the event's direct parameter into a new buffer. The buffer is null and the length 0 after an
+    /// error, and also for an empty parameter, which is not an error. Returns errAEDescNotFound if the event
+    /// has no direct parameter.
     int32_t GetData(const AppleEvent* event, std::unique_ptr<uint8_t[]>& buffer, uint32_t& length) const;
 
   protected:

@@ -103,7 +103,8 @@ CPPByteArray MacOSXTransferObjForwarder::GetClientProcessID() {
     ProcessSerialNumber number;
     if (GetCurrentProcess(&number) != noErr) return identity;
     identity.set(&number, sizeof number);
-    // Empty would say that the system cannot tell.
+    // An empty array would mean that the system cannot tell the serial number, so an allocation failure is
+    // thrown instead.
     if (identity.getSize() != sizeof number) throw std::bad_alloc();
     return identity;
 }

@@ -1,5 +1,5 @@
-// MacOSXTransferObjForwarder: carries transfer objects over the Apple event channel, and brings the server
-// back when it has gone away.
+// MacOSXTransferObjForwarder: sends transfer objects over the Apple event channel, and reconnects if the
+// server is gone.
 #pragma once
 
 #include <memory>
@@ -16,21 +16,21 @@ class MacOSXTransferObjForwarder : public POSTransferObjForwarder {
     MacOSXTransferObjForwarder& operator=(const MacOSXTransferObjForwarder&) = delete;
     ~MacOSXTransferObjForwarder() override;
 
-    /// Sends the request up to 20 times. Only a server that has gone away (-600, -609) is worth another
-    /// attempt, after a reconnection each; the last failed attempt is followed by one, too. What it left,
-    /// normally an empty object, is then the answer. Any other failure, and a request without bytes, is a
-    /// POSException at once.
+    /// Sends the request up to 20 times. It tries again only if the server is gone (-600, -609), and
+    /// reconnects after each such attempt. After the last failed attempt it reconnects once more and returns
+    /// that attempt's reply, which is normally empty. Any other failure, and a request without bytes, throws
+    /// a POSException at once.
     POSTransferObj* ForwardTransferObj(POSTransferObj& request) override;
 
-    /// Does nothing while connected. Throws for a server that is missing or cannot be brought up; any other
-    /// failure, that of a folder lookup, passes in silence and is tried again with the next request.
+    /// Does nothing while connected. Throws a POSException if the server is missing or cannot be launched and
+    /// woken. Any other failure, that of a folder lookup, is ignored; the next request tries again.
     void ConnectToPOS(uint32_t hint) override;
 
-    /// The platform has no way to tell that the server lives without asking it, so a connection is always
-    /// forgotten.
+    /// Always forgets the connection, because the platform cannot tell whether the server is alive without
+    /// sending it an event.
     void CheckConnection() override;
 
-    /// The 8 bytes of the calling process's serial number as they lie in memory.
+    /// Returns the 8 bytes of the calling process's serial number, in the order in which they are in memory.
     CPPByteArray GetClientProcessID() override;
 
     bool isConnected() const { return connected_; }

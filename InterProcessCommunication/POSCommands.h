@@ -1,9 +1,9 @@
-// The one table of the wire: what every request and every answer of the server consists of.
+// The table of the wire protocol: the fields of every request and every reply.
 //
-// A request or an answer is one structured block (serialization/StructuredDataFormat.h) with the type number
+// A request or a reply is one structured block (serialization/StructuredDataFormat.h) with the type number
 // kTransferObjFormatVersion. Its parts are the header fields 0, 1 and 3, then the fields of the command in
-// the order of this table. Adding a command means adding a row here; the library, the development server and
-// docs/protocol.md follow the table, and their tests hold them to it.
+// the order of this table. To add a command, add a row here. The library, the development server and
+// docs/protocol.md follow this table; their tests compare them with it.
 #pragma once
 
 #include <array>
@@ -15,40 +15,40 @@ namespace dovrel {
 
 constexpr uint32_t kTransferObjFormatVersion = 9;
 
-/// The interface version that the server has to answer to command 17.
+/// The interface version that the server must return for command 17.
 constexpr uint32_t kPOSInterfaceVersion = 7;
 
-/// Bytes in the identifier of a class, an object or an executer.
+/// Number of bytes in the identifier of a class, an object or an executer.
 constexpr uint32_t kPOSIdentifierSize = 16;
 
-/// The executer word of an instantiation without an executer.
+/// The executer word of an instantiation that names no executer.
 constexpr uint32_t kNoExecuter = 0xFFFFFFFF;
 
-/// Bit of the registration flags: instantiations are to be checked against the registered classes.
+/// Bit of the registration flags: the client must check instantiations against the registered classes.
 constexpr uint32_t kRegistrationChecksClasses = 1;
 
-/// Values of the header field 0.
+/// Value of header field 0.
 constexpr uint32_t kTransferKindStandard = 1;
 
-/// Values of the header field 1. Every other value than kMessageKindException is a normal answer.
+/// Values of header field 1. A reply with a value other than kMessageKindException is a normal reply.
 constexpr uint32_t kMessageKindRequest = 10;
 constexpr uint32_t kMessageKindException = 20;
 
-/// Error codes (field 151) that stand outside the table of exception classes.
+/// Error codes (field 151) without a class of their own; newPOSExceptionForCode returns null for them.
 constexpr uint32_t kErrorCodeGeneral = 0;
 constexpr uint32_t kErrorCodeNoValidInterface = 3;
 
-/// How the data of a field look.
+/// The format of a field's data.
 enum class POSFieldForm {
-    kUInt32,              ///< 4 bytes, little-endian; a reader takes a shorter field as zero-extended
+    kUInt32,              ///< 4 bytes, little-endian; readers zero-extend a shorter field
     kIdentifier,          ///< kPOSIdentifierSize bytes
-    kOptionalIdentifier,  ///< kPOSIdentifierSize bytes, or none where nothing is named
-    kName,                ///< characters and a terminating zero byte
-    kText,                ///< characters, all bytes of the field
-    kData                 ///< any bytes, also none
+    kOptionalIdentifier,  ///< kPOSIdentifierSize bytes, or no bytes if there is no identifier
+    kName,                ///< characters and a terminating NUL
+    kText,                ///< characters without a terminating NUL
+    kData                 ///< any bytes (including none)
 };
 
-/// One field; stands for its number wherever a number is asked for.
+/// One field. Converts implicitly to its number.
 struct POSField {
     uint32_t number = 0;
     const char* name = "";
@@ -59,14 +59,14 @@ struct POSField {
 
 namespace posField {
 
-// The header. The second reserved place is never written.
+// The header fields. The reserved field is never written.
 inline constexpr POSField kTransferKind{0, "transfer kind", POSFieldForm::kUInt32};
 inline constexpr POSField kMessageKind{1, "message kind", POSFieldForm::kUInt32};
 inline constexpr POSField kReserved{2, "reserved", POSFieldForm::kUInt32};
 inline constexpr POSField kCommand{3, "command", POSFieldForm::kUInt32};
 
 inline constexpr POSField kApplicationName{100, "application name", POSFieldForm::kName};
-/// The caller's process serial number as it lies in memory, or nothing.
+/// The client's process serial number, byte by byte as in its memory, or no bytes.
 inline constexpr POSField kClientProcess{101, "client process identity", POSFieldForm::kData};
 inline constexpr POSField kSession{103, "session identifier", POSFieldForm::kUInt32};
 inline constexpr POSField kExecuter{104, "executer identifier", POSFieldForm::kOptionalIdentifier};
@@ -80,29 +80,29 @@ inline constexpr POSField kArgument{110, "argument data", POSFieldForm::kData};
 /// The bytes of the command, then those of its argument.
 inline constexpr POSField kCommandData{110, "command data", POSFieldForm::kData};
 inline constexpr POSField kResult{111, "result data", POSFieldForm::kData};
-/// How many bytes of the command data are the command.
+/// The number of bytes at the start of the command data that are the command.
 inline constexpr POSField kCommandLength{112, "command length", POSFieldForm::kUInt32};
-/// The option codes as the host gave them.
+/// The option codes as the host passed them.
 inline constexpr POSField kOptions{114, "options", POSFieldForm::kData};
-/// A 32-bit little-endian word of flags; a shorter field counts as zero-extended.
+/// A 32-bit little-endian word of flags; readers zero-extend a shorter field.
 inline constexpr POSField kRegistrationFlags{115, "registration flags", POSFieldForm::kData};
-/// Empty.
+/// Always empty.
 inline constexpr POSField kCreationData{116, "creation data", POSFieldForm::kData};
 inline constexpr POSField kExecuterWord{117, "executer word", POSFieldForm::kUInt32};
 inline constexpr POSField kInterfaceVersion{118, "interface version", POSFieldForm::kUInt32};
-/// A 32-bit little-endian word of flags, then a text for the user. No message where the word is 0 or cut
-/// short.
+/// A 32-bit little-endian word of flags, then a text for the user. There is no message if the word is 0 or if
+/// the field has less than 4 bytes.
 inline constexpr POSField kServerMessage{120, "server message", POSFieldForm::kData};
 /// A byte array list (serialization/ByteArrayList.h) of class identifiers.
 inline constexpr POSField kClassList{130, "class list", POSFieldForm::kData};
 
-// An exception answer carries these two and nothing else.
+// An exception reply has these two fields after its header, and no others.
 inline constexpr POSField kExceptionText{150, "exception text", POSFieldForm::kText};
 inline constexpr POSField kExceptionCode{151, "exception code", POSFieldForm::kUInt32};
 
 }  // namespace posField
 
-/// The fields of a request or an answer, in their order.
+/// The fields of a request or a reply, in their order.
 class POSFieldList {
   public:
     constexpr POSFieldList(std::initializer_list<POSField> fields) {
@@ -121,12 +121,12 @@ class POSFieldList {
     std::size_t count_ = 0;
 };
 
-/// One command; stands for its code wherever a number is asked for.
+/// One command. Converts implicitly to its code.
 struct POSCommand {
     uint32_t code;
     const char* name;
-    POSFieldList request;  ///< behind the header, in this order
-    POSFieldList reply;    ///< what a normal answer holds besides its header; may come in any order
+    POSFieldList request;  ///< the fields after the header, in this order
+    POSFieldList reply;    ///< the fields of a normal reply after its header, in any order
 
     constexpr operator uint32_t() const { return code; }
 };
@@ -169,14 +169,14 @@ inline constexpr POSCommand kQueryInterfaceVersion{
 
 }  // namespace posCommand
 
-/// All commands, by ascending code.
+/// All commands, in ascending order of their codes.
 inline constexpr std::array<POSCommand, 8> kPOSCommands{
     posCommand::kRegisterApplication, posCommand::kUnregisterApplication,
     posCommand::kInstantiateObject,   posCommand::kDeleteObject,
     posCommand::kCallMethod,          posCommand::kExecuteCommand,
     posCommand::kGetInformation,      posCommand::kQueryInterfaceVersion};
 
-/// Null for a code that is no command.
+/// Returns the command with the code, or null if there is none.
 constexpr const POSCommand* findPOSCommand(uint32_t code) {
     for (const POSCommand& command : kPOSCommands)
         if (command.code == code) return &command;

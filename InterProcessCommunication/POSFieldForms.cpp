@@ -34,7 +34,8 @@ void readIdentifier(POSTransferObj& object, uint32_t id, CPPByteArray& identifie
     const std::unique_ptr<CPPByteArray> received = object.readByteArray(id);
     requireIdentifierSize(*received);
     identifier.assign(*received);
-    // If memory runs out, the array keeps its old content, which may be another identifier.
+    // If memory runs out, the array keeps its old content, which may be another identifier of the same size.
+    // So the contents are compared.
     if (identifier.compare(*received) != 0) throw std::bad_alloc();
 }
 

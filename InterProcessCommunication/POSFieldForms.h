@@ -1,5 +1,5 @@
-// The forms of fields that are more than a number or a block of bytes, on top of what a transfer object reads
-// and writes.
+// Reads and writes the fields that are neither plain numbers nor plain blocks of bytes: names, identifiers
+// and server messages.
 #pragma once
 
 #include <cstdint>
@@ -9,29 +9,32 @@
 
 namespace dovrel {
 
-/// The message for the user that some answers carry.
+/// The message for the user that a reply may contain.
 struct POSServerMessage {
-    uint32_t flags = 0;  ///< non-zero when a message is present
+    uint32_t flags = 0;  ///< non-zero if there is a message
     std::string text;    ///< in the system's encoding, may be empty
 
     bool isPresent() const { return flags != 0; }
 };
 
-// Fields to be written. They refer to the bytes of the name or identifier, which must outlive them.
+// The two functions below return fields to be written. A field refers to the bytes of the name or identifier,
+// which must outlive it.
 
-/// The zero-terminated text with its terminating zero.
+/// Returns a field with the NUL-terminated text, including its NUL.
 StructuredPart nameField(uint32_t id, const char* name);
 
-/// Throws a CPPException for an identifier that is not of kPOSIdentifierSize bytes: on the wire and at the
-/// hosts' interface an identifier is never shorter or longer.
+/// Returns a field with the identifier. Throws a CPPException if the identifier does not have
+/// kPOSIdentifierSize bytes. Identifiers have that size on the wire and at the hosts' interface.
 StructuredPart identifierField(uint32_t id, const CPPByteArray& identifier);
+
+/// Throws a CPPException if the identifier does not have kPOSIdentifierSize bytes.
 void requireIdentifierSize(const CPPByteArray& identifier);
 
-/// Replaces `identifier` by the field. Throws, and leaves it alone, for a field that is not of
-/// kPOSIdentifierSize bytes.
+/// Reads the field into `identifier`. If the field does not have kPOSIdentifierSize bytes, throws a
+/// CPPException and leaves `identifier` unchanged.
 void readIdentifier(POSTransferObj& object, uint32_t id, CPPByteArray& identifier);
 
-/// A field shorter than its word of flags is no message.
+/// Reads a server message. If the field is too short for the word of flags, returns no message.
 POSServerMessage readServerMessage(POSTransferObj& object, uint32_t id);
 
 }  // namespace dovrel

@@ -7,8 +7,8 @@ namespace dovrel {
 
 namespace {
 
-// If memory runs out, an array keeps its old content, which must not pass for the new one even if both have
-// the same size: it is emptied first.
+// The array is emptied first. If memory runs out, an array keeps its old content, and old content of the same
+// size could not be told from the new one.
 void replaceContent(CPPByteArray& array, const void* bytes, uint32_t length) {
     array.set(nullptr, 0);
     array.set(bytes, length);
@@ -25,8 +25,8 @@ void POSTransferObj::writeBytes(uint32_t id, const void* bytes, uint32_t length)
     writer_.writeBytesPart(id, bytes, length);
 }
 
-// A missing payload field is reported as getPart reports it, also where the value is then read without the
-// array that getPart allocates.
+// viewNumber reads the value without allocating an array, but reports a missing field in the same way as
+// getPart does, so all payload fields report it alike.
 uint32_t POSTransferObj::readUInt32(uint32_t id) {
     attachReader();
     return reader_.viewNumber(id);

@@ -1,13 +1,14 @@
-// One request to the server, or one answer from it: a structured block of four numbered header fields and any
-// number of payload fields (POSCommands.h lists them).
+// POSTransferObj: one request to the server or one reply from it. It is a structured block of four numbered
+// header fields and any number of further fields (POSCommands.h lists them).
 //
-// An object is either written, field by field, and then sent, or it is rebuilt from received bytes and then
-// read. The bytes are parsed once, at the first read; until then the object may still be written to.
+// An object is either written, field by field, and then sent, or it is created from received bytes and then
+// read. The bytes are parsed once, at the first read. Until then the object may still be written to.
 //
-// Failures are thrown as a pointer to a new exception that the catcher owns. Reading throws a
-// StructuredReaderNotInitializedException when the bytes are no structured block (none at all, too), and a
-// PartNotFoundException when the field is missing. Writing throws a StructuredWriteFailedException when the
-// bytes cannot grow. Running out of memory anywhere else is std::bad_alloc.
+// Failures are thrown as a pointer to a new exception that the catching code owns. Reading
+// throws a StructuredReaderNotInitializedException if the bytes are not a structured block
+// (including an empty object). It throws a PartNotFoundException if the field is missing.
+// Writing throws a StructuredWriteFailedException if the bytes cannot grow. Any other allocation
+// failure throws std::bad_alloc.
 //
 // One thread at a time.
 #pragma once
@@ -25,11 +26,12 @@ namespace dovrel {
 
 class POSTransferObj {
   public:
-    /// Without any field: to be rebuilt from received bytes, or to be written to.
+    /// Creates an object without any field, to be filled by copyBytesFrom or by the writing functions.
     POSTransferObj();
 
-    /// With the header fields 0, 1 and 3, in this order, and behind them the given ones, each a
-    /// StructuredPart with the field's id for its tag. Takes much less time than writing them one by one.
+    /// Creates an object with the header fields 0, 1 and 3, in this order, followed by the given fields. Each
+    /// of them is a StructuredPart whose tag is the number of the field. This is much faster than writing the
+    /// fields one by one.
     template <class... Fields>
     POSTransferObj(uint32_t transferKind, uint32_t messageKind, uint32_t command, const Fields&... fields) {
         writer_.initialize(bytes_, formatVersion_,
@@ -41,8 +43,7 @@ class POSTransferObj {
     POSTransferObj(const POSTransferObj&) = delete;
     POSTransferObj& operator=(const POSTransferObj&) = delete;
 
-    // Header fields are written behind what is there; of a field that is written twice, readers see the
-    // first.
+    // These functions append a header field. If a field is written twice, readers see the first one.
     void setTransferKind(uint32_t value) { writeUInt32(headerId0_, value); }
     void setMessageKind(uint32_t value) { writeUInt32(headerId1_, value); }
     void setCommand(uint32_t value) { writeUInt32(headerId3_, value); }
@@ -54,31 +55,31 @@ class POSTransferObj {
     /// The pointer may be null when length is 0.
     void writeBytes(uint32_t id, const void* bytes, uint32_t length);
     void writeByteArray(uint32_t id, const CPPByteArray& array) { writer_.writeArrayPart(id, array); }
-    /// The characters of the text without a terminating zero.
+    /// Writes the characters of the text without a terminating NUL.
     void writeString(uint32_t id, const std::string& text) { writer_.writeStringPart(id, text); }
 
-    /// The first four bytes of the field, the least significant first; a shorter field counts as
-    /// zero-extended.
+    /// Returns the first four bytes of the field as a number, least significant byte first. A shorter field
+    /// is zero-extended.
     uint32_t readUInt32(uint32_t id);
-    /// A new array with all bytes of the field.
+    /// Returns a new array with all bytes of the field.
     std::unique_ptr<CPPByteArray> readByteArray(uint32_t id);
-    /// All bytes of the field, one character per byte.
+    /// Returns all bytes of the field, one character per byte.
     std::string readString(uint32_t id);
-    /// All bytes of the field in a block from array new, and their number in `length`; null for an empty
-    /// field. Leaves `length` alone when it throws.
+    /// Returns all bytes of the field in a block from new[], and their number in `length`. Returns null for
+    /// an empty field. Leaves `length` unchanged if it throws.
     std::unique_ptr<uint8_t[]> readBlock(uint32_t id, uint32_t& length);
 
     bool hasField(uint32_t id);
 
-    /// The wire form: exactly the bytes that travel.
+    /// Returns the wire form: exactly the bytes that are sent.
     const CPPByteArray& bytes() const { return bytes_; }
-    /// Replaces the content of `array` by the wire form. If it throws, `array` is empty.
+    /// Replaces the content of `array` by the wire form. If this throws, `array` is empty.
     void copyBytesTo(CPPByteArray& array) const;
 
-    /// Makes the object the one that was sent as these bytes. For an object that was not read yet, and not to
-    /// be written to any more. If it throws, the object is to be discarded.
+    /// Replaces the content by received bytes. Must be called before the first read; afterwards the object
+    /// must not be written to. If this throws, discard the object.
     void copyBytesFrom(const CPPByteArray& array) { copyBytesFrom(array.data(), array.getSize()); }
-    /// The same from a block of memory; the pointer may be null when length is 0.
+    /// Does the same with a block of memory. The pointer may be null if length is 0.
     void copyBytesFrom(const void* bytes, uint32_t length);
 
   private:

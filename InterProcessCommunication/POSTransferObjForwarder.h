@@ -1,5 +1,5 @@
-// The carrier of transfer objects: knows how to bring the server up and how to move one object there and
-// back.
+// POSTransferObjForwarder: the interface of a transport for transfer objects. A forwarder starts the server,
+// sends it a request and returns the reply.
 #pragma once
 
 #include <cstdint>
@@ -10,29 +10,30 @@ namespace dovrel {
 
 class POSTransferObj;
 
-/// What every caller of ConnectToPOS passes.
+/// The hint that every caller of ConnectToPOS passes.
 constexpr uint32_t kConnectHint = 10;
 
-/// Contract of every carrier. One thread at a time may use a forwarder; the session's lock sees to that.
-/// Failures are thrown as a pointer to a new object of the CPPException family, which the catcher owns;
-/// running out of memory is std::bad_alloc.
+/// Contract of every forwarder. Only one thread at a time may use a forwarder; the session's lock ensures
+/// that. Failures are thrown as a pointer to a new object of CPPException or a derived class, which the
+/// catching code owns. If memory runs out, std::bad_alloc is thrown.
 class POSTransferObjForwarder {
   public:
     virtual ~POSTransferObjForwarder() = default;
 
-    /// Sends the request and waits for its answer. Returns a new object that the caller deletes; it may be
-    /// empty when the server could not be reached in all attempts, which shows at the first read. Throws
-    /// POSException when the exchange failed for a reason that another attempt cannot cure.
+    /// Sends the request and waits for its reply. Returns a new object that the caller deletes. The object
+    /// may be empty if no attempt reached the server; then the first read of it throws. Throws a POSException
+    /// if the exchange failed for a reason for which another attempt cannot help.
     virtual POSTransferObj* ForwardTransferObj(POSTransferObj& request) = 0;
 
-    /// Makes sure that the server runs and answers. Callers pass kConnectHint; a carrier may ignore the hint.
-    /// Throws POSException with the text for the user when the server is missing or cannot be brought up.
+    /// Makes sure that the server runs and answers. Callers pass kConnectHint; a forwarder may ignore the
+    /// hint. Throws a POSException with a text for the user if the server is missing or cannot be started.
     virtual void ConnectToPOS(uint32_t hint) = 0;
 
-    /// Lets the forwarder forget a connection that may have gone stale. Sends nothing, never throws.
+    /// Tells the forwarder to forget a connection that may be broken. Sends nothing and never throws.
     virtual void CheckConnection() = 0;
 
-    /// The identity of the calling process as the server knows it; empty when the system cannot tell.
+    /// Returns the bytes that identify the calling process to the server, or an empty array if the system
+    /// cannot tell them.
     virtual CPPByteArray GetClientProcessID() = 0;
 
   protected:

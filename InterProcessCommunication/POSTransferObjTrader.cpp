@@ -56,8 +56,8 @@ StructuredPart executerField(const ProtectedExecuterID* executer) {
                                : identifierField(posField::kExecuter, *executer);
 }
 
-/// Appends the bytes. An array without room for them keeps its size; a later write would then fill their
-/// place with zeros, so this is found at once.
+/// Appends the bytes. Throws std::bad_alloc at once if the array could not grow, because a later write would
+/// fill the place of the missing bytes with zeros.
 void append(CPPExpandingByteArray& data, const uint8_t* bytes, uint32_t length) {
     const uint32_t size = data.getSize();
     data.writeBytes(size, bytes, length);
@@ -202,7 +202,7 @@ bool POSTransferObjTrader::exchangeForBlock(POSTransferObj& request, uint32_t id
     return true;
 }
 
-// Null when the answer names an error that stands for no exception.
+// Returns null if the reply has an error code for which no exception is thrown.
 std::unique_ptr<POSTransferObj> POSTransferObjTrader::exchange(POSTransferObj& request) {
     const auto noteRequest = [&request] {
         FailureNotes::addRequest([&request] { return requestSummary(request.bytes()); });

@@ -1,5 +1,5 @@
-// The one place that turns operations into requests: packs the fields of each command, has them carried to
-// the server, checks the answer and unpacks it.
+// POSTransferObjTrader: turns operations into requests. It packs the fields of each command, sends the
+// request through the forwarder, checks the reply and unpacks it.
 #pragma once
 
 #include <cstdint>
@@ -14,26 +14,30 @@ namespace dovrel {
 
 class POSTransferObjForwarder;
 
-/// What the server answers to a registration.
+/// The content of the server's reply to a registration.
 struct POSRegistration {
-    uint32_t applicationId = 0;  ///< the session identifier that names the application in every later request
-    bool checksClasses = false;  ///< instantiation is to be checked against the registered classes
+    uint32_t applicationId = 0;  ///< identifies the application in every later request
+    bool checksClasses = false;  ///< the client must check instantiations against the registered classes
 };
 
-/// One operation per command. Each sends exactly one request through the forwarder (registration: the
-/// handshake and the version check first) and blocks until its answer is there.
+/// The class has one operation per command. Each operation sends exactly one request through the forwarder
+/// and blocks until the reply arrives. (A registration first connects and checks the interface version.)
 ///
-/// They return true when the server answered normally, and false when it answered with an error code that
-/// stands for no exception. They throw a pointer to a new CPPException, which the catcher owns: of the class
-/// that belongs to the server's error code, or of the reader for an answer that cannot be read, or a plain
-/// one for an identifier that is not of 16 bytes. One that was given is found before anything is sent, one
-/// that the server answers counts as an answer that cannot be read. Running out of memory is std::bad_alloc.
-/// Unless an operation returns true, the outputs are as they were.
+/// An operation returns true if the reply is a normal one. It returns false if the reply has an error code
+/// for which no exception is thrown. Otherwise it throws a pointer to a new CPPException, which the
+/// catching code owns:
 ///
-/// Requests hold the fields of POSCommands.h in the order of that table. Answers are released before an
-/// operation ends. The trader locks nothing: one thread at a time. Output blocks come from array new; the
-/// caller deletes them as arrays (null and length 0 for an empty result). A pointer to bytes may be null when
-/// their length is 0.
+/// - the exception that belongs to the error code of the reply;
+/// - the reader's exception if the reply cannot be read;
+/// - a plain CPPException for an identifier that does not have 16 bytes. An identifier of the wrong size in
+///   a request is rejected before anything is sent. In a reply it makes the reply unreadable.
+///
+/// If memory runs out, an operation throws std::bad_alloc. Outputs are changed only if it returns true.
+///
+/// A request has the fields of POSCommands.h, in the order of that table. Replies are deleted before an
+/// operation returns. The trader takes no lock: one thread at a time. Output blocks are allocated with new[];
+/// the caller deletes them with delete[]. An empty result is null with the length 0. A pointer to bytes may
+/// be null if their length is 0.
 class POSTransferObjTrader {
   public:
     POSTransferObjTrader() = default;
@@ -41,19 +45,19 @@ class POSTransferObjTrader {
     POSTransferObjTrader& operator=(const POSTransferObjTrader&) = delete;
     virtual ~POSTransferObjTrader() = default;
 
-    /// The forwarder is not owned and must outlive every operation.
+    /// Sets the forwarder. It is not owned and must outlive every operation.
     void setForwarder(POSTransferObjForwarder* forwarder) { forwarder_ = forwarder; }
     POSTransferObjForwarder* getForwarder() const { return forwarder_; }
 
-    /// Connects, checks the interface version, registers. `options` travel as they are. Throws a CPPException
-    /// when the server has another interface version.
+    /// Connects, checks the interface version and registers. The bytes of `options` are sent unchanged.
+    /// Throws a CPPException if the server has another interface version.
     bool registerApplication(const std::string& name, const std::vector<CPPClassID>& classes,
                              const CPPByteArray& options, POSRegistration& registration);
     bool unregisterApplication(uint32_t applicationId);
     bool instantiateObject(uint32_t applicationId, const CPPClassID& classId, uint32_t executer,
                            CPPObjectID& objectId, POSServerMessage& message);
     bool deleteObject(uint32_t applicationId, const CPPObjectID& objectId);
-    /// `executer` null: no executer.
+    /// A null `executer` means no executer.
     bool callMethod(uint32_t applicationId, const ProtectedExecuterID* executer, const CPPObjectID& objectId,
                     const char* methodName, const uint8_t* parameters, uint32_t parameterLength,
                     uint8_t** result, uint32_t* resultLength, POSServerMessage& message);
@@ -63,10 +67,10 @@ class POSTransferObjTrader {
     bool getInformation(uint32_t applicationId, const uint8_t* request, uint32_t requestLength,
                         uint8_t** info, uint32_t* infoLength);
 
-    /// What every answer goes through. A normal answer stays as it is, and its message kind is returned. An
-    /// exception answer is released (null afterwards); then the exception of its error code is thrown or, for
-    /// a code that stands for none, the code is returned. An answer that cannot be read is released, too, and
-    /// throws what the reader throws.
+    /// Checks a reply; every reply passes through this function. A normal reply is left as it is, and its
+    /// message kind is returned. An exception reply is deleted, and `reply` becomes null. Then the exception
+    /// of its error code is thrown. If no exception belongs to the code, the code is returned. A reply that
+    /// cannot be read is also deleted, and the reader's exception is thrown.
     static uint32_t CheckTransferObjReply(std::unique_ptr<POSTransferObj>& reply);
 
   private:

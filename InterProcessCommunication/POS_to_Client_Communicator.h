@@ -12,8 +12,9 @@ class POS_to_Client_Communicator : public IPC_via_AE {
     POS_to_Client_Communicator() = default;
     ~POS_to_Client_Communicator() override;
 
-    /// Makes `object` the one that the incoming event carries. An empty direct parameter leaves it as it is,
-    /// and so does an error, which is returned: errAEDescNotFound for an event without a direct parameter.
+    /// Replaces the content of `object` by the direct parameter of the event. An empty direct parameter
+    /// leaves `object` unchanged. After an error, which is returned, `object` is also unchanged. Returns
+    /// errAEDescNotFound if the event has no direct parameter.
     int32_t ReceiveTransferObj(const AppleEvent* event, POSTransferObj& object) const;
 };
 

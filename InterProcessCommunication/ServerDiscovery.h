@@ -1,12 +1,11 @@
-// Finding the server application, telling whether it runs, and starting it. Any thread; nothing is
-// remembered.
+// Finds the server application, tells whether it runs, and launches it. Thread-safe; no state is kept.
 //
-// Starting one takes three steps, which Client_to_POS_Communicator::ConnectToServer puts together:
-//  1. the application is looked for in its one place, the local domain's application support folder;
-//  2. a process of its name is looked for in the kernel's list;
-//  3. without one the platform is asked to launch the application in the background.
-// Neither a process nor a launch means that the server listens already; the handshake afterwards does that
-// waiting.
+// Client_to_POS_Communicator::ConnectToServer starts the server in three steps:
+//  1. It looks for the application in its one place, the local domain's application support folder.
+//  2. It looks for a process with the server's name in the kernel's list.
+//  3. If there is none, it asks the platform to launch the application in the background.
+// A process that runs or has been launched may not accept events yet. The handshake after these steps waits
+// until it does.
 #pragma once
 
 #include <Carbon/Carbon.h>
@@ -15,24 +14,25 @@
 
 namespace dovrel {
 
-/// The short name of the server's process, all of it and in this spelling.
+/// The short name of the server's process. The whole name must match, including upper and lower case.
 inline constexpr char kServerProcessName[] = "Merrowd";
 
 /// The server application is not installed.
 constexpr int32_t kServerNotFound = 42;
-/// The server application could not be launched, or never answered.
+/// The server application could not be launched or never answered.
 constexpr int32_t kServerNotLaunched = 43;
 
-/// The installed server application. 0 with its URL in `*application`, which the caller releases; else the
-/// error of the folder lookup, or kServerNotFound when there is no such bundle, and null.
+/// Finds the installed server application. Returns 0 and stores its URL in `*application`, which the caller
+/// releases. Otherwise stores null, and returns the error of the folder lookup, or kServerNotFound if the
+/// bundle does not exist.
 OSErr FindServerApplication(CFURLRef* application);
 
-/// Whether any process bears the server's name. A process list that cannot be read counts as one without a
-/// server.
+/// Returns whether a process with the server's name runs. Also false if the process list cannot be read.
 bool IsServerRunning();
 
-/// Has the platform launch the application in the background; it does not become the front application nor a
-/// recent item. Success, too, when it runs already. The platform's status.
+/// Asks the platform to launch the application in the background. The application does not become the front
+/// application or a recent item. Returns the platform's status. It is success also if the application
+/// already runs.
 OSStatus LaunchServer(CFURLRef application);
 
 }  // namespace dovrel

@@ -16,13 +16,13 @@ constexpr char kTraceVariable[] = "POS_TRACE";
 constexpr char kRequestMark[] = "> ";
 constexpr char kReplyMark[] = "< ";
 
-/// The outcome of an exchange, without anything that was said in it.
+/// The outcome of an exchange, without any of its contents.
 struct Outcome {
     TraceLevel level;
     std::string text;
 };
 
-// Reads a copy, because the caller still has to read the reply itself.
+// Reads a copy, because the caller must receive a reply that has not been read yet.
 Outcome makeOutcome(const CPPByteArray& reply) {
     POSTransferObj copy;
     copy.copyBytesFrom(reply);
@@ -39,7 +39,7 @@ std::string sizeText(const CPPByteArray& bytes) {
     return ", " + std::to_string(bytes.getSize()) + " bytes";
 }
 
-/// The fields, each on a further line of the entry.
+/// Returns the fields, each on a line of its own below the entry's first line; "" if contents are not traced.
 std::string contentsText(const CPPByteArray& bytes, const char* mark) {
     if (!Trace::wants(TraceArea::kExchange, TraceLevel::kContents)) return "";
     std::string lines = "\n" + transferObjText(bytes, mark);
@@ -62,7 +62,7 @@ void writeReply(const CPPByteArray& request, const CPPByteArray& reply, const Tr
     });
 }
 
-/// Does not take ownership: the failure is thrown on.
+/// Does not take ownership, because the caller rethrows the failure.
 template <typename MakeTitle>
 void writeFailure(TraceArea area, const MakeTitle& makeTitle, const CPPException& passing,
                   const TraceTimer& timer) {

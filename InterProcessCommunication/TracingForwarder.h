@@ -1,4 +1,4 @@
-// TracingForwarder: passes everything to another forwarder and traces it.
+// TracingForwarder: passes every call on to another forwarder and traces it.
 #pragma once
 
 #include <memory>
@@ -9,11 +9,11 @@
 
 namespace dovrel {
 
-/// Returns and throws exactly what the other forwarder returns and throws. The process's trace lives as long
-/// as this object.
+/// Returns and throws exactly what the other forwarder returns and throws. The trace of the process exists as
+/// long as this object.
 class TracingForwarder : public POSTransferObjForwarder {
   public:
-    /// `setting` is the text of TraceSetting.h. Throws std::bad_alloc.
+    /// `setting` is a text as TraceSetting.h describes it. Throws std::bad_alloc.
     TracingForwarder(std::unique_ptr<POSTransferObjForwarder> traced, const std::string& setting);
     TracingForwarder(const TracingForwarder&) = delete;
     TracingForwarder& operator=(const TracingForwarder&) = delete;
@@ -25,12 +25,12 @@ class TracingForwarder : public POSTransferObjForwarder {
     CPPByteArray GetClientProcessID() override;
 
   private:
-    /// Constructed first and destroyed last, so that it gets the other forwarder's last entry.
+    /// Constructed first and destroyed last, so that it still records the other forwarder's last entry.
     Trace trace_;
     std::unique_ptr<POSTransferObjForwarder> traced_;
 };
 
-/// `forwarder` inside a TracingForwarder if the environment variable POS_TRACE is set, else `forwarder`.
+/// Returns `forwarder`, wrapped in a TracingForwarder if the environment variable POS_TRACE is set.
 std::unique_ptr<POSTransferObjForwarder> traceIfRequested(std::unique_ptr<POSTransferObjForwarder> forwarder);
 
 }  // namespace dovrel

@@ -29,7 +29,7 @@ std::string printableText(std::string text) {
     return text;
 }
 
-// 5 bytes: 68 65 6C 6C 6F "hello"
+// Returns, for example, the text: 5 bytes: 68 65 6C 6C 6F "hello"
 std::string dataText(const CPPByteArray& bytes) {
     const uint32_t shown = std::min(bytes.getSize(), kMostBytesShown);
     std::string text = std::to_string(bytes.getSize()) + (bytes.getSize() == 1 ? " byte" : " bytes");
@@ -67,7 +67,7 @@ void appendField(std::string& lines, POSTransferObj& object, const POSField& fie
     lines += mark + std::to_string(field.number) + " " + field.name + " = " + valueText(object, field) + "\n";
 }
 
-// What `read` returns for the object, or `otherwise` if the bytes cannot be read.
+// Returns what `read` returns for the object, or `otherwise` if the bytes cannot be read.
 template <typename Result, typename Read>
 Result readOr(const CPPByteArray& bytes, const Result& otherwise, Read read) {
     POSTransferObj object;

@@ -1,5 +1,5 @@
-// Transfer objects in readable form, for logs and traces: a line per field, by the table of commands. The
-// texts are UTF-8. All bytes are accepted. Everything throws std::bad_alloc.
+// Transfer objects as readable text for logs and traces: one line per field, with the names from the table of
+// commands. The texts are UTF-8. Every function accepts any bytes and throws only std::bad_alloc.
 #pragma once
 
 #include <cstdint>
@@ -9,21 +9,22 @@
 
 namespace dovrel {
 
-/// The lines of a request or a reply, each with `mark` at its beginning and a line feed at its end. Fields
-/// that the table does not list are left out, and only the beginning of long data is shown. Bytes that are
-/// not a structured block are shown as data. Texts are readable (TraceText.h) and on one line.
+/// Returns the lines of a request or a reply. Each line begins with `mark` and ends with a line feed. Fields
+/// that the table does not list are omitted, and only the beginning of long data is shown. Bytes that are not
+/// a structured block are shown as data. Texts are made readable (TraceText.h) and are on one line.
 std::string transferObjText(const CPPByteArray& transferObject, const std::string& mark);
 
-/// The name of the command in a transfer object, or "unknown command".
+/// Returns the name of the command in a transfer object, or "unknown command".
 std::string commandNameOf(const CPPByteArray& transferObject);
 
-/// The command of a request with the class or the method that it names, on one line. Holds no other data.
+/// Returns the command of a request and the class or method that the request names, on one line. Contains no
+/// other data of the request.
 std::string requestSummary(const CPPByteArray& request);
 
-/// An error code of the server with its meaning: "27 (method not found)", "99 (unknown)".
+/// Returns an error code of the server and its meaning: "27 (method not found)", "99 (unknown)".
 std::string errorCodeText(uint32_t errorCode);
 
-/// The code of the command in a transfer object, or 0.
+/// Returns the code of the command in a transfer object, or 0.
 uint32_t commandCodeOf(const CPPByteArray& transferObject);
 
 }  // namespace dovrel

@@ -28,7 +28,8 @@ constexpr DumpedBytes kDumpedBytes[] = {
 
 TransferPack::TransferPack(const CPPByteArray& record) : record_(record) {
     requireSize(record.getSize());
-    // The size of the additional data is known only when the fixed part is there in full.
+    // The fixed part contains the size of the additional data, so it must be complete before
+    // getTotalSize is called.
     if (record_.getSize() < kFixedSize) resize(kFixedSize);
     resize(getTotalSize());
 }
@@ -38,7 +39,7 @@ void TransferPack::resize(uint32_t size) {
     requireSize(size);
 }
 
-// The array reports no failure of its own.
+// The array does not report an allocation failure; its size shows it.
 void TransferPack::requireSize(uint32_t size) const {
     if (record_.getSize() != size) throw std::bad_alloc();
 }

@@ -1,5 +1,5 @@
-// TransferPack: the fixed binary record, little-endian, whose fields a diagnostic dump prints. Requests are
-// never sent in it.
+// TransferPack: a binary record with a fixed layout, little-endian, whose fields a diagnostic dump prints.
+// Requests are never sent in this form.
 //
 //   offset  width  field                     offset  width  field
 //        0      2  Status                       112     16  reserved
@@ -28,8 +28,8 @@ class TransferPack {
   public:
     static constexpr uint32_t kFixedSize = 608;
 
-    /// Copies the record. Bytes that it lacks up to its total size count as zero; bytes beyond it are
-    /// dropped. Throws std::bad_alloc.
+    /// Copies the record. If the record is shorter than its total size, the missing bytes are 0. Bytes after
+    /// the total size are dropped. Throws std::bad_alloc.
     explicit TransferPack(const CPPByteArray& record);
 
     TransferPack(const TransferPack&) = delete;
@@ -42,14 +42,15 @@ class TransferPack {
     uint16_t getTPLevel() const { return uint16At(12); }
     uint16_t getAddDataSize() const { return uint16At(14); }
 
-    /// kFixedSize and the additional data.
+    /// Returns kFixedSize plus the size of the additional data.
     uint32_t getTotalSize() const { return kFixedSize + getAddDataSize(); }
 
-    /// The additional data, `size` bytes of them. They belong to the record and live as long as it.
+    /// Returns the additional data and stores their size in bytes in `size`. The bytes belong to the record
+    /// and are valid as long as it exists.
     const uint8_t* getAdditionalData(uint16_t& size) const;
 
-    /// Prints the record in readable form. The tokens' lines begin with the length byte and end one byte
-    /// short of the token's end; whoever reads dumps expects it so.
+    /// Prints the record in readable form. The line of a token begins with the token's length byte and lacks
+    /// the token's last byte. Readers of dumps rely on this format.
     void dump(std::FILE* output = stdout) const;
 
   private:

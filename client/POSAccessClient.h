@@ -1,11 +1,10 @@
 // POSAccessClient: the registry of this process's applications and the client's side of every operation. An
 // operation checks its arguments, calls the trader and records the server's reply.
 //
-// The operations take the host's pointers as they are. An operation returns true on success. It returns
-// false if the server replied with an error code that has no exception class; then nothing was recorded.
-// Every other failure is thrown, as a pointer to a CPPException that the catching code owns or as
-// std::bad_alloc. Outputs are written only on success. Only one thread at a time may use a client; the
-// session's lock ensures that.
+// The operations take the host's pointers as they are. An operation returns true on success. It returns false
+// if the reply has an error code for which no exception is thrown; then nothing was recorded. Every other
+// failure is thrown, as a pointer to a CPPException that the catching code owns or as std::bad_alloc. Outputs
+// are written only on success. Only one thread at a time may use a client; the session's lock ensures that.
 #pragma once
 
 #include <cstdint>
