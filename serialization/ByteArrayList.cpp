@@ -11,7 +11,7 @@ namespace {
 
 constexpr uint32_t kCountTag = 0;
 
-// No block is large enough to hold so many parts that a tag would pass 2^32.
+// Does not overflow for any existing part, because no block is large enough for that many parts.
 constexpr uint32_t elementTag(uint32_t index) {
     return 5 + 2 * index;
 }

@@ -1,7 +1,7 @@
-// Byte array lists: an ordered list of byte arrays as one structured block.
+// Byte array lists: an ordered list of byte arrays in one structured block.
 //
-// The block has the type number 8. The part with the tag 0 holds the number of elements (32 bits,
-// little-endian), element i the part with the tag 5 + 2 i.
+// The block has the type number 8. The part with the tag 0 contains the number of elements (32 bits,
+// little-endian). The part with the tag 5 + 2 i contains element i.
 #pragma once
 
 #include <cstdint>
@@ -15,16 +15,17 @@ namespace dovrel {
 
 constexpr uint32_t kByteArrayListType = 8;
 
-/// Writes the block at the beginning of the target, normally an empty CPPExpandingByteArray. Fails as
-/// StructuredByteArrayWriter does.
+/// Writes the block at the beginning of `target`, which is normally an empty CPPExpandingByteArray. Throws
+/// what StructuredByteArrayWriter throws.
 void writeByteArrayList(const std::vector<CPPByteArray>& list, CPPByteArray& target);
 void writeByteArrayList(const std::vector<CPPClassID>& list, CPPByteArray& target);
 
-/// Replaces the list by the elements in the block. Fails as the reader does, and then holds the elements
-/// before the one that is missing; nothing is reserved from a count that no part backs.
+/// Replaces the content of `list` by the elements of the block. Throws what the reader throws. If an element
+/// is missing, `list` then contains the elements before it. The count in the block is not trusted: no memory
+/// is reserved for it.
 void readByteArrayList(const StructuredDataReader& reader, std::vector<CPPByteArray>& list);
 
-/// The same for a block in a byte array. Fails as StructuredByteArrayReader does.
+/// Does the same for a block in a byte array. Throws what StructuredByteArrayReader throws.
 void readByteArrayList(const CPPByteArray& block, std::vector<CPPByteArray>& list);
 
 }  // namespace dovrel

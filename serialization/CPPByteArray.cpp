@@ -18,12 +18,13 @@ struct FreeBlock {
 };
 using Block = std::unique_ptr<uint8_t, FreeBlock>;
 
-// Null for length 0 as well as after an allocation failure; the caller tells the two apart by the length.
+// Returns null if `length` is 0 and after an allocation failure. The caller tells the two apart
+// by the length.
 Block newBlock(uint32_t length) {
     return Block(length == 0 ? nullptr : static_cast<uint8_t*>(std::malloc(length)));
 }
 
-// memcpy does not take null, not even for no bytes at all.
+// memcpy must not be called with null, not even for 0 bytes.
 void copyBytes(uint8_t* destination, const void* source, uint32_t length) {
     if (length != 0) std::memcpy(destination, source, length);
 }
@@ -89,7 +90,7 @@ void CPPByteArray::setFromPart(const CPPByteArray& source, uint32_t offset, uint
     const uint32_t available = offset < source.size_ ? source.size_ - offset : 0;
     const uint32_t count = std::min(length, available);
     if (count != 0) std::memcpy(block.get(), source.data_ + offset, count);
-    // Left alone these bytes would carry whatever the heap held before, perhaps to the server.
+    // Without this the rest would contain old heap data, which might then be sent to the server.
     if (count != length) std::memset(block.get() + count, 0, length - count);
     adopt(block.release(), length);
 }
@@ -128,7 +129,7 @@ void CPPByteArray::loadFromStream(std::istream& stream) {
 
 void CPPByteArray::loadFromStream(std::istream& stream, uint32_t length) {
     const auto wanted = static_cast<std::streamsize>(length);
-    // In 32 bits a stream counts only to half of what a length can be.
+    // On a 32-bit system std::streamsize is too small for lengths of 2 GiB and more.
     if (wanted < 0) return;
     Block block = newBlock(length);
     if (block == nullptr && length != 0) return;

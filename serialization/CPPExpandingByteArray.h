@@ -1,8 +1,8 @@
-// CPPExpandingByteArray: the byte array whose writes grow it instead of being clipped.
+// CPPExpandingByteArray: the byte array that grows when a write reaches beyond its end.
 //
-// Growth is exact: after a write that reaches beyond the end, the size is the highest byte written plus one.
-// Bytes between the old end and the first byte written are 0. A write that would reach beyond 2^32 - 1 bytes,
-// or for which memory does not suffice, stores nothing.
+// It grows only as far as necessary: after such a write the size is the offset of the last byte written plus
+// one. Bytes between the old end and the first byte written are 0. A write that would need more than 2^32 - 1
+// bytes, or for which memory runs out, stores nothing.
 #pragma once
 
 #include "serialization/CPPByteArray.h"
@@ -20,26 +20,28 @@ class CPPExpandingByteArray : public CPPByteArray {
 
     void setByte(uint32_t index, uint8_t value) override;
 
-    /// Grows to offset + length also when length is 0.
+    /// Grows to offset + length bytes, even if `length` is 0.
     void writeBytes(uint32_t offset, const void* source, uint32_t length) override;
 
-    /// Grows to offset + length; bytes that the source does not have become 0 where the array grew, and stay
-    /// as they are elsewhere.
+    /// Grows to offset + length bytes. For bytes that the source does not have, new bytes become 0 and old
+    /// bytes stay unchanged.
     void copyFrom(uint32_t offset, const CPPByteArray& source, uint32_t length,
                   uint32_t sourceOffset) override;
 
   private:
     friend class StructuredByteArrayWriter;
 
-    /// Stores a header of 8 bytes, and the bytes behind it, as two calls of writeBytes would, but grows once.
-    /// False, and nothing changed, where the array cannot grow as far.
+    /// Stores the 8 bytes of `header` followed by `length` bytes. The result is that of two calls of
+    /// writeBytes, but the array grows only once. Returns false and changes nothing if the array cannot
+    /// grow so far.
     bool writeBehindHeader(uint32_t offset, uint64_t header, const void* source, uint32_t length);
 
-    /// As grow; a source inside this array moves with the block, and is led there.
+    /// Does the same as grow. `source` may point into this array; it is rebased after the reallocation.
     bool growBesides(const void*& source, uint32_t newSize, uint32_t fillEnd);
 
-    /// Makes the size newSize, which lies beyond the end. Of the new bytes those below fillEnd become 0, the
-    /// others are stored by the caller at once. False, and nothing changed, where memory runs out.
+    /// Grows the array to `newSize` bytes, which must be more than its size. New bytes before
+    /// `fillEnd` become 0; the caller must store the others at once. Returns false and changes nothing
+    /// if memory runs out.
     bool grow(uint32_t newSize, uint32_t fillEnd);
 };
 

@@ -1,6 +1,6 @@
-// The identifiers of classes, objects and executers: byte arrays with a type of their own, so that one is not
-// taken for another. Comparing and copying are those of the byte array; assigning an empty identifier
-// therefore changes nothing, and a copy that finds no memory is empty. Moving costs no memory.
+// The identifiers of classes, objects and executers. Each is a byte array with a type of its own, so that the
+// compiler rejects one in place of another. They compare and copy as byte arrays do. So the assignment of an
+// empty identifier changes nothing, and a copy is empty if memory runs out. A move allocates no memory.
 #pragma once
 
 #include <utility>
@@ -9,7 +9,7 @@
 
 namespace dovrel {
 
-/// What classes and objects are found by.
+/// The base class of the identifiers by which classes and objects are found.
 class CPPKey : public CPPByteArray {
   public:
     CPPKey() = default;
@@ -43,7 +43,7 @@ class CPPObjectID : public CPPKey {
     ~CPPObjectID() override;
 };
 
-/// Names an executer, the unit of the server on which an object may be placed.
+/// Identifies an executer, a unit of the server on which an object may be placed.
 class ProtectedExecuterID : public CPPByteArray {
   public:
     ProtectedExecuterID() = default;

@@ -26,7 +26,7 @@ void PartTable::addToHeap(uint32_t tag, uint32_t offset, uint32_t length) {
 
 void PartTable::finish() {
     if (sorted_) return;
-    // Stable, so that of the entries with one tag the first stays in front, where it is found.
+    // Stable, so that the first of several entries with the same tag stays first. find returns that one.
     std::stable_sort(heap_.begin(), heap_.end(), byTag);
     sorted_ = true;
 }

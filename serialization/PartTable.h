@@ -1,7 +1,9 @@
-// PartTable: where the parts of a structured block lie, by their tags. The first entry of a tag wins.
+// PartTable: the positions of the parts of a structured block, by tag. If several entries have the same tag,
+// the first one is found.
 //
-// Made for two cases: the dozen of parts of a transfer object, kept in the table itself without touching the
-// heap and found by looking at each, and lists of up to millions, sorted once when all are known.
+// It is optimised for two cases. A transfer object has about a dozen parts: they are stored in the table
+// itself, without a heap allocation, and found by linear search. A list has up to millions of parts: they are
+// sorted once when all are known.
 #pragma once
 
 #include <array>
@@ -15,14 +17,15 @@ class PartTable {
   public:
     struct Entry {
         uint32_t tag;
-        uint32_t offset;  ///< of the data in the block
-        uint32_t length;  ///< of the data
+        uint32_t offset;  ///< offset of the data in the block
+        uint32_t length;  ///< length of the data in bytes
     };
 
-    /// Empty. (Written out so that no one clears the places for the entries first.)
+    /// Creates an empty table. User-provided, so that `PartTable{}` does not zero-fill the entries.
     PartTable() {}
 
-    /// Adds an entry, which is found after the next call of finish unless its tag is there already.
+    /// Adds an entry. It can be found after the next call of finish, unless the table already
+    /// contains its tag.
     void add(uint32_t tag, uint32_t offset, uint32_t length) {
         if (count_ < kInlineEntries) {
             inline_[count_++] = Entry{tag, offset, length};
@@ -31,10 +34,10 @@ class PartTable {
         }
     }
 
-    /// Call after a run of add, also after one that was broken off.
+    /// Must be called after a series of calls of add, even if the series was cut short.
     void finish();
 
-    /// Null where the tag is absent. Valid until the next add.
+    /// Returns the entry with the tag, or null if there is none. Valid until the next call of add.
     const Entry* find(uint32_t tag) const {
         if (!heap_.empty()) return findInHeap(tag);
         const Entry* const end = inline_.data() + count_;
@@ -50,11 +53,12 @@ class PartTable {
     void addToHeap(uint32_t tag, uint32_t offset, uint32_t length);
     const Entry* findInHeap(uint32_t tag) const;
 
-    /// The entries are in one of the two: as they were added in the first until it is full, then all in the
-    /// second, sorted but for those added since finish.
+    /// All entries are in only one of these containers: in `inline_`, in the order in which they were added,
+    /// until it is full, and then in `heap_`. The entries in `heap_` are sorted, except those added since the
+    /// last call of finish.
     std::array<Entry, kInlineEntries> inline_;
     std::vector<Entry> heap_;
-    size_t count_ = 0;  // of inline_
+    size_t count_ = 0;  // number of entries in inline_
     bool sorted_ = true;
 };
 

@@ -5,7 +5,7 @@
 namespace dovrel {
 
 std::optional<uint64_t> lengthFromStart(std::istream& stream) {
-    // A stream that was read to its end with ">>" has its fail bit set and refuses to be positioned.
+    // After a read to the end with ">>" the fail bit is set, and then the stream cannot be positioned.
     stream.clear();
     stream.seekg(0, std::ios::end);
     const std::streamoff length = stream.tellg();

@@ -12,7 +12,7 @@ namespace {
 
 using namespace structuredData;
 
-// The message numbers the check within its site.
+// The message is the number of the check within the operation.
 constexpr char kFirstCheck[] = "1";
 constexpr char kSecondCheck[] = "2";
 
@@ -32,7 +32,7 @@ uint32_t fromLittleEndian(const uint8_t* bytes) {
     throwSerializationFailure<StructuredReaderNotInitializedException>(site::kReaderBounds, kFirstCheck);
 }
 
-// Makes what was entered so far findable also when parsing breaks off.
+// Finishes the table even if parsing throws, so that the parts added before can be found.
 class FinishTable {
   public:
     explicit FinishTable(PartTable& table) : table_(table) {}
@@ -65,7 +65,7 @@ CPPByteArray* StructuredByteArrayReader::getPart(uint32_t tag) const {
     const PartTable::Entry& entry = entryOf(tag, site::kGetPart);
     auto part = std::make_unique<CPPByteArray>();
     part->setFromPart(*source_, entry.offset, entry.length);
-    // An array that could not be made stays empty, which must not pass for an empty part.
+    // After an allocation failure the array is empty, and must not be taken for an empty part.
     if (part->getSize() != entry.length) throw std::bad_alloc();
     return part.release();
 }
@@ -110,13 +110,14 @@ void StructuredByteArrayReader::failRequest(const char* site) const {
     throwSerializationFailure<PartNotFoundException>(site, kSecondCheck);
 }
 
-// By subtraction, because the sum of two lengths from the wire may pass 2^32.
+// Throws unless the block has `count` bytes at `offset`. Subtracts instead of adding, because the sum of two
+// lengths from a block may overflow.
 void StructuredByteArrayReader::requireBytes(uint32_t offset, uint32_t count) const {
     const uint32_t size = source_->getSize();
     if (offset > size || count > size - offset) failBounds();
 }
 
-// Gives the offset of the first part.
+// Returns the offset of the first part.
 uint32_t StructuredByteArrayReader::parseHeader() {
     const uint8_t* const bytes = source_->data();
     requireBytes(0, kFormatOffset);

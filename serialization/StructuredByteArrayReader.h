@@ -1,13 +1,15 @@
-// StructuredByteArrayReader: reads a structured block that lies in a byte array of the caller's.
+// StructuredByteArrayReader: reads a structured block in a byte array that the caller owns.
 //
-// The block is parsed once, at initialize, into a table of its parts; the data are copied from the array at
-// each request. The array therefore stays alive and unchanged while the reader is used. Requests by several
-// threads at once are fine.
+// initialize parses the block once, into a table of its parts. Each later request copies its data from the
+// array. So the array must stay alive and unchanged while the reader is in use. Several threads may make
+// requests at the same time.
 //
-// Failures: bytes that are no structured block, and requests to a reader without a block, are a
-// StructuredReaderNotInitializedException, a tag that the block does not have is a PartNotFoundException. The
-// detail names the operation, the message the check within it, the code is 0. (Where readPart finds no such
-// tag, detail and message are both "???".)
+// Exceptions (the detail names the operation, the message names the check in it, the code is 0):
+//
+// - StructuredReaderNotInitializedException if the bytes are not a structured block, or if the reader has
+//   no block;
+// - PartNotFoundException if the block has no part with the tag. (From readPart, detail and message are
+//   both "???".)
 #pragma once
 
 #include <algorithm>
@@ -22,13 +24,14 @@ class StructuredByteArrayReader : public StructuredDataReader {
   public:
     StructuredByteArrayReader() = default;
 
-    /// Parses the block. A null array leaves the reader without a block. A block that is truncated or damaged
-    /// leaves the parts before the damage in the table; discard the reader then.
+    /// Parses the block. If the array is null, throws and leaves the reader without a block. If the block
+    /// is truncated or damaged, throws and keeps the parts before the damage in the table; discard the
+    /// reader then.
     ///
-    /// A reader is initialized once: a second block adds its tags to the table, and tags that both blocks
-    /// have keep the offset and length that they have in the first. The data are those of the second block
-    /// there; bytes beyond its end are never read. (getPart returns 0 for them, readPart leaves the
-    /// destination as it is, viewPart is shorter than getPartLength says.)
+    /// Initialize a reader only once. A second block adds its tags to the table, and a tag that both blocks
+    /// have keeps the offset and length from the first block. The reader then applies them to the bytes of
+    /// the second block, but never reads beyond its end. For bytes beyond the end getPart returns 0, readPart
+    /// leaves the destination unchanged, and viewPart returns a shorter part than getPartLength says.
     void initialize(const CPPByteArray* source);
 
     uint32_t getTypeNumber() const override;
@@ -36,16 +39,17 @@ class StructuredByteArrayReader : public StructuredDataReader {
     void readPart(uint32_t tag, void* destination) const override;
     uint32_t getPartLength(uint32_t tag) const override;
 
-    /// Never fails; false also without a block.
+    /// Returns whether the block has the part; false if there is no block. Never throws.
     bool hasPart(uint32_t tag) const;
 
-    /// The data of a part where they lie in the array.
+    /// The data of a part, in the caller's array.
     struct View {
         const uint8_t* data;
         uint32_t length;
     };
 
-    /// Fails as getPart does. Valid as long as the array stays unchanged.
+    /// Returns a view of a part's data. Throws what getPart throws. The view is valid as long as the array
+    /// stays unchanged.
     View viewPart(uint32_t tag) const {
         const PartTable::Entry* const entry = parts_.find(tag);
         if (source_ == nullptr || entry == nullptr) failRequest(structuredData::site::kGetPart);
@@ -54,7 +58,7 @@ class StructuredByteArrayReader : public StructuredDataReader {
         return {source_->data() + offset, std::min(entry->length, size - offset)};
     }
 
-    /// Returns what readUInt32Part returns, but fails as getPart does.
+    /// Returns what readUInt32Part returns, but throws what getPart throws.
     uint32_t viewNumber(uint32_t tag) const;
 
   private:

@@ -32,7 +32,7 @@ void storeBlockHeader(uint8_t* bytes, uint32_t typeNumber) {
     storeBigEndian(bytes + kTypeOffset, typeNumber);
 }
 
-// In one piece, which the compiler makes one store of.
+// Makes one 64-bit number of both, so that the compiler generates a single store.
 void storePartHeader(uint8_t* bytes, uint32_t tag, uint32_t length) {
     const uint64_t both = uint64_t{tag} << 32 | length;
     bytes[0] = static_cast<uint8_t>(both >> 56);
@@ -87,7 +87,7 @@ void StructuredByteArrayWriter::writeBlockHeader(uint32_t typeNumber) {
     if (!landed) failWrite(site::kWriterInitialize);
 }
 
-// As writeWholePart, for the same reason.
+// Does for a whole block what writeWholePart does for a part, for the same reason.
 bool StructuredByteArrayWriter::writeWholeBlock(uint32_t typeNumber,
                                                 std::initializer_list<StructuredPart> parts) {
     if (expanding_ == nullptr) return false;
@@ -146,9 +146,10 @@ void StructuredByteArrayWriter::requireTarget(const char* site) const {
     }
 }
 
-// Each growth costs a trip to the heap, and an array of the library's own class leaves nobody to see whether
-// header and data of a part came in one store or in two. False, and nothing changed, for other targets, and
-// where the part does not fit: then it goes step by step, as far as it gets.
+// Writes header and data of a part with a single growth of the target, because each growth is a
+// reallocation. Nobody can see the difference if the target is exactly a CPPExpandingByteArray. Returns
+// false and changes nothing for other targets, and if the part does not fit. The caller then writes step by
+// step, as far as possible.
 bool StructuredByteArrayWriter::writeWholePart(uint32_t tag, const void* bytes, uint32_t length) {
     if (expanding_ == nullptr) return false;
     uint8_t bytesOfHeader[kPartHeaderSize];
@@ -167,33 +168,32 @@ void StructuredByteArrayWriter::writePartHeader(uint32_t tag, uint32_t length) {
     advance(kPartHeaderSize, site::kWriterPartHeader);
 }
 
-// Whether the part can end within the 2^32 - 1 bytes of the longest block. A position so near to that end
-// that not even a header fits is for writePartHeader to report.
+// Returns whether the part can end within the 2^32 - 1 bytes of the longest block. Also returns true if not
+// even a header fits after the position, because writePartHeader reports that.
 bool StructuredByteArrayWriter::hasRoomForPart(uint32_t length) const {
     constexpr uint32_t kLastHeader = kLargest - kPartHeaderSize;
     return position_ > kLastHeader || length <= kLastHeader - position_;
 }
 
-// False if a byte could not be stored.
+// Returns false if a byte could not be stored.
 bool StructuredByteArrayWriter::storeCharacters(std::istream& stream, uint32_t length) {
     stream.clear();
     bool landed = true;
     for (uint32_t i = 0; i < length; ++i) {
-        // At its end the stream returns -1, whose low byte is the filler of the missing bytes.
+        // At its end the stream returns -1, whose low byte is the fill byte for missing bytes.
         landed = storeByte(position_ + i, static_cast<uint8_t>(stream.get())) && landed;
     }
     return landed;
 }
 
-// False where the byte did not land. A later byte that lands would grow the target over its place and leave a
-// 0 there, which no check of the size can see.
+// Returns false if the byte was not stored. A later byte that is stored would make the target grow and put a
+// 0 in the place of the lost byte, which no check of the size can detect.
 bool StructuredByteArrayWriter::storeByte(uint32_t offset, uint8_t value) {
     target_->setByte(offset, value);
     return offset < target_->getSize();
 }
 
-// The position stops at the largest offset instead of starting anew at 0, so that it lies beyond any target
-// for good.
+// If the position would overflow, it stays at the largest offset, so it is outside every target from then on.
 void StructuredByteArrayWriter::advance(uint32_t bytes, const char* site) {
     const bool wraps = bytes > kLargest - position_;
     position_ = wraps ? kLargest : position_ + bytes;

@@ -1,13 +1,14 @@
-// StructuredByteArrayWriter: writes a structured block into a byte array of the caller's.
+// StructuredByteArrayWriter: writes a structured block into a byte array that the caller owns.
 //
-// Every store goes through the virtual operations of the target, so an expanding array grows with the block,
-// and a plain one has its writes clipped. (A target that is just a CPPExpandingByteArray is grown once for
-// each part instead of once for its header and once for its data; the bytes and the sizes are the same.)
+// Every byte is stored through the virtual functions of the target. So an expanding array grows with the
+// block, and the writes to a plain array are clipped. (If the target is exactly a CPPExpandingByteArray, and
+// not of a derived class, it grows once per part instead of once for the header and once for the data. The
+// bytes and the sizes are the same.)
 //
-// Each operation checks after its stores that the block still lies within the target, and throws a
-// StructuredWriteFailedException if it does not. The bytes stored until then stay, and the next part follows
-// after them. Before initialize each write throws a StructuredWriterNotInitializedException and stores
-// nothing. The detail of both names the operation; the code is 0.
+// After its stores, each operation checks that the block is still within the target, and throws a
+// StructuredWriteFailedException if it is not. The bytes stored until then stay, and the next part follows
+// after them. Before initialize, each write throws a StructuredWriterNotInitializedException and stores
+// nothing. The detail of both exceptions names the operation; the code is 0.
 #pragma once
 
 #include <initializer_list>
@@ -22,20 +23,20 @@ class StructuredByteArrayWriter : public StructuredDataWriter {
   public:
     StructuredByteArrayWriter() = default;
 
-    /// Starts a block at the beginning of the target with the 10 bytes of the header. The target stays the
-    /// caller's and must live as long as anything is written.
+    /// Starts a block at the beginning of the target and writes its header of 10 bytes. The target is not
+    /// owned and must outlive all writes.
     void initialize(CPPByteArray& target, uint32_t typeNumber);
 
-    /// The same, and then writeBytesPart for each of the parts, whose bytes lie outside of the target. Bytes,
-    /// sizes and failures are those of the single calls, but a target that is just a CPPExpandingByteArray is
-    /// grown once for all of them.
+    /// Does the same, then writes each of the parts as writeBytesPart does. The bytes of the parts must be
+    /// outside the target. Bytes, sizes and exceptions are those of the single calls, but a target that is
+    /// exactly a CPPExpandingByteArray grows only once.
     void initialize(CPPByteArray& target, uint32_t typeNumber, std::initializer_list<StructuredPart> parts);
 
     void writeArrayPart(uint32_t tag, const CPPByteArray& array) override;
     void writeBytesPart(uint32_t tag, const void* bytes, uint32_t length) override;
 
-    /// A length that no block has room for is rejected before anything is stored. If the stream throws, the
-    /// next part follows after the place of the whole part.
+    /// Rejects a length that is too large for any block before it stores anything. If the stream throws, the
+    /// next part starts where it would have started after the whole part.
     void writeStreamPart(uint32_t tag, std::istream& stream, uint32_t length) override;
 
   private:
@@ -51,7 +52,7 @@ class StructuredByteArrayWriter : public StructuredDataWriter {
     void advance(uint32_t bytes, const char* site);
 
     CPPByteArray* target_ = nullptr;
-    /// The target where it is just an expanding array, and no class derived from it.
+    /// The target if it is exactly a CPPExpandingByteArray, and not of a derived class; otherwise null.
     CPPExpandingByteArray* expanding_ = nullptr;
     uint32_t position_ = 0;
 };

@@ -10,7 +10,7 @@ StructuredCharArrayReader::~StructuredCharArrayReader() = default;
 void StructuredCharArrayReader::setBuffer(const void* buffer, uint32_t length) {
     auto copy = std::make_unique<CPPByteArray>();
     copy->set(buffer, length);
-    // A copy that could not be made is no damaged block.
+    // An allocation failure must not be reported as a damaged block.
     if (copy->getSize() != length) throw std::bad_alloc();
     ownCopy_ = std::move(copy);
     initialize(ownCopy_.get());

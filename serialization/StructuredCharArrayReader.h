@@ -1,4 +1,4 @@
-// StructuredCharArrayReader: reads a structured block from a buffer that need not outlive the call.
+// StructuredCharArrayReader: reads a structured block from a buffer. The buffer may be freed after the call.
 #pragma once
 
 #include <memory>
@@ -12,8 +12,8 @@ class StructuredCharArrayReader : public StructuredByteArrayReader {
     StructuredCharArrayReader() = default;
     ~StructuredCharArrayReader() override;
 
-    /// Copies the buffer and parses the copy; fails as initialize does. The buffer may be null when length is
-    /// 0. std::bad_alloc, and the reader as it was, where there is no memory for the copy.
+    /// Copies the buffer and parses the copy. The buffer may be null if `length` is 0. Throws what initialize
+    /// throws. If the copy cannot be allocated, throws std::bad_alloc and leaves the reader unchanged.
     void setBuffer(const void* buffer, uint32_t length);
 
   private:

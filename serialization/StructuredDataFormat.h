@@ -1,18 +1,19 @@
-// The structured block: the one serialized form of records and lists.
+// The structured block: the only serialized form of records and lists.
 //
 //   offset 0   4 bytes  "AsAk"
-//          4   2 bytes  00 01; or 00 00, and then the parts follow at once
-//          6   4 bytes  type number, big-endian; chosen by whoever writes
+//          4   2 bytes  00 01; or 00 00 if there is no type number: then the parts begin at offset 6
+//          6   4 bytes  type number, big-endian; chosen by the writer
 //         10   parts, back to back up to the end of the block
 //
 //   a part:    4 bytes  tag, big-endian
 //              4 bytes  length of the data, big-endian
 //                       data
 //
-// Framing is big-endian; a 32-bit integer that is the data of a part is little-endian. There is no count,
-// terminator or checksum. Tags come in any order; of parts with the same tag a reader sees the first.
+// The numbers of the format are big-endian; a 32-bit integer that is the data of a part is little-endian.
+// There is no count, terminator or checksum. Tags come in any order. If a tag occurs twice, readers see
+// the first part with that tag.
 //
-// Strings are their characters without a terminating zero.
+// A string is stored as its characters without a terminating NUL.
 #pragma once
 
 #include <cstdint>
@@ -30,11 +31,11 @@ constexpr uint32_t kPartsOffsetWithoutType = 6;
 constexpr uint32_t kHeaderSize = 10;
 constexpr uint32_t kPartHeaderSize = 8;
 
-/// What a reader gives as the type number of a block that has none.
+/// The type number that a reader returns for a block without one.
 constexpr uint32_t kNoTypeNumber = 0xFFFFFFFF;
 
-/// Detail texts: the place of each throw, as 8 digits of a time and 4 of a site number. A new place gets a
-/// new text.
+/// Detail texts. Each names the place of a throw: 8 hexadecimal digits of a time and 4 of a site number. A
+/// new place needs a new text.
 namespace site {
 constexpr char kWriterInitialize[] = "3842674A03C0: ";
 constexpr char kWriterPartHeader[] = "38428BF9015E: ";

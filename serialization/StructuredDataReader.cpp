@@ -15,7 +15,7 @@ uint32_t fromLittleEndian(const uint8_t* bytes) {
            static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
 }
 
-// Never fails: what is wrong is for readPart to report.
+// Returns 0 instead of throwing, because readPart then reports the failure.
 uint32_t lengthOrZero(const StructuredDataReader& reader, uint32_t tag) {
     try {
         return reader.getPartLength(tag);

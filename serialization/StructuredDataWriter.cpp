@@ -10,8 +10,8 @@
 namespace dovrel {
 namespace {
 
-// No block has room for a part of this length, so the write operations reject it. Data that are too long get
-// it instead of a length that was cut, and so do streams that cannot be positioned.
+// No block has room for a part of this length, so the write operations reject it. It is used for data that
+// are too long, instead of a truncated length, and for streams that cannot be positioned.
 constexpr uint32_t kLargest = std::numeric_limits<uint32_t>::max();
 
 uint32_t partLength(uint64_t length) {
@@ -37,7 +37,7 @@ void StructuredDataWriter::writeStringPart(uint32_t tag, const std::string& text
     CPPExpandingByteArray bytes;
     const uint32_t length = partLength(text.size());
     bytes.set(text.data(), length);
-    // An array that could not be made stays empty, which must not pass for an empty text.
+    // After an allocation failure the array is empty, and must not be taken for an empty text.
     if (bytes.getSize() != length) throw std::bad_alloc();
     writeArrayPart(tag, bytes);
 }

@@ -1,5 +1,5 @@
-// StructuredPart: a part of a structured block that is still to be written, for writers that are told all
-// parts of a block at once.
+// StructuredPart: a part that is to be written to a structured block, for writers that write all parts of a
+// block at once.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ namespace dovrel {
 
 class StructuredPart {
   public:
-    /// 4 bytes, the least significant first, whatever the order of the machine.
+    /// Returns a part of 4 bytes, least significant byte first, on every processor.
     static StructuredPart ofNumber(uint32_t tag, uint32_t number) {
         StructuredPart part(tag, nullptr, kNumberLength);
         part.isNumber_ = true;
@@ -20,12 +20,13 @@ class StructuredPart {
         return part;
     }
 
-    /// The bytes stay the caller's and must outlive the part. The pointer may be null when length is 0.
+    /// Returns a part that refers to the bytes. They are not owned and must outlive the part. The pointer may
+    /// be null if `length` is 0.
     static StructuredPart ofBytes(uint32_t tag, const void* bytes, uint32_t length) {
         return StructuredPart(tag, bytes, length);
     }
 
-    /// The same for the bytes of an array, which must not change either.
+    /// Does the same for the bytes of an array. The array must not change while the part is in use.
     static StructuredPart ofArray(uint32_t tag, const CPPByteArray& array) {
         return StructuredPart(tag, array.data(), array.getSize());
     }
@@ -33,12 +34,12 @@ class StructuredPart {
     uint32_t getTag() const { return tag_; }
     uint32_t getLength() const { return length_; }
 
-    /// May be null for a part without bytes; valid as long as the part.
+    /// Returns the bytes; may be null if there are none. Valid as long as the part.
     const void* data() const { return isNumber_ ? number_ : bytes_; }
 
-    /// Copies the bytes to where there is room for them; gives the place behind them.
+    /// Copies the bytes to `place`, which must have room for them. Returns the place after the last byte.
     uint8_t* copyTo(uint8_t* place) const {
-        // The length of a number is known when this is compiled, which saves a call.
+        // The length of a number is a compile-time constant, which saves a function call.
         if (isNumber_) {
             std::memcpy(place, number_, kNumberLength);
         } else if (length_ != 0) {
