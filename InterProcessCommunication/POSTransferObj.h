@@ -52,7 +52,7 @@ class POSTransferObj {
     uint32_t getCommand() { return readHeaderField(headerId3_); }
 
     void writeUInt32(uint32_t id, uint32_t value) { writer_.writeUInt32Part(id, value); }
-    /// The pointer may be null when length is 0.
+    /// The pointer may be null if `length` is 0.
     void writeBytes(uint32_t id, const void* bytes, uint32_t length);
     void writeByteArray(uint32_t id, const CPPByteArray& array) { writer_.writeArrayPart(id, array); }
     /// Writes the characters of the text without a terminating NUL.

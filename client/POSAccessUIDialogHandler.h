@@ -68,8 +68,8 @@ class POSAccessUIDialogHandler {
     /// not run again.
     bool reportFailure(std::unique_ptr<CPPException> failure, const char* applicationName) noexcept;
 
-    /// Does the same for a registration. A failure of type 32 is shown only if the flag is set. Before a
-    /// failure is shown, the forwarder forgets its connection if no application is registered.
+    /// Does the same for a registration. A failure of type 32 is shown only if showsRegistrationFailures is
+    /// set. Before a failure is shown, the forwarder forgets its connection if no application is registered.
     bool reportRegistrationFailure(std::unique_ptr<CPPException> failure,
                                    const char* applicationName) noexcept;
 

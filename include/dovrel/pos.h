@@ -24,8 +24,8 @@
  *
  * Pointers. A pointer must not be null unless the description of the function allows it. If it is null
  * anyway, the library sends nothing, and the call fails with an alert. The library does not change the host's
- * data and keeps no pointer to them after the call. The host must not change its data during the call. The
- * exception is applicationName, which the library copies before it does anything else.
+ * data and keeps no pointer to them after the call. The host must not change its data during the call,
+ * except applicationName, which the library copies at once.
  *
  * Sizes. Every length is a 32-bit number of bytes. A whole request or reply must be smaller than 4 GiB; on
  * Linux an Apple event carries at most 1 GiB. A request that is too large is not sent, and the call fails.
@@ -42,10 +42,9 @@
  * function, and no thread may be cancelled inside a function.
  *
  * Event loops. On Linux a helper process shows the alerts. The host needs neither an event loop nor a main
- * thread for them, and it may use any user interface toolkit. On macOS alerts run on the main thread. If
- * a call of another thread shows an alert, the alert waits until the main thread is in its event loop or run
- * loop. The call waits with it.
- * Therefore, on macOS,
+ * thread for them, and it may use any user interface toolkit. On macOS alerts run on the main thread. If a
+ * call of another thread shows an alert, the alert and the call wait until the main thread is in its event
+ * loop or run loop. Therefore, on macOS,
  *   - the main thread must not call a function while another thread may be in one. Otherwise the main thread
  *     waits for the other call, and the alert of the other call waits for the main thread;
  *   - code that the main thread's loop runs while an alert is open must not call a function.
@@ -61,9 +60,9 @@
  *
  * Server restarts. If the server has ended, the next call launches it again. The new server does not know the
  * applications and objects of the old one, so that call fails and shows the failure (except for registrations
- * and posGetInfo). To continue, the host registers its applications again and creates its objects again. It
- * can only forget an old application identifier, because the new server refuses to unregister it. It frees
- * the blocks of the old object identifiers as usual.
+ * and posGetInfo). To continue, the host registers its applications again and creates its objects again. The
+ * new server refuses to unregister an old application identifier, so the host simply stops using it. The host
+ * frees the blocks of the old object identifiers as usual.
  *
  * Processes. A session belongs to the process that opened it. After fork(), until it has executed another
  * program, the child must not call any function and must not run an atexit handler that calls one. If a
