@@ -31,11 +31,20 @@ std::string timeStamp() {
     return std::string(text) + "." + fraction.substr(1) + " ";
 }
 
-// The servers of several users write to one log, like the hosts to theirs.
-void openNewFileToAllUsers(int descriptor) {
+// Opens the log for appending. Returns -1 if that is not possible. All users may write to the folder of the logs, so
+// the path can lead anywhere: a link could name any file of this user, and a pipe would block the server.
+int openLog(const std::string& path) {
+    const int descriptor =
+        open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666);
+    if (descriptor < 0) return -1;
     struct stat status = {};
-    const bool isNew = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0;
-    if (isNew) static_cast<void>(fchmod(descriptor, 0666));
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        close(descriptor);
+        return -1;
+    }
+    // The servers of several users write to one log, like the hosts to theirs.
+    if (status.st_size == 0) static_cast<void>(fchmod(descriptor, 0666));
+    return descriptor;
 }
 
 }  // namespace
@@ -67,13 +76,8 @@ void ExchangeLog::write(const std::string& lines) {
 
 std::FILE* ExchangeLog::stream() {
     if (file_ == nullptr && !unwritable_) {
-        // A link in the log folder, which everybody may write to, could point to any file of the user's.
-        const int descriptor =
-            open(path_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0666);
-        if (descriptor >= 0) {
-            openNewFileToAllUsers(descriptor);
-            file_.reset(fdopen(descriptor, "a"));
-        }
+        const int descriptor = openLog(path_);
+        if (descriptor >= 0) file_.reset(fdopen(descriptor, "a"));
         unwritable_ = file_ == nullptr;
     }
     return unwritable_ ? stderr : file_.get();

@@ -8,11 +8,11 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <deque>
 #include <functional>
 #include <mutex>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "portability/files/FileErrors.h"
 #include "portability/posix/OpenFolder.h"
@@ -39,11 +39,20 @@ class PathTable {
   public:
     UInt32 numberOf(const std::string& path) {
         const std::lock_guard<std::mutex> lock(mutex_);
-        const auto added = numbers_.try_emplace(path, static_cast<UInt32>(paths_.size()));
-        if (added.second) {
-            paths_.push_back(path);
+        // Room for the new entry first: if memory runs out, neither of the two containers has changed.
+        paths_.emplace_back();
+        try {
+            const auto added = numbers_.try_emplace(path, static_cast<UInt32>(paths_.size() - 1));
+            if (added.second) {
+                paths_.back() = &added.first->first;
+            } else {
+                paths_.pop_back();
+            }
+            return added.first->second;
+        } catch (...) {
+            paths_.pop_back();
+            throw;
         }
-        return added.first->second;
     }
 
     bool find(UInt32 number, std::string& path) {
@@ -51,14 +60,14 @@ class PathTable {
         if (number >= paths_.size()) {
             return false;
         }
-        path = paths_[number];
+        path = *paths_[number];
         return true;
     }
 
   private:
     std::mutex mutex_;
-    std::deque<std::string> paths_;
     std::unordered_map<std::string, UInt32> numbers_;
+    std::vector<const std::string*> paths_;  // the keys of `numbers_`, in the order of their numbers
 };
 
 PathTable& pathTable() {

@@ -1,5 +1,6 @@
 #include "server/ExchangeLog.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -99,6 +100,18 @@ TEST(ExchangeLog, ALinkInPlaceOfTheFile_IsNotFollowed) {
     ExchangeLog(folder.path("Merrowd.log")).note("line");
     EXPECT_NE(testing::internal::GetCapturedStderr().find("line\n"), std::string::npos);
     EXPECT_EQ(folder.read("precious"), "content");
+}
+
+TEST(ExchangeLog, APipeInPlaceOfTheFile_DoesNotBlockAndSendsTheLinesToStandardError) {
+    const TemporaryFolder folder;
+    ASSERT_EQ(mkfifo(folder.path("Merrowd.log").c_str(), 0666), 0);
+    for (const bool hasReader : {false, true}) {
+        const int reader = hasReader ? open(folder.path("Merrowd.log").c_str(), O_RDONLY | O_NONBLOCK) : -1;
+        testing::internal::CaptureStderr();
+        ExchangeLog(folder.path("Merrowd.log")).note("line");
+        EXPECT_NE(testing::internal::GetCapturedStderr().find("line\n"), std::string::npos);
+        if (reader >= 0) close(reader);
+    }
 }
 
 TEST(ExchangeLog, AFolderThatIsNotThere_SendsTheLinesToStandardError) {
