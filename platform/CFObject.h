@@ -1,4 +1,4 @@
-// CFObject: one owned reference to a Core Foundation object, given back at the end of the scope.
+// CFObject: owns one reference to a Core Foundation object and releases it at the end of the scope.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -8,7 +8,7 @@ namespace dovrel {
 template <class Reference>
 class CFObject {
   public:
-    /// Takes over a reference that the caller owns; null is allowed.
+    /// Takes ownership of `reference`, which the caller must own. It may be null.
     explicit CFObject(Reference reference) : reference_(reference) {}
     CFObject(const CFObject&) = delete;
     CFObject& operator=(const CFObject&) = delete;

@@ -1,19 +1,19 @@
-// The environment of the process, which tests can replace.
+// The environment variables of the process. Tests can replace them.
 #pragma once
 
 #include <string>
 
 namespace dovrel {
 
-/// Gives the value of a variable, null where it is not set.
+/// Returns the value of a variable, or null if it is not set.
 using EnvironmentSource = const char* (*)(const char* name);
 
-/// The value of the variable, "" where it is not set; "", too, in a program that runs with another user's
-/// rights, because its environment comes from somebody who does not have them. Any thread, as long as none
-/// changes the environment.
+/// Returns the value of the variable, or "" if it is not set. In a program that runs with another user's
+/// rights (set-user-ID or set-group-ID), it always returns "", because the user who started it controls the
+/// environment. May be called from any thread as long as no thread changes the environment.
 std::string environmentVariable(const char* name);
 
-/// Takes the values from `source` from now on; null is the system's environment again. For tests.
+/// For tests: environmentVariable() reads from `source` from now on. Null restores the system's environment.
 void setEnvironmentSource(EnvironmentSource source);
 
 }  // namespace dovrel

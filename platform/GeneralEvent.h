@@ -1,4 +1,4 @@
-// GeneralEvent: the root of what the parts of the library tell each other.
+// GeneralEvent: the base class of the events that parts of the library send to each other.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@ class GeneralEvent {
   public:
     virtual ~GeneralEvent() = default;
 
-    /// One fixed number per class.
+    /// Returns a fixed number that is different for each class.
     virtual uint32_t eventKind() const { return 0; }
 };
 

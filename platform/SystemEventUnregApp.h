@@ -1,4 +1,4 @@
-// SystemEventUnregApp: an application was unregistered.
+// SystemEventUnregApp: the event that an application was unregistered.
 #pragma once
 
 #include "platform/GeneralEvent.h"
@@ -7,7 +7,7 @@ namespace dovrel {
 
 class SystemEventUnregApp : public GeneralEvent {
   public:
-    /// `value` identifies what was unregistered.
+    /// `value` identifies the application that was unregistered.
     explicit SystemEventUnregApp(uint32_t value) : value_(value) {}
 
     uint32_t eventKind() const override { return 1; }

@@ -1,4 +1,4 @@
-// SystemException: the failure of a call to the operating system.
+// SystemException: a call to the operating system failed.
 #pragma once
 
 #include <cstdint>
@@ -9,21 +9,22 @@ namespace dovrel {
 
 class SystemException : public CPPException {
   public:
-    /// The message is "System error: " and the code; the location (the detail text) stays "???".
+    /// Sets the message to "System error: " followed by the code. The location (the detail text) stays "???".
     explicit SystemException(int32_t errorCode);
 
-    /// The same with a location.
+    /// As above, and sets the location.
     SystemException(const char* location, int32_t errorCode);
 
-    /// A message of the caller's own; the operating system's error code is 0.
+    /// Sets the location, and `message` and `code` as the exception's own message and code.
+    /// getErrorCode() returns 0.
     SystemException(const char* location, const char* message, int64_t code);
 
     uint32_t getTypeCode() const override;
 
-    /// The operating system's status, 0 when it is not known.
+    /// Returns the operating system's status, or 0 if it is not known.
     virtual int32_t getErrorCode() const;
 
-    /// Replaces the operating system's status, and the message by "System error: " and the code.
+    /// Replaces the operating system's status. Replaces the message by "System error: " followed by the code.
     virtual void setErrorCode(int32_t errorCode);
 
   private:

@@ -1,4 +1,4 @@
-// The platform's address of a path given as bytes.
+// Makes a Core Foundation URL from a path given as bytes.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -9,8 +9,8 @@
 
 namespace dovrel {
 
-/// The URL of a file or folder, existing or not; empty when the path is empty or its bytes are not valid in
-/// `encoding`. Any thread.
+/// Returns the URL of a file or folder, which need not exist. Returns an empty object if the path is empty or
+/// its bytes are not valid in `encoding`. Any thread.
 CFObject<CFURLRef> fileURL(const std::string& path, CFStringEncoding encoding);
 
 }  // namespace dovrel

@@ -51,7 +51,7 @@ bool haveSameContent(const std::string& path, const std::string& otherPath) {
     }
 }
 
-// -1 for what has no end that could be sought.
+// Returns -1 if the file cannot be sought (a pipe).
 long lengthOf(std::FILE* file) {
     if (std::fseek(file, 0, SEEK_END) != 0) return -1;
     const long length = std::ftell(file);
@@ -69,8 +69,8 @@ std::string withLineFeedsOnly(const std::string& text) {
     return result;
 }
 
-// The path for use inside the single quotes of a shell: a quote in it closes them, stands for itself, and
-// opens them again.
+// Escapes the path for use inside the single quotes of a shell. A single quote in it becomes: closing quote,
+// escaped quote, opening quote.
 std::string quotable(const std::string& path) {
     std::string result;
     for (const char c : path) {
@@ -92,13 +92,13 @@ bool grantAllPermissions(const FSRef& reference) {
     FSCatalogInfo info;
     if (FSGetCatalogInfo(&reference, kFSCatInfoPermissions, &info, nullptr, nullptr, nullptr) != noErr)
         return true;
-    // The field has another type in 32-bit headers; its address serves both.
+    // The field has a different type in 32-bit headers; a pointer to it can be converted in both.
     auto* const permissions = reinterpret_cast<FSPermissionInfo*>(&info.permissions);
     permissions->mode = static_cast<UInt16>(permissions->mode | kAllPermissions);
     return FSSetCatalogInfo(&reference, kFSCatInfoPermissions, &info) == noErr;
 }
 
-// The folder in which the last component of a path lies, and that component.
+// Splits a path into its last component and the folder that contains it.
 struct SplitPath {
     explicit SplitPath(std::string path) {
         while (path.size() > 1 && path.back() == '/')
@@ -108,15 +108,16 @@ struct SplitPath {
         name = slash == std::string::npos ? path : path.substr(slash + 1);
     }
 
-    // Whether the path ends in no entry that its parent could have: it is empty, or the root, or ends in a
-    // dot or two.
+    // Returns whether the last component can be an entry of its parent folder. It cannot if the path is empty
+    // or "/", or if it ends in "." or "..".
     bool hasEntry() const { return !name.empty() && name != "." && name != ".."; }
 
     std::string parent = ".";
     std::string name;
 };
 
-// The name of a file as the File Manager takes it, which has slash and colon the other way round.
+// Returns a file name as the File Manager takes it: there, a slash in a name stands
+// for the colon of the path.
 std::vector<UniChar> fileManagerName(const std::string& utf8) {
     const CFObject<CFStringRef> text(
         CFStringCreateWithCString(kCFAllocatorDefault, utf8.c_str(), kCFStringEncodingUTF8));
@@ -132,7 +133,7 @@ std::vector<UniChar> fileManagerName(const std::string& utf8) {
 
 std::string readWholeFile(const std::string& path, bool normaliseLineEnds) {
     const OpenFile file = openForReading(path);
-    // What has no end that could be sought cannot be read as a whole.
+    // A file that cannot be sought cannot be read as a whole.
     const long length = lengthOf(file.get());
     if (length < 0) throw newOpeningFailure(path);
 
@@ -162,7 +163,8 @@ bool copyFileWithShell(const char* source, const char* destination, bool onlyIfM
     const int status = std::system(command.c_str());
     const std::string copy =
         isFolder(destination) ? std::string(destination) + "/" + SplitPath(source).name : destination;
-    // The status is lost if the host ignores SIGCHLD or waits for every child.
+    // `std::system` returns -1 if the host ignores SIGCHLD or waits for all its children. Then the contents
+    // are compared to find out whether the copy succeeded.
     if (status == 0 || (status == -1 && haveSameContent(source, copy))) grantAllPermissions(copy);
     return true;
 }

@@ -1,55 +1,57 @@
-// Whole-file reading and writing, and what else the library does to files and folders.
+// Reads and writes whole files, and copies, renames, deletes and creates files and folders.
 //
-// Paths are byte strings, absolute or relative. The calls of the language take their bytes as they are; the
-// calls of the platform take them as UTF-8 where a folder is created and as Mac Roman everywhere else. A path
-// outside ASCII can therefore name one file to the first kind of call and another, usually none, to the
-// second.
+// Paths are byte strings, absolute or relative. C library functions such as `fopen` take the bytes unchanged.
+// Functions of the platform take them as UTF-8 when a folder is created, and as Mac Roman in all other cases.
+// A path with bytes outside ASCII can therefore name one file for the C library and another file (usually one
+// that does not exist) for the platform.
 //
-// What the library creates is opened to all users of the machine. Failures are a false answer unless it says
-// otherwise; no file stays open.
+// The library grants all users all permissions on what it creates. Functions return false on failure unless
+// their comment says otherwise. No function leaves a file open.
 #pragma once
 
 #include <string>
 
 namespace dovrel {
 
-/// The file's content up to its first NUL byte; with `normaliseLineEnds` every CR LF and every lone CR in it
-/// becomes LF. Throws a new CPPException with the message "Could not open file for reading: " and the path
-/// when there is no such file or it is a folder.
+/// Returns the file's content up to its first NUL byte. With `normaliseLineEnds`, every CR LF and every CR
+/// without LF in it becomes LF. Throws a new CPPException with the message "Could not open file for reading:
+/// " and the path if the file does not exist, cannot be opened, is a folder, or cannot be sought (a pipe).
 std::string readWholeFile(const std::string& path, bool normaliseLineEnds);
 
-/// Creates the file or replaces its content by all bytes of `text`. False when not everything arrived; a file
-/// that was there then keeps its old content where FileReplacement.h promises it.
+/// Creates the file or replaces its content by all bytes of `text`. Returns false if not all bytes were
+/// written. An existing file then keeps its old content in the cases that FileReplacement.h names.
 bool writeWholeFile(const std::string& path, const std::string& text);
 
-/// Copies a file by a shell command; an existing destination is replaced, unless `onlyIfMissing` is set and
-/// it can be read. If the destination is a folder, the copy goes into it. False if nothing was tried: the
-/// destination is to stay, or a path is null. True says nothing about the command's success. The copy is opened
-/// to all users, also if the host ignores SIGCHLD.
+/// Copies a file with the shell command `cp`. An existing destination is replaced, unless `onlyIfMissing` is
+/// set and the destination can be read. If the destination is a folder, the copy goes into it. Returns false
+/// if no copy was attempted: a path is null, or `onlyIfMissing` keeps the destination. True does not mean
+/// that the command succeeded. All users get all permissions on the copy, even if the host ignores SIGCHLD.
 bool copyFileWithShell(const char* source, const char* destination, bool onlyIfMissing);
 
-/// False when the source cannot be read, the target can be read, or renaming failed.
+/// Renames `source` to `target`. Returns false if the source cannot be read, if the target exists and can be
+/// read, or if renaming fails.
 bool renameIfTargetMissing(const std::string& source, const std::string& target);
 
-/// Deletes a file, or an empty folder, by the call of the language.
+/// Deletes a file or an empty folder with the C library's `remove`.
 bool removeFile(const std::string& path);
 
-/// Deletes a file, or an empty folder, by the File Manager.
+/// Deletes a file or an empty folder with the File Manager.
 bool deleteFileObject(const std::string& path);
 
-/// Whether the file can be opened for reading.
+/// Returns whether the file can be opened for reading.
 bool fileExists(const std::string& path);
 
-/// Whether the File Manager knows a file or folder by that path, readable or not.
+/// Returns whether the File Manager finds a file or folder at the path, even if it cannot be read.
 bool pathExists(const std::string& path);
 
-/// Creates the last component of the path in the folder before it, which must exist. Slashes at the end do
-/// not count. True also if the folder exists already (including "/", "." and ".."); it is then left as it is.
-/// False for an empty path.
+/// Creates the folder that the last component of the path names. Its parent folder must exist. Slashes at the
+/// end of the path are ignored. Also returns true if the folder exists already (including "/", "." and "..");
+/// it is then not changed. Returns false for an empty path.
 bool createFolder(const std::string& path);
 
-/// Lets owner, group and others read, write and execute; no permission is taken away. True when that was
-/// written, and also when the permissions cannot be read, in which case nothing is changed.
+/// Adds read, write and execute permission for owner, group and others. No permission is removed.
+/// Returns true if the permissions were written. Also returns true if they cannot be read;
+/// nothing is changed in this case.
 bool grantAllPermissions(const std::string& path);
 
 }  // namespace dovrel

@@ -1,4 +1,4 @@
-// Writing to an open file by its descriptor.
+// Writes to an open file by its file descriptor.
 #pragma once
 
 #include <sys/types.h>
@@ -8,13 +8,14 @@
 
 namespace dovrel {
 
-/// Writes all bytes at the offset, which may lie beyond the file's end; goes on after an interruption. False
-/// with errno set if they did not all arrive.
+/// Writes all bytes at the offset, which may be beyond the file's end. Continues after an interruption by a
+/// signal. Returns false, with errno set, if not all bytes were written.
 bool writeAt(int descriptor, const char* bytes, size_t size, off_t offset);
 
-/// Gives a plain file of `oldSize` bytes the content `text`, in place. The file grows first, so that it keeps
-/// its old content if there is no room for the new one; only a file system that never writes a block in its
-/// old place can still run out of room later. False if the content did not arrive as a whole.
+/// Replaces the content of a regular file of `oldSize` bytes by `text`, in place. The file grows first, so
+/// it keeps its old content if there is no space for the new content. Space can still run out later only
+/// on a file system that never writes a block in its old place (copy on write). Returns false if not all
+/// of the content was written.
 bool overwrite(int descriptor, off_t oldSize, const std::string& text);
 
 }  // namespace dovrel

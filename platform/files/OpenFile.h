@@ -1,4 +1,4 @@
-// An open file of the language's file calls, closed at the end of the scope.
+// OpenFile: an open `FILE*` that is closed at the end of the scope.
 #pragma once
 
 #include <cstdio>
@@ -14,15 +14,15 @@ struct FileCloser {
 };
 using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
 
-/// The file opened with mode "rb"; never null. Throws a new CPPException with the message "Could not open
-/// file for reading: " and the path when there is no such file, it may not be read, or it is a folder.
+/// Opens the file with mode "rb". Never returns null. Throws a new CPPException with the message "Could not
+/// open file for reading: " and the path if the file does not exist, may not be read, or is a folder.
 OpenFile openForReading(const std::string& path);
 
-/// The failure that openForReading throws, for those who find later that a file cannot be read. The caller
-/// owns it.
+/// Returns the exception that openForReading throws, for callers that find out later that a file cannot be
+/// read. The caller owns it.
 CPPException* newOpeningFailure(const std::string& path);
 
-/// Whether what was opened is a folder, which the language's calls open and cannot read.
+/// Returns whether the open file is a folder. `fopen` opens folders for reading, but reading them fails.
 bool isFolder(std::FILE* file);
 
 }  // namespace dovrel

@@ -12,7 +12,7 @@ std::string fileSystemPath(const std::string& platformPath) {
     if (!url || !CFURLGetFileSystemRepresentation(url.get(), true, buffer, sizeof buffer))
         return platformPath;
     std::string path = reinterpret_cast<const char*>(buffer);
-    // The URL knows no slash at the end.
+    // The URL does not keep a slash at the end.
     if (platformPath.back() == '/' && path.back() != '/') path += '/';
     return path;
 }

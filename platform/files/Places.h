@@ -1,46 +1,47 @@
-// The fixed places of the product on a machine, each named once.
+// The fixed paths of the product on a machine. Each path is defined here and nowhere else.
 //
-// They are paths of the platform. Calls of the platform take them as they are; for the file calls of the
-// language they go through fileSystemPath first.
+// They are paths of the platform. Functions of the platform take them unchanged. For `fopen` and other C
+// library functions, convert them with fileSystemPath first.
 #pragma once
 
 #include <string>
 
 namespace dovrel::places {
 
-/// Where the product is installed.
+/// The folder in which the product is installed.
 constexpr char kInstallFolder[] = "/Library/Application Support/Tessilor/pos/";
 
 /// The install folder, relative to the local domain's application support folder.
 constexpr char kInstallFolderInApplicationSupport[] = "Tessilor/pos/";
 
-// What lies in the install folder: the server application, this library's own bundle, its sibling.
+// The bundles in the install folder: the server application, this library's own bundle, and its sibling.
 constexpr char kServerBundleName[] = "Merrowd.app";
 constexpr char kLibraryBundleName[] = "Dovrel.bundle";
 constexpr char kSiblingBundleName[] = "Brasket.bundle";
 
-// Components that are installed elsewhere.
+// Components that are installed in other folders.
 constexpr char kCompatibilityBundle[] = "/Library/Quernvale/Fenwild.bundle";
 constexpr char kManagementApplication[] = "/Applications/Halden Console.app";
 
-/// The property list that names the operating system and its version.
+/// The property list with the operating system's name and version.
 constexpr char kSystemVersionFile[] = "/System/Library/CoreServices/SystemVersion.plist";
 
-/// A bundle's property list, inside the bundle.
+/// The path of a bundle's property list, relative to the bundle.
 constexpr char kInfoPropertyList[] = "/Contents/Info.plist";
 
 constexpr char kLogFolder[] = "/Library/Logs/Tessilor/";
 
-/// The library's error log, inside the log folder.
+/// The file name of the library's error log in the log folder.
 constexpr char kErrorLogName[] = "POSDLLErrorLog.txt";
 
 }  // namespace dovrel::places
 
 namespace dovrel {
 
-/// `platformPath` (absolute, UTF-8) as the language's file calls take it. The platform itself is asked,
-/// because only it knows where its fixed places lie; on a Mac nothing changes. A slash at the end stays. A
-/// text of which no URL can be made comes back as it is.
+/// Converts `platformPath` (absolute, UTF-8) into a path for `fopen` and other C library functions.
+/// The conversion uses the platform's own function, because only the platform knows where its fixed
+/// folders are; on a Mac the path does not change. A slash at the end is kept. Returns the text
+/// unchanged if no URL can be made from it.
 std::string fileSystemPath(const std::string& platformPath);
 
 }  // namespace dovrel

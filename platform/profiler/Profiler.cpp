@@ -16,7 +16,8 @@ std::unique_ptr<ProfilerNode> newRoot() {
     return std::make_unique<ProfilerNode>(nullptr, nullptr);
 }
 
-// A text buffer that is dropped, each piece as it comes: the tree of a deep recursion is gigabytes of text.
+// A stream buffer that discards the text as it arrives. The tree of a deep recursion can be gigabytes of
+// text, so it is not collected.
 class DroppedText : public std::streambuf {
   protected:
     int_type overflow(int_type character) override { return traits_type::not_eof(character); }
@@ -25,7 +26,7 @@ class DroppedText : public std::streambuf {
 
 }  // namespace
 
-// Holds the busy flag until the end of the scope, however it is left.
+// Sets the busy flag, and clears it at the end of the scope, also when an exception leaves the scope.
 class Profiler::Busy {
   public:
     explicit Busy(Profiler& profiler) : flag_(profiler.busy_) {
@@ -52,7 +53,7 @@ void Profiler::enter(const char* name) {
     ProfilerNode& call = current_->addChild(name);
     call.setStart(arrival);
     current_ = &call;
-    // Once more, so that the profiler's own work is not counted as the method's.
+    // Reads the clock again, so that the profiler's own work is not counted as the method's.
     call.setStart(clock_());
 }
 

@@ -1,8 +1,8 @@
-// Profiler: keeps the calls of instrumented methods as a tree and prints where the time went.
+// Profiler: records the calls of instrumented methods as a tree and reports how much time they took.
 //
-// A method is instrumented by one ProfilerScope. Every operation waits, without sleeping, until no other one
-// runs; none may be called from inside another. All threads share one current call, so only one thread should
-// be profiled at a time.
+// A method is instrumented by one ProfilerScope. Only one operation runs at a time; the others spin until it
+// ends. No operation may be called from inside another operation. All threads share one current call, so
+// profile only one thread at a time.
 #pragma once
 
 #include <atomic>
@@ -14,7 +14,7 @@
 
 namespace dovrel {
 
-/// The processor time of the process in the units of the standard library's clock, modulo 2^32.
+/// Returns the processor time of the process in `clock()` units, modulo 2^32.
 uint32_t processorClock();
 
 class Profiler {
@@ -25,20 +25,22 @@ class Profiler {
     Profiler(const Profiler&) = delete;
     Profiler& operator=(const Profiler&) = delete;
 
-    /// A call begins. `name` must stay valid until the next reset.
+    /// Records that a call begins. `name` is not copied and must stay valid until the next reset.
     void enter(const char* name);
 
-    /// The current call ends and its caller is current again. At the root only the root's end changes.
+    /// Records that the current call ends. Its caller becomes the current call. If no call is open, only the
+    /// end time of the root changes.
     void leave();
 
-    /// The same; with `printOnExit` the profile is then rendered, dropped and reset.
+    /// As leave(). With `printOnExit`, it then also renders the call tree, discards the
+    /// text, and resets the profiler.
     void leaveAndDump(bool printOnExit);
 
-    /// Forgets all calls, also open ones.
+    /// Deletes all recorded calls, including open calls.
     void reset();
 
-    /// Prints the report; the calls stay. The format flags, width, fill and locale of the stream are neither
-    /// used nor changed.
+    /// Prints the report and keeps the recorded calls. The stream's format flags, width, fill and locale are
+    /// neither used nor changed.
     void report(std::ostream& stream);
 
   private:
@@ -53,8 +55,8 @@ class Profiler {
     std::atomic<bool> busy_{false};
 };
 
-/// The profiler that scopes report to, null if there is none. It stays the caller's, who takes it out before
-/// deleting it.
+/// Sets the profiler that ProfilerScope objects report to. Null means no profiler. The caller keeps ownership
+/// and must call installProfiler(nullptr) before it deletes the profiler.
 void installProfiler(Profiler* profiler);
 Profiler* installedProfiler();
 

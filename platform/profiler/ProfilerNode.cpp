@@ -2,7 +2,7 @@
 
 namespace dovrel {
 
-// Deletes the leaves first, and goes from each back to its caller, which needs no memory.
+// Deletes the leaves first and returns from each leaf to its caller. This needs neither recursion nor memory.
 ProfilerNode::~ProfilerNode() {
     ProfilerNode* node = this;
     while (node != this || !children_.empty()) {

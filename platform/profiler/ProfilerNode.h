@@ -1,7 +1,7 @@
 // ProfilerNode: one timed call in the profiler's tree.
 //
-// Trees can be as deep as the profiled code nests its calls, which may run on a small stack. So nothing here,
-// nor what works on trees, calls itself for each level.
+// The tree is as deep as the profiled code nests its calls, and that code may run on a small stack. So no
+// function of this class, and no code that walks a tree, recurses.
 #pragma once
 
 #include <cstddef>
@@ -14,15 +14,15 @@ namespace dovrel {
 
 class ProfilerNode {
   public:
-    /// `name` is not copied; it is normally a literal. Null, as `parent`, for the root only.
+    /// `name` is not copied; it is normally a string literal. `name` and `parent` are null for the root only.
     ProfilerNode(const char* name, ProfilerNode* parent) : name_(name), parent_(parent) {}
     ProfilerNode(const ProfilerNode&) = delete;
     ProfilerNode& operator=(const ProfilerNode&) = delete;
 
-    /// Deletes all calls below this one.
+    /// Deletes all calls below this call.
     ~ProfilerNode();
 
-    /// Adds a call made by this one. The node belongs to this one.
+    /// Adds a call made by this call, and returns it. This node owns the new node.
     ProfilerNode& addChild(const char* name);
 
     void setStart(uint32_t clock) { start_ = clock; }
@@ -32,22 +32,22 @@ class ProfilerNode {
     ProfilerNode* getParent() const { return parent_; }
     uint32_t getStart() const { return start_; }
 
-    /// 0 while the call is open.
+    /// Returns 0 while the call is open.
     uint32_t getEnd() const { return end_; }
 
-    /// In order of entry.
+    /// The calls that this call made, in order of entry.
     const std::vector<std::unique_ptr<ProfilerNode>>& getChildren() const { return children_; }
 
-    /// Calls `visit(node, depth)` for each call below this one, callers before the calls that they make, in
-    /// order of entry. The depth of this node's children is 1. std::bad_alloc if there is no memory for the
-    /// way back.
+    /// Calls `visit(node, depth)` for each call below this one, in order of entry. A call is visited before
+    /// the calls that it made. The children of this node have depth 1. Throws std::bad_alloc if there is no
+    /// memory for the list of open callers.
     template <class Visit>
     void forEachBelow(Visit visit) const;
 
-    /// Clock units from start to end, modulo 2^32.
+    /// Returns the clock units from start to end, modulo 2^32.
     uint32_t total() const { return end_ - start_; }
 
-    /// The total without those of the children, modulo 2^32.
+    /// Returns the total minus the totals of the children, modulo 2^32.
     uint32_t self() const { return total() - childrenTotal(); }
 
     uint32_t childrenTotal() const;
@@ -62,7 +62,7 @@ class ProfilerNode {
 
 template <class Visit>
 void ProfilerNode::forEachBelow(Visit visit) const {
-    // The callers of the next call, each with the number of its children that were visited.
+    // The path from this node to the next call. Each entry holds the number of children already visited.
     std::vector<std::pair<const ProfilerNode*, size_t>> callers = {{this, 0}};
     while (!callers.empty()) {
         auto& [caller, visited] = callers.back();

@@ -28,8 +28,8 @@ std::string numberText(uint32_t time) {
     return std::to_string(asSigned(time));
 }
 
-// Unformatted, because the stream is the caller's: its width, fill, base and locale must not change the
-// report, and stay as they are.
+// Uses unformatted output. The stream belongs to the caller, so its width, fill, base and locale must not
+// affect the report and must not change.
 void print(std::ostream& stream, std::string_view text) {
     stream.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
@@ -44,7 +44,7 @@ Methods methodsBelow(const ProfilerNode& root) {
     return methods;
 }
 
-// Largest first; the names of the table stay in their order where times are equal.
+// Sorts the largest time first. Methods with equal times stay sorted by name.
 std::vector<Method> sortedBy(uint32_t MethodTimes::*time, const Methods& methods) {
     std::vector<Method> sorted(methods.begin(), methods.end());
     std::stable_sort(sorted.begin(), sorted.end(), [time](const auto& a, const auto& b) {

@@ -1,5 +1,5 @@
-// What the profiler prints about a tree of calls. Every number is printed as a signed 32-bit integer. The
-// format flags, width, fill and locale of the stream are neither used nor changed.
+// Prints the profiler's report about a tree of calls. Every number is printed as a signed 32-bit integer. The
+// stream's format flags, width, fill and locale are neither used nor changed.
 #pragma once
 
 #include <iosfwd>
@@ -8,12 +8,12 @@
 
 namespace dovrel {
 
-/// One line for each call below the root, callers before what they call: a blank for each level, name, total,
-/// self.
+/// Prints one line for each call below the root, a caller before the calls that it made: one blank per level,
+/// then name, total time and self time.
 void printCallTree(const ProfilerNode& root, std::ostream& stream);
 
-/// The call tree, then the methods by their own time with its share of all the time, then the methods by
-/// total time. A method that calls itself is counted at every level.
+/// Prints the call tree, then the methods sorted by self time with their percentage of the whole time, then
+/// the methods sorted by total time. A recursive method is counted at every level.
 void printProfilerReport(const ProfilerNode& root, std::ostream& stream);
 
 }  // namespace dovrel

@@ -15,7 +15,7 @@ ProfilerScope::~ProfilerScope() {
     try {
         profiler->leaveAndDump(printOnExit_);
     } catch (...) {
-        // Without memory there is no profile to drop; the instrumented method goes on all the same.
+        // Out of memory: the recorded calls are kept. The instrumented method must not fail because of this.
     }
 }
 

@@ -1,4 +1,4 @@
-// BaseRandom: a source of random bits and words. Not for secrets. One thread at a time.
+// BaseRandom: the interface of a source of random bits and words. Not for secrets. Not thread-safe.
 #pragma once
 
 #include <cstdint>
@@ -9,10 +9,10 @@ class BaseRandom {
   public:
     virtual ~BaseRandom() = default;
 
-    /// Starts the sequence that belongs to `value`.
+    /// Restarts the source with the sequence for the seed `value`.
     virtual void seed(uint32_t value) = 0;
 
-    /// 0 or 1.
+    /// Returns 0 or 1.
     virtual uint32_t nextBit() = 0;
 
     virtual uint32_t next32() = 0;

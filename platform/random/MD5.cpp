@@ -11,7 +11,7 @@ namespace {
 constexpr size_t kSteps = 64;
 constexpr size_t kLengthSize = 8;
 
-// Step i adds the whole part of 2^32 times the absolute sine of i + 1.
+// Step i adds the integer part of 2^32 * |sin(i + 1)|.
 constexpr std::array<uint32_t, kSteps> kSines = {
     0xd76aa478, 0xe8c7b756, 0x242070db, 0xc1bdceee, 0xf57c0faf, 0x4787c62a, 0xa8304613, 0xfd469501,
     0x698098d8, 0x8b44f7af, 0xffff5bb1, 0x895cd7be, 0x6b901122, 0xfd987193, 0xa679438e, 0x49b40821,
@@ -22,10 +22,11 @@ constexpr std::array<uint32_t, kSteps> kSines = {
     0xf4292244, 0x432aff97, 0xab9423a7, 0xfc93a039, 0x655b59c3, 0x8f0ccc92, 0xffeff47d, 0x85845dd1,
     0x6fa87e4f, 0xfe2ce6e0, 0xa3014314, 0x4e0811a1, 0xf7537e82, 0xbd3af235, 0x2ad7d2bb, 0xeb86d391};
 
-// The four rotations that each round repeats.
+// Each round repeats its four rotations.
 constexpr uint32_t kRotations[4][4] = {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
 
-// Which word of the block a step takes: the first of its round, and from step to step so many further.
+// The block's word that each step uses: the first step of a round uses kFirstWord, and each further step
+// moves on by kWordDistance (modulo 16).
 constexpr size_t kFirstWord[4] = {0, 1, 5, 0};
 constexpr size_t kWordDistance[4] = {1, 5, 3, 7};
 
@@ -35,18 +36,18 @@ uint32_t rotateLeft(uint32_t value, uint32_t bits) {
     return value << bits | value >> (32 - bits);
 }
 
-// Adds the round's function of the words x, y and z. Each step waits for the x that the one before it
-// computes, so x comes in as late as can be.
+// Adds the round's function of x, y and z to `sum`. Each step needs the x that the step before it computes,
+// so `x` is used as late as possible.
 template <size_t round>
 uint32_t addMixed(uint32_t sum, uint32_t x, uint32_t y, uint32_t z) {
     if constexpr (round == 0) return sum + (z ^ (x & (y ^ z)));
-    if constexpr (round == 1) return sum + (y & ~z) + (x & z);  // the two have no bit in common
+    if constexpr (round == 1) return sum + (y & ~z) + (x & z);  // "+" works as "|": no bit is set in both
     if constexpr (round == 2) return sum + (x ^ (y ^ z));
     if constexpr (round == 3) return sum + (y ^ (x | ~z));
 }
 
-// The roles of the four chaining words move on by one with each step, known at compile time so that none is
-// copied.
+// The roles of the four chaining words rotate by one with each step. The index is known at compile time,
+// so that no word is copied.
 template <size_t i>
 void step(std::array<uint32_t, 4>& chain, const Words& words) {
     constexpr size_t round = i / 16;
@@ -91,7 +92,7 @@ void MD5::update(const void* bytes, size_t length) {
 }
 
 MD5::Digest MD5::digest() const {
-    // What is left of the message, a one bit, zeros, and at the end of a block the length.
+    // The padding: the rest of the message, a one bit, zeros, and the message length at the end of a block.
     const size_t used = static_cast<size_t>(bitCount_ / 8 % kBlockSize);
     const size_t blocks = used < kBlockSize - kLengthSize ? 1 : 2;
     std::array<uint8_t, 2 * kBlockSize> end{};

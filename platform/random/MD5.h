@@ -1,4 +1,5 @@
-// MD5: the message digest of RFC 1321. Long broken as a protection; here it only mixes and identifies.
+// MD5: the message digest of RFC 1321. It is not safe against attackers; it is used here only to mix
+// bits and to identify content.
 #pragma once
 
 #include <array>
@@ -11,10 +12,10 @@ class MD5 {
   public:
     using Digest = std::array<uint8_t, 16>;
 
-    /// Adds bytes to the message; `bytes` may be null when `length` is 0.
+    /// Appends bytes to the message. `bytes` may be null if `length` is 0.
     void update(const void* bytes, size_t length);
 
-    /// The digest of the message so far, which can go on afterwards.
+    /// Returns the digest of the message so far. More bytes can be appended afterwards.
     Digest digest() const;
 
   private:
@@ -26,7 +27,7 @@ class MD5 {
 
     Chain chain_{0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476};
     uint64_t bitCount_ = 0;
-    std::array<uint8_t, kBlockSize> buffer_{};  // the bytes behind the last whole block
+    std::array<uint8_t, kBlockSize> buffer_{};  // the bytes after the last whole block
 };
 
 }  // namespace dovrel

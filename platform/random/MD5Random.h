@@ -1,7 +1,7 @@
 // MD5Random: random bits from a chain of MD5 digests.
 //
-// A pool of 16 bytes is added to a message that never ends; the digest of the message so far is the next
-// pool.
+// The pool holds 16 bytes. To renew it, they are appended to a message that never ends, and the digest of the
+// message so far becomes the new pool.
 #pragma once
 
 #include "platform/random/BaseRandom.h"
@@ -11,14 +11,16 @@ namespace dovrel {
 
 class MD5Random : public BaseRandom {
   public:
-    /// Restarts the message and the pool. Where the next bit is taken from does not change: bits that are
-    /// left are those of the new pool, before its first digest.
+    /// Restarts the message and refills the pool from `value`. The position of the next bit does not
+    /// change: if the old pool had unused bits, the bits at the same positions of the new pool come
+    /// next, before its first digest.
     void seed(uint32_t value) override;
 
-    /// The next bit of the pool, the lowest bit of each byte first; when all 128 are used up, of a new pool.
+    /// Returns the next bit of the pool, from the lowest bit of each byte to the highest. Renews the pool
+    /// after all 128 bits are used.
     uint32_t nextBit() override;
 
-    /// The first four bytes of a new pool. The next bit is the one behind them.
+    /// Renews the pool and returns its first four bytes. nextBit() then continues with the bit after them.
     uint32_t next32() override;
 
   private:

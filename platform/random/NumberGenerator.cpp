@@ -18,13 +18,13 @@ constexpr uint32_t kUpperMask = 0x80000000;
 constexpr uint32_t kLowerMask = 0x7FFFFFFF;
 constexpr uint32_t kMatrix = 0x9908B0DF;
 
-// A word of the next generation, from a word, its successor, and the word kMiddle further on.
+// Returns a word of the next generation. `middle` is the word kMiddle places after `word`.
 uint32_t twist(uint32_t word, uint32_t successor, uint32_t middle) {
     const uint32_t joined = (word & kUpperMask) | (successor & kLowerMask);
     return middle ^ joined >> 1 ^ ((successor & 1u) != 0 ? kMatrix : 0u);
 }
 
-// Differs between two constructions in one second, and between processes.
+// Returns a word that differs between two constructor calls within one second, and between processes.
 uint64_t varyingWord() {
     const auto fresh = std::make_unique<uint64_t>();
     const auto ticks = static_cast<uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());

@@ -1,8 +1,7 @@
-// NumberGenerator: the Mersenne Twister MT19937 in its form of 1998.
+// NumberGenerator: the Mersenne Twister MT19937 in its version of 1998.
 //
-// There is one state for the whole process, and every construction seeds it anew. It can be used without any
-// object; if nothing seeded it, it seeds itself with 4357. Not guarded, one thread at a time. Not for
-// secrets.
+// There is one state for the whole process, and every constructor seeds it again. The static functions work
+// without an object; a state that was never seeded is seeded with 4357. Not thread-safe. Not for secrets.
 #pragma once
 
 #include <array>
@@ -13,23 +12,24 @@ namespace dovrel {
 
 class NumberGenerator {
   public:
-    /// Seeds the state from `argument`, the calendar time and an arbitrary word.
+    /// Seeds the state from `argument`, the calendar time and a word that varies from call to call.
     explicit NumberGenerator(uint32_t argument);
     virtual ~NumberGenerator() = default;
 
-    /// Seeds the state; with 0 every output is 0.
+    /// Seeds the state. With the seed 0, every output is 0.
     static void seed(uint32_t value);
 
-    /// The next 32 random bits.
+    /// Returns the next 32 random bits.
     static uint32_t next() {
         if (index_ >= kWords) regenerate();
         return temper(words_[index_++]);
     }
 
-    /// A number from 1000 to 100998.
+    /// Returns a number from 1000 to 100998.
     static uint32_t nextNumber() { return next() % 99999 + 1000; }
 
-    /// The seed of a construction at `seconds` of calendar time with the arbitrary word `word`; never 0.
+    /// Returns the seed that the constructor uses at the calendar time `seconds` with the
+    /// varying word `word`. Never 0.
     static uint32_t seedOfConstruction(uint32_t argument, int64_t seconds, uint64_t word);
 
   private:
@@ -46,7 +46,7 @@ class NumberGenerator {
     }
 
     static std::array<uint32_t, kWords> words_;
-    static size_t index_;  // of the next word; kWords when all are used
+    static size_t index_;  // index of the next word; kWords if all words are used
 };
 
 }  // namespace dovrel

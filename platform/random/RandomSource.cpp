@@ -10,7 +10,7 @@ namespace {
 
 bool usesMD5 = true;
 
-/// Never destroyed: exit handlers of the host may run after the library's destructors.
+/// Never destroyed, because exit handlers of the host may run after the library's destructors.
 template <class Source>
 BaseRandom& lasting() {
     static Source& instance = *new Source;

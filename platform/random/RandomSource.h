@@ -1,19 +1,20 @@
-// The random source of the process: one of the two BaseRandom sources. Each is made at its first use (which
-// throws std::bad_alloc if memory runs out) and lives as long as the process, its exit handlers included. Not
-// guarded, one thread at a time.
+// The random source of the process: one of two BaseRandom objects. Each is constructed at its first
+// use (which throws std::bad_alloc if memory runs out). It is never destroyed, so exit handlers can
+// still use it. Not thread-safe.
 #pragma once
 
 #include <cstdint>
 
 namespace dovrel {
 
-/// True selects MD5Random, which is also the first selection, false StdLibRandom. Each keeps its own state.
+/// Selects MD5Random if `useMD5` is true, otherwise StdLibRandom. MD5Random is selected at the start.
+/// Each keeps its own state.
 void selectRandomSource(bool useMD5);
 
-/// Starts the selected source's sequence that belongs to `value`.
+/// Restarts the selected source with the sequence for the seed `value`.
 void seedRandom(uint32_t value);
 
-/// 0 or 1.
+/// Returns 0 or 1.
 uint32_t nextRandomBit();
 
 uint32_t nextRandom32();

@@ -1,4 +1,5 @@
-// StdLibRandom: random bits from the standard library's rand, whose state belongs to the process.
+// StdLibRandom: random bits from `rand()` of the standard library, whose state is
+// shared by the whole process.
 #pragma once
 
 #include "platform/random/BaseRandom.h"
@@ -7,17 +8,17 @@ namespace dovrel {
 
 class StdLibRandom : public BaseRandom {
   public:
-    /// Bits that are left of the last drawn value are still handed out.
+    /// Seeds `rand()`. Unused bits of the last drawn value are still returned first.
     void seed(uint32_t value) override;
 
-    /// The low 15 bits of each drawn value, lowest first.
+    /// Returns the low 15 bits of each drawn value, lowest bit first.
     uint32_t nextBit() override;
 
-    /// Three drawn values, 15 bits apart.
+    /// Combines three drawn values, shifted by 0, 15 and 30 bits.
     uint32_t next32() override;
 
   private:
-    static constexpr uint32_t kBitsOfValue = 15;  // the least that the standard promises of every library
+    static constexpr uint32_t kBitsOfValue = 15;  // the standard guarantees at least 15 bits
 
     uint32_t value_ = 0;
     uint32_t bitIndex_ = kBitsOfValue;

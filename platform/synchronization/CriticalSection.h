@@ -1,4 +1,4 @@
-// CriticalSection: lets one thread at a time into a region of code, which it may enter again while inside.
+// CriticalSection: a recursive lock. Only one thread at a time can be inside, and it may enter again.
 #pragma once
 
 #include "platform/synchronization/SynchronizationObject.h"
@@ -7,10 +7,11 @@ namespace dovrel {
 
 class CriticalSection : public SynchronizationObject {
   public:
-    /// Waits without limit until the region is free or already the caller's. Every entry needs its own leave.
+    /// Blocks without a time-out until the section is free or the calling thread is already inside. Every
+    /// call needs its own leave().
     virtual void enter() = 0;
 
-    /// To be called by the thread that entered.
+    /// Must be called by the thread that entered.
     virtual void leave() = 0;
 };
 

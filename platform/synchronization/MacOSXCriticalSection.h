@@ -1,4 +1,4 @@
-// MacOSXCriticalSection: the critical section as a critical region of Multiprocessing Services.
+// MacOSXCriticalSection: a critical section implemented with a critical region of Multiprocessing Services.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
@@ -9,11 +9,11 @@ namespace dovrel {
 
 class MacOSXCriticalSection : public CriticalSection {
   public:
-    /// Throws a SystemException when the system has no region left.
+    /// Throws a SystemException if the system cannot create a critical region.
     MacOSXCriticalSection();
     ~MacOSXCriticalSection() override;
 
-    /// Not supported: throws a `const char*`, a constant text and no exception object.
+    /// Not supported: throws a constant text as `const char*`, not an exception object.
     bool wait(int32_t timeoutMilliseconds) override;
 
     void enter() override;

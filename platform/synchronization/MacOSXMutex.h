@@ -1,4 +1,4 @@
-// MacOSXMutex: the mutex as a binary semaphore of Multiprocessing Services.
+// MacOSXMutex: a mutex implemented with a binary semaphore of Multiprocessing Services.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
@@ -9,13 +9,14 @@ namespace dovrel {
 
 class MacOSXMutex : public Mutex {
   public:
-    /// Throws a SystemException when the system has no semaphore left.
+    /// Throws a SystemException if the system cannot create a semaphore.
     MacOSXMutex();
     ~MacOSXMutex() override;
 
     bool wait(int32_t timeoutMilliseconds) override;
 
-    /// Time-outs below kWaitForever are durations of the platform: microseconds.
+    /// As Mutex::lock. Time-outs below kWaitForever are passed to the platform, which
+    /// reads them as microseconds.
     bool lock(int32_t timeoutMilliseconds) override;
     bool unlock() override;
 

@@ -1,8 +1,8 @@
-// MacOSXSynchronizationEvent: the event as an event group of Multiprocessing Services that is deleted to
-// signal it.
+// MacOSXSynchronizationEvent: an event implemented with an event group of Multiprocessing Services. Deleting
+// the group signals the event.
 //
-// The platform's own way of setting an event releases one waiter only; deleting the group releases them all,
-// and a wait on the identifier of a deleted group fails at once, which is what keeps the event signalled.
+// MPSetEvent, the platform's own way to signal, releases only one waiter. Deleting the group releases all
+// waiters. A wait on the identifier of a deleted group fails at once, so the event stays signalled.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
@@ -13,8 +13,8 @@ namespace dovrel {
 
 class MacOSXSynchronizationEvent : public SynchronizationEvent {
   public:
-    /// Both arguments are taken for the sake of other platforms and change nothing. Throws a SystemException
-    /// when the system has no event left.
+    /// Ignores both arguments, which exist for other platforms. Throws a SystemException if the
+    /// system cannot create an event.
     MacOSXSynchronizationEvent(bool manualReset, bool initiallySignalled);
 
     bool wait(int32_t timeoutMilliseconds) override;
@@ -23,8 +23,8 @@ class MacOSXSynchronizationEvent : public SynchronizationEvent {
     void reset() override;
 
   private:
-    // The destructor leaves the event group alone: a waiter that the owner overlooked goes on waiting instead
-    // of taking the end of the object for its signal.
+    // The destructor does not delete the event group. If the owner overlooked a waiter, that waiter keeps
+    // waiting; it would take the deletion for the signal.
     MPEventID event_ = kInvalidID;
 };
 

@@ -1,4 +1,4 @@
-// Mutex: a lock that starts free, is not recursive, and may be released by any thread.
+// Mutex: a lock that is free at first, is not recursive, and may be released by any thread.
 #pragma once
 
 #include "platform/synchronization/SynchronizationObject.h"
@@ -7,11 +7,11 @@ namespace dovrel {
 
 class Mutex : public SynchronizationObject {
   public:
-    /// True when the lock is now the caller's; false when it did not become free in time. 0 never blocks,
-    /// kWaitForever always waits it out. `wait` is the same operation.
+    /// Locks the mutex. Returns false if it did not become free within the time-out. 0 never blocks;
+    /// kWaitForever blocks until the mutex is free. `wait` does the same.
     virtual bool lock(int32_t timeoutMilliseconds) = 0;
 
-    /// False when the mutex was not locked.
+    /// Releases the mutex. Returns false if it was not locked.
     virtual bool unlock() = 0;
 };
 

@@ -1,7 +1,9 @@
-// SynchronizationEvent: a gate that releases all its waiters, now and later, once it has been signalled.
+// SynchronizationEvent: after it is signalled, it releases all threads that wait on it, now and
+// later, until it is reset.
 //
-// A new event is armed. `wait` with kWaitForever blocks until the event is signalled; with any other time-out
-// it only looks: there are no waits of a limited length. It answers true for a signalled event.
+// A new event is not signalled. `wait` with kWaitForever blocks until the event is signalled. With
+// any other time-out it does not block: it only returns whether the event is signalled. There are
+// no waits of limited length.
 #pragma once
 
 #include "platform/synchronization/SynchronizationObject.h"
@@ -10,11 +12,11 @@ namespace dovrel {
 
 class SynchronizationEvent : public SynchronizationObject {
   public:
-    /// Releases every waiter. The event stays signalled until it is reset. Does not touch the object any more
-    /// once a waiter can be released, so the waiter may delete it.
+    /// Releases every waiter. The event stays signalled until it is reset. After the first waiter can run,
+    /// this function no longer uses the object, so the waiter may delete it.
     virtual void signal() = 0;
 
-    /// Arms the event again. Throws a SystemException when that is not possible.
+    /// Makes the event unsignalled again. Throws a SystemException if the system cannot create a new event.
     virtual void reset() = 0;
 };
 

@@ -1,5 +1,5 @@
-// Makes the synchronization objects of the platform. The caller owns what it gets; failures are a
-// SystemException.
+// Creates the synchronization objects of the platform. The caller owns them. Every function throws a
+// SystemException if the system cannot create the object.
 #pragma once
 
 #include <memory>
@@ -14,7 +14,7 @@ std::unique_ptr<Mutex> createMutex();
 
 std::unique_ptr<CriticalSection> createCriticalSection();
 
-/// The event starts armed whatever the arguments say.
+/// The event is not signalled at first, whatever the arguments are.
 std::unique_ptr<SynchronizationEvent> createSynchronizationEvent(bool manualReset, bool initiallySignalled);
 
 }  // namespace dovrel

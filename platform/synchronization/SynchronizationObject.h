@@ -1,7 +1,7 @@
-// SynchronizationObject: what every object that threads wait on has in common.
+// SynchronizationObject: the base class of the objects that threads wait on.
 //
-// The objects are made by the functions of SynchronizationFactory.h and owned by whoever made them. They may
-// be used by any thread, but must outlive every call on them.
+// The functions of SynchronizationFactory.h create the objects, and their caller owns them. Any thread may
+// use them. An object must not be deleted during a call on it.
 #pragma once
 
 #include <cstdint>
@@ -18,8 +18,8 @@ class SynchronizationObject {
     SynchronizationObject& operator=(const SynchronizationObject&) = delete;
     virtual ~SynchronizationObject() = default;
 
-    /// Whether the object was obtained; the derived classes say what that means and which time-outs they
-    /// know.
+    /// Waits for the object. Returns whether it was obtained. The derived classes say what "obtained" means
+    /// and which time-outs they support.
     virtual bool wait(int32_t timeoutMilliseconds) = 0;
 };
 

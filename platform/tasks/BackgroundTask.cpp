@@ -11,13 +11,12 @@ namespace dovrel {
 
 namespace {
 
-// What the two threads share. The waiting thread owns it, and takes it away as soon as the event is
-// signalled.
+// Shared by the two threads. The waiting thread owns it, and destroys it as soon as the event is signalled.
 struct WorkRecord {
     const std::function<void()>& work;
     const bool dropsFailures;
     std::unique_ptr<SynchronizationEvent> done;
-    std::exception_ptr thrown;  // keeps the type that was thrown, which a catch clause may ask for
+    std::exception_ptr thrown;  // keeps the type that was thrown, for the caller's catch clauses
 };
 
 OSStatus runRecord(void* parameter) {
@@ -31,7 +30,7 @@ OSStatus runRecord(void* parameter) {
             record.thrown = std::current_exception();
         }
     } catch (...) {
-        // Nothing may leave a task's entry.
+        // A task's entry function must not throw.
         record.thrown = std::current_exception();
     }
     record.done->signal();

@@ -1,20 +1,20 @@
-// Work on a task of its own while the calling thread waits for it.
+// Runs work on its own task while the calling thread waits for the result.
 //
-// The work runs on a preemptive task; the calling thread only waits, so that the system sees its loop idle
-// and not computing. A failure of the work comes back to the caller as if it had been called directly.
+// The work runs on a preemptive task. The calling thread only waits, so the system sees it as idle, not as
+// busy computing. The caller receives the work's exceptions as if it had called the work directly.
 #pragma once
 
 #include <functional>
 
 namespace dovrel {
 
-/// Runs `work` on a task and returns when it is done. Whatever it throws is thrown here: a failure of the
-/// library by its pointer, which the catcher then owns. Throws a SystemException with the platform's status
-/// when no task can be started; the work has not run then.
+/// Runs `work` on a task and returns after `work` returned. Throws every exception that `work` throws; an
+/// exception of the library is thrown by pointer, and the catching code owns it. Throws a SystemException
+/// with the platform's status if no task can be started; `work` has then not run.
 void runInBackground(const std::function<void()>& work);
 
-/// The same, but failures of the library that leave `work` are deleted. Anything else that it throws is
-/// thrown here.
+/// As runInBackground, but deletes the library's exceptions that `work` throws instead of throwing them.
+/// Every other exception of `work` is thrown here.
 void runInBackgroundDroppingFailures(const std::function<void()>& work);
 
 }  // namespace dovrel

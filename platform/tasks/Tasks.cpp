@@ -11,7 +11,7 @@ OSStatus startTask(TaskProc entry, void* parameter) {
     MPTaskID task = kInvalidID;
     const OSStatus status = MPCreateTask(entry, parameter, 0, kInvalidID, nullptr, nullptr, 0, &task);
     if (status != noErr) {
-        // Not std::cout: the host may have set its base, width or locale.
+        // Does not use std::cout: the host may have changed its base, width or locale.
         std::printf("MPCreateTask() returned error: %d\n", static_cast<int>(status));
         std::fflush(stdout);
     }
@@ -20,7 +20,7 @@ OSStatus startTask(TaskProc entry, void* parameter) {
 
 void sleepMilliseconds(uint32_t milliseconds) {
     constexpr uint32_t kMicrosecondsOfMillisecond = 1000;
-    // In steps, because a single sleep of a second or more is more than the call promises to take.
+    // Sleeps in steps, because usleep() need not accept a million microseconds or more.
     constexpr uint32_t kLongestStep = 999;
     while (milliseconds > kLongestStep) {
         usleep(kLongestStep * kMicrosecondsOfMillisecond);

@@ -12,18 +12,18 @@ namespace {
 
 constexpr char kReplacementCharacter[] = "\xEF\xBF\xBD";
 
-/// Two-byte characters are the longest of the Mac encodings.
+/// The longest characters of the Mac encodings have two bytes.
 constexpr size_t kLongestMacCharacter = 2;
 
-/// Enough for one Mac character; the longest become about five UTF-16 units.
+/// Enough UTF-8 bytes for one Mac character; the longest become about five UTF-16 units.
 constexpr CFIndex kDecodedCapacity = 64;
 
 bool isBetween(uint8_t byte, uint8_t first, uint8_t last) {
     return byte >= first && byte <= last;
 }
 
-/// Which sequences begin with a byte. The range of the second byte excludes overlong forms, surrogates and
-/// everything beyond U+10FFFF.
+/// The UTF-8 sequences that begin with a given byte. The range of the second byte excludes overlong forms,
+/// surrogates and everything above U+10FFFF.
 struct SequenceForm {
     size_t length;  ///< 0: no sequence begins with this byte
     uint8_t secondFirst;
@@ -42,7 +42,7 @@ SequenceForm sequenceForm(uint8_t first) {
     return {0, 0, 0};
 }
 
-/// The length of the well-formed UTF-8 sequence at `at`; 0 if there is none.
+/// Returns the length of the well-formed UTF-8 sequence at `at`, or 0 if there is none.
 size_t sequenceLength(const std::string& bytes, size_t at) {
     const SequenceForm form = sequenceForm(static_cast<uint8_t>(bytes[at]));
     if (form.length > bytes.size() - at) return 0;
@@ -55,7 +55,8 @@ size_t sequenceLength(const std::string& bytes, size_t at) {
     return form.length;
 }
 
-/// Appends what `character` is in `encoding`. False, and nothing is appended, if it is not a character there.
+/// Decodes `character` with `encoding` and appends the result. Returns false and appends nothing if it is not
+/// a character of the encoding.
 bool appendDecoded(const std::string& character, CFStringEncoding encoding, std::string& text) {
     const CFObject<CFStringRef> decoded(
         CFStringCreateWithCString(kCFAllocatorDefault, character.c_str(), encoding));
@@ -67,7 +68,8 @@ bool appendDecoded(const std::string& character, CFStringEncoding encoding, std:
     return true;
 }
 
-/// Appends the Mac character at `at`, or the replacement character. Returns the number of bytes taken.
+/// Appends the Mac character at `at`, or the replacement character. Returns the number
+/// of bytes that it consumed.
 size_t appendMacCharacter(const std::string& bytes, size_t at, CFStringEncoding encoding, std::string& text) {
     for (size_t length = 1; length <= kLongestMacCharacter && length <= bytes.size() - at; ++length)
         if (appendDecoded(bytes.substr(at, length), encoding, text)) return length;

@@ -1,15 +1,15 @@
-// Texts that hosts and servers give as bytes, made readable.
+// Converts bytes from hosts and servers into readable text.
 #pragma once
 
 #include <string>
 
 namespace dovrel {
 
-/// `bytes` in UTF-8, whichever of two encodings they are in, even if both occur in one text. Every
-/// well-formed UTF-8 sequence stays as it is. All other bytes are decoded, character by character, with the
-/// Mac encoding that is most compatible with the system encoding (Mac Roman on a Western system). A byte that
-/// this encoding cannot read becomes U+FFFD. Line ends stay. The result is always well-formed and is empty
-/// only if `bytes` are. Any thread. Throws std::bad_alloc.
+/// Converts `bytes` to UTF-8. They may be in UTF-8, in a Mac encoding, or a mixture of both. Every
+/// well-formed UTF-8 sequence is kept. All other bytes are decoded, character by character, with the Mac
+/// encoding that is most compatible with the system encoding (Mac Roman on a Western system). A byte that
+/// this encoding cannot decode becomes U+FFFD. Line ends are kept. The result is always well-formed UTF-8. It
+/// is empty only if `bytes` is empty. Any thread. Throws std::bad_alloc.
 std::string readableText(const std::string& bytes);
 
 }  // namespace dovrel

@@ -89,7 +89,8 @@ int64_t textToNumber(const std::string& text, uint32_t base) {
         const size_t digit = kLowerDigits.find(c);
         if (digit == std::string_view::npos || digit >= base) {
             lastConversionFailed = true;
-            // What was read stays multiplied and without its sign: callers of old rely on it.
+            // Returns the value multiplied by the base and without the sign, because
+            // existing callers rely on it.
             return static_cast<int64_t>(value);
         }
         value += digit;

@@ -1,6 +1,6 @@
-// Conversions of byte strings: hexadecimal text, numbers in any base, ASCII case, a checksum.
+// Converts byte strings: hexadecimal text, numbers in any base, ASCII case, and a checksum.
 //
-// One byte is one character, and no locale takes part. Bytes outside ASCII are kept as they are.
+// One byte is one character, and no locale is used. Bytes outside ASCII are kept unchanged.
 #pragma once
 
 #include <cstdint>
@@ -10,40 +10,40 @@
 
 namespace dovrel {
 
-/// Whether the last textToNumber (or parseNumberLiteral) of the process met a character that is no digit of
-/// the base. Not guarded: convert on one thread at a time where the answer matters.
+/// True if the last call of textToNumber or parseNumberLiteral in this process found a character that is not
+/// a digit of the base. Not thread-safe: if you read it, convert on one thread at a time.
 extern bool lastConversionFailed;
 
-/// Two upper-case hexadecimal digits for each byte. `bytes` may be null when `count` is 0.
+/// Returns two upper-case hexadecimal digits for each byte. `bytes` may be null if `count` is 0.
 std::string bytesToHexText(const void* bytes, uint32_t count);
 std::string bytesToHexText(const CPPByteArray& bytes);
 
-/// The bytes themselves as a string.
+/// Returns the bytes unchanged as a string.
 std::string bytesToText(const CPPByteArray& bytes);
 
-/// A copy in which every byte `from` is `to`.
+/// Returns a copy in which every byte `from` is replaced by `to`.
 std::string replaceChar(const std::string& text, char from, char to);
 
-/// A copy in which only the letters A to Z have changed their case.
+/// Returns a copy with A to Z changed to lower case. All other bytes are kept.
 std::string toLowerAscii(const std::string& text);
 
-/// A copy in which only the letters a to z have changed their case.
+/// Returns a copy with a to z changed to upper case. All other bytes are kept.
 std::string toUpperAscii(const std::string& text);
 
-/// The value in a base from 2 to 36, in upper-case digits, with zeros in front if it has fewer than
-/// `minimumDigits`. There is always at least one digit.
+/// Returns the value in a base from 2 to 36, with upper-case digits and at least one digit. Zeros are put in
+/// front if it has fewer than `minimumDigits` digits.
 std::string numberToText(uint64_t value, uint32_t base, uint32_t minimumDigits);
 
-/// The value of digits of either case in a base from 2 to 36, after one sign at most; 0 if there are none.
-/// Values wrap at 64 bits. At a character that is no digit of the base lastConversionFailed is set, and the
-/// answer is what was read so far times the base, without the sign.
+/// Parses digits of either case in a base from 2 to 36, after at most one sign. Returns 0 if there are no
+/// digits. Values wrap at 64 bits. At a character that is not a digit of the base, parsing stops and sets
+/// lastConversionFailed. The result is then the value read so far multiplied by the base, without the sign.
 int64_t textToNumber(const std::string& text, uint32_t base);
 
-/// The value of a literal as programs write it: 0x and hexadecimal, 0b and binary, 0 and octal, else decimal;
-/// cut to 32 bits. Failures as with textToNumber.
+/// Parses a number literal: 0x and hexadecimal digits, 0b and binary digits, 0 and octal digits, otherwise
+/// decimal digits. The result is truncated to 32 bits. Failures are as for textToNumber.
 uint32_t parseNumberLiteral(const std::string& text);
 
-/// A short checksum of a zero-terminated text; 0 for an empty one.
+/// Returns a 16-bit checksum of a NUL-terminated text. It is 0 for an empty text.
 uint16_t textChecksum16(const char* text);
 
 }  // namespace dovrel

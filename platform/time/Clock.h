@@ -1,4 +1,4 @@
-// The calendar clock, which tests can replace.
+// The calendar clock. Tests can replace it.
 #pragma once
 
 #include <ctime>
@@ -7,10 +7,10 @@ namespace dovrel {
 
 using TimeSource = std::time_t (*)();
 
-/// The calendar time in seconds since the epoch. Any thread.
+/// Returns the calendar time in seconds since the epoch. Any thread.
 std::time_t currentTime();
 
-/// Takes the time from `source` from now on; null is the system's clock again. For tests.
+/// For tests: currentTime() calls `source` from now on. Null restores the system's clock.
 void setTimeSource(TimeSource source);
 
 }  // namespace dovrel

@@ -11,7 +11,7 @@ namespace {
 constexpr int kFirstYearOfTm = 1900;
 constexpr int kFirstYearOfDateBytes = 2000;
 
-// Where the parts lie in asctime's text, "Sun Nov 15 18:19:00 2026".
+// Offsets in asctime's text, "Sun Nov 15 18:19:00 2026".
 constexpr size_t kTimeStart = 11;
 constexpr size_t kTimeEnd = 19;
 constexpr size_t kMinutesEnd = 16;
@@ -19,7 +19,7 @@ constexpr size_t kFirstColon = 13;
 
 std::tm localTime() {
     const std::time_t now = currentTime();
-    // The standard's own localtime does this; localtime_r need not.
+    // `localtime` updates the time zone; `localtime_r` need not.
     tzset();
     std::tm parts{};
     localtime_r(&now, &parts);
@@ -32,9 +32,9 @@ std::tm utcTime(std::time_t time) {
     return parts;
 }
 
-// The dotted text, made inside asctime's buffer: the time part stays where it is, and the date part, which is
-// as long as what stood before the time, replaces that. Years without four digits have no such text; theirs
-// is cut.
+// Makes the dotted text inside asctime's buffer. The time stays in its place. The date is as long
+// as the text before the time, so it replaces that text. The date of a year without exactly four
+// digits does not fit and is cut.
 char* dottedText(std::tm parts) {
     parts.tm_isdst = 0;
     char* const text = std::asctime(&parts);

@@ -1,6 +1,6 @@
-// Dates and times as texts and as three bytes, and day arithmetic in seconds.
+// Returns dates and times as texts or as three bytes, and converts days to seconds.
 //
-// All of them start from currentTime (Clock.h). Local means the time zone of the process.
+// All functions use the time of currentTime (Clock.h). "Local" means the time zone of the process.
 #pragma once
 
 #include <cstdint>
@@ -14,33 +14,34 @@ namespace dovrel {
 
 constexpr std::time_t kSecondsOfDay = 86400;
 
-/// The seconds of that many days, which may be negative.
+/// Returns the number of seconds in `days` days. `days` may be negative.
 std::time_t secondsForDays(int32_t days);
 
-/// Local time in the form 2026.11.15 18:19:00. The text lies in the static buffer of the standard library's
-/// asctime: the next call of this function, of utcNowText or of asctime overwrites it, on whatever thread.
+/// Returns the local time in the form 2026.11.15 18:19:00. The text is in the static buffer of the
+/// standard library's `asctime`. The next call of this function, of utcNowText or of `asctime` on
+/// any thread overwrites it.
 const char* localNowText();
 
-/// The same from UTC.
+/// As localNowText, but UTC.
 const char* utcNowText();
 
-/// Local time in the form 2026.11.15 18.19.
+/// Returns the local time in the form 2026.11.15 18.19.
 std::string localNowShortText();
 
 /// Appends the local time in the form 20261115-181900.
 void appendTimestamp(std::string& text);
 
-/// The difference of local time to UTC and the zone's name, in the form +0100 (CET).
+/// Returns the offset of local time from UTC and the zone's name, in the form +0100 (CET).
 std::string timeZoneText();
 
-/// Three bytes: the year since 2000, the month (1 to 12), the day of the month (1 to 31). Without arguments
-/// the local date of today.
+/// Returns three bytes: the year since 2000, the month (1 to 12) and the day of the month (1 to 31). Without
+/// arguments it is today's local date.
 CPPByteArray dateBytes();
 
-/// The UTC date in `days` days. Around midnight it can differ from the local date also for 0.
+/// Returns the UTC date in `days` days. Even for 0 it can differ from the local date, near midnight.
 CPPByteArray dateBytes(int32_t days);
 
-/// The same with `months` added to the month byte alone, which may then exceed 12.
+/// As above, with `months` added to the month byte only. The month byte may then exceed 12.
 CPPByteArray dateBytes(int32_t days, int32_t months);
 
 }  // namespace dovrel

@@ -1,4 +1,4 @@
-// IntervalTimer: a stopwatch in milliseconds, which wraps after about 49 days.
+// IntervalTimer: a stopwatch in milliseconds. It wraps after about 49 days.
 #pragma once
 
 #include <cstdint>
@@ -8,16 +8,16 @@ namespace dovrel {
 
 class IntervalTimer {
   public:
-    /// Starts.
+    /// Starts the stopwatch.
     explicit IntervalTimer(std::string label);
 
-    /// Milliseconds since the start, modulo 2^32.
+    /// Returns the milliseconds since the start, modulo 2^32.
     uint32_t elapsed() const;
 
-    /// Sets the last mark to now. Answers the heading of the interval, `label` and " Interval time: ".
+    /// Sets the last mark to the current time. Returns `label` followed by " Interval time: ".
     std::string mark(const std::string& label);
 
-    /// The clock in milliseconds at the start, and at the last mark.
+    /// Return the clock in milliseconds at the start and at the last mark.
     uint32_t getStart() const { return start_; }
     uint32_t getLastMark() const { return lastMark_; }
 

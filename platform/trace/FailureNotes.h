@@ -1,10 +1,13 @@
-// FailureNotes: what is known about the failure of an operation besides its exception, for the error log. The
-// transport notes the platform call that failed, whose status no exception carries, and the server's error
-// codes, some of which become no exception. The frame notes thrown objects that are not of the library.
+// FailureNotes: what is known about a failed operation besides its exception, for the error log.
 //
-// The process's notes are the object that was made last. Without one, notes are dropped. Neither the making
-// nor the end may overlap with anything that makes notes, and only one thread at a time may make or read
-// them: a session does so under its lock. Running out of memory loses a note and is not a failure.
+// - The transport notes the platform call that failed. No exception carries its status.
+// - The transport also notes the server's error codes, because some of them do not become an exception.
+// - The code around an exported function notes thrown exceptions that are not the library's own.
+//
+// The most recently constructed object holds the notes of the process. If there is no object, notes are
+// discarded. No other thread may add notes while an object is constructed or destroyed. Only one thread at a
+// time may add or read notes; a session does so under its lock. A note that needs more memory than there is
+// gets lost, and this does not count as a failure.
 #pragma once
 
 #include <array>
@@ -20,7 +23,7 @@ class FailureNotes {
   public:
     struct ServerError {
         uint32_t code = 0;
-        std::string text;  ///< the bytes that the server gave
+        std::string text;  ///< the bytes that the server sent
     };
 
     FailureNotes() noexcept;
@@ -28,32 +31,32 @@ class FailureNotes {
     FailureNotes& operator=(const FailureNotes&) = delete;
     ~FailureNotes();
 
-    /// What a thrown std::exception said, such as "std::bad_alloc". Empty if none was thrown.
+    /// Returns the what() of a thrown std::exception, such as "std::bad_alloc". Empty if none was thrown.
     const std::string& foreignException() const { return foreignException_; }
 
-    /// Drops all notes. Call it before every attempt of an operation.
+    /// Deletes all notes. Call it before every attempt of an operation.
     void clear() noexcept;
 
-    /// The step that failed last, such as "wake the server: result -1712 (errAETimeout)". If steps of several
-    /// areas failed, it is one of the connection, because the others fail without a connection. Empty if no
-    /// step failed.
+    /// Returns the step that failed last, such as "wake the server: result -1712 (errAETimeout)". If steps of
+    /// several areas failed, it returns the one of the connection area, because without a connection the
+    /// others fail also. Empty if no step failed.
     const std::string& failedStep() const;
 
-    /// The server's last error answer. Nothing if there was none.
+    /// Returns the last error reply of the server, or nothing if there was none.
     const std::optional<ServerError>& serverError() const { return serverError_; }
 
-    /// The request whose exchange failed, such as "get information". Empty if none did.
+    /// Returns the request whose exchange failed, such as "get information". Empty if no exchange failed.
     const std::string& request() const { return request_; }
 
-    /// Writes the text that `makeText()` returns to the trace, as a failure, and notes it as the failed step.
-    /// `makeText` is called only if one of the two wants it.
+    /// Calls `makeText()`, writes its text to the trace as a failure, and notes it as the failed step.
+    /// `makeText` is not called if neither the trace nor the notes need the text.
     template <typename MakeText>
     static void addFailedStep(TraceArea area, const MakeText& makeText) noexcept {
         Trace::write(area, TraceLevel::kFailures, makeText);
         if (running != nullptr) note(running->failedSteps_[static_cast<size_t>(area)], makeText);
     }
 
-    /// Drops the failed step of one area, or those of all areas: a later attempt succeeded.
+    /// Deletes the failed step of one area, or of all areas, after a later attempt succeeded.
     static void dropFailedStep(TraceArea area) noexcept;
     static void dropFailedSteps() noexcept;
 
@@ -66,7 +69,7 @@ class FailureNotes {
     /// Notes a thrown std::exception by its what().
     static void addForeignException(const char* what) noexcept;
 
-    /// Notes an error answer of the server.
+    /// Notes an error reply of the server.
     static void addServerError(uint32_t code, const std::string& text) noexcept;
 
   private:

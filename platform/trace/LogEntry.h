@@ -1,4 +1,5 @@
-// LogEntry: one entry of a log, a time stamp and a message. Whoever builds or receives an entry owns it.
+// LogEntry: one entry of a log: a time stamp and a message. The code that constructs or
+// receives an entry owns it.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +15,7 @@ class LogEntry {
 
     int64_t getTimeStamp() const { return timeStamp_; }
 
-    /// Valid as long as the entry.
+    /// The reference is valid as long as the entry exists.
     const std::string& getMessage() const { return message_; }
 
   private:

@@ -78,7 +78,7 @@ constexpr NamedStatus kNamedStatuses[] = {
     NAMED(errAEDescIsNull),
     NAMED(errAEBufferTooSmall),
     NAMED(errAEEventFailed),
-    // By number: the headers of macOS 10.7 do not have them, but later systems return them.
+    // Given as numbers: the headers of macOS 10.7 do not define them, but later systems return them.
     {-1742, "errAETargetAddressNotPermitted"},
     {-1743, "errAEEventNotPermitted"},
     {-1744, "errAEEventWouldRequireUserConsent"},
@@ -115,7 +115,7 @@ constexpr NamedStatus kNamedStatuses[] = {
 
 #undef NAMED
 
-/// errno values reach callers of OSStatus functions as kPOSIXErrorBase + errno.
+/// OSStatus functions return errno values as kPOSIXErrorBase + errno.
 constexpr int32_t kLargestErrno = 999;
 
 }  // namespace

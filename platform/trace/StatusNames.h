@@ -6,12 +6,12 @@
 
 namespace dovrel {
 
-/// The name that the platform's headers give to a status of the kinds OSErr and OSStatus, such as
-/// "procNotFound" for -600. Null if the table does not have the number; 0, which is success, has no name.
+/// Returns the name that the platform's headers define for an OSErr or OSStatus, such as "procNotFound" for
+/// -600. Returns null if the table does not contain the number. 0 (success) has no name.
 const char* statusName(int32_t status);
 
-/// The number with what is known about it: "-600 (procNotFound)", "100013 (errno 13)", or the number alone.
-/// Throws std::bad_alloc.
+/// Returns the number with its name: "-600 (procNotFound)", "100013 (errno 13)". Returns the number alone if
+/// it has no name. Throws std::bad_alloc.
 std::string statusText(int32_t status);
 
 }  // namespace dovrel

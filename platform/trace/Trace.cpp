@@ -10,8 +10,8 @@ namespace dovrel {
 
 namespace {
 
-/// For its owner only, unlike other files of the library, because it may hold what a host says to its server.
-/// Never blocks, not even if the path names a pipe.
+/// Opens the file. Other files of the library are open to all users, but this one only to its owner, because
+/// it may contain what a host sends to its server. Never blocks, even if the path names a pipe.
 int openTraceFile(const std::string& path) {
     const int descriptor =
         open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
@@ -36,7 +36,7 @@ Trace::~Trace() {
     if (descriptor_ != STDERR_FILENO) close(descriptor_);
 }
 
-// In one call, so that the entries of several threads and processes do not mix.
+// Writes the entry with one call of write(), so that the entries of several threads and processes do not mix.
 void Trace::writeEntry(const std::string& text) const {
     const std::string entry =
         "dovrel " + std::to_string(getpid()) + " " + timer_.text() + " " + traceEntryText(text) + "\n";

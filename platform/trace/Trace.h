@@ -1,11 +1,12 @@
-// Trace: lines about what the library does, for people who look for the reason of a failure. An entry names
-// the process, the microseconds since the trace began, and the area:
+// Trace: writes lines about what the library does, for people who look for the cause of a failure. An entry
+// names the process, the microseconds since the trace began, and the area:
 //
 //     dovrel 4711 12345 us exchange: call method, 111 bytes: answered, 76 bytes, 123 us
 //
-// The trace is UTF-8 with line feeds; TraceText.h says what becomes of other characters and of texts of
-// several lines. The process's trace is the object that was made last. Without one, tracing costs one look at
-// a pointer, and the text of an entry is not made. Failures of the trace never reach what is traced.
+// The trace is UTF-8 with line feeds. TraceText.h says how other characters and texts of several lines are
+// written. The most recently constructed object is the trace of the process. If there is no object,
+// tracing costs one pointer comparison, and the text of an entry is not made. Failures of the trace never
+// affect the code that is traced.
 #pragma once
 
 #include <string>
@@ -17,11 +18,11 @@ namespace dovrel {
 
 class Trace {
   public:
-    /// Starts the process's trace, which ends with this object. `setting` is the text of TraceSetting.h; what
-    /// is wrong with it is the trace's first entry. The file is created, readable and writable for its owner
-    /// only, or appended to. Links are not followed. If the file cannot be opened or is not a regular file,
-    /// the trace goes to standard error. Neither the start nor the end may overlap with anything that traces.
-    /// Throws std::bad_alloc.
+    /// Starts the trace of the process, which ends when this object is destroyed. `setting` is the text that
+    /// TraceSetting.h describes. Errors in it become the first entry of the trace. The file is created with
+    /// read and write permission for its owner only; an existing file is appended to. Symbolic links are not
+    /// followed. If the file cannot be opened or is not a regular file, the trace goes to standard error. No
+    /// other thread may trace while this object is constructed or destroyed. Throws std::bad_alloc.
     explicit Trace(const std::string& setting);
     Trace(const Trace&) = delete;
     Trace& operator=(const Trace&) = delete;
@@ -31,8 +32,9 @@ class Trace {
         return running != nullptr && running->setting_.levels[static_cast<size_t>(area)] >= level;
     }
 
-    /// Writes the entry that `makeText()` returns, if it is wanted. An empty text is not written. Values that
-    /// hosts and servers give go through traceValueText() first. Any thread; entries do not mix.
+    /// Calls `makeText()` and writes its text as an entry, if the setting includes this area and level. An
+    /// empty text is not written. Pass values from hosts and servers through traceValueText() first. Any
+    /// thread; entries of several threads do not mix.
     template <typename MakeText>
     static void write(TraceArea area, TraceLevel level, const MakeText& makeText) noexcept {
         if (!wants(area, level)) return;
@@ -40,7 +42,7 @@ class Trace {
             const std::string text = makeText();
             if (!text.empty()) running->writeEntry(std::string(areaName(area)) + ": " + text);
         } catch (...) {
-            // Out of memory: an entry is missing.
+            // Out of memory: the entry is lost.
         }
     }
 

@@ -11,7 +11,7 @@ constexpr char kAllAreas[] = "all";
 constexpr TraceLevel kLevelWithoutDigit = TraceLevel::kSteps;
 constexpr std::array<const char*, kTraceAreaCount> kAreaNames = {"connection", "exchange", "session"};
 
-/// `item` is "area" or "area:level". Returns false and changes nothing if it is neither.
+/// Applies an item, which is "area" or "area:level". Returns false and changes nothing if it is neither.
 bool applyArea(const std::string& item, std::array<TraceLevel, kTraceAreaCount>& levels) {
     const size_t colon = item.find(':');
     const std::string name = item.substr(0, colon);

@@ -1,10 +1,10 @@
-// TraceSetting: what is traced, at which level, and where the trace goes, read from a text such as
+// TraceSetting: which areas are traced, at which level, and to which file. It is read from a text such as
 //
 //     connection,exchange:3,file=/tmp/dovrel.trace
 //
-// Commas separate areas; "all" is every area. A colon and a digit after an area set its level (2 without
-// them). "file=" comes last: the rest of the text is the path of the file. Without it the trace goes to
-// standard error.
+// Commas separate areas; "all" means every area. A colon and a digit after an area set its level; the
+// default is 2. "file=" must come last: the rest of the text is the path of the file. Without "file=" the
+// trace goes to standard error.
 #pragma once
 
 #include <array>
@@ -12,7 +12,7 @@
 
 namespace dovrel {
 
-/// What an entry of the trace is about.
+/// The subject of a trace entry.
 enum class TraceArea {
     kConnection,  ///< finding, launching and waking the server, and forgetting it
     kExchange,    ///< requests and replies
@@ -20,23 +20,24 @@ enum class TraceArea {
 };
 constexpr size_t kTraceAreaCount = 3;
 
-/// How much is traced. A level includes those before it.
+/// How much is traced. Each level includes the levels above it in this list.
 enum class TraceLevel {
     kOff,       ///< nothing
     kFailures,  ///< failures
-    kSteps,     ///< also every step, with sizes and times, but nothing that hosts and server say
-    kContents   ///< also what hosts and server say, in readable form
+    kSteps,     ///< also every step, with sizes and times, but without any content from hosts or server
+    kContents   ///< also the content that hosts and server send, in readable form
 };
 
 struct TraceSetting {
     TraceSetting() = default;
 
-    /// An item of the text that is neither an area nor a file becomes a problem and has no other effect.
+    /// Parses the text. An item that is neither an area nor a file is added to
+    /// `problems` and otherwise ignored.
     explicit TraceSetting(const std::string& text);
 
     std::array<TraceLevel, kTraceAreaCount> levels{};
     std::string file;      ///< "" for standard error
-    std::string problems;  ///< the items that were not understood, separated by blanks; "" if there is none
+    std::string problems;  ///< the items that were not understood, separated by blanks; may be ""
 };
 
 const char* areaName(TraceArea area);

@@ -8,7 +8,7 @@ namespace dovrel {
 
 class TraceTimer {
   public:
-    /// The time since the start: "123 us".
+    /// Returns the time since the start, such as "123 us".
     std::string text() const {
         const std::chrono::duration<double, std::micro> passed = std::chrono::steady_clock::now() - begin_;
         return std::to_string(static_cast<long long>(passed.count())) + " us";
