@@ -62,7 +62,7 @@ std::optional<std::string> bytesOfBase64(std::string_view text) {
         if (digit == kNoDigit || padding != 0) return std::nullopt;
         group = group << 6 | digit;
         ++digits;
-        // A group's bytes are complete one by one with its second, third and fourth digit.
+        // The second, third and fourth digit of a group each complete one byte.
         const size_t complete = digits % 4;
         if (complete == 2) bytes += static_cast<char>(group >> 4 & 0xFF);
         if (complete == 3) bytes += static_cast<char>(group >> 2 & 0xFF);

@@ -1,4 +1,4 @@
-// Bytes as text of the base64 alphabet (RFC 4648, with padding).
+// Converts bytes to base64 text and back (RFC 4648, with padding).
 #pragma once
 
 #include <optional>
@@ -7,11 +7,12 @@
 
 namespace dovrel {
 
-/// The text for the bytes, in one line.
+/// Returns the base64 text for the bytes, on one line.
 std::string base64Text(std::string_view bytes);
 
-/// The bytes for the text; blanks, tabs and line ends inside it are passed over. Nothing when the rest is no
-/// complete base64 text: a strange character, a missing or misplaced padding, bits set behind the last byte.
+/// Returns the bytes of a base64 text. Blanks, tabs and line ends in it are ignored. Returns nothing if the
+/// rest is not complete base64 text: it contains another character, the padding is missing or misplaced, or
+/// bits after the last byte are set.
 std::optional<std::string> bytesOfBase64(std::string_view text);
 
 }  // namespace dovrel

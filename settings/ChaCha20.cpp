@@ -8,7 +8,7 @@ namespace {
 
 using State = std::array<uint32_t, 16>;
 
-// "expand 32-byte k", the constant that the cipher's definition puts into the first four words.
+// The first four words of the state: the text "expand 32-byte k", as RFC 8439 defines it.
 constexpr std::array<uint32_t, 4> kConstantWords{0x61707865, 0x3320646e, 0x79622d32, 0x6b206574};
 constexpr int kDoubleRounds = 10;
 

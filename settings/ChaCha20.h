@@ -1,7 +1,7 @@
-// The stream cipher ChaCha20 in the form of RFC 8439: 32-byte key, 12-byte nonce, 32-bit block counter.
+// The stream cipher ChaCha20 as in RFC 8439: 32-byte key, 12-byte nonce, 32-bit block counter.
 //
-// It hides a text from whoever lacks the key; it does not notice a text that was changed. One nonce must
-// never serve two texts under one key: the two could then be told from their difference.
+// It hides a text from readers without the key, but does not detect changes to the text. Never use one nonce
+// for two texts with the same key: both texts could be recovered from their difference.
 #pragma once
 
 #include <array>
@@ -15,11 +15,11 @@ using Key = std::array<uint8_t, 32>;
 using Nonce = std::array<uint8_t, 12>;
 using Block = std::array<uint8_t, 64>;
 
-/// One block of the key stream.
+/// Returns one block of the key stream.
 Block keyStreamBlock(const Key& key, uint32_t counter, const Nonce& nonce);
 
-/// The text combined with the key stream from block `counter` on; doing it again gives the text back. For
-/// texts below 256 GiB, where the counter starts anew.
+/// Returns the text XORed with the key stream from block `counter` on. Applying it twice returns the original
+/// text. For texts below 256 GiB, because the counter then wraps.
 std::string apply(const Key& key, uint32_t counter, const Nonce& nonce, std::string_view text);
 
 }  // namespace dovrel::chaCha20

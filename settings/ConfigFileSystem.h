@@ -1,10 +1,10 @@
-// ConfigFileSystem: configuration files as a whole. Reads one into memory, splits it into sections of
-// properties, writes a store back to a file, and removes files.
+// ConfigFileSystem: reads a configuration file into memory, splits its text into sections of properties,
+// writes a store to a file, and removes files.
 //
-// A configuration file is a text in the line grammar (LineGrammar.h), possibly with a version entry in front,
-// possibly enciphered as a whole (EncipheredText.h). Paths are those of the language's file calls. All
-// members may be called from any thread; what two threads do to one file at the same time is up to the file
-// system.
+// A configuration file is a text in the line grammar (LineGrammar.h). It may begin with a version entry, and
+// it may be enciphered as a whole (EncipheredText.h). Paths are passed to `fopen` and other C library
+// functions unchanged. All members may be called from any thread. They do not lock files: if two threads use
+// one file at the same time, the file system decides what happens.
 #pragma once
 
 #include <functional>
@@ -21,33 +21,35 @@ class ConfigFileSystem {
   public:
     ConfigFileSystem() = delete;
 
-    /// The content of a file up to its first NUL byte, its line ends as they are, deciphered where it is
-    /// enciphered. Throws a CPPException that names the path when the file cannot be opened, or begins with
-    /// the mark of an enciphered file and is none.
+    /// Returns the content of a file up to its first NUL byte, with its line ends unchanged. An enciphered
+    /// file is deciphered. Throws a CPPException that names the path if the file cannot be opened. Also
+    /// throws one if the file begins with the mark of an enciphered file but cannot be deciphered.
     static std::string readText(const std::string& path);
 
-    /// The sections of a text in their order. A section begins with the entry of `sectionKey`, which it
-    /// contains, and ends before the next one; entries in front of the first such entry are also a section.
-    /// Inside a section the first entry of a key counts. Sections without entries, and the version entry at
-    /// the beginning, are left out.
+    /// Returns the sections of a text in their order. A section begins with the entry of `sectionKey`, which
+    /// it contains, and ends before the next such entry. Entries before the first such entry are a section of
+    /// their own. If a key occurs twice in a section, the first entry counts. Sections without entries and
+    /// the version entry at the beginning are omitted.
     static std::vector<Properties> readSections(std::string_view text, const std::string& sectionKey);
 
-    /// Sees every step of the reader after the version entry, kEnd included. The result says whether the
-    /// value is entered; after the other steps it does not matter.
+    /// Is called for every step of the reader after the version entry, including kEnd. After kValue, its
+    /// result says whether the value is entered into the section. After other steps the result is ignored.
     using StepFilter = std::function<bool(EntryReader::Step step, const EntryReader& reader)>;
 
-    /// The same without the values that the filter rejects. Exceptions of the filter pass through.
+    /// As above, without the values for which the filter returns false. Exceptions of
+    /// the filter reach the caller.
     static std::vector<Properties> readSections(std::string_view text, const std::string& sectionKey,
                                                 const StepFilter& filter);
 
-    /// Writes the text form of a store to a file, which is created or emptied first and opened to all users.
-    /// The text is complete before the file is touched. False when the file could not be opened or written.
+    /// Writes the text form of a store to a file, which is created or replaced. All users get all
+    /// permissions on it. The text is complete before the file is opened. Returns false if the file could
+    /// not be opened or written.
     static bool writeProperties(const std::string& path, const Properties& store);
 
-    /// The same for a text, which is enciphered on its way into the file.
+    /// As above for a text, which is enciphered before it is written.
     static bool writeEnciphered(const std::string& path, std::string_view text);
 
-    /// Deletes a file; one that cannot be deleted stays without a word.
+    /// Deletes a file. A file that cannot be deleted is left; failures are ignored.
     static void removeFile(const std::string& path);
 };
 

@@ -1,10 +1,9 @@
-// The enciphered form of a whole text file: "ENC", then in base64 a nonce of 12 bytes and the text under
-// ChaCha20.
+// The enciphered form of a whole text file: "ENC", followed in base64 by a nonce of 12 bytes and the text
+// enciphered with ChaCha20.
 //
-// The key is a constant of this library, so everybody who has the library can read such a file. The form
-// keeps settings from being read and edited by curious eyes in a text editor; it keeps no secret from anybody
-// who looks closer, and it does not notice a file that was changed. Nothing that must stay secret belongs
-// into one.
+// The key is a constant of this library, so everybody who has the library can read such a file. This form
+// only keeps users from reading and editing settings in a text editor. It does not protect secrets and does
+// not detect changes, so never store a secret in it.
 #pragma once
 
 #include <optional>
@@ -17,18 +16,18 @@ namespace dovrel {
 
 inline constexpr std::string_view kEncipheredMark = "ENC";
 
-/// Whether the content of a file begins with the mark of the form.
+/// Returns whether the content of a file begins with the mark.
 bool isEnciphered(std::string_view content);
 
-/// The enciphered form of a text, with a nonce of its own from the system's random source. Two calls give two
-/// forms.
+/// Returns the enciphered form of a text, with a new nonce from the system's random source. So two calls with
+/// the same text return different results.
 std::string encipher(std::string_view text);
 
-/// The same with a given nonce, which must never have served another text.
+/// As above with a given nonce. Never use a nonce for two texts.
 std::string encipher(std::string_view text, const chaCha20::Nonce& nonce);
 
-/// The text of an enciphered form. Nothing when the mark is missing, when the rest is not base64, or when it
-/// is too short to hold a nonce.
+/// Returns the text of an enciphered form. Returns nothing if the mark is missing, if the rest is not base64,
+/// or if it is shorter than a nonce.
 std::optional<std::string> decipher(std::string_view content);
 
 }  // namespace dovrel

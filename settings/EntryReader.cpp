@@ -28,8 +28,8 @@ void EntryReader::takeValue(const ValueLine& line) {
     value_ = line.value;
     if (type_ != PropertyType::kBinary) return;
 
-    // The first line of the digits and the lines behind it are one piece of the text; the line feeds and
-    // blanks in between are skipped with everything else that is no digit.
+    // The first line of digits and the lines after it are contiguous in the text, so they become one view.
+    // Decoding skips the line feeds and blanks between them, as all characters that are not digits.
     const std::string_view rest = cursor_.takeLinesUpToKeyLine();
     const size_t length = static_cast<size_t>(rest.data() + rest.size() - value_.data());
     value_ = std::string_view(value_.data(), length);

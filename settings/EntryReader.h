@@ -1,8 +1,9 @@
-// Reads the entries of a text in the line grammar, one step per key line, per value and per other line.
+// EntryReader: reads the entries of a text in the line grammar. Each step reads one key line,
+// one value or one other line.
 //
-// A value belongs to the last key line before it. Other lines (neither a key line nor a value line, or a
-// value line that no key waits for) change nothing; the key keeps waiting. The value of a binary entry
-// extends over all lines up to the next one that begins with "/".
+// A value belongs to the last key line before it. Other lines are ignored, and the key still waits for its
+// value. These are lines that are neither a key line nor a value line, and value lines without a waiting key.
+// The value of a binary entry extends over all lines up to the next line that begins with "/".
 #pragma once
 
 #include <string_view>
@@ -13,30 +14,31 @@
 
 namespace dovrel {
 
-/// Which lines are key lines: a properties text is content with one "/" at the front, the sections of a
-/// configuration file ask for both.
+/// Which lines are key lines. In a properties text, one "/" at the beginning is enough. In the sections of a
+/// configuration file, a key line begins with two.
 enum class KeyLineRule { kOneSlash, kTwoSlashes };
 
 class EntryReader {
   public:
     enum class Step { kKey, kValue, kOther, kEnd };
 
-    /// Reads from where the cursor stands. The cursor must outlive the reader.
+    /// Reads from the cursor's current position. The cursor must outlive the reader.
     EntryReader(PropertiesStringObj& cursor, KeyLineRule rule) : cursor_(cursor), rule_(rule) {}
 
-    /// Reads the next key line, value or other line. After kKey, key() is valid; after kValue also type() and
-    /// value(). kOther changes none of them.
+    /// Reads the next key line, value or other line. After kKey, key() is valid. After kValue, type() and
+    /// value() are also valid. kOther changes none of them.
     Step next();
 
-    /// The last line that was read, without blanks and tabs at its ends; of a binary value the first one.
+    /// Returns the last line that was read, without blanks and tabs at its ends. For a binary
+    /// value it is the first line.
     std::string_view line() const { return line_; }
 
     std::string_view key() const { return key_; }
 
-    /// kUnknown for a value whose type word is not one of the grammar's.
+    /// Returns kUnknown if the value's type word is not in the grammar.
     PropertyType type() const { return type_; }
 
-    /// The text after the type word; that of a binary value with all its lines.
+    /// Returns the text after the type word. For a binary value it contains all lines.
     std::string_view value() const { return value_; }
 
   private:

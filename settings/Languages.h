@@ -1,4 +1,4 @@
-// The languages that the library knows, by the names that the texts file has for them.
+// The names of the languages that the library knows, as the texts file spells them.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -14,9 +14,9 @@ inline constexpr const char* kLanguageItalian = "Italian";
 inline constexpr const char* kLanguageJapanese = "Japanese";
 inline constexpr const char* kLanguageEnglish = "English";
 
-/// Returns the name of the language for a value of the preference "AppleLanguages". The first entry decides:
-/// "de" and "German" mean German and so on; case counts. Returns English for null, for anything but an array,
-/// for an empty array, and for an entry that is not known. Any thread.
+/// Returns the name of the language for a value of the preference "AppleLanguages". The array's first entry
+/// decides: "de" and "German" mean German, and so on; upper and lower case differ. Returns English for null,
+/// for a value that is not an array, for an empty array, and for an unknown entry. Any thread.
 std::string languageOfPreference(CFPropertyListRef preference);
 
 }  // namespace dovrel

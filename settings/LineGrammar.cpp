@@ -26,7 +26,7 @@ constexpr std::array<uint8_t, 256> makeHexDigitValues() {
 
 constexpr std::array<uint8_t, 256> kHexDigitValues = makeHexDigitValues();
 
-// The white space of the C locale, whatever locale the host has set.
+// The white space of the C locale, independent of the locale that the host has set.
 bool isWhiteSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
@@ -71,7 +71,7 @@ std::string_view keyOfKeyLine(std::string_view line) {
 }
 
 std::optional<ValueLine> valueLineOf(std::string_view line) {
-    // Nearly every line begins with its type word; only the others have to be searched.
+    // Nearly every line begins with its type word. Only the other lines must be searched.
     if (line.size() > kTypeWordLength && line[kTypeWordLength] == kTypeWordEnd) {
         const PropertyType type = typeOfWord(line.substr(0, kTypeWordLength));
         if (type != PropertyType::kUnknown) return ValueLine{type, line.substr(kTypeWordLength + 1)};

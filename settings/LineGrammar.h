@@ -1,12 +1,12 @@
-// The line grammar of settings files, text tables and log files, one place for its words and for writing it:
+// The line grammar of settings files, text tables and log files: its words and the functions that write it.
 //
 //     //key            a key line: "//" and the key
 //     STR:value        a value line: type word, ":", value ("INT:" decimal, "STR:" as is, "BAR:" hexadecimal)
 //
-// Lines end with a single line feed. EntryReader reads the grammar, Properties and LogFileWriter write it.
-// Keys and texts must hold no line feed and no blank or tab at their ends, because reading removes them;
-// texts with line feeds go through escapeLineFeeds first. All functions work on bytes and may be called from
-// any thread.
+// Lines end with a single line feed. EntryReader reads the grammar; Properties and LogFileWriter write it.
+// Keys and texts must not contain line feeds, and must not begin or end with a blank or tab, because reading
+// removes those. Escape texts that contain line feeds with escapeLineFeeds first. All functions work on bytes
+// and may be called from any thread.
 #pragma once
 
 #include <cstdint>
@@ -26,15 +26,15 @@ inline constexpr std::string_view kStringWord = "STR";
 inline constexpr std::string_view kBinaryWord = "BAR";
 inline constexpr std::string_view kEscapedLineFeed = "chg-lf";
 
-/// The word of a type on its value line, "" for kUnknown.
+/// Returns the word of a type on its value line, or "" for kUnknown.
 std::string_view wordOfType(PropertyType type);
 
 inline bool isBlankOrTab(char c) {
     return c == ' ' || c == '\t';
 }
 
-/// The line without the blanks and tabs at both of its ends. Every other character, the carriage return too,
-/// stays.
+/// Returns the line without the blanks and tabs at both ends. All other characters are kept
+/// (including carriage returns).
 inline std::string_view trimmed(std::string_view line) {
     while (!line.empty() && isBlankOrTab(line.front()))
         line.remove_prefix(1);
@@ -43,26 +43,27 @@ inline std::string_view trimmed(std::string_view line) {
     return line;
 }
 
-/// Whether the (trimmed) line is a key line where one "/" is enough to make it one, as in a properties text.
+/// Returns whether the trimmed line is a key line of a properties text, where one "/"
+/// at the beginning is enough.
 inline bool startsAsKeyLine(std::string_view line) {
     return !line.empty() && line.front() == kKeyLineMark.front();
 }
 
-/// The key of a key line: all but its first two characters, whatever they are.
+/// Returns the key of a key line: the line without its first two characters, whatever they are.
 std::string_view keyOfKeyLine(std::string_view line);
 
-/// A value line taken apart: the type that the word before its first ":" names, to the letter, and all that
-/// stands behind that ":".
+/// A value line split at its first ":": the type that the word before it names
+/// (case-sensitive), and the text after it.
 struct ValueLine {
     PropertyType type;
     std::string_view value;
 };
 
-/// Nothing when no type word with its ":" stands anywhere in the (trimmed) line. One that stands behind
-/// another word and ":" makes a value line of an unknown type.
+/// Parses a value line. Returns nothing if the trimmed line contains no type word followed by ":". If such a
+/// type word follows another word and ":", the line is a value line of unknown type.
 std::optional<ValueLine> valueLineOf(std::string_view line);
 
-/// Append one line, its line feed included.
+/// Append one line including its line feed.
 void appendKeyLine(std::string& output, std::string_view key);
 void appendLine(std::string& output, std::string_view line);
 
@@ -70,15 +71,15 @@ void appendLine(std::string& output, std::string_view line);
 void appendIntEntry(std::string& output, std::string_view key, int32_t value);
 void appendStringEntry(std::string& output, std::string_view key, std::string_view value);
 
-/// The decimal number at the front of the text, after white space and a sign; 0 where there is none. A number
-/// beyond 32 bits gives the nearest that fits.
+/// Returns the decimal number at the beginning of the text, after optional white space and a sign. Returns 0
+/// if there is no number. A number beyond 32 bits becomes the nearest 32-bit number.
 int32_t leadingInteger(std::string_view text);
 
-/// The bytes that the hexadecimal digits of the text stand for, two digits each, in either case. All other
-/// characters are skipped, an odd last digit is dropped.
+/// Decodes the hexadecimal digits of the text (either case), two per byte. All other characters are skipped.
+/// An odd last digit is ignored.
 std::string bytesOfHexText(std::string_view text);
 
-/// A copy with "chg-lf" in place of every line feed, and the way back.
+/// Return a copy with every line feed replaced by "chg-lf", and the reverse.
 std::string escapeLineFeeds(std::string_view text);
 std::string restoreLineFeeds(std::string_view text);
 

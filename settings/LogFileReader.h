@@ -1,4 +1,4 @@
-// Reads structured log files as LogFileWriter writes them.
+// Reads structured log files that LogFileWriter has written.
 #pragma once
 
 #include <string>
@@ -11,14 +11,14 @@ class LogFileReader {
   public:
     LogFileReader() = delete;
 
-    /// Replaces the content of `store` by the entries of `text`, which must begin with the line of the
-    /// expected title. The line's first two characters are not compared. Throws a CPPException with both
-    /// titles when they differ; the store and the text are then as they were. Otherwise `throughCursor` is as
-    /// for Properties::load.
+    /// Replaces the content of `store` by the entries of `text`. The first line of `text` must be
+    /// the expected title; its first two characters are not compared. If the titles differ, throws
+    /// a CPPException with both titles and leaves the store and the text unchanged. `throughCursor`
+    /// is as for Properties::load.
     static void load(std::string& text, const std::string& expectedTitle, Properties& store,
                      bool throughCursor);
 
-    /// The text of a key with its line feeds back in place. Throws as Properties::getString.
+    /// Returns the text of a key with its line feeds restored. Throws as Properties::getString does.
     static std::string getText(const Properties& store, const std::string& key);
 };
 

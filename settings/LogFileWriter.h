@@ -1,7 +1,7 @@
-// Writes structured log files: a title line and typed entries in the line grammar (LineGrammar.h), made for
-// reading by people. Long byte arrays are broken into lines of 16 bytes, and texts may hold line feeds.
+// Writes structured log files for people to read: a title line and typed entries in the line grammar
+// (LineGrammar.h). Long byte arrays are split into lines of 16 bytes. Texts may contain line feeds.
 //
-// The writer appends to a text of its owner's; who puts that into a file, and when, is not its business.
+// The writer only appends to a string of its caller, who writes that string to a file.
 #pragma once
 
 #include <cstdint>
@@ -15,18 +15,19 @@ class LogFileWriter {
   public:
     static constexpr uint32_t kBytesPerLine = 16;
 
-    /// Appends to `output`, which must outlive the writer. One thread at a time.
+    /// Appends to `output`, which must outlive the writer. Not thread-safe.
     explicit LogFileWriter(std::string& output) : output_(output) {}
 
-    /// The title stands at the beginning of a file; LogFileReader compares it.
+    /// Writes the title. It must be the first line of the file; LogFileReader compares it.
     void writeTitle(const std::string& title);
 
     void writeInt(const std::string& key, int32_t value);
 
-    /// Line feeds of the value are written as "chg-lf"; LogFileReader::getText turns them back.
+    /// Writes a string. Its line feeds become "chg-lf"; LogFileReader::getText restores them.
     void writeString(const std::string& key, const std::string& value);
 
-    /// 32 upper-case hexadecimal digits to a line, the first ones on the line of the type word.
+    /// Writes bytes with 32 upper-case hexadecimal digits per line. The first digits are on
+    /// the line of the type word.
     void writeBinary(const std::string& key, const void* bytes, uint32_t length);
     void writeBinary(const std::string& key, const CPPByteArray& value);
 

@@ -31,7 +31,7 @@ struct Texts {
 };
 
 // Never destroyed: an exit handler that the host registered before the library was loaded runs after the
-// library's destructors, and may still make calls that fail.
+// library's destructors. It may still make calls that fail and need a text.
 Texts& texts() {
     static Texts& instance = *new Texts;
     return instance;
@@ -47,8 +47,8 @@ std::vector<Properties> readLanguageSections(const std::string& path) {
     try {
         return ConfigFileSystem::readSections(ConfigFileSystem::readText(path), kLanguageSectionKey);
     } catch (CPPException* caught) {
-        // A client without texts still works, only silently; a failure here would keep it from starting at
-        // all.
+        // The client must work even without texts (its alerts are then not shown),
+        // so this failure is ignored.
         const std::unique_ptr<CPPException> failure(caught);
         return {};
     }

@@ -1,6 +1,6 @@
-// Every text that the user gets to see, in the user's language. The texts of all languages stand in one file
-// in the resources of the installed bundle; one language is chosen at the start and its texts stay in memory
-// for the process.
+// MultiLanguageSupport: all texts for the user, in the user's language. One file in the resources of the
+// installed bundle contains the texts of all languages. One language is selected at the start, and its texts
+// stay in memory as long as the process.
 #pragma once
 
 #include <string>
@@ -9,32 +9,34 @@
 
 namespace dovrel {
 
-/// The key under which each section of the texts file names its language (Languages.h).
+/// The key of the entry in which each section of the texts file names its language (Languages.h).
 inline constexpr const char* kLanguageSectionKey = "LANGUAGE";
 
-/// All state is the process's own and lives as long as the process, its exit handlers included. Every member
+/// The state belongs to the process and is never destroyed, so exit handlers can still use it. Every member
 /// may be called from any thread.
 class MultiLanguageSupport {
   public:
     MultiLanguageSupport() = delete;
 
-    /// The name of the language that the user prefers: that of the first entry of the system preference
-    /// "AppleLanguages" where it is one that the library knows, kLanguageEnglish otherwise.
+    /// Returns the name of the language that the user prefers. It is the first entry of the system preference
+    /// "AppleLanguages" if the library knows that language, otherwise kLanguageEnglish.
     static std::string detectLanguage();
 
-    /// Loads the texts of `language`, or of detectLanguage() when it is empty, in place of those that were
-    /// loaded before. Spanish, Italian and Japanese have no texts of their own and give the English ones. A
-    /// file that is missing, unreadable or without any section leaves isLoaded() false and no texts; a file
-    /// without a section for the language leaves isLoaded() true and no texts. Throws a CPPException when the
-    /// file's location cannot be built; what was loaded before then stays.
+    /// Replaces the loaded texts by those of `language`, or of detectLanguage() if it is empty. Spanish,
+    /// Italian and Japanese have no texts and use the English texts.
+    ///
+    /// - If the file is missing, unreadable or without sections, no texts are loaded and
+    ///   isLoaded() returns false.
+    /// - If the file has no section for the language, no texts are loaded but isLoaded() returns true.
+    /// - Throws a CPPException if the file's path cannot be built. The loaded texts then stay.
     static void initialize(const std::string& language);
 
-    /// The text of `key` in the encoding of the texts file (Mac Roman): its first "_" is dropped, each "SDNL"
-    /// is a carriage return. Empty when `key` is null, when there is no such text, and before initialize().
-    /// Throws nothing of its own.
+    /// Returns the text of `key` in the encoding of the texts file (Mac Roman). Its first "_" is removed, and
+    /// each "SDNL" becomes a carriage return. Returns "" if `key` is null, if there is no such text, and
+    /// before initialize(). Does not throw exceptions of the library.
     static std::string getText(const char* key);
 
-    /// Whether the last initialize() found texts; false before the first one.
+    /// Returns whether the last initialize() found a section in the file; false before the first call.
     static bool isLoaded();
 };
 

@@ -168,12 +168,12 @@ void Properties::load(PropertiesStringObj& cursor) {
 }
 
 void Properties::save(std::string& output) const {
-    // A guess is enough to save the text from growing many times; to add the lengths up would mean to walk
-    // through all of the memory twice.
+    // A guess of the size is enough to avoid most reallocations. Adding up the lengths would mean
+    // to read all entries twice.
     constexpr size_t kUsualEntryLength = 100;
     const size_t guess = entries_.size() * kUsualEntryLength;
     output.reserve(output.size() + std::max(guess, text_ != nullptr ? text_->size() : 0));
-    // What follows one upon the other in the text that was loaded is copied in one go.
+    // Entries that are contiguous in the loaded text are copied in one piece.
     std::string_view inOneGo;
     for (const PropertyEntry& entry : entries_) {
         const std::string_view form = entry.savedForm();
@@ -216,8 +216,8 @@ OpenFile Properties::openForReading(const std::string& path) {
 }
 
 void Properties::add(std::string_view key, const PropertyValue& value) {
-    // Saved texts come in the order of their keys, so most entries belong behind the last one. An entry whose
-    // key is there already is made for nothing and dropped.
+    // Saved texts are sorted by key, so most new entries belong at the end. Duplicates are
+    // constructed and then discarded.
     entries_.emplace_hint(entries_.end(), key, value);
 }
 
@@ -233,7 +233,8 @@ void Properties::addReferring(std::string_view key, PropertyType type, std::stri
 void Properties::replace(std::string_view key, const PropertyValue& value) {
     const auto old = entries_.find(key);
     if (old == entries_.end()) return;
-    // Made before the old entry goes, so that a key never loses its value for want of memory.
+    // The new entry is allocated before the old one is erased, so an allocation failure
+    // does not lose the old value.
     Entries replacement;
     replacement.emplace(key, value);
     entries_.erase(old);

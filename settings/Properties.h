@@ -1,9 +1,9 @@
-// Properties: a store of typed values by key, for settings, log records, text tables and configuration files,
-// with a text form of two lines per entry (LineGrammar.h).
+// Properties: a store of typed values by key, for settings, log records, text tables and configuration files.
+// Its text form has two lines per entry (LineGrammar.h).
 //
-// Keys are compared by their bytes and kept in that order. Each value is an integer, a string or a byte array
-// and can be read as any of the three (PropertyValue.h tells how). The store owns its values and hands out
-// copies. It is not synchronised: one thread at a time, unless all of them only read.
+// Entries are ordered by the bytes of their keys. Each value is an integer, a string or a byte array, and can
+// be read as any of these types (PropertyValue.h defines the conversions). The store owns its values and
+// returns copies. It is not thread-safe, except that several threads may read it at the same time.
 #pragma once
 
 #include <cstdint>
@@ -22,78 +22,83 @@ namespace dovrel {
 class Properties {
   public:
     Properties() = default;
-    /// A copy owns the bytes of its entries and does not keep the text alive that the other store was loaded
-    /// from.
+    /// A copy owns the bytes of its entries. It does not keep the text alive from which
+    /// the other store was loaded.
     Properties(const Properties& other) : entries_(other.entries_) {}
     Properties(Properties&&) = default;
     Properties& operator=(const Properties& other) { return *this = Properties(other); }
     Properties& operator=(Properties&&) = default;
     virtual ~Properties() = default;
 
-    /// Enter a value under a key that is not there yet. A key that is keeps its value: the first one wins.
+    /// Add a value under a new key. If the key exists already, its value is kept: the first value wins.
     void addInt(const std::string& key, int32_t value);
     void addString(const std::string& key, const std::string& value);
-    /// Copies the bytes; `bytes` may be null when `length` is 0. std::bad_alloc when they find no room.
+    /// Copies the bytes. `bytes` may be null if `length` is 0. Throws std::bad_alloc on allocation failure.
     void addBinary(const std::string& key, const void* bytes, uint32_t length);
     void addBinary(const std::string& key, const CPPByteArray& value);
 
-    /// Give a key that is there a new value, whatever the type of its old one. Nothing happens when it is not
-    /// there.
+    /// Replace the value of an existing key, whatever the type of the old value. Do nothing
+    /// if the key does not exist.
     void replaceInt(const std::string& key, int32_t value);
     void replaceString(const std::string& key, const std::string& value);
     void replaceBinary(const std::string& key, const void* bytes, uint32_t length);
     void replaceBinary(const std::string& key, const CPPByteArray& value);
 
-    /// Whether the key was there.
+    /// Removes a key. Returns whether it existed.
     bool remove(const std::string& key);
     void clear();
 
     bool contains(const std::string& key) const;
     size_t size() const { return entries_.size(); }
 
-    /// The value of a key in the type asked for; a boolean is true for numbers above 0. Throw a CPPException
-    /// that names the key when it is not there.
+    /// Return the value of a key, converted to the requested type. A boolean is true if the number is above
+    /// 0. Throw a CPPException that names the key if it does not exist.
     int32_t getInt(const std::string& key) const;
     bool getBool(const std::string& key) const;
     std::string getString(const std::string& key) const;
     std::unique_ptr<CPPByteArray> getBinary(const std::string& key) const;
 
-    /// The entry at a position in the order of the keys, counted from 0; all negative positions count as 0.
-    /// Throw a CPPException past the last entry. Takes time in proportion to the position.
+    /// Return the value or key of the entry at an index, counted from 0 in the order of the keys. Negative
+    /// indexes count as 0. Throw a CPPException if the index is past the last entry. The time is
+    /// proportional to the index.
     std::unique_ptr<CPPByteArray> getBinaryAt(int32_t index) const;
     std::string getKeyAt(int32_t index) const;
 
-    /// The value of a key in the type asked for. False, and the output as it was, when the key is not there.
+    /// Find a key, and store its value in `value`, converted to the requested type. Return false, with
+    /// `value` unchanged, if the key does not exist.
     bool findInt(const std::string& key, int32_t& value) const;
     bool findString(const std::string& key, std::string& value) const;
     bool findBinary(const std::string& key, CPPByteArray& value) const;
 
-    /// A value as it stands on its line in the text form, type word included; bytes as upper-case hexadecimal
-    /// digits on the one line. "" for an unknown type.
+    /// Returns a value as its value line in the text form, including the type word. Bytes become upper-case
+    /// hexadecimal digits on one line. Returns "" for an unknown type.
     static std::string toText(const PropertyValue& value);
 
-    /// A number over the characters of a text and their places: the sum of (byte value x position from 1) in
-    /// 32 bits, in upper-case hexadecimal digits.
+    /// Returns a checksum of a text in upper-case hexadecimal digits: the sum of (byte value x position),
+    /// modulo 2^32. Positions are counted from 1.
     static std::string keyDigest(const std::string& text);
 
-    /// Replaces the content by the entries of a text. Of entries with one key the first counts; entries of an
-    /// unknown type are dropped. With `throughCursor` the text stays as it is; without it the text is used up
-    /// and empty afterwards, which is the faster way, because the store then keeps the text and need not copy
-    /// it piece by piece. Takes time in proportion to the size of the text.
+    /// Replaces the content by the entries of a text. If a key occurs twice, its first entry counts. Entries
+    /// of an unknown type are ignored.
+    ///
+    /// With `throughCursor` the text is not changed. Without it the store takes over the text, which is empty
+    /// afterwards. This is faster, because the store refers to the text instead of copying every entry. The
+    /// time is proportional to the size of the text.
     void load(std::string& text, bool throughCursor);
 
-    /// Replaces the content by the entries that the cursor has before it. The store copies them and needs the
-    /// text no more.
+    /// Replaces the content by the entries from the cursor's position on. The store copies them, so the text
+    /// need not outlive this call.
     void load(PropertiesStringObj& cursor);
 
     /// Appends the text form of all entries, in the order of the keys.
     void save(std::string& output) const;
 
-    /// Enters a value as a text form holds it, with the type of its value line and the text behind the type
-    /// word. False, and nothing entered, for an unknown type.
+    /// Adds a value from its text form: the type of its value line and the text after the type word. Returns
+    /// false and adds nothing for an unknown type.
     bool addParsed(std::string_view key, PropertyType type, std::string_view value);
 
-    /// The file opened with mode "rb"; never null. Throws a CPPException that names the path when that fails.
+    /// Opens the file with mode "rb". Never returns null. Throws a CPPException that
+    /// names the path on failure.
     static OpenFile openForReading(const std::string& path);
 
   private:
@@ -106,8 +111,9 @@ class Properties {
     PropertyValue get(const std::string& key, const char* typeName) const;
     const PropertyEntry& at(int32_t index) const;
 
-    // The text that the last load used up: entries refer to it, so it stays until clear. At one place for its
-    // whole life, because the views of a short text would not survive a move of the string itself.
+    // The text that the last load took over. Entries refer to it, so it is kept until clear(). It is
+    // allocated separately, because moving a short std::string moves its characters and would
+    // invalidate the entries' views.
     std::unique_ptr<const std::string> text_;
     Entries entries_;
 };

@@ -1,6 +1,6 @@
-// A read cursor over a text in the line grammar. It hands out the text's lines one after the other as views
-// and leaves the text as it is; reading a whole text takes time in proportion to its size. The text must
-// outlive the cursor and the views. One thread at a time.
+// PropertiesStringObj: a read cursor over a text in the line grammar. It returns the lines of the text one by
+// one as views and does not change the text. Reading a whole text takes time proportional to its size. The
+// text must outlive the cursor and the views. Not thread-safe.
 #pragma once
 
 #include <cstddef>
@@ -14,16 +14,15 @@ class PropertiesStringObj {
 
     bool atEnd() const { return position_ == text_.size(); }
 
-    /// How much of the text is consumed.
+    /// Returns the number of bytes consumed.
     size_t position() const { return position_; }
 
-    /// Consumes the text up to the next line feed, or to the end, and the line feed with it. The result comes
-    /// without the line feed and without the blanks and tabs at both ends of the line; empty at the end of
-    /// the text.
+    /// Consumes the text up to and including the next line feed, or to the end. Returns the line without the
+    /// line feed and without blanks and tabs at its ends. Returns "" at the end of the text.
     std::string_view takeLine();
 
-    /// Consumes the lines before the next one whose first character (after blanks and tabs) is "/", or all
-    /// that are left. The result is the text as it stands, line feeds included.
+    /// Consumes all lines before the next line whose first character (after blanks and tabs) is "/". If there
+    /// is no such line, consumes the whole rest. Returns the consumed text unchanged, including line feeds.
     std::string_view takeLinesUpToKeyLine();
 
   private:

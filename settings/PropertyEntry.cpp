@@ -30,14 +30,15 @@ bool isText(PropertyType type) {
     return type == PropertyType::kInteger || type == PropertyType::kString;
 }
 
-// Whether the text has nothing but the line end and the type word between the key and the value.
+// Returns whether the text between key and value is only a line feed, the type word and ":".
 bool isGap(std::string_view between, PropertyType type) {
     const std::string_view word = wordOfType(type);
     return between.size() == 1 + word.size() + 1 && between.front() == kLineFeed &&
            between.substr(1, word.size()) == word && between.back() == kTypeWordEnd;
 }
 
-// Whether a text has the two as they are saved: nothing trimmed, passed over or written otherwise.
+// Returns whether key and value are in the text exactly as they would be saved: reading trimmed nothing,
+// skipped nothing, and the number is in its normal form.
 bool standsAsSaved(std::string_view text, std::string_view key, PropertyType type, std::string_view value) {
     const auto keyBegin = static_cast<size_t>(key.data() - text.data());
     const size_t keyEnd = keyBegin + key.size();
@@ -111,7 +112,8 @@ size_t PropertyEntry::savedLength() const {
     return kKeyLineMark.size() + valueOffset_ + valueLength_ + 1;
 }
 
-// Gives the place of the key, which has its mark in front where the entry lies as it is saved.
+// Allocates the block and returns the address of the key in it. If the entry is stored as it is saved, the
+// mark of the key line precedes the key.
 const char* PropertyEntry::newBlock(std::string_view key, std::string_view value) const {
     if (!liesAsSaved_) {
         char* const block = new char[key.size() + value.size()];

@@ -1,8 +1,9 @@
-// One entry of a Properties store: a key and its value, small, because large stores spend most of their time
-// in the heap. The bytes of both lie in one block of the entry's own, or in a text that somebody else owns.
+// PropertyEntry: one entry of a Properties store: a key and its value. It is small, because large stores
+// spend most of their time in heap allocation. The bytes of key and value are in one block that the entry
+// owns, or in a text that it does not own.
 //
-// Integers and strings lie there as the text form has them, with all that stands around and between them, so
-// that saving copies them in one piece.
+// Integers and strings are stored exactly as in the text form, including the marks before and between key and
+// value. So saving an entry copies one piece.
 #pragma once
 
 #include <cstdint>
@@ -14,33 +15,34 @@ namespace dovrel {
 
 class PropertyEntry {
   public:
-    /// Owns a copy of the key and of the bytes of the value. std::bad_alloc when they find no room; 4 GiB of
-    /// either never do.
+    /// Copies the key and the bytes of the value, and owns the copy. Throws std::bad_alloc on allocation
+    /// failure, and always if one of them has 4 GiB or more.
     PropertyEntry(std::string_view key, const PropertyValue& value);
 
-    /// The entry of an integer or a string that `text` holds: `valueText` is what stands behind the type
-    /// word. Both are parts of the text, the key in front, which is not copied and must outlive the entry.
+    /// Makes an entry that refers to `text` and copies nothing. For integers and strings only.
+    /// `key` and `valueText` (the text after the type word) are parts of `text`, the key first.
+    /// `text` must outlive the entry.
     PropertyEntry(std::string_view text, std::string_view key, PropertyType type, std::string_view valueText);
 
-    /// A copy always owns its bytes.
+    /// The copy always owns its bytes.
     PropertyEntry(const PropertyEntry& other);
     PropertyEntry& operator=(const PropertyEntry&) = delete;
     ~PropertyEntry();
 
-    /// Whether the constructor for a text can take the two: it counts the bytes from one to the other in 32
-    /// bits.
+    /// Returns whether the constructor above can refer to `key` and `valueText`: the distance from the first
+    /// byte of the key to the end of the value must fit into 32 bits.
     static bool canReferTo(std::string_view key, std::string_view valueText);
 
-    /// Both refer to the bytes of the entry.
+    /// Both results refer to bytes of the entry or of its text.
     std::string_view key() const { return std::string_view(bytes_, keyLength_); }
     PropertyValue value() const;
 
-    /// Key line and value line, line feeds included, where they lie among the bytes of the entry just as they
-    /// are saved; empty where they do not, as for byte arrays.
+    /// Returns key line and value line including their line feeds, if the entry's bytes are stored as they
+    /// are saved. Otherwise returns an empty view (always for byte arrays).
     std::string_view savedForm() const;
 
-    /// The order of entries in a store: that of the bytes of their keys; of two keys with a common beginning
-    /// the shorter one comes first.
+    /// The order of entries in a store: by the bytes of their keys. If one key is the beginning of another,
+    /// the shorter key comes first.
     struct KeyOrder {
         using is_transparent = void;
         bool operator()(const PropertyEntry& a, const PropertyEntry& b) const { return a.key() < b.key(); }
@@ -52,8 +54,8 @@ class PropertyEntry {
     const char* newBlock(std::string_view key, std::string_view value) const;
     size_t savedLength() const;
 
-    // The key stands at the beginning, the value at the offset. An integer is kept as its decimal digits, as
-    // a text holds it.
+    // The address of the key. The value is valueOffset_ bytes after it. An integer is stored as decimal
+    // digits, as in the text form.
     const char* bytes_;
     uint32_t keyLength_;
     uint32_t valueOffset_;

@@ -9,7 +9,7 @@ enum class PropertyType : uint8_t {
     kInteger = 0,
     kString = 1,
     kBinary = 2,
-    /// A type word that the grammar does not know; such an entry is dropped while a text is read.
+    /// A type word that the grammar does not contain. Such entries are ignored when a text is read.
     kUnknown = 0xFF,
 };
 

@@ -11,8 +11,8 @@ namespace dovrel {
 
 namespace {
 
-// Byte arrays keep their old content where memory runs out; handing out none of a value's bytes without a
-// word would be worse than failing.
+// If memory runs out, CPPByteArray keeps its old content without reporting it. So the size is checked, and
+// the failure is thrown instead of returning an empty array.
 CPPByteArray arrayOf(const void* bytes, size_t length) {
     if (length > std::numeric_limits<uint32_t>::max()) throw std::bad_alloc();
     CPPByteArray array;

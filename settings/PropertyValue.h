@@ -1,5 +1,5 @@
-// One typed value of a Properties store, readable as each of the three types. It refers to the bytes of a
-// string or byte array and does not own them: they must outlive it.
+// PropertyValue: one typed value of a Properties store, readable as each of the three types. It refers to the
+// bytes of a string or byte array but does not own them; they must outlive it.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@
 
 namespace dovrel {
 
-/// The type tells which one of the other members counts.
+/// `type` says which one of the other members is used.
 struct PropertyValue {
     PropertyType type = PropertyType::kUnknown;
     int32_t intValue = 0;
@@ -22,19 +22,24 @@ struct PropertyValue {
     static PropertyValue ofInt(int32_t value);
     static PropertyValue ofString(std::string_view value);
 
-    /// `bytes` may be null when `length` is 0.
+    /// `bytes` may be null if `length` is 0.
     static PropertyValue ofBinary(const void* bytes, size_t length);
 
-    /// A string gives the decimal number at its front (0 where there is none, the nearest number that fits
-    /// where it is too large); bytes give their first four in the processor's order, missing ones counting as
-    /// 0.
+    /// Returns the value as an integer.
+    ///
+    /// - String: the decimal number at its beginning; 0 if there is none; the nearest 32-bit
+    ///   number if it is too large.
+    /// - Byte array: its first four bytes in the processor's byte order; missing bytes count as 0.
+    /// - Unknown type: 0.
     int32_t asInt() const;
 
-    /// An integer gives its decimal digits; bytes give one character each; an unknown type gives "".
+    /// Returns the value as a string: the decimal digits of an integer, one character per byte of a byte
+    /// array, and "" for an unknown type.
     std::string asString() const;
 
-    /// An integer gives its four bytes in the processor's order; a string its characters without a
-    /// terminator; an unknown type gives no bytes. std::bad_alloc when they find no room.
+    /// Returns the value as bytes: the four bytes of an integer in the processor's byte order, the
+    /// characters of a string without a terminator, and no bytes for an unknown type. Throws
+    /// std::bad_alloc on allocation failure.
     CPPByteArray asBinary() const;
 };
 

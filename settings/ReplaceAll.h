@@ -1,4 +1,4 @@
-// Replacing every occurrence of one text in another.
+// Replaces every occurrence of one text in another text.
 #pragma once
 
 #include <string>
@@ -6,8 +6,9 @@
 
 namespace dovrel {
 
-/// A copy of `text` with `to` in place of every `from`, found from left to right; what was put in is not
-/// searched again. `from` must not be empty. Takes time in proportion to the size of the text.
+/// Returns a copy of `text` with every `from` replaced by `to`. It searches from left to right
+/// and does not search the inserted text again. `from` must not be empty. The time is
+/// proportional to the size of the text.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 
 }  // namespace dovrel

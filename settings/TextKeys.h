@@ -1,6 +1,5 @@
-// The keys of the texts that the user gets to see. Code names a text by its constant here and never repeats
-// the literal; the file resources/MultiLanguageTexts.mls holds a text for each of them in every language that
-// it carries.
+// The keys of all texts for the user. Code uses these constants and never repeats the literal. The file
+// resources/MultiLanguageTexts.mls has a text for each key in every language that it contains.
 #pragma once
 
 namespace dovrel {
@@ -13,23 +12,23 @@ inline constexpr const char* kGeneralButtonOk = "GENERAL_BUTTON_OK";
 inline constexpr const char* kGeneralButtonCancel = "GENERAL_BUTTON_CANCEL";
 inline constexpr const char* kGeneralButtonRetry = "GENERAL_BUTTON_RETRY";
 
-// The frame of a reported failure: part 1, the application's name, part 2, the failure's own message, and
-// then one of the explanations below.
+// The text of a failure alert consists of: part 1, the application's name, part 2, the failure's own message,
+// and one of the explanations below.
 inline constexpr const char* kDllErrorMessageHeadPart1 = "DLL_ERROR_ERRORMESSAGEHEAD_PART1";
 inline constexpr const char* kDllErrorMessageHeadPart2 = "DLL_ERROR_ERRORMESSAGEHEAD_PART2";
 
-// Explanations: what the failure means to the user and what to do about it, chosen by the failure's type
-// code.
+// Explanations: what the failure means for the user and what the user can do. The
+// failure's type code selects one.
 inline constexpr const char* kDllErrorUnrecoverableError = "DLL_ERROR_UNRECOVERABLE_ERROR";
 inline constexpr const char* kDllErrorClassOrDriverNotFound =
     "DLL_ERROR_POS_CLASS_OR_DRIVER_NOT_FOUND_EXCEPTION";
 inline constexpr const char* kDllErrorObjectInstantiation = "DLL_ERROR_POS_OBJECT_INSTANTIATION_EXCEPTION";
 inline constexpr const char* kDllErrorRegistration = "DLL_ERROR_POS_REGISTRATION_EXCEPTION";
 
-// The second question, asked when the user cancels a failed registration.
+// The second question, shown when the user cancels a failed registration.
 inline constexpr const char* kDllAttentionMessage = "DLL_ATTENTION_MESSAGE";
 
-// Messages of failures that the library finds by itself.
+// Messages of failures that the library itself detects.
 inline constexpr const char* kGeneralErrorUnknownException = "GENERAL_ERROR_UNKNOWN_EXCEPTION";
 inline constexpr const char* kDllClassNotRegistered = "DLL_POS_ACCESS_CLIENT_EXCEPTION_CLASS_NOT_REGISTERED";
 inline constexpr const char* kDllNullPointerPassed =

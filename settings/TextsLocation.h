@@ -1,4 +1,4 @@
-// Where the file with the texts is on this machine.
+// Finds the file with the texts for the user on this machine.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@ namespace dovrel {
 
 inline constexpr const char* kTextsFileName = "MultiLanguageTexts.mls";
 
-/// Returns the path of the texts file in the resources of the library's bundle in `installFolder` (UTF-8, with
-/// the slash at its end), in the form that the language's file functions take. Does not ask whether the file
+/// Returns the path of the texts file in the resources of the library's bundle, for `fopen` and other C
+/// library functions. `installFolder` is UTF-8 with a slash at its end. Does not check whether the file
 /// exists. Throws a CPPException if the path cannot be built. Any thread.
 std::string textsFilePath(const std::string& installFolder);
 
