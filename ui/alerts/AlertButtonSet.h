@@ -1,18 +1,18 @@
-// The button sets of alerts: what stands on the buttons, and what pressing one means.
+// The button sets of alerts: the texts on the buttons, and the answer that each button means.
 #pragma once
 
 namespace dovrel {
 
 struct AlertButtonSet {
     const char* firstKey;   ///< key of the text on the first button
-    const char* secondKey;  ///< the same of the second; null where there is none
-    int firstAnswer;        ///< of AlertAnswer, when the first button is pressed
+    const char* secondKey;  ///< key of the text on the second button; null if there is only one button
+    int firstAnswer;        ///< the AlertAnswer when the user presses the first button
 };
 
-/// The set for one of AlertButtons; every other number is OK alone.
+/// Returns the button set for a value of AlertButtons. For every other number it returns OK alone.
 AlertButtonSet alertButtonSet(int buttons);
 
-/// What an alert with that set answers when a button is pressed.
+/// Returns the AlertAnswer when the user presses a button of that set.
 int alertAnswer(const AlertButtonSet& set, bool pressedFirst);
 
 }  // namespace dovrel

@@ -1,4 +1,4 @@
-// A message for the user that reports no failure.
+// A message for the user that does not report a failure.
 #pragma once
 
 #include <string>
@@ -8,10 +8,10 @@
 namespace dovrel {
 
 struct InformationalMessage {
-    std::string text;  ///< as the server sent it (platform/text/ReadableText.h); empty: nothing to say
+    std::string text;  ///< the server's bytes (see platform/text/ReadableText.h); empty: no message
 };
 
-/// Shows the message with OK alone, under the title for messages; one without a text is not shown.
+/// Shows the message with an OK button, under the title for messages. Does nothing if the text is empty.
 void showInformationalMessage(MessageDialog& dialog, const InformationalMessage& message);
 
 }  // namespace dovrel

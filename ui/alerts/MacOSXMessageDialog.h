@@ -1,11 +1,11 @@
-// The alert on the platform's window system.
+// MacOSXMessageDialog: shows alerts with the platform's window system.
 #pragma once
 
 #include "ui/alerts/MessageDialog.h"
 
 namespace dovrel {
 
-/// Where no alert can be shown, the body goes to the system log and the answer is kAlertAnswerNotShown.
+/// If the alert cannot be shown, it writes the body to the system log and returns kAlertAnswerNotShown.
 class MacOSXMessageDialog : public MessageDialog {
   public:
     using MessageDialog::showAlert;
