@@ -1,4 +1,4 @@
-// What an operation of the server gives back, and how it says no.
+// The results of the server's operations: an answer, or a Refusal that is thrown.
 #pragma once
 
 #include <array>
@@ -16,10 +16,11 @@ using dovrel::bytesToText;
 using dovrel::CPPByteArray;
 namespace refusalCode = dovrel::exceptionTypeCode;
 
-/// The name of a class, an object or an executer on the wire.
+/// The identifier of a class, an object or an executer in requests and replies.
 using Identifier = std::array<uint8_t, 16>;
 
-/// A text that the client shows to the user after an operation that went well. Flags of 0 mean no message.
+/// A text that the client shows to the user after a successful operation. Flags of 0 mean
+/// that there is no message.
 struct UserMessage {
     uint32_t flags = 0;
     std::string text;
@@ -34,24 +35,24 @@ struct Answer {
     UserMessage message;
 };
 
-/// Thrown (by value) wherever the server does not do what it was asked for. The code travels to the client,
-/// which makes an exception of it; the text is shown to the user.
+/// Thrown (by value) when the server does not do what the client asked for. The code is sent to the client,
+/// which throws an exception for it. The text is shown to the user.
 struct Refusal {
     uint32_t code;
     std::string text;
 };
 
-/// The bytes of a text; bytesToText is the way back.
+/// Returns the bytes of a text. bytesToText is the reverse.
 CPPByteArray bytesOf(const std::string& text);
 
-/// A number as 4 bytes, the least significant first.
+/// Returns a number as 4 bytes, least significant byte first.
 CPPByteArray bytesOfNumber(uint32_t number);
 
-/// The number in an argument of exactly 4 bytes; any other length is refused as a parameter in the wrong
-/// form.
+/// Returns the number in an argument of exactly 4 bytes. Throws Refusal (parameter
+/// format) for any other length.
 uint32_t numberOf(const CPPByteArray& argument);
 
-/// Refuses an argument where the method takes none.
+/// Throws Refusal (parameter format) if the argument is not empty. For methods that take no argument.
 void requireNoArgument(const CPPByteArray& argument);
 
 }  // namespace merrowd

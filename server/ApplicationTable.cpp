@@ -10,7 +10,7 @@ namespace merrowd {
 
 namespace {
 
-// In clients this word stands for no application.
+// Clients use this number for "no application".
 constexpr uint32_t kNoApplication = 0xFFFFFFFF;
 
 void storeNumber(Identifier& identifier, size_t offset, uint32_t number) {

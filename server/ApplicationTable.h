@@ -1,8 +1,8 @@
-// The applications that are registered with the server, and their objects.
+// ApplicationTable: the applications that are registered with the server, and their objects.
 //
-// An object belongs to the application that created it; no other application reaches it. Application
-// identifiers count up from the first one that the constructor is given; object identifiers are unique in
-// this server and say nothing to clients.
+// An object belongs to the application that created it; other applications cannot use it. Application
+// identifiers count up from a first value that the constructor takes. Object identifiers are unique in this
+// server and have no meaning for clients.
 #pragma once
 
 #include <sys/types.h>
@@ -17,7 +17,7 @@
 
 namespace merrowd {
 
-/// An object with the class that made it, which must not go before the object does.
+/// An object and its class. The class is kept alive as long as the object.
 struct ObjectRecord {
     std::shared_ptr<const ServerClass> ofClass;
     std::unique_ptr<ServerObject> object;
@@ -26,35 +26,37 @@ struct ObjectRecord {
 struct Application {
     std::string name;
     std::vector<Identifier> classes;
-    pid_t process = 0;  ///< 0: not known
+    pid_t process = 0;  ///< 0 if it is not known
     std::map<Identifier, ObjectRecord> objects;
 };
 
 class ApplicationTable {
   public:
-    // Bounds that no host reaches by accident; they keep one that runs wild from taking all memory.
+    // Limits that no host reaches by accident. They keep a faulty host from using up all memory.
     static constexpr size_t kMostApplications = 1024;
-    static constexpr size_t kMostObjects = 65536;  ///< of one application
+    static constexpr size_t kMostObjects = 65536;  ///< per application
 
     explicit ApplicationTable(uint32_t firstApplication) : nextApplication_(firstApplication) {}
 
-    /// Answers the identifier. Refuses (registration) when there are too many.
+    /// Adds an application and returns its identifier. Throws Refusal (registration) if there are too many.
     uint32_t add(Application application);
 
-    /// Refuses (application not registered) an identifier that names none.
+    /// Returns the application. Throws Refusal (application not registered) if the identifier is unknown.
     Application& find(uint32_t id);
 
-    /// Forgets the application and destroys its objects. Refuses as find does.
+    /// Removes the application and destroys its objects. Throws as find() does.
     void remove(uint32_t id);
 
-    /// Answers the new object's identifier. Refuses (instantiation) when there are too many.
+    /// Adds an object and returns its identifier. Throws Refusal (instantiation) if the
+    /// application has too many objects.
     Identifier addObject(uint32_t applicationId, ObjectRecord record);
 
-    /// Refuse (object not found) an identifier that names no object of that application.
+    /// Find or remove an object. Throw Refusal (object not found) if the application has no
+    /// object with that identifier.
     ObjectRecord& findObject(uint32_t applicationId, const Identifier& id);
     void removeObject(uint32_t applicationId, const Identifier& id);
 
-    /// Forgets every application whose process is known and does not run any more.
+    /// Removes every application whose process is known and has ended.
     void removeGone();
 
     size_t size() const { return applications_.size(); }

@@ -1,4 +1,5 @@
-// Makes a server class of an ordinary C++ class. In a file of its own in server/classes/:
+// BuiltInClass: makes a server class from an ordinary C++ class. Each class has its
+// own file in server/classes/:
 //
 //     class Greeter {
 //       public:
@@ -6,8 +7,8 @@
 //     };
 //     const BuiltInClass<Greeter> greeter("Greeter", {{"greet", &Greeter::greet}});
 //
-// Each object has a Greeter of its own. A method throws Refusal if it cannot do its work. Any other exception of a
-// method or a constructor is answered as an error and logged (ServerClass.h).
+// Each server object has its own Greeter. A method throws Refusal if it cannot do its work. Any other
+// exception that a method or constructor throws becomes an error reply and a line in the log (ServerClass.h).
 #pragma once
 
 #include <string>
@@ -27,8 +28,8 @@ class BuiltInClass : public ServerClass {
         CPPByteArray (Object::*function)(CPPByteArray argument);
     };
 
-    /// The class is known to every ClassRegistry made from then on, so objects of this type live as long as
-    /// the process.
+    /// Adds the class to every ClassRegistry. Objects of this type must therefore
+    /// live as long as the process.
     BuiltInClass(std::string name, std::vector<Method> methods)
         : name_(std::move(name)), methods_(std::move(methods)) {
         ClassRegistry::builtInClasses().push_back(this);

@@ -11,7 +11,7 @@ using dovrel::CPPException;
 
 namespace {
 
-// Of the exception that is being handled.
+// Returns the message of the exception that is being handled.
 std::string message() {
     try {
         throw;

@@ -1,5 +1,5 @@
-// Calls into the code of classes, which their authors may have written in a hurry: what they let out must not
-// end an exchange without a reply.
+// Calls the code of classes. Their authors may have overlooked exceptions, and an exception must not end an
+// exchange without a reply.
 #pragma once
 
 #include <cstdint>
@@ -9,15 +9,16 @@
 
 namespace merrowd {
 
-/// Thrown (by value) in place of an exception that is not a Refusal. The text says where it came from.
+/// Thrown (by value) in place of an exception that is not a Refusal. The text names the code that threw it.
 struct EscapedException : Refusal {};
 
 /// For use in a catch block: throws an EscapedException with this code. Its text begins with `operation` and
-/// ends with the message of the exception that is being handled: a std::exception, a CPPException by pointer
-/// (which is deleted), or anything else.
+/// ends with the message of the exception that is being handled. That can be a std::exception, a pointer to a
+/// CPPException (which is deleted), or anything else.
 [[noreturn]] void throwEscapedException(uint32_t code, const std::string& operation);
 
-/// Returns what `work` returns. Its Refusals pass through; all other exceptions become an EscapedException.
+/// Returns the result of `work`. A Refusal that `work` throws reaches the caller; every other exception
+/// becomes an EscapedException.
 template <class Work>
 auto runClassCode(uint32_t code, const std::string& operation, const Work& work) {
     try {

@@ -20,7 +20,7 @@ std::shared_ptr<const ServerClass> ClassRegistry::find(const Identifier& identif
         if (described->identifier() == identifier) return described;
     }
     for (const ServerClass* builtIn : builtInClasses()) {
-        // Built-in classes live as long as the process: the pointer owns nothing.
+        // Built-in classes live as long as the process, so this pointer does not own the class.
         if (builtIn->identifier() == identifier) return {std::shared_ptr<const ServerClass>(), builtIn};
     }
     return nullptr;

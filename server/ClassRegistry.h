@@ -1,4 +1,5 @@
-// All classes that a server knows at a time: the built-in ones, and those that its settings describe.
+// ClassRegistry: the classes that a server knows: the built-in classes and the classes
+// that its settings describe.
 #pragma once
 
 #include <memory>
@@ -11,20 +12,20 @@ namespace merrowd {
 
 class ClassRegistry {
   public:
-    /// Knows the built-in classes.
+    /// Contains only the built-in classes.
     ClassRegistry() = default;
 
-    /// Takes a described class in, in place of a class with the same identifier, a built-in one too. Objects
-    /// of the class that is replaced live on as they are.
+    /// Adds a described class. It replaces a class with the same identifier (including a built-in class).
+    /// Existing objects of the replaced class do not change.
     void add(std::shared_ptr<const ServerClass> described);
 
-    /// Null where no class has that identifier. The result keeps the class alive.
+    /// Returns the class with that identifier, or null if there is none. The result keeps the class alive.
     std::shared_ptr<const ServerClass> find(const Identifier& identifier) const;
 
-    /// The names of all classes, each once, in alphabetical order.
+    /// Returns the names of all classes, each once, in alphabetical order.
     std::vector<std::string> names() const;
 
-    /// The classes that are part of the program. They enter themselves before main runs (BuiltInClass.h).
+    /// The classes that are part of the program. They add themselves before main() runs (BuiltInClass.h).
     static std::vector<const ServerClass*>& builtInClasses();
 
   private:

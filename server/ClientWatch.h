@@ -1,7 +1,8 @@
-// Makes the server look after its clients once a second, because a client that was killed says no good-bye.
+// ClientWatch: makes the server check once a second whether its clients still run, because a client that was
+// killed does not unregister.
 //
-// A thread of its own sends the server an event; the looking itself is done by that event's handler, on the
-// main thread, like all that touches the server's state.
+// A separate thread only sends the server an event. The handler of that event does the check on the main
+// thread, because only the main thread may use the server's state.
 #pragma once
 
 #include <atomic>
@@ -18,11 +19,11 @@ class ClientWatch {
     ClientWatch& operator=(const ClientWatch&) = delete;
     ~ClientWatch();
 
-    /// Starts the thread, if it does not run yet. It ends with the object.
+    /// Starts the thread if it does not run yet. The destructor ends it.
     void start();
 
-    /// The event has been handled: the next may be sent. So a server that is held up finds one event, not
-    /// hundreds.
+    /// Call this when the event has been handled; the next event may then be sent. So a server that was
+    /// blocked finds one event in its queue instead of hundreds.
     void done() { pending_ = false; }
 
   private:

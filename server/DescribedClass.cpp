@@ -35,7 +35,8 @@ std::vector<std::string> splitAtCommas(const std::string& text) {
     return names;
 }
 
-// False where the section says neither by name nor by number which class it is.
+// Finds the identifier of a section's class. Returns false and adds a problem if the identifier has the wrong
+// size, or if there is none and the name is too long for one.
 bool findIdentifier(const Properties& section, const std::string& name, Identifier& identifier,
                     std::vector<std::string>& problems) {
     if (!section.contains(kIdentifierKey)) {
@@ -57,7 +58,7 @@ bool findIdentifier(const Properties& section, const std::string& name, Identifi
     return false;
 }
 
-// One aspect of a behaviour, by the word behind the point. False for a word that is none.
+// Sets one aspect of a behaviour, named by the word after the point. Returns false if the word is unknown.
 bool setAspect(Behaviour& behaviour, const std::string& aspect, const Properties& section,
                const std::string& key) {
     const std::string value = section.getString(key);

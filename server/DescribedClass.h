@@ -1,13 +1,13 @@
-// A class that is not programmed but described, in a section of the settings: methods with fixed answers,
-// messages, failures and delays. It lets the author of a host imitate the classes of a product.
+// DescribedClass: a class without code, described by a section of the settings. Its methods have fixed
+// answers, messages, failures and delays, so that the author of a host can imitate the classes of a product.
 //
-//     //CLASS                 the name, up to 16 characters; more where an identifier is given
+//     //CLASS                 the name, up to 16 characters; it may be longer if there is an identifier
 //     STR:Scanner
-//     //identifier            optional, 16 bytes; the name padded with zero bytes where it is absent
+//     //identifier            optional, 16 bytes; default: the name padded with zero bytes
 //     BAR:000102030405060708090A0B0C0D0E0F
-//     //methods               the names, with commas between them
+//     //methods               the names, separated by commas
 //     STR:scan, eject
-//     //scan.answer           what the method answers: text, bytes, or a number as 4 bytes
+//     //scan.answer           the method's answer: text, bytes, or a number as 4 bytes
 //     STR:page 1
 //     //scan.message          a message for the user, shown after the call
 //     STR:The lamp is getting old.
@@ -18,7 +18,7 @@
 //     //eject.delay           milliseconds before the method does anything
 //     INT:250
 //
-// "instantiate" takes the place of a method for the creation of objects; it has no answer.
+// "instantiate" in place of a method's name describes the creation of objects, which has no answer.
 #pragma once
 
 #include <map>
@@ -32,7 +32,7 @@
 
 namespace merrowd {
 
-/// What a described operation does.
+/// The described behaviour of a method or of the creation of objects.
 struct Behaviour {
     CPPByteArray answer;
     UserMessage message;
@@ -43,11 +43,12 @@ struct Behaviour {
 
 class DescribedClass : public ServerClass {
   public:
-    /// The key that begins the section of a class.
+    /// The key at the beginning of a class's section.
     static constexpr char kSectionKey[] = "CLASS";
 
-    /// Makes the class of a section. Null when it has no usable name or identifier; other entries that do not
-    /// fit are left out. Each problem gets a line. Delays run on `process`, which must outlive the class.
+    /// Makes a class from its section. Returns null if the section has no usable name or identifier. Other
+    /// wrong entries are ignored. Each problem adds a line to `problems`. `process` waits out the delays
+    /// and must outlive the class.
     static std::shared_ptr<const ServerClass> fromSection(const dovrel::Properties& section,
                                                           ServerProcess& process,
                                                           std::vector<std::string>& problems);
@@ -57,7 +58,8 @@ class DescribedClass : public ServerClass {
     std::vector<std::string> methods() const override { return methods_; }
     std::unique_ptr<ServerObject> instantiate(UserMessage& message) const override;
 
-    /// Does what is described for a method, or for "instantiate". Throws Refusal.
+    /// Does what the settings describe for a method or for "instantiate", and returns
+    /// the answer. Throws Refusal.
     Answer perform(const std::string& operation) const;
 
   private:

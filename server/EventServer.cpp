@@ -5,7 +5,7 @@
 
 #include "client/exceptions/CPPException.h"
 
-// The 64-bit headers of the platform do not declare the loop, but the calls are there.
+// The platform's 64-bit headers do not declare these functions, but its 64-bit libraries contain them.
 extern "C" void RunApplicationEventLoop(void);
 extern "C" void QuitApplicationEventLoop(void);
 
@@ -42,7 +42,7 @@ bool EventServer::install(const EventKind& kind) {
                                  reinterpret_cast<SRefCon>(this), false) == noErr;
 }
 
-// No exception may travel through the platform's frames.
+// No exception may pass through the platform's stack frames.
 template <EventServer::Handler handler>
 OSErr EventServer::entry(const AppleEvent* event, AppleEvent* reply, SRefCon server) {
     try {
@@ -53,7 +53,7 @@ OSErr EventServer::entry(const AppleEvent* event, AppleEvent* reply, SRefCon ser
         std::unique_ptr<CPPException> failure(caught);
         return errAEEventFailed;
     } catch (...) {
-        // Where no further thread can be had, for one.
+        // For example, std::system_error if no thread can be started.
         return errAEEventFailed;
     }
 }

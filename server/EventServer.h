@@ -1,5 +1,5 @@
-// The server as an application: receives Apple events and hands them to the exchanges, in the event loop of
-// the process's main thread, one at a time.
+// EventServer: receives Apple events in the event loop of the main thread and passes them to
+// Exchanges, one at a time.
 #pragma once
 
 #include <memory>
@@ -13,15 +13,15 @@ namespace merrowd {
 
 class EventServer {
   public:
-    /// Both must outlive the object; there is one per process.
+    /// Both arguments must outlive the object. There is one EventServer per process.
     EventServer(ServerState& state, Exchanges& exchanges);
 
-    /// Installs the handlers and serves until a 'quit' event arrives, the last client has gone where that is
-    /// asked for, or the settings made the server vanish. Main thread. False when the handlers could not be
-    /// installed.
+    /// Installs the handlers and serves until one of these happens: a 'quit' event arrives, the last client
+    /// has ended (if the settings ask for that), or the fault vanishAfter ends the server. Call it on the
+    /// main thread. Returns false if the handlers could not be installed.
     bool run();
 
-    /// Whether the server is to end as a crash would, now that run has returned.
+    /// After run() has returned: returns whether the process must now end as if it had crashed.
     bool vanishes() const { return vanishes_; }
 
   private:

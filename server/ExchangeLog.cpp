@@ -31,8 +31,9 @@ std::string timeStamp() {
     return std::string(text) + "." + fraction.substr(1) + " ";
 }
 
-// Opens the log for appending. Returns -1 if that is not possible. All users may write to the folder of the logs, so
-// the path can lead anywhere: a link could name any file of this user, and a pipe would block the server.
+// Opens the log for appending. Returns -1 if that is not possible. All users may write to the log
+// folder, so the path can be anything: a symbolic link could point to any file of this user, and a
+// pipe would block the server.
 int openLog(const std::string& path) {
     const int descriptor =
         open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666);
@@ -42,7 +43,7 @@ int openLog(const std::string& path) {
         close(descriptor);
         return -1;
     }
-    // The servers of several users write to one log, like the hosts to theirs.
+    // All users may write the log, because the servers of several users write to the same log.
     if (status.st_size == 0) static_cast<void>(fchmod(descriptor, 0666));
     return descriptor;
 }

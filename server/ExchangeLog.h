@@ -1,5 +1,5 @@
-// The server's log: a text file to which each exchange is written in readable form, for whoever wants to see
-// what a host and the server say to each other.
+// ExchangeLog: the server's log, a text file that shows every exchange between a host and
+// the server in readable form.
 //
 //     2026-11-15 18:19:00.123 #7 call method, from process 4711
 //         > 103 session identifier = 65537
@@ -8,9 +8,9 @@
 //     2026-11-15 18:19:00.124 #7 answered
 //         < 111 result data = 5 bytes: 68 65 6C 6C 6F "hello"
 //
-// The file is made when the first line is written, and each line is in the file when the call returns, so
-// that nothing is lost when the server is killed. A log that cannot be written goes to standard error
-// instead.
+// The file is created when the first line is written. Each line is written to the file before
+// the call returns, so nothing is lost if the server is killed. If the file cannot be opened,
+// the log goes to standard error.
 #pragma once
 
 #include <cstdint>
@@ -24,13 +24,14 @@ namespace merrowd {
 
 class ExchangeLog {
   public:
-    /// `path` is that of the file in the language's file calls; lines are added to what is there.
+    /// `path` is passed to `open` unchanged. New lines are appended to an existing file.
     explicit ExchangeLog(std::string path);
 
-    /// A line with the time in front. Line feeds in it become blanks.
+    /// Writes a line with the time before it. Line feeds in the text become blanks.
     void note(const std::string& text);
 
-    /// The beginning of an exchange, and its end, when it has one. Numbers exchanges.
+    /// Write the request and the answer of an exchange. Each request gets the next number; an answer gets the
+    /// number of the last request. An exchange may have no answer.
     void request(const std::string& title, const CPPByteArray& request);
     void answer(const std::string& title, const CPPByteArray& answer);
 

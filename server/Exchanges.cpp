@@ -34,7 +34,8 @@ std::unique_ptr<POSTransferObj> fromText(const std::string& text) {
     return fromBytes(text.data(), text.size());
 }
 
-// A copy of a normal answer in which the field, if the command's answers have it, holds other data.
+// Returns a copy of a normal answer with other data in the field. Returns the answer unchanged if it does not
+// have the field or is not a normal answer.
 std::unique_ptr<POSTransferObj> withField(std::unique_ptr<POSTransferObj> answer, const POSField& field,
                                           const CPPByteArray& data) {
     const POSCommand* command = dovrel::findPOSCommand(answer->getCommand());

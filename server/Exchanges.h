@@ -1,6 +1,6 @@
-// What becomes of each event: the request is logged, answered by the request handler, spoilt where the
-// settings ask for that, and the answer is logged. Knows nothing of Apple events, so that tests can call it
-// with bytes.
+// Exchanges: handles the contents of each event. It logs the request, lets the request handler answer it,
+// applies the misbehaviour that the settings ask for, and logs the answer. It does not use Apple events, so
+// tests can call it with bytes.
 #pragma once
 
 #include <sys/types.h>
@@ -16,14 +16,14 @@
 
 namespace merrowd {
 
-/// What goes back to the client.
+/// The result of an exchange, for the client.
 struct Outcome {
-    /// The bytes of the reply's direct parameter, also where they are no transfer object; null: the reply has
-    /// none.
+    /// The bytes of the reply's direct parameter, even if they are not a transfer object. Null if the
+    /// reply has no direct parameter.
     std::unique_ptr<POSTransferObj> parameter;
-    int16_t status = 0;      ///< of the event as the platform sees it
+    int16_t status = 0;      ///< status of the event, as the platform reports it
     bool endServer = false;  ///< the server ends after this answer ...
-    bool vanish = false;     ///< ... as a crash would
+    bool vanish = false;     ///< ... as if it had crashed
 };
 
 class Exchanges {
@@ -31,20 +31,21 @@ class Exchanges {
     /// All three must outlive the object.
     Exchanges(ServerState& state, ServerProcess& process, ExchangeLog& log);
 
-    /// One exchange of data.
+    /// Handles one exchange of data.
     Outcome data(const CPPByteArray& request, pid_t sender);
 
     Outcome handshake(pid_t sender);
 
-    /// Takes over settings and described classes from a text in properties form. Answers a text of the same
-    /// form: how many problems there were ("problems"), each of them ("problem 1" and so on), and how the
-    /// server stands ("process", "applications", "objects").
+    /// Applies settings and described classes from a text in properties form. The reply is a text of the same
+    /// form: the number of problems ("problems"), each problem ("problem 1" and so on), and the server's
+    /// state ("process", "applications", "objects").
     Outcome control(const std::string& text);
 
-    /// The same for the text of the settings file. Problems go to the log.
+    /// As above for the text of the settings file, without a reply. Problems go to the log.
     void configure(const std::string& text);
 
-    /// Forgets applications whose process has gone. True when the server is to end because its last one has.
+    /// Removes applications whose process has ended. Returns true if the server must end
+    /// because the last one has gone.
     bool lastClientHasGone();
 
   private:

@@ -1,4 +1,4 @@
-// What the server can be told to do wrong, by name. For the tests of whoever writes a client.
+// The ways in which the server can misbehave on request, by name. For tests of clients.
 #pragma once
 
 #include <chrono>
@@ -7,51 +7,51 @@
 
 namespace merrowd {
 
-/// What becomes of an exchange of data.
+/// The fault in an exchange of data.
 enum class Fault {
     none,
-    late,          ///< answers as always, after a delay
-    silent,        ///< never answers, nor anything after it: the server hangs
-    vanishBefore,  ///< ends before it has done anything
-    vanishDuring,  ///< does what it was asked for and ends before the answer leaves
-    vanishAfter,   ///< answers, then ends
-    cut,           ///< only the first bytes of the answer
-    garbage,       ///< bytes that are no answer
-    empty,         ///< an answer of no bytes
-    noParameter,   ///< a reply without anything in it
-    failedEvent,   ///< the event itself fails with a status of the platform
-    error,         ///< an exception answer, whatever was asked for; nothing is done
-    message,       ///< a message for the user in the answers that can carry one
-    huge           ///< the result of methods, commands and information requests is huge
+    late,          ///< answers normally after a delay
+    silent,        ///< never answers this or a later request: the server hangs
+    vanishBefore,  ///< ends before it carries out the request
+    vanishDuring,  ///< carries out the request and ends before it answers
+    vanishAfter,   ///< answers and then ends
+    cut,           ///< answers with the first bytes of the answer only
+    garbage,       ///< answers with bytes that are not a structured block
+    empty,         ///< answers with no bytes
+    noParameter,   ///< sends a reply without a direct parameter
+    failedEvent,   ///< the event fails with a status of the platform
+    error,         ///< answers every request with an exception and does not carry it out
+    message,       ///< adds a message for the user to the answers that can contain one
+    huge           ///< answers methods, commands and information requests with a huge result
 };
 
-/// What becomes of the handshake.
+/// How the handshake is answered.
 enum class Handshake {
     answered,
-    silent,      ///< never answered: the server hangs
-    empty,       ///< answered with no bytes
-    noParameter  ///< answered with nothing in the reply
+    silent,      ///< never: the server hangs
+    empty,       ///< with no bytes
+    noParameter  ///< with a reply that has no direct parameter
 };
 
-/// The fault that is on, and when it strikes.
+/// The selected fault and the exchanges in which it occurs.
 struct Misbehaviour {
     Fault fault = Fault::none;
-    uint32_t command = 0;  ///< only in exchanges of that command; 0: in all of them
-    uint32_t skip = 0;     ///< so many of those exchanges pass undisturbed first
-    uint32_t times = 0;    ///< it strikes that often; 0: always
-    uint32_t struck = 0;   ///< so often it has struck
+    uint32_t command = 0;  ///< only in exchanges of this command; 0: in all exchanges
+    uint32_t skip = 0;     ///< this number of such exchanges are handled normally first
+    uint32_t times = 0;    ///< the fault occurs this often; 0: without limit
+    uint32_t struck = 0;   ///< how often it has occurred
 
-    std::chrono::milliseconds delay{500};         ///< late
-    uint32_t cutTo = 0;                           ///< cut: bytes that are left
-    uint32_t errorCode = 0;                       ///< error
-    std::string errorText = "This is a test.";    ///< error
-    uint32_t messageFlags = 1;                    ///< message
-    std::string messageText = "This is a test.";  ///< message
-    uint32_t hugeSize = 64u << 20;                ///< huge: bytes
-    int16_t eventStatus = -1;                     ///< failedEvent
+    std::chrono::milliseconds delay{500};         ///< for late
+    uint32_t cutTo = 0;                           ///< for cut: size of the answer in bytes
+    uint32_t errorCode = 0;                       ///< for error
+    std::string errorText = "This is a test.";    ///< for error
+    uint32_t messageFlags = 1;                    ///< for message
+    std::string messageText = "This is a test.";  ///< for message
+    uint32_t hugeSize = 64u << 20;                ///< for huge: size in bytes
+    int16_t eventStatus = -1;                     ///< for failedEvent
 
-    /// Whether the exchange that begins now, of that command (0: not known), is one in which the fault
-    /// strikes. Counts.
+    /// Returns whether the fault occurs in the exchange that begins now, and counts the exchange.
+    /// `exchangeCommand` is the command of the exchange, 0 if it is not known.
     bool strikes(uint32_t exchangeCommand);
 };
 

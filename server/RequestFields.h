@@ -1,10 +1,14 @@
-// A request as the server takes it: bytes that have been checked against the table of commands, field by
-// field.
+// RequestFields: the fields of a request, checked against the table of commands.
 //
-// Where the library reads answers leniently, the server reads requests strictly, because a host's mistake is
-// best found here: a header that is not that of a request, a missing field, a number that is not 4 bytes, an
-// identifier that is not 16 and a name without its zero byte are all refused as parameters in the wrong form.
-// Fields beyond those of the table are ignored.
+// The library reads replies leniently. The server checks requests strictly, because this is the best place to
+// find a host's mistake. It refuses each of the following (parameter format):
+//
+// - a header that is not a request's header,
+// - a missing field,
+// - a number that is not 4 bytes, or an identifier that is not 16 bytes,
+// - a name that does not end with its only zero byte.
+//
+// Fields that are not in the table are ignored.
 #pragma once
 
 #include <string>
@@ -20,14 +24,14 @@ using dovrel::POSField;
 
 class RequestFields {
   public:
-    /// Checks the whole request. Throws Refusal: code 3 (no valid interface) for a format version or a
-    /// command that this server does not know, parameter format for everything else. The bytes must outlive
-    /// the object.
+    /// Checks the whole request. Throws Refusal with code 3 (no valid interface) if the format
+    /// version or the command is unknown, and with "parameter format" for every other mistake. The
+    /// bytes must outlive the object.
     explicit RequestFields(const CPPByteArray& request);
 
     const POSCommand& command() const { return *command_; }
 
-    // Fields of the command, in the form that the table gives them.
+    // The fields of the command. Each function is for fields of one form in the table.
     uint32_t number(const POSField& field) const { return reader_.readUInt32Part(field); }
     Identifier identifier(const POSField& field) const;
     std::string name(const POSField& field) const;

@@ -39,7 +39,7 @@ std::vector<Identifier> readClassList(const CPPByteArray& block) {
     return classes;
 }
 
-// Flag word and text; nothing at all where there is no message.
+// Writes the flags and the text, or an empty field if there is no message.
 void writeMessage(POSTransferObj& reply, const UserMessage& message) {
     CPPByteArray field;
     if (message.flags != 0) field = bytesOf(bytesToText(bytesOfNumber(message.flags)) + message.text);
@@ -117,7 +117,7 @@ void RequestHandler::registerApplication(const RequestFields& request, pid_t sen
     application.name = request.name(posField::kApplicationName);
     application.classes = readClassList(request.data(posField::kClassList));
     application.process = sender;
-    // Hosts that were killed never say good-bye.
+    // Hosts that were killed never unregister.
     state_.applications.removeGone();
     const uint32_t id = state_.applications.add(std::move(application));
 

@@ -1,5 +1,5 @@
-// Answers requests: bytes in, bytes out. The whole behaviour of a server that behaves; it knows nothing of
-// how the bytes travel.
+// RequestHandler: carries out requests and makes the replies. It implements the whole server except its
+// misbehaviour, and does not know how the bytes are transported.
 #pragma once
 
 #include <sys/types.h>
@@ -21,26 +21,28 @@ constexpr uint32_t kMessageKindAnswer = 11;
 
 class RequestHandler {
   public:
-    /// Takes a line for the log.
+    /// Writes a line to the log.
     using Note = std::function<void(const std::string& text)>;
 
-    /// The state must outlive the handler. `note` is called for each exception that is not a Refusal.
+    /// `state` must outlive the handler. `note` is called for each exception that is not a Refusal.
     explicit RequestHandler(
         ServerState& state, Note note = [](const std::string&) {})
         : state_(state), note_(std::move(note)) {}
 
-    /// Does what the request asks for and returns the reply, never null. The reply is an exception if that
-    /// could not be done, or if the bytes are not a request. An exception that a class lets out is one with
-    /// code 28, when an object is created one with code 26, anywhere else one with code 23. `sender` is the
-    /// process that asks, 0 if it is not known. Throws std::bad_alloc only, for want of memory outside of a
-    /// class.
+    /// Carries out the request and returns the reply, never null. The reply is an exception if the request
+    /// could not be carried out or if the bytes are not a request. `sender` is the process that sent the
+    /// request, 0 if it is not known.
+    ///
+    /// An exception other than Refusal becomes an exception reply: code 28 from a method, code 26 from the
+    /// creation of an object, code 23 from all other code. Throws only std::bad_alloc, if memory runs out
+    /// outside of the code of a class.
     std::unique_ptr<POSTransferObj> answer(const CPPByteArray& request, pid_t sender);
 
-    /// An exception answer. `command` is 0 where the request does not name a known one.
+    /// Returns an exception reply. `command` is 0 if the request does not name a known command.
     static std::unique_ptr<POSTransferObj> exceptionAnswer(uint32_t command, const Refusal& refusal);
 
   private:
-    // One per command; each writes the fields of its answer.
+    // One function per command. Each one writes the fields of its reply.
     void registerApplication(const RequestFields& request, pid_t sender, POSTransferObj& reply);
     void unregisterApplication(const RequestFields& request);
     void instantiateObject(const RequestFields& request, POSTransferObj& reply);

@@ -39,14 +39,15 @@ void RunningProcess::takeSignals() {
     for (;;) {
         int number = 0;
         if (sigwait(&signals, &number) != 0 || over_) return;
-        // Asked a second time, the server does not wait for what still keeps it.
+        // After a second signal, the server does not wait for the running exchange.
         if (signal_ != 0) _exit(EXIT_FAILURE);
         {
             const std::lock_guard<std::mutex> lock(mutex_);
             signal_ = number;
         }
         changed_.notify_all();
-        // Without an endpoint there is no loop that could be left, and nobody is being served.
+        // If the event cannot be sent, the server has no endpoint yet: the event loop does not run, and
+        // no client is being served.
         if (!sendToSelf(kQuitEvent)) _exit(EXIT_SUCCESS);
     }
 }

@@ -1,8 +1,8 @@
-// The real process of the server: it ends by itself, by SIGTERM or SIGINT, or by vanishing.
+// RunningProcess: the server's real process. It ends normally, by SIGTERM or SIGINT, or by vanish().
 //
-// A signal must not cut an exchange in half, and the event loop can only be left from inside one of its
-// handlers. So the signals are kept from all threads, and one thread of our own takes them: it releases
-// whoever pauses, and sends the server the same 'quit' event that a client would send.
+// A signal must not interrupt an exchange, and the event loop can only be left from one of its handlers. So
+// the signals are blocked in all threads, and a separate thread waits for them. That thread wakes a thread in
+// pause() or hang() and sends the server the same 'quit' event that a client would send.
 #pragma once
 
 #include <atomic>
@@ -16,7 +16,7 @@ namespace merrowd {
 
 class RunningProcess : public ServerProcess {
   public:
-    /// To be made before any other thread is started, because threads inherit which signals they get.
+    /// Construct it before any other thread is started, because threads inherit the mask of blocked signals.
     RunningProcess();
     ~RunningProcess() override;
 
@@ -24,7 +24,7 @@ class RunningProcess : public ServerProcess {
     void hang() override;
     [[noreturn]] void vanish() override;
 
-    /// The signal that told the server to end; 0 as long as there was none.
+    /// Returns the signal that told the server to end, or 0 if there was none.
     int signalNumber() const { return signal_; }
 
   private:

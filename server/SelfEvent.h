@@ -1,4 +1,4 @@
-// The events that only this server knows, and a way for it to send one to itself.
+// The events that the server handles, and a function that sends one to the server itself.
 #pragma once
 
 #include "InterProcessCommunication/IPC_via_AE.h"
@@ -14,14 +14,14 @@ constexpr EventKind kDataEvent{dovrel::serverEvent::kBufferClass, dovrel::server
 constexpr EventKind kHandshakeEvent{dovrel::serverEvent::kBufferClass, dovrel::serverEvent::kWakeClient};
 constexpr EventKind kQuitEvent{kCoreEventClass, kAEQuitApplication};
 
-/// New settings from outside: the direct parameter is a properties text, and so is the answer's.
+/// Control call: the direct parameter of the event and of its reply is a properties text.
 constexpr EventKind kControlEvent{'DEVL', 'ctrl'};
 
-/// Sent by the server to itself, to look after its clients.
+/// The server sends it to itself to check whether its clients still run.
 constexpr EventKind kTickEvent{'DEVL', 'tick'};
 
-/// Puts an event without parameters into the server's own queue. Any thread; waits for nobody. False when
-/// that failed.
+/// Sends an event without parameters to the server itself. Any thread; does not block.
+/// Returns false on failure.
 bool sendToSelf(const EventKind& kind);
 
 }  // namespace merrowd

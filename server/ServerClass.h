@@ -1,7 +1,7 @@
-// The classes that the server offers, and the objects made of them.
+// ServerClass and ServerObject: the classes that the server offers, and the objects of these classes.
 //
-// A new class is one file in server/classes/: an ordinary C++ class whose methods take and give bytes, and
-// one line that names them (BuiltInClass.h). Nothing else has to be touched.
+// A new class is one file in server/classes/. It contains an ordinary C++ class whose methods take and return
+// bytes, and one declaration that names the methods (BuiltInClass.h). No other file has to change.
 #pragma once
 
 #include <memory>
@@ -12,15 +12,16 @@
 
 namespace merrowd {
 
-/// An object of one application. Destroyed when it is deleted or its application goes.
+/// An object of one application. It is destroyed when the client deletes it or when
+/// its application is removed.
 class ServerObject {
   public:
     virtual ~ServerObject() = default;
     ServerObject(const ServerObject&) = delete;
     ServerObject& operator=(const ServerObject&) = delete;
 
-    /// Runs a method, one of those that its class lists. The argument is the callee's to use up. Throws
-    /// Refusal; any other exception is answered as error 28 and logged.
+    /// Runs one of the methods that its class lists, and returns its answer. The method may modify
+    /// `argument`. Throws Refusal; any other exception is sent to the client as error 28 and logged.
     virtual Answer call(const std::string& method, CPPByteArray argument) = 0;
 
   protected:
@@ -35,17 +36,18 @@ class ServerClass {
 
     virtual std::string name() const = 0;
 
-    /// What clients ask for the class by: the name padded with zero bytes, where nothing else is said.
+    /// Returns the identifier that clients use for the class. By default it is the
+    /// name padded with zero bytes.
     virtual Identifier identifier() const { return identifierOfName(name()); }
 
-    /// In the order in which they are to be shown.
+    /// Returns the names of the methods, in the order in which they are shown.
     virtual std::vector<std::string> methods() const = 0;
 
-    /// Makes an object, never null; `message` may be filled for the user. Throws Refusal; any other exception is
-    /// answered as error 26 and logged.
+    /// Makes an object, never null. It may fill `message` for the user. Throws Refusal; any other exception
+    /// is sent to the client as error 26 and logged.
     virtual std::unique_ptr<ServerObject> instantiate(UserMessage& message) const = 0;
 
-    /// The name padded with zero bytes to 16; what is longer is cut.
+    /// Returns the name padded with zero bytes to 16 bytes. A longer name is truncated.
     static Identifier identifierOfName(const std::string& name);
 
   protected:

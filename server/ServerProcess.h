@@ -1,5 +1,5 @@
-// What can happen to the server's process in the middle of an exchange. Behind an interface, so that tests
-// survive it.
+// ServerProcess: what an exchange can do to the server's process. It is an interface, so that tests can
+// replace it and are not ended.
 #pragma once
 
 #include <chrono>
@@ -10,13 +10,13 @@ class ServerProcess {
   public:
     virtual ~ServerProcess() = default;
 
-    /// Does nothing for that long; less where the server is told to end.
+    /// Blocks for that time, or until the server is told to end.
     virtual void pause(std::chrono::milliseconds time) = 0;
 
-    /// Does nothing until the server is told to end.
+    /// Blocks until the server is told to end.
     virtual void hang() = 0;
 
-    /// Ends the process on the spot, as a crash would: nothing is flushed, nothing is answered.
+    /// Ends the process at once, as a crash would: no buffer is flushed and no reply is sent.
     [[noreturn]] virtual void vanish() = 0;
 
   protected:

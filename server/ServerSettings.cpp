@@ -35,7 +35,7 @@ constexpr Choice<Handshake> kHandshakes[] = {
     {"noParameter", Handshake::noParameter},
 };
 
-// The kind of fault comes first: it starts all else of the misbehaviour anew.
+// Sets the fault and resets all other settings of the misbehaviour. So it must be applied before them.
 void setFault(Misbehaviour& misbehaviour, const std::string& value) {
     Misbehaviour fresh;
     setChoice(fresh.fault, kFaults, value);
@@ -72,7 +72,7 @@ void setHandshake(Handshake& handshake, const std::string& value) {
     setChoice(handshake, kHandshakes, value);
 }
 
-// In the order in which they are taken over.
+// In the order in which they are applied.
 constexpr Setting kSettings[] = {
     {"log", ofServer<&ServerSettings::log, setFlag>},
     {"endWithLastClient", ofServer<&ServerSettings::endWithLastClient, setFlag>},

@@ -12,25 +12,25 @@
 namespace merrowd {
 
 struct ServerSettings {
-    bool log = false;                ///< every exchange goes to the log
-    bool endWithLastClient = false;  ///< the server ends when its last application has gone
-    bool endAtStart = false;         ///< the server ends as soon as it has been started
-    bool checkClasses = false;       ///< clients are told to check classes before they ask for objects
+    bool log = false;                ///< write every exchange to the log
+    bool endWithLastClient = false;  ///< end the server when its last application has gone
+    bool endAtStart = false;         ///< end the server at once after its start
+    bool checkClasses = false;       ///< tell clients to check classes before they request objects
     uint32_t interfaceVersion = dovrel::kPOSInterfaceVersion;
     Handshake handshake = Handshake::answered;
     Misbehaviour misbehaviour;
 };
 
-/// Takes over the entries that are settings. Settings without an entry stay as they are, but those of the
-/// misbehaviour start anew when there is an entry for it. An entry that is no setting, or whose value does
-/// not fit, changes nothing and gets a line in `problems`.
+/// Applies the entries to the settings. Settings without an entry keep their values, but an entry for
+/// `misbehave` resets all settings of the misbehaviour first. An entry with an unknown name or a wrong value
+/// changes nothing and adds a line to `problems`.
 void applySettings(const dovrel::Properties& entries, ServerSettings& settings,
                    std::vector<std::string>& problems);
 
-/// The names of all settings, for documents to be held to.
+/// Returns the names of all settings. Tests compare documents with them.
 std::vector<std::string> settingNames();
 
-/// The names of all faults, in the same way.
+/// Returns the names of all faults. Tests compare documents with them.
 std::vector<std::string> faultNames();
 
 }  // namespace merrowd

@@ -1,5 +1,4 @@
-// Everything that a running server knows. Handed to whoever answers requests; the main thread alone touches
-// it.
+// ServerState: all data of a running server. Only the main thread uses it.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +10,7 @@
 namespace merrowd {
 
 struct ServerState {
-    /// Registered applications are numbered from `firstApplication` on.
+    /// The identifiers of registered applications begin with `firstApplication`.
     explicit ServerState(uint32_t firstApplication) : applications(firstApplication) {}
 
     ServerSettings settings;

@@ -27,7 +27,7 @@ int64_t wholeNumber(const std::string& value, int64_t least, int64_t most) {
     const std::string digits = value.substr(sign);
     const bool allDigits =
         std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
-    // Ten digits cannot leave the range of the type.
+    // Ten digits always fit into int64_t.
     if (digits.empty() || digits.size() > 10 || !allDigits) throw unfit;
     const int64_t number = std::strtoll(value.c_str(), nullptr, 10);
     if (number < least || number > most) throw unfit;

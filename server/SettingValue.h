@@ -1,5 +1,5 @@
-// Values of settings, from their text to their type. Each function leaves its target alone and throws
-// UnfitValue (by value) where the text does not fit.
+// Converts the text of a setting to the setting's type. If the text does not fit, each function leaves its
+// target unchanged and throws UnfitValue (by value).
 #pragma once
 
 #include <chrono>
@@ -10,10 +10,10 @@
 namespace merrowd {
 
 struct UnfitValue {
-    std::string expected;  ///< in words, to stand behind "expected"
+    std::string expected;  ///< what is expected, in words that follow "expected"
 };
 
-/// The number that all of the text is, decimal and with a "-" at most in front.
+/// Returns the value of a text that is a decimal number and nothing else, except an optional "-" before it.
 int64_t wholeNumber(const std::string& value, int64_t least, int64_t most);
 
 void setFlag(bool& target, const std::string& value);
@@ -21,7 +21,7 @@ void setNumber(uint32_t& target, const std::string& value);
 void setStatus(int16_t& target, const std::string& value);
 void setDelay(std::chrono::milliseconds& target, const std::string& value);
 
-/// Line feeds that the text form cannot hold come back ("chg-lf").
+/// Sets a text, with every "chg-lf" replaced by a line feed.
 void setText(std::string& target, const std::string& value);
 
 template <typename Value>
@@ -43,10 +43,11 @@ void setChoice(Value& target, const Choice<Value> (&choices)[count], const std::
     throw UnfitValue{"one of " + names};
 }
 
-/// A text in double quotes for a problem: control characters as "\x0A", and the beginning only of long texts.
+/// Returns a text in double quotes for a line in the log. Control characters become "\x0A" and so on, and
+/// long texts are truncated.
 std::string inQuotes(std::string_view text);
 
-/// The line for the log.
+/// Returns the line for the log.
 std::string problemOfValue(const std::string& key, const std::string& value, const UnfitValue& unfit);
 
 }  // namespace merrowd

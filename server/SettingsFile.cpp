@@ -17,7 +17,8 @@ using dovrel::CPPException;
 
 namespace {
 
-// Configuration files end at their first zero byte, which the text that was read does not show.
+// Reports a zero byte in the file. The configuration text ends there, and the text that
+// was read does not show it.
 void reportZeroByte(const std::string& path, ExchangeLog& log) {
     std::ifstream file(path, std::ios::binary);
     const std::string bytes(std::istreambuf_iterator<char>(file), {});

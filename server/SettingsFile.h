@@ -1,4 +1,4 @@
-// The settings file of the server.
+// Reads the server's settings file.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@
 
 namespace merrowd {
 
-/// Takes over the settings in the file at `path` (for `fopen` and friends), if there is one. Problems with
-/// the settings and with reading the file go to the log.
+/// Applies the settings in the file at `path` (for `fopen` and other C library functions), if the file
+/// exists. Errors in the settings and in reading the file go to the log.
 void readSettingsFile(const std::string& path, Exchanges& exchanges, ExchangeLog& log);
 
 }  // namespace merrowd

@@ -31,7 +31,7 @@ void requirePairsOfDigits(std::string_view value) {
     if (blanks + digits != value.size() || digits % 2 != 0) throw UnfitValue{"pairs of hexadecimal digits"};
 }
 
-// Throws UnfitValue.
+// Throws UnfitValue if the value does not fit the type.
 void requireValueOfType(PropertyType type, std::string_view value) {
     using Limits = std::numeric_limits<int32_t>;
     switch (type) {
@@ -48,13 +48,13 @@ void requireValueOfType(PropertyType type, std::string_view value) {
     }
 }
 
-// Follows the reader through the text.
+// Examiner: checks each step of the reader and adds problems.
 class Examiner {
   public:
     Examiner(std::string_view text, std::vector<std::string>& problems)
         : lastPlace_(text.data()), problems_(problems) {}
 
-    /// Whether the value is entered.
+    /// Returns whether the value is entered into the section.
     bool accepts(EntryReader::Step step, const EntryReader& reader) {
         if (step == EntryReader::Step::kOther) {
             if (!reader.line().empty() && reader.line() != "\r") addOther(reader.line());
@@ -94,7 +94,7 @@ class Examiner {
         textOfFirstOther_ = line;
     }
 
-    // Lines in a row are one problem, so that a file of another kind does not fill the log.
+    // Consecutive lines are one problem, so that a file in another format does not fill the log.
     void reportOthers() {
         if (firstOther_ == 0) return;
         const std::string text = inQuotes(textOfFirstOther_);
@@ -116,7 +116,7 @@ class Examiner {
         problems_.push_back("line " + std::to_string(line) + ": " + problem);
     }
 
-    // Counted from 1. Lines are asked for in their order.
+    // Returns the number of a line, counted from 1. Must be called for lines in their order.
     size_t lineNumberOf(std::string_view line) {
         lastNumber_ += static_cast<size_t>(std::count(lastPlace_, line.data(), dovrel::kLineFeed));
         lastPlace_ = line.data();
@@ -130,9 +130,9 @@ class Examiner {
     bool keyWaits_ = false;
     std::string_view waitingKey_;
     size_t lineOfKey_ = 0;
-    std::set<std::string_view> keys_;  // that have a value in this section
+    std::set<std::string_view> keys_;  // keys that have a value in this section
 
-    size_t firstOther_ = 0;  // 0: none
+    size_t firstOther_ = 0;  // 0 if there is none
     size_t lastOther_ = 0;
     std::string_view textOfFirstOther_;
 };

@@ -1,5 +1,5 @@
-// Reads settings texts strictly: people write them by hand, so what the properties grammar would pass over in
-// silence is a problem here.
+// Reads settings texts strictly. People write them by hand, so lines that the properties grammar ignores are
+// reported as problems here.
 #pragma once
 
 #include <string>
@@ -10,13 +10,14 @@
 
 namespace merrowd {
 
-/// The sections of a settings text, one for each described class and one for the entries in front of them.
-/// Each of the following gets a line in `problems` that names its place, and changes nothing:
+/// Returns the sections of a settings text: one for the entries before the first class, and one
+/// for each described class. Each of the following adds a line to `problems` that names its place,
+/// and is otherwise ignored:
 ///
-/// - lines that are not part of an entry (blank lines are not a problem),
-/// - keys without a value, and keys that have a value already in the same section,
+/// - lines that are not part of an entry (blank lines are allowed),
+/// - keys without a value, and keys that already have a value in the same section,
 /// - values without one of the type words INT, STR and BAR,
-/// - INT values that are not a number of 32 bits, BAR values that are not pairs of hexadecimal digits.
+/// - INT values that are not a 32-bit number, and BAR values that are not pairs of hexadecimal digits.
 std::vector<dovrel::Properties> readSettingsText(std::string_view text, std::vector<std::string>& problems);
 
 }  // namespace merrowd

@@ -1,4 +1,4 @@
-// Merrowd, the development server: a real server for whoever writes hosts or tests the client library.
+// Merrowd, the development server: a real server for people who write hosts or test the client library.
 #include <unistd.h>
 
 #include <cstdlib>
@@ -17,8 +17,9 @@ using namespace merrowd;
 constexpr char kLogName[] = "Merrowd.log";
 constexpr char kSettingsName[] = "Merrowd.conf";
 
-// Applications of one server are numbered in a row, those of the next one elsewhere, so that a host that
-// missed the change is told that it is not registered instead of being taken for another one.
+// The applications of one server have consecutive numbers, and the next server begins at another
+// number. So a host that did not notice the change is told that it is not registered, and is not
+// taken for another application.
 uint32_t firstApplication() {
     return (static_cast<uint32_t>(getpid()) & 0x7FFF) << 16 | 1;
 }

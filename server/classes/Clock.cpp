@@ -1,6 +1,7 @@
 // Clock: the time of the server's machine.
 //
-//   now   answers the time in UTC as text: 2026-11-15T18:19:00Z
+//   method   argument   answer
+//   now      none       the time in UTC as text: 2026-11-15T18:19:00Z
 #include <ctime>
 
 #include "server/BuiltInClass.h"

@@ -1,7 +1,10 @@
-// Counter: a sum that starts at 0. Numbers are 4 bytes, the least significant first.
+// Counter: a sum that starts at 0. Numbers are 4 bytes, least significant byte first.
 //
-//   add     takes a number, adds it and answers the sum; refused, and nothing added, where the sum would not
-//   fit value   answers the sum reset   sets the sum to 0
+//   method   argument   answer
+//   add      a number   the sum after adding the number; refused if it would not fit into 32 bits,
+//                       and then nothing is added
+//   value    none       the sum
+//   reset    none       none; sets the sum to 0
 #include <limits>
 
 #include "server/BuiltInClass.h"

@@ -1,4 +1,4 @@
-// Echo: gives back what it gets. For trying whether bytes of any kind and number arrive as they were sent.
+// Echo: returns its argument. For testing whether bytes of any value and number arrive unchanged.
 #include "server/BuiltInClass.h"
 
 namespace merrowd {

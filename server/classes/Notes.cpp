@@ -1,12 +1,13 @@
-// Notes: a small store of texts by name. Each object has its own; nothing is kept on disk.
+// Notes: a small store of texts by name. Each object has its own store, in memory only.
 //
-//   put      takes a name, a zero byte and any bytes; keeps them under the name, in place of what was there
-//   get      takes a name, answers the bytes
-//   list     answers all names in alphabetical order, a line feed after each
-//   remove   takes a name
+//   method   argument                        answer
+//   put      name, a zero byte, any bytes    none; stores the bytes under the name and replaces older bytes
+//   get      name                            the bytes
+//   list     none                            all names in alphabetical order, a line feed after each
+//   remove   name                            none
 //
-// A name is not empty and holds no zero byte and no line feed. A name that is not there is a failure of the
-// method.
+// A name is not empty and contains no zero byte and no line feed. For an unknown
+// name, `get` and `remove` fail.
 #include <map>
 #include <string>
 

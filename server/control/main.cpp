@@ -1,11 +1,11 @@
-// merrowd-control: sends settings to the running development server and prints its answer.
+// merrowd-control: sends settings to the running development server and prints its reply.
 //
-//     merrowd-control [FILE]     FILE (default: standard input) holds a properties text; server/README.md
+//     merrowd-control [FILE]     FILE (default: standard input) contains a properties text; server/README.md
 //                                lists the settings
 //     merrowd-control --quit     asks the server to end
 //
-// Ends with 0 when the server took everything over, or was asked to end, with 1 when it found problems, with
-// 2 when it could not be reached or something failed here.
+// Exit status: 0 if the server applied all settings or was asked to end, 1 if it reported problems, 2 if it
+// could not be reached or if merrowd-control itself failed.
 #include <cstdio>
 #include <fstream>
 #include <iostream>
