@@ -1,10 +1,10 @@
 /*
- * A host in plain C. It loads the library as a bundle, registers itself with the server, lets a Digest object there
- * compute the MD5 of a file, uses the other operations on the way, and unregisters.
+ * A host in plain C. It loads the library as a bundle, registers with the server, uses a Digest object there to
+ * compute the MD5 of a file, and unregisters. On the way it also uses the other operations.
  *
  *     host BUNDLE FILE
  *
- * BUNDLE is the path of Dovrel.bundle. The digest is printed alone on the line that begins with "digest: ".
+ * BUNDLE is the path of Dovrel.bundle. The digest is printed on a line of its own that begins with "digest: ".
  */
 #include <dlfcn.h>
 #include <errno.h>
@@ -15,7 +15,7 @@
 
 #include "dovrel/pos.h"
 
-/* The functions that this host uses, under the names by which the bundle exports them. */
+/* The functions that this host uses, with the names that the bundle exports. */
 typedef struct Library {
     uint32_t (*InitializePOS)(void);
     uint32_t (*TerminatePOS)(void);
@@ -43,7 +43,8 @@ static int loadFunction(void* handle, const char* name, void* target) {
         fprintf(stderr, "host: %s\n", dlerror());
         return 0;
     }
-    /* ISO C has no conversion from object to function pointers; POSIX says that the representation is the same. */
+    /* ISO C does not define the conversion of object pointers to function pointers; POSIX guarantees the same
+       representation. */
     memcpy(target, &address, sizeof address);
     return 1;
 }
@@ -69,7 +70,7 @@ static int loadLibrary(const char* bundle, Library* library) {
 #undef LOAD
 }
 
-/* Makes room for at least one more byte. */
+/* Enlarges the buffer so that at least one more byte fits. Returns 0 on failure. */
 static int growFile(File* file, size_t* room) {
     const size_t larger = *room == 0 ? 65536 : 2 * *room;
     uint8_t* bytes = larger <= 0x80000000u ? realloc(file->bytes, larger) : NULL;
@@ -80,7 +81,7 @@ static int growFile(File* file, size_t* room) {
     return 1;
 }
 
-/* Reads up to the end, because some files (pipes, /proc) have no known size. */
+/* Reads a file up to its end, because the size of some files (pipes, /proc) is not known. Returns 0 on failure. */
 static int readFile(const char* path, File* file) {
     FILE* stream = fopen(path, "rb");
     size_t room = 0;
@@ -103,7 +104,7 @@ static int readFile(const char* path, File* file) {
     return fits;
 }
 
-/* Identifiers are 16 bytes: for the server's built-in classes the name, padded with zero bytes. */
+/* Identifiers are 16 bytes. For the server's built-in classes, it is the name padded with zero bytes. */
 static void setIdentifier(uint8_t identifier[POS_IDENTIFIER_SIZE], const char* name) {
     memset(identifier, 0, POS_IDENTIFIER_SIZE);
     memcpy(identifier, name, strlen(name));
@@ -117,7 +118,7 @@ static void printAndFree(const Library* library, const char* label, uint8_t* byt
     library->posDeleteDLLHeapData(bytes);
 }
 
-/* The interface version: the only request that the library does not send to the server. */
+/* Prints the interface version. The library answers only this information request itself. */
 static int showInterfaceVersion(const Library* library, uint32_t application) {
     const uint8_t request[2] = {0x60, 0x01};
     uint8_t* info = NULL;
@@ -145,7 +146,7 @@ static int runCommand(const Library* library, uint32_t application, const char* 
     return 1;
 }
 
-/* Creates a Digest object in the server, lets it compute the MD5 of the file, and deletes it. */
+/* Creates a Digest object in the server, calls its method for the MD5 of the file, and deletes the object. */
 static int digestInServer(const Library* library, uint32_t application, void* classId, const File* file) {
     void* object = NULL;
     uint8_t* result = NULL;
