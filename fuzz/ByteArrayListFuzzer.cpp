@@ -1,4 +1,5 @@
-// Byte array lists: whatever is read as a list is the same list after being written and read again.
+// Fuzz target for byte array lists: every list that can be read is the same list after it
+// is written and read again.
 
 #include <memory>
 #include <vector>

@@ -1,5 +1,5 @@
-// The sections of a configuration text: whatever the text, every section has entries and begins anew at the
-// section key, and the sections written one after the other are read back as they were.
+// Fuzz target for the sections of a configuration text. For every text, each section has entries. Sections
+// that are written one after the other are read back unchanged.
 
 #include <string>
 #include <vector>
@@ -14,7 +14,7 @@ using dovrel::Properties;
 
 constexpr char kSectionKey[] = "LANGUAGE";
 
-// The section's text with the section key's entry in front, where a section begins.
+// Returns the text of a section. The entry of the section key is first, because a section begins with it.
 std::string textOf(const Properties& section) {
     Properties rest = section;
     Properties first;
@@ -34,13 +34,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
     const std::vector<Properties> sections = ConfigFileSystem::readSections(text, kSectionKey);
 
-    // The version entry is skipped at the beginning of a text, so the written one gets one of its own.
+    // A version entry at the beginning of a text is skipped, so the written text begins with one.
     std::string written = "//version\nINT:1\n";
     bool isReadable = true;
     for (size_t i = 0; i < sections.size(); ++i) {
         FUZZ_CHECK(sections[i].size() != 0);
-        // The value of a section key's entry may be of an unknown type and dropped; such a section cannot be
-        // told from the one before it any more.
+        // The value of a section key can have an unknown type and is then ignored. Such a section cannot be
+        // distinguished from the one before it in the written text.
         if (i != 0 && !sections[i].contains(kSectionKey)) isReadable = false;
         written += textOf(sections[i]);
     }

@@ -1,5 +1,5 @@
-// Runs a fuzz target on files, where there is no fuzzer: each file as it is, cut short at each place, and
-// with each of its bytes changed. Arguments: files, and folders of files.
+// Runs a fuzz target on files if there is no fuzzer. Each file is used unchanged, truncated at each place,
+// and with each of its bytes changed. Arguments: files and folders of files.
 
 #include <algorithm>
 #include <cstdio>
@@ -16,11 +16,11 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-// Damaged copies of large seeds are taken at this many places, evenly spread.
+// The largest number of places at which a seed is damaged. In a larger seed they are evenly distributed.
 constexpr size_t kMostPlaces = 1000;
 
 void run(const Bytes& bytes) {
-    // A copy that ends where its block ends, so that a sanitizer sees each read beyond it.
+    // The copy has exactly the size of its memory block, so that a sanitizer finds every read beyond the end.
     const Bytes exact(bytes.begin(), bytes.end());
     LLVMFuzzerTestOneInput(exact.data(), exact.size());
 }

@@ -1,5 +1,5 @@
-// The enciphered form: any input is either no such form or the form of exactly one text, and every text comes
-// back from its form.
+// Fuzz target for the enciphered form. Every input is either not an enciphered form, or the form of exactly
+// one text. Every text is restored from its enciphered form.
 
 #include <algorithm>
 #include <optional>

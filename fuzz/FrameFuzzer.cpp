@@ -1,9 +1,13 @@
-// Frames of Apple events, on every way by which a peer's bytes come in, against a second, much simpler parser
-// of an event's image; and whatever is accepted is read with the platform's calls.
+// Fuzz target for frames of Apple events, for every way in which the bytes of a peer arrive. A second,
+// much simpler parser of an event's image must accept the same images. Accepted images are read with
+// the platform's functions.
 //
-// The first byte of the input chooses the way: 0 a packet; 1 a packet (the next 40 bytes) with a
-// shared-memory file that holds the rest; 2 the sender's half of a mailbox; 3 a packet that answers a
-// request.
+// The first byte of the input selects the way:
+//
+// - 0: a packet,
+// - 1: a packet (the next 40 bytes) with a shared-memory file that contains the rest,
+// - 2: the sender's half of a mailbox,
+// - 3: a packet that is the reply to a request.
 
 #include <CoreServices/CoreServices.h>
 #include <fcntl.h>
@@ -65,7 +69,7 @@ void sendPacket(const FileDescriptor& socket, const Bytes& packet, int file) {
         rights->cmsg_len = CMSG_LEN(sizeof file);
         std::memcpy(CMSG_DATA(rights), &file, sizeof file);
     }
-    // Larger packets than the system takes never reach a receiver.
+    // A packet that is larger than the system allows never reaches a receiver, so failures are ignored.
     sendmsg(socket.get(), &message, MSG_DONTWAIT | MSG_NOSIGNAL);
 }
 
@@ -82,7 +86,7 @@ uint32_t numberAt(const uint8_t* bytes, size_t index) {
     return number;
 }
 
-// Whether the bytes are nothing but whole items.
+// Returns whether the bytes consist of complete items only.
 bool isSimplyWhole(const uint8_t* bytes, size_t size) {
     size_t items = 0;
     while (size > 0) {

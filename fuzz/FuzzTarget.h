@@ -1,4 +1,5 @@
-// What every fuzz target needs: the entry point, and a check that stops the program where it does not hold.
+// The parts of every fuzz target: the entry point, and a check that ends the program
+// if its condition is false.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Handles one input; returns 0. Called any number of times in one process.
+// Tests one input and returns 0. Is called any number of times in one process.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 #define FUZZ_CHECK(condition)                                                                   \

@@ -1,5 +1,5 @@
-// The property lists of bundles: what the reader accepts, it accepts again when it is written out, with the
-// same values; and a file of these bytes is asked for what a bundle's property list is asked for.
+// Fuzz target for the property lists of bundles. A list that the reader accepts is written, read again, and
+// must then have the same values. A file with the same bytes is also read as the property list of a bundle.
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <sys/mman.h>
@@ -22,7 +22,7 @@ constexpr size_t kDeepest = 128;
 std::string escaped(const std::string& text) {
     std::string result;
     for (const char c : text) {
-        // A carriage return that is not written as a reference would be read as a line feed.
+        // A carriage return must be written as a character reference; otherwise it is read as a line feed.
         if (c == '<' || c == '>' || c == '&' || c == '\r') {
             result += "&#" + std::to_string(static_cast<int>(c)) + ";";
         } else {
@@ -76,7 +76,7 @@ bool isSame(const PropertyListNode& left, const PropertyListNode& right) {
     return true;
 }
 
-/// A file of these bytes, as long as the object lives.
+/// A file in memory with these bytes. It exists as long as the object.
 class MemoryFile {
   public:
     explicit MemoryFile(std::string_view content) : descriptor_(memfd_create("Info.plist", MFD_CLOEXEC)) {
@@ -114,7 +114,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         const auto again = portability::readXmlPropertyList("<plist>" + written(*node, 1) + "</plist>");
         FUZZ_CHECK(again && isSame(*node, *again));
     }
-    // The other forms are read by Foundation.
+    // Only XML lists are also read from a file.
     if (portability::isXmlPropertyList(document)) ask(MemoryFile(document).path());
     return 0;
 }

@@ -1,5 +1,5 @@
-// Number literals and numbers in any base, against arithmetic digit by digit; and numbers written as text and
-// read again. The first byte of the input chooses the base.
+// Fuzz target for number literals and numbers in any base: they are compared with digit-by-digit arithmetic.
+// Numbers are also written as text and read again. The first byte of the input selects the base.
 
 #include <string>
 
@@ -10,7 +10,7 @@ namespace {
 
 using namespace dovrel;
 
-/// The value of a digit of either case; 36 for what is none in any base.
+/// Returns the value of a digit of either case, or 36 for a character that is not a digit in any base.
 uint32_t digitOf(char c) {
     if (c >= '0' && c <= '9') return static_cast<uint32_t>(c - '0');
     if (c >= 'a' && c <= 'z') return static_cast<uint32_t>(c - 'a' + 10);

@@ -1,5 +1,5 @@
-// The reader of properties texts against a second, much simpler one that goes from line to line: both find
-// the same entries. What was found is saved and read again, and so is the log form.
+// Fuzz target for the reader of properties texts. A second, much simpler reader that works line by line must
+// find the same entries. The entries are also saved and read again.
 
 #include <map>
 #include <optional>
@@ -53,7 +53,7 @@ std::string hexDigitsOf(const std::string& text) {
     return digits.substr(0, digits.size() / 2 * 2);
 }
 
-// Every entry as its key and its value line in a saved text.
+// Returns every entry: its key and its value line in a saved text.
 std::map<std::string, std::string> entriesOf(const std::string& text) {
     const std::vector<std::string> lines = linesOf(text);
     std::map<std::string, std::string> entries;

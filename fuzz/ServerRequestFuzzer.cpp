@@ -1,8 +1,8 @@
-// The development server's requests: whatever arrives, it answers with a transfer object that can be read,
-// says no with a code that clients know, and knows its client and its object as before unless it was asked to
-// forget them.
+// Fuzz target for requests to the development server. For every request, its answer is a transfer object that
+// can be read. If the answer is an exception, its code is one that clients know. A request adds at most one
+// application and one object.
 //
-// The server has one application (65537) with one object of the class Echo.
+// At the start the server has one application (65537) with one object of the class Echo.
 
 #include <memory>
 
@@ -17,7 +17,7 @@ using namespace merrowd;
 
 constexpr uint32_t kSession = 65537;
 
-// Nothing of the process is at stake, because no fault is set.
+// No fault is set, so the server must never call these functions.
 class NoProcess : public ServerProcess {
   public:
     void pause(std::chrono::milliseconds) override { std::abort(); }

@@ -1,6 +1,6 @@
-// The development server's settings text, as it comes from its file or by a control call: whatever it says,
-// the server takes over what fits, answers with a properties text that tells about the rest, and can be told
-// to behave again.
+// Fuzz target for the development server's settings text, from its file or from a control call. For
+// every text, the server applies the entries that it can, reports the others in a properties text, and
+// can then be set back to normal.
 
 #include "FuzzTarget.h"
 #include "server/Exchanges.h"

@@ -1,5 +1,5 @@
-// The reader of structured blocks against a second, much simpler parser of the same form: both accept the
-// same inputs, and find the same parts in them.
+// Fuzz target for the reader of structured blocks. A second, much simpler parser must accept the same inputs
+// and find the same parts in them.
 
 #include <cstring>
 #include <map>
@@ -18,10 +18,10 @@ using namespace dovrel;
 struct Block {
     uint32_t typeNumber = 0xFFFFFFFF;
     std::map<uint32_t, std::string> parts;
-    bool whole = false;  // false: broken off behind the last of the parts
+    bool whole = false;  // false: the input ended or was wrong after the last of the parts
 };
 
-// Takes bytes from the front of an input.
+// Consumes bytes from the beginning of an input.
 class Cursor {
   public:
     Cursor(const uint8_t* data, size_t size) : rest_(reinterpret_cast<const char*>(data), size) {}

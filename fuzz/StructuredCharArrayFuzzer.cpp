@@ -1,6 +1,6 @@
-// The reader that keeps its own copy, given two blocks one after the other: the first byte of the input says
-// where the first block ends. Tags of the first keep their places, which may lie beyond the second; whatever
-// is asked then, the answer stays within the copy.
+// Fuzz target for the reader that keeps its own copy. It reads two blocks one after the other; the first byte
+// of the input says where the first block ends. Tags of the first block keep their offsets, which may be
+// beyond the end of the second block. No read of a tag may leave the copy.
 
 #include <memory>
 

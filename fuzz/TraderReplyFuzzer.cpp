@@ -1,9 +1,11 @@
-// The server's answer through the trader: whatever comes back, an operation ends in its outputs or leaves
-// them alone, and throws nothing but what the client reports.
+// Fuzz target for the server's reply to the trader. For every reply, an operation either succeeds and sets
+// its outputs, or fails and leaves them unchanged. It throws only exceptions that the client reports.
 //
-// The first byte of the input chooses the operation, the rest is the answer. 0 to 6: the operations in the
-// order of their commands, where a registration has its version check answered well; 7: the answer is that of
-// the version check.
+// The first byte of the input selects the operation, the rest is the reply:
+//
+// - 0 to 6: the operations in the order of their commands; a registration first gets a correct
+//   reply to its version check,
+// - 7: a registration whose version check gets the reply.
 
 #include <cstring>
 #include <functional>
@@ -29,7 +31,8 @@ CPPByteArray sixteenBytes(char character) {
     return bytes;
 }
 
-// Answers with the given bytes, but first, where asked to, with the right interface version.
+// Returns the given bytes as reply. With `versionFirst`, the first reply contains the
+// correct interface version.
 class FixedAnswer : public POSTransferObjForwarder {
   public:
     FixedAnswer(const uint8_t* data, size_t size, bool versionFirst) : versionFirst_(versionFirst) {
@@ -98,7 +101,7 @@ bool run(uint8_t operation, POSTransferObjTrader& trader, Outputs& outputs) {
     }
 }
 
-// What was handed out is whole and can be used.
+// The outputs are complete and can be used.
 void checkOutputs(uint8_t operation, const Outputs& outputs) {
     const bool givesBlock = operation >= 4 && operation <= 6;
     FUZZ_CHECK(!givesBlock || (outputs.block == nullptr) == (outputs.length == 0));
