@@ -1,8 +1,8 @@
-// The record that the codecs are compared with: the request of a method call, with all its fields.
+// The record with which the codecs are compared: the request of a method call with all its fields.
 //
-// Every codec builds its bytes from a CallMethodFields and reads them back into another one, whose payload
-// has room already. So all are given the same, and all hand out the same: copies of every field, in the
-// caller's own memory.
+// Every codec encodes a CallMethodFields and decodes the bytes into another one, whose payload
+// already has the right size. So all codecs have the same input and the same output: copies of every
+// field in the caller's memory.
 #pragma once
 
 #include <cstdint>
@@ -20,10 +20,10 @@ struct CallMethodFields {
     uint32_t command = 0;
     uint32_t session = 0;
     uint8_t object[kIdentifierSize] = {};
-    uint8_t name[kLongestName] = {};  // zero-terminated
-    uint32_t nameSize = 0;            // with the zero
+    uint8_t name[kLongestName] = {};  // NUL-terminated
+    uint32_t nameSize = 0;            // including the NUL
     std::vector<uint8_t> payload;
-    uint32_t executerSize = 0;  // no executer is named
+    uint32_t executerSize = 0;  // 0: no executer
 };
 
 inline CallMethodFields sampleCall(uint32_t payloadSize) {

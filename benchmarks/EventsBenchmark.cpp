@@ -1,10 +1,10 @@
-// Apple events to another process against a plain blocking exchange over a local stream socket with an 8-byte
-// length in front of the data, both in one run and in turns. Client and server share one processor, or have
-// one each.
+// Compares Apple events to another process with a plain blocking exchange over a local stream socket, whose
+// messages have an 8-byte length before the data. Both run alternately in one program. Client and server
+// share one processor or have one each.
 //
-// An exchange is all that a caller does: an event is made, filled, sent, its reply read into the caller's
-// memory, both disposed of; the server copies the parameter out and puts it into the reply. The plain
-// exchange reads and writes the same bytes from and to the same kind of buffers.
+// An exchange is everything that a caller does. The client makes an event, fills it, sends it, reads the
+// reply into its own memory, and disposes of both. The server copies the parameter and puts it into the
+// reply. The plain exchange reads and writes the same bytes, with the same kind of buffers.
 
 #include <CoreServices/CoreServices.h>
 #include <benchmark/benchmark.h>
@@ -34,7 +34,7 @@ using Clock = std::chrono::steady_clock;
 constexpr OSType kSignature = 'BnCh';
 constexpr size_t kLargestPayload = size_t{1} << 20;
 
-// A root of the benchmark's own, for as long as it runs.
+// A system root of the benchmark's own, which exists as long as the benchmark runs.
 class Places {
   public:
     Places() {
@@ -101,7 +101,8 @@ class EventClient {
         return status == noErr && size == static_cast<Size>(request.size());
     }
 
-    // The kept connections are found by the name of the root, so another name of it needs a new one.
+    // Connections are cached by the name of the root. A different name for the same root makes the
+    // next exchange connect again.
     void forgetConnection() {
         root_ += '/';
         setenv("POS_SYSTEM_ROOT", root_.c_str(), 1);
@@ -177,7 +178,7 @@ class StreamClient {
     FileDescriptor connection_;
 };
 
-// Microseconds of one exchange, over a few in a row on a connection that is there.
+// Measures the microseconds of one exchange: the mean of several exchanges on an existing connection.
 struct RoundTrip {
     template <class Client>
     double operator()(Client& client, const std::vector<char>& request, std::vector<char>& answer,
@@ -190,7 +191,7 @@ struct RoundTrip {
     }
 };
 
-// Microseconds of the first exchange, with the making of the connection.
+// Measures the microseconds of the first exchange, including making the connection.
 struct FirstCall {
     template <class Client>
     double operator()(Client& client, const std::vector<char>& request, std::vector<char>& answer,

@@ -1,5 +1,6 @@
-// The call as a FlatBuffers table, as its compiler would have it written and read: fields in a table, bytes
-// in vectors, the buffer verified before it is read. A reused builder keeps its memory from call to call.
+// The call as a FlatBuffers table, written and read as the FlatBuffers compiler's code would do it:
+// fields in a table, bytes in vectors, and verification before reading. A reused builder keeps its
+// memory from call to call.
 #pragma once
 
 #include <flatbuffers/flatbuffers.h>
@@ -66,7 +67,7 @@ struct FlatBuffersCodec {
         }
     };
 
-    // length: in, the room; out, the bytes copied.
+    // `length`: in: the size of `data`; out: the number of bytes copied.
     static bool copy(const Call& call, int index, uint8_t* data, uint32_t& length) {
         const flatbuffers::Vector<uint8_t>* const bytes = call.bytes(index);
         if (bytes == nullptr || bytes->size() > length) return false;

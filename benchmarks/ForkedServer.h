@@ -1,4 +1,4 @@
-// A server in a process of its own, on a processor of its choice.
+// Runs a server in its own process on a chosen processor.
 #pragma once
 
 #include <sched.h>
@@ -6,7 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// The calling process runs on this processor from now on.
+/// Pins the calling process to this processor.
 inline void pinTo(int processor) {
     cpu_set_t set;
     CPU_ZERO(&set);
@@ -14,7 +14,7 @@ inline void pinTo(int processor) {
     sched_setaffinity(0, sizeof set, &set);
 }
 
-/// Runs `serve` from its making to its end.
+/// Runs `serve` in a child process. The constructor starts the child, and the destructor kills it.
 class ForkedServer {
   public:
     template <class Serve>

@@ -1,6 +1,6 @@
-// The call in the same wire form, by code written for just this record: its size is known before, one block
-// is made, each field goes to its fixed place, and each length is checked when reading. Parts in another
-// order are not understood.
+// The call in the same wire format, with code for exactly this record. The size is computed first,
+// one block is allocated, each field has a fixed place, and reading checks each length. Parts in
+// another order are rejected.
 #pragma once
 
 #include <cstdlib>
@@ -88,7 +88,7 @@ struct HandWrittenCodec {
         return true;
     }
 
-    // length: in, the room; out, the bytes taken.
+    // `length`: in: the size of `data`; out: the number of bytes read.
     static bool takeBytes(const uint8_t*& at, const uint8_t* end, uint32_t tag, uint8_t* data,
                           uint32_t& length) {
         if (end - at < 8 || getBigEndian(at) != tag) return false;

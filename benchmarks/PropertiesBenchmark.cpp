@@ -1,6 +1,6 @@
-// Loading and saving the text form of properties, beside the nearest thing that is at hand everywhere: the
-// key files of GLib. Both hold the same entries; the argument is the size of the properties text in
-// megabytes, and the rate of both is that of this size.
+// Compares loading and saving the text form of properties with the key files of GLib, the most similar format
+// that is available everywhere. Both contain the same entries. The argument is the size of the properties
+// text in megabytes, and both rates are computed from that size.
 
 #include <benchmark/benchmark.h>
 #include <glib.h>
@@ -85,7 +85,7 @@ void showRate(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(sizeOf(state)));
 }
 
-// Only the loading itself counts, not the making of its text, nor what it takes to give the store back.
+// Measures only the loading. Making the text and destroying the store are not measured.
 template <class Form>
 void load(benchmark::State& state) {
     const Texts texts = textsOf(sizeOf(state));

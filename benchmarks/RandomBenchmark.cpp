@@ -1,5 +1,5 @@
-// The random sources against the standard library's engine and the system's cryptographic library, all in one
-// run.
+// Compares the random sources with the standard library's engine and with the system's
+// cryptographic library, in one program.
 
 #include <benchmark/benchmark.h>
 
@@ -20,7 +20,8 @@ namespace {
 using dovrel::MD5;
 using dovrel::NumberGenerator;
 
-// One iteration draws several generations of the state, so that their renewal is counted in full.
+// One iteration draws several generations of the state, so that the cost of
+// regenerating it is fully included.
 constexpr int kDraws = 624 * 8;
 
 template <class Draw>
@@ -44,7 +45,7 @@ void standardEngine(benchmark::State& state) {
 }
 BENCHMARK(standardEngine)->Name("Twister/std::mt19937");
 
-// 16 bytes, as many as a pool of the random source; each digest is the next message.
+// 16 bytes, the size of the random source's pool. Each digest is the next message.
 using Pool = MD5::Digest;
 
 template <class DigestOf>
@@ -77,7 +78,7 @@ BENCHMARK(randomWords)->Name("MD5 of 16 bytes/MD5Random::next32");
 
 #ifdef DOVREL_HAVE_OPENSSL
 
-// The plain three calls, without the library's table of algorithms.
+// Calls the three MD5 functions directly, without the library's table of algorithms.
 Pool systemDigest(const Pool& pool) {
     MD5_CTX context;
     Pool digest;

@@ -1,5 +1,5 @@
-// Structured blocks against code written for one record and against FlatBuffers, all in one run; and how the
-// table of parts and byte array lists grow.
+// Compares structured blocks with code for one record and with FlatBuffers, in one program. Also measures how
+// the time for the table of parts and for byte array lists grows with their size.
 
 #include <benchmark/benchmark.h>
 
@@ -34,7 +34,7 @@ bool carries(const CallMethodFields& fields) {
     return Codec::read(bytes, back) && sameFields(fields, back);
 }
 
-// The bytes are made anew for each call, as they are for each request.
+// Makes the bytes anew for each call, as the library does for each request.
 template <class Codec>
 void buildAndRead(benchmark::State& state) {
     const CallMethodFields fields = sampleCall(static_cast<uint32_t>(state.range(0)));
@@ -101,7 +101,7 @@ void buildAndReadReusedFlatBuffersBuilder(benchmark::State& state) {
 BENCHMARK(buildAndReadReusedFlatBuffersBuilder)->Arg(64)->Arg(4096);
 #endif
 
-// A block of as many parts of 4 bytes, their tags in random order.
+// Returns a block with `count` parts of 4 bytes and tags in random order.
 CPPExpandingByteArray blockOfParts(uint32_t count) {
     std::vector<uint32_t> tags(count);
     for (uint32_t i = 0; i < count; ++i)

@@ -1,5 +1,5 @@
-// Messages over a blocking stream socket: a length of 8 bytes, then the data. All answer false when the other
-// end has gone.
+// Sends and receives messages over a blocking stream socket: a length of 8 bytes, then the data. All
+// functions return false if the peer has closed the connection.
 #pragma once
 
 #include <sys/uio.h>
@@ -20,7 +20,7 @@ inline bool readAll(int descriptor, void* data, size_t size) {
     return true;
 }
 
-/// The length and the data in one call, as far as the socket takes them.
+/// Writes the length and the data with one call, if the socket accepts all of it, otherwise with several.
 inline bool writeMessage(int descriptor, const void* data, uint64_t size) {
     iovec parts[2] = {{&size, sizeof size}, {const_cast<void*>(data), size}};
     iovec* part = parts;
@@ -37,7 +37,7 @@ inline bool writeMessage(int descriptor, const void* data, uint64_t size) {
     return true;
 }
 
-/// False where the message does not fit into the buffer, too.
+/// Also returns false if the message does not fit into the buffer.
 inline bool readMessage(int descriptor, std::vector<char>& buffer, uint64_t& size) {
     return readAll(descriptor, &size, sizeof size) && size <= buffer.size() &&
            readAll(descriptor, buffer.data(), size);

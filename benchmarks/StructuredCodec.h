@@ -1,4 +1,4 @@
-// The call as a structured block, by the library's writer and reader.
+// The call as a structured block, with the library's writer and reader.
 #pragma once
 
 #include "CallMethod.h"
@@ -42,7 +42,7 @@ struct StructuredCodec {
     }
 
   private:
-    // length: in, the room; out, the bytes copied.
+    // `length`: in: the size of `data`; out: the number of bytes copied.
     static bool copy(const StructuredByteArrayReader& reader, uint32_t tag, uint8_t* data, uint32_t& length) {
         const StructuredByteArrayReader::View part = reader.viewPart(tag);
         if (part.length > length) return false;
