@@ -15,8 +15,7 @@ class SystemException : public CPPException {
     /// As above, and sets the location.
     SystemException(const char* location, int32_t errorCode);
 
-    /// Sets the location, and `message` and `code` as the exception's own message and code.
-    /// getErrorCode() returns 0.
+    /// Sets the location, the message and the exception's own code. The operating system's status is 0.
     SystemException(const char* location, const char* message, int64_t code);
 
     uint32_t getTypeCode() const override;

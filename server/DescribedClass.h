@@ -47,8 +47,8 @@ class DescribedClass : public ServerClass {
     static constexpr char kSectionKey[] = "CLASS";
 
     /// Makes a class from its section. Returns null if the section has no usable name or identifier. Other
-    /// wrong entries are ignored. Each problem adds a line to `problems`. `process` waits out the delays
-    /// and must outlive the class.
+    /// wrong entries are ignored. Each problem adds a line to `problems`. The class calls `process` for its
+    /// delays, so `process` must outlive the class.
     static std::shared_ptr<const ServerClass> fromSection(const dovrel::Properties& section,
                                                           ServerProcess& process,
                                                           std::vector<std::string>& problems);

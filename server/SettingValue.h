@@ -47,7 +47,7 @@ void setChoice(Value& target, const Choice<Value> (&choices)[count], const std::
 /// long texts are truncated.
 std::string inQuotes(std::string_view text);
 
-/// Returns the line for the log.
+/// Returns the line for the log about a value that does not fit.
 std::string problemOfValue(const std::string& key, const std::string& value, const UnfitValue& unfit);
 
 }  // namespace merrowd

@@ -18,8 +18,8 @@ class MultiLanguageSupport {
   public:
     MultiLanguageSupport() = delete;
 
-    /// Returns the name of the language that the user prefers. It is the first entry of the system preference
-    /// "AppleLanguages" if the library knows that language, otherwise kLanguageEnglish.
+    /// Returns the name of the language that the user prefers. It is the language of the first entry of the
+    /// system preference "AppleLanguages" if the library knows that language, otherwise kLanguageEnglish.
     static std::string detectLanguage();
 
     /// Replaces the loaded texts by those of `language`, or of detectLanguage() if it is empty. Spanish,

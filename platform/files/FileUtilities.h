@@ -14,8 +14,8 @@
 namespace dovrel {
 
 /// Returns the file's content up to its first NUL byte. With `normaliseLineEnds`, every CR LF and every CR
-/// without LF in it becomes LF. Throws a new CPPException with the message "Could not open file for reading:
-/// " and the path if the file does not exist, cannot be opened, is a folder, or cannot be sought (a pipe).
+/// without LF in it becomes LF. Throws the exception of openForReading (OpenFile.h) if the file does not
+/// exist, cannot be opened, is a folder, or cannot be sought (a pipe).
 std::string readWholeFile(const std::string& path, bool normaliseLineEnds);
 
 /// Creates the file or replaces its content by all bytes of `text`. Returns false if not all bytes were

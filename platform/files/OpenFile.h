@@ -14,8 +14,8 @@ struct FileCloser {
 };
 using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
 
-/// Opens the file with mode "rb". Never returns null. Throws a new CPPException with the message "Could not
-/// open file for reading: " and the path if the file does not exist, may not be read, or is a folder.
+/// Opens the file with mode "rb". Never returns null. Throws a new CPPException if the file does not exist,
+/// may not be read, or is a folder. Its message is "Could not open file for reading: " and the path.
 OpenFile openForReading(const std::string& path);
 
 /// Returns the exception that openForReading throws, for callers that find out later that a file cannot be

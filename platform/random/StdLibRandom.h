@@ -11,7 +11,7 @@ class StdLibRandom : public BaseRandom {
     /// Seeds `rand()`. Unused bits of the last drawn value are still returned first.
     void seed(uint32_t value) override;
 
-    /// Returns the low 15 bits of each drawn value, lowest bit first.
+    /// Returns the next bit of a drawn value, lowest bit first. Draws a new value after 15 bits.
     uint32_t nextBit() override;
 
     /// Combines three drawn values, shifted by 0, 15 and 30 bits.

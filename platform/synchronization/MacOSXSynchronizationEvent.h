@@ -23,8 +23,8 @@ class MacOSXSynchronizationEvent : public SynchronizationEvent {
     void reset() override;
 
   private:
-    // The destructor does not delete the event group. If the owner overlooked a waiter, that waiter keeps
-    // waiting; it would take the deletion for the signal.
+    // The destructor does not delete the event group. So a waiter that the owner overlooked keeps waiting;
+    // otherwise it would take the end of the object for the signal.
     MPEventID event_ = kInvalidID;
 };
 

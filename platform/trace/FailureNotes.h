@@ -1,13 +1,14 @@
-// FailureNotes: what is known about a failed operation besides its exception, for the error log.
+// FailureNotes: notes about a failed operation, for the error log. They contain what its
+// exception does not contain:
 //
-// - The transport notes the platform call that failed. No exception carries its status.
-// - The transport also notes the server's error codes, because some of them do not become an exception.
-// - The code around an exported function notes thrown exceptions that are not the library's own.
+// - the platform function that failed, whose status is in no exception (noted by the transport),
+// - the server's error codes, because some of them do not become an exception (noted by the transport),
+// - thrown exceptions that are not the library's own (noted by the frame around each operation).
 //
 // The most recently constructed object holds the notes of the process. If there is no object, notes are
-// discarded. No other thread may add notes while an object is constructed or destroyed. Only one thread at a
-// time may add or read notes; a session does so under its lock. A note that needs more memory than there is
-// gets lost, and this does not count as a failure.
+// discarded. No other thread may add notes while an object is constructed or destroyed. Only one thread
+// at a time may add or read notes; a session does so under its lock. If memory runs out, a note is
+// lost; this is not a failure.
 #pragma once
 
 #include <array>
@@ -39,7 +40,7 @@ class FailureNotes {
 
     /// Returns the step that failed last, such as "wake the server: result -1712 (errAETimeout)". If steps of
     /// several areas failed, it returns the one of the connection area, because without a connection the
-    /// others fail also. Empty if no step failed.
+    /// others also fail. Empty if no step failed.
     const std::string& failedStep() const;
 
     /// Returns the last error reply of the server, or nothing if there was none.
