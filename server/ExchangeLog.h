@@ -8,8 +8,8 @@
 //     2026-11-15 18:19:00.124 #7 answered
 //         < 111 result data = 5 bytes: 68 65 6C 6C 6F "hello"
 //
-// The file is created when the first line is written. Each line is written to the file before
-// the call returns, so nothing is lost if the server is killed. If the file cannot be opened,
+// The file is created when the first line is written. Each line is written to the file before the call
+// returns, so nothing is lost if the server is killed. If the file cannot be opened or is not a regular file,
 // the log goes to standard error.
 #pragma once
 

@@ -4,8 +4,11 @@
 //                                lists the settings
 //     merrowd-control --quit     asks the server to end
 //
-// Exit status: 0 if the server applied all settings or was asked to end, 1 if it reported problems, 2 if it
-// could not be reached or if merrowd-control itself failed.
+// Exit status:
+//
+// - 0: the server applied all settings, or was asked to end.
+// - 1: the server reported problems.
+// - 2: the server could not be reached, or merrowd-control itself failed.
 #include <cstdio>
 #include <fstream>
 #include <iostream>
