@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "InterProcessCommunication/TransferObjText.h"
+#include "platform/text/ReadableText.h"
 
 namespace merrowd {
 
@@ -43,7 +44,7 @@ void openNewFileToAllUsers(int descriptor) {
 ExchangeLog::ExchangeLog(std::string path) : path_(std::move(path)) {}
 
 void ExchangeLog::note(const std::string& text) {
-    std::string line = text;
+    std::string line = dovrel::readableText(text);
     std::replace(line.begin(), line.end(), '\n', ' ');
     write(timeStamp() + line + "\n");
 }

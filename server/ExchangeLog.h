@@ -27,7 +27,7 @@ class ExchangeLog {
     /// `path` is that of the file in the language's file calls; lines are added to what is there.
     explicit ExchangeLog(std::string path);
 
-    /// A line with the time in front. Line feeds in it become blanks.
+    /// Writes a line with the time in front. Line feeds in it become blanks, Mac Roman becomes UTF-8.
     void note(const std::string& text);
 
     /// The beginning of an exchange, and its end, when it has one. Numbers exchanges.
