@@ -24,6 +24,9 @@ std::string bytesToText(const CPPByteArray& bytes);
 /// A copy in which every byte `from` is `to`.
 std::string replaceChar(const std::string& text, char from, char to);
 
+/// A copy in which each line end (CR LF, CR or LF) is one line feed.
+std::string withLineFeedsOnly(const std::string& text);
+
 /// A copy in which only the letters A to Z have changed their case.
 std::string toLowerAscii(const std::string& text);
 
