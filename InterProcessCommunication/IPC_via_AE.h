@@ -48,7 +48,8 @@ class IPC_via_AE {
     int32_t PutData(AppleEvent* event, const uint8_t* bytes, uint32_t length) const;
 
     /// A copy of the event's direct parameter. Nothing and length 0 for an empty parameter, which is no
-    /// error, and after an error; errAEDescNotFound when the event has no direct parameter.
+    /// error, and after an error; errAEDescNotFound when the event has no direct parameter, errAECorruptData
+    /// if its size changes while it is read.
     int32_t GetData(const AppleEvent* event, std::unique_ptr<uint8_t[]>& buffer, uint32_t& length) const;
 
   protected:
