@@ -10,9 +10,9 @@ namespace dovrel {
 ///
 /// The new content of an existing file is written to a file beside it, named "PATH.new0" to "PATH.new9",
 /// which takes its place when it is complete. So the file keeps its old content if there is no room for the
-/// new one, and if the process ends half-way. What a process of this user that ended half-way has left beside
-/// the file is deleted by the next call for the same path. Files of users that have such names stay;
-/// SuccessorFile.h says how they are told apart.
+/// new one, and if the process ends half-way. If a process ends half-way, its new file stays; the next call of
+/// the same user for the same path deletes it. Files of users that have such names stay; SuccessorFile.h says
+/// how they are told apart.
 ///
 /// A file is written in place if the exchange could be noticed or is refused:
 ///   - it has several names, an access control list, extended attributes, or another owner or group than new

@@ -35,7 +35,7 @@ struct FileReplacement : testing::Test {
         return status.st_ino;
     }
 
-    // What a killed writer leaves has these permissions.
+    // A killed writer leaves a file with these permissions.
     void writeLeftover(const std::string& name) const {
         ScratchFolder::setPermissions(folder.write(name, "left behind"), 0200);
     }
