@@ -4,7 +4,6 @@
 #include <CoreServices/MacErrors.h>
 #include <unistd.h>
 
-#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <sstream>
