@@ -44,8 +44,11 @@ int32_t IPC_via_AE::GetData(const AppleEvent* event, std::unique_ptr<uint8_t[]>&
     if (static_cast<uint64_t>(size) > std::numeric_limits<uint32_t>::max()) return memFullErr;
 
     std::unique_ptr<uint8_t[]> received(new uint8_t[static_cast<std::size_t>(size)]);
-    error = AEGetParamPtr(event, keyDirectObject, typeChar, nullptr, received.get(), size, nullptr);
+    Size receivedSize = 0;
+    error = AEGetParamPtr(event, keyDirectObject, typeChar, nullptr, received.get(), size, &receivedSize);
     if (error != noErr) return error;
+    // The sender may share the memory of the event and change it in between.
+    if (receivedSize != size) return errAECorruptData;
     buffer = std::move(received);
     length = static_cast<uint32_t>(size);
     return noErr;

@@ -50,7 +50,7 @@ class IPC_via_AE {
 
     /// Copies the event's direct parameter into a new buffer. The buffer is null and the length 0 after an
     /// error, and also for an empty parameter, which is not an error. Returns errAEDescNotFound if the event
-    /// has no direct parameter.
+    /// has no direct parameter, and errAECorruptData if the size of the parameter changes while it is read.
     int32_t GetData(const AppleEvent* event, std::unique_ptr<uint8_t[]>& buffer, uint32_t& length) const;
 
   protected:

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "InterProcessCommunication/TransferObjText.h"
+#include "platform/text/ReadableText.h"
 
 namespace merrowd {
 
@@ -53,7 +54,7 @@ int openLog(const std::string& path) {
 ExchangeLog::ExchangeLog(std::string path) : path_(std::move(path)) {}
 
 void ExchangeLog::note(const std::string& text) {
-    std::string line = text;
+    std::string line = dovrel::readableText(text);
     std::replace(line.begin(), line.end(), '\n', ' ');
     write(timeStamp() + line + "\n");
 }

@@ -27,7 +27,7 @@ class ExchangeLog {
     /// `path` is passed to `open` unchanged. New lines are appended to an existing file.
     explicit ExchangeLog(std::string path);
 
-    /// Writes a line with the time before it. Line feeds in the text become blanks.
+    /// Writes a line with the time before it. Line feeds in the text become blanks, and Mac Roman becomes UTF-8.
     void note(const std::string& text);
 
     /// Write the request and the answer of an exchange. Each request gets the next number; an answer gets the

@@ -19,7 +19,8 @@
  * (registration refused), the alert offers Retry, which runs the call again. An alert that cannot be shown
  * goes to the system log (on Linux to standard error). A failure is not shown
  *   - if the description of the function says so, or
- *   - if the server refuses with an error code that this library does not know.
+ *   - if the server refuses with error code 36 (library not found) or with one that this library does not
+ *     know.
  * After a failure the outputs are null and 0, unless the description of the function says something else.
  *
  * Pointers. A pointer must not be null unless the description of the function allows it. If it is null
@@ -33,8 +34,10 @@
  *
  * Characters. Texts end with a NUL character and are UTF-8 or Mac Roman. The library passes their bytes on
  * unchanged. For an alert it reads each well-formed multi-byte sequence of UTF-8 as such and every other byte
- * as Mac Roman, so both kinds of text are readable. This holds for application names and for the server's
- * messages and error texts. The server compares method names byte by byte.
+ * as Mac Roman, so both kinds of text are readable. The exception is a Mac Roman text whose bytes happen to be
+ * well-formed UTF-8: a typographic quotation mark or apostrophe directly before an accented letter is shown as
+ * another character. Use UTF-8 for such texts. This holds for application names and for the server's messages
+ * and error texts. The server compares method names byte by byte.
  *
  * Threads. After InitializePOS has returned and before TerminatePOS is called, any thread may call any
  * function. Calls run one after another. A call also makes the other calls wait while its alert is open.

@@ -14,6 +14,7 @@
 #include "platform/files/FileReplacement.h"
 #include "platform/files/FileURL.h"
 #include "platform/files/OpenFile.h"
+#include "platform/text/TextConversions.h"
 
 namespace dovrel {
 
@@ -56,17 +57,6 @@ long lengthOf(std::FILE* file) {
     if (std::fseek(file, 0, SEEK_END) != 0) return -1;
     const long length = std::ftell(file);
     return std::fseek(file, 0, SEEK_SET) == 0 ? length : -1;
-}
-
-std::string withLineFeedsOnly(const std::string& text) {
-    std::string result;
-    result.reserve(text.size());
-    for (size_t i = 0; i < text.size(); ++i) {
-        const bool isReturn = text[i] == '\r';
-        if (isReturn && i + 1 < text.size() && text[i + 1] == '\n') continue;
-        result += isReturn ? '\n' : text[i];
-    }
-    return result;
 }
 
 // Escapes the path for use inside the single quotes of a shell. A single quote in it becomes: closing quote,

@@ -15,7 +15,7 @@ namespace dovrel {
 namespace {
 
 constexpr mode_t kPermissionBits = 07777;
-constexpr mode_t kOwnerOnly = 0600;
+constexpr mode_t kUnfinished = 0200;
 constexpr int kMostNames = 10;
 
 std::string nameBeside(const std::string& path, int number) {
@@ -26,11 +26,21 @@ bool meansNoRoom(int error) {
     return error == ENOSPC || error == EDQUOT;
 }
 
+bool isPlainFileAt(const std::string& path, struct stat& status) {
+    return lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 bool namesFile(const std::string& path, int descriptor) {
     struct stat named;
     struct stat opened;
-    return lstat(path.c_str(), &named) == 0 && fstat(descriptor, &opened) == 0 && S_ISREG(named.st_mode) &&
-           named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
+    return isPlainFileAt(path, named) && fstat(descriptor, &opened) == 0 && named.st_dev == opened.st_dev &&
+           named.st_ino == opened.st_ino;
+}
+
+bool isUnfinished(const std::string& path) {
+    struct stat status;
+    return isPlainFileAt(path, status) && (status.st_mode & kPermissionBits) == kUnfinished &&
+           status.st_uid == geteuid() && status.st_nlink == 1;
 }
 
 bool lock(int descriptor) {
@@ -38,10 +48,11 @@ bool lock(int descriptor) {
 }
 
 void removeLeftover(const std::string& path) {
-    const int descriptor = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (!isUnfinished(path)) return;
+    const int descriptor = open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) return;
     // Under the lock, so that a writer that has just made the file finds that it is gone.
-    if (lock(descriptor) && namesFile(path, descriptor)) std::remove(path.c_str());
+    if (lock(descriptor) && namesFile(path, descriptor) && isUnfinished(path)) std::remove(path.c_str());
     close(descriptor);
 }
 
@@ -66,7 +77,7 @@ SuccessorFile::~SuccessorFile() {
 
 // False with EEXIST if another name may be free.
 bool SuccessorFile::create(const std::string& path) {
-    const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly);
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kUnfinished);
     if (descriptor < 0) {
         hasNoRoom_ = meansNoRoom(errno);
         return false;
@@ -84,11 +95,15 @@ bool SuccessorFile::create(const std::string& path) {
     return true;
 }
 
-bool SuccessorFile::takeAttributes(const struct stat& old) const {
+bool SuccessorFile::hasOwnersOf(const struct stat& old) const {
+    struct stat status;
+    return fstat(descriptor_, &status) == 0 && status.st_uid == old.st_uid && status.st_gid == old.st_gid;
+}
+
+bool SuccessorFile::takeMode(const struct stat& old) const {
     struct stat status;
     return fchmod(descriptor_, old.st_mode & kPermissionBits) == 0 && fstat(descriptor_, &status) == 0 &&
-           status.st_uid == old.st_uid && status.st_gid == old.st_gid && status.st_mode == old.st_mode &&
-           !hasExtendedAttributes(path_);
+           status.st_mode == old.st_mode;
 }
 
 bool SuccessorFile::write(const std::string& text) const {
@@ -102,8 +117,10 @@ SuccessorFile::Outcome SuccessorFile::replace(const std::string& path, const str
                                               const std::string& text) {
     SuccessorFile successor(path);
     if (successor.hasNoRoom_) return Outcome::kFailed;
-    if (successor.descriptor_ < 0 || !successor.takeAttributes(old)) return Outcome::kRefused;
+    if (successor.descriptor_ < 0 || !successor.hasOwnersOf(old) || hasExtendedAttributes(successor.path_))
+        return Outcome::kRefused;
     if (!successor.write(text)) return Outcome::kFailed;
+    if (!successor.takeMode(old)) return Outcome::kRefused;
     if (std::rename(successor.path_.c_str(), path.c_str()) != 0)
         return meansNoRoom(errno) ? Outcome::kFailed : Outcome::kRefused;
     successor.hasTakenOver_ = true;

@@ -1,7 +1,13 @@
 // A file beside another one that takes over its name once its content is complete.
 //
 // It is named after the other file, with ".new0" to ".new9" at the end, and locked as long as its writer
-// lives. So a file of such a name that is not locked is what a killed writer has left.
+// lives. Until its content is complete it has the permission bits 0200, which users do not give to their
+// files. So a file of such a name with exactly these bits that is not locked is what a killed writer has left.
+//
+// It gets the permissions of the other file just before it takes over the name. If the writer is killed
+// between these two steps, the complete new content stays under the name of the successor until the user
+// deletes it: it can no longer be told from a user's file, and later writers use the next name. The same
+// happens to every leftover on a file system that does not keep permission bits.
 #pragma once
 
 #include <sys/stat.h>
@@ -12,8 +18,9 @@ namespace dovrel {
 
 class SuccessorFile {
   public:
-    /// Deletes what killed writers have left beside the file `path`: every plain file of such a name that can
-    /// be opened and is not locked. Failures are ignored.
+    /// Deletes what killed writers of this user have left beside the file `path`: every plain file of such a
+    /// name that has the permission bits 0200 and no other name, belongs to the effective user and is not
+    /// locked. All other files stay. Failures are ignored.
     static void removeLeftovers(const std::string& path);
 
     enum class Outcome {
@@ -36,7 +43,8 @@ class SuccessorFile {
     ~SuccessorFile();
 
     bool create(const std::string& path);
-    bool takeAttributes(const struct stat& old) const;
+    bool hasOwnersOf(const struct stat& old) const;
+    bool takeMode(const struct stat& old) const;
     bool write(const std::string& text) const;
 
     std::string path_;

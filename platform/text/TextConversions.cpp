@@ -51,6 +51,17 @@ std::string replaceChar(const std::string& text, char from, char to) {
     return result;
 }
 
+std::string withLineFeedsOnly(const std::string& text) {
+    std::string result;
+    result.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        const bool isReturn = text[i] == '\r';
+        if (isReturn && i + 1 < text.size() && text[i + 1] == '\n') continue;
+        result += isReturn ? '\n' : text[i];
+    }
+    return result;
+}
+
 std::string toLowerAscii(const std::string& text) {
     std::string result = text;
     for (char& c : result) {

@@ -24,6 +24,9 @@ std::string bytesToText(const CPPByteArray& bytes);
 /// Returns a copy in which every byte `from` is replaced by `to`.
 std::string replaceChar(const std::string& text, char from, char to);
 
+/// Returns a copy in which each line end (CR LF, CR or LF) is one line feed.
+std::string withLineFeedsOnly(const std::string& text);
+
 /// Returns a copy with A to Z changed to lower case. All other bytes are kept.
 std::string toLowerAscii(const std::string& text);
 

@@ -1,5 +1,7 @@
 #include "portability/corefoundation/PropertyList.h"
 
+#include <clocale>
+#include <cstdlib>
 #include <ctime>
 #include <string>
 #include <vector>
@@ -27,9 +29,12 @@ ObjectHolder newInteger(const std::string& text) {
     return ObjectHolder(end == text.c_str() ? nullptr : new __CFNumber(value));
 }
 
+// With a point in every locale of the host. (std::from_chars returns no value for numbers that a double cannot
+// hold, which the platform reads as infinity or 0.)
 ObjectHolder newReal(const std::string& text) {
+    static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
     char* end = nullptr;
-    const double value = std::strtod(text.c_str(), &end);
+    const double value = strtod_l(text.c_str(), &end, cLocale);
     return ObjectHolder(end == text.c_str() ? nullptr : new __CFNumber(value));
 }
 

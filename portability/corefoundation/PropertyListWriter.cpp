@@ -1,6 +1,7 @@
 #include "portability/corefoundation/PropertyListWriter.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <ctime>
 
@@ -41,10 +42,13 @@ std::string escaped(const std::string& text) {
     return result;
 }
 
+// With a point in every locale of the host.
 std::string realText(double value) {
+    constexpr int kDigitsOfDouble = 17;
     char text[40];
-    std::snprintf(text, sizeof text, "%.17g", value);
-    return text;
+    const auto result =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::general, kDigitsOfDouble);
+    return std::string(text, result.ptr);
 }
 
 std::string dateText(double since2001) {

@@ -13,6 +13,7 @@
 
 #include <string>
 
+#include "portability/corefoundation/TextEncoding.h"
 #include "portability/posix/FileDescriptor.h"
 
 namespace {
@@ -28,8 +29,17 @@ std::string timeText() {
     return seconds + ("." + milliseconds.substr(1));
 }
 
+// In UTF-8. A name in another encoding is read as Mac Roman, in which every byte is a character.
+std::string programName() {
+    const std::string name = program_invocation_short_name;
+    if (portability::decodeText(name, kCFStringEncodingUTF8)) return name;
+    const auto units = portability::decodeText(name, kCFStringEncodingMacRoman);
+    if (!units) return std::string();
+    return portability::encodeText(units->data(), units->size(), kCFStringEncodingUTF8).value_or("");
+}
+
 std::string beginning() {
-    return timeText() + " " + program_invocation_short_name + "[" + std::to_string(getpid()) + ":" +
+    return timeText() + " " + programName() + "[" + std::to_string(getpid()) + ":" +
            std::to_string(syscall(SYS_gettid)) + "] ";
 }
 
@@ -47,8 +57,8 @@ bool writeToStandardError(const std::string& line) {
 void writeToDaemon(const std::string& message) {
     const portability::FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     const sockaddr_un daemon = {AF_UNIX, "/dev/log"};
-    const std::string line = "<" + std::to_string(LOG_USER | LOG_ERR) + ">" + program_invocation_short_name +
-                             "[" + std::to_string(getpid()) + "]: " + message;
+    const std::string line = "<" + std::to_string(LOG_USER | LOG_ERR) + ">" + programName() + "[" +
+                             std::to_string(getpid()) + "]: " + message;
     sendto(socket.get(), line.data(), line.size(), MSG_NOSIGNAL | MSG_DONTWAIT,
            reinterpret_cast<const sockaddr*>(&daemon), sizeof daemon);
 }

@@ -102,6 +102,10 @@ bool isExecutableOf(const std::string& bundle, const std::string& program) {
     return program == executable || program == canonicalPath(executable);
 }
 
+OSType signatureOf(const std::string& bundle) {
+    return signatureIn(Info(bundle + "/Contents/Info.plist"));
+}
+
 std::string applicationName(const std::string& path) {
     const std::string name = lastComponentOf(path);
     const std::size_t dot = name.rfind('.');

@@ -24,6 +24,10 @@ OSStatus readApplication(const std::string& path, ApplicationBundle& application
 /// is the one that is called like the application.
 bool isExecutableOf(const std::string& bundle, const std::string& program);
 
+/// The signature of the application in `bundle`; 0 if it has none or its Info.plist cannot be read. Reads that
+/// from the disk each time.
+OSType signatureOf(const std::string& bundle);
+
 /// The name of an application by the path of its bundle: "Name" for ".../Name.app". Empty if the path does
 /// not end like that.
 std::string applicationName(const std::string& path);

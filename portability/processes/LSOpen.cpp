@@ -4,7 +4,6 @@
 #include <CoreServices/MacErrors.h>
 #include <unistd.h>
 
-#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <sstream>
@@ -148,13 +147,17 @@ OSStatus openFile(const std::string& path, std::string& program) {
     return status;
 }
 
+// isalpha() has more letters in some locales of the host.
+bool isLetter(char character) {
+    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
+}
+
 OSStatus openURL(CFURLRef url, std::string& program) {
     if (portability::isFileURL(url)) {
         return openFile(portability::pathOf(url), program);
     }
     const std::string text = portability::textOf(url);
-    const bool hasScheme =
-        text.find(':') != std::string::npos && std::isalpha(static_cast<unsigned char>(text[0])) != 0;
+    const bool hasScheme = text.find(':') != std::string::npos && isLetter(text[0]);
     return hasScheme ? openDocument(text, program) : OSStatus{kLSApplicationNotFoundErr};
 }
 

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <climits>
 #include <cstdio>
@@ -120,12 +121,26 @@ bool seesSameFolder(const Process& process, const std::string& folder) {
            ours.st_dev == theirs.st_dev && ours.st_ino == theirs.st_ino;
 }
 
+// Applications of one name and one signature are copies of one application; only one of them can run. By their
+// names, others could not be told apart.
+bool areOneApplication(const std::vector<std::string>& bundles) {
+    if (bundles.size() == 1) return true;
+    const OSType signature = signatureOf(bundles.front());
+    return signature != 0 &&
+           std::all_of(bundles.begin(), bundles.end(),
+                       [signature](const std::string& bundle) { return signatureOf(bundle) == signature; });
+}
+
+bool isApplication(const Process& process, const std::string& bundle) {
+    return isExecutableOf(bundle, process.file) && seesSameFolder(process, bundle);
+}
+
 bool concernsThisRoot(const Process& process, const InstalledApplications& installed) {
     const std::vector<std::string>& namesakes = installed.named(process.name);
     if (!namesakes.empty()) {
-        // By their names, several applications could not be told apart.
-        return namesakes.size() == 1 && isExecutableOf(namesakes.front(), process.file) &&
-               seesSameFolder(process, namesakes.front());
+        return areOneApplication(namesakes) &&
+               std::any_of(namesakes.begin(), namesakes.end(),
+                           [&process](const std::string& bundle) { return isApplication(process, bundle); });
     }
     const std::string bundle = bundleAround(process.file);
     return bundle.empty() || isInFixedPlace(bundle);

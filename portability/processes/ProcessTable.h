@@ -30,11 +30,12 @@ std::optional<Process> findProcess(pid_t id);
 /// The live processes of this user that concern the current system root.
 ///
 /// The name of an application that is installed in a fixed place of the root belongs to that application: a
-/// process of that name is listed only if its program is the application's executable. In doubt (several
-/// applications of that name, a process that may not be looked at) it is not listed: Launch Services finds a
-/// running application by its endpoint anyway, but a process that is taken for the application keeps it from
-/// being launched. Other programs inside an application bundle are listed if the bundle lies in a fixed place
-/// of the root, programs outside bundles always.
+/// process of that name is listed only if its program is the application's executable. If several applications
+/// have that name and all have the same signature, it may be the executable of any of them. In doubt (different
+/// signatures or none, a process that may not be looked at) it is not listed: Launch Services finds a running
+/// application by its endpoint anyway, but a process that is taken for the application keeps it from being
+/// launched. Other programs inside an application bundle are listed if the bundle lies in a fixed place of the
+/// root, programs outside bundles always.
 std::vector<Process> listProcesses();
 
 /// How many processes there are, including ended ones and those of other users and roots.

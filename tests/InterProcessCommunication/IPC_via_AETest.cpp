@@ -117,6 +117,19 @@ TEST_F(IPC_via_AETest, GetData_WhenTheSecondReadFails_ReleasesTheBlockAndAnswers
     EXPECT_EQ(length, 0u);
 }
 
+// The sender can change memory that it shares with this process.
+TEST_F(IPC_via_AETest, GetData_WhenTheSizeChangesBetweenTheReads_IsCorruptDataWithoutBytes) {
+    for (const Size size : {0, 4, 6}) {
+        platform.secondGetSize = size;
+        EXPECT_EQ(getData("bytes"), errAECorruptData) << size;
+        EXPECT_EQ(buffer, nullptr);
+        EXPECT_EQ(length, 0u);
+    }
+    platform.secondGetSize = 5;
+    EXPECT_EQ(getData("bytes"), 0);
+    EXPECT_EQ(received(), "bytes");
+}
+
 TEST_F(IPC_via_AETest, Destructor_DisposesOfTheAddress) {
     {
         const Client_to_POS_Communicator channel;

@@ -146,7 +146,10 @@ OSErr __wrap_AEGetParamPtr(const AppleEvent* event, AEKeyword keyword, DescType 
                            void* data, Size room, Size* size) {
     if (currentDouble != nullptr && data != nullptr && currentDouble->secondGetResult)
         return *currentDouble->secondGetResult;
-    return __real_AEGetParamPtr(event, keyword, desired, actual, data, room, size);
+    const OSErr error = __real_AEGetParamPtr(event, keyword, desired, actual, data, room, size);
+    if (currentDouble != nullptr && data != nullptr && size != nullptr && currentDouble->secondGetSize)
+        *size = *currentDouble->secondGetSize;
+    return error;
 }
 
 OSErr __wrap_AESend(const AppleEvent* event, AppleEvent* reply, AESendMode mode, AESendPriority priority,

@@ -62,6 +62,7 @@ class PlatformDouble {
     std::optional<OSErr> createEventResult;
     std::optional<OSErr> putResult;
     std::optional<OSErr> secondGetResult;
+    std::optional<Size> secondGetSize;
     std::optional<OSErr> findFolderResult;
     std::optional<OSErr> currentProcessResult;
     std::optional<ProcessSerialNumber> currentProcess;

@@ -130,6 +130,53 @@ TEST_F(FailuresTest, Outputs_MayBeTheInputs) {
     posFreeDllHeapData(handle);
 }
 
+TEST_F(FailuresTest, OutputsOfAFailedCallOrCommand_AreClearedWhateverTheyHeld) {
+    const uint32_t applicationId = registered("Editor");
+    forwarder_->answer(14, test::error(30, "no such method"));
+    forwarder_->answer(15, test::error(30, "no such command"));
+    uint8_t before = 0;
+    uint8_t* result = &before;
+    uint32_t length = 1;
+    EXPECT_EQ(posCallMethod(applicationId, &identifier_, "add", nullptr, 0, &result, &length), POS_FAILURE);
+    EXPECT_EQ(result, nullptr);
+    EXPECT_EQ(length, 0u);
+    EXPECT_EQ(forwarder_->countOf("14"), 1u);
+    result = &before;
+    length = 1;
+    EXPECT_EQ(posExecuteCMD(applicationId, &identifier_, 16, &identifier_, 16, &result, &length),
+              POS_FAILURE);
+    EXPECT_EQ(result, nullptr);
+    EXPECT_EQ(length, 0u);
+    EXPECT_EQ(forwarder_->countOf("15"), 1u);
+    EXPECT_EQ(dialog_->shown.size(), 2u);
+}
+
+// The input must still be there when the user presses Retry.
+TEST_F(FailuresTest, OutputsThatAreTheInputs_AreClearedAfterTheLastAttemptOnly) {
+    const uint32_t applicationId = registered("Editor");
+    const std::string identifier("Counter\0\0\0\0\0\0\0\0\0", 16);
+    forwarder_->answer(14, test::error(32, "register first"));
+    forwarder_->answer(15, test::error(32, "register first"));
+    dialog_->answers = {11, 12, 11, 12};
+    uint32_t length = 16;
+    void* handle = identifier_;
+    EXPECT_EQ(posCallMethod(applicationId, &handle, "add", nullptr, 0, reinterpret_cast<uint8_t**>(&handle),
+                            &length),
+              POS_FAILURE);
+    EXPECT_EQ(forwarder_->countOf("14"), 2u);
+    EXPECT_EQ(forwarder_->lastRequest(14)->readString(105), identifier);
+    EXPECT_EQ(handle, nullptr);
+    EXPECT_EQ(length, 0u);
+    length = 16;
+    handle = identifier_;
+    EXPECT_EQ(posExecuteCMD(applicationId, &handle, length, &handle, length,
+                            reinterpret_cast<uint8_t**>(&handle), &length),
+              POS_FAILURE);
+    EXPECT_EQ(forwarder_->countOf("15"), 2u);
+    EXPECT_EQ(handle, nullptr);
+    EXPECT_EQ(length, 0u);
+}
+
 struct Thrown {
     const char* name;
     std::function<void()> raise;

@@ -101,14 +101,23 @@ TEST_F(Discovery, ProgramOfTheServersName_IsNotTakenForTheServer) {
 }
 
 TEST_F(Discovery, ProgramOfTheServersNameInABundle_IsNotTakenForTheServer) {
-    for (const std::string& bundle :
-         {elsewhere_.path("Merrowd.app"), root_.path() + "/Elsewhere/Merrowd.app",
-          root_.path() + "/Library/Other.app", root_.path() + "/Applications/Merrowd.app"}) {
+    for (const std::string& bundle : {elsewhere_.path("Merrowd.app"), root_.path() + "/Elsewhere/Merrowd.app",
+                                      root_.path() + "/Library/Other.app"}) {
         fs::create_directories(bundle + "/Contents");
         fs::copy_file(root_.server() + "/Contents/Info.plist", bundle + "/Contents/Info.plist");
         const Sleeper sleeper(bundle + kInsideBundle);
         expectThatTheServerIsFound(bundle);
     }
+}
+
+TEST_F(Discovery, ApplicationOfTheServersNameWithAnotherSignature_IsNotTakenForTheServer) {
+    const std::string bundle = root_.path() + "/Applications/Merrowd.app";
+    fs::create_directories(bundle + "/Contents");
+    std::ofstream(bundle + "/Contents/Info.plist")
+        << "<plist version=\"1.0\"><dict><key>CFBundleExecutable</key><string>Merrowd</string>"
+           "<key>CFBundleSignature</key><string>PrBd</string></dict></plist>";
+    const Sleeper sleeper(bundle + kInsideBundle);
+    expectThatTheServerIsFound(bundle);
 }
 
 TEST_F(Discovery, OtherProgramInTheServersBundle_IsNotTakenForTheServer) {

@@ -50,6 +50,15 @@ TEST(ExchangeLog, ANote_IsOneLineWithTheTime) {
     EXPECT_EQ(withoutTimes(folder.read("Merrowd.log")), "at one two\n");
 }
 
+TEST(ExchangeLog, ANoteInUTF8OrMacRoman_IsUTF8) {
+    const TemporaryFolder folder;
+    ExchangeLog log(folder.path("Merrowd.log"));
+    log.note(
+        "there is no setting \"Gr\x9A\xA7"
+        "e\" or \"Größe\"");
+    EXPECT_EQ(withoutTimes(folder.read("Merrowd.log")), "at there is no setting \"Größe\" or \"Größe\"\n");
+}
+
 TEST(ExchangeLog, RequestAndAnswer_HaveTheSameNumber) {
     const TemporaryFolder folder;
     ExchangeLog log(folder.path("Merrowd.log"));

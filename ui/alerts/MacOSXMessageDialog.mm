@@ -55,10 +55,10 @@ struct AlertTexts {
 NSString* const kUnshownAlertText = @"Couldn't initialise NSApplication! No Error dialogue shown; message of "
                                     @"the failed dialogue:  \n \"%s\"\n";
 
-/// The string of a text in any encoding that readableText() knows. Line ends become line feeds, because not
-/// every window system breaks a line at a carriage return.
+/// The string of a text in any encoding that readableText() knows. Each line end becomes one line feed,
+/// because not every window system breaks a line at a carriage return.
 NSString* readableString(const std::string& text) {
-    return [NSString stringWithUTF8String:replaceChar(readableText(text), '\r', '\n').c_str()];
+    return [NSString stringWithUTF8String:withLineFeedsOnly(readableText(text)).c_str()];
 }
 
 NSString* captionString(const char* key) { return readableString(MultiLanguageSupport::getText(key)); }

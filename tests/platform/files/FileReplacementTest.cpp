@@ -35,6 +35,11 @@ struct FileReplacement : testing::Test {
         return status.st_ino;
     }
 
+    // A killed writer leaves a file with these permissions.
+    void writeLeftover(const std::string& name) const {
+        ScratchFolder::setPermissions(folder.write(name, "left behind"), 0200);
+    }
+
     const ScratchFolder folder;
     const std::string tooLong = std::string(kLimit + 1, 'x');
 };
@@ -73,21 +78,28 @@ TEST_F(FileReplacement, SomebodyWhoHasTheOldFileOpen_ReadsItToItsEnd) {
 
 TEST_F(FileReplacement, LeftoversOfAKilledWriter_AreDeletedByTheNextWriteOfTheFile) {
     const std::string path = folder.write("file", "old");
-    folder.write("file.new0", "left behind");
-    folder.write("file.new1", "left behind");
-    folder.write("other.new0", "left behind");
+    writeLeftover("file.new0");
+    writeLeftover("file.new1");
+    writeLeftover("other.new0");
     EXPECT_TRUE(replaceFileContent(path, "new"));
     EXPECT_EQ(ScratchFolder::contentOf(path), "new");
     EXPECT_EQ(filesInFolder(), 2u);
-    EXPECT_EQ(ScratchFolder::contentOf(folder.path("other.new0")), "left behind");
+    EXPECT_TRUE(std::filesystem::exists(folder.path("other.new0")));
+}
+
+TEST_F(FileReplacement, FileOfAUserThatIsNamedLikeALeftover_Stays) {
+    const std::string path = folder.write("file", "old");
+    folder.write("file.new7", "content");
+    EXPECT_TRUE(replaceFileContent(path, "new"));
+    EXPECT_EQ(ScratchFolder::contentOf(folder.path("file.new7")), "content");
 }
 
 TEST_F(FileReplacement, LeftoversBesideAFileThatIsWrittenInPlaceOrNew_AreDeletedAsWell) {
     const std::string path = folder.write("file", "old");
     std::filesystem::create_hard_link(path, folder.path("other name"));
-    folder.write("file.new0", "left behind");
+    writeLeftover("file.new0");
     EXPECT_TRUE(replaceFileContent(path, "new"));
-    folder.write("created.new0", "left behind");
+    writeLeftover("created.new0");
     EXPECT_TRUE(replaceFileContent(folder.path("created"), "new"));
     EXPECT_EQ(filesInFolder(), 3u);
 }
@@ -187,6 +199,17 @@ TEST_F(FileReplacement, StickyFolderOfAnotherUser_FileInItThatMayBeWrittenIsWrit
     ScratchFolder::setPermissions(folder.path(), 01777);
     EXPECT_TRUE(holdsForOrdinaryUser([&] { return replaceFileContent(path, "new"); }));
     EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(FileReplacement, StickyFolderOfAnotherUser_FileOfOnesOwnInItIsExchanged) {
+    ScratchFolder::setPermissions(folder.path(), 01777);
+    EXPECT_TRUE(holdsForOrdinaryUser([&] {
+        const std::string path = folder.write("file", "old");
+        const ino_t inode = inodeOf(path);
+        return replaceFileContent(path, "new") && inodeOf(path) != inode;
+    }));
+    EXPECT_EQ(ScratchFolder::contentOf(folder.path("file")), "new");
     EXPECT_EQ(filesInFolder(), 1u);
 }
 

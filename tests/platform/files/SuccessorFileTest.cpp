@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,12 +17,16 @@
 
 #include "tests/platform/files/ScratchFolder.h"
 #include "tests/support/ExtendedAttributes.h"
+#include "tests/support/NeedsRoot.h"
+#include "tests/support/OrdinaryUser.h"
 
 namespace dovrel {
 namespace {
 
 using Outcome = SuccessorFile::Outcome;
 using test::ScratchFolder;
+
+constexpr unsigned kUnfinished = 0200;
 
 // A process that holds the lock of a file, as a writer does, until it is killed.
 class LivingWriter {
@@ -31,7 +36,7 @@ class LivingWriter {
         EXPECT_EQ(pipe(ready), 0);
         process_ = fork();
         if (process_ == 0) {
-            const int file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL, 0600);
+            const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL, kUnfinished);
             const bool isLocked = flock(file, LOCK_EX | LOCK_NB) == 0 && write(file, "half", 4) == 4;
             _exit(isLocked && write(ready[1], "", 1) == 1 ? pause() : 1);
         }
@@ -68,6 +73,10 @@ class Successor : public testing::Test {
                std::filesystem::file_type::not_found;
     }
 
+    void writeLeftover(const std::string& name) const {
+        ScratchFolder::setPermissions(folder_.write(name, "half"), kUnfinished);
+    }
+
     const ScratchFolder folder_;
     const std::string path_ = folder_.write("file", "old");
 };
@@ -102,7 +111,7 @@ TEST_F(Successor, Replace_WithEveryNameTaken_IsRefusedAndLeavesThem) {
 TEST_F(Successor, Replace_BesideALivingWriter_TakesTheNextName) {
     const LivingWriter writer(folder_.path("file.new0"));
     EXPECT_EQ(replace("new"), Outcome::kReplaced);
-    EXPECT_EQ(ScratchFolder::contentOf(folder_.path("file.new0")), "half");
+    EXPECT_EQ(std::filesystem::file_size(folder_.path("file.new0")), 4u);
     EXPECT_FALSE(exists("file.new1"));
 }
 
@@ -117,8 +126,8 @@ TEST_F(Successor, RemoveLeftovers_LeavesTheFileOfALivingWriterAndDeletesThatOfAK
 }
 
 TEST_F(Successor, RemoveLeftovers_DeletesThoseAfterAFreeName) {
-    folder_.write("file.new1", "half");
-    folder_.write("file.new9", "half");
+    writeLeftover("file.new1");
+    writeLeftover("file.new9");
     SuccessorFile::removeLeftovers(path_);
     EXPECT_FALSE(exists("file.new1"));
     EXPECT_FALSE(exists("file.new9"));
@@ -136,6 +145,57 @@ TEST_F(Successor, RemoveLeftovers_LeavesEverythingElseOfSuchNames) {
     for (const char* const name :
          {"target", "file.new0", "file.new1", "file.new2", "file.new", "file.new10", "other.new0"})
         EXPECT_TRUE(exists(name)) << name;
+}
+
+TEST_F(Successor, RemoveLeftovers_LeavesFilesOfUsersWhateverTheirPermissions) {
+    for (const unsigned mode : {0644u, 0600u, 0400u, 0222u, 0700u, 0u, 04200u}) {
+        ScratchFolder::setPermissions(folder_.write("file.new7", "content"), mode);
+        SuccessorFile::removeLeftovers(path_);
+        ASSERT_TRUE(exists("file.new7")) << std::oct << mode;
+        std::filesystem::remove(folder_.path("file.new7"));
+    }
+}
+
+TEST_F(Successor, RemoveLeftovers_LeavesFilesOfAnotherUserAndFilesWithTwoNames) {
+    NEEDS_ROOT("give a file to another user");
+    writeLeftover("file.new0");
+    ASSERT_EQ(chown(folder_.path("file.new0").c_str(), 1234, 1234), 0);
+    writeLeftover("linked");
+    std::filesystem::create_hard_link(folder_.path("linked"), folder_.path("file.new1"));
+    SuccessorFile::removeLeftovers(path_);
+    EXPECT_TRUE(exists("file.new0"));
+    EXPECT_TRUE(exists("file.new1"));
+}
+
+TEST_F(Successor, RemoveLeftovers_OfAnOrdinaryUserDeletesWhatThatUsersWriterLeft) {
+    ScratchFolder::setPermissions(folder_.path(), 0777);
+    EXPECT_TRUE(holdsForOrdinaryUser([&] {
+        LivingWriter writer(folder_.path("file.new0"));
+        writer.end();
+        SuccessorFile::removeLeftovers(path_);
+        return !exists("file.new0");
+    }));
+}
+
+// The system kills the writer in the middle of its content.
+TEST_F(Successor, Replace_OfAWriterThatIsKilled_LeavesWhatTheNextOneDeletes) {
+    const pid_t writer = fork();
+    if (writer == 0) {
+        const rlimit limit = {5'000, 5'000};
+        const rlimit noCore = {0, 0};
+        std::signal(SIGXFSZ, SIG_DFL);
+        if (setrlimit(RLIMIT_CORE, &noCore) == 0 && setrlimit(RLIMIT_FSIZE, &limit) == 0)
+            replace(std::string(10'000, 'n'));
+        _exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(writer, &status, 0), writer);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(ScratchFolder::contentOf(path_), "old");
+    ASSERT_TRUE(exists("file.new0"));
+    EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("file.new0")), kUnfinished);
+    SuccessorFile::removeLeftovers(path_);
+    EXPECT_FALSE(exists("file.new0"));
 }
 
 TEST_F(Successor, ManyWritersAtOnce_AllReplaceTheFileAndNoneLosesItsOwn) {

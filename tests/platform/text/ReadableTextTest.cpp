@@ -54,6 +54,16 @@ TEST_F(ReadableTextTest, BothKindsInOneText_AreBothReadable) {
               "Größe: Größe");
 }
 
+// The limit that the documents name: the same bytes are U+054E in UTF-8.
+TEST_F(ReadableTextTest, MacRomanQuoteBeforeAnAccentedLetter_IsTakenForUTF8) {
+    EXPECT_EQ(readableText("L\xD5\x8E"
+                           "cran"),
+              "L\u054Ecran");
+    EXPECT_EQ(readableText("L\xD5"
+                           "orage"),
+              "L’orage");
+}
+
 TEST_F(ReadableTextTest, AsciiText_StaysAsItIsWithLineEndsAndZeroBytes) {
     EXPECT_EQ(readableText("a\r\n\tb\\~\x7F"), "a\r\n\tb\\~\x7F");
     EXPECT_EQ(readableText("a\0b"s), "a\0b"s);

@@ -48,6 +48,11 @@ TEST(TextConversions, ReplaceChar_ReplacesEveryOne) {
     EXPECT_EQ(replaceChar("", 'a', 'b'), "");
 }
 
+TEST(TextConversions, WithLineFeedsOnly_MakesEachLineEndOneLineFeed) {
+    EXPECT_EQ(withLineFeedsOnly("a\r\nb\rc\nd\r\r\ne\n\r"), "a\nb\nc\nd\n\ne\n\n");
+    EXPECT_EQ(withLineFeedsOnly(""), "");
+}
+
 TEST(TextConversions, AsciiCase_ChangesAsciiLettersOnly) {
     EXPECT_EQ(toLowerAscii("@AZ[`az{\xC4\xE4 1"), "@az[`az{\xC4\xE4 1");
     EXPECT_EQ(toUpperAscii("@AZ[`az{\xC4\xE4 1"), "@AZ[`AZ{\xC4\xE4 1");

@@ -3,9 +3,13 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <limits>
 #include <string>
 
+#include "portability/corefoundation/Object.h"
+#include "portability/corefoundation/PropertyListWriter.h"
 #include "tests/portability/support/Held.h"
+#include "tests/support/DecimalComma.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {
@@ -43,6 +47,19 @@ class PropertyList : public testing::Test {
         return list.get() != nullptr;
     }
 
+    double realIn(const std::string& number) {
+        folder_.write("list", "<plist><real>" + number + "</real></plist>");
+        const Held<CFPropertyListRef> list(copyPropertyList(folder_.path("list")));
+        return list.get() == nullptr ? -1 : static_cast<const __CFNumber*>(list.get())->real;
+    }
+
+    std::string writtenAgain(const std::string& content) {
+        folder_.write("list", content);
+        const Held<CFPropertyListRef> list(copyPropertyList(folder_.path("list")));
+        return portability::writeXmlPropertyList(*static_cast<const portability::Object*>(list.get()))
+            .value_or("");
+    }
+
     const dovrel::test::TemporaryFolder folder_;
 };
 
@@ -59,6 +76,20 @@ TEST_F(PropertyList, Read_EveryKindOfValueInXML_IsAnObject) {
         isReadable("<plist><dict><key>i</key><integer>0x10</integer><key>r</key><real>-1e3</real>"
                    "<key>b</key><true/><key>t</key><date>2001-02-03T04:05:06Z</date>"
                    "<key>d</key><data>AQID</data><key>l</key><array><string/></array></dict></plist>"));
+}
+
+TEST_F(PropertyList, Read_OfRealNumbers_IsTheSameInEveryLocaleOfTheHost) {
+    const dovrel::test::DecimalComma locale;
+    EXPECT_EQ(realIn("1.5"), 1.5);
+    EXPECT_EQ(realIn(" +2.25e2"), 225);
+    EXPECT_EQ(realIn("1e999"), std::numeric_limits<double>::infinity());
+    EXPECT_EQ(realIn("1e-999"), 0);
+}
+
+TEST_F(PropertyList, Write_OfRealNumbers_IsTheSameInEveryLocaleOfTheHost) {
+    const dovrel::test::DecimalComma locale;
+    EXPECT_NE(writtenAgain("<plist><real>1.5</real></plist>").find("<real>1.5</real>"), std::string::npos);
+    EXPECT_NE(writtenAgain("<plist><real>-1e300</real></plist>").find("e+300</real>"), std::string::npos);
 }
 
 TEST_F(PropertyList, Read_ValuesThatAreNone_AreRefused) {

@@ -1,5 +1,6 @@
 #import <Foundation/Foundation.h>
 
+#include <errno.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -48,6 +49,16 @@ TEST_F(NSLogTest, MessageWithALineEnd_GetsNoSecondOne) {
 TEST_F(NSLogTest, Message_IsWrittenInUTF8) {
     const std::string log = logOf([NSString stringWithUTF8String:"Größe, 日本"]);
     EXPECT_TRUE(endsWith(log, "<Größe, 日本>\n")) << log;
+}
+
+TEST_F(NSLogTest, ProgramWhoseNameIsNotUTF8_IsNamedInUTF8) {
+    char* const name = program_invocation_short_name;
+    char macRoman[] = "Gr\x9A\xA7"
+                      "e";
+    program_invocation_short_name = macRoman;
+    const std::string log = logOf(@"message");
+    program_invocation_short_name = name;
+    EXPECT_NE(log.find(" Größe["), std::string::npos) << log;
 }
 
 TEST_F(NSLogTest, ProcessWithAnotherEncoding_WritesUTF8AllTheSame) {

@@ -39,6 +39,16 @@ TEST_F(ApplicationBundle, IsExecutableOf_IsTrueForTheFileThatTheInfoNames) {
     EXPECT_TRUE(isExecutableOf(bundle_, program_)) << "a process may outlive its file";
 }
 
+TEST_F(ApplicationBundle, SignatureOf_IsThatOfTheInfoOr0) {
+    EXPECT_EQ(portability::signatureOf(bundle_), 0u);
+    folder_.write("B.app/Contents/Info.plist",
+                  "<plist><dict><key>CFBundleSignature</key><string>PrBd</string></dict></plist>");
+    EXPECT_EQ(portability::signatureOf(folder_.path("B.app")), OSType{'PrBd'});
+    folder_.write("B.app/Contents/Info.plist", "damaged");
+    EXPECT_EQ(portability::signatureOf(folder_.path("B.app")), 0u);
+    EXPECT_EQ(portability::signatureOf(folder_.path("C.app")), 0u);
+}
+
 TEST_F(ApplicationBundle, IsExecutableOf_IsFalseForAnyOtherFile) {
     for (const char* other : {"A.app/Contents/MacOS/B", "A.app/Contents/A", "A.app/Contents/MacOS", "A", ""})
         EXPECT_FALSE(isExecutableOf(bundle_, folder_.path(other))) << other;

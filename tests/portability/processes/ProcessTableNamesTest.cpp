@@ -122,7 +122,25 @@ TEST_F(ProcessTableNames, ProgramOfTheNameInAnotherApplicationOfTheRoot_IsNotLis
     expectNotListed("root/Applications/Other.app/Contents/MacOS/Probed");
 }
 
-TEST_F(ProcessTableNames, ApplicationsOfOneNameInTwoPlacesOfTheRoot_AreNotListed) {
+TEST_F(ProcessTableNames, CopiesOfOneApplicationInTwoPlacesOfTheRoot_AreBothListed) {
+    makeApplication("root/" + std::string(kApplication), "Probed", "PrBd");
+    makeApplication("root/Applications/Probed.app", "Probed", "PrBd");
+    const auto first = run("root/" + std::string(kProgram));
+    const auto second = run("root/Applications/Probed.app/Contents/MacOS/Probed");
+    const auto other = run("root/Applications/Probed.app/Contents/Resources/Probed");
+    EXPECT_TRUE(isListedUnder("root", first->id()));
+    EXPECT_TRUE(isListedUnder("root", second->id()));
+    EXPECT_FALSE(isListedUnder("root", other->id()));
+}
+
+TEST_F(ProcessTableNames, ApplicationsOfOneNameAndTwoSignatures_AreNotListed) {
+    makeApplication("root/" + std::string(kApplication), "Probed", "PrBd");
+    makeApplication("root/Applications/Probed.app", "Probed", "PrBe");
+    expectNotListed("root/" + std::string(kProgram));
+    expectNotListed("root/Applications/Probed.app/Contents/MacOS/Probed");
+}
+
+TEST_F(ProcessTableNames, ApplicationsOfOneNameWithoutASignature_AreNotListed) {
     const auto probe = run("root/" + std::string(kProgram));
     EXPECT_EQ(listedByName(), 1);
     makeApplication("root/Applications/Probed.app");

@@ -24,11 +24,14 @@ class ProcessTableTest : public testing::Test {
     static constexpr char kApplication[] = "Library/Application Support/Example/Probed.app";
     static constexpr char kProgram[] = "Library/Application Support/Example/Probed.app/Contents/MacOS/Probed";
 
-    /// Makes a bundle in the folder whose Info.plist names the executable.
-    void makeApplication(const std::string& bundle, const std::string& executable = "Probed") const {
+    /// Makes a bundle in the folder whose Info.plist names the executable and the signature.
+    void makeApplication(const std::string& bundle, const std::string& executable = "Probed",
+                         const std::string& signature = "\?\?\?\?") const {
         folder_.write(bundle + "/Contents/Info.plist",
                       "<plist version=\"1.0\"><dict><key>CFBundleExecutable</key><string>" + executable +
-                          "</string><key>CFBundlePackageType</key><string>APPL</string></dict></plist>");
+                          "</string><key>CFBundlePackageType</key><string>APPL</string>"
+                          "<key>CFBundleSignature</key><string>" +
+                          signature + "</string></dict></plist>");
     }
 
     /// A probe that runs from `file` in the folder.

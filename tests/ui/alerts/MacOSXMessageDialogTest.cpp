@@ -71,6 +71,12 @@ TEST_F(MacOSXMessageDialogTest, TitleAndBody_AreThoseGivenAndLinesAreBroken) {
     EXPECT_EQ(request["body"], "One line\nand another\n\n100 % of \"it\"");
 }
 
+TEST_F(MacOSXMessageDialogTest, CarriageReturnAndLineFeed_AreOneLineEnd) {
+    const auto request = requestOf("A\r\nfailure", "One line\r\nand another\r\n\r\nand a last one");
+    EXPECT_EQ(request["title"], "A\nfailure");
+    EXPECT_EQ(request["body"], "One line\nand another\n\nand a last one");
+}
+
 TEST_F(MacOSXMessageDialogTest, SystemEncoding_IsMacRoman) {
     const auto request = requestOf("\x8a\x9a\x9f", "\xd2quoted\xd3 \xd0 \xa7");
     EXPECT_EQ(request["title"], "\u00e4\u00f6\u00fc");
