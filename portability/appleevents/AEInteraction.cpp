@@ -28,7 +28,7 @@ class IdleProcCaller final : public portability::IdleCaller {
     static constexpr int64_t kLongestSleep = 60 * kTicksPerSecond;
 
     AEIdleUPP procedure_;
-    SInt32 sleepTicks_ = 1;  // set by the idle procedure at each call
+    SInt32 sleepTicks_ = 1;  // the idle procedure sets it at each call
 };
 
 }  // namespace

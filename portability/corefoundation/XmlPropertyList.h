@@ -17,7 +17,7 @@ struct PropertyListNode {
     enum class Kind { string, integer, real, boolean, date, data, array, dictionary };
 
     Kind kind = Kind::string;
-    std::string text;  ///< of a scalar; "true" or "false" for a boolean
+    std::string text;  ///< the text of a scalar; "true" or "false" for a boolean
     std::vector<std::pair<std::string, PropertyListNode>> members;  ///< the keys are empty in an array
 };
 

@@ -8,7 +8,7 @@
 namespace {
 
 struct CriticalRegion {
-    std::thread::id owner;    // the id of no thread while the region is free
+    std::thread::id owner;    // default value while the region is free
     unsigned long depth = 0;  // number of times that the owner has entered
     portability::WaitQueue waiters;
 };

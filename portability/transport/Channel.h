@@ -101,7 +101,7 @@ class Channel {
   private:
     struct OutSlot {
         uint64_t known = 0;                  // id of the block that the receiver keeps in this slot
-        std::shared_ptr<SharedBlock> inUse;  // set while the receiver may be reading it
+        std::shared_ptr<SharedBlock> inUse;  // the slot's block, while the receiver may be reading it
         uint64_t frame = 0;                  // id of the last frame that used the slot
     };
 

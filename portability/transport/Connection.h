@@ -48,7 +48,7 @@ class Connection {
   public:
     enum class Outcome {
         done,
-        notSent,    ///< the peer was gone before anything was sent; the connection cannot be used any more
+        notSent,    ///< the peer had exited before anything was sent; the connection cannot be used any more
         lost,       ///< the peer ended or violated the protocol after the request was sent; likewise
         timedOut,   ///< the connection can be used again; it will recognise and drop the late reply
         cancelled,  ///< the IdleCaller ended the wait; the connection can be used again, as after timedOut
@@ -61,7 +61,7 @@ class Connection {
     /// socket's buffer is full, at most until the deadline.
     Outcome post(const OutgoingRequest& request);
 
-    /// Sends the request and waits for its reply. `reply` is set only for
+    /// Sends the request and waits for its reply. Sets `reply` only if the result is
     /// Outcome::done. Throws std::bad_alloc.
     Outcome exchange(const OutgoingRequest& request, ReceivedReply& reply);
 

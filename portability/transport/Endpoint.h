@@ -1,8 +1,8 @@
 // The endpoint at which an application receives requests. Private to the layer.
 //
-// An endpoint is a listening SOCK_SEQPACKET socket. It lies in a folder that belongs to the user
-// (EndpointFolder.h). Its name is made from the application's creator signature and the system root. A lock
-// file lies in the same folder.
+// An endpoint is a listening SOCK_SEQPACKET socket in a folder that belongs to the user
+// (EndpointFolder.h). Its name is made from the application's creator signature and the system root. A
+// lock file is in the same folder.
 //
 // The process that holds the lock owns the endpoint. The lock belongs to the open file description. So it
 // passes from the launcher to the launched process together with the descriptors, and it ends with that
@@ -62,8 +62,8 @@ class EndpointClaim {
   private:
     bool findFiles(OSType signature);
 
-    std::string name_;       // of the files, without their extensions
-    FileDescriptor folder_;  // of the files; locked, so that systemd-tmpfiles does not delete them
+    std::string name_;       // name of the socket and the lock file, without the extension
+    FileDescriptor folder_;  // folder of both files; locked, so that systemd-tmpfiles does not delete them
     FileDescriptor lock_;
     FileDescriptor listen_;  // closed before the lock, so that it never listens under the next owner
 };

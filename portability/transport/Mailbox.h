@@ -71,7 +71,7 @@ class Mailbox {
     // Written by one side and read by the other. The two halves are on different cache lines.
     struct alignas(64) Half {
         std::atomic<uint32_t> posted;   // number of frames that this side has posted
-        std::atomic<uint32_t> size;     // of the last posted frame, in bytes
+        std::atomic<uint32_t> size;     // size of the last posted frame in bytes
         std::atomic<uint32_t> taken;    // the other side's `posted` at the last take()
         std::atomic<uint32_t> looking;  // 1 while this side polls
         alignas(64) uint8_t frame[kLargestFrame];

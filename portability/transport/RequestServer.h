@@ -80,7 +80,7 @@ class RequestServer {
     std::unordered_map<int, std::unique_ptr<Sender>> senders_;
     int latest_ = -1;  // the sender whose request was handled last, if it is still connected
     std::array<int, kMostLookedFor> looking_{};  // the senders whose mailboxes we poll
-    size_t latestSize_ = 0;                      // of the larger image of the last request and its reply
+    size_t latestSize_ = 0;                      // size of the larger image of the last request and its reply
     size_t lookingCount_ = 0;
     int streak_ = 0;  // requests handled since all senders had a turn
     FrameBuffer buffer_;
