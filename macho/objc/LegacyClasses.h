@@ -6,9 +6,10 @@
 
 namespace dovrel::macho {
 
-/// Registers all classes of the linked 32-bit image. Throws FormatError if the runtime already has a class
-/// with the name, if it does not have the superclass, or if an instance variable has another offset than in
-/// the compiled code.
+/// Registers all classes of the linked 32-bit image. Throws FormatError in these cases:
+/// - The runtime already has a class with the name.
+/// - The runtime does not have the superclass.
+/// - An instance variable has another offset than in the compiled code.
 void registerLegacyClasses(const MachOFile& file, const MappedImage& image);
 
 /// Replaces the class names that code of the image looks up by the classes.

@@ -26,9 +26,10 @@ class CallQueue {
     ///
     /// Returns false, without running the procedure and without changing `result`, in these cases:
     /// - The queue is closed, or is closed before the call starts.
-    /// - The call has not started after one second. The main thread can be inside its loop and still be
-    ///   unable to run the call: it may wait for a lock that the caller holds, or run its loop in a mode that
-    ///   does not check the queue.
+    /// - The call has not started after one second.
+    ///
+    /// The second case can happen although the main thread is inside its loop. For example, it may wait for a
+    /// lock that the caller holds, or run its loop in a mode that does not check the queue.
     bool run(Procedure procedure, void* parameter, void** result, void (*wakeLoop)());
 
     /// Returns whether a call in the queue has not started. Takes no lock.

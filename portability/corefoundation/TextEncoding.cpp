@@ -55,8 +55,8 @@ void appendUTF8(std::uint32_t codePoint, std::string& bytes) {
     append(0x80 | (codePoint & 0x3F));
 }
 
-// The form of a UTF-8 sequence, determined by its first byte: its length in bytes, the code point's bits in
-// the first byte, and the least code point that needs this length.
+// The form of a UTF-8 sequence, which its first byte determines. `length` is in bytes. `firstBits` are the
+// code point's bits in the first byte. `least` is the least code point that needs this length.
 struct SequenceForm {
     std::size_t length;
     std::uint32_t firstBits;

@@ -1,10 +1,10 @@
 // A pool of objects that callers know by identifier. A stale identifier is recognised and never dereferenced.
 // Private to the layer.
 //
-// An identifier contains the slot's number and the number of times that the slot was used. So it never refers
-// to a later object in the same slot. Slots stay at their addresses until the process exits. A thread that
-// waited in an object can therefore still use the slot's mutex after the object was deleted, and only
-// creating and removing objects lock the whole pool.
+// An identifier contains the slot's number and the number of times that the slot was used. So it does not
+// refer to the next object in the same slot; identifiers repeat only after a great many uses. Slots stay at
+// their addresses until the process exits. A thread that waited in an object can therefore still use the
+// slot's mutex after the object was deleted. Only creating and removing objects lock the whole pool.
 #pragma once
 
 #include <array>

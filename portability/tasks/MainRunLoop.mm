@@ -42,9 +42,8 @@ void* variable(id object, const char* name) {
     return found != nullptr ? (void*)object_getIvar(object, found) : nullptr;
 }
 
-/// Returns whether the main thread is inside its run loop. Foundation has no function for this: requesting
-/// the main thread's run loop would create it, and another thread must not do that while the main thread may
-/// be doing the same.
+/// Returns whether the main thread is inside its run loop. Foundation has no function for this. Requesting
+/// the main thread's run loop would create it, and two threads must not do that at the same time.
 bool isMainThreadInRunLoop() {
     id const information = (id)variable([NSThread mainThread], "_runLoopInfo");
     id const loop = (id)variable(information, "loop");

@@ -88,9 +88,9 @@ class Channel {
     /// used again. A frame in the mailbox is valid until this side sends its next frame.
     Received receive(FrameBuffer& buffer, ReceivedFrame& frame);
 
-    /// Releases the shared memory of all requests up to this id. The caller calls it with the id of each
-    /// reply that it receives, because a reply shows that the receiver has finished with all requests up
-    /// to its own.
+    /// Releases the shared memory of all requests up to this id. The caller calls it with the id of
+    /// each reply that it receives: a reply shows that the receiver has finished with its request and
+    /// all earlier ones.
     void confirmUpTo(uint64_t id);
 
     /// Returns an owner that keeps the reply's image mapped. When the last copy of the owner is released,

@@ -25,9 +25,12 @@ struct EndpointPlace {
     bool isPrivate;      ///< true: the parent must belong to this user
 };
 
-/// Returns the places in the order in which endpoints are looked up: "pos-events" in $XDG_RUNTIME_DIR (if
-/// that is an absolute path) and in /run/user/UID, then "pos-events-UID" in /tmp. If the system root contains
-/// a folder /run/user or /tmp, that folder is used instead of the system's.
+/// Returns the places in the order in which endpoints are looked up:
+/// - "pos-events" in $XDG_RUNTIME_DIR, if that is an absolute path
+/// - "pos-events" in /run/user/UID
+/// - "pos-events-UID" in /tmp
+///
+/// If the system root contains a folder /run/user or /tmp, that folder is used instead of the system's.
 std::vector<EndpointPlace> endpointPlaces(const std::string& systemRoot);
 
 enum class FolderState {

@@ -27,8 +27,8 @@ enum class FrameKind : uint16_t {
     wakeUp = 4    // tells the receiver that the mailbox contains a frame
 };
 
-/// Places of an image that is not in a slot: kInlineImage means after the header, kPassingImage means in a
-/// file that is sent with the packet and is not kept in a slot.
+/// Places of an image that is not in a slot. kInlineImage: after the header. kPassingImage: in a file that is
+/// sent with the packet and that the receiver does not keep.
 constexpr uint16_t kInlineImage = 0xFFFF;
 constexpr uint16_t kPassingImage = 0xFFFE;
 

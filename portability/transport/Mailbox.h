@@ -4,9 +4,9 @@
 // instead of sleeping sets a flag in the memory. The other side puts its frame into the mailbox only while
 // that flag is set. Otherwise it uses the socket. A frame in the mailbox needs no system call.
 //
-// No frame is missed: after a side has cleared its flag, it checks the mailbox once more. After a side has
-// posted a frame, it checks the other side's flag again, and if the flag is cleared it sends a wake-up packet
-// through the socket.
+// No frame is missed. After a side has cleared its flag, it checks the mailbox once more. After a side has
+// posted a frame, it checks the other side's flag again. If that flag is now cleared, it sends a wake-up
+// packet through the socket.
 //
 // A sender posts a request only after all its earlier requests have been replied to. Therefore frames never
 // overtake each other, and the place in the mailbox is always free when it is needed. The receiver marks a

@@ -10,8 +10,8 @@ namespace portability {
 /// being woken takes many times longer than a small exchange.
 ///
 /// The time is 50 microseconds. POS_SPIN_US sets another one; 0 turns polling off. For large images the time
-/// is longer, because the peer needs time to copy them: it is multiplied by 1 plus the number of full 256 KiB
-/// in the image, at most by 16.
+/// is longer, because the peer needs time to copy them. The factor is 1 plus the number of full 256 KiB in
+/// the image, at most 16.
 class Spin {
   public:
     /// `imageSize`: size of the larger image of the exchange, in bytes.

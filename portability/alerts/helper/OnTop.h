@@ -11,9 +11,9 @@ namespace alerthelper {
 /// Marks a window as a dialog that the user must see at once. The window must be realized and not shown yet.
 void prepareOnTop(GtkWindow* window);
 
-/// Requests from the window manager that a shown window stays above the others. If there is no window manager
-/// (for example on a computer that runs a single program), moves the window to the middle of the screen and
-/// gives it the keyboard focus.
+/// Requests from the window manager that a shown window stays above the others. Some computers have no window
+/// manager, for example those that run a single program. There the function moves the window to the middle of
+/// the screen and gives it the keyboard focus.
 void putOnTop(GtkWindow* window);
 
 }  // namespace alerthelper

@@ -35,9 +35,9 @@ CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef k
 /// Returns the bundle's identifier, or NULL if it has none. The string is valid as long as the bundle.
 CFStringRef CFBundleGetIdentifier(CFBundleRef bundle);
 
-/// Returns CFBundleVersion as a packed number: one byte for the major version, half a byte each for the
-/// minor and the bug-fix version, then one byte each for stage and build. Returns 0 if it is missing or
-/// has another form.
+/// Returns CFBundleVersion as a packed number. The first byte is the major version, the second byte contains
+/// the minor and the bug-fix version (4 bits each), and then follow stage and build. Returns 0 if the version
+/// is missing or has another form.
 UInt32 CFBundleGetVersionNumber(CFBundleRef bundle);
 
 /// Return the bundle's folder, its executable (NULL if it has none) and its resources folder. The caller
