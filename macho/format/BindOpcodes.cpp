@@ -29,8 +29,8 @@ class Interpreter {
   public:
     explicit Interpreter(const MachOFile& file) : wordSize_(file.wordSize()), cursor_(file) {}
 
-    // Executes one instruction. Returns false at the end of an entry; in the list of lazy bindings
-    // more entries follow.
+    // Executes one instruction. Returns false at the end of an entry; in the list of lazy bindings more
+    // entries follow.
     bool step(ByteReader& code) {
         const uint8_t byte = code.next<uint8_t>();
         const uint8_t immediate = byte & kImmediateMask;

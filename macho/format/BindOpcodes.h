@@ -1,5 +1,5 @@
-// Reads the bindings of an image: the places that contain addresses of other libraries'
-// functions and variables.
+// Reads the bindings of an image: the places that contain addresses of other libraries' functions
+// and variables.
 #pragma once
 
 #include <cstdint>
@@ -30,8 +30,8 @@ struct Binding {
 
 /// Returns the bindings that are resolved when the image is loaded.
 std::vector<Binding> ordinaryBindings(const MachOFile& file);
-/// Returns the bindings of symbols that all images share that define them. The library of such a binding
-/// has no meaning.
+/// Returns the bindings of symbols that all images share that define them. The library of such a binding has
+/// no meaning.
 std::vector<Binding> weakBindings(const MachOFile& file);
 /// Returns the bindings that are resolved at the first call.
 std::vector<Binding> lazyBindings(const MachOFile& file);

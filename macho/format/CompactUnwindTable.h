@@ -1,6 +1,6 @@
 // Reads the compact unwind table of an image, which the system uses first when an exception leaves a
-// function. The other table, in the DWARF format, omits functions on purpose, and some linkers do
-// not relocate it.
+// function. The other table, in the DWARF format, omits functions on purpose, and some linkers do not
+// relocate it.
 #pragma once
 
 #include <cstdint>

@@ -69,8 +69,8 @@ void addSystemLibrary(ImportTable& table) {
     for (const char* const name : kSame)
         addByItsNames(table, name, functionOfThisSystem(name));
     addByItsNames(table, "open", reinterpret_cast<void*>(&platformOpen));
-    // By address: in 32-bit programs these names refer to other functions, which support files of up
-    // to 2 GiB.
+    // By address: in 32-bit programs these names refer to other functions, which support files of up to
+    // 2 GiB.
     addByItsNames(table, "ftruncate", reinterpret_cast<void*>(&ftruncate));
     addByItsNames(table, "pwrite", reinterpret_cast<void*>(&pwrite));
 

@@ -26,8 +26,8 @@ static_assert(sizeof(RuntimeString) <= sizeof(SystemString), "a string is conver
 
 constexpr uintptr_t kTextIsUtf16 = 0x10;
 
-// Returns a UTF-8 copy of the text, which is never freed, like the image. Sets `length` to the
-// number of bytes.
+// Returns a UTF-8 copy of the text, which is never freed, like the image. Sets `length` to the number
+// of bytes.
 const char* utf8Text(const SystemString& string, uintptr_t& length) {
     NSString* const text = [NSString stringWithCharacters:reinterpret_cast<const unichar*>(string.text)
                                                    length:string.length];

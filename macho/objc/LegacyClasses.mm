@@ -106,8 +106,8 @@ std::vector<const ClassDescription*> classesOf(const MachOFile& file, const Mapp
 }  // namespace
 
 void registerLegacyClasses(const MachOFile& file, const MappedImage& image) {
-    // A superclass can come after its subclass in the section. A class without its superclass waits for
-    // the next round.
+    // A superclass can come after its subclass in the section. A class without its superclass waits for the
+    // next round.
     std::vector<const ClassDescription*> waiting = classesOf(file, image);
     while (!waiting.empty()) {
         std::vector<const ClassDescription*> stillWaiting;

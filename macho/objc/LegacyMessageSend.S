@@ -31,8 +31,8 @@ macho_objc_msgSend:
         .cfi_endproc
         .size   macho_objc_msgSend, . - macho_objc_msgSend
 
-// The return address of a method that was called inside @try. The arguments are still on the stack.
-// Unwinding ends here.
+// The return address of a method that was called inside @try. The arguments are still on the stack. Unwinding
+// ends here.
         .globl  macho_guardedReturn
         .hidden macho_guardedReturn
         .type   macho_guardedReturn, @function

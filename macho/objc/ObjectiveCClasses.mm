@@ -99,8 +99,8 @@ Class registerClass(const ClassDescription& description, Class superclass) {
 ClassMap registerClasses(const MachOFile& file, MappedImage& image) {
     ClassMap classes;
     const std::vector<uint64_t> places = pointerPlaces(file, "__objc_classlist");
-    // A superclass can come after its subclass in the list. A class without its superclass waits for
-    // the next round.
+    // A superclass can come after its subclass in the list. A class without its superclass waits for the
+    // next round.
     for (size_t before = 0, round = 0; round == 0 || classes.size() > before; ++round) {
         before = classes.size();
         for (const uint64_t place : places) {

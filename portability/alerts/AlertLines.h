@@ -13,8 +13,8 @@ class AlertLines {
     /// (AlertMessages.h), this and all later calls return false; next() still returns the lines before it.
     bool append(const char* bytes, size_t count);
 
-    /// Removes the oldest complete line and returns it without its line feed. Returns nothing if there
-    /// is none yet.
+    /// Removes the oldest complete line and returns it without its line feed. Returns nothing if there is
+    /// none yet.
     std::optional<std::string> next();
 
     /// Returns whether there are bytes that next() has not returned.

@@ -6,8 +6,8 @@
 
 namespace {
 
-// Calls the sender's idle procedure with a null event. In a process without windows there are
-// no other events.
+// Calls the sender's idle procedure with a null event. In a process without windows there are no
+// other events.
 class IdleProcCaller final : public portability::IdleCaller {
   public:
     explicit IdleProcCaller(AEIdleUPP procedure) : procedure_(procedure) {}

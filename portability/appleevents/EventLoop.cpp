@@ -79,8 +79,8 @@ class EventLoop {
   private:
     bool isRunning() const { return calls_.isOpen(); }
 
-    // The descriptor is never closed, because a signal handler may use it at any time. A forked process
-    // needs its own.
+    // The descriptor is never closed, because a signal handler may use it at any time. A forked process needs
+    // its own.
     bool makeWakeDescriptor() {
         if (wake_.load() >= 0 && owner_ == processMark()) return true;
         wake_.store(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
@@ -114,8 +114,8 @@ class EventLoop {
     CallQueue calls_;
 };
 
-// Never destroyed, because other threads may make calls, and a handler may quit the loop, while
-// the process exits.
+// Never destroyed, because other threads may make calls, and a handler may quit the loop, while the
+// process exits.
 EventLoop& loop = *new EventLoop;
 
 void EventLoop::wakeUpForCall() {

@@ -5,8 +5,8 @@
 
 namespace portability {
 
-/// Interprets each request as the image of an event and dispatches the event. A sender of a damaged
-/// image is disconnected.
+/// Interprets each request as the image of an event and dispatches the event. A sender of a damaged image
+/// is disconnected.
 class EventReceiver final : public RequestHandler {
   public:
     bool handle(const ReceivedFrame& request, pid_t sender, ReplySender& reply) override;

@@ -78,8 +78,8 @@ Target findTarget(const EventStorage& event) {
 
 OSStatus sendToThisProcess(const EventStorage& event, const OutgoingRequest& request, bool wantsReply,
                            ReplyEvent& reply) {
-    // The handler reads a view of the event, so that noteRead() does not mark parameters of
-    // the sender's event.
+    // The handler reads a view of the event, so that noteRead() does not mark parameters of the
+    // sender's event.
     EventStorage received(event.image().data(), event.image().size(), nullptr);
     received.setDelivery({getpid(), kAEDirectCall, request.mode, request.timeOutInTicks});
     if (wantsReply) {

@@ -42,8 +42,8 @@ class EventStorage final : public DescriptorStorage {
     /// Makes an event without parameters and attributes.
     EventStorage() = default;
 
-    /// Makes a received event. Its image must have passed isWholeImage(), and must stay valid
-    /// as ImageMemory requires.
+    /// Makes a received event. Its image must have passed isWholeImage(), and must stay valid as
+    /// ImageMemory requires.
     EventStorage(const uint8_t* image, size_t size, std::shared_ptr<const void> keeper);
 
     /// Makes an event with a copy of the image, which must have passed isWholeImage(). Throws std::bad_alloc.
@@ -64,8 +64,8 @@ class EventStorage final : public DescriptorStorage {
     /// Records that the parameter was read, for keyMissedKeywordAttr.
     void noteRead(AEKeyword parameter) const;
 
-    /// Returns an attribute of four bytes. Returns 0 if the event has no attribute with this keyword
-    /// and this size.
+    /// Returns an attribute of four bytes. Returns 0 if the event has no attribute with this keyword and
+    /// this size.
     UInt32 fourBytes(AEKeyword attribute) const;
 
   private:

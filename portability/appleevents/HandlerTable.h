@@ -25,8 +25,8 @@ class HandlerTable {
     /// Adds the entry. Replaces an entry for the same events. Throws std::bad_alloc.
     void install(const Entry& entry);
 
-    /// Adds the entry if there is none for the same events, and returns whether it
-    /// did. Throws std::bad_alloc.
+    /// Adds the entry if there is none for the same events, and returns whether it did.
+    /// Throws std::bad_alloc.
     bool installIfAbsent(const Entry& entry);
 
     /// Removes the entry for the same events if it has the same handler; a null handler matches every

@@ -5,8 +5,8 @@
 
 namespace portability {
 
-/// Reads CFBundleSignature of the main bundle. Returns false if it is missing or does not
-/// have four characters.
+/// Reads CFBundleSignature of the main bundle. Returns false if it is missing or does not have
+/// four characters.
 bool readOwnSignature(OSType& signature);
 
 /// Returns whether the main bundle is in a fixed place of the current system root. A copy of the application

@@ -13,9 +13,9 @@ namespace portability {
 /// Returns whether the document begins like a binary property list.
 bool isBinaryPropertyList(std::string_view document);
 
-/// Returns the value of the document. An object that several others refer to is created only once.
-/// Returns an empty holder if any part is damaged, is not allowed in a property list, or is nested more
-/// than 128 levels deep.
+/// Returns the value of the document. An object that several others refer to is created only once. Returns
+/// an empty holder if any part is damaged, is not allowed in a property list, or is nested more than 128
+/// levels deep.
 ObjectHolder readBinaryPropertyList(std::string_view document);
 
 }  // namespace portability

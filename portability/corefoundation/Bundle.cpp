@@ -165,8 +165,8 @@ std::string bundleAround(const std::string& executable) {
 
 }  // namespace portability
 
-// The table is locked before the reference is released, so that every bundle in the table has at
-// least one reference.
+// The table is locked before the reference is released, so that every bundle in the table has at least
+// one reference.
 void __CFBundle::release() const {
     const std::lock_guard<std::mutex> lock(portability::table().mutex);
     if (!releasesLast()) {

@@ -74,8 +74,8 @@ namespace portability {
 
 std::string escapedPath(const std::string& path) {
     constexpr std::string_view kHexadecimal = "0123456789ABCDEF";
-    // ';' is legal in a path but is escaped, because other readers of URLs treat it as the
-    // start of parameters.
+    // ';' is legal in a path but is escaped, because other readers of URLs treat it as the start
+    // of parameters.
     constexpr std::string_view kPlain =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/!$&'()*+,=:@";
     std::string escaped;

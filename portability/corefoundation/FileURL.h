@@ -7,8 +7,8 @@
 
 namespace portability {
 
-/// Returns the bytes of a path as text for a URL. Characters that are not allowed in a URL's
-/// path are escaped.
+/// Returns the bytes of a path as text for a URL. Characters that are not allowed in a URL's path
+/// are escaped.
 std::string escapedPath(const std::string& path);
 
 /// Converts escaped text back to bytes. Returns false if an escape is damaged or represents a zero byte.

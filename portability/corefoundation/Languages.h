@@ -12,8 +12,8 @@ namespace portability {
 /// Returns the empty string if no locale or the C locale is set.
 std::string localeLanguage();
 
-/// Returns the user's languages in the order of preference. They are the preference
-/// "AppleLanguages"; see CFPreferencesCopyValue.
+/// Returns the user's languages in the order of preference. They are the preference "AppleLanguages";
+/// see CFPreferencesCopyValue.
 std::vector<std::string> userLanguages();
 
 }  // namespace portability

@@ -1,5 +1,5 @@
-// Reads property lists in the old text format. Files of localized strings have the same format. Private
-// to the layer.
+// Reads property lists in the old text format. Files of localized strings have the same format. Private to
+// the layer.
 //
 // This is our own code because libplist reads this format only from version 2.3 on.
 #pragma once

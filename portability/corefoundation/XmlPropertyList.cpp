@@ -102,8 +102,8 @@ class Reader {
 
     void skipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(kBlanks), rest_.size())); }
 
-    // Skips everything that may come between elements: white space, comments, processing instructions and
-    // the document type.
+    // Skips everything that may come between elements: white space, comments, processing instructions and the
+    // document type.
     void skipAround() {
         for (;;) {
             skipBlanks();

@@ -117,8 +117,8 @@ bool isSameObject(const Identity& first, const Identity& second) {
 }
 
 // Returns whether the objects are certainly the same. The system gives the numbers of deleted files to
-// new files. A match at the old path is acceptable nevertheless, but under another name it could be
-// the wrong file.
+// new files. A match at the old path is acceptable nevertheless, but under another name it could be the
+// wrong file.
 bool isSameObjectForSure(const Identity& first, const Identity& second) {
     return isSameObject(first, second) && first.mark == second.mark && first.mark != 0;
 }

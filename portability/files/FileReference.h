@@ -1,5 +1,5 @@
-// The content of an FSRef: the identity of a file or folder and the path at which it was found. Private
-// to the layer.
+// The content of an FSRef: the identity of a file or folder and the path at which it was found. Private to
+// the layer.
 //
 // The identity consists of the device, the inode number, and a mark that distinguishes the file from earlier
 // files with the same inode number. An FSRef is never disposed of, so it cannot own memory. Therefore its
@@ -12,9 +12,9 @@
 
 namespace portability {
 
-/// Makes `ref` refer to the object at `path`; a symbolic link is not followed. `path` must be absolute,
-/// and no component before the last one may be a symbolic link. Returns 0 or an errno value; on failure
-/// `ref` is unchanged.
+/// Makes `ref` refer to the object at `path`; a symbolic link is not followed. `path` must be absolute, and
+/// no component before the last one may be a symbolic link. Returns 0 or an errno value; on failure `ref`
+/// is unchanged.
 int makeReference(const std::string& path, FSRef* ref);
 
 /// Finds the current path of the object: its old path, or another name in the same folder. `path` is set only
@@ -24,8 +24,8 @@ int makeReference(const std::string& path, FSRef* ref);
 /// - fnfErr: the object is not in that folder.
 OSErr resolveReference(const FSRef* ref, std::string& path);
 
-/// Compares only the identities, so it also works for deleted objects. Returns noErr,
-/// errFSRefsDifferent or diffVolErr.
+/// Compares only the identities, so it also works for deleted objects. Returns noErr, errFSRefsDifferent
+/// or diffVolErr.
 OSErr compareReferences(const FSRef* first, const FSRef* second);
 
 }  // namespace portability

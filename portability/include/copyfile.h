@@ -15,9 +15,9 @@ extern "C" {
 #endif
 
 /// With COPYFILE_CHECK in `flags`: copies nothing. Returns those of COPYFILE_ACL and COPYFILE_XATTR in
-/// `flags` that the file `from` has; 0 if they cannot be read. `to` and `state` may be null. Follows
-/// symbolic links. On systems other than macOS, all other calls return -1 with errno ENOTSUP, or EINVAL if
-/// both paths are null.
+/// `flags` that the file `from` has; 0 if they cannot be read. `to` and `state` may be null. Follows symbolic
+/// links. On systems other than macOS, all other calls return -1 with errno ENOTSUP, or EINVAL if both paths
+/// are null.
 int copyfile(const char* from, const char* to, copyfile_state_t state, copyfile_flags_t flags);
 
 #if defined(__cplusplus)

@@ -8,8 +8,8 @@ extern "C" {
 #endif
 
 /// Returns 1 if the program runs with another user's or group's rights, or got them when it was started
-/// (set-user-ID or set-group-ID), otherwise 0. If it is 1, the environment comes from a user without
-/// these rights. Thread-safe.
+/// (set-user-ID or set-group-ID), otherwise 0. If it is 1, the environment comes from a user without these
+/// rights. Thread-safe.
 int issetugid(void);
 
 #if defined(__cplusplus)

@@ -27,8 +27,8 @@ class BriefLock {
     std::atomic_flag taken_ = ATOMIC_FLAG_INIT;
 };
 
-/// Tries to take the lock. Releases it at the end of the scope if it was taken; `operator bool` says
-/// whether it was.
+/// Tries to take the lock. Releases it at the end of the scope if it was taken; `operator bool` says whether
+/// it was.
 class BriefLockScope {
   public:
     explicit BriefLockScope(BriefLock& lock) : lock_(lock), held_(lock.tryLock()) {}

@@ -14,8 +14,8 @@ bool isFolder(const std::string& path);
 std::string canonicalPath(const std::string& path);
 
 /// parentOf returns the part before the last slash: "/" if that part is empty, and the empty string if
-/// there is no slash. lastComponentOf returns the part after the last slash, or the whole path if there
-/// is no slash.
+/// there is no slash. lastComponentOf returns the part after the last slash, or the whole path if there is
+/// no slash.
 std::string parentOf(const std::string& path);
 std::string lastComponentOf(const std::string& path);
 

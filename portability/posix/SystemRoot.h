@@ -15,12 +15,12 @@ namespace portability {
 std::string systemRoot();
 
 /// Returns the path at which `path` is found on this system. Paths at or below a fixed place get the
-/// system root as a prefix. All other paths are returned unchanged, including those that already have
-/// the prefix. Thread-safe.
+/// system root as a prefix. All other paths are returned unchanged, including those that already have the
+/// prefix. Thread-safe.
 std::string inSystemRoot(const std::string& path);
 
-/// Returns the paths of the platform's fixed places on this system, including those that do
-/// not exist. Thread-safe.
+/// Returns the paths of the platform's fixed places on this system, including those that do not
+/// exist. Thread-safe.
 std::vector<std::string> fixedPlaces();
 
 /// Returns whether `path`, a canonical path on this system, is at or below a fixed place of the current

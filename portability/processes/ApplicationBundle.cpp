@@ -29,8 +29,8 @@ class Info {
 
     bool isThere() const { return dictionary_ != nullptr; }
 
-    /// Returns the text of the key. Returns the empty string if there is none or `encoding`
-    /// cannot express it.
+    /// Returns the text of the key. Returns the empty string if there is none or `encoding` cannot
+    /// express it.
     std::string text(CFStringRef key, CFStringEncoding encoding) const {
         const CFStringRef value = stringValue(dictionary_, key);
         std::array<char, 1024> bytes;

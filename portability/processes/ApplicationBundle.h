@@ -14,8 +14,8 @@ struct ApplicationBundle {
     OSType signature = 0;    ///< creator signature under which it receives Apple events, or 0
 };
 
-/// Reads the bundle at `path` from the disk at each call. Returns noErr, or the reason why it
-/// cannot be launched:
+/// Reads the bundle at `path` from the disk at each call. Returns noErr, or the reason why it cannot
+/// be launched:
 /// - fnfErr: nothing exists at the path.
 /// - kLSNotAnApplicationErr: the path is not an application.
 /// - kLSNoExecutableErr: the application's executable is missing.

@@ -9,8 +9,8 @@ namespace {
 // Set in every high part, because serial numbers whose high part is 0 have special meanings.
 constexpr UInt32 kHighPartMark = 0x80000000;
 
-// The process id alone is not unique, because the system reuses it. The id and the start time
-// together are unique.
+// The process id alone is not unique, because the system reuses it. The id and the start time together
+// are unique.
 ProcessSerialNumber serialNumber(const portability::Process& process) {
     ProcessSerialNumber number;
     number.highLongOfPSN = kHighPartMark | static_cast<UInt32>(process.startTime & ~UInt64{kHighPartMark});

@@ -9,8 +9,8 @@
 
 namespace {
 
-// Number of entries added to the reported size, as the kernel does, for processes that start before
-// the next call.
+// Number of entries added to the reported size, as the kernel does, for processes that start before the
+// next call.
 constexpr std::size_t kSpareEntries = 5;
 
 char platformState(char state) {

@@ -35,8 +35,8 @@ namespace portability {
 
 namespace {
 
-/// Returns the pointer in the instance variable `name`. Returns null if the object is nil or has
-/// no such variable.
+/// Returns the pointer in the instance variable `name`. Returns null if the object is nil or has no
+/// such variable.
 void* variable(id object, const char* name) {
     const Ivar found = class_getInstanceVariable(object_getClass(object), name);
     return found != nullptr ? (void*)object_getIvar(object, found) : nullptr;

@@ -32,8 +32,8 @@ void WaitQueue::releaseOldest(OSStatus outcome) {
     first_ = waiter.next;
     waiter.outcome = outcome;
     waiter.released = true;
-    // Called before the mutex is unlocked: after that the waiter may return and destroy
-    // the condition variable.
+    // Called before the mutex is unlocked: after that the waiter may return and destroy the
+    // condition variable.
     waiter.wakeUp.notify_one();
 }
 

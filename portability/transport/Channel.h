@@ -88,14 +88,14 @@ class Channel {
     /// used again. A frame in the mailbox is valid until this side sends its next frame.
     Received receive(FrameBuffer& buffer, ReceivedFrame& frame);
 
-    /// Releases the shared memory of all requests up to this id. The caller calls it with the id of
-    /// each reply that it receives: a reply shows that the receiver has finished with its request and
-    /// all earlier ones.
+    /// Releases the shared memory of all requests up to this id. The caller calls it with the id of each
+    /// reply that it receives: a reply shows that the receiver has finished with its request and all
+    /// earlier ones.
     void confirmUpTo(uint64_t id);
 
-    /// Returns an owner that keeps the reply's image mapped. When the last copy of the owner is released,
-    /// the next request tells the sender of the reply that its slot is free. Returns null if the image is
-    /// not in a block.
+    /// Returns an owner that keeps the reply's image mapped. When the last copy of the owner is released, the
+    /// next request tells the sender of the reply that its slot is free. Returns null if the image is not in
+    /// a block.
     std::shared_ptr<const void> holdReply(const ReceivedFrame& frame);
 
   private:

@@ -42,8 +42,8 @@ struct ReceivedReply {
 };
 
 /// A connection that is used for several exchanges, one after the other. Requests have increasing ids. A
-/// reply is accepted only if it has the id of the request that waits for it. Not thread-safe: one thread
-/// at a time.
+/// reply is accepted only if it has the id of the request that waits for it. Not thread-safe: one thread at
+/// a time.
 class Connection {
   public:
     enum class Outcome {
@@ -61,8 +61,8 @@ class Connection {
     /// socket's buffer is full, at most until the deadline.
     Outcome post(const OutgoingRequest& request);
 
-    /// Sends the request and waits for its reply. Sets `reply` only if the result is
-    /// Outcome::done. Throws std::bad_alloc.
+    /// Sends the request and waits for its reply. Sets `reply` only if the result is Outcome::done.
+    /// Throws std::bad_alloc.
     Outcome exchange(const OutgoingRequest& request, ReceivedReply& reply);
 
   private:

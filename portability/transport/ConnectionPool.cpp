@@ -46,8 +46,8 @@ class ConnectionPool {
         return nullptr;
     }
 
-    // Adds a connection. Returns the connection that the caller must close because there is no room for
-    // it, or null.
+    // Adds a connection. Returns the connection that the caller must close because there is no room for it,
+    // or null.
     std::unique_ptr<KeptConnection> keep(std::unique_ptr<KeptConnection> connection) {
         BriefLockScope held(lock_);
         if (!held || closed_) return connection;

@@ -37,8 +37,8 @@ class EndpointClaim {
     /// Tries to become the owner of the endpoint of `signature` under the current system root. `result` is
     /// set only if it is claimed. Never blocks.
     ///
-    /// All processes of a user claim it at the same place (see makeEndpointFolder), so only one of
-    /// them gets it.
+    /// All processes of a user claim it at the same place (see makeEndpointFolder), so only one of them
+    /// gets it.
     static Outcome claim(OSType signature, EndpointClaim& result);
 
     /// Takes the ownership of the descriptors that a launcher passed to this process for `signature`, and

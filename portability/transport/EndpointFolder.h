@@ -40,24 +40,24 @@ enum class FolderState {
 };
 
 /// Opens the folder at the place. It must be a real folder (not a symbolic link), belong to this user, and
-/// give no access to others. If its mode also denies access to the user (because of a host's umask), the
-/// mode is corrected.
+/// give no access to others. If its mode also denies access to the user (because of a host's umask), the mode
+/// is corrected.
 FolderState openEndpointFolder(const EndpointPlace& place, FileDescriptor& folder);
 
 /// Opens or creates the folder for new endpoints, at the last of the places where this is possible. Its mode
 /// is 0700, independent of the umask. Returns an empty descriptor, with errno set, on failure.
 FileDescriptor makeEndpointFolder(const std::vector<EndpointPlace>& places);
 
-/// Returns the name of the endpoint's files without their extensions: a hash of the system root,
-/// and the signature.
+/// Returns the name of the endpoint's files without their extensions: a hash of the system root, and
+/// the signature.
 std::string endpointName(const std::string& systemRoot, OSType signature);
 
 /// Returns a path of the socket `name` in the folder that is short enough for a socket address, even if the
 /// folder's own path is not. The path is valid while `folder` is open.
 std::string socketPath(const FileDescriptor& folder, const std::string& name);
 
-/// Sets the mode of an open file or folder, even if it was opened with O_PATH. Returns false, with errno
-/// set, on failure.
+/// Sets the mode of an open file or folder, even if it was opened with O_PATH. Returns false, with errno set,
+/// on failure.
 bool setMode(const FileDescriptor& file, mode_t mode);
 
 }  // namespace portability

@@ -1,8 +1,8 @@
 // The format of the packets between two processes. Private to the layer.
 //
-// Each request and each reply is one packet: the header below, followed by the image (the bytes of
-// the message) if that is small. A large image is in a shared-memory file, whose descriptor is sent
-// with the packet.
+// Each request and each reply is one packet: the header below, followed by the image (the bytes of the
+// message) if that is small. A large image is in a shared-memory file, whose descriptor is sent with
+// the packet.
 //
 // To avoid sending and mapping the same file for each packet, the receiver keeps it in one of a few numbered
 // slots. Each direction of a connection has its own slots. The sender does not change the content of a slot

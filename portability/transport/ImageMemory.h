@@ -34,8 +34,8 @@ class ImageMemory {
     const uint8_t* data() const { return data_; }
     size_t size() const { return size_; }
 
-    /// Returns the block that contains the image from its first byte on, or null if the image is not
-    /// in a block.
+    /// Returns the block that contains the image from its first byte on, or null if the image is not in
+    /// a block.
     const std::shared_ptr<SharedBlock>& block() const { return block_; }
 
     /// Adds `count` bytes at the end and returns their address. The caller fills them. Returns null, and

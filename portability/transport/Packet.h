@@ -1,5 +1,5 @@
-// One packet of a local socket: bytes from one or two buffers, and at most one open file. Private
-// to the layer.
+// One packet of a local socket: bytes from one or two buffers, and at most one open file. Private to
+// the layer.
 #pragma once
 
 #include <sys/socket.h>
@@ -12,9 +12,9 @@
 
 namespace portability {
 
-/// Sends or receives one packet. Never blocks and never raises SIGPIPE. The bytes are not copied, so
-/// the buffers must stay valid until the packet is sent. (`control_` and `parts_` are left
-/// uninitialised to save time.)
+/// Sends or receives one packet. Never blocks and never raises SIGPIPE. The bytes are not copied, so the
+/// buffers must stay valid until the packet is sent. (`control_` and `parts_` are left uninitialised to
+/// save time.)
 class Packet {
   public:
     /// Takes the bytes to send, or the buffer for the bytes to receive.
@@ -39,9 +39,9 @@ class Packet {
         cut       ///< larger than the buffer, or with more than one file; the packet is lost
     };
 
-    /// Receives one packet. Sets `size` to the number of bytes in the buffer. If a file was sent with
-    /// the packet, `file` owns its descriptor, which is close-on-exec. All other descriptors in the
-    /// packet are closed.
+    /// Receives one packet. Sets `size` to the number of bytes in the buffer. If a file was sent with the
+    /// packet, `file` owns its descriptor, which is close-on-exec. All other descriptors in the packet
+    /// are closed.
     Received receive(int socket, size_t& size, FileDescriptor& file);
 
   private:

@@ -9,8 +9,8 @@
 
 namespace portability {
 
-/// A peer's shared-memory file, mapped read-only. The peer may change the content at any time, but
-/// not the size.
+/// A peer's shared-memory file, mapped read-only. The peer may change the content at any time, but not
+/// the size.
 class ReceivedBlock {
   public:
     /// Maps the file. Returns null unless it is a sealed shared-memory file of `smallest` to `largest` bytes,

@@ -9,8 +9,8 @@
 
 namespace portability {
 
-/// Handles requests. The transport carries the bytes of a request but does not interpret them;
-/// the handler does.
+/// Handles requests. The transport carries the bytes of a request but does not interpret them; the
+/// handler does.
 class RequestHandler {
   public:
     virtual ~RequestHandler() = default;
@@ -28,8 +28,8 @@ class RequestHandler {
     };
 
     /// Handles a request from the process `sender`, and sends the reply with `reply` if the sender waits for
-    /// one. The request is valid only during the call. Another process may be able to change its bytes
-    /// during that time.
+    /// one. The request is valid only during the call. Another process may be able to change its bytes during
+    /// that time.
     ///
     /// Returns false to disconnect the sender because its request violates the protocol or its reply could
     /// not be delivered. Throws nothing.

@@ -121,8 +121,8 @@ bool RequestServer::handleMail() {
     return handled;
 }
 
-// Stops polling. Returns true if it handled requests that had been posted before their senders
-// could notice this.
+// Stops polling. Returns true if it handled requests that had been posted before their senders could
+// notice this.
 bool RequestServer::stopLooking() {
     const std::array<int, kMostLookedFor> stopped = looking_;
     const size_t count = std::exchange(lookingCount_, 0);
@@ -230,8 +230,8 @@ Channel::Sent RequestServer::reply(Sender& sender, uint64_t id, int32_t result, 
     header.kind = FrameKind::reply;
     header.id = id;
     header.result = result;
-    // Called before the reply is sent, so that the sender sees the flag even if it sends its next
-    // request at once.
+    // Called before the reply is sent, so that the sender sees the flag even if it sends its next request
+    // at once.
     lookFor(sender);
     return sender.channel.sendReply(header, image);
 }

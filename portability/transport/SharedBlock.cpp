@@ -119,8 +119,8 @@ std::shared_ptr<SharedBlock> SharedBlock::take(size_t size) {
     SharedBlock* block = pool.take(size);
     if (block == nullptr) block = create(size);
     if (block == nullptr) return nullptr;
-    // The allocation of the reference count can fail. In that case the constructor has
-    // already called giveBack.
+    // The allocation of the reference count can fail. In that case the constructor has already
+    // called giveBack.
     try {
         return std::shared_ptr<SharedBlock>(block, &SharedBlock::giveBack);
     } catch (const std::bad_alloc&) {

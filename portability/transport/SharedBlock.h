@@ -14,8 +14,8 @@
 
 namespace portability {
 
-/// Blocks up to this size, in bytes, are kept for reuse, both by this process and by the peers that
-/// have mapped them.
+/// Blocks up to this size, in bytes, are kept for reuse, both by this process and by the peers that have
+/// mapped them.
 constexpr size_t kLargestKeptBlock = size_t{4} << 20;
 
 class SharedBlock {

@@ -16,8 +16,8 @@ FileDescriptor makeSharedFile(size_t size) {
     if (number < 0 && errno == EINVAL) number = memfd_create("apple event", MFD_CLOEXEC | MFD_ALLOW_SEALING);
     FileDescriptor file(number);
     if (!file) return file;
-    // The memory is allocated here, where a failure can be reported. A failure at the first access would
-    // kill the process.
+    // The memory is allocated here, where a failure can be reported. A failure at the first access would kill
+    // the process.
     int claimed;
     do
         claimed = fallocate(file.get(), 0, 0, static_cast<off_t>(size));

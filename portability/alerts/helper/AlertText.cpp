@@ -84,8 +84,8 @@ AlertText::AlertText(const std::string& title, const std::string& body)
 void AlertText::putTogether() {
     gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller_), body_);
     // No scroll bar, unless makeBodyScroll adds it. GTK must not decide this. It would add a bar before the
-    // text view knows the height of its text. It would then keep the bar, because the text needs more
-    // height beside it.
+    // text view knows the height of its text. It would then keep the bar, because the text needs more height
+    // beside it.
     gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller_), GTK_POLICY_NEVER, GTK_POLICY_EXTERNAL);
     gtk_widget_set_vexpand(scroller_, TRUE);
 

@@ -77,8 +77,8 @@ AlertWindow::~AlertWindow() {
 void AlertWindow::describe(const AlertRequest& request) {
     gtk_window_set_title(window_, request.title.c_str());
     gtk_window_set_icon_name(window_, "dialog-warning");
-    // Otherwise screen readers would read the title twice: once as the window's title and once
-    // as the heading.
+    // Otherwise screen readers would read the title twice: once as the window's title and once as
+    // the heading.
     gtk_accessible_reset_property(GTK_ACCESSIBLE(window_), GTK_ACCESSIBLE_PROPERTY_LABEL);
     gtk_accessible_update_property(GTK_ACCESSIBLE(window_), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION,
                                    request.body.c_str(), -1);

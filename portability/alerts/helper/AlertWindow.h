@@ -32,8 +32,8 @@ class AlertWindow {
     /// Closes the window.
     ~AlertWindow();
 
-    /// Shows the window above the other windows and with the keyboard focus, if the window
-    /// system permits this.
+    /// Shows the window above the other windows and with the keyboard focus, if the window system
+    /// permits this.
     void present();
 
     GtkWindow* window() const { return window_; }

@@ -10,9 +10,9 @@
 
 namespace alerthelper {
 
-/// The row of buttons, in the order of the desktop: the first button is at the right or at the left.
-/// The Help button, if there is one, is at the other end. All members must be called on the thread
-/// that called gtk_init.
+/// The row of buttons, in the order of the desktop: the first button is at the right or at the left. The
+/// Help button, if there is one, is at the other end. All members must be called on the thread that
+/// called gtk_init.
 class ButtonRow {
   public:
     /// `pressed` is called with the index of the caption, `help` when the user presses Help. If `help` is

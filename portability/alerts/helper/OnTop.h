@@ -5,8 +5,8 @@
 
 namespace alerthelper {
 
-// On Wayland these functions do nothing: only the compositor decides, and it gives the keyboard focus to
-// a new window.
+// On Wayland these functions do nothing: only the compositor decides, and it gives the keyboard focus to a
+// new window.
 
 /// Marks a window as a dialog that the user must see at once. The window must be realized and not shown yet.
 void prepareOnTop(GtkWindow* window);

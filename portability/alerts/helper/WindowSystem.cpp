@@ -28,8 +28,8 @@ bool hasSessionBus() {
     return stat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
-// Otherwise the libraries would start their own bus, which is never stopped, or print a warning
-// if they cannot.
+// Otherwise the libraries would start their own bus, which is never stopped, or print a warning if
+// they cannot.
 void useNoBus() {
     g_setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", TRUE);
     if (!isSet("AT_SPI_BUS_ADDRESS")) g_setenv("GTK_A11Y", "none", FALSE);

@@ -19,9 +19,9 @@ typedef NSUInteger NSAlertStyle;
     BOOL showsHelp_;
 }
 
-/// Adds a button. The first button is the default button (Return). The last button means Cancel (Escape
-/// and the window's close button). At most three buttons. Without any, the alert has one button with
-/// the caption "OK".
+/// Adds a button. The first button is the default button (Return). The last button means Cancel (Escape and
+/// the window's close button). At most three buttons. Without any, the alert has one button with the
+/// caption "OK".
 - (void)addButtonWithTitle:(NSString*)title;
 
 /// Sets the window's title, which is also the first line. Must not be nil.

@@ -23,8 +23,8 @@ OSErr GetCurrentProcess(ProcessSerialNumber* pPSN);
 /// procNotFound, and leaves `pid` unchanged, if there is no such process. Thread-safe.
 OSStatus GetProcessPID(const ProcessSerialNumber* psn, pid_t* pid);
 
-/// Writes the serial number of a process id to `psn`. Returns procNotFound if there is no
-/// such process. Thread-safe.
+/// Writes the serial number of a process id to `psn`. Returns procNotFound if there is no such
+/// process. Thread-safe.
 OSStatus GetProcessForPID(pid_t pid, ProcessSerialNumber* psn);
 
 #if defined(__cplusplus)

@@ -65,8 +65,8 @@ CFTypeRef CFRetain(CFTypeRef cf);
 /// Removes a reference. Removing the last one frees the object. NULL ends the program. Thread-safe.
 void CFRelease(CFTypeRef cf);
 
-/// Returns the object's type ID. Callers compare it with CFStringGetTypeID() and similar functions
-/// before a cast.
+/// Returns the object's type ID. Callers compare it with CFStringGetTypeID() and similar functions before
+/// a cast.
 CFTypeID CFGetTypeID(CFTypeRef cf);
 
 CF_EXTERN_C_END

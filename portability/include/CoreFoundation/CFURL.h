@@ -38,8 +38,8 @@ CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef allocator, CFURLRe
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, UInt8* buffer,
                                          CFIndex maxBufLen);
 
-/// Makes a reference to the file or folder of the URL. Returns false if it does not exist or the URL is not
-/// a file URL.
+/// Makes a reference to the file or folder of the URL. Returns false if it does not exist or the URL is not a
+/// file URL.
 Boolean CFURLGetFSRef(CFURLRef url, struct FSRef* fsRef);
 
 /// Creates the URL of the file or folder. The caller releases it. Returns NULL if the reference is stale.

@@ -150,8 +150,8 @@ extern OSErr AECreateAppleEvent(AEEventClass theAEEventClass, AEEventID theAEEve
                                 const AEAddressDesc* target, AEReturnID returnID,
                                 AETransactionID transactionID, AppleEvent* result);
 
-/// Copies `dataSize` bytes into the event as the parameter (or attribute) with this keyword. Replaces
-/// an existing one.
+/// Copies `dataSize` bytes into the event as the parameter (or attribute) with this keyword. Replaces an
+/// existing one.
 extern OSErr AEPutParamPtr(AppleEvent* theAppleEvent, AEKeyword theAEKeyword, DescType typeCode,
                            const void* dataPtr, Size dataSize);
 extern OSErr AEPutAttributePtr(AppleEvent* theAppleEvent, AEKeyword theAEKeyword, DescType typeCode,

@@ -1,7 +1,7 @@
 // Receiving Apple events: the table of handlers.
 //
-// Handlers are called for one event at a time, on the main thread, while the application event
-// loop runs there.
+// Handlers are called for one event at a time, on the main thread, while the application event loop
+// runs there.
 #pragma once
 
 #include <CoreServices/AEDataModel.h>

@@ -108,8 +108,8 @@ CF_EXTERN_C_BEGIN
 /// is followed. `isDirectory` may be NULL.
 OSStatus FSPathMakeRef(const UInt8* path, FSRef* ref, Boolean* isDirectory);
 
-/// Writes the object's NUL-terminated path in UTF-8. Returns pathTooLongErr if `pathBufferSize` bytes
-/// are not enough.
+/// Writes the object's NUL-terminated path in UTF-8. Returns pathTooLongErr if `pathBufferSize` bytes are
+/// not enough.
 OSStatus FSRefMakePath(const FSRef* ref, UInt8* path, UInt32 pathBufferSize);
 
 /// Makes a reference to the object with this name of `nameLength` units in the folder `parentRef`. A symbolic
@@ -129,12 +129,12 @@ OSErr FSCreateDirectoryUnicode(const FSRef* parentRef, UniCharCount nameLength, 
 OSErr FSGetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap whichInfo, FSCatalogInfo* catalogInfo,
                        HFSUniStr255* outName, FSSpecPtr fsSpec, FSRef* parentRef);
 
-/// Sets the selected fields. Of the permissions only `mode` is set; owner and group are
-/// set with kFSCatInfoSetOwnership.
+/// Sets the selected fields. Of the permissions only `mode` is set; owner and group are set
+/// with kFSCatInfoSetOwnership.
 OSErr FSSetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap whichInfo, const FSCatalogInfo* catalogInfo);
 
-/// Deletes a file or an empty folder. Returns fBsyErr for a folder that is not empty. The reference
-/// is stale afterwards.
+/// Deletes a file or an empty folder. Returns fBsyErr for a folder that is not empty. The reference is
+/// stale afterwards.
 OSErr FSDeleteObject(const FSRef* ref);
 OSErr FSUnlinkObject(const FSRef* ref);
 

@@ -35,9 +35,9 @@ typedef struct LSLaunchURLSpec {
 
 CF_EXTERN_C_BEGIN
 
-/// Launches the application `appURL` unless it is already running, which also counts as
-/// success. `outLaunchedURL` may be NULL; otherwise it is set to the application's URL, which
-/// the caller releases. Thread-safe.
+/// Launches the application `appURL` unless it is already running, which also counts as success.
+/// `outLaunchedURL` may be NULL; otherwise it is set to the application's URL, which the caller
+/// releases. Thread-safe.
 OSStatus LSOpenFromURLSpec(const LSLaunchURLSpec* inLaunchSpec, CFURLRef* outLaunchedURL);
 
 /// Opens a document or web page with the application that the user prefers for it, or launches an

@@ -84,8 +84,8 @@ OSStatus MPCreateEvent(MPEventID* event);
 /// waiting threads at once.
 OSStatus MPDeleteEvent(MPEventID event);
 
-/// Sets `flags` in the group. If any flag is set afterwards, the thread that has waited longest
-/// takes them all.
+/// Sets `flags` in the group. If any flag is set afterwards, the thread that has waited longest takes
+/// them all.
 OSStatus MPSetEvent(MPEventID event, MPEventFlags flags);
 
 /// Waits until any flag is set, then takes all flags and clears the group. `flags` may be null; it is written
@@ -103,8 +103,8 @@ OSStatus MPCreateTask(TaskProc entryPoint, void* parameter, ByteCount stackSize,
                       void* terminationParameter1, void* terminationParameter2, MPTaskOptions options,
                       MPTaskID* task);
 
-/// Returns whether a task runs preemptively; kInvalidID means the calling thread. Only the main
-/// thread does not.
+/// Returns whether a task runs preemptively; kInvalidID means the calling thread. Only the main thread
+/// does not.
 Boolean MPTaskIsPreemptive(MPTaskID task);
 
 /// Runs `remoteProc` on the main thread, waits without a time limit, and returns its result. The event loop

@@ -26,8 +26,8 @@ extern "C" {
     void* process_;
 }
 
-/// Sets the path of the program for execve; the search path is not used. Raises if it is nil or the
-/// task was launched.
+/// Sets the path of the program for execve; the search path is not used. Raises if it is nil or the task
+/// was launched.
 - (void)setLaunchPath:(NSString*)path;
 
 /// Sets the arguments: strings, without the program's name. Raises if the task was launched.
@@ -47,8 +47,8 @@ extern "C" {
 /// Returns whether the program is running; NO before the launch.
 - (BOOL)isRunning;
 
-/// Returns the exit status, or the number of the signal that ended the program. Raises unless the
-/// program has ended.
+/// Returns the exit status, or the number of the signal that ended the program. Raises unless the program
+/// has ended.
 - (int)terminationStatus;
 
 @end
