@@ -30,8 +30,8 @@ struct Binding {
 
 /// Returns the bindings that are resolved when the image is loaded.
 std::vector<Binding> ordinaryBindings(const MachOFile& file);
-/// Returns the bindings of symbols that all images share that define them. The library of such a binding has
-/// no meaning.
+/// Returns the bindings of weak symbols. All images that define such a symbol share one definition, so the
+/// library of the binding has no meaning.
 std::vector<Binding> weakBindings(const MachOFile& file);
 /// Returns the bindings that are resolved at the first call.
 std::vector<Binding> lazyBindings(const MachOFile& file);

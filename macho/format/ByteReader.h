@@ -39,7 +39,7 @@ class ByteReader {
         return number;
     }
 
-    /// Returns the number at a position. The reader's own position stays.
+    /// Returns the number at a position. The reader's own position does not change.
     template <typename Number>
     Number at(uint64_t offset) const {
         return part(offset, sizeof(Number)).next<Number>();

@@ -83,7 +83,7 @@ uint64_t sizeInCode(uint32_t encoding, const std::vector<uint8_t>& code) {
 std::vector<uint32_t> savedInOrder(uint32_t count, uint32_t permutation) {
     constexpr uint32_t kRegisters = 6;
     std::vector<uint32_t> weights(count, 1);
-    // Each position has one choice less than the position before it. The last of six positions has no choice.
+    // Each position has one choice fewer than the position before it. The last of six positions has only one.
     for (uint32_t place = count; place-- > 1;)
         weights[place - 1] = weights[place] * (kRegisters - place);
     std::vector<uint32_t> free = {1, 2, 3, 4, 5, 6};

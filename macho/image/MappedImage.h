@@ -10,8 +10,8 @@ namespace dovrel::macho {
 
 class MappedImage {
   public:
-    /// Copies the file's segments into memory of the process, which is writable until protect(). Throws
-    /// FormatError if memory runs out.
+    /// Copies the file's segments into new memory of the process. The memory is writable until protect().
+    /// Throws FormatError if memory runs out.
     explicit MappedImage(const MachOFile& file);
     MappedImage(const MappedImage&) = delete;
     MappedImage& operator=(const MappedImage&) = delete;

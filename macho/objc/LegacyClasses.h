@@ -12,7 +12,7 @@ namespace dovrel::macho {
 /// - An instance variable has another offset than in the compiled code.
 void registerLegacyClasses(const MachOFile& file, const MappedImage& image);
 
-/// Replaces the class names that code of the image looks up by the classes.
+/// Replaces each class name that code of the image looks up by a pointer to the class.
 void referToLegacyClasses(const MachOFile& file, MappedImage& image);
 
 }  // namespace dovrel::macho

@@ -15,7 +15,7 @@ int macho_setjmp(void* buffer);
 
 namespace dovrel::macho {
 
-/// Called at the start of a block. `buffer` is the argument of its setjmp. Per thread.
+/// Called at the start of a block. `buffer` is the argument of its setjmp. Applies to the calling thread.
 void enterTry(void* buffer);
 
 /// Called at the end of a block that threw no exception.

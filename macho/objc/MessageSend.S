@@ -1,6 +1,5 @@
 // The functions that compiled messages of a 64-bit macOS image call (see MessageSend.h). They are in assembly
-// because they must preserve all registers that can contain arguments, of any type. The stack must also stay
-// as the method expects it.
+// because they must preserve the stack and all registers that can contain arguments of any type.
 
         .text
 

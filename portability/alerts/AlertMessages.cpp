@@ -33,7 +33,8 @@ std::string wellFormed(const std::string& text) {
     return json::parse(written(text)).get<std::string>();
 }
 
-// The text must be valid UTF-8, so that the loop finds a boundary between characters.
+// Cuts a text that is too long between two characters. The text must be valid UTF-8, so that the loop finds
+// the start of a character.
 std::string cutTo(size_t longest, const std::string& text) {
     if (text.size() <= longest) return text;
     size_t end = longest - (sizeof kCutMark - 1);
@@ -42,7 +43,7 @@ std::string cutTo(size_t longest, const std::string& text) {
     return text.substr(0, end) + kCutMark;
 }
 
-// The window classes take C strings, which would end at a NUL character.
+// Replaces NUL characters by U+FFFD, because the window classes take C strings, which end at a NUL character.
 std::string withoutNul(const std::string& text) {
     std::string result;
     for (const char byte : text) {

@@ -21,8 +21,7 @@ std::string ownExecutable() {
     return length <= 0 ? std::string() : std::string(path.data(), static_cast<std::size_t>(length));
 }
 
-// Returns the bundle that contains the image. It is never released, because callers that do not own it may
-// use it while the image is loaded.
+// Returns the bundle that contains the image, with one reference. Returns null if there is none.
 CFBundleRef bundleOfImage(const std::string& image) {
     const std::string folder = portability::bundleAround(portability::canonicalPath(image));
     return folder.empty() ? nullptr : portability::createBundle(folder);
@@ -59,7 +58,8 @@ CFBundleRef bestInUse(CFStringRef identifier) {
     return best;
 }
 
-// Returns the best match and releases all other bundles.
+// Returns the best match and releases all other bundles. The reference to the match is never released,
+// because callers do not own it and may use the bundle while its image is loaded.
 CFBundleRef bestOfImages(const std::vector<std::string>& images, CFStringRef identifier) {
     std::vector<CFBundleRef> bundles;
     for (const std::string& image : images) {

@@ -32,8 +32,9 @@ bool beginsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
 }
 
-// On this system access control lists are attributes that begin with "system.". Attributes of security
-// modules are not copied, because the system labels every file itself, including new ones.
+// Returns the flag for an attribute. On this system access control lists are attributes that begin with
+// "system.". Attributes of security modules have no flag, because the system labels every file itself,
+// including new ones.
 copyfile_flags_t kindOf(std::string_view attribute) {
     if (beginsWith(attribute, "system.")) {
         return COPYFILE_ACL;

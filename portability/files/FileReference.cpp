@@ -39,7 +39,7 @@ class PathTable {
   public:
     UInt32 numberOf(const std::string& path) {
         const std::lock_guard<std::mutex> lock(mutex_);
-        // Room for the new entry first: if memory runs out, neither of the two containers has changed.
+        // Adds the new entry to `paths_` first. If memory runs out, neither container has changed.
         paths_.emplace_back();
         try {
             const auto added = numbers_.try_emplace(path, static_cast<UInt32>(paths_.size() - 1));
@@ -67,7 +67,7 @@ class PathTable {
   private:
     std::mutex mutex_;
     std::unordered_map<std::string, UInt32> numbers_;
-    std::vector<const std::string*> paths_;  // the keys of `numbers_`, in the order of their numbers
+    std::vector<const std::string*> paths_;  // the keys of `numbers_`, ordered by number
 };
 
 PathTable& pathTable() {

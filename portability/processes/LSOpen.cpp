@@ -31,8 +31,8 @@ using portability::FileDescriptor;
 constexpr int kListenDescriptor = 3;
 constexpr int kLockDescriptor = 4;
 
-// Time limit. The owner of an endpoint listens, or has released it, within a short time, but a busy machine
-// may need longer.
+// The time limit for startOrFind. The owner of an endpoint listens, or has released it, within a short time,
+// but a busy machine may need longer.
 constexpr long kSettleTicks = 5 * 60;
 constexpr useconds_t kSettlePause = 1000;
 

@@ -52,8 +52,8 @@ class Channel {
     int descriptor() const { return socket_.get(); }
 
     /// Sends one frame through the socket. Fills in the header's fields for the place, the image size and the
-    /// released slots. `confirmed` says whether the receiver will confirm the frame; if so, the frame's
-    /// shared memory can be reused afterwards.
+    /// released slots. `confirmed` says whether the receiver will confirm the frame. If it will, the frame's
+    /// shared memory can be reused after the confirmation.
     Sent send(const FrameHeader& header, const ImageMemory& image, bool confirmed);
 
     /// Sends a request that the receiver will reply to. All earlier requests must have been replied to. If
@@ -77,7 +77,7 @@ class Channel {
 
     /// Tells the peer whether this side is polling the mailbox, so that the peer need not wake it. After
     /// `setLooking(false)` the caller must call receive() once, because the peer may have posted a frame
-    /// before it noticed.
+    /// before it saw the change.
     void setLooking(bool looking);
 
     /// Returns whether the receiver has taken the request that was posted to the mailbox last. Also true if

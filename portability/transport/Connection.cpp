@@ -57,7 +57,7 @@ Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool 
     Spin spin(std::max(request.image.size(), lastReplySize_));
     ReceivedFrame frame;
     bool looking = posted;
-    // The reply has hardly arrived yet, so this thread first yields to the receiver.
+    // The reply has probably not arrived yet, so this thread first yields to the receiver.
     spin.again();
     for (;;) {
         switch (looking ? channel_.look(frame) : channel_.receive(buffer_, frame)) {

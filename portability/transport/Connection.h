@@ -11,7 +11,7 @@
 
 namespace portability {
 
-/// Called by a waiting sender from time to time.
+/// An object that a waiting sender calls from time to time.
 class IdleCaller {
   public:
     virtual ~IdleCaller() = default;

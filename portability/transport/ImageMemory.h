@@ -42,8 +42,8 @@ class ImageMemory {
     /// changes nothing, if memory runs out or the image would become larger than kLargestImage.
     uint8_t* append(size_t count);
 
-    /// Returns the bytes for changing them. Copies them first if this object does not own them. Returns null,
-    /// and changes nothing, if there is no memory for the copy.
+    /// Returns the bytes, which the caller may change. Copies them first if this object does not own them.
+    /// Returns null, and changes nothing, if there is no memory for the copy.
     uint8_t* writable();
 
     /// Removes `count` bytes at `offset`. The caller must have called writable() before.

@@ -79,7 +79,7 @@ bool RequestServer::serve() {
 }
 
 // Polls for the next request. The senders that got the latest replies are the most likely to send it.
-// `again()` yields to them first, because their requests have hardly arrived yet.
+// `again()` yields to them first, because their requests have probably not arrived yet.
 RequestServer::Round RequestServer::spinForNext() {
     Spin spin(latestSize_);
     for (int looks = 1; spin.again(); ++looks) {

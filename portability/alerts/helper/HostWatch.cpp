@@ -19,7 +19,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Returns a descriptor of the process, or -1, which poll ignores, if the kernel cannot watch processes.
+// Returns a descriptor of the process, or -1, which poll ignores, if the kernel cannot watch processes. Ends
+// this process if the other one has already exited.
 int openProcess(pid_t process) {
     // Called with syscall() because the C library's header lacks extern "C" for pidfd_open.
     const auto descriptor = static_cast<int>(syscall(SYS_pidfd_open, process, 0));

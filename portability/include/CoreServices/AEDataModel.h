@@ -172,8 +172,8 @@ extern OSErr AEGetAttributePtr(const AppleEvent* theAppleEvent, AEKeyword theAEK
 extern OSErr AESizeOfParam(const AppleEvent* theAppleEvent, AEKeyword theAEKeyword, DescType* typeCode,
                            Size* dataSize);
 
-/// Access the bytes of a plain descriptor. AEGetDescDataSize returns their number, AEGetDescData copies at
-/// most `maximumSize` of them. The bytes are not converted.
+/// Functions for the bytes of a plain descriptor. AEGetDescDataSize returns their number. AEGetDescData
+/// copies at most `maximumSize` of them. The bytes are not converted.
 extern Size AEGetDescDataSize(const AEDesc* theAEDesc);
 extern OSErr AEGetDescData(const AEDesc* theAEDesc, void* dataPtr, Size maximumSize);
 

@@ -71,7 +71,7 @@ OSStatus MPDeleteSemaphore(MPSemaphoreID semaphore);
 /// Takes one unit, and waits for it if necessary. Returns kMPTimeoutErr if none became available in time.
 OSStatus MPWaitOnSemaphore(MPSemaphoreID semaphore, Duration timeout);
 
-/// Gives one unit to the thread that has waited longest, or adds it to the semaphore if no thread waits.
+/// Passes one unit to the thread that has waited longest, or adds it to the semaphore if no thread waits.
 /// Returns kMPInsufficientResourcesErr, and changes nothing, if the semaphore is at its maximum.
 OSStatus MPSignalSemaphore(MPSemaphoreID semaphore);
 
@@ -107,8 +107,10 @@ OSStatus MPCreateTask(TaskProc entryPoint, void* parameter, ByteCount stackSize,
 /// does not.
 Boolean MPTaskIsPreemptive(MPTaskID task);
 
-/// Runs `remoteProc` on the main thread, waits without a time limit, and returns its result. The event loop
-/// or run loop of the main thread makes the call, so it must be running.
+/// Runs `remoteProc` on the main thread, waits without a time limit until it has returned, and returns its
+/// result. The event loop or run loop of the main thread makes the call. On macOS the call waits until such a
+/// loop runs. On other systems the procedure runs on the calling thread if no such loop is running, or if it
+/// does not start the procedure within one second.
 void* MPRemoteCall(MPRemoteProcedure remoteProc, void* parameter, MPRemoteContext context);
 
 CF_EXTERN_C_END

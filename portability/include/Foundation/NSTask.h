@@ -35,7 +35,7 @@ extern "C" {
 
 /// Set the pipe to which the program writes; nil means this process's standard output (or standard error).
 /// The task does not read the pipe. As on the platform, a program that has filled it (64 KiB) waits until the
-/// pipe is read or closed. They raise if the task was launched.
+/// pipe is read or closed. Both methods raise if the task was launched.
 - (void)setStandardOutput:(id)pipe;
 - (void)setStandardError:(id)pipe;
 
