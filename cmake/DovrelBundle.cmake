@@ -1,7 +1,7 @@
 # dovrel_bundle_contents(<target> <contents>)
 #
-# Fills the folder <contents> of a bundle with everything but code: the property list at once, the resources when <target>
-# is built.
+# Fills the folder <contents> of a bundle with everything except code. The property list is written at
+# configuration time, the resources when <target> is built.
 function(dovrel_bundle_contents target contents)
     set(source "${PROJECT_SOURCE_DIR}/resources")
     configure_file("${source}/Info.plist.in" "${contents}/Info.plist" @ONLY)
@@ -15,7 +15,7 @@ function(dovrel_bundle_contents target contents)
         list(APPEND copies COMMAND "${CMAKE_COMMAND}" -E make_directory "${subfolder}"
             COMMAND "${CMAKE_COMMAND}" -E copy "${source}/${resource}" "${folder}/${resource}")
     endforeach()
-    # All at once, so that none stays that is a resource no more.
+    # All resources are copied together, so that the folder contains no files that are no longer resources.
     set(stamp "${CMAKE_CURRENT_BINARY_DIR}/${target}.stamp")
     list(TRANSFORM resources PREPEND "${source}/")
     add_custom_command(OUTPUT "${stamp}" ${copies} COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
@@ -25,8 +25,8 @@ endfunction()
 
 # dovrel_install_bundle(<bundle>)
 #
-# Installs a bundle of the build folder beside the others, so that every user can run what it holds, whatever umask the
-# build and the installation have.
+# Installs a bundle from the build folder beside the other bundles. All users can read and run its content,
+# independent of the umask during the build and the installation.
 function(dovrel_install_bundle bundle)
     set(readable OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
     set(executable ${readable} OWNER_EXECUTE GROUP_EXECUTE WORLD_EXECUTE)

@@ -1,4 +1,4 @@
-# One set of compiler settings for everything that is ours. Third-party headers are SYSTEM and stay out of it.
+# The compiler settings for all of our code. They do not apply to third-party headers, which are SYSTEM.
 set(CMAKE_C_STANDARD 99)
 set(CMAKE_C_STANDARD_REQUIRED ON)
 set(CMAKE_C_EXTENSIONS OFF)
@@ -14,12 +14,12 @@ foreach(lang C CXX OBJCXX)
 endforeach()
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
-# In 32 bits the C library otherwise refuses large files, and files and waits beyond 2038.
+# Without these definitions, the 32-bit C library does not support large files, and times after 2038.
 if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND NOT APPLE)
     add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
 endif()
 
-# Systems before 10.9 have another C++ library as well, which knows no C++17 and is the default for them.
+# macOS before 10.9 also has another C++ library, which is the default there and does not support C++17.
 if(APPLE)
     add_compile_options($<$<COMPILE_LANGUAGE:CXX,OBJCXX>:-stdlib=libc++>)
     add_link_options(-stdlib=libc++)
@@ -36,7 +36,7 @@ if(DOVREL_SANITIZE)
     add_link_options(-fsanitize=${DOVREL_SANITIZE})
 endif()
 if(DOVREL_COVERAGE)
-    # Counts of several processes of one program are added up.
+    # The counts of several processes of one program are added up.
     add_compile_options(--coverage -fprofile-update=atomic)
     add_link_options(--coverage)
 endif()

@@ -1,7 +1,8 @@
 # dovrel_folder_headers(<target>)
 #
-# Headers are included by their path from the top of the tree ("serialization/CPPByteArray.h"). A link in the build folder
-# shows just the folder that calls this under that path, so that a header is found only by targets that depend on its folder.
+# Headers are included by their path from the top of the tree ("serialization/CPPByteArray.h"). A symbolic
+# link in the build folder shows only the calling folder under that path. So only targets that depend on a
+# folder find its headers.
 function(dovrel_folder_headers target)
     file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
     set(root "${PROJECT_BINARY_DIR}/headers/${target}")
@@ -13,8 +14,8 @@ endfunction()
 
 # dovrel_folder(<target> SOURCES <file>... [DEPENDS <target>...])
 #
-# Makes the static library of the folder that calls it. The sources of all folders are listed in the global property
-# DOVREL_LIBRARY_SOURCES, for the build for another system.
+# Creates the static library of the calling folder. The global property DOVREL_LIBRARY_SOURCES lists the
+# sources of all folders, for the build for another system.
 function(dovrel_folder target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;DEPENDS")
     add_library(${target} STATIC ${arg_SOURCES})

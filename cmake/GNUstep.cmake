@@ -1,5 +1,5 @@
-# Foundation on systems that have no framework of that name. GNUstep ships no CMake package, and its own
-# configuration tool needs a complete make setup, so the flags are written out here.
+# Foundation on systems without the framework. GNUstep has no CMake package, and its own configuration tool
+# needs a complete GNUstep make installation. Therefore the flags are set here.
 find_path(GNUSTEP_INCLUDE_DIR Foundation/Foundation.h PATHS /usr/include/GNUstep REQUIRED)
 find_library(GNUSTEP_BASE_LIBRARY gnustep-base REQUIRED)
 
@@ -13,7 +13,7 @@ target_compile_options(GNUstep_base INTERFACE
     "$<$<COMPILE_LANGUAGE:OBJCXX>:-fexceptions;-fobjc-exceptions;-fconstant-string-class=NSConstantString;-fno-strict-aliasing;-pthread>")
 target_link_libraries(GNUstep_base INTERFACE "${GNUSTEP_BASE_LIBRARY}" objc m)
 
-# Clang speaks to GCC's Objective-C runtime when told so, but does not look for that runtime's headers.
+# Clang can use GCC's Objective-C runtime, but does not search for the headers of that runtime.
 if(CMAKE_OBJCXX_COMPILER_ID MATCHES Clang)
     execute_process(COMMAND gcc -print-file-name=include OUTPUT_VARIABLE gcc_include OUTPUT_STRIP_TRAILING_WHITESPACE)
     target_compile_options(GNUstep_base INTERFACE

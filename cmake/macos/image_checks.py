@@ -1,7 +1,7 @@
 """The checks of one architecture of the bundle's executable.
 
-Each takes the image, the path of the executable and the names of the functions to be exported, and yields what is wrong,
-in words; nothing is good.
+Each check takes the image, the path of the executable and the names of the functions that it must export. It yields one text
+for each fault, and nothing if there is none.
 """
 import functools
 import hashlib
@@ -13,8 +13,8 @@ import imports
 import macho
 
 MINIMUM = "10.7"
-LINKER_SYMBOLS = {"dyld_stub_binder"}  # named by the linker on its own account, bound or not
-TEXT_RELOCATIONS = 0x300  # attributes of a section that has relocations, external or local
+LINKER_SYMBOLS = {"dyld_stub_binder"}  # the linker adds this symbol even if it is not bound
+TEXT_RELOCATIONS = 0x300  # attributes of sections with external or local relocations
 
 SIGNATURE_MAGIC = 0xFADE0CC0
 CODE_DIRECTORY_MAGIC = 0xFADE0C02
@@ -38,7 +38,7 @@ def exports(image, _, functions):
 
 
 def _imported(image):
-    """Everything imported, once each: the places that are bound and the table of symbols must say the same."""
+    """Returns all imports without duplicates, from both the bindings and the symbol table, which must agree."""
     found = {(fixup.target.name, fixup.target.library and fixup.target.library.install_name): fixup.target
              for fixup in image.bindings()}
     for symbol in image.undefined_symbols():
@@ -48,7 +48,7 @@ def _imported(image):
 
 
 def _table(image):
-    """(library, first version) of every symbol that may be imported."""
+    """Returns (library, first version) for each symbol that may be imported."""
     return {name: (library, version) for library in imports.read()
             for name, version in library.names(image.architecture).items()}
 
@@ -73,7 +73,7 @@ def first_versions(image, *_):
 
 
 def unknown_versions(image):
-    """The imports that the table gives no first version for; no fault, but not shown to be none either."""
+    """Returns the imports whose first version is unknown. They are not faults, but they are not known to be correct."""
     table = _table(image)
     return [symbol.name for symbol in _imported(image) if symbol.name in table and table[symbol.name][1] is None]
 
@@ -124,14 +124,14 @@ def segments(image, *_):
 
 @functools.lru_cache
 def disassembly(image, executable, section_name):
-    """What llvm-objdump shows of a section of code; addresses are plain numbers."""
+    """Returns llvm-objdump's output for a code section, with addresses as numbers."""
     command = ["llvm-objdump-14", "--macho", f"--arch={image.architecture}", "--disassemble", "--no-symbolic-operands"]
     command += ["--no-show-raw-insn", f"--section=__TEXT,{section_name}", executable]
     return subprocess.run(command, capture_output=True, text=True, check=True).stdout
 
 
 def branches(image, executable, _):
-    """Linkers that handle i386 have been seen to send calls into the data, or through addresses that nothing adjusts."""
+    """Linkers that support i386 sometimes make calls that go to data, or through addresses that are never relocated."""
     code = [section for section in map(image.section, ("__text", "__stubs")) if section]
     listing = "".join(disassembly(image, executable, section.name) for section in code)
     found = 0
@@ -148,7 +148,7 @@ def branches(image, executable, _):
 
 
 def signature(image, *_):
-    """An ad-hoc signature: no identity, but a digest of every page, which has to fit."""
+    """Checks the ad-hoc signature. It has no identity, but a digest of each page, which must be correct."""
     place = image.signature()
     if not place:
         yield "there is none"

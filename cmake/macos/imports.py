@@ -7,13 +7,13 @@ ARCHITECTURES = ("x86_64", "i386")
 
 
 def version_number(text):
-    """A version such as "10.7" as a tuple that compares; None for "?", a version that is not known."""
+    """Converts a version such as "10.7" to a tuple that can be compared. Returns None for "?", an unknown version."""
     return None if text == "?" else tuple(int(part) for part in text.split("."))
 
 
 @dataclass
 class Library:
-    """One library of the table. `symbols` and `classes` hold, for each architecture, first versions by name."""
+    """One library of the table. `symbols` and `classes` contain first versions by name, for each architecture."""
 
     file: str
     install_name: str
@@ -23,7 +23,7 @@ class Library:
     classes: dict = field(default_factory=lambda: {name: {} for name in ARCHITECTURES})
 
     def names(self, architecture):
-        """First versions by the name that stands in object code, classes included."""
+        """Returns the first versions by the names in object code, including those of classes."""
         names = dict(self.symbols[architecture])
         for name, version in self.classes[architecture].items():
             prefixes = ("_OBJC_CLASS_$_", "_OBJC_METACLASS_$_") if architecture == "x86_64" else (".objc_class_name_",)
@@ -32,7 +32,7 @@ class Library:
 
 
 def read(path=TABLE):
-    """The libraries of the table, in its order. ValueError, with the number of the line, for a line of no known form."""
+    """Returns the libraries of the table in its order. Raises ValueError, with the line number, for an invalid line."""
     libraries = []
     for number, line in enumerate(Path(path).read_text().splitlines(), 1):
         words = line.split("#")[0].split()

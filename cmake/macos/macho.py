@@ -1,4 +1,4 @@
-"""Reads Mach-O files as far as a check of a finished bundle needs it. Damage raises MachOError."""
+"""Reads the parts of Mach-O files that the checks of a bundle need. Damaged files raise MachOError."""
 import struct
 from dataclasses import dataclass
 
@@ -19,10 +19,11 @@ LC_CODE_SIGNATURE = 0x1D
 LC_DYLD_INFO = 0x22
 LC_VERSION_MIN_MACOSX = 0x24
 LC_REQ_DYLD = 0x80000000
-# Weak, re-exported, lazy and upward dependencies, and search paths: nothing of ours has any.
+# Weak, re-exported, lazy and upward dependencies, and search paths. Our bundle has none of them.
 OTHER_DEPENDENCIES = {0x18 | LC_REQ_DYLD, 0x1F | LC_REQ_DYLD, 0x20, 0x23 | LC_REQ_DYLD, 0x1C | LC_REQ_DYLD}
 
-# For each kind of opcode that moves or binds pointers (its upper half): how many numbers of variable length follow.
+# The number of variable-length numbers that follow each kind of opcode for rebasing or binding pointers. The
+# kind is the upper half of the byte.
 REBASE_NUMBERS = {0x20: 1, 0x30: 1, 0x60: 1, 0x70: 1, 0x80: 2}
 BIND_NUMBERS = {0x20: 1, 0x60: 1, 0x70: 1, 0x80: 1, 0xA0: 1, 0xC0: 2}
 
@@ -34,7 +35,7 @@ PROTECTION_EXECUTE = 4
 
 
 class MachOError(Exception):
-    """The file is no Mach-O file, or one of another kind than those that are read here."""
+    """The file is not a Mach-O file, or its kind is not supported."""
 
 
 @dataclass
@@ -66,7 +67,7 @@ class Library:
 
 @dataclass
 class Import:
-    """A symbol of another image. `library` is None where no library of the image is named for it."""
+    """A symbol of another image. `library` is None if the image names no library for it."""
 
     name: str
     library: Library
@@ -74,7 +75,7 @@ class Import:
 
 @dataclass
 class Fixup:
-    """A place in the image that is changed when it is loaded; `target` is the symbol bound there, or None."""
+    """A pointer that is changed when the image is loaded. `target` is the symbol bound to it, or None."""
 
     segment: Segment
     address: int
@@ -82,7 +83,7 @@ class Fixup:
 
 
 def packed_version(number):
-    """A version as load commands hold it, as text, without a zero at its end."""
+    """Converts a version from a load command to text, without trailing zeros."""
     parts = [number >> 16, number >> 8 & 0xFF, number & 0xFF]
     while len(parts) > 1 and parts[-1] == 0:
         parts.pop()
@@ -94,7 +95,7 @@ def text_at(data, position):
 
 
 def uleb(data, position):
-    """(value, position behind it) of a number of variable length."""
+    """Reads a variable-length number. Returns (value, position after it)."""
     value = shift = 0
     while True:
         byte = data[position]
@@ -152,11 +153,11 @@ class Image:
         return bytes(self.data[position : position + 16]).rstrip(b"\0").decode()
 
     def section(self, name):
-        """The first section of that name, or None."""
+        """Returns the first section with this name, or None."""
         return next((s for segment in self.segments for s in segment.sections if s.name == name), None)
 
     def _position(self, address):
-        """Where in the data stands what is loaded there."""
+        """Returns the position in the data of the byte that is loaded to the address."""
         for segment in self.segments:
             if segment.address <= address < segment.address + segment.file_size:
                 return segment.offset + address - segment.address
@@ -166,24 +167,24 @@ class Image:
         return struct.unpack_from("<I" if self.pointer_size == 4 else "<Q", self.data, self._position(address))[0]
 
     def words(self, section):
-        """All of a section that holds nothing but pointers."""
+        """Returns all pointers of a section that contains only pointers."""
         return [self.word(address) for address in range(section.address, section.address + section.size, self.pointer_size)]
 
     def text(self, address):
         return text_at(self.data, self._position(address))
 
     def minimum_version(self):
-        """The oldest system that the image is for, as text; None if it does not say."""
+        """Returns the minimum version of macOS as text, or None if the image does not name one."""
         position = self.commands.get(LC_VERSION_MIN_MACOSX)
         return position and packed_version(struct.unpack_from("<I", self.data, position + 8)[0])
 
     def signature(self):
-        """(position, size) of the code signature, or None."""
+        """Returns (position, size) of the code signature, or None."""
         position = self.commands.get(LC_CODE_SIGNATURE)
         return position and struct.unpack_from("<II", self.data, position + 8)
 
     def relocation_count(self):
-        """How many relocations of the old kind there are, which can change any segment."""
+        """Returns the number of old-style relocations, which can change any segment."""
         position = self.commands[LC_DYSYMTAB]
         fields = struct.unpack_from("<18I", self.data, position + 8)
         return fields[15] + fields[17]
@@ -193,7 +194,7 @@ class Image:
         return Import(name, self.libraries[ordinal - 1] if found else None)
 
     def undefined_symbols(self):
-        """The symbols that the image takes from others, by its table of symbols."""
+        """Yields the imported symbols in the symbol table."""
         position = self.commands[LC_SYMTAB]
         symbols, count, texts, _ = struct.unpack_from("<4I", self.data, position + 8)
         form = "<IBBHI" if self.pointer_size == 4 else "<IBBHQ"
@@ -203,7 +204,7 @@ class Image:
                 yield self._import(text_at(self.data, texts + name), description >> 8)
 
     def exports(self):
-        """The names that other images can find here, sorted."""
+        """Returns the exported names, sorted."""
         start, size = self._linking_data()[8:10]
         names, open_nodes = [], [(0, "")] if size else []
         while open_nodes:
@@ -224,7 +225,7 @@ class Image:
         return struct.unpack_from("<10I", self.data, self.commands[LC_DYLD_INFO] + 8)
 
     def rebases(self):
-        """Every pointer that is moved along with the image."""
+        """Yields every pointer that is rebased."""
         start, size = self._linking_data()[:2]
         segment, address, position = None, 0, start
         while position < start + size:
@@ -247,7 +248,7 @@ class Image:
                 address += self.pointer_size + skip
 
     def bindings(self):
-        """Every pointer that is bound to a symbol of another image: at once, at first use, or weakly."""
+        """Yields every pointer that is bound to a symbol of another image: at load time, at first use, or weakly."""
         linking_data = self._linking_data()
         for start, size in (linking_data[2:4], linking_data[4:6], linking_data[6:8]):
             yield from self._bindings(start, start + size)
@@ -281,7 +282,7 @@ class Image:
 
 
 def images(data):
-    """The images of a file by architecture, whether it holds several or one."""
+    """Returns the images of a file by architecture. The file may contain one or several."""
     if len(data) < 32:
         raise MachOError("too short")
     magic, count = struct.unpack_from(">II", data)

@@ -1,7 +1,7 @@
-"""What the code of an image says to Objective-C: the messages that it sends and the classes that it uses.
+"""Finds the Objective-C messages that the code of an image sends, and the classes that it uses.
 
-The linker that handles i386 makes one of pointers that the code has for them, when it is let. So each architecture is held
-against the other: both come from the same sources.
+The linker for i386 can merge different pointers to selectors or classes into one. Therefore the architectures are compared:
+both are built from the same sources.
 """
 import re
 
@@ -9,14 +9,14 @@ import macho
 from image_checks import disassembly
 
 CLASS_SYMBOL = "_OBJC_CLASS_$_"
-CONTENT_IN_CLASS, NAME_IN_CONTENT = 32, 24  # of the description of a class in 64 bits
+CONTENT_IN_CLASS, NAME_IN_CONTENT = 32, 24  # offsets in a 64-bit class description
 INSTRUCTION = re.compile(r"^\s*([0-9a-f]+):?\s+(\S+)[ \t]*(.*)$", re.MULTILINE)
 OPERAND = re.compile(r"(-?(?:0x[0-9a-f]+|\d+))\(%\w+")
 
 
 def _distances(image, executable):
-    """(place, distance from it) for the operands of the code that count from a place in the code: in 64 bits from the next
-    instruction, in 32 bits from the one that a call in front of it pushed the address of."""
+    """Yields (base, distance) for operands that are relative to an address in the code. In 64-bit code the base is the next
+    instruction. In 32-bit code it is the instruction whose address the call before it pushed."""
     here = 0
     instructions = INSTRUCTION.findall(disassembly(image, executable, "__text"))
     for (_, operation, operands), (following, next_operation, _) in zip(instructions, instructions[1:]):
@@ -30,7 +30,7 @@ def _distances(image, executable):
 
 
 def _pointers(image, executable, section_name):
-    """The addresses of those pointers of a section that the code refers to."""
+    """Returns the addresses of the pointers in a section that the code uses."""
     section = image.section(section_name)
     if not section:
         return set()
@@ -39,13 +39,13 @@ def _pointers(image, executable, section_name):
 
 
 def messages(image, executable):
-    """The names of the messages that the code sends."""
+    """Returns the names of the messages that the code sends."""
     return {image.text(image.word(place)) for section in ("__objc_selrefs", "__message_refs")
             for place in _pointers(image, executable, section)}
 
 
 def classes(image, executable):
-    """The names of the classes that the code uses."""
+    """Returns the names of the classes that the code uses."""
     if image.pointer_size == 4:
         return {image.text(image.word(place)) for place in _pointers(image, executable, "__cls_refs")}
     bound = {fixup.address: fixup.target.name.removeprefix(CLASS_SYMBOL) for fixup in image.bindings()}
@@ -54,12 +54,12 @@ def classes(image, executable):
 
 
 def _own_class(image, description):
-    """The name of a class that a 64-bit image describes itself."""
+    """Returns the name of a class that a 64-bit image defines."""
     return image.text(image.word(image.word(description + CONTENT_IN_CLASS) + NAME_IN_CONTENT))
 
 
 def differences(images, executable, names_of):
-    """What the code of one architecture has among these names and that of another has not, in words."""
+    """Yields a text for each of these names that the code of one architecture uses and that of the other does not."""
     try:
         names = {architecture: names_of(image, executable) for architecture, image in sorted(images.items())}
     except macho.MachOError as error:

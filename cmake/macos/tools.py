@@ -1,4 +1,4 @@
-"""The programs that build the bundle for macOS, by the names that they have on Debian."""
+"""The programs that build the bundle for macOS, with their names on Debian."""
 CLANG = "clang-14"
-# The second is the last linker that reads i386.
+# The second linker is the last one that supports i386.
 LINKERS = {"x86_64": "ld64.lld-14", "i386": "ld64.lld.darwinold-13"}

@@ -29,7 +29,8 @@ class Interpreter {
   public:
     explicit Interpreter(const MachOFile& file) : wordSize_(file.wordSize()), cursor_(file) {}
 
-    // False at the end of an entry; in the lazy list others follow it.
+    // Executes one instruction. Returns false at the end of an entry; in the list of lazy bindings more
+    // entries follow.
     bool step(ByteReader& code) {
         const uint8_t byte = code.next<uint8_t>();
         const uint8_t immediate = byte & kImmediateMask;
@@ -65,7 +66,7 @@ class Interpreter {
     std::vector<Binding> take() { return std::move(bindings_); }
 
   private:
-    // What the next binding is like.
+    // Executes an instruction that sets a property of the next binding.
     void describe(uint8_t opcode, uint8_t immediate, ByteReader& code) {
         switch (opcode) {
             case kSetLibrary:
@@ -75,7 +76,7 @@ class Interpreter {
                 next_.library = static_cast<int64_t>(code.nextUnsignedLeb());
                 break;
             case kSetSpecialLibrary:
-                // A negative number of which the upper bits are left out.
+                // A negative number whose upper bits are omitted.
                 next_.library = immediate == 0 ? 0 : immediate - (kImmediateMask + 1);
                 break;
             case kSetSymbol:

@@ -1,4 +1,4 @@
-// Reads numbers and texts from a stretch of bytes and never beyond its end.
+// Reads numbers and texts from a range of bytes, and never reads beyond its end.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,7 @@
 
 namespace dovrel::macho {
 
-/// What is said about a file that is not as the format wants it, or needs something this loader does not
-/// have.
+/// Thrown if a file has an invalid format or needs a feature that this loader does not have.
 class FormatError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -18,7 +17,7 @@ class FormatError : public std::runtime_error {
 
 class ByteReader {
   public:
-    /// The bytes stay the caller's and have to be there while the reader is used.
+    /// The caller owns the bytes, which must outlive the reader.
     ByteReader(const uint8_t* bytes, size_t size) : bytes_(bytes), size_(size) {}
 
     bool isAtEnd() const { return position_ == size_; }
@@ -26,13 +25,13 @@ class ByteReader {
     size_t position() const { return position_; }
     void moveTo(size_t position);
 
-    /// A part of the bytes, with positions of its own.
+    /// Returns a reader of a part of the bytes. Its positions start at 0.
     ByteReader part(uint64_t offset, uint64_t size) const;
 
-    /// A copy of all the bytes.
+    /// Returns a copy of all bytes.
     std::vector<uint8_t> all() const { return {bytes_, bytes_ + size_}; }
 
-    /// The next number, the least significant byte first.
+    /// Reads the next number, which is little-endian.
     template <typename Number>
     Number next() {
         Number number;
@@ -40,23 +39,23 @@ class ByteReader {
         return number;
     }
 
-    /// The number at a position, without moving there.
+    /// Returns the number at a position. The reader's own position does not change.
     template <typename Number>
     Number at(uint64_t offset) const {
         return part(offset, sizeof(Number)).next<Number>();
     }
 
     uint32_t nextBigEndian();
-    /// An address or a size, 4 or 8 bytes long.
+    /// Reads an address or a size of 4 or 8 bytes.
     uint64_t nextWord(size_t wordSize);
     uint64_t nextUnsignedLeb();
     int64_t nextSignedLeb();
-    /// A text up to its zero byte.
+    /// Reads a NUL-terminated text.
     std::string nextString();
-    /// A text in a field that it need not fill.
+    /// Reads a text from a field of fixed size, which is filled with NUL characters.
     std::string nextField(size_t size);
 
-    // All of these throw FormatError where the bytes do not suffice.
+    // All functions throw FormatError if there are not enough bytes.
 
   private:
     const uint8_t* take(size_t size);

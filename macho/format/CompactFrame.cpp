@@ -12,7 +12,7 @@ namespace {
 
 constexpr uint32_t kWord = 8;
 
-// Registers by the numbers that DWARF has for them.
+// The registers with their DWARF numbers.
 enum DwarfRegister : uint8_t {
     kRbx = 3,
     kRbp = 6,
@@ -24,14 +24,14 @@ enum DwarfRegister : uint8_t {
     kReturnAddress = 16
 };
 
-// The registers that a function saves, by the numbers of the compact encoding; 0 is none.
+// The registers that a function can save, indexed by their numbers in the compact encoding. 0 means none.
 constexpr std::array<uint8_t, 7> kSaved = {0, kRbx, kR12, kR13, kR14, kR15, kRbp};
 
 enum Instruction : uint8_t { kDefineFrame = 0x0C, kOffset = 0x80 };
 
 class FrameInstructions {
   public:
-    // The frame's address (that of the caller's stack) is `offset` bytes above the register.
+    // Defines the frame's address (the caller's stack pointer) as the register plus `offset` bytes.
     void defineFrame(uint8_t dwarfRegister, uint64_t offset) {
         bytes_.put<uint8_t>(kDefineFrame);
         bytes_.putUnsignedLeb(dwarfRegister);
@@ -39,7 +39,7 @@ class FrameInstructions {
         saved(kReturnAddress, 1);
     }
 
-    // The register's old value is so many words below the frame's address.
+    // Records that the register was saved `words` words below the frame's address.
     void saved(uint8_t dwarfRegister, uint64_t words) {
         bytes_.put<uint8_t>(static_cast<uint8_t>(kOffset | dwarfRegister));
         bytes_.putUnsignedLeb(words);
@@ -78,11 +78,12 @@ uint64_t sizeInCode(uint32_t encoding, const std::vector<uint8_t>& code) {
     return uint64_t{ByteReader(code.data(), code.size()).at<uint32_t>(place)} + pushed * kWord;
 }
 
-// Which registers are saved is one number: that of their order among all orders of so many out of six.
+// Decodes which registers are saved. The encoding is one number: the index of their permutation among all
+// permutations of `count` out of six registers.
 std::vector<uint32_t> savedInOrder(uint32_t count, uint32_t permutation) {
     constexpr uint32_t kRegisters = 6;
     std::vector<uint32_t> weights(count, 1);
-    // Each place has one choice less than the one before it; the last of six has none.
+    // Each position has one choice fewer than the position before it. The last of six positions has only one.
     for (uint32_t place = count; place-- > 1;)
         weights[place - 1] = weights[place] * (kRegisters - place);
     std::vector<uint32_t> free = {1, 2, 3, 4, 5, 6};

@@ -40,7 +40,7 @@ class Table {
             const uint64_t at = header_.index + uint64_t{i} * kFirstLevelSize;
             const uint32_t begin = section_.at<uint32_t>(at);
             endLastAt(begin);
-            // The last one tells only where the functions and the handlers of the one before end.
+            // The last entry only contains the ends of the previous entry's functions and handlers.
             if (isLast) break;
             readHandlers(section_.at<uint32_t>(at + 8), section_.at<uint32_t>(at + 8 + kFirstLevelSize));
             readPage(begin, section_.at<uint32_t>(at + 4));
@@ -73,7 +73,8 @@ class Table {
         }
     }
 
-    // Those that are frequent stand in one list for all pages, the others follow in the page's own.
+    // Returns an encoding. Frequent encodings are in one list for all pages; the others are in the page's own
+    // list, whose indices follow.
     uint32_t encoding(uint32_t page, uint32_t index) const {
         const uint64_t at = index < header_.encodingCount
                                 ? header_.encodings + uint64_t{index} * sizeof(uint32_t)

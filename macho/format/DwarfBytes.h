@@ -1,4 +1,4 @@
-// Bytes in the making, with the numbers that DWARF knows.
+// Builds a sequence of bytes with the number formats of DWARF.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ class DwarfBytes {
         set(bytes_.size() - sizeof number, number);
     }
 
-    /// Over what is there.
+    /// Overwrites the bytes at `position`.
     template <typename Number>
     void set(size_t position, Number number) {
         std::memcpy(&bytes_[position], &number, sizeof number);
@@ -36,7 +36,7 @@ class DwarfBytes {
         bytes_.insert(bytes_.end(), begin, begin + size);
     }
 
-    /// Zero bytes, up to a multiple of the size.
+    /// Appends zero bytes up to a multiple of `size`.
     void alignTo(size_t size) {
         while (bytes_.size() % size != 0)
             bytes_.push_back(0);

@@ -19,7 +19,7 @@ std::map<std::string, uint64_t> exportedSymbols(const ByteReader& trie) {
     std::map<std::string, uint64_t> symbols;
     if (trie.size() == 0) return symbols;
     std::vector<Node> open{{0, ""}};
-    // A tree has fewer nodes than bytes.
+    // A valid trie has fewer nodes than bytes.
     for (size_t visited = 0; !open.empty(); ++visited) {
         if (visited > trie.size()) throw FormatError("the tree of exports has a loop");
         const Node node = open.back();

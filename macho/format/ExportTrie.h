@@ -1,4 +1,4 @@
-// The functions that an image gives to others.
+// Reads the symbols that an image exports.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,9 @@
 
 namespace dovrel::macho {
 
-/// Every exported symbol, as it stands in the image (a C function begins with "_"), and its address. Throws
-/// FormatError where the tree has loops, leaves its bytes, or hands on a symbol of another library.
+/// Returns all exported symbols with their addresses. The names are as in the image: the name of a C function
+/// begins with "_". Throws FormatError if the trie has loops, refers to bytes outside its range, or
+/// re-exports a symbol of another library.
 std::map<std::string, uint64_t> exportedSymbols(const ByteReader& trie);
 
 }  // namespace dovrel::macho

@@ -68,7 +68,7 @@ class Converter {
             throw FormatError("an unwind description is of an unknown kind");
         reader_.nextUnsignedLeb();
         reader_.nextSignedLeb();
-        reader_.next<uint8_t>();  // of the return address
+        reader_.next<uint8_t>();  // register of the return address
         skip(reader_.nextUnsignedLeb());
     }
 
@@ -77,7 +77,7 @@ class Converter {
         skip(reader_.nextUnsignedLeb());
     }
 
-    // The register at the position, in a byte of which other bits may mean something else.
+    // Exchanges the register number at the position. Other bits of that byte may have other meanings.
     void exchangeAt(size_t position) {
         const uint8_t number = bytes_[position] & kRegisterMask;
         if (number == kLower || number == kUpper) bytes_[position] ^= kLower ^ kUpper;

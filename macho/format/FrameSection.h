@@ -1,4 +1,5 @@
-// The unwind table of a 32-bit image, __eh_frame: in DWARF, but with two registers' numbers exchanged.
+// Converts the unwind table of a 32-bit image, __eh_frame. It has the DWARF format, but the numbers of two
+// registers are exchanged.
 #pragma once
 
 #include <cstddef>
@@ -7,9 +8,9 @@
 
 namespace dovrel::macho {
 
-/// Rewrites the section's content, in which the frame pointer is 4 and the stack pointer 5, into the numbers
-/// of other systems, which have it the other way round. Answers where each function's description begins.
-/// Throws FormatError where the content is not as it should be.
+/// Converts the section's content in place to the register numbers of other systems. In macOS the frame
+/// pointer is 4 and the stack pointer is 5; other systems exchange the two. Returns the position of each
+/// function's description. Throws FormatError if the content is invalid.
 std::vector<size_t> convertFrameSection(uint8_t* bytes, size_t size);
 
 }  // namespace dovrel::macho

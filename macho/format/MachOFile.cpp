@@ -8,7 +8,7 @@ namespace dovrel::macho {
 
 namespace {
 
-constexpr uint32_t kUniversalMagic = 0xCAFEBABE;  // big endian, like the whole universal header
+constexpr uint32_t kUniversalMagic = 0xCAFEBABE;  // big-endian, like the whole universal header
 constexpr uint32_t kMagic32 = 0xFEEDFACE;
 constexpr uint32_t kMagic64 = 0xFEEDFACF;
 constexpr uint32_t kBundleType = 8;
@@ -67,7 +67,7 @@ void MachOFile::readHeader(Processor processor) {
     header.next<uint32_t>();  // its subtype
     if (header.next<uint32_t>() != kBundleType) throw FormatError("not a bundle");
     const uint32_t count = header.next<uint32_t>();
-    header.next<uint32_t>();  // how many bytes the commands have; each tells its own size
+    header.next<uint32_t>();  // size of all commands in bytes; each command contains its own size
     header.next<uint32_t>();  // flags
     if (magic == kMagic64) header.next<uint32_t>();
 
@@ -113,11 +113,11 @@ void MachOFile::readSegment(ByteReader command) {
     segment.memorySize = command.nextWord(wordSize_);
     segment.fileOffset = command.nextWord(wordSize_);
     segment.fileSize = command.nextWord(wordSize_);
-    command.next<uint32_t>();  // the most it may be given
+    command.next<uint32_t>();  // the maximum protection
     segment.protection = command.next<uint32_t>();
     const uint32_t sectionCount = command.next<uint32_t>();
     command.next<uint32_t>();  // flags
-    bytes(segment);            // has to lie inside the file
+    bytes(segment);            // checks that they are inside the file
     constexpr uint64_t kHighest = uint64_t{1} << 31;
     const bool isSane = segment.fileSize <= segment.memorySize && segment.address <= kHighest &&
                         segment.memorySize <= kHighest;

@@ -1,4 +1,4 @@
-// A bundle's executable as it lies in its file: the slice for one processor and what its load commands say.
+// A bundle's executable file: the slice for one processor, and the content of its load commands.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ enum class Processor : uint32_t { kI386 = 7, kX86_64 = 0x01000007 };
 
 constexpr Processor kOwnProcessor = sizeof(void*) == 8 ? Processor::kX86_64 : Processor::kI386;
 
-// Addresses are those that the linker gave; an image of a bundle begins at 0.
+// Addresses are those that the linker assigned. The image of a bundle begins at 0.
 
 struct Segment {
     std::string name;
@@ -42,21 +42,22 @@ enum Protection : uint32_t { kReadable = 1, kWritable = 2, kExecutable = 4 };
 
 class MachOFile {
   public:
-    /// The whole content of a file; where it is universal, its slice for the processor. Throws FormatError
-    /// where that is not there, not a bundle, or does not lie inside the file with all its parts.
+    /// Takes the whole content of a file. From a universal file, it uses the slice for the processor.
+    /// Throws FormatError if there is no such slice, if it is not a bundle, or if one of its parts is
+    /// outside the file.
     MachOFile(std::vector<uint8_t> content, Processor processor);
 
-    /// The same for a file by its path.
+    /// Reads the file at `path` and does the same.
     static MachOFile read(const std::string& path, Processor processor = kOwnProcessor);
 
     size_t wordSize() const { return wordSize_; }
     const std::vector<Segment>& segments() const { return segments_; }
     const std::vector<Section>& sections() const { return sections_; }
-    /// Install names, in the order in which bindings count them (from 1).
+    /// The install names of the libraries. Bindings refer to them by number, starting at 1.
     const std::vector<std::string>& libraries() const { return libraries_; }
-    /// How much memory all segments need.
+    /// The size of the memory for all segments, in bytes.
     uint64_t memorySize() const { return memorySize_; }
-    /// Null where there is no such section.
+    /// Returns the section, or null if there is none.
     const Section* section(const std::string& segment, const std::string& name) const;
 
     ByteReader bytes(const Segment& segment) const {

@@ -8,7 +8,7 @@ namespace {
 
 constexpr uint8_t kImmediateMask = 0x0F;
 constexpr uint8_t kPointerType = 1;
-constexpr uint8_t kTextAddressType = 2;  // i386 code has addresses in it
+constexpr uint8_t kTextAddressType = 2;  // i386 code contains addresses
 
 enum Opcode : uint8_t {
     kDone = 0x00,

@@ -1,4 +1,4 @@
-// Where an image holds addresses of its own, which move with it.
+// Reads the rebase information of an image: the places that contain its own addresses.
 #pragma once
 
 #include <cstdint>
@@ -8,8 +8,8 @@
 
 namespace dovrel::macho {
 
-/// The address of every word that has to be increased by the image's base. Throws FormatError where the
-/// instructions are not known or point outside their segment.
+/// Returns the address of every word to which the image's base must be added. Throws FormatError if an
+/// instruction is unknown or refers to an address outside its segment.
 std::vector<uint64_t> rebasedWords(const MachOFile& file);
 
 }  // namespace dovrel::macho

@@ -1,4 +1,4 @@
-// The place in an image that fix-up instructions move along and change.
+// The current position of fix-up instructions in an image.
 #pragma once
 
 #include <cstdint>
@@ -9,15 +9,16 @@ namespace dovrel::macho {
 
 class SegmentCursor {
   public:
-    /// The file has to be there while the cursor is used.
+    /// The file must outlive the cursor.
     explicit SegmentCursor(const MachOFile& file) : file_(file) {}
 
     void moveTo(size_t segment, uint64_t offset);
-    /// Backwards, too: offsets wrap around.
+    /// Moves forwards or backwards: offsets wrap around.
     void skip(uint64_t bytes) { offset_ += bytes; }
 
-    /// The address of the word here; goes on to the next one. Throws FormatError outside the segment, and
-    /// where more words were taken than the image has: the instructions have a loop in them.
+    /// Returns the address of the current word and moves to the next word. Throws FormatError outside the
+    /// segment. Also throws it if more words were taken than the image has, because the instructions then
+    /// contain a loop.
     uint64_t takeWord();
 
   private:

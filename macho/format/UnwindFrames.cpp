@@ -22,21 +22,21 @@ size_t UnwindFrames::commonFor(uint64_t personality) {
     if (known != commons_.end()) return known->second;
     const size_t begin = bytes_.size();
     bytes_.put<uint32_t>(0);  // the size, known at the end
-    bytes_.put<uint32_t>(0);  // describes what is common
+    bytes_.put<uint32_t>(0);  // 0 marks a common information entry
     bytes_.put<uint8_t>(kVersion);
     bytes_.putText(personality != 0 ? "zPLR" : "zR");
-    bytes_.putUnsignedLeb(1);  // code offsets count bytes
+    bytes_.putUnsignedLeb(1);  // code offsets are in bytes
     bytes_.put<uint8_t>(kMinusEight);
     bytes_.put<uint8_t>(kReturnAddressRegister);
     if (personality != 0) {
         bytes_.putUnsignedLeb(sizeof personality + 3);
         bytes_.put<uint8_t>(kAbsoluteAddress);
         bytes_.put(personality);
-        bytes_.put<uint8_t>(kAbsoluteAddress);  // of the handlers
+        bytes_.put<uint8_t>(kAbsoluteAddress);  // format of the handlers' address
     } else {
         bytes_.putUnsignedLeb(1);
     }
-    bytes_.put<uint8_t>(kAbsoluteAddress);  // of the functions
+    bytes_.put<uint8_t>(kAbsoluteAddress);  // format of the functions' addresses
     end(begin);
     commons_.emplace(personality, begin);
     return begin;

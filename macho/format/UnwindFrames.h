@@ -1,5 +1,4 @@
-// The compact unwind table of a loaded image, written anew in the format that unwinders of other systems
-// read.
+// Converts the compact unwind table of a loaded image to the format that other systems' unwinders read.
 #pragma once
 
 #include <cstdint>
@@ -10,26 +9,26 @@
 
 namespace dovrel::macho {
 
-/// A function with its places in memory.
+/// A function with its addresses in memory.
 struct UnwindFunction {
     uint64_t begin = 0;
     uint64_t size = 0;
-    uint64_t personality = 0;  ///< 0: none
-    uint64_t handlers = 0;     ///< 0: none
-    /// As callFrameInstructions answers them.
+    uint64_t personality = 0;  ///< 0 if it has none
+    uint64_t handlers = 0;     ///< 0 if it has none
+    /// The result of callFrameInstructions().
     std::vector<uint8_t> instructions;
 };
 
 class UnwindFrames {
   public:
-    /// Adds the description of a function, and one of what it has in common with others where there is none
-    /// yet.
+    /// Adds the description of a function. Before that, it adds the description of the properties that the
+    /// function shares with others, if it is not present yet.
     void add(const UnwindFunction& function);
 
-    /// All descriptions, ended by a zero word. The other functions no longer answer anything.
+    /// Returns all descriptions, which end with a zero word. After this call only positions() may be called.
     std::vector<uint8_t> take();
 
-    /// Where in the bytes each function's description begins.
+    /// Returns the position of each function's description in the bytes.
     const std::vector<size_t>& positions() const { return positions_; }
 
   private:

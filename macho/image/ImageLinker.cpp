@@ -7,8 +7,8 @@ namespace dovrel::macho {
 
 namespace {
 
-// Weak definitions that several images have are the standard library's here: no other image of this format is
-// in the process.
+// Symbols that several images define weakly come from the standard library here, because this process
+// contains no other image in this format.
 constexpr char kSharedLibrary[] = "/usr/lib/libc++.1.dylib";
 
 }  // namespace
@@ -61,7 +61,7 @@ void ImageLinker::bind(const Binding& binding) {
     }
 }
 
-// Where nobody else has the symbol, what the image has itself is bound there already.
+// If no address is found, the place already contains the address of the image's own definition.
 void ImageLinker::bindWeakly(const Binding& binding) {
     std::optional<void*> address = findOwn(binding.symbol);
     if (!address.has_value()) address = imports_.find(kSharedLibrary, binding.symbol);

@@ -1,4 +1,4 @@
-// Gives a mapped image the addresses that depend on this process.
+// Sets the addresses in a mapped image that depend on this process.
 #pragma once
 
 #include <cstdint>
@@ -15,14 +15,15 @@ namespace dovrel::macho {
 
 class ImageLinker {
   public:
-    /// All have to be there while the linker is used.
+    /// All arguments must outlive the linker.
     ImageLinker(const MachOFile& file, MappedImage& image, const ImportSource& imports);
 
-    /// Moves the image's own addresses to where it lies and sets those of others, also the ones that would be
-    /// looked up at their first call. Throws FormatError with a line for each symbol that cannot be had.
+    /// Adjusts the image's own addresses to its place in memory, and sets the addresses of imports. This
+    /// includes those that macOS would look up at their first call. Throws FormatError, whose text has one
+    /// line for each symbol that is not available.
     void link();
 
-    /// Symbols by which others find functions of the image.
+    /// The symbols by which other code finds functions of the image.
     const std::map<std::string, uint64_t>& exports() const { return exports_; }
 
   private:

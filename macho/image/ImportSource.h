@@ -1,4 +1,4 @@
-// Where the addresses come from that an image needs of others.
+// Finds the addresses of an image's imports.
 #pragma once
 
 #include <optional>
@@ -10,9 +10,9 @@ class ImportSource {
   public:
     virtual ~ImportSource() = default;
 
-    /// The address for a symbol (as it stands in the image, a C function with its "_") that the image was
-    /// linked to find in the library of this install name. Nothing where the symbol has not been reviewed or
-    /// is not there. Null is an address, too.
+    /// Returns the address for a symbol that the image imports from the library with this install name. The
+    /// symbol is named as in the image: a C function begins with "_". Returns nothing if the symbol has not
+    /// been reviewed or does not exist. A null address is a valid result.
     virtual std::optional<void*> find(const std::string& library, const std::string& symbol) const = 0;
 };
 

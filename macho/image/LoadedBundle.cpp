@@ -27,7 +27,8 @@ LoadedBundle::LoadedBundle(const std::string& executable, const ImportSource& im
     runInitialisers();
 }
 
-// The system hands them what main gets; none of ours looks at it.
+// Calls the initialisers with the arguments of main, as the system does. The bundle's initialisers do not
+// use them.
 void LoadedBundle::runInitialisers() const {
     using Initialiser = void (*)(int, char**, char**, char**);
     for (const Section& section : file_.sections()) {

@@ -1,4 +1,4 @@
-// A macOS bundle's executable in a process of this system: loaded, linked and ready to be called.
+// A macOS bundle's executable in a process of this system, loaded, linked and ready to be called.
 #pragma once
 
 #include <map>
@@ -12,17 +12,17 @@ namespace dovrel::macho {
 
 class LoadedBundle {
   public:
-    /// Loads the slice of the executable for this process's processor and runs its initialisers. As on its
-    /// own system an image with Objective-C classes is never unloaded; here none is. Throws FormatError, with
-    /// all the symbols that are missing.
+    /// Loads the slice of the executable for this process's processor and runs its initialisers. The image is
+    /// never unloaded, as on macOS, where images with Objective-C classes stay loaded. Throws FormatError,
+    /// whose text names all missing symbols.
     static LoadedBundle& load(const std::string& executable, const ImportSource& imports);
 
     LoadedBundle(const LoadedBundle&) = delete;
     LoadedBundle& operator=(const LoadedBundle&) = delete;
 
-    /// An exported function by its name in C; null where there is none.
+    /// Returns an exported function by its C name, or null if there is none.
     void* function(const std::string& name) const;
-    /// How many symbols are exported.
+    /// The number of exported symbols.
     size_t exportCount() const { return exports_.size(); }
 
     const MachOFile& file() const { return file_; }

@@ -5,8 +5,8 @@
 #include "macho/format/FrameSection.h"
 #include "macho/format/UnwindFrames.h"
 
-// Of the unwinder: takes the description of one function. (The one that comes with GCC takes a whole table;
-// this program is linked so that there is only the other one.)
+// A function of the unwinder, which registers the description of one function. (In GCC's unwinder it
+// registers a whole table; this program is linked so that it uses only the other unwinder.)
 extern "C" void __register_frame(const void* description);
 
 namespace dovrel::macho {
@@ -17,14 +17,14 @@ uint64_t addressOf(const void* pointer) {
     return reinterpret_cast<uintptr_t>(pointer);
 }
 
-// The image's own description. Some linkers leave its addresses as they were before linking.
+// Returns the image's own description of a function. Some linkers do not relocate the addresses in it.
 const uint8_t* ownDescription(const MachOFile& file, const MappedImage& image,
                               const CompactUnwindEntry& entry) {
     const Section* const frames = file.section("__TEXT", "__eh_frame");
     if (frames == nullptr) throw FormatError("a function is described nowhere");
     const uint64_t position = frames->address + (entry.encoding & 0x00FFFFFF);
     const uint8_t* const description = image.at(position, 16);
-    const uint8_t* const begin = description + 2 * sizeof(uint32_t);  // counts from here
+    const uint8_t* const begin = description + 2 * sizeof(uint32_t);  // relative to this address
     int64_t distance;
     std::memcpy(&distance, begin, sizeof distance);
     if (addressOf(begin) + static_cast<uint64_t>(distance) != addressOf(image.at(entry.begin)))
@@ -58,13 +58,13 @@ void registerCompactTable(const MachOFile& file, const MappedImage& image) {
             frames.add(functionOf(image, entry));
         }
     }
-    // The unwinder reads them as long as there are exceptions.
+    // Never freed, because the unwinder reads the descriptions until the process exits.
     const auto* const bytes = new std::vector<uint8_t>(frames.take());
     for (const size_t position : frames.positions())
         __register_frame(bytes->data() + position);
 }
 
-// 32-bit images have the DWARF table alone.
+// 32-bit images have only the DWARF table.
 void registerFrameSection(const MachOFile& file, const MappedImage& image) {
     const Section* const section = file.section("__TEXT", "__eh_frame");
     if (section == nullptr) throw FormatError("there is no unwind table");

@@ -1,4 +1,4 @@
-// Tells this process's unwinder how the functions of an image are left.
+// Registers an image's unwind information with this process's unwinder.
 #pragma once
 
 #include "macho/format/MachOFile.h"
@@ -6,8 +6,8 @@
 
 namespace dovrel::macho {
 
-/// Registers all functions of the image, which has to be linked, for as long as the process lives. Throws
-/// FormatError where a function's description cannot be had or is not right.
+/// Registers all functions of the image, which must be linked, until the process exits. Throws FormatError if
+/// the description of a function is missing or wrong.
 void registerForUnwinding(const MachOFile& file, const MappedImage& image);
 
 }  // namespace dovrel::macho

@@ -7,7 +7,7 @@ namespace dovrel::macho {
 
 namespace {
 
-// All up to 34 are the same but EAGAIN (11 here), which is EDEADLK there.
+// All numbers up to 34 are the same, except 11: EAGAIN on this system, EDEADLK on macOS.
 constexpr std::pair<int, int> kDifferent[] = {
     {EDEADLK, 11},     {EAGAIN, 35},     {EINPROGRESS, 36},  {EALREADY, 37},  {ENOTSOCK, 38},
     {EOPNOTSUPP, 102}, {EADDRINUSE, 48}, {ECONNRESET, 54},   {ETIMEDOUT, 60}, {ECONNREFUSED, 61},
@@ -15,7 +15,7 @@ constexpr std::pair<int, int> kDifferent[] = {
     {EOVERFLOW, 84},   {ECANCELED, 89},  {EILSEQ, 92},
 };
 
-// No error. While errno has it, nothing has failed since the last look.
+// This value is not an error number. As long as errno has it, no call has failed since the last conversion.
 constexpr int kSeen = 0x7A7A7A;
 
 }  // namespace
@@ -27,8 +27,8 @@ int platformErrorNumber(int systemNumber) {
     return systemNumber;
 }
 
-// An image writes through the pointer, too, to clear the number before a call: what is kept here has to
-// survive until a call fails.
+// An image also writes through the pointer, to set errno to 0 before a call. The value in `number` must
+// therefore stay until a call fails.
 int* errorNumber() {
     static thread_local int number = 0;
     if (errno != kSeen) {

@@ -1,12 +1,14 @@
-// errno as macOS numbers it.
+// Converts errno to the numbers of macOS.
 #pragma once
 
 namespace dovrel::macho {
 
-/// Where code of an image finds the calling thread's errno (what the macro calls there).
+/// Returns the address of the calling thread's errno for code of an image. (On macOS the macro errno calls
+/// this function.)
 int* errorNumber();
 
-/// The macOS number of an error of this system; the same number where both agree or macOS has none.
+/// Returns the macOS number for an error of this system. Returns the same number if both systems agree or
+/// macOS has no such error.
 int platformErrorNumber(int systemNumber);
 
 }  // namespace dovrel::macho

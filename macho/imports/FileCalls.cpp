@@ -51,7 +51,7 @@ int platformOpen(const char* path, int flags, ...) {
         known |= there;
         if ((flags & there) != 0) systemFlags |= here;
     }
-    if ((flags & ~known) != 0) {  // better no file than one that is used in another way than meant
+    if ((flags & ~known) != 0) {  // fails, because ignoring an unknown flag could be wrong
         errno = EINVAL;
         return -1;
     }

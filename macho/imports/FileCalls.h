@@ -1,17 +1,17 @@
-// Calls for files whose flags or structures have another layout on macOS.
+// File functions whose flags or structures differ on macOS.
 #pragma once
 
 #include <cstdint>
 
 namespace dovrel::macho {
 
-/// A point in time as an image declares it.
+/// A point in time in the layout of an image.
 struct PlatformTime {
     long seconds;
     long nanoseconds;
 };
 
-/// A file's status as an image declares it.
+/// A file's status in the layout of an image.
 struct PlatformStatus {
     int32_t device;
     uint16_t mode;
@@ -35,7 +35,7 @@ struct PlatformStatus {
 
 static_assert(sizeof(PlatformStatus) == (sizeof(void*) == 8 ? 144 : 108));
 
-/// open(2) with macOS's flags.
+/// open(2) with the flags of macOS.
 int platformOpen(const char* path, int flags, ...);
 int platformStat(const char* path, PlatformStatus* status);
 int platformLstat(const char* path, PlatformStatus* status);

@@ -1,4 +1,4 @@
-// Imports from the frameworks. The headers say what each call is on both systems.
+// The imports from the frameworks. The portability layer's headers describe each function on both systems.
 #import <AppKit/AppKit.h>
 #include <ApplicationServices/ApplicationServices.h>
 #include <Carbon/Carbon.h>
@@ -19,7 +19,7 @@ constexpr char kCarbon[] = "/System/Library/Frameworks/Carbon.framework/Versions
 constexpr char kFoundation[] = "/System/Library/Frameworks/Foundation.framework/Versions/C/Foundation";
 constexpr char kAppKit[] = "/System/Library/Frameworks/AppKit.framework/Versions/C/AppKit";
 
-// A function or a variable, under its name in C.
+// Adds a function or a variable with its C name.
 #define ENTER(library, name) table.add(library, "_" #name, (void*)&name)
 
 void addCoreFoundation(ImportTable& table) {
@@ -63,7 +63,7 @@ void addCoreFoundation(ImportTable& table) {
     ENTER(kCoreFoundation, kCFPreferencesAnyHost);
     ENTER(kCoreFoundation, kCFPreferencesCurrentUser);
     ENTER(kCoreFoundation, __CFStringMakeConstantString);
-    // The class of constant strings, which are made this system's once the image is linked.
+    // The class of constant strings. The strings get this system's class after the image is linked.
     static char constantStringClass[64];
     table.add(kCoreFoundation, "___CFConstantStringClassReference", constantStringClass);
 }

@@ -1,4 +1,4 @@
-// The reviewed imports: for each symbol of each library what stands for it on this system.
+// The reviewed imports: for each symbol of each library, the address that replaces it on this system.
 #pragma once
 
 #include <map>
@@ -11,10 +11,10 @@ namespace dovrel::macho {
 
 class ImportTable : public ImportSource {
   public:
-    /// The address may be null. Throws FormatError where the symbol stands there already.
+    /// Adds an address, which may be null. Throws FormatError if the table already contains the symbol.
     void add(const std::string& library, const std::string& symbol, void* address);
 
-    /// A function, whatever its type.
+    /// Adds a function of any type.
     template <typename Result, typename... Arguments>
     void add(const std::string& library, const std::string& symbol, Result (*function)(Arguments...)) {
         add(library, symbol, reinterpret_cast<void*>(function));
@@ -22,14 +22,14 @@ class ImportTable : public ImportSource {
 
     std::optional<void*> find(const std::string& library, const std::string& symbol) const override;
 
-    /// How many symbols there are.
+    /// The number of symbols.
     size_t size() const { return addresses_.size(); }
 
   private:
     std::map<std::pair<std::string, std::string>, void*> addresses_;
 };
 
-/// All of them. Whoever uses a new one has to look at what it does on both systems first, and enter it.
+/// Returns the table of all reviewed imports. Before you add a symbol, compare what it does on both systems.
 const ImportTable& reviewedImports();
 
 }  // namespace dovrel::macho

@@ -1,4 +1,4 @@
-// Imports that only 32-bit images have, or that are something else for them.
+// Imports that exist only in 32-bit images or have another meaning in them.
 #include "macho/imports/ReviewedLibraries.h"
 #include "macho/imports/StandardLibrary.h"
 #include "macho/objc/LegacyTry.h"
@@ -11,7 +11,8 @@ constexpr char kSystem[] = "/usr/lib/libSystem.B.dylib";
 constexpr char kObjectiveC[] = "/usr/lib/libobjc.A.dylib";
 constexpr char kCppLibrary[] = "/usr/lib/libc++.1.dylib";
 
-// Structures of up to 8 bytes come back in registers there, as integers do here, and through memory here.
+// On macOS functions return structures of up to 8 bytes in registers, like integers. On this system they
+// return them through memory.
 constexpr char kNow[] = "_ZNSt3__16chrono12steady_clock3nowEv";
 constexpr char kInsert[] =
     "_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE6insertENS_11__wrap_iterIPKcEEc";

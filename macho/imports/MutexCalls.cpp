@@ -8,8 +8,8 @@ namespace dovrel::macho {
 
 namespace {
 
-// There a mutex is a word, the signature, with 56 (or 40) bytes behind it that are zero while it is unused:
-// that is an unused mutex of this system.
+// On macOS a mutex is a word (the signature), followed by 56 bytes (40 in 32-bit programs), which are zero in
+// an unused mutex. On this system such zero bytes are a valid, unused mutex.
 pthread_mutex_t* systemMutex(void* mutex) {
     static_assert(sizeof(pthread_mutex_t) <= (sizeof(void*) == 8 ? 56 : 40));
     return reinterpret_cast<pthread_mutex_t*>(static_cast<char*>(mutex) + sizeof(long));

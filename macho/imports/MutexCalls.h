@@ -1,4 +1,4 @@
-// std::mutex of an image: its layout is that of macOS.
+// std::mutex of an image, which has the layout of macOS.
 #pragma once
 
 namespace dovrel::macho {

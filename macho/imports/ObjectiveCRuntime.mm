@@ -1,4 +1,4 @@
-// Imports from libobjc, and the classes that the runtime knows.
+// The imports from libobjc, and the classes that the runtime knows.
 #include <objc/runtime.h>
 
 #include "macho/imports/ReviewedLibraries.h"
@@ -15,7 +15,7 @@ constexpr char kCoreFoundation[] =
 constexpr char kAppKit[] = "/System/Library/Frameworks/AppKit.framework/Versions/C/AppKit";
 constexpr char kFoundation[] = "/System/Library/Frameworks/Foundation.framework/Versions/C/Foundation";
 
-// Classes by their names on macOS, and where they are at home there.
+// The classes with their names on macOS and the libraries that contain them there.
 constexpr std::pair<const char*, const char*> kClasses[] = {
     {kAppKit, "NSAlert"},           {kCoreFoundation, "NSMutableArray"},
     {kCoreFoundation, "NSObject"},  {kFoundation, "NSAutoreleasePool"},

@@ -1,23 +1,23 @@
-// The libraries that a bundle imports from, one function for each; it enters what has been reviewed.
+// The libraries from which a bundle imports. One function per library adds the reviewed imports to the table.
 #pragma once
 
 #include "macho/imports/ImportTable.h"
 
 namespace dovrel::macho {
 
-/// The C library, which on macOS is the system's, with the BSD calls.
+/// The C library, which on macOS is libSystem and includes the BSD functions.
 void addSystemLibrary(ImportTable& table);
 
-/// The C++ standard library with its runtime.
+/// The C++ standard library and its runtime.
 void addStandardLibrary(ImportTable& table);
 
-/// Objective-C's runtime.
+/// The Objective-C runtime.
 void addObjectiveCRuntime(ImportTable& table);
 
-/// The frameworks, of which `portability/` and GNUstep have the calls.
+/// The frameworks, whose functions are in `portability/` and GNUstep.
 void addFrameworks(ImportTable& table);
 
-/// What images of this process's width import of all those, and others do not.
+/// The imports that only images of this process's width have.
 void addImportsOfWidth(ImportTable& table);
 
 }  // namespace dovrel::macho

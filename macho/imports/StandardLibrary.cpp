@@ -1,4 +1,4 @@
-// Imports from libc++.
+// The imports from libc++.
 #include "macho/imports/StandardLibrary.h"
 
 #include <dlfcn.h>
@@ -17,8 +17,8 @@ namespace {
 
 constexpr char kLibrary[] = "/usr/lib/libc++.1.dylib";
 
-// What an image does with a stream that it is given. Positions have another size on macOS, so streams of the
-// two systems do not fit together; but nobody can give it one, because no exported function takes a stream.
+// Functions that use a stream. Stream positions have another size on macOS, so the streams of the two systems
+// are not compatible. These functions are never called, because no exported function takes a stream.
 constexpr const char* kOfStreams[] = {
     "__ZNSt3__113basic_istreamIcNS_11char_traitsIcEEE3getEv",
     "__ZNSt3__113basic_istreamIcNS_11char_traitsIcEEE5seekgExNS_8ios_base7seekdirE",
@@ -29,7 +29,8 @@ void streamNeverUsed() {
     std::abort();
 }
 
-// Its own symbols come first for it: exceptions and memory of this program's C++ library have the same names.
+// Loads libc++. With RTLD_DEEPBIND it uses its own symbols first: exceptions and memory functions of this
+// program's C++ library have the same names.
 void* standardLibrary() {
     static void* const library = dlopen("libc++.so.1", RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND);
     if (library == nullptr) throw FormatError(dlerror());
@@ -40,7 +41,8 @@ void* standardLibrary() {
 
 void* standardLibrarySymbol(const std::string& name) {
     void* symbol = dlsym(standardLibrary(), name.c_str());
-    // In 32 bits size_t is a long integer there and an int here, which the ends of names tell.
+    // In 32-bit programs size_t is unsigned long on macOS and unsigned int on this system. This changes a
+    // letter in mangled names ("m" or "j").
     std::string shorter = name;
     for (size_t at = name.size(); sizeof(void*) == 4 && symbol == nullptr && at-- > 0;) {
         if (name[at] != 'm') continue;

@@ -1,4 +1,4 @@
-// Imports from libSystem.
+// The imports from libSystem.
 #include <copyfile.h>
 #include <dlfcn.h>
 #include <libc.h>
@@ -23,16 +23,16 @@ namespace {
 
 constexpr char kLibrary[] = "/usr/lib/libSystem.B.dylib";
 
-// Functions of the C library that take and answer the same on both systems, by their names in C.
+// C library functions that have the same parameters and results on both systems, by their C names.
 constexpr const char* kSame[] = {
     // memory and text
     "free", "malloc", "memchr", "memcmp", "memcpy", "memmove", "memset", "realloc", "strlen",
     // files; FILE is opaque
     "close", "dup", "fchmod", "fclose", "fflush", "fileno", "flock", "fopen", "fprintf", "fputc", "fread",
     "fseek", "ftell", "fwrite", "printf", "putchar", "puts", "remove", "rename", "snprintf", "write",
-    // time; both count the processor's in microseconds, and struct tm is the same
+    // time; clock() counts microseconds on both systems, and struct tm is the same
     "asctime", "clock", "gmtime_r", "localtime_r", "strftime", "time", "tzset", "usleep",
-    // the process; how a program ended is told in the same bits
+    // the process; the exit status has the same bits on both systems
     "abort", "getenv", "getpid", "rand", "srand", "system"};
 
 void stackWasOverwritten() {
@@ -40,7 +40,7 @@ void stackWasOverwritten() {
     std::abort();
 }
 
-// Everything is bound when the image is loaded.
+// Must not be called, because all symbols are bound when the image is loaded.
 void neverCalled() {
     std::fputs("the bundle binds at its first call\n", stderr);
     std::abort();
@@ -56,7 +56,8 @@ void* functionOfThisSystem(const char* name) {
     return function;
 }
 
-// In 32-bit images some names have an end that tells the function, as the standard has it, from an older one.
+// Adds a function by all its names. In 32-bit images some names have a suffix, which distinguishes the
+// standard function from an older one.
 void addByItsNames(ImportTable& table, const std::string& name, void* function) {
     table.add(kLibrary, "_" + name, function);
     if (sizeof(void*) == 4) table.add(kLibrary, "_" + name + "$UNIX2003", function);
@@ -68,11 +69,12 @@ void addSystemLibrary(ImportTable& table) {
     for (const char* const name : kSame)
         addByItsNames(table, name, functionOfThisSystem(name));
     addByItsNames(table, "open", reinterpret_cast<void*>(&platformOpen));
-    // By their addresses: in 32 bits these names mean other functions, for files of up to 2 GiB.
+    // By address: in 32-bit programs these names refer to other functions, which support files of up to
+    // 2 GiB.
     addByItsNames(table, "ftruncate", reinterpret_cast<void*>(&ftruncate));
     addByItsNames(table, "pwrite", reinterpret_cast<void*>(&pwrite));
 
-    static uintptr_t guard = 0x5AC39F00;  // has a zero byte, at which copies of texts end
+    static uintptr_t guard = 0x5AC39F00;  // contains a zero byte, which stops an overflowing text copy
     table.add(kLibrary, "___stack_chk_guard", &guard);
     table.add(kLibrary, "___stack_chk_fail", &stackWasOverwritten);
     table.add(kLibrary, "dyld_stub_binder", &neverCalled);

@@ -1,4 +1,4 @@
-// Strings that stand in an image as objects.
+// Converts the string objects that an image contains.
 #pragma once
 
 #include "macho/format/MachOFile.h"
@@ -6,7 +6,8 @@
 
 namespace dovrel::macho {
 
-/// Makes each constant string of the linked image one of this system's, in its place: code has its address.
+/// Converts each constant string of the linked image to this system's class. The object keeps its address,
+/// because code refers to it.
 void convertConstantStrings(const MachOFile& file, MappedImage& image);
 
 }  // namespace dovrel::macho

@@ -6,7 +6,7 @@ namespace dovrel::macho {
 
 namespace {
 
-// As the compiler writes it for the system.
+// The layout that the compiler writes for macOS.
 struct SystemString {
     uintptr_t theClass;
     uintptr_t flags;
@@ -14,7 +14,7 @@ struct SystemString {
     uintptr_t length;
 };
 
-// As this system's runtime has it; the text is UTF-8.
+// The layout of this system's runtime. The text is UTF-8.
 struct RuntimeString {
     uintptr_t theClass;
     uintptr_t text;
@@ -26,7 +26,8 @@ static_assert(sizeof(RuntimeString) <= sizeof(SystemString), "a string is conver
 
 constexpr uintptr_t kTextIsUtf16 = 0x10;
 
-// For as long as the process lives, like the image. The length becomes that of the bytes.
+// Returns a UTF-8 copy of the text, which is never freed, like the image. Sets `length` to the number
+// of bytes.
 const char* utf8Text(const SystemString& string, uintptr_t& length) {
     NSString* const text = [NSString stringWithCharacters:reinterpret_cast<const unichar*>(string.text)
                                                    length:string.length];

@@ -1,4 +1,4 @@
-// The classes that a 32-bit macOS image defines itself; such images have an older layout for them.
+// Registers the classes that a 32-bit macOS image defines. Their descriptions have an older layout.
 #pragma once
 
 #include "macho/format/MachOFile.h"
@@ -6,12 +6,13 @@
 
 namespace dovrel::macho {
 
-/// Registers all classes of the linked 32-bit image. Throws FormatError where the runtime has a class of that
-/// name already or none of the superclass's, and where it puts an instance variable elsewhere than the
-/// compiler.
+/// Registers all classes of the linked 32-bit image. Throws FormatError in these cases:
+/// - The runtime already has a class with the name.
+/// - The runtime does not have the superclass.
+/// - An instance variable has another offset than in the compiled code.
 void registerLegacyClasses(const MachOFile& file, const MappedImage& image);
 
-/// Makes the names of classes that code of the image looks up the classes themselves.
+/// Replaces each class name that code of the image looks up by a pointer to the class.
 void referToLegacyClasses(const MachOFile& file, MappedImage& image);
 
 }  // namespace dovrel::macho

@@ -12,7 +12,7 @@ namespace dovrel::macho {
 
 namespace {
 
-// What the compiler writes for a class in a 32-bit image.
+// The compiler's description of a class in a 32-bit image.
 struct MethodEntry {
     const char* name;
     const char* types;
@@ -65,7 +65,7 @@ void addVariables(Class target, const VariableList* variables) {
     }
 }
 
-// Code of the image has the offsets in it.
+// Checks the offsets of the instance variables, because they are compiled into the image's code.
 void checkOffsets(Class made, const VariableList* variables) {
     for (int i = 0; variables != nullptr && i < variables->count; ++i) {
         const VariableEntry& variable = variables->entries[i];
@@ -106,7 +106,8 @@ std::vector<const ClassDescription*> classesOf(const MachOFile& file, const Mapp
 }  // namespace
 
 void registerLegacyClasses(const MachOFile& file, const MappedImage& image) {
-    // The superclass may stand anywhere in the section: whoever lacks it waits for the next round.
+    // A superclass can come after its subclass in the section. A class without its superclass waits for the
+    // next round.
     std::vector<const ClassDescription*> waiting = classesOf(file, image);
     while (!waiting.empty()) {
         std::vector<const ClassDescription*> stillWaiting;

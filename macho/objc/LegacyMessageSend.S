@@ -1,6 +1,7 @@
-// The function that compiled messages of a 32-bit macOS image call, see MessageSend.h, and what LegacyTry.h needs of
-// the processor. All arguments are on the stack, which is aligned to 16 bytes where functions are called. No other
-// library is called directly: that would take a register of the caller's.
+// The function that compiled messages of a 32-bit macOS image call (see MessageSend.h), and the
+// processor-specific part of LegacyTry.h. All arguments are on the stack, which is aligned to 16 bytes at
+// each call. This code does not call other libraries directly, because such a call needs a register that
+// belongs to the caller.
 
         .text
 
@@ -30,7 +31,8 @@ macho_objc_msgSend:
         .cfi_endproc
         .size   macho_objc_msgSend, . - macho_objc_msgSend
 
-// Where a method returns to that was called inside @try; the arguments are still on the stack. Unwinding ends here.
+// The return address of a method that was called inside @try. The arguments are still on the stack. Unwinding
+// ends here.
         .globl  macho_guardedReturn
         .hidden macho_guardedReturn
         .type   macho_guardedReturn, @function
@@ -52,7 +54,7 @@ macho_guardedReturn:
         .cfi_adjust_cfa_offset -16
         jmp     *%ecx
 
-// Where an exception arrives that such a method throws.
+// The landing pad for an exception of such a method.
         .globl  macho_guardedCatch
         .hidden macho_guardedCatch
         .type   macho_guardedCatch, @function

@@ -1,23 +1,24 @@
-// @try in 32-bit images: a handler is a setjmp whose buffer is handed to the runtime while the block runs.
-// Exceptions of this system's runtime unwind the stack instead; so methods that are called in such a block
-// are called in a way that unwinding ends behind them, and the handler is jumped to. In such
-// a block only methods may throw.
+// @try in 32-bit images. A handler is a setjmp, whose buffer the runtime keeps while the block runs.
+//
+// Exceptions of this system's runtime unwind the stack instead. Therefore a method that is called in such a
+// block gets a special return address. Unwinding ends there and jumps to the handler. In such a block, only
+// methods may throw.
 #pragma once
 
 #include <cstdint>
 
 extern "C" {
 
-/// What macOS's setjmp is for an image: fills the buffer and answers 0; answers 1 when the handler is to run.
+/// Replaces macOS's setjmp for an image. Fills the buffer and returns 0. Returns 1 if the handler must run.
 int macho_setjmp(void* buffer);
 }
 
 namespace dovrel::macho {
 
-/// The runtime's call at the beginning of a block; the buffer is that of its setjmp. Of the thread.
+/// Called at the start of a block. `buffer` is the argument of its setjmp. Applies to the calling thread.
 void enterTry(void* buffer);
 
-/// The runtime's call at the end of a block that threw nothing.
+/// Called at the end of a block that threw no exception.
 void leaveTry(void* buffer);
 
 }  // namespace dovrel::macho

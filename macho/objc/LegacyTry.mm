@@ -11,7 +11,7 @@
 
 namespace {
 
-// As macho_setjmp fills it.
+// The buffer that macho_setjmp fills.
 struct JumpBuffer {
     uint32_t registers[4];
     uintptr_t stack;
@@ -20,11 +20,11 @@ struct JumpBuffer {
 
 struct OpenTry {
     const JumpBuffer* buffer;
-    size_t guards;  // how many there were when it began
+    size_t guards;  // number of guards when the block began
 };
 
 thread_local std::vector<OpenTry> openTries;
-// Where the methods return to that are called inside @try and have not returned.
+// The return addresses of methods that were called inside @try and have not returned.
 thread_local std::vector<uintptr_t> guards;
 
 constexpr int kExceptionRegister = 0;  // eax
@@ -44,17 +44,17 @@ void leaveTry(void*) { openTries.pop_back(); }
 
 }  // namespace dovrel::macho
 
-// In LegacyMessageSend.S.
+// Defined in LegacyMessageSend.S.
 extern "C" {
 extern const char macho_guardedReturn[];
 extern const char macho_guardedCatch[];
 [[noreturn]] void macho_longjmp(const void* buffer);
 }
 
-// For LegacyMessageSend.S.
+// Called by LegacyMessageSend.S.
 #define FOR_ASSEMBLY extern "C" __attribute__((visibility("hidden"), used))
 
-// The method; inside @try the place of its return address gets another.
+// Returns the method. Inside @try, replaces its return address.
 FOR_ASSEMBLY IMP macho_methodInTry(id receiver, SEL selector, uintptr_t* returnAddress) {
     const IMP method = objc_msg_lookup(receiver, selector);
     if (!openTries.empty()) {
@@ -64,7 +64,7 @@ FOR_ASSEMBLY IMP macho_methodInTry(id receiver, SEL selector, uintptr_t* returnA
     return method;
 }
 
-// The method has returned; the answer is where to.
+// Called after the method has returned. Returns the original return address.
 FOR_ASSEMBLY uintptr_t macho_endGuard() {
     const uintptr_t returnAddress = guards.back();
     guards.pop_back();
@@ -81,9 +81,9 @@ FOR_ASSEMBLY _Unwind_Reason_Code macho_tryPersonality(int, _Unwind_Action action
     return _URC_INSTALL_CONTEXT;
 }
 
-// The innermost handler goes on, as if its setjmp had returned. What lies above the stack is not touched.
+// Continues in the innermost handler, as if its setjmp had returned. The stack above it is unchanged.
 FOR_ASSEMBLY void macho_continueInHandler(_Unwind_Exception* exception, uintptr_t stack) {
-    // A function that is no method, called in a block inside this call, would throw past that block.
+    // A function that is not a method, called in a block inside this call, would throw past that block.
     if (openTries.empty() || openTries.back().buffer->stack < stack)
         fail("what a @try of the bundle called was no method, and threw an exception");
     if (dovrel::macho::beginCatch(exception) == nullptr)

@@ -1,9 +1,9 @@
-// The functions that compiled messages of a 64-bit macOS image call, see MessageSend.h. In assembly because nothing
-// may happen to the registers that hold arguments, whatever these are, and the stack is the method's, too.
+// The functions that compiled messages of a 64-bit macOS image call (see MessageSend.h). They are in assembly
+// because they must preserve the stack and all registers that can contain arguments of any type.
 
         .text
 
-// Keeps every register that may hold an argument (rax has the number of vector registers in use).
+// Saves every register that may contain an argument (rax contains the number of vector registers in use).
 .macro SAVE_ARGUMENTS
         pushq   %rbp
         .cfi_def_cfa_offset 16
@@ -28,7 +28,7 @@
         movaps  %xmm7, 0xB0(%rsp)
 .endm
 
-// Brings them back and leaves the looked-up method in r11.
+// Restores the registers and puts the method that was found into r11.
 .macro RESTORE_ARGUMENTS
         movq    %rax, %r11
         movq    0x00(%rsp), %rdi

@@ -1,4 +1,4 @@
-// The classes that a macOS image defines itself.
+// Registers the classes that a macOS image defines.
 #pragma once
 
 #include <cstdint>
@@ -11,10 +11,11 @@ struct objc_class;
 
 namespace dovrel::macho {
 
-/// For each description of a class in the image, by its address, the class of this system's runtime.
+/// Maps the address of each class description in the image to the class of this system's runtime.
 using ClassMap = std::map<uintptr_t, objc_class*>;
 
-/// Registers all classes of the linked image. Throws FormatError where the runtime has a class of that name.
+/// Registers all classes of the linked image. Throws FormatError if the runtime already has a class with
+/// the name.
 ClassMap registerClasses(const MachOFile& file, MappedImage& image);
 
 }  // namespace dovrel::macho

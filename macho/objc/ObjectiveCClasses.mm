@@ -8,7 +8,7 @@ namespace dovrel::macho {
 
 namespace {
 
-// What the compiler writes for a class in a 64-bit image.
+// The compiler's description of a class in a 64-bit image.
 struct MethodList {
     uint32_t entrySize;
     uint32_t count;
@@ -26,7 +26,7 @@ struct VariableEntry {
     int64_t* offset;
     const char* name;
     const char* type;
-    uint32_t alignment;  // the power of two
+    uint32_t alignment;  // as a power of two
     uint32_t size;
 };
 struct ClassContent {
@@ -73,7 +73,8 @@ void addVariables(Class target, const VariableList* variables) {
     }
 }
 
-// Code of the image finds a variable by the offset that it reads here, because a superclass may have grown.
+// Writes the offsets of the instance variables into the image. Its code reads them there, because a
+// superclass may have become larger.
 void tellOffsets(Class target, const VariableList* variables) {
     for (uint32_t i = 0; variables != nullptr && i < variables->count; ++i) {
         const VariableEntry& variable = entryOf<VariableEntry>(*variables, i);
@@ -98,7 +99,8 @@ Class registerClass(const ClassDescription& description, Class superclass) {
 ClassMap registerClasses(const MachOFile& file, MappedImage& image) {
     ClassMap classes;
     const std::vector<uint64_t> places = pointerPlaces(file, "__objc_classlist");
-    // The superclass may stand anywhere in the list: whoever lacks it waits for the next round.
+    // A superclass can come after its subclass in the list. A class without its superclass waits for the
+    // next round.
     for (size_t before = 0, round = 0; round == 0 || classes.size() > before; ++round) {
         before = classes.size();
         for (const uint64_t place : places) {

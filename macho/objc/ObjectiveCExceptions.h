@@ -1,13 +1,13 @@
-// What code that catches Objective-C exceptions calls, for the kind of handler that catches them all.
+// The functions that code with @catch calls, for handlers that catch all exceptions.
 #pragma once
 
 namespace dovrel::macho {
 
-/// The exception object of an exception of the unwinder; nil for exceptions of another language. Keeps the
-/// exception until the matching call below.
+/// Returns the exception object of an exception of the unwinder, or nil for exceptions of other languages.
+/// Keeps the exception until the matching endCatch().
 void* beginCatch(void* unwindException);
 
-/// Ends the handler and the exception.
+/// Ends the handler and frees the exception.
 void endCatch();
 
 }  // namespace dovrel::macho

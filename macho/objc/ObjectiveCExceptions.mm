@@ -12,13 +12,13 @@ namespace {
 
 constexpr uint64_t kRuntimesOwn = 0x474E55434F424A43;  // "GNUCOBJC"
 
-// The runtime's exception, as far as the object.
+// The first members of the runtime's exception.
 struct RuntimeException {
     _Unwind_Exception base;
     id object;
 };
 
-// Handlers may be entered while others run.
+// A stack, because handlers can be nested.
 thread_local std::vector<_Unwind_Exception*> caught;
 
 }  // namespace

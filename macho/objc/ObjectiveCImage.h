@@ -1,4 +1,4 @@
-// The Objective-C part of a macOS image, made known to this system's runtime.
+// Makes the Objective-C part of a macOS image known to this system's runtime.
 #pragma once
 
 #include "macho/format/MachOFile.h"
@@ -6,8 +6,8 @@
 
 namespace dovrel::macho {
 
-/// Registers selectors and classes of the linked image and makes its constant strings objects of this system.
-/// Throws FormatError for what the runtime does not take.
+/// Registers the selectors and classes of the linked image, and converts its constant strings to objects of
+/// this system. Throws FormatError if the runtime rejects a part.
 void prepareObjectiveC(const MachOFile& file, MappedImage& image);
 
 }  // namespace dovrel::macho

@@ -11,7 +11,7 @@ namespace dovrel::macho {
 
 namespace {
 
-// The image has names where the runtime has selectors; 32-bit images have them in the second section.
+// Replaces names by selectors. 32-bit images have the names in the second section.
 void registerSelectors(const MachOFile& file, MappedImage& image) {
     for (const char* section : {"__objc_selrefs", "__message_refs"}) {
         for (const uint64_t place : pointerPlaces(file, section)) {

@@ -7,7 +7,7 @@
 
 namespace dovrel::macho {
 
-// Classes that the portability layer supplies have other names here.
+// Classes of the portability layer have other names than on the platform.
 Class platformClass(const char* name) {
     if (std::strcmp(name, "NSAlert") == 0) return [NSAlert class];
     if (std::strcmp(name, "NSTask") == 0) return [NSTask class];

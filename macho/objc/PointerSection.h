@@ -1,4 +1,4 @@
-// Sections that are lists of pointers.
+// Reads sections that are lists of pointers.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace dovrel::macho {
 
-/// The address of each pointer in the sections of this name, in whatever segment the linker put them.
+/// Returns the address of each pointer in the sections with this name, in all segments.
 inline std::vector<uint64_t> pointerPlaces(const MachOFile& file, const std::string& name) {
     std::vector<uint64_t> places;
     for (const Section& section : file.sections()) {

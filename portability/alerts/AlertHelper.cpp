@@ -22,8 +22,9 @@ bool isSet(const char* variable) {
     return value != nullptr && *value != '\0';
 }
 
-/// The path of the file that is mapped at the address. The kernel's list of mappings has it absolute and
-/// without links; the loader's path may be relative to a folder that the host has left since.
+/// Returns the path of the file that is mapped at the address. The kernel's list of mappings contains
+/// absolute paths without symbolic links. The loader's path may be relative to a folder that is no longer the
+/// host's working directory.
 std::string fileMappedAt(uintptr_t address) {
     std::ifstream mappings("/proc/self/maps");
     for (std::string line; std::getline(mappings, line);) {

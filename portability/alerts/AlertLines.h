@@ -1,4 +1,4 @@
-// Lines out of the pieces in which a stream delivers them. Private to the layer.
+// Splits a stream's data into lines. Private to the layer.
 #pragma once
 
 #include <cstddef>
@@ -9,19 +9,20 @@ namespace portability {
 
 class AlertLines {
   public:
-    /// Adds what was read from the stream. Returns false, from then on always, if a line is longer than
-    /// kLongestAlertLine (AlertMessages.h); the lines before it can still be taken.
+    /// Adds bytes that were read from the stream. If a line is longer than kLongestAlertLine
+    /// (AlertMessages.h), this and all later calls return false; next() still returns the lines before it.
     bool append(const char* bytes, size_t count);
 
-    /// Takes the oldest complete line, without its line feed. Returns nothing if there is none yet.
+    /// Removes the oldest complete line and returns it without its line feed. Returns nothing if there is
+    /// none yet.
     std::optional<std::string> next();
 
-    /// Whether there are bytes that were not taken.
+    /// Returns whether there are bytes that next() has not returned.
     bool hasRest() const { return !bytes_.empty(); }
 
   private:
     std::string bytes_;
-    size_t lineLength_ = 0;  // of the last line so far
+    size_t lineLength_ = 0;  // length of the incomplete last line
     bool tooLong_ = false;
 };
 

@@ -33,7 +33,8 @@ std::string wellFormed(const std::string& text) {
     return json::parse(written(text)).get<std::string>();
 }
 
-// The text must be well-formed, so that a boundary is found.
+// Cuts a text that is too long between two characters. The text must be valid UTF-8, so that the loop finds
+// the start of a character.
 std::string cutTo(size_t longest, const std::string& text) {
     if (text.size() <= longest) return text;
     size_t end = longest - (sizeof kCutMark - 1);
@@ -42,7 +43,7 @@ std::string cutTo(size_t longest, const std::string& text) {
     return text.substr(0, end) + kCutMark;
 }
 
-// The text must not have a NUL character: the C strings of the window classes would end there.
+// Replaces NUL characters by U+FFFD, because the window classes take C strings, which end at a NUL character.
 std::string withoutNul(const std::string& text) {
     std::string result;
     for (const char byte : text) {
@@ -56,7 +57,8 @@ std::string withoutNul(const std::string& text) {
 }
 
 std::string shownText(size_t longest, const std::string& text) {
-    // Cleaning never makes a text shorter, so one byte more than is shown tells that there is more.
+    // Replacing invalid bytes never shortens the text. So the limit plus one byte is enough to see that the
+    // text is too long.
     return cutTo(longest, withoutNul(wellFormed(text.substr(0, longest + 1))));
 }
 
@@ -64,15 +66,16 @@ std::string lineOf(const json& message) {
     return written(message) + '\n';
 }
 
-// A discarded value if the line is refused. Deep values must be moved, never copied: copying is recursive.
+// Parses a line. Returns a discarded value if the line is rejected. Callers must move nested values and not
+// copy them, because copying is recursive and a hostile value is nested deeply.
 json parsed(std::string_view line) {
-    // The parser takes a NUL character for the end and would ignore what follows it.
+    // The parser treats a NUL character as the end and would ignore the text after it.
     if (line.size() > kLongestAlertLine || line.find('\0') != std::string_view::npos)
         return json(json::value_t::discarded);
     return json::parse(line, nullptr, false);
 }
 
-// The member, or null (including if `message` is not an object).
+// Returns the member, or null if it is missing or `message` is not an object.
 const json& member(const json& message, const char* name) {
     static const json missing;
     const auto found = message.find(name);

@@ -24,7 +24,8 @@ void setDescriptor(AEDesc* descriptor, DescType type, DescriptorStorage* storage
     descriptor->dataHandle = storage->handle();
 }
 
-// Identifiers of the events of this process, from 1 up; replies carry them.
+// Returns the next return ID, which identifies an event of this process and is copied into its reply. Return
+// IDs start at 1.
 AEReturnID nextReturnID() {
     static std::atomic<uint16_t> last{0};
     const auto next = static_cast<uint16_t>(last.fetch_add(1, std::memory_order_relaxed) & 0x7FFF);

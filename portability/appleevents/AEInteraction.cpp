@@ -6,8 +6,8 @@
 
 namespace {
 
-// Calls the sender's idle procedure with a null event, which is all that happens in a process without
-// windows.
+// Calls the sender's idle procedure with a null event. In a process without windows there are no
+// other events.
 class IdleProcCaller final : public portability::IdleCaller {
   public:
     explicit IdleProcCaller(AEIdleUPP procedure) : procedure_(procedure) {}
@@ -28,7 +28,7 @@ class IdleProcCaller final : public portability::IdleCaller {
     static constexpr int64_t kLongestSleep = 60 * kTicksPerSecond;
 
     AEIdleUPP procedure_;
-    SInt32 sleepTicks_ = 1;  // asked for by the procedure at each call
+    SInt32 sleepTicks_ = 1;  // the idle procedure sets it at each call
 };
 
 }  // namespace

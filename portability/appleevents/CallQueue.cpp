@@ -11,7 +11,7 @@ constexpr std::chrono::seconds kLongestHandover{1};
 
 }  // namespace
 
-// Lives on the stack of the thread that waits for it.
+// A queued call. It is on the stack of the thread that waits for it.
 struct CallQueue::Call {
     Procedure procedure;
     void* parameter;

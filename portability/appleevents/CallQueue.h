@@ -1,4 +1,4 @@
-// Calls on their way from other threads to a loop on the main thread. Private to the layer.
+// A queue of calls from other threads to a loop on the main thread. Private to the layer.
 #pragma once
 
 #include <atomic>
@@ -7,33 +7,36 @@
 
 namespace portability {
 
-/// All members may be called from any thread. They throw nothing, and the procedures must not either.
+/// All members are thread-safe and throw nothing. The queued procedures must not throw either.
 class CallQueue {
   public:
     using Procedure = void* (*)(void*);
 
-    /// From now on calls are taken.
+    /// Opens the queue. From now on it accepts calls.
     void open();
 
-    /// From now on calls are refused, and those that nobody has begun are given back to their callers.
+    /// Closes the queue. From now on it rejects calls. Queued calls that have not started are returned to
+    /// their callers: their run() returns false.
     void close();
 
     bool isOpen() const;
 
-    /// Queues `procedure(parameter)`, calls `wakeLoop` and waits until the call has returned; `result`
-    /// receives what it returned.
+    /// Queues `procedure(parameter)`, calls `wakeLoop` and waits until the procedure has returned. Writes its
+    /// return value to `result`.
     ///
-    /// Returns false, without having run the procedure and with `result` left alone, if the queue is closed,
-    /// or if it is closed or a second passes before the call is begun. A main thread that is inside its loop
-    /// may still be unable to serve it: it may wait for a lock that the caller holds, or run its loop in a
-    /// mode that does not look at the queue.
+    /// Returns false, without running the procedure and without changing `result`, in these cases:
+    /// - The queue is closed, or is closed before the call starts.
+    /// - The call has not started after one second.
+    ///
+    /// The second case can happen although the main thread is inside its loop. For example, it may wait for a
+    /// lock that the caller holds, or run its loop in a mode that does not check the queue.
     bool run(Procedure procedure, void* parameter, void** result, void (*wakeLoop)());
 
-    /// Whether a call waits to be begun. Takes no lock.
+    /// Returns whether a call in the queue has not started. Takes no lock.
     bool hasCalls() const { return oldest_.load() != nullptr; }
 
-    /// Runs the oldest call, if there is one, on this thread. The procedure may run a loop that serves the
-    /// next one.
+    /// Runs the oldest queued call, if any, on this thread. The procedure may run a nested loop that calls
+    /// this function for the next one.
     void serveOldest();
 
   private:

@@ -89,7 +89,7 @@ bool fromNumber(int64_t number, DescType to, CoercedValue& result) {
     return true;
 }
 
-// A code is a number in memory and text on paper.
+// A four-character code is stored as a number in the machine's byte order; its text is in reading order.
 bool coerceCode(DescType from, const void* data, size_t size, DescType to, CoercedValue& result) {
     const bool codeToText = isCode(from) && isText(to);
     const bool textToCode = isText(from) && isCode(to);

@@ -15,9 +15,12 @@ struct CoercedValue {
     size_t size = 0;
 };
 
-/// Converts a value to another type: whole numbers and booleans among each other, as far as the value fits;
-/// whole numbers and decimal text; four-character codes and text. False when there is no such conversion, or
-/// no result for this value.
+/// Converts a value to another type. Supported conversions:
+/// - between whole numbers and booleans, if the value fits
+/// - between whole numbers and decimal text
+/// - between four-character codes, and between these and text
+///
+/// Returns false if there is no such conversion or if it has no result for this value.
 bool coerce(DescType from, const void* data, size_t size, DescType to, CoercedValue& result);
 
 }  // namespace portability

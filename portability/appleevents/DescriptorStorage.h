@@ -1,4 +1,4 @@
-// What the handle of a descriptor stands for. Private to the layer.
+// The object to which a descriptor's handle refers. Private to the layer.
 #pragma once
 
 #include <CoreServices/AEDataModel.h>
@@ -12,22 +12,21 @@ namespace portability {
 class ByteStorage;
 class EventStorage;
 
-/// The storage of a descriptor: plain bytes or an event. It belongs to the descriptor and is freed by
-/// AEDisposeDesc.
+/// The storage of a descriptor: plain bytes or an event. The descriptor owns it, and AEDisposeDesc frees it.
 class DescriptorStorage {
   public:
     DescriptorStorage(const DescriptorStorage&) = delete;
     DescriptorStorage& operator=(const DescriptorStorage&) = delete;
     virtual ~DescriptorStorage() = default;
 
-    /// The storage of a descriptor; null for a null descriptor and for a null pointer.
+    /// Returns the storage of a descriptor. Returns null for a null descriptor and for a null pointer.
     static DescriptorStorage* of(const AEDesc* descriptor);
 
-    /// The same, if it is of that kind; else null.
+    /// The same for storage of one kind. Both return null if the storage is of the other kind.
     static const ByteStorage* bytesOf(const AEDesc* descriptor);
     static EventStorage* eventOf(const AEDesc* descriptor);
 
-    /// What goes into the descriptor.
+    /// Returns the handle for the descriptor.
     AEDataStorage handle() { return reinterpret_cast<AEDataStorage>(this); }
 
   protected:
@@ -38,10 +37,10 @@ class DescriptorStorage {
     virtual EventStorage* asEvent() { return nullptr; }
 };
 
-/// Plain bytes. They never change.
+/// Plain bytes, which never change.
 class ByteStorage final : public DescriptorStorage {
   public:
-    /// Copies the bytes.
+    /// Copies the bytes. Throws std::bad_alloc.
     ByteStorage(const void* data, size_t size);
 
     const uint8_t* data() const { return data_.get(); }

@@ -9,7 +9,7 @@ namespace portability {
 namespace {
 
 OSErr callHandler(const HandlerTable::Entry& entry, const AppleEvent& event, AppleEvent& reply) {
-    // What a handler throws must not leave the event loop.
+    // An exception of a handler must not leave the event loop.
     try {
         return entry.handler(&event, &reply, entry.refcon);
     } catch (...) {

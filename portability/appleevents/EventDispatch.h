@@ -1,4 +1,4 @@
-// From an event to its handler. Private to the layer.
+// Calls the handlers of events. Private to the layer.
 #pragma once
 
 #include <CoreServices/AppleEvents.h>
@@ -7,13 +7,16 @@
 
 namespace portability {
 
-/// Calls the handler for the event, on this thread, and lets it fill `reply`; null: the sender wants none. A
-/// less specific handler follows one that answers errAEEventNotHandled. Any other error of a handler goes
-/// into the reply as keyErrorNumber, and so does errAEEventFailed for one that throws. The result is for the
-/// sender's call: noErr, or errAEEventNotHandled.
+/// Calls the handlers for the event on this thread, the most specific first, until one returns a result other
+/// than errAEEventNotHandled. The handler fills `reply`, which is null if the sender wants no reply.
+///
+/// Any other error of the handler is stored in the reply as keyErrorNumber. An exception counts as
+/// errAEEventFailed. Returns the result for the sender's call: noErr, errAEEventNotHandled if no handler
+/// handled the event, or memFullErr. Throws std::bad_alloc.
 OSErr dispatchEvent(EventStorage& event, EventStorage* reply);
 
-/// Makes `reply` the reply to `event`: 'aevt'/'ansr' with the event's identifiers. memFullErr.
+/// Makes `reply` the reply to `event`: 'aevt'/'ansr' with the event's return ID and transaction ID. Returns
+/// noErr or memFullErr.
 OSErr prepareReply(const EventStorage& event, EventStorage& reply);
 
 }  // namespace portability

@@ -6,7 +6,7 @@ namespace portability {
 
 namespace {
 
-// A plain read could be repeated by the compiler after the check, with another result.
+// The compiler may repeat a plain read after the check, and the second read may return another value.
 uint32_t readOnce(const uint8_t* place) {
     return __atomic_load_n(reinterpret_cast<const uint32_t*>(place), __ATOMIC_RELAXED);
 }

@@ -17,7 +17,7 @@
 #include "portability/transport/RequestServer.h"
 
 extern "C" {
-// The platform exports both in 64-bit programs, too, but declares them only for 32-bit ones.
+// The platform exports both functions in 32-bit and 64-bit programs, but declares them only for 32-bit ones.
 void RunApplicationEventLoop(void);
 void QuitApplicationEventLoop(void);
 }
@@ -61,7 +61,7 @@ class EventLoop {
         end();
     }
 
-    // May be called from a signal handler.
+    // May be called by a signal handler.
     void quit() {
         const ErrnoKeeper errnoKeeper;
         quit_.store(true);
@@ -79,8 +79,8 @@ class EventLoop {
   private:
     bool isRunning() const { return calls_.isOpen(); }
 
-    // The descriptor lives as long as the process, because a signal handler may be using it at any time. A
-    // forked process needs one of its own.
+    // The descriptor is never closed, because a signal handler may use it at any time. A forked process needs
+    // its own.
     bool makeWakeDescriptor() {
         if (wake_.load() >= 0 && owner_ == processMark()) return true;
         wake_.store(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
@@ -91,7 +91,7 @@ class EventLoop {
     void wakeUp() {
         const eventfd_t once = 1;
         const int descriptor = wake_.load();
-        // It can fail only when the counter is full, and then the loop is about to wake up.
+        // The write fails only if the counter is full; then the loop is about to wake up anyway.
         if (descriptor >= 0) eventfd_write(descriptor, once);
     }
 
@@ -103,7 +103,7 @@ class EventLoop {
     }
 
     void end() {
-        // The next loop must not be ended by what ended this one.
+        // The next loop must not be ended by a quit() that was meant for this one.
         quit_.store(false);
         calls_.close();
     }
@@ -114,7 +114,8 @@ class EventLoop {
     CallQueue calls_;
 };
 
-// Never destroyed: other threads may call, and a handler may quit the loop, while the process ends.
+// Never destroyed, because other threads may make calls, and a handler may quit the loop, while the
+// process exits.
 EventLoop& loop = *new EventLoop;
 
 void EventLoop::wakeUpForCall() {

@@ -14,7 +14,7 @@ namespace {
 
 constexpr AESendMode kReplyModeMask = 0x03;
 
-// The result is that of the sender's call.
+// Returns the result for the sender's call.
 OSStatus runHandlers(EventStorage& event, EventStorage* reply) {
     try {
         if (reply != nullptr && prepareReply(event, *reply) != noErr) return memFullErr;

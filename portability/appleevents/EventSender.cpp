@@ -22,10 +22,10 @@ namespace {
 
 constexpr AESendMode kReplyModeMask = 0x03;
 
-// Null if there is none, or after an error.
+// Null if there is no reply or after an error.
 using ReplyEvent = std::unique_ptr<EventStorage>;
 
-// Where an address leads.
+// The receiver to which an address refers.
 struct Target {
     enum class Kind { endpoint, thisProcess, nobody, unknown };
     Kind kind;
@@ -45,8 +45,8 @@ bool readProcess(const ImageItem& address, pid_t& process) {
     return readValue(address, number) && GetProcessPID(&number, &process) == noErr;
 }
 
-// Four bytes are the code itself, in the machine's byte order. More than four are the text of the code with
-// whatever follows it in memory; its characters come in the order in which they are read, on every machine.
+// Reads the signature. An address of four bytes is the code in the machine's byte order. A longer address is
+// the code's text, followed by other bytes; its characters are in reading order on every machine.
 bool readSignature(const ImageItem& address, OSType& signature) {
     if (!readValue(address, signature)) return false;
     if (address.header.size == sizeof signature) return true;
@@ -78,7 +78,8 @@ Target findTarget(const EventStorage& event) {
 
 OSStatus sendToThisProcess(const EventStorage& event, const OutgoingRequest& request, bool wantsReply,
                            ReplyEvent& reply) {
-    // The handler gets a view of its own: what it reads leaves no marks in the sender's event.
+    // The handler reads a view of the event, so that noteRead() does not mark parameters of the
+    // sender's event.
     EventStorage received(event.image().data(), event.image().size(), nullptr);
     received.setDelivery({getpid(), kAEDirectCall, request.mode, request.timeOutInTicks});
     if (wantsReply) {
@@ -111,13 +112,13 @@ bool isUsable(Connection::Outcome outcome) {
     return outcome != Connection::Outcome::notSent && outcome != Connection::Outcome::lost;
 }
 
-// The event of a reply whose image is whole; the image may stay where it lies only if a block holds it.
+// Makes an event of a reply whose image is not damaged. The image is copied unless a block keeps it valid.
 ReplyEvent eventOfReply(ReceivedReply& received) {
     if (received.block == nullptr) return EventStorage::copyOf(received.image, received.size);
     return std::make_unique<EventStorage>(received.image, received.size, std::move(received.block));
 }
 
-// One exchange over one connection. A damaged reply counts as a connection that was lost.
+// Performs one exchange over one connection. A damaged reply counts as a lost connection.
 Connection::Outcome exchange(Connection& connection, const OutgoingRequest& request, OSStatus& result,
                              ReplyEvent& reply) {
     ReceivedReply received;
@@ -146,7 +147,8 @@ OSStatus sendToEndpoint(OSType signature, const OutgoingRequest& request, bool w
         const Connection::Outcome outcome =
             wantsReply ? exchange(connection, request, replyResult, reply) : connection.post(request);
         if (isUsable(outcome)) keepConnection(std::move(kept));
-        // A kept connection whose other end has gone says nothing about who is there now.
+        // A pooled connection that its peer has closed does not show whether the endpoint has a new owner. So
+        // the next connection is tried, and finally a new one.
         if (outcome == Connection::Outcome::notSent && !isFresh) continue;
         return statusOf(outcome, replyResult);
     }

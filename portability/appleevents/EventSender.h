@@ -1,4 +1,4 @@
-// Sending an event to wherever its address leads. Private to the layer.
+// Sends an event to its target. Private to the layer.
 #pragma once
 
 #include <CoreServices/AEDataModel.h>
@@ -7,8 +7,8 @@
 
 namespace portability {
 
-/// What AESend and AESendMessage have in common: see there. `reply` and `idle` may be null. Keeps errno,
-/// throws nothing.
+/// The common part of AESend and AESendMessage; their comments describe it. `reply` and `idle` may be null.
+/// Does not change errno. Throws nothing.
 OSStatus sendEvent(const AppleEvent* event, AppleEvent* reply, AESendMode mode, long timeOutInTicks,
                    IdleCaller* idle);
 

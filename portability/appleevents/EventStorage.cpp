@@ -50,8 +50,8 @@ bool EventStorage::find(ItemKind kind, AEKeyword keyword, EventValue& value) con
     return true;
 }
 
-// A received event tells about its sender; the target's address, which its image holds, is known to the
-// receiver anyway.
+// Computes the attributes that are not in the image. A received event contains its sender's address instead
+// of the target's, because the receiver knows its own address.
 bool EventStorage::compute(AEKeyword attribute, EventValue& value) const {
     UInt32 unread;
     switch (attribute) {

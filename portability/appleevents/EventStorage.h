@@ -13,8 +13,8 @@
 
 namespace portability {
 
-/// How an event reached its handler. These facts are attributes of the event, though its image does not hold
-/// them.
+/// Describes how an event reached its handler. These values are attributes of the event, although its image
+/// does not contain them.
 struct Delivery {
     pid_t sender = 0;
     AEEventSource source = kAEUnknownSource;
@@ -22,8 +22,9 @@ struct Delivery {
     SInt32 timeOutInTicks = 0;
 };
 
-/// A parameter or an attribute: its type and its bytes, which stay in place until the event is changed. A
-/// value that no image holds is in the object itself, so it is not to be copied.
+/// The type and the bytes of a parameter or an attribute. The bytes are valid until the event is
+/// changed. A computed value, which is not in the image, is stored in this object; therefore the object
+/// cannot be copied.
 struct EventValue {
     EventValue() = default;
     EventValue(const EventValue&) = delete;
@@ -35,34 +36,36 @@ struct EventValue {
     std::array<uint8_t, 4> computed{};
 };
 
-/// Parameters and attributes by keyword. One thread at a time.
+/// Stores the parameters and attributes of an event by keyword. Not thread-safe: one thread at a time.
 class EventStorage final : public DescriptorStorage {
   public:
-    /// An event without anything.
+    /// Makes an event without parameters and attributes.
     EventStorage() = default;
 
-    /// An event that came in. Its image is whole (isWholeImage) and stays in place as ImageMemory says.
+    /// Makes a received event. Its image must have passed isWholeImage(), and must stay valid as
+    /// ImageMemory requires.
     EventStorage(const uint8_t* image, size_t size, std::shared_ptr<const void> keeper);
 
-    /// Copies an image that is whole; throws std::bad_alloc.
+    /// Makes an event with a copy of the image, which must have passed isWholeImage(). Throws std::bad_alloc.
     static std::unique_ptr<EventStorage> copyOf(const uint8_t* image, size_t size);
 
-    /// Makes the facts of its delivery attributes of the event.
+    /// Sets the values of the attributes that describe the delivery.
     void setDelivery(const Delivery& delivery);
 
     const ImageMemory& image() const { return image_; }
 
-    /// Finds a value; false when the event has none of that keyword.
+    /// Finds a value. Returns false if the event has none with this kind and keyword.
     bool find(ItemKind kind, AEKeyword keyword, EventValue& value) const;
 
-    /// Stores a copy of the bytes in place of the value of that keyword. On memFullErr (too large, too many
-    /// values, no memory) nothing has changed.
+    /// Stores a copy of the bytes. Replaces a value with the same kind and keyword. Returns memFullErr, and
+    /// changes nothing, if the value is too large, the event has too many values or memory runs out.
     OSErr put(ItemKind kind, AEKeyword keyword, DescType type, const void* data, size_t size);
 
-    /// Remembers that the parameter was read, for keyMissedKeywordAttr.
+    /// Records that the parameter was read, for keyMissedKeywordAttr.
     void noteRead(AEKeyword parameter) const;
 
-    /// An attribute of four bytes, 0 when the event has none of that keyword and that size.
+    /// Returns an attribute of four bytes. Returns 0 if the event has no attribute with this keyword and
+    /// this size.
     UInt32 fourBytes(AEKeyword attribute) const;
 
   private:
@@ -73,7 +76,7 @@ class EventStorage final : public DescriptorStorage {
     ImageMemory image_;
     Delivery delivery_;
     bool delivered_ = false;
-    mutable uint64_t read_ = 0;  // one bit per item; the items behind the 64th count as read
+    mutable uint64_t read_ = 0;  // one bit per item; the items after the 64th count as read
 };
 
 }  // namespace portability

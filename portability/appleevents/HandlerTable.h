@@ -1,4 +1,4 @@
-// The handlers of this process for Apple events. Private to the layer.
+// The Apple event handlers of this process. Private to the layer.
 #pragma once
 
 #include <CoreServices/AppleEvents.h>
@@ -8,7 +8,7 @@
 
 namespace portability {
 
-/// Handlers by event class and id. Any thread.
+/// Stores handlers by event class and event id. Thread-safe.
 class HandlerTable {
   public:
     struct Entry {
@@ -19,20 +19,23 @@ class HandlerTable {
         SRefCon refcon;
     };
 
-    /// The table of the process.
+    /// Returns the table of the process.
     static HandlerTable& shared();
 
-    /// Adds the entry, in place of one for the same events. Throws std::bad_alloc.
+    /// Adds the entry. Replaces an entry for the same events. Throws std::bad_alloc.
     void install(const Entry& entry);
 
-    /// Adds the entry if there is none for the same events; false when there is. Throws std::bad_alloc.
+    /// Adds the entry if there is none for the same events, and returns whether it did.
+    /// Throws std::bad_alloc.
     bool installIfAbsent(const Entry& entry);
 
-    /// Removes the entry for the same events; a null handler stands for any. False when there is none.
+    /// Removes the entry for the same events if it has the same handler; a null handler matches every
+    /// handler. Returns false if there is no such entry.
     bool remove(const Entry& entry);
 
-    /// The handlers that are to be tried for an event, the most specific first: class and id, class only, id
-    /// only, neither; the application's before the system's.
+    /// Returns the handlers for an event in the order in which they must be tried. The application's handlers
+    /// come before the system's. Within each group the most specific handler comes first: class and id, class
+    /// only, id only, neither. Throws std::bad_alloc.
     std::vector<Entry> handlersFor(AEEventClass eventClass, AEEventID eventID) const;
 
   private:

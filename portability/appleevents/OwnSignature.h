@@ -1,15 +1,16 @@
-// The creator signature of this application. Private to the layer.
+// Reads the creator signature of this application. Private to the layer.
 #pragma once
 
 #include <CoreServices/MacTypes.h>
 
 namespace portability {
 
-/// Reads CFBundleSignature of the main bundle; false when there is none of four characters.
+/// Reads CFBundleSignature of the main bundle. Returns false if it is missing or does not have
+/// four characters.
 bool readOwnSignature(OSType& signature);
 
-/// Whether the main bundle lies in a fixed place of the current system root. A copy of an application
-/// elsewhere bears the same signature, and must not take its place.
+/// Returns whether the main bundle is in a fixed place of the current system root. A copy of the application
+/// at another place has the same signature and must not claim its endpoint.
 bool isInstalled();
 
 }  // namespace portability

@@ -16,7 +16,7 @@ constexpr std::size_t kObjectsStart = 8;
 constexpr std::size_t kTrailerSize = 32;
 constexpr int kMostLevels = 128;
 
-// What the marker byte of an object says in its upper half.
+// The kinds of objects: the upper four bits of an object's marker byte.
 enum Kind : unsigned {
     kBoolean = 0x0,
     kInteger = 0x1,
@@ -29,7 +29,7 @@ enum Kind : unsigned {
     kDictionary = 0xD
 };
 
-// Where an object's content begins, after its marker, and how many bytes, units or members it has.
+// The position of an object's content after its marker, and its number of bytes, UTF-16 units or members.
 struct Extent {
     std::size_t start;
     std::size_t count;
@@ -42,7 +42,7 @@ class Reader {
     ObjectHolder readRoot() { return readTrailer() ? retained(object(top_, kMostLevels)) : ObjectHolder(); }
 
   private:
-    // One entry of the table of offsets, with what was made of it so far.
+    // One entry of the offset table, with the object read from it (if it was read already) and its depth.
     struct Entry {
         ObjectHolder value;
         int levels = 0;
@@ -65,7 +65,8 @@ class Reader {
     ObjectHolder readAscii(std::size_t at, unsigned count) const;
     ObjectHolder readUtf16(std::size_t at, unsigned count) const;
 
-    // Objects lie between the header and the table.
+    // Returns whether `size` bytes at `at` end before the offset table. All objects are between the header
+    // and that table.
     bool fits(uint64_t at, uint64_t size) const { return at <= table_ && size <= table_ - at; }
 
     uint64_t number(std::size_t at, std::size_t width) const {
@@ -105,7 +106,7 @@ bool Reader::readTrailer() {
     return true;
 }
 
-// A circle of references ends where no levels are left.
+// Returns an object, which it reads at the first call. The limit of levels also ends circular references.
 const Object* Reader::object(uint64_t index, int levelsLeft) {
     if (index >= objects_.size() || levelsLeft == 0) {
         return nullptr;
@@ -120,7 +121,7 @@ const Object* Reader::object(uint64_t index, int levelsLeft) {
         ObjectHolder value = readValue(static_cast<std::size_t>(at), levelsLeft, levels);
         objects_[position] = {std::move(value), levels};
     }
-    // What was made at a higher level may be too deep for this one.
+    // An object that was read at a higher level may be nested too deeply for this one.
     return objects_[position].levels <= levelsLeft ? objects_[position].value.get() : nullptr;
 }
 
@@ -156,7 +157,8 @@ ObjectHolder Reader::readValue(std::size_t at, int levelsLeft, int& levels) {
     return ObjectHolder();
 }
 
-// `width` is that of one byte, unit or member.
+// Reads the number of elements. `width` is the size in bytes of one element: a byte, a UTF-16 unit or a
+// reference to a member.
 bool Reader::extent(std::size_t at, unsigned marked, std::size_t width, Extent& extent) const {
     constexpr unsigned kCountFollows = 0xF;
     extent = {at + 1, marked};
@@ -221,7 +223,8 @@ ObjectHolder Reader::readCollection(Kind kind, std::size_t at, unsigned count, i
     return ObjectHolder(new __CFDictionary(std::move(members)));
 }
 
-// Integers have a sign from 8 bytes on; of 16 bytes those are known that need no more than 8 without a sign.
+// Integers of 8 bytes are signed, shorter ones are unsigned. Integers of 16 bytes are accepted only if their
+// upper 8 bytes are zero.
 ObjectHolder Reader::readInteger(std::size_t at, unsigned power) const {
     const std::size_t size = std::size_t{1} << power;
     if (size > 16 || !fits(at, size)) {

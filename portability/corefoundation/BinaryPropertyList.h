@@ -1,7 +1,7 @@
-// Reader of property lists in their binary form. Private to the layer.
+// Reads property lists in the binary format. Private to the layer.
 //
-// Own code, because libplist 2.2 reads a value again at each reference to it, so a list of a hundred objects
-// can keep it busy forever.
+// This is our own code because libplist 2.2 reads a value again at each reference to it. A list of a hundred
+// objects can keep it busy forever.
 #pragma once
 
 #include <string_view>
@@ -10,11 +10,12 @@
 
 namespace portability {
 
-/// Whether the document begins like a binary one.
+/// Returns whether the document begins like a binary property list.
 bool isBinaryPropertyList(std::string_view document);
 
-/// The value of the document. What the document holds once is one object, however often it is referred to.
-/// Empty if anything in it is damaged, is not part of a property list, or is nested beyond 128 levels.
+/// Returns the value of the document. An object that several others refer to is created only once. Returns
+/// an empty holder if any part is damaged, is not allowed in a property list, or is nested more than 128
+/// levels deep.
 ObjectHolder readBinaryPropertyList(std::string_view document);
 
 }  // namespace portability

@@ -23,7 +23,8 @@ std::string resourcesIn(const std::string& bundle, bool hasContents) {
     return isFolder(resources) ? resources : bundle;
 }
 
-// Folders of localized resources are named after the language's code or, in older bundles, its name.
+// Returns the English name of a language. Older bundles use it, instead of the code, as the name of a folder
+// with localized resources.
 std::string olderLanguageName(const std::string& code) {
     constexpr const char* kNames[][2] = {{"en", "English"}, {"de", "German"},  {"fr", "French"},
                                          {"es", "Spanish"}, {"it", "Italian"}, {"ja", "Japanese"}};
@@ -120,7 +121,7 @@ struct BundleTable {
 };
 
 BundleTable& table() {
-    // Never destroyed: bundles may be released while the program ends.
+    // Never destroyed, because bundles may be released while the process exits.
     static auto& bundles = *new BundleTable;
     return bundles;
 }
@@ -164,7 +165,8 @@ std::string bundleAround(const std::string& executable) {
 
 }  // namespace portability
 
-// The table is locked before the reference is given up, so that a bundle in the table always has one.
+// The table is locked before the reference is released, so that every bundle in the table has at least
+// one reference.
 void __CFBundle::release() const {
     const std::lock_guard<std::mutex> lock(portability::table().mutex);
     if (!releasesLast()) {

@@ -1,7 +1,7 @@
-// A bundle: where its parts lie and what its Info.plist says. Private to the layer.
+// A bundle: the paths of its parts, and the values of its Info.plist. Private to the layer.
 //
-// Each folder has at most one bundle, which everything in the process shares; a table lists those in use. All
-// members may be called from any thread.
+// There is at most one bundle object per folder, which all code in the process shares. A table contains the
+// bundles in use. All members are thread-safe.
 #pragma once
 
 #include <CoreFoundation/CFBundle.h>
@@ -14,30 +14,30 @@
 #include "portability/corefoundation/Object.h"
 
 struct __CFBundle final : portability::Object {
-    /// `path` is canonical and names a folder.
+    /// `path` must be the canonical path of an existing folder.
     explicit __CFBundle(const std::string& path);
     ~__CFBundle() override;
 
-    /// Also takes the bundle out of the table.
+    /// Also removes the bundle from the table when the last reference is released.
     void release() const override;
 
     const std::string& path() const { return path_; }
 
-    /// The folder of the resources; that of the bundle itself when it has none of its own.
+    /// Returns the path of the resources folder, or of the bundle itself if it has no resources folder.
     const std::string& resources() const { return resources_; }
 
-    /// The file that CFBundleExecutable names; empty when there is none.
+    /// Returns the path of the file that CFBundleExecutable names. Returns the empty string if there is none.
     std::string executable();
 
-    /// The value under `key` in the user's language, else in the Info.plist, or null; lives as long as the
-    /// bundle.
+    /// Returns the value of `key` in the localized strings of the user's language, otherwise in the
+    /// Info.plist, otherwise null. The bundle owns the value.
     CFTypeRef infoValue(CFStringRef key);
 
-    /// The value under `key` in the Info.plist if it is a string, else null.
+    /// Returns the value of `key` in the Info.plist if it is a string, otherwise null.
     CFStringRef infoString(CFStringRef key);
 
-    /// Where the resource `file` lies, first without a language, then in the user's; empty when there is
-    /// none.
+    /// Returns the path of the resource `file`. Searches first the resources without a language, then those
+    /// of the user's languages. Returns the empty string if there is none.
     std::string resource(const std::string& file);
 
   private:
@@ -56,13 +56,14 @@ struct __CFBundle final : portability::Object {
 
 namespace portability {
 
-/// The bundle in the folder `path`, made if need be, with one more reference; null when there is no such
-/// folder.
+/// Returns the bundle for the folder `path` and creates it if necessary. The caller releases it. Returns null
+/// if the folder does not exist.
 CFBundleRef createBundle(const std::string& path);
-/// The bundles in use, in the order in which they were made, each with one more reference.
+/// Returns the bundles in use in the order in which they were created. The caller releases each of them.
 std::vector<CFBundleRef> retainedBundles();
 
-/// The folder around an executable that lies in a bundle (…/Contents/MacOS/name); empty when it lies in none.
+/// Returns the path of the bundle that contains an executable (…/Contents/MacOS/name). Returns the empty
+/// string if the executable is not in a bundle.
 std::string bundleAround(const std::string& executable);
 
 }  // namespace portability

@@ -21,8 +21,7 @@ std::string ownExecutable() {
     return length <= 0 ? std::string() : std::string(path.data(), static_cast<std::size_t>(length));
 }
 
-// The bundle of the image, kept for good: whoever gets it without owning it may use it while the image is
-// loaded.
+// Returns the bundle that contains the image, with one reference. Returns null if there is none.
 CFBundleRef bundleOfImage(const std::string& image) {
     const std::string folder = portability::bundleAround(portability::canonicalPath(image));
     return folder.empty() ? nullptr : portability::createBundle(folder);
@@ -38,7 +37,7 @@ bool hasIdentifier(CFBundleRef bundle, CFStringRef identifier) {
     return own != nullptr && CFStringCompare(own, identifier, 0) == kCFCompareEqualTo;
 }
 
-// The one with the identifier and the highest version; of equals the last.
+// Returns the bundle with this identifier and the highest version. Among equal versions the last one wins.
 CFBundleRef bestMatch(const std::vector<CFBundleRef>& bundles, CFStringRef identifier) {
     CFBundleRef best = nullptr;
     for (const CFBundleRef bundle : bundles) {
@@ -59,7 +58,8 @@ CFBundleRef bestInUse(CFStringRef identifier) {
     return best;
 }
 
-// Keeps what matches and lets the others go.
+// Returns the best match and releases all other bundles. The reference to the match is never released,
+// because callers do not own it and may use the bundle while its image is loaded.
 CFBundleRef bestOfImages(const std::vector<std::string>& images, CFStringRef identifier) {
     std::vector<CFBundleRef> bundles;
     for (const std::string& image : images) {
@@ -101,7 +101,7 @@ CFBundleRef CFBundleCreate(CFAllocatorRef, CFURLRef bundleURL) {
 }
 
 CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef bundleID) {
-    CFBundleGetMainBundle();  // is in use from now on
+    CFBundleGetMainBundle();  // adds the main bundle to the bundles in use
     if (const CFBundleRef bundle = bestInUse(bundleID)) {
         return bundle;
     }

@@ -14,7 +14,7 @@ bool areEqual(CFStringRef first, CFStringRef second) {
     return CFStringCompare(first, second, 0) == kCFCompareEqualTo;
 }
 
-// GNUstep's tools keep the user's defaults in a file per domain.
+// Reads the value from the file in which GNUstep's tools store the user's defaults of the global domain.
 CFPropertyListRef copyGlobalDefault(CFStringRef key) {
     const std::string home = portability::homeFolder();
     const CFDictionaryRef defaults =

@@ -20,7 +20,7 @@ const std::vector<UniChar>& unitsOf(CFStringRef string) {
 CFIndex maximumBytesPerUnit(CFStringEncoding encoding) {
     switch (encoding) {
         case kCFStringEncodingUTF8:
-            return 3;  // a pair of units needs four bytes
+            return 3;  // a surrogate pair needs four bytes
         case kCFStringEncodingUTF16:
             return 2;
         default:
@@ -28,8 +28,8 @@ CFIndex maximumBytesPerUnit(CFStringEncoding encoding) {
     }
 }
 
-// Of ASCII and Latin 1, which is what identifiers are made of; the C library's tables depend on the host's
-// locale.
+// Converts only ASCII and Latin 1 letters, which is enough for identifiers. The C library's tables are not
+// used because they depend on the host's locale.
 UniChar lowerCase(UniChar unit) {
     constexpr UniChar kToLower = 0x20;
     constexpr UniChar kMultiplicationSign = 0xD7;
@@ -55,7 +55,7 @@ CFTypeID CFStringGetTypeID() {
 }
 
 CFStringRef __CFStringMakeConstantString(const char* cStr) {
-    // Never destroyed: code that runs while the program ends may still use its constants.
+    // Never destroyed, because code that runs while the process exits may still use its constant strings.
     static auto& mutex = *new std::mutex;
     static auto& constants = *new std::map<std::string, CFStringRef>;
     const std::lock_guard<std::mutex> lock(mutex);
@@ -130,7 +130,7 @@ CFStringEncoding CFStringGetMostCompatibleMacStringEncoding(CFStringEncoding enc
 }
 
 unsigned long CFStringConvertEncodingToNSStringEncoding(CFStringEncoding encoding) {
-    // Foundation's numbers.
+    // The values of Foundation's NSStringEncoding.
     switch (encoding) {
         case kCFStringEncodingMacRoman:
             return 30;

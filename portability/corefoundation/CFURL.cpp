@@ -14,7 +14,7 @@ using portability::objectOf;
 
 namespace {
 
-// Where the path stands in a URL's text.
+// The range of the path in a URL's text.
 struct PathRange {
     std::size_t begin;
     std::size_t end;
@@ -74,7 +74,8 @@ namespace portability {
 
 std::string escapedPath(const std::string& path) {
     constexpr std::string_view kHexadecimal = "0123456789ABCDEF";
-    // ';' may stand in a path, but begins parameters for others that read URLs.
+    // ';' is legal in a path but is escaped, because other readers of URLs treat it as the start
+    // of parameters.
     constexpr std::string_view kPlain =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/!$&'()*+,=:@";
     std::string escaped;

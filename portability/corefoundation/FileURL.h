@@ -1,4 +1,4 @@
-// Paths of files in URLs. Private to the layer.
+// Converts between file paths and URLs. Private to the layer.
 #pragma once
 
 #include <CoreFoundation/CFURL.h>
@@ -7,22 +7,24 @@
 
 namespace portability {
 
-/// A URL's text for the bytes of a path: what may not stand in a URL's path is escaped.
+/// Returns the bytes of a path as text for a URL. Characters that are not allowed in a URL's path
+/// are escaped.
 std::string escapedPath(const std::string& path);
 
-/// The bytes that an escaped text stands for. False when an escape is damaged or stands for a zero byte.
+/// Converts escaped text back to bytes. Returns false if an escape is damaged or represents a zero byte.
 bool unescapePath(const std::string& text, std::string& path);
 
-/// The URL of a file by its path on this system; the caller releases it. Null for an empty path.
+/// Returns a URL for a file path on this system. The caller releases it. Returns null for an empty path.
 CFURLRef createFileURL(const std::string& path, bool isDirectory);
 
-/// The path on this system that a URL stands for, without a slash at its end; empty when it has none.
+/// Returns the path on this system for a URL, without a trailing slash. Returns the empty string if the URL
+/// has no path.
 std::string pathOf(CFURLRef url);
 
-/// Whether the URL names a file.
+/// Returns whether the URL is a file URL.
 bool isFileURL(CFURLRef url);
 
-/// The whole URL as text.
+/// Returns the text of the whole URL.
 std::string textOf(CFURLRef url);
 
 }  // namespace portability

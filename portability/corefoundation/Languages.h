@@ -1,4 +1,4 @@
-// The languages that the user prefers. Private to the layer.
+// Finds the user's preferred languages. Private to the layer.
 #pragma once
 
 #include <CoreFoundation/CFArray.h>
@@ -8,12 +8,12 @@
 
 namespace portability {
 
-/// The language of the locale that the environment chooses for messages ("de" for "de_DE.UTF-8"); empty when
-/// it chooses none, or the C locale.
+/// Returns the language of the locale that the environment sets for messages ("de" for "de_DE.UTF-8").
+/// Returns the empty string if no locale or the C locale is set.
 std::string localeLanguage();
 
-/// The user's languages, the most preferred first: the preference "AppleLanguages", see
-/// CFPreferencesCopyValue.
+/// Returns the user's languages in the order of preference. They are the preference "AppleLanguages";
+/// see CFPreferencesCopyValue.
 std::vector<std::string> userLanguages();
 
 }  // namespace portability

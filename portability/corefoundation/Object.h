@@ -1,7 +1,7 @@
 // Core Foundation's objects. Private to the layer.
 //
-// A reference (CFTypeRef and its like) is the address of an Object. Objects do not change once they are made,
-// so any thread may read them.
+// A reference (CFTypeRef and similar types) is the address of an Object. Objects are immutable, so all
+// threads may read them.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -14,7 +14,7 @@
 
 namespace portability {
 
-/// The numbers of the kinds of objects. The platform promises only that they differ.
+/// The type IDs of the kinds of objects. The platform promises only that they are different.
 enum ObjectKind : CFTypeID {
     kStringKind = 7,
     kDictionaryKind = 18,
@@ -28,7 +28,7 @@ enum ObjectKind : CFTypeID {
     kDateKind = 42
 };
 
-/// Counts its references. It is made with one, which belongs to the maker.
+/// A reference-counted object. A new object has one reference, which its creator owns.
 class Object {
   public:
     explicit Object(ObjectKind kind) : kind_(kind) {}
@@ -39,7 +39,7 @@ class Object {
 
     void retain() const { references_.fetch_add(1, std::memory_order_relaxed); }
 
-    /// The last one destroys the object.
+    /// Releases one reference. Destroys the object if it was the last one.
     virtual void release() const {
         if (releasesLast()) delete this;
     }
@@ -54,13 +54,13 @@ class Object {
     mutable std::atomic<long> references_{1};
 };
 
-/// The object behind a reference. A null reference ends the program, as it does on the platform.
+/// Returns the object of a reference. A null reference ends the program, as on the platform.
 const Object& objectOf(CFTypeRef reference);
 
-/// One reference, which may be null, released at the end.
+/// Owns one reference, which may be null. The destructor releases it.
 class ObjectHolder {
   public:
-    /// Takes over a reference.
+    /// Takes the ownership of a reference.
     explicit ObjectHolder(const Object* object = nullptr) : object_(object) {}
     ObjectHolder(ObjectHolder&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
     ObjectHolder& operator=(ObjectHolder&& other) noexcept {
@@ -74,7 +74,7 @@ class ObjectHolder {
     explicit operator bool() const { return object_ != nullptr; }
     const Object* get() const { return object_; }
 
-    /// Passes the reference on.
+    /// Passes the ownership of the reference to the caller.
     const Object* release() { return std::exchange(object_, nullptr); }
 
   private:
@@ -87,7 +87,7 @@ struct __CFString final : portability::Object {
     explicit __CFString(std::vector<UniChar> itsUnits)
         : Object(portability::kStringKind), units(std::move(itsUnits)) {}
 
-    /// In UTF-8; empty if it holds half a surrogate pair.
+    /// Returns the text in UTF-8. Returns the empty string if the text contains an unpaired surrogate.
     std::string utf8() const;
 
     const std::vector<UniChar> units;
@@ -102,13 +102,13 @@ struct __CFArray final : portability::Object {
 };
 
 struct __CFDictionary final : portability::Object {
-    /// By the units of the keys, which are strings.
+    /// Ordered by the UTF-16 units of the keys, which are always strings.
     using Values = std::map<std::vector<UniChar>, portability::ObjectHolder>;
 
     explicit __CFDictionary(Values itsValues)
         : Object(portability::kDictionaryKind), values(std::move(itsValues)) {}
 
-    /// Null without a value, and for a key that is not a string.
+    /// Returns the value of the key. Returns null if there is none or the key is not a string.
     const portability::Object* value(CFTypeRef key) const;
 
     const Values values;
@@ -127,7 +127,7 @@ struct __CFNumber final : portability::Object {
         : Object(portability::kNumberKind), isReal(true), integer(0), real(value) {}
 
     const bool isReal;
-    const long long integer;  ///< 0 in a real number
+    const long long integer;  ///< 0 if isReal
     const double real;
 };
 
@@ -140,24 +140,24 @@ struct __CFBoolean final : portability::Object {
 struct __CFDate final : portability::Object {
     explicit __CFDate(double since2001) : Object(portability::kDateKind), time(since2001) {}
 
-    const double time;  ///< seconds since the beginning of 2001, UTC
+    const double time;  ///< seconds since 1 January 2001, 00:00 UTC
 };
 
 struct __CFError final : portability::Object {
     __CFError(CFStringRef itsDomain, CFIndex itsCode)
         : Object(portability::kErrorKind), domain(itsDomain), code(itsCode) {}
 
-    const CFStringRef domain;  ///< a constant
+    const CFStringRef domain;  ///< a constant string, not owned
     const CFIndex code;
 };
 
 struct __CFURL final : portability::Object {
-    /// `utf8` is escaped, so it is plain ASCII.
+    /// `utf8` must be escaped, so it contains only ASCII characters.
     explicit __CFURL(const std::string& utf8)
         : Object(portability::kURLKind), text(utf8), string(newText(utf8)) {}
 
     const std::string text;
-    const portability::ObjectHolder string;  ///< the same as an object
+    const portability::ObjectHolder string;  ///< `text` as an object
 
   private:
     static portability::ObjectHolder newText(const std::string& utf8);
@@ -165,10 +165,11 @@ struct __CFURL final : portability::Object {
 
 namespace portability {
 
-/// A new string of a text in UTF-8; empty if it is not valid.
+/// Creates a string from UTF-8 text. Returns an empty holder if the text is not valid UTF-8.
 ObjectHolder newString(std::string_view utf8);
 
-/// The string, in UTF-8, that `value` is; empty if it is null, of another kind, or not expressible.
+/// Returns the text of `value` in UTF-8. Returns the empty string if `value` is null, is not a string, or
+/// cannot be expressed in UTF-8.
 std::string utf8Of(CFTypeRef value);
 
 }  // namespace portability

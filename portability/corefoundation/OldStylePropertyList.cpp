@@ -15,7 +15,7 @@ constexpr std::string_view kPlainCharacters =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_$/:.-";
 constexpr std::string_view kHexDigits = "0123456789ABCDEFabcdef";
 
-// Thrown and caught inside this file only.
+// Thrown and caught only in this file.
 struct Malformed {};
 
 class Reader {
@@ -59,7 +59,7 @@ class Reader {
         return character;
     }
 
-    // Blanks and comments. A line comment may end with the document.
+    // Skips white space and comments. The document may end inside a line comment.
     void skipBlanks() {
         for (;;) {
             rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t\r\n\f\v"), rest_.size()));

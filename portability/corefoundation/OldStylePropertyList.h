@@ -1,7 +1,7 @@
-// Reader of property lists in their old text form, which is also that of files of localized strings. Private
-// to the layer.
+// Reads property lists in the old text format. Files of localized strings have the same format. Private to
+// the layer.
 //
-// Own code, because libplist reads this form only from version 2.3 on.
+// This is our own code because libplist reads this format only from version 2.3 on.
 #pragma once
 
 #include <string_view>
@@ -10,11 +10,13 @@
 
 namespace portability {
 
-/// The value of a document in UTF-8. Empty if it is damaged or nested beyond 128 levels.
+/// Returns the value of a document in UTF-8. Returns an empty holder if the document is damaged or nested
+/// more than 128 levels deep.
 ObjectHolder readOldStylePropertyList(std::string_view document);
 
-/// The dictionary of a file of localized strings: the same form without the braces around it. A key without a
-/// value stands for itself. Empty if it is damaged.
+/// Returns the dictionary of a file of localized strings. The format is that of a dictionary without the
+/// surrounding braces. The value of a key without a value is the key itself. Returns an empty holder if the
+/// file is damaged.
 ObjectHolder readStringsFile(std::string_view document);
 
 }  // namespace portability

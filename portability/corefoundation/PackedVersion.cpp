@@ -12,7 +12,7 @@ struct Stage {
     std::string_view name;
     UInt32 value;
 };
-// "fc" before "f", which begins it.
+// "fc" must come before its prefix "f".
 constexpr Stage kStages[] = {{"d", 0x20}, {"a", 0x40}, {"b", 0x60}, {"fc", 0x80}, {"f", 0x80}};
 constexpr UInt32 kReleased = 0x80;
 
@@ -33,7 +33,7 @@ std::optional<UInt32> takeDigit(std::string_view& text) {
     return digit;
 }
 
-// Two binary-coded decimal digits.
+// Reads one or two digits as binary-coded decimal.
 std::optional<UInt32> takeMajor(std::string_view& text) {
     const auto first = takeDigit(text);
     const auto second = takeDigit(text);

@@ -1,4 +1,4 @@
-// Versions as numbers. Private to the layer.
+// Converts version texts to numbers. Private to the layer.
 #pragma once
 
 #include <CoreServices/MacTypes.h>
@@ -7,8 +7,13 @@
 
 namespace portability {
 
-/// A version text as a packed number, from its highest byte: major version in two decimal digits, minor and
-/// bug-fix version in one each, stage, build. 0 for a text of another form or of more than 10 characters.
+/// Converts a version text to a packed number. From the most significant byte on, it contains:
+/// - one byte: the major version in two decimal digits
+/// - one byte: the minor and the bug-fix version, one decimal digit each
+/// - one byte: the stage
+/// - one byte: the build
+///
+/// Returns 0 if the text has another form or more than 10 characters.
 UInt32 packedVersion(std::string_view version);
 
 }  // namespace portability

@@ -1,4 +1,4 @@
-// Property lists from files. Private to the layer.
+// Reads property lists from files. Private to the layer.
 #pragma once
 
 #include <CoreFoundation/CFDictionary.h>
@@ -9,20 +9,22 @@
 
 namespace portability {
 
-/// The property list (XML, binary or old style) in `content`; the caller releases it. Null when it is larger
-/// than 16 MiB or holds none. `format`, if given, gets the form of a list that is there.
+/// Reads the property list (XML, binary or old text format) in `content`. The caller releases the result.
+/// Returns null if `content` is larger than 16 MiB or is not a property list. `format` may be null; it is set
+/// only if the result is not null.
 CFPropertyListRef copyPropertyListIn(std::string_view content, CFPropertyListFormat* format = nullptr);
 
-/// The same of the file `path`; null, too, when it cannot be read.
+/// The same for the file `path`. Also returns null if the file cannot be read.
 CFPropertyListRef copyPropertyList(const std::string& path);
 
-/// The same if it is a dictionary, else null.
+/// The same, but returns null if the value is not a dictionary.
 CFDictionaryRef copyDictionary(const std::string& path);
 
-/// The keys and values of a file of localized strings; the caller releases them. Null as above.
+/// Reads a file of localized strings. The caller releases the result. Returns null if the file cannot be
+/// read, is too large or is damaged.
 CFDictionaryRef copyStrings(const std::string& path);
 
-/// The value under `key` if it is a string, else null. `dictionary` may be null.
+/// Returns the value of `key` if it is a string, otherwise null. `dictionary` may be null.
 CFStringRef stringValue(CFDictionaryRef dictionary, CFStringRef key);
 
 }  // namespace portability

@@ -1,4 +1,4 @@
-// Writer of property lists in their XML form. Private to the layer.
+// Writes property lists in the XML format. Private to the layer.
 #pragma once
 
 #include <optional>
@@ -8,7 +8,7 @@
 
 namespace portability {
 
-/// The document of `value`; nothing if a part of it cannot be in a property list.
+/// Returns the XML document for `value`. Returns nothing if any part of it is not allowed in a property list.
 std::optional<std::string> writeXmlPropertyList(const Object& value);
 
 }  // namespace portability

@@ -6,7 +6,8 @@
 namespace portability {
 namespace {
 
-// Mac Roman from 0x80 on, with the euro sign at 0xDB. The logo at 0xF0 lies in Unicode's private area.
+// The Mac Roman characters from 0x80 on, with the euro sign at 0xDB. The logo at 0xF0 is in Unicode's private
+// use area.
 constexpr std::array<UniChar, 128> kMacRomanUpperHalf = {
     0x00C4, 0x00C5, 0x00C7, 0x00C9, 0x00D1, 0x00D6, 0x00DC, 0x00E1, 0x00E0, 0x00E2, 0x00E4, 0x00E3, 0x00E5,
     0x00E7, 0x00E9, 0x00E8, 0x00EA, 0x00EB, 0x00ED, 0x00EC, 0x00EE, 0x00EF, 0x00F1, 0x00F3, 0x00F2, 0x00F4,
@@ -54,7 +55,8 @@ void appendUTF8(std::uint32_t codePoint, std::string& bytes) {
     append(0x80 | (codePoint & 0x3F));
 }
 
-// The number of bytes of a sequence by its first byte, and the least code point that needs so many.
+// The form of a UTF-8 sequence, which its first byte determines. `length` is in bytes. `firstBits` are the
+// code point's bits in the first byte. `least` is the least code point that needs this length.
 struct SequenceForm {
     std::size_t length;
     std::uint32_t firstBits;
@@ -77,7 +79,7 @@ std::optional<SequenceForm> sequenceForm(unsigned char first) {
     return std::nullopt;
 }
 
-// Takes one code point off the front of `bytes`.
+// Reads one code point and removes it from the front of `bytes`.
 std::optional<std::uint32_t> takeUTF8(std::string_view& bytes) {
     const auto form = sequenceForm(static_cast<unsigned char>(bytes.front()));
     if (!form || form->length > bytes.size()) {

@@ -1,7 +1,7 @@
-// Texts between the platform's UTF-16 units and the encodings of bytes. Private to the layer.
+// Converts texts between UTF-16 units and byte encodings. Private to the layer.
 //
-// Own code, because the C library's converter for Mac Roman is a module that a small system lacks, and
-// differs from the platform in two characters.
+// This is our own code because the C library's converter for Mac Roman is a module that small systems do not
+// install. It also differs from the platform in two characters.
 #pragma once
 
 #include <CoreFoundation/CFString.h>
@@ -14,17 +14,19 @@
 
 namespace portability {
 
-/// Whether bytes can be read and written in `encoding`: Mac Roman, UTF-8, ISO Latin 1 and ASCII.
+/// Returns whether texts can be converted from and to `encoding`. Supported are Mac Roman, UTF-8, ISO Latin 1
+/// and ASCII.
 bool isSupportedEncoding(CFStringEncoding encoding);
 
-/// The UTF-16 units of `bytes`; nothing when they are not valid in `encoding` or it is not supported. Nothing
-/// is replaced or dropped.
+/// Converts `bytes` to UTF-16 units. Returns nothing if they are not valid in `encoding` or if it is not
+/// supported. No character is replaced or dropped.
 std::optional<std::vector<UniChar>> decodeText(std::string_view bytes, CFStringEncoding encoding);
 
-/// The bytes of `count` UTF-16 units; nothing when `encoding` cannot express them or is not supported.
+/// Converts `count` UTF-16 units to bytes. Returns nothing if `encoding` cannot express them or is
+/// not supported.
 std::optional<std::string> encodeText(const UniChar* units, std::size_t count, CFStringEncoding encoding);
 
-/// Appends one character in UTF-8. False, and nothing is appended, for a number that is no character's.
+/// Appends one character in UTF-8. Returns false, and appends nothing, if `codePoint` is not a character.
 bool appendCharacter(std::uint32_t codePoint, std::string& utf8);
 
 }  // namespace portability

@@ -26,7 +26,7 @@ constexpr NamedKind kElements[] = {
     {"dict", Kind::dictionary}, {"true", Kind::boolean},    {"false", Kind::boolean},
 };
 
-// Thrown and caught inside this file only.
+// Thrown and caught only in this file.
 struct Malformed {};
 
 struct NamedCharacter {
@@ -102,7 +102,8 @@ class Reader {
 
     void skipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(kBlanks), rest_.size())); }
 
-    // Skips blanks, comments, instructions and the document type, which stand between elements.
+    // Skips everything that may come between elements: white space, comments, processing instructions and the
+    // document type.
     void skipAround() {
         for (;;) {
             skipBlanks();
@@ -121,7 +122,7 @@ class Reader {
     void skipDocumentType() {
         const std::size_t end = rest_.find_first_of("[>");
         if (end == std::string_view::npos || rest_[end] == '[') {
-            throw Malformed();  // definitions of its own could change what everything else means
+            throw Malformed();  // an internal subset could define entities that change the content
         }
         rest_.remove_prefix(end + 1);
     }
@@ -149,7 +150,7 @@ class Reader {
         }
     }
 
-    // The text of an element up to and including its end.
+    // Reads the text of an element, including the end tag.
     std::string readText(const Tag& tag) {
         std::string text;
         while (!tag.isEmpty) {

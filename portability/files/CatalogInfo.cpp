@@ -13,7 +13,7 @@
 namespace portability {
 namespace {
 
-// Seconds from 1904, where the platform's dates begin, to 1970.
+// Seconds from 1904, the start of the platform's dates, to 1970.
 constexpr SInt64 kSecondsTo1970 = 2082844800;
 constexpr SInt64 kNanosecondsPerSecond = 1000000000;
 constexpr SInt64 kFractionsPerSecond = 65536;
@@ -110,7 +110,7 @@ void fillSizes(const struct statx& status, FSCatalogInfoBitmap whichInfo, FSCata
     }
 }
 
-// What only the platform's own file systems keep.
+// Clears the fields for values that only the platform's own file systems store.
 void clearForeignFields(FSCatalogInfoBitmap whichInfo, FSCatalogInfo& info) {
     if ((whichInfo & kFSCatInfoTextEncoding) != 0) {
         info.textEncodingHint = 0;
@@ -161,7 +161,7 @@ int setDates(const std::string& path, FSCatalogInfoBitmap whichInfo, const FSCat
     return utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
 }
 
-// Locking a file is the administrator's business here.
+// Returns EPERM if the lock flag would have to change: only the administrator may lock files on this system.
 int checkLock(const std::string& path, const FSCatalogInfo& info) {
     struct statx status;
     const int failure = readStatus(path, status);

@@ -1,4 +1,4 @@
-// What the file system knows about a file, in the File Manager's form. Private to the layer.
+// Reads and writes file attributes in the File Manager's format. Private to the layer.
 #pragma once
 
 #include <CoreServices/Files.h>
@@ -7,11 +7,11 @@
 
 namespace portability {
 
-/// Fills the fields of `info` that `whichInfo` chooses. Answers an errno value, 0 on success.
+/// Fills the fields of `info` that `whichInfo` selects. Returns 0 or an errno value.
 int readCatalogInfo(const std::string& path, FSCatalogInfoBitmap whichInfo, FSCatalogInfo& info);
 
-/// Sets what `whichInfo` chooses. Owner and group come first, because a change of them takes bits from the
-/// mode. Answers an errno value, 0 on success.
+/// Sets the attributes that `whichInfo` selects. Owner and group are set first, because changing them clears
+/// bits of the mode. Returns 0 or an errno value.
 int writeCatalogInfo(const std::string& path, FSCatalogInfoBitmap whichInfo, const FSCatalogInfo& info);
 
 }  // namespace portability

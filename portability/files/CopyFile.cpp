@@ -7,7 +7,8 @@
 
 namespace {
 
-// The names, each with a NUL at its end; empty if there are none or they cannot be read.
+// Returns the names of the extended attributes, each NUL-terminated. The result is empty if there are none or
+// they cannot be read.
 std::vector<char> attributeNames(const char* path) {
     std::vector<char> names;
     for (;;) {
@@ -21,7 +22,7 @@ std::vector<char> attributeNames(const char* path) {
             names.resize(static_cast<std::size_t>(count));
             return names;
         }
-        if (errno != ERANGE) {  // it has got more attributes in between
+        if (errno != ERANGE) {  // ERANGE: attributes were added between the calls
             return {};
         }
     }
@@ -31,8 +32,9 @@ bool beginsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
 }
 
-// Access control lists are attributes of the system's here. Those of security modules are not the file's own:
-// the system labels every file, new ones included.
+// Returns the flag for an attribute. On this system access control lists are attributes that begin with
+// "system.". Attributes of security modules have no flag, because the system labels every file itself,
+// including new ones.
 copyfile_flags_t kindOf(std::string_view attribute) {
     if (beginsWith(attribute, "system.")) {
         return COPYFILE_ACL;

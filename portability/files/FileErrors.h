@@ -1,16 +1,16 @@
-// The system's error numbers as results of the File Manager. Private to the layer.
+// Converts errno values to results of the File Manager. Private to the layer.
 #pragma once
 
 #include <CoreServices/MacTypes.h>
 
 namespace portability {
 
-/// The result for an errno value, for calls that return an OSErr; ioErr for a cause that has no code of its
-/// own.
+/// Returns the result for an errno value, for functions that return OSErr. Returns ioErr for values without a
+/// code of their own.
 OSErr fileError(int systemError);
 
-/// The same for calls that return an OSStatus, which can carry every cause: kPOSIXErrorBase + errno without
-/// its own code.
+/// The same for functions that return OSStatus, which can represent every value. Returns kPOSIXErrorBase +
+/// errno for values without a code of their own.
 OSStatus fileStatus(int systemError);
 
 }  // namespace portability

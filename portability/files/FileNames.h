@@ -1,4 +1,4 @@
-// Names of files in UTF-16, as the File Manager gives and takes them. Private to the layer.
+// Converts file names from and to UTF-16, which the File Manager uses. Private to the layer.
 #pragma once
 
 #include <CoreServices/Files.h>
@@ -7,12 +7,15 @@
 
 namespace portability {
 
-/// The name as the file system keeps it. A slash in it is a colon there, so no name can leave its folder. The
-/// result is errFSMissingName for an empty name, errFSNameTooLong for more than 255 units, bdNamErr for one
-/// that cannot be a file's, paramErr for a null pointer.
+/// Converts a name to the form in which the file system stores it. A slash in the name becomes a colon, so no
+/// name can refer to another folder. Returns noErr or one of these errors:
+/// - paramErr: `name` is null.
+/// - errFSMissingName: the name is empty.
+/// - errFSNameTooLong: the name has more than 255 units.
+/// - bdNamErr: the name is not allowed for a file.
 OSErr fileName(UniCharCount length, const UniChar* name, std::string& result);
 
-/// The opposite. A name that is not valid in UTF-8 is given in ISO Latin 1.
+/// The reverse conversion. A name that is not valid UTF-8 is read as ISO Latin 1.
 void unicodeName(const std::string& name, HFSUniStr255& result);
 
 }  // namespace portability

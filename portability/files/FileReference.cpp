@@ -25,7 +25,7 @@ constexpr UInt32 kMark = 0x46535265;
 struct Identity {
     UInt64 device;
     UInt64 number;
-    UInt64 mark;  // 0 when the file system has none
+    UInt64 mark;  // 0 if the file system has none
 };
 
 struct Content {
@@ -39,7 +39,7 @@ class PathTable {
   public:
     UInt32 numberOf(const std::string& path) {
         const std::lock_guard<std::mutex> lock(mutex_);
-        // Room for the new entry first: if memory runs out, neither of the two containers has changed.
+        // Adds the new entry to `paths_` first. If memory runs out, neither container has changed.
         paths_.emplace_back();
         try {
             const auto added = numbers_.try_emplace(path, static_cast<UInt32>(paths_.size() - 1));
@@ -67,17 +67,17 @@ class PathTable {
   private:
     std::mutex mutex_;
     std::unordered_map<std::string, UInt32> numbers_;
-    std::vector<const std::string*> paths_;  // the keys of `numbers_`, in the order of their numbers
+    std::vector<const std::string*> paths_;  // the keys of `numbers_`, ordered by number
 };
 
 PathTable& pathTable() {
-    // Never destroyed: references may be used while the program ends.
+    // Never destroyed, because references may be used while the process exits.
     static auto& table = *new PathTable;
     return table;
 }
 
-// A file system that can find files by number makes handles for that, and they differ for files that have had
-// one number after another. Here their bytes are only compared.
+// Returns a hash of the file's handle. A file system that can find files by number has such handles, and they
+// differ between files that have had the same number one after the other. Here their bytes are only compared.
 std::size_t handleMark(const std::string& path) {
     alignas(file_handle) std::array<char, sizeof(file_handle) + MAX_HANDLE_SZ> memory = {};
     file_handle* handle = reinterpret_cast<file_handle*>(memory.data());
@@ -89,7 +89,8 @@ std::size_t handleMark(const std::string& path) {
     return std::hash<std::string_view>()(std::string_view(memory.data(), memory.size()));
 }
 
-// Next best is the time of birth, as far as the system's clock goes on between two files.
+// Returns the time of creation, for file systems without handles. Two files with the same number have
+// different times if the system's clock has advanced between them.
 std::size_t birthMark(const struct statx& status) {
     if ((status.stx_mask & STATX_BTIME) == 0) {
         return 0;
@@ -115,8 +116,9 @@ bool isSameObject(const Identity& first, const Identity& second) {
     return first.device == second.device && first.number == second.number;
 }
 
-// Numbers of deleted files are given to new ones. At the old place that does no harm; under another name it
-// would be the wrong file.
+// Returns whether the objects are certainly the same. The system gives the numbers of deleted files to
+// new files. A match at the old path is acceptable nevertheless, but under another name it could be the
+// wrong file.
 bool isSameObjectForSure(const Identity& first, const Identity& second) {
     return isSameObject(first, second) && first.mark == second.mark && first.mark != 0;
 }

@@ -1,8 +1,9 @@
-// What an FSRef holds: the identity of a file or folder and where it was found. Private to the layer.
+// The content of an FSRef: the identity of a file or folder and the path at which it was found. Private to
+// the layer.
 //
-// The identity is the device, the file's number on it and a mark that tells the file from an earlier one with
-// the same number. An FSRef is never disposed of, so it can own nothing: its path stands in a table of this
-// process, once for every path that was ever used.
+// The identity consists of the device, the inode number, and a mark that distinguishes the file from earlier
+// files with the same inode number. An FSRef is never disposed of, so it cannot own memory. Therefore its
+// path is in a table of this process, which contains each path once and never removes any.
 #pragma once
 
 #include <CoreServices/Files.h>
@@ -11,18 +12,20 @@
 
 namespace portability {
 
-/// Refers `ref` to what lies at `path`, a symbolic link itself included. `path` is absolute and, before its
-/// last component, free of symbolic links. On failure `ref` stays as it is. Answers an errno value, 0 on
-/// success.
+/// Makes `ref` refer to the object at `path`; a symbolic link is not followed. `path` must be absolute, and
+/// no component before the last one may be a symbolic link. Returns 0 or an errno value; on failure `ref`
+/// is unchanged.
 int makeReference(const std::string& path, FSRef* ref);
 
-/// Where the object lies now: where it was found, or under another name in the same folder. The result is
-/// fnfErr when it is in neither place, errFSBadFSRef when `ref` was never set, paramErr when it is null;
-/// `path` is then left alone.
+/// Finds the current path of the object: its old path, or another name in the same folder. `path` is set only
+/// if the result is noErr. Errors:
+/// - paramErr: `ref` is null.
+/// - errFSBadFSRef: `ref` was never set.
+/// - fnfErr: the object is not in that folder.
 OSErr resolveReference(const FSRef* ref, std::string& path);
 
-/// Compares the identities alone, so that it works for objects that are gone: noErr, errFSRefsDifferent or
-/// diffVolErr.
+/// Compares only the identities, so it also works for deleted objects. Returns noErr, errFSRefsDifferent
+/// or diffVolErr.
 OSErr compareReferences(const FSRef* first, const FSRef* second);
 
 }  // namespace portability

@@ -31,7 +31,7 @@ OSErr checkInfo(FSCatalogInfoBitmap whichInfo, const FSCatalogInfo* info, FSCata
     return noErr;
 }
 
-// Where something of this name in the folder lies, or would lie.
+// Returns the path of an existing or new object with this name in the folder.
 OSErr pathInFolder(const FSRef* parent, UniCharCount length, const UniChar* name, std::string& path) {
     std::string folder;
     OSErr result = portability::resolveReference(parent, folder);
@@ -59,7 +59,7 @@ OSErr deletionError(const std::string& path, int systemError) {
     if (systemError == EPERM && isLocked(path)) {
         return fLckdErr;
     }
-    // Some file systems say EEXIST of a folder that is not empty.
+    // Some file systems report EEXIST for a folder that is not empty.
     return portability::fileError(systemError == EEXIST ? ENOTEMPTY : systemError);
 }
 
@@ -78,7 +78,7 @@ OSErr deleteObject(const FSRef* ref) {
     return noErr;
 }
 
-// Whom the folder of the platform's root belongs to is nobody: an unset reference.
+// Makes `parent` refer to the parent folder. The platform's root has no parent; `parent` is then left unset.
 void referToParent(const std::string& path, FSRef* parent) {
     std::memset(parent->hidden, 0, sizeof parent->hidden);
     if (path != "/") {

@@ -32,7 +32,7 @@ std::string temporaryFolder() {
     return folder != nullptr && folder[0] == '/' ? folder : "/tmp";
 }
 
-// Empty for a type that is not known.
+// Returns the path for a folder type, or the empty string if the type is unknown.
 std::string pathOfType(OSType type, const std::string& library) {
     switch (type) {
         case kDomainLibraryFolderType:
@@ -51,7 +51,7 @@ std::string pathOfType(OSType type, const std::string& library) {
     }
 }
 
-// Makes the folder and those above it. Answers an errno value.
+// Creates the folder and its missing parents. Returns 0 or an errno value.
 int makeFolders(const std::string& path) {
     if (portability::isFolder(path) || path == "/") {
         return 0;

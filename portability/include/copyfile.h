@@ -1,4 +1,4 @@
-// Copying files with all that belongs to them. Here is only the question what there would be to copy.
+// Copying files with all their attributes. On this system it only checks which attributes there are to copy.
 #pragma once
 
 #include <stdint.h>
@@ -14,10 +14,10 @@ typedef uint32_t copyfile_flags_t;
 extern "C" {
 #endif
 
-/// With COPYFILE_CHECK in `flags`: copies nothing. Returns those of COPYFILE_ACL and COPYFILE_XATTR in `flags` of
-/// which the file `from` has something; 0 if it cannot be asked. `to` and `state` may be null. Follows symbolic
-/// links. On systems other than macOS, every other call returns -1 with errno ENOTSUP; it returns -1 with errno
-/// EINVAL if both paths are null.
+/// With COPYFILE_CHECK in `flags`: copies nothing. Returns those of COPYFILE_ACL and COPYFILE_XATTR in
+/// `flags` that the file `from` has; 0 if they cannot be read. `to` and `state` may be null. Follows symbolic
+/// links. On systems other than macOS, all other calls return -1 with errno ENOTSUP, or EINVAL if both paths
+/// are null.
 int copyfile(const char* from, const char* to, copyfile_state_t state, copyfile_flags_t flags);
 
 #if defined(__cplusplus)

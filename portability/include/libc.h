@@ -1,4 +1,4 @@
-// The system's own calls, as far as other systems lack them.
+// C functions of the platform that other systems do not have.
 #pragma once
 
 #include <unistd.h>
@@ -7,8 +7,9 @@
 extern "C" {
 #endif
 
-/// 1 when the program runs with another user's or group's rights, or got them when it was started (set-id);
-/// else 0. Its environment then comes from somebody who does not have these rights. Any thread.
+/// Returns 1 if the program runs with another user's or group's rights, or got them when it was started
+/// (set-user-ID or set-group-ID), otherwise 0. If it is 1, the environment comes from a user without these
+/// rights. Thread-safe.
 int issetugid(void);
 
 #if defined(__cplusplus)

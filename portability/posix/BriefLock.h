@@ -1,4 +1,4 @@
-// A lock for a few instructions. Private to the layer.
+// A lock that is held for a few instructions only. Private to the layer.
 #pragma once
 
 #include <sched.h>
@@ -7,8 +7,10 @@
 
 namespace portability {
 
-/// Guards data that are held for a few instructions only. Locking can fail: after a fork the thread that held
-/// the lock may not exist any more. Whoever does not get the lock does without the data.
+/// A spin lock for data that a thread uses for a few instructions only.
+///
+/// tryLock() can fail: after a fork, the thread that held the lock may not exist in the child process. A
+/// caller that does not get the lock must do without the data.
 class BriefLock {
   public:
     bool tryLock() {
@@ -25,7 +27,8 @@ class BriefLock {
     std::atomic_flag taken_ = ATOMIC_FLAG_INIT;
 };
 
-/// Tries to take the lock for a scope.
+/// Tries to take the lock. Releases it at the end of the scope if it was taken; `operator bool` says whether
+/// it was.
 class BriefLockScope {
   public:
     explicit BriefLockScope(BriefLock& lock) : lock_(lock), held_(lock.tryLock()) {}

@@ -12,14 +12,14 @@ namespace {
 
 constexpr long kTicksPerSecond = 60;
 constexpr long kDefaultTicks = 60 * kTicksPerSecond;
-// A hundred years; more would not fit the clock.
+// The upper limit, one hundred years. Longer times would overflow the clock's type.
 constexpr int64_t kMostTicks = int64_t{100} * 365 * 24 * 3600 * kTicksPerSecond;
 
 std::chrono::nanoseconds fromTicks(int64_t ticks) {
     constexpr int64_t kNanosecondsPerSecond = 1'000'000'000;
     const int64_t bounded = std::clamp<int64_t>(ticks, 0, kMostTicks);
-    // Whole seconds and the rest apart, since the product would not fit; rounded up, so that no wait is
-    // short.
+    // Whole seconds and the remainder are converted separately because their product would overflow. The
+    // result is rounded up, so that no wait is too short.
     const int64_t rest =
         (bounded % kTicksPerSecond * kNanosecondsPerSecond + kTicksPerSecond - 1) / kTicksPerSecond;
     return std::chrono::seconds(bounded / kTicksPerSecond) + std::chrono::nanoseconds(rest);

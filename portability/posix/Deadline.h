@@ -1,4 +1,4 @@
-// How long a send may take. Private to the layer.
+// The moment until which a call may wait. Private to the layer.
 #pragma once
 
 #include <time.h>
@@ -7,22 +7,23 @@
 
 namespace portability {
 
-/// A moment on the monotonic clock, or none at all.
+/// A moment on the monotonic clock, or no limit.
 class Deadline {
   public:
     using Clock = std::chrono::steady_clock;
 
-    /// `ticks` sixtieths of a second from now, or what kAEDefaultTimeout and kNoTimeOut stand for.
+    /// Returns the deadline `ticks` sixtieths of a second from now. kAEDefaultTimeout means 60 seconds,
+    /// kNoTimeOut means no limit; other negative values mean now.
     static Deadline afterTicks(long ticks);
     static Deadline never() { return Deadline(); }
 
     bool passed() const { return limited_ && Clock::now() >= moment_; }
 
-    /// The time that is left (never negative) in `left`; null when there is no limit. In the form ppoll
-    /// takes.
+    /// Writes the remaining time, which is never negative, to `left` and returns its address, as ppoll takes
+    /// it. Returns null if there is no limit; `left` is then unchanged.
     const timespec* remaining(timespec& left) const;
 
-    /// Whichever comes first.
+    /// Returns the earlier of this deadline and the moment `delay` from now.
     Deadline orAfter(std::chrono::nanoseconds delay) const;
 
   private:
@@ -30,9 +31,9 @@ class Deadline {
     Clock::time_point moment_{};
 };
 
-/// Waits until `descriptor` has one of the poll(2) `events` or an error, or the deadline has passed. Signals
-/// do not end the wait. The result says nothing about which it was: the caller tries its call again and looks
-/// at the clock.
+/// Waits until `descriptor` has one of the poll(2) `events` or an error, or until the deadline has passed.
+/// Signals do not interrupt the wait. The function does not report why it returned: the caller repeats its
+/// own call and checks the deadline.
 void waitForDescriptor(int descriptor, short events, const Deadline& deadline);
 
 }  // namespace portability

@@ -1,4 +1,4 @@
-// Keeps errno from being changed by a call that does not report by it. Private to the layer.
+// Restores errno at the end of a scope, for functions that must not change it. Private to the layer.
 #pragma once
 
 #include <cerrno>

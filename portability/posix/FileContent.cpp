@@ -9,7 +9,8 @@
 namespace portability {
 namespace {
 
-// Reads until the end, a failure or beyond the limit; whether it was the end.
+// Appends the file's bytes to `bytes`. Returns true if it reached the end of the file, false after an error
+// or if there are more than `limit` bytes.
 bool readToEnd(int descriptor, std::size_t limit, std::string& bytes) {
     std::array<char, 16384> block;
     while (bytes.size() <= limit) {
@@ -29,7 +30,7 @@ bool readToEnd(int descriptor, std::size_t limit, std::string& bytes) {
 }  // namespace
 
 std::optional<std::string> readFile(const std::string& path, std::size_t limit) {
-    // Not to wait for somebody who writes into a pipe.
+    // O_NONBLOCK, so that opening a pipe does not wait for a writer.
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0) {
         return std::nullopt;

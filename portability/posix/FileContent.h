@@ -1,4 +1,4 @@
-// Whole files. Private to the layer.
+// Reads whole files. Private to the layer.
 #pragma once
 
 #include <optional>
@@ -6,8 +6,8 @@
 
 namespace portability {
 
-/// The bytes of the file; nothing when it cannot be read to its end (a file of /proc can vanish while it is
-/// open) or holds more than `limit` bytes.
+/// Returns the bytes of the file. Returns nothing if the file holds more than `limit` bytes or cannot be read
+/// to its end. (A file in /proc can disappear while it is open.)
 std::optional<std::string> readFile(const std::string& path, std::size_t limit);
 
 }  // namespace portability

@@ -1,4 +1,4 @@
-// A file descriptor that is closed when its owner goes. Private to the layer.
+// An owned file descriptor, which the destructor closes. Private to the layer.
 #pragma once
 
 #include <unistd.h>
@@ -22,10 +22,10 @@ class FileDescriptor {
     int get() const { return number_; }
     explicit operator bool() const { return number_ >= 0; }
 
-    /// Gives the descriptor up; the caller closes it.
+    /// Releases the ownership and returns the descriptor, or -1 if there is none. The caller closes it.
     int release() { return std::exchange(number_, -1); }
 
-    /// Closes the descriptor, keeping errno, and owns `number` instead.
+    /// Closes the current descriptor, leaves errno unchanged, and takes the ownership of `number`.
     void reset(int number = -1) {
         if (number_ >= 0) {
             const int kept = errno;

@@ -1,12 +1,13 @@
-// The user's home. Private to the layer.
+// Finds the user's home folder. Private to the layer.
 #pragma once
 
 #include <string>
 
 namespace portability {
 
-/// The home folder: HOME if it is set to an absolute path and the program runs with its user's own rights,
-/// else what the system has for the user; empty when there is none. Any thread.
+/// Returns the path of the home folder. This is HOME if it is an absolute path and the program does not run
+/// with the rights of another user (set-user-ID). Otherwise it is the entry of the user database, or the
+/// empty string if the user has no entry. Thread-safe.
 std::string homeFolder();
 
 }  // namespace portability

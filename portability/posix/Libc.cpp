@@ -1,7 +1,7 @@
 #include <libc.h>
 #include <sys/auxv.h>
 
-// The kernel's word at the start of the program, which also counts capabilities that its file gave it.
+// AT_SECURE is set by the kernel when the program starts. It also covers capabilities of the program's file.
 int issetugid(void) {
     return getauxval(AT_SECURE) != 0 ? 1 : 0;
 }

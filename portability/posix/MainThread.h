@@ -1,9 +1,10 @@
-// The thread on which the process was started. Private to the layer.
+// Recognises the main thread. Private to the layer.
 #pragma once
 
 namespace portability {
 
-/// Whether the caller runs on the main thread, also in a library that another thread has loaded.
+/// Returns whether the caller runs on the process's first thread. This also works in a library that another
+/// thread has loaded.
 bool isMainThread();
 
 }  // namespace portability

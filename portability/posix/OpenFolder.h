@@ -1,4 +1,4 @@
-// A folder that is being read, entry by entry. Private to the layer.
+// Reads a folder entry by entry. Private to the layer.
 #pragma once
 
 #include <dirent.h>
@@ -8,8 +8,8 @@
 
 namespace portability {
 
-/// Gives the folder's entries without "." and ".."; none when it cannot be read. Closes the folder at its
-/// end.
+/// Reads the entries of a folder, without "." and "..". A folder that cannot be opened has no entries. The
+/// destructor closes the folder.
 class OpenFolder {
   public:
     explicit OpenFolder(const std::string& path) : folder_(opendir(path.c_str())) {}
@@ -21,7 +21,7 @@ class OpenFolder {
     OpenFolder(const OpenFolder&) = delete;
     OpenFolder& operator=(const OpenFolder&) = delete;
 
-    /// The next entry, valid until the next call; null at the end.
+    /// Returns the next entry, which is valid until the next call, or null at the end.
     const dirent* next() {
         while (folder_ != nullptr) {
             const dirent* entry = readdir(folder_);

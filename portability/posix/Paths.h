@@ -1,18 +1,21 @@
-// Questions about paths on this system. Private to the layer.
+// Functions about file paths. Private to the layer.
 #pragma once
 
 #include <string>
 
 namespace portability {
 
-/// Whether something is there, symbolic links followed.
+/// Returns whether `path` exists (isThere) and whether it is a folder (isFolder). Both follow symbolic links.
 bool isThere(const std::string& path);
 bool isFolder(const std::string& path);
 
-/// The path without symbolic links, "." and ".."; empty, with errno set, when nothing is there.
+/// Returns the absolute path without symbolic links, "." and "..". Returns the empty string, with errno set,
+/// if nothing exists at `path`.
 std::string canonicalPath(const std::string& path);
 
-/// What stands before the last slash ("/" when nothing does), and what stands behind it.
+/// parentOf returns the part before the last slash: "/" if that part is empty, and the empty string if
+/// there is no slash. lastComponentOf returns the part after the last slash, or the whole path if there is
+/// no slash.
 std::string parentOf(const std::string& path);
 std::string lastComponentOf(const std::string& path);
 

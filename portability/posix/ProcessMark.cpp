@@ -13,7 +13,7 @@ namespace {
 
 using Mark = std::atomic<uint32_t>;
 
-// A page that the system clears in a forked process.
+// A page of memory that the kernel fills with zeros in a forked process.
 class MarkPage {
   public:
     MarkPage() {
@@ -36,7 +36,7 @@ class MarkPage {
     }
 
   private:
-    // Numbers are counted outside the page, so that a forked process goes on where its parent was.
+    // The counter is not in this page, so that a forked process continues with the number after its parent's.
     uint32_t makeMark() {
         uint32_t unset = 0;
         mark_->compare_exchange_strong(unset, ++last_);

@@ -1,13 +1,13 @@
-// Telling a process from the one that it was forked from. Private to the layer.
+// Distinguishes a process from the one that it was forked from. Private to the layer.
 #pragma once
 
 #include <cstdint>
 
 namespace portability {
 
-/// A number that is always the same in one process and another one in a process forked from it. Never 0.
-/// Costs no system call, so it can be asked for at every use of what a forked process must not share. Any
-/// thread.
+/// Returns a number that stays the same within a process and differs in a process forked from it. It is never
+/// 0. The function normally makes no system call, so it can be called before every use of data that a forked
+/// process must not share. Thread-safe.
 uint32_t processMark();
 
 }  // namespace portability

@@ -27,7 +27,7 @@ bool isPlatformPlace(std::string_view path) {
 
 std::string canonicalPath(const char* path) {
     std::error_code error;
-    // A root that is not there yet has a canonical form too, so that a host may make it later.
+    // weakly_canonical also accepts a root that does not exist yet, so that a host may create it later.
     std::filesystem::path canonical = std::filesystem::weakly_canonical(path, error);
     if (error) {
         canonical = std::filesystem::path(path).lexically_normal();
@@ -42,7 +42,7 @@ std::string canonicalPath(const char* path) {
 }  // namespace
 
 std::string systemRoot() {
-    // A program that runs with rights of another user must not be led to servers of its caller's choice.
+    // secure_getenv, because the caller of a set-user-ID program must not choose which servers it uses.
     const char* root = secure_getenv("POS_SYSTEM_ROOT");
     if (root == nullptr || root[0] != '/') {
         return "/";
@@ -51,7 +51,7 @@ std::string systemRoot() {
 }
 
 std::string inSystemRoot(const std::string& path) {
-    // "//Library" is the same place as "/Library".
+    // Extra leading slashes are ignored: "//Library" is the same place as "/Library".
     const std::size_t name = path.find_first_not_of('/');
     if (name == 0 || name == std::string::npos) {
         return path;

@@ -15,7 +15,7 @@ namespace {
 constexpr OSType kNoSignature = '\?\?\?\?';
 constexpr const char* kExtension = ".app";
 
-// A dictionary that is released at the end of its scope.
+// Owns a dictionary and releases it.
 class Info {
   public:
     explicit Info(const std::string& path) : dictionary_(copyDictionary(path)) {}
@@ -29,7 +29,8 @@ class Info {
 
     bool isThere() const { return dictionary_ != nullptr; }
 
-    /// Empty when there is no such text, or none that `encoding` can express.
+    /// Returns the text of the key. Returns the empty string if there is none or `encoding` cannot
+    /// express it.
     std::string text(CFStringRef key, CFStringEncoding encoding) const {
         const CFStringRef value = stringValue(dictionary_, key);
         std::array<char, 1024> bytes;
@@ -51,8 +52,8 @@ bool isApplication(const std::string& path, const Info& info) {
     return !applicationName(path).empty();
 }
 
-// Where the Info.plist says that the executable lies; empty if it does not say so. The name must be that of a
-// file in the bundle, and nothing that leads out of it.
+// Returns the path of the executable that the Info.plist names. Returns the empty string if there is none.
+// The name must be a file name, so that it cannot refer to a file outside the bundle.
 std::string statedExecutable(const std::string& bundle, const Info& info) {
     const std::string name = info.text(kCFBundleExecutableKey, kCFStringEncodingUTF8);
     if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos) {
@@ -97,7 +98,7 @@ OSStatus readApplication(const std::string& path, ApplicationBundle& application
 
 bool isExecutableOf(const std::string& bundle, const std::string& program) {
     std::string executable = statedExecutable(bundle, Info(bundle + "/Contents/Info.plist"));
-    // A running application must not get lost because its Info.plist is damaged.
+    // A running application must be recognised even if its Info.plist is damaged.
     if (executable.empty()) executable = bundle + "/Contents/MacOS/" + applicationName(bundle);
     return program == executable || program == canonicalPath(executable);
 }

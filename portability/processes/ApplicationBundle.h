@@ -1,4 +1,4 @@
-// An application as Launch Services sees it. Private to the layer.
+// Reads the properties of an application that Launch Services needs. Private to the layer.
 #pragma once
 
 #include <CoreServices/MacTypes.h>
@@ -7,29 +7,31 @@
 
 namespace portability {
 
-/// What has to be known to start an application.
+/// The properties that are necessary to launch an application.
 struct ApplicationBundle {
-    std::string path;        ///< of the bundle, canonical
-    std::string executable;  ///< canonical
-    OSType signature = 0;    ///< the creator under which it receives Apple events; 0 when it has none
+    std::string path;        ///< canonical path of the bundle
+    std::string executable;  ///< canonical path of the executable
+    OSType signature = 0;    ///< creator signature under which it receives Apple events, or 0
 };
 
-/// Reads the bundle at `path`, from the disk, each time. noErr, or why it cannot be started: fnfErr when
-/// nothing is there, kLSNotAnApplicationErr when it is something else, kLSNoExecutableErr when its program is
-/// missing.
+/// Reads the bundle at `path` from the disk at each call. Returns noErr, or the reason why it cannot
+/// be launched:
+/// - fnfErr: nothing exists at the path.
+/// - kLSNotAnApplicationErr: the path is not an application.
+/// - kLSNoExecutableErr: the application's executable is missing.
 OSStatus readApplication(const std::string& path, ApplicationBundle& application);
 
-/// Whether `program` is the executable of the application in `bundle`, both canonical paths. The program's
-/// file may have been deleted. Reads the Info.plist from the disk each time; if that names no executable, it
-/// is the one that is called like the application.
+/// Returns whether `program` is the executable of the application in `bundle`. Both are canonical paths; the
+/// program's file may have been deleted. Reads the Info.plist from the disk at each call. If it names no
+/// executable, the executable has the application's name.
 bool isExecutableOf(const std::string& bundle, const std::string& program);
 
-/// The signature of the application in `bundle`; 0 if it has none or its Info.plist cannot be read. Reads that
-/// from the disk each time.
+/// Returns the signature of the application in `bundle`, or 0 if it has none or its Info.plist cannot be read.
+/// Reads the Info.plist from the disk at each call.
 OSType signatureOf(const std::string& bundle);
 
-/// The name of an application by the path of its bundle: "Name" for ".../Name.app". Empty if the path does
-/// not end like that.
+/// Returns the name of an application from the path of its bundle: "Name" for ".../Name.app". Returns the
+/// empty string if the path does not have this form.
 std::string applicationName(const std::string& path);
 
 }  // namespace portability

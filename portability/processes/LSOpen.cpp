@@ -26,11 +26,12 @@ using portability::DetachedProcess;
 using portability::EndpointClaim;
 using portability::FileDescriptor;
 
-// Where the launched process finds what it inherits.
+// The numbers of the inherited descriptors in the launched process.
 constexpr int kListenDescriptor = 3;
 constexpr int kLockDescriptor = 4;
 
-// An endpoint that is taken listens, or is free again, within moments; a loaded machine makes them long.
+// The time limit for startOrFind. The owner of an endpoint listens, or has released it, within a short time,
+// but a busy machine may need longer.
 constexpr long kSettleTicks = 5 * 60;
 constexpr useconds_t kSettlePause = 1000;
 
@@ -70,13 +71,16 @@ OSStatus start(const ApplicationBundle& application, const EndpointClaim* endpoi
 
 bool isListening(OSType signature, const Deadline& deadline) {
     FileDescriptor connection;
-    // An owner whose queue is full for all that time is an owner all the same.
+    // A time-out shows that there is an owner, whose queue was full for all of that time.
     return portability::connectToEndpoint(signature, deadline, connection) != Connecting::failed;
 }
 
-// The endpoint is claimed before the application exists: so that events queue from now on, and so that of two
-// launchers one finds it taken. Its owner may be about to listen, or about to end; whoever asked must not be
-// told that the application runs before it can be reached.
+// Launches the application, or finds that it is running.
+//
+// The endpoint is claimed before the application is launched, for two reasons: requests queue from now
+// on, and of two launchers only one gets the endpoint. If the endpoint has an owner, that process may be
+// about to listen or about to exit. The caller must not be told that the application is running before it
+// can be reached.
 OSStatus startOrFind(const ApplicationBundle& application) {
     const Deadline deadline = Deadline::afterTicks(kSettleTicks);
     do {
@@ -110,7 +114,7 @@ OSStatus launch(const std::string& path) {
     return startOrFind(application);
 }
 
-// Empty when there is none in the search path.
+// Returns the path of the opener, or the empty string if the search path does not contain it.
 std::string findOpener() {
     const char* searchPath = secure_getenv("PATH");
     std::istringstream folders(searchPath == nullptr ? "/usr/bin:/bin" : searchPath);
@@ -124,8 +128,8 @@ std::string findOpener() {
     return std::string();
 }
 
-// `document` begins with a slash or a scheme, so the opener cannot take it for an option. `program` receives
-// what opens it.
+// Opens the document. It must begin with a slash or a scheme, so that the opener cannot mistake it for an
+// option. `program` receives the path of the opener.
 OSStatus openDocument(const std::string& document, std::string& program) {
     program = findOpener();
     if (program.empty()) {
@@ -173,10 +177,10 @@ OSStatus LSOpenFromURLSpec(const LSLaunchURLSpec* inLaunchSpec, CFURLRef* outLau
     if (inLaunchSpec == nullptr) {
         return paramErr;
     }
-    // Copies, because the fields of the packed record may be misaligned.
+    // Copies, because the fields of the packed structure may be misaligned.
     const CFURLRef application = inLaunchSpec->appURL;
     const CFArrayRef items = inLaunchSpec->itemURLs;
-    // No application here can be told what to open.
+    // Applications on this system cannot be told to open documents.
     if (application == nullptr || (items != nullptr && CFArrayGetCount(items) != 0)) {
         return paramErr;
     }

@@ -6,10 +6,11 @@
 
 namespace {
 
-// Serial numbers whose high part is 0 have meanings of their own, so it never is.
+// Set in every high part, because serial numbers whose high part is 0 have special meanings.
 constexpr UInt32 kHighPartMark = 0x80000000;
 
-// The process id alone could be given again; together with the time of the start it cannot.
+// The process id alone is not unique, because the system reuses it. The id and the start time together
+// are unique.
 ProcessSerialNumber serialNumber(const portability::Process& process) {
     ProcessSerialNumber number;
     number.highLongOfPSN = kHighPartMark | static_cast<UInt32>(process.startTime & ~UInt64{kHighPartMark});

@@ -9,7 +9,8 @@
 
 namespace {
 
-// What the kernel adds to the size that it answers, for processes that start before the next call.
+// Number of entries added to the reported size, as the kernel does, for processes that start before the
+// next call.
 constexpr std::size_t kSpareEntries = 5;
 
 char platformState(char state) {
@@ -44,7 +45,7 @@ int fail(int error) {
 int copyProcesses(void* buffer, std::size_t* size) {
     const std::vector<portability::Process> processes = portability::listProcesses();
     const std::size_t fitting = std::min(*size / sizeof(kinfo_proc), processes.size());
-    // The caller's memory need not be aligned for the records.
+    // Copied bytewise, because the caller's buffer may not be aligned for the structures.
     char* place = static_cast<char*>(buffer);
     for (std::size_t index = 0; index < fitting; ++index, place += sizeof(kinfo_proc)) {
         const kinfo_proc entry = record(processes[index]);

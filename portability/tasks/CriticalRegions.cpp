@@ -8,12 +8,12 @@
 namespace {
 
 struct CriticalRegion {
-    std::thread::id owner;    // of no thread while the region is free
-    unsigned long depth = 0;  // how often the owner has entered
+    std::thread::id owner;    // default value while the region is free
+    unsigned long depth = 0;  // number of times that the owner has entered
     portability::WaitQueue waiters;
 };
 
-// Never destroyed: tasks may still be at work while the process ends.
+// Never destroyed, because tasks may still be running while the process exits.
 portability::HandlePool<CriticalRegion>& regions() {
     static auto& pool = *new portability::HandlePool<CriticalRegion>;
     return pool;

@@ -12,7 +12,7 @@ struct EventGroup {
     portability::WaitQueue waiters;
 };
 
-// Never destroyed: tasks may still be at work while the process ends.
+// Never destroyed, because tasks may still be running while the process exits.
 portability::HandlePool<EventGroup>& events() {
     static auto& pool = *new portability::HandlePool<EventGroup>;
     return pool;

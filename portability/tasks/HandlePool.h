@@ -1,10 +1,10 @@
-// The objects that the platform hands out by identifier, such that a stale identifier is recognised instead
-// of followed. Private to the layer.
+// A pool of objects that callers know by identifier. A stale identifier is recognised and never dereferenced.
+// Private to the layer.
 //
-// An identifier holds the number of a slot and of the slot's use, so it never names the next object of the
-// same slot. Slots stay where they are until the process ends. A thread that waited inside an object can
-// therefore still use the slot's mutex after the object was deleted, and no call needs a lock for the whole
-// pool.
+// An identifier contains the slot's number and the number of times that the slot was used. So it does not
+// refer to the next object in the same slot; identifiers repeat only after a great many uses. Slots stay at
+// their addresses until the process exits. A thread that waited in an object can therefore still use the
+// slot's mutex after the object was deleted. Only creating and removing objects lock the whole pool.
 #pragma once
 
 #include <array>
@@ -21,15 +21,15 @@ template <class Object>
 class HandlePool {
     struct Slot {
         std::mutex mutex;
-        uintptr_t use = 0;  // how often the slot was given to an object, as far as an identifier can hold it
-        uintptr_t id = 0;   // 0 while there is no object
+        uintptr_t use = 0;  // number of uses, modulo the largest number that fits into an identifier
+        uintptr_t id = 0;   // 0 while the slot is free
         Object object;
         uintptr_t number = 0;
         Slot* nextFree = nullptr;
     };
 
   public:
-    /// An object that exists, or none. Whoever holds it has the slot's mutex.
+    /// An object whose slot's mutex is locked, or no object.
     class Locked {
       public:
         Locked() = default;
@@ -49,13 +49,13 @@ class HandlePool {
     HandlePool(const HandlePool&) = delete;
     HandlePool& operator=(const HandlePool&) = delete;
 
-    /// Nobody may use the pool any more.
+    /// No thread may use the pool any more.
     ~HandlePool() {
         for (size_t i = 0; i < chunkCount_; ++i)
             delete[] chunks_[i].load();
     }
 
-    /// The identifier of a new object, 0 when there is no room for one.
+    /// Creates an object and returns its identifier. Returns 0 if memory runs out or the pool is full.
     uintptr_t create(const Object& object) noexcept {
         Slot* slot = takeFreeSlot();
         if (slot == nullptr) return 0;
@@ -66,7 +66,7 @@ class HandlePool {
         return slot->id;
     }
 
-    /// The object of that identifier; none when it never existed or does not exist any more.
+    /// Finds and locks the object with this identifier. Returns no object if it never existed or was removed.
     Locked find(uintptr_t id) noexcept {
         const uintptr_t number = id & kLargestNumber;
         Slot* chunk = chunks_[number / kSlotsOfChunk].load(std::memory_order_acquire);
@@ -77,7 +77,7 @@ class HandlePool {
         return {slot, std::move(lock)};
     }
 
-    /// Ends the object. Nobody may wait inside it any more.
+    /// Removes the object. No thread may be waiting in it any more.
     void remove(Locked locked) noexcept {
         Slot& slot = *locked.slot_;
         slot.id = 0;
@@ -96,7 +96,7 @@ class HandlePool {
     static_assert(kSlotsOfChunk * kMostChunks == kLargestNumber + 1,
                   "every number names a place in the chunks");
 
-    // The slot that was given back longest ago comes first, so that a slot's uses repeat as late as possible.
+    // Takes the slot that has been free for the longest time, so that identifiers repeat as late as possible.
     Slot* takeFreeSlot() noexcept {
         std::lock_guard<std::mutex> lock(freeMutex_);
         if (firstFree_ == nullptr) addChunk();

@@ -1,12 +1,15 @@
-// Foundation's run loop of the main thread. Private to the layer.
+// Makes calls on Foundation's run loop of the main thread. Private to the layer.
 #pragma once
 
 namespace portability {
 
-/// Runs `procedure(parameter)` on the main thread, from within Foundation's run loop, and waits until it has
-/// returned; `result` receives what it returned. Returns false, without having run it and with `result` left
-/// alone, if the main thread is not inside its run loop at this moment, or if it does not begin the procedure
-/// within a second. Any thread but the main one; `procedure` must not throw.
+/// Runs `procedure(parameter)` on the main thread, inside Foundation's run loop, and waits until it has
+/// returned. Writes its return value to `result`. May be called on every thread except the main thread.
+/// `procedure` must not throw.
+///
+/// Returns false, without running the procedure and without changing `result`, in these cases:
+/// - The main thread is not inside its run loop at this moment.
+/// - The call has not started after one second.
 bool runOnMainRunLoop(void* (*procedure)(void*), void* parameter, void** result);
 
 }  // namespace portability

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Never destroyed: other threads may still call while the process ends.
+// Never destroyed, because other threads may make calls while the process exits.
 portability::CallQueue& callQueue() {
     static auto& queue = *new portability::CallQueue;
     return queue;
@@ -23,8 +23,8 @@ portability::CallQueue& callQueue() {
 
 @implementation PortabilityRemoteCall
 
-// Foundation's main thread is the one that first used Foundation, which may be another one. There is no call
-// if its caller has taken it back.
+// The check is necessary because Foundation treats the thread that first used Foundation as its main thread.
+// The queue can be empty, because a caller removes its call after a time-out.
 + (void)serveOldest {
     if (portability::isMainThread()) callQueue().serveOldest();
 }
@@ -35,22 +35,23 @@ namespace portability {
 
 namespace {
 
-/// The pointer in that instance variable; null if the object is nil or has no such variable.
+/// Returns the pointer in the instance variable `name`. Returns null if the object is nil or has no
+/// such variable.
 void* variable(id object, const char* name) {
     const Ivar found = class_getInstanceVariable(object_getClass(object), name);
     return found != nullptr ? (void*)object_getIvar(object, found) : nullptr;
 }
 
-/// Whether the main thread is inside its run loop. Foundation has no call that tells: asking for the main
-/// thread's run loop makes one, which another thread must not do while the main thread may be doing the same.
+/// Returns whether the main thread is inside its run loop. Foundation has no function for this. Requesting
+/// the main thread's run loop would create it, and two threads must not do that at the same time.
 bool isMainThreadInRunLoop() {
     id const information = (id)variable([NSThread mainThread], "_runLoopInfo");
     id const loop = (id)variable(information, "loop");
     return variable(loop, "_currentMode") != nullptr;
 }
 
-// No object of C++ lives in a function with @try: their exceptions do not mix everywhere. If the message
-// cannot be sent, the caller takes the call back.
+// Wakes the main run loop. If the message cannot be sent, the caller's wait times out. This function contains
+// no C++ objects, because C++ objects in a function with @try do not work on all systems.
 void wakeRunLoop() {
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
     @try {
@@ -66,7 +67,7 @@ void wakeRunLoop() {
 
 bool runOnMainRunLoop(void* (*procedure)(void*), void* parameter, void** result) {
     if (!isMainThreadInRunLoop()) return false;
-    callQueue().open();  // whether the loop runs is not the queue's business, so it is never closed
+    callQueue().open();  // never closed; isMainThreadInRunLoop() says whether the loop runs
     return callQueue().run(procedure, parameter, result, wakeRunLoop);
 }
 

@@ -11,7 +11,7 @@ struct Semaphore {
     portability::WaitQueue waiters;
 };
 
-// Never destroyed: tasks may still be at work while the process ends.
+// Never destroyed, because tasks may still be running while the process exits.
 portability::HandlePool<Semaphore>& semaphores() {
     static auto& pool = *new portability::HandlePool<Semaphore>;
     return pool;

@@ -10,8 +10,8 @@
 
 namespace {
 
-// A task's stack is never smaller than this, whatever was asked for: the system's own libraries need room,
-// and the thread-local data of all libraries, which may be large, lies in the same memory.
+// The minimum size of a task's stack, in bytes, even if the caller requests less. The system's libraries need
+// space on the stack. The thread-local data of all libraries, which may be large, is in the same memory.
 constexpr ByteCount kSmallestStack = 2 * 1024 * 1024;
 constexpr ByteCount kStackGranularity = 64 * 1024;
 
@@ -20,7 +20,7 @@ constexpr MPTaskOptions kSupportedOptions =
 
 struct Task {};
 
-// Never destroyed: tasks may still be at work while the process ends.
+// Never destroyed, because tasks may still be running while the process exits.
 portability::HandlePool<Task>& tasks() {
     static auto& pool = *new portability::HandlePool<Task>;
     return pool;

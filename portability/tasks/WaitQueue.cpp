@@ -32,7 +32,8 @@ void WaitQueue::releaseOldest(OSStatus outcome) {
     first_ = waiter.next;
     waiter.outcome = outcome;
     waiter.released = true;
-    // Still under the mutex: once it is free the waiter may return, and the condition variable is gone.
+    // Called before the mutex is unlocked: after that the waiter may return and destroy the
+    // condition variable.
     waiter.wakeUp.notify_one();
 }
 

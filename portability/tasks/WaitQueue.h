@@ -1,8 +1,7 @@
-// The threads that wait inside one object, the one that has waited longest first. Private to the layer.
+// The queue of the threads that wait in one object, longest wait first. Private to the layer.
 //
-// What a waiter gets is decided by the thread that releases it, under the object's mutex; a released waiter
-// therefore needs nothing of the object any more, which may be deleted meanwhile. Time-outs hold on the
-// monotonic clock.
+// The thread that releases a waiter decides the waiter's result, under the object's mutex. A released waiter
+// therefore does not access the object again, which may have been deleted. Time-outs use the monotonic clock.
 #pragma once
 
 #include <CoreServices/Multiprocessing.h>
@@ -17,23 +16,23 @@ namespace portability {
 struct Waiter {
     const std::thread::id thread = std::this_thread::get_id();
     OSStatus outcome = kMPTimeoutErr;
-    MPEventFlags flags = 0;  // handed over with the outcome, where the object has any
+    MPEventFlags flags = 0;  // set together with `outcome` by event groups
     bool released = false;
     std::condition_variable wakeUp;
     Waiter* next = nullptr;
 };
 
-/// Every member function is called under the mutex of the object that the queue belongs to.
+/// All member functions must be called with the mutex of the queue's object locked.
 class WaitQueue {
   public:
-    /// Waits until the waiter is released and answers its outcome, or kMPTimeoutErr. `lock` holds the
+    /// Waits until the waiter is released and returns its outcome, or kMPTimeoutErr. `lock` must hold the
     /// object's mutex, which must outlive the object.
     OSStatus wait(std::unique_lock<std::mutex>& lock, Duration timeout, Waiter& waiter);
 
-    /// Null when nobody waits.
+    /// Returns the waiter that has waited longest, or null if there is none.
     Waiter* oldest() const { return first_; }
 
-    /// Lets the oldest waiter go with `outcome`.
+    /// Releases the oldest waiter with `outcome`.
     void releaseOldest(OSStatus outcome);
 
     void releaseAll(OSStatus outcome);

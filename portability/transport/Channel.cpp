@@ -28,7 +28,7 @@ Channel::Sent sendPacket(int socket, Packet& packet) {
     }
 }
 
-// A reply in one of the peer's slots, until it is let go.
+// Keeps a reply in one of the peer's slots mapped. The destructor marks the slot as released.
 class HeldReply {
   public:
     HeldReply(std::shared_ptr<const void> block, std::shared_ptr<std::atomic<uint32_t>> released,
@@ -81,12 +81,12 @@ Channel::Sent Channel::sendReply(const FrameHeader& header, const ImageMemory& i
         return Sent::done;
     }
     const Sent sent = sendPrepared(frame);
-    // Whoever looks only into the mailbox is told there to look into the socket.
+    // The peer polls only the mailbox, so a notice there tells it to read the socket.
     if (isQuick && sent == Sent::done) mailbox_->post(nullptr, nullptr, 0);
     return sent;
 }
 
-// False when there is no shared memory for a large image.
+// Fills in the header and the block. Returns false if there is no shared memory for a large image.
 bool Channel::prepare(Outgoing& frame, bool confirmed) {
     FrameHeader& header = frame.header;
     header.imageSize = static_cast<uint32_t>(frame.image.size());
@@ -123,8 +123,8 @@ void Channel::post(Outgoing& frame) {
     noteSent(frame);
     mailbox_->post(&frame.header, frame.image.data(), frame.block == nullptr ? frame.image.size() : 0);
     if (mailbox_->isOtherLooking()) return;
-    // The other end may have gone to sleep just before. If there is no room for this packet, others will wake
-    // it.
+    // The peer may have stopped polling just before the frame was posted. If the socket's buffer is full, the
+    // packets in it wake the peer.
     FrameHeader wakeUp;
     wakeUp.kind = FrameKind::wakeUp;
     Packet packet(&wakeUp, sizeof wakeUp);
@@ -173,7 +173,7 @@ uint16_t Channel::findPlace(const SharedBlock& block) const {
 
 void Channel::noteSent(const Outgoing& frame) {
     if (frame.block == nullptr) return;
-    // Nobody will say when a passing file has been read.
+    // The peer does not confirm a file that is not kept in a slot.
     if (frame.header.place == kPassingImage) {
         frame.block->forbidReuse();
         return;
@@ -208,12 +208,12 @@ Channel::Received Channel::receive(FrameBuffer& buffer, ReceivedFrame& frame) {
     const Received looked = look(frame);
     if (looked != Received::nothing && looked != Received::elsewhere) return looked;
     cameByMailbox_ = false;
-    // A peer that sends nothing else must not keep us here.
+    // Limited, so that a peer that sends only packets of these kinds cannot keep us in this loop.
     for (int packet = 0; packet < kMostPacketsAtOnce; ++packet) {
         const Received received = receivePacket(buffer, frame);
         if (received != Received::frame) return received;
         if (frame.header.kind == FrameKind::request || frame.header.kind == FrameKind::reply) return received;
-        // A mailbox has come, or something has been put there.
+        // The packet brought a mailbox, or says that the mailbox contains a frame.
         const Received found = look(frame);
         if (found != Received::nothing && found != Received::elsewhere) return found;
     }

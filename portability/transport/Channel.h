@@ -1,4 +1,4 @@
-// Frames over a connection, the same for both ends. Private to the layer.
+// Sends and receives frames over a connection. Both ends use this class. Private to the layer.
 #pragma once
 
 #include <array>
@@ -14,34 +14,34 @@
 
 namespace portability {
 
-/// Room for one frame as it comes in. Can serve many channels of one thread.
+/// A buffer for one received frame. The channels of one thread can share it.
 struct FrameBuffer {
     alignas(8) std::array<uint8_t, kLargestFrame> bytes;
 };
 
-/// A request or a reply that came in. Nothing is known of the image but its size.
+/// A received request or reply. Only the size of the image has been checked, not its content.
 struct ReceivedFrame {
     FrameHeader header;
-    const uint8_t* image = nullptr;     // in the buffer, in the mailbox or in the block
-    std::shared_ptr<const void> block;  // holds an image in a shared block in place; else null
+    const uint8_t* image = nullptr;     // in the FrameBuffer, the mailbox or the block
+    std::shared_ptr<const void> block;  // keeps an image in shared memory mapped; otherwise null
 };
 
-/// One end of a connection: a socket, the slots for large images in both directions, and perhaps a mailbox.
-/// Never blocks, never raises SIGPIPE. One thread at a time.
+/// One end of a connection: a socket, the slots for large images in both directions, and optionally a
+/// mailbox. It never blocks and never raises SIGPIPE. Not thread-safe: one thread at a time.
 class Channel {
   public:
     enum class Sent {
         done,
-        full,    ///< nothing was sent; to be tried again when the socket can be written to
-        closed,  ///< nothing was sent; the other end is gone
-        failed   ///< nothing was sent; no memory or no descriptors
+        full,    ///< nothing was sent; try again when the socket is writable
+        closed,  ///< nothing was sent; the peer has closed the connection
+        failed   ///< nothing was sent; memory or file descriptors have run out
     };
     enum class Received {
         frame,
-        nothing,    ///< nothing is there
-        closed,     ///< the other end is gone
-        malformed,  ///< the other end does not keep to the rules; the channel is of no further use
-        elsewhere   ///< of look() only: a frame comes through the socket
+        nothing,    ///< no frame has arrived
+        closed,     ///< the peer has closed the connection
+        malformed,  ///< the peer violated the protocol; the channel cannot be used any more
+        elsewhere   ///< from look() only: the frame arrives through the socket
     };
 
     explicit Channel(FileDescriptor socket);
@@ -51,57 +51,65 @@ class Channel {
 
     int descriptor() const { return socket_.get(); }
 
-    /// Sends one frame through the socket; place, size and the released slots are filled in here. `confirmed`
-    /// tells whether the receiver will confirm the frame, so that its shared memory can be used again.
+    /// Sends one frame through the socket. Fills in the header's fields for the place, the image size and the
+    /// released slots. `confirmed` says whether the receiver will confirm the frame. If it will, the frame's
+    /// shared memory can be reused after the confirmation.
     Sent send(const FrameHeader& header, const ImageMemory& image, bool confirmed);
 
-    /// Sends a request that will be answered, while all earlier ones have been: through the mailbox if the
-    /// receiver looks there, and `posted` tells whether it does. This side then looks, too.
+    /// Sends a request that the receiver will reply to. All earlier requests must have been replied to. If
+    /// the receiver is polling the mailbox, the request goes through the mailbox, `posted` becomes true, and
+    /// this side also polls the mailbox from then on. Otherwise the request goes through the socket and
+    /// `posted` becomes false.
     Sent sendQuick(const FrameHeader& header, const ImageMemory& image, bool& posted);
 
-    /// Sends the reply to the frame that came in last, the way that one took if the other end still looks
-    /// there.
+    /// Sends the reply to the frame that was received last. It uses the mailbox if the request came through
+    /// it and the peer is still polling it, and the socket otherwise.
     Sent sendReply(const FrameHeader& header, const ImageMemory& image);
 
-    /// Gives the other end a mailbox, if there is none yet. Does nothing when that is not possible.
+    /// Creates a mailbox and sends it to the peer. Only the first call has an effect. Failures are ignored;
+    /// the connection then continues without a mailbox.
     void offerMailbox();
 
     bool hasMailbox() const { return mailbox_ != nullptr; }
 
-    /// Looks into the mailbox only, which costs no system call.
+    /// Checks only the mailbox, which needs no system call.
     Received look(ReceivedFrame& frame);
 
-    /// Says that this side looks from now on without being woken, or no longer; receive() is to be called
-    /// then.
+    /// Tells the peer whether this side is polling the mailbox, so that the peer need not wake it. After
+    /// `setLooking(false)` the caller must call receive() once, because the peer may have posted a frame
+    /// before it saw the change.
     void setLooking(bool looking);
 
-    /// Whether the receiver has taken the request that was posted last.
+    /// Returns whether the receiver has taken the request that was posted to the mailbox last. Also true if
+    /// there is no mailbox.
     bool wasTaken() const;
 
-    /// Takes one frame from the mailbox or from the socket. What is in the buffer is valid until the buffer's
-    /// next use; what is in the mailbox, until the next frame is sent.
+    /// Receives one frame from the mailbox or the socket. A frame in the buffer is valid until the buffer is
+    /// used again. A frame in the mailbox is valid until this side sends its next frame.
     Received receive(FrameBuffer& buffer, ReceivedFrame& frame);
 
-    /// To be called with the id of each reply that came in: the receiver of our requests is done with all up
-    /// to this one.
+    /// Releases the shared memory of all requests up to this id. The caller calls it with the id of each
+    /// reply that it receives: a reply shows that the receiver has finished with its request and all
+    /// earlier ones.
     void confirmUpTo(uint64_t id);
 
-    /// Holds the image of a reply, and tells the sender with the next request when it is let go. Null for an
-    /// image that is not in a block.
+    /// Returns an owner that keeps the reply's image mapped. When the last copy of the owner is released, the
+    /// next request tells the sender of the reply that its slot is free. Returns null if the image is not in
+    /// a block.
     std::shared_ptr<const void> holdReply(const ReceivedFrame& frame);
 
   private:
     struct OutSlot {
-        uint64_t known = 0;                  // id of the block that the receiver has in this slot
-        std::shared_ptr<SharedBlock> inUse;  // set while the receiver may be reading it
-        uint64_t frame = 0;                  // id of the last frame that used it
+        uint64_t known = 0;                  // id of the block that the receiver keeps in this slot
+        std::shared_ptr<SharedBlock> inUse;  // the slot's block, while the receiver may be reading it
+        uint64_t frame = 0;                  // id of the last frame that used the slot
     };
 
-    // A frame that is ready to go.
+    // A frame that is ready to be sent.
     struct Outgoing {
         FrameHeader header;
         const ImageMemory& image;
-        std::shared_ptr<SharedBlock> block;  // null: the image goes along
+        std::shared_ptr<SharedBlock> block;  // null: the image is in the packet
     };
 
     bool prepare(Outgoing& frame, bool confirmed);
@@ -120,8 +128,8 @@ class Channel {
     std::array<std::shared_ptr<const ReceivedBlock>, kSlots> in_;
     std::unique_ptr<Mailbox> mailbox_;
     bool mailboxOffered_ = false;
-    bool cameByMailbox_ = false;  // the last frame
-    // Outlives the channel: a reply may be let go after it, on another thread.
+    bool cameByMailbox_ = false;  // whether the last frame came through the mailbox
+    // Shared, because a reply may be released after the channel is destroyed, and on another thread.
     std::shared_ptr<std::atomic<uint32_t>> released_;
 };
 

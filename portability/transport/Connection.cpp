@@ -14,7 +14,7 @@ Connection::Outcome Connection::post(const OutgoingRequest& request) {
 }
 
 Connection::Outcome Connection::exchange(const OutgoingRequest& request, ReceivedReply& reply) {
-    // A connection that is used once is better off without a mailbox.
+    // A mailbox is not worth its cost for a connection that is used only once.
     if (lastAnswered_ != 0 && Spin::isOn()) channel_.offerMailbox();
     bool posted = false;
     const Outcome sent = sendRequest(request, true, posted);
@@ -25,7 +25,7 @@ Connection::Outcome Connection::exchange(const OutgoingRequest& request, Receive
 }
 
 Connection::Outcome Connection::sendRequest(const OutgoingRequest& request, bool wantsReply, bool& posted) {
-    // A peer whose replies nobody takes would at last have nowhere to put them.
+    // Unread replies would fill the socket's buffer until the peer can send none.
     if (unanswered_ != 0 && !dropLateReplies(request.deadline)) return Outcome::notSent;
     const bool allAnswered = lastAnswered_ == lastId_;
     FrameHeader header;
@@ -57,7 +57,7 @@ Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool 
     Spin spin(std::max(request.image.size(), lastReplySize_));
     ReceivedFrame frame;
     bool looking = posted;
-    // The reply can hardly be there at once, so the other side is given the processor first.
+    // The reply has probably not arrived yet, so this thread first yields to the receiver.
     spin.again();
     for (;;) {
         switch (looking ? channel_.look(frame) : channel_.receive(buffer_, frame)) {
@@ -93,7 +93,8 @@ Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool 
     }
 }
 
-// False when the sender has had enough.
+// Sleeps until the socket is readable, the deadline has passed or the next idle call is due. Returns false if
+// the idle caller ends the wait.
 bool Connection::waitAsleep(const OutgoingRequest& request) {
     if (request.idle == nullptr) {
         waitForDescriptor(channel_.descriptor(), POLLIN, request.deadline);
@@ -103,7 +104,7 @@ bool Connection::waitAsleep(const OutgoingRequest& request) {
     return !request.idle->call();
 }
 
-// False when no such request was sent, or it was answered already.
+// Returns false if the frame is not a reply to a request that is still without a reply.
 bool Connection::noteReply(const ReceivedFrame& frame) {
     const uint64_t id = frame.header.id;
     if (frame.header.kind != FrameKind::reply || id <= lastAnswered_ || id > lastId_) return false;

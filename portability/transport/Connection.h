@@ -1,4 +1,4 @@
-// A sender's connection to an endpoint. Private to the layer.
+// The sender's side of a connection to an endpoint. Private to the layer.
 #pragma once
 
 #include <chrono>
@@ -11,55 +11,58 @@
 
 namespace portability {
 
-/// What a sender does from time to time while it waits.
+/// An object that a waiting sender calls from time to time.
 class IdleCaller {
   public:
     virtual ~IdleCaller() = default;
 
-    /// The time until it wants to be called next.
+    /// Returns the time to wait until the next call of call().
     virtual std::chrono::nanoseconds pause() const = 0;
 
-    /// Does it; true ends the wait.
+    /// Performs one idle call. Returns true to end the wait.
     virtual bool call() = 0;
 };
 
-/// A request that is to be sent. Refers to what its sender holds.
+/// A request to be sent. It refers to memory that the sender owns.
 struct OutgoingRequest {
     const ImageMemory& image;
-    int32_t mode;  // for the receiver's handler only, like the next one
-    int32_t timeOutInTicks;
+    int32_t mode;            // for the receiver's handler; the transport does not read it
+    int32_t timeOutInTicks;  // likewise
     Deadline deadline;
-    IdleCaller* idle;  // null: just wait
+    IdleCaller* idle;  // null: wait without idle calls
 };
 
-/// A reply that came in. The image stays in place while `block` is held; without a block, until the next use
-/// of the connection. Nothing is known of it but its size.
+/// A received reply. The image stays valid while `block` is held. Without a block it is valid until the
+/// connection is used again. Only the size of the image has been checked, not its content.
 struct ReceivedReply {
-    int32_t result = 0;  // of the receiving side: 0, or why it did not handle the request
+    int32_t result = 0;  // from the receiver: 0, or the error why it did not handle the request
     const uint8_t* image = nullptr;
     size_t size = 0;
     std::shared_ptr<const void> block;
 };
 
-/// A connection that lives on between exchanges. Requests have rising ids, and a reply is taken for an answer
-/// only if it has the id of the request that waits. One thread at a time.
+/// A connection that is used for several exchanges, one after the other. Requests have increasing ids. A
+/// reply is accepted only if it has the id of the request that waits for it. Not thread-safe: one thread at
+/// a time.
 class Connection {
   public:
     enum class Outcome {
         done,
-        notSent,    ///< the other end had gone before anything was sent; the connection is of no further use
-        lost,       ///< the other end went away, or broke the rules, after the request was sent; likewise
-        timedOut,   ///< the connection can be used again; the late reply will be recognised
-        cancelled,  ///< by the idle caller; likewise
+        notSent,    ///< the peer had exited before anything was sent; the connection cannot be used any more
+        lost,       ///< the peer ended or violated the protocol after the request was sent; likewise
+        timedOut,   ///< the connection can be used again; it will recognise and drop the late reply
+        cancelled,  ///< the IdleCaller ended the wait; the connection can be used again, as after timedOut
         noMemory    ///< nothing was sent
     };
 
     explicit Connection(FileDescriptor socket) : channel_(std::move(socket)) {}
 
-    /// Hands the request over to the system. The receiver does not reply to it.
+    /// Sends the request without waiting for the receiver, which does not reply to it. Waits only while the
+    /// socket's buffer is full, at most until the deadline.
     Outcome post(const OutgoingRequest& request);
 
-    /// Sends the request and waits for its reply. Throws std::bad_alloc.
+    /// Sends the request and waits for its reply. Sets `reply` only if the result is Outcome::done.
+    /// Throws std::bad_alloc.
     Outcome exchange(const OutgoingRequest& request, ReceivedReply& reply);
 
   private:
@@ -71,9 +74,9 @@ class Connection {
 
     Channel channel_;
     uint64_t lastId_ = 0;
-    uint64_t lastAnswered_ = 0;  // id of the last reply that came in
+    uint64_t lastAnswered_ = 0;  // id of the last reply that was received
     size_t lastReplySize_ = 0;
-    uint64_t unanswered_ = 0;  // requests whose replies nobody waits for any more
+    uint64_t unanswered_ = 0;  // number of requests that timed out or were cancelled and have no reply yet
     FrameBuffer buffer_;
 };
 

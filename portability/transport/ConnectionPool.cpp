@@ -46,7 +46,8 @@ class ConnectionPool {
         return nullptr;
     }
 
-    // Answers the one that has no place any more.
+    // Adds a connection. Returns the connection that the caller must close because there is no room for it,
+    // or null.
     std::unique_ptr<KeptConnection> keep(std::unique_ptr<KeptConnection> connection) {
         BriefLockScope held(lock_);
         if (!held || closed_) return connection;
@@ -60,7 +61,8 @@ class ConnectionPool {
     }
 
   private:
-    // Two processes on one connection would take each other's replies.
+    // Drops the connections of the parent process after a fork. Two processes that share a connection would
+    // receive each other's replies.
     void forgetParents() {
         if (owner_ == processMark()) return;
         while (count_ > 0)
@@ -69,7 +71,7 @@ class ConnectionPool {
     }
 
     BriefLock lock_;
-    std::array<std::unique_ptr<KeptConnection>, 8> kept_;  // the one used last at the end
+    std::array<std::unique_ptr<KeptConnection>, 8> kept_;  // in the order of use, the last used at the end
     size_t count_ = 0;
     uint32_t owner_ = 0;
     bool closed_ = false;

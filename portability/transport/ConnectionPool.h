@@ -1,4 +1,4 @@
-// The connections that a process keeps between its sends. Private to the layer.
+// A pool of the process's unused connections. Private to the layer.
 #pragma once
 
 #include <CoreServices/MacTypes.h>
@@ -10,27 +10,28 @@
 
 namespace portability {
 
-/// What decides where an endpoint is found: the signature, and the environment as far as it matters.
+/// Identifies an endpoint: the signature, and the environment variables that determine its location.
 struct EndpointKey {
     OSType signature;
-    std::string systemRoot;     // as in the environment, "" when unset
-    std::string runtimeFolder;  // likewise
+    std::string systemRoot;     // POS_SYSTEM_ROOT, "" if unset
+    std::string runtimeFolder;  // XDG_RUNTIME_DIR, "" if unset
 };
 
 struct KeptConnection {
     EndpointKey key;
     Connection connection;
 
-    /// For the environment as it is now.
+    /// Takes the rest of the key from the current environment.
     KeptConnection(OSType signature, FileDescriptor socket);
 };
 
-/// Takes out a connection to the endpoint that the signature has now and that nobody uses; null when there is
-/// none. It may have broken meanwhile. Any thread; a forked process does not get those of its parent.
+/// Removes an unused connection to the signature's endpoint from the pool and returns it. Returns null if
+/// there is none for the current environment. The peer may have closed the connection meanwhile. Thread-safe.
+/// A forked process does not get the connections of its parent.
 std::unique_ptr<KeptConnection> takeKeptConnection(OSType signature);
 
-/// Keeps a connection for later. The number of those kept is bounded; the one unused for longest is closed.
-/// Any thread.
+/// Adds a connection to the pool for later use. If the pool is full, the connection that has been unused for
+/// the longest time is closed. Thread-safe.
 void keepConnection(std::unique_ptr<KeptConnection> connection);
 
 }  // namespace portability

@@ -43,14 +43,15 @@ bool fillAddress(sockaddr_un& address, const std::string& path) {
     return true;
 }
 
-// systemd-tmpfiles removes nothing from a folder of /tmp that is locked.
+// Opens the folder and locks it, because systemd-tmpfiles does not delete files in a locked folder of /tmp.
 FileDescriptor openLocked(const FileDescriptor& folder) {
     FileDescriptor locked(openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (locked) flock(locked.get(), LOCK_SH | LOCK_NB);
     return locked;
 }
 
-// Only the owner of the lock comes here, so a socket that lies there belongs to nobody any more.
+// Creates the listening socket. The caller owns the lock, so a socket that already exists there has no owner
+// and is deleted.
 FileDescriptor listenAt(const FileDescriptor& folder, const std::string& name) {
     if (unlinkat(folder.get(), name.c_str(), 0) != 0 && errno != ENOENT) return FileDescriptor();
     FileDescriptor socket = openSocket();
@@ -58,7 +59,7 @@ FileDescriptor listenAt(const FileDescriptor& folder, const std::string& name) {
     if (!socket || !fillAddress(address, socketPath(folder, name))) return FileDescriptor();
     if (bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         return FileDescriptor();
-    // The umask has narrowed the mode. Nobody can connect before the socket listens.
+    // Corrects a mode that the umask restricted. No client can connect before listen().
     if (fchmodat(folder.get(), name.c_str(), kSocketMode, 0) != 0) return FileDescriptor();
     if (listen(socket.get(), SOMAXCONN) != 0) return FileDescriptor();
     return socket;
@@ -81,7 +82,7 @@ bool setCloseOnExec(int descriptor) {
 bool limitConnectTime(const FileDescriptor& socket, const Deadline& deadline) {
     timespec left;
     if (deadline.remaining(left) == nullptr) return true;
-    // Zero would mean no limit.
+    // Rounded up, because zero would mean no limit.
     const timeval limit{left.tv_sec, left.tv_nsec / 1000 + 1};
     return setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit) == 0;
 }
@@ -92,13 +93,13 @@ Connecting connectTo(const FileDescriptor& socket, const sockaddr_un& address, c
         if (connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
             return Connecting::connected;
         }
-        // The owner lives, but has not accepted for long; or a signal came.
+        // EAGAIN: the owner is alive, but its queue of connections is full. EINTR: a signal arrived.
         if (errno != EINTR && errno != EAGAIN) return Connecting::failed;
         if (deadline.passed()) return Connecting::timedOut;
     }
 }
 
-// Connects to the socket `name` in the folder.
+// Connects to the socket `name` in the folder. Sets `connection` only if the result is `connected`.
 Connecting connectIn(const FileDescriptor& folder, const std::string& name, const Deadline& deadline,
                      FileDescriptor& connection) {
     FileDescriptor socket = openSocket();
@@ -144,19 +145,20 @@ EndpointClaim::Outcome EndpointClaim::claim(OSType signature, EndpointClaim& res
 
 void EndpointClaim::withdraw() noexcept {
     try {
-        // By now the files may be those of the next owner.
+        // The files may already belong to the next owner.
         if (!folder_ || !isLockOf(folder_, name_ + kLockEnding, lock_.get())) return;
         unlinkat(folder_.get(), (name_ + kSocketEnding).c_str(), 0);
-        // The lock goes last: without it another owner may come and have files of the same names.
+        // The lock file is deleted last: without it another owner may create files with the same names.
         unlinkat(folder_.get(), (name_ + kLockEnding).c_str(), 0);
     } catch (const std::bad_alloc&) {
-        // Then they stay, as after a crash.
+        // The files stay, as after a crash.
     }
 }
 
 bool EndpointClaim::adoptInherited(OSType signature, EndpointClaim& result) {
-    // Read also in a program that runs with another user's rights, because a set-id host launches such a one.
-    // The entry need not be trusted: only a process of this user can have opened the lock file.
+    // getenv, not secure_getenv: the variable is also read in a set-user-ID program, because set-user-ID
+    // hosts launch such programs. The entry need not be trusted, because only a process of this user can have
+    // opened the lock file.
     const char* announced = getenv(kAnnouncement);
     if (announced == nullptr) return false;
     const std::string entry = std::string(kAnnouncement) + "=" + announced;

@@ -15,13 +15,13 @@ namespace {
 constexpr mode_t kOwnerMask = 0700;
 constexpr mode_t kOthersMask = 077;
 
-// Errors of a path that leads nowhere for this user. The others (too many open files, no memory, a damaged
-// disk) say nothing about what is there.
+// Returns whether the error means that this user has no file at the path. All other errors (too many open
+// files, no memory, a damaged disk) do not say whether there is one.
 bool isAbsence(int error) {
     return error == ENOENT || error == ENOTDIR || error == EACCES || error == ELOOP || error == ENAMETOOLONG;
 }
 
-// Errors of a folder that this user cannot make at that place.
+// Returns whether the error means that this user cannot create a folder at the path.
 bool isRefusal(int error) {
     return isAbsence(error) || error == EPERM || error == EROFS;
 }
@@ -30,7 +30,7 @@ FolderState stateAfter(int error) {
     return isAbsence(error) ? FolderState::absent : FolderState::failed;
 }
 
-// `path`, or the system root's own folder of that name.
+// Returns `path` in the system root if that exists, otherwise `path`.
 std::string folderOfSystem(const std::string& systemRoot, const std::string& path) {
     const std::string own = systemRoot + path;
     struct stat status;
@@ -46,7 +46,8 @@ FolderState openParent(const EndpointPlace& place, FileDescriptor& parent) {
     return place.isPrivate && status.st_uid != geteuid() ? FolderState::absent : FolderState::open;
 }
 
-// Something other than a folder has its name. If it is another user's, another place may be used.
+// Returns the state if the name belongs to a file that is not a folder. If the file is another user's, other
+// places may be used.
 FolderState stateOfObstacle(const FileDescriptor& parent, const std::string& name) {
     struct stat status;
     if (fstatat(parent.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return stateAfter(errno);
@@ -78,7 +79,8 @@ FolderState makeFolder(const EndpointPlace& place, FileDescriptor& folder) {
     return openIn(parent, place.name, folder);
 }
 
-// FNV-1a. Nobody but the user can choose the roots, so nothing is gained by making two of them collide.
+// FNV-1a. A cryptographic hash is not needed: only the user chooses the roots, and two roots with the same
+// hash harm only that user.
 uint64_t numberOf(const std::string& text) {
     uint64_t number = 0xCBF29CE484222325;
     for (const char c : text) {

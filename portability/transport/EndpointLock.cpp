@@ -38,7 +38,7 @@ LockOutcome lockFile(const FileDescriptor& folder, const std::string& name, File
         if (flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
             return errno == EWOULDBLOCK ? LockOutcome::inUse : LockOutcome::failed;
         }
-        // The file may have been removed before it was locked.
+        // The previous owner may have deleted the file before we locked it.
         if (!isLockOf(folder, name, file.get())) continue;
         lock = std::move(file);
         return LockOutcome::locked;

@@ -1,4 +1,4 @@
-// The lock file beside an endpoint's socket. Private to the layer.
+// The lock file of an endpoint. Private to the layer.
 #pragma once
 
 #include <string>
@@ -10,18 +10,18 @@ namespace portability {
 enum class LockOutcome {
     locked,
     inUse,  ///< another open file description has the lock
-    failed  ///< the file cannot be made, opened or locked, or is not a regular file of this user; errno tells
-            ///< why
+    failed  ///< the file cannot be created, opened or locked, or is not this user's regular file; see errno
 };
 
-/// Locks the file `name` in the folder, which is made if it does not exist. Never waits. A mode that keeps
-/// the user out (a host's umask did that) is corrected. The lock lasts as long as the open file description.
+/// Locks the file `name` in the folder, and creates it if it does not exist. Never blocks. If the file's mode
+/// denies access to the user (because of a host's umask), the mode is corrected. `lock` is set only if the
+/// file was locked. The lock lasts until all descriptors of its open file description are closed.
 LockOutcome lockFile(const FileDescriptor& folder, const std::string& name, FileDescriptor& lock);
 
-/// Whether the file `name` in the folder is the one that is open as `lock`.
+/// Returns whether the file `name` in the folder is the same file as the open file `lock`.
 bool isLockOf(const FileDescriptor& folder, const std::string& name, int lock);
 
-/// Whether the open file can be an endpoint's lock: a regular file of this user.
+/// Returns whether the open file can be an endpoint's lock: a regular file that belongs to this user.
 bool isLockFile(int descriptor);
 
 }  // namespace portability

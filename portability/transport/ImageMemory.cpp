@@ -9,7 +9,8 @@ namespace portability {
 ImageMemory::ImageMemory(const uint8_t* bytes, size_t size, std::shared_ptr<const void> keeper)
     : data_(bytes), size_(size), capacity_(0), keeper_(std::move(keeper)) {}
 
-// A block that a connection still holds is one that a receiver may still be reading.
+// Returns whether the image may be changed in place. If a connection still refers to the block, a receiver
+// may be reading it.
 bool ImageMemory::isOwn() const {
     return capacity_ != 0 && (block_ == nullptr || block_.use_count() == 1);
 }
@@ -33,14 +34,16 @@ void ImageMemory::erase(size_t offset, size_t count) {
     size_ -= count;
 }
 
-// Moves the image to memory of its own for at least `needed` bytes.
+// Moves the image to memory that this object owns, with room for at least `needed` bytes. Returns false if
+// memory runs out.
 bool ImageMemory::own(size_t needed) {
     std::unique_ptr<uint8_t[]> heap;
     std::shared_ptr<SharedBlock> block;
     uint8_t* place = small_.data();
     size_t capacity = kSmall;
     if (needed > kLargestInlineImage) {
-        // An image that outgrew its block grows in many steps. Spare room keeps their number from mattering.
+        // An image that has outgrown its block is likely to grow in many small steps. The spare room keeps
+        // the number of copies low.
         block = SharedBlock::take(block_ == nullptr ? needed : std::min(needed + needed / 2, kLargestImage));
         if (block == nullptr) return false;
         place = block->data();

@@ -1,4 +1,4 @@
-// Where the bytes of a message lie. Private to the layer.
+// The memory of a message's bytes. Private to the layer.
 #pragma once
 
 #include <array>
@@ -10,22 +10,22 @@
 
 namespace portability {
 
-/// The largest image, in bytes. Sender and receiver refuse larger ones.
+/// The largest image, in bytes. Both sender and receiver reject larger ones.
 constexpr size_t kLargestImage = size_t{1} << 30;
 
-/// Images up to this size travel inside their frame; larger ones are kept in shared memory from the start, so
-/// that sending does not copy them.
+/// Images up to this size, in bytes, are sent inside their frame. Larger images are in shared memory from the
+/// start, so that sending does not copy them.
 constexpr size_t kLargestInlineImage = size_t{16} << 10;
 
-/// The bytes of one message, its image: a few in the object itself, more on the heap, many in a shared block;
-/// or a view of bytes that belong to somebody else, which are copied before the first change. One thread at a
-/// time.
+/// The bytes of one message (its image). Small images are stored in the object itself, larger ones on the
+/// heap, and the largest in a shared block. The object can also be a view of memory that it does not own;
+/// such bytes are copied before the first change. Not thread-safe: one thread at a time.
 class ImageMemory {
   public:
     ImageMemory() = default;
 
-    /// A view of `size` bytes that stay in place while `keeper` is held; without a keeper, while this object
-    /// is used.
+    /// Makes a view of `size` bytes. They must stay valid while `keeper` is held, or, without a keeper, while
+    /// this object is used.
     ImageMemory(const uint8_t* bytes, size_t size, std::shared_ptr<const void> keeper = nullptr);
 
     ImageMemory(const ImageMemory&) = delete;
@@ -34,18 +34,19 @@ class ImageMemory {
     const uint8_t* data() const { return data_; }
     size_t size() const { return size_; }
 
-    /// The block in which the image begins at the first byte; null when it lies elsewhere.
+    /// Returns the block that contains the image from its first byte on, or null if the image is not in
+    /// a block.
     const std::shared_ptr<SharedBlock>& block() const { return block_; }
 
-    /// Adds `count` bytes at the end, to be filled by the caller; null, and nothing changed, when there is no
-    /// memory or the image would become larger than kLargestImage.
+    /// Adds `count` bytes at the end and returns their address. The caller fills them. Returns null, and
+    /// changes nothing, if memory runs out or the image would become larger than kLargestImage.
     uint8_t* append(size_t count);
 
-    /// Bytes that may be changed. Null, and nothing changed, when a copy is needed and there is no memory for
-    /// one.
+    /// Returns the bytes, which the caller may change. Copies them first if this object does not own them.
+    /// Returns null, and changes nothing, if there is no memory for the copy.
     uint8_t* writable();
 
-    /// Takes `count` bytes out at `offset`. After writable() only.
+    /// Removes `count` bytes at `offset`. The caller must have called writable() before.
     void erase(size_t offset, size_t count);
 
   private:
@@ -62,7 +63,7 @@ class ImageMemory {
     std::shared_ptr<const void> keeper_;
 };
 
-/// A copy of `size` bytes (at most kLargestImage) in shared memory; null when there is none left.
+/// Copies `size` bytes (at most kLargestImage) to shared memory. Returns null if shared memory runs out.
 std::shared_ptr<SharedBlock> copyToBlock(const uint8_t* bytes, size_t size);
 
 }  // namespace portability

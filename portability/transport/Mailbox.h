@@ -1,18 +1,20 @@
-// A shortcut beside a connection's socket, for two processes that both happen to be awake. Private to the
-// layer.
+// A faster way than the socket, for two processes that are both awake. Private to the layer.
 //
-// The mailbox is a small piece of shared memory with room for one request and one reply. A side that is
-// waiting without having gone to sleep says so in the memory; then, and only then, the other side puts its
-// frame there instead of sending it, and no system call is needed. Each side looks into the mailbox once more
-// after it has said that it no longer looks, and whoever has put something there looks at that word
-// afterwards and sends a wake-up through the socket if need be; so nothing is overlooked.
+// The mailbox is a small shared memory with room for one request and one reply. A side that polls the mailbox
+// instead of sleeping sets a flag in the memory. The other side puts its frame into the mailbox only while
+// that flag is set. Otherwise it uses the socket. A frame in the mailbox needs no system call.
 //
-// A sender posts a request only when all its earlier ones were answered. Hence frames never overtake each
-// other, and a place in the mailbox is always free when it is needed. The receiver marks a request as taken
-// before it handles it. If it dies before that, the sender knows that the request was never seen.
+// No frame is missed. After a side has cleared its flag, it checks the mailbox once more. After a side has
+// posted a frame, it checks the other side's flag again. If that flag is now cleared, it sends a wake-up
+// packet through the socket.
 //
-// The other process can write anything at any moment. Sizes are read once and checked; nothing else in the
-// memory is trusted.
+// A sender posts a request only after all its earlier requests have been replied to. Therefore frames never
+// overtake each other, and the place in the mailbox is always free when it is needed. The receiver marks a
+// request as taken before it handles it. If the receiver dies before that, the sender knows that the request
+// was not handled.
+//
+// The other process can write anything into the memory at any time. Sizes are read once and checked; nothing
+// else in the memory is trusted.
 #pragma once
 
 #include <atomic>
@@ -25,54 +27,53 @@
 
 namespace portability {
 
-/// A frame that lies in the mailbox. Its bytes stay until the side that took it has answered, or asked for
-/// more.
+/// A frame in the mailbox. Its bytes stay valid until the side that took it replies or takes the next frame.
 struct Mail {
     const uint8_t* bytes = nullptr;
-    size_t size = 0;  // 0: only a hint that the frame comes through the socket
+    size_t size = 0;  // 0: a notice that the next frame arrives through the socket
 };
 
-/// One side's view of a mailbox. One thread at a time.
+/// One side's access to a mailbox. Not thread-safe: one thread at a time.
 class Mailbox {
   public:
     enum class Side { sender, receiver };
 
-    /// Makes a mailbox for the sending side; null when the system has no memory or no descriptors left.
-    /// `file` gets the descriptor that the receiving side is to open.
+    /// Creates a mailbox for the sending side and sets `file` to the descriptor that the receiving side must
+    /// open. Returns null if memory or file descriptors run out.
     static std::unique_ptr<Mailbox> create(FileDescriptor& file);
 
-    /// Opens the mailbox at the receiving side. Null unless the file is a sealed shared-memory file of the
-    /// right size.
+    /// Opens the mailbox on the receiving side. Returns null unless the file is a sealed shared-memory file
+    /// of the right size.
     static std::unique_ptr<Mailbox> open(FileDescriptor file);
 
     Mailbox(const Mailbox&) = delete;
     Mailbox& operator=(const Mailbox&) = delete;
     ~Mailbox();
 
-    /// Says whether this side looks from now on without being woken. After saying no, take() is to be called
-    /// once more.
+    /// Sets or clears the flag that says that this side polls the mailbox. After clearing it, the caller must
+    /// call take() once more.
     void setLooking(bool looking);
 
     bool isOtherLooking() const;
 
-    /// Puts a frame there, header and image (together at most kLargestFrame bytes). No header: the hint
-    /// alone.
+    /// Puts a frame into the mailbox: header and image, together at most kLargestFrame bytes. A null header
+    /// posts the notice that the next frame arrives through the socket.
     void post(const FrameHeader* header, const uint8_t* image, size_t imageSize);
 
-    /// What the other side has put there since the last call; false when there is nothing.
+    /// Takes the frame that the other side has posted since the last call. Returns false if there is none;
+    /// `mail` is then unchanged.
     bool take(Mail& mail);
 
-    /// Sender: whether the receiver has taken what was posted last.
+    /// For the sender: returns whether the receiver has taken the last posted frame.
     bool wasTaken() const;
 
   private:
-    // What one side writes and the other one reads, apart from the other side's because of the processor's
-    // caches.
+    // Written by one side and read by the other. The two halves are on different cache lines.
     struct alignas(64) Half {
-        std::atomic<uint32_t> posted;   // how many frames this side has put there
-        std::atomic<uint32_t> size;     // of the last one
-        std::atomic<uint32_t> taken;    // the last number of the other side's that was taken
-        std::atomic<uint32_t> looking;  // 1 while this side looks
+        std::atomic<uint32_t> posted;   // number of frames that this side has posted
+        std::atomic<uint32_t> size;     // size of the last posted frame in bytes
+        std::atomic<uint32_t> taken;    // the other side's `posted` at the last take()
+        std::atomic<uint32_t> looking;  // 1 while this side polls
         alignas(64) uint8_t frame[kLargestFrame];
     };
     struct Memory {

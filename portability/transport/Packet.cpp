@@ -7,7 +7,8 @@ namespace portability {
 
 namespace {
 
-// Takes over every descriptor that came along; false when there is more than one.
+// Takes the ownership of all received descriptors and keeps one of them in `file`. Returns false if there is
+// more than one.
 bool takeFile(msghdr& message, FileDescriptor& file) {
     bool single = true;
     for (cmsghdr* control = CMSG_FIRSTHDR(&message); control != nullptr;

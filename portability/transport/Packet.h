@@ -1,5 +1,5 @@
-// One packet of a local socket: bytes from one or two places, and perhaps one open file. Private to the
-// layer.
+// One packet of a local socket: bytes from one or two buffers, and at most one open file. Private to
+// the layer.
 #pragma once
 
 #include <sys/socket.h>
@@ -12,37 +12,40 @@
 
 namespace portability {
 
-/// Never blocks, never raises SIGPIPE. The bytes are not copied: they stay where they are until the packet
-/// was sent. (Written so that no one clears what the system call does not look at.)
+/// Sends or receives one packet. Never blocks and never raises SIGPIPE. The bytes are not copied, so the
+/// buffers must stay valid until the packet is sent. (`control_` and `parts_` are left uninitialised to
+/// save time.)
 class Packet {
   public:
-    /// Bytes to send, or room for those to receive.
+    /// Takes the bytes to send, or the buffer for the bytes to receive.
     Packet(void* bytes, size_t size) { addPart(bytes, size); }
     Packet(const Packet&) = delete;
     Packet& operator=(const Packet&) = delete;
 
-    /// More bytes to send, behind the first ones. At most once.
+    /// Adds bytes to send after the first ones. At most one call.
     void append(const void* bytes, size_t size) { addPart(const_cast<void*>(bytes), size); }
 
-    /// The receiver gets a descriptor of its own for this file. At most once.
+    /// Sends an open file with the packet; the receiver gets its own descriptor. At most one call. The caller
+    /// keeps the ownership of `descriptor`.
     void attach(int descriptor);
 
-    /// 0, else the error number; then nothing was sent.
+    /// Sends the packet. Returns 0, or the error number if nothing was sent.
     int send(int socket);
 
     enum class Received {
         packet,
-        nothing,  ///< nothing is there
-        closed,   ///< the other end is gone
-        cut       ///< longer than the room, or with more than one file; what came is lost
+        nothing,  ///< no packet has arrived
+        closed,   ///< the peer has closed the connection
+        cut       ///< larger than the buffer, or with more than one file; the packet is lost
     };
 
-    /// `size` bytes have come into the room. A file that came along goes to `file`, to be closed at exec;
-    /// every other is closed.
+    /// Receives one packet. Sets `size` to the number of bytes in the buffer. If a file was sent with the
+    /// packet, `file` owns its descriptor, which is close-on-exec. All other descriptors in the packet
+    /// are closed.
     Received receive(int socket, size_t& size, FileDescriptor& file);
 
   private:
-    // One descriptor needs this much; the padding has room for a second, which nobody may send.
+    // Room for one descriptor. The padding can hold a second one, which a correct peer never sends.
     static constexpr size_t kControlSize = CMSG_SPACE(sizeof(int));
 
     void addPart(void* bytes, size_t size) {

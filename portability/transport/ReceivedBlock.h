@@ -1,4 +1,4 @@
-// Memory that another process shows us. Private to the layer.
+// Shared memory of another process. Private to the layer.
 #pragma once
 
 #include <cstddef>
@@ -9,12 +9,12 @@
 
 namespace portability {
 
-/// A peer's shared-memory file, mapped for reading. The peer may change its content at any time, but not its
-/// size.
+/// A peer's shared-memory file, mapped read-only. The peer may change the content at any time, but not
+/// the size.
 class ReceivedBlock {
   public:
-    /// Maps the file. Null unless it is a sealed shared-memory file of `smallest` to `largest` bytes.
-    /// Allocates no memory for its content.
+    /// Maps the file. Returns null unless it is a sealed shared-memory file of `smallest` to `largest` bytes,
+    /// and also if memory runs out. The content is not copied.
     static std::shared_ptr<const ReceivedBlock> map(FileDescriptor file, size_t smallest, size_t largest);
 
     ReceivedBlock(const ReceivedBlock&) = delete;

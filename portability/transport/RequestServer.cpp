@@ -78,8 +78,8 @@ bool RequestServer::serve() {
     return handleReady(timeout).woken;
 }
 
-// The senders that were answered lately are the likeliest to send the next event. They are given the
-// processor before the first look, as their events can hardly be there already.
+// Polls for the next request. The senders that got the latest replies are the most likely to send it.
+// `again()` yields to them first, because their requests have probably not arrived yet.
 RequestServer::Round RequestServer::spinForNext() {
     Spin spin(latestSize_);
     for (int looks = 1; spin.again(); ++looks) {
@@ -112,7 +112,7 @@ RequestServer::Round RequestServer::handleReady(int timeoutMilliseconds) {
 
 bool RequestServer::handleMail() {
     bool handled = false;
-    // A sender that is dismissed leaves the list; the one behind it then waits for the next turn.
+    // If a sender is disconnected, the list moves up, and the sender after it is skipped until the next call.
     for (size_t i = 0; i < lookingCount_; ++i) {
         Sender& sender = *senders_.at(looking_[i]);
         ReceivedFrame frame;
@@ -121,7 +121,8 @@ bool RequestServer::handleMail() {
     return handled;
 }
 
-// Whatever was put into a mailbox before its sender could know that we no longer look is handled here.
+// Stops polling. Returns true if it handled requests that had been posted before their senders could
+// notice this.
 bool RequestServer::stopLooking() {
     const std::array<int, kMostLookedFor> stopped = looking_;
     const size_t count = std::exchange(lookingCount_, 0);
@@ -170,7 +171,8 @@ void RequestServer::acceptSenders() {
     }
 }
 
-// A sender that cannot be accepted would make every wait end at once.
+// Accepts and closes one connection when descriptors have run out. Otherwise the waiting connection would
+// make every epoll_wait return at once.
 void RequestServer::refuseSender() {
     if (spare_) {
         spare_.reset();
@@ -193,7 +195,8 @@ bool RequestServer::handleOneOf(int descriptor) {
     return handle(sender, sender.channel.receive(buffer_, frame), frame);
 }
 
-// True when an event was handled. Otherwise the sender may be gone.
+// Handles a received frame. Returns true if it was a request. If it returns false, the sender may have been
+// disconnected and deleted.
 bool RequestServer::handle(Sender& sender, Channel::Received received, const ReceivedFrame& frame) {
     const int descriptor = sender.channel.descriptor();
     if (received == Channel::Received::nothing || received == Channel::Received::elsewhere) return false;
@@ -213,7 +216,7 @@ void RequestServer::dismiss(int descriptor) {
     senders_.erase(descriptor);
 }
 
-// False if the sender has broken the rules or does not take its replies.
+// Returns false if the sender violated the protocol or does not read its replies.
 bool RequestServer::handleRequest(Sender& sender, const ReceivedFrame& frame) {
     if (frame.header.kind != FrameKind::request) return false;
     latestSize_ = frame.header.imageSize;
@@ -227,7 +230,8 @@ Channel::Sent RequestServer::reply(Sender& sender, uint64_t id, int32_t result, 
     header.kind = FrameKind::reply;
     header.id = id;
     header.result = result;
-    // Before the reply, so that the sender finds us looking however soon it sends its next request.
+    // Called before the reply is sent, so that the sender sees the flag even if it sends its next request
+    // at once.
     lookFor(sender);
     return sender.channel.sendReply(header, image);
 }

@@ -16,26 +16,29 @@
 
 namespace portability {
 
-/// Accepts any number of senders at an endpoint and passes their requests to the handler one at a time, on
-/// the thread that calls it. No sender can hold up the others: nothing here waits for one of them, and one
-/// that does not take its replies loses its connection. Requests of one sender are handled in the order in
-/// which it sent them; senders take turns.
+/// Accepts any number of senders at an endpoint and passes their requests to the handler, one at a time, on
+/// the thread that calls serve().
+///
+/// No sender can block the others: the server never waits for a particular sender, and it disconnects a
+/// sender that does not read its replies. The requests of one sender are handled in the order in which they
+/// were sent. Senders take turns.
 class RequestServer {
   public:
-    /// Without a claim it has no senders and only waits. The caller keeps `wakeDescriptor` and `handler`,
-    /// which must outlive the server.
+    /// Takes the ownership of the claim. With an empty claim the server has no senders and only waits. The
+    /// caller keeps the ownership of `wakeDescriptor` and `handler`, which must outlive the server.
     RequestServer(EndpointClaim claim, int wakeDescriptor, RequestHandler& handler);
     RequestServer(const RequestServer&) = delete;
     RequestServer& operator=(const RequestServer&) = delete;
     ~RequestServer();
 
-    /// False when the system had no descriptors left for it; it cannot be used then.
+    /// Returns false if file descriptors ran out during construction. The server cannot be used then.
     bool isReady() const { return ready_; }
 
-    /// Waits until an event has arrived or the wake descriptor can be read from, and handles at most one
-    /// event of each sender. True when the wake descriptor can be read from. After an event it first looks
-    /// for the next one without going to sleep; the wake descriptor can then go unnoticed for as long as Spin
-    /// says.
+    /// Waits until a request has arrived or the wake descriptor is readable, and handles at most one request
+    /// of each sender. Returns true if the wake descriptor is readable.
+    ///
+    /// After a request it first polls for the next one before it sleeps. During that time, whose length Spin
+    /// determines, it may not notice the wake descriptor.
     bool serve();
 
   private:
@@ -72,14 +75,14 @@ class RequestServer {
     RequestHandler& handler_;
     const int wake_;
     FileDescriptor epoll_;
-    FileDescriptor spare_;  // given up for a moment to refuse a sender when descriptors have run out
+    FileDescriptor spare_;  // closed for a moment to reject a sender when descriptors have run out
     bool ready_ = false;
     std::unordered_map<int, std::unique_ptr<Sender>> senders_;
-    int latest_ = -1;  // the sender whose event was handled last, if it is still here
-    std::array<int, kMostLookedFor> looking_{};  // the senders that know that we look into their mailboxes
-    size_t latestSize_ = 0;                      // of the larger image of the latest event and its reply
+    int latest_ = -1;  // the sender whose request was handled last, if it is still connected
+    std::array<int, kMostLookedFor> looking_{};  // the senders whose mailboxes we poll
+    size_t latestSize_ = 0;                      // size of the larger image of the last request and its reply
     size_t lookingCount_ = 0;
-    int streak_ = 0;  // events handled since all senders had a turn
+    int streak_ = 0;  // requests handled since all senders had a turn
     FrameBuffer buffer_;
 };
 

@@ -16,7 +16,7 @@ namespace {
 
 constexpr size_t kSmallestGranule = size_t{64} << 10;
 
-// Steps of an eighth, so that events which grow a little find the same block again.
+// Rounds up to steps of about an eighth, so that images that grow a little can reuse the same block.
 size_t roundedUp(size_t size) {
     size_t granule = kSmallestGranule;
     while (granule * 16 <= size)
@@ -26,7 +26,7 @@ size_t roundedUp(size_t size) {
 
 }  // namespace
 
-// The blocks that nobody uses at the moment, the one given back last at the end.
+// The unused blocks, in the order in which they were returned.
 class SharedBlockPool {
   public:
     ~SharedBlockPool() {
@@ -49,7 +49,7 @@ class SharedBlockPool {
         return nullptr;
     }
 
-    // Answers the block that has no place any more, for the caller to delete.
+    // Adds a block. Returns the block that the caller must delete because there is no room for it, or null.
     SharedBlock* put(SharedBlock* block) {
         BriefLockScope held(lock_);
         if (!held || closed_) return block;
@@ -69,7 +69,7 @@ class SharedBlockPool {
         return block.capacity() >= size && block.capacity() / 4 <= std::max(size, kSmallestGranule);
     }
 
-    // After a fork the parent goes on writing into these blocks.
+    // Drops the blocks of the parent process after a fork, because the parent continues to write into them.
     void forgetParents() {
         if (owner_ == processMark()) return;
         clear();
@@ -119,7 +119,8 @@ std::shared_ptr<SharedBlock> SharedBlock::take(size_t size) {
     SharedBlock* block = pool.take(size);
     if (block == nullptr) block = create(size);
     if (block == nullptr) return nullptr;
-    // The counter of references needs memory, too; without it the block has been given back already.
+    // The allocation of the reference count can fail. In that case the constructor has already
+    // called giveBack.
     try {
         return std::shared_ptr<SharedBlock>(block, &SharedBlock::giveBack);
     } catch (const std::bad_alloc&) {

@@ -1,8 +1,8 @@
-// Memory that can be shown to another process. Private to the layer.
+// Memory that can be shared with another process. Private to the layer.
 //
-// A block is a shared-memory file of fixed size, mapped here for writing. The file is sealed: it can neither
-// shrink nor grow, so a receiver that has mapped it never faults. To make a block and to touch its pages for
-// the first time costs far more than to copy the data; blocks are therefore used again.
+// A block is a shared-memory file of fixed size that is mapped for writing. The file is sealed: its size
+// cannot change, so a receiver that has mapped it never faults. Creating a block and touching its pages for
+// the first time costs far more than copying the data. Blocks are therefore reused.
 #pragma once
 
 #include <atomic>
@@ -14,14 +14,14 @@
 
 namespace portability {
 
-/// Blocks up to this size, in bytes, are kept for further use, by the process and by the peers that have
+/// Blocks up to this size, in bytes, are kept for reuse, both by this process and by the peers that have
 /// mapped them.
 constexpr size_t kLargestKeptBlock = size_t{4} << 20;
 
 class SharedBlock {
   public:
-    /// A block of at least `size` bytes with any content, used before or new; null when the system has no
-    /// more memory or descriptors. Whoever holds the last reference gives the block back. Any thread.
+    /// Returns a new or reused block of at least `size` bytes, with undefined content. Returns null if memory
+    /// or file descriptors run out. Releasing the last reference returns the block to the pool. Thread-safe.
     static std::shared_ptr<SharedBlock> take(size_t size);
 
     SharedBlock(const SharedBlock&) = delete;
@@ -32,11 +32,11 @@ class SharedBlock {
     size_t capacity() const { return capacity_; }
     int descriptor() const { return file_.get(); }
 
-    /// A number that no other block of this process has or had. Never 0.
+    /// Returns a number that is unique among all blocks that this process ever had. Never 0.
     uint64_t id() const { return id_; }
 
-    /// To be called when somebody may go on reading the content, nobody knows how long: the block is then
-    /// freed instead of being used again.
+    /// Must be called if another process may continue to read the content for an unknown time. The block is
+    /// then freed instead of being reused.
     void forbidReuse() { reusable_.store(false, std::memory_order_relaxed); }
 
   private:
@@ -50,7 +50,7 @@ class SharedBlock {
     uint8_t* data_;
     size_t capacity_;
     uint64_t id_;
-    uint32_t owner_;  // the process's mark: a forked process sees the same memory, and must not write there
+    uint32_t owner_;  // processMark() of the creator; a forked process must not write to its parent's block
     std::atomic<bool> reusable_{true};
 };
 

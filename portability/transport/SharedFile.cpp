@@ -12,12 +12,12 @@ namespace portability {
 
 FileDescriptor makeSharedFile(size_t size) {
     int number = memfd_create("apple event", MFD_CLOEXEC | MFD_NOEXEC_SEAL | MFD_ALLOW_SEALING);
-    // Kernels before 6.3 do not know the flag; some later ones insist on it.
+    // Kernels before 6.3 do not know MFD_NOEXEC_SEAL. Some later ones require it.
     if (number < 0 && errno == EINVAL) number = memfd_create("apple event", MFD_CLOEXEC | MFD_ALLOW_SEALING);
     FileDescriptor file(number);
     if (!file) return file;
-    // Memory is claimed here, where its lack can be reported, and not at the first touch, where it would kill
-    // us.
+    // The memory is allocated here, where a failure can be reported. A failure at the first access would kill
+    // the process.
     int claimed;
     do
         claimed = fallocate(file.get(), 0, 0, static_cast<off_t>(size));
@@ -29,7 +29,7 @@ FileDescriptor makeSharedFile(size_t size) {
 }
 
 bool isSealedSharedFile(const FileDescriptor& file, uint64_t& size) {
-    // Only a shared-memory file has seals.
+    // Only shared-memory files have seals.
     const int seals = fcntl(file.get(), F_GET_SEALS);
     if (seals < 0 || (seals & F_SEAL_SHRINK) == 0) return false;
     struct stat status;

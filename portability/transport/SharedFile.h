@@ -1,4 +1,4 @@
-// Files that are nothing but memory which two processes share. Private to the layer.
+// Shared-memory files (memfd). Private to the layer.
 #pragma once
 
 #include <cstddef>
@@ -8,12 +8,13 @@
 
 namespace portability {
 
-/// A shared-memory file of `size` bytes, all of them claimed from the system, that can neither shrink nor
-/// grow. Empty when there is no memory or no descriptor left.
+/// Creates a shared-memory file of `size` bytes whose size cannot change. All of its memory is allocated.
+/// Returns an empty descriptor if memory or file descriptors run out.
 FileDescriptor makeSharedFile(size_t size);
 
-/// Whether the file, from wherever it came, is shared memory that cannot shrink under a mapping, which would
-/// kill whoever touches it. `size` gets its size.
+/// Returns whether the file, which may come from any source, is shared memory that cannot shrink. (Access to
+/// a mapping of a file that has shrunk would kill the process.) Sets `size` to the file's size in bytes if
+/// the result is true.
 bool isSealedSharedFile(const FileDescriptor& file, uint64_t& size);
 
 }  // namespace portability

@@ -1,4 +1,4 @@
-// Waiting without going to sleep, for the time in which most answers arrive. Private to the layer.
+// Waits actively for the short time in which most replies arrive. Private to the layer.
 #pragma once
 
 #include <chrono>
@@ -6,20 +6,22 @@
 
 namespace portability {
 
-/// A short time during which a waiting thread looks again and again, giving way to others in between. To be
-/// woken costs many times what a small exchange costs. The time is 50 microseconds; POS_SPIN_US sets another,
-/// 0 turns spinning off. It is longer where large images go to and fro, since the other side is busy copying
-/// then: the same time once more for each quarter of a mebibyte, at most sixteen times.
+/// A short time during which a waiting thread polls, and yields to other threads in between. Sleeping and
+/// being woken takes many times longer than a small exchange.
+///
+/// The time is 50 microseconds. POS_SPIN_US sets another one; 0 turns polling off. For large images the time
+/// is longer, because the peer needs time to copy them. The factor is 1 plus the number of full 256 KiB in
+/// the image, at most 16.
 class Spin {
   public:
-    /// `imageSize`: bytes of the largest image of the exchange.
+    /// `imageSize`: size of the larger image of the exchange, in bytes.
     explicit Spin(size_t imageSize = 0);
 
-    /// Gives way to other threads once and answers true; false, at once, when the time is over. The time runs
-    /// from the first call.
+    /// Yields to other threads once and returns true. Returns false, without yielding, if the time is over.
+    /// The time starts with the first call.
     bool again();
 
-    /// Whether there is any time at all.
+    /// Returns whether polling is on.
     static bool isOn();
 
   private:
@@ -28,7 +30,8 @@ class Spin {
     std::chrono::steady_clock::time_point end_{};
 };
 
-/// The time that the text sets; the default for a null pointer and for anything but a number up to a second.
+/// Returns the time that the text specifies. Returns the default if `setting` is null or is not a number from
+/// 0 to 1000000 (microseconds).
 std::chrono::microseconds spinTime(const char* setting);
 
 }  // namespace portability

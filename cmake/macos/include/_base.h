@@ -1,5 +1,5 @@
-// The C library, as Darwin declares it for 32 and 64 bits: what the library and the C++ headers use of it.
-// Only the cross build reads this folder; a Mac has its own headers, Linux has glibc's.
+// The part of Darwin's C library that the library and the C++ headers use, for 32 and 64 bits. Only the cross
+// build uses this folder: a Mac has its own headers, and Linux has those of glibc.
 #pragma once
 #include <stdarg.h>
 #include <stddef.h>
@@ -15,8 +15,8 @@
 #define alignof _Alignof
 #endif
 
-// Functions whose behaviour the standard changed have a second name for 32-bit programs; for 64-bit programs
-// there is but the new behaviour, under the plain name.
+// Functions whose behaviour was changed to follow the standard have a second name for 32-bit programs. In
+// 64-bit programs the plain name has the new behaviour.
 #if defined(__LP64__)
 #define DARWIN_UNIX2003(name)
 #define DARWIN_WIDTH(bits32, bits64) bits64
@@ -25,7 +25,7 @@
 #define DARWIN_WIDTH(bits32, bits64) bits32
 #endif
 
-// What a record measures in either width; it is aligned as its member of the type `strictest`.
+// Checks the size of a structure for both widths. Its alignment is that of the type `strictest`.
 #define DARWIN_RECORD(record, bytes32, bytes64, strictest)                                                   \
     static_assert(sizeof(record) == DARWIN_WIDTH(bytes32, bytes64) && alignof(record) == alignof(strictest), \
                   "the system's record")

@@ -10,7 +10,7 @@
 #define O_CREAT 0x0200
 #define O_TRUNC 0x0400
 #define O_EXCL 0x0800
-// From 10.7 on.
+// Available from 10.7 on.
 #define O_CLOEXEC 0x1000000
 
 DARWIN_C_BEGIN

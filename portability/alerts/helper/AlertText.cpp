@@ -14,17 +14,17 @@ constexpr int kSmallestBody = 60;
 constexpr int kFrameMargin = 8;
 constexpr int kMostHeadingLines = 3;
 
-// A text view needs a little more than its text: room for the cursor, for one thing.
+// A text view needs a little more space than its text, for example for the cursor.
 constexpr int kSlack = 4;
 
 // In characters of average width.
 constexpr int kLongestLine = 54;
 constexpr int kShortestLine = 28;
 
-// The height that the rest of the window, its borders and the panels of the desktop take.
+// The height in pixels of the rest of the window, its borders and the desktop's panels.
 constexpr int kOtherHeight = 150;
 
-// The part of the screen's width that the window may take.
+// The share of the screen's width that the window may use.
 constexpr double kWindowShare = 0.9;
 
 GtkWidget* makeSign() {
@@ -51,7 +51,7 @@ GtkWidget* makeHeading(const std::string& title) {
     return label;
 }
 
-// A text view, because it takes long texts. To screen readers it is what it looks like: a label.
+// A text view, because it can display long texts. For screen readers it has the role of a label.
 GtkWidget* makeBody(const std::string& text) {
     auto* const view = static_cast<GtkWidget*>(
         g_object_new(GTK_TYPE_TEXT_VIEW, "accessible-role", GTK_ACCESSIBLE_ROLE_LABEL, nullptr));
@@ -83,8 +83,9 @@ AlertText::AlertText(const std::string& title, const std::string& body)
 
 void AlertText::putTogether() {
     gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller_), body_);
-    // Without a bar, unless makeBodyScroll adds it. GTK must not decide: before the text view knows how high
-    // its text is, GTK would add a bar, and leave it because the text gets higher beside the bar.
+    // No scroll bar, unless makeBodyScroll adds it. GTK must not decide this. It would add a bar before the
+    // text view knows the height of its text. It would then keep the bar, because the text needs more height
+    // beside it.
     gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller_), GTK_POLICY_NEVER, GTK_POLICY_EXTERNAL);
     gtk_widget_set_vexpand(scroller_, TRUE);
 
@@ -118,7 +119,7 @@ void AlertText::fitToScreen() {
 void AlertText::makeBodyScroll() {
     auto* const scroller = GTK_SCROLLED_WINDOW(scroller_);
     gtk_scrolled_window_set_policy(scroller, GTK_POLICY_NEVER, GTK_POLICY_ALWAYS);
-    // A bar that shows itself only under the pointer would not tell that there is more to read.
+    // Always visible: a scroll bar that appears only under the pointer does not show that there is more text.
     gtk_scrolled_window_set_overlay_scrolling(scroller, FALSE);
     gtk_scrolled_window_set_has_frame(scroller, TRUE);
     gtk_widget_remove_css_class(body_, "alert-body");

@@ -7,16 +7,18 @@
 
 namespace alerthelper {
 
-/// A body that does not fit on the smallest monitor scrolls in a frame of its own. Heading and body can be
-/// selected. All members are for the thread that called gtk_init.
+/// Shows the title and the body of an alert. A body that does not fit on the smallest monitor scrolls in its
+/// own frame. The user can select text in the heading and the body. All members must be called on the thread
+/// that called gtk_init.
 class AlertText {
   public:
     AlertText(const std::string& title, const std::string& body);
 
-    /// Measures the texts. To be called once, when `whole` is in its window and has its style from there.
+    /// Measures the texts. Must be called once, after `whole` was added to its window, because the window
+    /// determines its style.
     void fitToScreen();
 
-    // The parts, which belong to the window that `whole` is put into.
+    // The widgets. The window that contains `whole` owns them.
     GtkWidget* whole() const { return whole_; }
     GtkWidget* sign() const { return sign_; }
     GtkWidget* heading() const { return heading_; }

@@ -10,12 +10,12 @@ namespace {
 using portability::AlertRequest;
 
 constexpr char kStyle[] =
-    // A symbolic picture has the colour of text unless a style says otherwise.
+    // A symbolic icon has the colour of text unless a style sets another one.
     ".alert-sign { color: @warning_color; }"
     ".alert-heading { font-size: 1.4em; font-weight: bold; }"
-    // Without a frame the body lies on the window itself.
+    // A body without a frame has the background of the window.
     ".alert-body, .alert-body > text { background-color: transparent; color: @theme_fg_color; }"
-    // With the usual margins, two long captions would not fit on the smallest screens.
+    // With the default padding, two long captions would not fit on the smallest screens.
     ".alert-button { padding-left: 10px; padding-right: 10px; }";
 
 AlertWindow& windowOf(gpointer data) {
@@ -77,7 +77,8 @@ AlertWindow::~AlertWindow() {
 void AlertWindow::describe(const AlertRequest& request) {
     gtk_window_set_title(window_, request.title.c_str());
     gtk_window_set_icon_name(window_, "dialog-warning");
-    // Otherwise screen readers would read the title twice: as that of the window and as its heading.
+    // Otherwise screen readers would read the title twice: once as the window's title and once as
+    // the heading.
     gtk_accessible_reset_property(GTK_ACCESSIBLE(window_), GTK_ACCESSIBLE_PROPERTY_LABEL);
     gtk_accessible_update_property(GTK_ACCESSIBLE(window_), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION,
                                    request.body.c_str(), -1);

@@ -1,4 +1,4 @@
-// The window of an alert, in the look of the desktop.
+// The window of an alert, which looks like the desktop's other windows.
 #pragma once
 
 #include <gtk/gtk.h>
@@ -12,19 +12,19 @@
 
 namespace alerthelper {
 
-/// The first button is the default one (Return), the last means Cancel (Escape, and the close button of the
-/// window); a single button is both. Page Up and Page Down scroll. All members are for the thread that called
-/// gtk_init.
+/// The first button is the default button (Return). The last button means Cancel (Escape and the window's
+/// close button). A single button is both. Page Up and Page Down scroll the text. All members must be called
+/// on the thread that called gtk_init.
 class AlertWindow {
   public:
-    /// Called by GTK's main loop. The window stays open in any case.
+    /// Called by GTK's main loop. None of them closes the window.
     struct Handlers {
-        std::function<void()> shown;                 ///< once, when the window has its first picture
-        std::function<void()> help;                  ///< at each press of Help
-        std::function<void(size_t button)> pressed;  ///< with the index of the caption
+        std::function<void()> shown;                 ///< once, when the first frame of the window was drawn
+        std::function<void()> help;                  ///< each time the user presses Help
+        std::function<void(size_t button)> pressed;  ///< with the index of the button
     };
 
-    /// Makes the window, without showing it yet.
+    /// Creates the window without showing it.
     AlertWindow(const portability::AlertRequest& request, Handlers handlers);
     AlertWindow(const AlertWindow&) = delete;
     AlertWindow& operator=(const AlertWindow&) = delete;
@@ -32,8 +32,8 @@ class AlertWindow {
     /// Closes the window.
     ~AlertWindow();
 
-    /// Puts the window on the screen, above the others and with the keyboard, as far as the window system
-    /// lets it.
+    /// Shows the window above the other windows and with the keyboard focus, if the window system
+    /// permits this.
     void present();
 
     GtkWindow* window() const { return window_; }

@@ -49,7 +49,7 @@ ButtonRow::~ButtonRow() {
 }
 
 void ButtonRow::addHelpButton() {
-    // It needs no picture and is the same in all languages.
+    // A question mark needs no icon and is the same in all languages.
     helpButton_ = gtk_button_new_with_label("?");
     gtk_widget_add_css_class(helpButton_, "circular");
     gtk_widget_set_valign(helpButton_, GTK_ALIGN_CENTER);

@@ -10,19 +10,20 @@
 
 namespace alerthelper {
 
-/// The buttons in the order of the desktop, which has the first one at the right or at the left; a Help
-/// button, if there is one, at the other end. All members are for the thread that called gtk_init.
+/// The row of buttons, in the order of the desktop: the first button is at the right or at the left. The
+/// Help button, if there is one, is at the other end. All members must be called on the thread that
+/// called gtk_init.
 class ButtonRow {
   public:
-    /// `pressed` is called with the index of the caption. Without `help` there is no Help button. Neither is
-    /// called after the end of the row.
+    /// `pressed` is called with the index of the caption, `help` when the user presses Help. If `help` is
+    /// empty, there is no Help button. Neither is called after the row is destroyed.
     ButtonRow(const std::vector<std::string>& captions, std::function<void(size_t)> pressed,
               std::function<void()> help);
     ButtonRow(const ButtonRow&) = delete;
     ButtonRow& operator=(const ButtonRow&) = delete;
     ~ButtonRow();
 
-    // The parts, which belong to the window that `whole` is put into.
+    // The widgets. The window that contains `whole` owns them.
     GtkWidget* whole() const { return whole_; }
     GtkWidget* button(size_t index) const { return buttons_[index]; }
     GtkWidget* helpButton() const { return helpButton_; }  ///< null if there is none

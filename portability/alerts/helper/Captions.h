@@ -1,4 +1,4 @@
-// Texts of the alert helper's own, in the user's language.
+// The alert helper's own texts, in the user's language.
 #pragma once
 
 #include <cstddef>
@@ -7,11 +7,11 @@
 
 namespace alerthelper {
 
-/// The name of the Help button. Lives as long as the process.
+/// Returns the name of the Help button. The text is valid until the process exits.
 const char* helpCaption();
 
-/// The caption of a button. If it is empty, as with a host that has lost its texts, GTK's own word for Cancel
-/// (the last of several buttons) or OK.
+/// Returns the caption of a button. If the host could not find its texts, the caption is empty. In that case,
+/// returns GTK's text for Cancel for the last of several buttons, and GTK's text for OK for the others.
 std::string captionOrStandard(const std::vector<std::string>& captions, size_t index);
 
 }  // namespace alerthelper

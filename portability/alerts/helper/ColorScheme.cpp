@@ -15,7 +15,7 @@ constexpr char kKey[] = "color-scheme";
 constexpr guint32 kPreferDark = 1;
 constexpr int kLongestWaitMilliseconds = 250;
 
-// A desktop without preference keeps what its theme or the user's settings file says.
+// If the desktop has no preference, the setting of the theme or of the user's settings file stays.
 void apply(GVariant* value) {
     static gboolean before = [] {
         gboolean dark = FALSE;
@@ -27,7 +27,7 @@ void apply(GVariant* value) {
     g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", dark, nullptr);
 }
 
-// The older of the portal's two calls wraps the value twice, as does its signal once.
+// The older of the portal's two calls wraps the value in two variants; its signal wraps it in one.
 void applyUnwrapped(GVariant* value) {
     g_autoptr(GVariant) unwrapped = g_variant_ref(value);
     while (g_variant_is_of_type(unwrapped, G_VARIANT_TYPE_VARIANT)) {
@@ -51,7 +51,7 @@ void settingChanged(GDBusConnection*, const gchar*, const gchar*, const gchar*, 
 }  // namespace
 
 void followColorScheme() {
-    // Owned by the process until its end, because the signals come through it.
+    // Never released, because the signals arrive through this connection.
     GDBusConnection* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
     if (bus == nullptr) return;
     g_dbus_connection_set_exit_on_close(bus, FALSE);

@@ -1,11 +1,11 @@
-// Whether the desktop is dark or light.
+// Follows the desktop's choice of dark or light windows.
 #pragma once
 
 namespace alerthelper {
 
-/// Lets the windows of this process be dark if the user prefers that, now and whenever it changes. Asks the
-/// desktop's settings portal, because GTK 4.8 itself follows the name of the theme only. Without a portal
-/// that runs and replies soon, the theme alone decides. To be called after gtk_init.
+/// Makes the windows of this process dark or light as the user prefers, now and whenever the preference
+/// changes. It reads the desktop's settings portal, because GTK 4.8 itself uses only the name of the theme.
+/// If no portal is running, or it does not reply soon, only the theme decides. Must be called after gtk_init.
 void followColorScheme();
 
 }  // namespace alerthelper

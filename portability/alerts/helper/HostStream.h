@@ -10,18 +10,20 @@ namespace alerthelper {
 
 class HostStream {
   public:
-    /// Uses the descriptor, which stays the caller's.
+    /// Uses the descriptor. The caller keeps the ownership.
     explicit HostStream(int descriptor) : descriptor_(descriptor) {}
 
-    /// Whether the descriptor is a local stream socket, as only a host hands it over.
+    /// Returns whether the descriptor is a local stream socket, which only a host passes to the helper.
     bool isStream() const;
 
-    /// Waits for the request. Returns nothing if the stream ends or `limit` passes before a whole line has
-    /// arrived, if the line is refused (AlertMessages::parseRequest), or if anything follows it.
+    /// Waits for the request. Returns nothing in these cases:
+    /// - The stream ends, or `limit` passes, before a whole line has arrived.
+    /// - AlertMessages::parseRequest rejects the line.
+    /// - More data follows the line.
     std::optional<portability::AlertRequest> receive(std::chrono::milliseconds limit);
 
-    /// Blocks while the stream is full. Failures are ignored: they mean that the host has gone, which
-    /// HostWatch notices.
+    /// Sends an event. Blocks while the stream's buffer is full. Failures are ignored: they mean that the
+    /// host has exited, which HostWatch notices.
     void send(const portability::AlertEvent& event);
 
   private:

@@ -19,15 +19,16 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// -1, which poll ignores, if the kernel cannot watch processes.
+// Returns a descriptor of the process, or -1, which poll ignores, if the kernel cannot watch processes. Ends
+// this process if the other one has already exited.
 int openProcess(pid_t process) {
-    // The C library declares it without a C linkage.
+    // Called with syscall() because the C library's header lacks extern "C" for pidfd_open.
     const auto descriptor = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
     if (descriptor < 0 && errno == ESRCH) _exit(kFinished);
     return descriptor;
 }
 
-// Signals are for the thread of the window.
+// Starts a thread that blocks all signals, so that the window's thread receives them.
 std::thread threadWithoutSignals(void (*function)(void*), void* argument) {
     sigset_t all;
     sigset_t before;

@@ -1,4 +1,4 @@
-// Ends the alert helper when its host has gone, whatever the window is doing.
+// Ends the alert helper when its host has exited, independent of the window's state.
 #pragma once
 
 #include <sys/types.h>
@@ -11,15 +11,16 @@
 
 namespace alerthelper {
 
-/// Watches in a thread of its own, because the thread of the window may be waiting for a window system that
-/// does not reply. It ends the process without exit handlers:
-///   - with kFinished if the host has closed the stream or has ended,
-///   - with kBadMessage if the host sends anything,
+/// Watches the host on a separate thread, because the window's thread may be waiting for a window system that
+/// does not reply. That thread ends the process without calling exit handlers:
+///   - with kFinished if the host has closed the stream or has exited,
+///   - with kBadMessage if the host sends any data,
 ///   - with kNotShown if the window is not on the screen in time.
 class HostWatch {
   public:
-    /// `stream` stays the caller's. A child of the host may keep the other end of the stream open, so the
-    /// process `host` is watched as well if the kernel has pidfd_open (Linux 5.3 and later).
+    /// Starts watching. The caller keeps the ownership of `stream`. A child process of the host may keep the
+    /// other end of the stream open. Therefore the process `host` is also watched if the kernel has
+    /// pidfd_open (Linux 5.3 and later).
     HostWatch(int stream, pid_t host, std::chrono::milliseconds limitForShowing);
     HostWatch(const HostWatch&) = delete;
     HostWatch& operator=(const HostWatch&) = delete;
@@ -27,7 +28,7 @@ class HostWatch {
     /// Stops watching.
     ~HostWatch();
 
-    /// Tells that the window is on the screen.
+    /// Must be called when the window is on the screen.
     void windowIsShown();
 
   private:

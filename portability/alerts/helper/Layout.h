@@ -1,11 +1,11 @@
-// Measures that the parts of an alert share.
+// Measures that all parts of an alert use.
 #pragma once
 
 #include <gtk/gtk.h>
 
 namespace alerthelper {
 
-// In pixels of the desktop, each of which is several of the screen where the desktop is magnified.
+// In logical pixels, each of which is several pixels of a magnified screen.
 constexpr int kMargin = 18;
 constexpr int kSpacing = 10;
 

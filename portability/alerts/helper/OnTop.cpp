@@ -6,7 +6,7 @@
 namespace alerthelper {
 namespace {
 
-// The window in terms of X11; no display if it is not an X11 window.
+// The X11 properties of a window. `display` is null if it is not an X11 window.
 struct X11Window {
     GdkSurface* surface = nullptr;
     GdkDisplay* gdkDisplay = nullptr;
@@ -46,7 +46,8 @@ void askToKeepAbove(const X11Window& own) {
                SubstructureNotifyMask | SubstructureRedirectMask, &message);
 }
 
-// An error would end the process: the window may have been closed meanwhile.
+// Moves the window to the middle of the screen. The window may have been closed meanwhile; without the error
+// trap, the X11 error would end the process.
 void placeInTheMiddle(const X11Window& own) {
     const Window root = gdk_x11_display_get_xrootwindow(own.gdkDisplay);
     XWindowAttributes screen = {};
@@ -66,11 +67,11 @@ void placeInTheMiddle(const X11Window& own) {
 void prepareOnTop(GtkWindow* window) {
     const X11Window own = x11WindowOf(window);
     if (own.display == nullptr) return;
-    // Format 32 is an array of long, whatever the width of long is.
+    // Format 32 means an array of long, even if long has 64 bits.
     const Atom dialog = own.atom("_NET_WM_WINDOW_TYPE_DIALOG");
     XChangeProperty(own.display, own.id, own.atom("_NET_WM_WINDOW_TYPE"), XA_ATOM, 32, PropModeReplace,
                     reinterpret_cast<const unsigned char*>(&dialog), 1);
-    // Window managers refuse the keyboard to a window that is older than what the user did last.
+    // Window managers deny the keyboard focus to a window that is older than the user's last action.
     gdk_x11_surface_set_user_time(own.surface, gdk_x11_get_server_time(own.surface));
 }
 

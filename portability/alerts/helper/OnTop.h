@@ -5,14 +5,15 @@
 
 namespace alerthelper {
 
-// On Wayland none of these does anything: there the compositor alone decides, and gives a new window the
-// keyboard.
+// On Wayland these functions do nothing: only the compositor decides, and it gives the keyboard focus to a
+// new window.
 
-/// Marks a realized window that is not shown yet as a dialog that the user is to see at once.
+/// Marks a window as a dialog that the user must see at once. The window must be realized and not shown yet.
 void prepareOnTop(GtkWindow* window);
 
-/// Asks the window manager to keep a shown window above the others. Without a window manager, as on a machine
-/// with one program, puts the window into the middle of the screen and gives it the keyboard.
+/// Requests from the window manager that a shown window stays above the others. Some computers have no window
+/// manager, for example those that run a single program. There the function moves the window to the middle of
+/// the screen and gives it the keyboard focus.
 void putOnTop(GtkWindow* window);
 
 }  // namespace alerthelper

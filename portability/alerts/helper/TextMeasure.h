@@ -1,4 +1,4 @@
-// The size that a text will have on the screen.
+// Measures the size of texts on the screen.
 #pragma once
 
 #include <gtk/gtk.h>
@@ -7,21 +7,23 @@
 
 namespace alerthelper {
 
-/// In pixels of the desktop.
+/// In logical pixels.
 struct Size {
     int width = 0;
     int height = 0;
 };
 
-/// The size of the text in the widget's font, with no line wider than `longestLine` pixels and each paragraph
-/// a layout of its own, as GtkTextView does it. Takes time in proportion to the text, unlike the measuring of
-/// a GtkLabel that wraps: that tries many widths, which takes a second for 4,000 characters.
+/// Returns the size of the text in the widget's font. No line is wider than `longestLine` pixels, and
+/// each paragraph has its own layout, as in GtkTextView. The time is proportional to the length of the
+/// text. Measuring a wrapping GtkLabel is slower because it tries many widths: it takes a second for
+/// 4,000 characters.
 Size textSize(GtkWidget* widget, const std::string& text, int longestLine);
 
-/// The width of an average character in the widget's font, at least 1.
+/// Returns the width of an average character in the widget's font, at least 1.
 int averageCharacterWidth(GtkWidget* widget);
 
-/// The size that every monitor has at least, because nothing tells beforehand on which one a window will be.
+/// Returns the size that fits on every monitor, because it is not known in advance on which monitor a window
+/// will be.
 Size smallestMonitor();
 
 }  // namespace alerthelper

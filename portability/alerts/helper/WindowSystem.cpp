@@ -13,7 +13,7 @@ namespace {
 
 constexpr char kProgramName[] = "dovrel-alert";
 
-// Of GTK 4; before it the variable had another name.
+// The first GTK 4 version with GDK_DISABLE. Earlier versions use another variable.
 constexpr guint kMinorVersionWithDisable = 16;
 
 bool isSet(const char* variable) {
@@ -28,14 +28,15 @@ bool hasSessionBus() {
     return stat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
-// The libraries would otherwise start a bus of their own, which stays, and complain if they cannot.
+// Otherwise the libraries would start their own bus, which is never stopped, or print a warning if
+// they cannot.
 void useNoBus() {
     g_setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", TRUE);
     if (!isSet("AT_SPI_BUS_ADDRESS")) g_setenv("GTK_A11Y", "none", FALSE);
 }
 
-// An alert is a still picture: the drivers of a graphics processor would cost more time and memory than they
-// save.
+// An alert is a static image. Loading the drivers of a graphics processor would cost more time and memory
+// than they save.
 void useNoGraphicsProcessor() {
     g_setenv("GSK_RENDERER", "cairo", FALSE);
     if (gtk_get_minor_version() < kMinorVersionWithDisable) {
@@ -45,7 +46,8 @@ void useNoGraphicsProcessor() {
     }
 }
 
-// The libraries' warnings, such as that of a bus without a service for screen readers, are for developers.
+// Writes the libraries' messages only if G_MESSAGES_DEBUG is set. They are meant for developers, for example
+// the warning that a bus has no service for screen readers.
 GLogWriterOutput writeIfAskedFor(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer data) {
     return isSet("G_MESSAGES_DEBUG") ? g_log_writer_default(level, fields, count, data)
                                      : G_LOG_WRITER_HANDLED;
@@ -59,7 +61,7 @@ bool connectToWindowSystem() {
     useNoGraphicsProcessor();
     const bool hasBus = hasSessionBus();
     if (!hasBus) useNoBus();
-    // GTK would complain about a locale that the system does not have.
+    // Set here, because GTK would print a warning for a locale that is not installed.
     setlocale(LC_ALL, "");
     gtk_disable_setlocale();
     if (gtk_init_check() == FALSE) return false;

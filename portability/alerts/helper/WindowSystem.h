@@ -3,9 +3,11 @@
 
 namespace alerthelper {
 
-/// Connects to the window system that the environment names (Wayland or X11). Returns false if there is none
-/// that can be reached. To be called once, before any other thread reads the environment. Needs neither a
-/// session bus, a writable home nor a graphics processor, and starts no other program to get a bus.
+/// Connects to the window system that the environment names (Wayland or X11). Returns false if it cannot be
+/// reached. Must be called once, before any other thread reads the environment.
+///
+/// The function works without a session bus, a writable home folder or a graphics processor. It does not
+/// start a session bus.
 bool connectToWindowSystem();
 
 }  // namespace alerthelper

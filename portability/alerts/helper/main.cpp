@@ -1,6 +1,6 @@
-// dovrel-alert: shows one alert for a host, so that the host needs neither an event loop nor a GUI library
-// for it. It is started by the portability layer with the stream to the host as descriptor 3
-// (alerts/AlertMessages.h) and ends with the alert.
+// dovrel-alert: shows one alert for a host, so that the host needs neither an event loop nor a GUI library.
+// The portability layer starts it with the stream to the host as descriptor 3 (alerts/AlertMessages.h). It
+// exits when the alert is closed.
 #include <fcntl.h>
 #include <glib.h>
 

@@ -1,5 +1,5 @@
-// The platform's alerts, as far as the library uses them, on systems without that framework. They are shown
-// by a helper process, so no GUI library comes into this one.
+// The part of the platform's alerts that the library uses, for systems without AppKit. A helper process shows
+// the alerts, so no GUI library is loaded into the host.
 #pragma once
 
 #if defined(__APPLE__)
@@ -9,7 +9,7 @@
 
 typedef NSUInteger NSAlertStyle;
 
-/// An alert of the warning style. It can be run on any thread, more than once.
+/// An alert with the warning style. It can be run on any thread, and more than once.
 @interface DovrelPortabilityAlert : NSObject {
    @private
     NSMutableArray* captions_;
@@ -19,33 +19,34 @@ typedef NSUInteger NSAlertStyle;
     BOOL showsHelp_;
 }
 
-/// The first button is the default one (Return), the last one means Cancel (Escape, the window's close
-/// button). At most three; without any there is one with the caption "OK".
+/// Adds a button. The first button is the default button (Return). The last button means Cancel (Escape and
+/// the window's close button). At most three buttons. Without any, the alert has one button with the
+/// caption "OK".
 - (void)addButtonWithTitle:(NSString*)title;
 
-/// The window's title and first line; not nil.
+/// Sets the window's title, which is also the first line. Must not be nil.
 - (void)setMessageText:(NSString*)text;
 
-/// The text below; not nil.
+/// Sets the text below the title. Must not be nil.
 - (void)setInformativeText:(NSString*)text;
 
-/// There is only the warning style (0); any other is taken and shown as that.
+/// Accepts any style, but shows the alert with the warning style (0).
 - (void)setAlertStyle:(NSAlertStyle)style;
 
 - (void)setShowsHelp:(BOOL)showsHelp;
 
-/// Its method `alertShowHelp:` is called when the Help button is pressed, on the thread that runs the alert.
-/// Not retained.
+/// Sets the delegate, which is not retained. Its method `alertShowHelp:` is called when the user presses
+/// Help, on the thread that runs the alert.
 - (void)setDelegate:(id)delegate;
 
-/// Shows the alert and waits until a button is pressed; returns 1000 for the first one, 1001 for the second
-/// and so on. Raises NSGenericException if the alert could not be shown, or if the helper or the display
-/// ended before it was answered.
+/// Shows the alert and waits until the user presses a button. Returns 1000 for the first button, 1001 for the
+/// second, and so on. Raises NSGenericException if the alert could not be shown, or if the helper or the
+/// display ended before a button was pressed.
 - (NSInteger)runModal;
 
 @end
 
-// A host that has GNUstep's window classes has a class of the platform's name.
+// A host that uses GNUstep's window classes contains a class with the platform's name.
 @compatibility_alias NSAlert DovrelPortabilityAlert;
 #endif
 
@@ -53,8 +54,8 @@ typedef NSUInteger NSAlertStyle;
 extern "C" {
 #endif
 
-/// Whether alerts can be shown: there is a display and a helper that may be executed, and POS_ALERTS does not
-/// forbid it. Any thread; nothing of the host's changes, and nothing is kept.
+/// Returns whether alerts can be shown: there is a display and an executable helper, and POS_ALERTS does not
+/// prevent it. Does not change the host's state and stores nothing. Thread-safe.
 BOOL NSApplicationLoad(void);
 
 #if defined(__cplusplus)

@@ -5,7 +5,7 @@
 #include <sys/types.h>
 
 enum {
-    // Values of lowLongOfPSN when highLongOfPSN is 0
+    // Values of lowLongOfPSN if highLongOfPSN is 0
     kNoProcess = 0,
     kSystemProcess = 1,
     kCurrentProcess = 2
@@ -15,15 +15,16 @@ enum {
 extern "C" {
 #endif
 
-/// The serial number of the calling process. It stays the same while the process runs and is not given again
-/// to another process while the system is up. Any thread.
+/// Writes the serial number of the calling process to `pPSN`. It stays the same while the process runs, and
+/// no other process gets it before the system restarts. Thread-safe.
 OSErr GetCurrentProcess(ProcessSerialNumber* pPSN);
 
-/// The process id that belongs to a serial number ({0, kCurrentProcess} is one's own); procNotFound when
-/// there is no such process, and `pid` is left alone. Any thread.
+/// Writes the process id of a serial number to `pid`. {0, kCurrentProcess} is the calling process. Returns
+/// procNotFound, and leaves `pid` unchanged, if there is no such process. Thread-safe.
 OSStatus GetProcessPID(const ProcessSerialNumber* psn, pid_t* pid);
 
-/// The serial number that belongs to a process id; procNotFound when there is no such process. Any thread.
+/// Writes the serial number of a process id to `psn`. Returns procNotFound if there is no such
+/// process. Thread-safe.
 OSStatus GetProcessForPID(pid_t pid, ProcessSerialNumber* psn);
 
 #if defined(__cplusplus)

@@ -25,9 +25,9 @@ typedef Boolean (*AEFilterProcPtr)(EventRecord* theEvent, SInt32 returnID, AETra
 typedef AEIdleProcPtr AEIdleUPP;
 typedef AEFilterProcPtr AEFilterUPP;
 
-/// Sends the event as AESendMessage does. `idleProc`, if given, is called while the reply is being waited
-/// for, with a null event; true from it ends the wait with errAEWaitCanceled. `filterProc` may be null. Main
-/// thread.
+/// Sends the event like AESendMessage. While it waits for the reply, it calls `idleProc`, which may be null,
+/// with a null event. If `idleProc` returns true, the wait ends with errAEWaitCanceled. `filterProc` may be
+/// null. Main thread only.
 extern OSErr AESend(const AppleEvent* theAppleEvent, AppleEvent* reply, AESendMode sendMode,
                     AESendPriority sendPriority, SInt32 timeOutInTicks, AEIdleUPP idleProc,
                     AEFilterUPP filterProc);

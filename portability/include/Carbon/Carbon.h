@@ -1,4 +1,4 @@
-// Umbrella header of Carbon: Application Services and the sending of Apple events.
+// Umbrella header of Carbon: Application Services, and sending Apple events.
 #pragma once
 
 #include <ApplicationServices/ApplicationServices.h>

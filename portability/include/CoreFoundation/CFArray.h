@@ -7,10 +7,10 @@ CF_EXTERN_C_BEGIN
 
 CFTypeID CFArrayGetTypeID(void);
 
-/// The number of values.
+/// Returns the number of values.
 CFIndex CFArrayGetCount(CFArrayRef theArray);
 
-/// The value at `idx`, which is not the caller's to release. `idx` must lie below the count.
+/// Returns the value at `idx`, which must be less than the count. The array owns the value.
 const void* CFArrayGetValueAtIndex(CFArrayRef theArray, CFIndex idx);
 
 CF_EXTERN_C_END

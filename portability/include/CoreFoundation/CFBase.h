@@ -1,6 +1,8 @@
-// Core Foundation's base types. The name of the function that returns an object tells whether the caller owns
-// it: after Create and Copy it does, after Get it does not. Objects are never Foundation's: here a reference
-// of one kind must not be cast to the other.
+// Core Foundation's base types.
+//
+// The name of a function says who owns the object that it returns. If it contains Create or Copy, the caller
+// owns the object and must release it. If it contains Get, the caller does not own it. These objects are not
+// Foundation objects: on this system a reference of one kind must not be cast to the other.
 #pragma once
 
 #include <CoreServices/MacTypes.h>
@@ -54,16 +56,17 @@ enum { kCFNotFound = -1 };
 
 CF_EXTERN_C_BEGIN
 
-/// The allocator that every function here uses: NULL.
+/// The allocator for all functions here: NULL.
 extern const CFAllocatorRef kCFAllocatorDefault;
 
-/// Takes one more reference to the object and returns it. NULL ends the program. Any thread.
+/// Adds a reference to the object and returns the object. NULL ends the program. Thread-safe.
 CFTypeRef CFRetain(CFTypeRef cf);
 
-/// Gives one reference back; the last one frees the object. NULL ends the program. Any thread.
+/// Removes a reference. Removing the last one frees the object. NULL ends the program. Thread-safe.
 void CFRelease(CFTypeRef cf);
 
-/// The kind of the object, to compare with CFStringGetTypeID and its like before a cast.
+/// Returns the object's type ID. Callers compare it with CFStringGetTypeID() and similar functions before
+/// a cast.
 CFTypeID CFGetTypeID(CFTypeRef cf);
 
 CF_EXTERN_C_END

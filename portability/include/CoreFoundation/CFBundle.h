@@ -15,38 +15,40 @@ extern const CFStringRef kCFBundleLocalizationsKey;
 
 CFTypeID CFBundleGetTypeID(void);
 
-/// The bundle of the running program: the one around its executable, else the executable's folder. Not the
-/// caller's to release.
+/// Returns the bundle of the running program: the bundle that contains its executable, otherwise the
+/// executable's folder. The caller does not release it.
 CFBundleRef CFBundleGetMainBundle(void);
 
-/// The bundle in the folder `bundleURL`; the caller releases it. NULL when there is no such folder. No
-/// Info.plist is needed, and no code is loaded.
+/// Returns the bundle for the folder `bundleURL`. The caller releases it. Returns NULL if the folder does not
+/// exist. The folder needs no Info.plist. No code is loaded.
 CFBundleRef CFBundleCreate(CFAllocatorRef allocator, CFURLRef bundleURL);
 
-/// The bundle with that identifier among those in use and those whose code is loaded; of several the one with
-/// the highest version. NULL without one; the disk is not searched. Not the caller's to release.
+/// Returns the bundle with this identifier. Searches the bundles in use and the bundles whose code is loaded,
+/// but not the disk. If several match, returns the one with the highest version. Returns NULL if there is
+/// none. The caller does not release it.
 CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef bundleID);
 
-/// The value under `key` in the user's language, else in the Info.plist; NULL without one. Lives as long as
-/// the bundle.
+/// Returns the value of `key` in the user's language, otherwise in the Info.plist, otherwise NULL. The value
+/// is valid as long as the bundle.
 CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key);
 
-/// The bundle's identifier; NULL without one. Lives as long as the bundle.
+/// Returns the bundle's identifier, or NULL if it has none. The string is valid as long as the bundle.
 CFStringRef CFBundleGetIdentifier(CFBundleRef bundle);
 
-/// CFBundleVersion as a packed number (one byte major, half a byte minor and bug each, stage, build); 0 when
-/// it is missing or has another form.
+/// Returns CFBundleVersion as a packed number. The first byte is the major version, the second byte contains
+/// the minor and the bug-fix version (4 bits each), and then follow stage and build. Returns 0 if the version
+/// is missing or has another form.
 UInt32 CFBundleGetVersionNumber(CFBundleRef bundle);
 
-/// The bundle's folder, its executable (NULL without one) and its folder of resources. The caller releases
-/// them.
+/// Return the bundle's folder, its executable (NULL if it has none) and its resources folder. The caller
+/// releases the URLs.
 CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle);
 CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle);
 CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle);
 
-/// The resource `resourceName`.`resourceType` in the folder `subDirName` of the resources, first without a
-/// language, then in the user's. Type and folder may be NULL. NULL when there is none. The caller releases
-/// the URL.
+/// Returns the URL of the resource `resourceName`.`resourceType` in the folder `subDirName` of the resources.
+/// Searches first the resources without a language, then those of the user's languages. `resourceType` and
+/// `subDirName` may be NULL. Returns NULL if there is no such resource. The caller releases the URL.
 CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef resourceName, CFStringRef resourceType,
                                  CFStringRef subDirName);
 

@@ -1,4 +1,4 @@
-// Blocks of bytes.
+// Data objects, which contain bytes.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -7,13 +7,13 @@ CF_EXTERN_C_BEGIN
 
 CFTypeID CFDataGetTypeID(void);
 
-/// A copy of `length` bytes; the caller releases it.
+/// Creates an object with a copy of `length` bytes. The caller releases it.
 CFDataRef CFDataCreate(CFAllocatorRef allocator, const UInt8* bytes, CFIndex length);
 
-/// The number of bytes.
+/// Returns the number of bytes.
 CFIndex CFDataGetLength(CFDataRef theData);
 
-/// The bytes, which live as long as the object.
+/// Returns the bytes, which are valid as long as the object.
 const UInt8* CFDataGetBytePtr(CFDataRef theData);
 
 CF_EXTERN_C_END

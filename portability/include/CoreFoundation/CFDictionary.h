@@ -1,4 +1,4 @@
-// Objects under keys.
+// Dictionaries of objects.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -7,13 +7,13 @@ CF_EXTERN_C_BEGIN
 
 CFTypeID CFDictionaryGetTypeID(void);
 
-/// The number of keys.
+/// Returns the number of keys.
 CFIndex CFDictionaryGetCount(CFDictionaryRef theDict);
 
-/// Whether there is a value under `key`.
+/// Returns whether the dictionary has a value for `key`.
 Boolean CFDictionaryContainsKey(CFDictionaryRef theDict, const void* key);
 
-/// The value under `key`, which is not the caller's to release; NULL without one.
+/// Returns the value for `key`, or NULL if there is none. The dictionary owns the value.
 const void* CFDictionaryGetValue(CFDictionaryRef theDict, const void* key);
 
 CF_EXTERN_C_END

@@ -1,11 +1,11 @@
-// Why something failed.
+// Error objects.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
 
 CF_EXTERN_C_BEGIN
 
-/// The family of errors that the code belongs to. Lives as long as the error.
+/// Returns the error domain to which the code belongs. The string is valid as long as the error.
 CFStringRef CFErrorGetDomain(CFErrorRef err);
 
 CFIndex CFErrorGetCode(CFErrorRef err);

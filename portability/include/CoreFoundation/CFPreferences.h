@@ -12,8 +12,8 @@ extern const CFStringRef kCFPreferencesCurrentHost;
 extern const CFStringRef kCFPreferencesAnyUser;
 extern const CFStringRef kCFPreferencesCurrentUser;
 
-/// The value of `key` in exactly this domain; the caller releases it. NULL without one. No argument may be
-/// NULL.
+/// Returns the value of `key` in exactly this domain, or NULL if there is none. The caller releases it. No
+/// argument may be NULL.
 CFPropertyListRef CFPreferencesCopyValue(CFStringRef key, CFStringRef applicationID, CFStringRef userName,
                                          CFStringRef hostName);
 

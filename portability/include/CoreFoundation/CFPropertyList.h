@@ -1,9 +1,9 @@
-// Property lists: dictionaries, arrays, strings, numbers, dates and data in a file's form.
+// Property lists: dictionaries, arrays, strings, numbers, dates and data that can be stored in files.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
 
-/// How much of what is read may be changed.
+/// Says which of the read objects can be changed.
 typedef CFOptionFlags CFPropertyListMutabilityOptions;
 enum {
     kCFPropertyListImmutable = 0,
@@ -20,16 +20,18 @@ enum {
 
 CF_EXTERN_C_BEGIN
 
-/// The property list in `data`, in whatever form; the caller releases it. NULL when it holds none; nothing is
-/// raised or logged then. `format` gets the form when there is one, `error` why there is none, for the caller
-/// to release; both may be NULL. Any thread.
+/// Reads the property list in `data` in any of the formats. The caller releases it. Returns NULL if `data` is
+/// not a property list; nothing is raised or logged in that case.
+///
+/// On success `format` is set to the format. On failure `error` is set to the reason, which the caller
+/// releases. Both may be NULL. Thread-safe.
 CFPropertyListRef CFPropertyListCreateWithData(CFAllocatorRef allocator, CFDataRef data,
                                                CFOptionFlags options, CFPropertyListFormat* format,
                                                CFErrorRef* error);
 
-/// The bytes of the property list in the XML form; the caller releases them. NULL for another form, and if a
-/// value cannot be in a property list: `error`, which may be NULL, then gets why, for the caller to release.
-/// Any thread.
+/// Returns the property list in the XML format. The caller releases the data. Returns NULL for any other
+/// format, and if a value is not allowed in a property list. In that case `error`, which may be NULL, is set
+/// to the reason, which the caller releases. Thread-safe.
 CFDataRef CFPropertyListCreateData(CFAllocatorRef allocator, CFPropertyListRef propertyList,
                                    CFPropertyListFormat format, CFOptionFlags options, CFErrorRef* error);
 

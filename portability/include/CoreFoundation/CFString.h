@@ -1,4 +1,4 @@
-// Strings of UTF-16 units.
+// Strings, which consist of UTF-16 units.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -29,43 +29,44 @@ CF_EXTERN_C_BEGIN
 
 CFTypeID CFStringGetTypeID(void);
 
-/// The constant string of a literal in plain ASCII. It lives as long as the program and needs no release.
+/// Returns the constant string for a literal, which must be ASCII. It is valid until the process exits and
+/// must not be released.
 #define CFSTR(cStr) __CFStringMakeConstantString("" cStr "")
 CFStringRef __CFStringMakeConstantString(const char* cStr);
 
-/// The string of a zero-terminated text in `encoding`; the caller releases it. NULL when the bytes are not
-/// valid in the encoding (every byte is valid in Mac Roman) or the encoding is not supported. `cStr` must not
-/// be NULL.
+/// Creates a string from a NUL-terminated text in `encoding`. The caller releases it. Returns NULL if the
+/// bytes are not valid in the encoding (every byte is valid in Mac Roman) or the encoding is not supported.
+/// `cStr` must not be NULL.
 CFStringRef CFStringCreateWithCString(CFAllocatorRef alloc, const char* cStr, CFStringEncoding encoding);
 
-/// Writes the whole string with a terminating zero into `buffer` of `bufferSize` bytes. False when it does
-/// not fit, or `encoding` cannot express it: the buffer then begins with a zero, if it has room for one;
-/// nothing is cut off.
+/// Writes the whole NUL-terminated string into `buffer` of `bufferSize` bytes. Returns false if the string
+/// does not fit or `encoding` cannot express it. In that case `buffer` contains the empty string if
+/// `bufferSize` is at least 1. The string is never truncated.
 Boolean CFStringGetCString(CFStringRef theString, char* buffer, CFIndex bufferSize,
                            CFStringEncoding encoding);
 
-/// The number of UTF-16 units.
+/// Returns the number of UTF-16 units.
 CFIndex CFStringGetLength(CFStringRef theString);
 
-/// The most bytes that `length` UTF-16 units can need in `encoding`, without a terminating zero; kCFNotFound
-/// when the number is not representable.
+/// Returns the largest number of bytes that `length` UTF-16 units can need in `encoding`, without the
+/// terminating NUL. Returns kCFNotFound if the number is too large.
 CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding);
 
 /// Copies the units of `range`, which must lie inside the string.
 void CFStringGetCharacters(CFStringRef theString, CFRange range, UniChar* buffer);
 
-/// Order of two strings; without options by their UTF-16 units.
+/// Compares two strings. Without options, compares their UTF-16 units.
 CFComparisonResult CFStringCompare(CFStringRef theString1, CFStringRef theString2,
                                    CFStringCompareFlags compareOptions);
 
-/// The encoding of texts that name none: Mac Roman.
+/// Returns the encoding of texts without a stated encoding: Mac Roman.
 CFStringEncoding CFStringGetSystemEncoding(void);
 
-/// The Mac encoding nearest to `encoding`; Unicode for all its forms; kCFStringEncodingInvalidId when there
-/// is none.
+/// Returns the Mac encoding that is most similar to `encoding`. Returns Unicode for all Unicode encodings,
+/// and kCFStringEncodingInvalidId if there is none.
 CFStringEncoding CFStringGetMostCompatibleMacStringEncoding(CFStringEncoding encoding);
 
-/// Foundation's number of the encoding.
+/// Returns Foundation's number for the encoding.
 unsigned long CFStringConvertEncodingToNSStringEncoding(CFStringEncoding encoding);
 
 CF_EXTERN_C_END

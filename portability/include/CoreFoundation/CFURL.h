@@ -1,4 +1,4 @@
-// Addresses, above all of files.
+// URLs, mainly of files.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -12,37 +12,37 @@ CF_EXTERN_C_BEGIN
 
 CFTypeID CFURLGetTypeID(void);
 
-/// The URL of a text that is one already, with its escapes; the caller releases it. NULL if the text has
-/// characters that no URL has. `baseURL` must be NULL.
+/// Creates a URL from text that is already escaped. The caller releases it. Returns NULL if the text contains
+/// characters that are not allowed in a URL. `baseURL` must be NULL.
 CFURLRef CFURLCreateWithString(CFAllocatorRef allocator, CFStringRef URLString, CFURLRef baseURL);
 
-/// The text of the URL. Lives as long as the URL.
+/// Returns the text of the URL, which is valid as long as the URL.
 CFStringRef CFURLGetString(CFURLRef anURL);
 
-/// The URL of a path; the caller releases it. A relative path is completed with the current folder. NULL for
-/// an empty path. `isDirectory` says whether the URL ends with a slash; the disk is not asked.
+/// Creates a URL for a path. The caller releases it. A relative path starts at the current folder. Returns
+/// NULL for an empty path. `isDirectory` says whether the URL ends with a slash; the disk is not accessed.
 CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef allocator, CFStringRef filePath,
                                        CFURLPathStyle pathStyle, Boolean isDirectory);
 
-/// The same from the `bufLen` bytes of a path as the file system keeps it.
+/// The same for a path of `bufLen` bytes, as the file system stores it.
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef allocator, const UInt8* buffer,
                                                  CFIndex bufLen, Boolean isDirectory);
 
-/// The URL with one more component, escaped where needed, behind its path; the caller releases it. NULL when
-/// the URL has no path.
+/// Creates a URL by appending a component to the path of `url`; the component is escaped if necessary. The
+/// caller releases it. Returns NULL if `url` has no path.
 CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef allocator, CFURLRef url,
                                                CFStringRef pathComponent, Boolean isDirectory);
 
-/// Writes the path that a file URL stands for, without a slash at its end (except for "/") and with a
-/// terminating zero. False when `maxBufLen` bytes are too few or the URL has no path.
+/// Writes the NUL-terminated path of a file URL, without a trailing slash (except for "/"). Returns false if
+/// `maxBufLen` bytes are not enough or the URL has no path.
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, UInt8* buffer,
                                          CFIndex maxBufLen);
 
-/// The reference of the file or folder that the URL names. False when it does not exist or the URL is not a
-/// file's.
+/// Makes a reference to the file or folder of the URL. Returns false if it does not exist or the URL is not a
+/// file URL.
 Boolean CFURLGetFSRef(CFURLRef url, struct FSRef* fsRef);
 
-/// The URL of the file or folder; the caller releases it. NULL when the reference is stale.
+/// Creates the URL of the file or folder. The caller releases it. Returns NULL if the reference is stale.
 CFURLRef CFURLCreateFromFSRef(CFAllocatorRef allocator, const struct FSRef* fsRef);
 
 CF_EXTERN_C_END

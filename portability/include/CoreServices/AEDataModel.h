@@ -1,7 +1,8 @@
-// Apple events as data: descriptors, the parameters and attributes of an event.
+// The data of Apple events: descriptors, and the parameters and attributes of an event.
 //
-// A descriptor is a type and a block of bytes that only these calls reach. Its owner disposes of it with
-// AEDisposeDesc. All calls may be made from any thread; one descriptor may be used by one thread at a time.
+// A descriptor consists of a type and a block of bytes, which only these functions can access. Its owner
+// disposes of it with AEDisposeDesc. All functions may be called on any thread, but only one thread at a time
+// may use a descriptor.
 #pragma once
 
 #include <CoreServices/MacTypes.h>
@@ -41,8 +42,8 @@ typedef AEDescList AERecord;
 typedef AERecord AppleEvent;
 typedef AppleEvent* AppleEventPtr;
 
-/// Handles one event. `reply` is null (type typeNull) when the sender wants none. Neither descriptor is the
-/// handler's to dispose of. A result other than noErr goes to the sender in the reply, as keyErrorNumber.
+/// Handles one event. `reply` is null (type typeNull) if the sender wants no reply. The handler does not own
+/// the descriptors. If it returns an error, the sender receives it in the reply as keyErrorNumber.
 typedef OSErr (*AEEventHandlerProcPtr)(const AppleEvent* event, AppleEvent* reply, SRefCon refcon);
 typedef AEEventHandlerProcPtr AEEventHandlerUPP;
 
@@ -108,11 +109,11 @@ enum {
 enum { kAutoGenerateReturnID = -1, kAnyTransactionID = 0 };
 
 enum {
-    // How to send: what becomes of the reply (a field of two bits) ...
+    // Send modes: how the reply is treated (a field of two bits) ...
     kAENoReply = 0x00000001,
     kAEQueueReply = 0x00000002,
     kAEWaitReply = 0x00000003,
-    // ... whether the user may be asked, and how the event is delivered
+    // ... whether the receiver may interact with the user, and how the event is delivered
     kAENeverInteract = 0x00000010,
     kAECanInteract = 0x00000020,
     kAEAlwaysInteract = 0x00000030,
@@ -128,48 +129,51 @@ enum {
 enum { kAENormalPriority = 0x00000000, kAEHighPriority = 0x00000001 };
 
 enum {
-    // Time-outs in place of a number of ticks (1/60 s)
+    // Special time-outs, instead of a number of ticks (1/60 s)
     kAEDefaultTimeout = -1,  ///< about one minute
     kNoTimeOut = -2
 };
 
-/// Copies `dataSize` bytes at `dataPtr` into a new descriptor that the caller owns. On an error `result` is
-/// null.
+/// Creates a descriptor with a copy of `dataSize` bytes at `dataPtr`. The caller owns it. On an error
+/// `result` is null.
 extern OSErr AECreateDesc(DescType typeCode, const void* dataPtr, Size dataSize, AEDesc* result);
 
-/// Frees what the descriptor holds and leaves it null. Does nothing to one that is null already.
+/// Frees the descriptor's data and makes the descriptor null. Does nothing if it is already null.
 extern OSErr AEDisposeDesc(AEDesc* theAEDesc);
 
 /// Makes the descriptor null without freeing anything.
 extern void AEInitializeDesc(AEDesc* desc);
 
-/// Makes an event that the caller owns, addressed to a copy of `target`; whether the target exists is found
-/// out when the event is sent. On an error `result` is null.
+/// Creates an event with a copy of `target` as its address. The caller owns it. Whether the target exists is
+/// not checked before the event is sent. On an error `result` is null.
 extern OSErr AECreateAppleEvent(AEEventClass theAEEventClass, AEEventID theAEEventID,
                                 const AEAddressDesc* target, AEReturnID returnID,
                                 AETransactionID transactionID, AppleEvent* result);
 
-/// Copies `dataSize` bytes into the event as the parameter (attribute) of that keyword, in place of one that
-/// is there.
+/// Copies `dataSize` bytes into the event as the parameter (or attribute) with this keyword. Replaces an
+/// existing one.
 extern OSErr AEPutParamPtr(AppleEvent* theAppleEvent, AEKeyword theAEKeyword, DescType typeCode,
                            const void* dataPtr, Size dataSize);
 extern OSErr AEPutAttributePtr(AppleEvent* theAppleEvent, AEKeyword theAEKeyword, DescType typeCode,
                                const void* dataPtr, Size dataSize);
 
-/// Copies at most `maximumSize` bytes of a parameter (attribute), converted to `desiredType`. `actualSize` is
-/// its full size after the conversion: a buffer that is too small is no error. Each of the last four may be
-/// null (or 0). On an error (errAEDescNotFound: no such keyword; errAECoercionFail: no such conversion) the
-/// outputs are left alone.
+/// Copies at most `maximumSize` bytes of a parameter (or attribute), converted to `desiredType`. `actualSize`
+/// is set to its full size after the conversion; a buffer that is too small is not an error. The last four
+/// arguments may be null (or 0).
+///
+/// On an error the outputs are unchanged. Errors: errAEDescNotFound if there is no such keyword,
+/// errAECoercionFail if the conversion is not possible.
 extern OSErr AEGetParamPtr(const AppleEvent* theAppleEvent, AEKeyword theAEKeyword, DescType desiredType,
                            DescType* actualType, void* dataPtr, Size maximumSize, Size* actualSize);
 extern OSErr AEGetAttributePtr(const AppleEvent* theAppleEvent, AEKeyword theAEKeyword, DescType desiredType,
                                DescType* actualType, void* dataPtr, Size maximumSize, Size* actualSize);
 
-/// The type and size of a parameter as it is stored.
+/// Writes the stored type and the size in bytes of a parameter.
 extern OSErr AESizeOfParam(const AppleEvent* theAppleEvent, AEKeyword theAEKeyword, DescType* typeCode,
                            Size* dataSize);
 
-/// The bytes of a plain descriptor: their number, and a copy of at most `maximumSize` of them. No conversion.
+/// Functions for the bytes of a plain descriptor. AEGetDescDataSize returns their number. AEGetDescData
+/// copies at most `maximumSize` of them. The bytes are not converted.
 extern Size AEGetDescDataSize(const AEDesc* theAEDesc);
 extern OSErr AEGetDescData(const AEDesc* theAEDesc, void* dataPtr, Size maximumSize);
 

@@ -7,17 +7,21 @@
 extern "C" {
 #endif
 
-/// An event may carry the port for its reply (typeMachPort). On macOS a send that waits off the main thread
-/// needs one; elsewhere it is carried and has no effect.
+/// An event may contain the port for its reply (typeMachPort). On macOS, sending with a wait on a thread
+/// other than the main thread needs one. On other systems the port is sent and has no effect.
 enum { keyReplyPortAttr = 'repp' };
 
-/// Sends the event and, in the mode kAEWaitReply, waits for the reply at most that many ticks (1/60 s;
-/// kAEDefaultTimeout, kNoTimeOut). `reply` may be null; after noErr it is the caller's to dispose of, after
-/// an error it is null. Any thread.
+/// Sends the event. With kAEWaitReply it waits for the reply, at most `timeOutInTicks` ticks (1/60 s; also
+/// kAEDefaultTimeout and kNoTimeOut). `reply` may be null. After noErr the caller owns `reply`; after an
+/// error it is null. Thread-safe.
 ///
-/// procNotFound: nobody has the address. connectionInvalid: the target went away before it answered.
-/// errAETimeout: no answer in time. errAEEventNotHandled: the target has no handler. A handler's own failure
-/// is noErr, with keyErrorNumber in the reply.
+/// Errors:
+/// - procNotFound: no process has the address.
+/// - connectionInvalid: the target ended before it replied.
+/// - errAETimeout: no reply arrived in time.
+/// - errAEEventNotHandled: the target has no handler for the event.
+///
+/// If the handler returns an error, the result is noErr and the reply contains keyErrorNumber.
 extern OSStatus AESendMessage(const AppleEvent* event, AppleEvent* reply, AESendMode sendMode,
                               long timeOutInTicks);
 

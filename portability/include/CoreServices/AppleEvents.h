@@ -1,6 +1,7 @@
 // Receiving Apple events: the table of handlers.
 //
-// Events reach the handlers one at a time, on the main thread, while the application event loop runs there.
+// Handlers are called for one event at a time, on the main thread, while the application event loop
+// runs there.
 #pragma once
 
 #include <CoreServices/AEDataModel.h>
@@ -32,13 +33,13 @@ enum {
     kAERemoteProcess = 4
 };
 
-/// Makes `handler` the one for events of that class and id, in place of the one before; typeWildCard stands
-/// for any class or any id. Pass false for `isSysHandler`. Any thread.
+/// Installs the handler for events with this class and id, and replaces a previous one. typeWildCard matches
+/// every class or every id. Pass false for `isSysHandler`. Thread-safe.
 extern OSErr AEInstallEventHandler(AEEventClass theAEEventClass, AEEventID theAEEventID,
                                    AEEventHandlerUPP handler, SRefCon handlerRefcon, Boolean isSysHandler);
 
-/// Takes the entry out again. A null `handler` removes whichever is there; any other must be the installed
-/// one. errAEHandlerNotFound if there is no such entry. Any thread.
+/// Removes the handler. A null `handler` removes the installed handler; any other value must be the installed
+/// handler. Returns errAEHandlerNotFound if there is no such handler. Thread-safe.
 extern OSErr AERemoveEventHandler(AEEventClass theAEEventClass, AEEventID theAEEventID,
                                   AEEventHandlerUPP handler, Boolean isSysHandler);
 

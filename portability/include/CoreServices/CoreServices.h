@@ -1,4 +1,5 @@
-// Umbrella header of Core Services: Carbon Core, Apple Events and Launch Services, as far as the library uses them.
+// Umbrella header of Core Services: the parts of Carbon Core, Apple Events and Launch Services that the
+// library uses.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>

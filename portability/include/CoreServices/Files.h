@@ -1,8 +1,9 @@
-// The File Manager: references to files and folders, and what is known about them.
+// The File Manager: references to files and folders, and their attributes.
 //
-// A reference names an object that exists, not a path: it stays good when the object is renamed, and gives
-// fnfErr when the object is gone. It is compared with FSCompareFSRefs, never byte by byte, and not kept
-// beyond the process. Failing calls leave their outputs alone. All calls may be made from any thread.
+// A reference identifies an existing object and not a path. It stays valid if the object is renamed. If the
+// object was deleted, functions return fnfErr for it. References must be compared with FSCompareFSRefs, not
+// byte by byte, and are valid only in this process. Functions that fail leave their outputs unchanged. All
+// functions are thread-safe.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -17,20 +18,20 @@ typedef struct FSRef {
     UInt8 hidden[80];
 } FSRef;
 
-/// A name of `length` UTF-16 units, without a terminating zero.
+/// A name of `length` UTF-16 units, not NUL-terminated.
 typedef struct HFSUniStr255 {
     UInt16 length;
     UniChar unicode[255];
 } HFSUniStr255;
 
-/// Seconds since 1904-01-01 00:00 UTC, in 48 bits, and 1/65536 seconds.
+/// Time since 1904-01-01 00:00 UTC: seconds in 48 bits, and a fraction in 1/65536 seconds.
 typedef struct UTCDateTime {
     UInt16 highSeconds;
     UInt32 lowSeconds;
     UInt16 fraction;
 } UTCDateTime;
 
-/// What FSCatalogInfo.permissions holds; `mode` is that of stat(2), with the type of the file.
+/// The content of FSCatalogInfo.permissions. `mode` is st_mode of stat(2), including the file type.
 typedef struct FSPermissionInfo {
     UInt32 userID;
     UInt32 groupID;
@@ -40,8 +41,8 @@ typedef struct FSPermissionInfo {
     FSFileSecurityRef fileSec;
 } FSPermissionInfo;
 
-/// Only the fields chosen by a bit map are read or written. `permissions` has two types; a cast of its
-/// address to FSPermissionInfo* serves both.
+/// Attributes of a file. Functions read or write only the fields that a bit map selects. `permissions` has
+/// two possible types; for both, cast its address to FSPermissionInfo*.
 typedef struct FSCatalogInfo {
     UInt16 nodeFlags;
     FSVolumeRefNum volume;
@@ -103,41 +104,42 @@ enum { kFSNodeLockedMask = 0x0001, kFSNodeIsDirectoryMask = 0x0010 };
 
 CF_EXTERN_C_BEGIN
 
-/// The reference of the object at an absolute path in UTF-8; a symbolic link at its end is followed.
-/// `isDirectory` may be NULL.
+/// Makes a reference to the object at an absolute path in UTF-8. If the last component is a symbolic link, it
+/// is followed. `isDirectory` may be NULL.
 OSStatus FSPathMakeRef(const UInt8* path, FSRef* ref, Boolean* isDirectory);
 
-/// Writes the object's path in UTF-8 with a terminating zero; pathTooLongErr when `pathBufferSize` bytes are
-/// too few.
+/// Writes the object's NUL-terminated path in UTF-8. Returns pathTooLongErr if `pathBufferSize` bytes are
+/// not enough.
 OSStatus FSRefMakePath(const FSRef* ref, UInt8* path, UInt32 pathBufferSize);
 
-/// The reference of what bears the name of `nameLength` units in the folder `parentRef`; a symbolic link is
-/// not followed.
+/// Makes a reference to the object with this name of `nameLength` units in the folder `parentRef`. A symbolic
+/// link is not followed.
 OSErr FSMakeFSRefUnicode(const FSRef* parentRef, UniCharCount nameLength, const UniChar* name,
                          TextEncoding textEncodingHint, FSRef* newRef);
 
-/// Makes a folder; dupFNErr when the name is taken. `catalogInfo` may be NULL when `whichInfo` is
-/// kFSCatInfoNone; with kFSCatInfoPermissions it gives the folder's mode. `newRef` and `newDirID` may be
-/// NULL, `newSpec` is ignored.
+/// Creates a folder. Returns dupFNErr if the name is in use. `catalogInfo` may be NULL if `whichInfo` is
+/// kFSCatInfoNone; with kFSCatInfoPermissions it contains the folder's mode. `newRef` and `newDirID` may be
+/// NULL. `newSpec` is ignored.
 OSErr FSCreateDirectoryUnicode(const FSRef* parentRef, UniCharCount nameLength, const UniChar* name,
                                FSCatalogInfoBitmap whichInfo, const FSCatalogInfo* catalogInfo, FSRef* newRef,
                                FSSpecPtr newSpec, UInt32* newDirID);
 
-/// Fills the chosen fields. `catalogInfo` may be NULL when `whichInfo` is kFSCatInfoNone; `outName` and
-/// `parentRef` may be NULL, `fsSpec` is ignored.
+/// Fills the selected fields. `catalogInfo` may be NULL if `whichInfo` is kFSCatInfoNone. `outName` and
+/// `parentRef` may be NULL. `fsSpec` is ignored.
 OSErr FSGetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap whichInfo, FSCatalogInfo* catalogInfo,
                        HFSUniStr255* outName, FSSpecPtr fsSpec, FSRef* parentRef);
 
-/// Sets the chosen fields. Of the permissions `mode` alone counts; owner and group with
-/// kFSCatInfoSetOwnership.
+/// Sets the selected fields. Of the permissions only `mode` is set; owner and group are set
+/// with kFSCatInfoSetOwnership.
 OSErr FSSetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap whichInfo, const FSCatalogInfo* catalogInfo);
 
-/// Deletes a file or an empty folder; fBsyErr for a folder that is not empty. The reference is stale
-/// afterwards.
+/// Deletes a file or an empty folder. Returns fBsyErr for a folder that is not empty. The reference is
+/// stale afterwards.
 OSErr FSDeleteObject(const FSRef* ref);
 OSErr FSUnlinkObject(const FSRef* ref);
 
-/// noErr for two references to one object, else errFSRefsDifferent, or diffVolErr on different volumes.
+/// Returns noErr if both references are to the same object, diffVolErr if the objects are on different
+/// volumes, and errFSRefsDifferent otherwise.
 OSErr FSCompareFSRefs(const FSRef* ref1, const FSRef* ref2);
 
 CF_EXTERN_C_END

@@ -1,10 +1,10 @@
-// The Folder Manager: where the platform keeps what.
+// The Folder Manager: finds the platform's standard folders.
 #pragma once
 
 #include <CoreServices/Files.h>
 
 enum {
-    // Domains, given in place of a volume
+    // Domains, which are passed instead of a volume
     kOnSystemDisk = -32768,
     kOnAppropriateDisk = -32767,
     kSystemDomain = -32766,
@@ -28,8 +28,8 @@ enum { kDontCreateFolder = 0, kCreateFolder = 1 };
 
 CF_EXTERN_C_BEGIN
 
-/// The folder of that type in a domain. When it is absent it is made if `createFolder` says so, else the
-/// result is fnfErr; nsvErr for an unknown domain. Any thread.
+/// Makes a reference to the folder of this type in a domain. A missing folder is created if `createFolder` is
+/// true; otherwise the result is fnfErr. Returns nsvErr for an unknown domain. Thread-safe.
 OSErr FSFindFolder(FSVolumeRefNum vRefNum, OSType folderType, Boolean createFolder, FSRef* foundRef);
 
 CF_EXTERN_C_END

@@ -1,4 +1,4 @@
-// Launch Services: starting applications and opening documents with them.
+// Launch Services: launching applications, and opening documents.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -23,7 +23,7 @@ enum {
 };
 
 #pragma pack(push, 2)
-/// What to open with what; every pointer but the first may be NULL.
+/// The items to open and the application for them. Every pointer except the first may be NULL.
 typedef struct LSLaunchURLSpec {
     CFURLRef appURL;
     CFArrayRef itemURLs;
@@ -35,12 +35,13 @@ typedef struct LSLaunchURLSpec {
 
 CF_EXTERN_C_BEGIN
 
-/// Starts the application `appURL` unless it runs already, which is a success too. `outLaunchedURL` may be
-/// NULL; else it receives the application's URL, which the caller releases. Any thread.
+/// Launches the application `appURL` unless it is already running, which also counts as success.
+/// `outLaunchedURL` may be NULL; otherwise it is set to the application's URL, which the caller
+/// releases. Thread-safe.
 OSStatus LSOpenFromURLSpec(const LSLaunchURLSpec* inLaunchSpec, CFURLRef* outLaunchedURL);
 
-/// Opens a document or page with the application that the user prefers for it, or starts an application.
-/// `outLaunchedURL` as above. Any thread.
+/// Opens a document or web page with the application that the user prefers for it, or launches an
+/// application. `outLaunchedURL` is as for LSOpenFromURLSpec. Thread-safe.
 OSStatus LSOpenCFURLRef(CFURLRef inURL, CFURLRef* outLaunchedURL);
 
 CF_EXTERN_C_END

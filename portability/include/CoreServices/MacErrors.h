@@ -1,4 +1,4 @@
-// The platform's result codes, as far as they are used or reported here.
+// The platform's result codes that are used or reported here.
 #pragma once
 
 enum {

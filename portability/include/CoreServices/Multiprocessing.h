@@ -1,7 +1,7 @@
 // Multiprocessing Services: critical regions, semaphores, event groups, preemptive tasks and remote calls.
 //
-// Every call may be made on any thread. Objects are known by their identifiers; an identifier whose object
-// was deleted answers kMPInvalidIDErr from then on. All objects live in this process only.
+// All functions may be called on any thread. Callers know objects by their identifiers. Functions return
+// kMPInvalidIDErr for the identifier of a deleted object. All objects are local to this process.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -19,7 +19,7 @@ typedef UInt32 MPEventFlags;
 typedef OptionBits MPTaskOptions;
 typedef UInt8 MPRemoteContext;
 
-/// A Duration above 0 counts milliseconds, one below 0 microseconds.
+/// A positive Duration is in milliseconds, a negative one in microseconds.
 enum {
     kDurationImmediate = 0,
     kDurationForever = 0x7FFFFFFF,
@@ -28,7 +28,7 @@ enum {
 };
 
 enum {
-    kMPCreateTaskSuspendedMask = 1 << 0,  // refused: no task can be started suspended
+    kMPCreateTaskSuspendedMask = 1 << 0,  // rejected: tasks cannot be created suspended
     kMPCreateTaskTakesAllExceptionsMask = 1 << 1,
     kMPCreateTaskNotDebuggableMask = 1 << 2
 };
@@ -45,66 +45,72 @@ typedef void* (*MPRemoteProcedure)(void* parameter);
 
 CF_EXTERN_C_BEGIN
 
-/// Whether the services can be used; always true.
+/// Returns whether the services can be used. Always true.
 Boolean _MPIsFullyInitialized(void);
 
-// Critical regions are recursive: the owner may enter again, and each entry needs its own exit.
+// Critical regions are recursive: the owner may enter again, and must exit once for each entry.
 
 OSStatus MPCreateCriticalRegion(MPCriticalRegionID* criticalRegion);
 
-/// Ends the region, also an occupied one. Whoever waits to enter gets kMPDeletedErr.
+/// Deletes the region, even if a thread is inside it. Threads that wait to enter get kMPDeletedErr.
 OSStatus MPDeleteCriticalRegion(MPCriticalRegionID criticalRegion);
 
-/// kMPTimeoutErr when the region did not become free in time.
+/// Enters the region. Returns kMPTimeoutErr if it did not become free in time.
 OSStatus MPEnterCriticalRegion(MPCriticalRegionID criticalRegion, Duration timeout);
 
-/// kMPInsufficientResourcesErr when the calling thread is not the owner.
+/// Exits the region. Returns kMPInsufficientResourcesErr if the calling thread is not the owner.
 OSStatus MPExitCriticalRegion(MPCriticalRegionID criticalRegion);
 
-/// A counting semaphore; mind the order of the first two arguments.
+/// Creates a counting semaphore. Note the order of the first two arguments.
 OSStatus MPCreateSemaphore(MPSemaphoreCount maximumValue, MPSemaphoreCount initialValue,
                            MPSemaphoreID* semaphore);
 
-/// Ends the semaphore. Whoever waits on it gets kMPDeletedErr.
+/// Deletes the semaphore. Threads that wait on it get kMPDeletedErr.
 OSStatus MPDeleteSemaphore(MPSemaphoreID semaphore);
 
-/// Takes one unit, waiting for it if need be; kMPTimeoutErr when none came in time.
+/// Takes one unit, and waits for it if necessary. Returns kMPTimeoutErr if none became available in time.
 OSStatus MPWaitOnSemaphore(MPSemaphoreID semaphore, Duration timeout);
 
-/// Gives one unit to the thread that has waited longest, or keeps it; kMPInsufficientResourcesErr at the
-/// maximum, which changes nothing.
+/// Passes one unit to the thread that has waited longest, or adds it to the semaphore if no thread waits.
+/// Returns kMPInsufficientResourcesErr, and changes nothing, if the semaphore is at its maximum.
 OSStatus MPSignalSemaphore(MPSemaphoreID semaphore);
 
 #define MPCreateBinarySemaphore(semaphore) MPCreateSemaphore(1, 1, (semaphore))
 
-/// A group of 32 event flags, all clear.
+/// Creates a group of 32 event flags, which are all clear.
 OSStatus MPCreateEvent(MPEventID* event);
 
-/// Ends the group. Whoever waits for it gets kMPDeletedErr, which is the usual way to release all waiters at
-/// once.
+/// Deletes the group. Threads that wait for it get kMPDeletedErr. This is the usual way to release all
+/// waiting threads at once.
 OSStatus MPDeleteEvent(MPEventID event);
 
-/// Adds `flags` to the group; if any is set then, the thread that has waited longest takes them all.
+/// Sets `flags` in the group. If any flag is set afterwards, the thread that has waited longest takes
+/// them all.
 OSStatus MPSetEvent(MPEventID event, MPEventFlags flags);
 
-/// Takes all flags as soon as any is set, and clears the group. `flags` may be null; it is written on success
-/// only.
+/// Waits until any flag is set, then takes all flags and clears the group. `flags` may be null; it is written
+/// only on success.
 OSStatus MPWaitForEvent(MPEventID event, MPEventFlags* flags, Duration timeout);
 
-/// Starts `entryPoint` on a preemptive task of its own, which ends when it returns. Nobody can wait for a
-/// task; let it signal something. A `stackSize` of 0 means the system's default. `notifyQueue` must be
-/// kInvalidID (no queues here, so any other answers kMPInvalidIDErr); the termination parameters, meant for
-/// it, are not used. kMPInsufficientResourcesErr when no task can be made or `options` has bits that are not
-/// supported. `task` is written on success only.
+/// Starts `entryPoint` on a new preemptive task, which ends when `entryPoint` returns. Callers cannot wait
+/// for a task; the task must signal its end itself, for example with a semaphore. A `stackSize` of 0 means
+/// the system's default. `task` is written only on success.
+///
+/// `notifyQueue` must be kInvalidID. Queues are not supported, so any other value returns kMPInvalidIDErr.
+/// The termination parameters are for the queue and are not used. Returns kMPInsufficientResourcesErr if no
+/// task can be created or `options` contains unsupported bits.
 OSStatus MPCreateTask(TaskProc entryPoint, void* parameter, ByteCount stackSize, MPQueueID notifyQueue,
                       void* terminationParameter1, void* terminationParameter2, MPTaskOptions options,
                       MPTaskID* task);
 
-/// Whether a task (kInvalidID: the calling thread) runs preemptively: true everywhere but on the main thread.
+/// Returns whether a task runs preemptively; kInvalidID means the calling thread. Only the main thread
+/// does not.
 Boolean MPTaskIsPreemptive(MPTaskID task);
 
-/// Runs `remoteProc` on the main thread and answers its result, however long it takes. The main thread's
-/// event loop or run loop serves the call, so it must be running.
+/// Runs `remoteProc` on the main thread, waits without a time limit until it has returned, and returns its
+/// result. The event loop or run loop of the main thread makes the call. On macOS the call waits until such a
+/// loop runs. On other systems the procedure runs on the calling thread if no such loop is running, or if it
+/// does not start the procedure within one second.
 void* MPRemoteCall(MPRemoteProcedure remoteProc, void* parameter, MPRemoteContext context);
 
 CF_EXTERN_C_END

@@ -1,4 +1,4 @@
-// The platform's clocks that count from the start of the system.
+// The platform's clocks, which count from the start of the system.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -6,12 +6,12 @@
 
 CF_EXTERN_C_BEGIN
 
-/// Microseconds since about the start of the system; never goes back, may stand still while the machine
-/// sleeps. Any thread.
+/// Writes the number of microseconds since about the start of the system. The value never decreases, and may
+/// stop while the computer sleeps. Thread-safe.
 void Microseconds(UnsignedWide* microTickCount);
 
-/// Ticks (1/60 s) since about the start of the system, modulo 2^32: subtract two values as UInt32. Any
-/// thread.
+/// Returns the number of ticks (1/60 s) since about the start of the system, modulo 2^32. Subtract two values
+/// as UInt32. Thread-safe.
 UInt32 TickCount(void);
 
 CF_EXTERN_C_END

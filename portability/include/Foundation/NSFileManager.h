@@ -1,4 +1,4 @@
-// GNUstep's file manager without its OSType: in 32 bits the platform's is another type.
+// GNUstep's file manager without its OSType, which differs from the platform's type in 32-bit programs.
 #pragma once
 
 #define OSType GNUstepOSType

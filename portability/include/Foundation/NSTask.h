@@ -1,8 +1,8 @@
-// A child task with the platform's methods, in place of GNUstep's. That one starts a program in a child that,
-// if the program cannot be executed, runs the exit functions of the host and exits with status 255; and it
-// takes SIGCHLD from the host.
+// A child task with the platform's methods. It replaces GNUstep's class for two reasons. If the program
+// cannot be executed, GNUstep's child process runs the host's exit functions and exits with status 255.
+// GNUstep's class also handles the host's SIGCHLD.
 //
-// The class has a name of its own, because a host can have GNUstep's class loaded.
+// This class has its own name, because a host may have loaded GNUstep's class.
 #pragma once
 
 #import <Foundation/NSObject.h>
@@ -13,9 +13,9 @@
 extern "C" {
 #endif
 
-/// A task belongs to one thread at a time. The program gets this process's environment and folder and its
-/// standard input, no other descriptor but its outputs, and runs in a session of its own, with no signal
-/// blocked or ignored. It outlives its task.
+/// A child task. Not thread-safe: one thread at a time. The program gets this process's environment, current
+/// folder and standard input. It gets no other descriptors except its outputs. It runs in its own session,
+/// with no signal blocked or ignored. It continues to run if its task object is released.
 ///
 /// Failures raise NSInvalidArgumentException.
 @interface DovrelTask : NSObject {
@@ -26,27 +26,29 @@ extern "C" {
     void* process_;
 }
 
-/// A path as execve takes it; the search path is not used. Raises if it is nil or the task was launched.
+/// Sets the path of the program for execve; the search path is not used. Raises if it is nil or the task
+/// was launched.
 - (void)setLaunchPath:(NSString*)path;
 
-/// Strings, without the program's name. Raises if the task was launched.
+/// Sets the arguments: strings, without the program's name. Raises if the task was launched.
 - (void)setArguments:(NSArray*)arguments;
 
-/// The program writes to this pipe; nil means this process's standard output. Nobody reads the pipe on behalf
-/// of the task: as on the platform, a program that has filled it (64 KiB) waits until it is read or closed.
-/// Raises if the task was launched.
+/// Set the pipe to which the program writes; nil means this process's standard output (or standard error).
+/// The task does not read the pipe. As on the platform, a program that has filled it (64 KiB) waits until the
+/// pipe is read or closed. Both methods raise if the task was launched.
 - (void)setStandardOutput:(id)pipe;
 - (void)setStandardError:(id)pipe;
 
-/// Returns when the program runs, and closes this process's writing ends of the pipes. Raises if it cannot be
-/// run, there is no path, or the task was launched before. The host's exit functions, signal actions and
-/// handling of children are not touched: no SIGCHLD arrives for the program.
+/// Starts the program and returns when it runs. Closes this process's writing ends of the pipes. Raises if
+/// the program cannot be executed, the path is not set, or the task was launched before. Does not affect the
+/// host's exit functions, signal actions and child handling: the host gets no SIGCHLD for the program.
 - (void)launch;
 
-/// NO before the launch.
+/// Returns whether the program is running; NO before the launch.
 - (BOOL)isRunning;
 
-/// The exit status, or the number of the signal that ended the program. Raises unless the program has ended.
+/// Returns the exit status, or the number of the signal that ended the program. Raises unless the program
+/// has ended.
 - (int)terminationStatus;
 
 @end

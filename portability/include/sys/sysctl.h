@@ -1,4 +1,4 @@
-// The kernel's table of processes, by its BSD interface.
+// The kernel's table of processes, with its BSD interface.
 #pragma once
 
 #include <stddef.h>
@@ -19,7 +19,7 @@ enum {
 enum { SIDL = 1, SRUN = 2, SSLEEP = 3, SSTOP = 4, SZOMB = 5 };
 enum { MAXCOMLEN = 16 };
 
-/// A process as its scheduler sees it. The fields that nobody asks for are kept as bytes of their size.
+/// The scheduler's data of a process. Unused fields are arrays of bytes with the right size.
 struct extern_proc {
 #if defined(__LP64__)
     char p_reserved1[32];
@@ -50,7 +50,7 @@ struct _ucred {
     gid_t cr_groups[16];
 };
 
-/// A process as its user sees it.
+/// The user's data of a process.
 struct eproc {
 #if defined(__LP64__)
     char e_reserved1[120];
@@ -81,11 +81,12 @@ struct kinfo_proc {
 extern "C" {
 #endif
 
-/// Reads the system's variable `name`. With `oldp` null it answers in `oldlenp` the bytes that are needed,
-/// with some to spare; else it fills `oldp` and answers the bytes written. -1 and errno on failure: ENOMEM,
-/// and 0 in `oldlenp`, when the bytes given are too few. {CTL_KERN, KERN_PROC, KERN_PROC_ALL}, with a fourth
-/// component or without, is a kinfo_proc for every live process of this user that concerns the current system
-/// root. Any thread.
+/// Reads the system variable `name`. If `oldp` is null, sets `oldlenp` to the number of bytes needed, plus
+/// some spare bytes. Otherwise fills `oldp` and sets `oldlenp` to the number of bytes written. Returns -1 and
+/// sets errno on failure. If the buffer is too small, errno is ENOMEM and `oldlenp` is set to 0.
+///
+/// {CTL_KERN, KERN_PROC, KERN_PROC_ALL}, with or without a fourth component, reads a kinfo_proc for each
+/// running process of this user that belongs to the current system root. Thread-safe.
 int sysctl(int* name, unsigned int namelen, void* oldp, size_t* oldlenp, void* newp, size_t newlen);
 
 #if defined(__cplusplus)

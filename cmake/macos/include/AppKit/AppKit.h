@@ -1,4 +1,4 @@
-// AppKit, where no other one is at hand: what the library uses of its alerts.
+// The part of AppKit that the library uses, for systems without AppKit.
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -1,4 +1,4 @@
-// Foundation, where no other one is at hand: the classes and methods that the library uses, and no others.
+// The classes and methods of Foundation that the library uses, for systems without Foundation.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>

@@ -7,7 +7,7 @@
 #define S_ISDIR(mode) (((mode)&S_IFMT) == S_IFDIR)
 #define S_ISREG(mode) (((mode)&S_IFMT) == S_IFREG)
 
-// The record with inode numbers of 64 bits, and the functions that fill it.
+// The structure with 64-bit inode numbers, and the functions that fill it.
 struct stat {
     dev_t st_dev;
     mode_t st_mode;
