@@ -44,9 +44,12 @@ void* variable(id object, const char* name) {
 /// Whether the main thread is inside its run loop. Foundation has no call that tells: asking for the main
 /// thread's run loop makes one, which another thread must not do while the main thread may be doing the same.
 bool isMainThreadInRunLoop() {
+    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
     id const information = (id)variable([NSThread mainThread], "_runLoopInfo");
     id const loop = (id)variable(information, "loop");
-    return variable(loop, "_currentMode") != nullptr;
+    const bool isInside = variable(loop, "_currentMode") != nullptr;
+    [pool release];
+    return isInside;
 }
 
 // No object of C++ lives in a function with @try: their exceptions do not mix everywhere. If the message

@@ -2,7 +2,7 @@
 // if the program cannot be executed, runs the exit functions of the host and exits with status 255; and it
 // takes SIGCHLD from the host.
 //
-// The class has a name of its own, because a host can have GNUstep's class loaded.
+// The class has a name of its own, because a host can have the class of GNUstep loaded.
 #pragma once
 
 #import <Foundation/NSObject.h>
