@@ -38,7 +38,7 @@ std::string beginning() {
 // A pipe that nobody reads announces itself by SIGPIPE, which would end the host. It goes to the thread that
 // writes, and is taken back from there, unless one waits for the host already.
 class BrokenPipeSilence {
-  public:
+   public:
     BrokenPipeSilence() {
         sigemptyset(&brokenPipe_);
         sigaddset(&brokenPipe_, SIGPIPE);
