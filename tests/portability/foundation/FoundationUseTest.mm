@@ -1,5 +1,5 @@
-// What belongs to the host and is as before, however Foundation is used. Each test is a process of its own, because
-// Foundation is used for the first time once.
+// What belongs to the host and is as before, however Foundation is used. The uses are those of forked processes,
+// because a process uses Foundation for the first time only once.
 #import <Foundation/Foundation.h>
 #include <gtest/gtest.h>
 #include <objc/runtime.h>
@@ -69,7 +69,6 @@ void launchInVain() {
     NSTask* const task = [[NSTask alloc] init];
     @try {
         [task setLaunchPath:@"/no/such/program"];
-        [task setStandardOutput:[NSPipe pipe]];
         [task launch];
         _exit(2);
     } @catch (...) {
