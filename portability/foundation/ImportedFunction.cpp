@@ -14,18 +14,14 @@ namespace {
 
 #if __ELF_NATIVE_CLASS == 64
 using Relocation = ElfW(Rela);
-constexpr ElfW(Sxword) kRelocations = DT_RELA;
-constexpr ElfW(Sxword) kSize = DT_RELASZ;
-uint64_t symbolOf(const Relocation& relocation) {
-    return ELF64_R_SYM(relocation.r_info);
-}
+constexpr int kRelocations = DT_RELA;
+constexpr int kSize = DT_RELASZ;
+constexpr int kSymbolShift = 32;
 #else
 using Relocation = ElfW(Rel);
-constexpr ElfW(Sword) kRelocations = DT_REL;
-constexpr ElfW(Sword) kSize = DT_RELSZ;
-uint32_t symbolOf(const Relocation& relocation) {
-    return ELF32_R_SYM(relocation.r_info);
-}
+constexpr int kRelocations = DT_REL;
+constexpr int kSize = DT_RELSZ;
+constexpr int kSymbolShift = 8;
 #endif
 
 struct Search {
@@ -80,7 +76,7 @@ class Tables {
         const Relocation* const first = table<Relocation>(relocations);
         const size_t count = value(size) / sizeof(Relocation);
         for (size_t index = 0; index < count; ++index) {
-            const auto symbol = symbolOf(first[index]);
+            const auto symbol = first[index].r_info >> kSymbolShift;
             if (symbol != 0 && std::strcmp(names + symbols[symbol].st_name, name) == 0)
                 return reinterpret_cast<void**>(base_ + first[index].r_offset);
         }
