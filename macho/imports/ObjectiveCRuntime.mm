@@ -19,8 +19,8 @@ constexpr char kFoundation[] = "/System/Library/Frameworks/Foundation.framework/
 constexpr std::pair<const char*, const char*> kClasses[] = {
     {kAppKit, "NSAlert"},           {kCoreFoundation, "NSMutableArray"},
     {kCoreFoundation, "NSObject"},  {kFoundation, "NSAutoreleasePool"},
-    {kFoundation, "NSFileManager"}, {kFoundation, "NSPipe"},
-    {kFoundation, "NSString"},      {kFoundation, "NSTask"}};
+    {kFoundation, "NSPipe"},        {kFoundation, "NSString"},
+    {kFoundation, "NSTask"}};
 
 }  // namespace
 

@@ -11,6 +11,7 @@
 
 #include "portability/alerts/AlertHelper.h"
 #include "portability/processes/DetachedProcess.h"
+#include "portability/processes/PreparedProgram.h"
 
 namespace portability {
 
@@ -38,7 +39,16 @@ bool AlertConversation::start() {
     socket_ = aboveStandardStreams(ends[0]);
     const FileDescriptor helpersEnd = aboveStandardStreams(ends[1]);
     return socket_ && helpersEnd &&
-           startDetached({helper, {helper}, environmentWithout(std::string()), {helpersEnd.get()}}) == 0;
+           helper_.start({helper,
+                          {helper},
+                          environmentWithout(std::string()),
+                          {kNullDevice, kNullDevice, kNullDevice, helpersEnd.get()},
+                          true}) == 0;
+}
+
+AlertConversation::~AlertConversation() {
+    socket_.reset();
+    helper_.waitForEnd(Deadline::afterTicks(kLongestAlertEnd));
 }
 
 // Returns false once the deadline has passed.

@@ -1,9 +1,11 @@
 // The system log of the code that this layer is linked to. Foundation has the same call, but GNUstep 1.28
-// writes in the encoding of the process, sets the host's locale from the environment at its first line, and ends
-// the process if the log is used for the first time in an exit handler that is older than Foundation itself.
+// writes in the encoding of the process, sets the host's locale from the environment at its first line, ends the
+// process if standard error is a pipe that nobody reads, and ends it if the log is used for the first time in an
+// exit handler that is older than Foundation itself.
 #import <Foundation/Foundation.h>
 
 #include <errno.h>
+#include <signal.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/un.h>
@@ -43,8 +45,38 @@ std::string beginning() {
            std::to_string(syscall(SYS_gettid)) + "] ";
 }
 
+// A pipe that nobody reads announces itself by SIGPIPE, which would end the host. It goes to the thread that
+// writes, and is taken back from there, unless one waits for the host already.
+class BrokenPipeSilence {
+   public:
+    BrokenPipeSilence() {
+        sigemptyset(&brokenPipe_);
+        sigaddset(&brokenPipe_, SIGPIPE);
+        sigset_t pending;
+        sigpending(&pending);
+        isHosts_ = sigismember(&pending, SIGPIPE) == 1;
+        pthread_sigmask(SIG_BLOCK, &brokenPipe_, &before_);
+    }
+
+    ~BrokenPipeSilence() {
+        const timespec now = {};
+        while (!isHosts_ && sigtimedwait(&brokenPipe_, nullptr, &now) < 0 && errno == EINTR) {
+        }
+        pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    }
+
+    BrokenPipeSilence(const BrokenPipeSilence&) = delete;
+    BrokenPipeSilence& operator=(const BrokenPipeSilence&) = delete;
+
+   private:
+    sigset_t brokenPipe_;
+    sigset_t before_;
+    bool isHosts_;
+};
+
 // In one call, so that the lines of several threads and processes do not mix.
 bool writeToStandardError(const std::string& line) {
+    const BrokenPipeSilence silence;
     ssize_t written = 0;
     do {
         written = write(STDERR_FILENO, line.data(), line.size());

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "portability/corefoundation/TextEncoding.h"
+#include "portability/foundation/FoundationUse.h"
 
 namespace portability {
 
@@ -39,9 +40,11 @@ bool readAsLatin1() {
     if (isUtf8("/proc/self/cmdline") && isUtf8("/proc/self/environ")) return false;
     // The variable is read once, when a text is taken for the first time, and that is here.
     setenv(kEncodingVariable, kAnyBytes, 0);
+    beginFoundationUse();
     const id pool = send(classNamed("NSAutoreleasePool"), "new");
     send(classNamed("NSProcessInfo"), "processInfo");
     send(pool, "release");
+    endFoundationUse();
     unsetenv(kEncodingVariable);
     return true;
 }

@@ -39,7 +39,9 @@ void waitForPhaseAfter(int& phase, int before) {
 // Belongs to the ChildProcess and to the thread that waits; whichever of them is last frees it.
 struct ChildProcess::Watch {
     explicit Watch(const ChildProgram& given)
-        : child(given), program(child.program, child.arguments, child.environment, child.descriptors) {}
+        : child(given), program(child.program, child.arguments, child.environment, child.descriptors) {
+        if (child.leavesFolderAndMask) program.leaveFolderAndMask();
+    }
 
     const ChildProgram child;
     PreparedProgram program;
@@ -104,6 +106,14 @@ int ChildProcess::start(const ChildProgram& program) {
 
 bool ChildProcess::isRunning() const {
     return watch_ != nullptr && currentPhase(watch_->phase) == kRunning;
+}
+
+bool ChildProcess::waitForEnd(const Deadline& deadline) const {
+    while (isRunning() && !deadline.passed()) {
+        timespec left;
+        syscall(SYS_futex, &watch_->phase, FUTEX_WAIT_PRIVATE, kRunning, deadline.remaining(left));
+    }
+    return !isRunning();
 }
 
 int ChildProcess::waitStatus() const {

@@ -14,15 +14,18 @@
 #include <thread>
 #include <vector>
 
+#include "portability/posix/Deadline.h"
+
 namespace portability {
 
-/// A program, with all that it gets besides this process's folder, mask, limits and rights.
+/// A program, with all that it gets besides this process's limits and rights.
 struct ChildProgram {
     std::string program;                   ///< path of the file
     std::vector<std::string> arguments;    ///< from the program's name on
     std::vector<std::string> environment;  ///< entries "NAME=value"
     std::vector<int>
         descriptors;  ///< appear as 0, 1, 2 … in this order, all others are closed; see kNullDevice
+    bool leavesFolderAndMask = false;  ///< runs in "/" with umask 022, instead of this process's
 };
 
 /// Not to be used by two threads at once.
@@ -42,6 +45,9 @@ class ChildProcess {
     /// Whether the program was started and has not ended. It also counts as ended if its go-between was
     /// killed. If this process ends first, the program runs on.
     bool isRunning() const;
+
+    /// Waits until the program does not run any more. False if it still does at the deadline.
+    bool waitForEnd(const Deadline& deadline) const;
 
     /// How the program ended, as wait(2) tells it; that of SIGKILL if its go-between was killed. 0 before.
     int waitStatus() const;

@@ -21,6 +21,12 @@ struct DetachedProcess {
 ///
 /// Answers an errno value, 0 on success. Any thread, whatever the other threads do; the calling process gets
 /// no SIGCHLD, and its own handling of children neither sees nor disturbs this one.
+///
+/// One kind of process is different: the first of a container, and one that has made itself a child subreaper
+/// (prctl). The system gives it all of its descendants that have lost their parents, and so this program as
+/// well: SIGCHLD tells of its end, a wait for every child finds it, and it stays a zombie until then. Whoever
+/// takes on that part reaps children that it does not know anyway; no program that outlives it can be kept from
+/// it.
 int startDetached(const DetachedProcess& process);
 
 /// This process's environment, without the entry of `variable` if that is not empty.

@@ -45,9 +45,12 @@ void* variable(id object, const char* name) {
 /// Returns whether the main thread is inside its run loop. Foundation has no function for this. Requesting
 /// the main thread's run loop would create it, and two threads must not do that at the same time.
 bool isMainThreadInRunLoop() {
+    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
     id const information = (id)variable([NSThread mainThread], "_runLoopInfo");
     id const loop = (id)variable(information, "loop");
-    return variable(loop, "_currentMode") != nullptr;
+    const bool isInside = variable(loop, "_currentMode") != nullptr;
+    [pool release];
+    return isInside;
 }
 
 // Wakes the main run loop. If the message cannot be sent, the caller's wait times out. This function contains

@@ -93,5 +93,47 @@ TEST_F(AlertHosts, AHostWithAlertsToTheLog_ShowsNoWindowThoughThereIsADisplay) {
     EXPECT_EQ(desktop_.mostAlerts(), 0u);
 }
 
+// What belongs to the host. GNUstep would take the locale from the environment, and ignore SIGPIPE where the host
+// does not.
+
+const std::vector<std::string> kHostsByPipeSignal[] = {{"join"}, {"join", "pipes"}};
+
+TEST_F(AlertHosts, AHostsStateBeforeItLoadedTheLibrary_IsAsItWasAfterEachStepAndAnAlert) {
+    setenv("LC_ALL", "C.UTF-8", 1);
+    for (const std::vector<std::string>& host : kHostsByPipeSignal) {
+        start(host);
+        EXPECT_TRUE(desktop_.pressKey("Return"));
+        expectFailedCallAndEnd();
+    }
+}
+
+TEST_F(AlertHosts, AHostsStateBeforeItLoadedTheLibrary_IsAsItWasAfterEachStepAndALoggedFailure) {
+    setenv("LC_ALL", "C.UTF-8", 1);
+    setenv("POS_ALERTS", "log", 1);
+    for (const std::vector<std::string>& host : kHostsByPipeSignal) {
+        start(host);
+        expectFailedCallAndEnd();
+    }
+    EXPECT_EQ(desktop_.mostAlerts(), 0u);
+}
+
+TEST_F(AlertHosts, AHostWhoseOutputNobodyReads_SurvivesALoggedFailure) {
+    setenv("POS_ALERTS", "log", 1);
+    for (const char* way : {"call", "join"}) {
+        start({way, "broken"});
+        expectFailedCallAndEnd();
+    }
+}
+
+TEST_F(AlertHosts, AHostThatTakesOverOrphans_NeverMeetsTheHelper) {
+    setenv("POS_ALERTS", "log", 1);
+    start({"call"});  // launches the server, which the other host would take over
+    expectFailedCallAndEnd();
+    unsetenv("POS_ALERTS");
+    start({"join", "subreaper", "reap"});
+    EXPECT_TRUE(desktop_.pressKey("Return"));
+    expectFailedCallAndEnd();
+}
+
 }  // namespace
 }  // namespace dovrel::test

@@ -12,16 +12,22 @@
 //                 the call
 // HABIT:
 //     closed      descriptors 0 to 2 are closed
+//     broken      standard output and error are a pipe that nobody reads
 //     ignore      SIGCHLD is ignored
+//     pipes       SIGPIPE is ignored; else its action is the default
+//     subreaper   takes over those of its descendants that lose their parents
 //     reap        a thread waits for every child; "reaped" if there ever is one
 //     relative    the bundle is loaded by a relative path, and the folder left
 //     fork        a line on standard input forks off a child, which keeps everything open and stays: "child"
 //
 // Output: "ready" before the call, "status STATUS" after each call (hexadecimal), "changed ..." for each
-// difference from the state before the call, "end".
+// difference from the state before the call, "end"; "changed by STEP ..." for each difference from the state before
+// the library was loaded. New descriptors count only at the end, because a session has some of its own, and never if
+// they are sockets, because the connection to the server outlives the session.
 #include <fcntl.h>
 #include <glib.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -58,13 +64,33 @@ bool has(const char* habit) {
     return habits.count(habit) != 0;
 }
 
+// As the host was before there was any code of the library.
+std::unique_ptr<HostState> atFirst;
+
+bool begins(const std::string& text, const char* beginning) {
+    return text.rfind(beginning, 0) == 0;
+}
+
+void tellChangesBy(const char* step, bool isEnd = false) {
+    for (const std::string& change : atFirst->changes()) {
+        const bool isSocket = change.find(": socket:") != std::string::npos;
+        const bool isOfASession = begins(change, "is descriptor") && (!isEnd || isSocket);
+        const bool isOfTheHost = has("relative") && change.find(" folder: ") != std::string::npos;
+        if (!isOfASession && !isOfTheHost) tell(std::string("changed by ") + step + ": " + change);
+    }
+}
+
 class Host {
   public:
     /// Opens the session and then goes to the folder.
     Host(const std::string& bundle, const std::string& folder) : library_(bundle) {
+        tellChangesBy("loading");
         library_.InitializePOS();
+        tellChangesBy("initialising");
         library_.posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, 0, &application_);
+        tellChangesBy("registering");
         instantiate();
+        tellChangesBy("a call");
         if (chdir(folder.c_str()) != 0) _exit(2);
         noteState();
         tell("ready");
@@ -87,7 +113,9 @@ class Host {
     void end() const {
         for (const std::string& change : before_->changes())
             tell("changed " + change);
+        tellChangesBy("a failure");
         library_.TerminatePOS();
+        tellChangesBy("terminating", true);
         tell("end");
     }
 
@@ -178,7 +206,19 @@ void forkWhenTold() {
         pause();
 }
 
+void breakStandardOutput() {
+    int ends[2];
+    if (pipe(ends) != 0) _exit(2);
+    for (const int stream : {STDOUT_FILENO, STDERR_FILENO})
+        dup2(ends[1], stream);
+    close(ends[0]);
+    close(ends[1]);
+}
+
 void takeUpHabits() {
+    signal(SIGPIPE, has("pipes") ? SIG_IGN : SIG_DFL);
+    if (has("broken")) breakStandardOutput();
+    if (has("subreaper")) prctl(PR_SET_CHILD_SUBREAPER, 1);
     if (has("ignore")) signal(SIGCHLD, SIG_IGN);
     if (has("reap")) std::thread(reapChildren).detach();
     if (has("fork")) std::thread(forkWhenTold).detach();
@@ -207,6 +247,7 @@ int main(int count, char** values) {
     if (way == "atexit") std::atexit(callAtExit);
     if (way == "glib") g_main_context_default();  // with its descriptors
     takeUpHabits();
+    atFirst = std::make_unique<HostState>();
     host = load(values[1]);
     if (way == "atexit") return 0;
     for (const auto& [name, function] : kWays) {

@@ -1,6 +1,7 @@
 #include "tests/support/HostState.h"
 
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -49,6 +50,26 @@ void addDescriptors(std::vector<std::string>& lines) {
     }
 }
 
+void addEnvironment(std::vector<std::string>& lines) {
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry)
+        lines.push_back(std::string("environment ") + *entry);
+}
+
+void addLimits(std::vector<std::string>& lines) {
+    for (int resource = 0; resource < static_cast<int>(RLIM_NLIMITS); ++resource) {
+        rlimit limit = {};
+        getrlimit(static_cast<__rlimit_resource>(resource), &limit);
+        lines.push_back("limit " + std::to_string(resource) + ": " + std::to_string(limit.rlim_cur) + " of " +
+                        std::to_string(limit.rlim_max));
+    }
+}
+
+// That of the process, all categories, and whether this thread has one of its own.
+std::string currentLocale() {
+    const bool isOwn = uselocale(nullptr) != LC_GLOBAL_LOCALE;
+    return std::setlocale(LC_ALL, nullptr) + std::string(isOwn ? ", another in this thread" : "");
+}
+
 mode_t currentMask() {
     const mode_t mask = umask(0);
     umask(mask);
@@ -65,7 +86,9 @@ std::vector<std::string> currentState() {
     std::vector<std::string> lines;
     addSignals(lines);
     addDescriptors(lines);
-    lines.push_back(std::string("locale: ") + std::setlocale(LC_ALL, nullptr));
+    addEnvironment(lines);
+    addLimits(lines);
+    lines.push_back("locale: " + currentLocale());
     lines.push_back("folder: " + fs::current_path().string());
     lines.push_back("mask: " + std::to_string(currentMask()));
     lines.push_back(hasChild() ? "a child" : "no child");

@@ -9,7 +9,8 @@ namespace dovrel::test {
 class HostState {
   public:
     /// Takes note of the signal dispositions, the signals that this thread blocks, the open descriptors, the
-    /// locale, the working folder, the mask for new files, and whether there is a child, ended or not.
+    /// locale, the environment, the limits, the working folder, the mask for new files, and whether there is a
+    /// child, ended or not.
     HostState();
 
     /// Compares with the present state; one line for each difference.

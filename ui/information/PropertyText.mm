@@ -2,19 +2,27 @@
 
 #import <Foundation/Foundation.h>
 
+#include <cstdio>
 #include <vector>
 
 #include "platform/CFObject.h"
+#include "platform/files/OpenFile.h"
 #include "platform/files/Places.h"
 
 namespace dovrel {
 
 namespace {
 
-/// The content of a file that is there. An absent one is asked for first, because reading it would be logged.
-NSData* contentOfFile(NSString* path) {
-    NSFileManager* const files = [NSFileManager defaultManager];
-    return path != nil && [files fileExistsAtPath:path] ? [files contentsAtPath:path] : nil;
+constexpr size_t kPieceSize = 4096;
+
+/// A folder, and a file that cannot be read to its end, count as a damaged list: a part of a list is none.
+std::optional<std::string> contentOfFile(const std::string& path) {
+    const OpenFile file(std::fopen(path.c_str(), "rb"));
+    if (!file) return std::nullopt;
+    std::string content;
+    char piece[kPieceSize];
+    while (const size_t count = std::fread(piece, 1, sizeof piece, file.get())) content.append(piece, count);
+    return content;
 }
 
 std::optional<std::string> textOfString(CFStringRef string) {
@@ -36,7 +44,8 @@ NSString* newDescription(const char* list) {
     }
 }
 
-/// "%@" shows Foundation's objects, so the value passes to Foundation as text.
+/// "%@" shows Foundation's objects, so the value passes to Foundation as text. Texts do without: a host that
+/// shows and reports nothing never gets to Foundation.
 std::optional<std::string> formattedValue(CFPropertyListRef value) {
     const CFObject<CFDataRef> list(
         CFPropertyListCreateData(kCFAllocatorDefault, value, kCFPropertyListXMLFormat_v1_0, 0, nullptr));
@@ -52,15 +61,6 @@ std::optional<std::string> formattedValue(CFPropertyListRef value) {
     return text;
 }
 
-std::optional<std::string> textInContent(CFDataRef content, const std::string& key) {
-    const CFObject<CFPropertyListRef> list(CFPropertyListCreateWithData(
-        kCFAllocatorDefault, content, kCFPropertyListImmutable, nullptr, nullptr));
-    const CFObject<CFStringRef> name(
-        CFStringCreateWithCString(kCFAllocatorDefault, key.c_str(), kCFStringEncodingUTF8));
-    if (!list || !name || CFGetTypeID(list.get()) != CFDictionaryGetTypeID()) return std::nullopt;
-    return textOfValue(CFDictionaryGetValue(static_cast<CFDictionaryRef>(list.get()), name.get()));
-}
-
 }  // namespace
 
 std::optional<std::string> textOfValue(CFTypeRef value) {
@@ -70,17 +70,18 @@ std::optional<std::string> textOfValue(CFTypeRef value) {
 }
 
 std::optional<std::string> textInPropertyList(const std::string& path, const std::string& key) {
-    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
-    NSData* const content = contentOfFile([NSString stringWithUTF8String:fileSystemPath(path).c_str()]);
-    std::optional<std::string> text;
-    if (content != nil) {
-        const CFObject<CFDataRef> data(CFDataCreate(kCFAllocatorDefault,
-                                                    static_cast<const UInt8*>([content bytes]),
-                                                    static_cast<CFIndex>([content length])));
-        if (data) text = textInContent(data.get(), key);
-    }
-    [pool release];
-    return text;
+    const std::optional<std::string> content = contentOfFile(fileSystemPath(path));
+    if (!content) return std::nullopt;
+    const CFObject<CFDataRef> data(CFDataCreate(kCFAllocatorDefault,
+                                                reinterpret_cast<const UInt8*>(content->data()),
+                                                static_cast<CFIndex>(content->size())));
+    if (!data) return std::nullopt;
+    const CFObject<CFPropertyListRef> list(CFPropertyListCreateWithData(
+        kCFAllocatorDefault, data.get(), kCFPropertyListImmutable, nullptr, nullptr));
+    const CFObject<CFStringRef> name(
+        CFStringCreateWithCString(kCFAllocatorDefault, key.c_str(), kCFStringEncodingUTF8));
+    if (!list || !name || CFGetTypeID(list.get()) != CFDictionaryGetTypeID()) return std::nullopt;
+    return textOfValue(CFDictionaryGetValue(static_cast<CFDictionaryRef>(list.get()), name.get()));
 }
 
 }  // namespace dovrel

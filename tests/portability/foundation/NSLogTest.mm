@@ -2,6 +2,7 @@
 
 #include <errno.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <clocale>
@@ -79,6 +80,39 @@ TEST_F(NSLogTest, ProcessWithoutStandardError_GoesOn) {
         std::_Exit(0);
     };
     EXPECT_EXIT(closeAndLog(), testing::ExitedWithCode(0), "^$");
+}
+
+TEST_F(NSLogTest, ProcessWhoseStandardErrorNobodyReads_GoesOnAndGetsNoSignal) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto breakAndLog = [] {
+        int ends[2];
+        if (pipe(ends) != 0) std::_Exit(2);
+        dup2(ends[1], STDERR_FILENO);
+        close(ends[0]);
+        signal(SIGPIPE, SIG_DFL);
+        NSLog(@"nobody reads this");
+        sigset_t set;
+        sigpending(&set);
+        const bool isPending = sigismember(&set, SIGPIPE) == 1;
+        pthread_sigmask(SIG_SETMASK, nullptr, &set);
+        std::_Exit(isPending || sigismember(&set, SIGPIPE) == 1 ? 1 : 0);
+    };
+    EXPECT_EXIT(breakAndLog(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(NSLogTest, SignalOfABrokenPipeThatWaitsForTheHost_IsNotTakenAway) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto raiseAndLog = [] {
+        sigset_t set;
+        sigemptyset(&set);
+        sigaddset(&set, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &set, nullptr);
+        raise(SIGPIPE);
+        NSLog(@"message");
+        sigpending(&set);
+        std::_Exit(sigismember(&set, SIGPIPE) == 1 ? 0 : 1);
+    };
+    EXPECT_EXIT(raiseAndLog(), testing::ExitedWithCode(0), "message");
 }
 
 TEST_F(NSLogTest, Format_IsFilledIn) {

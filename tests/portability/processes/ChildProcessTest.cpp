@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -278,4 +279,45 @@ TEST_F(Child, ManyThreads_StartingAtOnce_GetTheirOwnStatus) {
         thread.join();
     }
     EXPECT_EQ(failures, 0);
+}
+
+TEST_F(Child, Program_ThatIsToLeaveFolderAndMask_HasDefinedOnes) {
+    const mode_t before = umask(077);
+    ChildProcess child;
+    const int failure =
+        child.start({probe_, {probe_}, portability::environmentWithout(std::string()), {0, 1, 2}, true});
+    umask(before);
+    ASSERT_EQ(failure, 0);
+    const ProbeReport report(probe_);
+    EXPECT_EQ(report["folder"], "/");
+    EXPECT_EQ(report["mask"], std::to_string(022));
+    kill(report.id(), SIGKILL);
+    statusOf(child);
+}
+
+TEST_F(Child, Wait_EndsWithTheProgramOrAtItsDeadline) {
+    ChildProcess child;
+    EXPECT_TRUE(child.waitForEnd(portability::Deadline::never())) << "nothing was started";
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    ASSERT_EQ(start(child, "/bin/cat", {}, {ends[0], 1, 2}), 0);
+    EXPECT_FALSE(child.waitForEnd(portability::Deadline::afterTicks(1)));
+    close(ends[0]);
+    close(ends[1]);
+    EXPECT_TRUE(child.waitForEnd(portability::Deadline::never()));
+    EXPECT_EQ(child.waitStatus(), 0);
+}
+
+// A process that takes over those of its descendants that have lost their parents.
+TEST_F(Child, ChildSubreaper_NeverFindsTheProgram) {
+    ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
+    const SignalAction counted(SIGCHLD, &countSignal);
+    const int before = signalsTaken;
+    ChildProcess child;
+    EXPECT_EQ(startShell(child, "exit 0"), 0);
+    EXPECT_TRUE(child.waitForEnd(portability::Deadline::never()));
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+    EXPECT_EQ(signalsTaken, before);
+    prctl(PR_SET_CHILD_SUBREAPER, 0);
 }

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -241,4 +242,13 @@ TEST(EnvironmentWithout, Variable_IsLeftOutAndOthersStay) {
     EXPECT_THAT(without, testing::Not(testing::Contains("DOVREL_TEST_ONE=1")));
     EXPECT_THAT(without, testing::Contains("DOVREL_TEST_ONE_MORE=2"));
     EXPECT_EQ(without.size() + 1, all.size());
+}
+
+// The system gives such a process its orphans; nothing that outlives it can be kept from it.
+TEST_F(Detached, Process_OfAChildSubreaper_BecomesItsChild) {
+    ASSERT_TRUE(startsInCopyOfThisProcess([this] {
+        prctl(PR_SET_CHILD_SUBREAPER, 1);
+        if (start("/bin/true") != 0) return 1;
+        return waitpid(-1, nullptr, 0) > 0 ? 0 : 1;
+    }));
 }

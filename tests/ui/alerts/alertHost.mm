@@ -98,12 +98,16 @@ int runLoop(const Arguments& arguments) {
     return 0;
 }
 
-int runState(const Arguments& arguments) {
+// With SIGPIPE at its default action, which Foundation would change at its first use.
+void setSignals() {
     struct sigaction action = {};
     action.sa_handler = ignoreSignal;
-    for (int number : {SIGINT, SIGCHLD, SIGPIPE}) sigaction(number, &action, nullptr);
+    for (int number : {SIGINT, SIGCHLD}) sigaction(number, &action, nullptr);
     signal(SIGTERM, SIG_IGN);
-    const dovrel::test::HostState before;
+    signal(SIGPIPE, SIG_DFL);
+}
+
+int runState(const Arguments& arguments, const dovrel::test::HostState& before) {
     const std::vector<std::string> argumentsBefore = argumentsOfProcess();
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
     [[[NSObject alloc] init] autorelease];
@@ -151,7 +155,7 @@ int runManagement() {
     return 0;
 }
 
-int run(const std::string& mode, const Arguments& arguments) {
+int run(const std::string& mode, const Arguments& arguments, const dovrel::test::HostState& before) {
     if (mode == "help") return runHelp();
     if (mode == "helpbutton") return runHelpButton();
     if (mode == "management") return runManagement();
@@ -160,7 +164,7 @@ int run(const std::string& mode, const Arguments& arguments) {
     if (mode == "pause") return runPause(arguments);
     if (mode == "thread") return runThread(arguments);
     if (mode == "loop") return runLoop(arguments);
-    if (mode == "state") return runState(arguments);
+    if (mode == "state") return runState(arguments, before);
     if (mode == "memory") return runMemory(arguments);
     for (size_t first = 0; first + 2 < arguments.size(); first += 3) show(arguments, first);
     return 0;
@@ -169,8 +173,11 @@ int run(const std::string& mode, const Arguments& arguments) {
 }  // namespace
 
 int main(int count, char** values) {
+    const std::string mode = values[1];
+    if (mode == "state") setSignals();
+    const dovrel::test::HostState before;  // ahead of any use of Foundation
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    const int result = run(values[1], Arguments(values + 2, values + count));
+    const int result = run(mode, Arguments(values + 2, values + count), before);
     [pool release];
     return result;
 }

@@ -25,7 +25,7 @@ typedef int NSInteger;
 typedef NSUInteger NSStringEncoding;
 enum { NSUTF8StringEncoding = 4 };
 
-@class NSArray, NSData, NSString;
+@class NSArray, NSString;
 
 __attribute__((objc_root_class))
 @interface NSObject {
@@ -51,22 +51,11 @@ __attribute__((objc_root_class))
 - (id)propertyList;
 @end
 
-@interface NSData : NSObject
-- (const void*)bytes;
-- (NSUInteger)length;
-@end
-
 @interface NSArray : NSObject
 @end
 
 @interface NSMutableArray : NSArray
 - (void)addObject:(id)object;
-@end
-
-@interface NSFileManager : NSObject
-+ (NSFileManager*)defaultManager;
-- (BOOL)fileExistsAtPath:(NSString*)path;
-- (NSData*)contentsAtPath:(NSString*)path;
 @end
 
 @interface NSFileHandle : NSObject

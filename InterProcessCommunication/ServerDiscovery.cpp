@@ -1,7 +1,5 @@
 #include "InterProcessCommunication/ServerDiscovery.h"
 
-#import <Foundation/Foundation.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -19,16 +17,6 @@ constexpr LSLaunchFlags kServerLaunchFlags =
 
 bool isServer(const kinfo_proc& process) {
     return std::strncmp(process.kp_proc.p_comm, kServerProcessName, sizeof process.kp_proc.p_comm) == 0;
-}
-
-bool listHoldsServer() {
-    kinfo_proc* processes = nullptr;
-    size_t count = 0;
-    if (GetBSDProcessList(&processes, &count) != 0) return false;
-    bool found = false;
-    for (size_t i = 0; i < count && !found; ++i) found = isServer(processes[i]);
-    std::free(processes);
-    return found;
 }
 
 CFURLRef newServerURL(const FSRef& supportFolder) {
@@ -56,10 +44,14 @@ OSErr FindServerApplication(CFURLRef* application) {
 }
 
 bool IsServerRunning() {
-    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
-    const bool running = listHoldsServer();
-    [pool release];
-    return running;
+    kinfo_proc* processes = nullptr;
+    size_t count = 0;
+    if (GetBSDProcessList(&processes, &count) != 0) return false;
+    bool found = false;
+    for (size_t i = 0; i < count && !found; ++i)
+        found = isServer(processes[i]);
+    std::free(processes);
+    return found;
 }
 
 OSStatus LaunchServer(CFURLRef application) {

@@ -1,6 +1,6 @@
 #include "ui/information/ComponentVersions.h"
 
-#import <Foundation/Foundation.h>
+#include <CoreFoundation/CoreFoundation.h>
 
 #include "platform/CFObject.h"
 #include "platform/files/FileURL.h"
@@ -18,7 +18,8 @@ CFBundleRef newKnownBundle(const std::string& identifier) {
     const CFObject<CFStringRef> name(
         CFStringCreateWithCString(kCFAllocatorDefault, identifier.c_str(), kCFStringEncodingUTF8));
     const CFBundleRef bundle = name ? CFBundleGetBundleWithIdentifier(name.get()) : nullptr;
-    return bundle != nullptr ? (CFBundleRef)CFRetain(bundle) : nullptr;
+    if (bundle != nullptr) CFRetain(bundle);
+    return bundle;
 }
 
 CFBundleRef newBundleAt(const std::string& path) {
@@ -31,13 +32,6 @@ std::string versionOf(CFBundleRef bundle) {
         .value_or(kMissingVersion);
 }
 
-std::string findVersion(const std::string& identifier, const std::string& path) {
-    const CFObject<CFBundleRef> known(newKnownBundle(identifier));
-    if (known) return versionOf(known.get());
-    const CFObject<CFBundleRef> installed(newBundleAt(path));
-    return installed ? versionOf(installed.get()) : kMissingVersion;
-}
-
 std::string versionText(const Component& component) {
     return bundleVersionText(component.identifier, component.path);
 }
@@ -45,21 +39,31 @@ std::string versionText(const Component& component) {
 }  // namespace
 
 std::string bundleVersionText(const std::string& identifier, const std::string& path) {
-    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
-    const std::string version = findVersion(identifier, path);
-    [pool release];
-    return version;
+    const CFObject<CFBundleRef> known(newKnownBundle(identifier));
+    if (known) return versionOf(known.get());
+    const CFObject<CFBundleRef> installed(newBundleAt(path));
+    return installed ? versionOf(installed.get()) : kMissingVersion;
 }
 
-std::string serverVersionText() { return versionText(serverComponent()); }
+std::string serverVersionText() {
+    return versionText(serverComponent());
+}
 
-std::string libraryVersionText() { return versionText(libraryComponent()); }
+std::string libraryVersionText() {
+    return versionText(libraryComponent());
+}
 
-std::string siblingVersionText() { return versionText(siblingComponent()); }
+std::string siblingVersionText() {
+    return versionText(siblingComponent());
+}
 
-std::string compatibilityVersionText() { return versionText(compatibilityComponent()); }
+std::string compatibilityVersionText() {
+    return versionText(compatibilityComponent());
+}
 
-std::string managementVersionText() { return versionText(managementComponent()); }
+std::string managementVersionText() {
+    return versionText(managementComponent());
+}
 
 std::string installerVersion(const std::string& bundlePath) {
     return textInPropertyList(bundlePath + places::kInfoPropertyList, kInstallerVersionKey)
