@@ -13,7 +13,7 @@ using test::uint32Part;
 
 class POSTransferObjTraderNotesTest : public test::TraderFixture {
   protected:
-    /// Runs the operation whatever becomes of it.
+    /// Runs the operation and ignores its result.
     void run(const Operation& operation) {
         test::Outputs results;
         try {

@@ -1,4 +1,4 @@
-// What the user and the host see of failures of the session's operations.
+// What the user and the host see if an operation of the session fails.
 #include <functional>
 #include <new>
 

@@ -75,7 +75,7 @@ TEST_F(Launch, AServerThatEndsAtOnce_IsALaunchFailure) {
     EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);
     console.stop();
     constexpr char kNoProcess[] = "-600";
-    constexpr char kConnectionInvalid[] = "-609";  // the server ended while the last event was being delivered
+    constexpr char kConnectionInvalid[] = "-609";  // the server ended during the last event
     EXPECT_TRUE(console.output() == launchFailureBlock(kNoProcess) ||
                 console.output() == launchFailureBlock(kConnectionInvalid))
         << console.output();
