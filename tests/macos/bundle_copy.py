@@ -19,7 +19,7 @@ TABLE = TOOLS / "imports.txt"
 EXPORTS = SOURCES / "client/exports.txt"
 MINIMUM = "10.7"
 
-# Sources to link in: what no optimiser leaves out, and a call of another library's function.
+# Sources to link in: a symbol that no optimiser removes, and a call of another library's function.
 KEPT = '__attribute__((used, visibility("default")))'
 CALL = f"extern int {{0}}(); {KEPT} int (*posCalled)() = {{0}};"
 

@@ -32,7 +32,7 @@ class ElfObject:
         for offset, target in re.findall(r"^([0-9a-f]{16}) +\S+ +R_X86_64_64 +\S+ +(\S+) \+ 0$", block, re.MULTILINE):
             if start <= int(offset, 16) < start + size:
                 words[(int(offset, 16) - start) // 8] = [target]
-        # In front of the functions stand the distance to the object's beginning and the type information.
+        # Before the functions are the offset to the beginning of the object and the type information.
         return [words.get(number, []) for number in range(2, size // 8)]
 
 
@@ -53,7 +53,8 @@ class MachOObject:
         section = next(s for s in sections if s.address <= start < s.address + s.size)
         end = min([address for address in self.names if address > start] + [section.address + section.size])
 
-        # A line of a relocation: address, relative, length, external, kind, scattered, symbol or number of a section.
+        # A line of a relocation: address, relative, length, external, kind, scattered, symbol or
+        # section number.
         listing = output("llvm-objdump-14", "--macho", "--reloc", self.path)
         title = f"Relocation information ({section.segment},{section.name}) "
         size = self.image.pointer_size

@@ -34,7 +34,7 @@ class RecordLayout(unittest.TestCase):
         result = self.compile(header, architecture, ["-Xclang", "-fdump-record-layouts-complete",
                                                      '-Dstatic_assert(...)=static_assert(true, "")'])
         self.assertEqual(result.returncode, 0, result.stderr)
-        return re.sub(r":\d+:\d+\b", "", result.stdout)  # a record without a name is called after its place
+        return re.sub(r":\d+:\d+\b", "", result.stdout)  # an unnamed record is named by its position
 
     def assert_packing_is_stated(self, headers, architecture, some_names):
         changed = set()

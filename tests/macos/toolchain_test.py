@@ -44,7 +44,7 @@ class Sources(unittest.TestCase):
         "i386": BUILD / "cmake/macos/i386/modules.txt",
     }
     FOLDERS = ("InterProcessCommunication", "client", "platform", "serialization", "settings", "ui")
-    # What the linker supplies, and what the compiler calls on its own account when it makes code of a module.
+    # Symbols that the linker supplies, and functions that the compiler calls by itself.
     LINKER = {"___dso_handle", "dyld_stub_binder"}
     COMPILER = {"___bzero", "_memset", "_fwrite$UNIX2003", "_fputc", "_objc_exception_extract"}
 

@@ -8,7 +8,7 @@ from pathlib import Path
 from bundle_copy import BUILD, MINIMUM, SOURCES, run
 from object_code import ElfObject, MachOObject, output
 
-# The operations behind the two destructors. "= 0" is an operation that the class leaves to those derived from it.
+# The virtual functions after the two destructors. "= 0" marks a pure virtual function.
 WRITING = ["setByte", "writeBytes", "copyFrom"]
 SERVER_INTERFACE = ["registerApplication", "unregisterApplication", "instantiateObject", "callMethod", "deleteObject",
                     "executeCommand", "getInformation"]
