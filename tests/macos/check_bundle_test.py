@@ -1,4 +1,4 @@
-"""scripts/check-bundle on bundles that are broken on purpose: each fails the checks that are there for it, and no others."""
+"""Runs scripts/check-bundle on deliberately damaged bundles. Each must fail exactly the checks for its damage."""
 import re
 import shutil
 import struct
