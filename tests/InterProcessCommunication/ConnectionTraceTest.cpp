@@ -1,4 +1,4 @@
-// What the trace says about connecting to the server and about failed attempts. The platform is a double.
+// Tests the trace of connections to the server and of failed attempts. The platform is a double.
 #include <memory>
 #include <string>
 #include <vector>

@@ -1,4 +1,4 @@
-// What the trader notes about failures for the error log.
+// Tests the notes that the trader makes about failures for the error log.
 #include "client/exceptions/CPPException.h"
 #include "platform/trace/FailureNotes.h"
 #include "tests/InterProcessCommunication/TraderFixture.h"

@@ -1,4 +1,4 @@
-// What the trader refuses to send, and what it does when it cannot send.
+// Tests requests that the trader refuses to send, and its behaviour when it cannot send.
 #include <functional>
 #include <vector>
 

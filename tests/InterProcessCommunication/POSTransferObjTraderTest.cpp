@@ -1,4 +1,4 @@
-// What the trader sends, and how it handles normal replies. (POSTransferObjTraderReplyTest covers all
+// Tests the trader's requests, and how it handles normal replies. (POSTransferObjTraderReplyTest covers all
 // other replies.)
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 

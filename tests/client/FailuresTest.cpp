@@ -1,4 +1,4 @@
-// What the user and the host see if an operation of the session fails.
+// Tests the alerts and the results of failed operations of the session.
 #include <functional>
 #include <new>
 

@@ -5,7 +5,7 @@
 namespace dovrel::test {
 namespace {
 
-// What the main thread does.
+// Main threads of several kinds.
 
 TEST_F(AlertHosts, AMainThreadThatCallsItself_ShowsTheAlertAndGoesOn) {
     start({"call"});

@@ -1,4 +1,4 @@
-// What all end-to-end tests share: an installation, the library in it, and short ways to use both.
+// Shared by all end-to-end tests: an installation, the library in it, and short ways to use both.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What the error log and the trace say about failures beyond the text of the alert.
+// Tests the entries about failures in the error log and in the trace, which say more than the alerts.
 #include <cstdlib>
 #include <functional>
 

@@ -1,4 +1,4 @@
-// What the library traces when the environment variable enables the trace.
+// Tests the library's trace, which an environment variable enables.
 #include <cstdlib>
 
 #include "tests/endtoend/EndToEnd.h"

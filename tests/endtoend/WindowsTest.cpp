@@ -1,4 +1,5 @@
-// What the user sees and can decide on a desktop: a host, its alerts in real windows, and the real server.
+// Tests what the user sees and can decide on a desktop: a host, its alerts in real windows, and the
+// real server.
 #include <signal.h>
 
 #include <algorithm>

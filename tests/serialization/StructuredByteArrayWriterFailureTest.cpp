@@ -1,4 +1,4 @@
-// What the writer throws, and the content of the block after a failed write.
+// Tests the exceptions of the writer, and the content of the block after a failed write.
 
 #include "serialization/StructuredByteArrayWriter.h"
 

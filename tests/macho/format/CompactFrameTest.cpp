@@ -9,8 +9,8 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-// DWARF: 0x0C defines the frame by a register and an offset. 0x80 + register gives the number of words below
-// the frame at which the register was saved.
+// DWARF: 0x0C defines the frame by a register and an offset. 0x80 + register means that the register was
+// saved at that number of words below the frame.
 constexpr uint8_t kRbx = 0x83, kRbp = 0x86, kR12 = 0x8C, kR14 = 0x8E, kR15 = 0x8F, kReturn = 0x90;
 
 TEST(CompactFrame, WithABasePointer_TheRegistersAreBelowIt) {

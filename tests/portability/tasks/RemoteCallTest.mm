@@ -17,7 +17,7 @@ void QuitApplicationEventLoop(void);
 
 namespace {
 
-// What the called procedure recorded.
+// The observations of the called procedure.
 struct Visit {
     std::thread::id thread;
     std::atomic<int> count{0};

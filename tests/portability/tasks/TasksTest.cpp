@@ -6,7 +6,7 @@
 
 namespace {
 
-// What a task recorded, and the event that it sets when it is done.
+// The observations of a task, and the event that it sets when it is done.
 struct Visit {
     MPEventID done = kInvalidID;
     Boolean preemptive = false;
