@@ -1,5 +1,5 @@
-// One exchange, the handshake and the request to quit. (ConnectToServerTest covers finding and launching
-// the server.)
+// One exchange, the handshake and the request to quit. (ConnectToServerTest covers
+// finding and launching the server.)
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
 
 #include "InterProcessCommunication/POSTransferObj.h"

@@ -134,8 +134,8 @@ TEST_F(ConnectToServerTest, ServerThatStartsLate_IsFoundInALaterPass) {
     EXPECT_EQ(connect(), 0);
     EXPECT_EQ(platform.launches.size(), 3u);
     EXPECT_EQ(countOfSent('waCl'), 8);
-    // The passes: two failed launches, a launch with five handshakes, and a wake-up with a reply to its
-    // third event.
+    // The passes: two failed launches, a launch with five handshakes, and a wake-up
+    // with a reply to its third event.
     EXPECT_EQ(platform.sleeps.size(), 3u);
     EXPECT_EQ(console, "");
 }

@@ -1,5 +1,5 @@
-// The platform's forwarder with an installed server in its own system root. PlatformDouble receives
-// its events.
+// The platform's forwarder with an installed server in its own system root.
+// PlatformDouble receives its events.
 #pragma once
 
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"

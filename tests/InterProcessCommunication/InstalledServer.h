@@ -1,5 +1,5 @@
-// InstalledServer: a separate installation with the small server of these tests. It ends everything that was
-// started from there.
+// InstalledServer: a separate installation with the small server of these tests. It ends
+// everything that was started from there.
 #pragma once
 
 #include <sys/types.h>

@@ -1,6 +1,6 @@
-// Makes each allocation fail once, one after the other. The operation then either throws and leaves its
-// outputs untouched, or succeeds anyway. The sanitizers check that nothing leaks and that nothing is
-// freed twice.
+// Makes each allocation fail once, one after the other. The operation then either throws and
+// leaves its outputs untouched, or succeeds anyway. The sanitizers check that nothing leaks
+// and that nothing is freed twice.
 #include <algorithm>
 #include <new>
 

@@ -24,8 +24,8 @@ using test::uint32Part;
 
 class POSTransferObjTraderReplyTest : public test::TraderFixture {
   protected:
-    // Expects that the operation throws exactly this class with this message, and leaves its
-    // outputs untouched.
+    // Expects that the operation throws exactly this class with this message,
+    // and leaves its outputs untouched.
     void expectFailureOf(const Operation& operation, const std::type_info& type, const char* message) {
         SCOPED_TRACE(operation.name);
         Outputs untouched;

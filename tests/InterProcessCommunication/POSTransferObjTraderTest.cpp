@@ -1,5 +1,5 @@
-// Tests the trader's requests, and how it handles normal replies. (POSTransferObjTraderReplyTest covers all
-// other replies.)
+// Tests the trader's requests, and how it handles normal replies.
+// (POSTransferObjTraderReplyTest covers all other replies.)
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 
 #include <type_traits>

@@ -52,8 +52,8 @@ class PlatformDouble {
     PlatformDouble& operator=(const PlatformDouble&) = delete;
     ~PlatformDouble();
 
-    /// Handles a sent event. Its result is the result of the send; on success it fills the reply
-    /// (see answerWith).
+    /// Handles a sent event. Its result is the result of the send; on success it
+    /// fills the reply (see answerWith).
     using Server = std::function<OSErr(const SentEvent&, AppleEvent* reply)>;
     Server server;
     /// Fills a reply with this direct parameter, or without one for nullopt. Returns noErr.

@@ -28,8 +28,8 @@ using test::kCommunicationError;
 
 class ServerProcessTest : public testing::Test {
   protected:
-    // Sends a request with this argument and returns the reply. A well-behaved server returns the bytes of
-    // the request.
+    // Sends a request with this argument and returns the reply. A well-behaved server
+    // returns the bytes of the request.
     std::unique_ptr<POSTransferObj> forward(const std::string& argument) {
         POSTransferObj request(1, 10, 14);
         request.writeString(110, argument);

@@ -1,5 +1,5 @@
-// The server process of these tests. It does only what is needed to be launched, woken and called, and
-// to misbehave.
+// The server process of these tests. It does only what is needed to be launched,
+// woken and called, and to misbehave.
 //
 // It is installed as Contents/MacOS/Merrowd in an application bundle. The file Contents/behaviour configures
 // it with lines "wake=" or "data=", each followed by one of the words below. The server writes a line to

@@ -1,5 +1,5 @@
-// The built bundle as a host sees it. This program knows only the bundle's path and the list of
-// its functions.
+// The built bundle as a host sees it. This program knows only the bundle's
+// path and the list of its functions.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 

@@ -178,8 +178,8 @@ TEST_F(ClientOutOfMemoryTest, FailureOfTheServer_StaysAFailureWhoseReportMayBeLo
         [](bool done) { EXPECT_TRUE(done); });
 }
 
-/// Returns true if the session was opened. It may only fail because of memory or of a failure of
-/// the platform.
+/// Returns true if the session was opened. It may only fail because of memory
+/// or of a failure of the platform.
 bool isOpenedWith(const SessionParts& parts) {
     try {
         openSession(parts);

@@ -27,9 +27,9 @@ Answer error(uint32_t code, const std::string& text);
 
 class ScriptedForwarder : public POSTransferObjForwarder {
   public:
-    /// Simulates a server that accepts everything. Applications get the identifiers 1, 2, 3 ..., objects
-    /// the identifier "object", methods and commands the result "result", and requests for information the
-    /// block "information".
+    /// Simulates a server that accepts everything. Applications get the identifiers 1, 2, 3 ...,
+    /// objects the identifier "object", methods and commands the result "result", and requests for
+    /// information the block "information".
     ScriptedForwarder();
     ~ScriptedForwarder() override;
 
@@ -44,8 +44,8 @@ class ScriptedForwarder : public POSTransferObjForwarder {
     void CheckConnection() override;
     CPPByteArray GetClientProcessID() override;
 
-    /// Returns all calls in order: the command's code, "connect <hint>", "check", and "destroyed" if calls
-    /// are watched.
+    /// Returns all calls in order: the command's code, "connect <hint>", "check", and
+    /// "destroyed" if calls are watched.
     const std::vector<std::string>& calls() const { return *calls_; }
     std::shared_ptr<const std::vector<std::string>> watchCalls() const { return calls_; }
     size_t countOf(const std::string& call) const;

@@ -1,5 +1,5 @@
-// Fixtures for the client: a system root with texts that belongs to the test, and a session over
-// scripted parts.
+// Fixtures for the client: a system root with texts that belongs to the test,
+// and a session over scripted parts.
 #pragma once
 
 #include <gtest/gtest.h>

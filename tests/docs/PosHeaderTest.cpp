@@ -1,5 +1,5 @@
-// Tests the statements of include/dovrel/pos.h about sessions, applications, objects and processes that no
-// other test checks.
+// Tests the statements of include/dovrel/pos.h about sessions, applications, objects and
+// processes that no other test checks.
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>

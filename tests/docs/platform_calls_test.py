@@ -16,8 +16,8 @@ TESTS = SOURCES / "tests/portability"
 CALLS = (PORTABILITY / "PLATFORM_CALLS.md").read_text()
 DIFFERENCES = (PORTABILITY / "DIFFERENCES.md").read_text()
 
-# gcc, because it can list the functions of a translation unit (-aux-info). The definitions
-# match cmake/GNUstep.cmake.
+# gcc, because it can list the functions of a translation unit (-aux-info). The
+# definitions match cmake/GNUstep.cmake.
 COMPILER = ["gcc", "-x", "objective-c", "-fsyntax-only", "-w", "-fexceptions", "-fobjc-exceptions",
             "-fconstant-string-class=NSConstantString", "-DGNUSTEP", "-DGNUSTEP_BASE_LIBRARY=1", "-DGNU_GUI_LIBRARY=1",
             "-DGNU_RUNTIME=1", "-D_NATIVE_OBJC_EXCEPTIONS",

@@ -37,8 +37,8 @@ class Installation(unittest.TestCase):
         self.home = self.new_folder("home")
         self.runtime = self.new_folder("run")
         self.runtime.chmod(0o700)
-        # The servers' endpoints are created here. Without it they would be left in the machine's folder of
-        # this name.
+        # The servers' endpoints are created here. Without it they would be left in
+        # the machine's folder of this name.
         self.root.mkdir()
         self.new_folder("home/dovrel/tmp")
 

@@ -32,8 +32,8 @@ class AlertHosts : public testing::Test {
     /// Expects the only alert in the system log, because it was not shown or not answered.
     void expectLogged() const;
 
-    /// Returns the path of the helper. The file is a hard link to the built one, so tests must not write
-    /// to it.
+    /// Returns the path of the helper. The file is a hard link to the built
+    /// one, so tests must not write to it.
     std::string helper() const { return root_.library() + "/Contents/MacOS/dovrel-alert"; }
     void removeHelper() const;
     void useFakeHelper(const std::vector<std::string>& commands) const;

@@ -1,5 +1,5 @@
-// Tests what the user sees. There is no display here, so each alert becomes a line in the system log, and
-// Retry is never chosen.
+// Tests what the user sees. There is no display here, so each alert becomes a line in the
+// system log, and Retry is never chosen.
 #include "tests/endtoend/EndToEnd.h"
 
 namespace dovrel::test {

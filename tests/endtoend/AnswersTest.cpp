@@ -15,8 +15,8 @@ class Answers : public EndToEnd {
     }
     ~Answers() override { library_.TerminatePOS(); }
 
-    // Makes one call under a misbehaviour and expects it to fail with one alert of this message. Then expects
-    // the next call to succeed.
+    // Makes one call under a misbehaviour and expects it to fail with one alert of this message. Then
+    // expects the next call to succeed.
     void expectFailure(const std::string& misbehaviour, const std::string& message) {
         ObjectId echo = host_.instantiate(application_, "Echo");
         ServerControl::send(misbehaviour + "//misbehaveTimes\nINT:1\n//misbehaveCommand\nSTR:call method\n");

@@ -46,8 +46,8 @@ bool hasEventPoll(const fs::path& process) {
     return false;
 }
 
-// Returns true if a process that runs this program has reached its event loop, and so has opened
-// its endpoint.
+// Returns true if a process that runs this program has reached its event
+// loop, and so has opened its endpoint.
 bool isInEventLoop(const std::string& program) {
     for (const auto& process : fs::directory_iterator("/proc")) {
         std::error_code failed;

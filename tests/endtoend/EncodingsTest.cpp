@@ -1,5 +1,5 @@
-// Names and messages in UTF-8 and in Mac Roman, on their way from host and server to the text that the
-// user reads.
+// Names and messages in UTF-8 and in Mac Roman, on their way from host and server
+// to the text that the user reads.
 #include "tests/endtoend/EndToEnd.h"
 
 namespace dovrel::test {

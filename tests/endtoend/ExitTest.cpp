@@ -21,8 +21,8 @@ class Exit : public testing::Test {
         ASSERT_EQ(host_->readLine(), "ready") << systemLog();
     }
 
-    /// Lets the host exit and returns the line of its exit handler. The library's console lines come
-    /// before it.
+    /// Lets the host exit and returns the line of its exit handler. The
+    /// library's console lines come before it.
     std::string leave() {
         std::filesystem::resize_file(logFile_, 0);
         host_->writeLine("leave");

@@ -10,9 +10,9 @@ namespace dovrel::test {
 
 class OtherHost {
   public:
-    /// Starts the host, which loads the library, opens a session and then waits for go(). Its process first
-    /// calls `prepare`, for example to change its environment or its user. `program` is the host's executable
-    /// or a copy of it.
+    /// Starts the host, which loads the library, opens a session and then waits for go(). Its process
+    /// first calls `prepare`, for example to change its environment or its user. `program` is the
+    /// host's executable or a copy of it.
     explicit OtherHost(const std::string& library, const std::function<void()>& prepare = nullptr,
                        const std::string& program = OTHER_HOST);
     OtherHost(const OtherHost&) = delete;
@@ -25,8 +25,8 @@ class OtherHost {
     void go();
     void goAndStay();
 
-    /// Waits until the host has registered and has the reply to its command. Returns false if it failed
-    /// or ended.
+    /// Waits until the host has registered and has the reply to its command.
+    /// Returns false if it failed or ended.
     bool isServed();
 
     /// Waits for the end of the host; returns true if everything succeeded.

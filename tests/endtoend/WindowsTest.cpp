@@ -1,5 +1,5 @@
-// Tests what the user sees and can decide on a desktop: a host, its alerts in real windows, and the
-// real server.
+// Tests what the user sees and can decide on a desktop: a host, its alerts in
+// real windows, and the real server.
 #include <signal.h>
 
 #include <algorithm>
@@ -262,8 +262,8 @@ TEST_F(Windows, TwoFailuresOnTwoThreads_AreShownOneAfterTheOtherWhileTheMainThre
     EXPECT_EQ(line(), "loop");
 }
 
-// A deadlock that must not occur: the alert waits for the main thread's loop, and code in that loop waits for
-// the end of the alert.
+// A deadlock that must not occur: the alert waits for the main thread's loop, and code in that
+// loop waits for the end of the alert.
 TEST_F(Windows,
        AMainThreadThatWaitsForItsTurnInsideItsLoop_DoesNotKeepTheAlertOfAnotherThreadFromBeingShown) {
     startRegistered();

@@ -1,5 +1,5 @@
-// A host on a desktop. It reads commands from standard input, one per line, and writes results to standard
-// output as lines:
+// A host on a desktop. It reads commands from standard input, one per line, and writes
+// results to standard output as lines:
 //
 //     register NAME [OPTION]...      "register STATUS"
 //     command NAME                   "command STATUS"
@@ -27,8 +27,8 @@ namespace {
 
 using dovrel::test::PosLibrary;
 
-// Results go to a copy of standard output. The library also writes to standard output, so that is redirected
-// to standard error.
+// Results go to a copy of standard output. The library also writes to standard output, so that
+// is redirected to standard error.
 const int answers = dup(STDOUT_FILENO);
 
 // Each line is one write, so that lines of several threads do not mix.

@@ -139,8 +139,8 @@ class CheckExecutable(BundleCopyTest):
         self.assertIn("leaves the code", self.check()[1]["i386: its branches stay in the code"])
 
     def test_ObjectiveCPointersThatTheLinkerMadeOne_Fails(self):
-        # The compiler's labels begin with "L", so they are not symbols, as if our assembly step did not
-        # handle them.
+        # The compiler's labels begin with "L", so they are not symbols, as if our
+        # assembly step did not handle them.
         assembly = self.folder / "merged.s"
         text = (BUILD / "cmake/macos/i386/Dovrel.s").read_text()
         assembly.write_text(re.sub(r"(?<![\w.$])l(?=_OBJC_(SELECTOR|CLASS)_REFERENCES_)", "L", text))

@@ -53,8 +53,8 @@ class MachOObject:
         section = next(s for s in sections if s.address <= start < s.address + s.size)
         end = min([address for address in self.names if address > start] + [section.address + section.size])
 
-        # A line of a relocation: address, relative, length, external, kind, scattered, symbol or
-        # section number.
+        # A line of a relocation: address, relative, length, external, kind,
+        # scattered, symbol or section number.
         listing = output("llvm-objdump-14", "--macho", "--reloc", self.path)
         title = f"Relocation information ({section.segment},{section.name}) "
         size = self.image.pointer_size

@@ -1,6 +1,6 @@
-// Classes whose virtual tables are not emitted in a source of their own. Every translation unit that creates
-// an object contains a copy, and this one creates objects. It is only compiled, for both systems, and never
-// linked or run.
+// Classes whose virtual tables are not emitted in a source of their own. Every translation unit that
+// creates an object contains a copy, and this one creates objects. It is only compiled, for both
+// systems, and never linked or run.
 #include "InterProcessCommunication/POSTransferObjForwarder.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 #include "platform/GeneralEvent.h"

@@ -154,8 +154,8 @@ TEST(Heap, OutOfMemoryForAllPartsAtOnce_WritesThemOneByOne) {
 TEST(Heap, OutOfMemoryForOneOfAllParts_FailsAndLeavesWhatFitted) {
     CPPExpandingByteArray block;
     HeapWatch watch;
-    // The allocations that fail: for all parts at once, for the first part, and for the data of the
-    // first part.
+    // The allocations that fail: for all parts at once, for the first part,
+    // and for the data of the first part.
     watch.failAt({1, 3, 5});
     expectFailure<StructuredWriteFailedException>([&] { writePartsAtOnce(block); }, 5,
                                                   "384269E80233: ", kTooSmall);

@@ -30,8 +30,8 @@ class PipeBuffer : public std::streambuf {
     std::string text_;
 };
 
-/// A text whose length can be determined, but reading it throws std::runtime_error after the
-/// first characters.
+/// A text whose length can be determined, but reading it throws
+/// std::runtime_error after the first characters.
 class BrokenBuffer : public std::streambuf {
   public:
     BrokenBuffer(std::string text, std::size_t readable) : text_(std::move(text)), readable_(readable) {

@@ -181,8 +181,8 @@ TEST(StructuredByteArrayReader, LastPartThatClaimsMoreThanRemains_FailsTheBounds
 
 TEST(StructuredByteArrayReader, LengthThatWrapsPast32Bits_IsRefusedSoThatParsingEnds) {
     const std::string header = kHeader;
-    // In 32 bits 18 + FFFFFFEE is 0 and 18 + FFFFFFF8 is 10, a position inside the data that was
-    // already read.
+    // In 32 bits 18 + FFFFFFEE is 0 and 18 + FFFFFFF8 is 10, a position
+    // inside the data that was already read.
     expectParseFailure(header + " 00 00 00 05 FF FF FF EE", "3841954A010E: ", "1");
     expectParseFailure(header + " 00 00 00 05 FF FF FF F8", "3841954A010E: ", "1");
     expectParseFailure(header + " 00 00 00 05 FF FF FF FF", "3841954A010E: ", "1");

@@ -1,5 +1,5 @@
-// Malformed requests. Whatever arrives, the server replies with an exception of the right code and
-// keeps working.
+// Malformed requests. Whatever arrives, the server replies with an exception of
+// the right code and keeps working.
 #include <gtest/gtest.h>
 
 #include <functional>

@@ -1,5 +1,5 @@
-// Builds requests as hosts send them, parses replies, and has a server in the test's process that replies
-// to them.
+// Builds requests as hosts send them, parses replies, and has a server in the
+// test's process that replies to them.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// The installed texts file: it is complete in every language, has the right encoding, and its texts can
-// be combined.
+// The installed texts file: it is complete in every language, has the right
+// encoding, and its texts can be combined.
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -1,6 +1,6 @@
-// Makes each allocation fail, alone and together with all later ones. The settings must then either throw, or
-// succeed anyway, and must keep their previous content. The sanitizers check that nothing leaks and that
-// nothing is freed twice.
+// Makes each allocation fail, alone and together with all later ones. The settings must then either
+// throw, or succeed anyway, and must keep their previous content. The sanitizers check that nothing leaks
+// and that nothing is freed twice.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -42,8 +42,8 @@ bool isDone(const Work& work) {
     }
 }
 
-// Expects `change` to turn a store with the entries of kText into one with those of `changed`, or not to
-// change it.
+// Expects `change` to turn a store with the entries of kText into one with those
+// of `changed`, or not to change it.
 template <class Change>
 void expectChangedOrAsItWas(const std::string& changed, const Change& change) {
     const Properties original = test::loaded(kText);
@@ -173,8 +173,8 @@ TEST(SettingsOutOfMemory, WritingAFile_ReplacesItOrLeavesIt) {
         [&](bool refused) {
             EXPECT_TRUE(written || refused);
             const std::string content = folder.read("file");
-            // If memory is missing only for opening the file to all users, the content is complete but the
-            // call fails.
+            // If memory is missing only for opening the file to all users, the
+            // content is complete but the call fails.
             EXPECT_TRUE(content == kText || (content == "old" && !written)) << content;
             folder.write("file", "old");
         });

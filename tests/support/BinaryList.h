@@ -1,5 +1,5 @@
-// Builds property lists in the binary format object by object, so that a test can damage each part
-// on purpose.
+// Builds property lists in the binary format object by object, so that a test
+// can damage each part on purpose.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +16,8 @@ inline std::string bigEndian(uint64_t value, unsigned width) {
     return bytes;
 }
 
-/// Returns an object whose marker has `kind` in its upper half and the count in its lower half, then
-/// the content.
+/// Returns an object whose marker has `kind` in its upper half and the count in
+/// its lower half, then the content.
 inline std::string countedObject(unsigned kind, uint64_t count, const std::string& content) {
     const std::string marker(1, static_cast<char>((kind << 4) | (count < 15 ? count : 15)));
     return marker + (count < 15 ? "" : "\x13" + bigEndian(count, 8)) + content;

@@ -19,8 +19,8 @@ class ChildProcess {
     /// Kills the child if it still runs. If the test's process dies, the child dies as well.
     ~ChildProcess();
 
-    /// Returns the next line that the child writes, without the line feed; "" if the child has ended or no
-    /// line came within a minute.
+    /// Returns the next line that the child writes, without the line feed; "" if the child has ended
+    /// or no line came within a minute.
     std::string readLine();
 
     /// Returns true if a line, or the end of the output, arrives within the time.
@@ -30,8 +30,8 @@ class ChildProcess {
 
     pid_t process() const { return process_; }
 
-    /// signal() sends the child a signal. wait() waits for its end and returns the exit code, or -1 if a
-    /// signal ended it.
+    /// signal() sends the child a signal. wait() waits for its end and returns the exit
+    /// code, or -1 if a signal ended it.
     void signal(int number) const;
     int wait();
 

@@ -15,9 +15,9 @@ class DocumentPage {
     /// The cells of a row, without the blanks around them.
     using Row = std::vector<std::string>;
 
-    /// Reads the page. Fails the test if the page cannot be read or if an example breaks the format
-    /// above: an offset that does not match the bytes before it, a name that is used twice, or a line
-    /// without a comment.
+    /// Reads the page. Fails the test if the page cannot be read or if an example breaks the
+    /// format above: an offset that does not match the bytes before it, a name that is used
+    /// twice, or a line without a comment.
     explicit DocumentPage(const std::string& path);
 
     /// Returns the bytes of an example; fails the test if there is no example of that name.
@@ -27,8 +27,8 @@ class DocumentPage {
     /// Returns the contents of all fenced blocks that begin with ```settings, in the order of the page.
     const std::vector<std::string>& settingsBlocks() const { return settings_; }
 
-    /// Returns true if the page contains the text outside tables and fenced blocks, however its lines
-    /// are broken.
+    /// Returns true if the page contains the text outside tables and fenced
+    /// blocks, however its lines are broken.
     bool says(const std::string& text) const { return prose_.find(text) != std::string::npos; }
 
     /// Returns the rows of all tables whose header begins with these cells.

@@ -17,8 +17,8 @@ std::string pressedEvent(int button);
 
 class FakeAlertHelper {
   public:
-    /// Sets the commands for all helpers that this process or its children start from now on, and deletes the
-    /// notes of earlier helpers.
+    /// Sets the commands for all helpers that this process or its children start from now on, and
+    /// deletes the notes of earlier helpers.
     void follow(const std::vector<std::string>& commands) const;
 
     /// Makes helpers that are started from now on ignore their request.

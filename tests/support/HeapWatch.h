@@ -50,10 +50,10 @@ class HeapWatch {
     std::set<size_t> single_;
 };
 
-/// Runs `work` repeatedly: with its first allocation failing, then its second, and so on until it makes no
-/// more requests; each time with that request alone, and again with all later ones. After each run, when
-/// allocations succeed again, it calls `check(refused)`. In the last run nothing fails. Stops early if a
-/// check fails.
+/// Runs `work` repeatedly: with its first allocation failing, then its second, and so on until it
+/// makes no more requests; each time with that request alone, and again with all later ones. After
+/// each run, when allocations succeed again, it calls `check(refused)`. In the last run nothing
+/// fails. Stops early if a check fails.
 template <class Work, class Check>
 void refuseEachRequest(const Work& work, const Check& check) {
     constexpr size_t kMostRequests = 10'000;

@@ -23,8 +23,8 @@ inline bool mountEmptyFolder(const std::string& path, const std::string& mode) {
     return mount("tmpfs", path.c_str(), "tmpfs", 0, ("mode=" + mode).c_str()) == 0;
 }
 
-/// Returns the result of `check` in a copy of this process with its own mounts; nothing if that is
-/// not permitted.
+/// Returns the result of `check` in a copy of this process with its own mounts;
+/// nothing if that is not permitted.
 template <typename Check>
 std::optional<bool> holdsWithOwnMounts(Check check) {
     enum Result { kHolds, kDoesNotHold, kRefused };

@@ -19,8 +19,8 @@ class ShippedTexts {
     std::string failureBody(const std::string& application, const std::string& message,
                             const std::string& explanationKey) const;
 
-    /// Returns the system log entry that replaces an alert which could not be shown. Its lines end with
-    /// line feeds.
+    /// Returns the system log entry that replaces an alert which could not be
+    /// shown. Its lines end with line feeds.
     static std::string unshownAlert(std::string body);
 
   private:

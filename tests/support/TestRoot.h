@@ -21,9 +21,9 @@ class TestRoot {
     TestRoot(const TestRoot&) = delete;
     TestRoot& operator=(const TestRoot&) = delete;
 
-    /// Ends the root's servers, waits until they are gone, removes all files and restores the environment.
-    /// Fails the test if a server did not end when asked and had to be killed, or if a sanitizer reported an
-    /// error in a server.
+    /// Ends the root's servers, waits until they are gone, removes all files and restores the
+    /// environment. Fails the test if a server did not end when asked and had to be killed, or if a
+    /// sanitizer reported an error in a server.
     ~TestRoot();
 
     const std::string& path() const { return folder_.path(); }
@@ -43,8 +43,8 @@ class TestRoot {
     /// Returns the running servers of this root, from the system's list of processes.
     std::vector<pid_t> servers() const;
 
-    /// Waits until exactly `count` servers run and returns them. Fails the test if that takes longer than
-    /// half a minute.
+    /// Waits until exactly `count` servers run and returns them. Fails the test if that
+    /// takes longer than half a minute.
     std::vector<pid_t> waitForServers(size_t count) const;
 
     /// Sends the signal to all servers and waits until they are gone.

@@ -6,8 +6,8 @@
 
 namespace dovrel::test {
 
-/// Checks the condition every few milliseconds until it holds. Returns false if it does not hold within half
-/// a minute.
+/// Checks the condition every few milliseconds until it holds. Returns false if it
+/// does not hold within half a minute.
 template <typename Condition>
 bool waitUntil(Condition condition) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);

@@ -1,5 +1,5 @@
-// A small bundle for macOS that the loader's tests run. Each function does one thing that a loader can
-// get wrong.
+// A small bundle for macOS that the loader's tests run. Each function does one
+// thing that a loader can get wrong.
 #pragma once
 
 #include <stdint.h>
@@ -25,15 +25,15 @@ int Sample_LibraryExceptions(void);
 /// Uses a mutex that the compiler initialised.
 int Sample_Mutex(void);
 
-/// Checks errno and open flags. The folder must contain a symbolic link with the name "link", and
-/// nothing else.
+/// Checks errno and open flags. The folder must contain a symbolic link with
+/// the name "link", and nothing else.
 int Sample_ErrorNumbers(const char* folder);
 
 /// Returns the size of a file, read with two system calls.
 int64_t Sample_FileSize(const char* path);
 
-/// Returns when the file was changed, in seconds since 1904. The platform fills a field of a
-/// packed structure.
+/// Returns when the file was changed, in seconds since 1904. The platform
+/// fills a field of a packed structure.
 uint32_t Sample_ModificationSeconds(const char* path);
 
 /// Checks messages, own classes with variables, constant strings and exceptions.

@@ -1,5 +1,5 @@
-// Shared by the tests of the file utilities: a separate folder, a file mode mask that excludes other users,
-// and a check for open files.
+// Shared by the tests of the file utilities: a separate folder, a file mode mask that excludes other
+// users, and a check for open files.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -121,8 +121,8 @@ class ColorSchemeTest : public HelperTest {
         });
     }
 
-    /// Connects as the helper does. Start the bus first: starting it removes the name of the screen from
-    /// the environment.
+    /// Connects as the helper does. Start the bus first: starting it removes the name of
+    /// the screen from the environment.
     void connect() {
         screen_.emplace("640x480", HelperScreen::Manager::none);
         ASSERT_TRUE(connectToWindowSystem());

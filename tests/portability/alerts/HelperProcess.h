@@ -12,8 +12,8 @@ namespace alerthelper::test {
 
 class HelperProcess {
   public:
-    /// Starts the program with the test's environment. Its standard output and error are appended to
-    /// the file.
+    /// Starts the program with the test's environment. Its standard output
+    /// and error are appended to the file.
     explicit HelperProcess(const std::string& outputFile);
     HelperProcess(const HelperProcess&) = delete;
     HelperProcess& operator=(const HelperProcess&) = delete;
@@ -34,8 +34,8 @@ class HelperProcess {
     /// Closes the host's end of the stream.
     void closeStream() { stream_.reset(); }
 
-    /// Waits for the end of the program. Returns its exit code, or -1 if a signal ended it or if it still
-    /// runs after half a minute.
+    /// Waits for the end of the program. Returns its exit code, or -1 if a signal ended it or if
+    /// it still runs after half a minute.
     int wait();
 
     pid_t process() const { return process_; }

@@ -19,8 +19,8 @@ using portability::AlertMessages;
 
 class HelperProgramTest : public HelperTest {
   protected:
-    /// Runs a shell command in which $0 is the program. Standard error goes to the file "errors", standard
-    /// output to "output".
+    /// Runs a shell command in which $0 is the program. Standard error goes to the file
+    /// "errors", standard output to "output".
     int run(const std::string& command) {
         const std::string redirected =
             "exec >" + folder_.path("output") + " 2>" + folder_.path("errors") + "\n" + command;
@@ -34,8 +34,8 @@ class HelperProgramTest : public HelperTest {
         return std::make_unique<HelperProcess>(folder_.path("log"));
     }
 
-    /// Returns the exit code of a helper that receives these bytes and then, if requested, the end of
-    /// the stream.
+    /// Returns the exit code of a helper that receives these bytes and then, if
+    /// requested, the end of the stream.
     int codeAfter(const std::string& bytes) {
         const auto helper = start();
         helper->sendBytes(bytes);

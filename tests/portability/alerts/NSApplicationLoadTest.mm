@@ -92,8 +92,8 @@ TEST_F(NSApplicationLoadElsewhere, WithAFolderInTheHelpersPlace_IsNo) {
     EXPECT_EQ(answerOfProbe(), NO);
 }
 
-// The user who starts the program controls the environment, and the environment decides which code the
-// helper loads.
+// The user who starts the program controls the environment, and the environment
+// decides which code the helper loads.
 TEST_F(NSApplicationLoadElsewhere, InAProgramWithAnotherUsersOrGroupsRights_IsNo) {
     NEEDS_ROOT("give a program another user's rights");
     constexpr uid_t kNobody = 65534;

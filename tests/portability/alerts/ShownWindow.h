@@ -17,8 +17,8 @@ struct Place {
 
 class ShownWindow {
   public:
-    /// Connects to the screen that DISPLAY names, unless it is connected already. Returns when the window
-    /// is open.
+    /// Connects to the screen that DISPLAY names, unless it is connected already.
+    /// Returns when the window is open.
     explicit ShownWindow(const portability::AlertRequest& request);
 
     AlertWindow& window() { return *window_; }
@@ -27,8 +27,8 @@ class ShownWindow {
     std::vector<Place> buttonPlaces();
     Place helpPlace() { return middleOf(window_->buttons().helpButton()); }
 
-    /// Runs the window's main loop until the condition holds; returns false if it does not hold within half
-    /// a minute.
+    /// Runs the window's main loop until the condition holds; returns false if it
+    /// does not hold within half a minute.
     template <typename Condition>
     bool workUntil(Condition condition);
 

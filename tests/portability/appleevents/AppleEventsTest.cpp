@@ -1,5 +1,5 @@
-// Contract tests of the handler table. The events go to this process itself, so the handler is
-// called directly.
+// Contract tests of the handler table. The events go to this process itself,
+// so the handler is called directly.
 #include <ApplicationServices/ApplicationServices.h>
 #include <gtest/gtest.h>
 #include <unistd.h>

@@ -132,8 +132,8 @@ TEST_F(EventLoopTest, RunOnEventLoop_LoopEndsBefore_IsFalse) {
     static std::atomic<bool> waiting;
     waiting = false;
     const auto quitWhileOthersWait = [](void*) -> void* {
-        // The other call either waits behind this one or finds no loop. In both cases the result must
-        // be false.
+        // The other call either waits behind this one or finds no loop. In
+        // both cases the result must be false.
         waiting = true;
         QuitApplicationEventLoop();
         return nullptr;

@@ -26,8 +26,8 @@ class TestApplication {
     /// Waits until the process receives events; returns false after a generous time-out.
     bool waitUntilReachable() const;
 
-    /// Waits until the process has ended. Returns its exit status; -1 if a signal ended it, -2 after a
-    /// generous time-out.
+    /// Waits until the process has ended. Returns its exit status; -1 if a signal ended
+    /// it, -2 after a generous time-out.
     int waitForEnd();
 
     void kill();

@@ -1,5 +1,5 @@
-// Preferences on other systems than the platform: from the user's Foundation defaults, otherwise from
-// the locale.
+// Preferences on other systems than the platform: from the user's Foundation
+// defaults, otherwise from the locale.
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-// Repeats calls that return objects. Releasing the objects must free all memory, even in a thread without an
-// autorelease pool.
+// Repeats calls that return objects. Releasing the objects must free all memory, even in a
+// thread without an autorelease pool.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // A program that reports how it was started, and then waits to be ended.
 //
-// The report is a file next to the program with one fact per line, "name=value". The file gets its name only
-// when it is complete.
+// The report is a file next to the program with one fact per line, "name=value". The file gets
+// its name only when it is complete.
 #include <dirent.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,5 +1,5 @@
-// Launching applications: what the new process inherits, how often it starts, and what a failed
-// launch returns.
+// Launching applications: what the new process inherits, how often it starts,
+// and what a failed launch returns.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -172,8 +172,8 @@ TEST_F(ProcessTableNames, ScriptOfTheName_IsNotListed) {
     waitpid(script, nullptr, 0);
 }
 
-// The program's path equals that of the application, but in a container (here a mount namespace) that path is
-// another file.
+// The program's path equals that of the application, but in a container (here a mount
+// namespace) that path is another file.
 TEST_F(ProcessTableNames, ProgramUnderTheSamePathInAnotherFileSystem_IsNotListed) {
     NEEDS_ROOT("make a mount namespace");
     const std::string program = folder_.path("root/" + std::string(kProgram));

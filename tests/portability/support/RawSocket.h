@@ -55,8 +55,8 @@ inline bool sendRaw(int socket, const Bytes& bytes, const std::vector<int>& desc
     }
 }
 
-/// Returns the next packet without its descriptors; empty if the other end has closed, or after a
-/// generous time-out.
+/// Returns the next packet without its descriptors; empty if the other end has
+/// closed, or after a generous time-out.
 inline Bytes receiveRaw(int socket) {
     constexpr int kGenerousMilliseconds = 60000;
     pollfd waited{socket, POLLIN, 0};

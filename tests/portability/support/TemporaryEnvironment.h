@@ -1,5 +1,5 @@
-// Folders that belong to one test. Other tests and the user cannot affect them, and the destructor
-// removes them.
+// Folders that belong to one test. Other tests and the user cannot affect them,
+// and the destructor removes them.
 #pragma once
 
 #include <sys/stat.h>

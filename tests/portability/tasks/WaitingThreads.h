@@ -41,8 +41,8 @@ inline bool allOthersSleep(const std::filesystem::path& threads) {
     return !gone;
 }
 
-/// Returns when all other threads block. If the system does not show that, it waits for a time that is always
-/// long enough.
+/// Returns when all other threads block. If the system does not show that, it waits for a
+/// time that is always long enough.
 inline void untilAllOthersWait() {
     const std::filesystem::path threads = "/proc/self/task";
     if (!std::filesystem::exists(threads)) {

@@ -1,5 +1,5 @@
-// Packets with arbitrary content from a peer. A packet that is not a frame is malformed, and nothing of it
-// is kept.
+// Packets with arbitrary content from a peer. A packet that is not a frame is
+// malformed, and nothing of it is kept.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-// Shared by the tests of connections: a misbehaving peer with its own endpoint, and a sender that connects
-// to it.
+// Shared by the tests of connections: a misbehaving peer with its own endpoint,
+// and a sender that connects to it.
 #pragma once
 
 #include <CoreServices/CoreServices.h>

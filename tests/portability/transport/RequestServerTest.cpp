@@ -196,8 +196,8 @@ TEST_F(RequestServerTest, NoDescriptorsLeft_NewSendersAreRefused_OldOnesServed) 
         sendRaw(good.get(), request(1, "before"));
         ASSERT_EQ(answer(good), "before");
     }
-    // The other ends of the connections are in another process, so that only the server runs out
-    // of descriptors.
+    // The other ends of the connections are in another process, so that only
+    // the server runs out of descriptors.
     rlimit limit;
     getrlimit(RLIMIT_NOFILE, &limit);
     const rlim_t usual = limit.rlim_cur;

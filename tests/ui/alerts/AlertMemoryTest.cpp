@@ -21,8 +21,8 @@ TEST(AlertMemory, AlertWithoutMemory_IsNotShownAndThrowsNothing) {
     setenv("HOME", home.path().c_str(), 1);
     unsetenv("DISPLAY");
     testing::internal::CaptureStderr();
-    // The platform's initialisation at the first alert is not the library's responsibility, so it is
-    // done first.
+    // The platform's initialisation at the first alert is not the library's
+    // responsibility, so it is done first.
     answerWithoutWindows();
     int answer = -1;
     test::refuseEachRequest([&] { answer = answerWithoutWindows(); },

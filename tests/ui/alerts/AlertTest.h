@@ -22,8 +22,8 @@ class AlertTest : public testing::Test {
     void start(const std::vector<std::string>& arguments);
     void startProgram(const std::vector<std::string>& command);
 
-    /// Clicks a button of the alert that is open, or waits for one. Returns the next line that the
-    /// host writes.
+    /// Clicks a button of the alert that is open, or waits for one. Returns
+    /// the next line that the host writes.
     std::string lineAfterClick(int fromRight);
     std::string lineAfterKey(const std::string& key);
 

@@ -31,12 +31,12 @@ class HelpTest : public testing::Test {
     /// Returns the path of the application's program.
     std::string program() const;
 
-    /// Starts the application in the mode and returns the line that it writes. The locale sets the
-    /// user's language.
+    /// Starts the application in the mode and returns the line that it writes. The
+    /// locale sets the user's language.
     std::string run(const std::string& mode, const std::string& locale = "C") const;
 
-    /// Waits for the opened document and returns its path inside the application; "" if none was opened
-    /// within half a minute.
+    /// Waits for the opened document and returns its path inside the application; "" if none
+    /// was opened within half a minute.
     std::string openedPage() const;
     bool openedNothing() const;
 

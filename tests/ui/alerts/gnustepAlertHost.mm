@@ -1,5 +1,5 @@
-// A host that shows its alerts with GNUstep's window classes. The source of the alerts is the same
-// as everywhere.
+// A host that shows its alerts with GNUstep's window classes. The source of the
+// alerts is the same as everywhere.
 //
 //     gnustepAlertHost KIND TITLE BODY
 //         writes "text ..." and "button ..." for each text and button of the alert, "end", then "answer N"

@@ -1,5 +1,5 @@
-// Selects GNUstep's window classes instead of the portability layer's alerts, for the one program that
-// uses them.
+// Selects GNUstep's window classes instead of the portability layer's alerts,
+// for the one program that uses them.
 #pragma once
 #pragma GCC system_header
 
