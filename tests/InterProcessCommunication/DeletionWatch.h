@@ -29,7 +29,7 @@ class DeletionWatch {
 
     /// Called by operator delete with every block that is about to be freed.
     static void notice(const void* block) noexcept;
-    /// Called by operator new with every block that it returns.
+    /// Called by operator new with every block that it is about to return.
     static void noticeNew(void* block, std::size_t size);
 
   private:

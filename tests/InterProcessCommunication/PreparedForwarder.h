@@ -21,7 +21,8 @@ class PreparedForwarder : public POSTransferObjForwarder {
     void CheckConnection() override;
     CPPByteArray GetClientProcessID() override;
 
-    /// Set the reply to the next request: these bytes, or these parts (hexadecimal) after the block's header.
+    /// Both set the reply to the next request: these bytes, or the block's header and these parts
+    /// (in hexadecimal).
     void answerBytes(const CPPByteArray& bytes);
     void answerParts(const std::string& parts);
     /// Makes the next request throw a POSException with this text.
@@ -34,7 +35,7 @@ class PreparedForwarder : public POSTransferObjForwarder {
     /// Returns the wire forms of the requests.
     const std::vector<CPPByteArray>& requests() const { return requests_; }
 
-    /// Return how many returned replies have been deleted, and how many still exist.
+    /// Count the replies that the caller has deleted, and those that still exist.
     int releasedAnswers() const { return answers_.deletions(); }
     int livingAnswers() const { return answers_.living(); }
 

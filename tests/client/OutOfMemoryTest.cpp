@@ -178,8 +178,8 @@ TEST_F(ClientOutOfMemoryTest, FailureOfTheServer_StaysAFailureWhoseReportMayBeLo
         [](bool done) { EXPECT_TRUE(done); });
 }
 
-/// Returns true if the session was opened. It may only fail because of memory
-/// or of a failure of the platform.
+/// Opens the session and returns true; returns false if that throws std::bad_alloc
+/// or an exception of the library.
 bool isOpenedWith(const SessionParts& parts) {
     try {
         openSession(parts);

@@ -26,10 +26,10 @@ class AlertHosts : public testing::Test {
     /// Expects that the call fails, that the host's state is as before, and that the host ends by itself.
     void expectFailedCallAndEnd();
 
-    /// Expects the same after pressing the button of the only alert.
+    /// Presses the button of the only alert, then expects the same as expectFailedCallAndEnd().
     void expectAlertThatIsAnswered();
 
-    /// Expects the only alert in the system log, because it was not shown or not answered.
+    /// Expects the only alert in the system log: it was not shown, or the user did not answer it.
     void expectLogged() const;
 
     /// Returns the path of the helper. The file is a hard link to the built

@@ -1,4 +1,4 @@
-// How the operations treat their arguments, as far as a server is needed to see it.
+// How the operations treat their arguments: the cases that only a real server shows.
 #include <cstring>
 
 #include "tests/endtoend/EndToEnd.h"

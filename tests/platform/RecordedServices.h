@@ -19,7 +19,7 @@ struct RecordedServices {
     std::vector<std::string> calls;
 };
 
-/// The object that all calls use.
+/// The record of all calls.
 extern RecordedServices services;
 
 }  // namespace dovrel::test

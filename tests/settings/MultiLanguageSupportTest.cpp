@@ -35,7 +35,7 @@ std::string shown(const InstalledTexts& installation, const std::string& text) {
 }
 
 TEST(MultiLanguageSupport, BeforeInitialize_NothingIsLoadedAndTextsAreEmpty) {
-    // Only true in a new process, and each of these tests runs in one.
+    // Holds only in a new process. Each of these tests runs in one.
     EXPECT_FALSE(MultiLanguageSupport::isLoaded());
     EXPECT_EQ(MultiLanguageSupport::getText("hello"), "");
 }

@@ -14,11 +14,11 @@ struct AlertLook {
     std::vector<std::string> search;
     int fromRight;     ///< from the window's right edge to the middle of the first button
     int fromBottom;    ///< from the lower edge to the middle of the buttons
-    int step;          ///< from the first button to the next one at its left
+    int step;          ///< from the first button to the next one on its left
     int helpFromLeft;  ///< from the window's left edge to the middle of the Help button
 };
 
-/// Return the look of the alert helper's alerts, and of alerts by GNUstep's window classes.
+/// Both functions return a look: that of the alert helper's alerts, and that of GNUstep's window classes.
 const AlertLook& helperAlerts();
 const AlertLook& gnustepAlerts();
 
@@ -37,8 +37,8 @@ class Desktop {
     /// Returns the text in the title bar of the window.
     static std::string titleOf(const std::string& window);
 
-    /// Use the alert that is open, or wait for one, and repeat the click or key until its window is gone.
-    /// They return false if it does not go. Buttons are counted from the right, starting at 0.
+    /// Both functions use the alert that is open, or wait for one. They repeat the click or key until its
+    /// window is gone, and return false if it stays. Buttons are counted from the right, starting at 0.
     bool clickButton(int fromRight);
     bool pressKey(const std::string& key);
 

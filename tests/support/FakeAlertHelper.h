@@ -1,4 +1,4 @@
-// The test's side of fakeAlertHelper.cpp.
+// Controls the program of fakeAlertHelper.cpp from a test.
 #pragma once
 
 #include <sys/types.h>

@@ -12,7 +12,8 @@ class TemporaryFolder {
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder();
 
-    /// Return the path of the folder (canonical, without a slash at its end), or the path of an item in it.
+    /// Both return a path: that of the folder (canonical, without a slash at its end), or that of an
+    /// item in it.
     const std::string& path() const { return path_; }
     std::string path(const std::string& name) const { return path_ + "/" + name; }
 

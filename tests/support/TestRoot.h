@@ -28,7 +28,7 @@ class TestRoot {
 
     const std::string& path() const { return folder_.path(); }
 
-    /// Return the paths of the staged bundles.
+    /// Return the paths of the staged bundles and of the server's program.
     std::string library() const;
     std::string server() const;
     std::string serverExecutable() const;
@@ -36,7 +36,7 @@ class TestRoot {
     /// Writes the server's settings file, which servers read when they start.
     void configure(const std::string& settings) const;
 
-    /// Damage the installation.
+    /// Both functions damage the installation.
     void removeServer() const;
     void makeServerUnexecutable() const;
 

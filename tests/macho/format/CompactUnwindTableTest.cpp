@@ -53,7 +53,7 @@ TEST(CompactUnwindTable, EachFunction_EndsWhereTheNextBegins) {
 
 TEST(CompactUnwindTable, AnEncodingOfThePage_ComesBehindThoseOfAll) {
     std::vector<uint8_t> bytes = table();
-    set(bytes, 92, 0x01000000);  // the second encoding, no distance
+    set(bytes, 92, 0x01000000);  // the second encoding, distance 0
     EXPECT_EQ(entries(bytes)[0].encoding, 0x02000000u);
 }
 

@@ -23,7 +23,7 @@ struct FileBuilder {
     std::string sectionName = "__data";
     uint64_t sectionAddress = 0x1010;
     uint64_t sectionSize = 0x10;
-    uint32_t extraCommand = 0;  ///< 0: none
+    uint32_t extraCommand = 0;  ///< 0 adds no command
     bool hasFixups = true;
     std::vector<uint8_t> rebases;
     std::vector<uint8_t> bindings;

@@ -21,7 +21,7 @@ class HelperProcess {
     /// Kills the program if it still runs.
     ~HelperProcess();
 
-    /// Send bytes unchanged, or a request. If the helper no longer reads, that is not a failure.
+    /// Sends bytes unchanged, or a request. If the helper no longer reads, that is not a failure.
     void sendBytes(const std::string& bytes) const;
     void send(const portability::AlertRequest& request) const;
 

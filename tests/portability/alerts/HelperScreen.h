@@ -33,14 +33,14 @@ class HelperScreen {
     /// Waits until no window is open; returns false if that does not happen within half a minute.
     static bool windowGoes();
 
-    /// Return the area of the window without and with its borders. Both move the pointer.
+    /// Both return the area of the window, without or with its borders. They move the pointer.
     static Area areaOf(const std::string& window);
     static Area areaWithBorders(const std::string& window);
 
     /// Returns a property of the window as obxprop prints it.
     static std::string property(const std::string& window, const std::string& name);
 
-    /// Send a key to the window with the keyboard focus, or a click to a position in a window.
+    /// Sends a key to the window with the keyboard focus, or a click to a position in a window.
     static void pressKey(const std::string& key);
     static void click(const std::string& window, int x, int y);
 

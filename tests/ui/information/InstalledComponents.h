@@ -10,7 +10,7 @@
 
 namespace dovrel::test {
 
-/// Return a dictionary in the XML format, and entries for it.
+/// Returns a dictionary in the XML format; the functions below it return entries.
 std::string xmlList(const std::string& entries);
 std::string textEntry(const std::string& key, const std::string& value);
 
