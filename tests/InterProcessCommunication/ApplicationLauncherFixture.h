@@ -1,4 +1,4 @@
-// What the tests of the launcher share: a folder for tools, and what a run left on the standard streams.
+// Shared by the launcher's tests: a folder for tools, and the output of a run on the standard streams.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ class ApplicationLauncherFixture : public testing::Test {
   protected:
     ApplicationLauncherFixture() { setenv("HOME", folder.path().c_str(), 1); }
 
-    // Makes an executable file and returns its path.
+    // Writes an executable file and returns its path.
     std::string writeTool(const std::string& name, const std::string& content) const {
         folder.write(name, content);
         chmod(folder.path(name).c_str(), 0755);

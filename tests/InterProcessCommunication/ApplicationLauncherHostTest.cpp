@@ -1,4 +1,4 @@
-// What a launch leaves to its host: its children, their signal, its exit functions, its folder and streams.
+// A launch must not disturb its host: its children, their signal, its exit functions, its folder and streams.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -25,7 +25,7 @@ void countChildSignal(int) {
     ++childSignals;
 }
 
-// In memory that a copy of this process would share.
+// In shared memory, so that a forked copy of this process would count as well.
 std::atomic<int>* exitFunctionCalls = nullptr;
 
 void countExitFunctionCall() {

@@ -24,7 +24,7 @@ class ApplicationLauncherTest : public test::ApplicationLauncherFixture {};
 
 TEST_F(ApplicationLauncherTest, EmptyCommand_IsMinus1WithoutStartingOrLoggingAnything) {
     const Arguments arguments = {"argument"};
-    // A start that was tried would fail, and would be logged like that of every tool that does not exist.
+    // If the launcher tried to start an empty path, it would log the failure, as for any missing tool.
     EXPECT_EQ(run("", nullptr), -1);
     EXPECT_EQ(log, "");
     EXPECT_EQ(run("", &arguments), -1);
@@ -134,7 +134,7 @@ TEST_F(ApplicationLauncherTest, ToolThatWritesMoreThanAPipeHolds_WaitsAndIsNotKi
         return (file >> tool >> word) && word == "filled";
     };
     ASSERT_TRUE(test::waitUntil(isFull));
-    // A tool that does not wait would be gone: it has one line to write before its end.
+    // If nothing blocked the tool, it would end at once: it only has to write one line.
     const auto sleeps = [&] {
         std::ifstream file("/proc/" + std::to_string(tool) + "/stat");
         std::string number, name, state;

@@ -1,4 +1,4 @@
-// ChannelFixture: an installation of its own and a platform double in front of it.
+// ChannelFixture: a separate installation, with a double in place of the platform's calls.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -23,27 +23,27 @@ class ChannelFixture : public testing::Test {
         root.write("Library/Application Support/other", "");
     }
 
-    /// No descriptor is left behind.
+    /// Fails the test if a descriptor was not disposed of.
     ~ChannelFixture() override { EXPECT_EQ(platform.livingDescriptors, 0); }
 
-    /// The server application is installed.
+    /// Installs the server application.
     void install() { root.write(std::string(kServerBundle) + "/Contents/Info.plist", ""); }
 
     void uninstall() { std::filesystem::remove_all(root.path(kServerBundle)); }
 
-    /// Every event is answered with this direct parameter (none for nullopt).
+    /// Replies to every event with this direct parameter (without one for nullopt).
     void answerAlways(const std::optional<std::string>& directParameter) {
         platform.server = [directParameter](const SentEvent&, AppleEvent* reply) {
             return PlatformDouble::answerWith(reply, directParameter);
         };
     }
 
-    /// Every event fails with this result.
+    /// Makes every event fail with this result.
     void failAlways(OSErr result) {
         platform.server = [result](const SentEvent&, AppleEvent*) { return result; };
     }
 
-    /// How many events with this id were sent.
+    /// Returns how many events with this id were sent.
     int countOfSent(AEEventID eventID) const {
         int count = 0;
         for (const SentEvent& event : platform.sent)

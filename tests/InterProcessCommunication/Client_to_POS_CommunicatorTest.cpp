@@ -1,5 +1,5 @@
-// One exchange, the handshake and the request to quit. (ConnectToServerTest has the way to bring the server
-// up.)
+// One exchange, the handshake and the request to quit. (ConnectToServerTest covers
+// finding and launching the server.)
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
 
 #include "InterProcessCommunication/POSTransferObj.h"
@@ -201,7 +201,7 @@ TEST_F(Client_to_POS_CommunicatorTest, QuitServer_SendsTheQuitEventAndWantsNoRep
     const SentEvent& sent = platform.sent.front();
     EXPECT_EQ(sent.eventClass, AEEventClass{'aevt'});
     EXPECT_EQ(sent.eventID, AEEventID{'quit'});
-    // As docs/protocol.md has it in "quit-request".
+    // As in the example "quit-request" of docs/protocol.md.
     EXPECT_EQ(sent.directParameter, std::nullopt);
     EXPECT_EQ(sent.mode, 1);
     EXPECT_EQ(sent.timeOutTicks, 100);

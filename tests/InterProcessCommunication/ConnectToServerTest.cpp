@@ -1,5 +1,5 @@
-// Bringing the server up: which steps are taken in which order, how often, and what is said when it fails.
-// The platform is a double here, so that ten handshakes of five seconds take none.
+// Finding and launching the server: which steps are taken, in which order and how often, and what the console
+// says on failure. The platform is a double, so that ten handshakes of five seconds take no time.
 #include <cerrno>
 
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
@@ -27,7 +27,7 @@ class ConnectToServerTest : public test::ChannelFixture {
     void serverRuns() { platform.processes = {"Merrowd"}; }
     void serverDoesNotRun() { platform.processes = {"another"}; }
 
-    // Launches end with this status, and nothing begins to run.
+    // Makes launches return this status without starting a process.
     void launchesEndWith(OSStatus status) {
         platform.launch = [status](const Launch&) { return status; };
     }
@@ -134,7 +134,8 @@ TEST_F(ConnectToServerTest, ServerThatStartsLate_IsFoundInALaterPass) {
     EXPECT_EQ(connect(), 0);
     EXPECT_EQ(platform.launches.size(), 3u);
     EXPECT_EQ(countOfSent('waCl'), 8);
-    // Passes: two failed launches, a launch with five handshakes, a wake-up answered at its third.
+    // The passes: two failed launches, a launch with five handshakes, and a wake-up
+    // with a reply to its third event.
     EXPECT_EQ(platform.sleeps.size(), 3u);
     EXPECT_EQ(console, "");
 }

@@ -1,4 +1,4 @@
-// What the trace says about the way to the server and about attempts that failed. The platform is a double.
+// Tests the trace of connections to the server and of failed attempts. The platform is a double.
 #include <memory>
 #include <string>
 #include <vector>
@@ -122,7 +122,8 @@ TEST_F(ConnectionTraceTest, FailedAttempt_IsNotedUntilALaterOneSucceeds) {
     EXPECT_EQ(notes.failedStep(), "");
 }
 
-// Each connection needs a second handshake: its first one still meets the server that is about to end.
+// Each connection needs a second handshake, because the first one still reaches
+// the server that is about to end.
 TEST_F(ConnectionTraceTest, ServerThatIsGoneInEveryAttempt_LeavesTheLastAttemptInTheNotes) {
     install();
     platform.processes = {"Merrowd"};

@@ -24,7 +24,7 @@ void DeletionWatch::add(const void* object) {
 }
 
 void DeletionWatch::notice(const void* block) noexcept {
-    // Forgetting an address deletes, too: the node that held it, which no watch waits for.
+    // Erasing an address also deletes: it frees the set's node. No watch waits for that node.
     for (DeletionWatch* watch = newestWatch; watch != nullptr; watch = watch->next_) {
         const auto found = watch->objects_.find(block);
         if (found == watch->objects_.end()) continue;
@@ -40,7 +40,7 @@ void DeletionWatch::noticeNew(void* block, std::size_t size) {
 
 }  // namespace dovrel::test
 
-// All forms, because a sanitizer brings forms of its own that do not end in ours.
+// All forms are defined, because those of a sanitizer do not call ours.
 namespace {
 
 void* allocate(std::size_t size) noexcept {

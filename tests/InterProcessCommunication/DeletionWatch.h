@@ -1,8 +1,8 @@
 // DeletionWatch: tells whether and how often certain objects were deleted.
 //
-// Programs with this file have every delete of theirs go through it. An address counts from its add on; it is
-// forgotten with its first deletion, because the next object may get the same one. (A second deletion of one
-// object is the sanitizer's to find.) One thread.
+// In programs with this file every delete goes through it. An address is watched from add() until its first
+// deletion, because a later object may get the same address. (Deleting one object twice is left to the
+// sanitizer.) For a single thread only.
 #pragma once
 
 #include <cstddef>
@@ -19,17 +19,17 @@ class DeletionWatch {
 
     void add(const void* object);
 
-    /// From now on every block of this size that new gives is added.
+    /// Adds every block of this size that operator new returns from now on.
     void addAllOfSize(std::size_t size) { sizeToAdd_ = size; }
 
-    /// Objects that were added and deleted since.
+    /// Returns how many added objects have been deleted.
     int deletions() const { return deletions_; }
-    /// Objects that were added and still live.
+    /// Returns how many added objects still exist.
     int living() const { return static_cast<int>(objects_.size()); }
 
-    /// For the operators: called with every block that is about to be released.
+    /// Called by operator delete with every block that is about to be freed.
     static void notice(const void* block) noexcept;
-    /// The same with every block that new gives.
+    /// Called by operator new with every block that it is about to return.
     static void noticeNew(void* block, std::size_t size);
 
   private:

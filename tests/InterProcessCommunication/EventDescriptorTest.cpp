@@ -10,7 +10,7 @@ namespace {
 TEST(EventDescriptor, New_IsNull) {
     EventDescriptor descriptor;
     EXPECT_EQ(descriptor.get()->descriptorType, DescType{typeNull});
-    // A copy, because a descriptor is packed and its member cannot be referred to.
+    // A copy, because a descriptor is packed, and a reference cannot bind to a packed member.
     const AEDataStorage data = descriptor.get()->dataHandle;
     EXPECT_EQ(data, nullptr);
 }

@@ -1,4 +1,4 @@
-// Bringing the server up, forgetting the connection, and who the client is.
+// Finding and launching the server, dropping the connection, and the client's identity.
 #include <cstring>
 
 #include "client/exceptions/ExceptionTypeCodes.h"

@@ -1,4 +1,5 @@
-// The platform's forwarder with an installed server in a root of its own, whose events PlatformDouble sees.
+// The platform's forwarder with an installed server in its own system root.
+// PlatformDouble receives its events.
 #pragma once
 
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"

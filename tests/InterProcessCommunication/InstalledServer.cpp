@@ -40,7 +40,7 @@ constexpr char kInfo[] =
 </plist>
 )";
 
-// What is left of a process until its parent has taken notice does not count.
+// A zombie (ended, but not yet waited for by its parent) does not count.
 bool lives(pid_t process) {
     std::ifstream file("/proc/" + std::to_string(process) + "/stat");
     std::string stat;
@@ -72,7 +72,7 @@ InstalledServer::InstalledServer() {
     setenv("HOME", root_.path("home").c_str(), 1);
     root_.write("home/.keep", "");
     root_.write("Library/Application Support/.keep", "");
-    // With a folder /tmp of its own, the root keeps its endpoints to itself.
+    // The root has its own /tmp, so that its endpoints are not visible to other roots.
     for (const char* folder : {"run", "tmp"}) {
         fs::create_directory(root_.path(folder));
         fs::permissions(root_.path(folder), fs::perms::owner_all);

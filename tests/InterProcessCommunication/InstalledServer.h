@@ -1,5 +1,5 @@
-// InstalledServer: an installation of its own with the small server of these tests in it, and whatever has to
-// be ended of it afterwards.
+// InstalledServer: a separate installation with the small server of these tests. It ends
+// everything that was started from there.
 #pragma once
 
 #include <sys/types.h>
@@ -11,31 +11,31 @@
 
 namespace dovrel::test {
 
-/// Puts the system root, the sockets and the home folder of this process into a temporary folder for its
-/// lifetime, ends every process that was started from there, and removes the folder.
+/// Moves the system root, the sockets and the home folder of this process to a temporary folder. The
+/// destructor ends every process that was started from there and removes the folder.
 class InstalledServer {
   public:
-    /// Nothing is installed at first.
+    /// At first nothing is installed.
     InstalledServer();
     InstalledServer(const InstalledServer&) = delete;
     InstalledServer& operator=(const InstalledServer&) = delete;
     ~InstalledServer();
 
-    /// Installs the server; `behaviour` as SmallServer.cpp has it.
+    /// Installs the server; SmallServer.cpp describes the values of `behaviour`.
     void install(const std::string& behaviour = "");
 
-    /// Another program with the server's code beside the server; its path.
+    /// Installs another program with the server's code next to the server; returns its path.
     std::string installProgram(const std::string& name);
 
-    /// The lines of the server's log.
+    /// Returns the lines of the server's log.
     std::vector<std::string> log() const;
     int countOfLog(const std::string& beginning) const;
 
-    /// The processes that the server has been, from its log.
+    /// Returns the processes in which the server has run, from its log.
     std::vector<pid_t> processes() const;
-    /// Ends the newest and waits until it is gone.
+    /// Kills the newest of these processes and waits until it is gone.
     void killServer() const;
-    /// Whether the newest ends within ten seconds.
+    /// Returns true if the newest of these processes ends within ten seconds.
     bool serverEnds() const;
 
     const TemporaryFolder& root() const { return root_; }

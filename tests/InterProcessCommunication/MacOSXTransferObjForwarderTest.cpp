@@ -22,8 +22,8 @@ using test::kCommunicationError;
 
 class MacOSXTransferObjForwarderTest : public test::ForwarderFixture {
   protected:
-    // Handshakes are answered; the nth data event ends with the nth result, later ones with the last, and
-    // answers with the bytes of kAnswer on success.
+    // Replies to every handshake. The nth data event ends with the nth result, and later ones with the last
+    // result. On success the reply contains the bytes of kAnswer.
     void dataEventsEndWith(const std::vector<OSErr>& results) {
         platform.server = [this, results](const SentEvent& event, AppleEvent* reply) {
             if (event.eventID != 'data') return PlatformDouble::answerWith(reply, "awake");
@@ -76,7 +76,7 @@ TEST_F(MacOSXTransferObjForwarderTest, Forward_SentTwentyTimesInVain_GivesTheLas
         ASSERT_NE(reply, nullptr);
         EXPECT_EQ(reply->bytes().getSize(), 0u);
         EXPECT_EQ(countOfSent('data'), 20);
-        // A reconnection after each attempt, the last one, too.
+        // There is a reconnection after each attempt, including the last one.
         EXPECT_EQ(platform.folderLookups, 20);
         EXPECT_EQ(countOfSent('waCl'), 20);
     }

@@ -1,6 +1,6 @@
-// Every request for memory fails once, one after the other: the operation then ends in an exception with its
-// outputs untouched, or does what it is for all the same. That nothing leaks and nothing is freed twice is
-// the sanitizers' part.
+// Makes each allocation fail once, one after the other. The operation then either throws and
+// leaves its outputs untouched, or succeeds anyway. The sanitizers check that nothing leaks
+// and that nothing is freed twice.
 #include <algorithm>
 #include <new>
 
@@ -30,8 +30,8 @@ class OutOfMemoryTest : public test::ChannelFixture {
         trader.setForwarder(&forwarder);
     }
 
-    // Runs `operation` with its first request for memory failing, its second, and so on until it needs no
-    // more. It answers whether it has done what it is for; where it throws, `expectUntouched` follows.
+    // Runs `operation` with its first allocation failing, then its second, and so on until none fails. The
+    // operation returns true if it succeeded. After each run that throws, `expectUntouched` is called.
     template <class Operation, class Check>
     void failEachRequest(Operation operation, Check expectUntouched) {
         Outcome outcome = Outcome::done;
@@ -102,7 +102,7 @@ TEST_F(OutOfMemoryTest, InstantiateObject_EndsInAnExceptionOrHandsTheObjectOut) 
                 return trader.instantiateObject(5, classId, kNoExecuter, created, message) &&
                        created.compare(objectId) == 0 && message.text == "message";
             } catch (...) {
-                // Checked here, because the outputs end with this call.
+                // Checked here, because the outputs are local to this function.
                 EXPECT_EQ(created.getSize(), 0u);
                 EXPECT_EQ(message.flags, 0u);
                 throw;
@@ -200,7 +200,7 @@ TEST_F(OutOfMemoryTest, TransferPack_HoldsAllThatItReportsOrIsNotMade) {
 TEST_F(OutOfMemoryTest, CopiesOfTransferObjects_AreCompleteOrEndInAnException) {
     POSTransferObj object(1, 10, 14);
     const CPPByteArray wire = object.bytes();
-    // Arrays of the same size, so that only their content tells whether it was replaced.
+    // Arrays of the same size, so that only the content shows whether an array was replaced.
     const CPPByteArray other = test::plainArray(wire.getSize());
     failEachRequest(
         [&] {

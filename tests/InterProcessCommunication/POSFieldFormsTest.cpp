@@ -22,7 +22,7 @@ POSServerMessage messageOf(const std::string& hexData) {
     return readServerMessage(object, 120);
 }
 
-// The wire form of a field that is written behind the header fields.
+// Returns the wire form of a field that is written after the header fields.
 std::string wireFormOf(const StructuredPart& field) {
     const std::string header = hexOf(POSTransferObj(1, 10, 14).bytes());
     const std::string all = hexOf(POSTransferObj(1, 10, 14, field).bytes());

@@ -23,7 +23,7 @@ std::string withHeader(const std::string& parts) {
     return std::string(kHeader) + " " + parts;
 }
 
-// An object as it was received.
+// Fills the object as if these parts had been received.
 void receive(POSTransferObj& object, const std::string& parts) {
     object.copyBytesFrom(arrayOfHex(withHeader(parts)));
 }

@@ -1,4 +1,4 @@
-// What the trader notes about failures for the error log.
+// Tests the notes that the trader makes about failures for the error log.
 #include "client/exceptions/CPPException.h"
 #include "platform/trace/FailureNotes.h"
 #include "tests/InterProcessCommunication/TraderFixture.h"
@@ -13,7 +13,7 @@ using test::uint32Part;
 
 class POSTransferObjTraderNotesTest : public test::TraderFixture {
   protected:
-    /// Runs the operation whatever becomes of it.
+    /// Runs the operation and ignores its result.
     void run(const Operation& operation) {
         test::Outputs results;
         try {

@@ -1,4 +1,4 @@
-// What the trader refuses to send, and what it does where it cannot.
+// Tests requests that the trader refuses to send, and its behaviour when it cannot send.
 #include <functional>
 #include <vector>
 
@@ -58,7 +58,7 @@ TEST_F(POSTransferObjTraderRefusalTest,
        ExecuteCommand_WithLengthsWhoseSumIsNoLength_FailsBeforeAnythingIsSent) {
     const uint8_t command[] = {'p', 'i', 'n', 'g'};
     const uint8_t argument[] = {0};
-    // The sum is 2^32 + 3; neither length alone is more than the field may have.
+    // The sum of the lengths is 2^32 + 3. Each length alone is within the limit of its field.
     expectFailure<StructuredWriteFailedException>(
         [&] {
             trader.executeCommand(5, command, 4, argument, 0xFFFFFFFF, &outputs.block, &outputs.blockLength);

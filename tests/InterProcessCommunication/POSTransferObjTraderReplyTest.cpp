@@ -1,5 +1,5 @@
-// What the trader makes of answers that are not normal ones. The fixture checks that every answer is
-// released; a second release of one is found by the address sanitizer.
+// How the trader handles replies that are not normal ones. The fixture checks that every reply is deleted;
+// the address sanitizer finds a reply that is deleted twice.
 #include <typeinfo>
 
 #include "InterProcessCommunication/POSCommands.h"
@@ -24,8 +24,8 @@ using test::uint32Part;
 
 class POSTransferObjTraderReplyTest : public test::TraderFixture {
   protected:
-    // The class of the exception that the operation throws, null for none; the outputs must not have been
-    // touched.
+    // Expects that the operation throws exactly this class with this message,
+    // and leaves its outputs untouched.
     void expectFailureOf(const Operation& operation, const std::type_info& type, const char* message) {
         SCOPED_TRACE(operation.name);
         Outputs untouched;

@@ -1,5 +1,5 @@
-// What the trader sends, and what it makes of normal answers. (POSTransferObjTraderReplyTest has all other
-// answers.)
+// Tests the trader's requests, and how it handles normal replies.
+// (POSTransferObjTraderReplyTest covers all other replies.)
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 
 #include <type_traits>
@@ -25,7 +25,7 @@ static_assert(std::has_virtual_destructor_v<POSTransferObjTrader>);
 
 class POSTransferObjTraderTest : public test::TraderFixture {};
 
-// The block's header and the header fields of a request with this command.
+// Returns the block's header and the header fields of a request with this command.
 std::string requestHeader(const std::string& commandByte) {
     return "41 73 41 6B 00 01 00 00 00 09 "
            "00 00 00 00 00 00 00 04 01 00 00 00 "

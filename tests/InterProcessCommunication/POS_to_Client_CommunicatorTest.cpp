@@ -18,7 +18,7 @@ std::string wireFormOf(const POSTransferObj& object) {
 
 class POS_to_Client_CommunicatorTest : public testing::Test {
   protected:
-    /// The result for an event with this direct parameter.
+    /// Returns the result for an event with this direct parameter.
     int32_t receive(const std::optional<std::string>& directParameter) {
         const POS_to_Client_Communicator communicator;
         EventDescriptor event;

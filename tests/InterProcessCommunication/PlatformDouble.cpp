@@ -68,7 +68,7 @@ SentEvent describe(const AppleEvent* event, AESendMode mode, long timeOutTicks) 
     return sent;
 }
 
-// The kernel's records for these names.
+// Fills the block with the kernel's records for processes with these names.
 int answerQuery(const std::vector<std::string>& names, void* block, size_t* length) {
     const size_t needed = names.size() * sizeof(kinfo_proc);
     if (block == nullptr) {

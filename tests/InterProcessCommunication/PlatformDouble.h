@@ -1,7 +1,7 @@
-// PlatformDouble: stands between the channel and the platform's calls, notes what is asked of the platform,
-// and answers in its place where a test says so. Calls for which nothing is set go to the platform.
+// PlatformDouble: receives the channel's calls of the platform. It records them, and returns a result of its
+// own if a test has set one. Otherwise the call goes to the platform.
 //
-// The linker leads the calls here (--wrap). One double at a time, one thread.
+// The linker redirects the calls (--wrap). Only one double at a time, and only one thread.
 #pragma once
 
 #include <Carbon/Carbon.h>
@@ -19,7 +19,7 @@ namespace dovrel::test {
 struct SentEvent {
     AEEventClass eventClass = 0;
     AEEventID eventID = 0;
-    std::optional<std::string> directParameter;  ///< of the type 'TEXT'; none when there is no such parameter
+    std::optional<std::string> directParameter;  ///< type 'TEXT'; nullopt if there is no such parameter
     AESendMode mode = 0;
     AESendPriority priority = -1;
     long timeOutTicks = 0;
@@ -27,7 +27,7 @@ struct SentEvent {
     bool wantsReply = false;
 };
 
-/// An event as it was made.
+/// The arguments with which an event was created.
 struct CreatedEvent {
     AEEventClass eventClass = 0;
     AEEventID eventID = 0;
@@ -37,12 +37,12 @@ struct CreatedEvent {
     AETransactionID transactionID = -1;
 };
 
-/// A launch as it was asked for.
+/// The arguments of a launch.
 struct Launch {
     std::string path;
     LSLaunchFlags flags = 0;
     bool hasOtherFields =
-        false;  ///< items, parameters, an asynchronous reference, or a place for the launched URL
+        false;  ///< items, parameters, an asynchronous reference, or an output for the launched URL
 };
 
 class PlatformDouble {
@@ -52,13 +52,14 @@ class PlatformDouble {
     PlatformDouble& operator=(const PlatformDouble&) = delete;
     ~PlatformDouble();
 
-    /// What answers a sent event: the result of the send; on success it fills the reply (see answerWith).
+    /// Handles a sent event. Its result is the result of the send; on success it
+    /// fills the reply (see answerWith).
     using Server = std::function<OSErr(const SentEvent&, AppleEvent* reply)>;
     Server server;
-    /// Fills a reply with this direct parameter; with none for nullopt. Answers noErr.
+    /// Fills a reply with this direct parameter, or without one for nullopt. Returns noErr.
     static OSErr answerWith(AppleEvent* reply, const std::optional<std::string>& directParameter);
 
-    // Results that are given instead of calling the platform.
+    // Results that are returned instead of calling the platform.
     std::optional<OSErr> createEventResult;
     std::optional<OSErr> putResult;
     std::optional<OSErr> secondGetResult;
@@ -71,19 +72,19 @@ class PlatformDouble {
 
     /// The kernel's process table: the short names of its processes.
     std::optional<std::vector<std::string>> processes;
-    /// Replaces single process queries: the error number of the nth, 0 to let it pass.
+    /// Error numbers of single process queries, by the number of the query. 0 passes the query on.
     std::map<int, int> queryErrors;
-    /// Called before each query, with its number from 1.
+    /// Called before each query with its number; the first query is 1.
     std::function<void(int)> beforeQuery;
 
-    // What was asked for.
+    // The recorded calls.
     std::vector<CreatedEvent> created;
     std::vector<SentEvent> sent;
     std::vector<Launch> launches;
     std::vector<unsigned> sleeps;  ///< microseconds
     int folderLookups = 0;
     int queries = 0;
-    /// Descriptors made by the platform and not yet disposed of.
+    /// Descriptors that the platform created and that have not been disposed of yet.
     int livingDescriptors = 0;
 };
 

@@ -1,4 +1,4 @@
-// PreparedForwarder: a carrier that notes what it is asked for and answers what a test has prepared.
+// PreparedForwarder: a forwarder that records its calls and returns the replies that a test has prepared.
 #pragma once
 
 #include <deque>
@@ -21,21 +21,21 @@ class PreparedForwarder : public POSTransferObjForwarder {
     void CheckConnection() override;
     CPPByteArray GetClientProcessID() override;
 
-    /// The next request is answered with these bytes, or with these parts behind the block's header
-    /// (hexadecimal).
+    /// Both set the reply to the next request: these bytes, or the block's header and these parts
+    /// (in hexadecimal).
     void answerBytes(const CPPByteArray& bytes);
     void answerParts(const std::string& parts);
-    /// The next request throws a POSException with this text.
+    /// Makes the next request throw a POSException with this text.
     void throwAtRequest(const char* text);
-    /// ConnectToPOS throws a POSException with this text.
+    /// Makes ConnectToPOS throw a POSException with this text.
     void throwAtConnect(const char* text) { connectFailure_ = text; }
 
-    /// "connect 10", "check", "identify" and "forward", in the order of the calls.
+    /// Returns "connect 10", "check", "identify" and "forward" in the order of the calls.
     const std::vector<std::string>& calls() const { return calls_; }
-    /// The wire forms of the requests.
+    /// Returns the wire forms of the requests.
     const std::vector<CPPByteArray>& requests() const { return requests_; }
 
-    /// Answers that were handed out and deleted since; those that still live.
+    /// Count the replies that the caller has deleted, and those that still exist.
     int releasedAnswers() const { return answers_.deletions(); }
     int livingAnswers() const { return answers_.living(); }
 
@@ -47,16 +47,16 @@ class PreparedForwarder : public POSTransferObjForwarder {
     DeletionWatch answers_;
 };
 
-/// The bytes 10 to 17, which stand for the caller's process.
+/// The bytes 10 to 17, which represent the caller's process.
 extern const char* const kProcessIdentity;
 
-/// The parts of a normal answer's header (kind 1, message kind 11).
+/// The parts of a normal reply's header (kind 1, message kind 11).
 extern const char* const kNormalAnswer;
 
-/// The parts of an answer with this error code and text.
+/// Returns the parts of a reply with this error code and text.
 std::string exceptionAnswer(uint32_t code, const std::string& text);
 
-/// The part of this number with these data, in hexadecimal.
+/// Returns the part with this number and data, in hexadecimal.
 std::string part(uint32_t number, const std::string& hexData);
 std::string uint32Part(uint32_t number, uint32_t value);
 

@@ -1,4 +1,4 @@
-// The channel, the discovery and the forwarder against a real server process, launched by the library itself.
+// The channel, the discovery and the forwarder with a real server process that the library launches itself.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <spawn.h>
@@ -28,15 +28,15 @@ using test::kCommunicationError;
 
 class ServerProcessTest : public testing::Test {
   protected:
-    // Sends a request with this argument and gives the answer's bytes, which a well-behaved server makes the
-    // request's.
+    // Sends a request with this argument and returns the reply. A well-behaved server
+    // returns the bytes of the request.
     std::unique_ptr<POSTransferObj> forward(const std::string& argument) {
         POSTransferObj request(1, 10, 14);
         request.writeString(110, argument);
         return std::unique_ptr<POSTransferObj>(forwarder.ForwardTransferObj(request));
     }
 
-    // The text of the POSException that an exchange ends in.
+    // Returns the text of the POSException that an exchange throws.
     std::string failureOfForward() {
         try {
             forward("request");
@@ -86,7 +86,7 @@ TEST_F(ServerProcessTest, ProcessWhoseNameMerelyBeginsLikeTheServers_DoesNotCoun
     pid_t process = 0;
     char* const arguments[] = {const_cast<char*>(program.c_str()), nullptr};
     ASSERT_EQ(posix_spawn(&process, program.c_str(), nullptr, nullptr, arguments, environ), 0);
-    // From its first line of the log on the installation ends it, whatever happens here.
+    // Once the program has written its first log line, the installation ends it even if the test fails.
     EXPECT_TRUE(test::waitUntil([this] { return server.countOfLog("start") == 1; }));
     EXPECT_FALSE(IsServerRunning());
     kill(process, SIGKILL);

@@ -1,4 +1,4 @@
-// A server that is installed and launched, but never answers: the fifty seconds of ten handshakes, in full.
+// A server that is installed and launched, but never replies. The test waits for all ten handshakes (50 s).
 #include <gtest/gtest.h>
 
 #include <chrono>

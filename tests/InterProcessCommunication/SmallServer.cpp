@@ -1,11 +1,15 @@
-// The server process of these tests: just enough of one to be launched, woken and spoken to, and to
-// misbehave.
+// The server process of these tests. It does only what is needed to be launched,
+// woken and called, and to misbehave.
 //
-// It stands as Contents/MacOS/Merrowd in an application bundle. The file Contents/behaviour says what it
-// does: a line "wake=" or "data=" with one word each. The file Contents/log gets a line for each event.
-//   answer   the handshake's text, or the request's bytes, come back     nothing  no direct parameter
-//   empty    an empty direct parameter                                   silent   no answer
-//   die      the process ends at once; "die-once": only the first one    no-handler (data only)
+// It is installed as Contents/MacOS/Merrowd in an application bundle. The file Contents/behaviour configures
+// it with lines "wake=" or "data=", each followed by one of the words below. The server writes a line to
+// Contents/log for each event.
+//   answer      replies with the handshake's text, or with the request's bytes
+//   nothing     replies without a direct parameter
+//   empty       replies with an empty direct parameter
+//   silent      does not reply
+//   die         ends the process at once; "die-once" does so only in the first process
+//   no-handler  has no handler (data only)
 #include <Carbon/Carbon.h>
 #include <fcntl.h>
 #include <unistd.h>
@@ -18,7 +22,7 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/POS_to_Client_Communicator.h"
 
-// The 64-bit headers of the platform do not declare the loop, but the call is there.
+// The platform's 64-bit headers do not declare this function, but the platform has it.
 extern "C" void RunApplicationEventLoop(void);
 
 namespace {
@@ -36,7 +40,7 @@ std::string behaviour(const std::string& event) {
     return "answer";
 }
 
-// One write per line, so that a reader never sees half of one.
+// Each line is one write, so that a reader never sees half a line.
 void log(const std::string& text) {
     const int file =
         open((contentsFolder() / "log").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);

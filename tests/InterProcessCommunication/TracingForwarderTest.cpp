@@ -19,7 +19,7 @@ namespace {
 
 using test::kNormalAnswer;
 
-/// A line without its time, which is the last word but one, wherever it stands: "123 us" becomes "# us".
+/// Replaces the time in a line, wherever it is: "123 us" becomes "# us".
 std::string withoutTime(std::string line) {
     const size_t end = line.find(" us");
     if (end == std::string::npos) return line;
@@ -30,7 +30,7 @@ std::string withoutTime(std::string line) {
 
 class TracingForwarderTest : public testing::Test {
   protected:
-    /// A forwarder behind a trace; `prepared` is the one that it stands in front of.
+    /// Returns a forwarder that traces and passes everything on to `prepared`.
     std::unique_ptr<TracingForwarder> traced(const std::string& areas) {
         auto inner = std::make_unique<test::PreparedForwarder>();
         prepared = inner.get();
@@ -44,7 +44,7 @@ class TracingForwarderTest : public testing::Test {
         return found;
     }
 
-    /// A request for an object's deletion.
+    /// Returns a request to delete an object.
     static std::unique_ptr<POSTransferObj> newRequest() {
         auto request = std::make_unique<POSTransferObj>(1, 10, 13);
         request->writeUInt32(103, 65537);

@@ -1,5 +1,5 @@
-// TraderFixture: a trader over a scripted forwarder, and every operation of it as a case that a test can run
-// with outputs of which it knows whether they were touched.
+// TraderFixture: a trader over a scripted forwarder, and every operation of the trader as a case. The outputs
+// of a case show whether the operation changed them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@
 
 namespace dovrel::test {
 
-/// Outputs of all operations, filled with values that no operation hands out.
+/// The outputs of all operations, filled with values that no operation returns.
 struct Outputs {
     static constexpr uint32_t kUntouchedNumber = 0xDEADBEEF;
 
@@ -49,10 +49,10 @@ struct Outputs {
 /// One operation of the trader.
 struct Operation {
     const char* name;
-    /// The parts behind the header that its normal answer needs; for a registration those of the last answer.
+    /// The parts after the header that a normal reply needs; for a registration those of the last reply.
     std::string replyParts;
     std::function<bool(POSTransferObjTrader&, Outputs&)> run;
-    /// Whether the handshake and the version check come before it.
+    /// True if the handshake and the version check come before the operation.
     bool registers = false;
 };
 
@@ -60,17 +60,17 @@ class TraderFixture : public testing::Test {
   protected:
     TraderFixture() { trader.setForwarder(&forwarder); }
 
-    /// Every answer that was handed to the trader was deleted exactly once.
+    /// Fails the test unless every reply that the trader received was deleted.
     ~TraderFixture() override { EXPECT_EQ(forwarder.livingAnswers(), 0); }
 
     static const std::vector<Operation>& operations();
 
-    /// Prepares what has to be answered before the operation's own exchange.
+    /// Prepares the replies that are needed before the operation's own exchange.
     void prepare(const Operation& operation) {
         if (operation.registers) forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
     }
 
-    /// The hexadecimal wire form of the request with this number.
+    /// Returns the hexadecimal wire form of the request with this number.
     std::string request(size_t index) const { return hexOf(forwarder.requests().at(index)); }
 
     const CPPClassID classId{arrayOf("ABCDEFGHIJKLMNOP")};

@@ -10,7 +10,7 @@ namespace {
 
 using test::arrayOf;
 
-/// A request of command 14 with this argument.
+/// Returns a request of command 14 with this argument.
 CPPByteArray callRequest(const std::string& argument) {
     POSTransferObj request(1, 10, 14);
     request.writeUInt32(103, 65537);

@@ -12,15 +12,15 @@ namespace {
 
 using test::arrayOf;
 
-// A record in which every byte is the low part of its offset, but for the sizes and the tokens.
+// Returns a record in which every byte is the low part of its offset, except for the sizes and the tokens.
 std::string record() {
     std::string bytes;
     for (int i = 0; i < 611; ++i)
         bytes.push_back(static_cast<char>(i));
     bytes[14] = 3;  // three bytes of additional data
     bytes[15] = 0;
-    bytes[224] = 3;     // token 1: its length and two of its three bytes are printed
-    bytes[352] = '\0';  // token 2: none
+    bytes[224] = 3;     // token 1: three bytes, of which two are printed
+    bytes[352] = '\0';  // token 2 is empty
     return bytes;
 }
 
@@ -80,7 +80,7 @@ TEST(TransferPack, AdditionalData_BeginAtOffset608) {
     uint16_t size = 0;
     const uint8_t* const data = pack.getAdditionalData(size);
     ASSERT_EQ(size, 3);
-    // 608, 609 and 610 without their higher parts
+    // The low bytes of 608, 609 and 610.
     EXPECT_EQ(std::string(data, data + size), "\x60\x61\x62");
 }
 

@@ -1,4 +1,4 @@
-// TransportTexts: the texts that the transport asks for, in an installation of the test's own.
+// TransportTexts: the texts that the transport uses, in an installation that belongs to the test.
 #pragma once
 
 #include "tests/settings/InstalledTexts.h"
@@ -11,7 +11,7 @@ class TransportTexts {
     static constexpr char kWrongIdentifier[] = "This is no identifier.";
     static constexpr char kCommandTooLong[] = "This is no command.";
 
-    /// Loads them.
+    /// Loads the texts.
     TransportTexts();
 
   private:

@@ -1,4 +1,4 @@
-// The fixed texts of the transport, letter by letter.
+// The fixed texts of the transport, copied character by character.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@ constexpr char kCommunicationError[] =
     "An unknown interapplication communication error occured. In case the problem persists, please close all "
     "applications and restart your computer.";
 
-/// What the console says when the server is not installed.
+/// The console output if the server is not installed.
 constexpr char kNotFoundBlock[] =
     " \n"
     "============================================= \n"
@@ -22,7 +22,7 @@ constexpr char kNotFoundBlock[] =
     "============================================= \n"
     " \n";
 
-/// What the console says when the server could not be launched or woken.
+/// Returns the console output if the server could not be launched or woken.
 inline std::string launchFailureBlock(const std::string& error) {
     return " \n"
            "=============================================== \n"

@@ -1,4 +1,4 @@
-// AccessClientFixture: a client's registry over a scripted carrier.
+// AccessClientFixture: a client's registry over a scripted forwarder.
 #pragma once
 
 #include <functional>
@@ -41,7 +41,7 @@ class AccessClientFixture : public SystemRootTest {
                                   length, &result_, &resultLength_, message_);
     }
 
-    /// The message of the failure that the work throws; "" when it throws none of the family.
+    /// Returns the message of the library's exception that the work throws; "" if it throws none.
     static std::string failureOf(const std::function<bool()>& work) {
         const Attempt result = attempt(work);
         return result.failure && result.failure->getMessage() != nullptr ? result.failure->getMessage() : "";

@@ -1,5 +1,5 @@
-// The built bundle as a host meets it: this program knows its path and the list of functions, nothing else of
-// the build.
+// The built bundle as a host sees it. This program knows only the bundle's
+// path and the list of its functions.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
@@ -45,7 +45,7 @@ std::set<std::string> linesOf(const std::string& text) {
     return lines;
 }
 
-/// Loads the bundle with a system root of its own, so that no installed server is found.
+/// Loads the bundle with its own system root, so that no installed server is found.
 class BundleTest : public testing::Test {
   protected:
     BundleTest() {

@@ -15,7 +15,7 @@ constexpr int kRounds = 60;
 
 class ConcurrencyTest : public test::SessionTest {
   protected:
-    /// Counts who is inside the guarded part at the same time.
+    /// Counts the threads that are inside the guarded part at the same time.
     void enter() {
         if (inside_.fetch_add(1) != 0) overlaps_.fetch_add(1);
         std::this_thread::yield();
@@ -103,7 +103,7 @@ TEST_F(ConcurrencyTest, OpenAlert_KeepsOtherOperationsWaiting) {
             posUnregisterApplication(1);
             otherReturned = true;
         });
-        // The second one that asks for the lock is the other thread.
+        // The second wait for the lock is that of the other thread.
         EXPECT_TRUE(test::waitUntil([&use] { return use.waits().size() == 2; }));
         EXPECT_EQ(use.unlocks(), 0);
         EXPECT_FALSE(otherReturned);

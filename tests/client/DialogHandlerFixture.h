@@ -1,4 +1,4 @@
-// DialogHandlerFixture: the frame of the operations over a scripted carrier and a scripted alert.
+// DialogHandlerFixture: the frame of the operations over a scripted forwarder and a scripted alert.
 #pragma once
 
 #include <functional>
@@ -36,7 +36,7 @@ class DialogHandlerFixture : public SystemRootTest {
         return applicationId;
     }
 
-    /// Runs work that fails as long as `failures` lasts, and counts its runs.
+    /// Runs work that throws in its first `failures` runs, and counts the runs.
     bool runFailing(int failures, const std::function<CPPException*()>& make) {
         return handler_.run(0, [&]() -> bool {
             if (++runs_ <= failures) throw make();

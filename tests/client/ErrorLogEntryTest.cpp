@@ -1,4 +1,4 @@
-// What the file says.
+// The content of the error log.
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "platform/SystemException.h"
 #include "settings/LogFileReader.h"

@@ -1,4 +1,4 @@
-// ErrorLogFixture: an error log in a system root of the test's own, with a fixed time.
+// ErrorLogFixture: an error log in a system root that belongs to the test, with a fixed time.
 #pragma once
 
 #include <unistd.h>
@@ -36,7 +36,7 @@ class ErrorLogFixture : public SystemRootTest {
         log_.append(application, report, notes_);
     }
 
-    /// The entries of the log's failures.
+    /// Returns the log's failure entries.
     std::vector<Properties> failures() const {
         std::vector<Properties> sections = ConfigFileSystem::readSections(content(), "TIME");
         sections.erase(sections.begin());

@@ -1,4 +1,4 @@
-// The rules of the file: its size, its owner, and what must not disturb it.
+// The error log's size, its owner, and the obstacles that it must survive.
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -74,9 +74,9 @@ TEST_F(ErrorLogTest, LogThatCannotBeWritten_IsGivenUpSilently) {
     ASSERT_EQ(unlink(logPath().c_str()), 0);
     ASSERT_EQ(mkdir(logPath().c_str(), 0700), 0);
     append("Editor", "no driver");
-    // Still a folder, and empty.
+    // rmdir succeeds only if it is still an empty folder.
     ASSERT_EQ(rmdir(logPath().c_str()), 0);
-    // Nobody reads from this pipe: opening or writing it must not block.
+    // No process reads from this pipe. Opening or writing it must not block.
     ASSERT_EQ(mkfifo(logPath().c_str(), 0600), 0);
     append("Editor", "no driver");
     struct stat status = {};
@@ -113,7 +113,7 @@ TEST_F(ErrorLogTest, FullDisk_ForANewLog_LeavesNone) {
     EXPECT_EQ(content(), std::string(kHead) + kEntry);
 }
 
-// Each process has the full log open when it finds it full; only one of them may rename it.
+// All processes have the log open when it is full, but only one of them may rename it.
 TEST_F(ErrorLogTest, FullLogOfSeveralProcesses_IsRenamedOnce) {
     constexpr int kProcesses = 4;
     const std::string older(1024 * 1024 - 10, 'x');
@@ -127,7 +127,7 @@ TEST_F(ErrorLogTest, FullLogOfSeveralProcesses_IsRenamedOnce) {
             if (processes.back() == 0) {
                 char byte = 0;
                 close(start[1]);
-                // Ends for all of them at once, when the parent closes the pipe.
+                // The read ends in all processes at the same time, when the parent closes the pipe.
                 const ssize_t count = read(start[0], &byte, 1);
                 append("Editor", "no driver");
                 _exit(static_cast<int>(count));

@@ -5,7 +5,7 @@
 namespace dovrel {
 namespace {
 
-/// The functions as a host sees them, with the platform's own parts behind them and no server installed.
+/// The exported functions as a host sees them, with the real platform parts and without an installed server.
 class ExportsTest : public test::SystemRootTest {
   protected:
     ~ExportsTest() override {

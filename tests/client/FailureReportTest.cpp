@@ -18,7 +18,7 @@ struct Row {
     const char* name;
     std::function<CPPException*()> make;
     uint32_t typeCode;
-    const char* explanation;  ///< as the fixture's texts have it
+    const char* explanation;  ///< one of the fixture's texts
 };
 
 template <typename Exception>
@@ -42,7 +42,7 @@ const Row kRows[] = {
     {"POSClassPackageNotFound", made<POSClassPackageNotFoundException>, 43, "Stopped."},
     {"POSExecuterReturnedErrorCode", made<POSExecuterReturnedErrorCodeException>, 145, "Stopped."},
     {"POSCommandNotExecuted", made<POSCommandNotExecutedException>, 146, "Stopped."},
-    // Classes that no row of the server's table names are explained like a failure without a kind of its own.
+    // Classes without a row in the server's table get the explanation of an unspecific failure.
     {"StructuredReaderNotInitialized", made<StructuredReaderNotInitializedException>, 2, "Stopped."},
     {"PartNotFound", made<PartNotFoundException>, 3, "Stopped."},
     {"StructuredWriterNotInitialized", made<StructuredWriterNotInitializedException>, 4, "Stopped."},

@@ -1,4 +1,4 @@
-// What the user and the host see of failures of the session's operations.
+// Tests the alerts and the results of failed operations of the session.
 #include <functional>
 #include <new>
 

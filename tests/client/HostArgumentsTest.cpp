@@ -13,7 +13,7 @@ using test::Identifier;
 
 class HostArgumentsTest : public test::SystemRootTest {
   protected:
-    /// Whether the work fails with the null-pointer text, as a failure without a kind of its own.
+    /// Returns true if the work fails with the null-pointer text and without a specific class.
     static bool failsForNull(const std::function<void()>& work) {
         const Attempt result = attempt([&] {
             work();

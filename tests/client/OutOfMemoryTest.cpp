@@ -1,6 +1,6 @@
-// Every request for memory fails once, one after the other, and from there on: each exported function then
-// fails with cleared outputs, or does what it is for all the same; the lock is free, the registry as it was,
-// and the next call works. That nothing leaks and nothing is freed twice is the sanitizers' part.
+// Makes each allocation fail once, alone and together with all later ones. Each exported function must then
+// fail with cleared outputs, or succeed anyway. The lock must be free, the registry unchanged, and the next
+// call must work. The sanitizers check that nothing leaks and that nothing is freed twice.
 #include <cstring>
 #include <new>
 
@@ -18,7 +18,7 @@ class ClientOutOfMemoryTest : public test::SessionOperationsTest {
   protected:
     ClientOutOfMemoryTest() { forwarder_->answer(10, test::registration(kApplication)); }
 
-    /// `check(done)` follows each run of `work`, which answers whether it has done what it is for.
+    /// Calls `check(done)` after each run of `work`. `work` returns true if it succeeded.
     template <class Work, class Check>
     static void failEachRequest(const Work& work, const Check& check) {
         bool done = false;
@@ -29,7 +29,7 @@ class ClientOutOfMemoryTest : public test::SessionOperationsTest {
                                 });
     }
 
-    /// For operations of the registered application whose success is `succeeds()`.
+    /// For operations of the registered application. After each success, `succeeds()` checks the outputs.
     template <class Operation, class Succeeds>
     void failEachRequestOf(const Operation& operation, const Succeeds& succeeds) {
         registered("Host");
@@ -178,7 +178,8 @@ TEST_F(ClientOutOfMemoryTest, FailureOfTheServer_StaysAFailureWhoseReportMayBeLo
         [](bool done) { EXPECT_TRUE(done); });
 }
 
-/// Whether the session was opened; what is thrown is running out of memory or a failure of the platform.
+/// Opens the session and returns true; returns false if that throws std::bad_alloc
+/// or an exception of the library.
 bool isOpenedWith(const SessionParts& parts) {
     try {
         openSession(parts);

@@ -1,4 +1,4 @@
-// The operations on objects, commands and information of the client.
+// The client's operations on objects, commands and information.
 #include <cstdlib>
 #include <cstring>
 #include <functional>

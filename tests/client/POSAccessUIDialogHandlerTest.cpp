@@ -123,7 +123,7 @@ TEST_F(POSAccessUIDialogHandlerTest, Run_EachFailureInTheErrorLog_IsAnEntryOfThe
 }
 
 TEST_F(POSAccessUIDialogHandlerTest, SetBundlePath_LoadThatThrows_IsPassedOver) {
-    // No path of the platform is so long, so the place of the texts cannot be told.
+    // This path is longer than the platform allows, so the folder of the texts cannot be determined.
     setenv("POS_SYSTEM_ROOT", ("/" + std::string(8192, 'x')).c_str(), 1);
     const Attempt load = attempt([] {
         MultiLanguageSupport::initialize("");

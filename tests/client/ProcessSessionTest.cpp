@@ -15,7 +15,7 @@ namespace {
 
 using test::ScriptedForwarder;
 
-/// A session that is not opened yet.
+/// A session that is not open yet.
 class ProcessSessionTest : public test::SessionTest {
   protected:
     ProcessSessionTest() { closeSession(); }

@@ -1,4 +1,4 @@
-// The frame at registration: its options, and failures that the user may answer with Retry.
+// The registration's frame: its options, and failures to which the user may respond with Retry.
 #include "settings/ConfigFileSystem.h"
 #include "tests/client/DialogHandlerFixture.h"
 
@@ -59,7 +59,7 @@ TEST_F(RegistrationFrameTest, Options_NullCountsAsNone) {
 }
 
 TEST_F(RegistrationFrameTest, Options_MayLieAtAnyAddress) {
-    alignas(uint16_t) char bytes[] = "?\x50\x04";  // 1104, least significant byte first, behind one byte
+    alignas(uint16_t) char bytes[] = "?\x50\x04";  // 1104, least significant byte first, after one byte
     handler_.readOptions(reinterpret_cast<const uint16_t*>(bytes + 1), 2);
     EXPECT_FALSE(handler_.flags().withoutOption1104);
 }

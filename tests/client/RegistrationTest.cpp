@@ -11,7 +11,7 @@ using test::kRetryCancel;
 using test::reportBody;
 using test::ShownAlert;
 
-// Too long for what a string holds in itself.
+// Long enough that std::string allocates memory for it.
 constexpr char kHostName[] = "A host that keeps its name in a buffer of its own";
 constexpr char kOtherName[] = "What the buffer is used for next";
 

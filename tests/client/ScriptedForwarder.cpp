@@ -73,7 +73,7 @@ Answer error(uint32_t code, const std::string& text) {
 }
 
 ScriptedForwarder::ScriptedForwarder() {
-    // For what the destructor notes, where it may find no memory.
+    // Room for the destructor's entry, because an allocation could fail there.
     calls_->reserve(16);
     answer(10, [this](POSTransferObj& request) { return registration(nextApplicationId_++)(request); });
     answer(11, nothing());

@@ -1,4 +1,4 @@
-// A carrier without a server: answers every request by a script and keeps what it was asked.
+// A forwarder without a server: it replies to every request by a script and records the requests.
 #pragma once
 
 #include <atomic>
@@ -13,10 +13,10 @@
 
 namespace dovrel::test {
 
-/// Makes the answer to a request, or throws what the carrier is to throw.
+/// Makes the reply to a request, or throws the failure of the forwarder.
 using Answer = std::function<std::unique_ptr<POSTransferObj>(POSTransferObj& request)>;
 
-// Answers as the server gives them. A message is a word of flags and a text; "" with flags 0 is none.
+// Replies of the server. A message consists of flags and a text; flags 0 with the text "" is no message.
 Answer interfaceVersion(uint32_t version);
 Answer registration(uint32_t applicationId, uint32_t flags = 0);
 Answer nothing();
@@ -27,16 +27,16 @@ Answer error(uint32_t code, const std::string& text);
 
 class ScriptedForwarder : public POSTransferObjForwarder {
   public:
-    /// Plays a server that accepts everything: applications get the identifiers 1, 2, 3 ..., objects the
-    /// identifier "object", methods and commands the result "result", requests for information the block
-    /// "information".
+    /// Simulates a server that accepts everything. Applications get the identifiers 1, 2, 3 ...,
+    /// objects the identifier "object", methods and commands the result "result", and requests for
+    /// information the block "information".
     ScriptedForwarder();
     ~ScriptedForwarder() override;
 
-    /// From now on the command gets this answer.
+    /// Sets the reply that the command gets from now on.
     void answer(uint32_t command, Answer answer) { always_[command] = std::move(answer); }
 
-    /// The next requests of the command get these answers, one each, before the one that it always gets.
+    /// Sets replies for the next requests of the command, one each. After them the usual reply applies again.
     void answerNext(uint32_t command, std::vector<Answer> answers);
 
     POSTransferObj* ForwardTransferObj(POSTransferObj& request) override;
@@ -44,14 +44,14 @@ class ScriptedForwarder : public POSTransferObjForwarder {
     void CheckConnection() override;
     CPPByteArray GetClientProcessID() override;
 
-    /// Every call in its order: the command's code, "connect <hint>", "check", and "destroyed" if calls are
-    /// watched.
+    /// Returns all calls in order: the command's code, "connect <hint>", "check", and
+    /// "destroyed" if calls are watched.
     const std::vector<std::string>& calls() const { return *calls_; }
     std::shared_ptr<const std::vector<std::string>> watchCalls() const { return calls_; }
     size_t countOf(const std::string& call) const;
     void forgetCalls() { calls_->clear(); }
 
-    /// The requests of the command, rebuilt from their bytes.
+    /// Returns the requests of the command, rebuilt from their bytes.
     std::vector<std::unique_ptr<POSTransferObj>> requests(uint32_t command) const;
     std::unique_ptr<POSTransferObj> lastRequest(uint32_t command) const;
 

@@ -1,4 +1,4 @@
-// An alert without a window: keeps what it was to show and answers by a script.
+// An alert without a window: it records what it should show and returns buttons by a script.
 #pragma once
 
 #include <functional>
@@ -25,7 +25,7 @@ class ScriptedMessageDialog : public MessageDialog {
     using MessageDialog::showAlert;
     int showAlert(const char* title, const char* body, int buttons, int reserved) override;
 
-    /// The next alerts get these answers; when they are used up, the first button is pressed.
+    /// The buttons that are pressed in the next alerts. After the last one, the first button is pressed.
     std::vector<int> answers;
     std::vector<ShownAlert> shown;
     std::function<void()> onShow;

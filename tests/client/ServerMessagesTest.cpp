@@ -1,4 +1,4 @@
-// What reaches the user: the messages of the server, whatever option 1104 says, and in which bytes.
+// Which messages of the server reach the user, with or without option 1104, and in which encoding.
 #include "tests/client/SessionOperationsTest.h"
 
 namespace dovrel {
@@ -69,7 +69,7 @@ TEST_F(ServerMessagesTest, Option1104_HasNoOtherEffectThanBeingSent) {
     EXPECT_FALSE(currentSession()->dialogHandler().flags().withoutOption1104);
 }
 
-// Encodings. The bytes are Mac Roman, and no well-formed UTF-8.
+// Encodings. The bytes are Mac Roman and not valid UTF-8.
 
 TEST_F(ServerMessagesTest, BytesOutsideAscii_PassUnchangedToTheServerTheAlertsAndTheLog) {
     const std::string name = "\x80\x8A\xD2\xFF";

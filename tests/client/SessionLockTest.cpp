@@ -11,7 +11,7 @@ constexpr int32_t kForever = -1;
 
 class SessionLockTest : public test::SessionOperationsTest {
   protected:
-    /// The session gets a lock of this class.
+    /// Makes the session use a lock of this class.
     template <class Lock>
     void openAnewWith() {
         closeSession();
@@ -19,7 +19,7 @@ class SessionLockTest : public test::SessionOperationsTest {
         openSession(parts_);
     }
 
-    /// Every operation, for the application with the identifier 1.
+    /// Returns every operation, for the application with the identifier 1.
     std::vector<std::function<uint32_t()>> operations() {
         return {
             [this] { return registerHost(&applicationId_); },

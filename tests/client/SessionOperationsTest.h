@@ -1,4 +1,4 @@
-// SessionOperationsTest: a session whose operations a test calls by one word each.
+// SessionOperationsTest: a session with a short function for each operation.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace dovrel::test {
 
-/// Calls each operation with arguments that are all in order; the outputs hold rubbish before.
+/// Calls each operation with valid arguments. The outputs contain garbage before the call.
 class SessionOperationsTest : public SessionTest {
   protected:
     uint32_t registerHost(uint32_t* applicationId) {
@@ -38,7 +38,7 @@ class SessionOperationsTest : public SessionTest {
         resultLength_ = 77;
     }
 
-    /// Whether the operation released the lock: another one goes through.
+    /// Returns true if the operation released the lock, so that another operation does not block.
     bool isUnlocked() {
         uint8_t* info = nullptr;
         int32_t length = 0;

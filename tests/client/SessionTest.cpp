@@ -45,7 +45,7 @@ SystemRootTest::SystemRootTest() {
     for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG", "DISPLAY", "WAYLAND_DISPLAY"})
         unsetenv(variable);
     root_.write(kTexts, kTextsContent);
-    // The platform has this folder; the library makes its own in there.
+    // The platform provides this folder; the library creates its own folder in it.
     std::filesystem::create_directories(root_.path("Library/Logs"));
     MultiLanguageSupport::initialize("English");
 }

@@ -1,5 +1,5 @@
-// Fixtures for the client: a system root of the test's own with texts in it, and a session over scripted
-// parts.
+// Fixtures for the client: a system root with texts that belongs to the test,
+// and a session over scripted parts.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ namespace dovrel::test {
 constexpr int kOK = 0;
 constexpr int kRetryCancel = 2;
 
-/// The body of the alert that reports a failure, as the texts of SystemRootTest make it.
+/// Returns the body of the alert that reports a failure, made with the texts of SystemRootTest.
 std::string reportBody(const std::string& application, const std::string& message,
                        const std::string& explanation);
 
@@ -33,9 +33,8 @@ class Identifier {
     char bytes_[16] = {};
 };
 
-/// Every test has a system root, a home and texts of its own:
-/// the explanations are "Stopped.", "Driver.", "Object." and "Register."; the other texts are those of the
-/// constants.
+/// Gives every test its own system root, home folder and texts. The explanations are "Stopped.", "Driver.",
+/// "Object." and "Register."; the other texts are the constants below.
 class SystemRootTest : public testing::Test {
   protected:
     static constexpr char kTexts[] =
@@ -60,11 +59,11 @@ class SessionTest : public SystemRootTest {
     SessionTest();
     ~SessionTest() override;
 
-    /// Registers under the name; fails the test when that fails.
+    /// Registers under the name and returns the identifier; fails the test if that fails.
     uint32_t registered(const char* name = "Host", std::vector<uint16_t> options = {},
                         std::vector<std::string> classes = {});
 
-    // The session's own, as long as there is one.
+    // Owned by the session; valid while the session exists.
     ScriptedForwarder* forwarder_ = nullptr;
     ScriptedMessageDialog* dialog_ = nullptr;
     SessionParts parts_;

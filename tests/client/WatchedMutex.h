@@ -1,4 +1,4 @@
-// WatchedMutex: the platform's lock, with a look at how it is used; or one that cannot be had.
+// WatchedMutex: the platform's lock, with a record of its use. BrokenMutex: a lock that is never acquired.
 #pragma once
 
 #include <atomic>
@@ -11,14 +11,14 @@
 
 namespace dovrel::test {
 
-/// What a WatchedMutex saw. Any thread.
+/// The record of a WatchedMutex. Thread-safe.
 class LockUse {
   public:
     void noteWait(int32_t timeoutMilliseconds);
     void noteUnlock() { ++unlocks_; }
     void forget();
 
-    /// The time-outs of all calls of lock, in their order; noted before the lock is waited for.
+    /// Returns the time-outs of all calls of lock, in order. Each is recorded before the lock is waited for.
     std::vector<int32_t> waits() const;
     int unlocks() const { return unlocks_; }
 
@@ -44,7 +44,7 @@ class WatchedMutex : public Mutex {
     std::unique_ptr<Mutex> real_;
 };
 
-/// A lock that the platform cannot give.
+/// A lock that the platform fails to acquire.
 class BrokenMutex : public Mutex {
   public:
     explicit BrokenMutex(LockUse& use) : use_(use) {}

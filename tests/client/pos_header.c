@@ -1,2 +1,2 @@
-/* Holds that the public header is a header of C99 on its own. */
+/* Checks that the public header compiles on its own as C99. */
 #include "dovrel/pos.h"

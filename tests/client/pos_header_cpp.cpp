@@ -1,4 +1,4 @@
-// Holds that the public header is one of C++, too, and that its functions have C's linkage.
+// Checks that the public header also compiles as C++, and that its functions have C linkage.
 #include "dovrel/pos.h"
 
 extern "C" uint32_t InitializePOS(void);

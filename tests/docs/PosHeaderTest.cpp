@@ -1,5 +1,5 @@
-// Statements of include/dovrel/pos.h about sessions, applications, objects and processes that no other test
-// shows.
+// Tests the statements of include/dovrel/pos.h about sessions, applications, objects and
+// processes that no other test checks.
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -18,7 +18,7 @@ class PosHeader : public EndToEnd {
                "\n//misbehaveTimes\nINT:1\n//errorCode\nINT:" + std::to_string(code) + "\n";
     }
 
-    // Runs `use` in a child process; true if the child ended with true.
+    // Runs `use` in a child process; returns true if `use` returned true there.
     template <typename Use>
     static bool holdsInChild(const Use& use) {
         const pid_t child = fork();

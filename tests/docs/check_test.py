@@ -1,4 +1,4 @@
-"""scripts/check on small trees with one fault each, and what scripts/test and scripts/fuzz say of themselves."""
+"""Runs scripts/check on small trees with one fault each, and checks the help of scripts/test and scripts/fuzz."""
 import json
 import re
 import shutil
@@ -28,7 +28,7 @@ class Check(unittest.TestCase):
         place.write_text(text)
 
     def expect(self, name, *faults):
-        """The check finds just these faults, each a pattern for a whole line."""
+        """Expects the check to find exactly these faults. Each is a pattern for a whole line."""
         result = run("scripts/check", "-C", self.tree, name)
         lines = result.stdout.splitlines()
         shown = result.stdout + result.stderr

@@ -1,4 +1,4 @@
-"""docs/decisions.md names tests and code; each of them exists."""
+"""Checks that all tests and code that docs/decisions.md names exist."""
 import re
 import unittest
 from pathlib import Path

@@ -1,4 +1,4 @@
-"""README.md's quick start and scripts/demo in a fresh copy of the source, where everything is built anew."""
+"""Runs README.md's quick start and scripts/demo in a new copy of the source, where everything is built again."""
 import shutil
 
 from quick_start import BUILD_COMMANDS, COMPILE_AND_RUN, HOST, INSTALL, IS_ROOT, QUIT, SOURCES, Installation

@@ -1,6 +1,6 @@
-"""portability/PLATFORM_CALLS.md and portability/DIFFERENCES.md against the headers and sources of portability/.
+"""Compares portability/PLATFORM_CALLS.md and portability/DIFFERENCES.md with the code of portability/.
 
-The paths of the headers, files and tests are read from the rows, so that a folder that moves takes its rows along."""
+The paths of headers, files and tests come from the rows, so that only the rows change if a folder moves."""
 import os
 import re
 import subprocess
@@ -16,7 +16,8 @@ TESTS = SOURCES / "tests/portability"
 CALLS = (PORTABILITY / "PLATFORM_CALLS.md").read_text()
 DIFFERENCES = (PORTABILITY / "DIFFERENCES.md").read_text()
 
-# gcc, because it lists the functions of a translation unit (-aux-info). The definitions are those of cmake/GNUstep.cmake.
+# gcc, because it can list the functions of a translation unit (-aux-info). The
+# definitions match cmake/GNUstep.cmake.
 COMPILER = ["gcc", "-x", "objective-c", "-fsyntax-only", "-w", "-fexceptions", "-fobjc-exceptions",
             "-fconstant-string-class=NSConstantString", "-DGNUSTEP", "-DGNUSTEP_BASE_LIBRARY=1", "-DGNU_GUI_LIBRARY=1",
             "-DGNU_RUNTIME=1", "-D_NATIVE_OBJC_EXCEPTIONS",
@@ -25,7 +26,7 @@ FUNCTION = re.compile(r"^/\* (?P<file>\S+?):\d+:\w+ \*/ .*?(?P<name>\w+) \((?!\*
 MACRO = re.compile(r"^[ \t]*#[ \t]*define[ \t]+(\w+)\(", re.MULTILINE)
 CLASS = re.compile(r"^@interface (\w+)\b(?! *\()", re.MULTILINE)
 METHOD = re.compile(r"^([-+]) *\([^)]*\) *([^;]*);", re.MULTILINE)
-# A class of ours under the platform's name, so that it cannot clash with a class of the host.
+# Our class with an alias for the platform's name, so that it cannot clash with a class of the host.
 ALIAS = re.compile(r"^@compatibility_alias (\w+) (\w+);", re.MULTILINE)
 
 
@@ -34,7 +35,7 @@ def words(path):
 
 
 def declared_functions(folder):
-    """The functions that the headers below a folder declare: name -> header, relative to the folder."""
+    """Returns the functions that the headers below a folder declare: name -> header, relative to the folder."""
     headers = {header: str(header.relative_to(folder)) for header in sorted(folder.rglob("*.h"))}
     includes = "".join(f"#include <{name}>\n" for name in headers.values())
     with tempfile.NamedTemporaryFile("r") as listing:
@@ -48,8 +49,8 @@ def selector(declaration):
 
 
 def declared_methods(folder):
-    """The Objective-C classes that the headers below a folder declare, by the platform's name, and their methods:
-    name -> (header, ["-[name method]", ...])."""
+    """Returns the Objective-C classes that the headers below a folder declare, and their methods:
+    platform's name -> (header, ["-[name method]", ...])."""
     found = {}
     for header in sorted(folder.rglob("*.h")):
         text = header.read_text()
@@ -63,8 +64,8 @@ def declared_methods(folder):
 
 
 def declared_names(page, folder):
-    """The functions, function-like macros and classes that the headers below a folder declare, as above. The methods
-    of a class take its place if the page has a row for any of them."""
+    """Returns the functions, function-like macros and classes that the headers below a folder declare, as above. If the
+    page has a row for any method of a class, the methods replace the class."""
     found = declared_functions(folder)
     for header in sorted(folder.rglob("*.h")):
         found.update(dict.fromkeys(MACRO.findall(header.read_text()), str(header.relative_to(folder))))
@@ -75,7 +76,7 @@ def declared_names(page, folder):
 
 
 def holds(path, row):
-    """Whether the file holds the row's call: all parts of a method's name, else the name, or that of our class."""
+    """Returns true if the file contains the row's call: all parts of a method's name, or the name, or our class's name."""
     if row.call[0] in "-+":
         return words(path) >= set(re.findall(r"\w+", row.call.split()[1]))
     header = HEADERS / row.header
@@ -99,20 +100,20 @@ def rows(page):
 
 
 def groups(page):
-    """(title, first number, last number) of the groups of differences, as the head of the page lists them."""
+    """Returns (title, first number, last number) of each group of differences that the head of the page lists."""
     head = " ".join(page.split("\n## ")[0].split())
     return [(title, int(first), int(last))
             for first, last, title in re.findall(r"(\d+) to (\d+) ([A-Za-z ]+?)[,.]", head)]
 
 
 def numbers(page):
-    """Numbers of the entries by the title of their group, in the order of the page."""
+    """Returns the numbers of the entries by the title of their group, in the order of the page."""
     return {section.split("\n")[0]: [int(number) for number in re.findall(r"^(\d+)\. \*\*", section, re.MULTILINE)]
             for section in page.split("\n## ")[1:]}
 
 
 def retired(section):
-    """Numbers of which the text says: "Number 7 is no longer used", "Numbers 7, 8 and 9 are no longer used"."""
+    """Returns the numbers in sentences such as "Number 7 is no longer used", "Numbers 7, 8 and 9 are no longer used"."""
     text = " ".join(section.split())
     return {int(number) for sentence in re.findall(r"Numbers? ([\d, and]+) (?:is|are) no longer used", text)
             for number in re.findall(r"\d+", sentence)}
@@ -125,7 +126,7 @@ def missing_and_repeated_rows(page, declared):
 
 
 def wrong_headers(page, declared):
-    """Rows whose header is not the one that declares the call. What none of our headers declares names none of them."""
+    """Returns the rows with a wrong header. The row of a call that no header of ours declares must not name one of them."""
     ours = set(declared.values())
     return [row.line for row in rows(page)
             if (row.header in ours if row.call not in declared else row.header != declared[row.call])]
@@ -146,7 +147,7 @@ def wrong_statuses(page, differences):
 
 
 def unnamed_differences(page, differences):
-    """Numbers of entries that no row names."""
+    """Returns the numbers of entries that no row names."""
     named = {int(number) for row in rows(page) for number in re.findall(r"\d+", row.status)}
     return sorted({number for group in numbers(differences).values() for number in group} - named)
 
@@ -201,7 +202,7 @@ class Differences(unittest.TestCase):
 
 
 class DamagedPages(unittest.TestCase):
-    """The checks above find what they are there for."""
+    """Checks that the functions above find faults."""
 
     PAGE = "| `One` | A.h | a.cpp | full | t.cpp |\n| `Two` | A.h | a.cpp | part: 2, as `One` | t.cpp |\n"
     DECLARED = {"One": "A.h", "Two": "A.h"}

@@ -1,4 +1,4 @@
-"""README.md's quick start as tests read and follow it: word by word from the page, by a user who is not root."""
+"""Reads README.md's quick start from the page and runs it word by word as a user who is not root."""
 import os
 import re
 import signal
@@ -25,19 +25,20 @@ SET_ROOT = INSTALL.splitlines()[0] + "\n"
 
 
 class Installation(unittest.TestCase):
-    """A home folder of a user who is not root, and commands that this user runs there."""
+    """A home folder for a user who is not root, where this user runs commands."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
-        # Some system calls need a path without links.
+        # Some system calls need a path without symbolic links.
         self.folder = Path(folder.name).resolve()
         self.folder.chmod(0o755)
         self.addCleanup(self.end_servers)
         self.home = self.new_folder("home")
         self.runtime = self.new_folder("run")
         self.runtime.chmod(0o700)
-        # Where the endpoints of the servers lie, which would else be left in the machine's folder of this name.
+        # The servers' endpoints are created here. Without it they would be left in
+        # the machine's folder of this name.
         self.root.mkdir()
         self.new_folder("home/dovrel/tmp")
 
@@ -65,7 +66,7 @@ class Installation(unittest.TestCase):
         return self.root / "Library/Logs/Tessilor"
 
     def run_as(self, is_root, commands, folder):
-        """Runs the commands in one shell, without a display and with nothing of this environment but the path."""
+        """Runs the commands in one shell, without a display. Of this environment it keeps only PATH."""
         rights = {} if is_root or not IS_ROOT else {"user": USER, "group": USER, "extra_groups": []}
         environment = {"HOME": str(self.home), "PATH": os.environ["PATH"], "XDG_RUNTIME_DIR": str(self.runtime),
                        "CMAKE_BUILD_PARALLEL_LEVEL": "2"}

@@ -1,4 +1,4 @@
-"""README.md's quick start with what this build folder holds, and what the page says about failures."""
+"""Checks README.md's quick start with this build folder's products, and what the page says about failures."""
 import os
 import re
 import shutil
@@ -10,14 +10,14 @@ BUILD = Path(os.environ["DOVREL_BINARY_DIR"])
 
 
 class QuickStart(Installation):
-    """The installation is that of the user who runs the tests."""
+    """Uses the installation of the user who runs the tests."""
 
     def setUp(self):
         super().setUp()
         self.work = self.new_folder("work")
         (self.work / "build").mkdir()
         (self.work / "build/product").symlink_to(BUILD)
-        # A careful administrator's umask must not lock the users out.
+        # An administrator's strict umask must not deny the users access.
         self.expect(self.run_as(True, f"umask 077\n{INSTALL}", self.work), 0)
         self.write_host(HOST)
 

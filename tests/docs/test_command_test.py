@@ -1,4 +1,4 @@
-"""scripts/test in a tree of its own, where every program that it starts only writes down that it was started."""
+"""Runs scripts/test in a separate tree, where each program that it starts only records that it was started."""
 import os
 import shutil
 import subprocess
@@ -64,7 +64,7 @@ class TestCommand(unittest.TestCase):
         return [line.split(" ", 1)[1] for line in lines if line.startswith(program + " ")]
 
     def presets_run(self):
-        """Those whose tests were run, and whether with the slow ones."""
+        """Returns the presets whose tests were run, each with True if the slow tests were included."""
         runs = [line for line in self.started("ctest") if "--show-only" not in line]
         return [(line.split()[1], "--exclude-regex" not in line) for line in runs]
 
@@ -83,7 +83,7 @@ class TestCommand(unittest.TestCase):
 
     def test_All_RunsEveryPartAndAddsUpWhatTheyCount(self):
         result = self.run_test("all")
-        # checks, dev, 6 presets without the slow test, one benchmark, the fuzz targets' seeds, the fuzz targets
+        # The sum of: checks, dev, 6 presets without the slow test, one benchmark, the fuzz seeds, the fuzz targets.
         self.expect(result, 0, f"{6 + 3 + 6 * 2 + 1 + 3 + 12} passed, 0 failed, 0 skipped")
         self.assertEqual(self.presets_run(), [(preset, preset == "dev") for preset in PRESETS] + [("fuzz", True)])
         self.assertEqual(self.started("check"), ["all"])

@@ -1,5 +1,5 @@
-// Helpers, screens and hosts that fail or end while an alert is to be shown, or is open: no call hangs, and
-// nothing is left behind.
+// Helpers, screens and hosts that fail or end while an alert is open or about to open. No call may hang, and
+// no process or window may be left over.
 #include <signal.h>
 
 #include <filesystem>

@@ -1,5 +1,5 @@
-// Fixture for alerts in hosts of every kind (alertHostMain.cpp), on a desktop and with the real server, whose
-// answer to the host's call is an error.
+// Fixture for alerts in hosts of every kind (alertHostMain.cpp), on a desktop and with the real server, which
+// replies to the host's call with an error.
 #pragma once
 
 #include <memory>
@@ -17,31 +17,32 @@ class AlertHosts : public testing::Test {
   protected:
     AlertHosts();
 
-    /// Fails the test if a helper still runs, or if two alerts were seen at once.
+    /// Fails the test if a helper still runs, or if two alerts were open at the same time.
     ~AlertHosts() override;
 
     /// Starts a host and waits until it is about to make its call.
     void start(const std::vector<std::string>& mainAndHabits);
 
-    /// The call fails, the host's state is as before, and the host ends by itself.
+    /// Expects that the call fails, that the host's state is as before, and that the host ends by itself.
     void expectFailedCallAndEnd();
 
-    /// The same after a press on the button of the one alert.
+    /// Presses the button of the only alert, then expects the same as expectFailedCallAndEnd().
     void expectAlertThatIsAnswered();
 
-    /// The one alert was not shown, or not answered, and is in the system log.
+    /// Expects the only alert in the system log: it was not shown, or the user did not answer it.
     void expectLogged() const;
 
-    /// The path of the helper. The file is another name of the built one, so it is never written to.
+    /// Returns the path of the helper. The file is a hard link to the built
+    /// one, so tests must not write to it.
     std::string helper() const { return root_.library() + "/Contents/MacOS/dovrel-alert"; }
     void removeHelper() const;
     void useFakeHelper(const std::vector<std::string>& commands) const;
 
-    /// The running helpers of this test's root.
+    /// Returns the running helpers of this test's root.
     std::vector<pid_t> helpers() const;
     void signalHelper(int signal) const;
 
-    /// Waits until there is neither a window nor a helper.
+    /// Waits until there is neither an alert window nor a helper; returns false if that takes too long.
     bool hasDesktopWithoutAlerts() const;
 
     std::string systemLog() const { return contentOf(root_.path() + "/system.log"); }

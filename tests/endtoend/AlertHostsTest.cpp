@@ -1,11 +1,11 @@
-// Alerts in hosts of every kind. Whatever the main thread does: no call hangs, no process is left behind, and
-// the host's own state stays as it was.
+// Alerts in hosts of every kind. Whatever the main thread does, no call hangs, no process is left over, and
+// the host's own state does not change.
 #include "tests/endtoend/AlertHosts.h"
 
 namespace dovrel::test {
 namespace {
 
-// The main thread.
+// Main threads of several kinds.
 
 TEST_F(AlertHosts, AMainThreadThatCallsItself_ShowsTheAlertAndGoesOn) {
     start({"call"});
@@ -41,7 +41,7 @@ TEST_F(AlertHosts, TwoThreadsThatFailAtOnce_ShowOneAlertAfterTheOther) {
     expectAlertThatIsAnswered();
 }
 
-// Other habits of hosts.
+// Other properties of hosts.
 
 TEST_F(AlertHosts, AHostWithoutStandardStreams_ShowsTheAlertAndKeepsThemClosed) {
     start({"join", "closed"});
@@ -76,7 +76,7 @@ TEST_F(AlertHosts, AHostThatIsLinkedWithTheLibrary_ShowsTheAlert) {
     host_ =
         std::make_unique<ChildProcess>(std::vector<std::string>{LINKED_HOST}, root_.path() + "/system.log");
     EXPECT_TRUE(desktop_.pressKey("Return"));
-    // The library writes to standard output as well.
+    // Skips the lines that the library itself writes to standard output.
     std::string line;
     do {
         line = host_->readLine();

@@ -1,5 +1,5 @@
-// What the user gets to see. There is no display here, so each alert is a line in the system log and never
-// answered Retry.
+// Tests what the user sees. There is no display here, so each alert becomes a line in the
+// system log, and Retry is never chosen.
 #include "tests/endtoend/EndToEnd.h"
 
 namespace dovrel::test {
@@ -12,7 +12,7 @@ class Alerts : public EndToEnd {
     Alerts() { library_.InitializePOS(); }
     ~Alerts() override { library_.TerminatePOS(); }
 
-    // The next exchange of the command is answered with that error.
+    // Makes the server reply with that error to the next request of the command.
     static void failNext(const std::string& command, uint32_t code) {
         ServerControl::send("//misbehave\nSTR:error\n//misbehaveCommand\nSTR:" + command +
                             "\n//misbehaveTimes\nINT:1\n//errorCode\nINT:" + std::to_string(code) +

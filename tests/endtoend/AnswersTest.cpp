@@ -1,4 +1,4 @@
-// Answers that are none. Whatever the server says, the library fails cleanly and goes on with the next call.
+// Invalid replies. Whatever the server sends, the call fails cleanly and the next call works.
 #include "tests/InterProcessCommunication/UserTexts.h"
 #include "tests/endtoend/EndToEnd.h"
 
@@ -15,8 +15,8 @@ class Answers : public EndToEnd {
     }
     ~Answers() override { library_.TerminatePOS(); }
 
-    // One call under a misbehaviour fails with one alert of this message; the one after it is as good as
-    // ever.
+    // Makes one call under a misbehaviour and expects it to fail with one alert of this message. Then
+    // expects the next call to succeed.
     void expectFailure(const std::string& misbehaviour, const std::string& message) {
         ObjectId echo = host_.instantiate(application_, "Echo");
         ServerControl::send(misbehaviour + "//misbehaveTimes\nINT:1\n//misbehaveCommand\nSTR:call method\n");
@@ -36,7 +36,7 @@ class Answers : public EndToEnd {
     uint32_t application_ = 0;
 };
 
-// Messages of one character are those of the reader: the check that failed.
+// A message of one character comes from the reader and names the check that failed.
 TEST_F(Answers, OfNoBytes_AreNoStructuredBlock) {
     expectFailure("//misbehave\nSTR:empty\n", "1");
 }
@@ -51,7 +51,7 @@ TEST_F(Answers, CutInsideTheBlocksHeaderOrAPart_AreNoStructuredBlock) {
     }
 }
 
-// The header alone: the reader has no texts of its own for a header field that is not there.
+// The reply is the header alone. The reader has no text of its own for a missing header field.
 TEST_F(Answers, WithoutTheHeaderField1_AreAMissingPart) {
     expectFailure("//misbehave\nSTR:cut\n//cutTo\nINT:10\n", "???");
     expectFailure("//misbehave\nSTR:cut\n//cutTo\nINT:22\n", "???");

@@ -1,4 +1,4 @@
-// What the operations do with their arguments, as far as it takes a server to see it.
+// How the operations treat their arguments: the cases that only a real server shows.
 #include <cstring>
 
 #include "tests/endtoend/EndToEnd.h"

@@ -1,4 +1,4 @@
-// Which processes hosts take for the server.
+// Which processes a host takes for the server.
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -32,7 +32,7 @@ uid_t userOf(pid_t process) {
     return status.st_uid;
 }
 
-// "" once the process has ended, even if nobody has waited for it yet.
+// Returns "" if the process has ended, even if its parent has not waited for it yet.
 std::string executableOf(pid_t process) {
     std::error_code failed;
     return fs::read_symlink("/proc/" + std::to_string(process) + "/exe", failed).string();
@@ -46,7 +46,8 @@ bool hasEventPoll(const fs::path& process) {
     return false;
 }
 
-// Whether a process that runs this program has come so far that it would have an endpoint.
+// Returns true if a process that runs this program has reached its event
+// loop, and so has opened its endpoint.
 bool isInEventLoop(const std::string& program) {
     for (const auto& process : fs::directory_iterator("/proc")) {
         std::error_code failed;
@@ -60,7 +61,7 @@ class Discovery : public EndToEnd {
     Discovery() { library_.InitializePOS(); }
     ~Discovery() override { library_.TerminatePOS(); }
 
-    // The registration launches the server of the root, and nothing else is used.
+    // Expects that registering launches the server of the root and uses no other process.
     void expectThatTheServerIsFound(const std::string& beside) {
         uint32_t application = 0;
         EXPECT_EQ(host_.registerApplication(application), POS_OK) << beside;
@@ -69,20 +70,20 @@ class Discovery : public EndToEnd {
         root_.endServers(SIGTERM);
     }
 
-    // Another user may use the installation.
+    // Lets another user use the installation.
     void openToAll() const {
         fs::permissions(root_.path(), fs::perms(0755));
         fs::permissions(root_.path() + "/tmp", fs::perms(01777));
     }
 
-    // Puts a copy in the place of the server's program, which may be a second name of the built one.
+    // Replaces the server's program by a copy, because the staged file may be a hard link to the built one.
     void replaceProgram() const {
         const std::string copy = root_.serverExecutable() + ".copy";
         fs::copy_file(root_.serverExecutable(), copy);
         fs::rename(copy, root_.serverExecutable());
     }
 
-    // For a server that the root does not know as its own.
+    // Ends a server that the root does not recognise as its own.
     void endServer(uint32_t application, pid_t server) {
         library_.posUnregisterApplication(application);
         ServerControl::quit();
@@ -141,7 +142,7 @@ TEST_F(Discovery, HostOfTheServersName_FindsTheServer) {
     EXPECT_EQ(root_.servers().size(), 1u);
 }
 
-// It has the server's signature and handlers, and still is not the server of this root.
+// The copy has the server's signature and handlers, but it is not the server of this root.
 TEST_F(Discovery, CopyOfTheServerThatRunsElsewhere_IsNotUsed) {
     const std::string copy = elsewhere_.path("Merrowd.app");
     fs::copy(root_.server(), copy, fs::copy_options::recursive);
@@ -187,7 +188,7 @@ TEST_F(Discovery, InstallationBehindASymbolicLink_HasOneServer) {
     endServer(application, server);
 }
 
-// As under valgrind or an emulator: the process is called otherwise, and is found by its endpoint.
+// As under valgrind or an emulator: the process has another name, and hosts find it by its endpoint.
 TEST_F(Discovery, ServerUnderAnInterpreter_IsUsedByAll) {
     fs::rename(root_.serverExecutable(), root_.serverExecutable() + ".real");
     std::ofstream(root_.serverExecutable()) << "#!/bin/sh\n\"$0.real\"\n";
@@ -221,7 +222,7 @@ TEST_F(Discovery, ServerOfAnotherUser_NeitherDisturbsNorIsUsed) {
     EXPECT_EQ(root_.servers().size(), 2u) << "each user has one";
 }
 
-// Only to be run, not to be read: then the system hides from the user which program the process runs.
+// The program may be run but not read. The system then hides from the user which program the process runs.
 TEST_F(Discovery, ServerThatMayNotBeRead_IsUsedByAllHostsOfItsUser) {
     NEEDS_ROOT("become another user");
     openToAll();

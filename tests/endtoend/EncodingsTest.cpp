@@ -1,4 +1,5 @@
-// Names and messages in UTF-8 and in Mac Roman, from the host and from the server to what the user reads.
+// Names and messages in UTF-8 and in Mac Roman, on their way from host and server
+// to the text that the user reads.
 #include "tests/endtoend/EndToEnd.h"
 
 namespace dovrel::test {
@@ -8,7 +9,8 @@ class Encodings : public EndToEnd {
   protected:
     ~Encodings() override { library_.TerminatePOS(); }
 
-    /// A command of an application of that name fails with that text of the server; both are readable.
+    /// Runs a command of an application of that name that fails with that text from the server. Expects both
+    /// name and text to be readable in the alert.
     void expectReadable(const std::string& name, const std::string& text) {
         library_.InitializePOS();
         uint32_t application = 0;

@@ -128,7 +128,7 @@ std::vector<std::string> openDescriptors() {
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
         std::error_code failed;
         const std::string target = std::filesystem::read_symlink(entry.path(), failed).string();
-        // The one that lists them is gone by now.
+        // Leaves out the descriptor of the listing itself, which is closed by now.
         if (!failed) descriptors.push_back(entry.path().filename().string() + " " + target);
     }
     std::sort(descriptors.begin(), descriptors.end());

@@ -1,4 +1,4 @@
-// What all end-to-end tests have: an installation, the library in it, and short ways to use both.
+// Shared by all end-to-end tests: an installation, the library in it, and short ways to use both.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,13 +14,13 @@
 
 namespace dovrel::test {
 
-/// What a call that answers bytes answered. The block of the library has been given back.
+/// The status and the bytes that a call returned. The library's block has already been freed.
 struct Answered {
     uint32_t status = POS_FAILURE;
     std::string bytes;
 };
 
-/// An object's identifier, kept for the calls that take its handle and given back at the end.
+/// Owns an object's identifier for calls that take its handle, and frees it at the end.
 class ObjectId {
   public:
     ObjectId(const PosLibrary& library, void* block) : library_(&library), block_(block) {}
@@ -38,21 +38,21 @@ class ObjectId {
     void* block_;
 };
 
-/// A host: the library in a process. One per process.
+/// A host: the library loaded into this process. Only one per process.
 class Host {
   public:
     explicit Host(const TestRoot& root) : library_(root.library()) {}
 
     PosLibrary& library() { return library_; }
 
-    /// Registers an application; `classes` by name. Answers the status.
+    /// Registers an application; `classes` are given by name. Returns the status.
     uint32_t registerApplication(uint32_t& application, const std::vector<std::string>& classes = {},
                                  std::vector<uint16_t> options = {}, const std::string& name = "End to end");
 
-    /// The same; fails the test where it fails.
+    /// Registers an application and returns its identifier; fails the test if registering fails.
     uint32_t registered(const std::vector<std::string>& classes = {});
 
-    /// Null identifier where the call failed.
+    /// Returns a null identifier if the call failed.
     ObjectId instantiate(uint32_t application, const std::string& className);
 
     Answered call(uint32_t application, ObjectId& object, const char* method,
@@ -66,7 +66,7 @@ class Host {
     PosLibrary library_;
 };
 
-/// Runs the call and answers what it wrote to standard error (the system log) and standard output meanwhile.
+/// Captures standard error (which carries the system log) and standard output while it exists.
 class Console {
   public:
     Console();
@@ -85,12 +85,12 @@ class Console {
 
 class EndToEnd : public testing::Test {
   protected:
-    /// How often an alert with this body would have been shown.
+    /// Returns how many alerts with this body would have been shown.
     static size_t alertsOf(const Console& console, const std::string& body);
-    /// How many alerts of any text.
+    /// Returns how many alerts with any body would have been shown.
     static size_t alerts(const Console& console);
 
-    /// How often the text is in the server's log.
+    /// Returns how often the text is in the server's log.
     size_t countInServerLog(const std::string& text) const;
 
     TestRoot root_;
@@ -101,10 +101,10 @@ class EndToEnd : public testing::Test {
 
 size_t countOf(const std::string& text, const std::string& part);
 
-/// The file descriptors of this process that are open.
+/// Returns the open file descriptors of this process.
 std::vector<std::string> openDescriptors();
 
-/// 4 bytes, the least significant first.
+/// Returns the number in 4 bytes, least significant byte first.
 std::string littleEndian(uint32_t number);
 
 }  // namespace dovrel::test

@@ -1,4 +1,4 @@
-// Hosts of one user in different environments: a desktop session, cron, su. All of them use one server.
+// Hosts of one user in different environments: a desktop session, cron, su. All of them use the same server.
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 constexpr uid_t kOtherUser = 65534;
 
-// Nothing but the system root, as after "env -i", and what the checkers of a build need.
+// Only the system root, as after "env -i", and the variables that sanitizers need.
 std::vector<std::string> bareEnvironment() {
     std::vector<std::string> entries;
     for (const char* name :
@@ -32,7 +32,7 @@ std::vector<std::string> bareEnvironment() {
 }
 
 void leaveOnlyTheRoot() {
-    static std::vector<std::string> entries;  // become the environment
+    static std::vector<std::string> entries;  // `environ` points into these entries
     entries = bareEnvironment();
     clearenv();
     for (std::string& entry : entries)
@@ -166,8 +166,8 @@ TEST_F(Environments, ControlTool_FindsTheServerWithoutAnyEnvironment) {
         << answer;
 }
 
-// The other tests have a root with a /tmp of its own. Here are the places of the system, empty ones in a
-// mount namespace, with the root in a place that stays visible.
+// The other tests use a root with its own /tmp. These tests use the fixed paths of the system, as empty
+// folders in a mount namespace, and keep the root at a path that stays visible.
 class SystemPlaces {
   public:
     explicit SystemPlaces(const std::string& root) {

@@ -1,5 +1,5 @@
-// Calls of an exit handler that the host registered before it loaded the library. Nothing that the library
-// needs is gone by then, the texts of its failures included.
+// Calls in an exit handler that the host registered before it loaded the library. Everything that the library
+// needs, including the texts of its failures, must still exist then.
 #include <signal.h>
 
 #include <filesystem>
@@ -13,7 +13,7 @@ namespace {
 
 class Exit : public testing::Test {
   protected:
-    /// Starts the host, which then has an application.
+    /// Starts the host and waits until it has registered an application.
     void start(const std::vector<std::string>& arguments = {}) {
         std::vector<std::string> command = {EXIT_HOST, root_.library()};
         command.insert(command.end(), arguments.begin(), arguments.end());
@@ -21,7 +21,8 @@ class Exit : public testing::Test {
         ASSERT_EQ(host_->readLine(), "ready") << systemLog();
     }
 
-    /// Lets the host leave; what its exit handler tells. The library's own lines for consoles come before it.
+    /// Lets the host exit and returns the line of its exit handler. The
+    /// library's console lines come before it.
     std::string leave() {
         std::filesystem::resize_file(logFile_, 0);
         host_->writeLine("leave");
@@ -33,7 +34,7 @@ class Exit : public testing::Test {
 
     std::string systemLog() const { return contentOf(logFile_); }
 
-    /// Each of the failures was reported once, in the user's language.
+    /// Expects that each of the failures was reported once, in the user's language.
     void expectReports(const std::vector<std::pair<std::string, std::string>>& messagesAndExplanations) {
         const std::string log = systemLog();
         EXPECT_EQ(countOf(log, "No Error dialogue shown"), messagesAndExplanations.size()) << log;

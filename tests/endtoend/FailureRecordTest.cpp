@@ -1,4 +1,4 @@
-// What the error log and the trace say about failures, which alerts do not tell.
+// Tests the entries about failures in the error log and in the trace, which say more than the alerts.
 #include <cstdlib>
 #include <functional>
 
@@ -12,7 +12,7 @@ class FailureRecord : public EndToEnd {
   protected:
     ~FailureRecord() override { unsetenv("POS_TRACE"); }
 
-    /// Runs a session in which `operation` is the only thing that fails, without a window for alerts.
+    /// Runs a session in which only `operation` fails, without a display for alerts.
     void runSession(const std::function<void(Host&)>& operation) {
         setenv("POS_TRACE", ("all:1,file=" + root_.path() + "/trace").c_str(), 1);
         Console console;
@@ -32,7 +32,7 @@ class FailureRecord : public EndToEnd {
         EXPECT_EQ(host.registerApplication(application), POS_FAILURE);
     }
 
-    /// Has a call fail by this misbehaviour of the server.
+    /// Returns an operation that makes a call fail by this misbehaviour of the server.
     static std::function<void(Host&)> callUnder(const std::string& misbehaviour) {
         return [misbehaviour](Host& host) {
             const uint32_t application = host.registered({"Echo"});
@@ -54,7 +54,7 @@ class FailureRecord : public EndToEnd {
         expectTrace(area + ": " + step);
         expectTrace("session: failure of type ", ", last failed step: " + step);
     }
-    /// An entry of the trace begins and goes on like this.
+    /// Expects a trace entry that begins with `beginning` and contains `part`.
     void expectTrace(const std::string& beginning, const std::string& part = "") const {
         for (const std::string& entry : trace_)
             if (entry.compare(0, beginning.size(), beginning) == 0 && entry.find(part) != std::string::npos)

@@ -1,5 +1,5 @@
-// The language of what the user gets to read: a host in a user's session, the installed library, and a
-// failure that the server answers. There is no display here, so the alert is a line in the system log.
+// The language of the texts that the user reads: a host in a user's session, the installed library, and a
+// failure that the server reports. There is no display here, so the alert becomes a line in the system log.
 #include <cstdlib>
 
 #include "tests/endtoend/EndToEnd.h"
@@ -32,8 +32,8 @@ class Language : public EndToEnd {
   protected:
     ~Language() override { library_.TerminatePOS(); }
 
-    // What the user of a session in that locale reads when a command fails; the server's own message, in Mac
-    // Roman, is the same in all of them.
+    // Expects what a user with that locale reads when a command fails. The server's own message, in Mac
+    // Roman, is the same in all locales.
     void expectFailureIn(const char* locale, const char* body) {
         setenv("LC_ALL", locale, 1);
         library_.InitializePOS();

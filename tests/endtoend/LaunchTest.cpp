@@ -20,7 +20,7 @@ class Launch : public EndToEnd {
     Launch() { library_.InitializePOS(); }
     ~Launch() override { library_.TerminatePOS(); }
 
-    // The registration fails, the user is told so in one alert and in these blocks on the console.
+    // Expects that the registration fails, with one alert and with these blocks on the console.
     void expectFailure(const std::string& messageKey, const std::string& output) {
         uint32_t application = 4711;
         Console console;
@@ -75,7 +75,7 @@ TEST_F(Launch, AServerThatEndsAtOnce_IsALaunchFailure) {
     EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);
     console.stop();
     constexpr char kNoProcess[] = "-600";
-    constexpr char kConnectionInvalid[] = "-609";  // it ended while the last event was on its way
+    constexpr char kConnectionInvalid[] = "-609";  // the server ended during the last event
     EXPECT_TRUE(console.output() == launchFailureBlock(kNoProcess) ||
                 console.output() == launchFailureBlock(kConnectionInvalid))
         << console.output();

@@ -1,4 +1,4 @@
-// Many calls, many threads, large data; and nothing left behind.
+// Many calls, many threads and large data. Nothing may be left over.
 #include <malloc.h>
 
 #include <filesystem>
@@ -23,7 +23,7 @@ std::vector<std::string> filesBelow(const std::string& folder) {
     return files;
 }
 
-// Processes that this one has started and that are there, ended ones included.
+// Returns the child processes of this process, including ended ones that nobody has waited for.
 std::string children() {
     return contentOf("/proc/self/task/" + std::to_string(getpid()) + "/children");
 }
@@ -32,7 +32,7 @@ class Calls {
   public:
     Calls(Host& host, uint32_t application) : host_(host), application_(application) {}
 
-    // Each thread has an object of its own and sees from each reply whether it is the reply to its call.
+    // Each thread has its own object and checks each reply to make sure that it belongs to its call.
     void runOnThreads(int threads, int callsEach) {
         std::vector<std::thread> running;
         for (int thread = 0; thread < threads; ++thread) {
@@ -61,9 +61,9 @@ class Calls {
 };
 
 TEST_F(Load, TenThousandCallsOfEightThreads_GetTheirOwnRepliesAndLeaveNothingBehind) {
-    mallopt(M_ARENA_MAX, 1);  // only one arena is counted below
+    mallopt(M_ARENA_MAX, 1);  // mallinfo2 below counts only one arena
     Calls calls(host_, host_.registered({"Echo"}));
-    calls.runOnThreads(8, 25);  // whatever is made once is made now
+    calls.runOnThreads(8, 25);  // creates everything that is created only once
 
     const std::vector<std::string> descriptors = openDescriptors();
     const std::vector<std::string> files = filesBelow(root_.path());
@@ -79,7 +79,7 @@ TEST_F(Load, TenThousandCallsOfEightThreads_GetTheirOwnRepliesAndLeaveNothingBeh
     EXPECT_EQ(children(), processes);
     EXPECT_EQ(root_.servers(), servers);
     EXPECT_EQ(ServerControl::status().at("objects"), 0);
-    // Less than one byte in ten calls: nothing of a call stays.
+    // The limit is less than one byte per ten calls, so no call may keep any memory.
     EXPECT_LT(bytesAfter, bytes + 1000);
 }
 

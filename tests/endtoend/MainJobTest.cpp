@@ -1,4 +1,4 @@
-// What a host does from its start to its end.
+// Tests the typical use of the library by a host, from start to end.
 #include "tests/endtoend/EndToEnd.h"
 
 namespace dovrel::test {

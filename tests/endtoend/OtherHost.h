@@ -1,4 +1,4 @@
-// A host in a process of its own, which shares nothing with the test's process but the installation.
+// A host in a separate process. It shares only the installation with the test's process.
 #pragma once
 
 #include <sys/types.h>
@@ -10,23 +10,26 @@ namespace dovrel::test {
 
 class OtherHost {
   public:
-    /// Starts the host; it loads the library, opens a session and then waits for go. Its process first calls
-    /// `prepare`, to change its environment or its user; `program` is a copy of the host's own.
+    /// Starts the host, which loads the library, opens a session and then waits for go(). Its process
+    /// first calls `prepare`, for example to change its environment or its user. `program` is the
+    /// host's executable or a copy of it.
     explicit OtherHost(const std::string& library, const std::function<void()>& prepare = nullptr,
                        const std::string& program = OTHER_HOST);
     OtherHost(const OtherHost&) = delete;
     OtherHost& operator=(const OtherHost&) = delete;
-    /// Kills what still runs.
+    /// Kills the host if it still runs.
     ~OtherHost();
 
-    /// Lets it register, run the command "ping" and, unless it is to stay, unregister and end.
+    /// Makes the host register and run the command "ping". After go() it then unregisters and ends; after
+    /// goAndStay() it keeps running.
     void go();
     void goAndStay();
 
-    /// Waits until it has registered and its command is answered. False when it failed or ended.
+    /// Waits until the host has registered and has the reply to its command.
+    /// Returns false if it failed or ended.
     bool isServed();
 
-    /// Waits for its end; true when all went well.
+    /// Waits for the end of the host; returns true if everything succeeded.
     bool endsWell();
 
     void kill();

@@ -1,4 +1,4 @@
-// How the server ends when it is to end.
+// How the server ends when it is asked to end.
 #include <signal.h>
 
 #include "tests/endtoend/EndToEnd.h"

@@ -1,4 +1,4 @@
-// The server goes away: between two calls, and in every moment of one.
+// The server ends between two calls, and at every stage of a call.
 #include <signal.h>
 
 #include <future>
@@ -24,7 +24,8 @@ class ServerLoss : public EndToEnd {
             "End to end", "no application is registered as " + std::to_string(application_), kUnrecoverable);
     }
 
-    // The call fails because the new server does not know the application, and the library can go on.
+    // Expects that the call fails because the new server does not know the application,
+    // and that the library still works.
     void expectTheNewServersAnswer(const Console& console, uint32_t status, pid_t oldServer) {
         EXPECT_EQ(status, POS_FAILURE);
         EXPECT_EQ(alertsOf(console, notRegistered()), 1u) << console.systemLog();
@@ -37,8 +38,8 @@ class ServerLoss : public EndToEnd {
 
     pid_t runningServer() const { return root_.servers().at(0); }
 
-    // What the server does wrong in the next call of a method, and in no other. It knows nothing of it after
-    // its end.
+    // The misbehaviour applies only to the next method call. The server that replaces the
+    // ended one does not know about it.
     void expectRelaunchAfter(const std::string& misbehaviour) {
         ObjectId echo = host_.instantiate(application_, "Echo");
         const pid_t old = runningServer();

@@ -1,4 +1,4 @@
-// A program that only sleeps, under any name.
+// A program that only sleeps. It can have any name.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ namespace dovrel::test {
 
 class Sleeper {
   public:
-    /// Runs a copy of "sleep" at the path `program`, until the object goes.
+    /// Runs a copy of "sleep" at the path `program` until the object is destroyed.
     explicit Sleeper(const std::string& program) {
         std::filesystem::create_directories(std::filesystem::path(program).parent_path());
         std::filesystem::copy_file("/bin/sleep", program);

@@ -1,4 +1,4 @@
-// Servers that never answer, and how long the library waits for them.
+// Servers that never reply, and how long the library waits for them.
 #include <signal.h>
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// What the library traces if the environment variable asks for it.
+// Tests the library's trace, which an environment variable enables.
 #include <cstdlib>
 
 #include "tests/endtoend/EndToEnd.h"
@@ -25,7 +25,7 @@ class Traced : public EndToEnd {
     }
 };
 
-/// The lines begin like this, in this order; other lines may come between.
+/// Expects lines with these beginnings in this order. Other lines may come between them.
 void expectInOrder(const std::vector<std::string>& lines, const std::vector<std::string>& beginnings) {
     size_t line = 0;
     for (const std::string& beginning : beginnings) {

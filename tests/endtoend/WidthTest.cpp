@@ -1,4 +1,4 @@
-// Which widths meet: the host's and the server's, of 32 or 64 bits.
+// Checks which widths (32 or 64 bits) the host and the server have.
 #include <elf.h>
 
 #include <cstdlib>
@@ -11,7 +11,7 @@ namespace {
 
 class Width : public EndToEnd {};
 
-// As the header of the process's program says; 0 where that cannot be read.
+// Reads the width from the ELF header of the process's program; returns 0 if that cannot be read.
 int bitsOf(const std::string& process) {
     char header[EI_NIDENT] = {};
     std::ifstream("/proc/" + process + "/exe", std::ios::binary).read(header, sizeof header);
@@ -22,8 +22,8 @@ int bitsOf(const std::string& process) {
 TEST_F(Width, OfTheServerThatAnswers_IsTheOneThatIsToBeMet) {
     library_.InitializePOS();
     const uint32_t application = host_.registered();
-    // More than once, because what host and server share grows with the first exchanges; small and large,
-    // because these go different ways.
+    // Makes more than one call, because the shared memory of host and server grows with the first calls. Uses
+    // small and large data, because they are transferred in different ways.
     for (const size_t length : {0u, 1u, 100u, 20000u, 3000000u}) {
         const std::string data(length, 'w');
         EXPECT_EQ(host_.command(application, "ping", data).bytes, data);

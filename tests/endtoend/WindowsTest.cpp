@@ -1,5 +1,5 @@
-// What the user gets to see and can decide, on a desktop: a host, its alerts in real windows, the real
-// server.
+// Tests what the user sees and can decide on a desktop: a host, its alerts in
+// real windows, and the real server.
 #include <signal.h>
 
 #include <algorithm>
@@ -29,7 +29,7 @@ class Windows : public testing::Test {
 
     void start() { host_ = std::make_unique<ChildProcess>(command(), root_.path() + "/system.log"); }
 
-    /// Starts a host and has it register.
+    /// Starts a host and makes it register.
     void startRegistered() {
         start();
         EXPECT_EQ(lineFor("register Host"), "register 0");
@@ -42,7 +42,7 @@ class Windows : public testing::Test {
         return line();
     }
 
-    /// Starts a thread of the host with that to do, and waits until it has gone to sleep somewhere in it.
+    /// Starts a thread of the host that carries out `what`, and waits until that thread blocks.
     void startWaitingThread(const std::string& what) {
         const std::string started = lineFor("thread " + what);
         ASSERT_EQ(started.compare(0, 7, "thread "), 0) << started;
@@ -58,7 +58,7 @@ class Windows : public testing::Test {
 
     std::string systemLog() const { return contentOf(root_.path() + "/system.log"); }
 
-    /// The requests of that kind in the server's log, each with all that was sent.
+    /// Returns the requests of that kind in the server's log, each with all its data.
     std::vector<std::string> requests(const std::string& kind) const {
         std::vector<std::string> found;
         std::istringstream log(root_.serverLog());
@@ -262,7 +262,8 @@ TEST_F(Windows, TwoFailuresOnTwoThreads_AreShownOneAfterTheOtherWhileTheMainThre
     EXPECT_EQ(line(), "loop");
 }
 
-// The alert would wait for the main thread's loop, and what runs there for the end of the alert.
+// A deadlock that must not occur: the alert waits for the main thread's loop, and code in that
+// loop waits for the end of the alert.
 TEST_F(Windows,
        AMainThreadThatWaitsForItsTurnInsideItsLoop_DoesNotKeepTheAlertOfAnotherThreadFromBeingShown) {
     startRegistered();

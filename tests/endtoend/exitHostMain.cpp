@@ -1,10 +1,10 @@
-// A host that uses the library in an exit handler that it registered before it loaded the library. By then
-// all exit handlers of the library have run.
+// A host that uses the library in an exit handler that it registered before it loaded the library. At that
+// time all exit handlers of the library have already run.
 //
 //     exitHost BUNDLE [fails]
-//         registers an application, with "fails" makes a call that fails, tells "ready", waits for a line and
-//         returns from main; the handler then calls a command and a method that fails, closes the session,
-//         and tells the three results in one line
+//         registers an application; with "fails" makes a call that fails; writes "ready", waits for a line
+//         and returns from main. The exit handler then calls a command and a method that fails, closes the
+//         session, and writes the three results in one line.
 #include <cstdio>
 #include <cstdlib>
 
@@ -12,7 +12,7 @@
 
 namespace {
 
-// Never destroyed, as the handler of a host in C would have it.
+// Never destroyed, as in a host that is written in C.
 dovrel::test::PosLibrary* library = nullptr;
 uint32_t application = 0;
 

@@ -1,4 +1,4 @@
-// A host that is linked with the library instead of loading it: registers, and tells the status.
+// A host that is linked with the library instead of loading it. It registers and writes the status.
 #include <iostream>
 
 #include "dovrel/pos.h"

@@ -1,5 +1,5 @@
-// The program of OtherHost: told by one character on standard input what to do, it tells by one on standard
-// output how that went.
+// The program of OtherHost. It reads commands of one character from standard input, and writes one character
+// to standard output for each result.
 #include <unistd.h>
 
 #include <cstring>

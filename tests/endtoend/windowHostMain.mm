@@ -1,15 +1,15 @@
-// A host on a desktop, told by lines on standard input what to do; what comes of it are lines on standard
-// output:
+// A host on a desktop. It reads commands from standard input, one per line, and writes
+// results to standard output as lines:
 //
 //     register NAME [OPTION]...      "register STATUS"
 //     command NAME                   "command STATUS"
 //     instantiate CLASS              "instantiate STATUS"
-//     libraries                      "libraries" and those of the window system that are in the process
-//     thread LINE                    "thread NUMBER" (the system's), then does the line there
-//     loop                           the main thread runs its loop until all threads have ended, "loop"
-//     turn LINE                      the same; first says "inside" and does the line from within the loop
+//     libraries                      "libraries" and the window system's libraries that are in the process
+//     thread LINE                    "thread NUMBER" (the system's); the new thread then carries out LINE
+//     loop                           the main thread runs its loop until all threads have ended, then "loop"
+//     turn LINE                      the same, but first writes "inside" and carries out LINE within the loop
 //
-// Statuses are hexadecimal. Everything but "thread" is done before the next line is read.
+// Statuses are hexadecimal. Every command except "thread" is finished before the next line is read.
 #import <Foundation/Foundation.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -27,10 +27,11 @@ namespace {
 
 using dovrel::test::PosLibrary;
 
-// The library writes to standard output, too, so that goes where standard error goes.
+// Results go to a copy of standard output. The library also writes to standard output, so that
+// is redirected to standard error.
 const int answers = dup(STDOUT_FILENO);
 
-// One write, so that lines of several threads do not mix.
+// Each line is one write, so that lines of several threads do not mix.
 void tell(std::string line) {
     line += '\n';
     if (write(answers, line.data(), line.size()) < 0) _exit(2);
@@ -139,7 +140,7 @@ class Host {
 
 }  // namespace
 
-// Takes its turn within the run loop.
+// Carries out its line within the run loop.
 @interface Turn : NSObject {
    @public
     Host* host;

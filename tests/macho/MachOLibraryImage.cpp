@@ -16,12 +16,12 @@ namespace {
 
 using macho::LoadedBundle;
 
-// On macOS a bundle is known to Core Foundation as soon as its executable is loaded.
+// On macOS, Core Foundation knows a bundle as soon as its executable is loaded.
 void introduce(const std::string& bundle) {
     const CFURLRef url = CFURLCreateFromFileSystemRepresentation(
         kCFAllocatorDefault, reinterpret_cast<const UInt8*>(bundle.data()),
         static_cast<CFIndex>(bundle.size()), true);
-    CFBundleCreate(kCFAllocatorDefault, url);  // never released: it is in use as long as the process lives
+    CFBundleCreate(kCFAllocatorDefault, url);  // never released, because the process uses it until its end
     CFRelease(url);
 }
 

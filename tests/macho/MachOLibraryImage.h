@@ -1,4 +1,4 @@
-// What LibraryImage has loaded.
+// Returns the executable that LibraryImage has loaded.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 namespace dovrel::test {
 
-/// The executable, loaded at the first call and once for all paths of the file. Throws std::runtime_error,
-/// which says why, where that is not possible.
+/// Returns the executable. It is loaded at the first call, and only once for all paths of the same file.
+/// Throws std::runtime_error with the reason if that fails.
 macho::LoadedBundle& loadedExecutable(const std::string& executable);
 
 }  // namespace dovrel::test

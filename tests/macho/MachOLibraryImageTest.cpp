@@ -1,4 +1,4 @@
-// That the end-to-end tests of this folder run the executable that ships, and nothing else.
+// Checks that the end-to-end tests of this folder run the executable that ships, and nothing else.
 #include "tests/macho/MachOLibraryImage.h"
 
 #include <dlfcn.h>
@@ -31,7 +31,7 @@ std::set<std::string> listedFunctions() {
 
 class MachOLibraryImage : public testing::Test {
   protected:
-    // The code as it lies in memory.
+    // Returns the code in memory.
     const uint8_t* text() const { return bundle_.image().at(textSection().address, textSize()); }
     size_t textSize() const { return static_cast<size_t>(textSection().size); }
     const macho::Section& textSection() const { return *shipped_.section("__TEXT", "__text"); }

@@ -1,4 +1,4 @@
-"""Copies of the built bundle that a test may break, and slices linked anew with something added."""
+"""Copies of the built bundle that a test may damage, and slices that are linked again with something added."""
 import os
 import re
 import shutil
@@ -19,13 +19,13 @@ TABLE = TOOLS / "imports.txt"
 EXPORTS = SOURCES / "client/exports.txt"
 MINIMUM = "10.7"
 
-# Sources to link in: what no optimiser leaves out, and a call of another library's function.
+# Sources to link in: a symbol that no optimiser removes, and a call of another library's function.
 KEPT = '__attribute__((used, visibility("default")))'
 CALL = f"extern int {{0}}(); {KEPT} int (*posCalled)() = {{0}};"
 
 
 def run(*command):
-    """Runs a command that has to succeed; its output is shown if it does not."""
+    """Runs a command that must succeed; shows its output if it fails."""
     result = subprocess.run(command, capture_output=True, text=True)
     if result.returncode:
         raise AssertionError(f"{command[0]}: {result.stdout}{result.stderr}")
@@ -33,7 +33,7 @@ def run(*command):
 
 
 class BundleCopyTest(unittest.TestCase):
-    """A test with a copy of the bundle in a folder of its own."""
+    """A test with a copy of the bundle in a separate folder."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -45,7 +45,7 @@ class BundleCopyTest(unittest.TestCase):
         self.property_list = self.bundle / "Contents/Info.plist"
 
     def check(self):
-        """(exit status, failed checks: what is wrong by the check's name) of the checker on the copy."""
+        """Runs the checker on the copy. Returns (exit status, {name of a failed check: what is wrong})."""
         result = subprocess.run([SOURCES / "scripts/check-bundle", self.bundle], capture_output=True, text=True)
         self.assertEqual(result.stderr, "")
         failed = re.findall(r"^FAIL (.*?: .*?): (.*)$", result.stdout, re.MULTILINE)
@@ -53,7 +53,7 @@ class BundleCopyTest(unittest.TestCase):
         return result.returncode, dict(failed)
 
     def assert_fails(self, expected):
-        """The checker fails with these checks and no others; each value stands in what its line says."""
+        """Expects exactly these checks to fail. Each value must be part of the line of its check."""
         status, failed = self.check()
         self.assertEqual(sorted(failed), sorted(expected))
         self.assertEqual(status, 1)
@@ -64,26 +64,26 @@ class BundleCopyTest(unittest.TestCase):
         return macho.images(self.executable.read_bytes())
 
     def replace_in_slice(self, architecture, position, content):
-        """Overwrites bytes of one slice, counted from its beginning."""
+        """Overwrites bytes of one slice. The position counts from the beginning of the slice."""
         data = bytearray(self.executable.read_bytes())
         start = data.index(self.images()[architecture].data) + position
         data[start : start + len(content)] = content
         self.executable.write_bytes(data)
 
     def replace_text(self, path, old, new):
-        """Replaces a text that stands in the file just once."""
+        """Replaces a text that occurs exactly once in the file."""
         text = path.read_text()
         self.assertEqual(text.count(old), 1, old)
         path.write_text(text.replace(old, new))
 
     def objects(self, architecture):
-        """What the slice of the build was linked from."""
+        """Returns the files from which the build has linked the slice."""
         if architecture == "i386":
             return [BUILD / "cmake/macos/i386/Dovrel.o"]
         return (BUILD / "cmake/macos/x86_64/objects.txt").read_text().split()
 
     def compile(self, architecture, source):
-        """The object file of a source in C or in assembly, fit for the linker."""
+        """Compiles a source in C or assembly and returns its object file, prepared for the linker."""
         result = f"{source}.o"
         run("clang-14", "-target", f"{architecture}-apple-macosx{MINIMUM}", "-O1", "-c", source, "-o", result)
         if architecture == "i386":
@@ -92,7 +92,7 @@ class BundleCopyTest(unittest.TestCase):
         return result
 
     def changed_table(self, old, new):
-        """A copy of the table of imports with a text replaced in it."""
+        """Returns a copy of the table of imports in which a text is replaced."""
         table = self.folder / "imports.txt"
         shutil.copy(TABLE, table)
         self.replace_text(table, old, new)
@@ -100,8 +100,8 @@ class BundleCopyTest(unittest.TestCase):
 
     def relink(self, architecture, code="", options=(), table=TABLE, known=MINIMUM, minimum=MINIMUM, exports=(),
                in_order=True, objects=None):
-        """Links one slice of the copy anew: with a source in C, with options of the linker, from another table, with stubs
-        that know what macOS `known` has, for the system `minimum`, exporting further functions, from other objects."""
+        """Links one slice of the copy again. Each argument changes one thing: a source in C to add, options of the linker,
+        the table, stubs with the functions of macOS `known`, the oldest system `minimum`, further exports, other objects."""
         added = self.folder / "added.c"
         added.write_text(code)
         stubs, output, listed = self.folder / f"stubs.{architecture}", self.folder / architecture, self.folder / "exports"
@@ -114,7 +114,7 @@ class BundleCopyTest(unittest.TestCase):
         self.join({architecture: output})
 
     def join(self, slices):
-        """Makes the executable of these slices, and of those that it has already."""
+        """Builds the executable from these slices and, for the other architectures, from the present ones."""
         paths = []
         for architecture, image in self.images().items():
             paths.append(slices.get(architecture, self.folder / f"{architecture}.old"))

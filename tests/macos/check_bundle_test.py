@@ -1,4 +1,4 @@
-"""scripts/check-bundle on bundles that are broken on purpose: each fails the checks that are there for it, and no others."""
+"""Runs scripts/check-bundle on deliberately damaged bundles. Each must fail exactly the checks for its damage."""
 import re
 import shutil
 import struct
@@ -52,7 +52,7 @@ class CheckExecutable(BundleCopyTest):
 
     def test_OneExportUnderAnotherName_Fails(self):
         image = self.images()["i386"]
-        # In the data that exports are found by, names stand in pieces; the table of symbols has them whole.
+        # The export data contains names in pieces; the symbol table contains them whole.
         self.replace_in_slice("i386", image.data.index(b"GetInfo\0"), b"x")
         self.assert_fails({f"i386: {EXPORTS}": "_posGetInfo is missing; _posxetInfo is exported as well"})
 
@@ -127,7 +127,7 @@ class CheckExecutable(BundleCopyTest):
         self.assertIn("__OBJC is the last segment", self.check()[1]["i386: its segments are in order"])
 
     def test_CallThroughAFixedAddress_Fails(self):
-        # The linker's own stubs: our assembly step has not seen this source.
+        # These stubs come from the linker, because our assembly step has not processed this source.
         self.relink("i386", f"extern void abort(void); {KEPT} void posStop(void) {{ abort(); }}")
         self.assert_fails({"i386: its branches stay in the code": "goes through the fixed address"})
 
@@ -139,7 +139,8 @@ class CheckExecutable(BundleCopyTest):
         self.assertIn("leaves the code", self.check()[1]["i386: its branches stay in the code"])
 
     def test_ObjectiveCPointersThatTheLinkerMadeOne_Fails(self):
-        # Their labels begin with "L" as the compiler wrote them: no symbols, as if our assembly step did not know of it.
+        # The compiler's labels begin with "L", so they are not symbols, as if our
+        # assembly step did not handle them.
         assembly = self.folder / "merged.s"
         text = (BUILD / "cmake/macos/i386/Dovrel.s").read_text()
         assembly.write_text(re.sub(r"(?<![\w.$])l(?=_OBJC_(SELECTOR|CLASS)_REFERENCES_)", "L", text))

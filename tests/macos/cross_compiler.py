@@ -1,4 +1,4 @@
-"""The compiler as the cross build runs it, for sources of the tests' own."""
+"""Runs the compiler as the cross build does, for sources that belong to the tests."""
 import subprocess
 
 from bundle_copy import MINIMUM, SOURCES
@@ -7,8 +7,8 @@ HEADERS = {"platform": SOURCES / "portability/include", "macos": SOURCES / "cmak
 
 
 def compile_source(code, architecture="x86_64", headers=tuple(HEADERS.values()), before=(), options=()):
-    """Looks through a source without making anything of it: its exit status, what the compiler shows (options make it
-    show things) and its complaints. `before` are folders of headers in front of those of the platform."""
+    """Checks a source without writing an object file. The result has the exit status, the output that `options` request,
+    and the error messages. `before` are header folders that are searched before those of the platform."""
     folders = [*before, *headers]
     return subprocess.run(
         ["clang++-14", "-target", f"{architecture}-apple-macosx{MINIMUM}", "-std=c++17", "-nostdinc++", "-nostdlibinc"]

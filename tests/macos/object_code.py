@@ -1,4 +1,4 @@
-"""Tables of virtual operations, read from object files of both systems."""
+"""Reads virtual tables from object files of both systems."""
 import re
 import subprocess
 from collections import defaultdict
@@ -12,14 +12,14 @@ def output(*command):
 
 
 class ElfObject:
-    """An object file of Linux, for 64 bits."""
+    """A 64-bit object file of Linux."""
 
     def __init__(self, path):
         self.path = path
 
     def virtual_table(self, table):
-        """For each function of a table the names that it has, without the underscore that macOS puts in front; none for a
-        place that is left empty."""
+        """Returns for each function of a table the list of its names, without the underscore that macOS adds. The list is
+        empty for an empty slot."""
         symbols = output("llvm-readelf-14", "--symbols", "--wide", self.path)
         place = re.search(rf"^ *\d+: ([0-9a-f]+) +(\d+) OBJECT +\S+ +\S+ +(\d+) {re.escape(table)}$", symbols, re.MULTILINE)
         start, size, section = int(place[1], 16), int(place[2]), place[3]
@@ -32,12 +32,12 @@ class ElfObject:
         for offset, target in re.findall(r"^([0-9a-f]{16}) +\S+ +R_X86_64_64 +\S+ +(\S+) \+ 0$", block, re.MULTILINE):
             if start <= int(offset, 16) < start + size:
                 words[(int(offset, 16) - start) // 8] = [target]
-        # In front of the functions stand the distance to the object's beginning and the type information.
+        # Before the functions are the offset to the beginning of the object and the type information.
         return [words.get(number, []) for number in range(2, size // 8)]
 
 
 class MachOObject:
-    """An object file of macOS, for either width."""
+    """A 32-bit or 64-bit object file of macOS."""
 
     def __init__(self, path):
         self.path = path
@@ -47,13 +47,14 @@ class MachOObject:
             self.names[int(address, 16)].append(name[1:])
 
     def virtual_table(self, table):
-        """As of ElfObject. The table ends where the next symbol or the section does."""
+        """As for ElfObject. The table ends at the next symbol or at the end of the section."""
         start = next(address for address, names in self.names.items() if table in names)
         sections = self.image.segments[0].sections
         section = next(s for s in sections if s.address <= start < s.address + s.size)
         end = min([address for address in self.names if address > start] + [section.address + section.size])
 
-        # A line of a relocation: address, relative, length, external, kind, scattered, symbol or number of a section.
+        # A line of a relocation: address, relative, length, external, kind,
+        # scattered, symbol or section number.
         listing = output("llvm-objdump-14", "--macho", "--reloc", self.path)
         title = f"Relocation information ({section.segment},{section.name}) "
         size = self.image.pointer_size

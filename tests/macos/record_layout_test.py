@@ -1,5 +1,5 @@
-"""Every record in the headers of the platform is held in its layout, in both widths, so that none can be packed otherwise
-and still compile."""
+"""Checks that the headers state the layout of every structure of the platform, in both widths, so that a structure
+with another packing does not compile."""
 import re
 import shutil
 import tempfile
@@ -30,11 +30,11 @@ class RecordLayout(unittest.TestCase):
         return compile_source(f'#include "{header}"', architecture, tuple(self.folders.values()), options=options)
 
     def layouts(self, header, architecture):
-        """How the compiler lays out all records of a header, whatever the header states about it."""
+        """Returns the compiler's layout of all structures in a header and ignores what the header states about it."""
         result = self.compile(header, architecture, ["-Xclang", "-fdump-record-layouts-complete",
                                                      '-Dstatic_assert(...)=static_assert(true, "")'])
         self.assertEqual(result.returncode, 0, result.stderr)
-        return re.sub(r":\d+:\d+\b", "", result.stdout)  # a record without a name is called after its place
+        return re.sub(r":\d+:\d+\b", "", result.stdout)  # an unnamed record is named by its position
 
     def assert_packing_is_stated(self, headers, architecture, some_names):
         changed = set()

@@ -1,4 +1,4 @@
-"""What the cross build refuses to compile and to link, and what its steps do with their input."""
+"""Checks what the cross build refuses to compile and to link, and what its steps do with their input."""
 import subprocess
 import tempfile
 import unittest
@@ -12,7 +12,7 @@ import imports
 
 class Compiling(unittest.TestCase):
     def compile(self, code):
-        """The compiler's complaints about a source in C++, compiled as those of the library are."""
+        """Returns the compiler's messages about a C++ source, compiled like those of the library."""
         folders = [BUILD / "cmake/macos/site", "/usr/lib/llvm-14/include/c++/v1"]
         return compile_source(code, before=folders).stderr
 
@@ -37,14 +37,14 @@ class Linking(BundleCopyTest):
 
 
 class Sources(unittest.TestCase):
-    """Every source of the library, the parts included that no exported function reaches."""
+    """Every source of the library, including the parts that no exported function uses."""
 
     FILES = {
         "x86_64": BUILD / "cmake/macos/x86_64/objects.txt",
         "i386": BUILD / "cmake/macos/i386/modules.txt",
     }
     FOLDERS = ("InterProcessCommunication", "client", "platform", "serialization", "settings", "ui")
-    # What the linker supplies, and what the compiler calls on its own account when it makes code of a module.
+    # Symbols that the linker supplies, and functions that the compiler calls by itself.
     LINKER = {"___dso_handle", "dyld_stub_binder"}
     COMPILER = {"___bzero", "_memset", "_fwrite$UNIX2003", "_fputc", "_objc_exception_extract"}
 
@@ -106,7 +106,7 @@ class Table(unittest.TestCase):
 
 
 class Assembly(unittest.TestCase):
-    """The step that makes assembly for i386 fit for its linker."""
+    """The step that prepares i386 assembly for its linker."""
 
     def rewrite(self, text):
         with tempfile.TemporaryDirectory() as folder:

@@ -1,4 +1,4 @@
-"""The order of virtual operations that is promised, held against the object code for both systems and both widths."""
+"""Compares the promised order of virtual functions with the object code for both systems and both widths."""
 import re
 import subprocess
 import tempfile
@@ -8,7 +8,7 @@ from pathlib import Path
 from bundle_copy import BUILD, MINIMUM, SOURCES, run
 from object_code import ElfObject, MachOObject, output
 
-# The operations behind the two destructors. "= 0" is an operation that the class leaves to those derived from it.
+# The virtual functions after the two destructors. "= 0" marks a pure virtual function.
 WRITING = ["setByte", "writeBytes", "copyFrom"]
 SERVER_INTERFACE = ["registerApplication", "unregisterApplication", "instantiateObject", "callMethod", "deleteObject",
                     "executeCommand", "getInformation"]
@@ -82,9 +82,9 @@ def table_name(class_name):
 
 
 def stands_for(names, expected, is_abstract=False):
-    """Whether a function of these names is the expected operation. A destructor has a name for objects as a whole and one
-    for them as parts, which compilers take for each other where both do the same; in the table of an abstract class, where
-    nobody can call them, some leave their places empty."""
+    """Returns true if a function with these names is the expected one. A destructor has one name for complete objects and
+    one for base-class parts; compilers exchange them if both do the same. Some compilers leave the destructor slots of an
+    abstract class empty, because nobody can call them."""
     if expected.endswith(" = 0"):
         return names == ["__cxa_pure_virtual"]
     if expected.startswith("~"):
@@ -99,14 +99,14 @@ class VirtualOrder(unittest.TestCase):
         self.folder = Path(folder.name)
 
     def makers(self, architecture):
-        """The classes without a source of their own, compiled for macOS."""
+        """Compiles the classes without a source of their own for macOS."""
         objects = self.folder / "virtual_tables.o"
         run("clang++-14", "-target", f"{architecture}-apple-macosx{MINIMUM}", f"@{BUILD}/cmake/macos/options.rsp", "-O0",
             "-c", SOURCES / "tests/macos/virtual_tables.cpp", "-o", objects)
         return [objects]
 
     def assert_order(self, files, prefix, reader):
-        """Every class has its table in one of the files, in the order that is promised."""
+        """Expects every class to have its table in one of the files, with the functions in the promised order."""
         homes = {}
         for line in output("llvm-nm-14", "--print-file-name", "--defined-only", *files).splitlines():
             path, _, entry = line.rpartition(": ")
@@ -136,7 +136,7 @@ class VirtualOrder(unittest.TestCase):
         self.assert_order(files + self.makers("i386"), "_", self.compiled_module)
 
     def compiled_module(self, path):
-        """The modules are still to be turned into object code."""
+        """Compiles a module to object code first, because the link step would do that."""
         if Path(path).suffix == ".bc":
             target = self.folder / (Path(path).name + ".o")
             run("clang-14", "-target", f"i386-apple-macosx{MINIMUM}", "-c", path, "-o", target)
@@ -145,7 +145,7 @@ class VirtualOrder(unittest.TestCase):
 
 
 class Reading(unittest.TestCase):
-    """That an order which is broken would be found."""
+    """Checks that a changed order would be found."""
 
     def test_ExchangedOperations_AreTold(self):
         with tempfile.TemporaryDirectory() as folder:

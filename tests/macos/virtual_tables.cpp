@@ -1,5 +1,6 @@
-// Classes whose tables of virtual operations stand in no source of their own: whoever makes an object gets a copy, and
-// here are makers of objects. Only compiled, for both systems, and never linked or run.
+// Classes whose virtual tables are not emitted in a source of their own. Every translation unit that
+// creates an object contains a copy, and this one creates objects. It is only compiled, for both
+// systems, and never linked or run.
 #include "InterProcessCommunication/POSTransferObjForwarder.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 #include "platform/GeneralEvent.h"

@@ -1,4 +1,4 @@
-// Takes the failure that a call throws by pointer.
+// Catches the failure that a call throws by pointer.
 #pragma once
 
 #include <memory>
@@ -7,7 +7,7 @@
 
 namespace dovrel::test {
 
-/// The failure, of type Failure or derived from it, that `call` threw; null when it threw none.
+/// Returns the failure (of type Failure or a derived type) that `call` threw; null if it threw none.
 template <class Failure = CPPException, class Call>
 std::unique_ptr<Failure> failureOf(Call call) {
     try {

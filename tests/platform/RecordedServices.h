@@ -1,5 +1,5 @@
-// Stands in for the services of the platform that synchronization objects and tasks are made of: notes every
-// call and answers what the test wants.
+// Replaces the platform services of synchronization objects and tasks. It records every call and returns the
+// results that a test has set.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
@@ -11,15 +11,15 @@ namespace dovrel::test {
 
 struct RecordedServices {
     bool areReady = true;
-    OSStatus creation = noErr;  // what the calls that create regions, semaphores and events answer
+    OSStatus creation = noErr;  // result of the calls that create regions, semaphores and events
     OSStatus taskCreation = noErr;
-    uintptr_t createdId = 0x100;  // the identifier that is handed out on success
-    OSStatus use = noErr;         // what all others answer
+    uintptr_t createdId = 0x100;  // the identifier that is returned on success
+    OSStatus use = noErr;         // result of all other calls
     OSStatus processLookup = noErr;
     std::vector<std::string> calls;
 };
 
-/// The one that all calls go to.
+/// The record of all calls.
 extern RecordedServices services;
 
 }  // namespace dovrel::test

@@ -1,4 +1,4 @@
-// What the synchronization objects and tasks ask of the platform, to the argument.
+// The exact calls and arguments with which synchronization objects and tasks use the platform.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What becomes of services that are not ready, or out of resources.
+// The behaviour if services are not ready, or if the platform has no more resources.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -31,7 +31,7 @@ OSStatus neverRun(void*) {
     return noErr;
 }
 
-// Runs `create` with services that are not ready, and with services that fail, and compares what is thrown.
+// Runs `create` with services that are not ready, and with services that fail. Checks what it throws.
 template <class Create>
 void expectFailure(Create create, const char* location, const char* message) {
     for (const bool areReady : {false, true}) {

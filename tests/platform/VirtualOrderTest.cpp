@@ -1,4 +1,4 @@
-// The order of the virtual operations, and how little the platform's classes hold.
+// The order of the virtual functions, and the size of the platform's classes.
 #include <gtest/gtest.h>
 
 #include "platform/GeneralEvent.h"
@@ -16,7 +16,7 @@ namespace {
 using test::virtualSlot;
 using test::VirtualSlots;
 
-// A destructor takes the two slots in front.
+// The destructor has the first two slots.
 TEST(VirtualOrder, SynchronizationObjects_WaitThenTheirTwoOperations) {
     EXPECT_EQ(virtualSlot(&SynchronizationObject::wait), 2u);
     EXPECT_EQ(virtualSlot(&CriticalSection::enter), 3u);

@@ -1,4 +1,4 @@
-// Byte arrays from and to readable text, and the check of a serialization failure.
+// Converts byte arrays from and to readable text, and checks serialization failures.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,22 +14,22 @@
 
 namespace dovrel::test {
 
-// The characters, without a terminating zero.
+/// Returns the characters without a terminating NUL.
 CPPByteArray arrayOf(std::string_view text);
 CPPExpandingByteArray expandingArrayOf(std::string_view text);
 
-// An array of that size that cannot grow, filled with EE.
+/// Returns an array of that size that cannot grow, filled with EE.
 CPPByteArray plainArray(uint32_t size);
 
-// From pairs of hexadecimal digits with or without blanks between them: "41 73 41 6B".
+/// Returns the bytes of hexadecimal digit pairs, with or without blanks between them: "41 73 41 6B".
 CPPByteArray arrayOfHex(std::string_view digits);
 
 std::string textOf(const CPPByteArray& array);
 
-// Upper case, a blank between the bytes; "" for an empty array.
+/// Returns upper-case digits with a blank between the bytes; "" for an empty array.
 std::string hexOf(const CPPByteArray& array);
 
-// Runs the operation, which must throw exactly an Exception with these texts (null: none) and the code 0.
+/// Runs the operation. It must throw exactly an Exception with these texts (null for none) and code 0.
 template <class Exception, class Operation>
 void expectFailure(Operation operation, uint32_t typeCode, const char* detail, const char* message) {
     try {

@@ -1,4 +1,4 @@
-// Where the content of a byte array comes from: other arrays, buffers and fills.
+// The sources of a byte array's content: other arrays, buffers and fills.
 
 #include "serialization/CPPByteArray.h"
 

@@ -1,4 +1,4 @@
-// Byte arrays filled from streams: whole, in pieces, after errors, and from streams that throw.
+// Byte arrays that are filled from streams: whole, in pieces, after errors, and from streams that throw.
 
 #include <gtest/gtest.h>
 
@@ -115,7 +115,7 @@ TEST(CPPByteArrayStream, LengthOfAStreamThatCannotBePositioned_TakesTheNextBytes
     EXPECT_EQ(textOf(array), "tex");
 }
 
-// Loads 1 MiB that throws in its middle, often. Everything that would stay behind each time shows.
+// Repeatedly loads 1 MiB from a stream that throws halfway. A leak in each load would exceed the limit.
 template <class Load>
 void expectThatNothingStaysBehind(const Load& load) {
     constexpr int kRepetitions = 8;

@@ -69,7 +69,7 @@ TEST(CPPExpandingByteArray, WriteBytes_WhoseEndWraps_IsRefused) {
 TEST(CPPExpandingByteArray, WriteBytes_OfItsOwnBytes_FindsThemAfterGrowing) {
     CPPExpandingByteArray array;
     array.setFilled(1, 'a');
-    // Large enough that the block moves on the way.
+    // Large enough that the block moves at least once while it grows.
     while (array.getSize() < 1u << 20)
         array.writeBytes(array.getSize(), array.data(), array.getSize());
     EXPECT_EQ(array.getSize(), 1u << 20);

@@ -1,4 +1,4 @@
-// What byte arrays ask of the heap, and what they do when it has nothing left.
+// The allocations of byte arrays, and their behaviour when an allocation fails.
 
 #include <gtest/gtest.h>
 
@@ -65,7 +65,7 @@ TEST(Heap, ExpandingArray_GrowsToExactlyTheHighestByteWritten) {
     EXPECT_EQ(watch.requests(), (std::vector<size_t>{1, 6, 9, 13}));
 }
 
-// Every operation that needs memory, on arrays that hold "old": without memory they hold it still.
+// Runs every operation that allocates on arrays that contain "old". If the allocation fails, they still do.
 TEST(Heap, OutOfMemory_LeavesContentAndSizeAsTheyWere) {
     const CPPByteArray other = arrayOf("other");
     const auto keepsContent = [](const char* name, auto operation) {
@@ -111,7 +111,7 @@ void writeSmallBlock(CPPByteArray& block, const CPPByteArray& part) {
     writer.writeWholeStreamPart(4, stream);
 }
 
-// An expanding array of a derived class, which sees every single store.
+// A derived class, for which the writer stores every element separately.
 class DerivedArray : public CPPExpandingByteArray {};
 
 TEST(Heap, WriterOverAnExpandingArray_GrowsItOncePerPart) {
@@ -154,15 +154,16 @@ TEST(Heap, OutOfMemoryForAllPartsAtOnce_WritesThemOneByOne) {
 TEST(Heap, OutOfMemoryForOneOfAllParts_FailsAndLeavesWhatFitted) {
     CPPExpandingByteArray block;
     HeapWatch watch;
-    // Refused are all parts at once, the first part, and the data of the first part.
+    // The allocations that fail: for all parts at once, for the first part,
+    // and for the data of the first part.
     watch.failAt({1, 3, 5});
     expectFailure<StructuredWriteFailedException>([&] { writePartsAtOnce(block); }, 5,
                                                   "384269E80233: ", kTooSmall);
     EXPECT_EQ(hexOf(block), "41 73 41 6B 00 01 00 00 00 09 00 00 00 01 00 00 00 04");
 }
 
-// Whichever growth fails, and whether the ones after it fail as well: the writer says so, or the block is
-// complete. Gives the number of growths that a complete block takes.
+// Makes each growth fail, alone or with all later ones. The writer must either throw, or complete the block.
+// Returns the number of growths that a complete block takes.
 template <class Target>
 size_t failEachGrowth(bool once) {
     const CPPByteArray part = arrayOf("abc");
@@ -226,7 +227,7 @@ TEST(Heap, OutOfMemoryForTheDataOfAPart_LeavesItsHeaderAsEveryPartlyWrittenPart)
     StructuredByteArrayWriter writer;
     writer.initialize(block, 8);
     HeapWatch watch;
-    // The growth for the whole part fails, the one for its header does not, the one for its data does.
+    // The growth for the whole part fails, the one for its header succeeds, the one for its data fails.
     watch.failAt({1, 3});
     expectFailure<StructuredWriteFailedException>([&] { writer.writeBytesPart(1, "abc", 3); }, 5,
                                                   "384269E80233: ", kTooSmall);

@@ -31,8 +31,8 @@ TEST(PartTable, FewEntriesInAnyOrder_AreFound) {
     }
 }
 
-// Around the number of entries that the table keeps without the heap, and far beyond, against the standard
-// map, whose insert keeps the first entry of a key as well.
+// Uses sizes around the number of entries that the table holds without the heap, and much larger ones.
+// Compares the table with std::map, whose insert also keeps the first entry of a key.
 TEST(PartTable, AnyNumberOfEntriesWithRepeatedTags_TheFirstOfEachWins) {
     for (uint32_t count : {1u, 15u, 16u, 17u, 18u, 33u, 1000u, 20000u}) {
         SCOPED_TRACE(count);

@@ -1,4 +1,4 @@
-// Streams with something special about them.
+// Streams with unusual properties.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace dovrel::test {
 
-/// A stream of these words that ">>" has read past its end: its end-of-file bit and its fail bit are set.
+/// Returns a stream of these words that ">>" has read past its end: eofbit and failbit are set.
 inline std::istringstream readPastItsEnd(const std::string& words) {
     std::istringstream stream(words);
     for (std::string word; stream >> word;) {
@@ -19,7 +19,7 @@ inline std::istringstream readPastItsEnd(const std::string& words) {
     return stream;
 }
 
-/// Delivers a text from its start to its end and cannot be positioned, as a pipe.
+/// Delivers a text from start to end and cannot be positioned, like a pipe.
 class PipeBuffer : public std::streambuf {
   public:
     explicit PipeBuffer(std::string text) : text_(std::move(text)) {
@@ -30,7 +30,8 @@ class PipeBuffer : public std::streambuf {
     std::string text_;
 };
 
-/// A text that can be measured, but throws std::runtime_error after its first characters.
+/// A text whose length can be determined, but reading it throws
+/// std::runtime_error after the first characters.
 class BrokenBuffer : public std::streambuf {
   public:
     BrokenBuffer(std::string text, std::size_t readable) : text_(std::move(text)), readable_(readable) {
@@ -40,7 +41,7 @@ class BrokenBuffer : public std::streambuf {
   protected:
     int_type underflow() override { throw std::runtime_error("the medium is broken"); }
 
-    // Knows its start and its end only.
+    // Only the start and the end can be sought.
     pos_type seekoff(off_type, std::ios::seekdir direction, std::ios::openmode) override {
         setg(text_.data(), text_.data(), text_.data() + readable_);
         if (direction != std::ios::cur) isAtEnd_ = direction == std::ios::end;

@@ -181,8 +181,8 @@ TEST(StructuredByteArrayReader, LastPartThatClaimsMoreThanRemains_FailsTheBounds
 
 TEST(StructuredByteArrayReader, LengthThatWrapsPast32Bits_IsRefusedSoThatParsingEnds) {
     const std::string header = kHeader;
-    // 18 + FFFFFFEE and 18 + FFFFFFF8 are 0 and 10 in 32 bits, a start in the middle of what was read
-    // already.
+    // In 32 bits 18 + FFFFFFEE is 0 and 18 + FFFFFFF8 is 10, a position
+    // inside the data that was already read.
     expectParseFailure(header + " 00 00 00 05 FF FF FF EE", "3841954A010E: ", "1");
     expectParseFailure(header + " 00 00 00 05 FF FF FF F8", "3841954A010E: ", "1");
     expectParseFailure(header + " 00 00 00 05 FF FF FF FF", "3841954A010E: ", "1");
@@ -224,7 +224,7 @@ TEST(StructuredByteArrayReader, SecondInitialize_AddsItsTagsAndKeepsTheOldEntrie
         "41 73 41 6B 00 01 00 00 00 09"
         "00 00 00 05 00 00 00 01 61"
         "00 00 00 06 00 00 00 01 62");
-    // The entry of tag 5 stays at the first block's offset 18, where this block has "Y".
+    // The entry of tag 5 keeps offset 18 of the first block. This block contains "Y" there.
     const CPPByteArray second = arrayOfHex(
         "41 73 41 6B 00 01 00 00 00 0A"
         "00 00 00 07 00 00 00 02 59 5A"
@@ -238,8 +238,8 @@ TEST(StructuredByteArrayReader, SecondInitialize_AddsItsTagsAndKeepsTheOldEntrie
     EXPECT_EQ(reader.getPartLength(6), 1u);
 }
 
-// The blocks of two calls of initialize: tag 5 is 4 bytes at offset 18 in the first and ends the block, tag 6
-// is 8 bytes at offset 30. The second block holds tags 5 and 6 itself and is shorter.
+// The first block for two calls of initialize: tag 5 has 4 bytes at offset 18, and tag 6 has 8 bytes at
+// offset 30, the end of the block. The second blocks in these tests are shorter.
 constexpr char kLongBlock[] =
     "41 73 41 6B 00 01 00 00 00 09"
     "00 00 00 05 00 00 00 04 61 62 63 64"
@@ -247,7 +247,7 @@ constexpr char kLongBlock[] =
 
 TEST(StructuredByteArrayReader, SecondBlockThatIsShorter_NothingIsReadBeyondItsEnd) {
     const CPPByteArray first = arrayOfHex(kLongBlock);
-    // Offset 18 has the last two bytes of this block, offset 30 lies beyond its end.
+    // Offset 18 has the last two bytes of this block; offset 30 is beyond its end.
     const CPPByteArray second = arrayOfHex(
         "41 73 41 6B 00 00"
         "00 00 00 07 00 00 00 06 6D 6E 6F 70 71 72");

@@ -1,4 +1,4 @@
-// What the writer throws, and what a failed write leaves behind.
+// Tests the exceptions of the writer, and the content of the block after a failed write.
 
 #include "serialization/StructuredByteArrayWriter.h"
 

@@ -1,4 +1,4 @@
-// Parts written from streams: whole, in pieces, after errors, and from streams that throw.
+// Parts that are written from streams: whole, in pieces, after errors, and from streams that throw.
 
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ class StructuredByteArrayWriterStream : public testing::Test {
   protected:
     StructuredByteArrayWriterStream() { writer_.initialize(array_, 9); }
 
-    // The block without its header.
+    // Returns the block without its header.
     std::string parts() const {
         const std::string hex = hexOf(array_);
         EXPECT_EQ(hex.substr(0, sizeof kHeader - 1), kHeader);

@@ -16,7 +16,7 @@ using test::arrayOf;
 using test::hexOf;
 using test::plainArray;
 
-// Notes which of the target's operations the writer uses.
+// Records which of the target's operations the writer uses.
 class WatchedArray : public CPPExpandingByteArray {
   public:
     void setByte(uint32_t index, uint8_t value) override {
@@ -50,8 +50,7 @@ TEST(StructuredByteArrayWriter, Initialize_WritesTheTypeNumberBigEndian) {
     EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 12 34 56 78");
 }
 
-// What the writer does with a number, bytes, an array and a part without bytes, told all at once or one by
-// one.
+// Writes a number, bytes, an array and a part without bytes, either all at once or one by one.
 template <class Target>
 void writeParts(Target& target, bool atOnce) {
     const CPPByteArray array = arrayOf("array");
@@ -189,7 +188,7 @@ TEST(StructuredByteArrayWriter, EveryStore_GoesThroughTheTargetsOperations) {
     EXPECT_EQ(array.calls, (std::vector<std::string>{"writeBytes 31 8", "setByte 39", "setByte 40"}));
 }
 
-// A derived class sees each store, so that it takes another way through the writer than the library's own.
+// The writer uses another code path for derived classes, because a derived class must receive each store.
 TEST(StructuredByteArrayWriter, TargetOfADerivedClass_GetsTheSameBytes) {
     const auto write = [](CPPByteArray& target) {
         StructuredByteArrayWriter writer;

@@ -17,7 +17,7 @@ using test::textOf;
 using testing::_;
 using testing::Ref;
 
-// A writer that shows what the base makes of its own operations.
+// A writer that shows how the base class uses the operations of a derived class.
 class MockWriter : public StructuredDataWriter {
   public:
     MOCK_METHOD(void, writeArrayPart, (uint32_t, const CPPByteArray&), (override));

@@ -15,7 +15,7 @@ std::string bytesOf(const StructuredPart& part) {
     return std::string(static_cast<const char*>(part.data()), part.getLength());
 }
 
-// What copyTo stores, between bytes that it must leave alone.
+// Returns what copyTo stores, between bytes that it must not change.
 std::string copied(const StructuredPart& part) {
     std::string room(part.getLength() + 2, 'x');
     auto* const place = reinterpret_cast<uint8_t*>(room.data()) + 1;

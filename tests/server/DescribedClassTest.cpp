@@ -12,7 +12,7 @@ using Names = std::vector<std::string>;
 
 class DescribedClassTest : public testing::Test {
   protected:
-    // Of a text with one class.
+    // Returns the class that a text with one class describes.
     std::shared_ptr<const ServerClass> describe(const std::string& text) {
         problems_.clear();
         const auto sections = dovrel::ConfigFileSystem::readSections(text, DescribedClass::kSectionKey);

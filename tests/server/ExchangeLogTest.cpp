@@ -15,8 +15,7 @@ namespace {
 
 using dovrel::test::TemporaryFolder;
 
-// The text with the time at the front of its lines taken out: "at #1 ..." for "2026-11-15 18:19:00.123 #1
-// ...".
+// Removes the time from the beginning of each line: "2026-11-15 18:19:00.123 #1 ..." becomes "at #1 ...".
 std::string withoutTimes(const std::string& text) {
     const std::string pattern = "0000-00-00 00:00:00.000 ";
     std::istringstream lines(text);

@@ -30,7 +30,7 @@ class ExchangesTest : public testing::Test {
         return bytesToText(outcome.parameter->bytes());
     }
 
-    // An application with an Echo object; then the settings are taken over.
+    // Registers an application, creates an Echo object, then applies the settings.
     void prepare(const std::string& settings) {
         session_ = replyOf(send(registerRequest("Demo"))).number(posField::kSession);
         object_ = replyOf(send(instantiateRequest(session_, "Echo"))).data(posField::kObject);

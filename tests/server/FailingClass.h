@@ -1,4 +1,4 @@
-// A class whose code lets exceptions out.
+// A class whose methods throw exceptions.
 #pragma once
 
 #include <functional>
@@ -15,7 +15,7 @@ class FailingClass : public ServerClass {
   public:
     using Action = std::function<void()>;
 
-    /// The method "fail" runs `fail`, and so does the creation of an object with `failsInCreation`. The
+    /// The method "fail" runs `fail`. With `failsInCreation` the creation of an object runs it as well. The
     /// method "work" returns "done".
     explicit FailingClass(Action fail, bool failsInCreation = false)
         : fail_(std::move(fail)), failsInCreation_(failsInCreation) {}

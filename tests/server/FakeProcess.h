@@ -1,4 +1,4 @@
-// A process that does not end, but notes what it was asked for.
+// A process that does not really end, but records what it is asked to do.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace merrowd::test {
 
-/// Thrown in place of the end of the process.
+/// Thrown instead of ending the process.
 struct Vanished {};
 
 class FakeProcess : public ServerProcess {

@@ -1,5 +1,5 @@
-// Requests that are none. Whatever arrives, the server answers with an exception of the fitting code and goes
-// on.
+// Malformed requests. Whatever arrives, the server replies with an exception of
+// the right code and keeps working.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -22,7 +22,7 @@ CPPByteArray prefix(const CPPByteArray& bytes, uint32_t length) {
     return result;
 }
 
-// The server still does its work.
+// Expects that the server still works.
 void expectAlive(TestServer& server) {
     const uint32_t session = server.registerApplication();
     EXPECT_EQ(server.send(commandRequest(session, "ping", "alive")).data(posField::kResult), "alive");
@@ -106,10 +106,10 @@ TEST(MalformedRequest, AnotherTransferOrMessageKind_IsParameterFormat) {
     }
 }
 
-// What a host could do to a field of a valid request.
+// A change that a host could make to a field of a valid request.
 using Change = std::function<void(POSTransferObj& changed, const POSField& field, const std::string& data)>;
 
-// The request with one of its fields, or of its header, changed.
+// Returns the request with one of its fields, or a field of its header, changed.
 CPPByteArray withChangedField(const CPPByteArray& bytes, uint32_t number, const Change& change) {
     POSTransferObj original;
     original.copyBytesFrom(bytes);

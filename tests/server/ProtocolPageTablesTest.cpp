@@ -1,4 +1,4 @@
-// docs/protocol.md against the code: its tables, and the sentences that name a number.
+// Compares docs/protocol.md with the code: its tables, and the sentences that contain a number.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -51,7 +51,7 @@ std::string formName(POSFieldForm form) {
     return "";
 }
 
-// A code of four characters as the page writes it.
+// Returns a four-character code in the notation of the page.
 std::string quoted(uint32_t code) {
     return {'\'',
             static_cast<char>(code >> 24),
@@ -61,7 +61,7 @@ std::string quoted(uint32_t code) {
             '\''};
 }
 
-// The number that a cell is.
+// Returns the value of a cell that contains a number.
 uint32_t numberOf(const std::string& cell) {
     size_t end = 0;
     const unsigned long number = std::stoul(cell, &end);
@@ -73,7 +73,7 @@ bool has(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-// A block with the type number 01020304 and a part with the tag 0A0B0C0D and three bytes of data.
+// Returns a block with the type number 01020304 and a part with tag 0A0B0C0D and three bytes of data.
 dovrel::CPPExpandingByteArray sampleBlock() {
     dovrel::CPPExpandingByteArray block;
     dovrel::StructuredByteArrayWriter writer;
@@ -82,7 +82,7 @@ dovrel::CPPExpandingByteArray sampleBlock() {
     return block;
 }
 
-// The bytes of the block that a row of a table names, in hexadecimal.
+// Returns the bytes of the block that a row of a table describes, in hexadecimal.
 std::string bytesOfRow(const DocumentPage::Row& row, uint32_t base) {
     CPPByteArray bytes;
     bytes.setFromPart(sampleBlock(), base + numberOf(row.at(0)), numberOf(row.at(1)));
@@ -134,7 +134,7 @@ TEST_F(ProtocolPageTables, TheTypeNumbers_AreThoseOfTheCode) {
                            std::to_string(dovrel::kTransferObjFormatVersion) + "."));
 }
 
-// That each event waits so long is shown where the events are seen, with the channel.
+// The channel's tests check that each event really waits this long; they can see the events.
 TEST_F(ProtocolPageTables, TheTimeOuts_AreThoseOfTheCode) {
     namespace serverEvent = dovrel::serverEvent;
     const uint32_t handshake = serverEvent::kWakeTimeOutMs * serverEvent::kTicksPerSecond / 1000;

@@ -1,5 +1,5 @@
-// docs/protocol.md against the real thing: the examples are what the library's trader sends and what this
-// server answers.
+// Compares docs/protocol.md with the running code: the examples must equal what the library's trader sends
+// and what this server replies.
 #include "tests/support/DocumentPage.h"
 
 #include <gtest/gtest.h>
@@ -20,12 +20,12 @@ namespace {
 using dovrel::CPPException;
 using dovrel::test::DocumentPage;
 
-// "41 73 41 6B", so that a difference can be read.
+// Formats bytes as "41 73 41 6B", so that differences are readable.
 std::string hexOf(const std::string& bytes) {
     return dovrel::bytesToHexText(bytes.data(), static_cast<uint32_t>(bytes.size()));
 }
 
-// Carries what the trader sends to a server in this process, and keeps both directions.
+// Passes what the trader sends to a server in this process, and records requests and replies.
 class LoopbackForwarder : public dovrel::POSTransferObjForwarder {
   public:
     explicit LoopbackForwarder(Exchanges& exchanges) : exchanges_(exchanges) {}
@@ -46,7 +46,7 @@ class LoopbackForwarder : public dovrel::POSTransferObjForwarder {
 
     std::string lastRequest;
     std::string lastAnswer;
-    std::string versionRequest;  // sent on the way to a registration
+    std::string versionRequest;  // sent before a registration
     std::string versionAnswer;
 
   private:
@@ -62,7 +62,7 @@ class ProtocolPageTest : public testing::Test {
         EXPECT_EQ(hexOf(forwarder_.lastAnswer), hexOf(page_.example(command + "-reply"))) << command;
     }
 
-    // Each of these sends the request that the page shows.
+    // Each of these functions sends the request that the page shows.
     dovrel::POSRegistration registerDemo() {
         const std::vector<dovrel::CPPClassID> classes{dovrel::CPPClassID(bytesOf(padded("Echo")))};
         dovrel::POSRegistration registration;
@@ -173,7 +173,7 @@ TEST_F(ProtocolPageTest, Handshake_IsTheBytesOfThePage) {
     EXPECT_EQ(page_.example("handshake-reply"), bytesToText(exchanges_.handshake(0).parameter->bytes()));
 }
 
-// That the event of QuitServer carries nothing is shown where its events are seen, with the channel.
+// The channel's tests check that the event of QuitServer has no data; they can see the events.
 TEST_F(ProtocolPageTest, Quit_HasNoBytesOnThePage) {
     EXPECT_EQ(page_.example("quit-request"), "");
 }

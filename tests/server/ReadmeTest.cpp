@@ -1,4 +1,4 @@
-// server/README.md against the server: its tables are complete and true, its examples do what they say.
+// Compares server/README.md with the server: its tables are complete and correct, and its examples work.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -17,7 +17,7 @@ using Names = std::vector<std::string>;
 
 class Readme : public testing::Test {
   protected:
-    // The first cells of the rows under a header.
+    // Returns the first cells of the rows under a header.
     Names firstCells(const DocumentPage::Row& header) const {
         Names cells;
         for (const DocumentPage::Row& row : page_.rowsUnder(header))
@@ -25,7 +25,7 @@ class Readme : public testing::Test {
         return cells;
     }
 
-    // Takes an example over; it must not hold a problem.
+    // Applies an example; it must not cause a problem.
     void apply(const std::string& settings) {
         const std::string status = bytesToText(exchanges_.control(settings).parameter->bytes());
         EXPECT_NE(status.find("//problems\nINT:0\n"), std::string::npos) << status;

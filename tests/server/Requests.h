@@ -1,5 +1,5 @@
-// Requests as hosts send them, answers taken apart, and a server in the test's own process that turns the one
-// into the other.
+// Builds requests as hosts send them, parses replies, and has a server in the
+// test's process that replies to them.
 #pragma once
 
 #include <cstdint>
@@ -25,10 +25,10 @@ class Request {
     std::unique_ptr<POSTransferObj> object_;
 };
 
-/// 16 bytes: the name and zero bytes.
+/// Returns 16 bytes: the name, then zero bytes.
 std::string padded(const std::string& name);
 
-/// A byte array list of these elements.
+/// Returns a byte array list of these elements.
 std::string arrayList(const std::vector<std::string>& elements);
 
 // Complete requests.
@@ -42,16 +42,16 @@ Request commandRequest(uint32_t session, const std::string& command, const std::
 Request informationRequest(uint32_t session, const std::string& request);
 Request versionRequest();
 
-/// One valid request per command, for applications and objects that need not exist.
+/// Returns one valid request per command. Their applications and objects need not exist.
 std::vector<Request> oneOfEachRequest();
 
-/// An answer's bytes.
+/// The bytes of a reply.
 class Reply {
   public:
     explicit Reply(const CPPByteArray& bytes);
 
     bool isException() const { return object_->getMessageKind() == dovrel::kMessageKindException; }
-    /// Of an exception; ~0 for a normal answer.
+    /// Returns the code of an exception; ~0 for a normal reply.
     uint32_t code() const;
     std::string text() const { return object_->readString(dovrel::posField::kExceptionText); }
 
@@ -65,7 +65,7 @@ class Reply {
     std::unique_ptr<POSTransferObj> object_;
 };
 
-/// A server without a process. Its first application is 65537.
+/// A server without a process of its own. The identifier of its first application is 65537.
 class TestServer {
   public:
     static constexpr uint32_t kFirstSession = 65537;
@@ -73,7 +73,7 @@ class TestServer {
     Reply send(const Request& request) { return send(request.bytes()); }
     Reply send(const CPPByteArray& bytes) { return Reply(handler_.answer(bytes, 0)->bytes()); }
 
-    /// Fail the test where the server refuses.
+    /// Both functions fail the test if the server refuses the request.
     uint32_t registerApplication(const std::string& name = "Demo");
     std::string instantiate(uint32_t session, const std::string& className);
 
@@ -84,13 +84,13 @@ class TestServer {
     RequestHandler handler_{state_};
 };
 
-/// An object of a built-in class, called without a server around it.
+/// An object of a built-in class that is called directly, without a server.
 class TestObject {
   public:
     explicit TestObject(const std::string& className);
 
     std::string call(const std::string& method, const std::string& argument = "");
-    /// The code with which the call is refused; fails the test where it is not.
+    /// Returns the code with which the call is refused; fails the test if the call succeeds.
     uint32_t refusalOf(const std::string& method, const std::string& argument = "");
 
   private:
@@ -98,7 +98,7 @@ class TestObject {
     std::unique_ptr<ServerObject> object_;
 };
 
-/// 4 bytes, the least significant first.
+/// Returns the number in 4 bytes, least significant byte first.
 std::string littleEndian(uint32_t number);
 
 }  // namespace merrowd::test

@@ -13,7 +13,7 @@ namespace {
 
 class SettingsFileTest : public testing::Test {
   protected:
-    // The log, without the time in front of each line.
+    // Returns the log, without the time at the beginning of each line.
     std::vector<std::string> notesAfterReading() {
         readSettingsFile(folder_.path("Merrowd.conf"), exchanges_, log_);
         std::vector<std::string> notes;

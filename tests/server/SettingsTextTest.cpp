@@ -15,7 +15,7 @@ Problems problemsOf(std::string_view text) {
     return problems;
 }
 
-// The sections in their text form, each after a line "--".
+// Returns the sections as text, with a line "--" before each.
 std::string sectionsOf(std::string_view text) {
     Problems ignored;
     std::string result;

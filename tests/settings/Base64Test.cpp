@@ -14,7 +14,7 @@ struct Pair {
     std::string text;
 };
 
-// The test vectors of RFC 4648, section 10, and the two digits that are neither letter nor number.
+// The test vectors of RFC 4648, section 10, and the two digits that are neither a letter nor a number.
 const Pair kPairs[] = {
     {"", ""},
     {"f", "Zg=="},

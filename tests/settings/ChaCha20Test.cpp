@@ -1,4 +1,4 @@
-// The expected bytes are the test vectors that RFC 8439 gives for the cipher.
+// The expected bytes are the test vectors of RFC 8439.
 #include "settings/ChaCha20.h"
 
 #include <gtest/gtest.h>

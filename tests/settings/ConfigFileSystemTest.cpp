@@ -20,7 +20,7 @@ namespace {
 using test::failureOf;
 using test::TemporaryFolder;
 
-// All sections in their text form, one after the other, "--" in front of each.
+// Returns all sections as text, one after another, with "--" before each.
 std::string sectionsOf(std::string_view text, const std::string& sectionKey = "LANGUAGE") {
     std::string result;
     for (const Properties& section : ConfigFileSystem::readSections(text, sectionKey)) {

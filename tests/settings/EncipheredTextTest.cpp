@@ -14,8 +14,8 @@ namespace {
 const std::string kText = "//a\nSTR:text\n//b\nINT:3\n";
 const chaCha20::Nonce kNonce{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
 
-// The nonce and the text under the library's key from block 1 on, as another implementation of the cipher
-// gives them.
+// The nonce, then the text enciphered with the library's key from block 1 on, as computed by another
+// implementation of the cipher.
 const std::string kForm = "ENCAQIDBAUGBwgJCgsMZQhnHgyPBzfuupHFE6KObb6KSjpHcEw=";
 
 TEST(EncipheredText, Encipher_GivenNonce_GivesTheKnownForm) {

@@ -8,7 +8,7 @@
 namespace dovrel {
 namespace {
 
-// Every step as a line of text, so that a test shows all of them at once.
+// Returns every step as a line of text, so that a test can compare all of them at once.
 std::vector<std::string> steps(std::string_view text, KeyLineRule rule = KeyLineRule::kOneSlash) {
     PropertiesStringObj cursor(text);
     EntryReader reader(cursor, rule);

@@ -1,4 +1,4 @@
-// The message and the detail of a failure that an operation throws, so that a test compares them in one line.
+// Returns the message of a failure that an operation throws, so that a test can check it in one line.
 #pragma once
 
 #include <memory>
@@ -8,8 +8,8 @@
 
 namespace dovrel::test {
 
-/// The message of the CPPException that `operation` throws, checked to have the detail and the code that
-/// every failure of the settings has; "(nothing thrown)" when it throws none.
+/// Returns the message of the CPPException that `operation` throws, or "(nothing thrown)". Also checks that
+/// the exception has the detail and the code that all failures of the settings have.
 template <typename Operation>
 std::string failureOf(Operation operation) {
     try {

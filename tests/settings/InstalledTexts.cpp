@@ -16,7 +16,7 @@ InstalledTexts::InstalledTexts() {
     std::filesystem::create_directories(folder_.path("home"));
     setVariable("POS_SYSTEM_ROOT", folder_.path("root"));
     setVariable("HOME", folder_.path("home"));
-    // Where no language is preferred, the locale would give one.
+    // Without a preferred language the locale selects one. The locale "C" does not select any.
     setVariable("LC_ALL", "C");
 }
 

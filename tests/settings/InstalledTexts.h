@@ -1,6 +1,5 @@
-// An installation of its own for one test: a system root with, if wanted, a texts file in the library's
-// bundle, and a home folder in which the user's preferences are kept. The environment is as before at the
-// end.
+// A separate installation for one test: a system root, optionally with a texts file in the library's bundle,
+// and a home folder for the user's preferences. The destructor restores the environment.
 #pragma once
 
 #include <map>
@@ -13,7 +12,7 @@ namespace dovrel::test {
 
 class InstalledTexts {
   public:
-    /// Nothing is installed and no language is preferred.
+    /// At first nothing is installed and no language is preferred.
     InstalledTexts();
     InstalledTexts(const InstalledTexts&) = delete;
     InstalledTexts& operator=(const InstalledTexts&) = delete;
@@ -22,7 +21,7 @@ class InstalledTexts {
     void install(const std::string& content) const;
     void remove() const;
 
-    /// Makes `content` (an XML element of a property list) the user's preference "AppleLanguages".
+    /// Sets the user's preference "AppleLanguages" to `content` (an XML element of a property list).
     void preferLanguages(const std::string& content) const;
 
   private:

@@ -10,7 +10,7 @@
 namespace dovrel {
 namespace {
 
-// The language for a preference that is this value of an XML property list.
+// Returns the language for a preference with this value (in an XML property list).
 std::string languageOfValue(const std::string& value) {
     const std::string list = "<plist version=\"1.0\">" + value + "</plist>";
     const CFObject<CFDataRef> data(CFDataCreate(
@@ -21,7 +21,7 @@ std::string languageOfValue(const std::string& value) {
     return languageOfPreference(preference.get());
 }
 
-// The language for a preference of these entries.
+// Returns the language for a preference with these entries.
 std::string languageOf(std::initializer_list<const char*> entries) {
     std::string array;
     for (const char* entry : entries)

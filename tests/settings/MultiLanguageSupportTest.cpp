@@ -27,7 +27,7 @@ std::string helloIn(const std::string& language) {
     return MultiLanguageSupport::getText("hello");
 }
 
-// What is shown for a text that stands in the file.
+// Installs a file with this text and returns the text that the library shows.
 std::string shown(const InstalledTexts& installation, const std::string& text) {
     installation.install("//LANGUAGE\nSTR:English\n//t\nSTR:" + text + "\n");
     MultiLanguageSupport::initialize("English");
@@ -35,7 +35,7 @@ std::string shown(const InstalledTexts& installation, const std::string& text) {
 }
 
 TEST(MultiLanguageSupport, BeforeInitialize_NothingIsLoadedAndTextsAreEmpty) {
-    // True only in a program that has not initialised before, which is how each test is run.
+    // Holds only in a new process. Each of these tests runs in one.
     EXPECT_FALSE(MultiLanguageSupport::isLoaded());
     EXPECT_EQ(MultiLanguageSupport::getText("hello"), "");
 }

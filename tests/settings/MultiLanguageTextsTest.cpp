@@ -1,5 +1,5 @@
-// The texts file that is installed: complete in every language, of the right encoding, fit to be put
-// together.
+// The installed texts file: it is complete in every language, has the right
+// encoding, and its texts can be combined.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -42,14 +42,14 @@ std::map<std::string, Properties> sections() {
     return result;
 }
 
-// The beginning of the text as far as it is made of capital letters, digits and underscores.
+// Returns the capital letters, digits and underscores at this position.
 std::string capitalsAt(const std::string& text, size_t begin) {
     const size_t end = text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_", begin);
     return text.substr(begin, end - begin);
 }
 
-// What stands between quotation marks in a source file and looks like a key. (The library's variables of the
-// environment look so, too, and all begin alike.)
+// Returns the quoted texts in a source file that look like keys. (The library's environment variables look
+// like keys as well; they are recognised by their common prefix.)
 std::set<std::string> keysOfFile(const std::string& path) {
     const std::string content = contentOf(path);
     std::set<std::string> keys;
@@ -73,7 +73,7 @@ std::set<std::string> findKeysOfTheCode() {
     return keys;
 }
 
-// Every key that the library can ask for, wherever its source names it.
+// Returns every key that the library can ask for. They are collected from all of its sources.
 const std::set<std::string>& keysOfTheCode() {
     static const std::set<std::string> keys = findKeysOfTheCode();
     return keys;
@@ -113,7 +113,7 @@ TEST(MultiLanguageTexts, EveryKeyOfTheFile_IsAskedForByTheCode) {
 }
 
 TEST(MultiLanguageTexts, NoKey_StandsTwiceInALanguage) {
-    // The second text of a key would be dropped without a word, so the entries are counted in the file.
+    // Loading silently ignores a second text for a key, so the entries are counted in the file itself.
     const std::string text = textsFile();
     size_t keyLines = 0;
     for (size_t at = text.find("\n//"); at != std::string::npos; at = text.find("\n//", at + 1))
@@ -135,7 +135,7 @@ TEST(MultiLanguageTexts, Characters_AreLettersAndSignsOfTheThreeLanguagesInMacRo
 }
 
 TEST(MultiLanguageTexts, Encoding_IsNotUtf8) {
-    // In UTF-8 every one of these letters and signs would begin with one of three bytes.
+    // In UTF-8 the letters and signs would be encoded with these bytes.
     const std::string text = textsFile();
     EXPECT_EQ(text.find("\xC3\xA4"), std::string::npos);
     EXPECT_EQ(text.find("\xE2\x80"), std::string::npos);
@@ -149,7 +149,7 @@ std::string fromMacRoman(const std::string& text) {
     return test::toUTF8(text, "MACINTOSH").value();
 }
 
-// In Mac Roman, an apostrophe before an accented letter is also a letter of Armenian in UTF-8.
+// An apostrophe before an accented letter in Mac Roman is also a valid Armenian letter in UTF-8.
 TEST(MultiLanguageTexts, NoText_HoldsBytesThatAreACharacterOfUTF8) {
     for (const auto& [name, section] : sections()) {
         for (const std::string& key : keysOfTheCode()) {
@@ -209,7 +209,7 @@ TEST(MultiLanguageTexts, DownloadAddress_StandsWhereSomethingIsToBeInstalled) {
     }
 }
 
-// The body of an alert, put together as the report of a failure does it.
+// Returns the body of an alert, combined in the same way as in a failure report.
 std::string composedFailure(const char* message, const char* explanation) {
     return MultiLanguageSupport::getText(kDllErrorMessageHeadPart1) + "Notizbuch" +
            MultiLanguageSupport::getText(kDllErrorMessageHeadPart2) + MultiLanguageSupport::getText(message) +

@@ -1,6 +1,6 @@
-// Every request for memory fails once, one after the other, and from there on: the settings then throw, or do
-// what they are for all the same, and what was there before is there still. That nothing leaks and nothing is
-// freed twice is the sanitizers' part.
+// Makes each allocation fail, alone and together with all later ones. The settings must then either
+// throw, or succeed anyway, and must keep their previous content. The sanitizers check that nothing leaks
+// and that nothing is freed twice.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -28,7 +28,7 @@ using test::saved;
 const std::string kLong = "a text that is long enough to lie in the heap";
 const std::string kText = "//a\nINT:1\n//b\nSTR:" + kLong + "\n//c\nBAR:4142\n";
 
-// False when memory ran out, or a failure of the library came instead.
+// Returns false if the work threw std::bad_alloc or an exception of the library.
 template <class Work>
 bool isDone(const Work& work) {
     try {
@@ -42,7 +42,8 @@ bool isDone(const Work& work) {
     }
 }
 
-// `change` turns a store with the entries of kText into one with those of `changed`, or leaves it as it is.
+// Expects `change` to turn a store with the entries of kText into one with those
+// of `changed`, or not to change it.
 template <class Change>
 void expectChangedOrAsItWas(const std::string& changed, const Change& change) {
     const Properties original = test::loaded(kText);
@@ -80,7 +81,7 @@ TEST(SettingsOutOfMemory, Load_GivesEveryEntryOrThrows) {
                               if (done) {
                                   EXPECT_EQ(saved(store), kText);
                               }
-                              // Half loaded or not, the store can be used.
+                              // Even if it was loaded only in part, the store can be used.
                               store.addInt("z", 26);
                               EXPECT_EQ(store.getInt("z"), 26);
                               text = kText;
@@ -94,7 +95,7 @@ TEST(SettingsOutOfMemory, Save_WritesEveryEntryOrThrows) {
     bool done = false;
     refuseEachRequest(
         [&] {
-            std::string().swap(text);  // an assignment would keep the room
+            std::string().swap(text);  // an assignment would keep the capacity
             done = isDone([&] { store.save(text); });
         },
         [&](bool refused) {
@@ -172,7 +173,8 @@ TEST(SettingsOutOfMemory, WritingAFile_ReplacesItOrLeavesIt) {
         [&](bool refused) {
             EXPECT_TRUE(written || refused);
             const std::string content = folder.read("file");
-            // Without memory for opening it to all users the file is complete, but not as promised.
+            // If memory is missing only for opening the file to all users, the
+            // content is complete but the call fails.
             EXPECT_TRUE(content == kText || (content == "old" && !written)) << content;
             folder.write("file", "old");
         });

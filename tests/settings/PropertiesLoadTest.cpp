@@ -84,8 +84,8 @@ TEST(PropertiesLoad, WithoutTheCursor_StoreThatIsMovedOrAssigned_KeepsItsValues)
     EXPECT_EQ(copied.size(), 1u);
 }
 
-// A text of 32 MB whose store is small, and how many bytes more the heap holds after `use` has had that
-// store.
+// Loads a small store from a text of 32 MB and passes it to `use`. Returns how many more
+// bytes the heap holds afterwards.
 template <class Use>
 size_t heapKeptAfter(const Use& use) {
     constexpr size_t kLarge = 32'000'000;

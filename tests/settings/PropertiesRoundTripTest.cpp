@@ -1,4 +1,4 @@
-// What holds for every store and its text, tried on random ones.
+// Properties of every store and its text, checked with random stores.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -19,7 +19,7 @@ using test::saved;
 
 constexpr uint32_t kRounds = 500;
 
-// A store's text shows keys, types and values, so equal texts are equal stores.
+// A store's text contains all keys, types and values, so equal texts mean equal stores.
 void expectEqual(const Properties& found, const Properties& expected, uint32_t round) {
     EXPECT_EQ(saved(found), saved(expected)) << "seed " << RandomStore::kSeed << ", round " << round;
 }
@@ -129,7 +129,7 @@ TEST(PropertiesRoundTrip, TextWithRandomDamage_IsReadWithoutAFailure) {
         }
         Properties store;
         store.load(text, true);
-        // Whatever was found is a store whose own text leads back to it.
+        // Whatever was loaded is a valid store: its own text must load to the same store.
         std::string again = saved(store);
         Properties second;
         second.load(again, true);

@@ -47,7 +47,7 @@ TEST(PropertiesSave, StringWithALineFeed_IsSavedAsItIsAndReadBackUpToTheLineFeed
     EXPECT_EQ(loaded(text).getString("a"), "one");
 }
 
-// A store that has taken over its text still writes every entry in the one form.
+// A store that was loaded with its text still writes every entry in the standard form.
 TEST(PropertiesSave, LoadedText_WrittenAsItIsSaved_ComesBackByteForByte) {
     const std::string text =
         "//\nSTR:\n//a\nINT:-2147483648\n//b\nSTR:x: //y\r\n//c\nBAR:00FF\n//d\nINT:0\n//e\nSTR:z\n";

@@ -238,7 +238,7 @@ TEST(Properties, KeyDigest_SumOfBytesTimesPositions_InUpperCaseHexadecimal) {
     EXPECT_EQ(Properties::keyDigest("a"), "61");
     // 1 x 97 + 2 x 98 + 3 x 99 = 590
     EXPECT_EQ(Properties::keyDigest("abc"), "24E");
-    // Bytes count unsigned: 1 x 255 + 2 x 128 = 511
+    // Bytes are unsigned: 1 x 255 + 2 x 128 = 511
     EXPECT_EQ(Properties::keyDigest("\xFF\x80"), "1FF");
 }
 

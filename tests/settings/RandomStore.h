@@ -1,5 +1,4 @@
-// Random stores and texts for the tests of properties that hold for all of them. The seed is fixed and is
-// shown when a test fails.
+// Random stores and texts for tests of general properties. The seed is fixed and is shown when a test fails.
 #pragma once
 
 #include <cstdint>
@@ -14,13 +13,13 @@ class RandomStore {
   public:
     static constexpr uint32_t kSeed = 20'261'115;
 
-    /// Each round of a test has its own sequence.
+    /// Each round of a test has its own random sequence.
     explicit RandomStore(uint32_t round) : random_(kSeed + round) {}
 
-    /// Up to 20 entries of all types, keys and texts of all bytes that a line can hold.
+    /// Returns up to 20 entries of all types. Keys and texts consist of all bytes that a line can contain.
     Properties store();
 
-    /// Bytes that a line can hold: no line feed, no blank or tab at the ends.
+    /// Returns bytes that a line can contain: no line feed, and no blank or tab at the ends.
     std::string lineText();
 
     std::string bytes();

@@ -1,4 +1,4 @@
-// Stores from their text form and back, in one expression.
+// Converts stores from and to their text form in one expression.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace dovrel::test {
 
-/// Whether the store takes the text over, or copies from it what it needs.
+/// Tells whether the store takes over the text's memory, or copies what it needs.
 enum class Text { kGivenAway, kKept };
 
 inline Properties loaded(std::string text, Text mode = Text::kGivenAway) {

@@ -1,4 +1,5 @@
-// Property lists in their binary form, built object by object, so that each can be made wrong on purpose.
+// Builds property lists in the binary format object by object, so that a test
+// can damage each part on purpose.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +8,7 @@
 
 namespace dovrel::test {
 
-/// `value` in `width` bytes, the highest first.
+/// Returns `value` in `width` bytes, most significant byte first.
 inline std::string bigEndian(uint64_t value, unsigned width) {
     std::string bytes;
     for (unsigned i = width; i > 0; --i)
@@ -15,7 +16,8 @@ inline std::string bigEndian(uint64_t value, unsigned width) {
     return bytes;
 }
 
-/// An object of a kind (the marker's upper half) that has a count, and its content.
+/// Returns an object whose marker has `kind` in its upper half and the count in
+/// its lower half, then the content.
 inline std::string countedObject(unsigned kind, uint64_t count, const std::string& content) {
     const std::string marker(1, static_cast<char>((kind << 4) | (count < 15 ? count : 15)));
     return marker + (count < 15 ? "" : "\x13" + bigEndian(count, 8)) + content;
@@ -25,12 +27,12 @@ inline std::string asciiObject(const std::string& text) {
     return countedObject(0x5, text.size(), text);
 }
 
-/// `units` are two bytes each, the higher first.
+/// Returns a UTF-16 string object. Each unit in `units` is two bytes, most significant byte first.
 inline std::string utf16Object(const std::string& units) {
     return countedObject(0x6, units.size() / 2, units);
 }
 
-/// References to objects are their positions in the list, in four bytes.
+/// Returns references to objects: their positions in the list, four bytes each.
 inline std::string references(const std::vector<uint64_t>& objects) {
     std::string bytes;
     for (const uint64_t object : objects)
@@ -46,7 +48,7 @@ inline std::string dictionaryObject(const std::vector<uint64_t>& keys, const std
     return countedObject(0xD, keys.size(), references(keys) + references(values));
 }
 
-/// What stands at the end of a list.
+/// The trailer at the end of a list.
 struct BinaryTrailer {
     unsigned offsetWidth = 4;
     unsigned referenceWidth = 4;
@@ -60,7 +62,7 @@ struct BinaryTrailer {
     }
 };
 
-/// The list without its trailer; `trailer` gets the right one.
+/// Returns the list without its trailer and sets `trailer` to the matching one.
 inline std::string binaryListBody(const std::vector<std::string>& objects, BinaryTrailer& trailer) {
     std::string list = "bplist00";
     std::string table;
@@ -73,7 +75,7 @@ inline std::string binaryListBody(const std::vector<std::string>& objects, Binar
     return list + table;
 }
 
-/// A whole list, whose value is the first object.
+/// Returns a complete list. Its value is the first object.
 inline std::string binaryList(const std::vector<std::string>& objects) {
     BinaryTrailer trailer;
     const std::string body = binaryListBody(objects, trailer);

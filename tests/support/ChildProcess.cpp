@@ -36,7 +36,7 @@ constexpr int kLongestWait = 60000;
 }  // namespace
 
 ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const std::string& errorFile) {
-    // A child that has ended is noticed when it is read from.
+    // Without SIGPIPE, a write to a child that has ended only fails. The next read then notices the end.
     std::signal(SIGPIPE, SIG_IGN);
     int toChild[2];
     int fromChild[2];

@@ -1,4 +1,4 @@
-// A program that a test runs beside itself and talks to by lines.
+// A program that a test runs as a child process and talks to line by line.
 #pragma once
 
 #include <sys/types.h>
@@ -10,26 +10,28 @@ namespace dovrel::test {
 
 class ChildProcess {
   public:
-    /// The first argument is the program, looked for in the search path. Standard error goes to the file, if
-    /// one is named.
+    /// Starts the program. The first argument names it and is looked up in the search path. Standard error
+    /// goes to `errorFile`, unless that is empty.
     explicit ChildProcess(const std::vector<std::string>& arguments, const std::string& errorFile = "");
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    /// Kills what still runs. The child does not outlive the test's process either.
+    /// Kills the child if it still runs. If the test's process dies, the child dies as well.
     ~ChildProcess();
 
-    /// The next line that the child writes, without its end; "" when it has ended, or after a minute.
+    /// Returns the next line that the child writes, without the line feed; "" if the child has ended
+    /// or no line came within a minute.
     std::string readLine();
 
-    /// Whether a line, or the end, comes within the time.
+    /// Returns true if a line, or the end of the output, arrives within the time.
     bool hasLine(int milliseconds) const;
 
     void writeLine(const std::string& line);
 
     pid_t process() const { return process_; }
 
-    /// Ends it with the signal, or waits for its end; the exit code, -1 when a signal ended it.
+    /// signal() sends the child a signal. wait() waits for its end and returns the exit
+    /// code, or -1 if a signal ended it.
     void signal(int number) const;
     int wait();
 
@@ -39,7 +41,7 @@ class ChildProcess {
     int output_ = -1;
 };
 
-/// Runs the command to its end and returns what it wrote to standard output; "" when it failed.
+/// Runs the command to its end and returns its standard output; "" if it failed.
 std::string outputOf(const std::vector<std::string>& arguments);
 
 }  // namespace dovrel::test

@@ -10,19 +10,19 @@ namespace dovrel::test {
 
 namespace {
 
-// How often an alert is used, and how often each time is looked whether it has gone.
+// How often an alert is used, and how often after each use the test checks that it has gone.
 constexpr int kUses = 10;
 constexpr int kLooks = 100;
 
-// An empty window has a colour or two, an alert with its text has many.
+// An empty window has one or two colours, an alert with its text has many.
 constexpr int kColoursOfNothing = 20;
 
-// What the tool answers about the window; "" when it is gone.
+// Returns what xdotool prints about the window; "" if the window is gone.
 std::string geometryOf(const std::string& window) {
     return outputOf({"xdotool", "getwindowgeometry", "--shell", window});
 }
 
-// The next helper's window may have the number of the last one's.
+// The window number does not identify an alert: the next helper's window may have the same number.
 std::string processOf(const std::string& window) {
     return outputOf({"xdotool", "getwindowpid", window});
 }
@@ -32,7 +32,7 @@ int numberAfter(const std::string& name, const std::string& geometry) {
     return at == std::string::npos ? 0 : std::stoi(geometry.substr(at + name.size()));
 }
 
-// As the picture tools write it.
+// Returns the area in the notation of the picture tools.
 std::string areaOf(const std::string& geometry) {
     const auto number = [&geometry](const char* name) { return std::to_string(numberAfter(name, geometry)); };
     return number("WIDTH=") + "x" + number("HEIGHT=") + "+" + number("X=") + "+" + number("Y=");
@@ -42,20 +42,20 @@ bool hasKeyboard(const std::string& window) {
     return outputOf({"xdotool", "getactivewindow"}) == window + '\n';
 }
 
-// What the window manager does by itself, unless the window was late to answer it.
+// Normally the window manager does this by itself, unless the window answered it too late.
 void giveKeyboard(const std::string& window) {
     outputOf({"xdotool", "windowactivate", window});
 }
 
-// GNUstep's window classes notice what has arrived only when more arrives.
+// GNUstep's window classes handle pending events only when another event arrives.
 void movePointer() {
     outputOf({"xdotool", "mousemove_relative", "--", "1", "0", "mousemove_relative", "--", "-1", "0"});
 }
 
 }  // namespace
 
-// The buttons are as wide as the longest caption needs, so the second one is clicked where it is with all
-// captions that the tests have.
+// The buttons are as wide as the longest caption needs. With all captions in the tests, the second button is
+// at the place that is clicked.
 const AlertLook& helperAlerts() {
     static const AlertLook look = {{"--class", "^dovrel-alert$"}, 67, 35, 110, 41};
     return look;
@@ -116,8 +116,8 @@ bool Desktop::closes(const std::string& window, const std::string& process) cons
     return false;
 }
 
-// A press may be lost while a window is still being set up, so it is repeated; never where the window has
-// gone, because another one may be in its place by now.
+// A click or key press may be lost while a window is still being set up, so it is repeated. It is not
+// repeated after the window has gone, because another window may be in its place by then.
 template <typename Use>
 bool Desktop::answer(const Use& use) {
     const std::string window = waitForAlert();
@@ -141,7 +141,7 @@ void Desktop::clickHelp() {
     click(waitForAlert(), look_.helpFromLeft);
 }
 
-// In the row of the buttons.
+// Clicks in the row of the buttons.
 void Desktop::click(const std::string& window, int fromLeft) const {
     const int height = numberAfter("HEIGHT=", geometryOf(window));
     outputOf({"xdotool", "mousemove", "--window", window, std::to_string(fromLeft),

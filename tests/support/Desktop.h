@@ -1,4 +1,4 @@
-// A screen with a window manager, and a hand that uses mouse and keyboard on the alerts there.
+// A screen with a window manager, and simulated mouse and keyboard input for the alerts on it.
 #pragma once
 
 #include <string>
@@ -9,51 +9,50 @@
 
 namespace dovrel::test {
 
-/// How alerts look: by what the tool finds their windows, and where their buttons are, in pixels.
+/// The look of alerts: how xdotool finds their windows, and where their buttons are, in pixels.
 struct AlertLook {
     std::vector<std::string> search;
     int fromRight;     ///< from the window's right edge to the middle of the first button
     int fromBottom;    ///< from the lower edge to the middle of the buttons
-    int step;          ///< from the first button to the next one at its left
+    int step;          ///< from the first button to the next one on its left
     int helpFromLeft;  ///< from the window's left edge to the middle of the Help button
 };
 
-/// Those of the helper, and those of GNUstep's window classes.
+/// Both functions return a look: that of the alert helper's alerts, and that of GNUstep's window classes.
 const AlertLook& helperAlerts();
 const AlertLook& gnustepAlerts();
 
 class Desktop {
   public:
-    /// Returns when the window manager works. While the object lives, DISPLAY names the screen.
+    /// Returns when the window manager is ready. While the object exists, DISPLAY names the screen.
     explicit Desktop(const AlertLook& look = helperAlerts());
 
-    /// Waits until an alert is open, has the keyboard and does not move any more; answers its window, "" when
-    /// none comes within half a minute.
+    /// Waits until an alert is open, has the keyboard focus and no longer moves. Returns its window, or "" if
+    /// no alert opens within half a minute.
     std::string waitForAlert();
 
-    /// The windows of the alerts that are open now.
+    /// Returns the windows of the alerts that are open now.
     std::vector<std::string> alerts() const;
 
-    /// The text in the title bar of the window.
+    /// Returns the text in the title bar of the window.
     static std::string titleOf(const std::string& window);
 
-    // Answers the alert that is open, or comes: uses it until its window is gone. False when that does not
-    // happen. Buttons are counted from the right, 0 is the first.
+    /// Both functions use the alert that is open, or wait for one. They repeat the click or key until its
+    /// window is gone, and return false if it stays. Buttons are counted from the right, starting at 0.
     bool clickButton(int fromRight);
     bool pressKey(const std::string& key);
 
-    /// Clicks where the Help button is, or would be, in the alert that is open, or comes.
+    /// Waits for an alert and clicks where its Help button is, or would be.
     void clickHelp();
 
-    /// The greatest number of alerts that have been seen at one time.
+    /// Returns the greatest number of alerts that were open at the same time.
     size_t mostAlerts() const { return mostAlerts_; }
 
-    /// Waits for an alert and takes a picture of the screen for people to look at, pictures/NAME.png in the
-    /// build folder, once there is something in the alert that does not change any more. False when that does
-    /// not happen.
+    /// Waits until an alert shows something and no longer changes, then saves a picture of the screen for
+    /// people to look at, as pictures/NAME.png in the build folder. Returns false if that does not happen.
     bool takePicture(const std::string& name);
 
-    /// Takes the screen away from under its windows.
+    /// Ends the screen while windows are still on it.
     void end() { screen_.end(); }
 
   private:

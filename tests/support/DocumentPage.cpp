@@ -22,7 +22,7 @@ std::string withoutBlanks(const std::string& cell) {
     return cell.substr(first, cell.find_last_not_of(' ') - first + 1);
 }
 
-// "| a | b |": the cells between the bars.
+// Returns the cells between the bars of a line such as "| a | b |".
 DocumentPage::Row cellsOf(const std::string& line) {
     DocumentPage::Row cells;
     for (size_t from = 1, bar; (bar = line.find('|', from)) != std::string::npos; from = bar + 1) {

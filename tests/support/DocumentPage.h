@@ -1,7 +1,7 @@
-// A document as tests read it: its examples and its tables. Made for docs/protocol.md, of use for others.
+// Reads the examples and tables of a Markdown document for tests. Written for docs/protocol.md.
 //
-// An example of bytes is a fenced block whose first line is ```hex name=NAME. Each of its lines is an offset
-// (hexadecimal), the bytes from there on, "|" and a comment.
+// An example of bytes is a fenced block whose first line is ```hex name=NAME. Each line in it consists of an
+// offset (hexadecimal), the bytes at that offset, "|" and a comment.
 #pragma once
 
 #include <map>
@@ -15,21 +15,23 @@ class DocumentPage {
     /// The cells of a row, without the blanks around them.
     using Row = std::vector<std::string>;
 
-    /// Reads the page; fails the test where it cannot be read or an example does not keep to the form above:
-    /// offsets that do not follow from the bytes, a name that is used twice, a line without a comment.
+    /// Reads the page. Fails the test if the page cannot be read or if an example breaks the
+    /// format above: an offset that does not match the bytes before it, a name that is used
+    /// twice, or a line without a comment.
     explicit DocumentPage(const std::string& path);
 
-    /// The bytes of an example; fails the test where there is none of that name.
+    /// Returns the bytes of an example; fails the test if there is no example of that name.
     std::string example(const std::string& name) const;
     std::vector<std::string> exampleNames() const;
 
-    /// The contents of all fenced blocks that begin with ```settings, in their order.
+    /// Returns the contents of all fenced blocks that begin with ```settings, in the order of the page.
     const std::vector<std::string>& settingsBlocks() const { return settings_; }
 
-    /// Whether the text stands in the page outside tables and fenced blocks, however its lines are broken.
+    /// Returns true if the page contains the text outside tables and fenced
+    /// blocks, however its lines are broken.
     bool says(const std::string& text) const { return prose_.find(text) != std::string::npos; }
 
-    /// The rows of all tables whose header begins with these cells.
+    /// Returns the rows of all tables whose header begins with these cells.
     std::vector<Row> rowsUnder(const Row& headerStart) const;
 
   private:
@@ -39,7 +41,7 @@ class DocumentPage {
 
     std::map<std::string, std::string> examples_;
     std::vector<std::string> settings_;
-    std::string prose_;  ///< a blank where a line ends
+    std::string prose_;  ///< each line end is replaced by a blank
     std::vector<std::pair<Row, std::vector<Row>>> tables_;
 };
 

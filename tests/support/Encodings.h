@@ -1,4 +1,4 @@
-// Texts between encodings, as the C library converts them.
+// Converts texts between encodings with the C library.
 #pragma once
 
 #include <optional>
@@ -6,8 +6,9 @@
 
 namespace dovrel::test {
 
-/// `text` in UTF-8; nothing if its bytes are not valid in `encoding` (a name that iconv knows). "MACINTOSH"
-/// is Mac Roman before the euro sign came, without the logo and with a Greek letter for the increment.
+/// Returns `text` in UTF-8, or nothing if its bytes are not valid in `encoding` (a name that
+/// iconv knows). "MACINTOSH" is Mac Roman before the euro sign: it has no logo, and a Greek
+/// letter instead of the increment.
 std::optional<std::string> toUTF8(std::string text, const char* encoding);
 
 }  // namespace dovrel::test

@@ -11,14 +11,14 @@
 
 namespace dovrel::test {
 
-/// The value of an attribute; empty also if the file does not have it.
+/// Returns the value of an attribute; empty also if the file does not have the attribute.
 inline std::string attributeOf(const std::string& file, const char* name) {
     std::array<char, 256> value;
     const ssize_t size = getxattr(file.c_str(), name, value.data(), value.size());
     return std::string(value.data(), size < 0 ? 0 : static_cast<size_t>(size));
 }
 
-/// False if the file system knows no such attributes.
+/// Returns false if the file system does not support such attributes.
 inline bool setAttribute(const std::string& file, const char* name, const std::string& value) {
     return setxattr(file.c_str(), name, value.data(), value.size(), 0) == 0;
 }
@@ -26,7 +26,7 @@ inline bool setAttribute(const std::string& file, const char* name, const std::s
 constexpr char kAccessList[] = "system.posix_acl_access";
 constexpr char kDefaultAccessList[] = "system.posix_acl_default";
 
-/// An access control list as the system keeps it: read and write for owner and group, and for the user 4711.
+/// Returns an access control list in the system's format: owner, group and user 4711 may read and write.
 inline std::string sharedAccessList() {
     struct Entry {
         std::uint16_t tag;
@@ -46,7 +46,7 @@ inline std::string sharedAccessList() {
 
 }  // namespace dovrel::test
 
-/// Leaves the test, and says so, if the file cannot get the attribute.
+/// Skips the test with a message if the attribute cannot be set.
 #define SET_ATTRIBUTE_OR_SKIP(file, name, value)        \
     if (!dovrel::test::setAttribute(file, name, value)) \
     GTEST_SKIP() << "the file system of the temporary folder has no attribute " << name

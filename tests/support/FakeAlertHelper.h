@@ -1,4 +1,4 @@
-// The test's side of fakeAlertHelper.cpp.
+// Controls the program of fakeAlertHelper.cpp from a test.
 #pragma once
 
 #include <sys/types.h>
@@ -17,20 +17,20 @@ std::string pressedEvent(int button);
 
 class FakeAlertHelper {
   public:
-    /// Sets the commands for helpers that are started from now on, by this process or one of its children.
-    /// Removes the notes of earlier ones.
+    /// Sets the commands for all helpers that this process or its children start from now on, and
+    /// deletes the notes of earlier helpers.
     void follow(const std::vector<std::string>& commands) const;
 
-    /// Helpers that are started from now on do not read their request.
+    /// Makes helpers that are started from now on ignore their request.
     static void beDeaf();
 
-    /// The first note of that name; "" if there is none.
+    /// Returns the first note of that name; "" if there is none.
     std::string note(const std::string& name) const;
 
-    /// Waits until the helper has its request; returns its process.
+    /// Waits until the helper has read its request; returns the helper's process identifier.
     pid_t process() const;
 
-    /// Waits until the helper has noticed that the host has closed its end.
+    /// Waits until the helper has noticed that the host closed its end of the connection.
     bool sawItsEnd() const;
 
   private:

@@ -1,4 +1,4 @@
-// FileSizeLimit: while it lives, no file of this process grows beyond a size, as on a disk that is full.
+// FileSizeLimit: while it exists, no file of this process can grow beyond a size, as on a full disk.
 #pragma once
 
 #include <sys/resource.h>

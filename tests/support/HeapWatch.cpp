@@ -6,7 +6,7 @@ namespace {
 
 dovrel::test::HeapWatch* watching = nullptr;
 
-// What the watch itself asks for is not watched.
+// Requests that the watch itself makes are not counted.
 bool admits(size_t bytes) {
     dovrel::test::HeapWatch* const watch = std::exchange(watching, nullptr);
     const bool admitted = watch == nullptr || watch->admits(bytes);

@@ -1,8 +1,8 @@
-// HeapWatch: sees every malloc and realloc that the code of this program makes, and lets some of them fail;
-// with WatchedNew.cpp in the program every operator new, too.
+// HeapWatch: observes every malloc and realloc in this program's own code and can make chosen requests fail.
+// If WatchedNew.cpp is part of the program, it also observes every operator new.
 //
-// The linker leads the calls here (--wrap), so that it works below any sanitizer as well; watch_heap in
-// tests/support/CMakeLists.txt sets a program up. One watch at a time, one thread.
+// The linker redirects the calls (--wrap), so that this works together with any sanitizer. watch_heap in
+// tests/support/CMakeLists.txt sets a program up. Only one watch at a time, and only one thread.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -22,22 +22,22 @@ class HeapWatch {
     HeapWatch& operator=(const HeapWatch&) = delete;
     ~HeapWatch();
 
-    // No request finds memory from the nth from now on.
+    /// Makes every request fail, starting with the nth from now on.
     void failFrom(size_t nth);
 
-    // Just these requests find no memory, counted from now on; the next is 1.
+    /// Makes exactly these requests fail. They are counted from now on; the next request is 1.
     void failAt(std::set<size_t> requests);
 
-    // The nth request from now on, counted from 1, finds no memory: it alone, or it and all that follow.
+    /// Makes the nth request from now on fail (the next is 1), either alone or together with all later ones.
     void refuse(size_t nth, Refusal refusal);
 
-    // Whether a request found no memory.
+    /// Returns true if any request failed.
     bool hasRefused() const { return hasRefused_; }
 
-    // The sizes asked for since the watch began, in order.
+    /// Returns the requested sizes since the watch began, in order.
     const std::vector<size_t>& requests() const { return requests_; }
 
-    // For the wrapped calls: notes the request, and tells whether it may have its memory.
+    /// Called by the redirected functions: records the request and returns whether it may succeed.
     bool admits(size_t bytes);
 
   private:
@@ -50,9 +50,10 @@ class HeapWatch {
     std::set<size_t> single_;
 };
 
-/// Runs `work` with its first request for memory refused, its second, and so on until it makes no more, each
-/// request alone and then with all that follow. After each run, with memory again, `check(refused)` looks at
-/// what came of it; the last run has nothing refused. Ends early when a check fails.
+/// Runs `work` repeatedly: with its first allocation failing, then its second, and so on until it
+/// makes no more requests; each time with that request alone, and again with all later ones. After
+/// each run, when allocations succeed again, it calls `check(refused)`. In the last run nothing
+/// fails. Stops early if a check fails.
 template <class Work, class Check>
 void refuseEachRequest(const Work& work, const Check& check) {
     constexpr size_t kMostRequests = 10'000;

@@ -1,5 +1,5 @@
-// The executable of a bundle in this process. What that takes depends on the kind of executable: there is a
-// source for this system's (LibraryImage.cpp) and one for that of macOS (tests/macho/MachOLibraryImage.cpp).
+// Loads the executable of a bundle into this process. The kind of executable decides how: LibraryImage.cpp is
+// the source for this system's, tests/macho/MachOLibraryImage.cpp is the one for macOS.
 #pragma once
 
 #include <string>
@@ -8,13 +8,13 @@ namespace dovrel::test {
 
 class LibraryImage {
   public:
-    /// Loads the executable. Throws std::runtime_error, which says why, where that is not possible.
+    /// Loads the executable. Throws std::runtime_error with the reason if that fails.
     explicit LibraryImage(const std::string& executable);
     LibraryImage(const LibraryImage&) = delete;
     LibraryImage& operator=(const LibraryImage&) = delete;
     ~LibraryImage();
 
-    /// An exported function; null where there is none.
+    /// Returns the address of an exported function, or null if there is no such function.
     void* function(const char* name) const;
 
   private:

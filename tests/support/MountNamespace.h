@@ -1,4 +1,4 @@
-// Mounts that nobody else sees, for tests of fixed places. For forked processes; takes root's rights.
+// Private mounts for tests of fixed paths. Use only in forked processes that run as root.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,19 +11,20 @@
 #include <optional>
 #include <string>
 
-/// From now on this process and its children have mounts of their own. False where that is not allowed.
+/// Gives this process and its children their own mounts. Returns false if that is not permitted.
 inline bool enterMountNamespace() {
     if (unshare(CLONE_NEWNS) != 0) return false;
-    // EINVAL: inside a chroot. Whoever made that has unshared its mounts already.
+    // EINVAL means that the process runs in a chroot. The tool that made the chroot has unshared its mounts.
     return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 || errno == EINVAL;
 }
 
-/// Puts an empty folder with this mode ("1777") in the place of `path`.
+/// Mounts an empty folder with this mode (such as "1777") over `path`.
 inline bool mountEmptyFolder(const std::string& path, const std::string& mode) {
     return mount("tmpfs", path.c_str(), "tmpfs", 0, ("mode=" + mode).c_str()) == 0;
 }
 
-/// What `check` returns in a copy of this process with mounts of its own; nothing if it may not have any.
+/// Returns the result of `check` in a copy of this process with its own mounts;
+/// nothing if that is not permitted.
 template <typename Check>
 std::optional<bool> holdsWithOwnMounts(Check check) {
     enum Result { kHolds, kDoesNotHold, kRefused };
@@ -35,7 +36,7 @@ std::optional<bool> holdsWithOwnMounts(Check check) {
     return WEXITSTATUS(status) == kHolds;
 }
 
-/// Leaves the test if mounts of one's own are refused, and says so.
+/// Skips the test with a message if the process may not have its own mounts.
 #define EXPECT_WITH_OWN_MOUNTS(check)                                                 \
     do {                                                                              \
         const auto holds = holdsWithOwnMounts(check);                                 \

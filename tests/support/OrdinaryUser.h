@@ -1,11 +1,11 @@
-// Cases that depend on not being the administrator, to whom no permission is denied.
+// For tests of denied permissions, because root is denied none.
 #pragma once
 
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// What `check` answers in a process without special rights: this one's copy, which becomes the user "nobody"
-/// when it is the administrator's.
+/// Returns the result of `check` in a forked process without special rights. If the test runs as root, the
+/// forked process first becomes the user "nobody".
 template <typename Check>
 bool holdsForOrdinaryUser(Check check) {
     constexpr uid_t kNobody = 65534;

@@ -1,4 +1,4 @@
-// The library as a host has it: a bundle, loaded while the program runs, and its 13 functions.
+// The library as a host sees it: a bundle that is loaded at run time, and its 13 functions.
 #pragma once
 
 #include <string>
@@ -10,12 +10,12 @@ namespace dovrel::test {
 
 class PosLibrary {
   public:
-    /// Loads the bundle, until the end of the object. Throws std::runtime_error where that is not possible;
-    /// fails the test where a function is missing. The session is the test's own business.
+    /// Loads the bundle and keeps it loaded while the object exists. Throws std::runtime_error if that fails.
+    /// Fails the test if a function is missing. Opening and closing the session is left to the test.
     explicit PosLibrary(const std::string& bundle);
     bool isComplete() const { return complete_; }
 
-    /// The code behind the functions.
+    /// Returns the loaded executable.
     const LibraryImage& image() const { return image_; }
 
     decltype(&::InitializePOS) InitializePOS = nullptr;

@@ -1,4 +1,4 @@
-// The programs that run for one system root.
+// Finds the programs that run for one system root.
 #pragma once
 
 #include <sys/types.h>
@@ -8,8 +8,8 @@
 
 namespace dovrel::test {
 
-/// The processes of that name (at most 15 characters) whose environment names the root, without this process
-/// and without those that have ended. With an empty name all of them.
+/// Returns the processes of that name (at most 15 characters) whose environment names the root. Leaves out
+/// this process and processes that have ended. With an empty name it returns processes of any name.
 std::vector<pid_t> processesOf(const std::string& root, const std::string& name = "");
 
 }  // namespace dovrel::test

@@ -7,8 +7,8 @@
 
 namespace dovrel::test {
 
-// -displayfd: the server chooses a free number and tells it once it can be reached. -noreset: it would
-// otherwise start anew each time its last client leaves.
+// -displayfd: the server chooses a free number and writes it when it accepts connections. -noreset: without
+// it the server restarts each time its last client disconnects.
 Screen::Screen(const std::string& size)
     : server_({"Xvfb", "-displayfd", "1", "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset"},
               "/dev/null") {
@@ -24,7 +24,7 @@ Screen::~Screen() {
     end();
 }
 
-// Told to end, it removes its socket; killed, it would leave it.
+// The server is asked to end, not killed, because only then it removes its socket.
 void Screen::end() {
     if (std::exchange(hasEnded_, true)) return;
     server_.signal(SIGTERM);

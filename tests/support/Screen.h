@@ -1,4 +1,4 @@
-// A screen in memory, a window server of the test's own, ended with the object.
+// A virtual screen: a window server that belongs to the test and ends with the object.
 #pragma once
 
 #include <string>
@@ -9,14 +9,14 @@ namespace dovrel::test {
 
 class Screen {
   public:
-    /// Returns when the screen can be used. `size` is in pixels. While the object lives, DISPLAY names the
-    /// screen, and GTK uses it on a desktop with Wayland as well.
+    /// Returns when the screen can be used. `size` is in pixels. While the object exists, DISPLAY names the
+    /// screen, and GTK uses it even if the test runs on a Wayland desktop.
     explicit Screen(const std::string& size = "1024x768");
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
     ~Screen();
 
-    /// Takes the screen away from under its windows.
+    /// Ends the screen while windows are still on it.
     void end();
 
   private:

@@ -12,7 +12,7 @@ namespace dovrel::test {
 
 namespace {
 
-constexpr int kReached = 1;  // the greatest status of the tool with which the server has answered
+constexpr int kReached = 1;  // the tool's greatest exit status that means that the server has replied
 
 std::string temporaryFile() {
     std::string path = std::string(getenv("HOME")) + "/control.XXXXXX";

@@ -1,4 +1,4 @@
-// The control tool of the development server, as a test uses it.
+// Runs the control tool of the development server for a test.
 #pragma once
 
 #include <map>
@@ -8,12 +8,12 @@ namespace dovrel::test {
 
 class ServerControl {
   public:
-    /// Sends settings to the running server of the current root. Fails the test where it cannot be reached or
-    /// finds a problem in them.
+    /// Sends settings to the running server of the current root. Fails the test if the server cannot be
+    /// reached or finds a problem in the settings.
     static void send(const std::string& settings);
 
-    /// What the server says about itself: "process", "applications", "objects". Empty where it cannot be
-    /// reached.
+    /// Returns what the server reports about itself: "process", "applications", "objects". Returns an empty
+    /// map if the server cannot be reached.
     static std::map<std::string, int> status();
 
     /// Asks the server to quit.

@@ -1,4 +1,4 @@
-// The texts that ship with the library, as the user gets to see them.
+// The texts that ship with the library, in the form in which the user sees them.
 #pragma once
 
 #include <map>
@@ -8,19 +8,19 @@ namespace dovrel::test {
 
 class ShippedTexts {
   public:
-    /// Reads the section of a language from a texts file; fails the test if there is none.
+    /// Reads the section of a language from a texts file; fails the test if there is no such section.
     explicit ShippedTexts(const std::string& path, const std::string& language = "English");
 
-    /// A text without its mnemonic mark, with its line breaks as carriage returns, in UTF-8. Fails the test
-    /// where there is none.
+    /// Returns a text in UTF-8 without its mnemonic mark, with carriage returns as line breaks. Fails the
+    /// test if there is no such text.
     std::string text(const std::string& key) const;
 
-    /// The body of the alert that reports a failure of an application.
+    /// Returns the body of the alert that reports a failure of an application.
     std::string failureBody(const std::string& application, const std::string& message,
                             const std::string& explanationKey) const;
 
-    /// The entry in the system log that stands for an alert that could not be shown. Its line ends are line
-    /// feeds.
+    /// Returns the system log entry that replaces an alert which could not be
+    /// shown. Its lines end with line feeds.
     static std::string unshownAlert(std::string body);
 
   private:

@@ -1,4 +1,4 @@
-// SignalAction: gives a signal another action while it exists.
+// SignalAction: changes the action of a signal while the object exists.
 #pragma once
 
 #include <csignal>

@@ -1,4 +1,4 @@
-// A fresh folder for the files of one test, removed with everything in it at the end.
+// A new folder for the files of one test. The destructor removes it with its contents.
 #pragma once
 
 #include <string>
@@ -12,14 +12,15 @@ class TemporaryFolder {
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder();
 
-    /// The path of the folder (canonical, without a slash at its end), or of something in it.
+    /// Both return a path: that of the folder (canonical, without a slash at its end), or that of an
+    /// item in it.
     const std::string& path() const { return path_; }
     std::string path(const std::string& name) const { return path_ + "/" + name; }
 
-    /// Writes a file, and the folders on the way to it.
+    /// Writes a file and creates the folders that lead to it.
     void write(const std::string& name, const std::string& content) const;
 
-    /// The whole content of a file; fails the test when it cannot be read.
+    /// Returns the whole content of a file; fails the test if the file cannot be read.
     std::string read(const std::string& name) const;
 
   private:

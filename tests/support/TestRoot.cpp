@@ -22,7 +22,7 @@ constexpr char kInstallFolder[] = "/Library/Application Support/Tessilor/pos/";
 constexpr char kLogFile[] = "/Library/Logs/Tessilor/Merrowd.log";
 constexpr char kReports[] = "/reports";
 
-// As fast as a link where files can have several names, a copy elsewhere.
+// Uses hard links, which are fast, or copies if the file system does not support hard links here.
 void stageBundle(const fs::path& from, const fs::path& to) {
     if (!fs::exists(from))
         throw std::runtime_error(from.string() + " is not there; it has to be built first");
@@ -36,13 +36,13 @@ void stageBundle(const fs::path& from, const fs::path& to) {
     }
 }
 
-// The executable of a process; "" where it has gone or belongs to somebody else.
+// Returns the executable of a process; "" if the process has ended or belongs to another user.
 std::string executableOf(const fs::path& process) {
     std::error_code failed;
     return fs::read_symlink(process / "exe", failed).string();
 }
 
-// The options that are there already, and one more.
+// Returns the options that the variable already has, followed by one more.
 std::string withOption(const char* variable, const std::string& option) {
     const char* const old = getenv(variable);
     return old == nullptr || *old == '\0' ? option : std::string(old) + ":" + option;
@@ -103,7 +103,7 @@ void TestRoot::setVariable(const std::string& name, const std::optional<std::str
 }
 
 void TestRoot::setEnvironment() {
-    // With a folder /tmp of its own, the root keeps its endpoints to itself.
+    // The root has its own /tmp, so that its endpoints are not visible to other roots.
     for (const char* folder : {"/run", "/tmp", "/home", kReports}) {
         fs::create_directory(path() + folder);
         fs::permissions(path() + folder, fs::perms::owner_all);
@@ -114,8 +114,8 @@ void TestRoot::setEnvironment() {
     setVariable("LC_ALL", "C.UTF-8");
     for (const char* variable : {"DISPLAY", "POS_ALERTS", "WAYLAND_DISPLAY"})
         setVariable(variable, std::nullopt);
-    // A server has no standard error on which a sanitizer could complain. This process has read its own
-    // options already.
+    // A server has no standard error for the reports of a sanitizer, so they go to files. This does not
+    // affect this process, which has already read its own options.
     const std::string reports = "log_path=" + path() + kReports + "/sanitizer";
     for (const char* options : {"ASAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"}) {
         setVariable(options, withOption(options, reports));
@@ -139,7 +139,7 @@ void TestRoot::removeServer() const {
 }
 
 void TestRoot::makeServerUnexecutable() const {
-    // A copy, because the staged file may be a second name of the built one.
+    // Changes a copy, because the staged file may be a hard link to the built one.
     const std::string copy = serverExecutable() + ".copy";
     fs::copy_file(serverExecutable(), copy);
     fs::rename(copy, serverExecutable());
@@ -152,7 +152,7 @@ std::vector<pid_t> TestRoot::servers() const {
         const std::string name = process.path().filename();
         if (name.find_first_not_of("0123456789") != std::string::npos) continue;
         const std::string executable = executableOf(process.path());
-        // The system says so where the file has gone while the process runs.
+        // Linux appends this if the file was deleted while the process runs.
         const bool isOurs =
             executable == serverExecutable() || executable == serverExecutable() + " (deleted)";
         if (isOurs) found.push_back(std::stoi(name));

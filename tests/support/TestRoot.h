@@ -1,5 +1,5 @@
-// An installation of its own for one test: a system root in a fresh folder with the server application and
-// the library's bundle, and the environment that makes the process use it. No other test sees its servers.
+// A separate installation for one test: a system root in a new folder with the server application and the
+// library's bundle, and the environment that makes this process use it. Other tests do not see its servers.
 #pragma once
 
 #include <sys/types.h>
@@ -15,45 +15,45 @@ namespace dovrel::test {
 
 class TestRoot {
   public:
-    /// Everything is installed, with the server application that DOVREL_TEST_SERVER names if it is set; there
-    /// is no settings file, no display and no server.
+    /// Installs everything. If DOVREL_TEST_SERVER is set, it names the server application to install. There
+    /// is no settings file and no display, and no server runs.
     TestRoot();
     TestRoot(const TestRoot&) = delete;
     TestRoot& operator=(const TestRoot&) = delete;
 
-    /// Ends the root's servers, waits until they are gone, removes all files and restores the environment.
-    /// Fails the test where a server had to be killed because it did not end when told to, or where a
-    /// sanitizer had complaints about one.
+    /// Ends the root's servers, waits until they are gone, removes all files and restores the
+    /// environment. Fails the test if a server did not end when asked and had to be killed, or if a
+    /// sanitizer reported an error in a server.
     ~TestRoot();
 
     const std::string& path() const { return folder_.path(); }
 
-    /// The staged bundles.
+    /// Return the paths of the staged bundles and of the server's program.
     std::string library() const;
     std::string server() const;
     std::string serverExecutable() const;
 
-    /// Writes the server's settings file, for servers that start from now on.
+    /// Writes the server's settings file, which servers read when they start.
     void configure(const std::string& settings) const;
 
-    // Faults of the installation.
+    /// Both functions damage the installation.
     void removeServer() const;
     void makeServerUnexecutable() const;
 
-    /// The running servers of this root, from the system's list of processes.
+    /// Returns the running servers of this root, from the system's list of processes.
     std::vector<pid_t> servers() const;
 
-    /// Waits until so many servers run and answers them; fails the test when that takes longer than half a
-    /// minute.
+    /// Waits until exactly `count` servers run and returns them. Fails the test if that
+    /// takes longer than half a minute.
     std::vector<pid_t> waitForServers(size_t count) const;
 
     /// Sends the signal to all servers and waits until they are gone.
     void endServers(int signal) const;
 
-    /// The server's log, "" where there is none.
+    /// Returns the server's log; "" if there is none.
     std::string serverLog() const;
 
-    /// Waits until the text is in the log; fails the test when that takes longer than half a minute.
+    /// Waits until the log contains the text. Fails the test if that takes longer than half a minute.
     void waitForServerLog(const std::string& text) const;
 
   private:
@@ -67,7 +67,7 @@ class TestRoot {
     std::map<std::string, std::optional<std::string>> oldVariables_;
 };
 
-/// The content of a file, "" where it cannot be read.
+/// Returns the content of a file; "" if the file cannot be read.
 std::string contentOf(const std::string& path);
 
 }  // namespace dovrel::test

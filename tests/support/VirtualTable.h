@@ -1,8 +1,7 @@
-// Reads where a virtual operation stands in its class's table, so that tests can hold the order that is
-// promised.
+// Finds the slot of a virtual function in its class's table, so that tests can check the promised order.
 //
-// The Itanium C++ ABI, which both of our processors and systems use, stores a pointer to a virtual member
-// function as one plus the byte offset of its slot. The destructor takes two slots and has no such pointer.
+// The Itanium C++ ABI, which both of our processors and systems use, represents a pointer to a virtual member
+// function as one plus the byte offset of its slot. The destructor has two slots and no such pointer.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +17,7 @@ size_t virtualSlot(Function member) {
     return (word - 1) / sizeof(void*);
 }
 
-// The number of slots of a class: that of the first operation which a derived class adds.
+// The number of slots of a class equals the slot of the first virtual function that a derived class adds.
 template <class Class>
 class VirtualSlots : public Class {
   public:

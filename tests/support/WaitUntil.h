@@ -1,4 +1,4 @@
-// Waiting for a condition instead of for luck.
+// Waits for a condition instead of a fixed time.
 #pragma once
 
 #include <chrono>
@@ -6,7 +6,8 @@
 
 namespace dovrel::test {
 
-/// Asks every few milliseconds until the condition holds; false when it does not within half a minute.
+/// Checks the condition every few milliseconds until it holds. Returns false if it
+/// does not hold within half a minute.
 template <typename Condition>
 bool waitUntil(Condition condition) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);

@@ -1,4 +1,4 @@
-// Every operator new of the program by way of malloc, which the linker leads to HeapWatch.
+// Implements every operator new with malloc, which the linker redirects to HeapWatch.
 #include <cstdlib>
 #include <new>
 
@@ -15,7 +15,7 @@ void* allocateOrThrow(size_t size) {
 
 }  // namespace
 
-// All forms, because a sanitizer brings forms of its own that do not end in ours.
+// All forms are defined, because those of a sanitizer do not call ours.
 void* operator new(size_t size) {
     return allocateOrThrow(size);
 }

@@ -6,10 +6,11 @@
 
 namespace dovrel::test {
 
-// The window manager writes into its user's home.
+// HOME is a temporary folder, because the window manager writes to its user's home folder.
 WindowManager::WindowManager()
     : process_({"env", "HOME=" + home_.path(), "openbox", "--sm-disable"}, "/dev/null") {
-    // Once it does what it is told, it is ready for windows; those that come before may get wrong measures.
+    // The window manager is ready when it carries out a request. Windows that
+    // open earlier may get a wrong size.
     if (!waitUntil([] {
             outputOf({"xdotool", "set_num_desktops", "1"});
             return outputOf({"xdotool", "get_num_desktops"}) == "1\n";

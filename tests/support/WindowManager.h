@@ -1,4 +1,4 @@
-// A window manager of the test's own, on the screen that DISPLAY names.
+// A window manager that belongs to the test, on the screen that DISPLAY names.
 #pragma once
 
 #include "tests/support/ChildProcess.h"
@@ -8,7 +8,7 @@ namespace dovrel::test {
 
 class WindowManager {
   public:
-    /// Returns when the window manager works.
+    /// Returns when the window manager is ready.
     WindowManager();
 
   private:

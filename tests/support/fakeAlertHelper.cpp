@@ -1,16 +1,16 @@
-// An alert helper without a window, which does what the test says in the environment, for tests of the
-// host's side and of its faults:
+// An alert helper without a window that follows commands in its environment. It is for tests of the host's
+// side and of its handling of faults:
 //
-//     FAKE_ALERT          commands, one a line, done once the request is there; then it ends
+//     FAKE_ALERT          commands, one per line; run after the request has been read; then the helper ends
 //         send LINE           sends the line
-//         raw BYTES           sends them without a line feed
-//         flood               sends a line that never ends, until the host goes
+//         raw BYTES           sends the bytes without a line feed
+//         flood               sends a line without end, until the host closes the connection
 //         wait                waits until the host closes its end
-//         until FILE          waits until there is such a file
-//         crash               ends by a signal
-//     FAKE_ALERT_DEAF     if set, the request is not read
-//     FAKE_ALERT_NOTES    a file; gets "process NUMBER", "descriptors ..." (those that are open), "request
-//                         LINE", and "closed" after "wait"
+//         until FILE          waits until the file exists
+//         crash               ends with a signal
+//     FAKE_ALERT_DEAF     if set, the helper does not read the request
+//     FAKE_ALERT_NOTES    a file for notes: "process NUMBER", "descriptors ..." (the open ones),
+//                         "request LINE", and "closed" after "wait"
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/socket.h>
@@ -32,7 +32,7 @@ std::string valueOf(const char* variable) {
     return value != nullptr ? value : "";
 }
 
-// Complete once it can be seen, because a line is one write.
+// Each note is one write, so that a reader never sees half a line.
 void note(const std::string& line) {
     std::ofstream(valueOf("FAKE_ALERT_NOTES"), std::ios::app) << line + '\n' << std::flush;
 }
@@ -43,7 +43,7 @@ std::string openDescriptors() {
         numbers.insert(std::stoi(entry.path().filename()));
     std::string text;
     for (const int number : numbers) {
-        // The folder that is being read has gone by now.
+        // Leaves out the descriptor of the listed folder, which is closed by now.
         if (fcntl(number, F_GETFD) >= 0) text += ' ' + std::to_string(number);
     }
     return text;

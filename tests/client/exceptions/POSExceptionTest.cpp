@@ -10,7 +10,7 @@
 namespace dovrel {
 namespace {
 
-// The numbers are shared with the server and written here a second time on purpose.
+// The numbers are shared with the server. They are repeated here on purpose.
 template <class Exception>
 void expectServerFailure(uint32_t typeCode) {
     SCOPED_TRACE(typeCode);

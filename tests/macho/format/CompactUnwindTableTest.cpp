@@ -7,13 +7,13 @@
 namespace dovrel::macho {
 namespace {
 
-// One encoding for all pages, one personality, one page of each kind, one table of handlers.
+// A table with one encoding for all pages, one personality, one page of each kind and one table of handlers.
 std::vector<uint8_t> table() {
     DwarfBytes bytes;
     for (const uint32_t word : {1u, 28u, 1u, 32u, 1u, 36u, 3u})  // header
         bytes.put(word);
     bytes.put<uint32_t>(0x01000000);  // the encoding of all pages
-    bytes.put<uint32_t>(0x2000);      // where the personality's address is
+    bytes.put<uint32_t>(0x2000);      // the position of the personality's address
     for (const uint32_t word : {0x100u, 80u, 72u, 0x200u, 100u, 80u, 0x300u, 0u, 80u})  // index
         bytes.put(word);
     bytes.put<uint32_t>(0x110);  // handlers of that function
@@ -53,7 +53,7 @@ TEST(CompactUnwindTable, EachFunction_EndsWhereTheNextBegins) {
 
 TEST(CompactUnwindTable, AnEncodingOfThePage_ComesBehindThoseOfAll) {
     std::vector<uint8_t> bytes = table();
-    set(bytes, 92, 0x01000000);  // the second encoding, no distance
+    set(bytes, 92, 0x01000000);  // the second encoding, distance 0
     EXPECT_EQ(entries(bytes)[0].encoding, 0x02000000u);
 }
 

@@ -1,4 +1,4 @@
-// Makes small files in the format, right ones and wrong ones, for the tests of what reads it.
+// Builds small files in the format, valid and invalid ones, for the tests of the code that reads it.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 namespace dovrel::macho {
 
 /// A 64-bit bundle with one segment "__DATA" of 0x100 bytes in memory at address 0x1000, a section "__data"
-/// in it, and one library, "/usr/lib/one.dylib". A test changes what it wants before it builds.
+/// in it, and one library, "/usr/lib/one.dylib". A test changes the members before it builds the file.
 struct FileBuilder {
     uint32_t magic = 0xFEEDFACF;
     uint32_t processor = static_cast<uint32_t>(Processor::kX86_64);
@@ -23,7 +23,7 @@ struct FileBuilder {
     std::string sectionName = "__data";
     uint64_t sectionAddress = 0x1010;
     uint64_t sectionSize = 0x10;
-    uint32_t extraCommand = 0;  ///< 0: none
+    uint32_t extraCommand = 0;  ///< 0 adds no command
     bool hasFixups = true;
     std::vector<uint8_t> rebases;
     std::vector<uint8_t> bindings;
@@ -35,7 +35,7 @@ struct FileBuilder {
     MachOFile file() const { return {build(), Processor::kX86_64}; }
 };
 
-/// The bytes of a universal file with one slice.
+/// Returns the bytes of a universal file with one slice.
 std::vector<uint8_t> universal(const std::vector<uint8_t>& slice, Processor processor);
 
 }  // namespace dovrel::macho

@@ -9,7 +9,8 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-// What is common, and a function with those instructions (a multiple of four, less one, bytes).
+// Returns a section with the common part and one function with those instructions. Their number of bytes must
+// be a multiple of four, minus one.
 Bytes section(const Bytes& instructions) {
     Bytes bytes = {16, 0, 0, 0, 0, 0, 0, 0, 1, 'z', 'R', 0, 1, 0x7C, 8, 1, 0x10, 0x0C, 5, 4};
     const auto size = static_cast<uint8_t>(4 + 8 + 1 + instructions.size());

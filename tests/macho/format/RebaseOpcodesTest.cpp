@@ -39,7 +39,7 @@ TEST(RebaseOpcodes, UnknownOrEndlessInstructions_AreRefused) {
     EXPECT_THROW(rebased({0x13}), FormatError);
     EXPECT_THROW(rebased({0x90}), FormatError);
     EXPECT_THROW(rebased({0x20}), FormatError);
-    // The gap leads back to the same word.
+    // The gap wraps around to the same word.
     EXPECT_THROW(rebased({0x20, 0x00, 0x80, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F, 0xF8, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF,
                           0xFF, 0xFF, 0xFF, 0x01}),
                  FormatError);

@@ -17,7 +17,7 @@ UnwindFunction function(uint64_t begin, uint64_t personality = 0) {
     return made;
 }
 
-// The part of a description that is common, which it names by the distance.
+// Returns the position of the common part. A description contains the distance to it.
 size_t commonOf(ByteReader bytes, size_t position) {
     return position + 4 - bytes.at<uint32_t>(position + 4);
 }

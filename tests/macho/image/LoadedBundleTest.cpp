@@ -1,4 +1,4 @@
-// The loader itself, by a small bundle.
+// Tests the loader itself with a small bundle.
 #include "macho/image/LoadedBundle.h"
 
 #include <gtest/gtest.h>

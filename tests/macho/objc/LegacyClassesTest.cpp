@@ -11,7 +11,7 @@
 namespace dovrel::macho {
 namespace {
 
-// A class and an instance variable as they stand in an image; here with this process's words, in any width.
+// A class and an instance variable as an image contains them, here with words of this process, in any width.
 using Description = std::array<const void*, 12>;
 
 struct Variable {
@@ -32,7 +32,7 @@ Description describe(const char* name, const char* superclass, const Variable* v
     return description;
 }
 
-// What `use` makes of an image whose only section is this one: the reason why it fails, or nothing.
+// Calls `use` with an image whose only section is this one. Returns the reason of the failure, or nothing.
 template <typename Words, typename Use>
 std::string reasonOf(const std::string& section, Words& words, const Use& use) {
     FileBuilder builder;

@@ -25,7 +25,7 @@ namespace {
 
 int made = 0;
 
-// Like the library's own, the objects of this bundle are never destroyed.
+// Like the library's own objects, the objects of this bundle are never destroyed.
 struct Made {
     Made() { ++made; }
     const std::string& text = *new std::string("made before main, and too long for the object itself");
@@ -154,7 +154,7 @@ EXPORTED int Sample_LibraryExceptions() {
     } catch (const std::length_error&) {
     }
     try {
-        char* volatile const tooLarge = new char[huge * 3];  // not left out
+        char* volatile const tooLarge = new char[huge * 3];  // volatile, so that the compiler keeps it
         delete[] tooLarge;
         return __LINE__;
     } catch (const std::bad_alloc&) {

@@ -1,5 +1,5 @@
-// A small bundle for macOS that tests of the loader run; each function does one thing that a loader can get
-// wrong.
+// A small bundle for macOS that the loader's tests run. Each function does one
+// thing that a loader can get wrong.
 #pragma once
 
 #include <stdint.h>
@@ -8,33 +8,35 @@
 extern "C" {
 #endif
 
-// Those that answer an int answer 0, or the number of the line in the sample that was not true.
+// Functions that return an int return 0 on success, or the line number of the failed check in the sample.
 
-/// Objects that are made before main.
+/// Checks objects that are constructed before main.
 int Sample_Initialisers(void);
 
-/// Exceptions thrown and caught in all kinds of frames; destructors on the way.
+/// Throws and catches exceptions in all kinds of frames, with destructors in between.
 int Sample_Exceptions(void);
 
-/// Catches what the function throws, and answers 1; 0 where it throws nothing.
+/// Calls the function and catches every exception. Returns 1 if it threw one; otherwise 0.
 int Sample_CatchAll(void (*function)(void));
 
-/// Exceptions that the C++ library throws.
+/// Checks exceptions that the C++ library throws.
 int Sample_LibraryExceptions(void);
 
-/// A mutex, as the compiler initialised it.
+/// Uses a mutex that the compiler initialised.
 int Sample_Mutex(void);
 
-/// errno and open flags. There has to be a link of the name "link" in the folder, and nothing else.
+/// Checks errno and open flags. The folder must contain a symbolic link with
+/// the name "link", and nothing else.
 int Sample_ErrorNumbers(const char* folder);
 
-/// Size of a file by two system calls.
+/// Returns the size of a file, read with two system calls.
 int64_t Sample_FileSize(const char* path);
 
-/// When the file was changed, in seconds since 1904: a field of a packed structure that the platform fills.
+/// Returns when the file was changed, in seconds since 1904. The platform
+/// fills a field of a packed structure.
 uint32_t Sample_ModificationSeconds(const char* path);
 
-/// Messages, own classes with variables, constant strings, exceptions.
+/// Checks messages, own classes with variables, constant strings and exceptions.
 int Sample_ObjectiveC(void);
 
 #if defined(__cplusplus)

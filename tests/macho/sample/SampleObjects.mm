@@ -17,7 +17,7 @@ struct OnWayOut {
 
 }  // namespace
 
-// Answered in two registers.
+// Returned in two registers.
 struct SampleRange {
     NSUInteger location;
     NSUInteger length;
@@ -33,7 +33,7 @@ struct SampleRange {
 - (SampleRange)range;
 @end
 
-// Comes before its superclass in the compiler's list, or after it.
+// The compiler may list this class before or after its superclass.
 @interface DovrelAnySampleObject : DovrelSampleObject {
     int third_;
 }
@@ -98,10 +98,10 @@ int strings() {
     return 0;
 }
 
-// Whether an exception of Objective-C runs destructors on its way: in 32 bits a handler is jumped to.
+// An exception of Objective-C runs destructors only in 64 bits. In 32 bits it jumps directly to the handler.
 constexpr bool kRunsDestructors = sizeof(void*) == 8;
 
-// Raises: there is no such program.
+// Raises an exception, because there is no such program.
 __attribute__((noinline)) int launch(int* count) {
     const OnWayOut onWayOut = {count};
     NSTask* const task = [[[NSTask alloc] init] autorelease];

@@ -1,5 +1,5 @@
-// What the tests of the file utilities stand on: a folder of their own, a mask that would keep other users
-// out, and a look at the open files.
+// Shared by the tests of the file utilities: a separate folder, a file mode mask that excludes other
+// users, and a check for open files.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,11 +14,11 @@
 
 namespace dovrel::test {
 
-// Every test also shows that no file stays open.
+// Every test also checks that no file stays open.
 class FileUtilitiesFixture : public testing::Test {
   protected:
     FileUtilitiesFixture() {
-        fileExists(folder_.path());  // whatever is opened once for good is open now
+        fileExists(folder_.path());  // opens everything that stays open after the first use
         pathExists(folder_.path());
         openBefore_ = openDescriptors();
         previousMask_ = umask(077);

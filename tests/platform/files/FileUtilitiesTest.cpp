@@ -24,7 +24,7 @@ class FileUtilities : public test::FileUtilitiesFixture {};
 using std::string_literals::operator""s;
 using test::ScratchFolder;
 
-// One name in the two encodings in which paths are read.
+// The same name in the two encodings of paths.
 constexpr char kMacRomanName[] = "caf\x8E.txt";
 constexpr char kUtf8Name[] = "caf\xC3\xA9.txt";
 
@@ -96,8 +96,8 @@ TEST_F(FileUtilities, WriteWholeFile_OnAFullDisk_IsFalse) {
 }
 
 TEST_F(FileUtilities, WriteWholeFile_WithAMacRomanName_IsOpenedToAllOnlyIfTheUtf8NameIs) {
-    // The language's calls take the bytes as they are, the platform's take them for Mac Roman: two different
-    // names here.
+    // fopen and similar functions use the bytes unchanged; the platform's calls read them as Mac Roman. So
+    // these are two different names.
     const std::string utf8 = folder_.write(kUtf8Name, "the other file");
     ScratchFolder::setPermissions(utf8, 0600);
     const std::string macRoman = folder_.path(kMacRomanName);

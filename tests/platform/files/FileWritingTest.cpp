@@ -18,7 +18,7 @@ using test::ScratchFolder;
 
 class FileWriting : public testing::Test {
   protected:
-    // Opens a file with that content for writing.
+    // Creates a file with that content and opens it for writing.
     int openWith(const std::string& content) {
         descriptor_ = open(folder_.write("file", content).c_str(), O_RDWR | O_CLOEXEC);
         EXPECT_GE(descriptor_, 0);

@@ -1,4 +1,4 @@
-// Folders and permissions, of the file utilities.
+// The functions for folders and permissions of the file utilities.
 #include <gtest/gtest.h>
 
 #include <filesystem>

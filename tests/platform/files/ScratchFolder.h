@@ -1,4 +1,4 @@
-// A temporary folder in which tests make files, and look at their permissions.
+// A temporary folder in which tests create files and check their permissions.
 #pragma once
 
 #include <filesystem>
@@ -12,13 +12,13 @@ namespace dovrel::test {
 
 class ScratchFolder : public TemporaryFolder {
   public:
-    /// Makes a file and answers its path.
+    /// Creates a file and returns its path.
     std::string write(const std::string& name, const std::string& content) const {
         TemporaryFolder::write(name, content);
         return path(name);
     }
 
-    /// Empty also when there is no such file.
+    /// Returns the content of a file; empty also if there is no such file.
     static std::string contentOf(const std::string& file) {
         std::ifstream stream(file, std::ios::binary);
         return {std::istreambuf_iterator<char>(stream), {}};

@@ -35,7 +35,7 @@ void runOnSmallStack(std::function<void()> work) {
     ASSERT_EQ(pthread_join(thread, nullptr), 0);
 }
 
-// Counts the characters and keeps those after the call tree, which has five thousand million of them.
+// Counts all characters but keeps only those after the call tree, which has five thousand million characters.
 class ReportBuffer : public std::streambuf {
   public:
     uint64_t count() const { return count_; }
@@ -86,7 +86,7 @@ TEST(ProfilerDepth, Report_PrintsAndAggregatesEveryLevel) {
         ReportBuffer buffer;
         std::ostream stream(&buffer);
         profiler.report(stream);
-        // Each call takes one tick, and all but the last spend it in the call below them.
+        // Each call takes one tick. All calls except the last spend it in the call below them.
         const std::string methods =
             "\n=== Methods sorted by self time usage:\n1(100%): f\n"
             "\n=== Methods sorted by total time usage:\n100000: f\n"

@@ -64,7 +64,7 @@ TEST(ProfilerReport, OfCalls_ListsTreeThenMethodsBySelfThenByTotal) {
     ProfilerNode& middle = addCall(outer, "middle", 100, 2100);
     addCall(middle, "inner", 200, 1720);
     addCall(root, "last", 3000, 4108);
-    // self: outer 3000-2000 = 1000, middle 2000-1520 = 480, inner 1520, last 1108; in all 3000+1108 = 4108.
+    // self: outer 3000-2000 = 1000, middle 2000-1520 = 480, inner 1520, last 1108; total 3000+1108 = 4108.
     EXPECT_EQ(reportOf(root),
               "======== Profiler report ========\n"
               "=== Call tree:\n"

@@ -14,7 +14,7 @@
 namespace dovrel {
 namespace {
 
-// A clock that advances by 10 with every reading.
+// A clock that advances by 10 each time it is read.
 uint32_t reading = 0;
 uint32_t tickingClock() {
     return reading += 10;

@@ -15,7 +15,7 @@ std::vector<uint32_t> drawWords(BaseRandom& random, int count) {
     return words;
 }
 
-// A pool as the 128 bits in the order in which they are to be drawn.
+// Returns the 128 bits of a pool in the order in which they must be drawn.
 std::string bitsOf(const std::vector<uint8_t>& pool) {
     std::string bits;
     for (const uint8_t byte : pool) {
@@ -32,8 +32,8 @@ std::string drawBits(BaseRandom& random, int count) {
     return bits;
 }
 
-// The pools after seeding with 1, as another implementation of MD5 gives them: the digest of the seeded pool,
-// and the digest of the seeded pool followed by the first one.
+// The pools after seeding with 1, computed with another implementation of MD5: the digest of the seeded pool,
+// and the digest of the seeded pool followed by the first digest.
 const std::vector<uint8_t> kFirstPool = {0x0a, 0x66, 0xa1, 0x66, 0xd4, 0xca, 0x78, 0x0c,
                                          0xd3, 0x5f, 0xfb, 0x16, 0x96, 0x4a, 0x1a, 0x12};
 const std::vector<uint8_t> kSecondPool = {0x1b, 0xf3, 0x76, 0xfc, 0xfe, 0xb1, 0x35, 0xca,

@@ -58,8 +58,8 @@ TEST(MD5, Update_WithNothing_ChangesNothing) {
     EXPECT_EQ(hexOf(md5.digest()), "d41d8cd98f00b204e9800998ecf8427e");
 }
 
-// The algorithm as RFC 1321 writes it down, on bits and words alone, to compare with at every length around
-// the block boundaries.
+// A direct implementation of RFC 1321 with bits and words, for comparison at every
+// length around the block boundaries.
 std::string plainMd5Of(std::string message) {
     const uint64_t bits = uint64_t{message.size()} * 8;
     message += '\x80';

@@ -13,7 +13,7 @@
 namespace dovrel {
 namespace {
 
-// The generator's words as its seeding of 1998 makes them.
+// Returns the generator's words after the seeding of 1998.
 std::vector<uint32_t> seedWords(uint32_t seed) {
     std::vector<uint32_t> words{seed};
     while (words.size() < 624)
@@ -21,7 +21,7 @@ std::vector<uint32_t> seedWords(uint32_t seed) {
     return words;
 }
 
-// The recurrence and the tempering written down one word at a time, for comparison.
+// A direct implementation of the recurrence and the tempering, one word at a time, for comparison.
 class PlainTwister {
   public:
     explicit PlainTwister(uint32_t seed) : words_(seedWords(seed)) {}
@@ -42,7 +42,7 @@ class PlainTwister {
     std::vector<uint32_t> words_;
 };
 
-// Gives the standard library's engine, which has another seeding, the words of this one.
+// Sets the state of the standard library's engine, whose own seeding is different, to these words.
 class SeedWords {
   public:
     using result_type = uint32_t;
@@ -58,9 +58,9 @@ class SeedWords {
     std::vector<uint32_t> words_;
 };
 
-// Whether the first draws of a process are those of the seed 4357.
+// Checks that the first draws of a process are those of the seed 4357.
 void drawFirstNumbers() {
-    // The beginning of the outputs published with the generator of 1998.
+    // The first outputs that were published with the generator of 1998.
     for (const uint32_t expected : {3510405877u, 4290933890u, 2191955339u, 564929546u, 152112058u,
                                     4262624192u, 2687398418u, 268830360u, 1763988213u, 578848526u}) {
         if (NumberGenerator::next() != expected) std::exit(1);
@@ -69,7 +69,7 @@ void drawFirstNumbers() {
 }
 
 TEST(NumberGenerator, UsedBeforeAnySeeding_SeedsItselfWith4357) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process in which nothing was seeded yet
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a new process without any seeding
     EXPECT_EXIT(drawFirstNumbers(), testing::ExitedWithCode(0), "");
 }
 
@@ -118,7 +118,7 @@ TEST(NumberGenerator, SeedOfConstruction_AddsTheRemainderOfTimeAndWord) {
 }
 
 TEST(NumberGenerator, SeedOfConstruction_WithALargeWord_TakesASignedRemainder) {
-    // The word is -5 as a signed number: 3 - 5 = -2.
+    // As a signed number the word is -5: 3 - 5 = -2.
     EXPECT_EQ(NumberGenerator::seedOfConstruction(0, 3, 0xFFFFFFFFFFFFFFFB), 118u);
     // The sum wraps to -2^63, and 2^63 is 90782 more than a multiple of 99999.
     EXPECT_EQ(NumberGenerator::seedOfConstruction(200000, 1, 0x7FFFFFFFFFFFFFFF), 200000u - 90782u + 120u);

@@ -27,7 +27,7 @@ TEST_F(RandomSource, First_IsTheMD5Source) {
         EXPECT_EQ(nextRandomBit(), expected.nextBit());
 }
 
-// Whether the first bits that a process draws are those of the first digest.
+// Checks that the first bits that a process draws are those of the first digest.
 void drawFirstBits() {
     MD5Random expected;
     expected.seed(7);
@@ -39,7 +39,7 @@ void drawFirstBits() {
 }
 
 TEST_F(RandomSource, FirstBit_OfTheProcess_ProducesANewPool) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process in which nothing was drawn yet
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a new process without any draw
     EXPECT_EXIT(drawFirstBits(), testing::ExitedWithCode(0), "");
 }
 
@@ -56,7 +56,7 @@ void drawLate() {
     std::_Exit(0);
 }
 
-// Before the objects of the library are made, so that the handler runs after they are destroyed.
+// Runs before the library's objects are constructed, so that the handler runs after they are destroyed.
 [[gnu::constructor(101)]] void registerDrawLate() {
     std::atexit(drawLate);
 }

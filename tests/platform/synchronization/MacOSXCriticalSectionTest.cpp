@@ -16,7 +16,7 @@ TEST(MacOSXCriticalSection, EnterAndLeave_KeepsThreadsApart) {
     MacOSXCriticalSection section;
     constexpr int kThreads = 4;
     constexpr int kRounds = 1000;
-    long visits = 0;  // unguarded but for the section
+    long visits = 0;  // protected only by the section
     std::vector<std::thread> threads;
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([&] {

@@ -27,7 +27,7 @@ TEST(MacOSXMutex, Lock_WithMinusOneOnAHeldMutex_BlocksUntilItIsUnlocked) {
     ASSERT_TRUE(mutex.lock(kWaitForever));
     std::atomic<bool> obtained{false};
     std::thread other([&] { obtained = mutex.lock(kWaitForever); });
-    // However late the other thread comes to its wait, it cannot have the lock yet.
+    // Even if the other thread starts to wait late, it cannot have the lock yet.
     EXPECT_FALSE(mutex.lock(100));
     EXPECT_FALSE(obtained);
     EXPECT_TRUE(mutex.unlock());

@@ -7,7 +7,7 @@
 
 #include "tests/support/Encodings.h"
 
-// The calls that tell the encodings apart go through here, so that a test can have another system encoding.
+// The linker redirects the calls that select an encoding, so that a test can set another system encoding.
 extern "C" {
 CFStringEncoding __real_CFStringGetSystemEncoding();
 CFStringRef __real_CFStringCreateWithCString(CFAllocatorRef, const char*, CFStringEncoding);
@@ -76,7 +76,7 @@ TEST_F(ReadableTextTest, NoBytes_GiveAnEmptyText) {
 TEST_F(ReadableTextTest, EveryUpperByteAlone_IsItsMacRomanCharacter) {
     for (int byte = 0x80; byte < 256; ++byte) {
         const std::string character(1, static_cast<char>(byte));
-        // Where the C library has another table.
+        // The three characters for which the C library's table differs.
         std::string expected = test::toUTF8(character, "MACINTOSH").value_or("");
         if (byte == 0xC6) expected = "\u2206";
         if (byte == 0xDB) expected = "\u20AC";

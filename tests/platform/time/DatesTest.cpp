@@ -65,7 +65,7 @@ TEST_F(Dates, DottedTexts_ShareOneBuffer) {
     EXPECT_STREQ(local, "2026.11.15 17:19:00");
 }
 
-// Where times have 32 bits, they end before the form does.
+// A time of 32 bits ends before the year 9999.
 TEST_F(Dates, DottedTexts_OfTheLastMomentWithAYearOfFourDigits_StillHaveTheirForm) {
     constexpr int64_t kLastMoment = 253402300799;
     constexpr int64_t kLastTime = std::numeric_limits<std::time_t>::max();
@@ -120,7 +120,8 @@ TEST_F(Dates, DateBytes_ShiftedByTwoMonthsInNovember_HaveMonth13) {
 }
 
 TEST_F(Dates, DateBytes_AroundMidnight_AreLocalForTodayAndUtcWithDays) {
-    setTime(std::time_t{20772} * 86400 + 86399, "CET-1");  // 23:59:59 UTC, 00:59:59 on the next day locally
+    setTime(std::time_t{20772} * 86400 + 86399,
+            "CET-1");  // 23:59:59 UTC; local time is 00:59:59 on the next day
     EXPECT_EQ(valuesOf(dateBytes()), (Bytes{26, 11, 16}));
     EXPECT_EQ(valuesOf(dateBytes(0)), (Bytes{26, 11, 15}));
     EXPECT_EQ(valuesOf(dateBytes(0, 0)), (Bytes{26, 11, 15}));

@@ -1,4 +1,4 @@
-// What a trace holds, for tests that read one.
+// Splits a trace into entries, for tests that read one.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,8 +9,8 @@
 
 namespace dovrel::test {
 
-/// The entries of this process's trace without process and time, each with its further lines as they are.
-/// Fails the test if a line is neither the first one of an entry nor indented.
+/// Returns the entries of this process's trace without process and time, each with its continuation lines.
+/// Fails the test if a line neither begins an entry nor is indented.
 inline std::vector<std::string> traceEntriesOf(const std::string& trace) {
     constexpr char kIndent[] = "    ";
     const std::string begin = "dovrel " + std::to_string(getpid()) + " ";
@@ -32,7 +32,7 @@ inline std::vector<std::string> traceEntriesOf(const std::string& trace) {
     return entries;
 }
 
-/// The same for a trace in which every entry is one line.
+/// Does the same for a trace in which every entry is one line.
 inline std::vector<std::string> traceLinesOf(const std::string& trace) {
     const std::vector<std::string> entries = traceEntriesOf(trace);
     for (const std::string& entry : entries)

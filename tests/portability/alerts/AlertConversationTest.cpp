@@ -1,4 +1,4 @@
-// How long a helper may take before the alert is on the screen.
+// How long a helper may take until its alert is on the screen.
 #include "portability/alerts/AlertConversation.h"
 
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ AlertRequest request(const std::string& body = "B") {
 class AlertConversationTest : public testing::Test {
   protected:
     TemporaryFolder folder_;
-    // Only named, because the helper of these tests opens no window.
+    // DISPLAY only needs a value, because the helper of these tests opens no window.
     VariableChange display_{"DISPLAY", ":1"};
     VariableChange alerts_{"POS_ALERTS", nullptr};
     FakeAlertHelper helper_;

@@ -80,7 +80,7 @@ TEST(AlertMessages, ComposeRequest_TextsOfTheLargestSizesAreSentWhole) {
 }
 
 TEST(AlertMessages, ComposeRequest_LongerTextsAreCutBetweenCharacters) {
-    // Each character has 1 to 4 bytes, and each offset has its turn at the cut.
+    // A character has 1 to 4 bytes. The loop puts every offset within it at the cut.
     for (const std::string character : {"a", "ä", "€", "\U0001F600"}) {
         for (size_t offset = 0; offset < character.size(); ++offset) {
             const std::string longText =

@@ -1,4 +1,4 @@
-// Fixture for the parts of the alert's window, looked at inside the test's own process.
+// Fixture for the parts of the alert's window, which are inspected inside the test's own process.
 #pragma once
 
 #include <cstdlib>
@@ -15,7 +15,7 @@ using portability::AlertRequest;
 
 class AlertPartsTest : public HelperTest {
   protected:
-    // Accessible names and relations that can be read without a screen reader.
+    // Makes accessible names and relations readable without a screen reader.
     AlertPartsTest() { setenv("GTK_A11Y", "test", 1); }
 
     ShownWindow& show(const AlertRequest& request) {

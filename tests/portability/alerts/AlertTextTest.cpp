@@ -1,4 +1,4 @@
-// Heading and body of an alert: shown as given, whole or scrolling.
+// Heading and body of an alert: displayed unchanged, completely or with a scroll bar.
 #include "portability/alerts/helper/TextMeasure.h"
 #include "tests/portability/alerts/AlertPartsTest.h"
 
@@ -18,8 +18,8 @@ class AlertTextTest : public AlertPartsTest {
         return gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(text().scroller()));
     }
 
-    /// Where the last line of the body ends. The text view measures its lines one after the other, a moment
-    /// after it has been shown.
+    /// Returns where the last line of the body ends. The text view measures its lines one by one after it has
+    /// been shown, so the value changes at first.
     int bodyHeight() {
         auto* const view = GTK_TEXT_VIEW(text().body());
         GtkTextIter end;
@@ -127,13 +127,13 @@ TEST_F(AlertTextTest, LongestTexts_AreShownSoonEnough) {
         request.body.clear();
         while (request.body.size() + word.size() <= portability::kLongestAlertBody)
             request.body += word;
-        // Throws if the window does not come within half a minute.
+        // Throws if the window does not open within half a minute.
         show(request);
         EXPECT_TRUE(isFramed());
     }
 }
 
-// In a process for each font, as the desktop's font is there from the beginning.
+// Each font needs its own process, because GTK reads the desktop's font when it starts.
 class AlertFontTest : public AlertTextTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(AlertFontTest, ShippedTexts_AreShownWithoutScrolling) {

@@ -1,4 +1,4 @@
-// The window as the keyboard and screen readers find it.
+// The window as the keyboard and screen readers use it.
 #include "portability/alerts/helper/Captions.h"
 #include "tests/portability/alerts/AlertPartsTest.h"
 
@@ -40,7 +40,7 @@ TEST_F(AlertWindowTest, HeadingAndBody_NameAndDescribeTheWindow) {
     gtk_test_accessible_assert_relation(dialog, GTK_ACCESSIBLE_RELATION_DESCRIBED_BY, text().body(), nullptr);
     gtk_test_accessible_assert_property(dialog, GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, request.body.c_str());
     gtk_test_accessible_assert_property(text().body(), GTK_ACCESSIBLE_PROPERTY_LABEL, request.body.c_str());
-    // The heading alone is the name: it would be read twice otherwise.
+    // Only the heading is the accessible name. With a label as well, the text would be read aloud twice.
     EXPECT_FALSE(gtk_test_accessible_has_property(dialog, GTK_ACCESSIBLE_PROPERTY_LABEL));
 }
 

@@ -1,4 +1,4 @@
-// The buttons of an alert, in the order of the desktop.
+// The buttons of an alert, in the order that the desktop uses.
 #include "tests/portability/alerts/AlertPartsTest.h"
 
 namespace alerthelper::test {

@@ -5,7 +5,7 @@
 namespace alerthelper::test {
 namespace {
 
-// Each in a process of its own, because the libraries look for the user's language once.
+// Each user needs a separate process, because the libraries read the user's language only once.
 struct User {
     const char* name;
     const char* languages;

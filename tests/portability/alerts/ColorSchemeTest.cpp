@@ -1,4 +1,4 @@
-// Dark or light, as the desktop's settings portal says.
+// Dark or light colours, as the desktop's settings portal specifies.
 #include <gio/gio.h>
 #include <gtk/gtk.h>
 
@@ -20,7 +20,7 @@ constexpr char kInterface[] = R"(
         <signal name="SettingChanged"><arg type="s"/><arg type="s"/><arg type="v"/></signal>
     </interface></node>)";
 
-/// A settings portal on a session bus of the test's own. It replies in a thread of its own.
+/// A settings portal on a session bus that belongs to the test. It replies in its own thread.
 class Portal {
   public:
     enum class Reply { value, error, none };
@@ -36,11 +36,11 @@ class Portal {
     ~Portal() {
         g_main_loop_quit(loop_);
         thread_.join();
-        // The object itself stays: its end would wait for the program's other users of the bus.
+        // The object is not released: its destructor would wait for the program's other users of the bus.
         g_test_dbus_stop(bus_);
     }
 
-    /// Tells the desktop's programs a value, under the name of a setting.
+    /// Announces a new value of a setting to the desktop's programs.
     void tell(const char* setting, guint32 scheme) {
         g_dbus_connection_emit_signal(
             connection_, nullptr, "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings",
@@ -85,7 +85,7 @@ class Portal {
         if (self.reply_ == Reply::error) {
             g_dbus_method_invocation_return_dbus_error(call, "org.freedesktop.portal.Error.NotFound", "none");
         } else if (self.reply_ == Reply::value) {
-            // The value is wrapped twice in this call.
+            // The reply to this call has two variants around the value.
             GVariant* const value = g_variant_new_variant(g_variant_new_uint32(self.scheme_));
             g_dbus_method_invocation_return_value(call, g_variant_new("(v)", value));
         } else {
@@ -121,8 +121,8 @@ class ColorSchemeTest : public HelperTest {
         });
     }
 
-    /// Connects as the helper does. The bus must be there before: its beginning takes the name of the
-    /// screen away.
+    /// Connects as the helper does. Start the bus first: starting it removes the name of
+    /// the screen from the environment.
     void connect() {
         screen_.emplace("640x480", HelperScreen::Manager::none);
         ASSERT_TRUE(connectToWindowSystem());

@@ -1,4 +1,4 @@
-// Where the window of the alert helper is, and how large.
+// The position and size of the alert helper's window.
 #include <cstdlib>
 
 #include "tests/portability/alerts/HelperWindowTest.h"
@@ -10,7 +10,7 @@ namespace {
 
 class HelperPlaceTest : public HelperWindowTest {
   protected:
-    /// A body that is longer than any screen is high.
+    /// Returns a body that is higher than any screen.
     static std::string longBody() {
         std::string body;
         while (body.size() < portability::kLongestAlertBody - 100)
@@ -81,7 +81,7 @@ TEST_F(HelperPlaceTest, SmallestScreenAtTwiceTheSize_ButtonsAreOnIt) {
     const Area area = HelperScreen::areaOf(show(request));
     EXPECT_GE(area.x, 0);
     EXPECT_GE(area.y, 0);
-    // The window manager's borders may be outside, the window itself is not.
+    // The window manager's borders may extend beyond the screen, but not the window itself.
     EXPECT_LE(area.width, 640);
     EXPECT_LE(area.y + area.height, 480);
     HelperScreen::takePicture("alert-640x480-twice");
@@ -94,7 +94,7 @@ TEST_F(HelperPlaceTest, TwiceTheSize_IsTwiceAsLarge) {
     const Area once = HelperScreen::areaOf(show(requestIn("English")));
     setenv("GDK_SCALE", "2", 1);
     const Area twice = HelperScreen::areaOf(show(requestIn("English")));
-    // Up to the rounding of characters.
+    // The tolerance is for the rounding of character widths.
     EXPECT_NEAR(twice.width, 2 * once.width, once.width / 10);
     EXPECT_NEAR(twice.height, 2 * once.height, once.height / 10);
 }
@@ -106,7 +106,7 @@ TEST_F(HelperPlaceTest, Pictures_ForPeopleToLookAt) {
         const std::string window = show(request);
         const std::string name = std::string("alert-") + language;
         HelperScreen::takePicture(name);
-        // A window without its text has a few colours.
+        // A window without its text has only a few colours.
         const std::string colours =
             dovrel::test::outputOf({"identify", "-format", "%k\n", DOVREL_PICTURES "/" + name + ".png"});
         EXPECT_GT(std::atoi(colours.c_str()), 50);

@@ -26,7 +26,8 @@ constexpr int kLongestWait = 30000;
     dup2(input, STDIN_FILENO);
     dup2(output, STDOUT_FILENO);
     dup2(output, STDERR_FILENO);
-    // The number may be taken already, by the stream itself at that.
+    // Another descriptor may have the number kStream, even the stream itself.
+    // So the stream is duplicated first.
     const int copy = fcntl(stream, F_DUPFD, kStream + 1);
     dup2(copy, kStream);
     close(copy);

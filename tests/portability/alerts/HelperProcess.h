@@ -1,4 +1,4 @@
-// The alert helper as a host starts it, with the test as the host.
+// Starts the alert helper as a host would. The test acts as the host.
 #pragma once
 
 #include <sys/types.h>
@@ -12,29 +12,30 @@ namespace alerthelper::test {
 
 class HelperProcess {
   public:
-    /// Starts the program with the test's environment. Its standard output and error are added to the file.
+    /// Starts the program with the test's environment. Its standard output
+    /// and error are appended to the file.
     explicit HelperProcess(const std::string& outputFile);
     HelperProcess(const HelperProcess&) = delete;
     HelperProcess& operator=(const HelperProcess&) = delete;
 
-    /// Kills a program that still runs.
+    /// Kills the program if it still runs.
     ~HelperProcess();
 
-    /// Sends bytes as they are, or a request. A helper that no longer reads is not a failure.
+    /// Sends bytes unchanged, or a request. If the helper no longer reads, that is not a failure.
     void sendBytes(const std::string& bytes) const;
     void send(const portability::AlertRequest& request) const;
 
-    /// The next line without its line feed; "" at the end of the stream, or after half a minute.
+    /// Returns the next line without its line feed; "" at the end of the stream, or after half a minute.
     std::string readLine();
 
-    /// Whether the stream has a line, or its end, at this moment.
+    /// Returns true if a line, or the end of the stream, has already arrived.
     bool hasLine() const;
 
     /// Closes the host's end of the stream.
     void closeStream() { stream_.reset(); }
 
-    /// Waits for the end. Returns the exit code, -1 if a signal ended the program or it still runs after half
-    /// a minute.
+    /// Waits for the end of the program. Returns its exit code, or -1 if a signal ended it or if
+    /// it still runs after half a minute.
     int wait();
 
     pid_t process() const { return process_; }

@@ -19,8 +19,8 @@ using portability::AlertMessages;
 
 class HelperProgramTest : public HelperTest {
   protected:
-    /// Runs a shell command with the program as $0; standard error goes to "errors", standard output to
-    /// "output".
+    /// Runs a shell command in which $0 is the program. Standard error goes to the file
+    /// "errors", standard output to "output".
     int run(const std::string& command) {
         const std::string redirected =
             "exec >" + folder_.path("output") + " 2>" + folder_.path("errors") + "\n" + command;
@@ -34,7 +34,8 @@ class HelperProgramTest : public HelperTest {
         return std::make_unique<HelperProcess>(folder_.path("log"));
     }
 
-    /// The exit code of a helper that gets these bytes and then, if wanted, the end of the stream.
+    /// Returns the exit code of a helper that receives these bytes and then, if
+    /// requested, the end of the stream.
     int codeAfter(const std::string& bytes) {
         const auto helper = start();
         helper->sendBytes(bytes);
@@ -138,7 +139,7 @@ TEST_F(HelperProgramTest, NoWaylandCompositor_EndsItWithoutAWord) {
     EXPECT_EQ(folder_.read("log"), "");
 }
 
-// An X server that takes the connection and never replies, as one that has been stopped.
+// The X server accepts the connection and never replies, like a server that was stopped by a signal.
 TEST_F(HelperProgramTest, WindowSystemThatDoesNotReply_DoesNotKeepItFromEndingWithItsHost) {
     constexpr int kFirstPort = 6000;
     const portability::FileDescriptor server(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));

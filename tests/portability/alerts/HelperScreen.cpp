@@ -55,7 +55,8 @@ bool HelperScreen::windowGoes() {
     return dovrel::test::waitUntil([] { return !hasWindow(); });
 }
 
-// The tool's own answer about the place counts the borders twice, so it is asked for that of the pointer.
+// xdotool counts the borders twice in a window's position. So the pointer is moved to the middle of the
+// window, and its position is used.
 Area HelperScreen::areaOf(const std::string& window) {
     const std::string geometry = geometryOf(window);
     const int width = numberAfter("WIDTH=", geometry);

@@ -1,4 +1,4 @@
-// A screen with a window manager, and a hand that uses mouse and keyboard on the window of the alert helper.
+// A screen with a window manager, and simulated mouse and keyboard input for the alert helper's window.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@
 
 namespace alerthelper::test {
 
-/// In pixels of the screen.
+/// An area in pixels of the screen.
 struct Area {
     int x = 0;
     int y = 0;
@@ -23,31 +23,31 @@ class HelperScreen {
 
     explicit HelperScreen(const std::string& size = "1024x768", Manager manager = Manager::openbox);
 
-    /// Waits until a window of the helper is on the screen, has the keyboard and rests. Returns its number,
-    /// "" if that does not happen within half a minute.
+    /// Waits until a window of the helper is open, has the keyboard focus and no longer changes. Returns its
+    /// number, or "" if that does not happen within half a minute.
     std::string waitForWindow() const;
 
-    /// Whether a window of the helper is on the screen.
+    /// Returns true if a window of the helper is open.
     static bool hasWindow();
 
-    /// Waits until there is none; false if that does not happen within half a minute.
+    /// Waits until no window is open; returns false if that does not happen within half a minute.
     static bool windowGoes();
 
-    /// The window without, and with its borders. Moves the pointer.
+    /// Both return the area of the window, without or with its borders. They move the pointer.
     static Area areaOf(const std::string& window);
     static Area areaWithBorders(const std::string& window);
 
-    /// A property of the window, as obxprop writes it.
+    /// Returns a property of the window as obxprop prints it.
     static std::string property(const std::string& window, const std::string& name);
 
-    // To the window that has the keyboard, and to a place in a window.
+    /// Sends a key to the window with the keyboard focus, or a click to a position in a window.
     static void pressKey(const std::string& key);
     static void click(const std::string& window, int x, int y);
 
-    /// Takes a picture of the screen for people to look at, pictures/NAME.png in the build folder.
+    /// Saves a picture of the screen for people to look at, as pictures/NAME.png in the build folder.
     static void takePicture(const std::string& name);
 
-    /// Takes the screen away from under its windows.
+    /// Ends the screen while windows are still on it.
     void end();
 
   private:

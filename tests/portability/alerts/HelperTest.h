@@ -1,4 +1,4 @@
-// Fixture of the alert helper's tests: the settings of the developer's own desktop have no effect on them.
+// Fixture of the alert helper's tests. It removes the effect of the developer's own desktop settings.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -26,11 +26,11 @@ class HelperTest : public testing::Test {
         setenv("HOME", folder_.path().c_str(), 1);
         setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
         setenv("LANG", "C.UTF-8", 1);
-        // The warnings of the libraries, which are not shown otherwise; not their messages.
+        // Shows warnings of the libraries, which are hidden by default, but not their other messages.
         setenv("G_MESSAGES_DEBUG", "none", 1);
     }
 
-    /// The alert that reports a failed registration, in a language of the shipped texts.
+    /// Returns the alert that reports a failed registration, in a language of the shipped texts.
     static portability::AlertRequest requestIn(const std::string& language) {
         const dovrel::test::ShippedTexts texts(SHIPPED_TEXTS, language);
         std::string body = texts.failureBody("Halcon", texts.text("DLL_MSG_MERROWD_IS_MISSING_MACOSX"),

@@ -1,4 +1,4 @@
-// Keys and clicks in the window of the alert helper, and ends that come from outside.
+// Keys and clicks in the alert helper's window, and windows that are ended from outside.
 #include "tests/portability/alerts/HelperWindowTest.h"
 
 #include <csignal>
@@ -39,7 +39,7 @@ TEST_F(HelperWindowTest, Keyboard_ReachesEveryPart) {
     AlertRequest request = simpleRequest({"Retry", "Cancel"});
     request.help = true;
     const std::string window = show(request);
-    // From Retry over heading, body and Help, and on to Cancel.
+    // From Retry over heading, body and Help to Cancel.
     for (const char* key : {"Tab", "Tab", "Tab", "space"})
         HelperScreen::pressKey(key);
     EXPECT_EQ(helper_->readLine(), kHelp);

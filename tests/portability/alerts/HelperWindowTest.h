@@ -1,4 +1,4 @@
-// Fixture of the tests with the alert helper's real window, used with mouse and keyboard.
+// Fixture for tests that use the alert helper's real window with mouse and keyboard.
 #pragma once
 
 #include <fstream>
@@ -57,7 +57,7 @@ class HelperWindowTest : public HelperTest {
         return window;
     }
 
-    /// The last message of the helper, after the key has been pressed.
+    /// Presses the key and returns the helper's last message.
     std::string lineAfterKey(const AlertRequest& request, const std::string& key) {
         show(request);
         HelperScreen::pressKey(key);

@@ -1,4 +1,4 @@
-// How the alert helper ends with its host, and if its window does not come.
+// How the alert helper ends when its host ends, or when its window does not open.
 #include "portability/alerts/helper/HostWatch.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ using portability::FileDescriptor;
 
 constexpr std::chrono::milliseconds kForever = 1h;
 
-// Each test watches in a process of its own, which the watch ends.
+// Each test watches in a separate process, because the watch ends its process.
 class HostWatchTest : public testing::Test {
   protected:
     HostWatchTest() {
@@ -29,7 +29,7 @@ class HostWatchTest : public testing::Test {
         helper_.reset(ends[1]);
     }
 
-    // Longer than the process needs to end; it is not waited for.
+    // Longer than the process needs to end. The sleep never runs to its end.
     static void waitForTheEnd() { std::this_thread::sleep_for(kForever); }
 
     FileDescriptor host_;
@@ -95,7 +95,7 @@ TEST_F(HostWatchTest, WindowThatIsNotShownInTime_EndsTheProcess) {
 TEST_F(HostWatchTest, ShownWindow_StaysAsLongAsTheHostLives) {
     HostWatch watch(helper_.get(), getpid(), 20ms);
     watch.windowIsShown();
-    // Far more than the limit; a watch that counts on would have ended this process.
+    // Far more than the limit. A watch that still counted would have ended this process.
     std::this_thread::sleep_for(100ms);
 }
 

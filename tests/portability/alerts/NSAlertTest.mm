@@ -1,4 +1,4 @@
-// Alerts as the platform promises them, with a helper that follows the test's commands.
+// Contract tests of alerts, with a helper that follows the test's commands.
 #import <AppKit/AppKit.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -17,7 +17,7 @@
 
 using namespace dovrel::test;
 
-// Sees the presses of Help.
+// Records presses of the Help button.
 @interface HelpWitness : NSObject {
    @public
     int presses;
@@ -41,7 +41,7 @@ namespace {
 
 constexpr NSInteger kRaised = -1;
 
-// No object of C++ lives in a function with @try.
+// A separate function, because a function with @try must not contain C++ objects.
 NSInteger returnOf(NSAlert* alert) {
     NSInteger returned = kRaised;
     @try {
@@ -70,7 +70,7 @@ class NSAlertTest : public testing::Test {
     nlohmann::json request() const { return nlohmann::json::parse(helper_.note("request")); }
 
     NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    // Only named, because the helper of these tests opens no window.
+    // DISPLAY only needs a value, because the helper of these tests opens no window.
     VariableChange display_{"DISPLAY", ":1"};
     VariableChange alerts_{"POS_ALERTS", nullptr};
     FakeAlertHelper helper_;

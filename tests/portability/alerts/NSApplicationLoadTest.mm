@@ -60,7 +60,7 @@ TEST_F(NSApplicationLoadTest, WithOtherWordsForAlerts_IsYes) {
     }
 }
 
-// A program with a helper beside it, in a folder that every user may look into.
+// A program with a helper next to it, in a folder that every user may read.
 class NSApplicationLoadElsewhere : public NSApplicationLoadTest {
    protected:
     NSApplicationLoadElsewhere() {
@@ -92,7 +92,8 @@ TEST_F(NSApplicationLoadElsewhere, WithAFolderInTheHelpersPlace_IsNo) {
     EXPECT_EQ(answerOfProbe(), NO);
 }
 
-// The environment, which belongs to the user who starts the program, decides which code the helper loads.
+// The user who starts the program controls the environment, and the environment
+// decides which code the helper loads.
 TEST_F(NSApplicationLoadElsewhere, InAProgramWithAnotherUsersOrGroupsRights_IsNo) {
     NEEDS_ROOT("give a program another user's rights");
     constexpr uid_t kNobody = 65534;

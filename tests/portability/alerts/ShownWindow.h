@@ -1,4 +1,4 @@
-// The alert's window in the test's own process, where its parts can be looked at.
+// The alert's window in the test's own process, where its parts can be inspected.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@
 
 namespace alerthelper::test {
 
-/// In pixels of the screen, from the upper left corner of the window.
+/// A position in pixels of the screen, from the upper left corner of the window.
 struct Place {
     int x = 0;
     int y = 0;
@@ -17,21 +17,22 @@ struct Place {
 
 class ShownWindow {
   public:
-    /// Connects to the screen that DISPLAY names, if that has not been done yet, and returns when the window
-    /// is there.
+    /// Connects to the screen that DISPLAY names, unless it is connected already.
+    /// Returns when the window is open.
     explicit ShownWindow(const portability::AlertRequest& request);
 
     AlertWindow& window() { return *window_; }
 
-    // The middle of the buttons.
+    /// Returns the middle of each button.
     std::vector<Place> buttonPlaces();
     Place helpPlace() { return middleOf(window_->buttons().helpButton()); }
 
-    /// Lets the window work until the condition holds; false if that does not happen within half a minute.
+    /// Runs the window's main loop until the condition holds; returns false if it
+    /// does not hold within half a minute.
     template <typename Condition>
     bool workUntil(Condition condition);
 
-    // The presses so far.
+    /// The buttons that have been pressed so far.
     std::vector<size_t> pressed;
     int helps = 0;
 

@@ -1,4 +1,4 @@
-// The alert helper in poor surroundings, and what it leaves there.
+// The alert helper in a restricted environment, and its effects on that environment.
 #include <fcntl.h>
 
 #include <cstdlib>

@@ -1,8 +1,8 @@
-// Exits with what NSApplicationLoad says.
+// Exits with the result of NSApplicationLoad.
 #import <AppKit/AppKit.h>
 #include <unistd.h>
 
 int main() {
-    // Not by way of exit: a leak checker cannot look into a program with rights of its own.
+    // _exit instead of exit, because a leak checker cannot inspect a set-id program.
     _exit(NSApplicationLoad());
 }

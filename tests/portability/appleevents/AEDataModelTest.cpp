@@ -1,4 +1,4 @@
-// What the platform promises about descriptors and the making of events.
+// Contract tests of descriptors and of creating events.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 
 namespace {
 
-// The members of a packed structure have no addresses that could be handed on.
+// Takes a copy, because a reference cannot bind to a member of a packed structure.
 bool isNull(AEDesc desc) {
     return desc.descriptorType == typeNull && desc.dataHandle == nullptr;
 }

@@ -1,4 +1,4 @@
-// What the platform promises about AESend beyond what AESendMessage does.
+// Contract tests of what AESend does in addition to AESendMessage.
 #include <Carbon/Carbon.h>
 #include <gtest/gtest.h>
 

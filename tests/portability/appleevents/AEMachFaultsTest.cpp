@@ -1,4 +1,4 @@
-// What the platform promises about events whose target is late, or dies.
+// Contract tests of events whose target is slow or dies.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -100,7 +100,7 @@ TEST_F(AESendMessageTest, ApplicationRestartedBetweenTwoSends_IsNotNoticed) {
         ASSERT_EQ(send(kEcho, "one"), noErr);
         application_.kill();
         application_.launch();
-        // The first process counted; the second one begins anew.
+        // The first process had counted already; the second one starts again.
         OSStatus status;
         const Clock::time_point begin = Clock::now();
         do

@@ -1,4 +1,4 @@
-// What the platform promises about sending events to another process.
+// Contract tests of sending events to another process.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -38,7 +38,7 @@ TEST_F(AESendMessageTest, Answer_ComesBackByteForByte) {
 
 TEST_F(AESendMessageTest, Answer_OfAnySize_IsWhole) {
     ASSERT_TRUE(application_.start());
-    // Around the sizes at which a transport might change its ways.
+    // Sizes around which a transport might change its method.
     for (const size_t size : {0,     1,     7,     8,     9,     4095,    4096,          4097,
                               16200, 16384, 16400, 65535, 65536, 1 << 20, (1 << 20) + 1, 5 << 20,
                               1,     70000, 3,     70000}) {

@@ -1,4 +1,4 @@
-// What the platform promises about the parameters and attributes of events.
+// Contract tests of the parameters and attributes of events.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What the tests of AESendMessage share: an application to send to.
+// Shared by the tests of AESendMessage: an application that receives events.
 #pragma once
 
 #include <CoreServices/CoreServices.h>

@@ -1,5 +1,5 @@
-// What the platform promises about the table of handlers. The events go to this very process, which calls the
-// handler directly.
+// Contract tests of the handler table. The events go to this process itself,
+// so the handler is called directly.
 #include <ApplicationServices/ApplicationServices.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -13,7 +13,7 @@ namespace {
 
 enum { kClass = 'clas', kOtherClass = 'othr', kID = 'idid', kOtherID = 'othi' };
 
-// Tells in the direct parameter which handler answered.
+// Puts the name of the handler into the direct parameter of the reply.
 OSErr answerName(const AppleEvent*, AppleEvent* reply, SRefCon refcon) {
     const auto* name = reinterpret_cast<const char*>(refcon);
     return AEPutParamPtr(reply, keyDirectObject, typeChar, name, static_cast<Size>(std::string(name).size()));
@@ -42,7 +42,7 @@ class AppleEvents : public testing::Test {
         ASSERT_EQ(AEInstallEventHandler(eventClass, id, answerName, refconOf(name), false), noErr);
     }
 
-    // What the handler for that event answers, or the error.
+    // Returns the reply of the handler for that event, or the error.
     static std::string ask(AEEventClass eventClass, AEEventID id) {
         Descriptor event = ownEvent(eventClass, id);
         Descriptor reply;

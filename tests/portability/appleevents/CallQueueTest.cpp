@@ -28,7 +28,7 @@ class CallQueueTest : public testing::Test {
   protected:
     CallQueueTest() { wakeUps = 0; }
 
-    /// Calls doubled(4) on another thread; the result is null if the call is given back.
+    /// Calls doubled(4) on another thread. The result is null if the queue rejects the call.
     std::future<void*> callInThread() {
         return inThread([this]() -> void* {
             void* result = nullptr;

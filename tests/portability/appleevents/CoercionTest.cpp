@@ -14,7 +14,7 @@ std::string raw(Number number) {
     return std::string(reinterpret_cast<const char*>(&number), sizeof number);
 }
 
-// The bytes of the result; "(none)" when there is no such conversion.
+// Returns the bytes of the result; "(none)" if there is no such conversion.
 std::string coerced(DescType from, const std::string& bytes, DescType to) {
     CoercedValue result;
     if (!coerce(from, bytes.data(), bytes.size(), to, result)) return "(none)";

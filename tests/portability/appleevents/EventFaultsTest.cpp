@@ -1,5 +1,5 @@
-// Every request for memory fails once, and from then on: the calls answer memFullErr, nothing is lost, and
-// the next attempt works.
+// Makes each allocation fail, alone or together with all later ones. The calls must return memFullErr,
+// nothing may be lost, and the next attempt must work.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ OSErr answer(const AppleEvent*, AppleEvent* reply, SRefCon) {
     return AEPutParamPtr(reply, keyDirectObject, typeChar, "answer", 6);
 }
 
-// All of one exchange with that address; the first error, and nothing is left behind.
+// Runs a complete exchange with that address. Returns the first error, and frees everything.
 OSStatus exchange(DescType addressType, const void* address, Size addressSize, const std::string& text,
                   std::string& answer) {
     AEDesc target = {typeNull, nullptr};
@@ -99,7 +99,7 @@ TEST_P(EventFaultsTest, FirstExchangeOfAConnection) {
     std::string root = getenv("POS_SYSTEM_ROOT");
     root.reserve(2 * kMostRequests + root.size());
     failEachRequest(GetParam(), [&] {
-        // Another name of the same root needs a connection of its own.
+        // A different name of the same root needs a new connection.
         root += '/';
         setenv("POS_SYSTEM_ROOT", root.c_str(), 1);
         return exchange(typeApplSignature, &signature, sizeof signature, text, answer);
@@ -113,7 +113,7 @@ TEST_P(EventFaultsTest, ExchangeWithOneself) {
     std::string bytes(100, ' ');
     failEachRequest(GetParam(), [&] {
         const OSStatus status = exchange(typeProcessSerialNumber, &self, sizeof self, text, bytes);
-        // The handler could not put its answer, and said so.
+        // The handler could not put its parameter, and returned that error.
         return status == errAEDescNotFound ? OSStatus{memFullErr} : status;
     });
     AERemoveEventHandler(kTestClass, kEcho, nullptr, false);

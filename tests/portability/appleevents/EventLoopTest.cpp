@@ -32,7 +32,7 @@ void* currentThread(void*) {
     return reinterpret_cast<void*>(pthread_self());
 }
 
-// Calls until the loop of the main thread runs.
+// Repeats the call until the main thread's loop runs.
 void* callWhenRunning(void* (*function)(void*), void* parameter) {
     void* result = nullptr;
     while (!runOnEventLoop(function, parameter, &result))
@@ -48,7 +48,7 @@ EndpointClaim claimed() {
 
 class EventLoopTest : public testing::Test {
   protected:
-    // Asks for the quit event to be handled; true when it was taken.
+    // Sends the quit event and returns the result of the send.
     static OSStatus sendQuit() {
         Descriptor event = makeEvent(makeAddress("LooP"), kAEQuitApplication, kCoreEventClass);
         Descriptor reply;
@@ -132,7 +132,8 @@ TEST_F(EventLoopTest, RunOnEventLoop_LoopEndsBefore_IsFalse) {
     static std::atomic<bool> waiting;
     waiting = false;
     const auto quitWhileOthersWait = [](void*) -> void* {
-        // The other caller has queued up behind this function, or will find no loop; both must give false.
+        // The other call either waits behind this one or finds no loop. In
+        // both cases the result must be false.
         waiting = true;
         QuitApplicationEventLoop();
         return nullptr;

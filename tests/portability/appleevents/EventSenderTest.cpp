@@ -1,4 +1,4 @@
-// Which addresses lead where.
+// Which target each kind of address selects.
 #include <ApplicationServices/ApplicationServices.h>
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>

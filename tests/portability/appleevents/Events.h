@@ -1,34 +1,34 @@
-// Making and reading Apple events with few words.
+// Short functions for creating and reading Apple events.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
 
 #include <string>
 
-// The event class of the test application, and the events that it knows.
+// The event class of the test application, and the events that it handles.
 enum {
     kTestClass = 'test',
-    kEcho = 'echo',         // answers with the direct parameter, same type
-    kAnswerEmpty = 'emty',  // answers with an empty direct parameter
+    kEcho = 'echo',         // replies with the direct parameter, with the same type
+    kAnswerEmpty = 'emty',  // replies with an empty direct parameter
     kAnswerNothing = 'noth',
-    kFail = 'fail',  // fails with the number in the direct parameter, after putting a parameter 'part'
+    kFail = 'fail',  // puts a parameter 'part', then fails with the number in the direct parameter
     kFailWithText = 'ftxt',
     kThrow = 'thro',
-    kDecline = 'decl',     // its handler answers errAEEventNotHandled
+    kDecline = 'decl',     // its handler returns errAEEventNotHandled
     kNobody = 'nobo',      // has no handler
-    kHold = 'hold',        // reports 'h', and answers when the test lets it
-    kDie = 'die ',         // ends its process on the spot
-    kReport = 'repo',      // tells the test, by the pipe, the type of the reply descriptor
-    kAttributes = 'attr',  // answers with what the attributes say
-    kMissed = 'miss',      // answers with what keyMissedKeywordAttr says before and after reading
-    kCount = 'coun'        // answers with how often it was called
+    kHold = 'hold',        // reports 'h', and replies when the test calls letGo
+    kDie = 'die ',         // ends its process at once
+    kReport = 'repo',      // reports the type of the reply descriptor to the test through the pipe
+    kAttributes = 'attr',  // replies with the values of the attributes
+    kMissed = 'miss',      // replies with keyMissedKeywordAttr before and after reading
+    kCount = 'coun'        // replies with how often it was called
 };
 
 // Values that no call writes by itself.
 constexpr DescType kOddType = 0x5A5A5A5A;
 constexpr Size kOddSize = 0x5A5A;
 
-/// A descriptor that is disposed of.
+/// A descriptor that the destructor disposes of.
 struct Descriptor {
     AEDesc desc = {typeNull, nullptr};
 
@@ -56,7 +56,7 @@ inline Descriptor makeEvent(const Descriptor& address, AEEventID id, AEEventClas
     return event;
 }
 
-/// An event to nobody.
+/// Returns an event without a target.
 inline Descriptor anEvent() {
     return makeEvent(makeAddress("NOBO"), kEcho);
 }
@@ -65,7 +65,7 @@ inline OSErr putText(Descriptor& event, const std::string& text, AEKeyword keywo
     return AEPutParamPtr(event.get(), keyword, typeChar, text.data(), static_cast<Size>(text.size()));
 }
 
-/// The bytes of a parameter; "(none)" and the like, with the error, when it cannot be read.
+/// Returns the bytes of a parameter; "(none)" or a similar text with the error if it cannot be read.
 inline std::string textOf(const Descriptor& event, AEKeyword keyword = keyDirectObject,
                           DescType type = typeChar) {
     Size size = -1;
@@ -76,7 +76,7 @@ inline std::string textOf(const Descriptor& event, AEKeyword keyword = keyDirect
     return text;
 }
 
-/// A whole number; `missing` when it cannot be read.
+/// Returns an integer parameter; `missing` if it cannot be read.
 inline long numberOf(const Descriptor& event, AEKeyword keyword, long missing = -99999) {
     SInt32 number = 0;
     if (AEGetParamPtr(event.get(), keyword, typeSInt32, nullptr, &number, sizeof number, nullptr) != noErr)

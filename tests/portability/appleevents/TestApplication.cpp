@@ -17,7 +17,7 @@
 
 #include "Events.h"
 
-// Not declared for 64-bit programs, yet there.
+// The platform does not declare this function for 64-bit programs, but has it.
 extern "C" void RunApplicationEventLoop(void);
 
 namespace {

@@ -1,5 +1,4 @@
-// An application at the other end: this test program once more, in a bundle of its own and in a process of
-// its own.
+// An application that receives events: this test program again, in its own bundle and its own process.
 #pragma once
 
 #include <sys/types.h>
@@ -10,7 +9,7 @@
 
 class TestApplication {
   public:
-    /// Makes the bundle, whose creator signature has four characters, and starts nothing.
+    /// Creates the bundle with this creator signature (four characters); does not start a process.
     TestApplication(const TemporaryEnvironment& environment, const std::string& signature);
     TestApplication(const TestApplication&) = delete;
     TestApplication& operator=(const TestApplication&) = delete;
@@ -18,26 +17,26 @@ class TestApplication {
     /// Kills the process if it still runs.
     ~TestApplication();
 
-    /// Starts the process and waits until events reach it; false after a generous time.
+    /// Starts the process and waits until it receives events; returns false after a generous time-out.
     bool start();
 
     /// Starts the process and does not wait.
     void launch();
 
-    /// Waits until events reach it; false after a generous time.
+    /// Waits until the process receives events; returns false after a generous time-out.
     bool waitUntilReachable() const;
 
-    /// Waits until the process has ended. Its exit status; -1 when a signal has ended it, -2 after a generous
-    /// time.
+    /// Waits until the process has ended. Returns its exit status; -1 if a signal ended
+    /// it, -2 after a generous time-out.
     int waitForEnd();
 
     void kill();
     pid_t process() const { return process_; }
 
-    /// Lets one handler of kHold answer.
+    /// Lets one handler of kHold reply.
     void letGo() const;
 
-    /// The next byte that the application reports; -1 after a generous time.
+    /// Returns the next byte that the application reports; -1 after a generous time-out.
     int nextReport() const;
 
   private:
@@ -48,11 +47,11 @@ class TestApplication {
     int reports_[2];
 };
 
-/// Where this test program lies; to be set by its main function.
+/// The path of this test program. Its main function must set it.
 std::string& testProgram();
 
-/// The main function of the application: handlers, event loop, exit status 0.
+/// The main function of the application: installs handlers, runs the event loop, returns exit status 0.
 int runTestApplication();
 
-/// Whether this process is to be the application.
+/// Returns true if this process was started as the application.
 bool isTestApplication();

@@ -37,7 +37,7 @@ class BinaryPropertyList : public testing::Test {
 
     static bool isRefused(const std::vector<std::string>& objects) { return !valueOfObjects(objects); }
 
-    // With a trailer that `change` has worked on.
+    // Builds the list with a trailer that `change` has modified.
     template <typename Change>
     static bool isRefusedWith(const Change& change) {
         BinaryTrailer trailer;
@@ -46,21 +46,21 @@ class BinaryPropertyList : public testing::Test {
         return !valueOf(body + trailer.bytes());
     }
 
-    // "(none)" for anything but a string.
+    // Returns "(none)" for anything except a string.
     static std::string textIn(const std::vector<std::string>& objects) {
         const ObjectHolder value = valueOfObjects(objects);
         const bool isString = value && value.get()->kind() == kStringKind;
         return isString ? portability::utf8Of(value.get()) : "(none)";
     }
 
-    // The value of the only object, which is of that class.
+    // Returns the value of the only object, which must be of that class.
     template <typename Value>
     static const Value& in(const ObjectHolder& holder) {
         return dynamic_cast<const Value&>(*holder.get());
     }
 };
 
-// A chain of arrays, each in the one before.
+// Returns a chain of arrays in which each array contains the next one.
 std::vector<std::string> nestedArrays(uint64_t levels) {
     std::vector<std::string> objects;
     for (uint64_t level = 1; level < levels; ++level)
@@ -149,7 +149,7 @@ TEST_F(BinaryPropertyList, Levels_UpTo128_AreRead) {
 
 TEST_F(BinaryPropertyList, LevelsInObjectsReadEarlier_Count) {
     std::vector<std::string> objects = nestedArrays(300);
-    // Each of these is near enough to what was read before it.
+    // Each of these arrays is within 128 levels of the one that was read before it.
     objects[0] = arrayObject({250, 150, 50, 1});
     EXPECT_TRUE(isRefused(objects));
     std::vector<std::string> shallow = nestedArrays(100);
@@ -203,7 +203,7 @@ TEST_F(BinaryPropertyList, ListCutAnywhere_IsRefused) {
         EXPECT_FALSE(valueOf(whole.substr(0, length))) << length;
 }
 
-// What comes out does not matter; the sanitizers tell whether anything was read that is not there.
+// Any result is allowed. The sanitizers find reads outside the list.
 TEST_F(BinaryPropertyList, ListWithAnyByteChanged_EndsWithAValueOrNone) {
     const std::string whole =
         binaryList({dictionaryObject({1, 2}, {3, 4}), asciiObject("a"), asciiObject("b"),

@@ -46,7 +46,7 @@ class Bundle : public testing::Test {
 
     using FindPlugBundle = CFBundleRef (*)(CFStringRef);
 
-    // Stages a bundle, loads its code and answers the function with which that looks for bundles.
+    // Stages a bundle, loads its code, and returns a function of that code that finds bundles.
     FindPlugBundle loadPlug(const std::string& bundle, const std::string& identifier,
                             const std::string& version) {
         folder_.write(bundle + "/Contents/Info.plist", "{ CFBundleIdentifier = \"" + identifier +

@@ -1,4 +1,4 @@
-// What the platform promises about objects and their owners.
+// Contract tests of object ownership.
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
 

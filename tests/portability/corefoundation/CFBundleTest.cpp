@@ -1,4 +1,4 @@
-// What the platform promises about bundles.
+// Contract tests of bundles.
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
 

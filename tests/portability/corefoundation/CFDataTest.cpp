@@ -1,4 +1,4 @@
-// What the platform promises about blocks of bytes.
+// Contract tests of data objects.
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
-// The preferences outside the platform: from the user's Foundation defaults, else from the locale.
+// Preferences on other systems than the platform: from the user's Foundation
+// defaults, otherwise from the locale.
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What the platform promises about property lists.
+// Contract tests of property lists.
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What the platform promises about strings.
+// Contract tests of strings.
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
 

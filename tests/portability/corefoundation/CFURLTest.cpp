@@ -1,4 +1,4 @@
-// What the platform promises about URLs of files.
+// Contract tests of file URLs.
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
 #include <unistd.h>

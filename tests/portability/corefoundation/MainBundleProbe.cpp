@@ -1,4 +1,4 @@
-// Prints the identifier and the folder of its main bundle, a line each.
+// Prints the identifier and the folder of its main bundle, one per line.
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <cstdio>

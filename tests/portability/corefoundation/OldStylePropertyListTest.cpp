@@ -12,7 +12,7 @@ using portability::readOldStylePropertyList;
 using portability::readStringsFile;
 using portability::utf8Of;
 
-// "(none)" for a damaged document or a key that is not there.
+// Returns "(none)" for a damaged document or a missing key.
 std::string valueOfA(const std::string& document) {
     const ObjectHolder list = readOldStylePropertyList(document);
     if (!list || list.get()->kind() != portability::kDictionaryKind) return "(none)";

@@ -18,7 +18,7 @@ using portability::copyDictionary;
 using portability::copyPropertyList;
 using portability::stringValue;
 
-// {"a": "b"} in the binary form, written out by its description: header, objects, offsets, trailer.
+// {"a": "b"} in the binary format, written by hand from its description: header, objects, offsets, trailer.
 const std::string kBinary(
     "bplist00"
     "\xD1\x01\x02"

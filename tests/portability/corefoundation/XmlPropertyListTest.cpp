@@ -17,7 +17,7 @@ std::string document(const std::string& value) {
            value + "\n</plist>\n";
 }
 
-// The text of a document that is one string; "(none)" when it cannot be read.
+// Returns the text of a document that consists of one string; "(none)" if it cannot be read.
 std::string stringIn(const std::string& content) {
     const auto node = readXmlPropertyList(document("<string>" + content + "</string>"));
     return node && node->kind == Kind::string ? node->text : "(none)";

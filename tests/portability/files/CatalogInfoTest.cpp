@@ -1,4 +1,4 @@
-// What the platform promises about what it knows of a file.
+// Contract tests of catalog information about files.
 #include <CoreServices/CoreServices.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What the platform promises about what belongs to a file besides its content.
+// Contract tests of copying what belongs to a file besides its content.
 #include <copyfile.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What the platform promises about URLs of files and references to them.
+// Contract tests of converting between file URLs and file references.
 #include <CoreFoundation/CoreFoundation.h>
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Which of several codes for one cause this layer gives.
+// Which code this layer returns if the platform allows several codes for one cause.
 #include <CoreServices/CoreServices.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ namespace {
 
 namespace files = std::filesystem;
 
-// Makes a file immutable while it exists, where the user and the file system allow it.
+// Makes a file immutable while the object exists, if the user's rights and the file system permit it.
 class ImmutableFile {
   public:
     explicit ImmutableFile(const std::string& path) : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
@@ -33,7 +33,7 @@ class ImmutableFile {
     ImmutableFile(const ImmutableFile&) = delete;
     ImmutableFile& operator=(const ImmutableFile&) = delete;
 
-    /// Why the system has not made it so; 0 when it has.
+    /// Returns why the system refused to make the file immutable; 0 if it did not refuse.
     int refusal() const { return refusal_; }
 
   private:

@@ -1,4 +1,4 @@
-// The File Manager's calls with paths and names as tests have them.
+// The File Manager's calls with the path and name types that tests use.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
@@ -12,14 +12,14 @@ inline OSStatus makeRef(const std::string& path, FSRef* ref, Boolean* isDirector
     return FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), ref, isDirectory);
 }
 
-/// The reference of something that is there.
+/// Returns the reference of an existing item.
 inline FSRef refOf(const std::string& path) {
     FSRef ref = {};
     makeRef(path, &ref);
     return ref;
 }
 
-/// The path, or a text that tells the status.
+/// Returns the path, or a text with the status.
 inline std::string pathOf(const FSRef& ref) {
     std::array<UInt8, 8192> path;
     const OSStatus status = FSRefMakePath(&ref, path.data(), static_cast<UInt32>(path.size()));
@@ -43,7 +43,7 @@ inline OSErr makeDirectory(const FSRef& parent, const std::string& name, FSRef* 
                                     nullptr, id);
 }
 
-/// A reference filled with a mark, to see whether a call wrote to it.
+/// Returns a reference filled with a mark, which shows whether a call wrote to it.
 inline FSRef markedRef() {
     FSRef ref;
     std::memset(&ref, 0x5A, sizeof ref);

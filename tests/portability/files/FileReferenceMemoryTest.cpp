@@ -1,4 +1,4 @@
-// A reference that could not be made because memory ran out does not spoil those that are made later.
+// If creating a reference fails for lack of memory, references that are created later must still be correct.
 #include <gtest/gtest.h>
 
 #include <new>
@@ -14,7 +14,7 @@ TEST(FileReferenceMemory, RequestForMemoryThatFails_LeavesTheNextReferencesRight
     const dovrel::test::TemporaryFolder folder;
     int files = 0;
     std::string path;
-    // A path of its own each time: a known path needs no new entry.
+    // A new path each time, because a known path needs no new entry.
     const auto makeReference = [&] {
         path = folder.path("a file with a name that is too long for a short text " + std::to_string(++files));
     };
@@ -35,7 +35,7 @@ TEST(FileReferenceMemory, RequestForMemoryThatFails_LeavesTheNextReferencesRight
             refused = watch.hasRefused();
             ASSERT_EQ(status == noErr, !refused) << nth;
         }
-        // The same path again, and another one that is new.
+        // Tries the same path again, and then another new path.
         EXPECT_EQ(pathOf(refOf(path)), path) << nth;
         makeReference();
         folder.write(path.substr(folder.path().size() + 1), "x");

@@ -45,7 +45,7 @@ TEST_F(FileReference, Resolve_NeverSetOrNull_HasItsCodeAndLeavesThePath) {
 
 TEST_F(FileReference, Resolve_PathNumberThatWasNeverGiven_IsABadReference) {
     FSRef ref = make("file");
-    ref.hidden[7] = 0xFF;  // the highest byte of the number under which the path is kept
+    ref.hidden[7] = 0xFF;  // the most significant byte of the number under which the path is stored
     EXPECT_EQ(resolveReference(&ref, path_), errFSBadFSRef);
 }
 
@@ -88,13 +88,13 @@ TEST_F(FileReference, Resolve_NumberGivenToANewFileUnderAnotherName_IsNotFound) 
     const auto before = files::last_write_time(folder_.path("file"));
     folder_.write("clock", "x");
     files::remove(folder_.path("file"));
-    // Until the system's clock has gone on: some file systems tell files apart by it alone.
+    // Waits until the system's clock has advanced, because some file systems tell files apart only by time.
     ASSERT_TRUE(becomesTrue([this, before] {
         folder_.write("clock", "x");
         const auto now = files::last_write_time(folder_.path("clock"));
         return now > before + std::chrono::milliseconds(1);
     }));
-    // File systems like to give a free number to the next file.
+    // File systems often give a free inode number to the next new file.
     for (int count = 0; count < 20; ++count) {
         folder_.write("new" + std::to_string(count), "x");
     }

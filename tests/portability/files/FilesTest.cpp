@@ -1,4 +1,4 @@
-// What the platform promises about references to files and folders.
+// Contract tests of references to files and folders.
 #include <CoreServices/CoreServices.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ namespace {
 namespace files = std::filesystem;
 using testing::AnyOf;
 
-// The platform's versions choose differently among the codes of one group.
+// Versions of the platform return different codes of one group.
 const auto kNotFound = AnyOf(OSStatus{fnfErr}, OSStatus{dirNFErr});
 const auto kNoFolder = AnyOf(OSStatus{dirNFErr}, OSStatus{errFSNotAFolder}, OSStatus{fnfErr});
 const auto kBadName = AnyOf(OSStatus{bdNamErr}, OSStatus{errFSNameTooLong}, OSStatus{errFSMissingName});

@@ -1,4 +1,4 @@
-// What the platform promises about its own folders.
+// Contract tests of the platform's own folders.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>

@@ -1,5 +1,5 @@
-// Calls that hand out objects, repeated: what they made is gone when it is released, in a thread without a
-// pool too.
+// Repeats calls that return objects. Releasing the objects must free all memory, even in a
+// thread without an autorelease pool.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
@@ -72,7 +72,7 @@ class Memory : public testing::Test {
 
 constexpr int kWarmUp = 20;
 constexpr int kRepetitions = 200;
-constexpr std::size_t kTolerance = 20 * kRepetitions;  // less than any object for each repetition
+constexpr std::size_t kTolerance = 20 * kRepetitions;  // less than one object per repetition
 
 }  // namespace
 

@@ -1,5 +1,5 @@
-// Platform paths under a system root: mapped where they enter, so that the paths that come out are those of
-// this system.
+// Platform paths under a system root. They are mapped when they are passed in, so that the
+// returned paths are paths of this system.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 

@@ -63,7 +63,7 @@ TEST_F(NSLogTest, ProgramWhoseNameIsNotUTF8_IsNamedInUTF8) {
 }
 
 TEST_F(NSLogTest, ProcessWithAnotherEncoding_WritesUTF8AllTheSame) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process that is started with this variable
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // so that the process starts with this variable
     setenv("GNUSTEP_STRING_ENCODING", "NSISOLatin1StringEncoding", 1);
     const auto logAndEnd = [] {
         NSLog(@"<%@>", [NSString stringWithUTF8String:"Größe"]);

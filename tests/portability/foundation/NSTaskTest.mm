@@ -1,4 +1,4 @@
-// Tasks, as the platform promises them.
+// Contract tests of tasks.
 #import <Foundation/Foundation.h>
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ class Tasks : public testing::Test {
         return [task_ terminationStatus];
     }
 
-    // Not a template: GCC leaves the body of @try in one out.
+    // Not a template, because GCC omits the body of @try in a template.
     static bool raises(const std::function<void()>& action) {
         @try {
             action();

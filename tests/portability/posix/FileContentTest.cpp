@@ -47,8 +47,8 @@ TEST(FileContent, ReadFile_PipeWithoutWriter_DoesNotWait) {
     EXPECT_EQ(readFile(folder.path("pipe"), kNoLimit), "");
 }
 
-// What the system answers (no such process) when a process ends between the opening and the reading of its
-// file.
+// The system returns this error (no such process) if a process ends after its file
+// was opened and before it is read.
 TEST(FileContent, ReadFile_FailureWhileReading_IsNothing) {
     EXPECT_EQ(readFile("/proc/self/mem", kNoLimit), std::nullopt);
 }

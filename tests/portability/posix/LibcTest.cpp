@@ -1,4 +1,4 @@
-// What the platform promises about the rights of a program.
+// Contract tests of a program's rights.
 #include <gtest/gtest.h>
 #include <libc.h>
 #include <sys/stat.h>
@@ -12,7 +12,7 @@
 
 namespace {
 
-/// The probe in a file of its own, whose owner and mode may be changed.
+/// A copy of the probe whose owner and mode may be changed.
 class Issetugid : public testing::Test {
   protected:
     Issetugid() {
@@ -46,7 +46,7 @@ TEST_F(Issetugid, ProgramWithTheRightsOfItsUser_IsNone) {
 TEST_F(Issetugid, ProgramWithAnotherUsersOrGroupsRights_IsOne) {
     NEEDS_ROOT("give a program another user's rights");
     constexpr uid_t kNobody = 65534;
-    // Giving a file away takes its set-id bits.
+    // Changing the owner of a file clears its set-id bits.
     ASSERT_EQ(chown(probe_.c_str(), kNobody, kNobody), 0);
     for (const mode_t bit : {S_ISUID, S_ISGID}) {
         ASSERT_EQ(chmod(probe_.c_str(), bit | 0755), 0);

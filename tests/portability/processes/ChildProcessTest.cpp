@@ -37,7 +37,7 @@ void countSignal(int) {
     ++signalsTaken;
 }
 
-// The processes whose parent is `parent`, ended ones included.
+// Returns the child processes of `parent`, including ended ones that it has not waited for.
 std::vector<pid_t> childrenOf(pid_t parent) {
     std::vector<pid_t> children;
     portability::OpenFolder processes("/proc");
@@ -51,7 +51,7 @@ std::vector<pid_t> childrenOf(pid_t parent) {
     return children;
 }
 
-// Whether this process has no child of any kind, not even an ended one. Takes none away.
+// Returns true if this process has no children, not even ended ones. It does not reap any.
 bool hasNoChild() {
     siginfo_t info;
     return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT | __WALL) == -1 && errno == ECHILD;

@@ -35,7 +35,7 @@ void countChildSignal(int) {
     ++childSignals;
 }
 
-// Whether `start` answers success in a copy of this process, whose descriptors may be changed freely.
+// Returns true if `start` succeeds in a forked process, whose descriptors it may change freely.
 template <typename Start>
 bool startsInCopyOfThisProcess(Start start) {
     const pid_t host = fork();
@@ -125,7 +125,7 @@ TEST_F(Detached, Process_OfAHostWithoutStandardStreams_HasThem) {
         close(0);
         close(1);
         close(2);
-        return startProbe({::open("/dev/full", O_RDONLY)});  // which gets the number 0
+        return startProbe({::open("/dev/full", O_RDONLY)});  // has number 0
     }));
     const ProbeReport report(probe_);
     EXPECT_EQ(report["descriptor 0"], "/dev/null");

@@ -100,7 +100,7 @@ TEST_F(InstalledApplicationsTest, ManyFolders_AreReadFromAboveUpToALimit) {
     const std::string above = make("Library/folder/A.app");
     const std::string below = make("Library/folder/in/folder/B.app");
     make("Library/many");
-    // Links count like folders, and are made and removed faster.
+    // Symbolic links count like folders, and are faster to create and remove.
     for (int i = 0; i < 4096; ++i)
         files::create_directory_symlink(".", folder_.path("Library/many/" + std::to_string(i)));
     EXPECT_EQ(named("A"), Paths{above});

@@ -1,7 +1,7 @@
-// A program that writes down what it was given, and then waits to be ended.
+// A program that reports how it was started, and then waits to be ended.
 //
-// The report is a file beside the program: one fact per line, "name=value". It appears under its name when it
-// is whole.
+// The report is a file next to the program with one fact per line, "name=value". The file gets
+// its name only when it is complete.
 #include <dirent.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,7 +16,7 @@
 
 namespace {
 
-// So that a test that fails leaves nothing behind for long.
+// Limits the life of a probe that a failed test leaves running, in seconds.
 constexpr unsigned kLongestLife = 120;
 
 void reportDescriptors(std::ostream& report) {
@@ -59,7 +59,7 @@ int main(int count, char** arguments) {
     alarm(kLongestLife);
     const std::string name = std::string(arguments[0]) + ".report";
     const std::string unfinished = name + "-" + std::to_string(getpid());
-    // Before the report is opened, so that it is not among them.
+    // Collected before the report is opened, so that its descriptor is not listed.
     std::ostringstream descriptors;
     reportDescriptors(descriptors);
     std::ofstream report(unfinished);

@@ -1,4 +1,5 @@
-// Launching applications: what the new process gets, how often it starts, and what a failed launch answers.
+// Launching applications: what the new process inherits, how often it starts,
+// and what a failed launch returns.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -43,7 +44,7 @@ OSStatus launch(const std::string& path, CFURLRef* launched = nullptr) {
 class Launch : public testing::Test {
   protected:
     Launch() {
-        // With a folder /tmp of its own, the root keeps its endpoints to itself.
+        // The root has its own /tmp, so that its endpoints are not visible to other roots.
         files::create_directory(folder_.path("tmp"));
         chmod(folder_.path("tmp").c_str(), 0700);
         installProbe(program_);
@@ -112,7 +113,7 @@ TEST_F(Launch, Application_EndpointIsItsAsLongAsItLives) {
     EXPECT_GE(connection, 0) << "events queue before the application has taken its first step";
     close(connection);
     report.endProbe();
-    // A process on its way out is not listed any more, but may still hold what it had.
+    // A process that is ending is no longer listed, but may still hold its endpoint.
     EXPECT_TRUE(becomesTrue([this] { return isEndpointFree(); }));
 }
 
@@ -131,7 +132,7 @@ TEST_F(Launch, Application_ThatHasEnded_IsStartedAnew) {
     ProbeReport first(program_);
     const pid_t firstId = first.id();
     first.endProbe();
-    // While the process on its way out still listens, it counts as running.
+    // A process that is ending counts as running while it still listens.
     ASSERT_TRUE(becomesTrue([this] { return isEndpointFree(); }));
     ASSERT_EQ(launch("/Library/Server.app"), noErr);
     const ProbeReport second(program_);

@@ -1,4 +1,4 @@
-// Opening documents and pages with the desktop's opener, for which a script stands in.
+// Opening documents and pages with the desktop's opener. A script takes the place of the opener.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -26,7 +26,7 @@ class OpenDocument : public testing::Test {
         chmod(folder_.path("bin/xdg-open").c_str(), 0755);
     }
 
-    // What the opener was given: the number of its arguments, and the first.
+    // Returns the number of arguments that the opener received, and the first one.
     std::string opened() const {
         EXPECT_TRUE(becomesTrue([this] { return files::exists(folder_.path("opened")); }));
         return folder_.read("opened");

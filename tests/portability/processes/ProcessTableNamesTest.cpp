@@ -1,4 +1,4 @@
-// Which processes are listed under the name of an application: the application's own, and no others.
+// Which processes are listed under the name of an application: only the application's own processes.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -21,7 +21,7 @@ class ProcessTableNames : public ProcessTableTest {
   protected:
     ProcessTableNames() { makeApplication("root/" + std::string(kApplication)); }
 
-    // How many processes are listed under the application's name.
+    // Returns how many processes are listed under the application's name.
     int listedByName() const {
         const VariableChange change("POS_SYSTEM_ROOT", folder_.path("root").c_str());
         const auto processes = portability::listProcesses();
@@ -30,7 +30,7 @@ class ProcessTableNames : public ProcessTableTest {
                           [](const portability::Process& process) { return process.name == "Probed"; }));
     }
 
-    // Nothing that runs from `file` is listed under the application's name.
+    // Runs `file` and expects that it is not listed under the application's name.
     void expectNotListed(const std::string& file) const {
         const auto probe = run(file);
         EXPECT_EQ(listedByName(), 0) << file;
@@ -172,8 +172,8 @@ TEST_F(ProcessTableNames, ScriptOfTheName_IsNotListed) {
     waitpid(script, nullptr, 0);
 }
 
-// Its path is that of the application, but in a container (here: in a mount namespace) something else lies
-// there.
+// The program's path equals that of the application, but in a container (here a mount
+// namespace) that path is another file.
 TEST_F(ProcessTableNames, ProgramUnderTheSamePathInAnotherFileSystem_IsNotListed) {
     NEEDS_ROOT("make a mount namespace");
     const std::string program = folder_.path("root/" + std::string(kProgram));
@@ -199,7 +199,7 @@ TEST_F(ProcessTableNames, ProgramUnderTheSamePathInAnotherFileSystem_IsNotListed
     waitpid(process, nullptr, 0);
 }
 
-// A program that may be run but not read hides its path from its own user. Nobody knows then whose it is.
+// The system hides the path of an unreadable program even from its own user, so its application is unknown.
 TEST_F(ProcessTableNames, ProgramThatMayNotBeRead_IsNotListed) {
     NEEDS_ROOT("make a program that its user may not read");
     const std::string program = folder_.path("elsewhere/Probed");

@@ -1,5 +1,4 @@
-// What the tests of the process table share: applications whose program is the probe, and looking for
-// processes.
+// Shared by the tests of the process table: applications whose program is the probe, and finding processes.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,12 +18,12 @@
 class ProcessTableTest : public testing::Test {
   protected:
     // The application of these tests, below a system root. No other program on the machine is called
-    // "Probed", and none called like a real application is run here: tests of other builds would take it for
-    // that.
+    // "Probed". Never run a program with the name of a real application here, because tests of other builds
+    // would take it for the real one.
     static constexpr char kApplication[] = "Library/Application Support/Example/Probed.app";
     static constexpr char kProgram[] = "Library/Application Support/Example/Probed.app/Contents/MacOS/Probed";
 
-    /// Makes a bundle in the folder whose Info.plist names the executable and the signature.
+    /// Creates a bundle in the folder. Its Info.plist names the executable and the signature.
     void makeApplication(const std::string& bundle, const std::string& executable = "Probed",
                          const std::string& signature = "\?\?\?\?") const {
         folder_.write(bundle + "/Contents/Info.plist",
@@ -34,13 +33,13 @@ class ProcessTableTest : public testing::Test {
                           signature + "</string></dict></plist>");
     }
 
-    /// A probe that runs from `file` in the folder.
+    /// Installs a probe at `file` in the folder and starts it.
     std::unique_ptr<ProbeReport> run(const std::string& file) const {
         installProbe(folder_.path(file));
         return start(file);
     }
 
-    /// Starts what lies at `file` in the folder already.
+    /// Starts the program that is already at `file` in the folder.
     std::unique_ptr<ProbeReport> start(const std::string& file) const {
         const std::string program = folder_.path(file);
         EXPECT_EQ(portability::startDetached({program, {program}, {}, {}}), 0);

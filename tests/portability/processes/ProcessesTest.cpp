@@ -1,4 +1,4 @@
-// What the platform promises about processes and their serial numbers.
+// Contract tests of processes and their serial numbers.
 #include <ApplicationServices/ApplicationServices.h>
 #include <gtest/gtest.h>
 #include <signal.h>

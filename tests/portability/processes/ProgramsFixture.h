@@ -1,5 +1,4 @@
-// What the tests of starting programs share: a folder with the probe, to which they add programs of their
-// own.
+// Shared by the tests of starting programs: a folder with the probe, to which tests add other programs.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,7 +13,7 @@ class ProgramsFixture : public testing::Test {
   protected:
     ProgramsFixture() { installProbe(probe_); }
 
-    /// Returns the path.
+    /// Writes a program and returns its path.
     std::string makeProgram(const std::string& name, const std::string& content, mode_t mode) const {
         folder_.write(name, content);
         chmod(folder_.path(name).c_str(), mode);

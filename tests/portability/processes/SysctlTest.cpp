@@ -1,4 +1,4 @@
-// What the platform promises about the kernel's table of processes.
+// Contract tests of the kernel's process table.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/sysctl.h>
@@ -68,8 +68,8 @@ TEST(Sysctl, ProcessList_ContainsAStartedProcessUntilItHasEnded) {
     EXPECT_EQ(find(processes(), child), nullptr);
 }
 
-// Others start and end processes meanwhile, so the size is asked before and after the list is read, until
-// both agree.
+// Other programs start and end processes at the same time. So the test repeats until the size is the same
+// before and after reading the list.
 TEST(Sysctl, NeededSize_HasRoomForFiveMoreProcesses) {
     std::size_t before = 0;
     std::size_t after = 1;

@@ -1,4 +1,4 @@
-// References of Core Foundation in tests.
+// Core Foundation references in tests.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -25,12 +25,12 @@ class Held {
     const Reference reference_;
 };
 
-/// A string from UTF-8; the caller releases it.
+/// Returns a string made from UTF-8; the caller releases it.
 inline CFStringRef newString(const std::string& utf8) {
     return CFStringCreateWithCString(kCFAllocatorDefault, utf8.c_str(), kCFStringEncodingUTF8);
 }
 
-/// The string in UTF-8; "(none)" for a null reference.
+/// Returns the string in UTF-8; "(none)" for a null reference.
 inline std::string textOf(CFTypeRef string) {
     if (string == nullptr) {
         return "(none)";
@@ -41,13 +41,13 @@ inline std::string textOf(CFTypeRef string) {
     return isText ? std::string(bytes.data()) : std::string("(not expressible)");
 }
 
-/// The URL of a path; the caller releases it.
+/// Returns the URL of a path; the caller releases it.
 inline CFURLRef newFileURL(const std::string& path, bool isDirectory = false) {
     const Held<CFStringRef> text(newString(path));
     return CFURLCreateWithFileSystemPath(kCFAllocatorDefault, text.get(), kCFURLPOSIXPathStyle, isDirectory);
 }
 
-/// The path of a URL; "(none)" for a null reference or a URL without a path.
+/// Returns the path of a URL; "(none)" for a null reference or a URL without a path.
 inline std::string pathOf(CFURLRef url) {
     std::array<UInt8, 4096> path;
     const bool hasPath = url != nullptr && CFURLGetFileSystemRepresentation(

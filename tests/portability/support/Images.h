@@ -1,4 +1,4 @@
-// Making event images by hand, byte by byte, without the code under test.
+// Builds event images byte by byte, without the code under test.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ inline void appendNumber(Bytes& bytes, uint32_t number) {
     bytes.insert(bytes.end(), raw, raw + sizeof number);
 }
 
-/// One item; `kind` 1 is an attribute, 2 a parameter. The size in the header can be forged.
+/// Returns one item; `kind` 1 is an attribute, 2 a parameter. The size in the header can be wrong on purpose.
 inline Bytes itemBytes(uint32_t keyword, const std::string& data, uint32_t kind = 2,
                        int64_t forgedSize = -1) {
     Bytes bytes;

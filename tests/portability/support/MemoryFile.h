@@ -1,4 +1,4 @@
-// Shared-memory files as a peer might send them.
+// Creates shared-memory files as a peer might send them.
 #pragma once
 
 #include <fcntl.h>
@@ -10,7 +10,7 @@
 #include "Images.h"
 #include "portability/posix/FileDescriptor.h"
 
-/// A file of that size with those seals, and with that content at its beginning.
+/// Returns a file of that size with those seals and that content at its beginning.
 inline portability::FileDescriptor memoryFile(size_t size, int seals, const Bytes& content = {}) {
     portability::FileDescriptor file(memfd_create("test", MFD_CLOEXEC | MFD_ALLOW_SEALING));
     const bool made =

@@ -7,7 +7,7 @@
 
 #include <cstdlib>
 
-/// Runs `body` in a forked process; its result is that process's exit status, -1 when a signal ended it.
+/// Runs `body` in a forked process. Returns its exit status, or -1 if a signal ended it.
 template <class Body>
 int inForkedProcess(Body body) {
     const pid_t child = fork();
@@ -17,7 +17,7 @@ int inForkedProcess(Body body) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-/// How many descriptors this process has open.
+/// Returns how many descriptors this process has open.
 inline int openDescriptors() {
     DIR* folder = opendir("/proc/self/fd");
     int count = 0;

@@ -1,4 +1,4 @@
-// Packets as they are, for playing a peer that breaks the rules.
+// Sends and receives raw packets, so that a test can act as a peer that violates the protocol.
 #pragma once
 
 #include <poll.h>
@@ -14,7 +14,7 @@
 #include "portability/posix/FileDescriptor.h"
 #include "portability/transport/Frame.h"
 
-/// Two connected sockets of the kind that events travel over.
+/// Returns two connected sockets of the kind that transports events.
 inline std::pair<portability::FileDescriptor, portability::FileDescriptor> connectedSockets() {
     int ends[2] = {-1, -1};
     socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends);
@@ -55,7 +55,8 @@ inline bool sendRaw(int socket, const Bytes& bytes, const std::vector<int>& desc
     }
 }
 
-/// The next packet, without its descriptors; empty when the other end has closed, or after a generous time.
+/// Returns the next packet without its descriptors; empty if the other end has
+/// closed, or after a generous time-out.
 inline Bytes receiveRaw(int socket) {
     constexpr int kGenerousMilliseconds = 60000;
     pollfd waited{socket, POLLIN, 0};
@@ -70,7 +71,7 @@ inline Bytes receiveRaw(int socket) {
     return bytes;
 }
 
-/// The header of the next packet of a kind, others skipped; magic 0 when none comes.
+/// Returns the header of the next packet of a kind and skips all others; its magic is 0 if none arrives.
 inline portability::FrameHeader receiveHeader(int socket,
                                               portability::FrameKind kind = portability::FrameKind::request) {
     for (;;) {

@@ -1,5 +1,5 @@
-// Folders of a test's own: nothing that another test, or the user, does is seen in them, and nothing remains
-// of them.
+// Folders that belong to one test. Other tests and the user cannot affect them,
+// and the destructor removes them.
 #pragma once
 
 #include <sys/stat.h>
@@ -24,7 +24,7 @@ class TemporaryEnvironment {
     std::filesystem::path folder() const { return folder_.path(); }
     std::filesystem::path runtimeFolder() const { return folder() / "run"; }
 
-    // Where endpoints lie: a root with a folder /tmp of its own keeps them to itself.
+    // The folder of the endpoints. The root has its own /tmp, so other roots do not see them.
     std::filesystem::path endpointFolder() const {
         return folder() / "root/tmp" / ("pos-events-" + std::to_string(geteuid()));
     }

@@ -1,4 +1,4 @@
-// Changes of the environment in tests.
+// Changes the environment in tests.
 #pragma once
 
 #include <stdlib.h>
@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-/// Gives an environment variable a value, or takes it away (null), while it exists.
+/// Sets an environment variable, or removes it (null), while the object exists.
 class VariableChange {
   public:
     VariableChange(const char* name, const char* value) : name_(name) {

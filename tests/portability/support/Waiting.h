@@ -1,10 +1,10 @@
-// Waiting for a condition in tests.
+// Waits for a condition in tests.
 #pragma once
 
 #include <chrono>
 #include <thread>
 
-/// Waits until `condition` holds, for at most a minute; whether it does.
+/// Waits at most a minute until `condition` holds; returns true if it does.
 template <typename Condition>
 bool becomesTrue(Condition condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);

@@ -1,4 +1,4 @@
-// What the platform promises about critical regions.
+// Contract tests of critical regions.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
@@ -78,7 +78,7 @@ TEST_F(CriticalRegions, Enter_OfAnOccupiedRegionForever_WaitsForTheLastExit) {
 TEST_F(CriticalRegions, Enter_ByManyThreads_LetsOneAtATimeIn) {
     constexpr int kThreads = 8;
     constexpr int kRounds = 500;
-    long visits = 0;  // unguarded but for the region
+    long visits = 0;  // protected only by the region
     std::vector<std::future<void>> threads;
     for (int i = 0; i < kThreads; ++i) {
         threads.push_back(inThread([this, &visits] {

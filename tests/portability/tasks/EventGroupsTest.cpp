@@ -1,4 +1,4 @@
-// What the platform promises about event groups.
+// Contract tests of event groups.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 

@@ -18,7 +18,7 @@ using Pool = HandlePool<Object>;
 
 constexpr size_t kCapacity = 1048576;
 
-// Far too large for a stack.
+// On the heap, because the pool is far too large for the stack.
 std::unique_ptr<Pool> newPool() {
     return std::make_unique<Pool>();
 }
@@ -48,7 +48,7 @@ TEST(HandlePool, Find_OfARemovedObject_IsNoneHoweverManyFollow) {
     const uintptr_t stale = pool->create({1});
     pool->remove(pool->find(stale));
     std::set<uintptr_t> handedOut{stale};
-    // Every place of the pool's first part is used some times over.
+    // Uses every entry of the pool's first part several times.
     for (int i = 0; i < 2000; ++i) {
         const uintptr_t id = pool->create({i});
         EXPECT_TRUE(handedOut.insert(id).second) << "given a second time";

@@ -1,4 +1,4 @@
-// What the platform promises about remote calls.
+// Contract tests of remote calls.
 #include <Carbon/Carbon.h>
 #import <Foundation/Foundation.h>
 #include <gtest/gtest.h>
@@ -10,14 +10,14 @@
 #include "WaitingThreads.h"
 
 extern "C" {
-// The platform exports both in 64-bit programs, too, but declares them only for 32-bit ones.
+// The platform also exports both functions in 64-bit programs, but declares them only for 32-bit programs.
 void RunApplicationEventLoop(void);
 void QuitApplicationEventLoop(void);
 }
 
 namespace {
 
-// What a called procedure saw.
+// The observations of the called procedure.
 struct Visit {
     std::thread::id thread;
     std::atomic<int> count{0};
@@ -37,7 +37,7 @@ class RemoteCall : public testing::Test {
         return MPRemoteCall(procedure, &seen_, kMPOwningProcessRemoteContext);
     }
 
-    /// Calls until the main thread has served a call. Until its loop runs, the calls run in place.
+    /// Repeats the call until the main thread has run it. Before its loop runs, the calls run in place.
     void* callUntilServed() {
         void* result = nullptr;
         do {
@@ -58,7 +58,7 @@ class RemoteCall : public testing::Test {
 @interface LoopVisitor : NSObject {
    @public
     std::atomic<bool>* isInside;
-    std::future<void>* awaited;  // what to wait for inside the loop, if anything
+    std::future<void>* awaited;  // awaited inside the loop unless null
 }
 - (void)visit:(NSTimer*)timer;
 @end
@@ -97,7 +97,7 @@ class RunLoop {
 
     bool isInside() const { return isInside_; }
 
-    /// Runs the loop until the future is there.
+    /// Runs the loop until the future is ready.
     template <class Result>
     void runUntil(std::future<Result>& task) const {
         const auto giveUp = std::chrono::steady_clock::now() + kLongEnough;
@@ -120,7 +120,7 @@ TEST_F(RemoteCall, OnTheMainThread_RunsDirectly) {
     EXPECT_EQ(seen_.thread, std::this_thread::get_id());
 }
 
-// The platform would wait for a loop that never comes.
+// The platform would wait forever for a loop that never runs.
 TEST_F(RemoteCall, InATaskWhileTheMainThreadRunsNoLoop_RunsInPlace) {
     auto task = inThread([this] { return std::make_pair(call(visit), std::this_thread::get_id()); });
     const auto [result, thread] = resultOf(task);
@@ -194,7 +194,7 @@ TEST_F(RemoteCall, InATask_RunsOnTheMainThreadInsideItsRunLoop) {
     EXPECT_EQ(task.get(), &seen_);
 }
 
-// The main thread and the task would wait for each other.
+// Otherwise the main thread and the task would wait for each other.
 TEST_F(RemoteCall, InATaskThatTheMainThreadWaitsForInsideItsRunLoop_RunsInPlaceAndOnce) {
     std::thread::id thread;
     std::future<void> task;
@@ -206,7 +206,7 @@ TEST_F(RemoteCall, InATaskThatTheMainThreadWaitsForInsideItsRunLoop_RunsInPlaceA
     });
     loop.runUntil(task);
     EXPECT_EQ(seen_.thread, thread);
-    // The loop still has its message about the call, which must not run it again.
+    // The loop still has its message about the call, which must not run the call again.
     auto next = inThread([&] { callUntilServed(); });
     loop.runUntil(next);
     EXPECT_EQ(seen_.count, calls_);

@@ -1,4 +1,4 @@
-// What the platform promises about semaphores.
+// Contract tests of semaphores.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
@@ -134,7 +134,7 @@ TEST_F(Semaphores, EveryCall_WithNoIdentifier_IsInvalidID) {
 }
 
 TEST_F(Semaphores, WaitersThatTimeOut_WhileUnitsAreGiven_LoseNone) {
-    // However a time-out and a signal meet, each unit is taken once.
+    // Each unit must be taken exactly once, even if a signal arrives during a time-out.
     constexpr int kUnits = 300;
     std::atomic<int> taken{0};
     std::atomic<bool> stop{false};

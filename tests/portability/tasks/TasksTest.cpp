@@ -1,4 +1,4 @@
-// What the platform promises about tasks.
+// Contract tests of tasks.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-// What a task saw, and the event by which it tells that it is done.
+// The observations of a task, and the event that it sets when it is done.
 struct Visit {
     MPEventID done = kInvalidID;
     Boolean preemptive = false;

@@ -1,4 +1,4 @@
-// What the platform promises about its clocks.
+// Contract tests of clocks.
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
@@ -34,7 +34,7 @@ TEST(Timer, Microseconds_NeverGoBack) {
 }
 
 TEST(Timer, TickCount_CountsSixtyInASecond) {
-    // Both clocks count from the same start, so the ticks lie between those of the two readings around them.
+    // Both clocks start at the same time, so the ticks are between the two readings around them.
     const UInt64 before = microseconds();
     const UInt32 ticks = TickCount();
     const UInt64 after = microseconds();

@@ -1,4 +1,4 @@
-// Threads that are to block inside a call of the platform, and ways to know that they do.
+// Threads that should block inside a platform call, and functions that detect that they do.
 #pragma once
 
 #include <chrono>
@@ -13,20 +13,20 @@
 /// How long a test waits for something that must happen before it gives up.
 constexpr std::chrono::seconds kLongEnough{60};
 
-/// Runs `call` on a thread of its own.
+/// Runs `call` on a new thread.
 template <class Call>
 auto inThread(Call call) {
     return std::async(std::launch::async, std::move(call));
 }
 
-/// The result of a call that must come back.
+/// Returns the result of a call that must return; ends the program if it does not.
 template <class Result>
 Result resultOf(std::future<Result>& pending) {
     if (pending.wait_for(kLongEnough) != std::future_status::ready) std::terminate();
     return pending.get();
 }
 
-/// Whether every thread of the process but the caller sleeps, as far as the system shows it.
+/// Returns true if all threads except the caller sleep, as far as the system shows it.
 inline bool allOthersSleep(const std::filesystem::path& threads) {
     const std::string own = std::filesystem::read_symlink("/proc/thread-self").filename();
     std::error_code gone;
@@ -35,14 +35,14 @@ inline bool allOthersSleep(const std::filesystem::path& threads) {
         std::ifstream file(thread.path() / "stat");
         std::string text((std::istreambuf_iterator<char>(file)), {});
         const size_t nameEnd = text.rfind(')');
-        if (nameEnd == std::string::npos) continue;  // it has ended meanwhile
+        if (nameEnd == std::string::npos) continue;  // the thread has just ended
         if (text.compare(nameEnd, 3, ") S") != 0) return false;
     }
     return !gone;
 }
 
-/// Returns once all other threads block. Where the system does not show it, they get the time that this takes
-/// anywhere.
+/// Returns when all other threads block. If the system does not show that, it waits for a
+/// time that is always long enough.
 inline void untilAllOthersWait() {
     const std::filesystem::path threads = "/proc/self/task";
     if (!std::filesystem::exists(threads)) {
@@ -56,7 +56,7 @@ inline void untilAllOthersWait() {
     }
 }
 
-/// Tells how long `call` takes.
+/// Returns how long `call` takes.
 template <class Call>
 std::chrono::steady_clock::duration durationOf(Call call) {
     const auto start = std::chrono::steady_clock::now();

@@ -1,5 +1,4 @@
-// Exits with 0 if it runs with other rights than its caller's and takes over the endpoint that was handed to
-// it.
+// Exits with 0 if it has other rights than its caller and could take over the endpoint that it inherited.
 #include <libc.h>
 
 #include "portability/transport/Endpoint.h"
@@ -7,6 +6,6 @@
 int main() {
     portability::EndpointClaim claim;
     const bool isAdopted = portability::EndpointClaim::adoptInherited('EndP', claim);
-    // Not by way of exit: a leak checker cannot look into a program with rights of its own.
+    // _exit instead of exit, because a leak checker cannot inspect a set-id program.
     _exit(issetugid() == 0 ? 2 : isAdopted ? 0 : 1);
 }

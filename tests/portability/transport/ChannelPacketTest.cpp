@@ -1,4 +1,5 @@
-// Packets that a peer sends as it likes: what is no frame is malformed, and nothing of it is kept.
+// Packets with arbitrary content from a peer. A packet that is not a frame is
+// malformed, and nothing of it is kept.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
@@ -17,7 +18,7 @@ namespace {
 
 using Received = Channel::Received;
 
-// What a channel makes of a packet that its peer sends.
+// Returns how a channel classifies a packet from its peer.
 Received receivedOf(const Bytes& packet, const std::vector<int>& descriptors = {}) {
     auto ends = connectedSockets();
     Channel channel(std::move(ends.second));
@@ -54,7 +55,7 @@ TEST(Channel, ForgedMailbox_IsMalformedAndNeverRead) {
     FrameHeader offer;
     offer.kind = FrameKind::mailbox;
     offer.bringsFile = 1;
-    // The numbers that the sender's side writes: how many frames, and the size of the last.
+    // The two numbers that the sender writes: the number of frames, and the size of the last frame.
     for (const uint32_t size :
          {1u, 39u, static_cast<uint32_t>(kLargestFrame) + 1, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
         auto ends = connectedSockets();

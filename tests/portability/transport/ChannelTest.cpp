@@ -31,7 +31,7 @@ void fill(ImageMemory& memory, const Bytes& image) {
     if (!image.empty()) std::memcpy(place, image.data(), image.size());
 }
 
-// An event image with one parameter of that text.
+// An event image with one parameter that contains the text.
 struct Image : ImageMemory {
     explicit Image(const std::string& text) { fill(*this, itemBytes('aaaa', text)); }
 };
@@ -46,7 +46,7 @@ std::string textOf(const ReceivedFrame& frame) {
     return std::string(reinterpret_cast<const char*>(item.data), item.header.size);
 }
 
-// A sender's and a receiver's channel that are connected.
+// The connected channels of a sender and a receiver.
 class ChannelTest : public testing::Test {
   protected:
     ChannelTest() {
@@ -55,14 +55,14 @@ class ChannelTest : public testing::Test {
         receiver_ = std::make_unique<Channel>(std::move(ends.second));
     }
 
-    // What the receiver gets of a request with that text.
+    // Sends a request with that text and returns what the receiver reads.
     std::string deliver(uint64_t id, const std::string& text) {
         const Image image(text);
         if (sender_->send(requestHeader(id), image, true) != Sent::done) return "(not sent)";
         return receiver_->receive(buffer_, frame_) == Received::frame ? textOf(frame_) : "(not received)";
     }
 
-    // What the sender gets of a reply with that text.
+    // Sends a reply with that text and returns what the sender reads.
     std::string reply(uint64_t id, const std::string& text, ReceivedFrame& frame) {
         const Image image(text);
         if (receiver_->sendReply(replyHeader(id), image) != Sent::done) return "(not sent)";

@@ -1,4 +1,4 @@
-// Connections that are kept: used again, found broken, used by many threads.
+// Connections that are kept: reused, found broken, used by many threads.
 #include "portability/transport/Connection.h"
 
 #include <CoreServices/CoreServices.h>
@@ -49,7 +49,7 @@ TEST_F(ConnectionTest, KeptConnectionThatBroke_AndNobodyThere_IsProcNotFound) {
 }
 
 TEST_F(ConnectionTest, RequestInTheMailboxThatWasNeverTaken_IsSentAgainToTheNextPeer) {
-    // The first peer says that it looks into the mailbox, and goes away without having looked.
+    // The first peer announces that it reads the mailbox, then disconnects without reading it.
     const auto lookAndLeave = [](int connection) {
         FrameBuffer buffer;
         ReceivedFrame frame;
@@ -62,7 +62,7 @@ TEST_F(ConnectionTest, RequestInTheMailboxThatWasNeverTaken_IsSentAgainToTheNext
             channel.setLooking(++exchanges == 2);
             sendRaw(connection, reply(frame.header.id, "one"));
         }
-        // What comes through the socket now is nothing but the end.
+        // From now on the socket delivers nothing except its end.
         pollfd waited{connection, POLLIN, 0};
         poll(&waited, 1, 200);
         EXPECT_EQ(waited.revents & POLLIN, 0) << "the request went to the mailbox";

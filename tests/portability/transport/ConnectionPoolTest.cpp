@@ -21,7 +21,7 @@ std::unique_ptr<KeptConnection> makeConnection(OSType signature) {
 
 class ConnectionPoolTest : public testing::Test {
   protected:
-    // Nothing stays for the tests that follow.
+    // Empties the pool for the next tests.
     ~ConnectionPoolTest() override {
         while (takeKeptConnection(kSignature) != nullptr) {
         }

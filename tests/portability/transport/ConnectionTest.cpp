@@ -1,4 +1,4 @@
-// Sending to peers that do not behave.
+// Sending to peers that misbehave.
 #include "portability/transport/Connection.h"
 
 #include <CoreServices/CoreServices.h>

@@ -1,5 +1,5 @@
-// What the tests of connections share: a peer that does not behave, behind an endpoint of its own, and one
-// that sends to it.
+// Shared by the tests of connections: a misbehaving peer with its own endpoint,
+// and a sender that connects to it.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
@@ -22,7 +22,7 @@
 constexpr char kPeerSignature[] = "RoGu";
 constexpr OSType kPeerCode = 'RoGu';
 
-// Accepts connections one after another and lets a function play the application on each.
+// Accepts one connection after another. For each one a function acts as the application.
 class Peer {
   public:
     using Play = std::function<void(int connection)>;
@@ -36,7 +36,7 @@ class Peer {
 
   private:
     void run() {
-        // A test's signals are for the sender that waits, not for the peer.
+        // Blocks all signals, so that a test's signals reach the waiting sender and not the peer.
         sigset_t all;
         sigfillset(&all);
         pthread_sigmask(SIG_BLOCK, &all, nullptr);
@@ -68,7 +68,7 @@ inline Bytes reply(uint64_t id, const std::string& text, int32_t result = noErr)
     return headerBytes(header) + image;
 }
 
-// Waits until the other side has closed the connection, or sends more.
+// Waits until the other side has closed the connection or sends more.
 inline void waitForMore(int connection) {
     receiveRaw(connection);
 }

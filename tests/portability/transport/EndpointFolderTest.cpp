@@ -28,7 +28,7 @@ class EndpointFolderTest : public testing::Test {
   protected:
     static std::vector<EndpointPlace> places() { return endpointPlaces(systemRoot()); }
 
-    // The state of the place where new endpoints lie.
+    // Returns the state of the folder for new endpoints.
     static FolderState open(FileDescriptor& folder) { return openEndpointFolder(places().back(), folder); }
     static FolderState open() {
         FileDescriptor folder;
@@ -38,7 +38,7 @@ class EndpointFolderTest : public testing::Test {
 
     files::path folder() const { return environment_.endpointFolder(); }
 
-    // The folder that root has for users who are logged in.
+    // Creates the folder that the root has for a logged-in user.
     files::path makeUserFolder() const { return environment_.makeFolder("root/run/user/" + kUser); }
 
     static files::path pathOf(const FileDescriptor& folder) {

@@ -108,9 +108,9 @@ TEST_F(EndpointTest, Inherited_LockFileThatIsNotThatOfTheEndpoint_IsRefused) {
     EXPECT_EQ(adopted.listenDescriptor(), -1);
 }
 
-// A host that runs with the rights of another user than its caller hands these rights on, and the system then
-// keeps the environment from the program. Here is such a launch: the real user is not the effective one. The
-// root is that of the system, because POS_SYSTEM_ROOT does not count then, and /tmp is an empty one.
+// A host with another user's rights than its caller's passes these rights on, and the system then removes
+// variables from the program's environment. This test makes such a launch: the real user differs from the
+// effective one. POS_SYSTEM_ROOT is ignored then, so the root is that of the system, with an empty /tmp.
 TEST_F(EndpointTest, Inherited_FromASetIdHost_IsAdopted) {
     NEEDS_ROOT("become two users at once, and to make a mount namespace");
     constexpr uid_t kCaller = 65534;

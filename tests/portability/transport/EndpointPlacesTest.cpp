@@ -1,4 +1,4 @@
-// Endpoints between processes whose environments lead them to different folders: all of them meet.
+// Endpoints of processes whose environments select different folders. All of them must find each other.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -35,7 +35,7 @@ class EndpointPlaces : public EndpointTest {
         std::function<void()> enter;
     };
 
-    // The environments in which processes of one user can find themselves.
+    // Returns the environments that processes of one user can have.
     std::vector<Environment> environments() const {
         const files::path own = environment_.runtimeFolder();
         const files::path foreign = environment_.makeFolder("of another user");
@@ -50,13 +50,13 @@ class EndpointPlaces : public EndpointTest {
             {"a missing folder", [] { TemporaryEnvironment::set("XDG_RUNTIME_DIR", "/not/there"); }}};
     }
 
-    // The folder that the root has for this user while it is logged in.
+    // Returns the folder that the root has for this user while the user is logged in.
     files::path userFolder() const {
         return environment_.folder() / "root/run/user" / std::to_string(geteuid());
     }
     void logIn() const { environment_.makeFolder("root/run/user/" + std::to_string(geteuid())); }
 
-    // Another user has been faster, and keeps a listening socket where ours would be.
+    // Another user has created a listening socket first, at the path of ours.
     void occupyTmp() const {
         const files::path folder = environment_.endpointFolder();
         files::create_directory(folder);
@@ -252,7 +252,7 @@ TEST_F(EndpointPlaces, LockThatIsNoFileOfThisUser_IsAFailureAtOnce) {
     EXPECT_EQ(claimAndLetGo(), Outcome::failed);
 }
 
-// As systemd-tmpfiles asks before it cleans up.
+// systemd-tmpfiles tries to take this lock before it cleans a folder up.
 TEST_F(EndpointPlaces, FolderOfALivingOwner_IsLockedAgainstCleaning) {
     EndpointClaim claim;
     ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
@@ -266,8 +266,8 @@ TEST_F(EndpointPlaces, FolderOfALivingOwner_IsLockedAgainstCleaning) {
     EXPECT_EQ(flock(folder.get(), LOCK_EX | LOCK_NB), 0);
 }
 
-// The test's root has a /tmp of its own; here are the places of the system, in a namespace where they are
-// empty.
+// The other tests use a root with its own /tmp. This test uses the fixed paths of the system, as empty
+// folders in a mount namespace.
 TEST_F(EndpointPlaces, RootOfTheSystem_HasItsEndpointsInTheSystemsPlaces) {
     NEEDS_ROOT("make a mount namespace");
     EXPECT_EQ(inForkedProcess([] {
@@ -286,7 +286,7 @@ TEST_F(EndpointPlaces, RootOfTheSystem_HasItsEndpointsInTheSystemsPlaces) {
                   if (!isConnectable() || claimAndLetGo() != Outcome::inUse) return 4;
                   claim.withdraw();
                   claim = EndpointClaim();
-                  // Another user occupies our name.
+                  // Another user takes our name.
                   if (chown("/tmp/pos-events-0", kOtherUser, kOtherUser) != 0) return 5;
                   if (EndpointClaim::claim(kEndpointSignature, claim) != Outcome::claimed) return 6;
                   if (!files::is_socket("/run/user/0/pos-events/" + name + ".socket")) return 7;

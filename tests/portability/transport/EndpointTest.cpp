@@ -208,7 +208,7 @@ TEST_F(EndpointTest, Connect_ListenerOfAnotherUser_IsRefused) {
     NEEDS_ROOT("become another user");
     EndpointClaim claim;
     ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
-    // The credentials that a client sees are those of the last call of listen.
+    // A client sees the credentials of the last call of listen.
     ASSERT_EQ(inForkedProcess([&claim] {
                   if (setuid(65534) != 0) return 1;
                   return listen(claim.listenDescriptor(), 8) == 0 ? 0 : 2;

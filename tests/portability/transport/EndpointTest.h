@@ -1,5 +1,4 @@
-// What the tests of endpoints share: an environment of their own, and a process that waits.
-#pragma once
+// Shared by the tests of endpoints: a separate environment, and a process that waits.
 
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -15,7 +14,7 @@ constexpr OSType kEndpointSignature = 'EndP';
 constexpr char kAnnouncement[] = "POS_EVENT_ENDPOINT";
 using Outcome = portability::EndpointClaim::Outcome;
 
-// A process that does something, tells by a pipe that it has done it, and waits to be killed.
+// A process that runs a function, reports its result through a pipe, and waits to be killed.
 class WaitingProcess {
   public:
     template <class Body>

@@ -6,7 +6,7 @@
 
 namespace {
 
-int callsLeft = 0;  // until one fails; 0 and less: none does any more
+int callsLeft = 0;  // calls until one fails; if 0 or less, none fails
 
 bool failsNow() {
     if (callsLeft <= 0 || --callsLeft > 0) return false;
@@ -30,7 +30,7 @@ bool FailingFstat::hasFailed() {
 
 extern "C" {
 
-// Under the name that the C library has for this width.
+// The C library's name of the function depends on the width.
 int realFstat(int descriptor, struct stat* status) __asm__("__real_" FSTAT_SYMBOL);
 int wrappedFstat(int descriptor, struct stat* status) __asm__("__wrap_" FSTAT_SYMBOL);
 

@@ -1,8 +1,8 @@
-// Makes fstat fail in this test program, which is linked with --wrap for it.
+// Makes fstat fail in this test program, which must be linked with --wrap for it.
 #pragma once
 
-/// Until the object goes, the call with that number (1 is the next one) fails with EIO; the others do what
-/// they always do. One object at a time.
+/// While the object exists, the call with that number fails with EIO (1 is the next call). All other calls
+/// work as usual. Only one object at a time.
 class FailingFstat {
   public:
     explicit FailingFstat(int number);
@@ -10,6 +10,6 @@ class FailingFstat {
     FailingFstat& operator=(const FailingFstat&) = delete;
     ~FailingFstat();
 
-    /// Whether there were so many calls.
+    /// Returns true if the call with that number was made.
     static bool hasFailed();
 };

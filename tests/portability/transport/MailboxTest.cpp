@@ -25,7 +25,7 @@ class MailboxTest : public testing::Test {
         mailbox.post(&header, reinterpret_cast<const uint8_t*>(image.data()), image.size());
     }
 
-    // "id:image" of what was taken; "(nothing)", "(hint)".
+    // Returns "id:image" of the frame that was taken, "(nothing)" or "(hint)".
     static std::string take(Mailbox& mailbox) {
         Mail mail;
         if (!mailbox.take(mail)) return "(nothing)";

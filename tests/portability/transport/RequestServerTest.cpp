@@ -33,7 +33,7 @@ OSErr echo(const AppleEvent* event, AppleEvent* reply, SRefCon) {
     return AEPutParamPtr(reply, keyDirectObject, type, bytes.data(), size);
 }
 
-// A server on a thread of its own, which ends with the test.
+// A server on its own thread, which ends with the test.
 class RequestServerTest : public testing::Test {
   protected:
     RequestServerTest() : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
@@ -66,7 +66,7 @@ class RequestServerTest : public testing::Test {
         return headerBytes(header) + image;
     }
 
-    // The text in the next reply; "(closed)".
+    // Returns the text in the next reply, or "(closed)".
     static std::string answer(const FileDescriptor& connection, uint64_t* id = nullptr) {
         const Bytes bytes = receiveRaw(connection.get());
         FrameHeader header;
@@ -189,15 +189,15 @@ TEST_F(RequestServerTest, SenderThatLeaves_IsForgotten) {
 TEST_F(RequestServerTest, NoDescriptorsLeft_NewSendersAreRefused_OldOnesServed) {
     const FileDescriptor good = connect();
     for (int i = 0; i < 5; ++i) {
-        // Others have come and gone before.
+        // Other senders have connected and disconnected before.
         const FileDescriptor other = connect();
         sendRaw(other.get(), request(1, "gone"));
         ASSERT_EQ(answer(other), "gone");
         sendRaw(good.get(), request(1, "before"));
         ASSERT_EQ(answer(good), "before");
     }
-    // The other end of the connections is in another process, so that only the server runs out of
-    // descriptors.
+    // The other ends of the connections are in another process, so that only
+    // the server runs out of descriptors.
     rlimit limit;
     getrlimit(RLIMIT_NOFILE, &limit);
     const rlim_t usual = limit.rlim_cur;
@@ -239,7 +239,8 @@ TEST_F(RequestServerTest, NoDescriptorsLeft_NewSendersAreRefused_OldOnesServed) 
 
 TEST_F(RequestServerTest, SenderOfAnotherUser_IsRefused) {
     NEEDS_ROOT("become another user");
-    // The folders keep others out; here they are opened, so that only the check of the connection is left.
+    // The permissions of the folders would refuse other users. They are opened here, so that only the check
+    // of the connection refuses them.
     const std::filesystem::path folder = environment_.endpointFolder();
     for (std::filesystem::path opened = folder; opened != environment_.folder().parent_path();
          opened = opened.parent_path()) {

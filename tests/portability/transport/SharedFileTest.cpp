@@ -32,7 +32,8 @@ TEST(SharedFile, Made_WithoutDescriptorsOrMemory_IsEmpty) {
                   return makeSharedFile(4096) ? 1 : 0;
               }),
               0);
-    // More than there may be; asking for more than there is would take all memory from everybody first.
+    // Exceeds a limit. A request for more memory than the machine has would first
+    // take all memory from other programs.
     EXPECT_EQ(inForkedProcess([] {
                   const rlimit small{4096, 4096};
                   signal(SIGXFSZ, SIG_IGN);

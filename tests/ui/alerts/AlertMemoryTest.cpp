@@ -1,4 +1,4 @@
-// Every request for memory of an alert fails once, one after the other: the alert throws nothing.
+// Makes each allocation of an alert fail once, one after the other. The alert must not throw.
 #include <cstdlib>
 
 #include "tests/support/HeapWatch.h"
@@ -21,7 +21,8 @@ TEST(AlertMemory, AlertWithoutMemory_IsNotShownAndThrowsNothing) {
     setenv("HOME", home.path().c_str(), 1);
     unsetenv("DISPLAY");
     testing::internal::CaptureStderr();
-    // What the platform sets up at its first alert is not the library's to guard.
+    // The platform's initialisation at the first alert is not the library's
+    // responsibility, so it is done first.
     answerWithoutWindows();
     int answer = -1;
     test::refuseEachRequest([&] { answer = answerWithoutWindows(); },

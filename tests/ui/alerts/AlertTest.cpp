@@ -32,7 +32,8 @@ AlertTest::AlertTest(const AlertLook& look) : desktop_(look) {
 AlertTest::~AlertTest() {
     host_.reset();
     if (HasFailure()) std::cerr << "The host's system log:\n" << log() << std::endl;
-    // A host that is stopped while its leak checker works leaves that to end by itself, at once.
+    // When a host is killed while its leak checker runs, the checker's
+    // process ends soon afterwards by itself.
     EXPECT_TRUE(waitUntil([this] { return processesOf(root_.path()).empty(); })) << "a program still runs";
 }
 

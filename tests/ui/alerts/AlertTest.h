@@ -1,5 +1,4 @@
-// Fixture for alerts in real windows: a desktop, a system root with captions in it, and a host that shows
-// alerts.
+// Fixture for alerts in real windows: a desktop, a system root with captions, and a host that shows alerts.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,15 +18,16 @@ class AlertTest : public testing::Test {
     explicit AlertTest(const AlertLook& look = helperAlerts());
     ~AlertTest() override;
 
-    /// Starts the host with the arguments, or another program; its system log goes to a file.
+    /// Starts the host, or another program, with the arguments. Its system log goes to a file.
     void start(const std::vector<std::string>& arguments);
     void startProgram(const std::vector<std::string>& command);
 
-    // Answers the alert that is open, or comes, and returns the next line that the host tells.
+    /// Clicks a button of the alert that is open, or waits for one. Returns
+    /// the next line that the host writes.
     std::string lineAfterClick(int fromRight);
     std::string lineAfterKey(const std::string& key);
 
-    /// The system log of the host so far.
+    /// Returns what the host has written to the system log so far.
     std::string log() const { return root_.read("log"); }
 
     TemporaryFolder root_;

@@ -1,4 +1,4 @@
-// Alerts in real windows, answered with mouse and keyboard.
+// Alerts in real windows, used with mouse and keyboard.
 #include <csignal>
 
 #include "tests/ui/alerts/AlertTest.h"
@@ -16,7 +16,7 @@ class AlertWindowTest : public test::AlertTest {
     }
 };
 
-// Answers.
+// Results.
 
 TEST_F(AlertWindowTest, OK_Answers12) {
     start({"show", "0", "Title", "Body"});
@@ -70,7 +70,7 @@ TEST_F(AlertWindowTest, EscapeKey_PressesTheSecondButton) {
         EXPECT_EQ(lineAfterKey("Escape"), "answer 13");
 }
 
-// The window manager's own key does what its button does.
+// The window manager's own key has the same effect as its close button.
 TEST_F(AlertWindowTest, ClosingTheWindow_PressesCancelOrTheOnlyButtonAndFurtherAlertsAreShown) {
     start({"show", "2", "Title", "Body", "0", "Title", "Body", "1", "Title", "Body"});
     EXPECT_EQ(lineAfterKey("alt+F4"), "answer 13");
@@ -94,7 +94,7 @@ TEST_F(AlertWindowTest, AfterTheAnswer_TheWindowIsGone) {
     EXPECT_EQ(host_->wait(), 0);
 }
 
-// Contents. The window itself has tests of its own, beside the helper's.
+// Contents. The tests of the window itself are with the helper's tests.
 
 TEST_F(AlertWindowTest, Window_BearsTheTitleOfTheAlert) {
     start({"show", "2",
@@ -141,7 +141,7 @@ TEST_F(AlertWindowTest, AskedForInATask_IsShownThoughTheMainThreadRunsItsLoop) {
     EXPECT_EQ(host_->wait(), 0);
 }
 
-// The host's own things.
+// The host's own state.
 
 TEST_F(AlertWindowTest, HostsSignalsDescriptorsArgumentsLocaleFolderChildrenAndPool_AreAsBefore) {
     root_.write("document.txt", "not to be opened");

@@ -1,4 +1,4 @@
-// The alert's source over a second implementation of the platform's classes: GNUstep's, in real windows.
+// The alert's source with a second implementation of the platform's classes: GNUstep's, in real windows.
 #include <algorithm>
 
 #include "tests/ui/alerts/AlertTest.h"
@@ -10,7 +10,7 @@ class GNUstepAlertTest : public test::AlertTest {
   protected:
     GNUstepAlertTest() : AlertTest(test::gnustepAlerts()) {}
 
-    /// Shows an alert; returns what it holds, sorted, as the host tells it.
+    /// Shows an alert. Returns its content as the host reports it, sorted.
     std::vector<std::string> contentOf(const std::string& kind, const std::string& title,
                                        const std::string& body) {
         startProgram({DOVREL_GNUSTEP_ALERT_HOST, kind, title, body});

@@ -32,7 +32,7 @@ HelpTest::HelpTest() {
     for (const char* variable : {"DISPLAY", "LANG", "LC_ALL", "LC_MESSAGES", "POS_ALERTS", "WAYLAND_DISPLAY"})
         unsetenv(variable);
     root_.write("home/.keep", "");
-    // Written under another name first, so that the note is complete once it can be seen.
+    // The script writes the note under another name first, so that the note is complete when it appears.
     root_.write("bin/xdg-open", "#!/bin/sh\nprintf '%s' \"$1\" > '" + root_.path("note") + "' && mv '" +
                                     root_.path("note") + "' '" + root_.path("opened") + "'\n");
     chmod(root_.path("bin/xdg-open").c_str(), 0755);

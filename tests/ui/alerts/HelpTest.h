@@ -1,5 +1,5 @@
-// Fixture for what an application's bundle decides: an application with help pages around the alert host, and
-// an opener of documents that notes what it was to open.
+// Fixture for the parts of an alert that depend on the application's bundle. It has an application with help
+// pages around the alert host, and a document opener that notes the document.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,25 +18,25 @@ class HelpTest : public testing::Test {
     /// Writes the application's property list with that identifier.
     void setIdentifier(const std::string& identifier) const;
 
-    /// Puts the help pages into the application, as a host has them that carries help.
+    /// Adds the help pages to the application, where a host with help has them.
     void addHelp() const;
 
-    /// Takes the folder of a language away, or its start page.
+    /// Removes the folder of a language, or its start page.
     void removeHelp(const std::string& language) const;
     void removeStartPage(const std::string& language) const;
 
-    /// Has the application's alerts shown by that program.
+    /// Makes that program show the application's alerts.
     void setHelper(const std::string& helper) const;
 
-    /// The application's program.
+    /// Returns the path of the application's program.
     std::string program() const;
 
-    /// The line that the application writes when started in the mode; the user's language is that of the
-    /// locale.
+    /// Starts the application in the mode and returns the line that it writes. The
+    /// locale sets the user's language.
     std::string run(const std::string& mode, const std::string& locale = "C") const;
 
-    /// Waits for the document that was opened, and answers its path inside the application; "" when none was
-    /// within half a minute.
+    /// Waits for the opened document and returns its path inside the application; "" if none
+    /// was opened within half a minute.
     std::string openedPage() const;
     bool openedNothing() const;
 

@@ -1,4 +1,4 @@
-// The texts of an alert and its answers. The helper follows the test's commands, so there are no windows.
+// The texts and results of an alert. The helper follows the test's commands, so there are no windows.
 #include "ui/alerts/MacOSXMessageDialog.h"
 
 #include <gtest/gtest.h>
@@ -50,7 +50,7 @@ class MacOSXMessageDialogTest : public testing::Test {
         return dialog_.showAlert("T", "B", buttons, 0);
     }
 
-    /// Asks for the alert; returns what was written to the system log meanwhile.
+    /// Shows the alert; returns what was written to the system log during the call.
     std::string logOf(const char* title, const char* body, int buttons) {
         testing::internal::CaptureStderr();
         answer_ = dialog_.showAlert(title, body, buttons, 0);
@@ -106,7 +106,7 @@ TEST_F(MacOSXMessageDialogTest, AnyApplicationButTheManagementApplication_HasNoH
     EXPECT_EQ(requestOf("T", "B")["help"], false);
 }
 
-// Answers.
+// Results.
 
 TEST_F(MacOSXMessageDialogTest, TheFirstButton_AnswersRetryOrOK) {
     EXPECT_EQ(answerTo(0, 0), 12);

@@ -1,5 +1,5 @@
-// The texts of an alert, in UTF-8 or in Mac Roman, as people read them: in what the alert
-// helper is asked to show, and in the system log if there is no window.
+// The texts of an alert, given in UTF-8 or in Mac Roman, as people read them: in the request to the alert
+// helper, and in the system log if there is no window.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -21,7 +21,7 @@ constexpr char kMacRomanName[] =
     "fer";
 constexpr char kUTF8Name[] = "Größenprüfer";
 
-/// Its helper follows the test's commands, so there are no windows.
+/// The helper follows the test's commands, so there are no windows.
 class ReadableAlertTest : public testing::Test {
   protected:
     ReadableAlertTest() {
@@ -32,7 +32,7 @@ class ReadableAlertTest : public testing::Test {
             unsetenv(variable);
     }
 
-    /// What the helper is asked to show.
+    /// Returns the request that the helper received.
     nlohmann::json requestOf(const std::string& title, const std::string& body) {
         MultiLanguageSupport::initialize("English");
         helper_.follow({test::kShownEvent, test::pressedEvent(0)});
@@ -89,7 +89,7 @@ class ReadableUnshownAlertTest : public testing::Test {
         unsetenv("DISPLAY");
     }
 
-    /// The system log's entry about an alert with that body.
+    /// Returns the system log's entry for an alert with that body.
     static std::string logOf(const std::string& body) {
         testing::internal::CaptureStderr();
         MacOSXMessageDialog().showAlert("Title", body.c_str());
@@ -121,9 +121,9 @@ TEST_F(ReadableUnshownAlertTest, BodyWithTheLogsOwnPlaceholder_IsLoggedAsItIs) {
     expectQuoted("100 %s, %@ and %n", "100 %s, %@ and %n");
 }
 
-// Foundation chooses its encoding by what the process was started with.
+// Foundation chooses its encoding by the environment at the start of the process.
 TEST_F(ReadableUnshownAlertTest, HostWhoseEnvironmentIsNotUTF8_LogsInUTF8AllTheSame) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process that is started with this environment
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // so that the process starts with this environment
     setenv("FILE_OF_THE_USER",
            "Gr\xF6\xDF"
            "e",

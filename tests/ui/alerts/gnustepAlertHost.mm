@@ -1,7 +1,8 @@
-// A host whose alerts are shown by GNUstep's window classes, from the same source as everywhere:
+// A host that shows its alerts with GNUstep's window classes. The source of the
+// alerts is the same as everywhere.
 //
 //     gnustepAlertHost KIND TITLE BODY
-//         "text ..." and "button ..." for each text and button of the open alert, "end", then "answer N"
+//         writes "text ..." and "button ..." for each text and button of the alert, "end", then "answer N"
 #import <AppKit/AppKit.h>
 
 #include <iostream>
@@ -20,7 +21,7 @@ std::string oneLine(NSString* text) {
 
 }  // namespace
 
-// Looks into the open alert from within its own loop.
+// Inspects the open alert from within the alert's own loop.
 @interface AlertInspector : NSObject
 - (void)inspect:(NSTimer*)timer;
 @end
@@ -30,7 +31,7 @@ std::string oneLine(NSString* text) {
 - (void)tellView:(NSView*)view {
     if ([view isHidden]) return;
     if ([view isKindOfClass:[NSButton class]]) {
-        // The alert's picture is a button as well.
+        // The alert's picture is a button as well; it is left out.
         NSButton* const button = (NSButton*)view;
         if ([button imagePosition] != NSImageOnly) tell("button " + oneLine([button title]));
     } else if ([view isKindOfClass:[NSTextField class]]) {

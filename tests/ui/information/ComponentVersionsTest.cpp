@@ -17,14 +17,14 @@ using test::xmlList;
 
 class ComponentVersionsTest : public test::InstalledComponents {
   protected:
-    /// A bundle of that identifier outside of the listed places.
+    /// Writes a bundle with that identifier outside the listed folders.
     void writeElsewhere(const std::string& identifier, const std::string& version) const {
         const std::string versionEntry = version.empty() ? "" : textEntry("CFBundleVersion", version);
         root_.write("Elsewhere/Some.bundle/Contents/Info.plist",
                     xmlList(textEntry("CFBundleIdentifier", identifier) + versionEntry));
     }
 
-    /// Known to the process as long as this is held.
+    /// Returns a bundle that the process knows while the reference is held.
     CFBundleRef newBundleElsewhere() const {
         return CFBundleCreate(kCFAllocatorDefault,
                               fileURL(root_.path("Elsewhere/Some.bundle"), kCFStringEncodingUTF8).get());
@@ -57,7 +57,7 @@ TEST_F(ComponentVersionsTest, BundleKnownUnderItsIdentifier_IsFoundElsewhereAndB
 }
 
 TEST_F(ComponentVersionsTest, BundleWhoseCodeIsLoaded_IsFoundUnderItsIdentifier) {
-    // The process knows it from now on, so no other test may use the identifier.
+    // From now on the process knows this bundle, so no other test may use the identifier.
     constexpr char kIdentifier[] = "com.example.loaded";
     writeElsewhere(kIdentifier, "4.2");
     const std::string folder = root_.path("Elsewhere/Some.bundle/Contents/MacOS");

@@ -1,4 +1,4 @@
-// The mark that tells whether the components come from one installer.
+// The mark that shows whether the components come from one installer.
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -14,7 +14,7 @@ namespace {
 
 class ComponentsInstallerVersionTest : public test::InstalledComponents {
   protected:
-    /// The names of the components whose property lists `work` reads, in the order of the first reading.
+    /// Returns the components whose property lists `work` reads, by name, in the order of the first reading.
     template <class Work>
     std::vector<std::string> readDuring(const Work& work) const {
         const int watcher = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);

@@ -1,4 +1,4 @@
-// Fixture for the system report: a system root of its own in which components can be installed.
+// Fixture for the system report: a separate system root in which components can be installed.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,11 +10,11 @@
 
 namespace dovrel::test {
 
-/// A dictionary in the XML form, and what may be in it.
+/// Returns a dictionary in the XML format; the functions below it return entries.
 std::string xmlList(const std::string& entries);
 std::string textEntry(const std::string& key, const std::string& value);
 
-/// A dictionary with one text in the binary form.
+/// Returns a dictionary with one text in the binary format.
 std::string binaryListOf(const std::string& key, const std::string& value);
 
 class InstalledComponents : public testing::Test {
@@ -30,10 +30,10 @@ class InstalledComponents : public testing::Test {
 
     void install(const Component& component, const std::string& version, const std::string& installer) const;
 
-    /// Installs all five; versions are "1.1" to "1.5" in the order of the report.
+    /// Installs all five components with the versions "1.1" to "1.5", in the order of the report.
     void installAll(const std::string& installer) const;
 
-    /// Where a path of the platform lies.
+    /// Returns where the platform path is in this system.
     std::string inRoot(const std::string& platformPath) const { return root_.path() + platformPath; }
 
     TemporaryFolder root_;

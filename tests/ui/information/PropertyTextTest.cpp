@@ -90,7 +90,7 @@ TEST_F(PropertyTextTest, ValuesOfBinaryLists_AreFormattedLikeThoseOfXml) {
 
 TEST_F(PropertyTextTest, ListCutAnywhere_IsNothing) {
     for (const std::string& whole : {xmlList(textEntry("key", "10.6.8")), binaryListOf("key", "10.6.8")}) {
-        // The line end behind the XML form is no part of it.
+        // The line feed after the XML document is not part of it.
         for (size_t length = 0; length < whole.size() - 1; ++length)
             EXPECT_EQ(textOf(whole.substr(0, length)), std::nullopt) << length << " bytes of " << whole;
     }

@@ -1,5 +1,5 @@
-// Every function of the report frees what Foundation makes on the way. In Objective-C++, because it looks
-// into the pools.
+// Every function of the report frees the temporary objects of Foundation. This is Objective-C++, because the
+// tests inspect the autorelease pools.
 #import <Foundation/Foundation.h>
 
 #include <functional>

@@ -1,5 +1,5 @@
-// Values of property lists that are not strings read as "%@" formats them. In Objective-C++, because the expected
-// texts are made of the same values by Foundation.
+// Values of property lists that are not strings read as "%@" formats them. This is Objective-C++, because
+// Foundation makes the expected texts from the same values.
 #import <Foundation/Foundation.h>
 
 #include <vector>
@@ -16,7 +16,7 @@ namespace {
 using test::textEntry;
 using test::xmlList;
 
-/// A value as an XML list has it, and as Foundation formats it.
+/// A value as written in an XML list, and as Foundation formats it.
 struct Example {
     std::string xml;
     std::string text;
@@ -79,7 +79,7 @@ TEST_F(ValuesOfOtherTypes, NumberAndTextThatReadTheSame_AreTheSameInstaller) {
     EXPECT_EQ(componentsInstallerVersion(), "7*");
 }
 
-// GNUstep shows a date in the form that it was read in, so only what every form has is looked at.
+// GNUstep prints a date in the format that was read, so the test checks only what all formats contain.
 TEST_F(ValuesOfOtherTypes, Dates_AreFormattedWithDayAndTime) {
     writeSystemVersion(xmlList("<key>ProductName</key><date>2001-09-09T01:46:40Z</date>"));
     EXPECT_EQ(osNameText().substr(0, 10), "2001-09-09");
@@ -89,7 +89,7 @@ TEST_F(ValuesOfOtherTypes, Dates_AreFormattedWithDayAndTime) {
 TEST_F(ValuesOfOtherTypes, DatesOfAllTimes_AreTextsOfADate) {
     writeSystemVersion(xmlList("<key>ProductName</key><date>0000-01-01T00:00:00Z</date>"));
     EXPECT_EQ(osNameText().substr(0, 3), "000");
-    // The bits of -1e300, 1e300 and -1e12 seconds from 2001.
+    // The bits of -1e300, 1e300 and -1e12 seconds since 2001.
     for (const uint64_t bits : {0xFE37E43C8800759CU, 0x7E37E43C8800759CU, 0xC26D1A94A2000000U}) {
         writeSystemVersion(
             test::binaryList({test::dictionaryObject({1}, {2}), test::asciiObject("ProductName"),

@@ -1,4 +1,4 @@
-// The one call that GNUstep's window classes lack.
+// The one function that GNUstep's window classes do not have.
 #import <AppKit/AppKit.h>
 #include <objc/runtime.h>
 
@@ -8,14 +8,14 @@ id answerNil(id, SEL) { return nil; }
 
 void replaceByNil(Method method) { method_setImplementation(method, reinterpret_cast<IMP>(answerNil)); }
 
-// They would start programs that stay when the test has ended, for notifications and for services.
+// Prevents GNUstep from starting programs for notifications and services, which would outlive the test.
 void startNoOtherProgram() {
     replaceByNil(class_getClassMethod([NSDistributedNotificationCenter class], @selector(defaultCenter)));
     replaceByNil(class_getInstanceMethod(NSClassFromString(@"GSServicesManager"),
                                          sel_registerName("registerAsServiceProvider")));
 }
 
-// They would open the program's arguments as documents.
+// Prevents GNUstep from opening the program's arguments as documents.
 void forgetArguments() {
     NSProcessInfo* const process = [NSProcessInfo processInfo];
     const char* const program = [[[process arguments] objectAtIndex:0] UTF8String];
@@ -33,7 +33,7 @@ BOOL NSApplicationLoad(void) {
     [[NSUserDefaults standardUserDefaults]
         registerDefaults:[NSDictionary dictionaryWithObject:@"YES" forKey:@"GSSuppressAppIcon"]];
     NSApplication* const application = [NSApplication sharedApplication];
-    // Without it no key reaches a panel.
+    // Without this call a panel receives no keys.
     [application finishLaunching];
     isLoaded = application != nil;
     return isLoaded;

@@ -1,5 +1,5 @@
-// GNUstep's window classes in place of the portability layer's alerts, for the one program that shows alerts
-// with them.
+// Selects GNUstep's window classes instead of the portability layer's alerts,
+// for the one program that uses them.
 #pragma once
 #pragma GCC system_header
 
@@ -9,7 +9,7 @@
 extern "C" {
 #endif
 
-/// Makes the process's application object. NO if there is no window system.
+/// Creates the process's application object. Returns NO if there is no window system.
 BOOL NSApplicationLoad(void);
 
 #if defined(__cplusplus)
