@@ -7,7 +7,7 @@ import unittest
 from pathlib import Path
 
 SOURCES = Path(__file__).resolve().parents[2]
-# Three tests, one of them slow; without it two. One fails if the file "failing" names the preset.
+# Three tests, one of which is slow. Without the slow test, two. One test fails if the file "failing" names the preset.
 CTEST = """\
 echo "ctest $*" >>"$LOG"
 case "$*" in

@@ -93,8 +93,8 @@ TEST_F(AlertHosts, AHostWithAlertsToTheLog_ShowsNoWindowThoughThereIsADisplay) {
     EXPECT_EQ(desktop_.mostAlerts(), 0u);
 }
 
-// What belongs to the host. GNUstep would take the locale from the environment, and ignore SIGPIPE where the host
-// does not.
+// The host's own state. GNUstep would set the locale from the environment, and would ignore
+// SIGPIPE even if the host does not.
 
 const std::vector<std::string> kHostsByPipeSignal[] = {{"join"}, {"join", "pipes"}};
 

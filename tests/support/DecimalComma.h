@@ -1,4 +1,4 @@
-// DecimalComma: while it lives, this process writes numbers as German hosts do, "1,5".
+// DecimalComma: while it exists, this process writes numbers with a comma, as German hosts do: "1,5".
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,13 +11,13 @@
 
 namespace dovrel::test {
 
-/// Compiles the locale, because a small system has none with a comma. Fails the test if that fails.
+/// Compiles the locale, because a small system has no locale with a comma. Fails the test if that fails.
 class DecimalComma {
   public:
     DecimalComma() {
         folder_.write("comma.txt",
                       "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \"\"\ngrouping -1\nEND LC_NUMERIC\n");
-        // It warns that the other categories are missing, and then ends with 1.
+        // localedef warns that the other categories are missing, and then exits with 1.
         const std::string compile = "localedef --quiet --force --inputfile='" + folder_.path("comma.txt") +
                                     "' '" + folder_.path("comma") + "' >/dev/null 2>&1";
         [[maybe_unused]] const int status = std::system(compile.c_str());

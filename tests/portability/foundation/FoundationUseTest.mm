@@ -1,5 +1,5 @@
-// What belongs to the host and is as before, however Foundation is used. The uses are those of forked processes,
-// because a process uses Foundation for the first time only once.
+// Foundation must not change the host's own state, however it is used. Each use is in a forked process,
+// because a process can use Foundation for the first time only once.
 #import <Foundation/Foundation.h>
 #include <gtest/gtest.h>
 #include <objc/runtime.h>
@@ -23,8 +23,8 @@ using portability::ImportedFunction;
 
 constexpr char kLocale[] = "C.UTF-8";
 
-// True if it is true in a copy of this process in which SIGPIPE has its default action, and whose environment asks
-// for another locale than the process has.
+// Returns true if the condition holds in a copy of this process. In the copy, SIGPIPE has its default action,
+// and the environment names another locale than the one that the process uses.
 template <typename Condition>
 bool isTrueInAFreshProcess(Condition condition) {
     const pid_t process = fork();
@@ -45,7 +45,7 @@ bool ignoresBrokenPipes() {
 
 std::string localeOfCharacters() { return std::setlocale(LC_CTYPE, nullptr); }
 
-// A pool as code of a host makes it.
+// Creates an autorelease pool in the same way as the code of a host.
 void useAsAHost() {
     const id pool = [[objc_getClass("NSAutoreleasePool") alloc] init];
     [NSUserDefaults standardUserDefaults];
@@ -58,7 +58,7 @@ void useInPool(void (*use)()) {
     [pool release];
 }
 
-// The description of a list of several kinds of values takes the user's settings.
+// Describing an array with several kinds of values reads the user's settings.
 void describeValues() {
     const id values = [@"<?xml version=\"1.0\"?><plist version=\"1.0\"><array><integer>1</integer>"
                        @"<date>2001-02-03T04:05:06Z</date></array></plist>" propertyList];
@@ -111,7 +111,7 @@ TEST(FoundationUse, InPoolsOfSeveralThreads_LeavesWhatBelongsToTheHost) {
     }));
 }
 
-// Without this the tests above could not fail.
+// Checks that the tests above are able to fail.
 TEST(FoundationUse, ByTheHostItself_ChangesWhatFoundationWants) {
     EXPECT_TRUE(isTrueInAFreshProcess([] {
         useAsAHost();

@@ -308,7 +308,7 @@ TEST_F(Child, Wait_EndsWithTheProgramOrAtItsDeadline) {
     EXPECT_EQ(child.waitStatus(), 0);
 }
 
-// A process that takes over those of its descendants that have lost their parents.
+// A child subreaper becomes the parent of its descendants when their own parents end.
 TEST_F(Child, ChildSubreaper_NeverFindsTheProgram) {
     ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
     const SignalAction counted(SIGCHLD, &countSignal);

@@ -244,7 +244,7 @@ TEST(EnvironmentWithout, Variable_IsLeftOutAndOthersStay) {
     EXPECT_EQ(without.size() + 1, all.size());
 }
 
-// The system gives such a process its orphans; nothing that outlives it can be kept from it.
+// The system makes a child subreaper the parent of orphaned descendants. A launch cannot prevent that.
 TEST_F(Detached, Process_OfAChildSubreaper_BecomesItsChild) {
     ASSERT_TRUE(startsInCopyOfThisProcess([this] {
         prctl(PR_SET_CHILD_SUBREAPER, 1);
