@@ -163,7 +163,7 @@ TEST_F(FailuresTest, OutputsThatAreTheInputs_AreClearedAfterTheLastAttemptOnly) 
     EXPECT_EQ(posCallMethod(applicationId, &handle, "add", nullptr, 0, reinterpret_cast<uint8_t**>(&handle),
                             &length),
               POS_FAILURE);
-    EXPECT_EQ(forwarder_->countOf("14"), 2u);
+    ASSERT_EQ(forwarder_->countOf("14"), 2u);
     EXPECT_EQ(forwarder_->lastRequest(14)->readString(105), identifier);
     EXPECT_EQ(handle, nullptr);
     EXPECT_EQ(length, 0u);

@@ -11,4 +11,5 @@ ssize_t pwrite(int, const void*, size_t, off_t) DARWIN_UNIX2003("pwrite");
 ssize_t write(int, const void*, size_t) DARWIN_UNIX2003("write");
 int usleep(useconds_t) DARWIN_UNIX2003("usleep");
 pid_t getpid(void);
+uid_t geteuid(void);
 DARWIN_C_END
