@@ -61,6 +61,11 @@
  * Standard output. If the server is not installed, cannot be launched or never answers, the library also
  * prints a message of 10 to 20 lines for the user to stdout. One call can print it up to 21 times.
  *
+ * Host's state. The library leaves the host's signal actions, locale, environment and limits as they are. If
+ * stdout is a pipe that nobody reads, that message brings the host SIGPIPE, as its own output would; so does
+ * the trace with stderr. A host that must survive that ignores SIGPIPE. On Linux neither an alert nor its line
+ * in the system log brings the host a signal.
+ *
  * Server restarts. If the server has ended, the next call launches it again. The new server does not know the
  * applications and objects of the old one, so that call fails and shows the failure (except for registrations
  * and posGetInfo). To continue, the host registers its applications again and creates its objects again. The

@@ -1,6 +1,6 @@
 // The pool of code that uses Foundation inside somebody else's process. When GNUstep is used for the first time it
 // ignores SIGPIPE, and later it sets the locale of the process; both belong to the host. From alloc to release of
-// such a pool it can do neither on the pool's thread. So whoever sends a message to a class of Foundation opens a
+// such a pool it can do neither on the pool's thread. So code that sends a message to a class of Foundation opens a
 // pool first.
 //
 // The class has a name of its own, because GNUstep's is one of those messages.
