@@ -17,9 +17,9 @@ constexpr char kFoundation[] = "/System/Library/Frameworks/Foundation.framework/
 
 // The classes with their names on macOS and the libraries that contain them there.
 constexpr std::pair<const char*, const char*> kClasses[] = {
-    {kAppKit, "NSAlert"},           {kCoreFoundation, "NSMutableArray"},
-    {kCoreFoundation, "NSObject"},  {kFoundation, "NSAutoreleasePool"},
-    {kFoundation, "NSPipe"},        {kFoundation, "NSString"},
+    {kAppKit, "NSAlert"},          {kCoreFoundation, "NSMutableArray"},
+    {kCoreFoundation, "NSObject"}, {kFoundation, "NSAutoreleasePool"},
+    {kFoundation, "NSPipe"},       {kFoundation, "NSString"},
     {kFoundation, "NSTask"}};
 
 }  // namespace
