@@ -5,6 +5,7 @@
 #include <string>
 
 #include "InterProcessCommunication/BSDProcessList.h"
+#include "platform/AutoreleasePool.h"
 #include "platform/CFObject.h"
 #include "platform/files/Places.h"
 
@@ -44,6 +45,7 @@ OSErr FindServerApplication(CFURLRef* application) {
 }
 
 bool IsServerRunning() {
+    const AutoreleasePool pool;
     kinfo_proc* processes = nullptr;
     size_t count = 0;
     if (GetBSDProcessList(&processes, &count) != 0) return false;

@@ -5,6 +5,11 @@
 #include "macho/objc/MessageSend.h"
 #include "macho/objc/PlatformClasses.h"
 
+extern "C" {
+void* objc_autoreleasePoolPush(void);
+void objc_autoreleasePoolPop(void* pool);
+}
+
 namespace dovrel::macho {
 
 namespace {
@@ -26,6 +31,8 @@ constexpr std::pair<const char*, const char*> kClasses[] = {
 
 void addObjectiveCRuntime(ImportTable& table) {
     table.add(kLibrary, "_objc_msgSend", &macho_objc_msgSend);
+    table.add(kLibrary, "_objc_autoreleasePoolPush", &objc_autoreleasePoolPush);
+    table.add(kLibrary, "_objc_autoreleasePoolPop", &objc_autoreleasePoolPop);
     for (const auto& [library, name] : kClasses) {
         const Class theClass = platformClass(name);
         table.add(library, std::string("_OBJC_CLASS_$_") + name, (void*)theClass);

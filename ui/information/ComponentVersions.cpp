@@ -2,6 +2,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include "platform/AutoreleasePool.h"
 #include "platform/CFObject.h"
 #include "platform/files/FileURL.h"
 #include "platform/files/Places.h"
@@ -39,6 +40,7 @@ std::string versionText(const Component& component) {
 }  // namespace
 
 std::string bundleVersionText(const std::string& identifier, const std::string& path) {
+    const AutoreleasePool pool;
     const CFObject<CFBundleRef> known(newKnownBundle(identifier));
     if (known) return versionOf(known.get());
     const CFObject<CFBundleRef> installed(newBundleAt(path));

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "platform/AutoreleasePool.h"
 #include "platform/CFObject.h"
 #include "platform/files/OpenFile.h"
 #include "platform/files/Places.h"
@@ -70,6 +71,7 @@ std::optional<std::string> textOfValue(CFTypeRef value) {
 }
 
 std::optional<std::string> textInPropertyList(const std::string& path, const std::string& key) {
+    const AutoreleasePool pool;
     const std::optional<std::string> content = contentOfFile(fileSystemPath(path));
     if (!content) return std::nullopt;
     const CFObject<CFDataRef> data(CFDataCreate(kCFAllocatorDefault,
