@@ -11,13 +11,13 @@ namespace {
 constexpr int kNotRun = -1;
 constexpr useconds_t kPollInterval = 1000;
 
-// Raises for bytes that are no UTF-8 text, as the task does for what it cannot take.
+// Raises an Objective-C exception if an argument is not UTF-8. NSTask also raises one for what it cannot use.
 void addArguments(NSMutableArray* list, const std::vector<std::string>& arguments) {
     for (const std::string& argument : arguments)
         [list addObject:[NSString stringWithUTF8String:argument.c_str()]];
 }
 
-// Raises when the task cannot be launched.
+// Raises an Objective-C exception if the task cannot be launched.
 int launchAndWait(NSTask* task, NSString* command, const std::vector<std::string>* arguments,
                   NSMutableArray* list) {
     [task setLaunchPath:command];
@@ -31,14 +31,14 @@ int launchAndWait(NSTask* task, NSString* command, const std::vector<std::string
     [task setStandardError:error];
     [task launch];
     while ([task isRunning]) usleep(kPollInterval);
-    // A task that has run may live on until its thread's run loop turns, which need not ever happen here; the
-    // ends of its pipes are not left to it.
+    // The pipes are closed here and not left to the task object. That object may live until the run loop of
+    // its thread runs, which may never happen.
     [[output fileHandleForReading] closeFile];
     [[error fileHandleForReading] closeFile];
     return [task terminationStatus];
 }
 
-// Objective-C exceptions end here; no C++ exception passes through.
+// Objective-C exceptions are caught here. No C++ exception passes through this function.
 int runTask(NSTask* task, NSString* command, const std::vector<std::string>* arguments,
             NSMutableArray* list) {
     @try {

@@ -7,13 +7,13 @@ namespace dovrel {
 
 namespace {
 
-// The address is made of 8 bytes, of which the platform takes the four of the signature.
+// The address has 8 bytes. The platform uses only the first four, the signature.
 constexpr Size kTargetSize = 8;
 constexpr char kTarget[kTargetSize] = "RBJT";
 
 }  // namespace
 
-// Where the address cannot be made it stays null, and the events to it fail when they are made or sent.
+// If the address cannot be created, it stays null. Then events to it cannot be created or sent.
 IPC_via_AE::IPC_via_AE() {
     AECreateDesc(typeApplSignature, kTarget, kTargetSize, &target_);
 }
@@ -28,7 +28,7 @@ int32_t IPC_via_AE::CreateEvent(AEEventClass eventClass, AEEventID eventID, Appl
 
 int32_t IPC_via_AE::PutData(AppleEvent* event, const uint8_t* bytes, uint32_t length) const {
     const auto size = static_cast<Size>(length);
-    // In 32 bits the platform's size ends at half of what a length can be.
+    // On a 32-bit platform `Size` is signed and has 32 bits, so a length of 2 GiB or more becomes negative.
     if (size < 0) return memFullErr;
     return AEPutParamPtr(event, keyDirectObject, typeChar, bytes, size);
 }

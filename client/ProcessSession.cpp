@@ -17,7 +17,8 @@ namespace {
 
 POSAccessUserInteraction* theSession = nullptr;
 
-/// Belongs to the session that is there; without one it is not to be used, because closing does not clear it.
+/// The forwarder of the current session. Must not be used if there is no session, because closeSession
+/// does not reset it.
 POSTransferObjForwarder* theForwarder = nullptr;
 
 }  // namespace
@@ -31,8 +32,8 @@ void openSession(const SessionParts& parts) {
     if (theSession != nullptr) return;
     const std::string bundlePath = libraryComponent().path;
     {
-        // Not used any further: with the path the log's folder comes into being, at the first opening
-        // already.
+        // Both values are unused. errorLogPath() is called because it creates the log's folder, so the folder
+        // exists from the first opening of a session on.
         const std::string logPath = errorLogPath();
         const std::string banner = versionBanner(bundlePath);
     }

@@ -17,7 +17,7 @@ bool isPlainFile(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// Whether another file can take over the name of this one without anybody noticing.
+// Returns whether another file can take over the name of this one without a visible difference.
 bool isReplaceable(const std::string& path, struct stat& status) {
     return lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 &&
            !hasExtendedAttributes(path);
@@ -30,8 +30,8 @@ bool writeNew(const std::string& path, const std::string& text) {
     return std::fclose(file.release()) == 0 && isComplete;
 }
 
-// Mode "r+b" creates nothing: some systems refuse to open a file of another user for creation in a sticky
-// folder, although it may be written.
+// Mode "r+b" never creates a file. In a sticky folder some systems refuse to open another user's file in a
+// mode that can create one, even if it is writable.
 bool writeInPlace(const std::string& path, const std::string& text) {
     OpenFile file(std::fopen(path.c_str(), "r+b"));
     struct stat status;
@@ -40,7 +40,7 @@ bool writeInPlace(const std::string& path, const std::string& text) {
     return std::fclose(file.release()) == 0 && isComplete;
 }
 
-// A file that may not be written is not replaced either, though its folder may allow it.
+// A file that is not writable is not replaced, even if the permissions of its folder would allow that.
 bool mayBeWritten(const std::string& path) {
     return OpenFile(std::fopen(path.c_str(), "r+b")) != nullptr;
 }

@@ -51,7 +51,7 @@ void removeLeftover(const std::string& path) {
     if (!isUnfinished(path)) return;
     const int descriptor = open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) return;
-    // Under the lock, so that a writer that has just made the file finds that it is gone.
+    // The file is deleted while it is locked. A writer that has just created it then notices that it is gone.
     if (lock(descriptor) && namesFile(path, descriptor) && isUnfinished(path)) std::remove(path.c_str());
     close(descriptor);
 }
@@ -75,15 +75,15 @@ SuccessorFile::~SuccessorFile() {
     close(descriptor_);
 }
 
-// False with EEXIST if another name may be free.
+// Returns false if the file could not be created. With errno EEXIST another name may be free.
 bool SuccessorFile::create(const std::string& path) {
     const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kUnfinished);
     if (descriptor < 0) {
         hasNoRoom_ = meansNoRoom(errno);
         return false;
     }
-    // A writer that has taken the file for a leftover holds the lock, or has deleted the file. Some file
-    // systems know no locks; there a writer deletes nothing either.
+    // Another writer may have mistaken this file for a leftover. Then that writer holds the lock or has
+    // deleted the file. On a file system without locks no writer deletes leftovers.
     const bool isTaken = !lock(descriptor) && errno == EWOULDBLOCK;
     if (isTaken || !namesFile(path, descriptor)) {
         close(descriptor);
@@ -108,7 +108,8 @@ bool SuccessorFile::takeMode(const struct stat& old) const {
 
 bool SuccessorFile::write(const std::string& text) const {
     if (!writeAt(descriptor_, text.data(), text.size(), 0)) return false;
-    // Some file systems tell only a close that there was no room; the file itself stays open for its lock.
+    // Some file systems report only at close() that there is no room. So a copy of the descriptor is closed.
+    // The file itself stays open, because closing it would release its lock.
     const int copy = dup(descriptor_);
     return copy >= 0 && close(copy) == 0;
 }

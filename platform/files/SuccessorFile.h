@@ -1,13 +1,14 @@
-// A file beside another one that takes over its name once its content is complete.
+// SuccessorFile: a new file in the same folder as an old one. It takes over the old file's name when
+// its content is complete.
 //
-// It is named after the other file, with ".new0" to ".new9" at the end, and locked as long as its writer
-// lives. Until its content is complete it has the permission bits 0200, which users do not give to their
-// files. So a file of such a name with exactly these bits that is not locked is what a killed writer has left.
+// The new file has the name of the old file plus ".new0" to ".new9". Its writer holds a lock on it. Until the
+// content is complete, the file has the permission bits 0200, which users do not give to their files. So a
+// file with such a name, exactly these bits and no lock was left by a writer that was killed.
 //
-// It gets the permissions of the other file just before it takes over the name. If the writer is killed
-// between these two steps, the complete new content stays under the name of the successor until the user
-// deletes it: it can no longer be told from a user's file, and later writers use the next name. The same
-// happens to every leftover on a file system that does not keep permission bits.
+// The new file gets the permissions of the old file just before it takes over the name. If the writer is
+// killed between these two steps, the complete new content stays under the name with ".newN" until the user
+// deletes it. It cannot be told from a user's file any more, and later writers use the next name. The same
+// happens to every leftover on a file system that does not store permission bits.
 #pragma once
 
 #include <sys/stat.h>
@@ -18,21 +19,20 @@ namespace dovrel {
 
 class SuccessorFile {
   public:
-    /// Deletes what killed writers of this user have left beside the file `path`: every plain file of such a
-    /// name that has the permission bits 0200 and no other name, belongs to the effective user and is not
-    /// locked. All other files stay. Failures are ignored.
+    /// Deletes what killed writers of this user have left for the file `path`: every regular file with a name
+    /// as above that has the permission bits 0200 and only one name (hard link), belongs to the effective
+    /// user and is not locked. All other files stay. Failures are ignored.
     static void removeLeftovers(const std::string& path);
 
     enum class Outcome {
         kReplaced,  ///< the file has the new content
-        kRefused,   ///< there can be no exchange, or it could be noticed; nothing has changed
-        kFailed     ///< there is no room for the new content, or it cannot be written; nothing has changed
+        kRefused,   ///< not possible, or it would be visible; nothing has changed
+        kFailed     ///< no room for the new content, or a write error; nothing has changed
     };
 
-    /// Replaces the plain file `path`, whose status is `old`, by a new file with the content `text` and the
-    /// same owner, group and permissions. Refused if the new file would get an access control list or
-    /// extended attributes from its folder. Any thread; writers of several processes do not disturb each
-    /// other.
+    /// Replaces the regular file `path`, whose status is `old`, by a new file with the content `text` and the
+    /// same owner, group and permissions. Returns kRefused if the new file would get an access control list
+    /// or extended attributes from its folder. Any thread; several processes can write at the same time.
     static Outcome replace(const std::string& path, const struct stat& old, const std::string& text);
 
     SuccessorFile(const SuccessorFile&) = delete;
@@ -53,7 +53,7 @@ class SuccessorFile {
     bool hasNoRoom_ = false;
 };
 
-/// Whether the file has an access control list or extended attributes of its own.
+/// Returns whether the file has an access control list or extended attributes.
 bool hasExtendedAttributes(const std::string& path);
 
 }  // namespace dovrel

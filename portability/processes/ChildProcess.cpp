@@ -18,7 +18,8 @@ namespace {
 
 enum Phase : int { kStarting, kRunning, kEnded };
 
-// Also wakes threads of the host from within the go-between, because both have one memory.
+// Can be called in the go-between. It wakes the host's threads from there, because both
+// processes share their memory.
 DOVREL_IN_NEW_PROCESS void enterPhase(int& phase, int next) {
     __atomic_store_n(&phase, next, __ATOMIC_RELEASE);
     systemCall(SYS_futex, address(&phase), FUTEX_WAKE_PRIVATE, INT_MAX);
@@ -36,7 +37,7 @@ void waitForPhaseAfter(int& phase, int before) {
 
 }  // namespace
 
-// Belongs to the ChildProcess and to the thread that waits; whichever of them is last frees it.
+// Shared by the ChildProcess and the waiting thread. The last of the two to release it frees it.
 struct ChildProcess::Watch {
     explicit Watch(const ChildProgram& given)
         : child(given), program(child.program, child.arguments, child.environment, child.descriptors) {
@@ -56,10 +57,11 @@ struct ChildProcess::Watch {
 
 int ChildProcess::Watch::runGoBetween(void* argument) {
     Watch& watch = *static_cast<Watch*>(argument);
-    // It would keep the memory of a host that has ended.
+    // Without this, the go-between would keep the host's memory allocated after the host has ended.
     systemCall(SYS_prctl, PR_SET_PDEATHSIG, SIGKILL);
     const pid_t child = watch.program.start();
-    // Before the host goes on: a descriptor that the host closes then must be closed everywhere.
+    // Must be done before start() returns in the host. A descriptor that the host then closes must not stay
+    // open in the go-between.
     closeFrom(0);
     if (child >= 0) {
         enterPhase(watch.phase, kRunning);
@@ -69,7 +71,7 @@ int ChildProcess::Watch::runGoBetween(void* argument) {
     return 0;
 }
 
-// The go-between uses the errno of this thread, and dies with it.
+// Runs on its own thread. The go-between shares the errno of that thread, and is killed when the thread ends.
 void ChildProcess::Watch::waitForGoBetween() {
     const pid_t goBetween = makeProcess(&runGoBetween, stack.top(), 0, this);
     if (goBetween < 0) {
@@ -95,7 +97,7 @@ ChildProcess::~ChildProcess() {
 int ChildProcess::start(const ChildProgram& program) {
     watch_ = std::make_shared<Watch>(program);
     try {
-        const SignalPause pause;  // the thread's signals are blocked from its beginning
+        const SignalPause pause;  // so that the thread starts with all signals blocked
         thread_ = std::thread([watch = watch_] { watch->waitForGoBetween(); });
     } catch (const std::system_error& error) {
         return error.code().value();

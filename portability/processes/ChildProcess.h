@@ -1,12 +1,12 @@
-// A program that runs beside this process and whose end this process learns, without being its parent as far
-// as the host can see. Private to the layer.
+// ChildProcess: starts a program and reports when and how it ended. For the host, this process is not the
+// program's parent. Private to the layer.
 //
-// The program's parent is a go-between: a process that shares the host's memory, runs nothing but system
-// calls, and waits for the program's end. The go-between announces its own end by no signal. So the host's
-// handling of children sees neither of the two: no SIGCHLD arrives, a host that ignores SIGCHLD or waits for
-// every child takes nothing away, and no zombie stays.
+// The parent is a third process, the go-between. It shares the host's memory, makes only system calls, and
+// waits until the program ends. The end of the go-between causes no signal. So the program and the go-between
+// do not affect how the host treats its children: no SIGCHLD arrives, no zombie remains, and the exit status
+// is not lost if the host ignores SIGCHLD or waits for every child.
 //
-// While the program runs, one thread of this process waits for the go-between. It takes no signal.
+// While the program runs, one thread of this process waits for the go-between. All its signals are blocked.
 #pragma once
 
 #include <memory>
@@ -18,38 +18,39 @@
 
 namespace portability {
 
-/// A program, with all that it gets besides this process's limits and rights.
+/// What to start. Everything else, such as resource limits and user, is that of this process.
 struct ChildProgram {
-    std::string program;                   ///< path of the file
-    std::vector<std::string> arguments;    ///< from the program's name on
+    std::string program;                   ///< path of its file
+    std::vector<std::string> arguments;    ///< the first is the program's name
     std::vector<std::string> environment;  ///< entries "NAME=value"
-    std::vector<int>
-        descriptors;  ///< appear as 0, 1, 2 … in this order, all others are closed; see kNullDevice
-    bool leavesFolderAndMask = false;  ///< runs in "/" with umask 022, instead of this process's
+    std::vector<int> descriptors;  ///< become 0, 1, 2 … in this order, all others are closed; see kNullDevice
+    bool leavesFolderAndMask = false;  ///< true: runs in "/" with umask 022; false: as this process
 };
 
-/// Not to be used by two threads at once.
+/// Must not be used by two threads at once.
 class ChildProcess {
   public:
     ChildProcess() = default;
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    /// Leaves a program that still runs alone.
+    /// If the program still runs, it goes on running.
     ~ChildProcess();
 
-    /// Starts the program in a session of its own, with no signal blocked or ignored, and waits until it runs
-    /// or its start has failed. Returns an errno value, 0 on success. To be called once.
+    /// Starts the program in a new session, with all signals unblocked and at their default actions.
+    /// Waits until it runs or its start has failed. Returns 0 on success, otherwise an errno value.
+    /// Call it only once.
     int start(const ChildProgram& program);
 
-    /// Whether the program was started and has not ended. It also counts as ended if its go-between was
-    /// killed. If this process ends first, the program runs on.
+    /// Returns whether the program was started and has not ended. If the go-between was killed, the program
+    /// counts as ended. If this process ends first, the program goes on running.
     bool isRunning() const;
 
-    /// Waits until the program does not run any more. False if it still does at the deadline.
+    /// Waits until the program has ended. Returns false if it still runs at the deadline.
     bool waitForEnd(const Deadline& deadline) const;
 
-    /// How the program ended, as wait(2) tells it; that of SIGKILL if its go-between was killed. 0 before.
+    /// Returns the program's status as wait(2) does. Returns the status for SIGKILL if the go-between was
+    /// killed, and 0 if the program has not ended yet.
     int waitStatus() const;
 
   private:

@@ -14,7 +14,8 @@ namespace {
 
 constexpr std::size_t kMostInherited = 4;
 
-// Its only task is to be gone: what it has made is then nobody's child.
+// The go-between starts the program and ends. The program then has lost its parent, so it is
+// not the host's child.
 DOVREL_IN_NEW_PROCESS int runGoBetween(void* program) {
     static_cast<PreparedProgram*>(program)->start();
     systemCall(SYS_exit_group, 0);

@@ -1,4 +1,4 @@
-// Starting a program that is nobody's child. Private to the layer.
+// Starts a program that is not a child of this process. Private to the layer.
 #pragma once
 
 #include <string>
@@ -6,30 +6,30 @@
 
 namespace portability {
 
-/// What to start, and all that it gets.
+/// The program to start, and everything that it receives.
 struct DetachedProcess {
-    std::string program;                   ///< path of the file
-    std::vector<std::string> arguments;    ///< from the program's name on
+    std::string program;                   ///< path of its file
+    std::vector<std::string> arguments;    ///< the first is the program's name
     std::vector<std::string> environment;  ///< entries "NAME=value"
-    std::vector<int> descriptors;  ///< at most 4; appear as 3, 4 … in this order, 0, 1 and 2 are /dev/null
+    std::vector<int> descriptors;  ///< at most 4; become 3, 4 … in this order; 0, 1, 2 are /dev/null
 };
 
-/// Starts the program in a session of its own, in the folder "/", with umask 022, no signal blocked and none
-/// ignored. It inherits nothing else from this process and becomes the child of the system's first process,
-/// so that it outlives this one and is never its zombie. Waits until the program runs or its start has
-/// failed.
+/// Starts the program in a new session, in the folder "/", with umask 022, all signals unblocked and at their
+/// default actions. It inherits nothing else from this process. The system's first process becomes its
+/// parent, so it can outlive this process and is never a zombie of this process. Waits until the program runs
+/// or its start has failed.
 ///
-/// Answers an errno value, 0 on success. Any thread, whatever the other threads do; the calling process gets
-/// no SIGCHLD, and its own handling of children neither sees nor disturbs this one.
+/// Returns 0 on success, otherwise an errno value. Any thread, regardless of what other threads do. This
+/// process receives no SIGCHLD, and its handling of children is not affected.
 ///
-/// One kind of process is different: the first of a container, and one that has made itself a child subreaper
-/// (prctl). The system gives it all of its descendants that have lost their parents, and so this program as
-/// well: SIGCHLD tells of its end, a wait for every child finds it, and it stays a zombie until then. Whoever
-/// takes on that part reaps children that it does not know anyway; no program that outlives it can be kept from
-/// it.
+/// There is an exception: a process that is the first of a container, or that has made itself a child
+/// subreaper (prctl). The system makes it the parent of all descendants that have lost their parents, so also
+/// of this program. It receives SIGCHLD when the program ends, a wait for every child returns the program,
+/// and until then the program is a zombie. Such a process must reap unknown children anyway. No program that
+/// outlives it can be hidden from it.
 int startDetached(const DetachedProcess& process);
 
-/// This process's environment, without the entry of `variable` if that is not empty.
+/// Returns the environment of this process without `variable`; if `variable` is empty, the whole environment.
 std::vector<std::string> environmentWithout(const std::string& variable);
 
 }  // namespace portability

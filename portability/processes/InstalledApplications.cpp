@@ -20,10 +20,10 @@ constexpr std::size_t kMostFolders = 4096;
 
 struct Folder {
     std::string path;
-    int depth;  // 0: a fixed place
+    int depth;  // number of folders below a fixed place
 };
 
-// Symbolic links can form a circle.
+// Recognises folders that were visited before, because symbolic links can form a circle.
 class VisitedFolders {
   public:
     bool isNew(const std::string& path) {
@@ -50,7 +50,7 @@ std::vector<std::string> foldersIn(const std::string& folder) {
     return folders;
 }
 
-// An application can be reached through links as well.
+// Adds the path unless the list contains it. Several symbolic links can lead to the same application.
 void addOnce(std::vector<std::string>& paths, const std::string& path) {
     if (std::find(paths.begin(), paths.end(), path) == paths.end()) paths.push_back(path);
 }

@@ -8,8 +8,8 @@
 #include <cerrno>
 #include <cstdint>
 
-// The C library's own name for clone. The thread sanitizer wraps the other one and takes what it makes for a
-// copy of the process, with memory of its own.
+// The C library's internal name of clone(). The thread sanitizer replaces clone() and treats the new process
+// as a copy with its own memory, which is wrong here.
 extern "C" int __clone(int (*function)(void*), void* stack, int flags, void* argument, ...);
 
 namespace portability {
@@ -26,7 +26,7 @@ long systemCall(long number, long first, long second, long third, long fourth) {
 }
 
 void resetAction(int signal) {
-    static const char kDefault[64] = {};  // every field of the kernel's record is 0 for the default action
+    static const char kDefault[64] = {};  // the default action: every field is 0
     systemCall(SYS_rt_sigaction, signal, address(kDefault), 0, kSignalSetSize);
 }
 
@@ -39,7 +39,7 @@ void closeFrom(int first) {
     }
 }
 
-// The library's own call for this leaves out the signals that threads send each other.
+// Does not use pthread_sigmask, because that leaves out the signals that the C library uses between threads.
 SignalPause::SignalPause() {
     std::array<unsigned char, kSignalSetSize> all;
     all.fill(0xFF);

@@ -1,11 +1,12 @@
-// Making a process that shares this one's memory until its new program runs. Private to the layer.
+// Creates a process that shares this process's memory until it starts a new program. Private to the layer.
 //
-// As after vfork, nothing is copied, however large the host is, and no lock can be found taken. A failure is
-// reported by writing it down. A pipe that closes at the start of the program would not do: another thread
-// that forks at the wrong moment keeps its other end open.
+// As with vfork, no memory is copied, however large the host is, and no lock can be found locked. A failure
+// to start the program is reported through the shared memory. A pipe that closes when the program starts
+// would not be reliable: if another thread forks at that moment, the copy keeps the pipe open.
 //
-// Code in such a process must not touch anything of the host's. So it makes plain system calls, which no
-// sanitizer and no wrapper of the host's notices, and it runs no handler and no exit function.
+// Code in such a process must not change anything that belongs to the host. So it makes plain
+// system calls, which neither a sanitizer nor a wrapper of the host sees, and it runs no signal
+// handler and no exit function.
 #pragma once
 
 #include <sys/types.h>
@@ -14,16 +15,17 @@
 #include <csignal>
 #include <memory>
 
-/// Marks a function that runs in a new process.
+/// Marks a function that runs in such a process.
 #define DOVREL_IN_NEW_PROCESS __attribute__((no_sanitize("address", "thread", "undefined"), noinline))
 
 namespace portability {
 
-/// The kernel's signals are 1 to kLastSignal; its sets of signals have that many bits.
+/// The kernel's signals have the numbers 1 to kLastSignal. Its signal sets have one bit for each.
 constexpr int kLastSignal = 64;
 constexpr long kSignalSetSize = kLastSignal / 8;
 
-/// Returns -1 with errno set on failure. errno is the one of the thread that made the process.
+/// Makes a system call. Returns -1 and sets errno on failure. errno is the variable of the thread
+/// that created the process.
 DOVREL_IN_NEW_PROCESS long systemCall(long number, long first = 0, long second = 0, long third = 0,
                                       long fourth = 0);
 
@@ -32,14 +34,14 @@ DOVREL_IN_NEW_PROCESS long address(Pointer* pointer) {
     return reinterpret_cast<long>(pointer);
 }
 
-/// Gives a signal its default action, in the calling process only.
+/// Sets the signal to its default action, only in the calling process.
 DOVREL_IN_NEW_PROCESS void resetAction(int signal);
 
-/// Closes `first` and all descriptors above it.
+/// Closes all descriptors from `first` upwards.
 DOVREL_IN_NEW_PROCESS void closeFrom(int first);
 
-/// While it exists, the calling thread takes no signal, so that no handler of the host runs in a process that
-/// the thread makes. Blocks also the signals that the C library keeps for itself.
+/// Blocks all signals on the calling thread while the object exists, including those that the C library
+/// reserves for itself. So no handler of the host runs in a process that the thread creates meanwhile.
 class SignalPause {
   public:
     SignalPause();
@@ -51,7 +53,7 @@ class SignalPause {
     std::array<unsigned char, kSignalSetSize> before_;
 };
 
-/// The stack of a new process. Must exist as long as the process shares this memory.
+/// The stack of a new process. It must exist as long as that process shares this process's memory.
 class ProcessStack {
   public:
     ProcessStack();
@@ -61,15 +63,16 @@ class ProcessStack {
     std::unique_ptr<char[]> memory_;
 };
 
-/// Makes a process that runs `function(argument)` on `stack`, with the descriptors and signal actions of this
-/// process copied and its memory shared. `flags` are those of clone(2); its lowest byte is the signal that
-/// announces the end of the process, 0 for none. Returns the id of the process, -1 with errno set on failure.
+/// Creates a process that runs `function(argument)` on the stack that ends at `stackTop`. The process has
+/// copies of this process's descriptors and signal actions, and shares its memory. `flags` are those of
+/// clone(2). Their lowest byte is the signal that reports the end of the process, 0 for none. Returns the
+/// process ID, or -1 with errno set on failure.
 ///
-/// A process without such a signal that has not started a program is seen only by a wait for __WCLONE or
-/// __WALL: not by SIGCHLD, and not by a wait for every child.
+/// A process without that signal causes no SIGCHLD. Until it has started a program, only a wait with __WCLONE
+/// or __WALL finds it; a wait for every child does not.
 DOVREL_IN_NEW_PROCESS pid_t makeProcess(int (*function)(void*), void* stackTop, int flags, void* argument);
 
-/// Blocks until a process without a signal has ended, and lets the system forget it.
+/// Waits until a process without such a signal has ended, and reaps it.
 void awaitProcess(pid_t process);
 
 }  // namespace portability

@@ -14,7 +14,8 @@ constexpr mode_t kMask = 022;
 constexpr int kStartFailed = 127;
 
 DOVREL_IN_NEW_PROCESS void resetSignals() {
-    // A handler would run in the host's memory, and an ignored signal would stay ignored in the new program.
+    // Without this, a handler of the host would run in the host's memory, and ignored signals would stay
+    // ignored in the new program.
     for (int signal = 1; signal <= kLastSignal; ++signal) {
         resetAction(signal);
     }
@@ -47,7 +48,8 @@ PreparedProgram::PreparedProgram(const std::string& program, const std::vector<s
             false,
             descriptors.size() > kMostDescriptors ? EINVAL : 0} {}
 
-// First all out of the way, then each to its place: the old numbers may be among the new ones.
+// Duplicates all descriptors above the final numbers first, then puts each at its number. In one step, a
+// descriptor could overwrite one that is still needed.
 bool PreparedProgram::placeDescriptors(const Plan& plan) {
     const int aside = plan.descriptorCount;
     const long null = systemCall(SYS_openat, AT_FDCWD, address("/dev/null"), O_RDWR);
@@ -92,13 +94,13 @@ pid_t PreparedProgram::start() {
     if (plan_.failure != 0) {
         return -1;
     }
-    // The end of a child that is ignored leaves nothing to wait for.
+    // If SIGCHLD were ignored, the system would reap the child itself, and no wait could return its status.
     resetAction(SIGCHLD);
     const pid_t child = makeProcess(&run, stackTop_, CLONE_VFORK | SIGCHLD, &plan_);
     if (child < 0) {
         plan_.failure = errno;
     } else if (plan_.failure != 0) {
-        // It still holds its copies of the descriptors for a moment.
+        // The child has not quite ended yet and still has copies of the descriptors. So its end is awaited.
         systemCall(SYS_wait4, child, 0, __WALL);
         return -1;
     }

@@ -1,4 +1,5 @@
-// A program with all that it gets, prepared before the process exists that will run it. Private to the layer.
+// PreparedProgram: a program and everything that it receives, prepared before its process is created.
+// Private to the layer.
 #pragma once
 
 #include <string>
@@ -8,14 +9,14 @@
 
 namespace portability {
 
-/// Stands in a list of descriptors for one of /dev/null.
+/// In a list of descriptors: use /dev/null.
 constexpr int kNullDevice = -1;
 
 class PreparedProgram {
   public:
-    /// The program at the path `program`, with its arguments from the program's name on, its environment
-    /// (entries "NAME=value") and its descriptors, which appear as 0, 1, 2 … in the order of the list (at
-    /// most kMostDescriptors). All four must outlive this object.
+    /// Prepares the program at the path `program`. The first of the arguments is the program's name, the
+    /// environment has entries "NAME=value", and the descriptors become 0, 1, 2 … in the order of the list
+    /// (at most kMostDescriptors). All four must exist as long as this object.
     PreparedProgram(const std::string& program, const std::vector<std::string>& arguments,
                     const std::vector<std::string>& environment, const std::vector<int>& descriptors);
     PreparedProgram(const PreparedProgram&) = delete;
@@ -23,20 +24,20 @@ class PreparedProgram {
 
     static constexpr std::size_t kMostDescriptors = 8;
 
-    /// Lets the program run in the folder "/" and with umask 022, instead of those of this process.
+    /// Makes the program run in the folder "/" with umask 022. Otherwise it runs with those of this process.
     void leaveFolderAndMask() { plan_.leavesFolderAndMask = true; }
 
-    /// Makes a child of the calling process and starts the program in it. For a process that makeProcess has
-    /// made, with every signal blocked. The program runs in a session of its own, with no signal blocked or
-    /// ignored, and has no descriptor but those of the list. Waits until it runs or its start has failed.
-    /// Returns the child's id, -1 if there is none.
+    /// Creates a child of the calling process and starts the program in it. To be called in a process that
+    /// makeProcess has created, with all signals blocked. The program runs in a new session, with all signals
+    /// unblocked and at their default actions, and has only the descriptors of the list. Waits until it runs
+    /// or its start has failed. Returns the child's process ID, or -1 if there is no child.
     DOVREL_IN_NEW_PROCESS pid_t start();
 
-    /// Why the start has failed: an errno value, 0 if it has not.
+    /// Returns the errno value of the failed start, or 0 if the start has not failed.
     int failure() const { return plan_.failure; }
 
   private:
-    // All that the child reads. Plain pointers: reading them takes no code of the library's.
+    // Everything that the child reads. Plain pointers, so that the child runs no code of the C++ library.
     struct Plan {
         const char* program;
         char* const* arguments;

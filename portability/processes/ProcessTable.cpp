@@ -22,7 +22,7 @@ namespace {
 
 constexpr const char* kProcesses = "/proc";
 
-// Of the flags: the process is on its way out.
+// The flag for a process that is exiting.
 constexpr unsigned long kExiting = 0x4;
 
 std::string folderOf(const std::string& number) {
@@ -42,7 +42,8 @@ bool hasEnded(char state) {
     return state == 'Z' || state == 'X' || state == 'x';
 }
 
-// The program behind the process. The system adds " (deleted)" when the file is gone or was replaced.
+// Returns the path of the program that the process runs. The system appends " (deleted)" if the file
+// was deleted or replaced.
 std::string programFile(const std::string& folder) {
     constexpr std::string_view kDeleted = " (deleted)";
     std::array<char, PATH_MAX> path;
@@ -59,14 +60,15 @@ std::string programFile(const std::string& folder) {
     return file;
 }
 
-// Programs of other users may not be looked at, and the kernel's own tasks have none.
+// Returns what the process itself states as its program, or its short name. It is used if the program's path
+// is not known: other users' processes do not allow reading it, and kernel tasks have no program.
 std::string statedFile(const std::string& folder, const std::string& shortName) {
     const std::string arguments = content(folder + "/cmdline");
     const std::string first = arguments.substr(0, arguments.find('\0'));
     return first.empty() ? shortName : first;
 }
 
-// Reads what follows the name in /proc/<pid>/stat. False if the text is not whole.
+// Reads the fields after the name in /proc/<pid>/stat. Returns false if the text is incomplete.
 bool readStatus(const char* text, Process& process, unsigned long& flags) {
     unsigned long long startTime = 0;
     const int read =
@@ -79,7 +81,7 @@ bool readStatus(const char* text, Process& process, unsigned long& flags) {
 std::optional<Process> readProcess(const std::string& number, uid_t user) {
     const std::string folder = folderOf(number);
     const std::string status = content(folder + "/stat");
-    // The name stands in parentheses and may contain some itself.
+    // The name is enclosed in parentheses and may contain parentheses itself.
     const std::size_t nameBegin = status.find('(');
     const std::size_t nameEnd = status.rfind(')');
     if (nameBegin == std::string::npos || nameEnd == std::string::npos || nameEnd < nameBegin) {
@@ -94,7 +96,7 @@ std::optional<Process> readProcess(const std::string& number, uid_t user) {
     }
     process.file = programFile(folder);
     if (process.file.empty()) {
-        // It has given its program back already and will do nothing any more, though it is no zombie yet.
+        // The process is exiting and has already released its program, although it is not a zombie yet.
         if ((flags & kExiting) != 0) return std::nullopt;
         process.file = statedFile(folder, status.substr(nameBegin + 1, nameEnd - nameBegin - 1));
     }
@@ -102,8 +104,8 @@ std::optional<Process> readProcess(const std::string& number, uid_t user) {
     return process;
 }
 
-// The owner of the folder is the effective user of the process. (The files in it belong to root if nobody may
-// look into the process.)
+// The owner of the folder in /proc is the effective user of the process. (The files in that folder belong to
+// root if the process cannot be inspected.)
 bool readUser(const std::string& number, uid_t& user) {
     struct stat owner;
     if (stat(folderOf(number).c_str(), &owner) != 0) return false;
@@ -111,8 +113,9 @@ bool readUser(const std::string& number, uid_t& user) {
     return true;
 }
 
-// In a container, or wherever else a process has other files under the same paths, another bundle lies there.
-// False also if the process may not be looked at.
+// Returns whether the path names the same folder for this process and for the other. In a
+// container, or with other mounts, the other process may see a different bundle there. Also returns
+// false if it cannot be inspected.
 bool seesSameFolder(const Process& process, const std::string& folder) {
     const std::string seen = folderOf(std::to_string(process.id)) + "/root" + folder;
     struct stat ours;
@@ -121,8 +124,9 @@ bool seesSameFolder(const Process& process, const std::string& folder) {
            ours.st_dev == theirs.st_dev && ours.st_ino == theirs.st_ino;
 }
 
-// Applications of one name and one signature are copies of one application; only one of them can run. By their
-// names, others could not be told apart.
+// Returns whether all bundles, which have the same name, are copies of one application: all have the same
+// signature. Only one copy of an application can run at a time. Different applications could not be told
+// apart by their names.
 bool areOneApplication(const std::vector<std::string>& bundles) {
     if (bundles.size() == 1) return true;
     const OSType signature = signatureOf(bundles.front());

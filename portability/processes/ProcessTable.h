@@ -1,6 +1,6 @@
-// The processes of this system, from /proc. Private to the layer.
+// Reads the processes of this system from /proc. Private to the layer.
 //
-// Nothing here is kept: a process may end, and its number be given again, at any time.
+// The results are snapshots: a process can end at any time, and its ID can then be used for another process.
 #pragma once
 
 #include <CoreServices/MacTypes.h>
@@ -17,28 +17,29 @@ struct Process {
     pid_t id;
     pid_t parent;
     pid_t group;
-    uid_t user;        ///< whose rights it has
-    char state;        ///< the system's letter: R runs, S sleeps, T is stopped …
-    UInt64 startTime;  ///< in clock ticks since the system's start; with the id it tells processes apart
-    std::string file;  ///< path of the program if it may be known, else what the process says of itself
-    std::string name;  ///< the file's name, whole
+    uid_t user;        ///< the effective user
+    char state;        ///< the system's letter: R running, S sleeping, T stopped …
+    UInt64 startTime;  ///< clock ticks since the system started; unique together with the ID
+    std::string file;  ///< path of the program; if it is not known, what the process states
+    std::string name;  ///< the last component of `file`, not shortened
 };
 
-/// The process with that id; nothing when there is none, or only what is left of one that has ended.
+/// Returns the process with this ID. Returns nothing if there is none, or if it has ended or is exiting.
 std::optional<Process> findProcess(pid_t id);
 
-/// The live processes of this user that concern the current system root.
+/// Returns this user's live processes that concern the current system root:
 ///
-/// The name of an application that is installed in a fixed place of the root belongs to that application: a
-/// process of that name is listed only if its program is the application's executable. If several applications
-/// have that name and all have the same signature, it may be the executable of any of them. In doubt (different
-/// signatures or none, a process that may not be looked at) it is not listed: Launch Services finds a running
-/// application by its endpoint anyway, but a process that is taken for the application keeps it from being
-/// launched. Other programs inside an application bundle are listed if the bundle lies in a fixed place of the
-/// root, programs outside bundles always.
+/// - A process with the name of an application that is installed in a fixed place of the root is listed only
+///   if it runs that application's executable. If several installed applications have that name and all have
+///   the same signature, it may run the executable of any of them.
+/// - If their signatures differ or are missing, or if the process cannot be inspected, it is not listed.
+///   Launch Services finds a running application by its endpoint anyway. But a process that is mistaken for
+///   the application prevents its launch.
+/// - Other programs inside an application bundle are listed if the bundle is in a fixed place of the root.
+/// - Programs outside bundles are always listed.
 std::vector<Process> listProcesses();
 
-/// How many processes there are, including ended ones and those of other users and roots.
+/// Returns the number of all processes, including ended ones and those of other users and roots.
 std::size_t countProcesses();
 
 }  // namespace portability

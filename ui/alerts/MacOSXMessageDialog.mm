@@ -11,7 +11,7 @@
 #include "ui/alerts/MacOSXMessageDialog.h"
 #include "ui/information/ManagementApplication.h"
 
-// Answers the Help button of an alert.
+// Opens the help pages when the user presses the Help button of an alert.
 @interface DovrelAlertHelp : NSObject
 - (BOOL)alertShowHelp:(NSAlert*)alert;
 @end
@@ -30,10 +30,11 @@ namespace dovrel {
 
 namespace {
 
-/// As runModal answers it; the platform's own names for it differ from version to version.
+/// The value that runModal returns for the first button. It is a number here, because its name in the headers
+/// differs between versions of the platform.
 constexpr NSInteger kFirstButtonReturn = 1000;
 
-/// The number serves every version, too.
+/// NSAlertStyle's value for a warning. It is a number for the same reason.
 constexpr int kWarningStyle = 0;
 
 struct AlertRequest {
@@ -43,34 +44,34 @@ struct AlertRequest {
     int answer;
 };
 
-/// The strings live until the pool is drained.
+/// The texts of an alert. The strings are valid until the autorelease pool is drained.
 struct AlertTexts {
     NSString* title;
     NSString* body;
     NSString* firstButton;
-    NSString* secondButton;  ///< nil where there is none
+    NSString* secondButton;  ///< nil if there is no second button
 };
 
-/// "%s" is the placeholder of the body.
+/// The body of the alert replaces "%s".
 NSString* const kUnshownAlertText = @"Couldn't initialise NSApplication! No Error dialogue shown; message of "
                                     @"the failed dialogue:  \n \"%s\"\n";
 
-/// The string of a text in any encoding that readableText() knows. Each line end becomes one line feed,
-/// because not every window system breaks a line at a carriage return.
+/// Returns the text as a string. The text can have any encoding that readableText() knows. Each line end
+/// becomes one line feed, because not every window system breaks a line at a carriage return.
 NSString* readableString(const std::string& text) {
     return [NSString stringWithUTF8String:withLineFeedsOnly(readableText(text)).c_str()];
 }
 
 NSString* captionString(const char* key) { return readableString(MultiLanguageSupport::getText(key)); }
 
-// The placeholder is replaced here: given bytes for a "%s", NSLog would read them in the system encoding,
-// which lacks most characters.
+// Replaces the placeholder before NSLog is called. NSLog would read the bytes for a "%s" in the system
+// encoding, which does not have most characters.
 void logUnshownAlert(NSString* body) {
     NSLog(@"%@", [kUnshownAlertText stringByReplacingOccurrencesOfString:@"%s" withString:body]);
 }
 
-// False when the alert could not be run; else `pressed` is what it returned, which may be any number when the
-// host ends it. No object of C++ lives in a function with @try.
+// Runs the alert. Returns false if that failed. Otherwise `*pressed` is what runModal returned, which can be
+// any number if the host ended the alert. A function with @try must not contain C++ objects.
 bool runModalAlert(AlertTexts texts, BOOL showsHelp, NSInteger* pressed) {
     bool wasRun = false;
     @try {
@@ -111,7 +112,7 @@ void* runRequest(void* parameter) {
     try {
         request->answer = runAlert(*request);
     } catch (...) {
-        // Memory has run out, and nothing may be thrown through a remote call: the alert is not shown.
+        // Memory has run out. An exception must not leave a remote call, so the alert counts as not shown.
     }
     [pool release];
     return nullptr;

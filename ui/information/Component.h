@@ -1,5 +1,4 @@
-// The installed components of the product: what they are called, under which identifier they are known, and
-// where they lie.
+// The bundles of the product that can be installed on this machine: their names, identifiers and paths.
 #pragma once
 
 #include <string>
@@ -7,9 +6,9 @@
 namespace dovrel {
 
 struct Component {
-    std::string name;        ///< for readers of a report
-    std::string identifier;  ///< of the bundle
-    std::string path;        ///< of the bundle, one of the platform's
+    std::string name;        ///< the name that the system report shows
+    std::string identifier;  ///< identifier of the bundle
+    std::string path;        ///< path of the bundle, as in platform/files/Places.h
 };
 
 Component serverComponent();
@@ -18,7 +17,8 @@ Component siblingComponent();
 Component compatibilityComponent();
 Component managementComponent();
 
-/// The identifier of this library's bundle, of its sibling's, and of the compatibility bundle.
+/// Return the identifier of the bundle of this library, of its sibling bundle, and
+/// of the compatibility bundle.
 std::string libraryIdentifier();
 std::string siblingIdentifier();
 std::string compatibilityIdentifier();

@@ -1,7 +1,8 @@
-// The versions of the installed components of the product.
+// Reads the versions of the installed components of the product.
 //
-// All texts are in UTF-8. A version that is not a string is formatted as "%@" does; one that cannot be found
-// reads "n/a". What Foundation makes on the way is freed before a function returns. Any thread.
+// All texts are in UTF-8. A version that is not a string is formatted as Foundation's "%@" does. A
+// version that cannot be found is "n/a". All temporary objects of Foundation are released before a
+// function returns. Any thread.
 #pragma once
 
 #include <string>
@@ -10,26 +11,28 @@
 
 namespace dovrel {
 
-/// Replaces a version that is not there.
+/// The text for a version that cannot be found.
 inline constexpr char kMissingVersion[] = "n/a";
 
-/// The version of the bundle that the process knows under `identifier`, wherever it lies; when it knows none,
-/// of the one at `path` (absolute). "n/a" when there is no bundle or it does not tell its version.
+/// Returns the version of the bundle with this identifier that the process uses or has loaded, wherever its
+/// files are. If there is no such bundle, returns the version of the bundle at `path` (absolute). Returns
+/// "n/a" if there is no bundle, or if it has no version.
 std::string bundleVersionText(const std::string& identifier, const std::string& path);
 
-// The same of one component each.
+// Each returns the version of one component.
 std::string serverVersionText();
 std::string libraryVersionText();
 std::string siblingVersionText();
 std::string compatibilityVersionText();
 std::string managementVersionText();
 
-/// The version of the installer that put the bundle at `bundlePath` (absolute) there; "n/a" when its property
-/// list is missing or damaged, or does not tell it.
+/// Returns the version of the installer that installed the bundle at `bundlePath` (absolute). Returns "n/a"
+/// if the bundle's property list is missing, is damaged or has no installer version.
 std::string installerVersion(const std::string& bundlePath);
 
-/// The management application's installer version, with a "*" behind it when the server application, this
-/// library or its sibling comes from another one. Components that are not installed count as "n/a".
+/// Returns the version of the installer that installed the management application. A "*" is appended if
+/// another version installed the server application, this library or its sibling. A component that is not
+/// installed counts as "n/a".
 std::string componentsInstallerVersion();
 
 }  // namespace dovrel

@@ -1,11 +1,12 @@
-// The maker's management application, in which alerts have a Help button.
+// The manufacturer's management application. Only in this application alerts have a Help button.
 #pragma once
 
 namespace dovrel {
 
 inline constexpr const char* kManagementApplicationIdentifier = "com.Quernvale.Halcon";
 
-/// Whether the process is the management application: its main bundle's identifier, without regard to case.
+/// Returns whether this process is the management application. Compares the identifier of the
+/// main bundle, ignoring case.
 bool isManagementApplication();
 
 }  // namespace dovrel

@@ -1,4 +1,4 @@
-// Texts out of property lists.
+// Reads values of property lists as texts.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -8,14 +8,14 @@
 
 namespace dovrel {
 
-/// `value`, which may be null, in UTF-8: a string as it is, any other value of a property list as the format
-/// "%@" shows it. Nothing for null, and for text that UTF-8 cannot express (half a surrogate pair). Any
-/// thread.
+/// Returns `value` as text in UTF-8. A string is returned unchanged; any other value of a property list is
+/// formatted as Foundation's "%@" does. Returns nothing if `value` is null, or if UTF-8 cannot express the
+/// text (half a surrogate pair). Any thread.
 std::optional<std::string> textOfValue(CFTypeRef value);
 
-/// The text under `key` (UTF-8) of the dictionary in the file at `path` (of the platform, UTF-8), read anew
-/// at each call. Nothing if there is no such file, it is damaged or is not a dictionary, or the dictionary
-/// has no value under the key. Any thread.
+/// Reads the property list at `path` (a path of the platform, in UTF-8) and returns the value of `key`
+/// (UTF-8) as text. Reads the file again at each call. Returns nothing if there is no such file, if the file
+/// is damaged or does not contain a dictionary, or if the dictionary does not contain the key. Any thread.
 std::optional<std::string> textInPropertyList(const std::string& path, const std::string& key);
 
 }  // namespace dovrel

@@ -16,7 +16,8 @@ namespace {
 
 constexpr size_t kPieceSize = 4096;
 
-/// A folder, and a file that cannot be read to its end, count as a damaged list: a part of a list is none.
+/// Returns the content of the file, or nothing if it cannot be opened. After a read error (for example, if
+/// the path names a folder) the content is cut; then it is not a valid property list.
 std::optional<std::string> contentOfFile(const std::string& path) {
     const OpenFile file(std::fopen(path.c_str(), "rb"));
     if (!file) return std::nullopt;
@@ -34,8 +35,8 @@ std::optional<std::string> textOfString(CFStringRef string) {
     return bytes.data();
 }
 
-// Foundation raises for a text that it cannot read. Objective-C exceptions end here; no C++ exception passes
-// through.
+// Returns null if Foundation raises an exception, which it does for a text that it cannot parse. The
+// Objective-C exception is caught here. No C++ exception passes through this function.
 NSString* newDescription(const char* list) {
     @try {
         const id value = [[NSString stringWithUTF8String:list] propertyList];
@@ -45,8 +46,8 @@ NSString* newDescription(const char* list) {
     }
 }
 
-/// "%@" shows Foundation's objects, so the value passes to Foundation as text. Texts do without: a host that
-/// shows and reports nothing never gets to Foundation.
+/// Only Foundation can format "%@", so the value is passed to Foundation as an XML property list. Strings do
+/// not take this path, so a host that shows no alert and makes no report never uses Foundation.
 std::optional<std::string> formattedValue(CFPropertyListRef value) {
     const CFObject<CFDataRef> list(
         CFPropertyListCreateData(kCFAllocatorDefault, value, kCFPropertyListXMLFormat_v1_0, 0, nullptr));

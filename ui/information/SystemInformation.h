@@ -1,6 +1,7 @@
-// The operating system's name and version, as the system report tells them.
+// Reads the operating system's name and version for the system report.
 //
-// All texts are in UTF-8. What Foundation makes on the way is freed before a function returns. Any thread.
+// All texts are in UTF-8. All temporary objects of Foundation are released before a
+// function returns. Any thread.
 #pragma once
 
 #include <optional>
@@ -8,15 +9,16 @@
 
 namespace dovrel {
 
-/// The value under `key` in the system's version property list, as "%@" formats it; nothing if there is no
-/// such list or no such value in it.
+/// Returns the value of `key` in the system's version property list, formatted as Foundation's "%@" does.
+/// Returns nothing if the list is missing or does not contain the key.
 std::optional<std::string> systemVersionValue(const std::string& key);
 
-/// The system's name and its architecture: "Mac OS X (x86)". An absent name reads as the platform formats an
-/// absent object.
+/// Returns the system's name and architecture, for example "Mac OS X (x86)". If the name is missing, "(null)"
+/// takes its place, because "%@" formats nil so.
 std::string osNameText();
 
-/// The system's version and its build: "10.6.8 (10K549)". Absent ones as above.
+/// Returns the system's version and build, for example "10.6.8 (10K549)". Missing values are
+/// formatted as in osNameText.
 std::string osVersionText();
 
 }  // namespace dovrel

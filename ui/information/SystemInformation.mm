@@ -15,7 +15,7 @@ constexpr char kProductBuildVersion[] = "ProductBuildVersion";
 constexpr char kArchitecture[] = "x86";
 constexpr char kMissingText[] = "-";
 
-/// Nil for nothing, which the platform has a format for.
+/// Returns nil if there is no text; "%@" formats nil as "(null)".
 NSString* stringOf(const std::optional<std::string>& text) {
     return text ? [NSString stringWithUTF8String:text->c_str()] : nil;
 }

@@ -1,19 +1,21 @@
-// The system report: what the machine runs and which versions of the product are installed on it, for the
-// maker's support. It is in English, whatever the user's language.
+// The system report for the manufacturer's support: the operating system of this machine, and the installed
+// versions of the product. It is always in English.
 #pragma once
 
 #include <string>
 
 namespace dovrel {
 
-/// The two sections that stand where details of the system and logs of crashes are withheld; nothing of the
-/// kind is gathered.
+/// Returns two sections that replace the details of the system and the logs of crashes. The library does
+/// not collect such information.
 std::string removedInformationText();
 
-/// The complete report in UTF-8, lines ended by line feeds, read anew at each call: the operating system, the
-/// components with their versions and those of their installers, whether these agree, the sections of
-/// removedInformationText. What is missing or damaged reads "n/a", or as the platform formats an absent
-/// object; it is no failure. Any thread.
+/// Returns the complete report in UTF-8; each line ends with a line feed. It contains the operating system,
+/// the versions of the components and of their installers, whether these installers agree, and
+/// removedInformationText(). Reads everything again at each call.
+///
+/// A missing or damaged value is not a failure: it appears as "n/a", or as "(null)" for the
+/// operating system. Any thread.
 std::string systemReport();
 
 }  // namespace dovrel
