@@ -36,8 +36,8 @@ class POSAccessUIDialogHandler {
     /// the first operation.
     void setClient(POSAccessClient* client) { client_ = client; }
 
-    /// Sets the path of the library's installed bundle and loads the texts in the user's language. If there
-    /// are no texts, later lookups return "".
+    /// Sets the path of the library's installed bundle and loads the texts in the user's language. If the
+    /// texts cannot be loaded, later lookups return "".
     void setBundlePath(const std::string& bundlePath);
 
     /// Sets all flags, then clears those whose codes are among the options. Null options, and a length that

@@ -17,8 +17,9 @@ namespace portability {
 
 namespace {
 
-/// Takes over the descriptor. In a host that has closed its standard streams, their numbers stay free: what
-/// it prints must not get into the conversation.
+/// Takes ownership of the descriptor and returns one above those of the standard streams. If a host
+/// has closed its standard streams, their numbers must stay free; otherwise its output would be
+/// sent to the helper.
 FileDescriptor aboveStandardStreams(int number) {
     FileDescriptor given(number);
     if (number > STDERR_FILENO || number < 0) return given;
@@ -86,7 +87,7 @@ std::optional<AlertEvent> AlertConversation::next() {
         if (!receive()) return std::nullopt;
     }
     const std::optional<AlertEvent> event = AlertMessages::parseEvent(*line, buttons_);
-    // The user may take any time.
+    // The alert is on the screen. There is no limit for the user's answer.
     if (event && event->kind == AlertEvent::Kind::shown) deadline_ = Deadline::never();
     return event;
 }

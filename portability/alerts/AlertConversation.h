@@ -1,4 +1,4 @@
-// One alert, shown by a helper process. Private to the layer.
+// AlertConversation: one alert, which a helper process shows. Private to the layer.
 #pragma once
 
 #include <cstddef>
@@ -12,27 +12,30 @@
 
 namespace portability {
 
-/// In ticks of 1/60 s: a helper that cannot get its window onto the screen must not hold the host forever.
+/// The longest time until the window is on the screen, in ticks of 1/60 s. After that the alert has failed,
+/// so that a helper without a working screen cannot block the host forever.
 constexpr long kLongestAlertStart = 60 * 60;
 
-/// As long as a helper takes to notice that its alert is over; one that does not notice must not hold the host.
+/// The longest wait for the end of the helper after the alert, in ticks of 1/60 s, so that a helper that does
+/// not end cannot block the host.
 constexpr long kLongestAlertEnd = 2 * 60;
 
-/// The host never finds the helper among its children, not even one that takes over those of its descendants
-/// that have lost their parents (the first process of a container, a child subreaper).
+/// The helper is not a child of the host. This also holds for a host that becomes the parent of descendants
+/// that have lost their parents (the first process of a container, or a child subreaper).
 class AlertConversation {
   public:
-    /// Starts the helper and sends it the request. Whether that went well is seen at the first event.
+    /// Starts the helper and sends the request to it. If that fails, the first call
+    /// of next() returns nothing.
     explicit AlertConversation(const AlertRequest& request, long longestStart = kLongestAlertStart);
 
-    /// Closes the alert and waits until its helper has ended, at most for kLongestAlertEnd.
+    /// Closes the alert and waits until the helper has ended, at most kLongestAlertEnd.
     ~AlertConversation();
     AlertConversation(const AlertConversation&) = delete;
     AlertConversation& operator=(const AlertConversation&) = delete;
 
-    /// Waits for the next event. Returns nothing if there will be none: the helper could not be started or
-    /// has ended, did not show the alert within `longestStart`, or sent something that is not an event. Then,
-    /// and after `pressed`, it must not be called again.
+    /// Waits for the next event. Returns nothing if the helper could not be started, has ended, did not show
+    /// the alert within `longestStart`, or sent something that is not an event. After that, and after a
+    /// `pressed` event, next() must not be called again.
     std::optional<AlertEvent> next();
 
   private:
@@ -48,9 +51,10 @@ class AlertConversation {
     AlertLines lines_;
 };
 
-/// Shows the alert and waits until a button is pressed; returns its index. Returns nothing if the alert
-/// could not be shown or was not answered. `onHelp(context)` is called on this thread at each press of Help;
-/// it must not throw. Any thread, several at a time; does not throw.
+/// Shows the alert, waits until a button is pressed, and returns the button's index. Returns nothing
+/// if the alert could not be shown or ended without an answer. Each time the user presses Help, it
+/// calls `onHelp(context)` on this thread; `onHelp` must not throw. Any thread, several at the same
+/// time. Does not throw.
 std::optional<size_t> runAlert(const AlertRequest& request, void (*onHelp)(void*), void* context) noexcept;
 
 }  // namespace portability

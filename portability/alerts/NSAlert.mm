@@ -71,8 +71,8 @@ static portability::AlertRequest requestOf(DovrelPortabilityAlert* alert) {
     return request;
 }
 
-// No object of C++ lives in a function with @try: their exceptions do not mix everywhere. The alert stays,
-// whatever becomes of the help.
+// A function with @try must not contain C++ objects, because not every compiler unwinds both kinds of
+// exceptions. If the delegate raises an exception, the alert stays on the screen.
 static void showHelp(void* context) {
     DovrelPortabilityAlert* const alert = static_cast<DovrelPortabilityAlert*>(context);
     @try {
@@ -82,7 +82,7 @@ static void showHelp(void* context) {
     }
 }
 
-// Exceptions of C++ end here: the caller's frames know those of Objective-C only.
+// C++ exceptions are caught here, because the caller's frames can only handle those of Objective-C.
 static NSInteger pressedButton(DovrelPortabilityAlert* alert) {
     try {
         const auto button = portability::runAlert(requestOf(alert), showHelp, alert);

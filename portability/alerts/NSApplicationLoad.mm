@@ -5,7 +5,7 @@
 
 namespace {
 
-// Exceptions of C++ end here: the caller's frames know those of Objective-C only.
+// C++ exceptions are caught here, because the caller's frames can only handle those of Objective-C.
 bool canShowAlerts() {
     try {
         return !portability::usableAlertHelper().empty();

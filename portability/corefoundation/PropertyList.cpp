@@ -29,8 +29,8 @@ ObjectHolder newInteger(const std::string& text) {
     return ObjectHolder(end == text.c_str() ? nullptr : new __CFNumber(value));
 }
 
-// With a point in every locale of the host. (std::from_chars returns no value for numbers that a double cannot
-// hold, which the platform reads as infinity or 0.)
+// Reads a decimal point in every locale of the host. (Not std::from_chars: it returns no value for numbers
+// outside the range of double, which the platform reads as infinity or 0.)
 ObjectHolder newReal(const std::string& text) {
     static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
     char* end = nullptr;
@@ -46,7 +46,7 @@ ObjectHolder newDate(const std::string& text) {
                                : nullptr);
 }
 
-// Blanks inside are skipped; any other foreign byte is damage.
+// White space is skipped. Any other character that is not base64 makes the list invalid.
 ObjectHolder newData(const std::string& base64) {
     constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::string bytes;
@@ -119,7 +119,7 @@ ObjectHolder newObject(const PropertyListNode& node) {
     return ObjectHolder();
 }
 
-// A text in UTF-16 with a byte order mark becomes UTF-8; others are taken for UTF-8.
+// Returns the text in UTF-8. Text with a UTF-16 byte order mark is converted; other text counts as UTF-8.
 std::string inUtf8(std::string_view content) {
     const bool isBigEndian = content.substr(0, 2) == "\xFE\xFF";
     if (!isBigEndian && content.substr(0, 2) != "\xFF\xFE") {

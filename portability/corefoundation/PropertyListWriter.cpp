@@ -12,12 +12,12 @@ namespace {
 
 constexpr double kSecondsFrom1970To2001 = 978307200;
 
-// The form has years of four digits, and GNUstep 1.28 never returns from the description of a date before the
-// year 1.
+// The earliest date that is written. The format has years of four digits, and GNUstep 1.28 hangs when it
+// formats a date before the year 1.
 constexpr double kBeginningOfYear2 = -63082540800;
 constexpr double kEndOfYear9999 = 252423993599;
 
-// Thrown and caught inside this file only.
+// Thrown and caught only in this file.
 struct NotAPropertyList {};
 
 std::string element(const std::string& name, const std::string& content) {
@@ -34,7 +34,7 @@ std::string escaped(const std::string& text) {
         } else if (character == '&') {
             result += "&amp;";
         } else if (character == '\r') {
-            result += "&#13;";  // a plain one would be read as a line feed
+            result += "&#13;";  // an unescaped one would be read as a line feed
         } else {
             result += character;
         }
@@ -42,7 +42,7 @@ std::string escaped(const std::string& text) {
     return result;
 }
 
-// With a point in every locale of the host.
+// Writes a decimal point in every locale of the host.
 std::string realText(double value) {
     constexpr int kDigitsOfDouble = 17;
     char text[40];

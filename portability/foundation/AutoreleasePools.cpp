@@ -1,5 +1,5 @@
-// The runtime's pools, for code that calls Core Foundation only. Core Foundation of this layer is plain C++ and
-// autoreleases nothing, so there is nothing to collect.
+// The functions of the Objective-C runtime for autorelease pools, for code that calls only Core Foundation.
+// They do nothing, because this layer's Core Foundation is plain C++ and autoreleases nothing.
 extern "C" {
 
 void* objc_autoreleasePoolPush(void);

@@ -22,10 +22,12 @@ char* changeLocale(int category, const char* locale) {
     return std::setlocale(category, usesOfThread > 0 ? nullptr : locale);
 }
 
-// GNUstep's calls pass through here only as long as somebody uses it: this code may be unloaded before GNUstep.
+// Redirects two of GNUstep's calls to the functions above, only while Foundation is in use. This code may be
+// unloaded before GNUstep, so the redirection must not stay.
 class Detour {
   public:
-    // A class lies in the library that defines it, and looking it up sends no message.
+    // A class is in the library that defines it, so its address identifies GNUstep's library. Looking up a
+    // class sends no message.
     Detour()
         : action_(objc_getClass("NSObject"), "sigaction"), locale_(objc_getClass("NSObject"), "setlocale") {}
 

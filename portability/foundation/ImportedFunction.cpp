@@ -40,7 +40,8 @@ bool contains(const dl_phdr_info& library, uint32_t kind, uintptr_t address) {
     return false;
 }
 
-/// The tables of a loaded library. The loader has made most of their offsets addresses.
+/// The tables of a loaded library. The dynamic loader has already converted most of
+/// their offsets into addresses.
 class Tables {
   public:
     explicit Tables(const dl_phdr_info& library) : base_(library.dlpi_addr) {
@@ -120,7 +121,7 @@ void ImportedFunction::restore() noexcept {
     if (place_ != nullptr) write(original_);
 }
 
-// After loading, such places are made read-only.
+// The dynamic loader makes such places read-only after relocation.
 void ImportedFunction::write(void* function) noexcept {
     if (isProtected_ && !protectPageOf(place_, PROT_READ | PROT_WRITE)) return;
     __atomic_store_n(place_, function, __ATOMIC_RELEASE);

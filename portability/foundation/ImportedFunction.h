@@ -1,16 +1,17 @@
-// Where another library of this process keeps the address of a function that it calls. Private to the layer.
+// ImportedFunction: the place where another library of this process stores the address of a function that it
+// imports. Private to the layer.
 #pragma once
 
 namespace portability {
 
 class ImportedFunction {
   public:
-    /// Looks for the import `name` of the library that `address` lies in. Where there is none, the object does
-    /// nothing.
+    /// Finds the import `name` of the library that contains `address`. If there is none, all functions of
+    /// the object do nothing.
     ImportedFunction(const void* address, const char* name) noexcept;
 
-    /// Lets that library, and no other, call `replacement` instead, until restore(). Calls that are under way on
-    /// other threads reach one of the two. Not to be used by two threads at once.
+    /// Makes only that library call `replacement` instead, until restore(). A call on another thread at this
+    /// moment reaches either function. Must not be used by two threads at once.
     void redirect(void* replacement) noexcept;
     void restore() noexcept;
 

@@ -1,7 +1,8 @@
-// The system log of the code that this layer is linked to. Foundation has the same call, but GNUstep 1.28
-// writes in the encoding of the process, sets the host's locale from the environment at its first line, ends the
-// process if standard error is a pipe that nobody reads, and ends it if the log is used for the first time in an
-// exit handler that is older than Foundation itself.
+// NSLog for the code that is linked to this layer. GNUstep 1.28 has its own, but that one:
+// - writes in the encoding of the process;
+// - sets the host's locale from the environment at its first line;
+// - ends the process if standard error is a pipe without a reader;
+// - ends the process if it is first used in an exit handler that was registered before Foundation was loaded.
 #import <Foundation/Foundation.h>
 
 #include <errno.h>
@@ -31,7 +32,8 @@ std::string timeText() {
     return seconds + ("." + milliseconds.substr(1));
 }
 
-// In UTF-8. A name in another encoding is read as Mac Roman, in which every byte is a character.
+// Returns the program's name in UTF-8. A name that is not UTF-8 is read as Mac Roman, in which every
+// byte is a character.
 std::string programName() {
     const std::string name = program_invocation_short_name;
     if (portability::decodeText(name, kCFStringEncodingUTF8)) return name;
@@ -45,8 +47,8 @@ std::string beginning() {
            std::to_string(syscall(SYS_gettid)) + "] ";
 }
 
-// A pipe that nobody reads announces itself by SIGPIPE, which would end the host. It goes to the thread that
-// writes, and is taken back from there, unless one waits for the host already.
+// Writing to a pipe without a reader raises SIGPIPE on the writing thread, which would end the host. This
+// object blocks the signal on this thread and removes it afterwards, unless the host already had one pending.
 class BrokenPipeSilence {
    public:
     BrokenPipeSilence() {
@@ -74,7 +76,7 @@ class BrokenPipeSilence {
     bool isHosts_;
 };
 
-// In one call, so that the lines of several threads and processes do not mix.
+// Writes the line with one call, so that the lines of several threads and processes do not mix.
 bool writeToStandardError(const std::string& line) {
     const BrokenPipeSilence silence;
     ssize_t written = 0;
@@ -84,8 +86,8 @@ bool writeToStandardError(const std::string& line) {
     return written >= 0;
 }
 
-// For hosts that have closed standard error. The C library's syslog() would keep a descriptor open, in place of
-// one of the standard streams, and would use what the host told it with openlog().
+// Used if the host has closed standard error. The C library's syslog() would leave a descriptor open, with
+// the number of a standard stream, and would use the host's openlog() settings.
 void writeToDaemon(const std::string& message) {
     const portability::FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     const sockaddr_un daemon = {AF_UNIX, "/dev/log"};

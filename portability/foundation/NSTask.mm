@@ -14,12 +14,12 @@ namespace {
 
 using portability::ChildProcess;
 
-// The descriptors of a task's two pipes, as long as it is being launched.
+// The descriptors of a task's pipes while the task is being launched.
 class Pipes {
    public:
     Pipes(NSPipe* output, NSPipe* error) : output_(output), error_(error) {}
 
-    // In the order of the program's descriptors 0, 1 and 2.
+    // Returns the descriptors that the program gets as 0, 1 and 2.
     std::vector<int> descriptors() const {
         return {inherited(0), writingEnd(output_, 1), writingEnd(error_, 2)};
     }
@@ -30,7 +30,8 @@ class Pipes {
     }
 
    private:
-    // In a host without standard streams the pipes have their numbers.
+    // Returns the host's descriptor for the program to inherit. In a host that has closed its standard
+    // streams, a pipe may have this number; the program then gets /dev/null.
     int inherited(int descriptor) const {
         const bool isOpen = fcntl(descriptor, F_GETFD) >= 0;
         return isOpen && !isPartOf(output_, descriptor) && !isPartOf(error_, descriptor)

@@ -25,7 +25,8 @@ bool isUtf8(const char* file) {
     return decodeText(bytes, kCFStringEncodingUTF8).has_value();
 }
 
-// Selectors of the language are not there yet while code is loaded, so messages are sent by hand.
+// Sends a message through the runtime's functions, because the compiler's selectors are not registered yet
+// while the library is being loaded.
 id send(id receiver, const char* name) {
     const SEL selector = sel_registerName(name);
     return reinterpret_cast<id (*)(id, SEL)>(objc_msg_lookup(receiver, selector))(receiver, selector);
@@ -38,7 +39,8 @@ id classNamed(const char* name) {
 bool readAsLatin1() {
     if (std::getenv(kEncodingVariable) != nullptr) return false;
     if (isUtf8("/proc/self/cmdline") && isUtf8("/proc/self/environ")) return false;
-    // The variable is read once, when a text is taken for the first time, and that is here.
+    // GNUstep reads the variable only once, when it first needs a text. The messages below
+    // make that happen now.
     setenv(kEncodingVariable, kAnyBytes, 0);
     beginFoundationUse();
     const id pool = send(classNamed("NSAutoreleasePool"), "new");

@@ -1,12 +1,13 @@
-// What a host was started with may be no text. Private to the layer.
+// Lets Foundation start in a host whose arguments or environment are not UTF-8. Private to the layer.
 #pragma once
 
 namespace portability {
 
-/// Foundation takes the arguments and the environment of the process for UTF-8. Where they are not, it raises
-/// an exception when it first needs them, for a line in the system log already, and ends the process the
-/// second time. This lets it take them for Latin 1 instead, in which every byte is a character. Done once,
-/// when the code is loaded and before anything of Foundation is used; later calls do nothing.
+/// Foundation reads the arguments and the environment of the process as UTF-8. If they are not UTF-8,
+/// it raises an exception when it first needs them, which may be for a line in the system log, and ends
+/// the process the second time. This function makes Foundation read them as Latin 1 instead, in which
+/// every byte is a character. It runs once, when the code is loaded and before Foundation is used;
+/// later calls do nothing.
 void makeHostTextsReadable();
 
 }  // namespace portability

@@ -20,7 +20,7 @@ class IPC_via_AETest : public testing::Test {
   protected:
     ~IPC_via_AETest() override { EXPECT_EQ(platform.livingDescriptors, 0); }
 
-    /// What GetData makes of an event with this direct parameter; the outputs are filled beforehand.
+    /// Calls GetData for an event with this direct parameter. The outputs have other values before the call.
     int32_t getData(const std::optional<std::string>& directParameter) {
         const Client_to_POS_Communicator channel;
         EventDescriptor event;
@@ -82,7 +82,7 @@ TEST_F(IPC_via_AETest, PutData_OfMoreThanAnEventHolds_AnswersMemoryFull) {
     EventDescriptor event;
     channel.CreateEvent('BUFF', 'data', event.get());
     const uint8_t byte = 0;
-    // Lengths that are negative as the size of a 32-bit platform; no byte is looked at.
+    // Lengths that become negative in a 32-bit `Size`. No byte is read.
     EXPECT_EQ(channel.PutData(event.get(), &byte, 0x80000000u), memFullErr);
     EXPECT_EQ(channel.PutData(event.get(), &byte, 0xFFFFFFFFu), memFullErr);
 }

@@ -49,7 +49,7 @@ namespace {
 using dovrel::test::HostState;
 using dovrel::test::PosLibrary;
 
-// Out of the way, because the host may have closed what it was.
+// Copied to a high number, because the host may have closed the standard streams.
 const int answers = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 100);
 
 // One write, so that lines of several threads do not mix.
@@ -64,7 +64,7 @@ bool has(const char* habit) {
     return habits.count(habit) != 0;
 }
 
-// As the host was before there was any code of the library.
+// The host's state before any code of the library was loaded.
 std::unique_ptr<HostState> atFirst;
 
 bool begins(const std::string& text, const char* beginning) {
@@ -120,7 +120,7 @@ class Host {
     }
 
   private:
-    // A call that succeeds, so that everything is there that calls without alerts bring along.
+    // Makes a call that succeeds, so that everything exists that calls without alerts create.
     void instantiate() const {
         std::string name = "Echo";
         name.resize(POS_IDENTIFIER_SIZE, '\0');

@@ -36,7 +36,7 @@ void addSignals(std::vector<std::string>& lines) {
     }
 }
 
-// Open while it is read.
+// The folder of descriptors itself is open while it is read.
 bool isListOfDescriptors(const std::string& target) {
     return target == "/proc/" + std::to_string(getpid()) + "/fd";
 }
@@ -64,7 +64,7 @@ void addLimits(std::vector<std::string>& lines) {
     }
 }
 
-// That of the process, all categories, and whether this thread has one of its own.
+// Returns the process's locale for all categories, and whether this thread has its own locale.
 std::string currentLocale() {
     const bool isOwn = uselocale(nullptr) != LC_GLOBAL_LOCALE;
     return std::setlocale(LC_ALL, nullptr) + std::string(isOwn ? ", another in this thread" : "");
@@ -76,7 +76,7 @@ mode_t currentMask() {
     return mask;
 }
 
-// Looks without taking a child's end away from the host.
+// Returns whether there is a child. Does not reap a child that has ended.
 bool hasChild() {
     siginfo_t ended;
     return waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT | __WALL) == 0 || errno != ECHILD;

@@ -1,4 +1,4 @@
-// The state of a process that belongs to the host: a call of the library must leave it as it was.
+// HostState: the state of a process that belongs to the host. The library's calls must not change it.
 #pragma once
 
 #include <string>
@@ -8,12 +8,12 @@ namespace dovrel::test {
 
 class HostState {
   public:
-    /// Takes note of the signal dispositions, the signals that this thread blocks, the open descriptors, the
-    /// locale, the environment, the limits, the working folder, the mask for new files, and whether there is a
-    /// child, ended or not.
+    /// Records the signal actions, the signals that this thread blocks, the open descriptors, the
+    /// locale, the environment, the limits, the working folder, the umask, and whether there is a
+    /// child (running or ended).
     HostState();
 
-    /// Compares with the present state; one line for each difference.
+    /// Compares with the current state. Returns one line for each difference.
     std::vector<std::string> changes() const;
 
   private:

@@ -1,14 +1,14 @@
-// The pool of code that uses Foundation inside somebody else's process. When GNUstep is used for the first time it
-// ignores SIGPIPE, and later it sets the locale of the process; both belong to the host. From alloc to release of
-// such a pool it can do neither on the pool's thread. So code that sends a message to a class of Foundation opens a
-// pool first.
+// The autorelease pool for code that uses Foundation in a host's process. At its first use GNUstep ignores
+// SIGPIPE, and later it sets the locale of the process; both belong to the host. From `alloc` to `release` of
+// this pool, GNUstep cannot do either on the pool's thread. So code must open a pool before it sends a
+// message to a class of Foundation.
 //
-// The class has a name of its own, because GNUstep's is one of those messages.
+// The class has a name of its own, because creating GNUstep's own pool already sends such a message.
 #pragma once
 
 #include_next <Foundation/NSAutoreleasePool.h>
 
-/// Belongs to the thread that made it; pools of a thread are released in the reverse order.
+/// A pool belongs to the thread that created it. The pools of a thread must be released in reverse order.
 GS_ROOT_CLASS @interface DovrelPool {
     Class isa;
     id pool_;
@@ -18,11 +18,11 @@ GS_ROOT_CLASS @interface DovrelPool {
 - (id)init;
 + (Class)class;
 
-/// Releases all objects that were autoreleased since, and the pool.
+/// Releases the pool, and all objects that were autoreleased since it was created.
 - (void)release;
 - (void)drain;
 
-/// The number of those objects.
+/// Returns the number of these objects.
 - (unsigned)autoreleaseCount;
 
 @end

@@ -28,7 +28,7 @@ using test::ScratchFolder;
 
 constexpr unsigned kUnfinished = 0200;
 
-// A process that holds the lock of a file, as a writer does, until it is killed.
+// A process that locks a file, as a writer does, until the process is killed.
 class LivingWriter {
   public:
     explicit LivingWriter(const std::string& path) {

@@ -1,4 +1,4 @@
-// What the runtime promises about pools that are opened without a message.
+// The functions of the Objective-C runtime for autorelease pools, which need no message.
 #include <gtest/gtest.h>
 
 #include <thread>
