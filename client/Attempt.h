@@ -11,7 +11,7 @@
 
 namespace dovrel {
 
-/// The outcome of one attempt.
+/// The result of one call of an operation.
 struct Attempt {
     bool succeeded = false;                 ///< the operation's result; false if the operation threw
     bool threw = false;                     ///< the operation threw instead of returning

@@ -1,7 +1,7 @@
 // @try in 32-bit images. A handler is a setjmp, whose buffer the runtime keeps while the block runs.
 //
 // Exceptions of this system's runtime unwind the stack instead. Therefore a method that is called in such a
-// block gets a special return address. Unwinding ends there and jumps to the handler. In such a block, only
+// block has a special return address. Unwinding ends there and jumps to the handler. In such a block, only
 // methods may throw.
 #pragma once
 

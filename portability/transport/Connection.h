@@ -11,7 +11,7 @@
 
 namespace portability {
 
-/// An object that a waiting sender calls from time to time.
+/// An object that is called repeatedly while a sender waits for its reply.
 class IdleCaller {
   public:
     virtual ~IdleCaller() = default;
@@ -19,15 +19,15 @@ class IdleCaller {
     /// Returns the time to wait until the next call of call().
     virtual std::chrono::nanoseconds pause() const = 0;
 
-    /// Performs one idle call. Returns true to end the wait.
+    /// Is called on the sender's thread after each pause. Returns true if the wait must end.
     virtual bool call() = 0;
 };
 
 /// A request to be sent. It refers to memory that the sender owns.
 struct OutgoingRequest {
     const ImageMemory& image;
-    int32_t mode;            // for the receiver's handler; the transport does not read it
-    int32_t timeOutInTicks;  // likewise
+    int32_t mode;            // passed to the receiver's handler; the transport does not use it
+    int32_t timeOutInTicks;  // passed to the receiver's handler; the transport waits until `deadline`
     Deadline deadline;
     IdleCaller* idle;  // null: wait without idle calls
 };

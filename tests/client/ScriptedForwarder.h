@@ -16,7 +16,8 @@ namespace dovrel::test {
 /// Makes the reply to a request, or throws the failure of the forwarder.
 using Answer = std::function<std::unique_ptr<POSTransferObj>(POSTransferObj& request)>;
 
-// Replies of the server. A message consists of flags and a text; flags 0 with the text "" is no message.
+// Replies of the server. A message consists of flags and a text. Flags 0 with the text "" mean that
+// there is no message.
 Answer interfaceVersion(uint32_t version);
 Answer registration(uint32_t applicationId, uint32_t flags = 0);
 Answer nothing();

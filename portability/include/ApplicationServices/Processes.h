@@ -16,7 +16,7 @@ extern "C" {
 #endif
 
 /// Writes the serial number of the calling process to `pPSN`. It stays the same while the process runs, and
-/// no other process gets it before the system restarts. Thread-safe.
+/// no other process receives it before the system restarts. Thread-safe.
 OSErr GetCurrentProcess(ProcessSerialNumber* pPSN);
 
 /// Writes the process id of a serial number to `pid`. {0, kCurrentProcess} is the calling process. Returns
