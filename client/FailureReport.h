@@ -10,7 +10,8 @@
 
 namespace dovrel {
 
-/// Texts of the library are in the system's encoding. Names and texts of hosts and servers keep their bytes.
+/// Texts of the library are in the system's encoding. The bytes of names and texts from hosts and
+/// servers are kept unchanged.
 struct FailureReport {
     /// Takes ownership of the failure and deletes it. Null means that the thrown object was not
     /// a CPPException.

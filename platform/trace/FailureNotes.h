@@ -1,14 +1,14 @@
 // FailureNotes: notes about a failed operation, for the error log. They contain what its
 // exception does not contain:
 //
-// - the platform function that failed, whose status is in no exception (noted by the transport),
-// - the server's error codes, because some of them do not become an exception (noted by the transport),
-// - thrown exceptions that are not the library's own (noted by the frame around each operation).
+// - the failed platform function and its status (noted by the transport),
+// - the server's error code and text, because some codes do not become an exception (noted by the transport),
+// - thrown exceptions that are not the library's own (noted by the code that runs each operation).
 //
 // The most recently constructed object holds the notes of the process. If there is no object, notes are
-// discarded. No other thread may add notes while an object is constructed or destroyed. Only one thread
-// at a time may add or read notes; a session does so under its lock. If memory runs out, a note is
-// lost; this is not a failure.
+// discarded. No other thread may add notes while an object is constructed or destroyed. Only one thread at
+// a time may add or read notes; a session does so under its lock. If memory runs out, a note is lost; this
+// is not a failure.
 #pragma once
 
 #include <array>

@@ -1,8 +1,9 @@
-// HeapWatch: observes every malloc and realloc in this program's own code and can make chosen requests fail.
-// If WatchedNew.cpp is part of the program, it also observes every operator new.
+// HeapWatch: observes every malloc and realloc in this program's own code and can make selected requests
+// fail. If WatchedNew.cpp is part of the program, it also observes every operator new.
 //
-// The linker redirects the calls (--wrap), so that this works together with any sanitizer. watch_heap in
-// tests/support/CMakeLists.txt sets a program up. Only one watch at a time, and only one thread.
+// The linker redirects the calls (--wrap), which also works with every sanitizer. The CMake function
+// watch_heap in tests/support/CMakeLists.txt prepares a program for it. Only one HeapWatch may exist at a
+// time, and only one thread may allocate.
 #pragma once
 
 #include <gtest/gtest.h>
