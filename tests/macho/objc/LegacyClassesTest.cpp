@@ -11,7 +11,8 @@
 namespace dovrel::macho {
 namespace {
 
-// A class and an instance variable as an image contains them, here with words of this process, in any width.
+// A class and an instance variable in the layout that they have in an image. The words have the width of this
+// process, so the tests run in both widths.
 using Description = std::array<const void*, 12>;
 
 struct Variable {
