@@ -70,9 +70,9 @@ void appendField(std::string& lines, POSTransferObj& object, const POSField& fie
 // Returns what `read` returns for the object, or `otherwise` if the bytes cannot be read.
 template <typename Result, typename Read>
 Result readOr(const CPPByteArray& bytes, const Result& otherwise, Read read) {
-    POSTransferObj object;
-    object.copyBytesFrom(bytes);
     try {
+        POSTransferObj object;
+        object.copyBytesFrom(bytes);
         return read(object);
     } catch (CPPException* caught) {
         std::unique_ptr<CPPException> failure(caught);

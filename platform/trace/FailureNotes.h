@@ -13,6 +13,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -78,6 +79,9 @@ class FailureNotes {
     static void note(std::string& note, const MakeText& makeText) noexcept {
         try {
             note = makeText();
+        } catch (CPPException* caught) {
+            const std::unique_ptr<CPPException> failure(caught);
+            note.clear();
         } catch (...) {
             note.clear();
         }

@@ -9,8 +9,10 @@
 // affect the code that is traced.
 #pragma once
 
+#include <memory>
 #include <string>
 
+#include "client/exceptions/CPPException.h"
 #include "platform/trace/TraceSetting.h"
 #include "platform/trace/TraceTimer.h"
 
@@ -41,6 +43,8 @@ class Trace {
         try {
             const std::string text = makeText();
             if (!text.empty()) running->writeEntry(std::string(areaName(area)) + ": " + text);
+        } catch (CPPException* caught) {
+            const std::unique_ptr<CPPException> failure(caught);  // the entry is lost, as below
         } catch (...) {
             // Out of memory: the entry is lost.
         }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "client/exceptions/CPPException.h"
 #include "tests/platform/trace/TraceLines.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -119,6 +120,19 @@ TEST(FailureNotes, TextThatCannotBeMade_LeavesNoStaleNote) {
     EXPECT_EQ(notes.failedStep(), "");
     FailureNotes::addRequest(withoutMemory);
     EXPECT_EQ(notes.request(), "");
+}
+
+// The exception is owned by whoever catches it; the leak checker sees if nobody takes it.
+TEST(FailureNotes, TextWhoseMakingThrowsAFailureOfTheLibrary_LeavesNoNoteAndNoException) {
+    const test::TemporaryFolder folder;
+    const Trace trace("connection:1,file=" + folder.path("trace"));
+    const FailureNotes notes;
+    const auto fails = []() -> std::string { throw new CPPException("no text"); };
+    FailureNotes::addFailedStep(kArea, fails);
+    FailureNotes::addRequest(fails);
+    EXPECT_EQ(notes.failedStep(), "");
+    EXPECT_EQ(notes.request(), "");
+    EXPECT_EQ(folder.read("trace"), "");
 }
 
 }  // namespace
