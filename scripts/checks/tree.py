@@ -1,9 +1,9 @@
-"""The files of a tree: those that git tracks or would add, as long as they are there."""
+"""The files of a tree: those that git tracks or would add, as long as they are there. A copy without git: all but builds."""
 import re
 import subprocess
-import sys
 from pathlib import PurePosixPath
 
+BUILT = {".git", "__pycache__", "build"}
 SOURCE_SUFFIXES = {".c", ".cpp", ".h", ".m", ".mm"}
 SHELL_LINE = re.compile(rb"#!\s*/\S*?(env\s+)?(ba|da)?sh\b")
 
@@ -14,8 +14,10 @@ class Tree:
         listed = subprocess.run(["git", "-C", root, "ls-files", "-z", "--cached", "--others",
                                  "--exclude-standard"], capture_output=True, text=True, check=False)
         if listed.returncode:
-            sys.exit(f"scripts/check: {listed.stderr.strip()}")
-        paths = (PurePosixPath(name) for name in listed.stdout.split("\0") if name)
+            names = [str(path.relative_to(root)) for path in root.rglob("*") if BUILT.isdisjoint(path.relative_to(root).parts)]
+        else:
+            names = [name for name in listed.stdout.split("\0") if name]
+        paths = map(PurePosixPath, names)
         self.files = sorted({path for path in paths if (root / path).is_file()})
 
     def read(self, path):

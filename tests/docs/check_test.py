@@ -76,6 +76,12 @@ class Check(unittest.TestCase):
                     r"README\.md:5: the link none\.md leads to nothing",
                     r"README\.md:6: the link /docs/page\.md is not relative")
 
+    def test_TreeWithoutGit_IsCheckedWithoutItsBuilds(self):
+        shutil.rmtree(self.tree / ".git")
+        self.write("docs/page.md", "[gone](missing.md)\n")
+        self.write("build/page.md", "[gone](missing.md)\n")
+        self.expect("links", r"docs/page\.md:1: .*missing\.md.*")
+
     def test_Links_ToAHeadingThatIsNotThere_AreNamed(self):
         headings = "# Of `code`, and more: twice!\n\n## Twice\n\n## Twice\n\n```sh\n# no heading\n```\n"
         self.write("page.md", headings)
