@@ -162,12 +162,6 @@ class Check(unittest.TestCase):
         self.write("build/dev/compile_commands.json", "[]")
         self.expect("tidy", r"build/dev/compile_commands\.json names no source of the library")
 
-    def test_FolderWithoutGit_IsRefused(self):
-        with tempfile.TemporaryDirectory() as folder:
-            result = run("scripts/check", "-C", folder, "links")
-            self.assertEqual(result.returncode, 1)
-            self.assertRegex(result.stderr, "^scripts/check: .*not a git repository")
-
 
 class Help(unittest.TestCase):
     def test_OfEveryCommand_EndsWithZero(self):

@@ -1,9 +1,11 @@
 // Extended attributes and access control lists of files, for tests.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <sys/xattr.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -18,9 +20,9 @@ inline std::string attributeOf(const std::string& file, const char* name) {
     return std::string(value.data(), size < 0 ? 0 : static_cast<size_t>(size));
 }
 
-/// Returns false if the file system does not support such attributes.
-inline bool setAttribute(const std::string& file, const char* name, const std::string& value) {
-    return setxattr(file.c_str(), name, value.data(), value.size(), 0) == 0;
+/// Returns 0, or the number of the error. ENOTSUP means that the file system does not support such attributes.
+inline int setAttribute(const std::string& file, const char* name, const std::string& value) {
+    return setxattr(file.c_str(), name, value.data(), value.size(), 0) == 0 ? 0 : errno;
 }
 
 constexpr char kAccessList[] = "system.posix_acl_access";
@@ -46,7 +48,11 @@ inline std::string sharedAccessList() {
 
 }  // namespace dovrel::test
 
-/// Skips the test with a message if the attribute cannot be set.
-#define SET_ATTRIBUTE_OR_SKIP(file, name, value)        \
-    if (!dovrel::test::setAttribute(file, name, value)) \
-    GTEST_SKIP() << "the file system of the temporary folder has no attribute " << name
+/// Skips the test with a message if the file system does not support the attribute. Every other failure fails the test.
+#define SET_ATTRIBUTE_OR_SKIP(file, name, value)                                                   \
+    do {                                                                                           \
+        const int error = dovrel::test::setAttribute(file, name, value);                           \
+        if (error == ENOTSUP)                                                                      \
+            GTEST_SKIP() << "the file system of the temporary folder has no attribute " << (name); \
+        ASSERT_EQ(error, 0) << strerror(error);                                                    \
+    } while (false)

@@ -11,7 +11,8 @@
 #include <optional>
 #include <string>
 
-/// Gives this process and its children their own mounts. Returns false if that is not permitted.
+/// Gives this process and its children their own mounts. Returns false with `errno` if that fails:
+/// EPERM means that it is not permitted.
 inline bool enterMountNamespace() {
     if (unshare(CLONE_NEWNS) != 0) return false;
     // EINVAL means that the process runs in a chroot. The tool that made the chroot has unshared its mounts.
@@ -23,20 +24,23 @@ inline bool mountEmptyFolder(const std::string& path, const std::string& mode) {
     return mount("tmpfs", path.c_str(), "tmpfs", 0, ("mode=" + mode).c_str()) == 0;
 }
 
-/// Returns the result of `check` in a copy of this process with its own mounts;
-/// nothing if that is not permitted.
+/// Returns the result of `check` in a copy of this process with its own mounts, and false if it cannot
+/// have them; nothing if the system does not permit them to this process.
 template <typename Check>
 std::optional<bool> holdsWithOwnMounts(Check check) {
     enum Result { kHolds, kDoesNotHold, kRefused };
     const pid_t child = fork();
-    if (child == 0) _exit(!enterMountNamespace() ? kRefused : check() ? kHolds : kDoesNotHold);
+    if (child == 0) {
+        if (!enterMountNamespace()) _exit(errno == EPERM ? kRefused : kDoesNotHold);
+        _exit(check() ? kHolds : kDoesNotHold);
+    }
     int status = -1;
     if (waitpid(child, &status, 0) != child || !WIFEXITED(status)) return false;
     if (WEXITSTATUS(status) == kRefused) return std::nullopt;
     return WEXITSTATUS(status) == kHolds;
 }
 
-/// Skips the test with a message if the process may not have its own mounts.
+/// Skips the test with a message if the process is not permitted to have its own mounts.
 #define EXPECT_WITH_OWN_MOUNTS(check)                                                 \
     do {                                                                              \
         const auto holds = holdsWithOwnMounts(check);                                 \

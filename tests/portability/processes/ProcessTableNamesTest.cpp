@@ -172,31 +172,18 @@ TEST_F(ProcessTableNames, ScriptOfTheName_IsNotListed) {
     waitpid(script, nullptr, 0);
 }
 
-// The program's path equals that of the application, but in a container (here a mount
-// namespace) that path is another file.
+// The program's path equals that of the application, but since the program started another file
+// system with another copy of the application has been mounted there.
 TEST_F(ProcessTableNames, ProgramUnderTheSamePathInAnotherFileSystem_IsNotListed) {
-    NEEDS_ROOT("make a mount namespace");
-    const std::string program = folder_.path("root/" + std::string(kProgram));
-    const std::string application = folder_.path("root/" + std::string(kApplication));
-    int ready[2];
-    ASSERT_EQ(pipe2(ready, O_CLOEXEC), 0);
-    const pid_t process = fork();
-    if (process == 0) {
-        if (!enterMountNamespace() || !mountEmptyFolder(application, "0755")) _exit(1);
+    EXPECT_WITH_OWN_MOUNTS([this] {
+        const std::string program = folder_.path("root/" + std::string(kProgram));
+        const auto probe = run("root/" + std::string(kProgram));
+        const bool wasListed = listedByName() == 1;
+        if (!mountEmptyFolder(folder_.path("root/" + std::string(kApplication)), "0755")) return false;
         makeApplication("root/" + std::string(kApplication));
         installProbe(program);
-        // The pipe closes when the program runs.
-        execl(program.c_str(), program.c_str(), static_cast<char*>(nullptr));
-        _exit(1);
-    }
-    close(ready[1]);
-    char end;
-    EXPECT_EQ(read(ready[0], &end, 1), 0);
-    close(ready[0]);
-    ASSERT_EQ(portability::findProcess(process)->file, program);
-    EXPECT_EQ(listedByName(), 0);
-    kill(process, SIGKILL);
-    waitpid(process, nullptr, 0);
+        return wasListed && portability::findProcess(probe->id())->file == program && listedByName() == 0;
+    });
 }
 
 // The system hides the path of an unreadable program even from its own user, so its application is unknown.
