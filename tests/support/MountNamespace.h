@@ -1,15 +1,24 @@
 // Private mounts for tests of fixed paths. Use only in forked processes that run as root.
 #pragma once
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <optional>
 #include <string>
+
+/// Returns whether the root folder of this process is a folder inside a file system, as `chroot` makes it.
+inline bool isChroot() {
+    struct statx root;
+    return statx(AT_FDCWD, "/", 0, STATX_BASIC_STATS, &root) == 0 &&
+           (root.stx_attributes & STATX_ATTR_MOUNT_ROOT) == 0;
+}
 
 /// Gives this process and its children their own mounts. Returns false with `errno` if that fails:
 /// EPERM means that it is not permitted.
