@@ -1,6 +1,5 @@
 #include "portability/alerts/AlertConversation.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -14,19 +13,6 @@
 #include "portability/processes/PreparedProgram.h"
 
 namespace portability {
-
-namespace {
-
-/// Takes ownership of the descriptor and returns one above those of the standard streams. If a host
-/// has closed its standard streams, their numbers must stay free; otherwise its output would be
-/// sent to the helper.
-FileDescriptor aboveStandardStreams(int number) {
-    FileDescriptor given(number);
-    if (number > STDERR_FILENO || number < 0) return given;
-    return FileDescriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-}
-
-}  // namespace
 
 AlertConversation::AlertConversation(const AlertRequest& request, long longestStart)
     : buttons_(request.buttons.size()), deadline_(Deadline::afterTicks(longestStart)) {

@@ -83,7 +83,7 @@ class EventLoop {
     // its own.
     bool makeWakeDescriptor() {
         if (wake_.load() >= 0 && owner_ == processMark()) return true;
-        wake_.store(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+        wake_.store(aboveStandardStreams(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)).release());
         owner_ = processMark();
         return wake_.load() >= 0;
     }

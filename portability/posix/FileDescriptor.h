@@ -1,6 +1,7 @@
 // An owned file descriptor, which the destructor closes. Private to the layer.
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -38,5 +39,15 @@ class FileDescriptor {
   private:
     int number_ = -1;
 };
+
+/// Takes ownership of the descriptor `number` (or -1 for none) and returns it with a number above those of the
+/// standard streams, or none, with errno set, on failure. A descriptor that stays open while the host
+/// continues must not have one of these numbers: what the host reads from a standard stream that it has
+/// closed, or writes to it, would come from there or go there. The new descriptor closes on exec. Thread-safe.
+inline FileDescriptor aboveStandardStreams(int number) {
+    FileDescriptor given(number);
+    if (number > STDERR_FILENO || number < 0) return given;
+    return FileDescriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
 
 }  // namespace portability

@@ -29,7 +29,7 @@ constexpr char kLockEnding[] = ".lock";
 constexpr mode_t kSocketMode = 0600;
 
 FileDescriptor openSocket() {
-    return FileDescriptor(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+    return aboveStandardStreams(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
 }
 
 bool fillAddress(sockaddr_un& address, const std::string& path) {
@@ -45,7 +45,8 @@ bool fillAddress(sockaddr_un& address, const std::string& path) {
 
 // Opens the folder and locks it, because systemd-tmpfiles does not delete files in a locked folder of /tmp.
 FileDescriptor openLocked(const FileDescriptor& folder) {
-    FileDescriptor locked(openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    FileDescriptor locked =
+        aboveStandardStreams(openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (locked) flock(locked.get(), LOCK_SH | LOCK_NB);
     return locked;
 }

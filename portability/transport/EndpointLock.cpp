@@ -13,7 +13,8 @@ namespace {
 constexpr mode_t kMode = 0600;
 
 FileDescriptor openExisting(const FileDescriptor& folder, const std::string& name, int flags) {
-    return FileDescriptor(openat(folder.get(), name.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | flags, kMode));
+    return aboveStandardStreams(
+        openat(folder.get(), name.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | flags, kMode));
 }
 
 FileDescriptor openOrMake(const FileDescriptor& folder, const std::string& name) {

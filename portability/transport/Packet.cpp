@@ -19,7 +19,7 @@ bool takeFile(msghdr& message, FileDescriptor& file) {
             int descriptor;
             std::memcpy(&descriptor, CMSG_DATA(control) + i * sizeof descriptor, sizeof descriptor);
             single = single && !file;
-            file.reset(descriptor);
+            file = aboveStandardStreams(descriptor);
         }
     }
     return single;

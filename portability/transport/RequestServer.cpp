@@ -19,7 +19,7 @@ constexpr int kLooksPerRound = 4;
 constexpr int kMostAcceptedAtOnce = 64;
 
 FileDescriptor openSpare() {
-    return FileDescriptor(open("/dev/null", O_RDONLY | O_CLOEXEC));
+    return aboveStandardStreams(open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
 bool setNonBlocking(int descriptor) {
@@ -47,7 +47,7 @@ RequestServer::RequestServer(EndpointClaim claim, int wakeDescriptor, RequestHan
     : claim_(std::move(claim)),
       handler_(handler),
       wake_(wakeDescriptor),
-      epoll_(epoll_create1(EPOLL_CLOEXEC)),
+      epoll_(aboveStandardStreams(epoll_create1(EPOLL_CLOEXEC))),
       spare_(openSpare()) {
     ready_ = epoll_ && watch(wake_);
     const int listening = claim_.listenDescriptor();
@@ -152,7 +152,8 @@ bool RequestServer::isLookingFor(int descriptor) const {
 
 void RequestServer::acceptSenders() {
     for (int i = 0; i < kMostAcceptedAtOnce; ++i) {
-        FileDescriptor socket(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
+        FileDescriptor socket =
+            aboveStandardStreams(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
         if (!socket) {
             if (errno == EMFILE || errno == ENFILE) refuseSender();
             if (errno != ECONNABORTED && errno != EINTR) return;

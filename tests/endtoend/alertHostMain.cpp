@@ -73,10 +73,17 @@ bool begins(const std::string& text, const char* beginning) {
 
 void tellChangesBy(const char* step, bool isEnd = false) {
     for (const std::string& change : atFirst->changes()) {
-        const bool isSocket = change.find(": socket:") != std::string::npos;
-        const bool isOfASession = begins(change, "is descriptor") && (!isEnd || isSocket);
+        // The connection to the server and its memory remain for the next session.
+        const bool isOfAConnection =
+            change.find(": socket:") != std::string::npos || change.find(": /memfd:") != std::string::npos;
+        const bool isOfASession = begins(change, "is descriptor") && (!isEnd || isOfAConnection);
         const bool isOfTheHost = has("relative") && change.find(" folder: ") != std::string::npos;
         if (!isOfASession && !isOfTheHost) tell(std::string("changed by ") + step + ": " + change);
+    }
+    // Not even for the time of the session.
+    for (int stream = STDIN_FILENO; has("closed") && stream <= STDERR_FILENO; ++stream) {
+        if (fcntl(stream, F_GETFD) >= 0)
+            tell(std::string("changed by ") + step + ": stream " + std::to_string(stream) + " is open");
     }
 }
 
@@ -120,13 +127,22 @@ class Host {
     }
 
   private:
-    // Makes a call that succeeds, so that everything exists that calls without alerts create.
+    // Makes calls that succeed, a large one among them, so that everything exists that calls without alerts
+    // create.
     void instantiate() const {
         std::string name = "Echo";
         name.resize(POS_IDENTIFIER_SIZE, '\0');
         void* classId = name.data();
         void* object = nullptr;
         library_.posInstantiateObject(application_, &classId, &object);
+        std::string argument(300'000, 'a');
+        uint8_t* result = nullptr;
+        uint32_t length = 0;
+        const uint32_t status =
+            library_.posCallMethod(application_, &object, "echo", reinterpret_cast<uint8_t*>(argument.data()),
+                                   static_cast<uint32_t>(argument.size()), &result, &length);
+        if (status != POS_OK || length != argument.size()) tell("the large call failed");
+        library_.posFreeDllHeapData(result);
         library_.posFreeDllHeapData(object);
     }
 

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include "portability/posix/ErrnoKeeper.h"
 
@@ -57,4 +58,28 @@ TEST(ErrnoKeeper, End_SetsErrnoBack) {
         errno = 1;
     }
     EXPECT_EQ(errno, 12345);
+}
+
+TEST(FileDescriptor, AboveStandardStreams_LeavesANumberOfAStandardStreamFree) {
+    const pid_t host = fork();
+    if (host == 0) {
+        close(STDOUT_FILENO);
+        const int number = openOne();
+        const FileDescriptor moved = aboveStandardStreams(number);
+        const bool closesOnExec = (fcntl(moved.get(), F_GETFD) & FD_CLOEXEC) != 0;
+        _exit(number == STDOUT_FILENO && moved.get() > STDERR_FILENO && closesOnExec && !isOpen(STDOUT_FILENO)
+                  ? 0
+                  : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(host, &status, 0), host);
+    EXPECT_EQ(status, 0);
+}
+
+TEST(FileDescriptor, AboveStandardStreams_KeepsAnyOtherNumber) {
+    const int number = openOne();
+    EXPECT_EQ(aboveStandardStreams(number).get(), number);
+    EXPECT_FALSE(isOpen(number));
+    errno = 0;
+    EXPECT_FALSE(aboveStandardStreams(-1));
 }
