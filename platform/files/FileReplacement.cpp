@@ -6,6 +6,7 @@
 
 #include "platform/files/FileWriting.h"
 #include "platform/files/OpenFile.h"
+#include "platform/files/StandardStreamGuard.h"
 #include "platform/files/SuccessorFile.h"
 
 namespace dovrel {
@@ -48,6 +49,7 @@ bool mayBeWritten(const std::string& path) {
 }  // namespace
 
 bool replaceFileContent(const std::string& path, const std::string& text) {
+    const StandardStreamGuard guard;
     if (!isPlainFile(path)) {
         const bool isWritten = writeNew(path, text);
         if (isPlainFile(path)) SuccessorFile::removeLeftovers(path);

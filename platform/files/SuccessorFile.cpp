@@ -90,6 +90,8 @@ bool SuccessorFile::create(const std::string& path) {
         errno = EEXIST;
         return false;
     }
+    // A host's umask may have narrowed the mode, by which later writers recognize a leftover.
+    static_cast<void>(fchmod(descriptor, kUnfinished));
     path_ = path;
     descriptor_ = descriptor;
     return true;

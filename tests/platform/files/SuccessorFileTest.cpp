@@ -73,6 +73,23 @@ class Successor : public testing::Test {
                std::filesystem::file_type::not_found;
     }
 
+    // Runs a writer with this umask in a process that the system kills at 5,000 bytes.
+    void killWriterInTheMiddle(mode_t mask) const {
+        const pid_t writer = fork();
+        if (writer == 0) {
+            const rlimit limit = {5'000, 5'000};
+            const rlimit noCore = {0, 0};
+            std::signal(SIGXFSZ, SIG_DFL);
+            umask(mask);
+            if (setrlimit(RLIMIT_CORE, &noCore) == 0 && setrlimit(RLIMIT_FSIZE, &limit) == 0)
+                replace(std::string(10'000, 'n'));
+            _exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(writer, &status, 0), writer);
+        ASSERT_TRUE(WIFSIGNALED(status));
+    }
+
     void writeLeftover(const std::string& name) const {
         ScratchFolder::setPermissions(folder_.write(name, "half"), kUnfinished);
     }
@@ -179,23 +196,14 @@ TEST_F(Successor, RemoveLeftovers_OfAnOrdinaryUserDeletesWhatThatUsersWriterLeft
 
 // The system kills the writer in the middle of its content.
 TEST_F(Successor, Replace_OfAWriterThatIsKilled_LeavesWhatTheNextOneDeletes) {
-    const pid_t writer = fork();
-    if (writer == 0) {
-        const rlimit limit = {5'000, 5'000};
-        const rlimit noCore = {0, 0};
-        std::signal(SIGXFSZ, SIG_DFL);
-        if (setrlimit(RLIMIT_CORE, &noCore) == 0 && setrlimit(RLIMIT_FSIZE, &limit) == 0)
-            replace(std::string(10'000, 'n'));
-        _exit(0);
+    for (const mode_t mask : {022u, 0777u}) {
+        killWriterInTheMiddle(mask);
+        EXPECT_EQ(ScratchFolder::contentOf(path_), "old");
+        ASSERT_TRUE(exists("file.new0"));
+        EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("file.new0")), kUnfinished) << "umask " << mask;
+        SuccessorFile::removeLeftovers(path_);
+        EXPECT_FALSE(exists("file.new0"));
     }
-    int status = 0;
-    ASSERT_EQ(waitpid(writer, &status, 0), writer);
-    ASSERT_TRUE(WIFSIGNALED(status));
-    EXPECT_EQ(ScratchFolder::contentOf(path_), "old");
-    ASSERT_TRUE(exists("file.new0"));
-    EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("file.new0")), kUnfinished);
-    SuccessorFile::removeLeftovers(path_);
-    EXPECT_FALSE(exists("file.new0"));
 }
 
 TEST_F(Successor, ManyWritersAtOnce_AllReplaceTheFileAndNoneLosesItsOwn) {

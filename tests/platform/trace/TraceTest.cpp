@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tests/platform/trace/TraceLines.h"
+#include "tests/support/OrdinaryUser.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace dovrel {
@@ -113,6 +114,21 @@ TEST_F(TraceTest, File_IsForItsOwnerOnlyAndAddedTo) {
     struct stat status = {};
     ASSERT_EQ(stat(file_.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777 & ~0600u, 0u);
+}
+
+TEST_F(TraceTest, File_OfAHostWhoseUmaskTakesAllRights_IsAddedToByTheNextSession) {
+    ASSERT_EQ(chmod(folder_.path().c_str(), 0777), 0);
+    EXPECT_TRUE(holdsForOrdinaryUser([this] {
+        umask(0777);
+        for (const char* text : {"first", "second"}) {
+            const Trace trace(setting("all"));
+            Trace::write(kArea, TraceLevel::kSteps, [text] { return std::string(text); });
+        }
+        return true;
+    }));
+    const std::string written = folder_.read("trace");
+    EXPECT_NE(written.find("exchange: first\n"), std::string::npos) << written;
+    EXPECT_NE(written.find("exchange: second\n"), std::string::npos) << written;
 }
 
 TEST_F(TraceTest, LinkOrFolderOrPipeInPlaceOfTheFile_SendsTheLinesToStandardError) {

@@ -1,0 +1,30 @@
+#include "platform/files/StandardStreamGuard.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace dovrel {
+
+StandardStreamGuard::StandardStreamGuard() {
+    for (;;) {
+        // A new descriptor has the lowest free number, so all standard streams are open after one above them.
+        const int descriptor = open("/dev/null", O_RDWR | O_CLOEXEC);
+        if (descriptor < 0) return;
+        if (descriptor >= kStandardStreams) {
+            close(descriptor);
+            return;
+        }
+        descriptors_[static_cast<size_t>(count_++)] = descriptor;
+    }
+}
+
+StandardStreamGuard::~StandardStreamGuard() {
+    const int error = errno;
+    while (count_ > 0)
+        close(descriptors_[static_cast<size_t>(--count_)]);
+    errno = error;
+}
+
+}  // namespace dovrel
