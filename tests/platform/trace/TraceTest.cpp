@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-#include "tests/platform/trace/TraceLines.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TraceLines.h"
 
 namespace dovrel {
 namespace {

@@ -17,7 +17,7 @@
 #include "tests/portability/appleevents/Events.h"
 #include "tests/portability/support/Images.h"
 #include "tests/portability/support/RawSocket.h"
-#include "tests/portability/support/TemporaryEnvironment.h"
+#include "tests/support/TemporaryEnvironment.h"
 
 constexpr char kPeerSignature[] = "RoGu";
 constexpr OSType kPeerCode = 'RoGu';

@@ -13,10 +13,10 @@
 #include "portability/appleevents/EventReceiver.h"
 #include "tests/portability/appleevents/Events.h"
 #include "tests/portability/support/Images.h"
-#include "tests/portability/support/Processes.h"
 #include "tests/portability/support/RawSocket.h"
-#include "tests/portability/support/TemporaryEnvironment.h"
 #include "tests/support/NeedsRoot.h"
+#include "tests/support/Processes.h"
+#include "tests/support/TemporaryEnvironment.h"
 
 using namespace portability;
 
