@@ -5,7 +5,6 @@
 
 #include <vector>
 
-#include "portability/appleevents/EventImage.h"
 #include "portability/transport/Channel.h"
 #include "tests/portability/support/Images.h"
 #include "tests/portability/support/MemoryFile.h"
