@@ -3,7 +3,9 @@
 
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <signal.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <functional>
@@ -12,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "portability/transport/Channel.h"
 #include "portability/transport/Endpoint.h"
 #include "tests/portability/support/Images.h"
 #include "tests/portability/support/RawSocket.h"
@@ -68,4 +71,24 @@ inline Bytes reply(uint64_t id, const std::string& text, int32_t result = noErr)
 // Waits until the other side has closed the connection or sends more.
 inline void waitForMore(int connection) {
     receiveRaw(connection);
+}
+
+/// A peer that announces in the second exchange that it reads the mailbox, then disconnects without reading it.
+inline void leaveWithoutReadingTheMailbox(int connection) {
+    using portability::Channel;
+    portability::FrameBuffer buffer;
+    portability::ReceivedFrame frame;
+    Channel channel{portability::FileDescriptor(dup(connection))};
+    for (int exchanges = 0; exchanges < 2;) {
+        if (channel.receive(buffer, frame) != Channel::Received::frame) {
+            std::this_thread::yield();
+            continue;
+        }
+        channel.setLooking(++exchanges == 2);
+        sendRaw(connection, reply(frame.header.id, "one"));
+    }
+    // From now on the socket delivers nothing except its end.
+    pollfd waited{connection, POLLIN, 0};
+    poll(&waited, 1, 200);
+    EXPECT_EQ(waited.revents & POLLIN, 0) << "the request went to the mailbox";
 }

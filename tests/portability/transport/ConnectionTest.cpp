@@ -215,25 +215,7 @@ TEST_F(ConnectionTest, FullSocketThatIsReadAgain_LosesNothing) {
 }
 
 TEST_F(ConnectionTest, RequestInTheMailboxThatWasNeverTaken_CountsAsNotSent) {
-    // The first peer announces that it reads the mailbox, then disconnects without reading it.
-    const auto lookAndLeave = [](int connection) {
-        FrameBuffer buffer;
-        ReceivedFrame frame;
-        Channel channel{FileDescriptor(dup(connection))};
-        for (int exchanges = 0; exchanges < 2;) {
-            if (channel.receive(buffer, frame) != Channel::Received::frame) {
-                std::this_thread::yield();
-                continue;
-            }
-            channel.setLooking(++exchanges == 2);
-            sendRaw(connection, reply(frame.header.id, "one"));
-        }
-        // From now on the socket delivers nothing except its end.
-        pollfd waited{connection, POLLIN, 0};
-        poll(&waited, 1, 200);
-        EXPECT_EQ(waited.revents & POLLIN, 0) << "the request went to the mailbox";
-    };
-    Peer peer({lookAndLeave});
+    Peer peer({leaveWithoutReadingTheMailbox});
     ASSERT_EQ(send(), Outcome::done);
     ASSERT_EQ(send(), Outcome::done);
     EXPECT_EQ(send(), Outcome::notSent);
