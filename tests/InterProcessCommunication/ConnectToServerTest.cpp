@@ -4,7 +4,7 @@
 
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
-#include "tests/InterProcessCommunication/UserTexts.h"
+#include "tests/support/UserTexts.h"
 
 namespace dovrel {
 namespace {

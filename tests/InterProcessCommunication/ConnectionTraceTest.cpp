@@ -9,7 +9,8 @@
 #include "client/exceptions/CPPException.h"
 #include "platform/trace/FailureNotes.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
-#include "tests/platform/trace/TraceLines.h"
+#include "tests/support/TraceLines.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -104,14 +105,11 @@ TEST_F(ConnectionTraceTest, FailedAttempt_IsNotedUntilALaterOneSucceeds) {
     };
     const FailureNotes notes;
     POSTransferObj request(1, 10, 14);
-    try {
-        delete MacOSXTransferObjForwarder().ForwardTransferObj(request);
-        ADD_FAILURE() << "nothing was thrown";
-    } catch (CPPException* caught) {
-        const std::unique_ptr<CPPException> failure(caught);
-        EXPECT_STREQ(failure->getDetail(), "???");
-        EXPECT_EQ(failure->getCode(), 0);
-    }
+    const auto failure =
+        test::failureOf([&] { delete MacOSXTransferObjForwarder().ForwardTransferObj(request); });
+    ASSERT_NE(failure, nullptr) << "nothing was thrown";
+    EXPECT_STREQ(failure->getDetail(), "???");
+    EXPECT_EQ(failure->getCode(), 0);
     EXPECT_EQ(notes.failedStep(), "call method: attempt 1: result -1712 (errAETimeout)");
 
     platform.server = [this](const SentEvent& event, AppleEvent* reply) {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/InterProcessCommunication/UserTexts.h"
+#include "tests/support/UserTexts.h"
 
 namespace dovrel {
 namespace {

@@ -4,7 +4,8 @@
 #include "client/exceptions/ExceptionTypeCodes.h"
 #include "client/exceptions/POSException.h"
 #include "tests/InterProcessCommunication/ForwarderFixture.h"
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

@@ -4,18 +4,17 @@
 #include <signal.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <thread>
+
+#include "tests/support/WaitUntil.h"
 
 namespace dovrel::test {
 
 namespace {
 
 namespace fs = std::filesystem;
-using namespace std::chrono_literals;
 
 constexpr char kContents[] = "Library/Application Support/Tessilor/pos/Merrowd.app/Contents";
 
@@ -51,12 +50,7 @@ bool lives(pid_t process) {
 }
 
 bool waitForEnd(pid_t process) {
-    const auto limit = std::chrono::steady_clock::now() + 10s;
-    while (lives(process)) {
-        if (std::chrono::steady_clock::now() > limit) return false;
-        std::this_thread::sleep_for(1ms);
-    }
-    return true;
+    return waitUntil([process] { return !lives(process); });
 }
 
 void end(pid_t process) {
@@ -86,8 +80,12 @@ InstalledServer::~InstalledServer() {
 
 void InstalledServer::install(const std::string& behaviour) {
     root_.write(std::string(kContents) + "/Info.plist", kInfo);
-    root_.write(std::string(kContents) + "/behaviour", behaviour);
+    setBehaviour(behaviour);
     installProgram("Merrowd");
+}
+
+void InstalledServer::setBehaviour(const std::string& behaviour) const {
+    root_.write(std::string(kContents) + "/behaviour", behaviour);
 }
 
 std::string InstalledServer::installProgram(const std::string& name) {

@@ -21,8 +21,11 @@ class InstalledServer {
     InstalledServer& operator=(const InstalledServer&) = delete;
     ~InstalledServer();
 
-    /// Installs the server; SmallServer.cpp describes the values of `behaviour`.
+    /// Installs the server; SmallServer.cpp describes the lines of `behaviour`.
     void install(const std::string& behaviour = "");
+
+    /// Also concerns a server that runs already.
+    void setBehaviour(const std::string& behaviour) const;
 
     /// Installs another program with the server's code next to the server; returns its path.
     std::string installProgram(const std::string& name);
@@ -35,10 +38,8 @@ class InstalledServer {
     std::vector<pid_t> processes() const;
     /// Kills the newest of these processes and waits until it is gone.
     void killServer() const;
-    /// Returns true if the newest of these processes ends within ten seconds.
+    /// Returns true if the newest of these processes ends within a minute.
     bool serverEnds() const;
-
-    const TemporaryFolder& root() const { return root_; }
 
   private:
     TemporaryFolder root_;

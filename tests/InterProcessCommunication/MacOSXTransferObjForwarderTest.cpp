@@ -7,8 +7,9 @@
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "tests/InterProcessCommunication/DeletionWatch.h"
 #include "tests/InterProcessCommunication/ForwarderFixture.h"
-#include "tests/InterProcessCommunication/UserTexts.h"
-#include "tests/serialization/Bytes.h"
+#include "tests/support/UserTexts.h"
+#include "tests/support/library/Bytes.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -98,12 +99,7 @@ TEST_F(MacOSXTransferObjForwarderTest, ReplyOfTheFailedAttempt_IsReleasedWhenThe
         test::DeletionWatch replies;
         replies.addAllOfSize(sizeof(POSTransferObj));
         failAlways(error);
-        try {
-            forward();
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (CPPException* caught) {
-            delete caught;
-        }
+        EXPECT_NE(test::failureOf([this] { forward(); }), nullptr);
         EXPECT_EQ(replies.deletions(), 1);
         EXPECT_EQ(replies.living(), 0);
     }

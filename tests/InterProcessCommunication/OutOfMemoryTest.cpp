@@ -11,8 +11,8 @@
 #include "InterProcessCommunication/TransferPack.h"
 #include "client/exceptions/CPPException.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
-#include "tests/serialization/Bytes.h"
 #include "tests/support/HeapWatch.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {

@@ -6,7 +6,8 @@
 
 #include "client/exceptions/ExceptionTypeCodes.h"
 #include "client/exceptions/StructuredDataExceptions.h"
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

@@ -2,6 +2,7 @@
 #include "client/exceptions/CPPException.h"
 #include "platform/trace/FailureNotes.h"
 #include "tests/InterProcessCommunication/TraderFixture.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -16,11 +17,7 @@ class POSTransferObjTraderNotesTest : public test::TraderFixture {
     /// Runs the operation and ignores its result.
     void run(const Operation& operation) {
         test::Outputs results;
-        try {
-            operation.run(trader, results);
-        } catch (CPPException* caught) {
-            const std::unique_ptr<CPPException> failure(caught);
-        }
+        test::failureOf([&] { operation.run(trader, results); });
     }
 
     FailureNotes notes;
@@ -54,7 +51,7 @@ TEST_F(POSTransferObjTraderNotesTest, NormalReply_LeavesNoNotes) {
 }
 
 TEST_F(POSTransferObjTraderNotesTest, ReplyThatCannotBeRead_AndExchangeThatFails_LeaveTheRequest) {
-    const Operation& call = operations().at(4);
+    const Operation& call = operationNamed("call method");
     forwarder.answerBytes({});
     run(call);
     EXPECT_EQ(notes.request(), "call method, method name = \"m\"");
@@ -66,7 +63,7 @@ TEST_F(POSTransferObjTraderNotesTest, ReplyThatCannotBeRead_AndExchangeThatFails
 }
 
 TEST_F(POSTransferObjTraderNotesTest, OtherInterfaceVersion_LeavesBothVersions) {
-    const Operation& registration = operations().at(0);
+    const Operation& registration = operationNamed("register application");
     forwarder.answerParts(kNormalAnswer + uint32Part(118, 8));
     run(registration);
     EXPECT_EQ(notes.failedStep(), "interface version: the server has 8, the library needs 7");

@@ -6,6 +6,7 @@
 #include "client/exceptions/POSException.h"
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "tests/InterProcessCommunication/TraderFixture.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -38,7 +39,7 @@ TEST_F(POSTransferObjTraderRefusalTest,
                                        outputs.registration);
         },
         exceptionTypeCode::kCPPException, "???", test::TransportTexts::kWrongIdentifier);
-    EXPECT_EQ(forwarder.requests().size(), 1u);
+    EXPECT_EQ(forwarder.calls(), (Calls{"connect 10", "query interface version", "identify"}));
     outputs.expectUntouched();
 }
 

@@ -8,6 +8,7 @@
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "settings/MultiLanguageSupport.h"
 #include "tests/InterProcessCommunication/TraderFixture.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -16,6 +17,7 @@ using test::arrayOf;
 using test::arrayOfHex;
 using test::exceptionAnswer;
 using test::expectFailure;
+using test::failureOf;
 using test::kNormalAnswer;
 using test::Operation;
 using test::Outputs;
@@ -29,16 +31,13 @@ class POSTransferObjTraderReplyTest : public test::TraderFixture {
     void expectFailureOf(const Operation& operation, const std::type_info& type, const char* message) {
         SCOPED_TRACE(operation.name);
         Outputs untouched;
-        try {
-            operation.run(trader, untouched);
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (CPPException* caught) {
-            const std::unique_ptr<CPPException> failure(caught);
-            EXPECT_STREQ(typeid(*caught).name(), type.name());
-            EXPECT_STREQ(failure->getMessage(), message);
-            EXPECT_STREQ(failure->getDetail(), "???");
-            EXPECT_EQ(failure->getCode(), 0);
-        }
+        const auto failure = failureOf([&] { operation.run(trader, untouched); });
+        ASSERT_NE(failure, nullptr) << "nothing was thrown";
+        const CPPException& thrown = *failure;
+        EXPECT_STREQ(typeid(thrown).name(), type.name());
+        EXPECT_STREQ(thrown.getMessage(), message);
+        EXPECT_STREQ(thrown.getDetail(), "???");
+        EXPECT_EQ(thrown.getCode(), 0);
         untouched.expectUntouched();
     }
 };
@@ -99,14 +98,14 @@ TEST_F(POSTransferObjTraderReplyTest, ErrorCodesThatStandForNoException_EndTheOp
 TEST_F(POSTransferObjTraderReplyTest,
        ErrorCodeThatStandsForNoException_InTheVersionCheck_EndsTheRegistration) {
     forwarder.answerParts(exceptionAnswer(36, "a library is missing"));
-    EXPECT_FALSE(operations().front().run(trader, outputs));
-    EXPECT_EQ(forwarder.requests().size(), 1u);
+    EXPECT_FALSE(operationNamed("register application").run(trader, outputs));
+    EXPECT_EQ(forwarder.calls(), (std::vector<std::string>{"connect 10", "query interface version"}));
     outputs.expectUntouched();
 }
 
 TEST_F(POSTransferObjTraderReplyTest, ErrorTextOfNoBytes_LeavesTheExceptionWithoutAMessage) {
     forwarder.answerParts(exceptionAnswer(24, ""));
-    expectFailureOf(operations().at(1), typeid(POSClassNotFoundException), nullptr);
+    expectFailureOf(operationNamed("unregister application"), typeid(POSClassNotFoundException), nullptr);
 }
 
 TEST_F(POSTransferObjTraderReplyTest, ErrorAnswerWithoutTextOrCode_IsThePartNotFoundFailure) {
@@ -127,7 +126,7 @@ TEST_F(POSTransferObjTraderReplyTest, ErrorAnswerWithoutTextOrCode_IsThePartNotF
 
 TEST_F(POSTransferObjTraderReplyTest, ErrorCodeOfFewerBytes_IsZeroExtended) {
     forwarder.answerParts(uint32Part(1, 20) + part(150, "74") + part(151, "18"));
-    expectFailureOf(operations().at(1), typeid(POSClassNotFoundException), "t");
+    expectFailureOf(operationNamed("unregister application"), typeid(POSClassNotFoundException), "t");
 }
 
 TEST_F(POSTransferObjTraderReplyTest, AnswerWithoutMessageKind_IsThePartNotFoundFailureOfTheHeader) {
@@ -143,7 +142,7 @@ TEST_F(POSTransferObjTraderReplyTest, AnyMessageKindBut20_IsANormalAnswer) {
         SCOPED_TRACE(kind);
         forwarder.answerParts(uint32Part(1, kind) + part(109, "79 65 73"));
         Outputs some;
-        EXPECT_TRUE(operations().at(6).run(trader, some));
+        EXPECT_TRUE(operationNamed("get information").run(trader, some));
         EXPECT_EQ(some.blockText(), "yes");
     }
 }
@@ -152,21 +151,23 @@ TEST_F(POSTransferObjTraderReplyTest, InterfaceVersionOtherThan7_EndsTheRegistra
     for (const char* version : {"06 00 00 00", "08 00 00 00", "00", "", "07 00 00 01"}) {
         SCOPED_TRACE(version);
         forwarder.answerParts(kNormalAnswer + part(118, version));
-        expectFailureOf(operations().front(), typeid(CPPException), test::TransportTexts::kNoValidInterface);
+        expectFailureOf(operationNamed("register application"), typeid(CPPException),
+                        test::TransportTexts::kNoValidInterface);
     }
-    EXPECT_EQ(forwarder.requests().size(), 5u);
+    EXPECT_EQ(forwarder.countOf("query interface version"), 5u);
+    EXPECT_EQ(forwarder.countOf("register application"), 0u);
 }
 
 TEST_F(POSTransferObjTraderReplyTest, InterfaceVersion7_MayBeAShortField) {
     forwarder.answerParts(kNormalAnswer + part(118, "07"));
-    forwarder.answerParts(kNormalAnswer + operations().front().replyParts);
-    EXPECT_TRUE(operations().front().run(trader, outputs));
+    forwarder.answerParts(kNormalAnswer + operationNamed("register application").replyParts);
+    EXPECT_TRUE(operationNamed("register application").run(trader, outputs));
 }
 
 TEST_F(POSTransferObjTraderReplyTest,
        MissingInterfaceVersion_IsThePartNotFoundFailureNotTheInterfaceFailure) {
     forwarder.answerParts(kNormalAnswer);
-    expectFailure<PartNotFoundException>([&] { operations().front().run(trader, outputs); },
+    expectFailure<PartNotFoundException>([&] { operationNamed("register application").run(trader, outputs); },
                                          exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");
     outputs.expectUntouched();
 }
@@ -186,16 +187,20 @@ TEST_F(POSTransferObjTraderReplyTest, MissingReplyFields_AreThePartNotFoundFailu
 
 TEST_F(POSTransferObjTraderReplyTest, EachReplyFieldMissingAlone_TouchesNoOutput) {
     const std::string sixteen = "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10";
-    const std::vector<std::pair<size_t, std::string>> cases = {
-        {0, uint32Part(103, 5)}, {0, uint32Part(115, 1)}, {2, part(105, sixteen)},
-        {2, part(120, "")},      {4, part(111, "72")},    {4, part(120, "01 00 00 00")}};
-    for (const auto& [index, parts] : cases) {
-        const Operation& operation = operations().at(index);
-        SCOPED_TRACE(operation.name);
-        prepare(operation);
+    const std::vector<std::pair<const char*, std::string>> cases = {
+        {"register application", uint32Part(103, 5)},
+        {"register application", uint32Part(115, 1)},
+        {"instantiate object", part(105, sixteen)},
+        {"instantiate object", part(120, "")},
+        {"call method", part(111, "72")},
+        {"call method", part(120, "01 00 00 00")}};
+    for (const auto& [name, parts] : cases) {
+        SCOPED_TRACE(name);
+        const Operation& incomplete = operationNamed(name);
+        prepare(incomplete);
         forwarder.answerParts(kNormalAnswer + parts);
         Outputs untouched;
-        expectFailure<PartNotFoundException>([&] { operation.run(trader, untouched); },
+        expectFailure<PartNotFoundException>([&] { incomplete.run(trader, untouched); },
                                              exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");
         untouched.expectUntouched();
     }
@@ -239,16 +244,7 @@ TEST_F(POSTransferObjTraderReplyTest, AnswerCutAnywhere_IsAFailureAndTouchesNoOu
             prepare(operation);
             forwarder.answerBytes(cut);
             Outputs untouched;
-            EXPECT_THROW(
-                {
-                    try {
-                        operation.run(trader, untouched);
-                    } catch (CPPException* caught) {
-                        delete caught;
-                        throw;
-                    }
-                },
-                CPPException*);
+            EXPECT_NE(failureOf([&] { operation.run(trader, untouched); }), nullptr);
             untouched.expectUntouched();
         }
     }

@@ -41,17 +41,19 @@ TEST_F(POSTransferObjTraderTest, RegisterApplication_ConnectsChecksTheVersionThe
     EXPECT_TRUE(
         trader.registerApplication("App", {classId, second}, arrayOfHex("60 04"), outputs.registration));
 
-    EXPECT_EQ(forwarder.calls(), (Calls{"connect 10", "forward", "identify", "forward"}));
-    EXPECT_EQ(request(0), requestHeader("11"));
-    EXPECT_EQ(request(1), requestHeader("0A") +
-                              " 00 00 00 64 00 00 00 04 41 70 70 00"
-                              " 00 00 00 65 00 00 00 08 10 11 12 13 14 15 16 17"
-                              " 00 00 00 82 00 00 00 46"
-                              " 41 73 41 6B 00 01 00 00 00 08"
-                              " 00 00 00 00 00 00 00 04 02 00 00 00"
-                              " 00 00 00 05 00 00 00 10 41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50"
-                              " 00 00 00 07 00 00 00 10 31 32 33 34 35 36 37 38 39 30 31 32 33 34 35 36"
-                              " 00 00 00 72 00 00 00 02 60 04");
+    EXPECT_EQ(forwarder.calls(),
+              (Calls{"connect 10", "query interface version", "identify", "register application"}));
+    EXPECT_EQ(request(posCommand::kQueryInterfaceVersion), requestHeader("11"));
+    EXPECT_EQ(request(posCommand::kRegisterApplication),
+              requestHeader("0A") +
+                  " 00 00 00 64 00 00 00 04 41 70 70 00"
+                  " 00 00 00 65 00 00 00 08 10 11 12 13 14 15 16 17"
+                  " 00 00 00 82 00 00 00 46"
+                  " 41 73 41 6B 00 01 00 00 00 08"
+                  " 00 00 00 00 00 00 00 04 02 00 00 00"
+                  " 00 00 00 05 00 00 00 10 41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50"
+                  " 00 00 00 07 00 00 00 10 31 32 33 34 35 36 37 38 39 30 31 32 33 34 35 36"
+                  " 00 00 00 72 00 00 00 02 60 04");
     EXPECT_EQ(outputs.registration.applicationId, 0x01020304u);
     EXPECT_TRUE(outputs.registration.checksClasses);
 }
@@ -60,12 +62,13 @@ TEST_F(POSTransferObjTraderTest, RegisterApplication_WithNothing_SendsEmptyField
     forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
     forwarder.answerParts(kNormalAnswer + uint32Part(103, 1) + part(115, ""));
     EXPECT_TRUE(trader.registerApplication("", {}, CPPByteArray(), outputs.registration));
-    EXPECT_EQ(request(1), requestHeader("0A") +
-                              " 00 00 00 64 00 00 00 01 00"
-                              " 00 00 00 65 00 00 00 08 10 11 12 13 14 15 16 17"
-                              " 00 00 00 82 00 00 00 16"
-                              " 41 73 41 6B 00 01 00 00 00 08 00 00 00 00 00 00 00 04 00 00 00 00"
-                              " 00 00 00 72 00 00 00 00");
+    EXPECT_EQ(request(posCommand::kRegisterApplication),
+              requestHeader("0A") +
+                  " 00 00 00 64 00 00 00 01 00"
+                  " 00 00 00 65 00 00 00 08 10 11 12 13 14 15 16 17"
+                  " 00 00 00 82 00 00 00 16"
+                  " 41 73 41 6B 00 01 00 00 00 08 00 00 00 00 00 00 00 04 00 00 00 00"
+                  " 00 00 00 72 00 00 00 00");
 }
 
 TEST_F(POSTransferObjTraderTest,
@@ -88,19 +91,21 @@ TEST_F(POSTransferObjTraderTest,
 TEST_F(POSTransferObjTraderTest, UnregisterApplication_SendsTheSession) {
     forwarder.answerParts(kNormalAnswer);
     EXPECT_TRUE(trader.unregisterApplication(0xFFFFFFFE));
-    EXPECT_EQ(request(0), requestHeader("0B") + " 00 00 00 67 00 00 00 04 FE FF FF FF");
-    EXPECT_EQ(forwarder.calls(), (Calls{"forward"}));
+    EXPECT_EQ(request(posCommand::kUnregisterApplication),
+              requestHeader("0B") + " 00 00 00 67 00 00 00 04 FE FF FF FF");
+    EXPECT_EQ(forwarder.calls(), (Calls{"unregister application"}));
 }
 
 TEST_F(POSTransferObjTraderTest, InstantiateObject_SendsClassEmptyCreationDataAndExecuterWord) {
     forwarder.answerParts(kNormalAnswer + part(105, "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10") +
                           part(120, "01 00 00 00 48 69"));
     EXPECT_TRUE(trader.instantiateObject(5, classId, kNoExecuter, outputs.objectId, outputs.message));
-    EXPECT_EQ(request(0), requestHeader("0C") +
-                              " 00 00 00 67 00 00 00 04 05 00 00 00"
-                              " 00 00 00 6A 00 00 00 10 41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50"
-                              " 00 00 00 74 00 00 00 00"
-                              " 00 00 00 75 00 00 00 04 FF FF FF FF");
+    EXPECT_EQ(request(posCommand::kInstantiateObject),
+              requestHeader("0C") +
+                  " 00 00 00 67 00 00 00 04 05 00 00 00"
+                  " 00 00 00 6A 00 00 00 10 41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50"
+                  " 00 00 00 74 00 00 00 00"
+                  " 00 00 00 75 00 00 00 04 FF FF FF FF");
     EXPECT_EQ(hexOf(outputs.objectId), "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10");
     EXPECT_EQ(outputs.message.flags, 1u);
     EXPECT_EQ(outputs.message.text, "Hi");
@@ -109,9 +114,10 @@ TEST_F(POSTransferObjTraderTest, InstantiateObject_SendsClassEmptyCreationDataAn
 TEST_F(POSTransferObjTraderTest, DeleteObject_SendsTheObject) {
     forwarder.answerParts(kNormalAnswer);
     EXPECT_TRUE(trader.deleteObject(5, objectId));
-    EXPECT_EQ(request(0), requestHeader("0D") +
-                              " 00 00 00 67 00 00 00 04 05 00 00 00"
-                              " 00 00 00 69 00 00 00 10 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70");
+    EXPECT_EQ(request(posCommand::kDeleteObject),
+              requestHeader("0D") +
+                  " 00 00 00 67 00 00 00 04 05 00 00 00"
+                  " 00 00 00 69 00 00 00 10 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70");
 }
 
 TEST_F(POSTransferObjTraderTest, CallMethod_SendsTheNameWithItsZeroAndWithoutAnExecuterField104OfLength0) {
@@ -119,12 +125,13 @@ TEST_F(POSTransferObjTraderTest, CallMethod_SendsTheNameWithItsZeroAndWithoutAnE
     const uint8_t parameters[] = {0, 1, 2};
     EXPECT_TRUE(trader.callMethod(5, nullptr, objectId, "add", parameters, 3, &outputs.block,
                                   &outputs.blockLength, outputs.message));
-    EXPECT_EQ(request(0), requestHeader("0E") +
-                              " 00 00 00 67 00 00 00 04 05 00 00 00"
-                              " 00 00 00 69 00 00 00 10 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70"
-                              " 00 00 00 6B 00 00 00 04 61 64 64 00"
-                              " 00 00 00 6E 00 00 00 03 00 01 02"
-                              " 00 00 00 68 00 00 00 00");
+    EXPECT_EQ(request(posCommand::kCallMethod),
+              requestHeader("0E") +
+                  " 00 00 00 67 00 00 00 04 05 00 00 00"
+                  " 00 00 00 69 00 00 00 10 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70"
+                  " 00 00 00 6B 00 00 00 04 61 64 64 00"
+                  " 00 00 00 6E 00 00 00 03 00 01 02"
+                  " 00 00 00 68 00 00 00 00");
     EXPECT_EQ(outputs.blockText(), "res");
     EXPECT_EQ(outputs.message.flags, 2u);
     EXPECT_EQ(outputs.message.text, "");
@@ -135,12 +142,13 @@ TEST_F(POSTransferObjTraderTest, CallMethod_OnAnExecuter_SendsItsIdentifier) {
     const ProtectedExecuterID executer{arrayOf("EXECUTER........")};
     EXPECT_TRUE(trader.callMethod(5, &executer, objectId, "", nullptr, 0, &outputs.block,
                                   &outputs.blockLength, outputs.message));
-    EXPECT_EQ(request(0), requestHeader("0E") +
-                              " 00 00 00 67 00 00 00 04 05 00 00 00"
-                              " 00 00 00 69 00 00 00 10 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70"
-                              " 00 00 00 6B 00 00 00 01 00"
-                              " 00 00 00 6E 00 00 00 00"
-                              " 00 00 00 68 00 00 00 10 45 58 45 43 55 54 45 52 2E 2E 2E 2E 2E 2E 2E 2E");
+    EXPECT_EQ(request(posCommand::kCallMethod),
+              requestHeader("0E") +
+                  " 00 00 00 67 00 00 00 04 05 00 00 00"
+                  " 00 00 00 69 00 00 00 10 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70"
+                  " 00 00 00 6B 00 00 00 01 00"
+                  " 00 00 00 6E 00 00 00 00"
+                  " 00 00 00 68 00 00 00 10 45 58 45 43 55 54 45 52 2E 2E 2E 2E 2E 2E 2E 2E");
 }
 
 TEST_F(POSTransferObjTraderTest, ExecuteCommand_SendsCommandAndArgumentInOneFieldAndTheCommandsLength) {
@@ -148,31 +156,33 @@ TEST_F(POSTransferObjTraderTest, ExecuteCommand_SendsCommandAndArgumentInOneFiel
     const uint8_t command[] = {'p', 'i', 'n', 'g'};
     const uint8_t argument[] = {0xAA, 0xBB};
     EXPECT_TRUE(trader.executeCommand(5, command, 4, argument, 2, &outputs.block, &outputs.blockLength));
-    EXPECT_EQ(request(0), requestHeader("0F") +
-                              " 00 00 00 67 00 00 00 04 05 00 00 00"
-                              " 00 00 00 68 00 00 00 10 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
-                              " 00 00 00 6E 00 00 00 06 70 69 6E 67 AA BB"
-                              " 00 00 00 70 00 00 00 04 04 00 00 00");
+    EXPECT_EQ(request(posCommand::kExecuteCommand),
+              requestHeader("0F") +
+                  " 00 00 00 67 00 00 00 04 05 00 00 00"
+                  " 00 00 00 68 00 00 00 10 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+                  " 00 00 00 6E 00 00 00 06 70 69 6E 67 AA BB"
+                  " 00 00 00 70 00 00 00 04 04 00 00 00");
     EXPECT_EQ(outputs.blockText(), "ok");
 }
 
 TEST_F(POSTransferObjTraderTest, ExecuteCommand_WithNullPointersOfLength0_SendsAnEmptyField) {
     forwarder.answerParts(kNormalAnswer + part(111, ""));
     EXPECT_TRUE(trader.executeCommand(5, nullptr, 0, nullptr, 0, &outputs.block, &outputs.blockLength));
-    EXPECT_EQ(request(0), requestHeader("0F") +
-                              " 00 00 00 67 00 00 00 04 05 00 00 00"
-                              " 00 00 00 68 00 00 00 10 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
-                              " 00 00 00 6E 00 00 00 00"
-                              " 00 00 00 70 00 00 00 04 00 00 00 00");
+    EXPECT_EQ(request(posCommand::kExecuteCommand),
+              requestHeader("0F") +
+                  " 00 00 00 67 00 00 00 04 05 00 00 00"
+                  " 00 00 00 68 00 00 00 10 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+                  " 00 00 00 6E 00 00 00 00"
+                  " 00 00 00 70 00 00 00 04 00 00 00 00");
 }
 
 TEST_F(POSTransferObjTraderTest, GetInformation_SendsTheRequest) {
     forwarder.answerParts(kNormalAnswer + part(109, "69 6E 66 6F"));
     const uint8_t query[] = {0x61, 0x01};
     EXPECT_TRUE(trader.getInformation(0, query, 2, &outputs.block, &outputs.blockLength));
-    EXPECT_EQ(request(0), requestHeader("10") +
-                              " 00 00 00 67 00 00 00 04 00 00 00 00"
-                              " 00 00 00 6C 00 00 00 02 61 01");
+    EXPECT_EQ(request(posCommand::kGetInformation), requestHeader("10") +
+                                                        " 00 00 00 67 00 00 00 04 00 00 00 00"
+                                                        " 00 00 00 6C 00 00 00 02 61 01");
     EXPECT_EQ(outputs.blockText(), "info");
 }
 
@@ -191,7 +201,7 @@ TEST_F(POSTransferObjTraderTest, EmptyResults_AreNullOfLength0) {
 
 TEST_F(POSTransferObjTraderTest, AnswersAndMessagesMayHaveTheirFieldsInAnyOrderAndMore) {
     forwarder.answerParts(part(120, "01 00 00 00 6D") + part(999, "00") + part(111, "72") + kNormalAnswer);
-    EXPECT_TRUE(operations().at(4).run(trader, outputs));
+    EXPECT_TRUE(operationNamed("call method").run(trader, outputs));
     EXPECT_EQ(outputs.blockText(), "r");
     EXPECT_EQ(outputs.message.text, "m");
 }
@@ -203,7 +213,7 @@ TEST_F(POSTransferObjTraderTest, HeaderFieldsThatAreNotLookedAt_MayBeMissingOrHo
         SCOPED_TRACE(header);
         forwarder.answerParts(header + part(109, "72"));
         Outputs some;
-        EXPECT_TRUE(operations().at(6).run(trader, some));
+        EXPECT_TRUE(operationNamed("get information").run(trader, some));
         EXPECT_EQ(some.blockText(), "r");
     }
 }
@@ -216,12 +226,12 @@ TEST_F(POSTransferObjTraderTest, EveryRequest_HasTheFieldsOfTheTableInItsOrder) 
         Outputs some;
         ASSERT_TRUE(operation.run(trader, some));
 
-        const CPPByteArray& wire = forwarder.requests().back();
-        POSTransferObj sent;
-        sent.copyBytesFrom(wire);
-        const POSCommand* const command = findPOSCommand(sent.getCommand());
-        ASSERT_NE(command, nullptr);
-        EXPECT_STREQ(command->name, operation.name);
+        ASSERT_EQ(forwarder.calls().back(), operation.name);
+        const auto command =
+            std::find_if(kPOSCommands.begin(), kPOSCommands.end(),
+                         [&](const POSCommand& one) { return operation.name == std::string(one.name); });
+        const auto sent = forwarder.lastRequest(*command);
+        const CPPByteArray& wire = sent->bytes();
 
         std::vector<uint32_t> expected = {0, 1, 3};
         for (const POSField& field : command->request)

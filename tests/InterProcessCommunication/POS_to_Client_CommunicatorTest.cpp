@@ -5,7 +5,7 @@
 #include "InterProcessCommunication/EventDescriptor.h"
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "tests/InterProcessCommunication/PlatformDouble.h"
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {

@@ -1,9 +1,7 @@
 #include "tests/InterProcessCommunication/PreparedForwarder.h"
 
-#include <gtest/gtest.h>
-
 #include "client/exceptions/POSException.h"
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel::test {
 
@@ -24,41 +22,16 @@ std::string hexOfUInt32(uint32_t value, bool mostSignificantFirst) {
 const char* const kProcessIdentity = "10 11 12 13 14 15 16 17";
 const char* const kNormalAnswer = "00 00 00 00 00 00 00 04 01 00 00 00 00 00 00 01 00 00 00 04 0B 00 00 00 ";
 
-POSTransferObj* PreparedForwarder::ForwardTransferObj(POSTransferObj& request) {
-    calls_.emplace_back("forward");
-    CPPByteArray wire;
-    request.copyBytesTo(wire);
-    requests_.push_back(wire);
-    if (script_.empty()) {
-        ADD_FAILURE() << "a request that no answer is prepared for";
-        return new POSTransferObj;
-    }
-    const Answer answer = script_.front();
-    script_.pop_front();
-    POSTransferObj* const reply = answer();
-    answers_.add(reply);
-    return reply;
-}
-
-void PreparedForwarder::ConnectToPOS(uint32_t hint) {
-    calls_.push_back("connect " + std::to_string(hint));
-    if (connectFailure_ != nullptr) throw new POSException(connectFailure_);
-}
-
-void PreparedForwarder::CheckConnection() {
-    calls_.emplace_back("check");
-}
-
-CPPByteArray PreparedForwarder::GetClientProcessID() {
-    calls_.emplace_back("identify");
-    return arrayOfHex(kProcessIdentity);
+PreparedForwarder::PreparedForwarder() {
+    clientProcess = arrayOfHex(kProcessIdentity);
+    onAnswer = [this](const POSTransferObj& reply) { answers_.add(&reply); };
 }
 
 void PreparedForwarder::answerBytes(const CPPByteArray& bytes) {
-    script_.emplace_back([bytes] {
+    answerNext([bytes](POSTransferObj&) {
         auto reply = std::make_unique<POSTransferObj>();
         reply->copyBytesFrom(bytes);
-        return reply.release();
+        return reply;
     });
 }
 
@@ -67,7 +40,11 @@ void PreparedForwarder::answerParts(const std::string& parts) {
 }
 
 void PreparedForwarder::throwAtRequest(const char* text) {
-    script_.emplace_back([text]() -> POSTransferObj* { throw new POSException(text); });
+    answerNext([text](POSTransferObj&) -> std::unique_ptr<POSTransferObj> { throw new POSException(text); });
+}
+
+void PreparedForwarder::throwAtConnect(const char* text) {
+    onConnect = [text] { throw new POSException(text); };
 }
 
 std::string exceptionAnswer(uint32_t code, const std::string& text) {

@@ -1,25 +1,18 @@
-// PreparedForwarder: a forwarder that records its calls and returns the replies that a test has prepared.
+// PreparedForwarder: a forwarder that returns the replies that a test has prepared as bytes, and counts which of them
+// were deleted.
 #pragma once
 
-#include <deque>
-#include <functional>
 #include <string>
-#include <vector>
 
-#include "InterProcessCommunication/POSTransferObj.h"
-#include "InterProcessCommunication/POSTransferObjForwarder.h"
 #include "tests/InterProcessCommunication/DeletionWatch.h"
+#include "tests/support/library/ForwarderDouble.h"
 
 namespace dovrel::test {
 
-class PreparedForwarder : public POSTransferObjForwarder {
+class PreparedForwarder : public ForwarderDouble {
   public:
-    using Answer = std::function<POSTransferObj*()>;
-
-    POSTransferObj* ForwardTransferObj(POSTransferObj& request) override;
-    void ConnectToPOS(uint32_t hint) override;
-    void CheckConnection() override;
-    CPPByteArray GetClientProcessID() override;
+    /// The client's process is kProcessIdentity.
+    PreparedForwarder();
 
     /// Both set the reply to the next request: these bytes, or the block's header and these parts
     /// (in hexadecimal).
@@ -28,22 +21,13 @@ class PreparedForwarder : public POSTransferObjForwarder {
     /// Makes the next request throw a POSException with this text.
     void throwAtRequest(const char* text);
     /// Makes ConnectToPOS throw a POSException with this text.
-    void throwAtConnect(const char* text) { connectFailure_ = text; }
-
-    /// Returns "connect 10", "check", "identify" and "forward" in the order of the calls.
-    const std::vector<std::string>& calls() const { return calls_; }
-    /// Returns the wire forms of the requests.
-    const std::vector<CPPByteArray>& requests() const { return requests_; }
+    void throwAtConnect(const char* text);
 
     /// Count the replies that the caller has deleted, and those that still exist.
     int releasedAnswers() const { return answers_.deletions(); }
     int livingAnswers() const { return answers_.living(); }
 
   private:
-    std::vector<std::string> calls_;
-    std::vector<CPPByteArray> requests_;
-    std::deque<Answer> script_;
-    const char* connectFailure_ = nullptr;
     DeletionWatch answers_;
 };
 

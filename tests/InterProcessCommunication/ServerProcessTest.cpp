@@ -15,9 +15,10 @@
 #include "InterProcessCommunication/ServerDiscovery.h"
 #include "client/exceptions/POSException.h"
 #include "tests/InterProcessCommunication/InstalledServer.h"
-#include "tests/InterProcessCommunication/UserTexts.h"
-#include "tests/serialization/Bytes.h"
+#include "tests/support/UserTexts.h"
 #include "tests/support/WaitUntil.h"
+#include "tests/support/library/Bytes.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -36,15 +37,8 @@ class ServerProcessTest : public testing::Test {
         return std::unique_ptr<POSTransferObj>(forwarder.ForwardTransferObj(request));
     }
 
-    // Returns the text of the POSException that an exchange throws.
     std::string failureOfForward() {
-        try {
-            forward("request");
-        } catch (CPPException* caught) {
-            const std::unique_ptr<CPPException> failure(caught);
-            return failure->getMessage();
-        }
-        return "nothing was thrown";
+        return test::failureText([this] { forward("request"); });
     }
 
     double secondsSinceStart() const {
@@ -131,14 +125,14 @@ TEST_F(ServerProcessTest, ServerKilledBetweenRequests_IsLaunchedAgain) {
 }
 
 TEST_F(ServerProcessTest, ServerThatDiesDuringTheExchange_IsLaunchedAgainAndTheRequestRepeated) {
-    server.install("data=die-once\n");
+    server.install("misbehave=vanishBefore\nmisbehaveTimes=1\n");
     EXPECT_EQ(forward("request")->readString(110), "request");
     EXPECT_EQ(server.processes().size(), 2u);
     EXPECT_EQ(server.countOfLog("data"), 2);
 }
 
 TEST_F(ServerProcessTest, ServerThatDiesAtEachRequest_IsAskedTwentyTimesInAll) {
-    server.install("data=die\n");
+    server.install("misbehave=vanishBefore\n");
     forwarder.ConnectToPOS(10);
     const std::unique_ptr<POSTransferObj> reply = forward("request");
     EXPECT_EQ(reply->bytes().getSize(), 0u);
@@ -146,7 +140,7 @@ TEST_F(ServerProcessTest, ServerThatDiesAtEachRequest_IsAskedTwentyTimesInAll) {
 }
 
 TEST_F(ServerProcessTest, ServerThatDiesDuringTheExchange_IsConnectionInvalidForTheChannel) {
-    server.install("data=die\n");
+    server.install("misbehave=vanishBefore\n");
     ASSERT_EQ(communicator.ConnectToServer(), 0);
     IPC_Info info;
     EXPECT_EQ(communicator.SendData(info), connectionInvalid);
@@ -160,25 +154,25 @@ TEST_F(ServerProcessTest, ServerThatDoesNotRun_IsProcNotFoundForTheChannel) {
 }
 
 TEST_F(ServerProcessTest, ServerWithoutAHandlerForData_IsTheCommunicationError) {
-    server.install("data=no-handler\n");
+    server.install("misbehave=noHandler\n");
     EXPECT_EQ(failureOfForward(), kCommunicationError);
     EXPECT_EQ(server.processes().size(), 1u);
 }
 
 TEST_F(ServerProcessTest, AnswerWithoutADirectParameter_IsTheCommunicationError) {
-    server.install("data=nothing\n");
+    server.install("misbehave=noParameter\n");
     EXPECT_EQ(failureOfForward(), kCommunicationError);
     EXPECT_EQ(server.countOfLog("data"), 1);
 }
 
 TEST_F(ServerProcessTest, EmptyAnswer_IsAnEmptyReply) {
-    server.install("data=empty\n");
+    server.install("misbehave=empty\n");
     EXPECT_EQ(forward("request")->bytes().getSize(), 0u);
     EXPECT_EQ(server.countOfLog("data"), 1);
 }
 
 TEST_F(ServerProcessTest, HandshakeAnsweredWithAnEmptyDirectParameter_CountsAsAwake) {
-    server.install("wake=empty\n");
+    server.install("handshake=empty\n");
     EXPECT_EQ(communicator.ConnectToServer(), 0);
     EXPECT_EQ(server.countOfLog("wake"), 1);
 }
@@ -186,8 +180,7 @@ TEST_F(ServerProcessTest, HandshakeAnsweredWithAnEmptyDirectParameter_CountsAsAw
 TEST_F(ServerProcessTest, HandshakeAnsweredWithoutADirectParameter_DoesNotCountAsAwake) {
     server.install();
     ASSERT_EQ(communicator.ConnectToServer(), 0);
-    server.root().write("Library/Application Support/Tessilor/pos/Merrowd.app/Contents/behaviour",
-                        "wake=nothing\n");
+    server.setBehaviour("handshake=noParameter\n");
     EXPECT_EQ(communicator.WakeServer(1000, 5), errAEDescNotFound);
     EXPECT_EQ(server.countOfLog("wake"), 2);
 }

@@ -1,15 +1,14 @@
 // The server process of these tests. It does only what is needed to be launched,
 // woken and called, and to misbehave.
 //
-// It is installed as Contents/MacOS/Merrowd in an application bundle. The file Contents/behaviour configures
-// it with lines "wake=" or "data=", each followed by one of the words below. The server writes a line to
-// Contents/log for each event.
-//   answer      replies with the handshake's text, or with the request's bytes
-//   nothing     replies without a direct parameter
-//   empty       replies with an empty direct parameter
-//   silent      does not reply
-//   die         ends the process at once; "die-once" does so only in the first process
-//   no-handler  has no handler (data only)
+// It is installed as Contents/MacOS/Merrowd in an application bundle. It replies to the handshake with its text, and
+// to data with the request's bytes. It writes a line to Contents/log for each event.
+//
+// The file Contents/behaviour has lines such as "misbehave=empty". Keys and values are those of the development
+// server (server/README.md):
+//   handshake       empty, noParameter, silent
+//   misbehave       empty, noParameter, silent, vanishBefore; here also noHandler: it has no handler for data
+//   misbehaveTimes  1: only the first process vanishes
 #include <Carbon/Carbon.h>
 #include <fcntl.h>
 #include <unistd.h>
@@ -33,11 +32,12 @@ fs::path contentsFolder() {
     return fs::read_symlink("/proc/self/exe").parent_path().parent_path();
 }
 
-std::string behaviour(const std::string& event) {
+/// Returns the value of the setting; "" if the file does not contain it.
+std::string setting(const std::string& key) {
     std::ifstream file(contentsFolder() / "behaviour");
     for (std::string line; std::getline(file, line);)
-        if (line.rfind(event + "=", 0) == 0) return line.substr(event.size() + 1);
-    return "answer";
+        if (line.rfind(key + "=", 0) == 0) return line.substr(key.size() + 1);
+    return "";
 }
 
 // Each line is one write, so that a reader never sees half a line.
@@ -54,10 +54,9 @@ void log(const std::string& text) {
         pause();
 }
 
-bool diesNow(const std::string& word) {
-    if (word == "die") return true;
-    const fs::path mark = contentsFolder() / "died";
-    if (word != "die-once" || fs::exists(mark)) return false;
+bool vanishesNow() {
+    const fs::path mark = contentsFolder() / "vanished";
+    if (setting("misbehaveTimes") == "1" && fs::exists(mark)) return false;
     std::ofstream(mark).flush();
     return true;
 }
@@ -66,11 +65,11 @@ OSErr put(AppleEvent* reply, const void* bytes, uint32_t length) {
     return AEPutParamPtr(reply, keyDirectObject, typeChar, bytes, static_cast<Size>(length));
 }
 
-OSErr behave(const std::string& word, const dovrel::CPPByteArray& bytes, AppleEvent* reply) {
-    if (diesNow(word)) _exit(1);
-    if (word == "silent") staySilent();
-    if (word == "nothing") return noErr;
-    if (word == "empty") return put(reply, nullptr, 0);
+OSErr answer(const std::string& fault, const dovrel::CPPByteArray& bytes, AppleEvent* reply) {
+    if (fault == "vanishBefore" && vanishesNow()) _exit(1);
+    if (fault == "silent") staySilent();
+    if (fault == "noParameter") return noErr;
+    if (fault == "empty") return put(reply, nullptr, 0);
     return put(reply, bytes.data(), bytes.getSize());
 }
 
@@ -82,7 +81,7 @@ OSErr handleWake(const AppleEvent* event, AppleEvent* reply, SRefCon) {
     log("wake " + std::string(text.get(), text.get() + length));
     dovrel::CPPByteArray bytes;
     bytes.set(text.get(), length);
-    return behave(behaviour("wake"), bytes, reply);
+    return answer(setting("handshake"), bytes, reply);
 }
 
 OSErr handleData(const AppleEvent* event, AppleEvent* reply, SRefCon) {
@@ -90,7 +89,7 @@ OSErr handleData(const AppleEvent* event, AppleEvent* reply, SRefCon) {
     dovrel::POSTransferObj request;
     channel.ReceiveTransferObj(event, request);
     log("data " + std::to_string(request.bytes().getSize()));
-    return behave(behaviour("data"), request.bytes(), reply);
+    return answer(setting("misbehave"), request.bytes(), reply);
 }
 
 }  // namespace
@@ -98,7 +97,7 @@ OSErr handleData(const AppleEvent* event, AppleEvent* reply, SRefCon) {
 int main() {
     log("start " + std::to_string(getpid()));
     AEInstallEventHandler('BUFF', 'waCl', handleWake, SRefCon(), false);
-    if (behaviour("data") != "no-handler")
+    if (setting("misbehave") != "noHandler")
         AEInstallEventHandler('BUFF', 'data', handleData, SRefCon(), false);
     RunApplicationEventLoop();
     log("end");

@@ -10,9 +10,10 @@
 #include "client/exceptions/POSException.h"
 #include "platform/Environment.h"
 #include "tests/InterProcessCommunication/PreparedForwarder.h"
-#include "tests/platform/trace/TraceLines.h"
-#include "tests/serialization/Bytes.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TraceLines.h"
+#include "tests/support/library/Bytes.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -51,15 +52,8 @@ class TracingForwarderTest : public testing::Test {
         return request;
     }
 
-    std::string failureOf(TracingForwarder& forwarder) const {
-        try {
-            delete forwarder.ForwardTransferObj(*request);
-        } catch (CPPException* caught) {
-            const std::unique_ptr<CPPException> failure(caught);
-            EXPECT_EQ(failure->getTypeCode(), exceptionTypeCode::kPOSException);
-            return failure->getMessage();
-        }
-        return "none";
+    std::unique_ptr<POSException> failureThrough(TracingForwarder& forwarder) const {
+        return test::failureOf<POSException>([&] { delete forwarder.ForwardTransferObj(*request); });
     }
 
     const test::TemporaryFolder folder;
@@ -71,7 +65,8 @@ TEST_F(TracingForwarderTest, Exchange_PassesUnchangedAndIsALineBeforeAndALineAft
     const auto forwarder = traced("exchange");
     prepared->answerParts(kNormalAnswer);
     const std::unique_ptr<POSTransferObj> answer(forwarder->ForwardTransferObj(*request));
-    EXPECT_EQ(test::hexOf(prepared->requests().at(0)), test::hexOf(request->bytes()));
+    EXPECT_EQ(test::hexOf(prepared->lastRequest(posCommand::kDeleteObject)->bytes()),
+              test::hexOf(request->bytes()));
     EXPECT_EQ(answer->bytes().getSize(), 34u);
     EXPECT_EQ(answer->getMessageKind(), 11u);
     EXPECT_EQ(lines(), (std::vector<std::string>{"exchange: delete object, 58 bytes",
@@ -116,7 +111,9 @@ TEST_F(TracingForwarderTest, AnswerThatCannotBeRead_IsALineAndPassesUnread) {
 TEST_F(TracingForwarderTest, FailureOfTheExchange_PassesAsItIsAfterALine) {
     const auto forwarder = traced("exchange:1");
     prepared->throwAtRequest("The line is dead.");
-    EXPECT_EQ(failureOf(*forwarder), "The line is dead.");
+    const auto failure = failureThrough(*forwarder);
+    ASSERT_NE(failure, nullptr);
+    EXPECT_STREQ(failure->getMessage(), "The line is dead.");
     EXPECT_EQ(lines(), std::vector<std::string>{"exchange: delete object: failed, # us: The line is dead."});
 }
 
@@ -136,7 +133,7 @@ TEST_F(TracingForwarderTest, MessageOfSeveralLinesInAnyEncoding_IsReadableAndFor
     prepared->throwAtRequest(
         "\xD2Zur\x9F"
         "ck\xD3\rdovrel 1 2 us exchange: forged\n> 107 method name");
-    failureOf(*forwarder);
+    failureThrough(*forwarder);
     EXPECT_EQ(lines(), std::vector<std::string>{"exchange: delete object: failed, # us: “Zurück”\n"
                                                 "    | dovrel 1 2 us exchange: forged\n"
                                                 "    | > 107 method name"});
@@ -165,13 +162,7 @@ TEST_F(TracingForwarderTest, ConnectAndCheck_AreLinesOfTheConnection) {
 TEST_F(TracingForwarderTest, FailureToConnect_PassesAsItIsAfterALine) {
     const auto forwarder = traced("connection:1");
     prepared->throwAtConnect("Nobody is there.");
-    try {
-        forwarder->ConnectToPOS(10);
-        ADD_FAILURE() << "nothing was thrown";
-    } catch (CPPException* caught) {
-        const std::unique_ptr<CPPException> failure(caught);
-        EXPECT_STREQ(failure->getMessage(), "Nobody is there.");
-    }
+    EXPECT_EQ(test::failureText([&] { forwarder->ConnectToPOS(10); }), "Nobody is there.");
     EXPECT_EQ(lines(), std::vector<std::string>{"connection: connect: failed, # us: Nobody is there."});
 }
 

@@ -5,13 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 #include "tests/InterProcessCommunication/PreparedForwarder.h"
 #include "tests/InterProcessCommunication/TransportTexts.h"
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel::test {
 
@@ -65,13 +66,23 @@ class TraderFixture : public testing::Test {
 
     static const std::vector<Operation>& operations();
 
+    /// Returns the operation with this name.
+    static const Operation& operationNamed(const std::string& name) {
+        for (const Operation& one : operations())
+            if (one.name == name) return one;
+        throw std::out_of_range("no operation \"" + name + "\"");
+    }
+
     /// Prepares the replies that are needed before the operation's own exchange.
     void prepare(const Operation& operation) {
         if (operation.registers) forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
     }
 
-    /// Returns the hexadecimal wire form of the request with this number.
-    std::string request(size_t index) const { return hexOf(forwarder.requests().at(index)); }
+    /// Returns the hexadecimal wire form of the last request of this command; "" if there is none.
+    std::string request(const POSCommand& command) const {
+        const auto last = forwarder.lastRequest(command);
+        return last == nullptr ? "" : hexOf(last->bytes());
+    }
 
     const CPPClassID classId{arrayOf("ABCDEFGHIJKLMNOP")};
     const CPPObjectID objectId{arrayOf("abcdefghijklmnop")};

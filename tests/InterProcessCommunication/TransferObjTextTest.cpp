@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "InterProcessCommunication/POSTransferObj.h"
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {

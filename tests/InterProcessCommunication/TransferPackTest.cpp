@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {

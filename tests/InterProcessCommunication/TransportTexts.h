@@ -1,7 +1,7 @@
 // TransportTexts: the texts that the transport uses, in an installation that belongs to the test.
 #pragma once
 
-#include "tests/settings/InstalledTexts.h"
+#include "tests/support/InstalledTexts.h"
 
 namespace dovrel::test {
 

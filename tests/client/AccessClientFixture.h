@@ -1,11 +1,9 @@
 // AccessClientFixture: a client's registry over a scripted forwarder.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "client/Attempt.h"
 #include "client/POSAccessClient.h"
 #include "tests/client/SessionTest.h"
 
@@ -26,7 +24,7 @@ class AccessClientFixture : public SystemRootTest {
         for (Identifier& one : classes)
             list.push_back(one.bytes());
         uint32_t applicationId = 0;
-        forwarder_.answer(10, registration(identifier, flags));
+        forwarder_.answer(posCommand::kRegisterApplication, registration(identifier, flags));
         EXPECT_TRUE(client_.registerApplication(name, list.data(), static_cast<uint32_t>(list.size()),
                                                 nullptr, 0, applicationId));
         return applicationId;
@@ -41,12 +39,6 @@ class AccessClientFixture : public SystemRootTest {
                                   length, &result_, &resultLength_, message_);
     }
 
-    /// Returns the message of the library's exception that the work throws; "" if it throws none.
-    static std::string failureOf(const std::function<bool()>& work) {
-        const Attempt result = attempt(work);
-        return result.failure && result.failure->getMessage() != nullptr ? result.failure->getMessage() : "";
-    }
-
     std::string takeResult() {
         const std::string text(reinterpret_cast<const char*>(result_), resultLength_);
         delete[] result_;
@@ -54,7 +46,7 @@ class AccessClientFixture : public SystemRootTest {
         return text;
     }
 
-    ScriptedForwarder forwarder_;
+    AcceptingForwarder forwarder_;
     POSAccessClient client_;
     POSServerMessage message_;
     Identifier counterName_{"Counter"};

@@ -36,7 +36,7 @@ class ConcurrencyTest : public test::SessionTest {
 };
 
 TEST_F(ConcurrencyTest, EightThreads_EachGetsItsOwnAnswersOneOperationAtATime) {
-    forwarder_->answer(14, [this](POSTransferObj& request) {
+    forwarder_->answer(posCommand::kCallMethod, [this](POSTransferObj& request) {
         enter();
         const std::string parameters = request.readString(110);
         auto answer = test::result(parameters)(request);
@@ -68,12 +68,12 @@ TEST_F(ConcurrencyTest, EightThreads_EachGetsItsOwnAnswersOneOperationAtATime) {
     });
     EXPECT_EQ(failures, 0);
     EXPECT_EQ(overlaps_, 0);
-    EXPECT_EQ(forwarder_->requests(14).size(), size_t{kThreads} * kRounds);
+    EXPECT_EQ(forwarder_->requests(posCommand::kCallMethod).size(), size_t{kThreads} * kRounds);
     EXPECT_EQ(currentSession()->client().applicationCount(), 0u);
 }
 
 TEST_F(ConcurrencyTest, EightThreadsThatFail_OpenOneAlertAtATime) {
-    forwarder_->answer(16, test::error(28, "broken"));
+    forwarder_->answer(posCommand::kGetInformation, test::error(28, "broken"));
     dialog_->onShow = [this] {
         enter();
         leave();
@@ -94,7 +94,7 @@ TEST_F(ConcurrencyTest, OpenAlert_KeepsOtherOperationsWaiting) {
     closeSession();
     parts_.createLock = [&use] { return std::make_unique<test::WatchedMutex>(use); };
     openSession(parts_);
-    forwarder_->answer(16, test::error(28, "broken"));
+    forwarder_->answer(posCommand::kGetInformation, test::error(28, "broken"));
 
     std::atomic<bool> otherReturned{false};
     std::thread other;

@@ -56,7 +56,7 @@ class DialogHandlerFixture : public SystemRootTest {
     const ShownAlert refusalAlert_{kErrorTitle, reportBody("Editor", "refused", "Register."), kRetryCancel};
     const ShownAlert attentionAlert_{kErrorTitle, kAttention, kRetryCancel};
 
-    ScriptedForwarder forwarder_;
+    AcceptingForwarder forwarder_;
     ScriptedMessageDialog* dialog_ = nullptr;
     POSAccessClient client_;
     POSAccessUIDialogHandler handler_;

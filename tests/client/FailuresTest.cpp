@@ -18,17 +18,17 @@ using test::ShownAlert;
 class FailuresTest : public test::SessionOperationsTest {};
 
 TEST_F(FailuresTest, Instantiate_ClassNotRegistered_FailsWithItsTextWhenTheServerAsksForTheCheck) {
-    forwarder_->answer(10, test::registration(3, 1));
+    forwarder_->answer(posCommand::kRegisterApplication, test::registration(3, 1));
     registered("Editor", {}, {"Clock"});
     EXPECT_EQ(instantiate(3), POS_FAILURE);
     EXPECT_EQ(dialog_->shown, oneReport("Editor", kClassMissing, "Stopped."));
     EXPECT_EQ(object_, nullptr);
-    EXPECT_EQ(forwarder_->countOf("12"), 0u);
+    EXPECT_EQ(forwarder_->countOf("instantiate object"), 0u);
 }
 
 TEST_F(FailuresTest, ErrorAnswer24_ShowsTheDriverTextAndFailsAfterOK) {
     const uint32_t applicationId = registered("Editor");
-    forwarder_->answer(12, test::error(24, "no driver"));
+    forwarder_->answer(posCommand::kInstantiateObject, test::error(24, "no driver"));
     dialog_->answers = {12};
     EXPECT_EQ(instantiate(applicationId), POS_FAILURE);
     EXPECT_EQ(dialog_->shown, oneReport("Editor", "no driver", "Driver."));
@@ -37,7 +37,7 @@ TEST_F(FailuresTest, ErrorAnswer24_ShowsTheDriverTextAndFailsAfterOK) {
 
 TEST_F(FailuresTest, ErrorAnswer32_OutsideRegistration_CanBeRetried) {
     const uint32_t applicationId = registered("Editor");
-    forwarder_->answerNext(14, {test::error(32, "register first")});
+    forwarder_->answerNext(posCommand::kCallMethod, {test::error(32, "register first")});
     dialog_->answers = {11};
     EXPECT_EQ(call(applicationId), POS_OK);
     posDeleteDLLHeapData(result_);
@@ -72,8 +72,8 @@ TEST_F(FailuresTest, ErrorAnswersWithCode36OrUnlisted_FailEveryOperationWithoutA
 
 TEST_F(FailuresTest, ErrorAnswersWithCode36OrUnlisted_AreInTheErrorLogWithTheirRequest) {
     const uint32_t applicationId = registered("Editor");
-    forwarder_->answer(14, test::error(36, "no library"));
-    forwarder_->answer(16, test::error(0xFFFFFFFF, "no idea"));
+    forwarder_->answer(posCommand::kCallMethod, test::error(36, "no library"));
+    forwarder_->answer(posCommand::kGetInformation, test::error(0xFFFFFFFF, "no idea"));
     EXPECT_EQ(call(applicationId), POS_FAILURE);
     EXPECT_EQ(getInfo(applicationId), POS_FAILURE);
     const auto sections = ConfigFileSystem::readSections(root_.read(kErrorLogFile), "TIME");
@@ -88,7 +88,8 @@ TEST_F(FailuresTest, ErrorAnswersWithCode36OrUnlisted_AreInTheErrorLogWithTheirR
 
 TEST_F(FailuresTest, AnswerThatCannotBeRead_IsInTheErrorLogWithItsErrorSite) {
     const uint32_t applicationId = registered("Editor");
-    forwarder_->answer(14, [](POSTransferObj&) { return std::make_unique<POSTransferObj>(1, 11, 14); });
+    forwarder_->answer(posCommand::kCallMethod,
+                       [](POSTransferObj&) { return std::make_unique<POSTransferObj>(1, 11, 14); });
     EXPECT_EQ(call(applicationId), POS_FAILURE);
     const auto sections = ConfigFileSystem::readSections(root_.read(kErrorLogFile), "TIME");
     ASSERT_EQ(sections.size(), 2u);
@@ -99,7 +100,8 @@ TEST_F(FailuresTest, AnswerThatCannotBeRead_IsInTheErrorLogWithItsErrorSite) {
 
 TEST_F(FailuresTest, AnswerThatCannotBeRead_IsAnUnrecoverableFailure) {
     const uint32_t applicationId = registered("Editor");
-    forwarder_->answer(14, [](POSTransferObj&) { return std::make_unique<POSTransferObj>(1, 11, 14); });
+    forwarder_->answer(posCommand::kCallMethod,
+                       [](POSTransferObj&) { return std::make_unique<POSTransferObj>(1, 11, 14); });
     EXPECT_EQ(call(applicationId), POS_FAILURE);
     ASSERT_EQ(dialog_->shown.size(), 1u);
     EXPECT_EQ(dialog_->shown[0].buttons, kOK);
@@ -125,29 +127,30 @@ TEST_F(FailuresTest, Outputs_MayBeTheInputs) {
     const uint32_t applicationId = registered();
     void* handle = identifier_;
     EXPECT_EQ(posInstantiateObject(applicationId, &handle, &handle), POS_OK);
-    EXPECT_EQ(forwarder_->lastRequest(12)->readString(106), std::string("Counter\0\0\0\0\0\0\0\0\0", 16));
+    EXPECT_EQ(forwarder_->lastRequest(posCommand::kInstantiateObject)->readString(106),
+              std::string("Counter\0\0\0\0\0\0\0\0\0", 16));
     EXPECT_NE(handle, identifier_);
     posFreeDllHeapData(handle);
 }
 
 TEST_F(FailuresTest, OutputsOfAFailedCallOrCommand_AreClearedWhateverTheyHeld) {
     const uint32_t applicationId = registered("Editor");
-    forwarder_->answer(14, test::error(30, "no such method"));
-    forwarder_->answer(15, test::error(30, "no such command"));
+    forwarder_->answer(posCommand::kCallMethod, test::error(30, "no such method"));
+    forwarder_->answer(posCommand::kExecuteCommand, test::error(30, "no such command"));
     uint8_t before = 0;
     uint8_t* result = &before;
     uint32_t length = 1;
     EXPECT_EQ(posCallMethod(applicationId, &identifier_, "add", nullptr, 0, &result, &length), POS_FAILURE);
     EXPECT_EQ(result, nullptr);
     EXPECT_EQ(length, 0u);
-    EXPECT_EQ(forwarder_->countOf("14"), 1u);
+    EXPECT_EQ(forwarder_->countOf("call method"), 1u);
     result = &before;
     length = 1;
     EXPECT_EQ(posExecuteCMD(applicationId, &identifier_, 16, &identifier_, 16, &result, &length),
               POS_FAILURE);
     EXPECT_EQ(result, nullptr);
     EXPECT_EQ(length, 0u);
-    EXPECT_EQ(forwarder_->countOf("15"), 1u);
+    EXPECT_EQ(forwarder_->countOf("execute command"), 1u);
     EXPECT_EQ(dialog_->shown.size(), 2u);
 }
 
@@ -155,16 +158,16 @@ TEST_F(FailuresTest, OutputsOfAFailedCallOrCommand_AreClearedWhateverTheyHeld) {
 TEST_F(FailuresTest, OutputsThatAreTheInputs_AreClearedAfterTheLastAttemptOnly) {
     const uint32_t applicationId = registered("Editor");
     const std::string identifier("Counter\0\0\0\0\0\0\0\0\0", 16);
-    forwarder_->answer(14, test::error(32, "register first"));
-    forwarder_->answer(15, test::error(32, "register first"));
+    forwarder_->answer(posCommand::kCallMethod, test::error(32, "register first"));
+    forwarder_->answer(posCommand::kExecuteCommand, test::error(32, "register first"));
     dialog_->answers = {11, 12, 11, 12};
     uint32_t length = 16;
     void* handle = identifier_;
     EXPECT_EQ(posCallMethod(applicationId, &handle, "add", nullptr, 0, reinterpret_cast<uint8_t**>(&handle),
                             &length),
               POS_FAILURE);
-    ASSERT_EQ(forwarder_->countOf("14"), 2u);
-    EXPECT_EQ(forwarder_->lastRequest(14)->readString(105), identifier);
+    ASSERT_EQ(forwarder_->countOf("call method"), 2u);
+    EXPECT_EQ(forwarder_->lastRequest(posCommand::kCallMethod)->readString(105), identifier);
     EXPECT_EQ(handle, nullptr);
     EXPECT_EQ(length, 0u);
     length = 16;
@@ -172,7 +175,7 @@ TEST_F(FailuresTest, OutputsThatAreTheInputs_AreClearedAfterTheLastAttemptOnly) 
     EXPECT_EQ(posExecuteCMD(applicationId, &handle, length, &handle, length,
                             reinterpret_cast<uint8_t**>(&handle), &length),
               POS_FAILURE);
-    EXPECT_EQ(forwarder_->countOf("15"), 2u);
+    EXPECT_EQ(forwarder_->countOf("execute command"), 2u);
     EXPECT_EQ(handle, nullptr);
     EXPECT_EQ(length, 0u);
 }

@@ -16,7 +16,9 @@ constexpr uint32_t kUntouched = 99;
 
 class ClientOutOfMemoryTest : public test::SessionOperationsTest {
   protected:
-    ClientOutOfMemoryTest() { forwarder_->answer(10, test::registration(kApplication)); }
+    ClientOutOfMemoryTest() {
+        forwarder_->answer(posCommand::kRegisterApplication, test::registration(kApplication));
+    }
 
     /// Calls `check(done)` after each run of `work`. `work` returns true if it succeeded.
     template <class Work, class Check>
@@ -78,7 +80,7 @@ TEST_F(ClientOutOfMemoryTest, Register_FailsWithNothingRecordedOrRegistersInFull
         EXPECT_STREQ(currentSession()->client().applicationName(kApplication), "Host");
         EXPECT_TRUE(currentSession()->dialogHandler().isSilenced(kApplication));
         EXPECT_EQ(currentSession()->dialogHandler().currentApplicationName(), "Host");
-        EXPECT_EQ(forwarder_->lastRequest(10)->readString(130).substr(30),
+        EXPECT_EQ(forwarder_->lastRequest(posCommand::kRegisterApplication)->readString(130).substr(30),
                   std::string("Counter\0\0\0\0\0\0\0\0\0", 16));
         ASSERT_EQ(posUnregisterApplication(kApplication), POS_OK);
     };
@@ -106,7 +108,8 @@ TEST_F(ClientOutOfMemoryTest, Register_LongName_IsRecordedInFullOrNotAtAll) {
             EXPECT_EQ(currentSession()->client().applicationCount(), done ? 1u : 0u);
             if (!done) return;
             EXPECT_STREQ(currentSession()->client().applicationName(kApplication), name);
-            EXPECT_EQ(forwarder_->lastRequest(10)->readString(100), std::string(name, sizeof name));
+            EXPECT_EQ(forwarder_->lastRequest(posCommand::kRegisterApplication)->readString(100),
+                      std::string(name, sizeof name));
             ASSERT_EQ(posUnregisterApplication(kApplication), POS_OK);
         });
 }
@@ -128,7 +131,8 @@ TEST_F(ClientOutOfMemoryTest, Instantiate_FailsWithoutAnObjectOrHandsItOut) {
 }
 
 TEST_F(ClientOutOfMemoryTest, Instantiate_MessageThatCannotBeShown_IsNoFailure) {
-    forwarder_->answer(12, test::object("object", 1, "A message of the server that is long enough."));
+    forwarder_->answer(posCommand::kInstantiateObject,
+                       test::object("object", 1, "A message of the server that is long enough."));
     failEachRequestOf([this] { return instantiate(kApplication); }, [this] { expectObject(); });
 }
 
@@ -143,7 +147,8 @@ TEST_F(ClientOutOfMemoryTest, CallMethodOnExecuter_FailsWithoutAResultOrHandsItO
                                        &resultLength_);
     };
     failEachRequestOf(callOnExecuter, [this] {
-        EXPECT_EQ(forwarder_->lastRequest(14)->readString(104), std::string("Counter\0\0\0\0\0\0\0\0\0", 16));
+        EXPECT_EQ(forwarder_->lastRequest(posCommand::kCallMethod)->readString(104),
+                  std::string("Counter\0\0\0\0\0\0\0\0\0", 16));
         expectResult();
     });
 }
@@ -169,7 +174,7 @@ TEST_F(ClientOutOfMemoryTest, GetInfo_FailsWithoutABlockOrHandsItOut) {
 
 TEST_F(ClientOutOfMemoryTest, FailureOfTheServer_StaysAFailureWhoseReportMayBeLost) {
     registered("Host");
-    forwarder_->answer(14, test::error(28, "broken"));
+    forwarder_->answer(posCommand::kCallMethod, test::error(28, "broken"));
     failEachRequest(
         [this] {
             const uint32_t status = call(kApplication);

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "tests/client/AccessClientFixture.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -16,14 +17,14 @@ class POSAccessClientOperationsTest : public test::AccessClientFixture {};
 TEST_F(POSAccessClientOperationsTest, Instantiate_HandsOutAMallocBlockOfTheObjectIdentifier) {
     registered(1);
     void* object = nullptr;
-    forwarder_.answer(12, test::object("an object", 0x100, "Mind the step"));
+    forwarder_.answer(posCommand::kInstantiateObject, test::object("an object", 0x100, "Mind the step"));
     ASSERT_TRUE(instantiate(1, &counter_, &object));
     EXPECT_EQ(std::memcmp(object, padded("an object").data(), 16), 0);
     std::free(object);
     EXPECT_TRUE(message_.isPresent());
     EXPECT_EQ(message_.text, "Mind the step");
 
-    const auto request = forwarder_.lastRequest(12);
+    const auto request = forwarder_.lastRequest(posCommand::kInstantiateObject);
     EXPECT_EQ(request->readUInt32(103), 1u);
     EXPECT_EQ(request->readString(106), padded("Counter"));
     EXPECT_EQ(request->readUInt32(117), 0xFFFFFFFFu);
@@ -33,9 +34,9 @@ TEST_F(POSAccessClientOperationsTest, Instantiate_MissingPointers_AreTheNullPoin
     registered(1);
     forwarder_.forgetCalls();
     void* object = nullptr;
-    EXPECT_EQ(failureOf([&] { return instantiate(1, nullptr, &object); }), kNullPointer);
-    EXPECT_EQ(failureOf([&] { return instantiate(1, &null_, &object); }), kNullPointer);
-    EXPECT_EQ(failureOf([&] { return instantiate(1, &counter_, nullptr); }), kNullPointer);
+    EXPECT_EQ(test::failureText([&] { return instantiate(1, nullptr, &object); }), kNullPointer);
+    EXPECT_EQ(test::failureText([&] { return instantiate(1, &null_, &object); }), kNullPointer);
+    EXPECT_EQ(test::failureText([&] { return instantiate(1, &counter_, nullptr); }), kNullPointer);
     EXPECT_TRUE(forwarder_.calls().empty());
 }
 
@@ -43,7 +44,7 @@ TEST_F(POSAccessClientOperationsTest, Instantiate_ClassNotRegistered_FailsWhenTh
     registered(1, "Editor", 1, {"Clock", "Notes"});
     forwarder_.forgetCalls();
     void* object = nullptr;
-    EXPECT_EQ(failureOf([&] { return instantiate(1, &counter_, &object); }), kClassMissing);
+    EXPECT_EQ(test::failureText([&] { return instantiate(1, &counter_, &object); }), kClassMissing);
     EXPECT_TRUE(forwarder_.calls().empty());
     EXPECT_EQ(object, nullptr);
 }
@@ -67,13 +68,13 @@ TEST_F(POSAccessClientOperationsTest, Instantiate_OnAnExecuter_IsNotChecked) {
     void* object = nullptr;
     ASSERT_TRUE(instantiate(1, &counter_, &object, 4));
     std::free(object);
-    EXPECT_EQ(forwarder_.lastRequest(12)->readUInt32(117), 4u);
+    EXPECT_EQ(forwarder_.lastRequest(posCommand::kInstantiateObject)->readUInt32(117), 4u);
 }
 
 TEST_F(POSAccessClientOperationsTest, Instantiate_ObjectIdentifierThatIsNotSixteenBytes_Fails) {
     registered(1);
     for (size_t size : {size_t{0}, size_t{15}, size_t{17}}) {
-        forwarder_.answer(12, [size](POSTransferObj& request) {
+        forwarder_.answer(posCommand::kInstantiateObject, [size](POSTransferObj& request) {
             auto answer = std::make_unique<POSTransferObj>(1, 11, request.getCommand());
             answer->writeString(105, std::string(size, 'x'));
             answer->writeString(120, "");
@@ -87,19 +88,19 @@ TEST_F(POSAccessClientOperationsTest, Instantiate_ObjectIdentifierThatIsNotSixte
 
 TEST_F(POSAccessClientOperationsTest, Instantiate_Code36_IsFalseAndHandsOutNothing) {
     registered(1);
-    forwarder_.answer(12, test::error(36, "whatever"));
+    forwarder_.answer(posCommand::kInstantiateObject, test::error(36, "whatever"));
     void* object = &object;
     EXPECT_FALSE(instantiate(1, &counter_, &object));
     EXPECT_EQ(object, &object);
 }
 
 TEST_F(POSAccessClientOperationsTest, CallMethod_SendsObjectNameAndParametersAndHandsOutTheResult) {
-    forwarder_.answer(14, test::result("sum", 7, "Note"));
+    forwarder_.answer(posCommand::kCallMethod, test::result("sum", 7, "Note"));
     ASSERT_TRUE(call(&counter_, "add", "\x01\x02", 2));
     EXPECT_EQ(takeResult(), "sum");
     EXPECT_EQ(message_.text, "Note");
 
-    const auto request = forwarder_.lastRequest(14);
+    const auto request = forwarder_.lastRequest(posCommand::kCallMethod);
     EXPECT_EQ(request->readUInt32(103), 1u);
     EXPECT_EQ(request->readString(105), padded("Counter"));
     EXPECT_EQ(request->readString(107), std::string("add\0", 4));
@@ -113,18 +114,18 @@ TEST_F(POSAccessClientOperationsTest, CallMethod_OnAnExecuter_NamesIt) {
     ASSERT_TRUE(
         client_.callMethod(1, &executer, &counter_, "add", nullptr, 0, &result_, &resultLength_, message_));
     takeResult();
-    EXPECT_EQ(forwarder_.lastRequest(14)->readString(104), padded("executer 7"));
+    EXPECT_EQ(forwarder_.lastRequest(posCommand::kCallMethod)->readString(104), padded("executer 7"));
 }
 
 TEST_F(POSAccessClientOperationsTest, CallMethod_HandleOfNoExecuter_NamesNone) {
     ASSERT_TRUE(
         client_.callMethod(1, &null_, &counter_, "add", nullptr, 0, &result_, &resultLength_, message_));
     takeResult();
-    EXPECT_EQ(forwarder_.lastRequest(14)->readString(104), "");
+    EXPECT_EQ(forwarder_.lastRequest(posCommand::kCallMethod)->readString(104), "");
 }
 
 TEST_F(POSAccessClientOperationsTest, CallMethod_EmptyResult_IsNullAndZero) {
-    forwarder_.answer(14, test::result(""));
+    forwarder_.answer(posCommand::kCallMethod, test::result(""));
     result_ = reinterpret_cast<uint8_t*>(&result_);
     resultLength_ = 5;
     ASSERT_TRUE(call(&counter_, "add", nullptr, 0));
@@ -133,16 +134,16 @@ TEST_F(POSAccessClientOperationsTest, CallMethod_EmptyResult_IsNullAndZero) {
 }
 
 TEST_F(POSAccessClientOperationsTest, CallMethod_MissingPointers_AreTheNullPointerFailure) {
-    EXPECT_EQ(failureOf([&] { return call(nullptr, "add", nullptr, 0); }), kNullPointer);
-    EXPECT_EQ(failureOf([&] { return call(&null_, "add", nullptr, 0); }), kNullPointer);
-    EXPECT_EQ(failureOf([&] { return call(&counter_, nullptr, nullptr, 0); }), kNullPointer);
-    EXPECT_EQ(failureOf([&] { return call(&counter_, "add", nullptr, 1); }), kNullPointer);
-    EXPECT_EQ(failureOf([&] {
+    EXPECT_EQ(test::failureText([&] { return call(nullptr, "add", nullptr, 0); }), kNullPointer);
+    EXPECT_EQ(test::failureText([&] { return call(&null_, "add", nullptr, 0); }), kNullPointer);
+    EXPECT_EQ(test::failureText([&] { return call(&counter_, nullptr, nullptr, 0); }), kNullPointer);
+    EXPECT_EQ(test::failureText([&] { return call(&counter_, "add", nullptr, 1); }), kNullPointer);
+    EXPECT_EQ(test::failureText([&] {
                   return client_.callMethod(1, nullptr, &counter_, "add", nullptr, 0, nullptr, &resultLength_,
                                             message_);
               }),
               kNullPointer);
-    EXPECT_EQ(failureOf([&] {
+    EXPECT_EQ(test::failureText([&] {
                   return client_.callMethod(1, nullptr, &counter_, "add", nullptr, 0, &result_, nullptr,
                                             message_);
               }),
@@ -152,13 +153,13 @@ TEST_F(POSAccessClientOperationsTest, CallMethod_MissingPointers_AreTheNullPoint
 
 TEST_F(POSAccessClientOperationsTest, DeleteObject_SendsTheIdentifier) {
     ASSERT_TRUE(client_.deleteObject(6, &counter_));
-    EXPECT_EQ(forwarder_.lastRequest(13)->readUInt32(103), 6u);
-    EXPECT_EQ(forwarder_.lastRequest(13)->readString(105), padded("Counter"));
+    EXPECT_EQ(forwarder_.lastRequest(posCommand::kDeleteObject)->readUInt32(103), 6u);
+    EXPECT_EQ(forwarder_.lastRequest(posCommand::kDeleteObject)->readString(105), padded("Counter"));
 }
 
 TEST_F(POSAccessClientOperationsTest, DeleteObject_MissingPointers_AreTheNullPointerFailure) {
-    EXPECT_EQ(failureOf([&] { return client_.deleteObject(1, nullptr); }), kNullPointer);
-    EXPECT_EQ(failureOf([&] { return client_.deleteObject(1, &null_); }), kNullPointer);
+    EXPECT_EQ(test::failureText([&] { return client_.deleteObject(1, nullptr); }), kNullPointer);
+    EXPECT_EQ(test::failureText([&] { return client_.deleteObject(1, &null_); }), kNullPointer);
     EXPECT_TRUE(forwarder_.calls().empty());
 }
 
@@ -170,7 +171,7 @@ TEST_F(POSAccessClientOperationsTest, ExecuteCommand_SendsCommandThenArgumentAnd
     ASSERT_TRUE(client_.executeCommand(8, &commandBytes, 4, &argumentBytes, 3, &result_, &resultLength_));
     EXPECT_EQ(takeResult(), "result");
 
-    const auto request = forwarder_.lastRequest(15);
+    const auto request = forwarder_.lastRequest(posCommand::kExecuteCommand);
     EXPECT_EQ(request->readUInt32(103), 8u);
     EXPECT_EQ(request->readString(104), std::string(16, '\0'));
     EXPECT_EQ(request->readString(110), "listall");
@@ -180,13 +181,13 @@ TEST_F(POSAccessClientOperationsTest, ExecuteCommand_SendsCommandThenArgumentAnd
 TEST_F(POSAccessClientOperationsTest, ExecuteCommand_HandlesOfNothing_AreLegalWithLengthZero) {
     ASSERT_TRUE(client_.executeCommand(1, &null_, 0, &null_, 0, &result_, &resultLength_));
     takeResult();
-    EXPECT_EQ(forwarder_.lastRequest(15)->readString(110), "");
+    EXPECT_EQ(forwarder_.lastRequest(posCommand::kExecuteCommand)->readString(110), "");
 }
 
 TEST_F(POSAccessClientOperationsTest, ExecuteCommand_MissingPointers_AreTheNullPointerFailure) {
     const auto execute = [this](void* const* command, uint32_t commandLength, void* const* argument,
                                 uint32_t argumentLength, uint8_t** result, uint32_t* length) {
-        return failureOf([&] {
+        return test::failureText([&] {
             return client_.executeCommand(1, command, commandLength, argument, argumentLength, result,
                                           length);
         });
@@ -205,8 +206,8 @@ TEST_F(POSAccessClientOperationsTest, GetInformation_SendsTheRequest) {
     ASSERT_TRUE(client_.getInformation(12, "about", 5, &result_, &length));
     resultLength_ = static_cast<uint32_t>(length);
     EXPECT_EQ(takeResult(), "information");
-    EXPECT_EQ(forwarder_.lastRequest(16)->readUInt32(103), 12u);
-    EXPECT_EQ(forwarder_.lastRequest(16)->readString(108), "about");
+    EXPECT_EQ(forwarder_.lastRequest(posCommand::kGetInformation)->readUInt32(103), 12u);
+    EXPECT_EQ(forwarder_.lastRequest(posCommand::kGetInformation)->readString(108), "about");
 }
 
 TEST_F(POSAccessClientOperationsTest, GetInformation_InterfaceVersion_IsAnsweredWithoutTheServer) {
@@ -220,10 +221,12 @@ TEST_F(POSAccessClientOperationsTest, GetInformation_InterfaceVersion_IsAnswered
 
 TEST_F(POSAccessClientOperationsTest, GetInformation_MissingPointers_AreTheNullPointerFailure) {
     int32_t length = 0;
-    EXPECT_EQ(failureOf([&] { return client_.getInformation(1, nullptr, 0, &result_, &length); }),
+    EXPECT_EQ(test::failureText([&] { return client_.getInformation(1, nullptr, 0, &result_, &length); }),
               kNullPointer);
-    EXPECT_EQ(failureOf([&] { return client_.getInformation(1, "x", 1, nullptr, &length); }), kNullPointer);
-    EXPECT_EQ(failureOf([&] { return client_.getInformation(1, "x", 1, &result_, nullptr); }), kNullPointer);
+    EXPECT_EQ(test::failureText([&] { return client_.getInformation(1, "x", 1, nullptr, &length); }),
+              kNullPointer);
+    EXPECT_EQ(test::failureText([&] { return client_.getInformation(1, "x", 1, &result_, nullptr); }),
+              kNullPointer);
     EXPECT_TRUE(forwarder_.calls().empty());
 }
 

@@ -2,6 +2,7 @@
 
 #include "client/exceptions/POSException.h"
 #include "tests/client/AccessClientFixture.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -32,8 +33,9 @@ TEST_F(POSAccessClientTest, Register_SendsNameClassesAndOptions) {
     uint32_t applicationId = 0;
     ASSERT_TRUE(client_.registerApplication("Editor", list, 2, options, 4, applicationId));
 
-    EXPECT_EQ(forwarder_.calls(), (std::vector<std::string>{"connect 10", "17", "10"}));
-    const auto request = forwarder_.lastRequest(10);
+    EXPECT_EQ(forwarder_.calls(), (std::vector<std::string>{"connect 10", "query interface version",
+                                                            "identify", "register application"}));
+    const auto request = forwarder_.lastRequest(posCommand::kRegisterApplication);
     EXPECT_EQ(request->readString(100), std::string("Editor\0", 7));
     EXPECT_EQ(request->readString(114), std::string("\x50\x04\x61\x04", 4));
     EXPECT_NE(request->readString(130).find(padded("Counter")), std::string::npos);
@@ -43,7 +45,7 @@ TEST_F(POSAccessClientTest, Register_SendsNameClassesAndOptions) {
 TEST_F(POSAccessClientTest, Register_OptionsThatTheFrameIgnores_AreSentAsGiven) {
     uint32_t applicationId = 0;
     ASSERT_TRUE(client_.registerApplication("Editor", nullptr, 0, "abc", 3, applicationId));
-    EXPECT_EQ(forwarder_.lastRequest(10)->readString(114), "abc");
+    EXPECT_EQ(forwarder_.lastRequest(posCommand::kRegisterApplication)->readString(114), "abc");
 }
 
 TEST_F(POSAccessClientTest, Register_IdentifierHandedOutTwice_NewerRecordReplacesTheOlder) {
@@ -52,13 +54,13 @@ TEST_F(POSAccessClientTest, Register_IdentifierHandedOutTwice_NewerRecordReplace
     EXPECT_EQ(client_.applicationCount(), 1u);
     EXPECT_STREQ(client_.applicationName(5), "Viewer");
     void* object = nullptr;
-    EXPECT_EQ(failureOf([&] { return instantiate(5, &counter_, &object); }), kClassMissing);
+    EXPECT_EQ(test::failureText([&] { return instantiate(5, &counter_, &object); }), kClassMissing);
 }
 
 TEST_F(POSAccessClientTest, Register_Failed_RecordsNothing) {
     uint32_t applicationId = 99;
-    forwarder_.answer(10, test::error(32, "refused"));
-    EXPECT_EQ(failureOf([&] {
+    forwarder_.answer(posCommand::kRegisterApplication, test::error(32, "refused"));
+    EXPECT_EQ(test::failureText([&] {
                   return client_.registerApplication("Editor", nullptr, 0, nullptr, 0, applicationId);
               }),
               "refused");
@@ -69,7 +71,7 @@ TEST_F(POSAccessClientTest, Register_Failed_RecordsNothing) {
 TEST_F(POSAccessClientTest, Register_AnswerWithCodeThatStandsForNoException_IsFalseAndRecordsNothing) {
     for (uint32_t code : {36u, 29u, 151u}) {
         uint32_t applicationId = 99;
-        forwarder_.answer(10, test::error(code, "whatever"));
+        forwarder_.answer(posCommand::kRegisterApplication, test::error(code, "whatever"));
         EXPECT_FALSE(client_.registerApplication("Editor", nullptr, 0, nullptr, 0, applicationId)) << code;
         EXPECT_EQ(client_.applicationCount(), 0u);
         EXPECT_EQ(applicationId, 99u);
@@ -78,11 +80,11 @@ TEST_F(POSAccessClientTest, Register_AnswerWithCodeThatStandsForNoException_IsFa
 
 TEST_F(POSAccessClientTest, Register_MissingPointers_FailBeforeAnythingIsSent) {
     uint32_t applicationId = 0;
-    EXPECT_EQ(failureOf([&] {
+    EXPECT_EQ(test::failureText([&] {
                   return client_.registerApplication("Editor", nullptr, 1, nullptr, 0, applicationId);
               }),
               kNullPointer);
-    EXPECT_EQ(failureOf([&] {
+    EXPECT_EQ(test::failureText([&] {
                   return client_.registerApplication("Editor", &null_, 1, nullptr, 0, applicationId);
               }),
               kNullPointer);
@@ -92,14 +94,15 @@ TEST_F(POSAccessClientTest, Register_MissingPointers_FailBeforeAnythingIsSent) {
 TEST_F(POSAccessClientTest, Unregister_SendsTheIdentifierAndRemovesTheRecord) {
     registered(3);
     EXPECT_TRUE(client_.unregisterApplication(3));
-    EXPECT_EQ(forwarder_.lastRequest(11)->readUInt32(103), 3u);
+    EXPECT_EQ(forwarder_.lastRequest(posCommand::kUnregisterApplication)->readUInt32(103), 3u);
     EXPECT_FALSE(client_.isRegistered(3));
 }
 
 TEST_F(POSAccessClientTest, Unregister_AnsweredWithAnError_KeepsTheRecord) {
     registered(3);
-    forwarder_.answerNext(11, {test::error(34, "unknown"), test::error(36, "whatever")});
-    EXPECT_EQ(failureOf([&] { return client_.unregisterApplication(3); }), "unknown");
+    forwarder_.answerNext(posCommand::kUnregisterApplication,
+                          {test::error(34, "unknown"), test::error(36, "whatever")});
+    EXPECT_EQ(test::failureText([&] { return client_.unregisterApplication(3); }), "unknown");
     EXPECT_FALSE(client_.unregisterApplication(3));
     EXPECT_TRUE(client_.isRegistered(3));
 }
@@ -129,9 +132,11 @@ TEST_F(POSAccessClientTest, ShutDown_ConnectsAndUnregistersInAscendingOrderOfSig
     forwarder_.forgetCalls();
     client_.shutDown();
 
-    EXPECT_EQ(forwarder_.calls(), (std::vector<std::string>{"connect 10", "11", "11", "11", "11"}));
+    EXPECT_EQ(forwarder_.calls(),
+              (std::vector<std::string>{"connect 10", "unregister application", "unregister application",
+                                        "unregister application", "unregister application"}));
     std::vector<uint32_t> order;
-    for (const auto& request : forwarder_.requests(11))
+    for (const auto& request : forwarder_.requests(posCommand::kUnregisterApplication))
         order.push_back(request->readUInt32(103));
     EXPECT_EQ(order, (std::vector<uint32_t>{0x80000000u, 0xFFFFFFFFu, 0u, 7u}));
     EXPECT_EQ(client_.applicationCount(), 0u);
@@ -151,9 +156,10 @@ TEST_F(POSAccessClientTest, ShutDown_FirstFailureStopsTheLoopAndTheRestStays) {
         registered(identifier);
     forwarder_.forgetCalls();
     forwarder_.answerNext(
-        11, {test::nothing(), [](POSTransferObj&) -> std::unique_ptr<POSTransferObj> { throw 5; }});
+        posCommand::kUnregisterApplication,
+        {test::nothing(), [](POSTransferObj&) -> std::unique_ptr<POSTransferObj> { throw 5; }});
     client_.shutDown();
-    EXPECT_EQ(forwarder_.countOf("11"), 2u);
+    EXPECT_EQ(forwarder_.countOf("unregister application"), 2u);
     EXPECT_FALSE(client_.isRegistered(1));
     EXPECT_TRUE(client_.isRegistered(2));
     EXPECT_TRUE(client_.isRegistered(3));
@@ -162,7 +168,7 @@ TEST_F(POSAccessClientTest, ShutDown_FirstFailureStopsTheLoopAndTheRestStays) {
 TEST_F(POSAccessClientTest, ShutDown_AnswerWithCode36_ThrowsNothingSoTheLoopGoesOn) {
     for (uint32_t identifier : {1u, 2u})
         registered(identifier);
-    forwarder_.answerNext(11, {test::error(36, "whatever")});
+    forwarder_.answerNext(posCommand::kUnregisterApplication, {test::error(36, "whatever")});
     client_.shutDown();
     EXPECT_TRUE(client_.isRegistered(1));
     EXPECT_FALSE(client_.isRegistered(2));

@@ -8,7 +8,7 @@
 #include "settings/ConfigFileSystem.h"
 #include "settings/MultiLanguageSupport.h"
 #include "tests/client/DialogHandlerFixture.h"
-#include "tests/platform/trace/TraceLines.h"
+#include "tests/support/TraceLines.h"
 
 namespace dovrel {
 namespace {
@@ -152,7 +152,7 @@ TEST_F(POSAccessUIDialogHandlerTest, Silenced_ByOption1121_UntilForgotten) {
 }
 
 TEST_F(POSAccessUIDialogHandlerTest, Silenced_RegisteredAnewWithoutTheOption_IsNoLonger) {
-    forwarder_.answer(10, test::registration(9));
+    forwarder_.answer(posCommand::kRegisterApplication, test::registration(9));
     readOptions({1121});
     registered("Editor");
     registered("Editor");

@@ -41,7 +41,7 @@ TEST_F(POSAccessUserInteractionTest, GetInfo_NeedsNoRegistrationAndNamesTheUnkno
     EXPECT_EQ(std::string(reinterpret_cast<char*>(result_), static_cast<size_t>(infoLength_)), "information");
     posDeleteDLLHeapData(result_);
 
-    forwarder_->answer(16, test::error(0, "no such thing"));
+    forwarder_->answer(posCommand::kGetInformation, test::error(0, "no such thing"));
     EXPECT_EQ(getInfo(5), POS_FAILURE);
     EXPECT_EQ(dialog_->shown, oneReport("Unknown Application", "no such thing", "Stopped."));
 }
@@ -67,7 +67,7 @@ TEST_F(POSAccessUserInteractionTest, GetInfo_WithoutAPlaceForTheLength_WritesNul
 }
 
 TEST_F(POSAccessUserInteractionTest, GetInfo_EmptyAnswer_IsNullAndZero) {
-    forwarder_->answer(16, test::information(""));
+    forwarder_->answer(posCommand::kGetInformation, test::information(""));
     EXPECT_EQ(getInfo(5), POS_OK);
     EXPECT_EQ(result_, nullptr);
     EXPECT_EQ(infoLength_, 0);
@@ -136,7 +136,7 @@ TEST_F(POSAccessUserInteractionTest, InstantiateOnExecuter_WithAnyExecuter_Behav
         EXPECT_EQ(std::memcmp(object, "object\0\0\0\0\0\0\0\0\0\0", 16), 0);
         posFreeDllHeapData(object);
     }
-    const auto requests = forwarder_->requests(12);
+    const auto requests = forwarder_->requests(posCommand::kInstantiateObject);
     ASSERT_EQ(requests.size(), 4u);
     for (const auto& request : requests)
         EXPECT_EQ(request->bytes().compare(requests[0]->bytes()), 0);
@@ -150,7 +150,7 @@ TEST_F(POSAccessUserInteractionTest, CallMethodOnExecuter_WithNull_IsCallMethod)
                                       &resultLength_),
               POS_OK);
     posDeleteDLLHeapData(result_);
-    const auto requests = forwarder_->requests(14);
+    const auto requests = forwarder_->requests(posCommand::kCallMethod);
     ASSERT_EQ(requests.size(), 2u);
     EXPECT_EQ(requests[0]->bytes().compare(requests[1]->bytes()), 0);
 }

@@ -9,11 +9,12 @@
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
 #include "tests/client/SessionTest.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
 
-using test::ScriptedForwarder;
+using test::AcceptingForwarder;
 
 /// A session that is not open yet.
 class ProcessSessionTest : public test::SessionTest {
@@ -40,7 +41,7 @@ TEST_F(ProcessSessionTest, Open_WithoutTexts_MakesASessionAllTheSame) {
     ASSERT_EQ(unlink(root_.path(kTexts).c_str()), 0);
     openSession(parts_);
     ASSERT_NE(currentSession(), nullptr);
-    forwarder_->answer(16, test::error(0, "message"));
+    forwarder_->answer(posCommand::kGetInformation, test::error(0, "message"));
     uint8_t* info = nullptr;
     int32_t length = 0;
     EXPECT_EQ(posGetInfo(0, "x", 1, &info, &length), POS_FAILURE);
@@ -74,7 +75,8 @@ TEST_F(ProcessSessionTest, Close_UnregistersThenDestroysTheForwarder) {
     forwarder_->forgetCalls();
     const auto calls = forwarder_->watchCalls();
     closeSession();
-    EXPECT_EQ(*calls, (std::vector<std::string>{"connect 10", "11", "11", "destroyed"}));
+    EXPECT_EQ(*calls, (std::vector<std::string>{"connect 10", "unregister application",
+                                                "unregister application", "destroyed"}));
     EXPECT_EQ(currentSession(), nullptr);
 }
 
@@ -89,15 +91,15 @@ TEST_F(ProcessSessionTest, Close_FailureOfTheShutdown_IsNeitherShownNorPassedOn)
     openSession(parts_);
     registered("Editor");
     registered("Viewer");
-    forwarder_->answer(11, test::error(34, "who?"));
+    forwarder_->answer(posCommand::kUnregisterApplication, test::error(34, "who?"));
     bool shown = false;
     dialog_->onShow = [&shown] { shown = true; };
     const auto calls = forwarder_->watchCalls();
     closeSession();
     EXPECT_FALSE(shown);
     EXPECT_EQ(calls->back(), "destroyed");
-    EXPECT_EQ(calls->at(calls->size() - 2), "11");
-    EXPECT_EQ(std::count(calls->begin(), calls->end(), "11"), 1);
+    EXPECT_EQ(calls->at(calls->size() - 2), "unregister application");
+    EXPECT_EQ(std::count(calls->begin(), calls->end(), "unregister application"), 1);
 }
 
 TEST_F(ProcessSessionTest, Close_ShutdownThatThrowsNoObjectOfTheFamily_EndsTheSessionAllTheSame) {
@@ -135,15 +137,7 @@ TEST_F(ProcessSessionTest, Open_FailingHalfWay_ReleasesTheForwarderAndLeavesNoSe
     EXPECT_EQ(currentSession(), nullptr);
 
     parts_.createLock = []() -> std::unique_ptr<Mutex> { throw new CPPException("no lock"); };
-    CPPException* caught = nullptr;
-    try {
-        openSession(parts_);
-    } catch (CPPException* failure) {
-        caught = failure;
-    }
-    ASSERT_NE(caught, nullptr);
-    EXPECT_STREQ(caught->getMessage(), "no lock");
-    delete caught;
+    EXPECT_EQ(test::failureText([this] { openSession(parts_); }), "no lock");
     EXPECT_EQ(*calls, std::vector<std::string>{"destroyed"});
     EXPECT_EQ(currentSession(), nullptr);
 

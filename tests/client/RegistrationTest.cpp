@@ -18,7 +18,7 @@ constexpr char kOtherName[] = "What the buffer is used for next";
 class RegistrationTest : public test::SessionOperationsTest {};
 
 TEST_F(RegistrationTest, Register_HandsOutTheIdentifierAndKeepsTheName) {
-    forwarder_->answer(10, test::registration(42));
+    forwarder_->answer(posCommand::kRegisterApplication, test::registration(42));
     EXPECT_EQ(registered("Editor"), 42u);
     EXPECT_STREQ(currentSession()->client().applicationName(42), "Editor");
     EXPECT_EQ(currentSession()->dialogHandler().currentApplicationName(), "Editor");
@@ -26,10 +26,11 @@ TEST_F(RegistrationTest, Register_HandsOutTheIdentifierAndKeepsTheName) {
 }
 
 TEST_F(RegistrationTest, Register_NullName_IsTheEmptyName) {
-    EXPECT_EQ(forwarder_->requests(10).size(), 0u);
+    EXPECT_EQ(forwarder_->requests(posCommand::kRegisterApplication).size(), 0u);
     const uint32_t applicationId = registered(nullptr);
     EXPECT_STREQ(currentSession()->client().applicationName(applicationId), "");
-    EXPECT_EQ(forwarder_->lastRequest(10)->readString(100), std::string(1, '\0'));
+    EXPECT_EQ(forwarder_->lastRequest(posCommand::kRegisterApplication)->readString(100),
+              std::string(1, '\0'));
 }
 
 TEST_F(RegistrationTest, Register_NullOptionsOfOddLengthOrNone_CountAsNone) {
@@ -37,7 +38,7 @@ TEST_F(RegistrationTest, Register_NullOptionsOfOddLengthOrNone_CountAsNone) {
         uint32_t applicationId = 0;
         EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, length, &applicationId),
                   POS_OK);
-        EXPECT_EQ(forwarder_->lastRequest(10)->readString(114), "");
+        EXPECT_EQ(forwarder_->lastRequest(posCommand::kRegisterApplication)->readString(114), "");
     }
 }
 
@@ -50,7 +51,9 @@ TEST_F(RegistrationTest, Register_NullOptionsOfEvenLength_FailBeforeAnythingIsSe
         EXPECT_EQ(dialog_->shown, oneReport("Host", kNullPointer, "Stopped.")) << length;
         EXPECT_EQ(applicationId, 99u);
     }
-    EXPECT_EQ(forwarder_->countOf("10") + forwarder_->countOf("17") + forwarder_->countOf("connect 10"), 0u);
+    EXPECT_EQ(forwarder_->countOf("register application") + forwarder_->countOf("query interface version") +
+                  forwarder_->countOf("connect 10"),
+              0u);
 }
 
 TEST_F(RegistrationTest, Register_OptionsLengthZeroOneOrOdd_IgnoresThemButSendsThem) {
@@ -60,14 +63,16 @@ TEST_F(RegistrationTest, Register_OptionsLengthZeroOneOrOdd_IgnoresThemButSendsT
         ASSERT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, options, length, &applicationId),
                   POS_OK);
         EXPECT_FALSE(currentSession()->dialogHandler().isSilenced(applicationId)) << length;
-        EXPECT_EQ(forwarder_->lastRequest(10)->readString(114).size(), length);
+        EXPECT_EQ(forwarder_->lastRequest(posCommand::kRegisterApplication)->readString(114).size(), length);
     }
 }
 
 TEST_F(RegistrationTest, Register_NullPlaceForTheIdentifier_FailsBeforeAnythingIsSent) {
     EXPECT_EQ(registerHost(nullptr), POS_FAILURE);
     EXPECT_EQ(dialog_->shown, oneReport("Host", kNullPointer, "Stopped."));
-    EXPECT_EQ(forwarder_->countOf("10") + forwarder_->countOf("17") + forwarder_->countOf("connect 10"), 0u);
+    EXPECT_EQ(forwarder_->countOf("register application") + forwarder_->countOf("query interface version") +
+                  forwarder_->countOf("connect 10"),
+              0u);
 }
 
 TEST_F(RegistrationTest, Register_ListWithAGap_FailsBeforeAnythingIsSent) {
@@ -81,7 +86,7 @@ TEST_F(RegistrationTest, Register_ListWithAGap_FailsBeforeAnythingIsSent) {
 
 TEST_F(RegistrationTest, Register_WrongInterfaceVersion_FailsWithItsText) {
     uint32_t applicationId = 99;
-    forwarder_->answer(17, test::interfaceVersion(8));
+    forwarder_->answer(posCommand::kQueryInterfaceVersion, test::interfaceVersion(8));
     EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);
     EXPECT_EQ(dialog_->shown, oneReport("Host", kWrongInterface, "Stopped."));
     EXPECT_EQ(applicationId, 99u);
@@ -90,29 +95,36 @@ TEST_F(RegistrationTest, Register_WrongInterfaceVersion_FailsWithItsText) {
 TEST_F(RegistrationTest, Register_FailureWithNobodyRegistered_DisconnectsBeforeTheAlertAndAfterwards) {
     uint32_t applicationId = 0;
     std::vector<std::string> callsWhenShown;
-    forwarder_->answer(10, test::error(24, "no driver"));
+    forwarder_->answer(posCommand::kRegisterApplication, test::error(24, "no driver"));
     dialog_->onShow = [&] { callsWhenShown = forwarder_->calls(); };
     EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);
-    EXPECT_EQ(callsWhenShown, (std::vector<std::string>{"connect 10", "17", "10", "check"}));
-    EXPECT_EQ(forwarder_->calls(), (std::vector<std::string>{"connect 10", "17", "10", "check", "check"}));
+    EXPECT_EQ(callsWhenShown, (std::vector<std::string>{"connect 10", "query interface version", "identify",
+                                                        "register application", "check"}));
+    EXPECT_EQ(forwarder_->calls(),
+              (std::vector<std::string>{"connect 10", "query interface version", "identify",
+                                        "register application", "check", "check"}));
 }
 
 TEST_F(RegistrationTest, Register_FailureWithSomebodyRegistered_KeepsTheConnection) {
     registered("Viewer");
-    forwarder_->answer(10, test::error(24, "no driver"));
+    forwarder_->answer(posCommand::kRegisterApplication, test::error(24, "no driver"));
     uint32_t applicationId = 0;
     EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);
     EXPECT_EQ(forwarder_->countOf("check"), 0u);
 }
 
 TEST_F(RegistrationTest, Register_Retry_RepeatsTheRequestInFull) {
-    forwarder_->answerNext(10, {test::error(32, "refused"), test::error(32, "refused")});
+    forwarder_->answerNext(posCommand::kRegisterApplication,
+                           {test::error(32, "refused"), test::error(32, "refused")});
     dialog_->answers = {11, 11};
     uint32_t applicationId = 0;
     EXPECT_EQ(registerHost(&applicationId), POS_OK);
-    EXPECT_EQ(forwarder_->calls(), (std::vector<std::string>{"connect 10", "17", "10", "check", "connect 10",
-                                                             "17", "10", "check", "connect 10", "17", "10"}));
-    const auto requests = forwarder_->requests(10);
+    EXPECT_EQ(forwarder_->calls(),
+              (std::vector<std::string>{
+                  "connect 10", "query interface version", "identify", "register application", "check",
+                  "connect 10", "query interface version", "identify", "register application", "check",
+                  "connect 10", "query interface version", "identify", "register application"}));
+    const auto requests = forwarder_->requests(posCommand::kRegisterApplication);
     ASSERT_EQ(requests.size(), 3u);
     EXPECT_EQ(requests[1]->bytes().compare(requests[0]->bytes()), 0);
     EXPECT_EQ(requests[2]->bytes().compare(requests[0]->bytes()), 0);
@@ -120,7 +132,7 @@ TEST_F(RegistrationTest, Register_Retry_RepeatsTheRequestInFull) {
 }
 
 TEST_F(RegistrationTest, Register_Retry_DoesNotReadTheOptionsAgain) {
-    forwarder_->answerNext(10, {test::error(32, "refused")});
+    forwarder_->answerNext(posCommand::kRegisterApplication, {test::error(32, "refused")});
     dialog_->answers = {11};
     uint16_t options[] = {1121};
     dialog_->onShow = [&] { options[0] = 1104; };
@@ -131,7 +143,8 @@ TEST_F(RegistrationTest, Register_Retry_DoesNotReadTheOptionsAgain) {
 }
 
 TEST_F(RegistrationTest, Register_NameChangedWhileTheAlertIsOpen_StaysAsItWas) {
-    forwarder_->answerNext(10, {test::error(32, "refused"), test::error(32, "refused")});
+    forwarder_->answerNext(posCommand::kRegisterApplication,
+                           {test::error(32, "refused"), test::error(32, "refused")});
     dialog_->answers = {11, 11};
     std::string buffer = kHostName;
     dialog_->onShow = [&] { std::strcpy(buffer.data(), kOtherName); };
@@ -141,7 +154,7 @@ TEST_F(RegistrationTest, Register_NameChangedWhileTheAlertIsOpen_StaysAsItWas) {
 
     const ShownAlert refusal{kErrorTitle, reportBody(kHostName, "refused", "Register."), kRetryCancel};
     EXPECT_EQ(dialog_->shown, (std::vector<ShownAlert>{refusal, refusal}));
-    const auto requests = forwarder_->requests(10);
+    const auto requests = forwarder_->requests(posCommand::kRegisterApplication);
     ASSERT_EQ(requests.size(), 3u);
     for (const auto& request : requests)
         EXPECT_EQ(request->readString(100), std::string(kHostName, sizeof kHostName));
@@ -157,17 +170,18 @@ TEST_F(RegistrationTest, Register_NameChangedWhileTheLockIsWaitedFor_StaysAsItWa
     use.onWait = [&] { std::strcpy(buffer.data(), kOtherName); };
     parts_.createLock = [&] { return std::make_unique<test::WatchedMutex>(use); };
     openSession(parts_);
-    forwarder_->answerNext(10, {test::error(24, "no driver")});
+    forwarder_->answerNext(posCommand::kRegisterApplication, {test::error(24, "no driver")});
     uint32_t applicationId = 0;
     EXPECT_EQ(posRegisterApplicationWithClasses(buffer.c_str(), nullptr, 0, nullptr, 0, &applicationId),
               POS_FAILURE);
     EXPECT_EQ(dialog_->shown, oneReport(kHostName, "no driver", "Driver."));
-    EXPECT_EQ(forwarder_->lastRequest(10)->readString(100), std::string(kHostName, sizeof kHostName));
+    EXPECT_EQ(forwarder_->lastRequest(posCommand::kRegisterApplication)->readString(100),
+              std::string(kHostName, sizeof kHostName));
     closeSession();
 }
 
 TEST_F(RegistrationTest, Register_RetryDeclined_Fails) {
-    forwarder_->answer(10, test::error(32, "refused"));
+    forwarder_->answer(posCommand::kRegisterApplication, test::error(32, "refused"));
     dialog_->answers = {13, 13};
     uint32_t applicationId = 99;
     EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);
@@ -178,17 +192,17 @@ TEST_F(RegistrationTest, Register_RetryDeclined_Fails) {
 }
 
 TEST_F(RegistrationTest, Register_Option1120_RefusalIsNotShown) {
-    forwarder_->answer(10, test::error(32, "refused"));
+    forwarder_->answer(posCommand::kRegisterApplication, test::error(32, "refused"));
     uint16_t options[] = {1120};
     uint32_t applicationId = 99;
     EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, options, 2, &applicationId), POS_FAILURE);
     EXPECT_TRUE(dialog_->shown.empty());
-    EXPECT_EQ(forwarder_->countOf("10"), 1u);
+    EXPECT_EQ(forwarder_->countOf("register application"), 1u);
     EXPECT_EQ(forwarder_->countOf("check"), 1u);
 }
 
 TEST_F(RegistrationTest, Register_AnswerWithCode36_FailsWithoutAWordAndDisconnects) {
-    forwarder_->answer(10, test::error(36, "whatever"));
+    forwarder_->answer(posCommand::kRegisterApplication, test::error(36, "whatever"));
     uint32_t applicationId = 99;
     EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);
     EXPECT_TRUE(dialog_->shown.empty());
@@ -221,7 +235,7 @@ TEST_F(RegistrationTest, Unregister_UnknownWhileOthersAreRegistered_KeepsTheConn
 
 TEST_F(RegistrationTest, Unregister_AnsweredWithAnError_IsReportedAndTheRecordStays) {
     const uint32_t applicationId = registered("Editor");
-    forwarder_->answerNext(11, {test::error(34, "who?")});
+    forwarder_->answerNext(posCommand::kUnregisterApplication, {test::error(34, "who?")});
     EXPECT_EQ(posUnregisterApplication(applicationId), POS_FAILURE);
     EXPECT_EQ(dialog_->shown, oneReport("Editor", "who?", "Stopped."));
     EXPECT_TRUE(currentSession()->client().isRegistered(applicationId));
@@ -236,7 +250,7 @@ TEST_F(RegistrationTest, Unregister_SilencedApplication_LeavesTheList) {
 }
 
 TEST_F(RegistrationTest, Silenced_RegisteredAnewWithoutTheOption_LeavesTheList) {
-    forwarder_->answer(10, test::registration(8));
+    forwarder_->answer(posCommand::kRegisterApplication, test::registration(8));
     registered("Editor", {1121});
     registered("Editor");
     EXPECT_FALSE(currentSession()->dialogHandler().isSilenced(8));

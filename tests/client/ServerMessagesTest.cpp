@@ -12,8 +12,8 @@ class ServerMessagesTest : public test::SessionOperationsTest {};
 
 TEST_F(ServerMessagesTest, ServerMessage_IsShownAfterInstantiationAndCall) {
     const uint32_t applicationId = registered();
-    forwarder_->answer(12, test::object("object", 1, "Made."));
-    forwarder_->answer(14, test::result("", 0x80000000, "Called."));
+    forwarder_->answer(posCommand::kInstantiateObject, test::object("object", 1, "Made."));
+    forwarder_->answer(posCommand::kCallMethod, test::result("", 0x80000000, "Called."));
     EXPECT_EQ(instantiate(applicationId), POS_OK);
     posFreeDllHeapData(object_);
     EXPECT_EQ(call(applicationId), POS_OK);
@@ -23,7 +23,7 @@ TEST_F(ServerMessagesTest, ServerMessage_IsShownAfterInstantiationAndCall) {
 
 TEST_F(ServerMessagesTest, ServerMessage_FlagWordZeroOrEmptyText_IsNoMessage) {
     const uint32_t applicationId = registered();
-    forwarder_->answerNext(14, {test::result("", 0, "Text"), test::result("", 1, "")});
+    forwarder_->answerNext(posCommand::kCallMethod, {test::result("", 0, "Text"), test::result("", 1, "")});
     EXPECT_EQ(call(applicationId), POS_OK);
     EXPECT_EQ(call(applicationId), POS_OK);
     EXPECT_TRUE(dialog_->shown.empty());
@@ -31,7 +31,8 @@ TEST_F(ServerMessagesTest, ServerMessage_FlagWordZeroOrEmptyText_IsNoMessage) {
 
 TEST_F(ServerMessagesTest, ServerMessage_SilencedApplication_IsNotShownButItsFailuresAre) {
     const uint32_t applicationId = registered("Editor", {1121});
-    forwarder_->answerNext(14, {test::result("", 1, "Called."), test::error(28, "broken")});
+    forwarder_->answerNext(posCommand::kCallMethod,
+                           {test::result("", 1, "Called."), test::error(28, "broken")});
     EXPECT_EQ(call(applicationId), POS_OK);
     EXPECT_TRUE(dialog_->shown.empty());
     EXPECT_EQ(call(applicationId), POS_FAILURE);
@@ -40,7 +41,7 @@ TEST_F(ServerMessagesTest, ServerMessage_SilencedApplication_IsNotShownButItsFai
 
 TEST_F(ServerMessagesTest, ServerMessage_FailedOperation_ShowsNone) {
     const uint32_t applicationId = registered("Editor");
-    forwarder_->answer(14, [](POSTransferObj& request) {
+    forwarder_->answer(posCommand::kCallMethod, [](POSTransferObj& request) {
         auto answer = test::error(28, "broken")(request);
         answer->writeString(120, std::string("\x01\0\0\0Called.", 11));
         return answer;
@@ -52,9 +53,9 @@ TEST_F(ServerMessagesTest, ServerMessage_FailedOperation_ShowsNone) {
 // Option 1104.
 
 TEST_F(ServerMessagesTest, Option1104_HasNoOtherEffectThanBeingSent) {
-    forwarder_->answer(12, test::object("object", 1, "Made."));
-    forwarder_->answerNext(10, {test::error(32, "refused")});
-    forwarder_->answer(14, test::error(28, "broken"));
+    forwarder_->answer(posCommand::kInstantiateObject, test::object("object", 1, "Made."));
+    forwarder_->answerNext(posCommand::kRegisterApplication, {test::error(32, "refused")});
+    forwarder_->answer(posCommand::kCallMethod, test::error(28, "broken"));
     dialog_->answers = {11, 12, 12};
     const uint32_t applicationId = registered("Editor", {1104});
     EXPECT_EQ(instantiate(applicationId), POS_OK);
@@ -65,7 +66,7 @@ TEST_F(ServerMessagesTest, Option1104_HasNoOtherEffectThanBeingSent) {
                   {kErrorTitle, reportBody("Editor", "refused", "Register."), test::kRetryCancel},
                   {kMessageTitle, "Made.", kOK},
                   {kErrorTitle, reportBody("Editor", "broken", "Stopped."), kOK}}));
-    EXPECT_EQ(forwarder_->lastRequest(10)->readString(114), "\x50\x04");
+    EXPECT_EQ(forwarder_->lastRequest(posCommand::kRegisterApplication)->readString(114), "\x50\x04");
     EXPECT_FALSE(currentSession()->dialogHandler().flags().withoutOption1104);
 }
 
@@ -75,10 +76,11 @@ TEST_F(ServerMessagesTest, BytesOutsideAscii_PassUnchangedToTheServerTheAlertsAn
     const std::string name = "\x80\x8A\xD2\xFF";
     const std::string failure = "\x9F\xA7 \x8E";
     const std::string message = "\xC7\xCA\xE7\xC8";
-    forwarder_->answer(12, test::object("object", 1, message));
-    forwarder_->answer(14, test::error(28, failure));
+    forwarder_->answer(posCommand::kInstantiateObject, test::object("object", 1, message));
+    forwarder_->answer(posCommand::kCallMethod, test::error(28, failure));
     const uint32_t applicationId = registered(name.c_str());
-    EXPECT_EQ(forwarder_->lastRequest(10)->readString(100), name + std::string(1, '\0'));
+    EXPECT_EQ(forwarder_->lastRequest(posCommand::kRegisterApplication)->readString(100),
+              name + std::string(1, '\0'));
     EXPECT_EQ(instantiate(applicationId), POS_OK);
     posFreeDllHeapData(object_);
     EXPECT_EQ(call(applicationId), POS_FAILURE);

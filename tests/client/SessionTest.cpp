@@ -52,7 +52,7 @@ SystemRootTest::SystemRootTest() {
 
 SessionTest::SessionTest() {
     parts_.createForwarder = [this] {
-        auto forwarder = std::make_unique<ScriptedForwarder>();
+        auto forwarder = std::make_unique<AcceptingForwarder>();
         forwarder_ = forwarder.get();
         return forwarder;
     };

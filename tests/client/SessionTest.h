@@ -9,9 +9,9 @@
 
 #include "client/ProcessSession.h"
 #include "dovrel/pos.h"
-#include "tests/client/ScriptedForwarder.h"
-#include "tests/client/ScriptedMessageDialog.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/library/AcceptingForwarder.h"
+#include "tests/support/library/ScriptedMessageDialog.h"
 
 namespace dovrel::test {
 
@@ -64,7 +64,7 @@ class SessionTest : public SystemRootTest {
                         std::vector<std::string> classes = {});
 
     // Owned by the session; valid while the session exists.
-    ScriptedForwarder* forwarder_ = nullptr;
+    AcceptingForwarder* forwarder_ = nullptr;
     ScriptedMessageDialog* dialog_ = nullptr;
     SessionParts parts_;
 };

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "tests/endtoend/EndToEnd.h"
+#include "tests/support/Processes.h"
 
 namespace dovrel::test {
 namespace {
@@ -13,18 +14,10 @@ class PosHeader : public EndToEnd {
   protected:
     PosHeader() { library_.InitializePOS(); }
 
-    static std::string codeOf(uint32_t code, const std::string& command) {
-        return "//misbehave\nSTR:error\n//misbehaveCommand\nSTR:" + command +
-               "\n//misbehaveTimes\nINT:1\n//errorCode\nINT:" + std::to_string(code) + "\n";
-    }
-
     // Runs `use` in a child process; returns true if `use` returned true there.
     template <typename Use>
     static bool holdsInChild(const Use& use) {
-        const pid_t child = fork();
-        if (child == 0) _exit(use() ? 0 : 1);
-        int status = -1;
-        return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+        return inForkedProcess([&use] { return use() ? 0 : 1; }) == 0;
     }
 };
 
@@ -51,7 +44,7 @@ TEST_F(PosHeader, TerminatePOS_StopsAtTheFirstApplicationThatTheServerRefuses) {
     host_.registered();
     host_.registered();
     host_.registered();
-    ServerControl::send(codeOf(23, "unregister application") + "//misbehaveSkip\nINT:1\n");
+    ServerControl::send(refusal("unregister application", 23, "", 1) + setting("misbehaveSkip", 1));
     Console console;
     library_.TerminatePOS();
     console.stop();
@@ -142,7 +135,7 @@ TEST_F(PosHeader, ApplicationName_MayChangeAsSoonAsTheCallHasReturned) {
     uint32_t application = 0;
     EXPECT_EQ(library_.posRegisterApplicationWithClasses(name, nullptr, 0, nullptr, 0, &application), POS_OK);
     name[0] = 'X';
-    ServerControl::send(codeOf(23, "execute command") + "//errorText\nSTR:No.\n");
+    ServerControl::send(refusal("execute command", 23, "No.", 1));
     Console console;
     host_.command(application, "ping");
     console.stop();
@@ -157,7 +150,7 @@ TEST_F(PosHeader, ApplicationNamesAndErrorTexts_InUtf8OrMacRoman_ReadTheSameInAl
     for (const std::string& name : {inUtf8, inMacRoman}) {
         uint32_t application = 0;
         EXPECT_EQ(host_.registerApplication(application, {}, {}, name), POS_OK);
-        ServerControl::send(codeOf(23, "execute command") + "//errorText\nSTR:" + name + "?\n");
+        ServerControl::send(refusal("execute command", 23, name + "?", 1));
         Console console;
         EXPECT_EQ(host_.command(application, "ping").status, POS_FAILURE);
         console.stop();

@@ -12,9 +12,7 @@ namespace dovrel::test {
 namespace fs = std::filesystem;
 
 AlertHosts::AlertHosts() {
-    root_.configure(
-        "//misbehave\nSTR:error\n//misbehaveCommand\nSTR:execute command\n//errorCode\nINT:28\n"
-        "//errorText\nSTR:The lid is open.\n");
+    root_.configure(refusal("execute command", 28, "The lid is open."));
 }
 
 AlertHosts::~AlertHosts() {

@@ -28,8 +28,7 @@ TEST_F(AlertHosts, AMainThreadThatSleeps_DoesNotKeepTheAlertOfAnotherThreadFromB
 }
 
 TEST_F(AlertHosts, AHostThatUnregistersInAnExitHandler_ShowsTheAlertAndEndsAsItWould) {
-    root_.configure(
-        "//misbehave\nSTR:error\n//misbehaveCommand\nSTR:unregister application\n//errorCode\nINT:23\n");
+    root_.configure(refusal("unregister application", 23));
     start({"atexit"});
     expectAlertThatIsAnswered();
 }

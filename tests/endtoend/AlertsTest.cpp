@@ -14,15 +14,11 @@ class Alerts : public EndToEnd {
 
     // Makes the server reply with that error to the next request of the command.
     static void failNext(const std::string& command, uint32_t code) {
-        ServerControl::send("//misbehave\nSTR:error\n//misbehaveCommand\nSTR:" + command +
-                            "\n//misbehaveTimes\nINT:1\n//errorCode\nINT:" + std::to_string(code) +
-                            "\n//errorText\nSTR:The server says no.\n");
+        ServerControl::send(refusal(command, code, "The server says no.", 1));
     }
 
-    static std::string refusedRegistration() {
-        return "//misbehave\nSTR:error\n//misbehaveCommand\nSTR:register "
-               "application\n//errorCode\nINT:32\n//errorText\n"
-               "STR:No room.\n";
+    static std::string refusedRegistration(int64_t times = 0) {
+        return refusal("register application", 32, "No room.", times);
     }
 };
 
@@ -117,8 +113,7 @@ TEST_F(Alerts, ARefusedRegistrationWithOption1120_IsNotShown) {
 }
 
 TEST_F(Alerts, ARegistrationThatFailsOtherwiseWithOption1120_IsShownAllTheSame) {
-    root_.configure(
-        "//misbehave\nSTR:error\n//misbehaveCommand\nSTR:register application\n//errorCode\nINT:23\n");
+    root_.configure(refusal("register application", 23));
     uint32_t application = 0;
     Console console;
     EXPECT_EQ(host_.registerApplication(application, {}, {1120}), POS_FAILURE);
@@ -127,7 +122,7 @@ TEST_F(Alerts, ARegistrationThatFailsOtherwiseWithOption1120_IsShownAllTheSame) 
 }
 
 TEST_F(Alerts, AfterARefusedRegistration_TheNextOneSucceeds) {
-    root_.configure(refusedRegistration() + "//misbehaveTimes\nINT:1\n");
+    root_.configure(refusedRegistration(1));
     uint32_t application = 0;
     EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);
     EXPECT_EQ(host_.registerApplication(application), POS_OK);
@@ -135,7 +130,7 @@ TEST_F(Alerts, AfterARefusedRegistration_TheNextOneSucceeds) {
 }
 
 TEST_F(Alerts, AServerWithAnotherInterfaceVersion_IsRefusedAtRegistration) {
-    root_.configure("//log\nINT:1\n//interfaceVersion\nINT:8\n");
+    root_.configure(setting("log", 1) + setting("interfaceVersion", 8));
     uint32_t application = 0;
     Console console;
     EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);
@@ -149,8 +144,8 @@ TEST_F(Alerts, AServerWithAnotherInterfaceVersion_IsRefusedAtRegistration) {
     EXPECT_EQ(countInServerLog(" register application"), 0u);
 }
 
-constexpr char kTalkingServer[] =
-    "//log\nINT:1\n//misbehave\nSTR:message\n//messageText\nSTR:The lamp is getting old.\n";
+const std::string kTalkingServer =
+    setting("log", 1) + misbehaviour("message") + setting("messageText", "The lamp is getting old.");
 
 TEST_F(Alerts, AMessageOfTheServer_IsShownAfterInstantiationAndCall) {
     root_.configure(kTalkingServer);
@@ -167,9 +162,9 @@ TEST_F(Alerts, AMessageOfTheServer_IsShownAfterInstantiationAndCall) {
 TEST_F(Alerts, AMessageWithoutFlagsOrText_IsNotShown) {
     const uint32_t application = host_.registered({"Echo"});
     ObjectId echo = host_.instantiate(application, "Echo");
-    for (const char* message :
-         {"//messageFlags\nINT:0\n//messageText\nSTR:Hidden.\n", "//messageText\nSTR:\n"}) {
-        ServerControl::send(std::string("//misbehave\nSTR:message\n") + message);
+    for (const std::string& message :
+         {setting("messageFlags", 0) + setting("messageText", "Hidden."), setting("messageText", "")}) {
+        ServerControl::send(misbehaviour("message") + message);
         Console console;
         EXPECT_EQ(host_.call(application, echo, "echo", "hello").bytes, "hello");
         console.stop();
@@ -215,10 +210,9 @@ TEST_F(Alerts, OptionsOfNoOneOrAnOddNumberOfBytes_AreIgnored) {
 }
 
 TEST_F(Alerts, AFailedOperation_ShowsNoMessageOfTheServer) {
-    root_.configure(
-        "//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.message\nSTR:Never "
-        "seen.\n//scan.errorCode\nINT:28\n"
-        "//scan.errorText\nSTR:Stuck.\n");
+    root_.configure(setting("CLASS", "Scanner") + setting("methods", "scan") +
+                    setting("scan.message", "Never seen.") + setting("scan.errorCode", 28) +
+                    setting("scan.errorText", "Stuck."));
     const uint32_t application = host_.registered({"Scanner"});
     ObjectId scanner = host_.instantiate(application, "Scanner");
     Console console;

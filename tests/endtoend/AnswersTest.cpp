@@ -1,6 +1,6 @@
 // Invalid replies. Whatever the server sends, the call fails cleanly and the next call works.
-#include "tests/InterProcessCommunication/UserTexts.h"
 #include "tests/endtoend/EndToEnd.h"
+#include "tests/support/UserTexts.h"
 
 namespace dovrel::test {
 namespace {
@@ -9,17 +9,18 @@ constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
 class Answers : public EndToEnd {
   protected:
     Answers() {
-        root_.configure("//log\nINT:1\n");
+        root_.configure(setting("log", 1));
         library_.InitializePOS();
         application_ = host_.registered({"Echo"});
     }
     ~Answers() override { library_.TerminatePOS(); }
 
-    // Makes one call under a misbehaviour and expects it to fail with one alert of this message. Then
-    // expects the next call to succeed.
-    void expectFailure(const std::string& misbehaviour, const std::string& message) {
+    // Makes one call under the misbehaviour of this name and expects it to fail with one alert of this message.
+    // Then expects the next call to succeed.
+    void expectFailure(const std::string& fault, const std::string& message,
+                       const std::string& details = "") {
         ObjectId echo = host_.instantiate(application_, "Echo");
-        ServerControl::send(misbehaviour + "//misbehaveTimes\nINT:1\n//misbehaveCommand\nSTR:call method\n");
+        ServerControl::send(misbehaviour(fault, "call method", 1) + details);
         const size_t callsBefore = countInServerLog(" call method");
         Console console;
         const Answered answered = host_.call(application_, echo, "echo", "hello");
@@ -27,7 +28,7 @@ class Answers : public EndToEnd {
         EXPECT_EQ(answered.status, POS_FAILURE);
         EXPECT_EQ(answered.bytes, "");
         EXPECT_EQ(alertsOf(console, texts_.failureBody("End to end", message, kUnrecoverable)), 1u)
-            << misbehaviour << console.systemLog();
+            << fault << details << console.systemLog();
         EXPECT_EQ(alerts(console), 1u);
         EXPECT_EQ(countInServerLog(" call method"), callsBefore + 1) << "it was sent once";
         EXPECT_EQ(host_.call(application_, echo, "echo", "hello").bytes, "hello");
@@ -38,40 +39,38 @@ class Answers : public EndToEnd {
 
 // A message of one character comes from the reader and names the check that failed.
 TEST_F(Answers, OfNoBytes_AreNoStructuredBlock) {
-    expectFailure("//misbehave\nSTR:empty\n", "1");
+    expectFailure("empty", "1");
 }
 
 TEST_F(Answers, OfGarbage_AreNoStructuredBlock) {
-    expectFailure("//misbehave\nSTR:garbage\n", "1");
+    expectFailure("garbage", "1");
 }
 
 TEST_F(Answers, CutInsideTheBlocksHeaderOrAPart_AreNoStructuredBlock) {
-    for (const int length : {1, 4, 9, 11, 20, 45, 60}) {
-        expectFailure("//misbehave\nSTR:cut\n//cutTo\nINT:" + std::to_string(length) + "\n", "1");
-    }
+    for (const int length : {1, 4, 9, 11, 20, 45, 60})
+        expectFailure("cut", "1", setting("cutTo", length));
 }
 
 // The reply is the header alone. The reader has no text of its own for a missing header field.
 TEST_F(Answers, WithoutTheHeaderField1_AreAMissingPart) {
-    expectFailure("//misbehave\nSTR:cut\n//cutTo\nINT:10\n", "???");
-    expectFailure("//misbehave\nSTR:cut\n//cutTo\nINT:22\n", "???");
+    expectFailure("cut", "???", setting("cutTo", 10));
+    expectFailure("cut", "???", setting("cutTo", 22));
 }
 
 TEST_F(Answers, WithoutAFieldOfTheCommand_AreAMissingPart) {
-    expectFailure("//misbehave\nSTR:cut\n//cutTo\nINT:46\n", "2");
+    expectFailure("cut", "2", setting("cutTo", 46));
 }
 
 TEST_F(Answers, WithoutADirectParameter_AreAnUnknownCommunicationErrorAtOnce) {
-    expectFailure("//misbehave\nSTR:noParameter\n", kCommunicationError);
+    expectFailure("noParameter", kCommunicationError);
 }
 
 TEST_F(Answers, ToAnEventThatFailed_AreAnUnknownCommunicationErrorAtOnce) {
-    expectFailure("//misbehave\nSTR:failedEvent\n//eventStatus\nINT:-1708\n", kCommunicationError);
+    expectFailure("failedEvent", kCommunicationError, setting("eventStatus", -1708));
 }
 
 TEST_F(Answers, WithoutField118ToTheVersionQuery_AreAMissingPartAndNotAnInterfaceFailure) {
-    ServerControl::send(
-        "//misbehave\nSTR:cut\n//cutTo\nINT:46\n//misbehaveCommand\nSTR:query interface version\n");
+    ServerControl::send(misbehaviour("cut", "query interface version") + setting("cutTo", 46));
     uint32_t other = 0;
     Console console;
     EXPECT_EQ(host_.registerApplication(other, {}, {}, "Other"), POS_FAILURE);
@@ -81,9 +80,9 @@ TEST_F(Answers, WithoutField118ToTheVersionQuery_AreAMissingPartAndNotAnInterfac
 
 TEST_F(Answers, ThatAreHuge_ArriveWhole) {
     ObjectId echo = host_.instantiate(application_, "Echo");
-    ServerControl::send("//misbehave\nSTR:huge\n//hugeSize\nINT:100000000\n");
+    ServerControl::send(misbehaviour("huge") + setting("hugeSize", 100000000));
     const Answered answered = host_.call(application_, echo, "echo");
-    ServerControl::send("//misbehave\nSTR:none\n");
+    ServerControl::send(misbehaviour("none"));
     EXPECT_EQ(answered.status, POS_OK);
     ASSERT_EQ(answered.bytes.size(), 100000000u);
     EXPECT_EQ(answered.bytes.find_first_not_of('\x5A'), std::string::npos);
@@ -91,7 +90,7 @@ TEST_F(Answers, ThatAreHuge_ArriveWhole) {
 
 TEST_F(Answers, ThatComeLate_AreWaitedFor) {
     ObjectId echo = host_.instantiate(application_, "Echo");
-    ServerControl::send("//misbehave\nSTR:late\n//delay\nINT:2000\n//misbehaveTimes\nINT:1\n");
+    ServerControl::send(misbehaviour("late", "", 1) + setting("delay", 2000));
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(host_.call(application_, echo, "echo", "late").bytes, "late");
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1900));

@@ -13,7 +13,7 @@ constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
 class Arguments : public EndToEnd {
   protected:
     Arguments() {
-        root_.configure("//log\nINT:1\n");
+        root_.configure(setting("log", 1));
         library_.InitializePOS();
     }
     ~Arguments() override { library_.TerminatePOS(); }
@@ -31,7 +31,7 @@ TEST_F(Arguments, CallMethod_WithANullMethodName_FailsWithTheNullPointerText) {
 }
 
 TEST_F(Arguments, InstantiateObject_OfAClassThatWasNotRegistered_FailsWhereTheServerAskedForTheCheck) {
-    root_.configure("//log\nINT:1\n//checkClasses\nINT:1\n");
+    root_.configure(setting("log", 1) + setting("checkClasses", 1));
     const uint32_t application = host_.registered({"Counter"});
     EXPECT_TRUE(host_.instantiate(application, "Counter").isThere());
     Console console;

@@ -15,10 +15,7 @@ class Encodings : public EndToEnd {
         library_.InitializePOS();
         uint32_t application = 0;
         ASSERT_EQ(host_.registerApplication(application, {}, {}, name), POS_OK);
-        ServerControl::send(
-            "//misbehave\nSTR:error\n//misbehaveCommand\nSTR:execute command\n//errorCode\nINT:28\n"
-            "//errorText\nSTR:" +
-            text + "\n");
+        ServerControl::send(refusal("execute command", 28, text));
         Console console;
         EXPECT_EQ(host_.command(application, "ping").status, POS_FAILURE);
         console.stop();

@@ -8,6 +8,7 @@
 
 #include "tests/support/PosLibrary.h"
 #include "tests/support/ServerControl.h"
+#include "tests/support/ServerSettings.h"
 #include "tests/support/ShippedTexts.h"
 #include "tests/support/TestRoot.h"
 #include "tests/support/WaitUntil.h"

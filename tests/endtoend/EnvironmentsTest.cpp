@@ -198,7 +198,7 @@ size_t countProcesses(const std::string& executable) {
 
 TEST_F(Environments, SystemsOwnPlaces_LeadASessionAndCronToOneServer) {
     NEEDS_ROOT("make a mount namespace");
-    root_.configure("//endWithLastClient\nINT:1\n");
+    root_.configure(setting("endWithLastClient", 1));
     fs::remove(root_.path() + "/tmp");
     const pid_t child = fork();
     if (child == 0) {

@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "tests/endtoend/EndToEnd.h"
-#include "tests/platform/trace/TraceLines.h"
+#include "tests/support/TraceLines.h"
 
 namespace dovrel::test {
 namespace {
@@ -33,12 +33,11 @@ class FailureRecord : public EndToEnd {
     }
 
     /// Returns an operation that makes a call fail by this misbehaviour of the server.
-    static std::function<void(Host&)> callUnder(const std::string& misbehaviour) {
-        return [misbehaviour](Host& host) {
+    static std::function<void(Host&)> callUnder(const std::string& fault) {
+        return [fault](Host& host) {
             const uint32_t application = host.registered({"Echo"});
             ObjectId echo = host.instantiate(application, "Echo");
-            ServerControl::send(misbehaviour +
-                                "//misbehaveTimes\nINT:1\n//misbehaveCommand\nSTR:call method\n");
+            ServerControl::send(fault);
             EXPECT_EQ(host.call(application, echo, "echo", "a secret").status, POS_FAILURE);
         };
     }
@@ -84,7 +83,7 @@ TEST_F(FailureRecord, OfAServerThatCannotBeExecuted_NamesTheStatusOfTheLaunch) {
 }
 
 TEST_F(FailureRecord, OfAServerOfAnotherVersion_NamesBothVersions) {
-    root_.configure("//interfaceVersion\nINT:8\n");
+    root_.configure(setting("interfaceVersion", 8));
     runSession(registerInVain);
     expectStep("exchange", "interface version: the server has 8, the library needs 7");
     expectNoEntry("SERVERERROR");
@@ -106,9 +105,7 @@ TEST_F(FailureRecord, OfAClassThatDoesNotExist_NamesTheClass) {
 }
 
 TEST_F(FailureRecord, OfARefusedRegistration_IsThereEvenIfTheHostWantsNoAlert) {
-    root_.configure(
-        "//misbehave\nSTR:error\n//misbehaveCommand\nSTR:register application\n//errorCode\nINT:32\n"
-        "//errorText\nSTR:no room\n");
+    root_.configure(refusal("register application", 32, "no room"));
     runSession([](Host& host) {
         uint32_t application = 0;
         EXPECT_EQ(host.registerApplication(application, {}, {POS_OPTION_SILENT_REGISTRATION}), POS_FAILURE);
@@ -120,7 +117,7 @@ TEST_F(FailureRecord, OfARefusedRegistration_IsThereEvenIfTheHostWantsNoAlert) {
 }
 
 TEST_F(FailureRecord, OfErrorCode36_IsThereThoughNoAlertShowsIt) {
-    runSession(callUnder("//misbehave\nSTR:error\n//errorCode\nINT:36\n//errorText\nSTR:no library\n"));
+    runSession(callUnder(refusal("call method", 36, "no library", 1)));
     expectEntry("TYPE", "INT:36");
     expectEntry("MESSAGE", "STR:no library");
     expectEntry("REQUEST", "STR:call method, method name = \"echo\"");
@@ -132,7 +129,7 @@ TEST_F(FailureRecord, OfErrorCode36_IsThereThoughNoAlertShowsIt) {
 }
 
 TEST_F(FailureRecord, OfAnUnknownErrorCode_IsThereThoughNoAlertShowsIt) {
-    runSession(callUnder("//misbehave\nSTR:error\n//errorCode\nINT:99\n//errorText\nSTR:no idea\n"));
+    runSession(callUnder(refusal("call method", 99, "no idea", 1)));
     expectEntry("MESSAGE", "STR:no idea");
     expectEntry("SERVERERROR", "STR:99 (unknown)");
     expectEntry("ALERT", "STR:none");
@@ -142,13 +139,13 @@ TEST_F(FailureRecord, OfAnUnknownErrorCode_IsThereThoughNoAlertShowsIt) {
 }
 
 TEST_F(FailureRecord, OfAnEventThatFailed_NamesTheStatus) {
-    runSession(callUnder("//misbehave\nSTR:failedEvent\n//eventStatus\nINT:-1708\n"));
+    runSession(callUnder(misbehaviour("failedEvent", "call method", 1) + setting("eventStatus", -1708)));
     expectStep("exchange", "call method: attempt 1: result -1708 (errAEEventNotHandled)");
     EXPECT_EQ(alerts_, 1u);
 }
 
 TEST_F(FailureRecord, OfAReplyThatCannotBeRead_NamesTheErrorSite) {
-    runSession(callUnder("//misbehave\nSTR:garbage\n"));
+    runSession(callUnder(misbehaviour("garbage", "call method", 1)));
     expectEntry("TYPENAME", "STR:bytes that are not a structured block");
     expectEntry("MESSAGE", "STR:1");
     expectEntry("DETAIL", "STR:384190CE01EA: ");
@@ -156,14 +153,14 @@ TEST_F(FailureRecord, OfAReplyThatCannotBeRead_NamesTheErrorSite) {
 }
 
 TEST_F(FailureRecord, OfAServerThatIsGoneInEveryAttempt_NamesTheLastOne) {
-    root_.configure("//misbehave\nSTR:vanishBefore\n//misbehaveCommand\nSTR:get information\n");
+    root_.configure(misbehaviour("vanishBefore", "get information"));
     runSession([](Host& host) { EXPECT_EQ(host.information(host.registered(), "?").status, POS_FAILURE); });
     expectEntry("MESSAGE", "STR:1");
     expectStep("exchange", "get information: attempt 20: result -609 (connectionInvalid)");
 }
 
 TEST_F(FailureRecord, OfAnyCall_HoldsNothingThatWasPassedToTheMethod) {
-    runSession(callUnder("//misbehave\nSTR:error\n//errorCode\nINT:28\n//errorText\nSTR:a text\n"));
+    runSession(callUnder(refusal("call method", 28, "a text", 1)));
     EXPECT_EQ(entry_.find("secret"), std::string::npos) << entry_;
     const std::string trace = contentOf(root_.path() + "/trace");
     for (const char* said : {"secret", "a text", "\"echo\"", "End to end"})

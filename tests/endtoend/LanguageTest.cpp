@@ -38,9 +38,7 @@ class Language : public EndToEnd {
         setenv("LC_ALL", locale, 1);
         library_.InitializePOS();
         const uint32_t application = host_.registered();
-        ServerControl::send(
-            "//misbehave\nSTR:error\n//misbehaveCommand\nSTR:execute command\n//errorCode\nINT:28\n"
-            "//errorText\nSTR:Das Ger\x8At fehlt.\n");
+        ServerControl::send(refusal("execute command", 28, "Das Ger\x8At fehlt."));
         Console console;
         EXPECT_EQ(host_.command(application, "ping").status, POS_FAILURE);
         console.stop();

@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/InterProcessCommunication/UserTexts.h"
 #include "tests/endtoend/EndToEnd.h"
 #include "tests/endtoend/OtherHost.h"
+#include "tests/support/UserTexts.h"
 
 namespace dovrel::test {
 namespace {
@@ -69,7 +69,7 @@ TEST_F(Launch, AServerWithoutItsProgram_IsALaunchFailureWithTheLaunchersError) {
 }
 
 TEST_F(Launch, AServerThatEndsAtOnce_IsALaunchFailure) {
-    root_.configure("//endAtStart\nINT:1\n");
+    root_.configure(setting("endAtStart", 1));
     uint32_t application = 0;
     Console console;
     EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);
@@ -83,16 +83,16 @@ TEST_F(Launch, AServerThatEndsAtOnce_IsALaunchFailure) {
 }
 
 TEST_F(Launch, AHandshakeAnsweredWithAnEmptyParameter_CountsAsAwake) {
-    root_.configure("//handshake\nSTR:empty\n");
+    root_.configure(setting("handshake", "empty"));
     host_.registered();
 }
 
 TEST_F(Launch, AHandshakeAnsweredWithoutAParameter_DoesNotCountAsAwakeTenTimesInARow) {
-    root_.configure("//log\nINT:1\n");
+    root_.configure(setting("log", 1));
     OtherHost other(root_.library());
     other.goAndStay();
     ASSERT_TRUE(other.isServed());
-    ServerControl::send("//handshake\nSTR:noParameter\n");
+    ServerControl::send(setting("handshake", "noParameter"));
     const size_t handshakesBefore = countInServerLog(" handshake");
     constexpr char kDescriptorNotFound[] = "-1701";
     expectFailure(kCorrupt, launchFailureBlock(kDescriptorNotFound));
@@ -102,7 +102,7 @@ TEST_F(Launch, AHandshakeAnsweredWithoutAParameter_DoesNotCountAsAwakeTenTimesIn
 }
 
 TEST_F(Launch, AfterALaunchFailure_TheNextRegistrationTriesAnew) {
-    root_.configure("//endAtStart\nINT:1\n");
+    root_.configure(setting("endAtStart", 1));
     uint32_t application = 0;
     Console console;
     EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);

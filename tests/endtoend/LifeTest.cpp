@@ -37,7 +37,7 @@ TEST_F(Life, TerminatePOS_UnregistersWhatIsLeft) {
 }
 
 TEST_F(Life, TerminatePOS_UnregistersInAscendingOrder) {
-    root_.configure("//log\nINT:1\n");
+    root_.configure(setting("log", 1));
     library_.InitializePOS();
     const uint32_t one = host_.registered();
     const uint32_t two = host_.registered();
@@ -77,9 +77,7 @@ TEST_F(Life, UnregisterApplication_ThatWasNeverRegistered_FailsWithoutADialog) {
 TEST_F(Life, UnregisterApplication_ThatTheServerRefuses_IsReportedAndTheRegistrationStays) {
     library_.InitializePOS();
     const uint32_t application = host_.registered();
-    ServerControl::send(
-        "//misbehave\nSTR:error\n//misbehaveCommand\nSTR:unregister application\n//misbehaveTimes\n"
-        "INT:1\n//errorCode\nINT:23\n//errorText\nSTR:Not now.\n");
+    ServerControl::send(refusal("unregister application", 23, "Not now.", 1));
     Console console;
     EXPECT_EQ(library_.posUnregisterApplication(application), POS_FAILURE);
     console.stop();
@@ -91,7 +89,7 @@ TEST_F(Life, UnregisterApplication_ThatTheServerRefuses_IsReportedAndTheRegistra
 }
 
 TEST_F(Life, RegistrationWithANullName_RegistersTheEmptyName) {
-    root_.configure("//log\nINT:1\n");
+    root_.configure(setting("log", 1));
     library_.InitializePOS();
     uint32_t application = 0;
     EXPECT_EQ(library_.posRegisterApplicationWithClasses(nullptr, nullptr, 0, nullptr, 0, &application),

@@ -14,7 +14,7 @@ class ServerEnd : public EndToEnd {
 };
 
 TEST_F(ServerEnd, ByAQuitEvent_IsCleanAndImmediate) {
-    root_.configure("//log\nINT:1\n");
+    root_.configure(setting("log", 1));
     library_.posUnregisterApplication(host_.registered());
     ServerControl::quit();
     root_.waitForServers(0);
@@ -26,17 +26,16 @@ TEST_F(ServerEnd, QuitWithoutAServer_IsNoFailure) {
 }
 
 TEST_F(ServerEnd, ByASignal_IsClean) {
-    root_.configure("//log\nINT:1\n");
+    root_.configure(setting("log", 1));
     library_.posUnregisterApplication(host_.registered());
     root_.endServers(SIGTERM);
     EXPECT_EQ(countInServerLog(" ended by signal 15\n"), 1u);
 }
 
 TEST_F(ServerEnd, ByASignalWhileItHangs_IsClean) {
-    root_.configure("//log\nINT:1\n");
+    root_.configure(setting("log", 1));
     host_.registered();
-    ServerControl::send(
-        "//misbehave\nSTR:silent\n//misbehaveCommand\nSTR:execute command\n//misbehaveTimes\nINT:1\n");
+    ServerControl::send(misbehaviour("silent", "execute command", 1));
     OtherHost waiting(root_.library());
     waiting.go();
     root_.waitForServerLog(" execute command");
@@ -46,7 +45,7 @@ TEST_F(ServerEnd, ByASignalWhileItHangs_IsClean) {
 }
 
 TEST_F(ServerEnd, WithItsLastClient_WhereAsked) {
-    root_.configure("//endWithLastClient\nINT:1\n");
+    root_.configure(setting("endWithLastClient", 1));
     const uint32_t one = host_.registered();
     const uint32_t two = host_.registered();
     EXPECT_EQ(library_.posUnregisterApplication(one), POS_OK);
@@ -56,7 +55,7 @@ TEST_F(ServerEnd, WithItsLastClient_WhereAsked) {
 }
 
 TEST_F(ServerEnd, WithItsLastClient_AlsoWhenThatWasKilled) {
-    root_.configure("//endWithLastClient\nINT:1\n");
+    root_.configure(setting("endWithLastClient", 1));
     OtherHost client(root_.library());
     client.goAndStay();
     EXPECT_TRUE(client.isServed());

@@ -13,7 +13,7 @@ constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
 class ServerLoss : public EndToEnd {
   protected:
     ServerLoss() {
-        root_.configure("//log\nINT:1\n");
+        root_.configure(setting("log", 1));
         library_.InitializePOS();
         application_ = host_.registered({"Echo"});
     }
@@ -40,10 +40,10 @@ class ServerLoss : public EndToEnd {
 
     // The misbehaviour applies only to the next method call. The server that replaces the
     // ended one does not know about it.
-    void expectRelaunchAfter(const std::string& misbehaviour) {
+    void expectRelaunchAfter(const std::string& fault) {
         ObjectId echo = host_.instantiate(application_, "Echo");
         const pid_t old = runningServer();
-        ServerControl::send("//misbehave\nSTR:" + misbehaviour + "\n//misbehaveCommand\nSTR:call method\n");
+        ServerControl::send(misbehaviour(fault, "call method"));
         Console console;
         const Answered answered = host_.call(application_, echo, "echo", "hello");
         console.stop();
@@ -74,8 +74,7 @@ TEST_F(ServerLoss, BetweenTwoCallsByATerminationInGoodOrder_IsTheSame) {
 
 TEST_F(ServerLoss, WhileACallWaits_TheCallGoesToANewServer) {
     const pid_t old = runningServer();
-    ServerControl::send(
-        "//misbehave\nSTR:late\n//delay\nINT:600000\n//misbehaveCommand\nSTR:execute command\n");
+    ServerControl::send(misbehaviour("late", "execute command") + setting("delay", 600000));
     Console console;
     std::future<uint32_t> status =
         std::async(std::launch::async, [this] { return host_.command(application_, "ping").status; });
@@ -97,7 +96,7 @@ TEST_F(ServerLoss, BeforeTheAnswerLeaves_TheCallGoesToANewServer) {
 TEST_F(ServerLoss, AfterTheAnswer_TheCallIsAnsweredAndTheNextGoesToANewServer) {
     ObjectId echo = host_.instantiate(application_, "Echo");
     const pid_t old = runningServer();
-    ServerControl::send("//misbehave\nSTR:vanishAfter\n//misbehaveCommand\nSTR:call method\n");
+    ServerControl::send(misbehaviour("vanishAfter", "call method"));
     EXPECT_EQ(host_.call(application_, echo, "echo", "last words").bytes, "last words");
     root_.waitForServers(0);
     Console console;
@@ -107,7 +106,7 @@ TEST_F(ServerLoss, AfterTheAnswer_TheCallIsAnsweredAndTheNextGoesToANewServer) {
 }
 
 TEST_F(ServerLoss, InEachOfTwentyAttempts_EndsWithTheEmptyReply) {
-    root_.configure("//log\nINT:1\n//misbehave\nSTR:vanishBefore\n//misbehaveCommand\nSTR:execute command\n");
+    root_.configure(setting("log", 1) + misbehaviour("vanishBefore", "execute command"));
     root_.endServers(SIGTERM);
     Console console;
     EXPECT_EQ(host_.command(application_, "ping").status, POS_FAILURE);

@@ -2,7 +2,7 @@
 #include <cstdlib>
 
 #include "tests/endtoend/EndToEnd.h"
-#include "tests/platform/trace/TraceLines.h"
+#include "tests/support/TraceLines.h"
 
 namespace dovrel::test {
 namespace {

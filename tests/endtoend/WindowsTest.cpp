@@ -75,11 +75,10 @@ class Windows : public testing::Test {
     }
 
     static void failEvery(const std::string& command, int code, const std::string& text) {
-        ServerControl::send(misbehaviour(command, code, text));
+        ServerControl::send(setting("log", 1) + refusal(command, code, text));
     }
-    static std::string misbehaviour(const std::string& command, int code, const std::string& text) {
-        return "//log\nINT:1\n//misbehave\nSTR:error\n//misbehaveCommand\nSTR:" + command +
-               "\n//errorCode\nINT:" + std::to_string(code) + "\n//errorText\nSTR:" + text + "\n";
+    static std::string refusedRegistration(int64_t times = 0) {
+        return setting("log", 1) + refusal("register application", 32, "No room.", times);
     }
 
     TestRoot root_;
@@ -90,10 +89,10 @@ class Windows : public testing::Test {
     std::vector<std::string> command() const { return {WINDOW_HOST, root_.library()}; }
 };
 
-// Registration.
+// Alerts of registrations that fail.
 
 TEST_F(Windows, Retry_RepeatsTheRegistrationInFull) {
-    root_.configure(misbehaviour("register application", 32, "No room.") + "//misbehaveTimes\nINT:2\n");
+    root_.configure(refusedRegistration(2));
     start();
     tell("register Host 1104");
     EXPECT_TRUE(desktop_.takePicture("registration-english"));
@@ -108,18 +107,18 @@ TEST_F(Windows, Retry_RepeatsTheRegistrationInFull) {
 }
 
 TEST_F(Windows, Retry_SucceedsWhenTheCauseWasRemovedMeanwhile) {
-    root_.configure(misbehaviour("register application", 32, "No room."));
+    root_.configure(refusedRegistration());
     start();
     tell("register Host");
     EXPECT_NE(desktop_.waitForAlert(), "");
-    ServerControl::send("//misbehave\nSTR:none\n");
+    ServerControl::send(misbehaviour("none"));
     EXPECT_TRUE(desktop_.clickButton(kRetry));
     EXPECT_EQ(line(), "register 0");
     EXPECT_EQ(lineFor("command ping"), "command 0");
 }
 
 TEST_F(Windows, CancelTwice_FailsAfterOneRequest) {
-    root_.configure(misbehaviour("register application", 32, "No room."));
+    root_.configure(refusedRegistration());
     start();
     tell("register Host");
     EXPECT_TRUE(desktop_.clickButton(kCancel));
@@ -131,7 +130,7 @@ TEST_F(Windows, CancelTwice_FailsAfterOneRequest) {
 }
 
 TEST_F(Windows, CancelThenRetry_RegistersAfterAll) {
-    root_.configure(misbehaviour("register application", 32, "No room.") + "//misbehaveTimes\nINT:1\n");
+    root_.configure(refusedRegistration(1));
     start();
     tell("register Host");
     EXPECT_TRUE(desktop_.clickButton(kCancel));
@@ -141,7 +140,7 @@ TEST_F(Windows, CancelThenRetry_RegistersAfterAll) {
 }
 
 TEST_F(Windows, ARefusedRegistrationWithOption1120_ShowsNoWindow) {
-    root_.configure(misbehaviour("register application", 32, "No room."));
+    root_.configure(refusedRegistration());
     start();
     EXPECT_EQ(lineFor("register Host 1120"), "register 80000008");
     EXPECT_EQ(countOf(systemLog(), "dialogue"), 0u);
@@ -171,7 +170,7 @@ TEST_F(Windows, AFailedOperation_FailsAfterOK) {
 
 TEST_F(Windows, AMessageOfTheServer_IsShownAndTheOperationSucceedsAfterOK) {
     startRegistered();
-    ServerControl::send("//misbehave\nSTR:message\n//messageText\nSTR:The lamp is getting old.\n");
+    ServerControl::send(misbehaviour("message") + setting("messageText", "The lamp is getting old."));
     tell("instantiate Echo");
     EXPECT_TRUE(desktop_.takePicture("message-english"));
     EXPECT_TRUE(desktop_.clickButton(kOK));
@@ -181,7 +180,7 @@ TEST_F(Windows, AMessageOfTheServer_IsShownAndTheOperationSucceedsAfterOK) {
 TEST_F(Windows, AMessageForASilencedApplication_ShowsNoWindow) {
     start();
     EXPECT_EQ(lineFor("register Host 1121"), "register 0");
-    ServerControl::send("//misbehave\nSTR:message\n//messageText\nSTR:The lamp is getting old.\n");
+    ServerControl::send(misbehaviour("message") + setting("messageText", "The lamp is getting old."));
     EXPECT_EQ(lineFor("instantiate Echo"), "instantiate 0");
     EXPECT_EQ(countOf(systemLog(), "dialogue"), 0u);
 }
@@ -195,7 +194,7 @@ TEST_F(Windows, AnAlert_BringsNoWindowLibraryIntoTheHost) {
 }
 
 TEST_F(Windows, AnAlertWhoseHelperIsKilled_CountsAsNotShown) {
-    root_.configure(misbehaviour("register application", 32, "No room."));
+    root_.configure(refusedRegistration());
     start();
     tell("register Host");
     EXPECT_NE(desktop_.waitForAlert(), "");
@@ -230,7 +229,7 @@ TEST_F(Windows, AServerThatCannotBeStarted_IsReportedInEachLanguage) {
     }
 }
 
-// Threads.
+// Alerts of calls on several threads.
 
 TEST_F(Windows, AFailureOnASecondThread_IsShownWhileAThirdOneWaits) {
     startRegistered();

@@ -8,8 +8,8 @@
 //     join-two    the same with two such threads
 //     sleep       sleeps until the thread is through
 //     glib        runs GLib's loop until the thread is through
-//     atexit      has returned from main; an exit handler, registered before the library was loaded, makes
-//                 the call
+//     atexit      has returned from main; an exit handler makes the call. The host registered the handler
+//                 before it loaded the library
 // HABIT:
 //     closed      descriptors 0 to 2 are closed
 //     broken      standard output and error are a pipe that nobody reads

@@ -13,7 +13,7 @@ WRITING = ["setByte", "writeBytes", "copyFrom"]
 SERVER_INTERFACE = ["registerApplication", "unregisterApplication", "instantiateObject", "callMethod", "deleteObject",
                     "executeCommand", "getInformation"]
 ORDER = {
-    # client
+    # the classes of client
     "CPPException": ["getTypeCode"],
     "POSException": ["getTypeCode"],
     "POSClassNotFoundException": ["getTypeCode"],
@@ -32,7 +32,7 @@ ORDER = {
     "POSClientException": [],
     "POSAccessUserInteraction": [],
     "ProtectedObjectServerInterface": SERVER_INTERFACE,
-    # transport
+    # the classes of transport
     "POSTransferObjForwarder": ["ForwardTransferObj = 0", "ConnectToPOS = 0", "CheckConnection = 0",
                                 "GetClientProcessID = 0"],
     "MacOSXTransferObjForwarder": ["ForwardTransferObj", "ConnectToPOS", "CheckConnection", "GetClientProcessID"],
@@ -42,7 +42,7 @@ ORDER = {
     "Client_to_POS_Communicator": [],
     "POS_to_Client_Communicator": [],
     "ApplicationLauncher": [],
-    # serialization
+    # the classes of serialization
     "CPPByteArray": WRITING,
     "CPPExpandingByteArray": WRITING,
     "CPPKey": WRITING,
@@ -56,9 +56,9 @@ ORDER = {
     "StructuredDataReader": ["getTypeNumber = 0", "getPart = 0", "readPart = 0", "getPartLength = 0", "readUInt32Part"],
     "StructuredByteArrayReader": ["getTypeNumber", "getPart", "readPart", "getPartLength", "readUInt32Part"],
     "StructuredCharArrayReader": ["getTypeNumber", "getPart", "readPart", "getPartLength", "readUInt32Part"],
-    # settings
+    # the classes of settings
     "Properties": [],
-    # platform
+    # the classes of platform
     "SynchronizationObject": ["wait = 0"],
     "CriticalSection": ["wait = 0", "enter = 0", "leave = 0"],
     "MacOSXCriticalSection": ["wait", "enter", "leave"],

@@ -12,8 +12,8 @@
 #include "platform/synchronization/SynchronizationFactory.h"
 #include "platform/tasks/BackgroundTask.h"
 #include "platform/tasks/Tasks.h"
-#include "tests/platform/Failures.h"
 #include "tests/platform/RecordedServices.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

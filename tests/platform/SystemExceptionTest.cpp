@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/platform/Failures.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

@@ -5,7 +5,8 @@
 #include <string>
 
 #include "client/exceptions/StructuredDataExceptions.h"
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

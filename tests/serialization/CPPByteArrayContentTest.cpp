@@ -6,7 +6,7 @@
 
 #include <utility>
 
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {

@@ -7,9 +7,9 @@
 #include <sstream>
 
 #include "serialization/CPPByteArray.h"
-#include "tests/serialization/Bytes.h"
 #include "tests/serialization/Streams.h"
 #include "tests/support/HeapInUse.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <limits>
 
-#include "tests/serialization/Bytes.h"
 #include "tests/support/VirtualTable.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {

@@ -14,8 +14,9 @@
 #include "serialization/Identifiers.h"
 #include "serialization/StructuredByteArrayWriter.h"
 #include "serialization/StructuredCharArrayReader.h"
-#include "tests/serialization/Bytes.h"
 #include "tests/support/HeapWatch.h"
+#include "tests/support/library/Bytes.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -177,11 +178,7 @@ size_t failEachGrowth(bool once) {
         {
             HeapWatch watch;
             once ? watch.failAt({nth}) : watch.failFrom(nth);
-            try {
-                writeSmallBlock(block, part);
-            } catch (CPPException* caught) {
-                failure.reset(caught);
-            }
+            failure = test::failureOf([&] { writeSmallBlock(block, part); });
             exhausted = watch.requests().size() < nth;
         }
         if (failure == nullptr) {

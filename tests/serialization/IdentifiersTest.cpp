@@ -5,8 +5,8 @@
 #include <memory>
 #include <type_traits>
 
-#include "tests/serialization/Bytes.h"
 #include "tests/support/VirtualTable.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {

@@ -7,8 +7,9 @@
 
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "serialization/StructuredByteArrayWriter.h"
-#include "tests/serialization/Bytes.h"
 #include "tests/support/VirtualTable.h"
+#include "tests/support/library/Bytes.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

@@ -7,7 +7,8 @@
 #include <sstream>
 
 #include "client/exceptions/StructuredDataExceptions.h"
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/serialization/Bytes.h"
 #include "tests/support/VirtualTable.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {

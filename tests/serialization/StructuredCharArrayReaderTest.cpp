@@ -6,8 +6,9 @@
 #include <string>
 
 #include "client/exceptions/StructuredDataExceptions.h"
-#include "tests/serialization/Bytes.h"
 #include "tests/support/VirtualTable.h"
+#include "tests/support/library/Bytes.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

@@ -6,8 +6,8 @@
 #include <sstream>
 
 #include "serialization/StructuredByteArrayWriter.h"
-#include "tests/serialization/Bytes.h"
 #include "tests/support/VirtualTable.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {

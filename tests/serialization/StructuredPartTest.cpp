@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {

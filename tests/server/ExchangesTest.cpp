@@ -11,12 +11,16 @@
 #include "tests/server/FailingClass.h"
 #include "tests/server/FakeProcess.h"
 #include "tests/server/Requests.h"
+#include "tests/support/ServerSettings.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace merrowd::test {
 namespace {
 
 namespace posField = dovrel::posField;
+using dovrel::test::misbehaviour;
+using dovrel::test::refusal;
+using dovrel::test::setting;
 using dovrel::test::TemporaryFolder;
 using Calls = std::vector<std::string>;
 
@@ -64,7 +68,7 @@ TEST_F(ExchangesTest, Data_WithoutTheLog_LeavesNoLogFile) {
 }
 
 TEST_F(ExchangesTest, Data_WithTheLog_IsWrittenDownInBothDirections) {
-    prepare("//log\nINT:1\n");
+    prepare(setting("log", 1));
     send(callRequest(session_, object_, "echo", "hello"), 4711);
     EXPECT_NE(logText().find("#1 call method, from process 4711\n    > 103 session identifier = 65537\n"),
               std::string::npos);
@@ -73,37 +77,37 @@ TEST_F(ExchangesTest, Data_WithTheLog_IsWrittenDownInBothDirections) {
 }
 
 TEST_F(ExchangesTest, Late_PausesAndAnswers) {
-    prepare("//misbehave\nSTR:late\n//delay\nINT:1234\n");
+    prepare(misbehaviour("late") + setting("delay", 1234));
     EXPECT_EQ(replyOf(call()).data(posField::kResult), "hello");
     EXPECT_EQ(process_.calls, (Calls{"pause 1234"}));
 }
 
 TEST_F(ExchangesTest, Late_IsInTheLogBeforeThePause) {
-    prepare("//log\nINT:1\n//misbehave\nSTR:vanishBefore\n");
+    prepare(setting("log", 1) + misbehaviour("vanishBefore"));
     EXPECT_THROW(call(), Vanished);
     EXPECT_NE(logText().find("#1 call method\n"), std::string::npos);
 }
 
 TEST_F(ExchangesTest, Silent_Hangs) {
-    prepare("//misbehave\nSTR:silent\n");
+    prepare(misbehaviour("silent"));
     EXPECT_EQ(call().parameter, nullptr);
     EXPECT_EQ(process_.calls, (Calls{"hang"}));
 }
 
 TEST_F(ExchangesTest, VanishBefore_DoesNothingFirst) {
-    prepare("//misbehave\nSTR:vanishBefore\n");
+    prepare(misbehaviour("vanishBefore"));
     EXPECT_THROW(send(deleteRequest(session_, object_)), Vanished);
     EXPECT_EQ(state_.applications.objectCount(), 1u);
 }
 
 TEST_F(ExchangesTest, VanishDuring_HasDoneTheWork) {
-    prepare("//misbehave\nSTR:vanishDuring\n");
+    prepare(misbehaviour("vanishDuring"));
     EXPECT_THROW(send(deleteRequest(session_, object_)), Vanished);
     EXPECT_EQ(state_.applications.objectCount(), 0u);
 }
 
 TEST_F(ExchangesTest, VanishAfter_AnswersAndTellsTheServerToGo) {
-    prepare("//misbehave\nSTR:vanishAfter\n");
+    prepare(misbehaviour("vanishAfter"));
     const Outcome outcome = call();
     EXPECT_EQ(replyOf(outcome).data(posField::kResult), "hello");
     EXPECT_TRUE(outcome.endServer);
@@ -115,27 +119,27 @@ TEST_F(ExchangesTest, Cut_LeavesTheFirstBytes) {
     prepare("");
     const std::string whole = bytesOfAnswer(call());
     for (const size_t length : {size_t{0}, size_t{1}, size_t{17}, whole.size(), whole.size() + 1}) {
-        exchanges_.configure("//misbehave\nSTR:cut\n//cutTo\nINT:" + std::to_string(length) + "\n");
+        exchanges_.configure(misbehaviour("cut") + setting("cutTo", static_cast<int64_t>(length)));
         EXPECT_EQ(bytesOfAnswer(call()), whole.substr(0, length));
     }
 }
 
 TEST_F(ExchangesTest, Garbage_IsNoBlock) {
-    prepare("//misbehave\nSTR:garbage\n");
+    prepare(misbehaviour("garbage"));
     const std::string answer = bytesOfAnswer(call());
     EXPECT_GT(answer.size(), 10u);
     EXPECT_NE(answer.substr(0, 4), "AsAk");
 }
 
 TEST_F(ExchangesTest, EmptyAndNoParameter_AreAnswersWithoutBytesAndWithoutAParameter) {
-    prepare("//misbehave\nSTR:empty\n");
+    prepare(misbehaviour("empty"));
     EXPECT_EQ(bytesOfAnswer(call()), "");
-    exchanges_.configure("//misbehave\nSTR:noParameter\n");
+    exchanges_.configure(misbehaviour("noParameter"));
     EXPECT_EQ(call().parameter, nullptr);
 }
 
 TEST_F(ExchangesTest, FailedEvent_HasTheStatusAndDoesNothing) {
-    prepare("//misbehave\nSTR:failedEvent\n//eventStatus\nINT:-1708\n");
+    prepare(misbehaviour("failedEvent") + setting("eventStatus", -1708));
     const Outcome outcome = send(deleteRequest(session_, object_));
     EXPECT_EQ(outcome.status, -1708);
     EXPECT_EQ(outcome.parameter, nullptr);
@@ -143,7 +147,7 @@ TEST_F(ExchangesTest, FailedEvent_HasTheStatusAndDoesNothing) {
 }
 
 TEST_F(ExchangesTest, Error_IsAnExceptionOfAnyCodeAndTextAndDoesNothing) {
-    prepare("//misbehave\nSTR:error\n//errorCode\nINT:99\n//errorText\nSTR:Never heard of it.\n");
+    prepare(refusal("", 99, "Never heard of it."));
     const Reply reply = replyOf(send(deleteRequest(session_, object_)));
     EXPECT_EQ(reply.code(), 99u);
     EXPECT_EQ(reply.text(), "Never heard of it.");
@@ -152,7 +156,7 @@ TEST_F(ExchangesTest, Error_IsAnExceptionOfAnyCodeAndTextAndDoesNothing) {
 }
 
 TEST_F(ExchangesTest, Message_IsInTheAnswersThatCanCarryOneAndNoOther) {
-    prepare("//misbehave\nSTR:message\n//messageFlags\nINT:2\n//messageText\nSTR:Hi.\n");
+    prepare(misbehaviour("message") + setting("messageFlags", 2) + setting("messageText", "Hi."));
     const Reply reply = replyOf(call());
     EXPECT_EQ(reply.data(posField::kServerMessage), littleEndian(2) + "Hi.");
     EXPECT_EQ(reply.data(posField::kResult), "hello");
@@ -163,7 +167,7 @@ TEST_F(ExchangesTest, Message_IsInTheAnswersThatCanCarryOneAndNoOther) {
 }
 
 TEST_F(ExchangesTest, Huge_IsTheResultOfMethodsCommandsAndInformation) {
-    prepare("//misbehave\nSTR:huge\n//hugeSize\nINT:1000000\n");
+    prepare(misbehaviour("huge") + setting("hugeSize", 1000000));
     EXPECT_EQ(replyOf(call()).data(posField::kResult).size(), 1000000u);
     EXPECT_EQ(replyOf(send(commandRequest(session_, "ping"))).data(posField::kResult).size(), 1000000u);
     EXPECT_EQ(replyOf(send(informationRequest(session_, std::string("\1\0", 2))))
@@ -174,18 +178,18 @@ TEST_F(ExchangesTest, Huge_IsTheResultOfMethodsCommandsAndInformation) {
 
 TEST_F(ExchangesTest, Handshake_IsAnsweredAsTheSettingSays) {
     EXPECT_EQ(bytesOfAnswer(exchanges_.handshake(0)), "awake");
-    exchanges_.configure("//handshake\nSTR:empty\n");
+    exchanges_.configure(setting("handshake", "empty"));
     EXPECT_EQ(bytesOfAnswer(exchanges_.handshake(0)), "");
-    exchanges_.configure("//handshake\nSTR:noParameter\n");
+    exchanges_.configure(setting("handshake", "noParameter"));
     EXPECT_EQ(exchanges_.handshake(0).parameter, nullptr);
     EXPECT_EQ(process_.calls, Calls());
-    exchanges_.configure("//handshake\nSTR:silent\n");
+    exchanges_.configure(setting("handshake", "silent"));
     EXPECT_EQ(exchanges_.handshake(0).parameter, nullptr);
     EXPECT_EQ(process_.calls, (Calls{"hang"}));
 }
 
 TEST_F(ExchangesTest, EndWithLastClient_EndsWithTheAnswerToTheLastUnregistration) {
-    exchanges_.configure("//endWithLastClient\nINT:1\n");
+    exchanges_.configure(setting("endWithLastClient", 1));
     EXPECT_FALSE(send(versionRequest()).endServer) << "before the first client";
     const uint32_t one = replyOf(send(registerRequest("One"))).number(posField::kSession);
     const uint32_t two = replyOf(send(registerRequest("Two"))).number(posField::kSession);
@@ -203,7 +207,7 @@ TEST_F(ExchangesTest, WithoutEndWithLastClient_TheServerStays) {
 }
 
 TEST_F(ExchangesTest, LastClientHasGone_SeesClientsThatWereKilled) {
-    exchanges_.configure("//endWithLastClient\nINT:1\n");
+    exchanges_.configure(setting("endWithLastClient", 1));
     const pid_t client = fork();
     if (client == 0) _exit(0);
     send(registerRequest("Killed"), client);

@@ -15,8 +15,8 @@
 #include "serialization/StructuredByteArrayReader.h"
 #include "serialization/StructuredByteArrayWriter.h"
 #include "server/SelfEvent.h"
-#include "tests/serialization/Bytes.h"
 #include "tests/support/DocumentPage.h"
+#include "tests/support/library/Bytes.h"
 
 namespace merrowd::test {
 namespace {

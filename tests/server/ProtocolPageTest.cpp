@@ -4,62 +4,49 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
 
 #include "InterProcessCommunication/IPC_via_AE.h"
-#include "InterProcessCommunication/POSTransferObjForwarder.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
-#include "client/exceptions/CPPException.h"
 #include "server/Exchanges.h"
 #include "tests/server/FakeProcess.h"
 #include "tests/server/Requests.h"
+#include "tests/support/library/Failures.h"
+#include "tests/support/library/ForwarderDouble.h"
 
 namespace merrowd::test {
 namespace {
 
-using dovrel::CPPException;
+namespace posCommand = dovrel::posCommand;
 using dovrel::test::DocumentPage;
+using dovrel::test::failureOf;
 
 // Formats bytes as "41 73 41 6B", so that differences are readable.
 std::string hexOf(const std::string& bytes) {
     return dovrel::bytesToHexText(bytes.data(), static_cast<uint32_t>(bytes.size()));
 }
 
-// Passes what the trader sends to a server in this process, and records requests and replies.
-class LoopbackForwarder : public dovrel::POSTransferObjForwarder {
-  public:
-    explicit LoopbackForwarder(Exchanges& exchanges) : exchanges_(exchanges) {}
-
-    POSTransferObj* ForwardTransferObj(POSTransferObj& request) override {
-        lastRequest = bytesToText(request.bytes());
-        Outcome outcome = exchanges_.data(request.bytes(), 0);
-        lastAnswer = bytesToText(outcome.parameter->bytes());
-        if (request.getCommand() == dovrel::posCommand::kQueryInterfaceVersion) {
-            versionRequest = lastRequest;
-            versionAnswer = lastAnswer;
-        }
-        return outcome.parameter.release();
-    }
-    void ConnectToPOS(uint32_t) override {}
-    void CheckConnection() override {}
-    CPPByteArray GetClientProcessID() override { return bytesOf(std::string("\0\0\0\0\x67\x12\0\0", 8)); }
-
-    std::string lastRequest;
-    std::string lastAnswer;
-    std::string versionRequest;  // sent before a registration
-    std::string versionAnswer;
-
-  private:
-    Exchanges& exchanges_;
-};
-
 class ProtocolPageTest : public testing::Test {
   protected:
-    ProtocolPageTest() { trader_.setForwarder(&forwarder_); }
+    // The trader's requests reach a server in this process.
+    ProtocolPageTest() {
+        forwarder_.clientProcess = bytesOf(std::string("\0\0\0\0\x67\x12\0\0", 8));
+        forwarder_.answerAll([this](POSTransferObj& request) {
+            Outcome outcome = exchanges_.data(request.bytes(), 0);
+            replies_[request.getCommand()] = bytesToText(outcome.parameter->bytes());
+            return std::move(outcome.parameter);
+        });
+        trader_.setForwarder(&forwarder_);
+    }
 
-    void expectExample(const std::string& command) {
-        EXPECT_EQ(hexOf(forwarder_.lastRequest), hexOf(page_.example(command + "-request"))) << command;
-        EXPECT_EQ(hexOf(forwarder_.lastAnswer), hexOf(page_.example(command + "-reply"))) << command;
+    // Compares the last exchange of the command with the example of its name.
+    void expectExample(const POSCommand& command) {
+        const std::string name = dovrel::replaceChar(command.name, ' ', '-');
+        const auto request = forwarder_.lastRequest(command);
+        ASSERT_NE(request, nullptr) << name;
+        EXPECT_EQ(hexOf(bytesToText(request->bytes())), hexOf(page_.example(name + "-request"))) << name;
+        EXPECT_EQ(hexOf(replies_[command]), hexOf(page_.example(name + "-reply"))) << name;
     }
 
     // Each of these functions sends the request that the page shows.
@@ -93,7 +80,8 @@ class ProtocolPageTest : public testing::Test {
     ServerState state_{TestServer::kFirstSession};
     ExchangeLog log_{"/dev/null"};
     Exchanges exchanges_{state_, process_, log_};
-    LoopbackForwarder forwarder_{exchanges_};
+    std::map<uint32_t, std::string> replies_;  // the last one of each command
+    dovrel::test::ForwarderDouble forwarder_;
     dovrel::POSTransferObjTrader trader_;
 };
 
@@ -111,30 +99,20 @@ TEST_F(ProtocolPageTest, Examples_AreOneRequestAndOneReplyPerCommandAndTheSpecia
 
 TEST_F(ProtocolPageTest, RegistrationAndVersionQuery_AreTheBytesOfThePage) {
     registerDemo();
-    expectExample("register-application");
-    EXPECT_EQ(hexOf(forwarder_.versionRequest), hexOf(page_.example("query-interface-version-request")));
-    EXPECT_EQ(hexOf(forwarder_.versionAnswer), hexOf(page_.example("query-interface-version-reply")));
+    expectExample(posCommand::kRegisterApplication);
+    expectExample(posCommand::kQueryInterfaceVersion);
 }
 
 TEST_F(ProtocolPageTest, TheLifeOfAnObject_IsTheBytesOfThePage) {
     const uint32_t application = registerDemo().applicationId;
     const dovrel::CPPObjectID object = instantiateEcho(application);
-    expectExample("instantiate-object");
+    expectExample(posCommand::kInstantiateObject);
     callEcho(application, object);
-    expectExample("call-method");
+    expectExample(posCommand::kCallMethod);
     EXPECT_TRUE(trader_.deleteObject(application, object));
-    expectExample("delete-object");
-    EXPECT_THROW(
-        {
-            try {
-                trader_.deleteObject(application, object);
-            } catch (CPPException* caught) {
-                const std::unique_ptr<CPPException> failure(caught);
-                throw CPPException(*failure);
-            }
-        },
-        CPPException);
-    EXPECT_EQ(hexOf(forwarder_.lastAnswer), hexOf(page_.example("exception-reply")));
+    expectExample(posCommand::kDeleteObject);
+    EXPECT_NE(failureOf([&] { trader_.deleteObject(application, object); }), nullptr);
+    EXPECT_EQ(hexOf(replies_[posCommand::kDeleteObject]), hexOf(page_.example("exception-reply")));
 }
 
 TEST_F(ProtocolPageTest, AMessageForTheUser_IsTheBytesOfThePage) {
@@ -144,7 +122,8 @@ TEST_F(ProtocolPageTest, AMessageForTheUser_IsTheBytesOfThePage) {
     state_.settings.misbehaviour.messageFlags = 1;
     state_.settings.misbehaviour.messageText = "Hi";
     callEcho(application, object);
-    EXPECT_EQ(hexOf(forwarder_.lastAnswer), hexOf(page_.example("call-method-reply-with-message")));
+    EXPECT_EQ(hexOf(replies_[posCommand::kCallMethod]),
+              hexOf(page_.example("call-method-reply-with-message")));
 }
 
 TEST_F(ProtocolPageTest, CommandAndInformation_AreTheBytesOfThePage) {
@@ -154,17 +133,17 @@ TEST_F(ProtocolPageTest, CommandAndInformation_AreTheBytesOfThePage) {
     uint32_t length = 0;
     EXPECT_TRUE(trader_.executeCommand(application, reinterpret_cast<const uint8_t*>(ping.data()), 4,
                                        reinterpret_cast<const uint8_t*>(abc.data()), 3, &result, &length));
-    expectExample("execute-command");
+    expectExample(posCommand::kExecuteCommand);
     delete[] result;
     EXPECT_TRUE(trader_.getInformation(application, reinterpret_cast<const uint8_t*>(three.data()), 2,
                                        &result, &length));
-    expectExample("get-information");
+    expectExample(posCommand::kGetInformation);
     delete[] result;
 }
 
 TEST_F(ProtocolPageTest, Unregistration_IsTheBytesOfThePage) {
     EXPECT_TRUE(trader_.unregisterApplication(registerDemo().applicationId));
-    expectExample("unregister-application");
+    expectExample(posCommand::kUnregisterApplication);
 }
 
 TEST_F(ProtocolPageTest, Handshake_IsTheBytesOfThePage) {

@@ -7,17 +7,17 @@
 #include <string>
 
 #include "settings/EncipheredText.h"
-#include "tests/settings/Failures.h"
 #include "tests/settings/TextForm.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/library/Failures.h"
 
 using namespace std::string_literals;
 
 namespace dovrel {
 namespace {
 
-using test::failureOf;
+using test::failureText;
 using test::TemporaryFolder;
 
 // Returns all sections as text, one after another, with "--" before each.
@@ -51,13 +51,13 @@ TEST(ConfigFileSystem, ReadText_EmptyFile_IsEmpty) {
 TEST(ConfigFileSystem, ReadText_NoSuchFile_ThrowsAMessageThatNamesThePath) {
     const TemporaryFolder folder;
     const std::string path = folder.path("missing");
-    EXPECT_EQ(failureOf([&] { ConfigFileSystem::readText(path); }),
+    EXPECT_EQ(failureText([&] { ConfigFileSystem::readText(path); }),
               "Could not open file for reading: " + path);
 }
 
 TEST(ConfigFileSystem, ReadText_Folder_ThrowsAMessageThatNamesThePath) {
     const TemporaryFolder folder;
-    EXPECT_EQ(failureOf([&] { ConfigFileSystem::readText(folder.path()); }),
+    EXPECT_EQ(failureText([&] { ConfigFileSystem::readText(folder.path()); }),
               "Could not open file for reading: " + folder.path());
 }
 
@@ -73,7 +73,7 @@ TEST(ConfigFileSystem, ReadText_FileThatOnlyBeginsAsAnEncipheredOne_ThrowsAMessa
     const std::string whole = encipher("text");
     for (const std::string& content : {"ENC"s, "ENC and words"s, "ENC\n"s, whole + "!", whole.substr(0, 8)}) {
         folder.write("file", content);
-        EXPECT_EQ(failureOf([&] { ConfigFileSystem::readText(path); }), "Could not decipher file: " + path);
+        EXPECT_EQ(failureText([&] { ConfigFileSystem::readText(path); }), "Could not decipher file: " + path);
     }
 }
 

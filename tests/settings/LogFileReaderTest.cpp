@@ -4,12 +4,12 @@
 
 #include <string>
 
-#include "tests/settings/Failures.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
 
-using test::failureOf;
+using test::failureText;
 
 TEST(LogFileReader, Load_ExpectedTitle_GivesTheEntries) {
     std::string text = "//Error log\n//code\nINT:-600\n";
@@ -32,7 +32,7 @@ TEST(LogFileReader, Load_WrongTitle_ThrowsBothTitlesAndLeavesStoreAndText) {
     std::string text = "//Other\n//code\nINT:1\n";
     Properties store;
     store.addInt("old", 7);
-    EXPECT_EQ(failureOf([&] { LogFileReader::load(text, "Error log", store, false); }),
+    EXPECT_EQ(failureText([&] { LogFileReader::load(text, "Error log", store, false); }),
               "Failed to parse log file, wrong title [Other], expected [Error log].");
     EXPECT_EQ(store.getInt("old"), 7);
     EXPECT_FALSE(store.contains("code"));
@@ -76,7 +76,7 @@ TEST(LogFileReader, Load_TitleWithoutALineFeed_IsAnEmptyStore) {
 TEST(LogFileReader, Load_EmptyText_HasAnEmptyTitle) {
     std::string text;
     Properties store;
-    EXPECT_EQ(failureOf([&] { LogFileReader::load(text, "T", store, true); }),
+    EXPECT_EQ(failureText([&] { LogFileReader::load(text, "T", store, true); }),
               "Failed to parse log file, wrong title [], expected [T].");
 }
 
@@ -95,7 +95,7 @@ TEST(LogFileReader, GetText_HasItsLineFeedsBack) {
 }
 
 TEST(LogFileReader, GetText_MissingKey_ThrowsAsTheStoreDoes) {
-    EXPECT_EQ(failureOf([] { LogFileReader::getText(Properties(), "k"); }),
+    EXPECT_EQ(failureText([] { LogFileReader::getText(Properties(), "k"); }),
               "Could not find key: 'k' for string value!");
 }
 

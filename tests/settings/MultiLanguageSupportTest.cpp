@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "settings/EncipheredText.h"
-#include "tests/settings/Failures.h"
-#include "tests/settings/InstalledTexts.h"
+#include "tests/support/InstalledTexts.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

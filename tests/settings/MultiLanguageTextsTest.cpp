@@ -13,8 +13,8 @@
 #include "settings/ConfigFileSystem.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
-#include "tests/settings/InstalledTexts.h"
 #include "tests/support/Encodings.h"
+#include "tests/support/InstalledTexts.h"
 
 namespace dovrel {
 namespace {

@@ -14,9 +14,9 @@
 #include "settings/LogFileWriter.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/Properties.h"
-#include "tests/settings/InstalledTexts.h"
 #include "tests/settings/TextForm.h"
 #include "tests/support/HeapWatch.h"
+#include "tests/support/InstalledTexts.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace dovrel {

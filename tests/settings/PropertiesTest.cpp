@@ -6,15 +6,15 @@
 #include <string>
 #include <type_traits>
 
-#include "tests/settings/Failures.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/library/Failures.h"
 
 using namespace std::string_literals;
 
 namespace dovrel {
 namespace {
 
-using test::failureOf;
+using test::failureText;
 
 std::string bytesOf(const CPPByteArray& array) {
     return std::string(reinterpret_cast<const char*>(array.data()), array.getSize());
@@ -146,10 +146,10 @@ TEST(Properties, GetBinary_IsANewArrayOfTheCallers) {
 
 TEST(Properties, Getters_MissingKey_ThrowAMessageThatNamesKeyAndType) {
     const Properties store;
-    EXPECT_EQ(failureOf([&] { store.getInt("k"); }), "Could not find key: 'k' for integer value!");
-    EXPECT_EQ(failureOf([&] { store.getBool("k"); }), "Could not find key: 'k' for boolean value!");
-    EXPECT_EQ(failureOf([&] { store.getString("k"); }), "Could not find key: 'k' for string value!");
-    EXPECT_EQ(failureOf([&] { store.getBinary("k"); }), "Could not find key: 'k' for binary value!");
+    EXPECT_EQ(failureText([&] { store.getInt("k"); }), "Could not find key: 'k' for integer value!");
+    EXPECT_EQ(failureText([&] { store.getBool("k"); }), "Could not find key: 'k' for boolean value!");
+    EXPECT_EQ(failureText([&] { store.getString("k"); }), "Could not find key: 'k' for string value!");
+    EXPECT_EQ(failureText([&] { store.getBinary("k"); }), "Could not find key: 'k' for binary value!");
 }
 
 TEST(Properties, GettersByIndex_StepInKeyOrder) {
@@ -175,15 +175,15 @@ TEST(Properties, GetBinaryAt_IndexOfTheNumberOfEntries_ThrowsIndexOutOfBounds) {
     Properties store;
     store.addInt("a", 1);
     store.addInt("b", 1);
-    EXPECT_EQ(failureOf([&] { store.getBinaryAt(2); }), "Index out of bounds!'");
-    EXPECT_EQ(failureOf([&] { store.getKeyAt(2); }), "Index out of bounds!'");
-    EXPECT_EQ(failureOf([&] { store.getKeyAt(INT32_MAX); }), "Index out of bounds!'");
+    EXPECT_EQ(failureText([&] { store.getBinaryAt(2); }), "Index out of bounds!'");
+    EXPECT_EQ(failureText([&] { store.getKeyAt(2); }), "Index out of bounds!'");
+    EXPECT_EQ(failureText([&] { store.getKeyAt(INT32_MAX); }), "Index out of bounds!'");
 }
 
 TEST(Properties, GettersByIndex_EmptyStore_ThrowIndexOutOfBounds) {
     const Properties store;
-    EXPECT_EQ(failureOf([&] { store.getBinaryAt(0); }), "Index out of bounds!'");
-    EXPECT_EQ(failureOf([&] { store.getKeyAt(-1); }), "Index out of bounds!'");
+    EXPECT_EQ(failureText([&] { store.getBinaryAt(0); }), "Index out of bounds!'");
+    EXPECT_EQ(failureText([&] { store.getKeyAt(-1); }), "Index out of bounds!'");
 }
 
 TEST(Properties, Find_MissingKey_IsFalseAndLeavesTheOutput) {
@@ -259,7 +259,7 @@ TEST(Properties, OpenForReading_FileThatIsThere_CanBeRead) {
 TEST(Properties, OpenForReading_NoSuchFile_ThrowsAMessageThatNamesThePath) {
     const test::TemporaryFolder folder;
     const std::string path = folder.path("missing");
-    EXPECT_EQ(failureOf([&] { Properties::openForReading(path); }),
+    EXPECT_EQ(failureText([&] { Properties::openForReading(path); }),
               "Could not open file for reading: " + path);
 }
 

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "platform/files/Places.h"
-#include "tests/settings/Failures.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -28,12 +28,12 @@ TEST(TextsLocation, TextsFilePath_OfTheInstallFolder_EndsWithItsPlace) {
 }
 
 TEST(TextsLocation, TextsFilePath_FolderThatIsNoText_ThrowsTheSorryMessage) {
-    EXPECT_EQ(test::failureOf([] { textsFilePath("/folder\xFF/"); }),
+    EXPECT_EQ(test::failureText([] { textsFilePath("/folder\xFF/"); }),
               "Sorry, could not read file 'MultiLanguageTexts.mls'...");
 }
 
 TEST(TextsLocation, TextsFilePath_PathTooLongForTheSystem_ThrowsTheSorryMessage) {
-    EXPECT_EQ(test::failureOf([] { textsFilePath("/" + std::string(5000, 'a') + "/"); }),
+    EXPECT_EQ(test::failureText([] { textsFilePath("/" + std::string(5000, 'a') + "/"); }),
               "Sorry, could not read file 'MultiLanguageTexts.mls'...");
 }
 

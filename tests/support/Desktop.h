@@ -28,7 +28,7 @@ class Desktop {
     explicit Desktop(const AlertLook& look = helperAlerts());
 
     /// Waits until an alert is open, has the keyboard focus and no longer moves. Returns its window, or "" if
-    /// no alert opens within half a minute.
+    /// no alert opens within a minute.
     std::string waitForAlert();
 
     /// Returns the windows of the alerts that are open now.

@@ -6,12 +6,13 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <optional>
 #include <string>
+
+#include "tests/support/Processes.h"
 
 /// Returns whether the root folder of this process is a folder inside a file system, as `chroot` makes it.
 inline bool isChroot() {
@@ -38,15 +39,12 @@ inline bool mountEmptyFolder(const std::string& path, const std::string& mode) {
 template <typename Check>
 std::optional<bool> holdsWithOwnMounts(Check check) {
     enum Result { kHolds, kDoesNotHold, kRefused };
-    const pid_t child = fork();
-    if (child == 0) {
-        if (!enterMountNamespace()) _exit(errno == EPERM ? kRefused : kDoesNotHold);
-        _exit(check() ? kHolds : kDoesNotHold);
-    }
-    int status = -1;
-    if (waitpid(child, &status, 0) != child || !WIFEXITED(status)) return false;
-    if (WEXITSTATUS(status) == kRefused) return std::nullopt;
-    return WEXITSTATUS(status) == kHolds;
+    const int result = inForkedProcess([&check] {
+        if (!enterMountNamespace()) return errno == EPERM ? kRefused : kDoesNotHold;
+        return check() ? kHolds : kDoesNotHold;
+    });
+    if (result == kRefused) return std::nullopt;
+    return result == kHolds;
 }
 
 /// Skips the test with a message if the process is not permitted to have its own mounts.

@@ -63,13 +63,6 @@ TestRoot::~TestRoot() {
         endServers(SIGKILL);
     }
     expectNoSanitizerReports();
-    for (const auto& variable : oldVariables_) {
-        if (variable.second.has_value()) {
-            setenv(variable.first.c_str(), variable.second->c_str(), 1);
-        } else {
-            unsetenv(variable.first.c_str());
-        }
-    }
 }
 
 std::string TestRoot::installFolder() const {
@@ -92,34 +85,23 @@ void TestRoot::stage() const {
     fs::create_directories(path() + "/Library/Logs");
 }
 
-void TestRoot::setVariable(const std::string& name, const std::optional<std::string>& value) {
-    const char* const old = getenv(name.c_str());
-    oldVariables_.emplace(name, old == nullptr ? std::optional<std::string>() : old);
-    if (value.has_value()) {
-        setenv(name.c_str(), value->c_str(), 1);
-    } else {
-        unsetenv(name.c_str());
-    }
-}
-
 void TestRoot::setEnvironment() {
     // The root has its own /tmp, so that its endpoints are not visible to other roots.
     for (const char* folder : {"/run", "/tmp", "/home", kReports}) {
         fs::create_directory(path() + folder);
         fs::permissions(path() + folder, fs::perms::owner_all);
     }
-    setVariable("POS_SYSTEM_ROOT", path());
-    setVariable("XDG_RUNTIME_DIR", path() + "/run");
-    setVariable("HOME", path() + "/home");
-    setVariable("LC_ALL", "C.UTF-8");
+    variables_.emplace_back("POS_SYSTEM_ROOT", path().c_str());
+    variables_.emplace_back("XDG_RUNTIME_DIR", folder_.path("run").c_str());
+    variables_.emplace_back("HOME", folder_.path("home").c_str());
+    variables_.emplace_back("LC_ALL", "C.UTF-8");
     for (const char* variable : {"DISPLAY", "POS_ALERTS", "WAYLAND_DISPLAY"})
-        setVariable(variable, std::nullopt);
+        variables_.emplace_back(variable, nullptr);
     // A server has no standard error for the reports of a sanitizer, so they go to files. This does not
     // affect this process, which has already read its own options.
     const std::string reports = "log_path=" + path() + kReports + "/sanitizer";
-    for (const char* options : {"ASAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"}) {
-        setVariable(options, withOption(options, reports));
-    }
+    for (const char* options : {"ASAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"})
+        variables_.emplace_back(options, withOption(options, reports).c_str());
 }
 
 void TestRoot::expectNoSanitizerReports() const {

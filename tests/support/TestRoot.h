@@ -4,12 +4,12 @@
 
 #include <sys/types.h>
 
-#include <map>
-#include <optional>
+#include <deque>
 #include <string>
 #include <vector>
 
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/VariableChange.h"
 
 namespace dovrel::test {
 
@@ -44,7 +44,7 @@ class TestRoot {
     std::vector<pid_t> servers() const;
 
     /// Waits until exactly `count` servers run and returns them. Fails the test if that
-    /// takes longer than half a minute.
+    /// takes longer than a minute.
     std::vector<pid_t> waitForServers(size_t count) const;
 
     /// Sends the signal to all servers and waits until they are gone.
@@ -53,18 +53,17 @@ class TestRoot {
     /// Returns the server's log; "" if there is none.
     std::string serverLog() const;
 
-    /// Waits until the log contains the text. Fails the test if that takes longer than half a minute.
+    /// Waits until the log contains the text. Fails the test if that takes longer than a minute.
     void waitForServerLog(const std::string& text) const;
 
   private:
     void stage() const;
-    void setVariable(const std::string& name, const std::optional<std::string>& value);
     void setEnvironment();
     void expectNoSanitizerReports() const;
     std::string installFolder() const;
 
     TemporaryFolder folder_;
-    std::map<std::string, std::optional<std::string>> oldVariables_;
+    std::deque<VariableChange> variables_;
 };
 
 /// Returns the content of a file; "" if the file cannot be read.

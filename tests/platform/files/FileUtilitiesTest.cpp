@@ -9,12 +9,12 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/platform/Failures.h"
 #include "tests/platform/files/FileUtilitiesFixture.h"
 #include "tests/platform/files/ScratchFolder.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/SignalAction.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

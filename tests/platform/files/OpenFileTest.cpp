@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <string>
 
-#include "tests/platform/Failures.h"
 #include "tests/platform/files/ScratchFolder.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,6 +9,7 @@
 #include "platform/files/FileReplacement.h"
 #include "platform/trace/Trace.h"
 #include "tests/platform/files/ScratchFolder.h"
+#include "tests/support/Processes.h"
 
 namespace dovrel {
 namespace {
@@ -25,14 +25,11 @@ bool areStandardStreamsClosed() {
 // Returns the result of `check` in a copy of this process whose standard streams are closed.
 template <typename Check>
 bool holdsWithoutStandardStreams(Check check) {
-    const pid_t child = fork();
-    if (child == 0) {
-        for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream)
-            close(stream);
-        _exit(check() ? 0 : 1);
-    }
-    int status = -1;
-    return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    return inForkedProcess([&check] {
+               for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream)
+                   close(stream);
+               return check() ? 0 : 1;
+           }) == 0;
 }
 
 TEST(StandardStreamGuard, WhileItExists_FilesGetHigherNumbers) {

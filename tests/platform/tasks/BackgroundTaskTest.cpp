@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "platform/SystemException.h"
-#include "tests/platform/Failures.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "client/exceptions/CPPException.h"
-#include "tests/platform/trace/TraceLines.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TraceLines.h"
 
 namespace dovrel {
 namespace {
@@ -122,7 +122,7 @@ TEST(FailureNotes, TextThatCannotBeMade_LeavesNoStaleNote) {
     EXPECT_EQ(notes.request(), "");
 }
 
-// The exception is owned by whoever catches it; the leak checker sees if nobody takes it.
+// The catching code owns the exception. If it does not free it, the leak checker reports it.
 TEST(FailureNotes, TextWhoseMakingThrowsAFailureOfTheLibrary_LeavesNoNoteAndNoException) {
     const test::TemporaryFolder folder;
     const Trace trace("connection:1,file=" + folder.path("trace"));

@@ -9,9 +9,9 @@
 #include <thread>
 #include <vector>
 
-#include "tests/platform/trace/TraceLines.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TraceLines.h"
 
 namespace dovrel {
 namespace {

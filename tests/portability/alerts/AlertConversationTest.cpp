@@ -8,8 +8,8 @@
 #include <future>
 #include <thread>
 
-#include "tests/portability/support/VariableChange.h"
 #include "tests/support/FakeAlertHelper.h"
+#include "tests/support/VariableChange.h"
 
 using namespace dovrel::test;
 using namespace portability;

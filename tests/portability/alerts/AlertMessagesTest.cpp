@@ -42,7 +42,7 @@ bool endsWith(const std::string& text, const std::string& ending) {
            text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
 }
 
-// Requests.
+// Requests from the host to the helper.
 
 TEST(AlertMessages, ComposeRequest_IsOneJsonObjectOnOneLine) {
     EXPECT_EQ(AlertMessages::compose(someRequest()), kRequest + "\n");
@@ -207,7 +207,7 @@ TEST(AlertMessages, Parse_DeeplyNestedValuesDoNotExhaustTheStack) {
     EXPECT_FALSE(AlertMessages::parseEvent(std::string(kLongestAlertLine, '['), 1).has_value());
 }
 
-// Events.
+// Events from the helper to the host.
 
 TEST(AlertMessages, ComposeEvent_IsOneJsonObjectOnOneLine) {
     EXPECT_EQ(AlertMessages::compose(AlertEvent{AlertEvent::Kind::shown, 0}), "{\"event\":\"shown\"}\n");

@@ -127,7 +127,7 @@ TEST_F(AlertTextTest, LongestTexts_AreShownSoonEnough) {
         request.body.clear();
         while (request.body.size() + word.size() <= portability::kLongestAlertBody)
             request.body += word;
-        // Throws if the window does not open within half a minute.
+        // Throws if the window does not open within a minute.
         show(request);
         EXPECT_TRUE(isFramed());
     }

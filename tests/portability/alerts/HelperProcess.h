@@ -25,7 +25,7 @@ class HelperProcess {
     void sendBytes(const std::string& bytes) const;
     void send(const portability::AlertRequest& request) const;
 
-    /// Returns the next line without its line feed; "" at the end of the stream, or after half a minute.
+    /// Returns the next line without its line feed; "" at the end of the stream, or after a minute.
     std::string readLine();
 
     /// Returns true if a line, or the end of the stream, has already arrived.
@@ -35,7 +35,7 @@ class HelperProcess {
     void closeStream() { stream_.reset(); }
 
     /// Waits for the end of the program. Returns its exit code, or -1 if a signal ended it or if
-    /// it still runs after half a minute.
+    /// it still runs after a minute.
     int wait();
 
     pid_t process() const { return process_; }

@@ -44,7 +44,7 @@ class HelperProgramTest : public HelperTest {
     }
 };
 
-// Started by hand.
+// A helper that a user starts by hand.
 
 TEST_F(HelperProgramTest, StartedByHand_SaysWhatItIsAndFails) {
     EXPECT_EQ(run("exec \"$0\" 3<&-"), kWrongUse);
@@ -85,7 +85,7 @@ TEST_F(HelperProgramTest, Program_LiesBesideTheLibraryInTheBundle) {
     EXPECT_STREQ(DOVREL_ALERT_HELPER, DOVREL_BUNDLE "/Contents/MacOS/dovrel-alert");
 }
 
-// Requests.
+// Requests that the helper refuses.
 
 TEST_F(HelperProgramTest, WhatIsNotARequest_EndsIt) {
     for (const char* line : {"\n", "{}\n", "nonsense\n", "{\"event\":\"shown\"}\n", "\xff\n"})

@@ -24,13 +24,13 @@ class HelperScreen {
     explicit HelperScreen(const std::string& size = "1024x768", Manager manager = Manager::openbox);
 
     /// Waits until a window of the helper is open, has the keyboard focus and no longer changes. Returns its
-    /// number, or "" if that does not happen within half a minute.
+    /// number, or "" if that does not happen within a minute.
     std::string waitForWindow() const;
 
     /// Returns true if a window of the helper is open.
     static bool hasWindow();
 
-    /// Waits until no window is open; returns false if that does not happen within half a minute.
+    /// Waits until no window is open; returns false if that does not happen within a minute.
     static bool windowGoes();
 
     /// Both return the area of the window, without or with its borders. They move the pointer.

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/portability/support/VariableChange.h"
+#include "tests/support/VariableChange.h"
 #include "tests/support/FakeAlertHelper.h"
 
 using namespace dovrel::test;

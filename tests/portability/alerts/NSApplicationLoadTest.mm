@@ -8,7 +8,7 @@
 #include <future>
 #include <string>
 
-#include "tests/portability/support/VariableChange.h"
+#include "tests/support/VariableChange.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/TemporaryFolder.h"

@@ -28,7 +28,7 @@ class ShownWindow {
     Place helpPlace() { return middleOf(window_->buttons().helpButton()); }
 
     /// Runs the window's main loop until the condition holds; returns false if it
-    /// does not hold within half a minute.
+    /// does not hold within a minute.
     template <typename Condition>
     bool workUntil(Condition condition);
 

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "Events.h"
-#include "tests/portability/support/Processes.h"
-#include "tests/portability/support/TemporaryEnvironment.h"
+#include "tests/support/Processes.h"
+#include "tests/support/TemporaryEnvironment.h"
 
 extern "C" {
 void RunApplicationEventLoop(void);

@@ -70,6 +70,11 @@ TEST_F(EventReceiverTest, Handle_WholeImage_RunsTheHandlerAndSendsOneReply) {
     EXPECT_EQ(replies_.results, std::vector<int32_t>{noErr});
 }
 
+TEST_F(EventReceiverTest, Handle_EventWithoutHandler_SendsThatResult) {
+    EXPECT_TRUE(handle({}));
+    EXPECT_EQ(replies_.results, std::vector<int32_t>{errAEEventNotHandled});
+}
+
 TEST_F(EventReceiverTest, Handle_DamagedImage_DropsTheSenderBeforeAnyHandlerRuns) {
     EXPECT_FALSE(handle(event(5000)));
     EXPECT_EQ(handled, 0);

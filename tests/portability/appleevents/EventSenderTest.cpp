@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "Events.h"
-#include "tests/portability/support/TemporaryEnvironment.h"
+#include "tests/support/TemporaryEnvironment.h"
 
 namespace {
 

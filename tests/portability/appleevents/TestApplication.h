@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "tests/portability/support/TemporaryEnvironment.h"
+#include "tests/support/TemporaryEnvironment.h"
 
 class TestApplication {
   public:

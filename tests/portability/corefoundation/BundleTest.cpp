@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "tests/portability/support/Held.h"
-#include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/VariableChange.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include "portability/corefoundation/Languages.h"
 #include "tests/portability/support/Held.h"
-#include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/VariableChange.h"
 
 namespace {
 

@@ -8,12 +8,13 @@
 #include <string>
 
 #include "FileManager.h"
-#include "tests/portability/support/Waiting.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/WaitUntil.h"
 
 namespace {
 
 namespace files = std::filesystem;
+using dovrel::test::waitUntil;
 using portability::compareReferences;
 using portability::makeReference;
 using portability::resolveReference;
@@ -89,7 +90,7 @@ TEST_F(FileReference, Resolve_NumberGivenToANewFileUnderAnotherName_IsNotFound) 
     folder_.write("clock", "x");
     files::remove(folder_.path("file"));
     // Waits until the system's clock has advanced, because some file systems tell files apart only by time.
-    ASSERT_TRUE(becomesTrue([this, before] {
+    ASSERT_TRUE(waitUntil([this, before] {
         folder_.write("clock", "x");
         const auto now = files::last_write_time(folder_.path("clock"));
         return now > before + std::chrono::milliseconds(1);

@@ -8,8 +8,8 @@
 
 #include "FileManager.h"
 #include "tests/portability/support/Held.h"
-#include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/VariableChange.h"
 
 namespace {
 

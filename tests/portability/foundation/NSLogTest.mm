@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/portability/support/VariableChange.h"
+#include "tests/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

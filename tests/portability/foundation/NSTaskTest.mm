@@ -9,7 +9,7 @@
 #include <functional>
 #include <string>
 
-#include "tests/portability/support/Waiting.h"
+#include "tests/support/WaitUntil.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {
@@ -28,7 +28,7 @@ class Tasks : public testing::Test {
     }
 
     int statusOfTask() {
-        EXPECT_TRUE(becomesTrue([this] { return ![task_ isRunning]; }));
+        EXPECT_TRUE(dovrel::test::waitUntil([this] { return ![task_ isRunning]; }));
         return [task_ terminationStatus];
     }
 

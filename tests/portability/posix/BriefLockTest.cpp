@@ -5,7 +5,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/portability/support/Processes.h"
+#include "tests/support/Processes.h"
 
 using namespace portability;
 

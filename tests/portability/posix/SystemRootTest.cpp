@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/VariableChange.h"
 
 namespace {
 

@@ -21,13 +21,14 @@
 #include "portability/processes/DetachedProcess.h"
 #include "portability/processes/PreparedProgram.h"
 #include "portability/processes/ProcessTable.h"
-#include "tests/portability/support/VariableChange.h"
-#include "tests/portability/support/Waiting.h"
 #include "tests/support/SignalAction.h"
+#include "tests/support/VariableChange.h"
+#include "tests/support/WaitUntil.h"
 
 namespace {
 
 using dovrel::test::SignalAction;
+using dovrel::test::waitUntil;
 using portability::ChildProcess;
 using portability::kNullDevice;
 
@@ -59,7 +60,7 @@ bool hasNoChild() {
 
 class Child : public ProgramsFixture {
   protected:
-    ~Child() override { EXPECT_TRUE(becomesTrue(&hasNoChild)) << "a process of the test is left"; }
+    ~Child() override { EXPECT_TRUE(waitUntil(&hasNoChild)) << "a process of the test is left"; }
 
     static int start(ChildProcess& child, const std::string& program,
                      const std::vector<std::string>& arguments = {},
@@ -74,7 +75,7 @@ class Child : public ProgramsFixture {
     }
 
     static int statusOf(const ChildProcess& child) {
-        EXPECT_TRUE(becomesTrue([&child] { return !child.isRunning(); }));
+        EXPECT_TRUE(waitUntil([&child] { return !child.isRunning(); }));
         return child.waitStatus();
     }
 };
@@ -152,7 +153,7 @@ TEST_F(Child, DescriptorThatHostAndProgramClose_IsClosed) {
     ASSERT_EQ(start(child, "/bin/sh", {"-c", "exec 3>&-; read line"}, {input[0], 1, 2, output[1]}), 0);
     close(output[1]);
     char byte = 0;
-    EXPECT_TRUE(becomesTrue([&] { return read(output[0], &byte, 1) == 0; })) << "the go-between holds it";
+    EXPECT_TRUE(waitUntil([&] { return read(output[0], &byte, 1) == 0; })) << "the go-between holds it";
     EXPECT_TRUE(child.isRunning());
     for (const int descriptor : {input[0], input[1], output[0]}) {
         close(descriptor);
@@ -209,7 +210,7 @@ TEST_F(Child, HostsSignals_ReachTheHostWhileTheProgramRuns) {
     ChildProcess child;
     ASSERT_EQ(start(child, probe_), 0);
     kill(getpid(), SIGUSR1);
-    EXPECT_TRUE(becomesTrue([] { return signalsTaken == 1; }));
+    EXPECT_TRUE(waitUntil([] { return signalsTaken == 1; }));
     ProbeReport(probe_).endProbe();
     statusOf(child);
 }
@@ -222,7 +223,7 @@ TEST_F(Child, Program_RunsOnWithoutItsObjectAndLeavesNoZombie) {
     ProbeReport report(probe_);
     EXPECT_TRUE(portability::findProcess(report.id()));
     report.endProbe();
-    EXPECT_TRUE(becomesTrue(&hasNoChild));
+    EXPECT_TRUE(waitUntil(&hasNoChild));
 }
 
 TEST_F(Child, GoBetween_EndsWithTheHostAndTheProgramDoesNot) {
@@ -242,7 +243,7 @@ TEST_F(Child, GoBetween_EndsWithTheHostAndTheProgramDoesNot) {
     int status = -1;
     ASSERT_EQ(waitpid(host, &status, 0), host);
     EXPECT_EQ(status, 0);
-    EXPECT_TRUE(becomesTrue([&] { return !portability::findProcess(goBetweens[0]); }));
+    EXPECT_TRUE(waitUntil([&] { return !portability::findProcess(goBetweens[0]); }));
     EXPECT_TRUE(portability::findProcess(report.id()));
     close(release[0]);
     close(release[1]);

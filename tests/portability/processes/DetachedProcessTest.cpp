@@ -19,8 +19,8 @@
 #include "ProbeReport.h"
 #include "ProgramsFixture.h"
 #include "portability/processes/ProcessTable.h"
-#include "tests/portability/support/VariableChange.h"
 #include "tests/support/SignalAction.h"
+#include "tests/support/VariableChange.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/VariableChange.h"
 
 namespace {
 

@@ -16,13 +16,14 @@
 #include "portability/transport/Endpoint.h"
 #include "tests/portability/processes/ProbeReport.h"
 #include "tests/portability/support/Held.h"
-#include "tests/portability/support/VariableChange.h"
-#include "tests/portability/support/Waiting.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/VariableChange.h"
+#include "tests/support/WaitUntil.h"
 
 namespace {
 
 namespace files = std::filesystem;
+using dovrel::test::waitUntil;
 using portability::EndpointClaim;
 
 constexpr LSLaunchFlags kFlags = kLSLaunchDontAddToRecents | kLSLaunchDontSwitch | kLSLaunchNoParams;
@@ -114,7 +115,7 @@ TEST_F(Launch, Application_EndpointIsItsAsLongAsItLives) {
     close(connection);
     report.endProbe();
     // A process that is ending is no longer listed, but may still hold its endpoint.
-    EXPECT_TRUE(becomesTrue([this] { return isEndpointFree(); }));
+    EXPECT_TRUE(waitUntil([this] { return isEndpointFree(); }));
 }
 
 TEST_F(Launch, Application_ThatRunsAlready_IsNotStartedAgain) {
@@ -133,7 +134,7 @@ TEST_F(Launch, Application_ThatHasEnded_IsStartedAnew) {
     const pid_t firstId = first.id();
     first.endProbe();
     // A process that is ending counts as running while it still listens.
-    ASSERT_TRUE(becomesTrue([this] { return isEndpointFree(); }));
+    ASSERT_TRUE(waitUntil([this] { return isEndpointFree(); }));
     ASSERT_EQ(launch("/Library/Server.app"), noErr);
     const ProbeReport second(program_);
     EXPECT_NE(second.id(), firstId);
@@ -178,8 +179,8 @@ TEST_F(Launch, ApplicationThatEndsAtOnce_LeavesNothingBehind) {
     files::remove(program_);
     files::copy_file("/bin/true", program_);
     ASSERT_EQ(launch("/Library/Server.app"), noErr);
-    EXPECT_TRUE(becomesTrue([this] { return isEndpointFree(); }));
-    EXPECT_TRUE(becomesTrue([this] { return runningServers() == 0; }));
+    EXPECT_TRUE(waitUntil([this] { return isEndpointFree(); }));
+    EXPECT_TRUE(waitUntil([this] { return runningServers() == 0; }));
     EXPECT_EQ(waitpid(-1, nullptr, __WALL), -1) << "it was no child of this process";
 }
 

@@ -8,13 +8,14 @@
 
 #include "tests/portability/processes/ProbeReport.h"
 #include "tests/portability/support/Held.h"
-#include "tests/portability/support/VariableChange.h"
-#include "tests/portability/support/Waiting.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/VariableChange.h"
+#include "tests/support/WaitUntil.h"
 
 namespace {
 
 namespace files = std::filesystem;
+using dovrel::test::waitUntil;
 
 class OpenDocument : public testing::Test {
   protected:
@@ -28,7 +29,7 @@ class OpenDocument : public testing::Test {
 
     // Returns the number of arguments that the opener received, and the first one.
     std::string opened() const {
-        EXPECT_TRUE(becomesTrue([this] { return files::exists(folder_.path("opened")); }));
+        EXPECT_TRUE(waitUntil([this] { return files::exists(folder_.path("opened")); }));
         return folder_.read("opened");
     }
 

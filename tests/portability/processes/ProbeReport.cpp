@@ -8,9 +8,10 @@
 #include <fstream>
 
 #include "portability/processes/ProcessTable.h"
-#include "tests/portability/support/Waiting.h"
+#include "tests/support/WaitUntil.h"
 
 namespace files = std::filesystem;
+using dovrel::test::waitUntil;
 
 void installProbe(const std::string& file) {
     files::create_directories(files::path(file).parent_path());
@@ -19,7 +20,7 @@ void installProbe(const std::string& file) {
 
 ProbeReport::ProbeReport(const std::string& program) {
     const std::string file = program + ".report";
-    EXPECT_TRUE(becomesTrue([&file] { return files::exists(file); })) << "no report from " << program;
+    EXPECT_TRUE(waitUntil([&file] { return files::exists(file); })) << "no report from " << program;
     std::ifstream report(file);
     for (std::string line; std::getline(report, line);) {
         const std::size_t equals = line.find('=');
@@ -41,7 +42,7 @@ std::string ProbeReport::operator[](const std::string& name) const {
 void ProbeReport::endProbe() {
     if (id_ > 0) {
         kill(id_, SIGKILL);
-        EXPECT_TRUE(becomesTrue([this] { return !portability::findProcess(id_); }));
+        EXPECT_TRUE(waitUntil([this] { return !portability::findProcess(id_); }));
         id_ = 0;
     }
 }

@@ -8,14 +8,15 @@
 #include <functional>
 
 #include "ProcessTableTest.h"
-#include "tests/portability/support/Waiting.h"
 #include "tests/support/MountNamespace.h"
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"
+#include "tests/support/WaitUntil.h"
 
 namespace {
 
 namespace files = std::filesystem;
+using dovrel::test::waitUntil;
 
 class ProcessTableNames : public ProcessTableTest {
   protected:
@@ -165,7 +166,7 @@ TEST_F(ProcessTableNames, ScriptOfTheName_IsNotListed) {
         execl(folder_.path("elsewhere/Probed").c_str(), "Probed", static_cast<char*>(nullptr));
         _exit(127);
     }
-    EXPECT_TRUE(becomesTrue([this] { return files::exists(folder_.path("elsewhere/Probed.runs")); }));
+    EXPECT_TRUE(waitUntil([this] { return files::exists(folder_.path("elsewhere/Probed.runs")); }));
     EXPECT_EQ(listedByName(), 0);
     close(input[0]);
     close(input[1]);

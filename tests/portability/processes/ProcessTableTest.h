@@ -12,8 +12,8 @@
 #include "portability/processes/DetachedProcess.h"
 #include "portability/processes/ProcessTable.h"
 #include "tests/portability/processes/ProbeReport.h"
-#include "tests/portability/support/VariableChange.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/VariableChange.h"
 
 class ProcessTableTest : public testing::Test {
   protected:

@@ -28,6 +28,15 @@ inline Bytes itemBytes(uint32_t keyword, const std::string& data, uint32_t kind 
     return bytes;
 }
 
+/// Returns the data of the first item, whose header must be right.
+inline std::string firstItemText(const uint8_t* image, size_t size) {
+    constexpr size_t kHeader = 4 * sizeof(uint32_t);
+    if (size < kHeader) return "(none)";
+    uint32_t dataSize = 0;
+    std::memcpy(&dataSize, image + 2 * sizeof dataSize, sizeof dataSize);
+    return std::string(reinterpret_cast<const char*>(image) + kHeader, dataSize);
+}
+
 inline Bytes operator+(Bytes left, const Bytes& right) {
     left.insert(left.end(), right.begin(), right.end());
     return left;

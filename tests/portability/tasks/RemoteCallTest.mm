@@ -6,7 +6,7 @@
 #include <atomic>
 #include <vector>
 
-#include "tests/portability/support/TemporaryEnvironment.h"
+#include "tests/support/TemporaryEnvironment.h"
 #include "WaitingThreads.h"
 
 extern "C" {

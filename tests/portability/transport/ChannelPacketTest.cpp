@@ -5,12 +5,11 @@
 
 #include <vector>
 
-#include "portability/appleevents/EventImage.h"
 #include "portability/transport/Channel.h"
 #include "tests/portability/support/Images.h"
 #include "tests/portability/support/MemoryFile.h"
-#include "tests/portability/support/Processes.h"
 #include "tests/portability/support/RawSocket.h"
+#include "tests/support/Processes.h"
 
 using namespace portability;
 

@@ -6,11 +6,10 @@
 #include <functional>
 #include <string>
 
-#include "portability/appleevents/EventImage.h"
 #include "tests/portability/support/Images.h"
 #include "tests/portability/support/MemoryFile.h"
-#include "tests/portability/support/Processes.h"
 #include "tests/portability/support/RawSocket.h"
+#include "tests/support/Processes.h"
 
 using namespace portability;
 
@@ -31,7 +30,7 @@ void fill(ImageMemory& memory, const Bytes& image) {
     if (!image.empty()) std::memcpy(place, image.data(), image.size());
 }
 
-// An event image with one parameter that contains the text.
+// An image whose first item contains the text.
 struct Image : ImageMemory {
     explicit Image(const std::string& text) { fill(*this, itemBytes('aaaa', text)); }
 };
@@ -41,9 +40,7 @@ std::string largeText(char letter) {
 }
 
 std::string textOf(const ReceivedFrame& frame) {
-    ImageItem item;
-    if (!findItem(frame.image, frame.header.imageSize, ItemKind::parameter, 'aaaa', item)) return "(none)";
-    return std::string(reinterpret_cast<const char*>(item.data), item.header.size);
+    return firstItemText(frame.image, frame.header.imageSize);
 }
 
 // The connected channels of a sender and a receiver.

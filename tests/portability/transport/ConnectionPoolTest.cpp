@@ -5,9 +5,9 @@
 #include <thread>
 #include <vector>
 
-#include "tests/portability/support/Processes.h"
 #include "tests/portability/support/RawSocket.h"
-#include "tests/portability/support/TemporaryEnvironment.h"
+#include "tests/support/Processes.h"
+#include "tests/support/TemporaryEnvironment.h"
 
 using namespace portability;
 

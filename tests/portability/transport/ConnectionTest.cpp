@@ -1,13 +1,15 @@
-// Sending to peers that misbehave.
+// Connections to peers that reply, violate the protocol, end, or stay silent.
 #include "portability/transport/Connection.h"
 
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/time.h>
 
 #include <atomic>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "ConnectionTest.h"
@@ -16,15 +18,15 @@ using namespace portability;
 
 TEST_F(ConnectionTest, Reply_WithTheIdOfTheRequest_IsTheAnswer) {
     Peer peer({[](int connection) { sendRaw(connection, reply(receiveHeader(connection).id, "answer")); }});
-    ASSERT_EQ(send(), noErr);
-    EXPECT_EQ(textOf(reply_), "answer");
+    ASSERT_EQ(send(), Outcome::done);
+    EXPECT_EQ(text_, "answer");
 }
 
 TEST_F(ConnectionTest, Reply_WithAResult_IsTheResultOfTheSend) {
     Peer peer(
         {[](int connection) { sendRaw(connection, reply(receiveHeader(connection).id, "answer", -1708)); }});
-    EXPECT_EQ(send(), errAEEventNotHandled);
-    EXPECT_EQ(reply_.desc.descriptorType, DescType{typeNull});
+    EXPECT_EQ(send(), Outcome::done);
+    EXPECT_EQ(result_, -1708);
 }
 
 TEST_F(ConnectionTest, Request_CarriesModeAndTimeOut) {
@@ -34,9 +36,9 @@ TEST_F(ConnectionTest, Request_CarriesModeAndTimeOut) {
             seen = receiveHeader(connection);
             sendRaw(connection, reply(seen.id, ""));
         }});
-        ASSERT_EQ(send(123, kAEWaitReply | kAENeverInteract), noErr);
+        ASSERT_EQ(send(123, 77), Outcome::done);
     }
-    EXPECT_EQ(seen.sendMode, kAEWaitReply | kAENeverInteract);
+    EXPECT_EQ(seen.sendMode, 77);
     EXPECT_EQ(seen.timeOutInTicks, 123);
 }
 
@@ -45,25 +47,25 @@ TEST_F(ConnectionTest, SilentPeer_TimesOutAtTheTick) {
         receiveHeader(connection);
         waitForMore(connection);
     }});
-    EXPECT_EQ(send(12), errAETimeout);
+    EXPECT_EQ(send(12), Outcome::timedOut);
     expectTicks(12);
-    EXPECT_EQ(send(0, kAENoReply), noErr);
+    EXPECT_EQ(post(), Outcome::done);
 }
 
-TEST_F(ConnectionTest, PeerThatClosesAfterTheRequest_IsConnectionInvalid) {
+TEST_F(ConnectionTest, PeerThatClosesAfterTheRequest_LosesTheConnection) {
     Peer peer({[](int connection) { receiveHeader(connection); }});
-    EXPECT_EQ(send(), connectionInvalid);
+    EXPECT_EQ(send(), Outcome::lost);
 }
 
-TEST_F(ConnectionTest, PeerThatClosesWithoutReading_IsConnectionInvalid) {
+TEST_F(ConnectionTest, PeerThatClosesWithoutReading_LosesTheConnection) {
     Peer peer({[](int connection) {
         pollfd waited{connection, POLLIN, 0};
         poll(&waited, 1, -1);
     }});
-    EXPECT_EQ(send(), connectionInvalid);
+    EXPECT_EQ(send(), Outcome::lost);
 }
 
-TEST_F(ConnectionTest, MalformedReplies_AreConnectionInvalid) {
+TEST_F(ConnectionTest, MalformedReplies_LoseTheConnection) {
     std::vector<Bytes> answers;
     answers.push_back(Bytes(1, 0));
     answers.push_back(Bytes(100, 0xFF));
@@ -83,26 +85,9 @@ TEST_F(ConnectionTest, MalformedReplies_AreConnectionInvalid) {
             sendRaw(connection, answer);
             waitForMore(connection);
         }});
-        EXPECT_EQ(send(), connectionInvalid);
-        EXPECT_EQ(reply_.desc.descriptorType, DescType{typeNull});
+        EXPECT_EQ(send(), Outcome::lost);
+        EXPECT_EQ(text_, "");
     }
-}
-
-TEST_F(ConnectionTest, ReplyWithADamagedImage_IsConnectionInvalid_AndItsConnectionIsNotUsedAgain) {
-    const auto damaged = [](int connection) {
-        const Bytes image = itemBytes(keyDirectObject, "text", 2, 5000);
-        FrameHeader header;
-        header.kind = FrameKind::reply;
-        header.id = receiveHeader(connection).id;
-        header.imageSize = static_cast<uint32_t>(image.size());
-        sendRaw(connection, headerBytes(header) + image);
-        waitForMore(connection);
-    };
-    Peer peer(
-        {damaged, [](int connection) { sendRaw(connection, reply(receiveHeader(connection).id, "two")); }});
-    EXPECT_EQ(send(), connectionInvalid);
-    EXPECT_EQ(send(), noErr);
-    EXPECT_EQ(textOf(reply_), "two");
 }
 
 TEST_F(ConnectionTest, LateReply_OnTheSameConnection_IsNotTheNextAnswer) {
@@ -113,10 +98,10 @@ TEST_F(ConnectionTest, LateReply_OnTheSameConnection_IsNotTheNextAnswer) {
         sendRaw(connection, reply(second.id, "in time"));
         waitForMore(connection);
     }});
-    EXPECT_EQ(send(1), errAETimeout);
-    ASSERT_EQ(send(), noErr);
-    EXPECT_EQ(textOf(reply_), "in time");
-    EXPECT_EQ(send(0, kAENoReply), noErr);
+    EXPECT_EQ(send(1), Outcome::timedOut);
+    ASSERT_EQ(send(), Outcome::done);
+    EXPECT_EQ(text_, "in time");
+    EXPECT_EQ(post(), Outcome::done);
 }
 
 TEST_F(ConnectionTest, LateReply_ThatIsThereBeforeTheNextRequest_IsDropped) {
@@ -131,16 +116,16 @@ TEST_F(ConnectionTest, LateReply_ThatIsThereBeforeTheNextRequest_IsDropped) {
         sendRaw(connection, reply(receiveHeader(connection).id, "in time"));
         waitForMore(connection);
     }});
-    EXPECT_EQ(send(0), errAETimeout);
+    EXPECT_EQ(send(0), Outcome::timedOut);
     timedOut = true;
     while (!answered)
         std::this_thread::yield();
-    ASSERT_EQ(send(), noErr);
-    EXPECT_EQ(textOf(reply_), "in time");
-    EXPECT_EQ(send(0, kAENoReply), noErr);
+    ASSERT_EQ(send(), Outcome::done);
+    EXPECT_EQ(text_, "in time");
+    EXPECT_EQ(post(), Outcome::done);
 }
 
-TEST_F(ConnectionTest, SameReplyTwice_IsConnectionInvalid) {
+TEST_F(ConnectionTest, SameReplyTwice_LosesTheConnection) {
     Peer peer({[](int connection) {
         const FrameHeader first = receiveHeader(connection);
         sendRaw(connection, reply(first.id, "once"));
@@ -148,8 +133,8 @@ TEST_F(ConnectionTest, SameReplyTwice_IsConnectionInvalid) {
         sendRaw(connection, reply(first.id, "twice"));
         waitForMore(connection);
     }});
-    ASSERT_EQ(send(), noErr);
-    EXPECT_EQ(send(), connectionInvalid);
+    ASSERT_EQ(send(), Outcome::done);
+    EXPECT_EQ(send(), Outcome::lost);
 }
 
 TEST_F(ConnectionTest, FloodOfWakeUps_DoesNotExtendTheTimeOut) {
@@ -161,7 +146,7 @@ TEST_F(ConnectionTest, FloodOfWakeUps_DoesNotExtendTheTimeOut) {
         while (!stop)
             ::send(connection, packet.data(), packet.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
     }});
-    EXPECT_EQ(send(12), errAETimeout);
+    EXPECT_EQ(send(12), Outcome::timedOut);
     expectTicks(12);
     stop = true;
 }
@@ -182,14 +167,14 @@ TEST_F(ConnectionTest, SignalsDuringTheWait_DoNotEndIt) {
         sendRaw(connection, reply(next.id, "answer"));
         waitForMore(connection);
     }});
-    EXPECT_EQ(send(12), errAETimeout);
+    EXPECT_EQ(send(12), Outcome::timedOut);
     expectTicks(12);
     answerNow = true;
-    EXPECT_EQ(send(), noErr);
-    EXPECT_EQ(textOf(reply_), "answer");
+    EXPECT_EQ(send(), Outcome::done);
+    EXPECT_EQ(text_, "answer");
     const itimerval never{};
     setitimer(ITIMER_REAL, &never, nullptr);
-    EXPECT_EQ(send(0, kAENoReply), noErr);
+    EXPECT_EQ(post(), Outcome::done);
 }
 
 TEST_F(ConnectionTest, PeerThatReadsNothing_FullSocket_TimesOutAtTheTick) {
@@ -198,12 +183,12 @@ TEST_F(ConnectionTest, PeerThatReadsNothing_FullSocket_TimesOutAtTheTick) {
         while (!stop)
             std::this_thread::yield();
     }});
-    OSStatus status = noErr;
-    for (int i = 0; i < 1000 && status == noErr; ++i)
-        status = send(12, kAENoReply, std::string(15000, 'x'));
-    EXPECT_EQ(status, errAETimeout);
+    Outcome outcome = Outcome::done;
+    for (int i = 0; i < 1000 && outcome == Outcome::done; ++i)
+        outcome = post(12, std::string(15000, 'x'));
+    EXPECT_EQ(outcome, Outcome::timedOut);
     expectTicks(12);
-    EXPECT_EQ(send(6), errAETimeout);
+    EXPECT_EQ(send(6), Outcome::timedOut);
     expectTicks(6);
     stop = true;
 }
@@ -219,12 +204,77 @@ TEST_F(ConnectionTest, FullSocketThatIsReadAgain_LosesNothing) {
             ++received;
     }});
     int sent = 0;
-    while (send(1, kAENoReply, std::string(15000, 'x')) == noErr)
+    while (post(1, std::string(15000, 'x')) == Outcome::done)
         ++sent;
     start = true;
     for (; sent < kCount; ++sent)
-        ASSERT_EQ(send(kNoTimeOut, kAENoReply, std::string(15000, 'x')), noErr);
+        ASSERT_EQ(post(kNoTimeOut, std::string(15000, 'x')), Outcome::done);
     while (received < kCount)
         std::this_thread::yield();
     EXPECT_EQ(received, kCount);
+}
+
+TEST_F(ConnectionTest, RequestInTheMailboxThatWasNeverTaken_CountsAsNotSent) {
+    Peer peer({leaveWithoutReadingTheMailbox});
+    ASSERT_EQ(send(), Outcome::done);
+    ASSERT_EQ(send(), Outcome::done);
+    EXPECT_EQ(send(), Outcome::notSent);
+}
+
+TEST_F(ConnectionTest, RequestInTheMailboxThatWasTaken_LosesTheConnection) {
+    const auto takeAndLeave = [](int connection) {
+        FrameBuffer buffer;
+        ReceivedFrame frame;
+        Channel channel{FileDescriptor(dup(connection))};
+        for (int exchanges = 0; exchanges < 3;) {
+            if (channel.receive(buffer, frame) != Channel::Received::frame) {
+                std::this_thread::yield();
+                continue;
+            }
+            if (++exchanges == 3) return;
+            channel.setLooking(exchanges == 2);
+            sendRaw(connection, reply(frame.header.id, "one"));
+        }
+    };
+    Peer peer({takeAndLeave});
+    ASSERT_EQ(send(), Outcome::done);
+    ASSERT_EQ(send(), Outcome::done);
+    EXPECT_EQ(send(), Outcome::lost);
+}
+
+TEST_F(ConnectionTest, ManyThreads_EachKeepTheirOwnAnswers) {
+    constexpr int kThreads = 8;
+    const auto echoIds = [](int connection) {
+        std::thread([connection = dup(connection)] {
+            for (;;) {
+                const FrameHeader header = receiveHeader(connection);
+                if (header.magic == 0) break;
+                if (!sendRaw(connection, reply(header.id, std::to_string(header.timeOutInTicks)))) break;
+            }
+            close(connection);
+        }).detach();
+    };
+    std::vector<std::thread> threads;
+    std::atomic<int> wrong{0};
+    {
+        Peer peer(std::vector<Peer::Play>(kThreads, echoIds));
+        for (int t = 0; t < kThreads; ++t) {
+            threads.emplace_back([t, &wrong] {
+                FileDescriptor socket;
+                connectToEndpoint(kPeerCode, Deadline::never(), socket);
+                Connection connection(std::move(socket));
+                ImageMemory image;
+                for (int i = 0; i < 200; ++i) {
+                    const int32_t ticks = t * 1000 + i;
+                    const OutgoingRequest request{image, 0, ticks, Deadline::never(), nullptr};
+                    ReceivedReply received;
+                    if (connection.exchange(request, received) != Outcome::done) ++wrong;
+                    if (firstItemText(received.image, received.size) != std::to_string(ticks)) ++wrong;
+                }
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+    }
+    EXPECT_EQ(wrong, 0);
 }

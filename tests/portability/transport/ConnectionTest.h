@@ -1,89 +1,37 @@
-// Shared by the tests of connections: a misbehaving peer with its own endpoint,
-// and a sender that connects to it.
+// Shared by the tests of connections: a connection to a peer that acts as the test wants.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <chrono>
-#include <functional>
+#include <memory>
 #include <string>
-#include <thread>
-#include <utility>
-#include <vector>
 
-#include "portability/transport/Endpoint.h"
-#include "tests/portability/appleevents/Events.h"
-#include "tests/portability/support/Images.h"
-#include "tests/portability/support/RawSocket.h"
-#include "tests/portability/support/TemporaryEnvironment.h"
-
-constexpr char kPeerSignature[] = "RoGu";
-constexpr OSType kPeerCode = 'RoGu';
-
-// Accepts one connection after another. For each one a function acts as the application.
-class Peer {
-  public:
-    using Play = std::function<void(int connection)>;
-
-    explicit Peer(std::vector<Play> plays) : plays_(std::move(plays)) {
-        EXPECT_EQ(portability::EndpointClaim::claim(kPeerCode, claim_),
-                  portability::EndpointClaim::Outcome::claimed);
-        thread_ = std::thread([this] { run(); });
-    }
-    ~Peer() { thread_.join(); }
-
-  private:
-    void run() {
-        // Blocks all signals, so that a test's signals reach the waiting sender and not the peer.
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_BLOCK, &all, nullptr);
-        for (const Play& play : plays_) {
-            const portability::FileDescriptor connection(accepted());
-            play(connection.get());
-        }
-    }
-
-    int accepted() const {
-        for (;;) {
-            const int connection = accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC);
-            if (connection >= 0 || errno != EINTR) return connection;
-        }
-    }
-
-    std::vector<Play> plays_;
-    portability::EndpointClaim claim_;
-    std::thread thread_;
-};
-
-inline Bytes reply(uint64_t id, const std::string& text, int32_t result = noErr) {
-    const Bytes image = itemBytes(keyDirectObject, text);
-    portability::FrameHeader header;
-    header.kind = portability::FrameKind::reply;
-    header.id = id;
-    header.result = result;
-    header.imageSize = static_cast<uint32_t>(image.size());
-    return headerBytes(header) + image;
-}
-
-// Waits until the other side has closed the connection or sends more.
-inline void waitForMore(int connection) {
-    receiveRaw(connection);
-}
+#include "portability/transport/Connection.h"
+#include "tests/portability/support/Peer.h"
+#include "tests/support/TemporaryEnvironment.h"
 
 class ConnectionTest : public testing::Test {
   protected:
-    OSStatus send(long ticks = kAEDefaultTimeout, AESendMode mode = kAEWaitReply,
-                  const std::string& text = "request") {
-        Descriptor event = makeEvent(address_, kEcho);
-        putText(event, text);
-        AEDisposeDesc(reply_.get());
-        const std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
-        const OSStatus status = AESendMessage(event.get(), reply_.get(), mode, ticks);
-        seconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-        return status;
+    using Outcome = portability::Connection::Outcome;
+
+    // Both send a request over the connection, which is made anew if the last one cannot be used any more.
+    Outcome send(long ticks = kAEDefaultTimeout, int32_t mode = 0) {
+        return measured(ticks, mode, "request", [this](const portability::OutgoingRequest& request) {
+            portability::ReceivedReply received;
+            const Outcome outcome = connection_->exchange(request, received);
+            if (outcome == Outcome::done) {
+                result_ = received.result;
+                text_ = firstItemText(received.image, received.size);
+            }
+            return outcome;
+        });
+    }
+    Outcome post(long ticks = 0, const std::string& text = "request") {
+        return measured(ticks, 0, text, [this](const portability::OutgoingRequest& request) {
+            return connection_->post(request);
+        });
     }
 
     void expectTicks(long ticks) const {
@@ -92,7 +40,26 @@ class ConnectionTest : public testing::Test {
     }
 
     TemporaryEnvironment environment_;
-    Descriptor address_ = makeAddress(kPeerSignature);
-    Descriptor reply_;
-    double seconds_ = 0;
+    std::unique_ptr<portability::Connection> connection_;
+    int32_t result_ = 0;  // of the last reply
+    std::string text_;
+    double seconds_ = 0;  // how long the last request took
+
+  private:
+    template <typename Send>
+    Outcome measured(long ticks, int32_t mode, const std::string& text, const Send& send) {
+        if (connection_ == nullptr) {
+            portability::FileDescriptor socket;
+            portability::connectToEndpoint(kPeerCode, portability::Deadline::never(), socket);
+            connection_ = std::make_unique<portability::Connection>(std::move(socket));
+        }
+        const Bytes bytes = itemBytes(keyDirectObject, text);
+        const portability::ImageMemory image(bytes.data(), bytes.size());
+        const std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
+        const Outcome outcome = send(
+            {image, mode, static_cast<int32_t>(ticks), portability::Deadline::afterTicks(ticks), nullptr});
+        seconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+        if (outcome == Outcome::notSent || outcome == Outcome::lost) connection_.reset();
+        return outcome;
+    }
 };

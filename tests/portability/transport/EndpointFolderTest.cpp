@@ -10,10 +10,10 @@
 
 #include "FailingFstat.h"
 #include "portability/posix/SystemRoot.h"
-#include "tests/portability/support/Processes.h"
-#include "tests/portability/support/TemporaryEnvironment.h"
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"
+#include "tests/support/Processes.h"
+#include "tests/support/TemporaryEnvironment.h"
 
 using namespace portability;
 

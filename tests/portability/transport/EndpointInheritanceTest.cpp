@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "EndpointTest.h"
-#include "tests/portability/support/Processes.h"
 #include "tests/support/MountNamespace.h"
 #include "tests/support/NeedsRoot.h"
+#include "tests/support/Processes.h"
 
 using namespace portability;
 

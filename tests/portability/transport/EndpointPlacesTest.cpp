@@ -15,10 +15,10 @@
 #include "EndpointTest.h"
 #include "portability/posix/SystemRoot.h"
 #include "portability/transport/EndpointFolder.h"
-#include "tests/portability/support/Processes.h"
 #include "tests/support/MountNamespace.h"
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"
+#include "tests/support/Processes.h"
 
 using namespace portability;
 

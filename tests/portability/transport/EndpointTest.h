@@ -8,7 +8,7 @@
 #include <cstdlib>
 
 #include "portability/transport/Endpoint.h"
-#include "tests/portability/support/TemporaryEnvironment.h"
+#include "tests/support/TemporaryEnvironment.h"
 
 constexpr OSType kEndpointSignature = 'EndP';
 constexpr char kAnnouncement[] = "POS_EVENT_ENDPOINT";

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "portability/appleevents/EventImage.h"
-
 using namespace portability;
 
 namespace {

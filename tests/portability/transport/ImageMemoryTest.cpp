@@ -5,8 +5,6 @@
 #include <cstring>
 #include <string>
 
-#include "portability/appleevents/EventImage.h"
-
 using namespace portability;
 
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "tests/portability/support/MemoryFile.h"
-#include "tests/portability/support/Processes.h"
 #include "tests/portability/support/RawSocket.h"
+#include "tests/support/Processes.h"
 
 using namespace portability;
 

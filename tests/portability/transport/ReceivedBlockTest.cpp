@@ -6,7 +6,7 @@
 
 #include "portability/transport/SharedBlock.h"
 #include "tests/portability/support/MemoryFile.h"
-#include "tests/portability/support/Processes.h"
+#include "tests/support/Processes.h"
 
 using namespace portability;
 

@@ -9,14 +9,11 @@
 #include <atomic>
 #include <thread>
 
-#include "portability/appleevents/EventImage.h"
-#include "portability/appleevents/EventReceiver.h"
-#include "tests/portability/appleevents/Events.h"
 #include "tests/portability/support/Images.h"
-#include "tests/portability/support/Processes.h"
 #include "tests/portability/support/RawSocket.h"
-#include "tests/portability/support/TemporaryEnvironment.h"
 #include "tests/support/NeedsRoot.h"
+#include "tests/support/Processes.h"
+#include "tests/support/TemporaryEnvironment.h"
 
 using namespace portability;
 
@@ -24,25 +21,26 @@ namespace {
 
 constexpr OSType kSignature = 'SeRv';
 
-OSErr echo(const AppleEvent* event, AppleEvent* reply, SRefCon) {
-    DescType type = typeNull;
-    Size size = 0;
-    AESizeOfParam(event, keyDirectObject, &type, &size);
-    std::string bytes(static_cast<size_t>(size), '\0');
-    AEGetParamPtr(event, keyDirectObject, type, nullptr, bytes.data(), size, nullptr);
-    return AEPutParamPtr(reply, keyDirectObject, type, bytes.data(), size);
-}
+constexpr int32_t kWantsReply = 3;
+constexpr int32_t kWantsNoReply = 1;
+
+// Replies with the request's own image, if the sender wants a reply. Disconnects a sender whose reply does not arrive.
+struct Echo final : RequestHandler {
+    bool handle(const ReceivedFrame& request, pid_t, ReplySender& reply) override {
+        if (request.header.sendMode == kWantsNoReply) return true;
+        return reply.send(0, ImageMemory(request.image, request.header.imageSize)) == Channel::Sent::done;
+    }
+};
 
 // A server on its own thread, which ends with the test.
 class RequestServerTest : public testing::Test {
   protected:
     RequestServerTest() : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-        AEInstallEventHandler(kTestClass, kEcho, echo, SRefCon(), false);
         EndpointClaim claim;
         EXPECT_EQ(EndpointClaim::claim(kSignature, claim), EndpointClaim::Outcome::claimed);
         thread_ = std::thread([this, claim = std::make_shared<EndpointClaim>(std::move(claim))] {
-            EventReceiver receiver;
-            RequestServer server(std::move(*claim), wake_.get(), receiver);
+            Echo echo;
+            RequestServer server(std::move(*claim), wake_.get(), echo);
             EXPECT_TRUE(server.isReady());
             while (!server.serve()) {
             }
@@ -51,17 +49,15 @@ class RequestServerTest : public testing::Test {
     ~RequestServerTest() override {
         eventfd_write(wake_.get(), 1);
         thread_.join();
-        AERemoveEventHandler(kTestClass, kEcho, nullptr, false);
     }
 
     static FileDescriptor connect() { return FileDescriptor(connectToEndpoint(kSignature)); }
 
-    static Bytes request(uint64_t id, const std::string& text, AESendMode mode = kAEWaitReply) {
-        Bytes image = itemBytes(keyEventClassAttr, "tset", 1) + itemBytes(keyEventIDAttr, "ohce", 1) +
-                      itemBytes(keyDirectObject, text);
+    static Bytes request(uint64_t id, const std::string& text, int32_t mode = kWantsReply) {
+        const Bytes image = itemBytes(keyDirectObject, text);
         FrameHeader header;
         header.id = id;
-        header.sendMode = static_cast<int32_t>(mode);
+        header.sendMode = mode;
         header.imageSize = static_cast<uint32_t>(image.size());
         return headerBytes(header) + image;
     }
@@ -73,12 +69,7 @@ class RequestServerTest : public testing::Test {
         if (bytes.size() < sizeof header) return "(closed)";
         std::memcpy(&header, bytes.data(), sizeof header);
         if (id != nullptr) *id = header.id;
-        ImageItem item;
-        if (!findItem(bytes.data() + sizeof header, bytes.size() - sizeof header, ItemKind::parameter,
-                      keyDirectObject, item)) {
-            return "(result " + std::to_string(header.result) + ")";
-        }
-        return std::string(reinterpret_cast<const char*>(item.data), item.header.size);
+        return firstItemText(bytes.data() + sizeof header, bytes.size() - sizeof header);
     }
 
     TemporaryEnvironment environment_;
@@ -109,18 +100,9 @@ TEST_F(RequestServerTest, ManySenders_AreAllServed) {
         EXPECT_EQ(answer(connections[i]), std::to_string(i));
 }
 
-TEST_F(RequestServerTest, EventWithoutHandler_IsAnsweredAsSuch) {
+TEST_F(RequestServerTest, RequestThatWantsNoReply_GetsNone) {
     const FileDescriptor connection = connect();
-    FrameHeader header;
-    header.id = 1;
-    header.sendMode = kAEWaitReply;
-    sendRaw(connection.get(), headerBytes(header));
-    EXPECT_EQ(answer(connection), "(result -1708)");
-}
-
-TEST_F(RequestServerTest, EventThatWantsNoReply_GetsNone) {
-    const FileDescriptor connection = connect();
-    sendRaw(connection.get(), request(1, "unanswered", kAENoReply));
+    sendRaw(connection.get(), request(1, "unanswered", kWantsNoReply));
     sendRaw(connection.get(), request(2, "answered"));
     EXPECT_EQ(answer(connection), "answered");
 }
@@ -162,7 +144,7 @@ TEST_F(RequestServerTest, SenderWithoutEndOfEvents_DoesNotHoldUpOthers) {
     std::thread flood([&stop] {
         const FileDescriptor connection = connect();
         while (!stop)
-            sendRaw(connection.get(), request(1, "flood", kAENoReply));
+            sendRaw(connection.get(), request(1, "flood", kWantsNoReply));
     });
     const FileDescriptor good = connect();
     for (int i = 0; i < 50; ++i) {

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "tests/portability/support/Processes.h"
+#include "tests/support/Processes.h"
 
 using namespace portability;
 

@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 
 #include "tests/portability/support/MemoryFile.h"
-#include "tests/portability/support/Processes.h"
+#include "tests/support/Processes.h"
 
 using namespace portability;
 

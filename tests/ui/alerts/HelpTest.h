@@ -36,7 +36,7 @@ class HelpTest : public testing::Test {
     std::string run(const std::string& mode, const std::string& locale = "C") const;
 
     /// Waits for the opened document and returns its path inside the application; "" if none
-    /// was opened within half a minute.
+    /// was opened within a minute.
     std::string openedPage() const;
     bool openedNothing() const;
 

@@ -5,8 +5,8 @@
 #include <cstdlib>
 
 #include "settings/MultiLanguageSupport.h"
-#include "tests/client/ScriptedMessageDialog.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/library/ScriptedMessageDialog.h"
 
 namespace dovrel {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/client/ScriptedMessageDialog.h"
+#include "tests/support/library/ScriptedMessageDialog.h"
 
 namespace dovrel {
 namespace {

@@ -2,11 +2,10 @@
 // and a home folder for the user's preferences. The destructor restores the environment.
 #pragma once
 
-#include <map>
-#include <optional>
 #include <string>
 
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/VariableChange.h"
 
 namespace dovrel::test {
 
@@ -16,7 +15,6 @@ class InstalledTexts {
     InstalledTexts();
     InstalledTexts(const InstalledTexts&) = delete;
     InstalledTexts& operator=(const InstalledTexts&) = delete;
-    ~InstalledTexts();
 
     void install(const std::string& content) const;
     void remove() const;
@@ -25,10 +23,11 @@ class InstalledTexts {
     void preferLanguages(const std::string& content) const;
 
   private:
-    void setVariable(const std::string& name, const std::string& value);
-
-    TemporaryFolder folder_;
-    std::map<std::string, std::optional<std::string>> oldVariables_;
+    const TemporaryFolder folder_;
+    const VariableChange root_{"POS_SYSTEM_ROOT", folder_.path("root").c_str()};
+    const VariableChange home_{"HOME", folder_.path("home").c_str()};
+    // Without a preferred language the locale selects one. The locale "C" does not select any.
+    const VariableChange locale_{"LC_ALL", "C"};
 };
 
 }  // namespace dovrel::test

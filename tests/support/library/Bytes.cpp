@@ -1,4 +1,4 @@
-#include "tests/serialization/Bytes.h"
+#include "tests/support/library/Bytes.h"
 
 #include <cstdio>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-#include "tests/client/ScriptedMessageDialog.h"
+#include "tests/support/library/ScriptedMessageDialog.h"
 
 #include <ostream>
 
