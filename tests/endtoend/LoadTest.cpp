@@ -67,7 +67,6 @@ TEST_F(Load, TenThousandCallsOfEightThreads_GetTheirOwnRepliesAndLeaveNothingBeh
 
     const std::vector<std::string> descriptors = openDescriptors();
     const std::vector<std::string> files = filesBelow(root_.path());
-    const std::vector<std::string> shared = filesBelow("/dev/shm");
     const std::string processes = children();
     const std::vector<pid_t> servers = root_.servers();
     const size_t bytes = mallinfo2().uordblks;
@@ -79,8 +78,11 @@ TEST_F(Load, TenThousandCallsOfEightThreads_GetTheirOwnRepliesAndLeaveNothingBeh
     EXPECT_EQ(children(), processes);
     EXPECT_EQ(root_.servers(), servers);
     EXPECT_EQ(ServerControl::status().at("objects"), 0);
-    // The limit is less than one byte per ten calls, so no call may keep any memory.
-    EXPECT_LT(bytesAfter, bytes + 1000);
+    // The limit is one byte per call. A call that keeps memory keeps at least 16 bytes, malloc's smallest block.
+    // The count also includes freed blocks in malloc's cache for this thread, at most seven of each size. When
+    // the C library frees an ended thread's table of thread-local data (about 400 bytes), the table goes into
+    // this cache. How many are already there after the first round depends on the load of the machine.
+    EXPECT_LT(bytesAfter, bytes + 10'000);
 }
 
 TEST_F(Load, AnArgumentAndAnAnswerOf64MiB_ArriveWhole) {
