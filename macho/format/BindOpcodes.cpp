@@ -6,24 +6,7 @@ namespace dovrel::macho {
 
 namespace {
 
-constexpr uint8_t kImmediateMask = 0x0F;
 constexpr uint8_t kOptionalFlag = 1;
-
-enum Opcode : uint8_t {
-    kDone = 0x00,
-    kSetLibrary = 0x10,
-    kSetLibraryLong = 0x20,
-    kSetSpecialLibrary = 0x30,
-    kSetSymbol = 0x40,
-    kSetType = 0x50,
-    kSetAddend = 0x60,
-    kSetPlace = 0x70,
-    kSkip = 0x80,
-    kBind = 0x90,
-    kBindAndSkip = 0xA0,
-    kBindAndSkipWords = 0xB0,
-    kBindManyWithGaps = 0xC0
-};
 
 class Interpreter {
   public:
@@ -34,31 +17,32 @@ class Interpreter {
     bool step(ByteReader& code) {
         const uint8_t byte = code.next<uint8_t>();
         const uint8_t immediate = byte & kImmediateMask;
-        switch (byte & ~kImmediateMask) {
-            case kDone:
+        const auto opcode = static_cast<BindOpcode>(byte & ~kImmediateMask);
+        switch (opcode) {
+            case BindOpcode::kDone:
                 return false;
-            case kSetPlace:
+            case BindOpcode::kSetPlace:
                 cursor_.moveTo(immediate, code.nextUnsignedLeb());
                 break;
-            case kSkip:
+            case BindOpcode::kSkip:
                 cursor_.skip(code.nextUnsignedLeb());
                 break;
-            case kBind:
+            case BindOpcode::kBind:
                 bind(1, 0);
                 break;
-            case kBindAndSkip:
+            case BindOpcode::kBindAndSkip:
                 bind(1, code.nextUnsignedLeb());
                 break;
-            case kBindAndSkipWords:
+            case BindOpcode::kBindAndSkipWords:
                 bind(1, immediate * wordSize_);
                 break;
-            case kBindManyWithGaps: {
+            case BindOpcode::kBindManyWithGaps: {
                 const uint64_t count = code.nextUnsignedLeb();
                 bind(count, code.nextUnsignedLeb());
                 break;
             }
             default:
-                describe(byte & static_cast<uint8_t>(~kImmediateMask), immediate, code);
+                describe(opcode, immediate, code);
         }
         return true;
     }
@@ -67,27 +51,27 @@ class Interpreter {
 
   private:
     // Executes an instruction that sets a property of the next binding.
-    void describe(uint8_t opcode, uint8_t immediate, ByteReader& code) {
+    void describe(BindOpcode opcode, uint8_t immediate, ByteReader& code) {
         switch (opcode) {
-            case kSetLibrary:
+            case BindOpcode::kSetLibrary:
                 next_.library = immediate;
                 break;
-            case kSetLibraryLong:
+            case BindOpcode::kSetLibraryLong:
                 next_.library = static_cast<int64_t>(code.nextUnsignedLeb());
                 break;
-            case kSetSpecialLibrary:
+            case BindOpcode::kSetSpecialLibrary:
                 // A negative number whose upper bits are omitted.
                 next_.library = immediate == 0 ? 0 : immediate - (kImmediateMask + 1);
                 break;
-            case kSetSymbol:
+            case BindOpcode::kSetSymbol:
                 next_.symbol = code.nextString();
                 next_.isOptional = (immediate & kOptionalFlag) != 0;
                 break;
-            case kSetType:
+            case BindOpcode::kSetType:
                 if (immediate < 1 || immediate > 3) throw FormatError("a binding is of an unknown type");
                 next_.type = static_cast<BindingType>(immediate);
                 break;
-            case kSetAddend:
+            case BindOpcode::kSetAddend:
                 next_.addend = code.nextSignedLeb();
                 break;
             default:

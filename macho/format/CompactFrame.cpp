@@ -5,6 +5,7 @@
 #include "macho/format/ByteReader.h"
 #include "macho/format/CompactUnwindTable.h"
 #include "macho/format/DwarfBytes.h"
+#include "macho/format/DwarfInstructions.h"
 
 namespace dovrel::macho {
 
@@ -26,8 +27,6 @@ enum DwarfRegister : uint8_t {
 
 // The registers that a function can save, indexed by their numbers in the compact encoding. 0 means none.
 constexpr std::array<uint8_t, 7> kSaved = {0, kRbx, kR12, kR13, kR14, kR15, kRbp};
-
-enum Instruction : uint8_t { kDefineFrame = 0x0C, kOffset = 0x80 };
 
 class FrameInstructions {
   public:

@@ -1,6 +1,7 @@
 #include "macho/format/FrameSection.h"
 
 #include "macho/format/ByteReader.h"
+#include "macho/format/DwarfInstructions.h"
 
 namespace dovrel::macho {
 
@@ -9,29 +10,6 @@ namespace {
 constexpr uint8_t kLower = 4;
 constexpr uint8_t kUpper = 5;
 constexpr uint8_t kRegisterMask = 0x3F;
-
-// Instructions whose operand is in their lower bits.
-constexpr uint8_t kOperandMask = 0xC0;
-enum ShortInstruction : uint8_t { kAdvance = 0x40, kOffset = 0x80, kRestore = 0xC0 };
-
-enum Instruction : uint8_t {
-    kNothing = 0x00,
-    kSetLocation = 0x01,
-    kAdvance1 = 0x02,
-    kAdvance2 = 0x03,
-    kAdvance4 = 0x04,
-    kOffsetExtended = 0x05,
-    kRestoreExtended = 0x06,
-    kUndefined = 0x07,
-    kSameValue = 0x08,
-    kRegister = 0x09,
-    kRememberState = 0x0A,
-    kRestoreState = 0x0B,
-    kDefineFrame = 0x0C,
-    kDefineFrameRegister = 0x0D,
-    kDefineFrameOffset = 0x0E,
-    kArgumentsSize = 0x2E
-};
 
 class Converter {
   public:
@@ -90,7 +68,7 @@ class Converter {
 
     void convertInstruction() {
         const uint8_t byte = reader_.next<uint8_t>();
-        switch (byte & kOperandMask) {
+        switch (byte & kShortInstructionMask) {
             case kAdvance:
                 return;
             case kOffset:

@@ -8,23 +8,7 @@ namespace dovrel::macho {
 
 namespace {
 
-constexpr uint32_t kUniversalMagic = 0xCAFEBABE;  // big-endian, like the whole universal header
-constexpr uint32_t kMagic32 = 0xFEEDFACE;
-constexpr uint32_t kMagic64 = 0xFEEDFACF;
-constexpr uint32_t kBundleType = 8;
 constexpr size_t kNameSize = 16;
-constexpr uint32_t kSectionTypeMask = 0xFF;
-
-enum Command : uint32_t {
-    kSegment32 = 0x1,
-    kLoadLibrary = 0xC,
-    kSegment64 = 0x19,
-    kFixups = 0x22,
-    kLoadWeakLibrary = 0x80000018,
-    kReexportLibrary = 0x8000001F,
-    kFixupsOnly = 0x80000022,
-    kChainedFixups = 0x80000034
-};
 
 std::vector<uint8_t> sliceOf(std::vector<uint8_t> content, Processor processor) {
     ByteReader file(content.data(), content.size());

@@ -6,10 +6,9 @@
 #include <vector>
 
 #include "macho/format/ByteReader.h"
+#include "macho/format/FormatConstants.h"
 
 namespace dovrel::macho {
-
-enum class Processor : uint32_t { kI386 = 7, kX86_64 = 0x01000007 };
 
 constexpr Processor kOwnProcessor = sizeof(void*) == 8 ? Processor::kX86_64 : Processor::kI386;
 
@@ -31,14 +30,6 @@ struct Section {
     uint64_t size;
     uint32_t type;
 };
-
-enum SectionType : uint32_t {
-    kInitialiserPointers = 0x9,
-    kTerminatorPointers = 0xA,
-    kThreadVariables = 0x13
-};
-
-enum Protection : uint32_t { kReadable = 1, kWritable = 2, kExecutable = 4 };
 
 class MachOFile {
   public:

@@ -6,21 +6,8 @@ namespace dovrel::macho {
 
 namespace {
 
-constexpr uint8_t kImmediateMask = 0x0F;
 constexpr uint8_t kPointerType = 1;
 constexpr uint8_t kTextAddressType = 2;  // i386 code contains addresses
-
-enum Opcode : uint8_t {
-    kDone = 0x00,
-    kSetType = 0x10,
-    kSetPlace = 0x20,
-    kSkip = 0x30,
-    kSkipWords = 0x40,
-    kRebase = 0x50,
-    kRebaseMany = 0x60,
-    kRebaseAndSkip = 0x70,
-    kRebaseManyWithGaps = 0x80
-};
 
 }  // namespace
 
@@ -38,32 +25,32 @@ std::vector<uint64_t> rebasedWords(const MachOFile& file) {
     while (!code.isAtEnd()) {
         const uint8_t byte = code.next<uint8_t>();
         const uint8_t immediate = byte & kImmediateMask;
-        switch (byte & ~kImmediateMask) {
-            case kDone:
+        switch (static_cast<RebaseOpcode>(byte & ~kImmediateMask)) {
+            case RebaseOpcode::kDone:
                 return words;
-            case kSetType:
+            case RebaseOpcode::kSetType:
                 if (immediate != kPointerType && immediate != kTextAddressType)
                     throw FormatError("a rebase is of an unknown type");
                 break;
-            case kSetPlace:
+            case RebaseOpcode::kSetPlace:
                 cursor.moveTo(immediate, code.nextUnsignedLeb());
                 break;
-            case kSkip:
+            case RebaseOpcode::kSkip:
                 cursor.skip(code.nextUnsignedLeb());
                 break;
-            case kSkipWords:
+            case RebaseOpcode::kSkipWords:
                 cursor.skip(immediate * file.wordSize());
                 break;
-            case kRebase:
+            case RebaseOpcode::kRebase:
                 rebase(immediate, 0);
                 break;
-            case kRebaseMany:
+            case RebaseOpcode::kRebaseMany:
                 rebase(code.nextUnsignedLeb(), 0);
                 break;
-            case kRebaseAndSkip:
+            case RebaseOpcode::kRebaseAndSkip:
                 rebase(1, code.nextUnsignedLeb());
                 break;
-            case kRebaseManyWithGaps: {
+            case RebaseOpcode::kRebaseManyWithGaps: {
                 const uint64_t count = code.nextUnsignedLeb();
                 rebase(count, code.nextUnsignedLeb());
                 break;

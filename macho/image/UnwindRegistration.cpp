@@ -22,7 +22,7 @@ const uint8_t* ownDescription(const MachOFile& file, const MappedImage& image,
                               const CompactUnwindEntry& entry) {
     const Section* const frames = file.section("__TEXT", "__eh_frame");
     if (frames == nullptr) throw FormatError("a function is described nowhere");
-    const uint64_t position = frames->address + (entry.encoding & 0x00FFFFFF);
+    const uint64_t position = frames->address + (entry.encoding & kDwarfPositionMask);
     const uint8_t* const description = image.at(position, 16);
     const uint8_t* const begin = description + 2 * sizeof(uint32_t);  // relative to this address
     int64_t distance;

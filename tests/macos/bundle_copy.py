@@ -2,6 +2,7 @@
 import os
 import re
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -16,7 +17,7 @@ sys.path.insert(0, str(TOOLS))
 import macho  # noqa: E402
 
 TABLE = TOOLS / "imports.txt"
-EXPORTS = SOURCES / "client/exports.txt"
+EXPORTED = SOURCES / "client/exports.txt"
 MINIMUM = "10.7"
 
 # Sources to link in: a symbol that no optimiser removes, and a call of another library's function.
@@ -61,7 +62,7 @@ class BundleCopyTest(unittest.TestCase):
             self.assertIn(problem, failed[name])
 
     def images(self):
-        return macho.images(self.executable.read_bytes())
+        return macho.images(self.executable)
 
     def replace_in_slice(self, architecture, position, content):
         """Overwrites bytes of one slice. The position counts from the beginning of the slice."""
@@ -69,6 +70,16 @@ class BundleCopyTest(unittest.TestCase):
         start = data.index(self.images()[architecture].data) + position
         data[start : start + len(content)] = content
         self.executable.write_bytes(data)
+
+    def command_position(self, architecture, number):
+        """Returns the position of the first load command with this number in the slice."""
+        image = self.images()[architecture]
+        position = 28 if image.pointer_size == 4 else 32
+        while True:
+            found, size = struct.unpack_from("<II", image.data, position)
+            if found == number:
+                return position
+            position += size
 
     def replace_text(self, path, old, new):
         """Replaces a text that occurs exactly once in the file."""
@@ -105,7 +116,7 @@ class BundleCopyTest(unittest.TestCase):
         added = self.folder / "added.c"
         added.write_text(code)
         stubs, output, listed = self.folder / f"stubs.{architecture}", self.folder / architecture, self.folder / "exports"
-        listed.write_text("\n".join([EXPORTS.read_text(), *exports]))
+        listed.write_text("\n".join([EXPORTED.read_text(), *exports]))
         run(TOOLS / "make-stubs", "--table", table, architecture, known, stubs)
         run(TOOLS / "link-slice", "--table", table, architecture, minimum, stubs, listed, output,
             *(objects or self.objects(architecture)), self.compile(architecture, added), *options)

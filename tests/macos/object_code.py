@@ -2,7 +2,6 @@
 import re
 import subprocess
 from collections import defaultdict
-from pathlib import Path
 
 import macho
 
@@ -41,7 +40,7 @@ class MachOObject:
 
     def __init__(self, path):
         self.path = path
-        self.image = macho.Image(Path(path).read_bytes())
+        self.image, = macho.images(path).values()
         self.names = defaultdict(list)
         for address, name in re.findall(r"^([0-9a-f]+) [a-zA-Z] (_\S+)$", output("llvm-nm-14", path), re.MULTILINE):
             self.names[int(address, 16)].append(name[1:])
