@@ -3,7 +3,7 @@
 #include <array>
 #include <limits>
 
-#include "settings/ReplaceAll.h"
+#include "platform/text/TextConversions.h"
 
 namespace dovrel {
 

@@ -14,7 +14,7 @@
 #include <string>
 #include <string_view>
 
-#include "settings/PropertyType.h"
+#include "settings/PropertyValue.h"
 
 namespace dovrel {
 

@@ -2,6 +2,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <array>
 #include <memory>
 #include <mutex>
 #include <string_view>
@@ -9,16 +10,19 @@
 #include <vector>
 
 #include "client/exceptions/CPPException.h"
-#include "platform/CFObject.h"
+#include "platform/files/FileURL.h"
 #include "platform/files/Places.h"
+#include "platform/text/TextConversions.h"
 #include "settings/ConfigFileSystem.h"
 #include "settings/Properties.h"
-#include "settings/ReplaceAll.h"
-#include "settings/TextsLocation.h"
 
 namespace dovrel {
 
 namespace {
+
+constexpr char kTextsFileName[] = "MultiLanguageTexts.mls";
+constexpr char kPathFailure[] = "Sorry, could not read file 'MultiLanguageTexts.mls'...";
+constexpr CFIndex kLongestPath = 4096;
 
 constexpr char kMnemonicMark = '_';
 constexpr std::string_view kLineBreakMark = "SDNL";
@@ -99,6 +103,18 @@ std::string MultiLanguageSupport::getText(const char* key) {
 bool MultiLanguageSupport::isLoaded() {
     const std::lock_guard<std::mutex> guard(texts().lock);
     return texts().loaded;
+}
+
+std::string MultiLanguageSupport::textsFilePath(const std::string& installFolder) {
+    const CFObject<CFURLRef> bundle = folderURL(installFolder + places::kLibraryBundleName);
+    const CFObject<CFURLRef> contents = folderURLInFolder(bundle, "Contents");
+    const CFObject<CFURLRef> file = fileURLInFolder(folderURLInFolder(contents, "Resources"), kTextsFileName);
+
+    std::array<UInt8, kLongestPath> path{};
+    if (!file || !CFURLGetFileSystemRepresentation(file.get(), true, path.data(), kLongestPath)) {
+        throw new CPPException(kPathFailure);
+    }
+    return reinterpret_cast<const char*>(path.data());
 }
 
 }  // namespace dovrel

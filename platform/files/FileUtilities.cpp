@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "client/exceptions/CPPException.h"
-#include "platform/CFObject.h"
 #include "platform/files/FileReplacement.h"
 #include "platform/files/FileURL.h"
 #include "platform/files/OpenFile.h"
+#include "platform/text/CFStrings.h"
 #include "platform/text/TextConversions.h"
 
 namespace dovrel {
@@ -59,18 +59,10 @@ long lengthOf(std::FILE* file) {
     return std::fseek(file, 0, SEEK_SET) == 0 ? length : -1;
 }
 
-// Escapes the path for use inside the single quotes of a shell. A single quote in it becomes: closing quote,
-// escaped quote, opening quote.
-std::string quotable(const std::string& path) {
-    std::string result;
-    for (const char c : path) {
-        if (c == '\'') {
-            result += "'\\''";
-        } else {
-            result += c;
-        }
-    }
-    return result;
+// Puts the path into single quotes for a shell. A single quote in it becomes: closing quote, escaped quote,
+// opening quote.
+std::string shellQuoted(const std::string& path) {
+    return "'" + replaceAll(path, "'", "'\\''") + "'";
 }
 
 bool makeReference(const std::string& path, CFStringEncoding encoding, FSRef& reference) {
@@ -109,8 +101,7 @@ struct SplitPath {
 // Returns a file name as the File Manager takes it: there, a slash in a name stands
 // for the colon of the path.
 std::vector<UniChar> fileManagerName(const std::string& utf8) {
-    const CFObject<CFStringRef> text(
-        CFStringCreateWithCString(kCFAllocatorDefault, utf8.c_str(), kCFStringEncodingUTF8));
+    const CFObject<CFStringRef> text = newCFString(utf8.c_str());
     if (!text) return {};
     const CFIndex length = CFStringGetLength(text.get());
     std::vector<UniChar> characters(static_cast<size_t>(length));
@@ -149,7 +140,7 @@ bool writeWholeFile(const std::string& path, const std::string& text) {
 bool copyFileWithShell(const char* source, const char* destination, bool onlyIfMissing) {
     if (source == nullptr || destination == nullptr) return false;
     if (onlyIfMissing && fileExists(destination)) return false;
-    const std::string command = "cp -f '" + quotable(source) + "' '" + quotable(destination) + "'";
+    const std::string command = "cp -f " + shellQuoted(source) + " " + shellQuoted(destination);
     const int status = std::system(command.c_str());
     const std::string copy =
         isFolder(destination) ? std::string(destination) + "/" + SplitPath(source).name : destination;

@@ -1,7 +1,9 @@
 #include "ui/information/Component.h"
 
+#include <CoreFoundation/CoreFoundation.h>
+
 #include "platform/files/Places.h"
-#include "ui/information/ManagementApplication.h"
+#include "platform/text/CFStrings.h"
 
 namespace dovrel {
 
@@ -48,6 +50,13 @@ std::string siblingIdentifier() {
 
 std::string compatibilityIdentifier() {
     return kCompatibilityIdentifier;
+}
+
+bool isManagementApplication() {
+    const CFBundleRef bundle = CFBundleGetMainBundle();
+    const CFStringRef identifier = bundle != nullptr ? CFBundleGetIdentifier(bundle) : nullptr;
+    return identifier != nullptr &&
+           isEqual(identifier, kManagementApplicationIdentifier, kCFCompareCaseInsensitive);
 }
 
 }  // namespace dovrel

@@ -5,6 +5,8 @@
 
 namespace dovrel {
 
+inline constexpr const char* kManagementApplicationIdentifier = "com.Quernvale.Halcon";
+
 struct Component {
     std::string name;        ///< the name that the system report shows
     std::string identifier;  ///< identifier of the bundle
@@ -22,5 +24,9 @@ Component managementComponent();
 std::string libraryIdentifier();
 std::string siblingIdentifier();
 std::string compatibilityIdentifier();
+
+/// Returns whether this process is the management application. Compares the identifier of the
+/// main bundle, ignoring case. Only in this application alerts have a Help button.
+bool isManagementApplication();
 
 }  // namespace dovrel

@@ -3,9 +3,9 @@
 #include <CoreFoundation/CoreFoundation.h>
 
 #include "platform/AutoreleasePool.h"
-#include "platform/CFObject.h"
 #include "platform/files/FileURL.h"
 #include "platform/files/Places.h"
+#include "platform/text/CFStrings.h"
 #include "ui/information/PropertyText.h"
 
 namespace dovrel {
@@ -16,8 +16,7 @@ constexpr char kInstallerVersionKey[] = "HarlInstallerVersion";
 constexpr char kDifference[] = "*";
 
 CFBundleRef newKnownBundle(const std::string& identifier) {
-    const CFObject<CFStringRef> name(
-        CFStringCreateWithCString(kCFAllocatorDefault, identifier.c_str(), kCFStringEncodingUTF8));
+    const CFObject<CFStringRef> name = newCFString(identifier.c_str());
     const CFBundleRef bundle = name ? CFBundleGetBundleWithIdentifier(name.get()) : nullptr;
     if (bundle != nullptr) CFRetain(bundle);
     return bundle;
