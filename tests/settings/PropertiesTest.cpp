@@ -48,6 +48,22 @@ TEST(Properties, Add_KeyIsThereWithAnotherType_FirstValueStays) {
     EXPECT_EQ(store.size(), 1u);
 }
 
+TEST(Properties, AddParsed_OfAKnownType_AddsTheValueAndReturnsTrue) {
+    Properties store;
+    EXPECT_TRUE(store.addParsed("integer", PropertyType::kInteger, "-12"));
+    EXPECT_TRUE(store.addParsed("string", PropertyType::kString, "text"));
+    EXPECT_TRUE(store.addParsed("binary", PropertyType::kBinary, "41 42"));
+    EXPECT_EQ(store.getInt("integer"), -12);
+    EXPECT_EQ(store.getString("string"), "text");
+    EXPECT_EQ(bytesOf(*store.getBinary("binary")), "AB");
+}
+
+TEST(Properties, AddParsed_OfAnUnknownType_AddsNothingAndReturnsFalse) {
+    Properties store;
+    EXPECT_FALSE(store.addParsed("a", PropertyType::kUnknown, "1"));
+    EXPECT_EQ(store.size(), 0u);
+}
+
 TEST(Properties, Add_KeysInAnyOrder_AreKeptByTheirBytesShorterOneFirst) {
     Properties store;
     for (const char* key : {"b", "ab", "\xFF", "a", "", "B", "ab"})

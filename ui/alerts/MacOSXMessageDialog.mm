@@ -1,8 +1,10 @@
 #import <AppKit/AppKit.h>
 #include <CoreServices/CoreServices.h>
 
+#include <memory>
 #include <string>
 
+#include "client/exceptions/CPPException.h"
 #include "platform/text/ReadableText.h"
 #include "platform/text/TextConversions.h"
 #include "settings/MultiLanguageSupport.h"
@@ -130,6 +132,8 @@ void* runRequest(void* parameter) {
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
     try {
         request->answer = runAlert(*request);
+    } catch (CPPException* caught) {
+        const std::unique_ptr<CPPException> failure(caught);  // the alert counts as not shown, as below
     } catch (...) {
         // Memory has run out. An exception must not leave a remote call, so the alert counts as not shown.
     }
