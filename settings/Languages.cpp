@@ -28,7 +28,7 @@ CFStringRef firstEntry(CFPropertyListRef preference) {
 
 }  // namespace
 
-std::string languageOfPreference(CFPropertyListRef preference) {
+std::string languageFromPreference(CFPropertyListRef preference) {
     const CFStringRef entry = firstEntry(preference);
     if (entry == nullptr) return kLanguageEnglish;
     for (const PreferredLanguage& known : kPreferredLanguages) {

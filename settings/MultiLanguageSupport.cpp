@@ -58,7 +58,7 @@ std::vector<Properties> readLanguageSections(const std::string& path) {
     }
 }
 
-Properties sectionOfLanguage(std::vector<Properties> sections, const std::string& language) {
+Properties findSection(std::vector<Properties> sections, const std::string& language) {
     for (Properties& section : sections) {
         std::string name;
         if (section.findString(kLanguageSectionKey, name) && name == language) return std::move(section);
@@ -66,7 +66,7 @@ Properties sectionOfLanguage(std::vector<Properties> sections, const std::string
     return Properties();
 }
 
-std::string shown(std::string text) {
+std::string toDisplayText(std::string text) {
     const size_t mnemonic = text.find(kMnemonicMark);
     if (mnemonic != std::string::npos) text.erase(mnemonic, 1);
     return replaceAll(text, kLineBreakMark, kCarriageReturn);
@@ -78,14 +78,14 @@ std::string MultiLanguageSupport::detectLanguage() {
     const CFObject<CFPropertyListRef> preference(
         CFPreferencesCopyValue(CFSTR("AppleLanguages"), kCFPreferencesAnyApplication,
                                kCFPreferencesCurrentUser, kCFPreferencesAnyHost));
-    return languageOfPreference(preference.get());
+    return languageFromPreference(preference.get());
 }
 
 void MultiLanguageSupport::initialize(const std::string& language) {
     const std::string wanted = languageWithTexts(language.empty() ? detectLanguage() : language);
     std::vector<Properties> sections = readLanguageSections(textsFilePath(places::kInstallFolder));
     const bool loaded = !sections.empty();
-    Properties section = sectionOfLanguage(std::move(sections), wanted);
+    Properties section = findSection(std::move(sections), wanted);
 
     const std::lock_guard<std::mutex> guard(texts().lock);
     texts().current = std::move(section);
@@ -97,7 +97,7 @@ std::string MultiLanguageSupport::getText(const char* key) {
     std::string text;
     const std::lock_guard<std::mutex> guard(texts().lock);
     if (!texts().current.findString(key, text)) return std::string();
-    return shown(std::move(text));
+    return toDisplayText(std::move(text));
 }
 
 bool MultiLanguageSupport::isLoaded() {

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "client/exceptions/CPPException.h"
@@ -27,18 +28,15 @@ bool isFolder(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-bool isPlainFileOfSize(const std::string& path, off_t& size) {
+std::optional<off_t> plainFileSize(const std::string& path) {
     struct stat status;
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
-    size = status.st_size;
-    return true;
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    return status.st_size;
 }
 
 bool haveSameContent(const std::string& path, const std::string& otherPath) {
-    off_t size = 0;
-    off_t otherSize = 0;
-    if (!isPlainFileOfSize(path, size) || !isPlainFileOfSize(otherPath, otherSize) || size != otherSize)
-        return false;
+    const std::optional<off_t> size = plainFileSize(path);
+    if (!size || plainFileSize(otherPath) != size) return false;
     const OpenFile file(std::fopen(path.c_str(), "rb"));
     const OpenFile other(std::fopen(otherPath.c_str(), "rb"));
     if (!file || !other) return false;
@@ -53,7 +51,7 @@ bool haveSameContent(const std::string& path, const std::string& otherPath) {
 }
 
 // Returns -1 if the file cannot be sought (a pipe).
-long lengthOf(std::FILE* file) {
+long seekableLength(std::FILE* file) {
     if (std::fseek(file, 0, SEEK_END) != 0) return -1;
     const long length = std::ftell(file);
     return std::fseek(file, 0, SEEK_SET) == 0 ? length : -1;
@@ -115,7 +113,7 @@ std::vector<UniChar> fileManagerName(const std::string& utf8) {
 std::string readWholeFile(const std::string& path, bool normaliseLineEnds) {
     const OpenFile file = openForReading(path);
     // A file that cannot be sought cannot be read as a whole.
-    const long length = lengthOf(file.get());
+    const long length = seekableLength(file.get());
     if (length < 0) throw newOpeningFailure(path);
 
     std::string text(static_cast<size_t>(length), '\0');

@@ -67,7 +67,7 @@ std::vector<Method> sortedBy(uint32_t MethodTimes::*time, const Methods& methods
     return sorted;
 }
 
-int32_t percentOf(uint32_t time, uint32_t grandTotal) {
+int32_t percentage(uint32_t time, uint32_t grandTotal) {
     if (grandTotal == 0) return 0;
     return static_cast<int32_t>(int64_t{asSigned(time)} * 100 / asSigned(grandTotal));
 }
@@ -142,12 +142,12 @@ void Profiler::leaveAndDump(bool printOnExit) {
     DroppedText text;
     std::ostream tree(&text);
     printCallTree(*root_, tree);
-    startAgain();
+    discardCalls();
 }
 
 void Profiler::reset() {
     const Busy busy(*this);
-    startAgain();
+    discardCalls();
 }
 
 void Profiler::report(std::ostream& stream) {
@@ -160,7 +160,7 @@ void Profiler::leaveCurrent() {
     if (current_->getParent() != nullptr) current_ = current_->getParent();
 }
 
-void Profiler::startAgain() {
+void Profiler::discardCalls() {
     root_ = newRoot();
     current_ = root_.get();
 }
@@ -206,7 +206,7 @@ void printProfilerReport(const ProfilerNode& root, std::ostream& stream) {
     printCallTree(root, stream);
     print(stream, "\n=== Methods sorted by self time usage:\n");
     for (const auto& [name, times] : sortedBy(&MethodTimes::self, methods)) {
-        const std::string percent = std::to_string(percentOf(times.self, grandTotal));
+        const std::string percent = std::to_string(percentage(times.self, grandTotal));
         print(stream, numberText(times.self) + '(' + percent + "%): " + name + '\n');
     }
     print(stream, "\n=== Methods sorted by total time usage:\n");

@@ -120,7 +120,7 @@ class Profiler {
     class Busy;
 
     void leaveCurrent();
-    void startAgain();
+    void discardCalls();
 
     const ClockSource clock_;
     std::unique_ptr<ProfilerNode> root_;

@@ -27,8 +27,8 @@ CFBundleRef newBundleAt(const std::string& path) {
     return url ? CFBundleCreate(kCFAllocatorDefault, url.get()) : nullptr;
 }
 
-std::string versionOf(CFBundleRef bundle) {
-    return textOfValue(CFBundleGetValueForInfoDictionaryKey(bundle, kCFBundleVersionKey))
+std::string bundleVersion(CFBundleRef bundle) {
+    return textFromValue(CFBundleGetValueForInfoDictionaryKey(bundle, kCFBundleVersionKey))
         .value_or(kMissingVersion);
 }
 
@@ -41,9 +41,9 @@ std::string versionText(const Component& component) {
 std::string bundleVersionText(const std::string& identifier, const std::string& path) {
     const AutoreleasePool pool;
     const CFObject<CFBundleRef> known(newKnownBundle(identifier));
-    if (known) return versionOf(known.get());
+    if (known) return bundleVersion(known.get());
     const CFObject<CFBundleRef> installed(newBundleAt(path));
-    return installed ? versionOf(installed.get()) : kMissingVersion;
+    return installed ? bundleVersion(installed.get()) : kMissingVersion;
 }
 
 std::string serverVersionText() {

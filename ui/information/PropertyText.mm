@@ -17,7 +17,7 @@ constexpr size_t kPieceSize = 4096;
 
 /// Returns the content of the file, or nothing if it cannot be opened. After a read error (for example, if
 /// the path names a folder) the content is cut; then it is not a valid property list.
-std::optional<std::string> contentOfFile(const std::string& path) {
+std::optional<std::string> readContent(const std::string& path) {
     const OpenFile file(std::fopen(path.c_str(), "rb"));
     if (!file) return std::nullopt;
     std::string content;
@@ -56,7 +56,7 @@ std::optional<std::string> formattedValue(CFPropertyListRef value) {
 
 }  // namespace
 
-std::optional<std::string> textOfValue(CFTypeRef value) {
+std::optional<std::string> textFromValue(CFTypeRef value) {
     if (value == nullptr) return std::nullopt;
     const bool isString = CFGetTypeID(value) == CFStringGetTypeID();
     return isString ? utf8Text(static_cast<CFStringRef>(value)) : formattedValue(value);
@@ -64,7 +64,7 @@ std::optional<std::string> textOfValue(CFTypeRef value) {
 
 std::optional<std::string> textInPropertyList(const std::string& path, const std::string& key) {
     const AutoreleasePool pool;
-    const std::optional<std::string> content = contentOfFile(fileSystemPath(path));
+    const std::optional<std::string> content = readContent(fileSystemPath(path));
     if (!content) return std::nullopt;
     const CFObject<CFDataRef> data(CFDataCreate(kCFAllocatorDefault,
                                                 reinterpret_cast<const UInt8*>(content->data()),
@@ -74,7 +74,7 @@ std::optional<std::string> textInPropertyList(const std::string& path, const std
         kCFAllocatorDefault, data.get(), kCFPropertyListImmutable, nullptr, nullptr));
     const CFObject<CFStringRef> name = newCFString(key.c_str());
     if (!list || !name || CFGetTypeID(list.get()) != CFDictionaryGetTypeID()) return std::nullopt;
-    return textOfValue(CFDictionaryGetValue(static_cast<CFDictionaryRef>(list.get()), name.get()));
+    return textFromValue(CFDictionaryGetValue(static_cast<CFDictionaryRef>(list.get()), name.get()));
 }
 
 }  // namespace dovrel

@@ -106,7 +106,7 @@ TEST_F(MacOSXMessageDialogTest, AnyApplicationButTheManagementApplication_HasNoH
     EXPECT_EQ(requestOf("T", "B")["help"], false);
 }
 
-// Results.
+// The results of an alert.
 
 TEST_F(MacOSXMessageDialogTest, TheFirstButton_AnswersRetryOrOK) {
     EXPECT_EQ(answerTo(0, 0), 12);
