@@ -5,8 +5,6 @@
 
 namespace dovrel {
 
-inline constexpr const char* kManagementApplicationIdentifier = "com.Quernvale.Halcon";
-
 struct Component {
     std::string name;        ///< the name that the system report shows
     std::string identifier;  ///< identifier of the bundle
