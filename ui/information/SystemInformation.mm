@@ -22,7 +22,8 @@ NSString* toFoundationString(const std::optional<std::string>& text) {
 
 std::string pairText(const std::optional<std::string>& first, const std::optional<std::string>& second) {
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
-    NSString* const pair = [NSString stringWithFormat:@"%@ (%@)", toFoundationString(first), toFoundationString(second)];
+    NSString* const pair =
+        [NSString stringWithFormat:@"%@ (%@)", toFoundationString(first), toFoundationString(second)];
     const char* const bytes = [pair UTF8String];
     const std::string text = bytes != nullptr && *bytes != '\0' ? bytes : kMissingText;
     [pool release];
