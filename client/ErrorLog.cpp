@@ -11,7 +11,7 @@
 #include "client/Attempt.h"
 #include "client/VersionBanner.h"
 #include "client/exceptions/ExceptionTypeNames.h"
-#include "platform/files/LogPlaces.h"
+#include "platform/files/Places.h"
 #include "settings/LineGrammar.h"
 #include "settings/LogFileWriter.h"
 

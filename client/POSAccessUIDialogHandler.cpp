@@ -7,7 +7,6 @@
 #include "dovrel/pos.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
-#include "ui/alerts/InformationalMessage.h"
 
 namespace dovrel {
 

@@ -6,7 +6,7 @@
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
 #include "InterProcessCommunication/TracingForwarder.h"
 #include "client/VersionBanner.h"
-#include "platform/files/LogPlaces.h"
+#include "platform/files/Places.h"
 #include "platform/synchronization/SynchronizationFactory.h"
 #include "ui/alerts/MacOSXMessageDialog.h"
 #include "ui/information/Component.h"

@@ -23,7 +23,7 @@ void checkForm(const std::string& input) {
     const std::optional<std::string> text = decipher(input);
     if (!text) return;
     FUZZ_CHECK(isEnciphered(input));
-    const std::string bytes = bytesOfBase64(input.substr(kEncipheredMark.size())).value_or("");
+    const std::string bytes = decodeBase64(input.substr(kEncipheredMark.size())).value_or("");
     chaCha20::Nonce nonce{};
     FUZZ_CHECK(bytes.size() == nonce.size() + text->size());
     std::copy_n(bytes.begin(), nonce.size(), nonce.begin());
@@ -37,6 +37,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     checkForm(input);
     checkForm("ENC" + input);
     FUZZ_CHECK(decipher(encipher(input)) == input);
-    FUZZ_CHECK(bytesOfBase64(base64Text(input)) == input);
+    FUZZ_CHECK(decodeBase64(encodeBase64(input)) == input);
     return 0;
 }

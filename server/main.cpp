@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/files/LogPlaces.h"
 #include "platform/files/Places.h"
 #include "server/EventServer.h"
 #include "server/RunningProcess.h"

@@ -33,7 +33,7 @@ uint32_t byteAt(std::string_view bytes, size_t index) {
 
 }  // namespace
 
-std::string base64Text(std::string_view bytes) {
+std::string encodeBase64(std::string_view bytes) {
     std::string text;
     text.reserve((bytes.size() + 2) / 3 * 4);
     for (size_t i = 0; i < bytes.size(); i += 3) {
@@ -46,7 +46,7 @@ std::string base64Text(std::string_view bytes) {
     return text;
 }
 
-std::optional<std::string> bytesOfBase64(std::string_view text) {
+std::optional<std::string> decodeBase64(std::string_view text) {
     std::string bytes;
     bytes.reserve(text.size() / 4 * 3);
     uint32_t group = 0;

@@ -21,7 +21,7 @@ void skipVersionEntry(PropertiesStringObj& cursor) {
     if (ahead.takeLine() != kVersionLine) return;
     cursor = ahead;
     const std::string_view next = ahead.takeLine();
-    if (!startsAsKeyLine(next) && valueLineOf(next)) cursor = ahead;
+    if (!startsAsKeyLine(next) && parseValueLine(next)) cursor = ahead;
 }
 
 void closeSection(Properties& section, std::vector<Properties>& sections) {

@@ -36,12 +36,12 @@ std::string encipher(std::string_view text) {
 std::string encipher(std::string_view text, const chaCha20::Nonce& nonce) {
     std::string bytes(nonce.begin(), nonce.end());
     bytes += chaCha20::apply(kKey, kFirstBlock, nonce, text);
-    return std::string(kEncipheredMark) + base64Text(bytes);
+    return std::string(kEncipheredMark) + encodeBase64(bytes);
 }
 
 std::optional<std::string> decipher(std::string_view content) {
     if (!isEnciphered(content)) return std::nullopt;
-    const std::optional<std::string> bytes = bytesOfBase64(content.substr(kEncipheredMark.size()));
+    const std::optional<std::string> bytes = decodeBase64(content.substr(kEncipheredMark.size()));
     chaCha20::Nonce nonce{};
     if (!bytes || bytes->size() < nonce.size()) return std::nullopt;
 

@@ -6,12 +6,12 @@ EntryReader::Step EntryReader::next() {
     if (cursor_.atEnd()) return Step::kEnd;
     line_ = cursor_.takeLine();
     if (isKeyLine(line_)) {
-        key_ = keyOfKeyLine(line_);
+        key_ = keyFromLine(line_);
         keyWaits_ = true;
         return Step::kKey;
     }
     if (!keyWaits_) return Step::kOther;
-    const std::optional<ValueLine> found = valueLineOf(line_);
+    const std::optional<ValueLine> found = parseValueLine(line_);
     if (!found) return Step::kOther;
     keyWaits_ = false;
     takeValue(*found);

@@ -10,7 +10,7 @@
 
 #include "settings/LineGrammar.h"
 #include "settings/PropertiesStringObj.h"
-#include "settings/PropertyType.h"
+#include "settings/PropertyValue.h"
 
 namespace dovrel {
 

@@ -1,6 +1,6 @@
 #include "settings/Languages.h"
 
-#include "platform/CFObject.h"
+#include "platform/text/CFStrings.h"
 
 namespace dovrel {
 
@@ -26,19 +26,13 @@ CFStringRef firstEntry(CFPropertyListRef preference) {
     return CFGetTypeID(entry) == CFStringGetTypeID() ? static_cast<CFStringRef>(entry) : nullptr;
 }
 
-bool isEqual(CFStringRef entry, const char* text) {
-    const CFObject<CFStringRef> other(
-        CFStringCreateWithCString(kCFAllocatorDefault, text, kCFStringEncodingUTF8));
-    return other && CFStringCompare(entry, other.get(), 0) == kCFCompareEqualTo;
-}
-
 }  // namespace
 
-std::string languageOfPreference(CFPropertyListRef preference) {
+std::string languageFromPreference(CFPropertyListRef preference) {
     const CFStringRef entry = firstEntry(preference);
     if (entry == nullptr) return kLanguageEnglish;
     for (const PreferredLanguage& known : kPreferredLanguages) {
-        if (isEqual(entry, known.entry)) return known.language;
+        if (isEqual(entry, known.entry, 0)) return known.language;
     }
     return kLanguageEnglish;
 }

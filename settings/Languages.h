@@ -17,6 +17,6 @@ inline constexpr const char* kLanguageEnglish = "English";
 /// Returns the name of the language for a value of the preference "AppleLanguages". The array's first entry
 /// decides: "de" and "German" mean German, and so on; upper and lower case differ. Returns English for null,
 /// for a value that is not an array, for an empty array, and for an unknown entry. Any thread.
-std::string languageOfPreference(CFPropertyListRef preference);
+std::string languageFromPreference(CFPropertyListRef preference);
 
 }  // namespace dovrel

@@ -3,7 +3,7 @@
 #include <array>
 #include <limits>
 
-#include "settings/ReplaceAll.h"
+#include "platform/text/TextConversions.h"
 
 namespace dovrel {
 
@@ -35,7 +35,7 @@ constexpr size_t kTypeWordLength = 3;
 static_assert(kIntegerWord.size() == kTypeWordLength && kStringWord.size() == kTypeWordLength &&
               kBinaryWord.size() == kTypeWordLength);
 
-PropertyType typeOfWord(std::string_view word) {
+PropertyType typeFromWord(std::string_view word) {
     if (word == kStringWord) return PropertyType::kString;
     if (word == kIntegerWord) return PropertyType::kInteger;
     if (word == kBinaryWord) return PropertyType::kBinary;
@@ -52,7 +52,7 @@ bool containsTypeWord(std::string_view line, std::string_view word) {
 
 }  // namespace
 
-std::string_view wordOfType(PropertyType type) {
+std::string_view typeWord(PropertyType type) {
     switch (type) {
         case PropertyType::kInteger:
             return kIntegerWord;
@@ -66,14 +66,14 @@ std::string_view wordOfType(PropertyType type) {
     return std::string_view();
 }
 
-std::string_view keyOfKeyLine(std::string_view line) {
+std::string_view keyFromLine(std::string_view line) {
     return line.substr(line.size() < kKeyLineMark.size() ? line.size() : kKeyLineMark.size());
 }
 
-std::optional<ValueLine> valueLineOf(std::string_view line) {
+std::optional<ValueLine> parseValueLine(std::string_view line) {
     // Nearly every line begins with its type word. Only the other lines must be searched.
     if (line.size() > kTypeWordLength && line[kTypeWordLength] == kTypeWordEnd) {
-        const PropertyType type = typeOfWord(line.substr(0, kTypeWordLength));
+        const PropertyType type = typeFromWord(line.substr(0, kTypeWordLength));
         if (type != PropertyType::kUnknown) return ValueLine{type, line.substr(kTypeWordLength + 1)};
     }
     const bool hasTypeWord = containsTypeWord(line, kIntegerWord) || containsTypeWord(line, kStringWord) ||
@@ -121,7 +121,7 @@ int32_t leadingInteger(std::string_view text) {
     return static_cast<int32_t>(negative ? -value : value);
 }
 
-std::string bytesOfHexText(std::string_view text) {
+std::string decodeHexText(std::string_view text) {
     std::string bytes;
     bytes.reserve(text.size() / 2);
     uint8_t first = kNoHexDigit;

@@ -14,7 +14,7 @@
 #include <string>
 #include <string_view>
 
-#include "settings/PropertyType.h"
+#include "settings/PropertyValue.h"
 
 namespace dovrel {
 
@@ -27,7 +27,7 @@ inline constexpr std::string_view kBinaryWord = "BAR";
 inline constexpr std::string_view kEscapedLineFeed = "chg-lf";
 
 /// Returns the word of a type on its value line, or "" for kUnknown.
-std::string_view wordOfType(PropertyType type);
+std::string_view typeWord(PropertyType type);
 
 inline bool isBlankOrTab(char c) {
     return c == ' ' || c == '\t';
@@ -50,7 +50,7 @@ inline bool startsAsKeyLine(std::string_view line) {
 }
 
 /// Returns the key of a key line: the line without its first two characters, whatever they are.
-std::string_view keyOfKeyLine(std::string_view line);
+std::string_view keyFromLine(std::string_view line);
 
 /// A value line split at its first ":": the type that the word before it names
 /// (case-sensitive), and the text after it.
@@ -61,7 +61,7 @@ struct ValueLine {
 
 /// Parses a value line. Returns nothing if the trimmed line contains no type word followed by ":". If such a
 /// type word follows another word and ":", the line is a value line of unknown type.
-std::optional<ValueLine> valueLineOf(std::string_view line);
+std::optional<ValueLine> parseValueLine(std::string_view line);
 
 /// Append one line including its line feed.
 void appendKeyLine(std::string& output, std::string_view key);
@@ -77,7 +77,7 @@ int32_t leadingInteger(std::string_view text);
 
 /// Decodes the hexadecimal digits of the text (either case), two per byte. All other characters are skipped.
 /// An odd last digit is ignored.
-std::string bytesOfHexText(std::string_view text);
+std::string decodeHexText(std::string_view text);
 
 /// Return a copy with every line feed replaced by "chg-lf", and the reverse.
 std::string escapeLineFeeds(std::string_view text);

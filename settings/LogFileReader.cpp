@@ -9,7 +9,7 @@ namespace dovrel {
 void LogFileReader::load(std::string& text, const std::string& expectedTitle, Properties& store,
                          bool throughCursor) {
     PropertiesStringObj cursor(text);
-    const std::string found(keyOfKeyLine(cursor.takeLine()));
+    const std::string found(keyFromLine(cursor.takeLine()));
     if (found != expectedTitle) {
         const std::string message =
             "Failed to parse log file, wrong title [" + found + "], expected [" + expectedTitle + "].";

@@ -2,6 +2,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <array>
 #include <memory>
 #include <mutex>
 #include <string_view>
@@ -9,16 +10,19 @@
 #include <vector>
 
 #include "client/exceptions/CPPException.h"
-#include "platform/CFObject.h"
+#include "platform/files/FileURL.h"
 #include "platform/files/Places.h"
+#include "platform/text/TextConversions.h"
 #include "settings/ConfigFileSystem.h"
 #include "settings/Properties.h"
-#include "settings/ReplaceAll.h"
-#include "settings/TextsLocation.h"
 
 namespace dovrel {
 
 namespace {
+
+constexpr char kTextsFileName[] = "MultiLanguageTexts.mls";
+constexpr char kPathFailure[] = "Sorry, could not read file 'MultiLanguageTexts.mls'...";
+constexpr CFIndex kLongestPath = 4096;
 
 constexpr char kMnemonicMark = '_';
 constexpr std::string_view kLineBreakMark = "SDNL";
@@ -54,7 +58,7 @@ std::vector<Properties> readLanguageSections(const std::string& path) {
     }
 }
 
-Properties sectionOfLanguage(std::vector<Properties> sections, const std::string& language) {
+Properties findSection(std::vector<Properties> sections, const std::string& language) {
     for (Properties& section : sections) {
         std::string name;
         if (section.findString(kLanguageSectionKey, name) && name == language) return std::move(section);
@@ -62,7 +66,7 @@ Properties sectionOfLanguage(std::vector<Properties> sections, const std::string
     return Properties();
 }
 
-std::string shown(std::string text) {
+std::string toDisplayText(std::string text) {
     const size_t mnemonic = text.find(kMnemonicMark);
     if (mnemonic != std::string::npos) text.erase(mnemonic, 1);
     return replaceAll(text, kLineBreakMark, kCarriageReturn);
@@ -74,14 +78,14 @@ std::string MultiLanguageSupport::detectLanguage() {
     const CFObject<CFPropertyListRef> preference(
         CFPreferencesCopyValue(CFSTR("AppleLanguages"), kCFPreferencesAnyApplication,
                                kCFPreferencesCurrentUser, kCFPreferencesAnyHost));
-    return languageOfPreference(preference.get());
+    return languageFromPreference(preference.get());
 }
 
 void MultiLanguageSupport::initialize(const std::string& language) {
     const std::string wanted = languageWithTexts(language.empty() ? detectLanguage() : language);
     std::vector<Properties> sections = readLanguageSections(textsFilePath(places::kInstallFolder));
     const bool loaded = !sections.empty();
-    Properties section = sectionOfLanguage(std::move(sections), wanted);
+    Properties section = findSection(std::move(sections), wanted);
 
     const std::lock_guard<std::mutex> guard(texts().lock);
     texts().current = std::move(section);
@@ -93,12 +97,24 @@ std::string MultiLanguageSupport::getText(const char* key) {
     std::string text;
     const std::lock_guard<std::mutex> guard(texts().lock);
     if (!texts().current.findString(key, text)) return std::string();
-    return shown(std::move(text));
+    return toDisplayText(std::move(text));
 }
 
 bool MultiLanguageSupport::isLoaded() {
     const std::lock_guard<std::mutex> guard(texts().lock);
     return texts().loaded;
+}
+
+std::string MultiLanguageSupport::textsFilePath(const std::string& installFolder) {
+    const CFObject<CFURLRef> bundle = folderURL(installFolder + places::kLibraryBundleName);
+    const CFObject<CFURLRef> contents = folderURLInFolder(bundle, "Contents");
+    const CFObject<CFURLRef> file = fileURLInFolder(folderURLInFolder(contents, "Resources"), kTextsFileName);
+
+    std::array<UInt8, kLongestPath> path{};
+    if (!file || !CFURLGetFileSystemRepresentation(file.get(), true, path.data(), kLongestPath)) {
+        throw new CPPException(kPathFailure);
+    }
+    return reinterpret_cast<const char*>(path.data());
 }
 
 }  // namespace dovrel

@@ -38,6 +38,11 @@ class MultiLanguageSupport {
 
     /// Returns whether the last initialize() found a section in the file; false before the first call.
     static bool isLoaded();
+
+    /// Returns the path of the texts file in the resources of the library's bundle, for `fopen` and other C
+    /// library functions. `installFolder` is UTF-8 with a slash at its end. Does not check whether the file
+    /// exists. Throws a CPPException if the path cannot be built.
+    static std::string textsFilePath(const std::string& installFolder);
 };
 
 }  // namespace dovrel

@@ -29,7 +29,7 @@ void forEachEntry(PropertiesStringObj& cursor, Action action) {
 
 void appendValue(std::string& output, const PropertyValue& value) {
     if (value.type == PropertyType::kUnknown) return;
-    (output += wordOfType(value.type)) += kTypeWordEnd;
+    (output += typeWord(value.type)) += kTypeWordEnd;
     if (value.type == PropertyType::kBinary) {
         output += bytesToHexText(value.binaryValue.data(), static_cast<uint32_t>(value.binaryValue.size()));
     } else {
@@ -174,22 +174,22 @@ void Properties::save(std::string& output) const {
     const size_t guess = entries_.size() * kUsualEntryLength;
     output.reserve(output.size() + std::max(guess, text_ != nullptr ? text_->size() : 0));
     // Entries that are contiguous in the loaded text are copied in one piece.
-    std::string_view inOneGo;
+    std::string_view contiguousText;
     for (const PropertyEntry& entry : entries_) {
         const std::string_view form = entry.savedForm();
-        if (!form.empty() && form.data() == inOneGo.data() + inOneGo.size()) {
-            inOneGo = std::string_view(inOneGo.data(), inOneGo.size() + form.size());
+        if (!form.empty() && form.data() == contiguousText.data() + contiguousText.size()) {
+            contiguousText = std::string_view(contiguousText.data(), contiguousText.size() + form.size());
             continue;
         }
-        output += inOneGo;
-        inOneGo = form;
+        output += contiguousText;
+        contiguousText = form;
         if (form.empty()) {
             appendKeyLine(output, entry.key());
             appendValue(output, entry.value());
             output += kLineFeed;
         }
     }
-    output += inOneGo;
+    output += contiguousText;
 }
 
 bool Properties::addParsed(std::string_view key, PropertyType type, std::string_view value) {
@@ -201,7 +201,7 @@ bool Properties::addParsed(std::string_view key, PropertyType type, std::string_
             add(key, PropertyValue::ofString(value));
             return true;
         case PropertyType::kBinary: {
-            const std::string bytes = bytesOfHexText(value);
+            const std::string bytes = decodeHexText(value);
             add(key, PropertyValue::ofBinary(bytes.data(), bytes.size()));
             return true;
         }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr size_t kLongest = std::numeric_limits<uint32_t>::max();
 
-std::string_view bytesOf(const PropertyValue& value) {
+std::string_view storedBytes(const PropertyValue& value) {
     return value.type == PropertyType::kBinary ? value.binaryValue : value.stringValue;
 }
 
@@ -22,7 +22,7 @@ uint32_t checkedLength(size_t length) {
     return static_cast<uint32_t>(length);
 }
 
-char* put(std::string_view bytes, char* at) {
+char* copyTo(std::string_view bytes, char* at) {
     return std::copy(bytes.begin(), bytes.end(), at);
 }
 
@@ -31,22 +31,22 @@ bool isText(PropertyType type) {
 }
 
 // Returns whether the text between key and value is only a line feed, the type word and ":".
-bool isGap(std::string_view between, PropertyType type) {
-    const std::string_view word = wordOfType(type);
+bool isValueMark(std::string_view between, PropertyType type) {
+    const std::string_view word = typeWord(type);
     return between.size() == 1 + word.size() + 1 && between.front() == kLineFeed &&
            between.substr(1, word.size()) == word && between.back() == kTypeWordEnd;
 }
 
 // Returns whether key and value are in the text exactly as they would be saved: reading trimmed nothing,
 // skipped nothing, and the number is in its normal form.
-bool standsAsSaved(std::string_view text, std::string_view key, PropertyType type, std::string_view value) {
+bool isStoredAsSaved(std::string_view text, std::string_view key, PropertyType type, std::string_view value) {
     const auto keyBegin = static_cast<size_t>(key.data() - text.data());
     const size_t keyEnd = keyBegin + key.size();
     const auto valueBegin = static_cast<size_t>(value.data() - text.data());
     const size_t valueEnd = valueBegin + value.size();
     return keyBegin >= kKeyLineMark.size() &&
            text.substr(keyBegin - kKeyLineMark.size(), kKeyLineMark.size()) == kKeyLineMark &&
-           isGap(text.substr(keyEnd, valueBegin - keyEnd), type) && valueEnd < text.size() &&
+           isValueMark(text.substr(keyEnd, valueBegin - keyEnd), type) && valueEnd < text.size() &&
            text[valueEnd] == kLineFeed &&
            (type == PropertyType::kString || std::to_string(leadingInteger(value)) == value);
 }
@@ -57,12 +57,12 @@ PropertyEntry::PropertyEntry(std::string_view key, const PropertyValue& value)
     : keyLength_(checkedLength(key.size())),
       type_(value.type),
       ownsBytes_(true),
-      liesAsSaved_(isText(type_)) {
+      isStoredAsSaved_(isText(type_)) {
     const std::string digits =
         type_ == PropertyType::kInteger ? std::to_string(value.intValue) : std::string();
     const std::string_view bytes =
-        type_ == PropertyType::kInteger ? std::string_view(digits) : bytesOf(value);
-    const size_t gap = liesAsSaved_ ? 1 + wordOfType(type_).size() + 1 : 0;
+        type_ == PropertyType::kInteger ? std::string_view(digits) : storedBytes(value);
+    const size_t gap = isStoredAsSaved_ ? 1 + typeWord(type_).size() + 1 : 0;
     valueOffset_ = checkedLength(key.size() + gap);
     valueLength_ = checkedLength(bytes.size());
     bytes_ = newBlock(key, bytes);
@@ -76,12 +76,12 @@ PropertyEntry::PropertyEntry(std::string_view text, std::string_view key, Proper
       valueLength_(static_cast<uint32_t>(valueText.size())),
       type_(type),
       ownsBytes_(false),
-      liesAsSaved_(standsAsSaved(text, key, type, valueText)) {}
+      isStoredAsSaved_(isStoredAsSaved(text, key, type, valueText)) {}
 
 PropertyEntry::PropertyEntry(const PropertyEntry& other) : PropertyEntry(other.key(), other.value()) {}
 
 PropertyEntry::~PropertyEntry() {
-    if (ownsBytes_) delete[](liesAsSaved_ ? savedForm().data() : bytes_);
+    if (ownsBytes_) delete[](isStoredAsSaved_ ? savedForm().data() : bytes_);
 }
 
 bool PropertyEntry::canReferTo(std::string_view key, std::string_view valueText) {
@@ -104,7 +104,7 @@ PropertyValue PropertyEntry::value() const {
 }
 
 std::string_view PropertyEntry::savedForm() const {
-    if (!liesAsSaved_) return std::string_view();
+    if (!isStoredAsSaved_) return std::string_view();
     return std::string_view(bytes_ - kKeyLineMark.size(), savedLength());
 }
 
@@ -115,18 +115,18 @@ size_t PropertyEntry::savedLength() const {
 // Allocates the block and returns the address of the key in it. If the entry is stored as it is saved, the
 // mark of the key line precedes the key.
 const char* PropertyEntry::newBlock(std::string_view key, std::string_view value) const {
-    if (!liesAsSaved_) {
+    if (!isStoredAsSaved_) {
         char* const block = new char[key.size() + value.size()];
-        put(value, put(key, block));
+        copyTo(value, copyTo(key, block));
         return block;
     }
     char* const block = new char[savedLength()];
-    char* const keyPlace = put(kKeyLineMark, block);
-    char* at = put(key, keyPlace);
+    char* const keyPlace = copyTo(kKeyLineMark, block);
+    char* at = copyTo(key, keyPlace);
     *at++ = kLineFeed;
-    at = put(wordOfType(type_), at);
+    at = copyTo(typeWord(type_), at);
     *at++ = kTypeWordEnd;
-    at = put(value, at);
+    at = copyTo(value, at);
     *at = kLineFeed;
     return keyPlace;
 }

@@ -62,7 +62,7 @@ class PropertyEntry {
     uint32_t valueLength_;
     PropertyType type_;
     bool ownsBytes_;
-    bool liesAsSaved_;
+    bool isStoredAsSaved_;
 };
 
 }  // namespace dovrel

@@ -13,7 +13,7 @@ namespace {
 
 // If memory runs out, CPPByteArray keeps its old content without reporting it. So the size is checked, and
 // the failure is thrown instead of returning an empty array.
-CPPByteArray arrayOf(const void* bytes, size_t length) {
+CPPByteArray toByteArray(const void* bytes, size_t length) {
     if (length > std::numeric_limits<uint32_t>::max()) throw std::bad_alloc();
     CPPByteArray array;
     array.set(bytes, static_cast<uint32_t>(length));
@@ -81,11 +81,11 @@ std::string PropertyValue::asString() const {
 CPPByteArray PropertyValue::asBinary() const {
     switch (type) {
         case PropertyType::kInteger:
-            return arrayOf(&intValue, sizeof intValue);
+            return toByteArray(&intValue, sizeof intValue);
         case PropertyType::kString:
-            return arrayOf(stringValue.data(), stringValue.size());
+            return toByteArray(stringValue.data(), stringValue.size());
         case PropertyType::kBinary:
-            return arrayOf(binaryValue.data(), binaryValue.size());
+            return toByteArray(binaryValue.data(), binaryValue.size());
         case PropertyType::kUnknown:
             break;
     }

@@ -8,9 +8,17 @@
 #include <string_view>
 
 #include "serialization/CPPByteArray.h"
-#include "settings/PropertyType.h"
 
 namespace dovrel {
+
+/// The types of a value. The numbers are part of the store's interface.
+enum class PropertyType : uint8_t {
+    kInteger = 0,
+    kString = 1,
+    kBinary = 2,
+    /// A type word that the grammar does not contain. Such entries are ignored when a text is read.
+    kUnknown = 0xFF,
+};
 
 /// `type` says which one of the other members is used.
 struct PropertyValue {

@@ -42,7 +42,7 @@ bool writeInPlace(const std::string& path, const std::string& text) {
 }
 
 // A file that is not writable is not replaced, even if the permissions of its folder would allow that.
-bool mayBeWritten(const std::string& path) {
+bool isWritable(const std::string& path) {
     return OpenFile(std::fopen(path.c_str(), "r+b")) != nullptr;
 }
 
@@ -56,7 +56,7 @@ bool replaceFileContent(const std::string& path, const std::string& text) {
         return isWritten;
     }
     SuccessorFile::removeLeftovers(path);  // first, because they take room
-    if (!mayBeWritten(path)) return false;
+    if (!isWritable(path)) return false;
     struct stat old;
     if (isReplaceable(path, old)) {
         const auto outcome = SuccessorFile::replace(path, old, text);

@@ -7,13 +7,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "client/exceptions/CPPException.h"
-#include "platform/CFObject.h"
 #include "platform/files/FileReplacement.h"
 #include "platform/files/FileURL.h"
 #include "platform/files/OpenFile.h"
+#include "platform/text/CFStrings.h"
 #include "platform/text/TextConversions.h"
 
 namespace dovrel {
@@ -27,18 +28,15 @@ bool isFolder(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-bool isPlainFileOfSize(const std::string& path, off_t& size) {
+std::optional<off_t> plainFileSize(const std::string& path) {
     struct stat status;
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
-    size = status.st_size;
-    return true;
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    return status.st_size;
 }
 
 bool haveSameContent(const std::string& path, const std::string& otherPath) {
-    off_t size = 0;
-    off_t otherSize = 0;
-    if (!isPlainFileOfSize(path, size) || !isPlainFileOfSize(otherPath, otherSize) || size != otherSize)
-        return false;
+    const std::optional<off_t> size = plainFileSize(path);
+    if (!size || plainFileSize(otherPath) != size) return false;
     const OpenFile file(std::fopen(path.c_str(), "rb"));
     const OpenFile other(std::fopen(otherPath.c_str(), "rb"));
     if (!file || !other) return false;
@@ -53,24 +51,16 @@ bool haveSameContent(const std::string& path, const std::string& otherPath) {
 }
 
 // Returns -1 if the file cannot be sought (a pipe).
-long lengthOf(std::FILE* file) {
+long seekableLength(std::FILE* file) {
     if (std::fseek(file, 0, SEEK_END) != 0) return -1;
     const long length = std::ftell(file);
     return std::fseek(file, 0, SEEK_SET) == 0 ? length : -1;
 }
 
-// Escapes the path for use inside the single quotes of a shell. A single quote in it becomes: closing quote,
-// escaped quote, opening quote.
-std::string quotable(const std::string& path) {
-    std::string result;
-    for (const char c : path) {
-        if (c == '\'') {
-            result += "'\\''";
-        } else {
-            result += c;
-        }
-    }
-    return result;
+// Puts the path into single quotes for a shell. A single quote in it becomes: closing quote, escaped quote,
+// opening quote.
+std::string shellQuoted(const std::string& path) {
+    return "'" + replaceAll(path, "'", "'\\''") + "'";
 }
 
 bool makeReference(const std::string& path, CFStringEncoding encoding, FSRef& reference) {
@@ -109,8 +99,7 @@ struct SplitPath {
 // Returns a file name as the File Manager takes it: there, a slash in a name stands
 // for the colon of the path.
 std::vector<UniChar> fileManagerName(const std::string& utf8) {
-    const CFObject<CFStringRef> text(
-        CFStringCreateWithCString(kCFAllocatorDefault, utf8.c_str(), kCFStringEncodingUTF8));
+    const CFObject<CFStringRef> text = newCFString(utf8.c_str());
     if (!text) return {};
     const CFIndex length = CFStringGetLength(text.get());
     std::vector<UniChar> characters(static_cast<size_t>(length));
@@ -124,7 +113,7 @@ std::vector<UniChar> fileManagerName(const std::string& utf8) {
 std::string readWholeFile(const std::string& path, bool normaliseLineEnds) {
     const OpenFile file = openForReading(path);
     // A file that cannot be sought cannot be read as a whole.
-    const long length = lengthOf(file.get());
+    const long length = seekableLength(file.get());
     if (length < 0) throw newOpeningFailure(path);
 
     std::string text(static_cast<size_t>(length), '\0');
@@ -149,7 +138,7 @@ bool writeWholeFile(const std::string& path, const std::string& text) {
 bool copyFileWithShell(const char* source, const char* destination, bool onlyIfMissing) {
     if (source == nullptr || destination == nullptr) return false;
     if (onlyIfMissing && fileExists(destination)) return false;
-    const std::string command = "cp -f '" + quotable(source) + "' '" + quotable(destination) + "'";
+    const std::string command = "cp -f " + shellQuoted(source) + " " + shellQuoted(destination);
     const int status = std::system(command.c_str());
     const std::string copy =
         isFolder(destination) ? std::string(destination) + "/" + SplitPath(source).name : destination;

@@ -3,6 +3,7 @@
 #include <limits.h>
 
 #include "platform/files/FileURL.h"
+#include "platform/files/FileUtilities.h"
 
 namespace dovrel {
 
@@ -15,6 +16,16 @@ std::string fileSystemPath(const std::string& platformPath) {
     // The URL does not keep a slash at the end.
     if (platformPath.back() == '/' && path.back() != '/') path += '/';
     return path;
+}
+
+std::string logFolderPath(bool create) {
+    const std::string folder = fileSystemPath(places::kLogFolder);
+    if (create && !pathExists(folder)) createFolder(folder);
+    return folder;
+}
+
+std::string errorLogPath() {
+    return logFolderPath(true) + places::kErrorLogName;
 }
 
 }  // namespace dovrel

@@ -44,4 +44,13 @@ namespace dovrel {
 /// unchanged if no URL can be made from it.
 std::string fileSystemPath(const std::string& platformPath);
 
+/// Returns the path of the log folder for `fopen` and other C library functions, with a slash at its end.
+/// With `create`, a missing folder is created with all permissions for all users. The path is returned even
+/// if the folder cannot be created.
+std::string logFolderPath(bool create);
+
+/// Returns the path of the library's error log. Creates the log folder as
+/// logFolderPath(true) does, but not the file.
+std::string errorLogPath();
+
 }  // namespace dovrel

@@ -22,7 +22,7 @@ std::string nameBeside(const std::string& path, int number) {
     return path + ".new" + std::to_string(number);
 }
 
-bool meansNoRoom(int error) {
+bool isNoSpaceError(int error) {
     return error == ENOSPC || error == EDQUOT;
 }
 
@@ -79,7 +79,7 @@ SuccessorFile::~SuccessorFile() {
 bool SuccessorFile::create(const std::string& path) {
     const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kUnfinished);
     if (descriptor < 0) {
-        hasNoRoom_ = meansNoRoom(errno);
+        hasNoRoom_ = isNoSpaceError(errno);
         return false;
     }
     // Another writer may have mistaken this file for a leftover. Then that writer holds the lock or has
@@ -97,12 +97,12 @@ bool SuccessorFile::create(const std::string& path) {
     return true;
 }
 
-bool SuccessorFile::hasOwnersOf(const struct stat& old) const {
+bool SuccessorFile::hasSameOwners(const struct stat& old) const {
     struct stat status;
     return fstat(descriptor_, &status) == 0 && status.st_uid == old.st_uid && status.st_gid == old.st_gid;
 }
 
-bool SuccessorFile::takeMode(const struct stat& old) const {
+bool SuccessorFile::copyMode(const struct stat& old) const {
     struct stat status;
     return fchmod(descriptor_, old.st_mode & kPermissionBits) == 0 && fstat(descriptor_, &status) == 0 &&
            status.st_mode == old.st_mode;
@@ -120,12 +120,12 @@ SuccessorFile::Outcome SuccessorFile::replace(const std::string& path, const str
                                               const std::string& text) {
     SuccessorFile successor(path);
     if (successor.hasNoRoom_) return Outcome::kFailed;
-    if (successor.descriptor_ < 0 || !successor.hasOwnersOf(old) || hasExtendedAttributes(successor.path_))
+    if (successor.descriptor_ < 0 || !successor.hasSameOwners(old) || hasExtendedAttributes(successor.path_))
         return Outcome::kRefused;
     if (!successor.write(text)) return Outcome::kFailed;
-    if (!successor.takeMode(old)) return Outcome::kRefused;
+    if (!successor.copyMode(old)) return Outcome::kRefused;
     if (std::rename(successor.path_.c_str(), path.c_str()) != 0)
-        return meansNoRoom(errno) ? Outcome::kFailed : Outcome::kRefused;
+        return isNoSpaceError(errno) ? Outcome::kFailed : Outcome::kRefused;
     successor.hasTakenOver_ = true;
     return Outcome::kReplaced;
 }

@@ -5,10 +5,10 @@
 // content is complete, the file has the permission bits 0200, which users do not give to their files. So a
 // file with such a name, exactly these bits and no lock was left by a writer that was killed.
 //
-// The new file gets the permissions of the old file just before it takes over the name. If the writer is
-// killed between these two steps, the complete new content stays under the name with ".newN" until the user
-// deletes it. It cannot be told from a user's file any more, and later writers use the next name. The same
-// happens to every leftover on a file system that does not store permission bits.
+// The writer copies the permissions of the old file to the new one just before the new one takes over the
+// name. If the writer is killed between these two steps, the complete new content stays under the name with
+// ".newN" until the user deletes it. It cannot be told from a user's file any more, and later writers use the
+// next name. The same happens to every leftover on a file system that does not store permission bits.
 #pragma once
 
 #include <sys/stat.h>
@@ -43,8 +43,8 @@ class SuccessorFile {
     ~SuccessorFile();
 
     bool create(const std::string& path);
-    bool hasOwnersOf(const struct stat& old) const;
-    bool takeMode(const struct stat& old) const;
+    bool hasSameOwners(const struct stat& old) const;
+    bool copyMode(const struct stat& old) const;
     bool write(const std::string& text) const;
 
     std::string path_;

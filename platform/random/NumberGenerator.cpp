@@ -37,10 +37,10 @@ std::array<uint32_t, NumberGenerator::kWords> NumberGenerator::words_;
 size_t NumberGenerator::index_ = NumberGenerator::kNeverSeeded;
 
 NumberGenerator::NumberGenerator(uint32_t argument) {
-    seed(seedOfConstruction(argument, currentTime(), varyingWord()));
+    seed(constructorSeed(argument, currentTime(), varyingWord()));
 }
 
-uint32_t NumberGenerator::seedOfConstruction(uint32_t argument, int64_t seconds, uint64_t word) {
+uint32_t NumberGenerator::constructorSeed(uint32_t argument, int64_t seconds, uint64_t word) {
     const auto sum = static_cast<int64_t>(static_cast<uint64_t>(seconds) + word);
     const auto seed = static_cast<uint32_t>(argument + static_cast<uint64_t>(sum % 99999) + 120);
     return seed != 0 ? seed : kSeedInsteadOfZero;

@@ -30,7 +30,7 @@ class NumberGenerator {
 
     /// Returns the seed that the constructor uses at the calendar time `seconds` with the
     /// varying word `word`. Never 0.
-    static uint32_t seedOfConstruction(uint32_t argument, int64_t seconds, uint64_t word);
+    static uint32_t constructorSeed(uint32_t argument, int64_t seconds, uint64_t word);
 
   private:
     static constexpr size_t kWords = 624;

@@ -12,13 +12,13 @@ bool usesMD5 = true;
 
 /// Never destroyed, because exit handlers of the host may run after the library's destructors.
 template <class Source>
-BaseRandom& lasting() {
+BaseRandom& immortal() {
     static Source& instance = *new Source;
     return instance;
 }
 
 BaseRandom& selectedSource() {
-    return usesMD5 ? lasting<MD5Random>() : lasting<StdLibRandom>();
+    return usesMD5 ? immortal<MD5Random>() : immortal<StdLibRandom>();
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ namespace {
 // Shared by the two threads. The waiting thread owns it, and destroys it as soon as the event is signalled.
 struct WorkRecord {
     const std::function<void()>& work;
-    const bool dropsFailures;
+    const bool ignoresFailures;
     std::unique_ptr<SynchronizationEvent> done;
     std::exception_ptr thrown;  // keeps the type that was thrown, for the caller's catch clauses
 };
@@ -24,7 +24,7 @@ OSStatus runRecord(void* parameter) {
     try {
         record.work();
     } catch (CPPException* caught) {
-        if (record.dropsFailures) {
+        if (record.ignoresFailures) {
             std::unique_ptr<CPPException> failure(caught);
         } else {
             record.thrown = std::current_exception();
@@ -37,8 +37,8 @@ OSStatus runRecord(void* parameter) {
     return noErr;
 }
 
-void runAndWait(const std::function<void()>& work, bool dropsFailures) {
-    WorkRecord record{work, dropsFailures, createSynchronizationEvent(true, false), nullptr};
+void runAndWait(const std::function<void()>& work, bool ignoresFailures) {
+    WorkRecord record{work, ignoresFailures, createSynchronizationEvent(true, false), nullptr};
     const OSStatus status = startTask(runRecord, &record);
     if (status != noErr) throw new SystemException("runInBackground", static_cast<int32_t>(status));
     record.done->wait(kWaitForever);
@@ -51,7 +51,7 @@ void runInBackground(const std::function<void()>& work) {
     runAndWait(work, false);
 }
 
-void runInBackgroundDroppingFailures(const std::function<void()>& work) {
+void runInBackgroundIgnoringFailures(const std::function<void()>& work) {
     runAndWait(work, true);
 }
 

@@ -15,6 +15,6 @@ void runInBackground(const std::function<void()>& work);
 
 /// As runInBackground, but deletes the library's exceptions that `work` throws instead of throwing them.
 /// Every other exception of `work` is thrown here.
-void runInBackgroundDroppingFailures(const std::function<void()>& work);
+void runInBackgroundIgnoringFailures(const std::function<void()>& work);
 
 }  // namespace dovrel

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "platform/CFObject.h"
+#include "platform/text/CFStrings.h"
 
 namespace dovrel {
 
@@ -58,8 +58,7 @@ size_t sequenceLength(const std::string& bytes, size_t at) {
 /// Decodes `character` with `encoding` and appends the result. Returns false and appends nothing if it is not
 /// a character of the encoding.
 bool appendDecoded(const std::string& character, CFStringEncoding encoding, std::string& text) {
-    const CFObject<CFStringRef> decoded(
-        CFStringCreateWithCString(kCFAllocatorDefault, character.c_str(), encoding));
+    const CFObject<CFStringRef> decoded = newCFString(character.c_str(), encoding);
     char utf8[kDecodedCapacity] = {};
     if (!decoded || CFStringGetLength(decoded.get()) == 0 ||
         !CFStringGetCString(decoded.get(), utf8, sizeof utf8, kCFStringEncodingUTF8))

@@ -1,7 +1,6 @@
 #include "platform/text/TextConversions.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace dovrel {
 
@@ -49,6 +48,17 @@ std::string replaceChar(const std::string& text, char from, char to) {
     std::string result = text;
     std::replace(result.begin(), result.end(), from, to);
     return result;
+}
+
+std::string replaceAll(std::string_view text, std::string_view from, std::string_view to) {
+    std::string result;
+    result.reserve(text.size());
+    size_t begin = 0;
+    for (size_t at = text.find(from); at != std::string_view::npos; at = text.find(from, begin)) {
+        result.append(text.substr(begin, at - begin)).append(to);
+        begin = at + from.size();
+    }
+    return result.append(text.substr(begin));
 }
 
 std::string withLineFeedsOnly(const std::string& text) {

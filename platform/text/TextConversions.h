@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "serialization/CPPByteArray.h"
 
@@ -23,6 +24,11 @@ std::string bytesToText(const CPPByteArray& bytes);
 
 /// Returns a copy in which every byte `from` is replaced by `to`.
 std::string replaceChar(const std::string& text, char from, char to);
+
+/// Returns a copy of `text` with every `from` replaced by `to`. It searches from left to right
+/// and does not search the inserted text again. `from` must not be empty. The time is
+/// proportional to the size of the text.
+std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 
 /// Returns a copy in which each line end (CR LF, CR or LF) is one line feed.
 std::string withLineFeedsOnly(const std::string& text);

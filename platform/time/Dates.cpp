@@ -46,7 +46,7 @@ char* dottedText(std::tm parts) {
     return text;
 }
 
-CPPByteArray bytesOf(const std::tm& date, int32_t months) {
+CPPByteArray toDateBytes(const std::tm& date, int32_t months) {
     CPPByteArray bytes;
     bytes.setFilled(3, 0);
     bytes.setByte(0, static_cast<uint8_t>(date.tm_year + kFirstYearOfTm - kFirstYearOfDateBytes));
@@ -91,7 +91,7 @@ std::string timeZoneText() {
 }
 
 CPPByteArray dateBytes() {
-    return bytesOf(localTime(), 0);
+    return toDateBytes(localTime(), 0);
 }
 
 CPPByteArray dateBytes(int32_t days) {
@@ -99,7 +99,7 @@ CPPByteArray dateBytes(int32_t days) {
 }
 
 CPPByteArray dateBytes(int32_t days, int32_t months) {
-    return bytesOf(utcTime(currentTime() + secondsForDays(days)), months);
+    return toDateBytes(utcTime(currentTime() + secondsForDays(days)), months);
 }
 
 }  // namespace dovrel

@@ -15,7 +15,7 @@ struct NamedStatus {
     { status, #status }
 
 constexpr NamedStatus kNamedStatuses[] = {
-    // Files
+    // File Manager
     NAMED(dskFulErr),
     NAMED(nsvErr),
     NAMED(ioErr),
@@ -48,7 +48,7 @@ constexpr NamedStatus kNamedStatuses[] = {
     NAMED(invalidFolderTypeErr),
     NAMED(afpAccessDenied),
 
-    // Processes
+    // Process Manager
     NAMED(procNotFound),
     NAMED(appIsDaemon),
     NAMED(bufferIsSmall),

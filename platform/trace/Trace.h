@@ -9,14 +9,27 @@
 // affect the code that is traced.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 
 #include "client/exceptions/CPPException.h"
 #include "platform/trace/TraceSetting.h"
-#include "platform/trace/TraceTimer.h"
 
 namespace dovrel {
+
+/// A stopwatch for the entries of a trace. It starts when it is constructed.
+class TraceTimer {
+  public:
+    /// Returns the time since the start, such as "123 us".
+    std::string text() const {
+        const std::chrono::duration<double, std::micro> passed = std::chrono::steady_clock::now() - begin_;
+        return std::to_string(static_cast<long long>(passed.count())) + " us";
+    }
+
+  private:
+    const std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+};
 
 class Trace {
   public:

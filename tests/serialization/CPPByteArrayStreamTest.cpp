@@ -90,6 +90,21 @@ TEST(CPPByteArrayStream, LengthBeyondTheEnd_IsTheSizeAllTheSame) {
     EXPECT_TRUE(stream.eof());
 }
 
+// Otherwise the array would contain old heap data, which might be sent to the server.
+TEST(CPPByteArrayStream, LengthBeyondTheEnd_FillsTheMissingBytesWithZeros) {
+    constexpr uint32_t kLength = 100;
+    std::istringstream stream("ab");
+    {
+        CPPByteArray old;  // leaves a freed block that the next array of this size normally receives
+        old.setFilled(kLength, 0xEE);
+    }
+    CPPByteArray array;
+    array.loadFromStream(stream, kLength);
+    ASSERT_EQ(array.getSize(), kLength);
+    for (uint32_t i = 2; i < kLength; ++i)
+        EXPECT_EQ(array.getByte(i), 0) << i;
+}
+
 TEST(CPPByteArrayStream, LengthAfterAWordThatIsNoNumber_TakesTheBytesThatWereNotRead) {
     std::istringstream stream("12 cde");
     int number = 0;

@@ -28,34 +28,34 @@ const Pair kPairs[] = {
 
 TEST(Base64, Text_PublishedVectors) {
     for (const Pair& pair : kPairs)
-        EXPECT_EQ(base64Text(pair.bytes), pair.text);
+        EXPECT_EQ(encodeBase64(pair.bytes), pair.text);
 }
 
 TEST(Base64, Bytes_PublishedVectors) {
     for (const Pair& pair : kPairs)
-        EXPECT_EQ(bytesOfBase64(pair.text), pair.bytes) << pair.text;
+        EXPECT_EQ(decodeBase64(pair.text), pair.bytes) << pair.text;
 }
 
 TEST(Base64, Bytes_BlanksAndLineEnds_ArePassedOver) {
-    EXPECT_EQ(bytesOfBase64(" Zm\t9v\r\nYg =\n=\n"), "foob");
+    EXPECT_EQ(decodeBase64(" Zm\t9v\r\nYg =\n=\n"), "foob");
 }
 
 TEST(Base64, Bytes_StrangeCharacter_IsNothing) {
-    EXPECT_EQ(bytesOfBase64("Zm9-"), std::nullopt);
-    EXPECT_EQ(bytesOfBase64("Zm9\xFF"), std::nullopt);
-    EXPECT_EQ(bytesOfBase64("Zm9\0"s), std::nullopt);
+    EXPECT_EQ(decodeBase64("Zm9-"), std::nullopt);
+    EXPECT_EQ(decodeBase64("Zm9\xFF"), std::nullopt);
+    EXPECT_EQ(decodeBase64("Zm9\0"s), std::nullopt);
 }
 
 TEST(Base64, Bytes_WrongPadding_IsNothing) {
     for (const char* text :
          {"Zg", "Zg=", "Zg===", "Zm8", "Zm8==", "Zm9v=", "=", "====", "Zg==Zg==", "Z=g=", "Z==="}) {
-        EXPECT_EQ(bytesOfBase64(text), std::nullopt) << text;
+        EXPECT_EQ(decodeBase64(text), std::nullopt) << text;
     }
 }
 
 TEST(Base64, Bytes_BitsBehindTheLastByte_AreNothing) {
-    EXPECT_EQ(bytesOfBase64("Zh=="), std::nullopt);
-    EXPECT_EQ(bytesOfBase64("Zm9="), std::nullopt);
+    EXPECT_EQ(decodeBase64("Zh=="), std::nullopt);
+    EXPECT_EQ(decodeBase64("Zm9="), std::nullopt);
 }
 
 }  // namespace

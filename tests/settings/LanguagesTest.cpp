@@ -18,7 +18,7 @@ std::string languageOfValue(const std::string& value) {
     const CFObject<CFPropertyListRef> preference(CFPropertyListCreateWithData(
         kCFAllocatorDefault, data.get(), kCFPropertyListImmutable, nullptr, nullptr));
     EXPECT_TRUE(preference) << list;
-    return languageOfPreference(preference.get());
+    return languageFromPreference(preference.get());
 }
 
 // Returns the language for a preference with these entries.
@@ -29,7 +29,7 @@ std::string languageOf(std::initializer_list<const char*> entries) {
     return languageOfValue("<array>" + array + "</array>");
 }
 
-TEST(Languages, LanguageOfPreference_EveryRowOfTheTable) {
+TEST(Languages, LanguageFromPreference_EveryRowOfTheTable) {
     EXPECT_EQ(languageOf({"de"}), "German");
     EXPECT_EQ(languageOf({"German"}), "German");
     EXPECT_EQ(languageOf({"fr"}), "Francais");
@@ -43,12 +43,12 @@ TEST(Languages, LanguageOfPreference_EveryRowOfTheTable) {
     EXPECT_EQ(languageOf({"en"}), "English");
 }
 
-TEST(Languages, LanguageOfPreference_FirstEntryDecides) {
+TEST(Languages, LanguageFromPreference_FirstEntryDecides) {
     EXPECT_EQ(languageOf({"fr", "de"}), "Francais");
     EXPECT_EQ(languageOf({"nl", "de"}), "English");
 }
 
-TEST(Languages, LanguageOfPreference_EntryNotInTheTable_IsEnglish) {
+TEST(Languages, LanguageFromPreference_EntryNotInTheTable_IsEnglish) {
     for (const char* entry : {"nl", "DE", "german", "de-DE", "fr_FR", "", " de",
                               "Fran\xC3\xA7"
                               "ais"}) {
@@ -56,15 +56,15 @@ TEST(Languages, LanguageOfPreference_EntryNotInTheTable_IsEnglish) {
     }
 }
 
-TEST(Languages, LanguageOfPreference_EmptyArray_IsEnglish) {
+TEST(Languages, LanguageFromPreference_EmptyArray_IsEnglish) {
     EXPECT_EQ(languageOf({}), "English");
 }
 
-TEST(Languages, LanguageOfPreference_NoPreference_IsEnglish) {
-    EXPECT_EQ(languageOfPreference(nullptr), "English");
+TEST(Languages, LanguageFromPreference_NoPreference_IsEnglish) {
+    EXPECT_EQ(languageFromPreference(nullptr), "English");
 }
 
-TEST(Languages, LanguageOfPreference_AnythingButAnArrayOfStrings_IsEnglish) {
+TEST(Languages, LanguageFromPreference_AnythingButAnArrayOfStrings_IsEnglish) {
     EXPECT_EQ(languageOfValue("<string>de</string>"), "English");
     EXPECT_EQ(languageOfValue("<array><integer>1</integer></array>"), "English");
 }

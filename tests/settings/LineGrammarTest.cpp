@@ -30,46 +30,46 @@ TEST(LineGrammar, StartsAsKeyLine_OneSlashIsEnough) {
     EXPECT_FALSE(startsAsKeyLine(""));
 }
 
-TEST(LineGrammar, KeyOfKeyLine_DropsTheFirstTwoCharactersWhateverTheyAre) {
-    EXPECT_EQ(keyOfKeyLine("//key"), "key");
-    EXPECT_EQ(keyOfKeyLine("/kkey"), "key");
-    EXPECT_EQ(keyOfKeyLine("// key"), " key");
-    EXPECT_EQ(keyOfKeyLine("//"), "");
-    EXPECT_EQ(keyOfKeyLine("/"), "");
-    EXPECT_EQ(keyOfKeyLine(""), "");
+TEST(LineGrammar, KeyFromLine_DropsTheFirstTwoCharactersWhateverTheyAre) {
+    EXPECT_EQ(keyFromLine("//key"), "key");
+    EXPECT_EQ(keyFromLine("/kkey"), "key");
+    EXPECT_EQ(keyFromLine("// key"), " key");
+    EXPECT_EQ(keyFromLine("//"), "");
+    EXPECT_EQ(keyFromLine("/"), "");
+    EXPECT_EQ(keyFromLine(""), "");
 }
 
-TEST(LineGrammar, ValueLineOf_TypeWordAnywhereInTheLine_IsOne) {
+TEST(LineGrammar, ParseValueLine_TypeWordAnywhereInTheLine_IsOne) {
     for (const char* line :
          {"INT:1", "STR:", "BAR:00", "some words STR:x", "a:b BAR:", "INTINT:", "INT:STR:"}) {
-        EXPECT_TRUE(valueLineOf(line).has_value()) << line;
+        EXPECT_TRUE(parseValueLine(line).has_value()) << line;
     }
 }
 
-TEST(LineGrammar, ValueLineOf_NoTypeWordWithItsColon_IsNone) {
+TEST(LineGrammar, ParseValueLine_NoTypeWordWithItsColon_IsNone) {
     for (const char* line : {"", "INT", "INT :1", "str:x", "text: x", "STR BAR", "abc:d"}) {
-        EXPECT_FALSE(valueLineOf(line).has_value()) << line;
+        EXPECT_FALSE(parseValueLine(line).has_value()) << line;
     }
 }
 
-TEST(LineGrammar, ValueLineOf_Type_IsTheWordBeforeTheFirstColon) {
-    EXPECT_EQ(valueLineOf("INT:STR:")->type, PropertyType::kInteger);
-    EXPECT_EQ(valueLineOf("STR:INT:")->type, PropertyType::kString);
-    EXPECT_EQ(valueLineOf("BAR:")->type, PropertyType::kBinary);
+TEST(LineGrammar, ParseValueLine_Type_IsTheWordBeforeTheFirstColon) {
+    EXPECT_EQ(parseValueLine("INT:STR:")->type, PropertyType::kInteger);
+    EXPECT_EQ(parseValueLine("STR:INT:")->type, PropertyType::kString);
+    EXPECT_EQ(parseValueLine("BAR:")->type, PropertyType::kBinary);
 }
 
-TEST(LineGrammar, ValueLineOf_AnyOtherWordInFront_IsOfUnknownType) {
+TEST(LineGrammar, ParseValueLine_AnyOtherWordInFront_IsOfUnknownType) {
     for (const char* line : {"xINT:1", "note: STR:x", ":INT:1", "abc:INT:", "INTSTR:"}) {
-        EXPECT_EQ(valueLineOf(line)->type, PropertyType::kUnknown) << line;
+        EXPECT_EQ(parseValueLine(line)->type, PropertyType::kUnknown) << line;
     }
     EXPECT_EQ(static_cast<int>(PropertyType::kUnknown), 0xFF);
 }
 
-TEST(LineGrammar, ValueLineOf_Value_IsAllBehindTheFirstColon) {
-    EXPECT_EQ(valueLineOf("STR:a:b")->value, "a:b");
-    EXPECT_EQ(valueLineOf("STR: a")->value, " a");
-    EXPECT_EQ(valueLineOf("STR:")->value, "");
-    EXPECT_EQ(valueLineOf("note: STR:x")->value, " STR:x");
+TEST(LineGrammar, ParseValueLine_Value_IsAllBehindTheFirstColon) {
+    EXPECT_EQ(parseValueLine("STR:a:b")->value, "a:b");
+    EXPECT_EQ(parseValueLine("STR: a")->value, " a");
+    EXPECT_EQ(parseValueLine("STR:")->value, "");
+    EXPECT_EQ(parseValueLine("note: STR:x")->value, " STR:x");
 }
 
 TEST(LineGrammar, AppendEntries_GiveKeyLineAndValueLine) {
@@ -111,22 +111,22 @@ TEST(LineGrammar, LeadingInteger_BeyondTheRange_IsTheNearestNumber) {
     EXPECT_EQ(leadingInteger("-" + std::string(1000, '9')), std::numeric_limits<int32_t>::min());
 }
 
-TEST(LineGrammar, BytesOfHexText_BothCases) {
-    EXPECT_EQ(bytesOfHexText("00abCDeF7f"), "\x00\xAB\xCD\xEF\x7F"s);
+TEST(LineGrammar, DecodeHexText_BothCases) {
+    EXPECT_EQ(decodeHexText("00abCDeF7f"), "\x00\xAB\xCD\xEF\x7F"s);
 }
 
-TEST(LineGrammar, BytesOfHexText_BlanksTabsAndCarriageReturns_AreSkipped) {
-    EXPECT_EQ(bytesOfHexText(" 4\t1\r\n 42 "), "AB");
+TEST(LineGrammar, DecodeHexText_BlanksTabsAndCarriageReturns_AreSkipped) {
+    EXPECT_EQ(decodeHexText(" 4\t1\r\n 42 "), "AB");
 }
 
-TEST(LineGrammar, BytesOfHexText_OddLastDigit_IsDropped) {
-    EXPECT_EQ(bytesOfHexText("414"), "A");
-    EXPECT_EQ(bytesOfHexText("4"), "");
-    EXPECT_EQ(bytesOfHexText(""), "");
+TEST(LineGrammar, DecodeHexText_OddLastDigit_IsDropped) {
+    EXPECT_EQ(decodeHexText("414"), "A");
+    EXPECT_EQ(decodeHexText("4"), "");
+    EXPECT_EQ(decodeHexText(""), "");
 }
 
-TEST(LineGrammar, BytesOfHexText_CharactersThatAreNoDigits_AreSkipped) {
-    EXPECT_EQ(bytesOfHexText("4g1:\xFF/4@2`"), "AB");
+TEST(LineGrammar, DecodeHexText_CharactersThatAreNoDigits_AreSkipped) {
+    EXPECT_EQ(decodeHexText("4g1:\xFF/4@2`"), "AB");
 }
 
 TEST(LineGrammar, EscapeLineFeeds_EveryLineFeed_BecomesSixCharacters) {

@@ -7,8 +7,10 @@
 #include <thread>
 #include <vector>
 
+#include "platform/files/Places.h"
 #include "settings/EncipheredText.h"
 #include "tests/support/InstalledTexts.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/library/Failures.h"
 
 namespace dovrel {
@@ -212,6 +214,33 @@ TEST(MultiLanguageSupport, ManyThreads_LookUpWhileTheLanguageChanges) {
     for (std::thread& reader : readers)
         reader.join();
     EXPECT_FALSE(isWrong);
+}
+
+TEST(MultiLanguageSupport, TextsFilePath_IsInTheResourcesOfTheLibrarysBundle) {
+    const test::TemporaryFolder folder;
+    EXPECT_EQ(MultiLanguageSupport::textsFilePath(folder.path() + "/"),
+              folder.path("Dovrel.bundle/Contents/Resources/MultiLanguageTexts.mls"));
+    EXPECT_EQ(MultiLanguageSupport::textsFilePath(folder.path("a b%20\xC3\xA9") + "/"),
+              folder.path("a b%20\xC3\xA9/Dovrel.bundle/Contents/Resources/MultiLanguageTexts.mls"));
+}
+
+TEST(MultiLanguageSupport, TextsFilePath_OfTheInstallFolder_EndsWithItsPlace) {
+    const std::string path = MultiLanguageSupport::textsFilePath(places::kInstallFolder);
+    const std::string end =
+        "/Library/Application Support/Tessilor/pos/Dovrel.bundle/Contents/Resources/MultiLanguageTexts.mls";
+    ASSERT_GE(path.size(), end.size());
+    EXPECT_EQ(path.substr(path.size() - end.size()), end);
+}
+
+TEST(MultiLanguageSupport, TextsFilePath_FolderThatIsNoText_ThrowsTheSorryMessage) {
+    EXPECT_EQ(test::failureText([] { MultiLanguageSupport::textsFilePath("/folder\xFF/"); }),
+              "Sorry, could not read file 'MultiLanguageTexts.mls'...");
+}
+
+TEST(MultiLanguageSupport, TextsFilePath_PathTooLongForTheSystem_ThrowsTheSorryMessage) {
+    EXPECT_EQ(
+        test::failureText([] { MultiLanguageSupport::textsFilePath("/" + std::string(5000, 'a') + "/"); }),
+        "Sorry, could not read file 'MultiLanguageTexts.mls'...");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/library/Bytes.h"
 #include "tests/support/library/Failures.h"
 
 using namespace std::string_literals;
@@ -14,17 +15,9 @@ using namespace std::string_literals;
 namespace dovrel {
 namespace {
 
+using test::arrayOf;
 using test::failureText;
-
-std::string bytesOf(const CPPByteArray& array) {
-    return std::string(reinterpret_cast<const char*>(array.data()), array.getSize());
-}
-
-CPPByteArray arrayOf(const std::string& bytes) {
-    CPPByteArray array;
-    array.set(bytes.data(), static_cast<uint32_t>(bytes.size()));
-    return array;
-}
+using test::textOf;
 
 TEST(Properties, IsPolymorphicWithAVirtualDestructor) {
     EXPECT_TRUE(std::is_polymorphic_v<Properties>);
@@ -46,6 +39,22 @@ TEST(Properties, Add_KeyIsThereWithAnotherType_FirstValueStays) {
     store.addBinary("a", arrayOf("y"));
     EXPECT_EQ(store.getString("a"), "first");
     EXPECT_EQ(store.size(), 1u);
+}
+
+TEST(Properties, AddParsed_OfAKnownType_AddsTheValueAndReturnsTrue) {
+    Properties store;
+    EXPECT_TRUE(store.addParsed("integer", PropertyType::kInteger, "-12"));
+    EXPECT_TRUE(store.addParsed("string", PropertyType::kString, "text"));
+    EXPECT_TRUE(store.addParsed("binary", PropertyType::kBinary, "41 42"));
+    EXPECT_EQ(store.getInt("integer"), -12);
+    EXPECT_EQ(store.getString("string"), "text");
+    EXPECT_EQ(textOf(*store.getBinary("binary")), "AB");
+}
+
+TEST(Properties, AddParsed_OfAnUnknownType_AddsNothingAndReturnsFalse) {
+    Properties store;
+    EXPECT_FALSE(store.addParsed("a", PropertyType::kUnknown, "1"));
+    EXPECT_EQ(store.size(), 0u);
 }
 
 TEST(Properties, Add_KeysInAnyOrder_AreKeptByTheirBytesShorterOneFirst) {
@@ -106,119 +115,6 @@ TEST(Properties, Clear_ErasesEverything) {
     store.clear();
     EXPECT_EQ(store.size(), 0u);
     EXPECT_FALSE(store.contains("a"));
-}
-
-TEST(Properties, GetInt_StringOfDigitsThenLetters_IsTheDigits) {
-    Properties store;
-    store.addString("digits", "12abc");
-    store.addString("letters", "abc");
-    EXPECT_EQ(store.getInt("digits"), 12);
-    EXPECT_EQ(store.getInt("letters"), 0);
-}
-
-TEST(Properties, GetBool_IsTrueForNumbersAboveZero) {
-    Properties store;
-    store.addInt("one", 1);
-    store.addInt("zero", 0);
-    store.addInt("negative", -1);
-    store.addString("text zero", "0");
-    store.addString("text two", "2");
-    EXPECT_TRUE(store.getBool("one"));
-    EXPECT_FALSE(store.getBool("zero"));
-    EXPECT_FALSE(store.getBool("negative"));
-    EXPECT_FALSE(store.getBool("text zero"));
-    EXPECT_TRUE(store.getBool("text two"));
-}
-
-TEST(Properties, GetString_OfTheIntegerMinusFive_IsItsDecimalText) {
-    Properties store;
-    store.addInt("a", -5);
-    EXPECT_EQ(store.getString("a"), "-5");
-}
-
-TEST(Properties, GetBinary_IsANewArrayOfTheCallers) {
-    Properties store;
-    store.addBinary("a", "\0b\xFF", 3);
-    const std::unique_ptr<CPPByteArray> first = store.getBinary("a");
-    first->setByte(0, 'x');
-    EXPECT_EQ(bytesOf(*store.getBinary("a")), "\0b\xFF"s);
-}
-
-TEST(Properties, Getters_MissingKey_ThrowAMessageThatNamesKeyAndType) {
-    const Properties store;
-    EXPECT_EQ(failureText([&] { store.getInt("k"); }), "Could not find key: 'k' for integer value!");
-    EXPECT_EQ(failureText([&] { store.getBool("k"); }), "Could not find key: 'k' for boolean value!");
-    EXPECT_EQ(failureText([&] { store.getString("k"); }), "Could not find key: 'k' for string value!");
-    EXPECT_EQ(failureText([&] { store.getBinary("k"); }), "Could not find key: 'k' for binary value!");
-}
-
-TEST(Properties, GettersByIndex_StepInKeyOrder) {
-    Properties store;
-    store.addString("b", "second");
-    store.addString("a", "first");
-    EXPECT_EQ(store.getKeyAt(0), "a");
-    EXPECT_EQ(store.getKeyAt(1), "b");
-    EXPECT_EQ(bytesOf(*store.getBinaryAt(1)), "second");
-}
-
-TEST(Properties, GetBinaryAt_NegativeOrZeroIndex_IsTheFirstEntry) {
-    Properties store;
-    store.addString("a", "first");
-    store.addString("b", "second");
-    EXPECT_EQ(bytesOf(*store.getBinaryAt(0)), "first");
-    EXPECT_EQ(bytesOf(*store.getBinaryAt(-1)), "first");
-    EXPECT_EQ(bytesOf(*store.getBinaryAt(INT32_MIN)), "first");
-    EXPECT_EQ(store.getKeyAt(-7), "a");
-}
-
-TEST(Properties, GetBinaryAt_IndexOfTheNumberOfEntries_ThrowsIndexOutOfBounds) {
-    Properties store;
-    store.addInt("a", 1);
-    store.addInt("b", 1);
-    EXPECT_EQ(failureText([&] { store.getBinaryAt(2); }), "Index out of bounds!'");
-    EXPECT_EQ(failureText([&] { store.getKeyAt(2); }), "Index out of bounds!'");
-    EXPECT_EQ(failureText([&] { store.getKeyAt(INT32_MAX); }), "Index out of bounds!'");
-}
-
-TEST(Properties, GettersByIndex_EmptyStore_ThrowIndexOutOfBounds) {
-    const Properties store;
-    EXPECT_EQ(failureText([&] { store.getBinaryAt(0); }), "Index out of bounds!'");
-    EXPECT_EQ(failureText([&] { store.getKeyAt(-1); }), "Index out of bounds!'");
-}
-
-TEST(Properties, Find_MissingKey_IsFalseAndLeavesTheOutput) {
-    const Properties store;
-    int32_t number = 7;
-    std::string text = "old";
-    CPPByteArray bytes = arrayOf("old");
-    EXPECT_FALSE(store.findInt("k", number));
-    EXPECT_FALSE(store.findString("k", text));
-    EXPECT_FALSE(store.findBinary("k", bytes));
-    EXPECT_EQ(number, 7);
-    EXPECT_EQ(text, "old");
-    EXPECT_EQ(bytesOf(bytes), "old");
-}
-
-TEST(Properties, Find_KeyIsThere_ConvertsAsTheGettersDo) {
-    Properties store;
-    store.addString("a", "42x");
-    int32_t number = 0;
-    std::string text;
-    CPPByteArray bytes;
-    EXPECT_TRUE(store.findInt("a", number));
-    EXPECT_TRUE(store.findString("a", text));
-    EXPECT_TRUE(store.findBinary("a", bytes));
-    EXPECT_EQ(number, 42);
-    EXPECT_EQ(text, "42x");
-    EXPECT_EQ(bytesOf(bytes), "42x");
-}
-
-TEST(Properties, FindBinary_EmptyValue_EmptiesTheOutput) {
-    Properties store;
-    store.addString("a", "");
-    CPPByteArray bytes = arrayOf("old");
-    EXPECT_TRUE(store.findBinary("a", bytes));
-    EXPECT_EQ(bytes.getSize(), 0u);
 }
 
 TEST(Properties, ToText_OneValueAsSaveWritesIt) {

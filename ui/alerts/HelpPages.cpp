@@ -1,6 +1,7 @@
 #include "ui/alerts/HelpPages.h"
 
-#include "platform/CFObject.h"
+#include "platform/files/FileURL.h"
+#include "platform/text/CFStrings.h"
 #include "settings/MultiLanguageSupport.h"
 
 namespace dovrel {
@@ -13,14 +14,10 @@ constexpr char kFrenchHelp[] = "Helpsystem French RC MacOSX";
 constexpr char kEnglishHelp[] = "Helpsystem English RC MacOSX";
 constexpr char kStartPage[] = "index.html";
 
-CFObject<CFStringRef> newString(const char* text) {
-    return CFObject<CFStringRef>(CFStringCreateWithCString(kCFAllocatorDefault, text, kCFStringEncodingUTF8));
-}
-
 CFObject<CFURLRef> findHelpFolder(const char* name) {
     const CFBundleRef bundle = CFBundleGetMainBundle();
-    const CFObject<CFStringRef> resource = newString(name);
-    const CFObject<CFStringRef> folder = newString(kHelpFolder);
+    const CFObject<CFStringRef> resource = newCFString(name);
+    const CFObject<CFStringRef> folder = newCFString(kHelpFolder);
     if (bundle == nullptr || !resource || !folder) return CFObject<CFURLRef>(nullptr);
     return CFObject<CFURLRef>(CFBundleCopyResourceURL(bundle, resource.get(), nullptr, folder.get()));
 }
@@ -37,10 +34,7 @@ OSStatus openHelp() {
     const std::string language = MultiLanguageSupport::detectLanguage();
     const CFObject<CFURLRef> folder = findHelpFolder(helpFolderName(language));
     if (!folder) return noErr;
-    const CFObject<CFStringRef> name = newString(kStartPage);
-    if (!name) return noErr;
-    const CFObject<CFURLRef> page(
-        CFURLCreateCopyAppendingPathComponent(kCFAllocatorDefault, folder.get(), name.get(), false));
+    const CFObject<CFURLRef> page = fileURLInFolder(folder, kStartPage);
     return page ? LSOpenCFURLRef(page.get(), nullptr) : OSStatus{noErr};
 }
 

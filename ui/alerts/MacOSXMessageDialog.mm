@@ -1,15 +1,17 @@
 #import <AppKit/AppKit.h>
 #include <CoreServices/CoreServices.h>
 
+#include <memory>
 #include <string>
 
+#include "client/exceptions/CPPException.h"
 #include "platform/text/ReadableText.h"
 #include "platform/text/TextConversions.h"
 #include "settings/MultiLanguageSupport.h"
-#include "ui/alerts/AlertButtonSet.h"
+#include "settings/TextKeys.h"
 #include "ui/alerts/HelpPages.h"
 #include "ui/alerts/MacOSXMessageDialog.h"
-#include "ui/information/ManagementApplication.h"
+#include "ui/information/Component.h"
 
 // Opens the help pages when the user presses the Help button of an alert.
 @interface DovrelAlertHelp : NSObject
@@ -43,6 +45,25 @@ struct AlertRequest {
     int buttons;
     int answer;
 };
+
+struct ButtonSet {
+    const char* firstKey;   ///< key of the text on the first button
+    const char* secondKey;  ///< key of the text on the second button; null if there is only one button
+    int firstAnswer;        ///< the AlertAnswer when the user presses the first button
+};
+
+/// Returns the buttons for a value of AlertButtons. For every other number it returns OK alone.
+ButtonSet buttonSet(int buttons) {
+    switch (buttons) {
+        case kAlertButtonsOKCancel:
+            return {kGeneralButtonOk, kGeneralButtonCancel, kAlertAnswerOK};
+        case kAlertButtonsRetryCancel:
+        case kAlertButtonsRetryCancelAlternative:
+            return {kGeneralButtonRetry, kGeneralButtonCancel, kAlertAnswerRetry};
+        default:
+            return {kGeneralButtonOk, nullptr, kAlertAnswerOK};
+    }
+}
 
 /// The texts of an alert. The strings are valid until the autorelease pool is drained.
 struct AlertTexts {
@@ -94,7 +115,7 @@ bool runModalAlert(AlertTexts texts, BOOL showsHelp, NSInteger* pressed) {
 }
 
 int runAlert(const AlertRequest& request) {
-    const AlertButtonSet set = alertButtonSet(request.buttons);
+    const ButtonSet set = buttonSet(request.buttons);
     const AlertTexts texts = {readableString(request.title), readableString(request.body),
                               captionString(set.firstKey),
                               set.secondKey != nullptr ? captionString(set.secondKey) : nil};
@@ -103,7 +124,7 @@ int runAlert(const AlertRequest& request) {
         logUnshownAlert(texts.body);
         return kAlertAnswerNotShown;
     }
-    return alertAnswer(set, pressed == kFirstButtonReturn);
+    return pressed == kFirstButtonReturn ? set.firstAnswer : int{kAlertAnswerCancel};
 }
 
 void* runRequest(void* parameter) {
@@ -111,6 +132,8 @@ void* runRequest(void* parameter) {
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
     try {
         request->answer = runAlert(*request);
+    } catch (CPPException* caught) {
+        const std::unique_ptr<CPPException> failure(caught);  // the alert counts as not shown, as below
     } catch (...) {
         // Memory has run out. An exception must not leave a remote call, so the alert counts as not shown.
     }

@@ -2,6 +2,8 @@
 // way to show something to the user.
 #pragma once
 
+#include <string>
+
 namespace dovrel {
 
 /// The button sets of an alert. Any other number shows OK alone.
@@ -39,5 +41,13 @@ class MessageDialog {
     MessageDialog(const MessageDialog&) = default;
     MessageDialog& operator=(const MessageDialog&) = default;
 };
+
+/// A message for the user that does not report a failure.
+struct InformationalMessage {
+    std::string text;  ///< the server's bytes (see platform/text/ReadableText.h); empty: no message
+};
+
+/// Shows the message with an OK button, under the title for messages. Does nothing if the text is empty.
+void showInformationalMessage(MessageDialog& dialog, const InformationalMessage& message);
 
 }  // namespace dovrel

@@ -1,7 +1,9 @@
 #include "ui/information/Component.h"
 
+#include <CoreFoundation/CoreFoundation.h>
+
 #include "platform/files/Places.h"
-#include "ui/information/ManagementApplication.h"
+#include "platform/text/CFStrings.h"
 
 namespace dovrel {
 
@@ -11,6 +13,7 @@ constexpr char kServerIdentifier[] = "com.Tessilor.POS";
 constexpr char kLibraryIdentifier[] = "com.Tessilor.POSAccess-DLL";
 constexpr char kSiblingIdentifier[] = "com.Tessilor.Pell-DLL";
 constexpr char kCompatibilityIdentifier[] = "com.Tessilor.Compatibility-DLL";
+constexpr char kManagementIdentifier[] = "com.Quernvale.Halcon";
 
 std::string inInstallFolder(const char* name) {
     return std::string(places::kInstallFolder) + name;
@@ -35,7 +38,7 @@ Component compatibilityComponent() {
 }
 
 Component managementComponent() {
-    return {"Management application", kManagementApplicationIdentifier, places::kManagementApplication};
+    return {"Management application", kManagementIdentifier, places::kManagementApplication};
 }
 
 std::string libraryIdentifier() {
@@ -48,6 +51,12 @@ std::string siblingIdentifier() {
 
 std::string compatibilityIdentifier() {
     return kCompatibilityIdentifier;
+}
+
+bool isManagementApplication() {
+    const CFBundleRef bundle = CFBundleGetMainBundle();
+    const CFStringRef identifier = bundle != nullptr ? CFBundleGetIdentifier(bundle) : nullptr;
+    return identifier != nullptr && isEqual(identifier, kManagementIdentifier, kCFCompareCaseInsensitive);
 }
 
 }  // namespace dovrel

@@ -23,4 +23,8 @@ std::string libraryIdentifier();
 std::string siblingIdentifier();
 std::string compatibilityIdentifier();
 
+/// Returns whether this process is the management application. Compares the identifier of the
+/// main bundle, ignoring case. Only in this application alerts have a Help button.
+bool isManagementApplication();
+
 }  // namespace dovrel

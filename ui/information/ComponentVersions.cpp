@@ -3,9 +3,9 @@
 #include <CoreFoundation/CoreFoundation.h>
 
 #include "platform/AutoreleasePool.h"
-#include "platform/CFObject.h"
 #include "platform/files/FileURL.h"
 #include "platform/files/Places.h"
+#include "platform/text/CFStrings.h"
 #include "ui/information/PropertyText.h"
 
 namespace dovrel {
@@ -16,8 +16,7 @@ constexpr char kInstallerVersionKey[] = "HarlInstallerVersion";
 constexpr char kDifference[] = "*";
 
 CFBundleRef newKnownBundle(const std::string& identifier) {
-    const CFObject<CFStringRef> name(
-        CFStringCreateWithCString(kCFAllocatorDefault, identifier.c_str(), kCFStringEncodingUTF8));
+    const CFObject<CFStringRef> name = newCFString(identifier.c_str());
     const CFBundleRef bundle = name ? CFBundleGetBundleWithIdentifier(name.get()) : nullptr;
     if (bundle != nullptr) CFRetain(bundle);
     return bundle;
@@ -28,8 +27,8 @@ CFBundleRef newBundleAt(const std::string& path) {
     return url ? CFBundleCreate(kCFAllocatorDefault, url.get()) : nullptr;
 }
 
-std::string versionOf(CFBundleRef bundle) {
-    return textOfValue(CFBundleGetValueForInfoDictionaryKey(bundle, kCFBundleVersionKey))
+std::string bundleVersion(CFBundleRef bundle) {
+    return textFromValue(CFBundleGetValueForInfoDictionaryKey(bundle, kCFBundleVersionKey))
         .value_or(kMissingVersion);
 }
 
@@ -42,9 +41,9 @@ std::string versionText(const Component& component) {
 std::string bundleVersionText(const std::string& identifier, const std::string& path) {
     const AutoreleasePool pool;
     const CFObject<CFBundleRef> known(newKnownBundle(identifier));
-    if (known) return versionOf(known.get());
+    if (known) return bundleVersion(known.get());
     const CFObject<CFBundleRef> installed(newBundleAt(path));
-    return installed ? versionOf(installed.get()) : kMissingVersion;
+    return installed ? bundleVersion(installed.get()) : kMissingVersion;
 }
 
 std::string serverVersionText() {

@@ -11,7 +11,7 @@ namespace dovrel {
 /// Returns `value` as text in UTF-8. A string is returned unchanged; any other value of a property list is
 /// formatted as Foundation's "%@" does. Returns nothing if `value` is null, or if UTF-8 cannot express the
 /// text (half a surrogate pair). Any thread.
-std::optional<std::string> textOfValue(CFTypeRef value);
+std::optional<std::string> textFromValue(CFTypeRef value);
 
 /// Reads the property list at `path` (a path of the platform, in UTF-8) and returns the value of `key`
 /// (UTF-8) as text. Reads the file again at each call. Returns nothing if there is no such file, if the file

@@ -3,12 +3,11 @@
 #import <Foundation/Foundation.h>
 
 #include <cstdio>
-#include <vector>
 
 #include "platform/AutoreleasePool.h"
-#include "platform/CFObject.h"
 #include "platform/files/OpenFile.h"
 #include "platform/files/Places.h"
+#include "platform/text/CFStrings.h"
 
 namespace dovrel {
 
@@ -18,21 +17,13 @@ constexpr size_t kPieceSize = 4096;
 
 /// Returns the content of the file, or nothing if it cannot be opened. After a read error (for example, if
 /// the path names a folder) the content is cut; then it is not a valid property list.
-std::optional<std::string> contentOfFile(const std::string& path) {
+std::optional<std::string> readContent(const std::string& path) {
     const OpenFile file(std::fopen(path.c_str(), "rb"));
     if (!file) return std::nullopt;
     std::string content;
     char piece[kPieceSize];
     while (const size_t count = std::fread(piece, 1, sizeof piece, file.get())) content.append(piece, count);
     return content;
-}
-
-std::optional<std::string> textOfString(CFStringRef string) {
-    const CFIndex length =
-        CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8);
-    std::vector<char> bytes(static_cast<size_t>(length) + 1);
-    if (!CFStringGetCString(string, bytes.data(), length + 1, kCFStringEncodingUTF8)) return std::nullopt;
-    return bytes.data();
 }
 
 // Returns null if Foundation raises an exception, which it does for a text that it cannot parse. The
@@ -65,15 +56,15 @@ std::optional<std::string> formattedValue(CFPropertyListRef value) {
 
 }  // namespace
 
-std::optional<std::string> textOfValue(CFTypeRef value) {
+std::optional<std::string> textFromValue(CFTypeRef value) {
     if (value == nullptr) return std::nullopt;
     const bool isString = CFGetTypeID(value) == CFStringGetTypeID();
-    return isString ? textOfString(static_cast<CFStringRef>(value)) : formattedValue(value);
+    return isString ? utf8Text(static_cast<CFStringRef>(value)) : formattedValue(value);
 }
 
 std::optional<std::string> textInPropertyList(const std::string& path, const std::string& key) {
     const AutoreleasePool pool;
-    const std::optional<std::string> content = contentOfFile(fileSystemPath(path));
+    const std::optional<std::string> content = readContent(fileSystemPath(path));
     if (!content) return std::nullopt;
     const CFObject<CFDataRef> data(CFDataCreate(kCFAllocatorDefault,
                                                 reinterpret_cast<const UInt8*>(content->data()),
@@ -81,10 +72,9 @@ std::optional<std::string> textInPropertyList(const std::string& path, const std
     if (!data) return std::nullopt;
     const CFObject<CFPropertyListRef> list(CFPropertyListCreateWithData(
         kCFAllocatorDefault, data.get(), kCFPropertyListImmutable, nullptr, nullptr));
-    const CFObject<CFStringRef> name(
-        CFStringCreateWithCString(kCFAllocatorDefault, key.c_str(), kCFStringEncodingUTF8));
+    const CFObject<CFStringRef> name = newCFString(key.c_str());
     if (!list || !name || CFGetTypeID(list.get()) != CFDictionaryGetTypeID()) return std::nullopt;
-    return textOfValue(CFDictionaryGetValue(static_cast<CFDictionaryRef>(list.get()), name.get()));
+    return textFromValue(CFDictionaryGetValue(static_cast<CFDictionaryRef>(list.get()), name.get()));
 }
 
 }  // namespace dovrel

@@ -16,13 +16,14 @@ constexpr char kArchitecture[] = "x86";
 constexpr char kMissingText[] = "-";
 
 /// Returns nil if there is no text; "%@" formats nil as "(null)".
-NSString* stringOf(const std::optional<std::string>& text) {
+NSString* toFoundationString(const std::optional<std::string>& text) {
     return text ? [NSString stringWithUTF8String:text->c_str()] : nil;
 }
 
 std::string pairText(const std::optional<std::string>& first, const std::optional<std::string>& second) {
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
-    NSString* const pair = [NSString stringWithFormat:@"%@ (%@)", stringOf(first), stringOf(second)];
+    NSString* const pair =
+        [NSString stringWithFormat:@"%@ (%@)", toFoundationString(first), toFoundationString(second)];
     const char* const bytes = [pair UTF8String];
     const std::string text = bytes != nullptr && *bytes != '\0' ? bytes : kMissingText;
     [pool release];

@@ -10,15 +10,29 @@
 #include <atomic>
 #include <csignal>
 #include <filesystem>
+#include <functional>
 #include <iterator>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "tests/platform/files/ScratchFolder.h"
 #include "tests/support/ExtendedAttributes.h"
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"
+
+// The linker redirects the program's calls of rename, so that a test can act right after one.
+static std::function<void()> afterNextRename;
+extern "C" {
+int __real_rename(const char* from, const char* to);
+int __wrap_rename(const char* from, const char* to);
+}
+int __wrap_rename(const char* from, const char* to) {
+    const int result = __real_rename(from, to);
+    if (afterNextRename) std::exchange(afterNextRename, nullptr)();
+    return result;
+}
 
 namespace dovrel {
 namespace {
@@ -130,6 +144,13 @@ TEST_F(Successor, Replace_BesideALivingWriter_TakesTheNextName) {
     EXPECT_EQ(replace("new"), Outcome::kReplaced);
     EXPECT_EQ(std::filesystem::file_size(folder_.path("file.new0")), 4u);
     EXPECT_FALSE(exists("file.new1"));
+}
+
+TEST_F(Successor, Replace_WhenAnotherWriterTakesTheFreedName_LeavesItsFile) {
+    afterNextRename = [this] { folder_.write("file.new0", "of another writer"); };
+    EXPECT_EQ(replace("new"), Outcome::kReplaced);
+    EXPECT_EQ(ScratchFolder::contentOf(path_), "new");
+    EXPECT_EQ(ScratchFolder::contentOf(folder_.path("file.new0")), "of another writer");
 }
 
 TEST_F(Successor, RemoveLeftovers_LeavesTheFileOfALivingWriterAndDeletesThatOfAKilledOne) {

@@ -12,7 +12,6 @@
 #include <string_view>
 
 #include "platform/profiler/Profiler.h"
-#include "platform/profiler/ProfilerScope.h"
 
 namespace dovrel {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/profiler/ProfilerReport.h"
+#include "platform/profiler/Profiler.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,10 @@
-#include "platform/profiler/ProfilerScope.h"
+#include "platform/profiler/Profiler.h"
 
 #include <gtest/gtest.h>
 
 #include <new>
 #include <sstream>
 #include <string>
-
-#include "platform/profiler/Profiler.h"
 
 namespace dovrel {
 namespace {

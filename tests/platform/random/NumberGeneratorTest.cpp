@@ -111,23 +111,23 @@ TEST(NumberGenerator, NextNumber_NeverLeavesItsRange) {
     }
 }
 
-TEST(NumberGenerator, SeedOfConstruction_AddsTheRemainderOfTimeAndWord) {
-    EXPECT_EQ(NumberGenerator::seedOfConstruction(7, 99998, 0), 7u + 99998u + 120u);
-    EXPECT_EQ(NumberGenerator::seedOfConstruction(7, 99990, 9), 7u + 0u + 120u);
-    EXPECT_EQ(NumberGenerator::seedOfConstruction(7, 99990, 19), 7u + 10u + 120u);
+TEST(NumberGenerator, ConstructorSeed_AddsTheRemainderOfTimeAndWord) {
+    EXPECT_EQ(NumberGenerator::constructorSeed(7, 99998, 0), 7u + 99998u + 120u);
+    EXPECT_EQ(NumberGenerator::constructorSeed(7, 99990, 9), 7u + 0u + 120u);
+    EXPECT_EQ(NumberGenerator::constructorSeed(7, 99990, 19), 7u + 10u + 120u);
 }
 
-TEST(NumberGenerator, SeedOfConstruction_WithALargeWord_TakesASignedRemainder) {
+TEST(NumberGenerator, ConstructorSeed_WithALargeWord_TakesASignedRemainder) {
     // As a signed number the word is -5: 3 - 5 = -2.
-    EXPECT_EQ(NumberGenerator::seedOfConstruction(0, 3, 0xFFFFFFFFFFFFFFFB), 118u);
+    EXPECT_EQ(NumberGenerator::constructorSeed(0, 3, 0xFFFFFFFFFFFFFFFB), 118u);
     // The sum wraps to -2^63, and 2^63 is 90782 more than a multiple of 99999.
-    EXPECT_EQ(NumberGenerator::seedOfConstruction(200000, 1, 0x7FFFFFFFFFFFFFFF), 200000u - 90782u + 120u);
+    EXPECT_EQ(NumberGenerator::constructorSeed(200000, 1, 0x7FFFFFFFFFFFFFFF), 200000u - 90782u + 120u);
 }
 
-TEST(NumberGenerator, SeedOfConstruction_IsCutTo32BitsAndNeverZero) {
-    EXPECT_EQ(NumberGenerator::seedOfConstruction(0xFFFFFFFF, 0, 0), 119u);
-    EXPECT_EQ(NumberGenerator::seedOfConstruction(0xFFFFFF88, 0, 0), 45678u);
-    EXPECT_EQ(NumberGenerator::seedOfConstruction(0xFFFFFF88, 99999, 0), 45678u);
+TEST(NumberGenerator, ConstructorSeed_IsCutTo32BitsAndNeverZero) {
+    EXPECT_EQ(NumberGenerator::constructorSeed(0xFFFFFFFF, 0, 0), 119u);
+    EXPECT_EQ(NumberGenerator::constructorSeed(0xFFFFFF88, 0, 0), 45678u);
+    EXPECT_EQ(NumberGenerator::constructorSeed(0xFFFFFF88, 99999, 0), 45678u);
 }
 
 TEST(NumberGenerator, Construction_ReseedsTheOneSharedState) {

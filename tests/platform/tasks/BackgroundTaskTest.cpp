@@ -47,19 +47,19 @@ TEST(BackgroundTask, Run_WhenTheWorkThrowsSomethingElse_ThrowsThatHere) {
     EXPECT_THROW(runInBackground([] { throw 5; }), int);
 }
 
-TEST(BackgroundTask, RunDroppingFailures_WhenTheWorkFails_DeletesTheFailure) {
+TEST(BackgroundTask, RunIgnoringFailures_WhenTheWorkFails_DeletesTheFailure) {
     struct Watched : CPPException {
         explicit Watched(bool& deleted) : deleted_(deleted) {}
         ~Watched() override { deleted_ = true; }
         bool& deleted_;
     };
     bool deleted = false;
-    EXPECT_NO_THROW(runInBackgroundDroppingFailures([&] { throw new Watched(deleted); }));
+    EXPECT_NO_THROW(runInBackgroundIgnoringFailures([&] { throw new Watched(deleted); }));
     EXPECT_TRUE(deleted);
 }
 
-TEST(BackgroundTask, RunDroppingFailures_WhenTheWorkThrowsSomethingElse_ThrowsThatHere) {
-    EXPECT_THROW(runInBackgroundDroppingFailures([] { throw std::out_of_range("far"); }), std::out_of_range);
+TEST(BackgroundTask, RunIgnoringFailures_WhenTheWorkThrowsSomethingElse_ThrowsThatHere) {
+    EXPECT_THROW(runInBackgroundIgnoringFailures([] { throw std::out_of_range("far"); }), std::out_of_range);
 }
 
 TEST(BackgroundTask, Run_ManyTimes_LosesNoSignal) {

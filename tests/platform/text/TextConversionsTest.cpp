@@ -48,6 +48,27 @@ TEST(TextConversions, ReplaceChar_ReplacesEveryOne) {
     EXPECT_EQ(replaceChar("", 'a', 'b'), "");
 }
 
+TEST(TextConversions, ReplaceAll_ReplacesEveryOneFromLeftToRight) {
+    EXPECT_EQ(replaceAll("aXbXX", "X", "--"), "a--b----");
+    EXPECT_EQ(replaceAll("aaa", "aa", "b"), "ba");
+}
+
+TEST(TextConversions, ReplaceAll_DoesNotSearchTheInsertedText) {
+    EXPECT_EQ(replaceAll("ab", "ab", "abab"), "abab");
+}
+
+TEST(TextConversions, ReplaceAll_WithNothingToReplace_IsACopy) {
+    EXPECT_EQ(replaceAll("abc", "x", "y"), "abc");
+    EXPECT_EQ(replaceAll("", "x", "y"), "");
+}
+
+TEST(TextConversions, ReplaceAll_InTenMegabytesFullOfOccurrences_NeedsOnePass) {
+    std::string text;
+    for (int i = 0; i < 2'500'000; ++i)
+        text += "SDNL";
+    EXPECT_EQ(replaceAll(text, "SDNL", "\r"), std::string(2'500'000, '\r'));
+}
+
 TEST(TextConversions, WithLineFeedsOnly_MakesEachLineEndOneLineFeed) {
     EXPECT_EQ(withLineFeedsOnly("a\r\nb\rc\nd\r\r\ne\n\r"), "a\nb\nc\nd\n\ne\n\n");
     EXPECT_EQ(withLineFeedsOnly(""), "");

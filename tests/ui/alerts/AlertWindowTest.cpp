@@ -16,7 +16,7 @@ class AlertWindowTest : public test::AlertTest {
     }
 };
 
-// Results.
+// The results of an alert.
 
 TEST_F(AlertWindowTest, OK_Answers12) {
     start({"show", "0", "Title", "Body"});
@@ -126,7 +126,7 @@ TEST_F(AlertWindowTest, VeryLongBody_CanBeAnswered) {
     EXPECT_EQ(lineAfterKey("Return"), "answer 11");
 }
 
-// Threads.
+// Alerts from several threads.
 
 TEST_F(AlertWindowTest, AskedForInATask_IsShownThoughTheMainThreadWaits) {
     start({"thread", "2", "Title", "Body"});

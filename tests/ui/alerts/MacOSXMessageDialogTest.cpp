@@ -98,7 +98,7 @@ TEST_F(MacOSXMessageDialogTest, Captions_ComeFromTheTextsFirstButtonFirst) {
 }
 
 TEST_F(MacOSXMessageDialogTest, OtherKinds_HaveASingleOKButton) {
-    for (const int kind : {7, -1, 4})
+    for (const int kind : {7, -1, 4, 1000, -2147483647 - 1})
         EXPECT_EQ(captionsOf(kind), std::vector<std::string>{"Fine"}) << kind;
 }
 
@@ -106,14 +106,15 @@ TEST_F(MacOSXMessageDialogTest, AnyApplicationButTheManagementApplication_HasNoH
     EXPECT_EQ(requestOf("T", "B")["help"], false);
 }
 
-// Results.
+// The results of an alert.
 
 TEST_F(MacOSXMessageDialogTest, TheFirstButton_AnswersRetryOrOK) {
     EXPECT_EQ(answerTo(0, 0), 12);
     EXPECT_EQ(answerTo(0, 1), 12);
     EXPECT_EQ(answerTo(0, 2), 11);
     EXPECT_EQ(answerTo(0, 3), 11);
-    EXPECT_EQ(answerTo(0, 7), 12);
+    for (const int kind : {7, -1, 4, 1000, -2147483647 - 1})
+        EXPECT_EQ(answerTo(0, kind), 12) << kind;
 }
 
 TEST_F(MacOSXMessageDialogTest, TheSecondButton_AnswersCancel) {

@@ -35,7 +35,7 @@
 #include "tests/support/HostState.h"
 #include "ui/alerts/HelpPages.h"
 #include "ui/alerts/MacOSXMessageDialog.h"
-#include "ui/information/ManagementApplication.h"
+#include "ui/information/Component.h"
 
 @interface NSObject (DelegateOfAlerts)
 - (BOOL)alertShowHelp:(id)alert;

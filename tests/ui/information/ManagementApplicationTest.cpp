@@ -1,4 +1,4 @@
-#include "ui/information/ManagementApplication.h"
+#include "ui/information/Component.h"
 
 #include <memory>
 #include <vector>

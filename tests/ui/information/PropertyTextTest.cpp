@@ -130,7 +130,7 @@ TEST_F(PropertyTextTest, PathOutsideAscii_IsFound) {
 }
 
 TEST_F(PropertyTextTest, TextOfNoValue_IsNothing) {
-    EXPECT_EQ(textOfValue(nullptr), std::nullopt);
+    EXPECT_EQ(textFromValue(nullptr), std::nullopt);
 }
 
 }  // namespace

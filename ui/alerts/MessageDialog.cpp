@@ -1,4 +1,4 @@
-#include "ui/alerts/InformationalMessage.h"
+#include "ui/alerts/MessageDialog.h"
 
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
