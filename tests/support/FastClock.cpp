@@ -36,13 +36,15 @@ void setPace(int factor) {
 
 }  // namespace
 
-// These two are found before those of the C++ and the C library.
-std::chrono::steady_clock::time_point std::chrono::steady_clock::now() noexcept {
+// These two are found before those of the C++ and the C library, in the bundle as well if they are exported.
+__attribute__((visibility("default"))) std::chrono::steady_clock::time_point
+std::chrono::steady_clock::now() noexcept {
     const int64_t real = realNanoseconds();
     return time_point(std::chrono::nanoseconds(real + gainedAt(real)));
 }
 
-int ppoll(pollfd* descriptors, nfds_t count, const timespec* timeOut, const sigset_t* signals) {
+__attribute__((visibility("default"))) int ppoll(pollfd* descriptors, nfds_t count, const timespec* timeOut,
+                                                 const sigset_t* signals) {
     if (signals != nullptr) std::abort();  // no caller passes any
     if (timeOut == nullptr) return poll(descriptors, count, -1);
     constexpr int64_t kNanosecondsPerMillisecond = 1'000'000;

@@ -37,8 +37,7 @@ class CallQueueTest : public testing::Test {
     }
 
     void waitForCall() const {
-        while (!queue_.hasCalls())
-            std::this_thread::yield();
+        ASSERT_TRUE(dovrel::test::waitUntil([this] { return queue_.hasCalls(); }));
     }
 
     CallQueue queue_;
@@ -115,8 +114,7 @@ TEST_F(CallQueueTest, ServeOldest_FromWithinACall_ServesTheNextOne) {
     });
     waitForCall();
     auto inner = callInThread();
-    while (wakeUps < 2)
-        std::this_thread::yield();
+    EXPECT_TRUE(dovrel::test::waitUntil([&] { return wakeUps >= 2; }));
     queue_.serveOldest();
     EXPECT_EQ(resultOf(outer), kFour);
     EXPECT_EQ(resultOf(inner), kEight);

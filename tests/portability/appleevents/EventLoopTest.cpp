@@ -12,6 +12,7 @@
 #include "Events.h"
 #include "tests/support/Processes.h"
 #include "tests/support/TemporaryEnvironment.h"
+#include "tests/support/WaitUntil.h"
 
 extern "C" {
 void RunApplicationEventLoop(void);
@@ -19,6 +20,7 @@ void QuitApplicationEventLoop(void);
 }
 
 using namespace portability;
+using dovrel::test::waitUntil;
 
 namespace {
 
@@ -141,8 +143,7 @@ TEST_F(EventLoopTest, RunOnEventLoop_LoopEndsBefore_IsFalse) {
     std::atomic<bool> ran{true};
     std::thread first([&] { callWhenRunning(quitWhileOthersWait, nullptr); });
     std::thread second([&] {
-        while (!waiting)
-            std::this_thread::yield();
+        EXPECT_TRUE(waitUntil([&] { return waiting.load(); }));
         void* result = nullptr;
         ran = runOnEventLoop(doubled, nullptr, &result);
     });

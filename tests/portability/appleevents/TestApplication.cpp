@@ -12,10 +12,10 @@
 #include <cstdlib>
 #include <fstream>
 #include <stdexcept>
-#include <thread>
 #include <vector>
 
 #include "Events.h"
+#include "tests/support/WaitUntil.h"
 
 // The platform does not declare this function for 64-bit programs, but has it.
 extern "C" void RunApplicationEventLoop(void);
@@ -211,22 +211,15 @@ bool TestApplication::start() {
 bool TestApplication::waitUntilReachable() const {
     const Descriptor address = makeAddress(signature_.c_str());
     Descriptor event = makeEvent(address, kAnswerNothing);
-    const auto end = std::chrono::steady_clock::now() + kGenerous;
-    while (std::chrono::steady_clock::now() < end) {
+    return dovrel::test::waitUntil([&event] {
         Descriptor reply;
-        if (AESendMessage(event.get(), reply.get(), kAEWaitReply, kAEDefaultTimeout) == noErr) return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return false;
+        return AESendMessage(event.get(), reply.get(), kAEWaitReply, kAEDefaultTimeout) == noErr;
+    });
 }
 
 int TestApplication::waitForEnd() {
-    const auto end = std::chrono::steady_clock::now() + kGenerous;
     int status = 0;
-    while (waitpid(process_, &status, WNOHANG) == 0) {
-        if (std::chrono::steady_clock::now() >= end) return -2;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    if (!dovrel::test::waitUntil([&] { return waitpid(process_, &status, WNOHANG) != 0; })) return -2;
     process_ = -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }

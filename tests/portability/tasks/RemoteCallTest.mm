@@ -17,6 +17,8 @@ void QuitApplicationEventLoop(void);
 
 namespace {
 
+using dovrel::test::waitUntil;
+
 // The observations of the called procedure.
 struct Visit {
     std::thread::id thread;
@@ -172,7 +174,7 @@ TEST_F(RemoteCall, InManyTasks_EachRunsOnceInsideTheEventLoop) {
     });
     for (int i = 0; i < kTasks; ++i) {
         tasks.push_back(inThread([&] {
-            while (!loops) std::this_thread::yield();
+            EXPECT_TRUE(waitUntil([&] { return loops.load(); }));
             call(visit);
             if (++returned == kTasks) QuitApplicationEventLoop();
         }));
@@ -187,7 +189,7 @@ TEST_F(RemoteCall, InManyTasks_EachRunsOnceInsideTheEventLoop) {
 TEST_F(RemoteCall, InATask_RunsOnTheMainThreadInsideItsRunLoop) {
     const RunLoop loop;
     auto task = inThread([&] {
-        while (!loop.isInside()) std::this_thread::yield();
+        EXPECT_TRUE(waitUntil([&] { return loop.isInside(); }));
         return callUntilServed();
     });
     loop.runUntil(task);
@@ -200,7 +202,7 @@ TEST_F(RemoteCall, InATaskThatTheMainThreadWaitsForInsideItsRunLoop_RunsInPlaceA
     std::future<void> task;
     const RunLoop loop(NSDefaultRunLoopMode, &task);
     task = inThread([&] {
-        while (!loop.isInside()) std::this_thread::yield();
+        EXPECT_TRUE(waitUntil([&] { return loop.isInside(); }));
         call(visit);
         thread = std::this_thread::get_id();
     });
@@ -240,7 +242,7 @@ TEST_F(RemoteCall, InATaskThatTheMainThreadWaitsForInsideItsEventLoop_RunsInPlac
 TEST_F(RemoteCall, InATaskWhileTheRunLoopIsInAModeOfTheHostsOwn_RunsInPlace) {
     const RunLoop loop(@"OwnMode");
     auto task = inThread([&] {
-        while (!loop.isInside()) std::this_thread::yield();
+        EXPECT_TRUE(waitUntil([&] { return loop.isInside(); }));
         call(visit);
         return std::this_thread::get_id();
     });

@@ -82,10 +82,8 @@ TEST_F(Tasks, IsPreemptive_OfAnotherTaskThatRuns_IsTrue) {
     ASSERT_EQ(MPCreateTask(waitForSet, visit_.done, 0, kInvalidID, nullptr, nullptr, 0, &task), noErr);
     EXPECT_TRUE(MPTaskIsPreemptive(task));
     ASSERT_EQ(MPSetEvent(visit_.done, 1), noErr);
-    const auto giveUp = std::chrono::steady_clock::now() + kLongEnough;
-    while (MPTaskIsPreemptive(task) && std::chrono::steady_clock::now() < giveUp)
-        std::this_thread::yield();
-    EXPECT_FALSE(MPTaskIsPreemptive(task)) << "the identifier ends with the task";
+    EXPECT_TRUE(dovrel::test::waitUntil([task] { return !MPTaskIsPreemptive(task); }))
+        << "the identifier ends with the task";
 }
 
 TEST_F(Tasks, Create_WithTheOptionsForExceptionsAndDebugging_Works) {

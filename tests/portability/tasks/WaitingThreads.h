@@ -10,6 +10,8 @@
 #include <system_error>
 #include <thread>
 
+#include "tests/support/WaitUntil.h"
+
 /// How long a test waits for something that must happen before it gives up.
 constexpr std::chrono::seconds kLongEnough{60};
 
@@ -49,11 +51,7 @@ inline void untilAllOthersWait() {
         std::this_thread::sleep_for(std::chrono::milliseconds(500));
         return;
     }
-    const auto giveUp = std::chrono::steady_clock::now() + kLongEnough;
-    while (!allOthersSleep(threads)) {
-        if (std::chrono::steady_clock::now() > giveUp) std::terminate();
-        std::this_thread::yield();
-    }
+    if (!dovrel::test::waitUntil([&threads] { return allOthersSleep(threads); })) std::terminate();
 }
 
 /// Returns how long `call` takes.

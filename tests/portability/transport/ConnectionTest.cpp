@@ -13,8 +13,10 @@
 #include <vector>
 
 #include "ConnectionTest.h"
+#include "tests/support/WaitUntil.h"
 
 using namespace portability;
+using dovrel::test::waitUntil;
 
 TEST_F(ConnectionTest, Reply_WithTheIdOfTheRequest_IsTheAnswer) {
     Peer peer({[](int connection) { sendRaw(connection, reply(receiveHeader(connection).id, "answer")); }});
@@ -109,8 +111,7 @@ TEST_F(ConnectionTest, LateReply_ThatIsThereBeforeTheNextRequest_IsDropped) {
     std::atomic<bool> answered{false};
     Peer peer({[&](int connection) {
         const FrameHeader first = receiveHeader(connection);
-        while (!timedOut)
-            std::this_thread::yield();
+        EXPECT_TRUE(waitUntil([&] { return timedOut.load(); }));
         sendRaw(connection, reply(first.id, "late"));
         answered = true;
         sendRaw(connection, reply(receiveHeader(connection).id, "in time"));
@@ -118,8 +119,7 @@ TEST_F(ConnectionTest, LateReply_ThatIsThereBeforeTheNextRequest_IsDropped) {
     }});
     EXPECT_EQ(send(0), Outcome::timedOut);
     timedOut = true;
-    while (!answered)
-        std::this_thread::yield();
+    EXPECT_TRUE(waitUntil([&] { return answered.load(); }));
     ASSERT_EQ(send(), Outcome::done);
     EXPECT_EQ(text_, "in time");
     EXPECT_EQ(post(), Outcome::done);
@@ -161,8 +161,7 @@ TEST_F(ConnectionTest, SignalsDuringTheWait_DoNotEndIt) {
     Peer peer({[&answerNow](int connection) {
         const FrameHeader late = receiveHeader(connection);
         const FrameHeader next = receiveHeader(connection);
-        while (!answerNow)
-            std::this_thread::yield();
+        EXPECT_TRUE(waitUntil([&] { return answerNow.load(); }));
         sendRaw(connection, reply(late.id, "late"));
         sendRaw(connection, reply(next.id, "answer"));
         waitForMore(connection);
@@ -179,10 +178,7 @@ TEST_F(ConnectionTest, SignalsDuringTheWait_DoNotEndIt) {
 
 TEST_F(ConnectionTest, PeerThatReadsNothing_FullSocket_TimesOutAtTheTick) {
     std::atomic<bool> stop{false};
-    Peer peer({[&stop](int) {
-        while (!stop)
-            std::this_thread::yield();
-    }});
+    Peer peer({[&stop](int) { EXPECT_TRUE(waitUntil([&] { return stop.load(); })); }});
     Outcome outcome = Outcome::done;
     for (int i = 0; i < 1000 && outcome == Outcome::done; ++i)
         outcome = post(12, std::string(15000, 'x'));
@@ -198,8 +194,7 @@ TEST_F(ConnectionTest, FullSocketThatIsReadAgain_LosesNothing) {
     std::atomic<int> received{0};
     constexpr int kCount = 100;
     Peer peer({[&](int connection) {
-        while (!start)
-            std::this_thread::yield();
+        EXPECT_TRUE(waitUntil([&] { return start.load(); }));
         while (received < kCount && receiveHeader(connection).magic != 0)
             ++received;
     }});
@@ -209,8 +204,7 @@ TEST_F(ConnectionTest, FullSocketThatIsReadAgain_LosesNothing) {
     start = true;
     for (; sent < kCount; ++sent)
         ASSERT_EQ(post(kNoTimeOut, std::string(15000, 'x')), Outcome::done);
-    while (received < kCount)
-        std::this_thread::yield();
+    EXPECT_TRUE(waitUntil([&] { return received == kCount; }));
     EXPECT_EQ(received, kCount);
 }
 
