@@ -42,7 +42,8 @@ class RequestServerTest : public testing::Test {
         EXPECT_EQ(EndpointClaim::claim(kSignature, claim), EndpointClaim::Outcome::claimed);
         thread_ = std::thread([this, claim = std::make_shared<EndpointClaim>(std::move(claim))] {
             EventReceiver receiver;
-            RequestServer server(std::move(*claim), wake_.get(), receiver);
+            const std::atomic<bool> isEnding{false};
+            RequestServer server(std::move(*claim), wake_.get(), receiver, isEnding);
             EXPECT_TRUE(server.isReady());
             while (!server.serve()) {
             }
