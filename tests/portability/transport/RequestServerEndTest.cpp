@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "portability/transport/Connection.h"
+#include "portability/transport/Packet.h"
 #include "portability/transport/RequestServer.h"
 #include "tests/portability/support/RawSocket.h"
 #include "tests/portability/support/TemporaryEnvironment.h"
@@ -60,7 +61,14 @@ class RequestServerEndTest : public testing::Test {
 
     static FileDescriptor connect() { return FileDescriptor(connectToEndpoint(kSignature)); }
 
-    static bool isReplied(const FileDescriptor& connection) { return !receiveRaw(connection.get()).empty(); }
+    static bool isReplied(const FileDescriptor& connection) {
+        Bytes buffer(kLargestFrame);
+        size_t size = 0;
+        FileDescriptor file;
+        waitForDescriptor(connection.get(), POLLIN, Deadline::never());
+        return Packet(buffer.data(), buffer.size()).receive(connection.get(), size, file) ==
+               Packet::Received::packet;
+    }
 
     TemporaryEnvironment environment_;
     FileDescriptor wake_{eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
