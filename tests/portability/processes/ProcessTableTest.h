@@ -35,7 +35,8 @@ class ProcessTableTest : public testing::Test {
     }
 
     /// Installs a probe at `file` in the folder and starts it with these descriptors.
-    std::unique_ptr<ProbeReport> run(const std::string& file, const std::vector<int>& descriptors = {}) const {
+    std::unique_ptr<ProbeReport> run(const std::string& file,
+                                     const std::vector<int>& descriptors = {}) const {
         installProbe(folder_.path(file));
         return start(file, descriptors);
     }
