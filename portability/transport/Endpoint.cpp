@@ -128,7 +128,15 @@ EndpointClaim::Outcome EndpointClaim::claim(OSType signature, EndpointClaim& res
     const FileDescriptor folder = makeEndpointFolder(endpointPlaces(root));
     if (folder) claimed.folder_ = openLocked(folder);
     if (!claimed.folder_) return Outcome::failed;
-    switch (lockFile(folder, claimed.name_ + kLockExtension, claimed.lock_)) {
+    const Outcome outcome = claimed.openFiles(folder);
+    if (outcome == Outcome::claimed) result = std::move(claimed);
+    return outcome;
+}
+
+EndpointClaim::Outcome EndpointClaim::openFiles(const FileDescriptor& folder) {
+    const ForkPause pause;
+    FileDescriptor lock;
+    switch (lockFile(folder, name_ + kLockExtension, lock)) {
         case LockOutcome::inUse:
             return Outcome::inUse;
         case LockOutcome::failed:
@@ -136,10 +144,9 @@ EndpointClaim::Outcome EndpointClaim::claim(OSType signature, EndpointClaim& res
         case LockOutcome::locked:
             break;
     }
-    claimed.listen_ = listenAt(folder, claimed.name_ + kSocketExtension);
-    if (!claimed.listen_) return Outcome::failed;
-    result = std::move(claimed);
-    return Outcome::claimed;
+    if (!lock_.take(std::move(lock))) return Outcome::failed;
+    FileDescriptor socket = listenAt(folder, name_ + kSocketExtension);
+    return socket && listen_.take(std::move(socket)) ? Outcome::claimed : Outcome::failed;
 }
 
 void EndpointClaim::withdraw() noexcept {
@@ -169,8 +176,11 @@ bool EndpointClaim::adoptInherited(OSType signature, EndpointClaim& result) {
     if (!isListeningSocket(listenDescriptor) || !isLockFile(lockDescriptor)) return false;
     if (!setCloseOnExec(listenDescriptor) || !setCloseOnExec(lockDescriptor)) return false;
     EndpointClaim adopted;
-    adopted.listen_.reset(listenDescriptor);
-    adopted.lock_.reset(lockDescriptor);
+    {
+        const ForkPause pause;
+        const bool isListenTaken = adopted.listen_.take(FileDescriptor(listenDescriptor));
+        if (!adopted.lock_.take(FileDescriptor(lockDescriptor)) || !isListenTaken) return false;
+    }
     if (!adopted.findFiles(signature)) return false;
     result = std::move(adopted);
     return true;
