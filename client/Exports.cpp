@@ -3,24 +3,33 @@
 #include "client/ProcessSession.h"
 #include "dovrel/pos.h"
 
-using dovrel::currentSession;
+using dovrel::isSessionOfParent;
 
 namespace {
 
-constexpr uint32_t resultOf(bool succeeded) {
-    return succeeded ? POS_OK : POS_FAILURE;
+// Runs the operation in the session. In a process that was forked from the session's owner it fails at once,
+// with null and 0 in the outputs.
+template <typename Operation, typename... Output>
+uint32_t inSession(const Operation& operation, Output*... outputs) {
+    if (!isSessionOfParent()) return operation(*dovrel::currentSession()) ? POS_OK : POS_FAILURE;
+    ((outputs != nullptr ? static_cast<void>(*outputs = Output{}) : static_cast<void>(0)), ...);
+    return POS_FAILURE;
 }
+
+using Session = dovrel::POSAccessUserInteraction;
 
 }  // namespace
 
 extern "C" {
 
 uint32_t InitializePOS(void) {
+    if (isSessionOfParent()) return POS_FAILURE;
     dovrel::openSession(dovrel::platformParts());
     return POS_OK;
 }
 
 uint32_t TerminatePOS(void) {
+    if (isSessionOfParent()) return POS_FAILURE;
     dovrel::closeSession();
     return POS_OK;
 }
@@ -28,50 +37,73 @@ uint32_t TerminatePOS(void) {
 uint32_t posRegisterApplicationWithClasses(const char* applicationName, void** classList, uint32_t classCount,
                                            uint16_t* options, uint32_t optionsLength,
                                            uint32_t* applicationId) {
-    return resultOf(currentSession()->posRegisterApplicationWithClasses(
-        applicationName, classList, classCount, options, optionsLength, applicationId));
+    return inSession([&](Session& session) {
+        return session.posRegisterApplicationWithClasses(applicationName, classList, classCount, options,
+                                                         optionsLength, applicationId);
+    });
 }
 
 uint32_t posUnregisterApplication(uint32_t applicationId) {
-    return resultOf(currentSession()->posUnregisterApplication(applicationId));
+    return inSession([&](Session& session) { return session.posUnregisterApplication(applicationId); });
 }
 
 uint32_t posInstantiateObject(uint32_t applicationId, void** classId, void** objectId) {
-    return resultOf(currentSession()->posInstantiateObject(applicationId, classId, objectId));
+    return inSession(
+        [&](Session& session) { return session.posInstantiateObject(applicationId, classId, objectId); },
+        objectId);
 }
 
 uint32_t posInstantiateObjectOnExecuter(uint32_t applicationId, void** executerId, void** classId,
                                         void** objectId) {
-    return resultOf(
-        currentSession()->posInstantiateObjectOnExecuter(applicationId, executerId, classId, objectId));
+    return inSession(
+        [&](Session& session) {
+            return session.posInstantiateObjectOnExecuter(applicationId, executerId, classId, objectId);
+        },
+        objectId);
 }
 
 uint32_t posCallMethod(uint32_t applicationId, void** objectId, const char* methodName, uint8_t* parameters,
                        uint32_t parameterLength, uint8_t** result, uint32_t* resultLength) {
-    return resultOf(currentSession()->posCallMethod(applicationId, objectId, methodName, parameters,
-                                                    parameterLength, result, resultLength));
+    return inSession(
+        [&](Session& session) {
+            return session.posCallMethod(applicationId, objectId, methodName, parameters, parameterLength,
+                                         result, resultLength);
+        },
+        result, resultLength);
 }
 
 uint32_t posCallMethodOnExecuter(uint32_t applicationId, void** executerId, void** objectId,
                                  const char* methodName, uint8_t* parameters, uint32_t parameterLength,
                                  uint8_t** result, uint32_t* resultLength) {
-    return resultOf(currentSession()->posCallMethodOnExecuter(
-        applicationId, executerId, objectId, methodName, parameters, parameterLength, result, resultLength));
+    return inSession(
+        [&](Session& session) {
+            return session.posCallMethodOnExecuter(applicationId, executerId, objectId, methodName,
+                                                   parameters, parameterLength, result, resultLength);
+        },
+        result, resultLength);
 }
 
 uint32_t posDeleteObject(uint32_t applicationId, void** objectId) {
-    return resultOf(currentSession()->posDeleteObject(applicationId, objectId));
+    return inSession([&](Session& session) { return session.posDeleteObject(applicationId, objectId); });
 }
 
 uint32_t posGetInfo(uint32_t applicationId, const void* request, uint32_t requestLength, uint8_t** info,
                     int32_t* infoLength) {
-    return resultOf(currentSession()->posGetInfo(applicationId, request, requestLength, info, infoLength));
+    return inSession(
+        [&](Session& session) {
+            return session.posGetInfo(applicationId, request, requestLength, info, infoLength);
+        },
+        info, infoLength);
 }
 
 uint32_t posExecuteCMD(uint32_t applicationId, void** command, uint32_t commandLength, void** argument,
                        uint32_t argumentLength, uint8_t** result, uint32_t* resultLength) {
-    return resultOf(currentSession()->posExecuteCMD(applicationId, command, commandLength, argument,
-                                                    argumentLength, result, resultLength));
+    return inSession(
+        [&](Session& session) {
+            return session.posExecuteCMD(applicationId, command, commandLength, argument, argumentLength,
+                                         result, resultLength);
+        },
+        result, resultLength);
 }
 
 uint32_t posDeleteDLLHeapData(uint8_t* data) {

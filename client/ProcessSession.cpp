@@ -1,5 +1,7 @@
 #include "client/ProcessSession.h"
 
+#include <unistd.h>
+
 #include <memory>
 #include <string>
 
@@ -20,6 +22,9 @@ POSAccessUserInteraction* theSession = nullptr;
 /// The forwarder of the current session. Must not be used if there is no session, because closeSession
 /// does not reset it.
 POSTransferObjForwarder* theForwarder = nullptr;
+
+/// The process that opened the current session.
+pid_t theOwner = 0;
 
 }  // namespace
 
@@ -44,6 +49,7 @@ void openSession(const SessionParts& parts) {
     session->setBundlePath(bundlePath);
     theForwarder = forwarder.release();
     theSession = session.release();
+    theOwner = getpid();
 }
 
 void closeSession() noexcept {
@@ -51,6 +57,10 @@ void closeSession() noexcept {
     delete theForwarder;
     delete theSession;
     theSession = nullptr;
+}
+
+bool isSessionOfParent() noexcept {
+    return theSession != nullptr && theOwner != getpid();
 }
 
 POSAccessUserInteraction* currentSession() noexcept {

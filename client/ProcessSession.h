@@ -22,6 +22,10 @@ void openSession(const SessionParts& parts);
 /// not be called without a session.
 void closeSession() noexcept;
 
+/// Returns whether the current session belongs to a process from which this one was forked. Its locks may be
+/// held by threads that do not exist here, so nothing of it may be used.
+bool isSessionOfParent() noexcept;
+
 /// Returns the session, or null before openSession and after closeSession.
 POSAccessUserInteraction* currentSession() noexcept;
 

@@ -1,5 +1,7 @@
 #include "server/EventServer.h"
 
+#include <Carbon/Carbon.h>
+
 #include <new>
 #include <utility>
 
@@ -62,11 +64,11 @@ OSErr EventServer::data(const AppleEvent* event, AppleEvent* reply) {
     POSTransferObj request;
     const int32_t status = channel_.ReceiveTransferObj(event, request);
     if (status != noErr) return static_cast<OSErr>(status);
-    return send(exchanges_.data(request.bytes(), senderOf(event)), reply);
+    return send(exchanges_.data(request.bytes(), senderOf(event)), event, reply);
 }
 
 OSErr EventServer::handshake(const AppleEvent* event, AppleEvent* reply) {
-    return send(exchanges_.handshake(senderOf(event)), reply);
+    return send(exchanges_.handshake(senderOf(event)), event, reply);
 }
 
 OSErr EventServer::control(const AppleEvent* event, AppleEvent* reply) {
@@ -74,14 +76,14 @@ OSErr EventServer::control(const AppleEvent* event, AppleEvent* reply) {
     uint32_t length = 0;
     const int32_t status = channel_.GetData(event, bytes, length);
     if (status != noErr) return static_cast<OSErr>(status);
-    const OSErr sent = send(exchanges_.control(std::string(bytes.get(), bytes.get() + length)), reply);
+    const OSErr sent = send(exchanges_.control(std::string(bytes.get(), bytes.get() + length)), event, reply);
     watchClients();
     return sent;
 }
 
 OSErr EventServer::tick(const AppleEvent*, AppleEvent*) {
     watch_.done();
-    if (exchanges_.lastClientHasGone()) QuitApplicationEventLoop();
+    if (exchanges_.hasNoMoreClients()) QuitApplicationEventLoop();
     return noErr;
 }
 
@@ -90,7 +92,9 @@ OSErr EventServer::quit(const AppleEvent*, AppleEvent*) {
     return noErr;
 }
 
-OSErr EventServer::send(Outcome outcome, AppleEvent* reply) {
+OSErr EventServer::send(Outcome outcome, const AppleEvent* event, AppleEvent* reply) {
+    // A suspended event that is never resumed gets no reply: its sender waits until this process has ended.
+    if (outcome.isSilent) return AESuspendTheCurrentEvent(event);
     if (outcome.endServer) {
         vanishes_ = outcome.vanish;
         QuitApplicationEventLoop();

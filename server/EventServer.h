@@ -38,7 +38,7 @@ class EventServer {
     template <Handler handler>
     bool install(const EventKind& kind);
 
-    OSErr send(Outcome outcome, AppleEvent* reply);
+    OSErr send(Outcome outcome, const AppleEvent* event, AppleEvent* reply);
     void watchClients();
 
     ServerState& state_;

@@ -7,6 +7,7 @@
 
 #include "InterProcessCommunication/TransferObjText.h"
 #include "server/DescribedClass.h"
+#include "server/PartCount.h"
 #include "server/SettingsText.h"
 
 namespace merrowd {
@@ -66,12 +67,25 @@ Exchanges::Exchanges(ServerState& state, ServerProcess& process, ExchangeLog& lo
       handler_(state, [&log](const std::string& text) { log.note(text); }) {}
 
 Outcome Exchanges::data(const CPPByteArray& request, pid_t sender) {
+    lastRequest_ = std::chrono::steady_clock::now();
+    // The log and the misbehaviour read requests as well, so this is checked first.
+    if (hasMorePartsThan(kMostRequestParts, request)) return refuseParts(sender);
     Misbehaviour& misbehaviour = state_.settings.misbehaviour;
     if (state_.settings.log) log_.request(commandNameOf(request) + fromProcess(sender), request);
     const bool strikes = misbehaviour.fault != Fault::none && misbehaviour.strikes(commandCodeOf(request));
     Outcome outcome = strikes ? spoilt(request, sender) : answered(request, sender);
-    outcome.endServer = outcome.endServer || endsNow();
+    outcome.endServer = outcome.endServer || hasLostLastClient();
     if (state_.settings.log) logEnd(outcome);
+    return outcome;
+}
+
+Outcome Exchanges::refuseParts(pid_t sender) {
+    const std::string limit = std::to_string(kMostRequestParts);
+    if (state_.settings.log)
+        log_.note("a request with more than " + limit + " parts was refused" + fromProcess(sender));
+    Outcome outcome;
+    outcome.parameter = RequestHandler::exceptionAnswer(
+        0, {refusalCode::kPOSParameterFormat, "the request has more than " + limit + " parts"});
     return outcome;
 }
 
@@ -90,6 +104,7 @@ Outcome Exchanges::spoilt(const CPPByteArray& request, pid_t sender) {
             break;
         case Fault::silent:
             process_.hang();
+            outcome.isSilent = true;
             return outcome;
         case Fault::vanishBefore:
             process_.vanish();
@@ -152,6 +167,7 @@ void Exchanges::logEnd(const Outcome& outcome) {
 }
 
 Outcome Exchanges::handshake(pid_t sender) {
+    lastRequest_ = std::chrono::steady_clock::now();
     if (state_.settings.log) log_.note("handshake" + fromProcess(sender));
     Outcome outcome;
     switch (state_.settings.handshake) {
@@ -160,6 +176,7 @@ Outcome Exchanges::handshake(pid_t sender) {
             break;
         case Handshake::silent:
             process_.hang();
+            outcome.isSilent = true;
             break;
         case Handshake::empty:
             outcome.parameter = fromText("");
@@ -208,14 +225,20 @@ Outcome Exchanges::control(const std::string& text) {
     return outcome;
 }
 
-bool Exchanges::lastClientHasGone() {
+bool Exchanges::hasNoMoreClients() {
     state_.applications.removeGone();
-    return endsNow();
+    return hasLostLastClient() || hasWaitedInVain();
 }
 
-bool Exchanges::endsNow() {
+bool Exchanges::hasLostLastClient() {
     if (state_.applications.size() > 0) hadClient_ = true;
     return state_.settings.endWithLastClient && hadClient_ && state_.applications.size() == 0;
+}
+
+// A server is also launched for hosts that never register, and for hosts that have gone before it was ready.
+bool Exchanges::hasWaitedInVain() const {
+    return state_.settings.endWithLastClient && state_.applications.size() == 0 &&
+           std::chrono::steady_clock::now() - lastRequest_ >= state_.settings.waitForClient;
 }
 
 }  // namespace merrowd

@@ -5,6 +5,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,6 +22,7 @@ struct Outcome {
     /// The bytes of the reply's direct parameter, even if they are not a transfer object. Null if the
     /// reply has no direct parameter.
     std::unique_ptr<POSTransferObj> parameter;
+    bool isSilent = false;   ///< the event gets no reply
     int16_t status = 0;      ///< status of the event, as the platform reports it
     bool endServer = false;  ///< the server ends after this answer ...
     bool vanish = false;     ///< ... as if it had crashed
@@ -44,23 +46,26 @@ class Exchanges {
     /// As above for the text of the settings file, without a reply. Problems go to the log.
     void configure(const std::string& text);
 
-    /// Removes applications whose process has ended. Returns true if the server must end
-    /// because the last one has gone.
-    bool lastClientHasGone();
+    /// Removes applications whose process has ended. Returns true if the server must end because the last
+    /// one has gone, or because none has come for the time that the settings allow.
+    bool hasNoMoreClients();
 
   private:
+    Outcome refuseParts(pid_t sender);
     Outcome answered(const CPPByteArray& request, pid_t sender);
     Outcome spoilt(const CPPByteArray& request, pid_t sender);
     void spoilAnswer(Outcome& outcome);
     void logEnd(const Outcome& outcome);
     std::vector<std::string> applyText(const std::string& text);
-    bool endsNow();
+    bool hasLostLastClient();
+    bool hasWaitedInVain() const;
 
     ServerState& state_;
     ServerProcess& process_;
     ExchangeLog& log_;
     RequestHandler handler_;
     bool hadClient_ = false;
+    std::chrono::steady_clock::time_point lastRequest_ = std::chrono::steady_clock::now();
 };
 
 }  // namespace merrowd

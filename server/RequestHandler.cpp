@@ -9,6 +9,7 @@
 #include "serialization/ByteArrayList.h"
 #include "server/ClassCode.h"
 #include "server/Commands.h"
+#include "server/PartCount.h"
 
 namespace merrowd {
 
@@ -19,6 +20,11 @@ namespace posField = dovrel::posField;
 namespace {
 
 std::vector<Identifier> readClassList(const CPPByteArray& block) {
+    // One part has the number of elements.
+    if (hasMorePartsThan(kMostClasses + 1, block)) {
+        throw Refusal{refusalCode::kPOSParameterFormat,
+                      "field 130 (class list) has more than " + std::to_string(kMostClasses) + " elements"};
+    }
     std::vector<CPPByteArray> list;
     try {
         dovrel::readByteArrayList(block, list);

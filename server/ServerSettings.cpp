@@ -76,6 +76,7 @@ void setHandshake(Handshake& handshake, const std::string& value) {
 constexpr Setting kSettings[] = {
     {"log", ofServer<&ServerSettings::log, setFlag>},
     {"endWithLastClient", ofServer<&ServerSettings::endWithLastClient, setFlag>},
+    {"waitForClient", ofServer<&ServerSettings::waitForClient, setDelay>},
     {"endAtStart", ofServer<&ServerSettings::endAtStart, setFlag>},
     {"checkClasses", ofServer<&ServerSettings::checkClasses, setFlag>},
     {"interfaceVersion", ofServer<&ServerSettings::interfaceVersion, setNumber>},

@@ -1,6 +1,7 @@
 // The settings of the server, and their names in the settings file and in control calls.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -14,8 +15,11 @@ namespace merrowd {
 struct ServerSettings {
     bool log = false;                ///< write every exchange to the log
     bool endWithLastClient = false;  ///< end the server when its last application has gone
-    bool endAtStart = false;         ///< end the server at once after its start
-    bool checkClasses = false;       ///< tell clients to check classes before they request objects
+    /// For endWithLastClient: how long the server waits for the first application after its start and after
+    /// each request.
+    std::chrono::milliseconds waitForClient{60000};
+    bool endAtStart = false;    ///< end the server at once after its start
+    bool checkClasses = false;  ///< tell clients to check classes before they request objects
     uint32_t interfaceVersion = dovrel::kPOSInterfaceVersion;
     Handshake handshake = Handshake::answered;
     Misbehaviour misbehaviour;

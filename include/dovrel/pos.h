@@ -72,9 +72,9 @@
  * new server refuses to unregister an old application identifier, so the host simply stops using it. The host
  * frees the blocks of the old object identifiers as usual.
  *
- * Processes. A session belongs to the process that opened it. After fork(), until it has executed another
- * program, the child must not call any function and must not run an atexit handler that calls one. If a
- * process ends without TerminatePOS, its applications stay registered until the server notices (the
+ * Processes. A session belongs to the process that opened it. In a child that it creates with fork(), all
+ * functions except posDeleteDLLHeapData and posFreeDllHeapData fail at once: they send nothing, show no alert
+ * and change nothing. The child may execute another program, which can open its own session. If a process ends without TerminatePOS, its applications stay registered until the server notices (the
  * development server notices soon). An atexit handler may call TerminatePOS, whether the handler was
  * installed before or after the library was loaded. Close the session before dlclose(): otherwise, on Linux,
  * the library stays in memory with its open session, and the next dlopen() finds both again.

@@ -1,8 +1,10 @@
 #include <Carbon/AEInteraction.h>
+#include <CoreServices/MacErrors.h>
 
 #include <algorithm>
 
 #include "portability/appleevents/EventSender.h"
+#include "portability/appleevents/EventStorage.h"
 
 namespace {
 
@@ -39,4 +41,11 @@ OSErr AESend(const AppleEvent* theAppleEvent, AppleEvent* reply, AESendMode send
     IdleProcCaller idle(idleProc);
     portability::IdleCaller* caller = idleProc == nullptr ? nullptr : &idle;
     return static_cast<OSErr>(portability::sendEvent(theAppleEvent, reply, sendMode, timeOutInTicks, caller));
+}
+
+OSErr AESuspendTheCurrentEvent(const AppleEvent* theAppleEvent) {
+    const portability::EventStorage* event = portability::DescriptorStorage::eventOf(theAppleEvent);
+    if (event == nullptr) return errAENotAEDesc;
+    event->suspend();
+    return noErr;
 }

@@ -48,7 +48,7 @@ class EventLoop {
     void run(EndpointClaim claim) {
         if (isRunning() || !makeWakeDescriptor()) return;
         EventReceiver receiver;
-        RequestServer server(std::move(claim), wake_.load(), receiver);
+        RequestServer server(std::move(claim), wake_.load(), receiver, quit_);
         if (!server.isReady()) return;
         calls_.open();
         const bool hasDefaultQuit = HandlerTable::shared().installIfAbsent(kDefaultQuit);

@@ -64,6 +64,11 @@ class EventStorage final : public DescriptorStorage {
     /// Records that the parameter was read, for keyMissedKeywordAttr.
     void noteRead(AEKeyword parameter) const;
 
+    /// Records that the event's sender gets no reply (AESuspendTheCurrentEvent). isSuspended() returns whether
+    /// this was recorded.
+    void suspend() const { suspended_ = true; }
+    bool isSuspended() const { return suspended_; }
+
     /// Returns an attribute of four bytes. Returns 0 if the event has no attribute with this keyword and
     /// this size.
     UInt32 fourBytes(AEKeyword attribute) const;
@@ -76,6 +81,7 @@ class EventStorage final : public DescriptorStorage {
     ImageMemory image_;
     Delivery delivery_;
     bool delivered_ = false;
+    mutable bool suspended_ = false;
     mutable uint64_t read_ = 0;  // one bit per item; the items after the 64th count as read
 };
 

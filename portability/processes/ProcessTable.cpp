@@ -16,6 +16,7 @@
 #include "portability/posix/SystemRoot.h"
 #include "portability/processes/ApplicationBundle.h"
 #include "portability/processes/InstalledApplications.h"
+#include "portability/transport/EndpointOwner.h"
 
 namespace portability {
 namespace {
@@ -135,8 +136,16 @@ bool areOneApplication(const std::vector<std::string>& bundles) {
                        [signature](const std::string& bundle) { return signatureOf(bundle) == signature; });
 }
 
+// Returns whether the process can be reached as the application. A process that is ending, or that was not
+// launched and has just started, has no endpoint. If it were listed, it would keep others from launching the
+// application, although it receives nothing. An application without a signature has no endpoint.
+bool isReachable(const Process& process, OSType signature) {
+    return signature == 0 || isEndpointOwner(process.id, signature);
+}
+
 bool isApplication(const Process& process, const std::string& bundle) {
-    return isExecutableOf(bundle, process.file) && seesSameFolder(process, bundle);
+    return isExecutableOf(bundle, process.file) && seesSameFolder(process, bundle) &&
+           isReachable(process, signatureOf(bundle));
 }
 
 bool concernsThisRoot(const Process& process, const InstalledApplications& installed) {

@@ -31,7 +31,8 @@ std::optional<Process> findProcess(pid_t id);
 ///
 /// - A process with the name of an application that is installed in a fixed place of the root is listed only
 ///   if it runs that application's executable. If several installed applications have that name and all have
-///   the same signature, it may run the executable of any of them.
+///   the same signature, it may run the executable of any of them. If the application has a signature, the
+///   process must have its endpoint: a process that is ending is not listed.
 /// - If their signatures differ or are missing, or if the process cannot be inspected, it is not listed.
 ///   Launch Services finds a running application by its endpoint anyway. But a process that is mistaken for
 ///   the application prevents its launch.

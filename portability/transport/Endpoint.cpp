@@ -24,8 +24,7 @@ namespace portability {
 namespace {
 
 constexpr char kAnnouncement[] = "POS_EVENT_ENDPOINT";
-constexpr char kSocketEnding[] = ".socket";
-constexpr char kLockEnding[] = ".lock";
+constexpr char kSocketExtension[] = ".socket";
 constexpr mode_t kSocketMode = 0600;
 
 FileDescriptor openSocket() {
@@ -130,7 +129,15 @@ EndpointClaim::Outcome EndpointClaim::claim(OSType signature, EndpointClaim& res
     const FileDescriptor folder = makeEndpointFolder(endpointPlaces(root));
     if (folder) claimed.folder_ = openLocked(folder);
     if (!claimed.folder_) return Outcome::failed;
-    switch (lockFile(folder, claimed.name_ + kLockEnding, claimed.lock_)) {
+    const Outcome outcome = claimed.openFiles(folder);
+    if (outcome == Outcome::claimed) result = std::move(claimed);
+    return outcome;
+}
+
+EndpointClaim::Outcome EndpointClaim::openFiles(const FileDescriptor& folder) {
+    const ForkPause pause;
+    FileDescriptor lock;
+    switch (lockFile(folder, name_ + kLockExtension, lock)) {
         case LockOutcome::inUse:
             return Outcome::inUse;
         case LockOutcome::failed:
@@ -138,19 +145,18 @@ EndpointClaim::Outcome EndpointClaim::claim(OSType signature, EndpointClaim& res
         case LockOutcome::locked:
             break;
     }
-    claimed.listen_ = listenAt(folder, claimed.name_ + kSocketEnding);
-    if (!claimed.listen_) return Outcome::failed;
-    result = std::move(claimed);
-    return Outcome::claimed;
+    if (!lock_.take(std::move(lock))) return Outcome::failed;
+    FileDescriptor socket = listenAt(folder, name_ + kSocketExtension);
+    return socket && listen_.take(std::move(socket)) ? Outcome::claimed : Outcome::failed;
 }
 
 void EndpointClaim::withdraw() noexcept {
     try {
         // The files may already belong to the next owner.
-        if (!folder_ || !isLockOf(folder_, name_ + kLockEnding, lock_.get())) return;
-        unlinkat(folder_.get(), (name_ + kSocketEnding).c_str(), 0);
+        if (!folder_ || !isLockOf(folder_, name_ + kLockExtension, lock_.get())) return;
+        unlinkat(folder_.get(), (name_ + kSocketExtension).c_str(), 0);
         // The lock file is deleted last: without it another owner may create files with the same names.
-        unlinkat(folder_.get(), (name_ + kLockEnding).c_str(), 0);
+        unlinkat(folder_.get(), (name_ + kLockExtension).c_str(), 0);
     } catch (const std::bad_alloc&) {
         // The files stay, as after a crash.
     }
@@ -171,8 +177,11 @@ bool EndpointClaim::adoptInherited(OSType signature, EndpointClaim& result) {
     if (!isListeningSocket(listenDescriptor) || !isLockFile(lockDescriptor)) return false;
     if (!setCloseOnExec(listenDescriptor) || !setCloseOnExec(lockDescriptor)) return false;
     EndpointClaim adopted;
-    adopted.listen_.reset(listenDescriptor);
-    adopted.lock_.reset(lockDescriptor);
+    {
+        const ForkPause pause;
+        const bool isListenTaken = adopted.listen_.take(FileDescriptor(listenDescriptor));
+        if (!adopted.lock_.take(FileDescriptor(lockDescriptor)) || !isListenTaken) return false;
+    }
     if (!adopted.findFiles(signature)) return false;
     result = std::move(adopted);
     return true;
@@ -184,7 +193,7 @@ bool EndpointClaim::findFiles(OSType signature) {
     for (const EndpointPlace& place : endpointPlaces(root)) {
         FileDescriptor folder;
         if (openEndpointFolder(place, folder) != FolderState::open) continue;
-        if (!isLockOf(folder, name_ + kLockEnding, lock_.get())) continue;
+        if (!isLockOf(folder, name_ + kLockExtension, lock_.get())) continue;
         folder_ = openLocked(folder);
         return true;
     }
@@ -208,7 +217,7 @@ bool isOwnUser(int connected, pid_t& peer) {
 
 Connecting connectToEndpoint(OSType signature, const Deadline& deadline, FileDescriptor& connection) {
     const std::string root = systemRoot();
-    const std::string name = endpointName(root, signature) + kSocketEnding;
+    const std::string name = endpointName(root, signature) + kSocketExtension;
     for (const EndpointPlace& place : endpointPlaces(root)) {
         FileDescriptor folder;
         if (openEndpointFolder(place, folder) != FolderState::open) continue;

@@ -16,11 +16,13 @@
 
 #include "portability/posix/Deadline.h"
 #include "portability/posix/FileDescriptor.h"
+#include "portability/posix/UnsharedDescriptor.h"
 
 namespace portability {
 
 /// A claimed endpoint: the listening socket and the lock. Both descriptors are close-on-exec, and the
-/// destructor closes them. Movable.
+/// destructor closes them. A forked process does not get them: the endpoint stays with the process that
+/// claimed it. Movable.
 class EndpointClaim {
   public:
     enum class Outcome {
@@ -60,12 +62,13 @@ class EndpointClaim {
     static std::string inheritanceEntry(OSType signature, int listenDescriptor, int lockDescriptor);
 
   private:
+    Outcome openFiles(const FileDescriptor& folder);
     bool findFiles(OSType signature);
 
     std::string name_;       // name of the socket and the lock file, without the extension
     FileDescriptor folder_;  // folder of both files; locked, so that systemd-tmpfiles does not delete them
-    FileDescriptor lock_;
-    FileDescriptor listen_;  // closed before the lock, so that it never listens under the next owner
+    UnsharedDescriptor lock_;
+    UnsharedDescriptor listen_;  // closed before the lock, so that it never listens under the next owner
 };
 
 enum class Connecting {

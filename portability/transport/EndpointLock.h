@@ -7,6 +7,9 @@
 
 namespace portability {
 
+/// The extension of the lock file's name.
+constexpr char kLockExtension[] = ".lock";
+
 enum class LockOutcome {
     locked,
     inUse,  ///< another open file description has the lock

@@ -50,9 +50,11 @@ Packet::Received Packet::receive(int socket, size_t& size, FileDescriptor& file)
     message_.msg_control = control_.data();
     message_.msg_controllen = kControlSize;
     ssize_t received;
+    // ECONNRESET says, once, that the peer closed its end without reading everything. The packets that it had
+    // sent before are still there.
     do
         received = recvmsg(socket, &message_, MSG_DONTWAIT | MSG_CMSG_CLOEXEC);
-    while (received < 0 && errno == EINTR);
+    while (received < 0 && (errno == EINTR || errno == ECONNRESET));
     if (received < 0) return errno == EAGAIN ? Received::nothing : Received::closed;
     if (received == 0) return Received::closed;
 

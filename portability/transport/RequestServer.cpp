@@ -43,10 +43,12 @@ class RequestServer::Replier final : public RequestHandler::ReplySender {
     const uint64_t id_;
 };
 
-RequestServer::RequestServer(EndpointClaim claim, int wakeDescriptor, RequestHandler& handler)
+RequestServer::RequestServer(EndpointClaim claim, int wakeDescriptor, RequestHandler& handler,
+                             const std::atomic<bool>& isEnding)
     : claim_(std::move(claim)),
       handler_(handler),
       wake_(wakeDescriptor),
+      isEnding_(isEnding),
       epoll_(aboveStandardStreams(epoll_create1(EPOLL_CLOEXEC))),
       spare_(openSpare()) {
     ready_ = epoll_ && watch(wake_);
@@ -114,9 +116,7 @@ bool RequestServer::handleMail() {
     bool handled = false;
     // If a sender is disconnected, the list moves up, and the sender after it is skipped until the next call.
     for (size_t i = 0; i < lookingCount_; ++i) {
-        Sender& sender = *senders_.at(looking_[i]);
-        ReceivedFrame frame;
-        handled = handle(sender, sender.channel.look(frame), frame) || handled;
+        handled = handlePosted(*senders_.at(looking_[i])) || handled;
     }
     return handled;
 }
@@ -130,9 +130,7 @@ bool RequestServer::stopLooking() {
         senders_.at(stopped[i])->channel.setLooking(false);
     bool handled = false;
     for (size_t i = 0; i < count; ++i) {
-        Sender& sender = *senders_.at(stopped[i]);
-        ReceivedFrame frame;
-        handled = handle(sender, sender.channel.look(frame), frame) || handled;
+        handled = handlePosted(*senders_.at(stopped[i])) || handled;
     }
     return handled;
 }
@@ -151,7 +149,7 @@ bool RequestServer::isLookingFor(int descriptor) const {
 }
 
 void RequestServer::acceptSenders() {
-    for (int i = 0; i < kMostAcceptedAtOnce; ++i) {
+    for (int i = 0; i < kMostAcceptedAtOnce && !isEnding_.load(); ++i) {
         FileDescriptor socket =
             aboveStandardStreams(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
         if (!socket) {
@@ -188,9 +186,16 @@ void RequestServer::refuseSender() {
     errno = EMFILE;
 }
 
+// Handles the request that the sender has posted to its mailbox, if any.
+bool RequestServer::handlePosted(Sender& sender) {
+    if (isEnding_.load()) return false;
+    ReceivedFrame frame;
+    return handle(sender, sender.channel.look(frame), frame);
+}
+
 bool RequestServer::handleOneOf(int descriptor) {
     const auto found = senders_.find(descriptor);
-    if (found == senders_.end()) return false;
+    if (found == senders_.end() || isEnding_.load()) return false;
     Sender& sender = *found->second;
     ReceivedFrame frame;
     return handle(sender, sender.channel.receive(buffer_, frame), frame);

@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <unordered_map>
@@ -25,8 +26,14 @@ namespace portability {
 class RequestServer {
   public:
     /// Takes the ownership of the claim. With an empty claim the server has no senders and only waits. The
-    /// caller keeps the ownership of `wakeDescriptor` and `handler`, which must outlive the server.
-    RequestServer(EndpointClaim claim, int wakeDescriptor, RequestHandler& handler);
+    /// caller keeps the ownership of `wakeDescriptor`, `handler` and `isEnding`, which must outlive the
+    /// server.
+    ///
+    /// `isEnding` becomes true when the application has decided to end. From then on the server accepts no
+    /// sender and receives no request. Requests that wait at that moment are lost with their connections
+    /// when the server is destroyed, so their senders notice that the application has ended.
+    RequestServer(EndpointClaim claim, int wakeDescriptor, RequestHandler& handler,
+                  const std::atomic<bool>& isEnding);
     RequestServer(const RequestServer&) = delete;
     RequestServer& operator=(const RequestServer&) = delete;
     ~RequestServer();
@@ -35,7 +42,8 @@ class RequestServer {
     bool isReady() const { return ready_; }
 
     /// Waits until a request has arrived or the wake descriptor is readable, and handles at most one request
-    /// of each sender. Returns true if the wake descriptor is readable.
+    /// of each sender. Returns true if the wake descriptor is readable. Returns after the request that makes
+    /// the application end.
     ///
     /// After a request it first polls for the next one before it sleeps. During that time, whose length Spin
     /// determines, it may not notice the wake descriptor.
@@ -65,6 +73,7 @@ class RequestServer {
     bool isLookingFor(int descriptor) const;
     void acceptSenders();
     void refuseSender();
+    bool handlePosted(Sender& sender);
     bool handleOneOf(int descriptor);
     bool handle(Sender& sender, Channel::Received received, const ReceivedFrame& frame);
     bool handleRequest(Sender& sender, const ReceivedFrame& frame);
@@ -74,6 +83,7 @@ class RequestServer {
     EndpointClaim claim_;
     RequestHandler& handler_;
     const int wake_;
+    const std::atomic<bool>& isEnding_;
     FileDescriptor epoll_;
     FileDescriptor spare_;  // closed for a moment to reject a sender when descriptors have run out
     bool ready_ = false;

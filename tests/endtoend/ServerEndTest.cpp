@@ -1,6 +1,8 @@
 // How the server ends when it is asked to end.
 #include <signal.h>
 
+#include <thread>
+
 #include "tests/endtoend/EndToEnd.h"
 #include "tests/endtoend/OtherHost.h"
 
@@ -78,6 +80,32 @@ TEST_F(ServerEnd, ASettingsFileFullOfNonsense_GivesLinesInTheLogAndAServerThatWo
     EXPECT_EQ(countInServerLog("settings: class \"Scanner\": the value \"x\" of \"scan.delay\" does not fit"),
               1u);
     EXPECT_EQ(countInServerLog(" #1 "), 2u) << "the first of two entries for the log counts";
+}
+
+TEST_F(ServerEnd, WithItsLastClient_AlsoIfNoneEverCame) {
+    root_.configure("//endWithLastClient\nINT:1\n//waitForClient\nINT:100\n");
+    const std::string version("\1\0", 2);
+    EXPECT_EQ(host_.information(0, version).status, POS_OK) << "launches the server and registers nothing";
+    root_.waitForServers(0);
+}
+
+TEST_F(ServerEnd, ByASignalWhileItHangs_TheCallThatWaitsGoesToTheNextServer) {
+    root_.configure("//log\nINT:1\n");
+    host_.registered();
+    ServerControl::send(
+        "//misbehave\nSTR:silent\n//misbehaveCommand\nSTR:get information\n//misbehaveTimes\nINT:1\n");
+    const pid_t first = root_.servers().at(0);
+    std::thread teller([this, first] {
+        root_.waitForServerLog(" get information");
+        kill(first, SIGTERM);
+    });
+    Console console;
+    const Answered answered = host_.information(0, std::string("\1\0", 2));
+    console.stop();
+    teller.join();
+    EXPECT_EQ(answered.status, POS_OK) << console.systemLog();
+    EXPECT_EQ(alerts(console), 0u);
+    root_.waitForServerLog(" ended by signal 15\n");
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "tests/server/Requests.h"
 #include "tests/support/ServerSettings.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/WaitUntil.h"
 
 namespace merrowd::test {
 namespace {
@@ -90,7 +91,7 @@ TEST_F(ExchangesTest, Late_IsInTheLogBeforeThePause) {
 
 TEST_F(ExchangesTest, Silent_Hangs) {
     prepare(misbehaviour("silent"));
-    EXPECT_EQ(call().parameter, nullptr);
+    EXPECT_TRUE(call().isSilent);
     EXPECT_EQ(process_.calls, (Calls{"hang"}));
 }
 
@@ -203,7 +204,7 @@ TEST_F(ExchangesTest, EndWithLastClient_EndsWithTheAnswerToTheLastUnregistration
 TEST_F(ExchangesTest, WithoutEndWithLastClient_TheServerStays) {
     const uint32_t one = replyOf(send(registerRequest("One"))).number(posField::kSession);
     EXPECT_FALSE(send(unregisterRequest(one)).endServer);
-    EXPECT_FALSE(exchanges_.lastClientHasGone());
+    EXPECT_FALSE(exchanges_.hasNoMoreClients());
 }
 
 TEST_F(ExchangesTest, LastClientHasGone_SeesClientsThatWereKilled) {
@@ -211,9 +212,9 @@ TEST_F(ExchangesTest, LastClientHasGone_SeesClientsThatWereKilled) {
     const pid_t client = fork();
     if (client == 0) _exit(0);
     send(registerRequest("Killed"), client);
-    EXPECT_FALSE(exchanges_.lastClientHasGone()) << "it ended, but the system still knows it";
+    EXPECT_FALSE(exchanges_.hasNoMoreClients()) << "it ended, but the system still knows it";
     ASSERT_EQ(waitpid(client, nullptr, 0), client);
-    EXPECT_TRUE(exchanges_.lastClientHasGone());
+    EXPECT_TRUE(exchanges_.hasNoMoreClients());
 }
 
 TEST_F(ExchangesTest, Configure_PutsProblemsIntoTheLogAndGoesOn) {
@@ -334,6 +335,67 @@ TEST_F(ExchangesTest, ADescribedClassThatIsReplaced_LivesOnInItsObjects) {
     object_ = replyOf(send(instantiateRequest(session_, "Scanner"))).data(posField::kObject);
     exchanges_.configure("//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.answer\nSTR:new\n");
     EXPECT_EQ(replyOf(send(callRequest(session_, object_, "scan"))).data(posField::kResult), "old");
+}
+
+TEST_F(ExchangesTest, EndWithLastClient_WithoutAnyClient_EndsAfterTheSettingsTime) {
+    exchanges_.configure("//endWithLastClient\nINT:1\n");
+    EXPECT_FALSE(exchanges_.hasNoMoreClients()) << "the first client may still come";
+    exchanges_.configure("//waitForClient\nINT:10\n");
+    EXPECT_TRUE(dovrel::test::waitUntil([this] { return exchanges_.hasNoMoreClients(); }));
+    exchanges_.configure("//endWithLastClient\nINT:0\n");
+    EXPECT_FALSE(exchanges_.hasNoMoreClients());
+}
+
+TEST_F(ExchangesTest, EndWithLastClient_WithAClientThatIsThere_WaitsForItsEnd) {
+    prepare("//endWithLastClient\nINT:1\n//waitForClient\nINT:0\n");
+    EXPECT_FALSE(exchanges_.hasNoMoreClients());
+}
+
+TEST_F(ExchangesTest, EndWithLastClient_ARequest_BeginsTheTimeAnew) {
+    exchanges_.configure("//endWithLastClient\nINT:1\n//waitForClient\nINT:1\n");
+    ASSERT_TRUE(dovrel::test::waitUntil([this] { return exchanges_.hasNoMoreClients(); }));
+    exchanges_.configure("//waitForClient\nINT:60000\n");
+    send(versionRequest());
+    EXPECT_FALSE(exchanges_.hasNoMoreClients());
+    exchanges_.configure("//waitForClient\nINT:1\n");
+    ASSERT_TRUE(dovrel::test::waitUntil([this] { return exchanges_.hasNoMoreClients(); }));
+    exchanges_.handshake(0);
+    exchanges_.configure("//waitForClient\nINT:60000\n");
+    EXPECT_FALSE(exchanges_.hasNoMoreClients());
+}
+
+// Returns a block with that number of empty parts.
+std::string blockOfParts(uint32_t count) {
+    std::string block("AsAk\0\1\0\0\0\x09", 10);
+    for (uint32_t i = 0; i < count; ++i)
+        block += std::string("\0\0\x40\0\0\0\0\0", 8);
+    return block;
+}
+
+TEST_F(ExchangesTest, RequestWithMorePartsThanARequestHas_IsRefusedBeforeItIsRead) {
+    for (const char* settings :
+         {"", "//log\nINT:1\n//misbehave\nSTR:late\n//misbehaveCommand\nSTR:call method\n"}) {
+        exchanges_.configure(settings);
+        const Outcome outcome = exchanges_.data(bytesOf(blockOfParts(1'000'000)), 0);
+        EXPECT_EQ(replyOf(outcome).code(), 30u);
+        EXPECT_EQ(replyOf(outcome).text(), "the request has more than 64 parts");
+        EXPECT_EQ(process_.calls, Calls());
+    }
+    EXPECT_NE(logText().find("a request with more than 64 parts was refused"), std::string::npos);
+    EXPECT_LT(logText().size(), 500u) << "its parts are not in the log";
+}
+
+TEST_F(ExchangesTest, RegistrationWithMoreClassesThanThereCanBe_IsRefusedBeforeTheyAreRead) {
+    std::string list = blockOfParts(65536 + 2);
+    list[9] = 8;
+    Request request(dovrel::posCommand::kRegisterApplication.code);
+    request.data(posField::kApplicationName.number, std::string("Demo\0", 5));
+    request.data(posField::kClientProcess.number, "");
+    request.data(posField::kClassList.number, list);
+    request.data(posField::kOptions.number, "");
+    const Reply reply = replyOf(send(request));
+    EXPECT_EQ(reply.code(), 30u);
+    EXPECT_EQ(reply.text(), "field 130 (class list) has more than 65536 elements");
 }
 
 }  // namespace

@@ -32,6 +32,11 @@ extern OSErr AESend(const AppleEvent* theAppleEvent, AppleEvent* reply, AESendMo
                     AESendPriority sendPriority, SInt32 timeOutInTicks, AEIdleUPP idleProc,
                     AEFilterUPP filterProc);
 
+/// Makes the event that is being handled one without a reply: when its handler has returned, nothing is sent
+/// to the sender, which goes on waiting. Called by the handler with its event. AEResumeTheCurrentEvent, which
+/// would send the reply later, is not supplied. Returns errAENotAEDesc if this is not an event.
+extern OSErr AESuspendTheCurrentEvent(const AppleEvent* theAppleEvent);
+
 #if defined(__cplusplus)
 }  // extern "C"
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 
 #include "Events.h"
 #include "TestApplication.h"
@@ -97,4 +98,34 @@ TEST_F(AESendTest, IdleProcedureThatAnswersTrue_CancelsTheWait) {
     ASSERT_EQ(AESend(next.get(), reply_.get(), kAEWaitReply, kAENormalPriority, 10000, nullptr, nullptr),
               noErr);
     EXPECT_EQ(textOf(reply_), "in time");
+}
+
+TEST_F(AESendTest, SuspendedEvent_GetsNoReplyWhenItsHandlerReturns) {
+    ASSERT_TRUE(application_.start());
+    Descriptor suspended = makeEvent(address_, kSuspend);
+    putText(suspended, "suspended");
+    constexpr long kTicks = 20;
+    EXPECT_EQ(AESendMessage(suspended.get(), reply_.get(), kAEWaitReply, kTicks), errAETimeout);
+    EXPECT_EQ(application_.nextReport(), 's');
+    Descriptor event = makeEvent(address_, kEcho);
+    putText(event, "the next");
+    ASSERT_EQ(AESendMessage(event.get(), reply_.get(), kAEWaitReply, kAEDefaultTimeout), noErr);
+    EXPECT_EQ(textOf(reply_), "the next");
+}
+
+TEST_F(AESendTest, SuspendedEvent_OfAnApplicationThatEnds_IsConnectionInvalid) {
+    ASSERT_TRUE(application_.start());
+    std::thread end([this] {
+        EXPECT_EQ(application_.nextReport(), 's');
+        application_.kill();
+    });
+    Descriptor suspended = makeEvent(address_, kSuspend);
+    putText(suspended, "suspended");
+    EXPECT_EQ(AESendMessage(suspended.get(), reply_.get(), kAEWaitReply, kAEDefaultTimeout),
+              connectionInvalid);
+    end.join();
+}
+
+TEST_F(AESendTest, SuspendTheCurrentEvent_OfWhatIsNoEvent_IsAnError) {
+    EXPECT_EQ(AESuspendTheCurrentEvent(address_.get()), errAENotAEDesc);
 }

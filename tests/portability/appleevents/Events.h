@@ -21,7 +21,8 @@ enum {
     kReport = 'repo',      // reports the type of the reply descriptor to the test through the pipe
     kAttributes = 'attr',  // replies with the values of the attributes
     kMissed = 'miss',      // replies with keyMissedKeywordAttr before and after reading
-    kCount = 'coun'        // replies with how often it was called
+    kCount = 'coun',       // replies with how often it was called
+    kSuspend = 'susp'      // reports 's' after it has suspended its event
 };
 
 // Values that no call writes by itself.

@@ -1,5 +1,6 @@
 #include "TestApplication.h"
 
+#include <Carbon/Carbon.h>
 #include <CoreServices/CoreServices.h>
 #include <fcntl.h>
 #include <poll.h>
@@ -133,6 +134,9 @@ OSErr handle(const AppleEvent* event, AppleEvent* reply, SRefCon) {
             return tellAttributes(event, reply);
         case kMissed:
             return tellMissed(event, reply);
+        case kSuspend:
+            report(AESuspendTheCurrentEvent(event) == noErr ? 's' : 'x');
+            return copyDirect(event, reply);
         case kCount:
             return putNumber(reply, keyDirectObject, ++count);
         default:
@@ -160,7 +164,7 @@ bool isTestApplication() {
 int runTestApplication() {
     for (const AEEventID id :
          std::vector<AEEventID>{kEcho, kAnswerEmpty, kAnswerNothing, kFail, kFailWithText, kThrow, kDecline,
-                                kHold, kDie, kReport, kAttributes, kMissed, kCount}) {
+                                kHold, kDie, kReport, kAttributes, kMissed, kCount, kSuspend}) {
         AEInstallEventHandler(kTestClass, id, handle, SRefCon(), false);
     }
     RunApplicationEventLoop();

@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "ProcessTableTest.h"
+#include "portability/transport/Endpoint.h"
 #include "tests/support/MountNamespace.h"
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"
@@ -17,6 +18,7 @@ namespace {
 
 namespace files = std::filesystem;
 using dovrel::test::waitUntil;
+using portability::EndpointClaim;
 
 class ProcessTableNames : public ProcessTableTest {
   protected:
@@ -29,6 +31,13 @@ class ProcessTableNames : public ProcessTableTest {
         return static_cast<int>(
             std::count_if(processes.begin(), processes.end(),
                           [](const portability::Process& process) { return process.name == "Probed"; }));
+    }
+
+    // The root gets its own /tmp, so that its endpoints are not visible to other roots.
+    void claimEndpoint(OSType signature, EndpointClaim& endpoint) const {
+        files::create_directory(folder_.path("root/tmp"));
+        const VariableChange change("POS_SYSTEM_ROOT", folder_.path("root").c_str());
+        EXPECT_EQ(EndpointClaim::claim(signature, endpoint), EndpointClaim::Outcome::claimed);
     }
 
     // Runs `file` and expects that it is not listed under the application's name.
@@ -126,9 +135,12 @@ TEST_F(ProcessTableNames, ProgramOfTheNameInAnotherApplicationOfTheRoot_IsNotLis
 TEST_F(ProcessTableNames, CopiesOfOneApplicationInTwoPlacesOfTheRoot_AreBothListed) {
     makeApplication("root/" + std::string(kApplication), "Probed", "PrBd");
     makeApplication("root/Applications/Probed.app", "Probed", "PrBd");
-    const auto first = run("root/" + std::string(kProgram));
-    const auto second = run("root/Applications/Probed.app/Contents/MacOS/Probed");
-    const auto other = run("root/Applications/Probed.app/Contents/Resources/Probed");
+    EndpointClaim endpoint;
+    claimEndpoint('PrBd', endpoint);
+    const std::vector<int> lock = {endpoint.lockDescriptor()};
+    const auto first = run("root/" + std::string(kProgram), lock);
+    const auto second = run("root/Applications/Probed.app/Contents/MacOS/Probed", lock);
+    const auto other = run("root/Applications/Probed.app/Contents/Resources/Probed", lock);
     EXPECT_TRUE(isListedUnder("root", first->id()));
     EXPECT_TRUE(isListedUnder("root", second->id()));
     EXPECT_FALSE(isListedUnder("root", other->id()));
@@ -229,4 +241,24 @@ TEST_F(ProcessTableNames, ProgramThatMayNotBeRead_IsNotListed) {
         waitpid(process, nullptr, 0);
         return runs && isHidden;
     }));
+}
+
+TEST_F(ProcessTableNames, ApplicationWithASignature_IsListedWhileItHasItsEndpoint) {
+    makeApplication("root/" + std::string(kApplication), "Probed", "PrBd");
+    EndpointClaim endpoint;
+    claimEndpoint('PrBd', endpoint);
+    const auto probe = run("root/" + std::string(kProgram), {endpoint.lockDescriptor()});
+    EXPECT_EQ(listedByName(), 1);
+    endpoint.withdraw();
+    EXPECT_EQ(listedByName(), 0) << "it is ending, and others may launch the next";
+    EXPECT_TRUE(portability::findProcess(probe->id()));
+}
+
+TEST_F(ProcessTableNames, ApplicationWithASignatureWhoseEndpointIsAnothers_IsNotListed) {
+    makeApplication("root/" + std::string(kApplication), "Probed", "PrBd");
+    const auto probe = run("root/" + std::string(kProgram));
+    EXPECT_EQ(listedByName(), 0);
+    EndpointClaim endpoint;
+    claimEndpoint('PrBd', endpoint);
+    EXPECT_EQ(listedByName(), 0);
 }

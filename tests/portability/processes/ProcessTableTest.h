@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "portability/processes/DetachedProcess.h"
 #include "portability/processes/ProcessTable.h"
@@ -33,16 +34,18 @@ class ProcessTableTest : public testing::Test {
                           signature + "</string></dict></plist>");
     }
 
-    /// Installs a probe at `file` in the folder and starts it.
-    std::unique_ptr<ProbeReport> run(const std::string& file) const {
+    /// Installs a probe at `file` in the folder and starts it with these descriptors.
+    std::unique_ptr<ProbeReport> run(const std::string& file,
+                                     const std::vector<int>& descriptors = {}) const {
         installProbe(folder_.path(file));
-        return start(file);
+        return start(file, descriptors);
     }
 
     /// Starts the program that is already at `file` in the folder.
-    std::unique_ptr<ProbeReport> start(const std::string& file) const {
+    std::unique_ptr<ProbeReport> start(const std::string& file,
+                                       const std::vector<int>& descriptors = {}) const {
         const std::string program = folder_.path(file);
-        EXPECT_EQ(portability::startDetached({program, {program}, {}, {}}), 0);
+        EXPECT_EQ(portability::startDetached({program, {program}, {}, descriptors}), 0);
         return std::make_unique<ProbeReport>(program);
     }
 

@@ -17,11 +17,10 @@ using namespace portability;
 TEST_F(EndpointTest, Inherited_DescriptorsAreAdoptedAndTheLockGoesAlong) {
     auto claim = std::make_unique<EndpointClaim>();
     ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, *claim), Outcome::claimed);
-    WaitingProcess launched([&claim] {
-        // As after exec: the descriptors have other numbers and are not close-on-exec.
-        const int listening = dup(claim->listenDescriptor());
-        const int lock = dup(claim->lockDescriptor());
-        claim.reset();
+    // As after exec: the descriptors have other numbers and are not close-on-exec.
+    const int listening = dup(claim->listenDescriptor());
+    const int lock = dup(claim->lockDescriptor());
+    WaitingProcess launched([listening, lock] {
         std::string entry = EndpointClaim::inheritanceEntry(kEndpointSignature, listening, lock);
         putenv(entry.data());
         EndpointClaim adopted;
@@ -33,6 +32,8 @@ TEST_F(EndpointTest, Inherited_DescriptorsAreAdoptedAndTheLockGoesAlong) {
         kept = std::move(adopted);
         return 0;
     });
+    close(listening);
+    close(lock);
     ASSERT_EQ(launched.result(), 0);
     claim.reset();
     EXPECT_EQ(claimAndLetGo(), Outcome::inUse) << "the launched process has it now";
@@ -44,10 +45,9 @@ TEST_F(EndpointTest, Inherited_DescriptorsAreAdoptedAndTheLockGoesAlong) {
 TEST_F(EndpointTest, Inherited_FilesAreRemovedByTheLaunchedProcess) {
     auto claim = std::make_unique<EndpointClaim>();
     ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, *claim), Outcome::claimed);
-    WaitingProcess launched([&claim] {
-        const int listening = dup(claim->listenDescriptor());
-        const int lock = dup(claim->lockDescriptor());
-        claim.reset();
+    const int listening = dup(claim->listenDescriptor());
+    const int lock = dup(claim->lockDescriptor());
+    WaitingProcess launched([listening, lock] {
         std::string entry = EndpointClaim::inheritanceEntry(kEndpointSignature, listening, lock);
         putenv(entry.data());
         EndpointClaim adopted;
@@ -55,6 +55,8 @@ TEST_F(EndpointTest, Inherited_FilesAreRemovedByTheLaunchedProcess) {
         adopted.withdraw();
         return 0;
     });
+    close(listening);
+    close(lock);
     ASSERT_EQ(launched.result(), 0);
     EXPECT_TRUE(std::filesystem::is_empty(environment_.endpointFolder()));
 }

@@ -209,9 +209,10 @@ TEST_F(EndpointTest, Connect_ListenerOfAnotherUser_IsRefused) {
     EndpointClaim claim;
     ASSERT_EQ(EndpointClaim::claim(kEndpointSignature, claim), Outcome::claimed);
     // A client sees the credentials of the last call of listen.
-    ASSERT_EQ(inForkedProcess([&claim] {
+    const FileDescriptor shared(dup(claim.listenDescriptor()));
+    ASSERT_EQ(inForkedProcess([&shared] {
                   if (setuid(65534) != 0) return 1;
-                  return listen(claim.listenDescriptor(), 8) == 0 ? 0 : 2;
+                  return listen(shared.get(), 8) == 0 ? 0 : 2;
               }),
               0);
     EXPECT_FALSE(isConnectable());

@@ -35,6 +35,7 @@ class WaitingProcess {
     ~WaitingProcess() { kill(); }
 
     int result() const { return result_; }
+    pid_t id() const { return process_; }
 
     void kill() {
         if (process_ > 0) {

@@ -98,3 +98,13 @@ TEST_F(PacketTest, WhatIsNoSocket_IsClosedAndItsErrorToldWhereItIsSent) {
     ends_.second.reset(open("/dev/null", O_RDWR | O_CLOEXEC));
     EXPECT_EQ(receive(), Packet::Received::closed);
 }
+
+TEST_F(PacketTest, PacketOfAPeerThatLeftWithoutReadingEverything_Arrives) {
+    char unread = 'u';
+    ASSERT_EQ(Packet(&unread, 1).send(ends_.second.get()), 0);
+    ASSERT_EQ(send("last"), 0);
+    ends_.first.reset();
+    EXPECT_EQ(receive(), Packet::Received::packet);
+    EXPECT_EQ(received_, "last");
+    EXPECT_EQ(receive(), Packet::Received::closed);
+}

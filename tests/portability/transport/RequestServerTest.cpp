@@ -40,7 +40,8 @@ class RequestServerTest : public testing::Test {
         EXPECT_EQ(EndpointClaim::claim(kSignature, claim), EndpointClaim::Outcome::claimed);
         thread_ = std::thread([this, claim = std::make_shared<EndpointClaim>(std::move(claim))] {
             Echo echo;
-            RequestServer server(std::move(*claim), wake_.get(), echo);
+            const std::atomic<bool> isEnding{false};
+            RequestServer server(std::move(*claim), wake_.get(), echo, isEnding);
             EXPECT_TRUE(server.isReady());
             while (!server.serve()) {
             }

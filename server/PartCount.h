@@ -1,0 +1,21 @@
+// Counts the parts of a structured block without reading them into memory.
+#pragma once
+
+#include <cstdint>
+
+#include "serialization/CPPByteArray.h"
+
+namespace merrowd {
+
+/// The largest number of parts of a request, unknown ones included. No command has more than ten fields.
+constexpr uint32_t kMostRequestParts = 64;
+
+/// The largest number of classes that an application can register.
+constexpr uint32_t kMostClasses = 65536;
+
+/// Returns whether the block has more parts than `most`. Reads only the headers of the first parts and
+/// allocates nothing, so it can be called with bytes from any client. Returns false if the bytes are not a
+/// structured block; the reader rejects them.
+bool hasMorePartsThan(uint32_t most, const dovrel::CPPByteArray& block);
+
+}  // namespace merrowd
