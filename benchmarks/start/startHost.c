@@ -32,7 +32,8 @@ static void ping(void* bundle, uint32_t application) {
     void* argument = text + 4;
     uint8_t* result = NULL;
     uint32_t length = 0;
-    expectSuccess(FUNCTION(posExecuteCMD)(application, &command, 4, &argument, 2, &result, &length), "posExecuteCMD");
+    expectSuccess(FUNCTION(posExecuteCMD)(application, &command, 4, &argument, 2, &result, &length),
+                  "posExecuteCMD");
     if (length != 2 || memcmp(result, "me", 2) != 0) refuse("a wrong reply");
     FUNCTION(posDeleteDLLHeapData)(result);
 }
@@ -48,7 +49,8 @@ int main(int count, char** arguments) {
     expectSuccess(FUNCTION(InitializePOS)(), "InitializePOS");
     times[2] = processorTime();
     uint32_t application = 0;
-    expectSuccess(FUNCTION(posRegisterApplicationWithClasses)("Start", NULL, 0, NULL, 0, &application), "registration");
+    expectSuccess(FUNCTION(posRegisterApplicationWithClasses)("Start", NULL, 0, NULL, 0, &application),
+                  "registration");
     times[3] = processorTime();
     ping(bundle, application);
     times[4] = processorTime();

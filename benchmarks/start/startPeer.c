@@ -23,7 +23,8 @@ int main(int count, char** arguments) {
     char packet[64] = "request";
     char reply[64];
     if (write(connection, packet, sizeof packet) != sizeof packet) refuse("write");
-    if (read(connection, reply, sizeof reply) != sizeof reply || memcmp(packet, reply, sizeof reply) != 0) refuse("read");
+    if (read(connection, reply, sizeof reply) != sizeof reply || memcmp(packet, reply, sizeof reply) != 0)
+        refuse("read");
     const double end = processorTime();
     printf("%.1f %.1f %ld %d\n", begun, end, residentMemory(), mappedLibraries());
     return 0;

@@ -90,6 +90,26 @@ TEST_F(FoundationModule, HostThatShowsAnAlert_HasFoundationFromThenOn) {
     EXPECT_EQ(systemLog(), "");
 }
 
+TEST_F(FoundationModule, FirstNeededInAnExitHandler_ShowsTheAlert) {
+    useFakeHelper();
+    startRegistered();
+    EXPECT_NE(line("leave").find("80000008 Dovrel DovrelFoundation "), std::string::npos);
+    EXPECT_EQ(host_->wait(), 0);
+    EXPECT_NE(fake_.note("request"), "");
+    EXPECT_EQ(systemLog(), "");
+}
+
+TEST_F(FoundationModule, NeededAgainInAnExitHandler_ShowsTheAlert) {
+    useFakeHelper();
+    startRegistered();
+    const std::string shown = line("fail");
+    useFakeHelper();  // without the notes of the first alert
+    EXPECT_EQ(line("leave"), shown);
+    EXPECT_EQ(host_->wait(), 0);
+    EXPECT_NE(fake_.note("request"), "");
+    EXPECT_EQ(systemLog(), "");
+}
+
 TEST_F(FoundationModule, AlertOnASystemWithoutADisplay_IsLoggedWithoutFoundation) {
     unsetenv("DISPLAY");
     expectLoggedAlertsWithoutFoundation();

@@ -10,18 +10,19 @@
 //     fail        makes a call that fails, which brings up an alert
 //     limit       allows the process hardly more memory than it has
 //     close       closes the session
+//     leave       returns from main; an exit handler, registered before the bundle was loaded, makes a call that fails
 //
 // For each step it writes a line: the status (hexadecimal), then the names of the libraries that were not in the process
 // at its start.
 #include <sys/resource.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <iostream>
-#include <memory>
 #include <set>
 #include <string>
 
-#include "tests/support/PosLibrary.h"
+#include "tests/endtoend/HostCalls.h"
 
 namespace {
 
@@ -30,28 +31,11 @@ using dovrel::test::PosLibrary;
 constexpr rlim_t kPage = 4096;
 constexpr rlim_t kMoreMemory = 256 * 1024;
 
-std::unique_ptr<PosLibrary> library;
+// Never destroyed, because the exit handler uses it.
+PosLibrary* library = nullptr;
 uint32_t application = 0;
-
-uint32_t ping() {
-    char command[] = "ping";
-    void* commandPointer = command;
-    void* noArgument = nullptr;
-    uint8_t* result = nullptr;
-    uint32_t length = 0;
-    const uint32_t status =
-        library->posExecuteCMD(application, &commandPointer, 4, &noArgument, 0, &result, &length);
-    library->posDeleteDLLHeapData(result);
-    return status;
-}
-
-uint32_t callWithoutAName() {
-    char identifier[POS_IDENTIFIER_SIZE] = {};
-    void* object = identifier;
-    uint8_t* result = nullptr;
-    uint32_t length = 0;
-    return library->posCallMethod(application, &object, nullptr, nullptr, 0, &result, &length);
-}
+std::set<std::string> librariesAtFirst;
+bool failsAtExit = false;
 
 uint32_t limitMemory() {
     rlim_t pages = 0;
@@ -63,12 +47,12 @@ uint32_t limitMemory() {
 }
 
 uint32_t carryOut(const std::string& step, const std::string& bundle) {
-    if (step == "load") library = std::make_unique<PosLibrary>(bundle);
+    if (step == "load") library = new PosLibrary(bundle);
     if (step == "open") return library->InitializePOS();
     if (step == "register")
         return library->posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, 0, &application);
-    if (step == "call") return ping();
-    if (step == "fail") return callWithoutAName();
+    if (step == "call") return ping(*library, application);
+    if (step == "fail") return callWithoutAName(*library, application);
     if (step == "limit") return limitMemory();
     if (step == "close") return library->TerminatePOS();
     return 0;
@@ -87,15 +71,26 @@ std::set<std::string> mappedLibraries() {
     return names;
 }
 
+void tell(uint32_t status) {
+    std::cout << std::hex << status;
+    for (const std::string& name : mappedLibraries())
+        if (librariesAtFirst.count(name) == 0) std::cout << ' ' << name;
+    std::cout << std::endl;
+}
+
+void failIfToldTo() {
+    if (failsAtExit) tell(carryOut("fail", ""));
+}
+
 }  // namespace
 
 int main(int, char** arguments) {
-    const std::set<std::string> first = mappedLibraries();
+    std::atexit(failIfToldTo);
+    librariesAtFirst = mappedLibraries();
     for (std::string step; std::getline(std::cin, step);) {
-        std::cout << std::hex << carryOut(step, arguments[1]);
-        for (const std::string& name : mappedLibraries())
-            if (first.count(name) == 0) std::cout << ' ' << name;
-        std::cout << std::endl;
+        failsAtExit = step == "leave";
+        if (failsAtExit) break;
+        tell(carryOut(step, arguments[1]));
     }
     return 0;
 }

@@ -28,7 +28,8 @@ int putenv(char*) noexcept { return noteChange(); }
 }
 
 int main() {
-    portability::makeHostTextsReadable();  // so that the program contains it; it ran when the program was loaded
+    // So that the program contains this function, which ran when the program was loaded.
+    portability::makeHostTextsReadable();
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
     NSString* const text = [[[NSProcessInfo processInfo] arguments] objectAtIndex:1];
     std::puts(changesEnvironment ? "changes the environment" : [text UTF8String]);
