@@ -5,19 +5,20 @@
 #include <objc/runtime.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string>
 
 #include "portability/corefoundation/TextEncoding.h"
 #include "portability/foundation/FoundationUse.h"
+#include "portability/foundation/ImportedFunction.h"
 
 namespace portability {
 
 namespace {
 
 constexpr char kEncodingVariable[] = "GNUSTEP_STRING_ENCODING";
-constexpr char kAnyBytes[] = "NSISOLatin1StringEncoding";
 
 bool isUtf8(const char* file) {
     std::ifstream stream(file, std::ios::binary);
@@ -36,18 +37,26 @@ id classNamed(const char* name) {
     return reinterpret_cast<id>(objc_getClass(name));
 }
 
+// Replaces GNUstep's getenv. The environment itself is not changed, because other threads may read it at this
+// moment.
+char* variableWithEncoding(const char* name) {
+    static char anyBytes[] = "NSISOLatin1StringEncoding";
+    return std::strcmp(name, kEncodingVariable) == 0 ? anyBytes : std::getenv(name);
+}
+
 bool readAsLatin1() {
     if (std::getenv(kEncodingVariable) != nullptr) return false;
     if (isUtf8("/proc/self/cmdline") && isUtf8("/proc/self/environ")) return false;
     // GNUstep reads the variable only once, when it first needs a text. The messages below
     // make that happen now.
-    setenv(kEncodingVariable, kAnyBytes, 0);
+    ImportedFunction environment(objc_getClass("NSObject"), "getenv");
+    environment.redirect(reinterpret_cast<void*>(&variableWithEncoding));
     beginFoundationUse();
     const id pool = send(classNamed("NSAutoreleasePool"), "new");
     send(classNamed("NSProcessInfo"), "processInfo");
     send(pool, "release");
     endFoundationUse();
-    unsetenv(kEncodingVariable);
+    environment.restore();
     return true;
 }
 

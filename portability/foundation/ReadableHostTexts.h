@@ -7,7 +7,7 @@ namespace portability {
 /// it raises an exception when it first needs them, which may be for a line in the system log, and ends
 /// the process the second time. This function makes Foundation read them as Latin 1 instead, in which
 /// every byte is a character. It runs once, when the code is loaded and before Foundation is used;
-/// later calls do nothing.
+/// later calls do nothing. The environment is not changed. Any thread.
 void makeHostTextsReadable();
 
 }  // namespace portability

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "portability/corefoundation/Bundle.h"
 #include "portability/posix/FileContent.h"
@@ -23,8 +23,9 @@ namespace {
 
 constexpr const char* kProcesses = "/proc";
 
-// The flag for a process that is exiting.
+// The flags of a process that is exiting, and of a task of the kernel, which has no program.
 constexpr unsigned long kExiting = 0x4;
+constexpr unsigned long kKernelTask = 0x200000;
 
 std::string folderOf(const std::string& number) {
     return std::string(kProcesses) + '/' + number;
@@ -69,14 +70,27 @@ std::string statedFile(const std::string& folder, const std::string& shortName) 
     return first.empty() ? shortName : first;
 }
 
-// Reads the fields after the name in /proc/<pid>/stat. Returns false if the text is incomplete.
+// Returns the text after `count` more fields, each of which a space precedes. Returns null if there are fewer.
+const char* afterFields(const char* text, int count) {
+    for (; text != nullptr && count > 0; --count)
+        text = std::strchr(text + 1, ' ');
+    return text;
+}
+
+// Reads the fields after the name in /proc/<pid>/stat. Returns false if the text is incomplete. sscanf would
+// also convert the fields between, which takes a tenth of the time for the whole list.
 bool readStatus(const char* text, Process& process, unsigned long& flags) {
-    unsigned long long startTime = 0;
-    const int read =
-        std::sscanf(text, " %c %d %d %*d %*d %*d %lu %*u %*u %*u %*u %*u %*u %*d %*d %*d %*d %*d %*d %llu",
-                    &process.state, &process.parent, &process.group, &flags, &startTime);
-    process.startTime = startTime;
-    return read == 5;
+    const char* const parent = afterFields(text, 1);
+    const char* const group = afterFields(parent, 1);
+    const char* const flagsField = afterFields(group, 4);
+    const char* const startTime = afterFields(flagsField, 13);
+    if (startTime == nullptr) return false;
+    process.state = text[1];
+    process.parent = std::atoi(parent);
+    process.group = std::atoi(group);
+    flags = std::strtoul(flagsField, nullptr, 10);
+    process.startTime = std::strtoull(startTime, nullptr, 10);
+    return true;
 }
 
 std::optional<Process> readProcess(const std::string& number, uid_t user) {
@@ -88,6 +102,7 @@ std::optional<Process> readProcess(const std::string& number, uid_t user) {
     if (nameBegin == std::string::npos || nameEnd == std::string::npos || nameEnd < nameBegin) {
         return std::nullopt;
     }
+    const std::string shortName = status.substr(nameBegin + 1, nameEnd - nameBegin - 1);
     Process process = {};
     process.id = std::atoi(number.c_str());
     process.user = user;
@@ -95,11 +110,13 @@ std::optional<Process> readProcess(const std::string& number, uid_t user) {
     if (!readStatus(status.c_str() + nameEnd + 1, process, flags) || hasEnded(process.state)) {
         return std::nullopt;
     }
-    process.file = programFile(folder);
+    // A machine can have more tasks of the kernel than processes, and each look into a folder takes time.
+    const bool isKernelTask = (flags & kKernelTask) != 0;
+    process.file = isKernelTask ? shortName : programFile(folder);
     if (process.file.empty()) {
         // The process is exiting and has already released its program, although it is not a zombie yet.
         if ((flags & kExiting) != 0) return std::nullopt;
-        process.file = statedFile(folder, status.substr(nameBegin + 1, nameEnd - nameBegin - 1));
+        process.file = statedFile(folder, shortName);
     }
     process.name = lastComponentOf(process.file);
     return process;

@@ -20,6 +20,7 @@ namespace {
 
 const std::string kContents = DOVREL_BUNDLE_CONTENTS;
 const std::string kExecutable = kContents + "/MacOS/Dovrel";
+const std::string kFoundation = kContents + "/MacOS/DovrelFoundation";
 
 std::string outputOf(const std::string& command) {
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), pclose);
@@ -29,6 +30,10 @@ std::string outputOf(const std::string& command) {
     while (size_t size = std::fread(part, 1, sizeof part, pipe.get()))
         output.append(part, size);
     return output;
+}
+
+std::string neededBy(const std::string& library) {
+    return outputOf("readelf --dynamic --wide '" + library + "' | grep NEEDED");
 }
 
 std::string contentOf(const std::string& path) {
@@ -81,8 +86,20 @@ TEST_F(BundleTest, EveryFunctionOfTheList_IsFoundByItsPlainName) {
         EXPECT_NE(dlsym(bundle_, name.c_str()), nullptr) << name;
 }
 
-TEST_F(BundleTest, NeededLibraries_AreNoneOfTheWindowSystem) {
-    const std::string needed = outputOf("readelf --dynamic --wide '" + kExecutable + "' | grep NEEDED");
+TEST_F(BundleTest, SecondModule_ExportsOneSymbolOnly) {
+    EXPECT_EQ(outputOf("nm -D --defined-only --format=just-symbols '" + kFoundation + "'"),
+              "dovrelFoundationEntries\n");
+}
+
+TEST_F(BundleTest, NeededLibraries_OfTheFirstModule_AreNotFoundation) {
+    const std::string needed = neededBy(kExecutable);
+    EXPECT_NE(needed.find("libstdc++"), std::string::npos) << needed;
+    for (const char* library : {"libgnustep", "libobjc", "libicu", "libgnutls"})
+        EXPECT_EQ(needed.find(library), std::string::npos) << needed;
+}
+
+TEST_F(BundleTest, NeededLibraries_OfTheSecondModule_AreNoneOfTheWindowSystem) {
+    const std::string needed = neededBy(kFoundation);
     EXPECT_NE(needed.find("libgnustep-base"), std::string::npos) << needed;
     for (const char* library : {"libgnustep-gui", "libX11", "libcairo", "libwraster"})
         EXPECT_EQ(needed.find(library), std::string::npos) << needed;
@@ -90,6 +107,7 @@ TEST_F(BundleTest, NeededLibraries_AreNoneOfTheWindowSystem) {
 
 TEST_F(BundleTest, LoadedAndInitialized_BringsNoLibraryOfTheWindowSystemIntoTheProcess) {
     load();
+    ASSERT_NE(dlopen(kFoundation.c_str(), RTLD_NOW | RTLD_LOCAL), nullptr) << dlerror();
     ASSERT_EQ(function<decltype(InitializePOS)>("InitializePOS")(), POS_OK);
     const std::string mapped = contentOf("/proc/self/maps");
     EXPECT_NE(mapped.find("libgnustep-base"), std::string::npos);

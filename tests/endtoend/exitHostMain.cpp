@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "tests/support/PosLibrary.h"
+#include "tests/endtoend/HostCalls.h"
 
 namespace {
 
@@ -16,29 +16,9 @@ namespace {
 dovrel::test::PosLibrary* library = nullptr;
 uint32_t application = 0;
 
-uint32_t ping() {
-    char command[] = "ping";
-    void* commandPointer = command;
-    void* noArgument = nullptr;
-    uint8_t* result = nullptr;
-    uint32_t length = 0;
-    const uint32_t status =
-        library->posExecuteCMD(application, &commandPointer, 4, &noArgument, 0, &result, &length);
-    library->posDeleteDLLHeapData(result);
-    return status;
-}
-
-uint32_t callWithoutAName() {
-    char identifier[POS_IDENTIFIER_SIZE] = {};
-    void* object = identifier;
-    uint8_t* result = nullptr;
-    uint32_t length = 0;
-    return library->posCallMethod(application, &object, nullptr, nullptr, 0, &result, &length);
-}
-
 void closeSession() {
-    const uint32_t command = ping();
-    const uint32_t method = callWithoutAName();
+    const uint32_t command = ping(*library, application);
+    const uint32_t method = callWithoutAName(*library, application);
     const uint32_t end = library->TerminatePOS();
     std::printf("command %x, method %x, end %x\n", command, method, end);
     std::fflush(stdout);
@@ -53,7 +33,7 @@ int main(int count, char** arguments) {
     if (library->posRegisterApplicationWithClasses("Leaving host", nullptr, 0, nullptr, 0, &application) !=
         POS_OK)
         std::_Exit(2);
-    if (count > 2 && callWithoutAName() != POS_FAILURE) std::_Exit(3);
+    if (count > 2 && callWithoutAName(*library, application) != POS_FAILURE) std::_Exit(3);
     std::puts("ready");
     std::fflush(stdout);
     std::getchar();

@@ -87,11 +87,5 @@ TEST_F(HelpPagesTest, NoHelpAtAll_Is0AndOpensNothing) {
     EXPECT_TRUE(openedNothing());
 }
 
-TEST_F(HelpPagesTest, HelpButtonOfAnAlert_OpensTheStartPage) {
-    addHelp();
-    EXPECT_EQ(run("helpbutton", "C"), "shown");
-    EXPECT_EQ(openedPage(), kEnglishPage);
-}
-
 }  // namespace
 }  // namespace dovrel

@@ -16,8 +16,6 @@
 //         twice, with a wait for a line in between
 //     alertHost help
 //         opens the help pages; "status N"
-//     alertHost helpbutton
-//         presses the Help button of an alert; "shown" when it is taken care of
 //     alertHost management
 //         "yes" when this is the management application, else "no"
 #import <Foundation/Foundation.h>
@@ -36,10 +34,6 @@
 #include "ui/alerts/HelpPages.h"
 #include "ui/alerts/MacOSXMessageDialog.h"
 #include "ui/information/Component.h"
-
-@interface NSObject (DelegateOfAlerts)
-- (BOOL)alertShowHelp:(id)alert;
-@end
 
 namespace {
 
@@ -144,12 +138,6 @@ int runHelp() {
     return 0;
 }
 
-int runHelpButton() {
-    id help = [[[NSClassFromString(@"DovrelAlertHelp") alloc] init] autorelease];
-    if ([help alertShowHelp:nil]) tell("shown");
-    return 0;
-}
-
 int runManagement() {
     tell(dovrel::isManagementApplication() ? "yes" : "no");
     return 0;
@@ -157,7 +145,6 @@ int runManagement() {
 
 int run(const std::string& mode, const Arguments& arguments, const dovrel::test::HostState& before) {
     if (mode == "help") return runHelp();
-    if (mode == "helpbutton") return runHelpButton();
     if (mode == "management") return runManagement();
     dovrel::MultiLanguageSupport::initialize("English");
     if (mode == "reserved") return runReserved(arguments);

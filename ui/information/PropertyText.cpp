@@ -1,13 +1,12 @@
 #include "ui/information/PropertyText.h"
 
-#import <Foundation/Foundation.h>
-
 #include <cstdio>
 
 #include "platform/AutoreleasePool.h"
 #include "platform/files/OpenFile.h"
 #include "platform/files/Places.h"
 #include "platform/text/CFStrings.h"
+#include "ui/information/PropertyListFormat.h"
 
 namespace dovrel {
 
@@ -22,19 +21,9 @@ std::optional<std::string> readContent(const std::string& path) {
     if (!file) return std::nullopt;
     std::string content;
     char piece[kPieceSize];
-    while (const size_t count = std::fread(piece, 1, sizeof piece, file.get())) content.append(piece, count);
+    while (const size_t count = std::fread(piece, 1, sizeof piece, file.get()))
+        content.append(piece, count);
     return content;
-}
-
-// Returns null if Foundation raises an exception, which it does for a text that it cannot parse. The
-// Objective-C exception is caught here. No C++ exception passes through this function.
-NSString* newDescription(const char* list) {
-    @try {
-        const id value = [[NSString stringWithUTF8String:list] propertyList];
-        return value != nil ? [[NSString stringWithFormat:@"%@", value] retain] : nil;
-    } @catch (...) {
-        return nil;
-    }
 }
 
 /// Only Foundation can format "%@", so the value is passed to Foundation as an XML property list. Strings do
@@ -44,14 +33,7 @@ std::optional<std::string> formattedValue(CFPropertyListRef value) {
         CFPropertyListCreateData(kCFAllocatorDefault, value, kCFPropertyListXMLFormat_v1_0, 0, nullptr));
     if (!list) return std::nullopt;
     const UInt8* const bytes = CFDataGetBytePtr(list.get());
-    const std::string xml(bytes, bytes + CFDataGetLength(list.get()));
-    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
-    NSString* const description = newDescription(xml.c_str());
-    std::optional<std::string> text;
-    if (description != nil) text = [description UTF8String];
-    [description release];
-    [pool release];
-    return text;
+    return formatPropertyList(std::string(bytes, bytes + CFDataGetLength(list.get())));
 }
 
 }  // namespace

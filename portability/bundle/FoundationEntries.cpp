@@ -1,0 +1,8 @@
+#include "portability/bundle/FoundationEntries.h"
+
+#include "portability/tasks/MainRunLoop.h"
+#include "ui/information/PropertyListFormat.h"
+
+const portability::FoundationEntries dovrelFoundationEntries = {
+    sizeof(portability::FoundationEntries), DOVREL_VERSION, dovrel::runModalAlert, dovrel::formatPropertyList,
+    portability::runOnMainRunLoop};

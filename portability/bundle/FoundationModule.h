@@ -1,0 +1,19 @@
+// Loads the bundle's second module. Private to the layer.
+#pragma once
+
+#include "portability/bundle/FoundationEntries.h"
+
+namespace portability {
+
+/// Returns the functions of the second module, which is the file "DovrelFoundation" in the folder of the
+/// executable or library that contains this code. The first call loads it; from then on it stays in the process.
+///
+/// Returns null if the module cannot be loaded: it is missing, damaged or of another version, a library that it
+/// needs is missing, or memory runs out. Then it writes a line with the reason to the system log, and the next
+/// call tries again.
+///
+/// Any thread, several at the same time. Holds no lock while it loads, because another thread may call this
+/// function while it loads a library itself.
+const FoundationEntries* foundationEntries() noexcept;
+
+}  // namespace portability

@@ -1,0 +1,37 @@
+#include "portability/posix/CodePath.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+
+#include "portability/posix/Paths.h"
+
+namespace portability {
+namespace {
+
+namespace fs = std::filesystem;
+
+int variable = 1;
+
+TEST(CodePath, OfThisProgram_IsItsFile) {
+    const std::string program = fs::read_symlink("/proc/self/exe").string();
+    EXPECT_EQ(pathOfCode(reinterpret_cast<const void*>(&pathOfCode)), program);
+    EXPECT_EQ(pathOfCode(&variable), program);
+}
+
+TEST(CodePath, OfALibrary_IsItsFileWithoutLinks) {
+    const std::string path = pathOfCode(stdout);
+    EXPECT_EQ(lastComponentOf(path).rfind("libc", 0), 0u) << path;
+    EXPECT_EQ(path, canonicalPath(path));
+}
+
+TEST(CodePath, WhereNoFileIsMapped_IsEmpty) {
+    const int local = 0;
+    EXPECT_EQ(pathOfCode(&local), "");
+    EXPECT_EQ(pathOfCode(nullptr), "");
+}
+
+}  // namespace
+}  // namespace portability
