@@ -44,6 +44,23 @@ std::string beginning() {
            std::to_string(syscall(SYS_gettid)) + "] ";
 }
 
+// Returns the text with every control character but line feed and tab as "\x" and two hexadecimal digits. The
+// line may be shown on a terminal, and the text in it may come from a server or another program.
+std::string withoutControlCharacters(const char* text) {
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    constexpr char kDelete = '\x7F';
+    std::string shown;
+    for (const char* at = text; *at != '\0'; ++at) {
+        const auto code = static_cast<unsigned char>(*at);
+        const bool isControl = (code < ' ' && *at != '\n' && *at != '\t') || *at == kDelete;
+        if (isControl)
+            shown += {'\\', 'x', kDigits[code / 16], kDigits[code % 16]};
+        else
+            shown += *at;
+    }
+    return shown;
+}
+
 // Writing to a pipe without a reader raises SIGPIPE on the writing thread, which would end the host. This
 // object blocks the signal on this thread and removes it afterwards, unless the host already had one pending.
 class BrokenPipeSilence {
@@ -98,9 +115,10 @@ void writeToDaemon(const std::string& message) {
 
 void writeLogLine(const char* message) noexcept {
     try {
-        std::string line = beginning() + message;
+        const std::string text = withoutControlCharacters(message);
+        std::string line = beginning() + text;
         if (line.back() != '\n') line += '\n';
-        if (!writeToStandardError(line)) writeToDaemon(message);
+        if (!writeToStandardError(line)) writeToDaemon(text);
     } catch (...) {
         // Memory has run out.
     }

@@ -52,6 +52,11 @@ TEST_F(NSLogTest, Message_IsWrittenInUTF8) {
     EXPECT_TRUE(endsWith(log, "<Größe, 日本>\n")) << log;
 }
 
+TEST_F(NSLogTest, ControlCharactersOfAMessage_DoNotReachTheTerminal) {
+    const std::string log = logOf(@"red \x1B[31m, bell \a, tab\t, line\nend\x7F");
+    EXPECT_TRUE(endsWith(log, "<red \\x1B[31m, bell \\x07, tab\t, line\nend\\x7F>\n")) << log;
+}
+
 TEST_F(NSLogTest, ProgramWhoseNameIsNotUTF8_IsNamedInUTF8) {
     char* const name = program_invocation_short_name;
     char macRoman[] = "Gr\x9A\xA7"
