@@ -40,12 +40,11 @@ void readIdentifier(POSTransferObj& object, uint32_t id, CPPByteArray& identifie
 }
 
 POSServerMessage readServerMessage(POSTransferObj& object, uint32_t id) {
-    uint32_t length = 0;
-    const std::unique_ptr<uint8_t[]> field = object.readBlock(id, length);
+    const ByteBlock field = object.readBlock(id);
     POSServerMessage message;
-    if (length < kMessageFlagsSize) return message;
+    if (field.length < kMessageFlagsSize) return message;
     message.flags = object.readUInt32(id);
-    message.text.assign(field.get() + kMessageFlagsSize, field.get() + length);
+    message.text.assign(field.data.get() + kMessageFlagsSize, field.data.get() + field.length);
     return message;
 }
 

@@ -3,19 +3,11 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
+#include "InterProcessCommunication/POSOperations.h"
 #include "InterProcessCommunication/POSTransferObj.h"
 
 namespace dovrel {
-
-/// The message for the user that a reply may contain.
-struct POSServerMessage {
-    uint32_t flags = 0;  ///< non-zero if there is a message
-    std::string text;    ///< in the system's encoding, may be empty
-
-    bool isPresent() const { return flags != 0; }
-};
 
 // The two functions below return fields to be written. A field refers to the bytes of the name or identifier,
 // which must outlive it.

@@ -42,15 +42,14 @@ std::string POSTransferObj::readString(uint32_t id) {
     return reader_.readStringPart(id);
 }
 
-std::unique_ptr<uint8_t[]> POSTransferObj::readBlock(uint32_t id, uint32_t& length) {
+ByteBlock POSTransferObj::readBlock(uint32_t id) {
     attachReader();
-    const StructuredByteArrayReader::View field = reader_.viewPart(id);
-    std::unique_ptr<uint8_t[]> block;
-    if (field.length > 0) {
-        block.reset(new uint8_t[field.length]);
-        std::memcpy(block.get(), field.data, field.length);
-    }
-    length = field.length;
+    const ByteView field = reader_.viewPart(id);
+    ByteBlock block;
+    if (field.length == 0) return block;
+    block.data.reset(new uint8_t[field.length]);
+    block.length = field.length;
+    std::memcpy(block.data.get(), field.data, field.length);
     return block;
 }
 

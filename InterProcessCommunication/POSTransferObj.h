@@ -18,6 +18,7 @@
 #include <string>
 
 #include "InterProcessCommunication/POSCommands.h"
+#include "serialization/ByteBlock.h"
 #include "serialization/CPPExpandingByteArray.h"
 #include "serialization/StructuredByteArrayReader.h"
 #include "serialization/StructuredByteArrayWriter.h"
@@ -65,9 +66,8 @@ class POSTransferObj {
     std::unique_ptr<CPPByteArray> readByteArray(uint32_t id);
     /// Returns all bytes of the field, one character per byte.
     std::string readString(uint32_t id);
-    /// Returns all bytes of the field in a block from new[], and their number in `length`. Returns null for
-    /// an empty field. Leaves `length` unchanged if it throws.
-    std::unique_ptr<uint8_t[]> readBlock(uint32_t id, uint32_t& length);
+    /// Returns all bytes of the field in a new block.
+    ByteBlock readBlock(uint32_t id);
 
     bool hasField(uint32_t id);
 

@@ -44,7 +44,7 @@ struct StructuredCodec {
   private:
     // `length`: in: the size of `data`; out: the number of bytes copied.
     static bool copy(const StructuredByteArrayReader& reader, uint32_t tag, uint8_t* data, uint32_t& length) {
-        const StructuredByteArrayReader::View part = reader.viewPart(tag);
+        const ByteView part = reader.viewPart(tag);
         if (part.length > length) return false;
         length = part.length;
         if (length != 0) std::memcpy(data, part.data, length);

@@ -8,7 +8,7 @@
 #include <cstdio>
 
 #include "InterProcessCommunication/TransferObjText.h"
-#include "client/Attempt.h"
+#include "client/OperationResult.h"
 #include "client/VersionBanner.h"
 #include "client/exceptions/ExceptionTypeNames.h"
 #include "platform/files/Places.h"
@@ -151,28 +151,28 @@ std::string ErrorLog::entryText(const char* applicationName, const FailureReport
 
 void ErrorLog::append(const char* applicationName, const FailureReport& report,
                       const FailureNotes& notes) const noexcept {
-    attempt([&] {
-        const std::string path = errorLogPath();
-        const std::string entry = entryText(applicationName, report, notes);
-        const LogFile log(path);
-        if (!log.isUsable()) return false;
-        if (log.size() != 0 && hasRoom(log, entry)) {
-            log.append(entry);
-            return true;
-        }
+    ignoringFailures([&] { appendEntry(entryText(applicationName, report, notes)); });
+}
 
-        if (log.size() != 0 && !log.moveAway(path)) return false;
-        const LogFile fresh(path);
-        if (!fresh.isUsable()) return false;
-        if (fresh.size() != 0) {
-            fresh.append(entry);
-            return true;
-        }
-        fresh.openToAllUsers();
-        const std::string beginning = headText() + entry;
-        if (!fresh.append(beginning)) fresh.removeIfShorterThan(beginning, path);
-        return true;
-    });
+void ErrorLog::appendEntry(const std::string& entry) const {
+    const std::string path = errorLogPath();
+    const LogFile log(path);
+    if (!log.isUsable()) return;
+    if (log.size() != 0 && hasRoom(log, entry)) {
+        log.append(entry);
+        return;
+    }
+
+    if (log.size() != 0 && !log.moveAway(path)) return;
+    const LogFile fresh(path);
+    if (!fresh.isUsable()) return;
+    if (fresh.size() != 0) {
+        fresh.append(entry);
+        return;
+    }
+    fresh.openToAllUsers();
+    const std::string beginning = headText() + entry;
+    if (!fresh.append(beginning)) fresh.removeIfShorterThan(beginning, path);
 }
 
 }  // namespace dovrel

@@ -64,6 +64,7 @@ class ErrorLog {
     std::string headText() const;
     std::string entryText(const char* applicationName, const FailureReport& report,
                           const FailureNotes& notes) const;
+    void appendEntry(const std::string& entry) const;
 
     Clock clock_ = [] { return std::time(nullptr); };
     std::string bundlePath_;

@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "InterProcessCommunication/POSTransferObjTrader.h"
-#include "client/Attempt.h"
 #include "client/ErrorLog.h"
 #include "client/FailureReport.h"
+#include "client/OperationResult.h"
 #include "client/POSAccessClient.h"
 #include "platform/trace/FailureNotes.h"
 #include "ui/alerts/MessageDialog.h"
@@ -45,9 +45,9 @@ class POSAccessUIDialogHandler {
     void readOptions(const uint16_t* options, uint32_t optionsLength) noexcept;
     const InteractionFlags& flags() const { return flags_; }
 
-    /// Runs `operation`, which returns a bool, until it returns or the user gives up. Returns true if the
-    /// operation returned true. If it returned false, no alert is shown; an error of the server is written to
-    /// the error log.
+    /// Runs `operation`, which returns a POSOutcome, until it returns or the user gives up. Returns true if
+    /// the outcome is POSOutcome::kDone. After POSOutcome::kUnlistedError no alert is shown, and the error of
+    /// the server is written to the error log.
     template <typename Operation>
     bool run(uint32_t applicationId, const Operation& operation) noexcept {
         return runWithRetry(
@@ -102,9 +102,9 @@ class POSAccessUIDialogHandler {
                       Report report) noexcept {
         for (;;) {
             notes_.clear();
-            Attempt result = attempt(operation);
-            if (result.succeeded) return true;
-            if (!result.threw) {
+            OperationResult result = runCatching(operation);
+            if (result.outcome == POSOutcome::kDone) return true;
+            if (result.outcome == POSOutcome::kUnlistedError) {
                 recordUnlistedError(applicationName());
                 return false;
             }

@@ -82,7 +82,7 @@ uint32_t StructuredByteArrayReader::getPartLength(uint32_t tag) const {
 }
 
 uint32_t StructuredByteArrayReader::viewNumber(uint32_t tag) const {
-    const View part = viewPart(tag);
+    const ByteView part = viewPart(tag);
     if (part.length >= kNumberLength) return fromLittleEndian(part.data);
     uint8_t extended[kNumberLength] = {};
     std::copy_n(part.data, part.length, extended);
