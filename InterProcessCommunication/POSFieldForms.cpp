@@ -16,11 +16,11 @@ constexpr uint32_t kMessageFlagsSize = 4;
 
 }  // namespace
 
-StructuredPart nameField(uint32_t id, const char* name) {
+StructuredPart makeNameField(uint32_t id, const char* name) {
     return StructuredPart::ofBytes(id, name, static_cast<uint32_t>(std::strlen(name) + 1));
 }
 
-StructuredPart identifierField(uint32_t id, const CPPByteArray& identifier) {
+StructuredPart makeIdentifierField(uint32_t id, const CPPByteArray& identifier) {
     requireIdentifierSize(identifier);
     return StructuredPart::ofArray(id, identifier);
 }

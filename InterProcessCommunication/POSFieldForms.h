@@ -13,11 +13,11 @@ namespace dovrel {
 // which must outlive it.
 
 /// Returns a field with the NUL-terminated text, including its NUL.
-StructuredPart nameField(uint32_t id, const char* name);
+StructuredPart makeNameField(uint32_t id, const char* name);
 
 /// Returns a field with the identifier. Throws a CPPException if the identifier does not have
 /// kPOSIdentifierSize bytes. Identifiers have that size on the wire and at the hosts' interface.
-StructuredPart identifierField(uint32_t id, const CPPByteArray& identifier);
+StructuredPart makeIdentifierField(uint32_t id, const CPPByteArray& identifier);
 
 /// Throws a CPPException if the identifier does not have kPOSIdentifierSize bytes.
 void requireIdentifierSize(const CPPByteArray& identifier);

@@ -9,11 +9,10 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/POSTransferObjForwarder.h"
 #include "InterProcessCommunication/TransferObjText.h"
-#include "client/exceptions/POSExceptionFactory.h"
+#include "client/exceptions/POSException.h"
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "platform/trace/FailureNotes.h"
 #include "serialization/ByteArrayList.h"
-#include "serialization/SerializationFailure.h"
 #include "serialization/StructuredDataFormat.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
@@ -31,21 +30,21 @@ class Request : public POSTransferObj {
         : POSTransferObj(kTransferKindStandard, kMessageKindRequest, command, fields...) {}
 };
 
-StructuredPart sessionField(uint32_t applicationId) {
+StructuredPart makeSessionField(uint32_t applicationId) {
     return StructuredPart::ofNumber(posField::kSession, applicationId);
 }
 
-CPPException* newNoValidInterface() {
+CPPException* makeNoValidInterfaceException() {
     return new CPPException(MultiLanguageSupport::getText(kDllNoValidPosInterface).c_str());
 }
 
-CPPException* newExceptionForAnswer(uint32_t code, const char* text) {
+CPPException* makeExceptionForReply(uint32_t code, const char* text) {
     if (code == kErrorCodeGeneral) return new CPPException(text);
-    if (code == kErrorCodeNoValidInterface) return newNoValidInterface();
+    if (code == kErrorCodeNoValidInterface) return makeNoValidInterfaceException();
     return newPOSExceptionForCode(code, text);
 }
 
-CPPExpandingByteArray classListBlock(const std::vector<CPPClassID>& classes) {
+CPPExpandingByteArray makeClassListBlock(const std::vector<CPPClassID>& classes) {
     for (const CPPClassID& classId : classes)
         requireIdentifierSize(classId);
     CPPExpandingByteArray block;
@@ -53,8 +52,8 @@ CPPExpandingByteArray classListBlock(const std::vector<CPPClassID>& classes) {
     return block;
 }
 
-StructuredPart executerField(const std::optional<ProtectedExecuterID>& executer) {
-    return executer ? identifierField(posField::kExecuter, *executer)
+StructuredPart makeExecuterField(const std::optional<ProtectedExecuterID>& executer) {
+    return executer ? makeIdentifierField(posField::kExecuter, *executer)
                     : StructuredPart::ofBytes(posField::kExecuter, nullptr, 0);
 }
 
@@ -66,7 +65,7 @@ void append(CPPExpandingByteArray& data, const ByteView& bytes) {
     if (data.getSize() - size != bytes.length) throw std::bad_alloc();
 }
 
-CPPExpandingByteArray commandData(const Command& command) {
+CPPExpandingByteArray joinCommandData(const Command& command) {
     const uint64_t length = uint64_t{command.bytes.length} + command.argument.length;
     if (length > std::numeric_limits<uint32_t>::max()) {
         throwSerializationFailure<StructuredWriteFailedException>(
@@ -91,7 +90,7 @@ uint32_t POSTransferObjTrader::CheckTransferObjReply(std::unique_ptr<POSTransfer
     const uint32_t code = answer->readUInt32(posField::kExceptionCode);
     answer.reset();
     FailureNotes::addServerError(code, text);
-    if (CPPException* const exception = newExceptionForAnswer(code, text.c_str())) throw exception;
+    if (CPPException* const exception = makeExceptionForReply(code, text.c_str())) throw exception;
     return code;
 }
 
@@ -102,8 +101,8 @@ POSResult<POSRegistration> POSTransferObjTrader::registerApplication(const std::
     if (checkInterfaceVersion() != POSOutcome::kDone) return {};
 
     const CPPByteArray clientProcess = forwarder_->GetClientProcessID();
-    const CPPExpandingByteArray classList = classListBlock(classes);
-    Request request(posCommand::kRegisterApplication, nameField(posField::kApplicationName, name.c_str()),
+    const CPPExpandingByteArray classList = makeClassListBlock(classes);
+    Request request(posCommand::kRegisterApplication, makeNameField(posField::kApplicationName, name.c_str()),
                     StructuredPart::ofArray(posField::kClientProcess, clientProcess),
                     StructuredPart::ofArray(posField::kClassList, classList),
                     StructuredPart::ofArray(posField::kOptions, options));
@@ -125,18 +124,18 @@ POSOutcome POSTransferObjTrader::checkInterfaceVersion() {
         return "interface version: the server has " + std::to_string(version) + ", the library needs " +
                std::to_string(kPOSInterfaceVersion);
     });
-    throw newNoValidInterface();
+    throw makeNoValidInterfaceException();
 }
 
 POSOutcome POSTransferObjTrader::unregisterApplication(uint32_t applicationId) {
-    Request request(posCommand::kUnregisterApplication, sessionField(applicationId));
+    Request request(posCommand::kUnregisterApplication, makeSessionField(applicationId));
     return sendForOutcome(request);
 }
 
 POSResult<POSInstance> POSTransferObjTrader::instantiateObject(uint32_t applicationId,
                                                                const CPPClassID& classId, uint32_t executer) {
-    Request request(posCommand::kInstantiateObject, sessionField(applicationId),
-                    identifierField(posField::kClass, classId),
+    Request request(posCommand::kInstantiateObject, makeSessionField(applicationId),
+                    makeIdentifierField(posField::kClass, classId),
                     StructuredPart::ofBytes(posField::kCreationData, nullptr, 0),
                     StructuredPart::ofNumber(posField::kExecuterWord, executer));
 
@@ -150,17 +149,17 @@ POSResult<POSInstance> POSTransferObjTrader::instantiateObject(uint32_t applicat
 }
 
 POSOutcome POSTransferObjTrader::deleteObject(uint32_t applicationId, const CPPObjectID& objectId) {
-    Request request(posCommand::kDeleteObject, sessionField(applicationId),
-                    identifierField(posField::kObject, objectId));
+    Request request(posCommand::kDeleteObject, makeSessionField(applicationId),
+                    makeIdentifierField(posField::kObject, objectId));
     return sendForOutcome(request);
 }
 
 POSResult<POSMethodReply> POSTransferObjTrader::callMethod(uint32_t applicationId, const MethodCall& call) {
     Request request(
-        posCommand::kCallMethod, sessionField(applicationId), identifierField(posField::kObject, call.object),
-        nameField(posField::kMethodName, call.name),
+        posCommand::kCallMethod, makeSessionField(applicationId),
+        makeIdentifierField(posField::kObject, call.object), makeNameField(posField::kMethodName, call.name),
         StructuredPart::ofBytes(posField::kArgument, call.parameters.data, call.parameters.length),
-        executerField(call.executer));
+        makeExecuterField(call.executer));
 
     const std::unique_ptr<POSTransferObj> reply = sendAndCheck(request);
     POSResult<POSMethodReply> result;
@@ -172,9 +171,9 @@ POSResult<POSMethodReply> POSTransferObjTrader::callMethod(uint32_t applicationI
 }
 
 POSResult<ByteBlock> POSTransferObjTrader::executeCommand(uint32_t applicationId, const Command& command) {
-    const CPPExpandingByteArray data = commandData(command);
+    const CPPExpandingByteArray data = joinCommandData(command);
     Request request(
-        posCommand::kExecuteCommand, sessionField(applicationId),
+        posCommand::kExecuteCommand, makeSessionField(applicationId),
         StructuredPart::ofBytes(posField::kCommandExecuter, kZeroIdentifier, sizeof kZeroIdentifier),
         StructuredPart::ofArray(posField::kCommandData, data),
         StructuredPart::ofNumber(posField::kCommandLength, command.bytes.length));
@@ -182,7 +181,7 @@ POSResult<ByteBlock> POSTransferObjTrader::executeCommand(uint32_t applicationId
 }
 
 POSResult<ByteBlock> POSTransferObjTrader::getInformation(uint32_t applicationId, const ByteView& request) {
-    Request query(posCommand::kGetInformation, sessionField(applicationId),
+    Request query(posCommand::kGetInformation, makeSessionField(applicationId),
                   StructuredPart::ofBytes(posField::kInformationRequest, request.data, request.length));
     return sendForBlock(query, posField::kInformation);
 }

@@ -9,11 +9,11 @@
 
 #include "InterProcessCommunication/TransferObjText.h"
 #include "client/OperationResult.h"
-#include "client/VersionBanner.h"
 #include "client/exceptions/ExceptionTypeNames.h"
 #include "platform/files/Places.h"
 #include "settings/LineGrammar.h"
 #include "settings/LogFileWriter.h"
+#include "ui/information/ComponentVersions.h"
 
 namespace dovrel {
 
@@ -37,6 +37,7 @@ constexpr char kAlert[] = "ALERT";
 }  // namespace entryKey
 
 constexpr char kNoAlert[] = "none";
+constexpr char kVersionStart[] = "Dovrel Version ";
 
 /// The open log, closed by the destructor.
 class LogFile {
@@ -118,11 +119,15 @@ bool hasRoom(const LogFile& log, const std::string& text) {
 
 }  // namespace
 
+void ErrorLog::useBundle(const std::string& bundlePath) {
+    version_ = kVersionStart + bundleVersionText(libraryIdentifier(), bundlePath);
+}
+
 std::string ErrorLog::headText() const {
     std::string text;
     LogFileWriter writer(text);
     writer.writeTitle(kTitle);
-    writer.writeString(entryKey::kVersion, versionBanner(bundlePath_));
+    writer.writeString(entryKey::kVersion, version_);
     writer.writeString(entryKey::kEncoding, kEncoding);
     return text;
 }

@@ -28,8 +28,8 @@ std::unique_ptr<CPPException> makeUnlistedError(const FailureNotes::ServerError&
 POSAccessUIDialogHandler::POSAccessUIDialogHandler(std::unique_ptr<MessageDialog> dialog)
     : dialog_(std::move(dialog)) {}
 
-void POSAccessUIDialogHandler::setBundlePath(const std::string& bundlePath) {
-    errorLog_.setBundlePath(bundlePath);
+void POSAccessUIDialogHandler::useBundle(const std::string& bundlePath) {
+    errorLog_.useBundle(bundlePath);
     try {
         MultiLanguageSupport::initialize("");
     } catch (CPPException* caught) {

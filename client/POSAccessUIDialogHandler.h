@@ -36,9 +36,9 @@ class POSAccessUIDialogHandler {
     /// the first operation.
     void setClient(POSAccessClient* client) { client_ = client; }
 
-    /// Sets the path of the library's installed bundle and loads the texts in the user's language. If the
-    /// texts cannot be loaded, later lookups return "".
-    void setBundlePath(const std::string& bundlePath);
+    /// Uses the library's installed bundle, whose path is given: reads its version for the error log and loads
+    /// the texts in the user's language. If the texts cannot be loaded, later lookups return "".
+    void useBundle(const std::string& bundlePath);
 
     /// Sets all flags, then clears those whose codes are among the options. Null options, and a length that
     /// is not a multiple of the size of a code, count as no options.

@@ -5,7 +5,6 @@
 #include <new>
 
 #include "client/exceptions/StructuredDataExceptions.h"
-#include "serialization/SerializationFailure.h"
 
 namespace dovrel {
 namespace {
@@ -62,7 +61,7 @@ uint32_t StructuredByteArrayReader::getTypeNumber() const {
 }
 
 CPPByteArray* StructuredByteArrayReader::getPart(uint32_t tag) const {
-    const PartTable::Entry& entry = entryOf(tag, site::kGetPart);
+    const PartTable::Entry& entry = requireEntry(tag, site::kGetPart);
     auto part = std::make_unique<CPPByteArray>();
     part->setFromPart(*source_, entry.offset, entry.length);
     // After an allocation failure the array is empty, and must not be taken for an empty part.
@@ -78,7 +77,7 @@ void StructuredByteArrayReader::readPart(uint32_t tag, void* destination) const 
 }
 
 uint32_t StructuredByteArrayReader::getPartLength(uint32_t tag) const {
-    return entryOf(tag, site::kGetPartLength).length;
+    return requireEntry(tag, site::kGetPartLength).length;
 }
 
 uint32_t StructuredByteArrayReader::viewNumber(uint32_t tag) const {
@@ -99,7 +98,7 @@ void StructuredByteArrayReader::requireSource(const char* site) const {
     }
 }
 
-const PartTable::Entry& StructuredByteArrayReader::entryOf(uint32_t tag, const char* site) const {
+const PartTable::Entry& StructuredByteArrayReader::requireEntry(uint32_t tag, const char* site) const {
     const PartTable::Entry* const entry = parts_.find(tag);
     if (source_ == nullptr || entry == nullptr) failRequest(site);
     return *entry;

@@ -59,7 +59,7 @@ class StructuredByteArrayReader : public StructuredDataReader {
     void requireSource(const char* site) const;
     [[noreturn]] void failRequest(const char* site) const;
     void requireBytes(uint32_t offset, uint32_t count) const;
-    const PartTable::Entry& entryOf(uint32_t tag, const char* site) const;
+    const PartTable::Entry& requireEntry(uint32_t tag, const char* site) const;
     uint32_t parseHeader();
     void parseParts(uint32_t offset);
 

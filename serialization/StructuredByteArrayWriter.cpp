@@ -6,7 +6,6 @@
 #include <typeinfo>
 
 #include "client/exceptions/StructuredDataExceptions.h"
-#include "serialization/SerializationFailure.h"
 #include "serialization/StructuredDataFormat.h"
 
 namespace dovrel {

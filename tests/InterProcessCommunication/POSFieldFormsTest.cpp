@@ -32,23 +32,23 @@ std::string wireFormOf(const StructuredPart& field) {
 }
 
 TEST(POSFieldForms, NameField_HasTheTerminatingZero) {
-    EXPECT_EQ(wireFormOf(nameField(107, "add")), " 00 00 00 6B 00 00 00 04 61 64 64 00");
+    EXPECT_EQ(wireFormOf(makeNameField(107, "add")), " 00 00 00 6B 00 00 00 04 61 64 64 00");
 }
 
 TEST(POSFieldForms, NameField_OfTheEmptyName_IsOneZeroByte) {
-    EXPECT_EQ(wireFormOf(nameField(100, "")), " 00 00 00 64 00 00 00 01 00");
+    EXPECT_EQ(wireFormOf(makeNameField(100, "")), " 00 00 00 64 00 00 00 01 00");
 }
 
 TEST(POSFieldForms, IdentifierField_IsItsSixteenBytes) {
     const CPPByteArray identifier = arrayOf("0123456789abcdef");
-    EXPECT_EQ(wireFormOf(identifierField(105, identifier)),
+    EXPECT_EQ(wireFormOf(makeIdentifierField(105, identifier)),
               " 00 00 00 69 00 00 00 10 30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66");
 }
 
 TEST(POSFieldForms, IdentifierField_OfAnotherSize_Fails) {
     const test::TransportTexts texts;
     for (const char* wrong : {"", "Echo", "fifteen bytes..", "seventeen bytes.."}) {
-        expectFailure<CPPException>([&] { identifierField(105, arrayOf(wrong)); },
+        expectFailure<CPPException>([&] { makeIdentifierField(105, arrayOf(wrong)); },
                                     exceptionTypeCode::kCPPException, "???",
                                     test::TransportTexts::kWrongIdentifier);
     }

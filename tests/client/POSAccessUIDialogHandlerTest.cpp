@@ -122,11 +122,11 @@ TEST_F(POSAccessUIDialogHandlerTest, Run_EachFailureInTheErrorLog_IsAnEntryOfThe
             "no alert"}));
 }
 
-TEST_F(POSAccessUIDialogHandlerTest, SetBundlePath_LoadThatThrows_IsPassedOver) {
+TEST_F(POSAccessUIDialogHandlerTest, UseBundle_LoadThatThrows_IsPassedOver) {
     // This path is longer than the platform allows, so the folder of the texts cannot be determined.
     setenv("POS_SYSTEM_ROOT", ("/" + std::string(8192, 'x')).c_str(), 1);
     ASSERT_FALSE(ignoringFailures([] { MultiLanguageSupport::initialize(""); }));
-    handler_.setBundlePath("/Dovrel.bundle");
+    handler_.useBundle("/Dovrel.bundle");
     EXPECT_EQ(MultiLanguageSupport::getText("DLL_ERROR_DIALOG_TITLE"), kErrorTitle);
 }
 
