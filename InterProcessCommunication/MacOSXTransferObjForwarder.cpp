@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 #include <string>
 #include <utility>
 
@@ -102,10 +101,8 @@ CPPByteArray MacOSXTransferObjForwarder::GetClientProcessID() {
     CPPByteArray identity;
     ProcessSerialNumber number;
     if (GetCurrentProcess(&number) != noErr) return identity;
-    identity.set(&number, sizeof number);
-    // An empty array would mean that the system cannot tell the serial number, so an allocation failure is
-    // thrown instead.
-    if (identity.getSize() != sizeof number) throw std::bad_alloc();
+    // An empty array would mean that the system cannot tell the serial number.
+    identity.setOrThrow(&number, sizeof number);
     return identity;
 }
 

@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 
 #include "client/exceptions/CPPException.h"
 #include "settings/MultiLanguageSupport.h"
@@ -33,10 +32,7 @@ void requireIdentifierSize(const CPPByteArray& identifier) {
 void readIdentifier(POSTransferObj& object, uint32_t id, CPPByteArray& identifier) {
     const std::unique_ptr<CPPByteArray> received = object.readByteArray(id);
     requireIdentifierSize(*received);
-    identifier.assign(*received);
-    // If memory runs out, the array keeps its old content, which may be another identifier of the same size.
-    // So the contents are compared.
-    if (identifier.compare(*received) != 0) throw std::bad_alloc();
+    identifier.setOrThrow(received->data(), received->getSize());
 }
 
 POSServerMessage readServerMessage(POSTransferObj& object, uint32_t id) {

@@ -1,21 +1,8 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 
 #include <cstring>
-#include <new>
 
 namespace dovrel {
-
-namespace {
-
-// The array is emptied first. If memory runs out, an array keeps its old content, and old content of the same
-// size could not be told from the new one.
-void replaceContent(CPPByteArray& array, const void* bytes, uint32_t length) {
-    array.set(nullptr, 0);
-    array.set(bytes, length);
-    if (array.getSize() != length) throw std::bad_alloc();
-}
-
-}  // namespace
 
 POSTransferObj::POSTransferObj() {
     writer_.initialize(bytes_, formatVersion_);
@@ -54,11 +41,11 @@ ByteBlock POSTransferObj::readBlock(uint32_t id) {
 }
 
 void POSTransferObj::copyBytesTo(CPPByteArray& array) const {
-    replaceContent(array, bytes_.data(), bytes_.getSize());
+    array.setOrThrow(bytes_.data(), bytes_.getSize());
 }
 
 void POSTransferObj::copyBytesFrom(const void* bytes, uint32_t length) {
-    replaceContent(bytes_, bytes, length);
+    bytes_.setOrThrow(bytes, length);
 }
 
 bool POSTransferObj::hasField(uint32_t id) {

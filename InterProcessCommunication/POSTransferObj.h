@@ -20,6 +20,7 @@
 #include "InterProcessCommunication/POSCommands.h"
 #include "serialization/ByteBlock.h"
 #include "serialization/CPPExpandingByteArray.h"
+#include "serialization/StructuredBlockEncoder.h"
 #include "serialization/StructuredByteArrayReader.h"
 #include "serialization/StructuredByteArrayWriter.h"
 
@@ -35,10 +36,11 @@ class POSTransferObj {
     /// fields one by one.
     template <class... Fields>
     POSTransferObj(uint32_t transferKind, uint32_t messageKind, uint32_t command, const Fields&... fields) {
-        writer_.initialize(bytes_, formatVersion_,
-                           {StructuredPart::ofNumber(headerId0_, transferKind),
-                            StructuredPart::ofNumber(headerId1_, messageKind),
-                            StructuredPart::ofNumber(headerId3_, command), fields...});
+        encodeStructuredBlock(bytes_, formatVersion_,
+                              {StructuredPart::ofNumber(headerId0_, transferKind),
+                               StructuredPart::ofNumber(headerId1_, messageKind),
+                               StructuredPart::ofNumber(headerId3_, command), fields...});
+        writer_.continueBlock(bytes_);
     }
 
     POSTransferObj(const POSTransferObj&) = delete;
@@ -73,7 +75,7 @@ class POSTransferObj {
 
     /// Returns the wire form: exactly the bytes that are sent.
     const CPPByteArray& bytes() const { return bytes_; }
-    /// Replaces the content of `array` by the wire form. If this throws, `array` is empty.
+    /// Replaces the content of `array` by the wire form. If this throws, `array` is unchanged.
     void copyBytesTo(CPPByteArray& array) const;
 
     /// Replaces the content by received bytes. Must be called before the first read; afterwards the object

@@ -1,7 +1,6 @@
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 
 #include <limits>
-#include <new>
 #include <utility>
 
 #include "InterProcessCommunication/POSCommands.h"
@@ -62,7 +61,7 @@ StructuredPart makeExecuterField(const std::optional<ProtectedExecuterID>& execu
 void append(CPPExpandingByteArray& data, const ByteView& bytes) {
     const uint32_t size = data.getSize();
     data.writeBytes(size, bytes.data, bytes.length);
-    if (data.getSize() - size != bytes.length) throw std::bad_alloc();
+    data.requireSize(size + bytes.length);
 }
 
 CPPExpandingByteArray joinCommandData(const Command& command) {

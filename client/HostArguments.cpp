@@ -38,9 +38,7 @@ ByteView viewHandle(void* const* handle, uint32_t length) {
 
 CPPByteArray copyBytes(const void* bytes, uint32_t length) {
     CPPByteArray copy;
-    copy.set(bytes, length);
-    // set() does not report an allocation failure; the size shows it.
-    if (copy.getSize() != length) throw std::bad_alloc();
+    copy.setOrThrow(bytes, length);
     return copy;
 }
 
