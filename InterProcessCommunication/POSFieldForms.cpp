@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "client/exceptions/CPPException.h"
+#include "serialization/StructuredDataFormat.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
 
@@ -16,7 +17,7 @@ constexpr uint32_t kMessageFlagsSize = 4;
 }  // namespace
 
 StructuredPart makeNameField(uint32_t id, const char* name) {
-    return StructuredPart::ofBytes(id, name, static_cast<uint32_t>(std::strlen(name) + 1));
+    return StructuredPart::ofBytes(id, name, structuredData::toPartLength(uint64_t{std::strlen(name)} + 1));
 }
 
 StructuredPart makeIdentifierField(uint32_t id, const CPPByteArray& identifier) {

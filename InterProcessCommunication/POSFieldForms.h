@@ -12,7 +12,8 @@ namespace dovrel {
 // The two functions below return fields to be written. A field refers to the bytes of the name or identifier,
 // which must outlive it.
 
-/// Returns a field with the NUL-terminated text, including its NUL.
+/// Returns a field with the NUL-terminated text, including its NUL. A request with a text of 4 GiB or more
+/// cannot be made: that throws a StructuredWriteFailedException.
 StructuredPart makeNameField(uint32_t id, const char* name);
 
 /// Returns a field with the identifier. Throws a CPPException if the identifier does not have
