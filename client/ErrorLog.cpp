@@ -13,6 +13,7 @@
 #include "platform/files/Places.h"
 #include "settings/LineGrammar.h"
 #include "settings/LogFileWriter.h"
+#include "ui/information/Component.h"
 #include "ui/information/ComponentVersions.h"
 
 namespace dovrel {
