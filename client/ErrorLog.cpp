@@ -8,12 +8,13 @@
 #include <cstdio>
 
 #include "InterProcessCommunication/TransferObjText.h"
-#include "client/Attempt.h"
-#include "client/VersionBanner.h"
+#include "client/OperationResult.h"
 #include "client/exceptions/ExceptionTypeNames.h"
 #include "platform/files/Places.h"
 #include "settings/LineGrammar.h"
 #include "settings/LogFileWriter.h"
+#include "ui/information/Component.h"
+#include "ui/information/ComponentVersions.h"
 
 namespace dovrel {
 
@@ -37,6 +38,7 @@ constexpr char kAlert[] = "ALERT";
 }  // namespace entryKey
 
 constexpr char kNoAlert[] = "none";
+constexpr char kVersionStart[] = "Dovrel Version ";
 
 /// The open log, closed by the destructor.
 class LogFile {
@@ -118,11 +120,15 @@ bool hasRoom(const LogFile& log, const std::string& text) {
 
 }  // namespace
 
+void ErrorLog::useBundle(const std::string& bundlePath) {
+    version_ = kVersionStart + bundleVersionText(libraryIdentifier(), bundlePath);
+}
+
 std::string ErrorLog::headText() const {
     std::string text;
     LogFileWriter writer(text);
     writer.writeTitle(kTitle);
-    writer.writeString(entryKey::kVersion, versionBanner(bundlePath_));
+    writer.writeString(entryKey::kVersion, version_);
     writer.writeString(entryKey::kEncoding, kEncoding);
     return text;
 }
@@ -151,28 +157,28 @@ std::string ErrorLog::entryText(const char* applicationName, const FailureReport
 
 void ErrorLog::append(const char* applicationName, const FailureReport& report,
                       const FailureNotes& notes) const noexcept {
-    attempt([&] {
-        const std::string path = errorLogPath();
-        const std::string entry = entryText(applicationName, report, notes);
-        const LogFile log(path);
-        if (!log.isUsable()) return false;
-        if (log.size() != 0 && hasRoom(log, entry)) {
-            log.append(entry);
-            return true;
-        }
+    ignoringFailures([&] { appendEntry(entryText(applicationName, report, notes)); });
+}
 
-        if (log.size() != 0 && !log.moveAway(path)) return false;
-        const LogFile fresh(path);
-        if (!fresh.isUsable()) return false;
-        if (fresh.size() != 0) {
-            fresh.append(entry);
-            return true;
-        }
-        fresh.openToAllUsers();
-        const std::string beginning = headText() + entry;
-        if (!fresh.append(beginning)) fresh.removeIfShorterThan(beginning, path);
-        return true;
-    });
+void ErrorLog::appendEntry(const std::string& entry) const {
+    const std::string path = errorLogPath();
+    const LogFile log(path);
+    if (!log.isUsable()) return;
+    if (log.size() != 0 && hasRoom(log, entry)) {
+        log.append(entry);
+        return;
+    }
+
+    if (log.size() != 0 && !log.moveAway(path)) return;
+    const LogFile fresh(path);
+    if (!fresh.isUsable()) return;
+    if (fresh.size() != 0) {
+        fresh.append(entry);
+        return;
+    }
+    fresh.openToAllUsers();
+    const std::string beginning = headText() + entry;
+    if (!fresh.append(beginning)) fresh.removeIfShorterThan(beginning, path);
 }
 
 }  // namespace dovrel
