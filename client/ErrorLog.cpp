@@ -11,6 +11,7 @@
 #include "client/OperationResult.h"
 #include "client/exceptions/ExceptionTypeNames.h"
 #include "platform/files/Places.h"
+#include "platform/files/StandardStreamGuard.h"
 #include "settings/LineGrammar.h"
 #include "settings/LogFileWriter.h"
 #include "ui/information/Component.h"
@@ -118,6 +119,13 @@ bool hasRoom(const LogFile& log, const std::string& text) {
     return log.size() + text.size() < ErrorLog::kLargestSize;
 }
 
+// Uses the descriptor that created the file. The umask of the host may have taken away all rights to open
+// the file again.
+void beginLog(const LogFile& log, const std::string& path, const std::string& beginning) {
+    log.openToAllUsers();
+    if (!log.append(beginning)) log.removeIfShorterThan(beginning, path);
+}
+
 }  // namespace
 
 void ErrorLog::useBundle(const std::string& bundlePath) {
@@ -162,23 +170,18 @@ void ErrorLog::append(const char* applicationName, const FailureReport& report,
 
 void ErrorLog::appendEntry(const std::string& entry) const {
     const std::string path = errorLogPath();
-    const LogFile log(path);
-    if (!log.isUsable()) return;
-    if (log.size() != 0 && hasRoom(log, entry)) {
-        log.append(entry);
-        return;
+    const StandardStreamGuard guard;
+    {
+        const LogFile log(path);
+        if (!log.isUsable()) return;
+        if (log.size() == 0) return beginLog(log, path, headText() + entry);
+        if (hasRoom(log, entry)) return static_cast<void>(log.append(entry));
+        if (!log.moveAway(path)) return;
     }
-
-    if (log.size() != 0 && !log.moveAway(path)) return;
     const LogFile fresh(path);
     if (!fresh.isUsable()) return;
-    if (fresh.size() != 0) {
-        fresh.append(entry);
-        return;
-    }
-    fresh.openToAllUsers();
-    const std::string beginning = headText() + entry;
-    if (!fresh.append(beginning)) fresh.removeIfShorterThan(beginning, path);
+    if (fresh.size() != 0) return static_cast<void>(fresh.append(entry));
+    beginLog(fresh, path, headText() + entry);
 }
 
 }  // namespace dovrel
