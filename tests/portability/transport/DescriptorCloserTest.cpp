@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "tests/portability/support/Processes.h"
+#include "tests/support/Processes.h"
 #include "tests/support/WaitUntil.h"
 
 using namespace portability;

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "portability/transport/RequestServer.h"
-#include "tests/portability/support/Processes.h"
 #include "tests/portability/support/RawSocket.h"
-#include "tests/portability/support/TemporaryEnvironment.h"
+#include "tests/support/Processes.h"
+#include "tests/support/TemporaryEnvironment.h"
 #include "tests/support/WaitUntil.h"
 
 using namespace portability;
