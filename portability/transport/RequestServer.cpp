@@ -150,6 +150,13 @@ bool RequestServer::isLookingFor(int descriptor) const {
 
 void RequestServer::acceptSenders() {
     for (int i = 0; i < kMostAcceptedAtOnce && !isEnding_.load(); ++i) {
+        // A number that becomes free is for the spare descriptor first: without it, nobody can be refused.
+        if (!spare_) spare_ = openSpare();
+        if (!spare_) {
+            constexpr int kPauseMilliseconds = 10;
+            poll(nullptr, 0, kPauseMilliseconds);
+            return;
+        }
         FileDescriptor socket =
             aboveStandardStreams(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
         if (!socket) {
@@ -173,16 +180,9 @@ void RequestServer::acceptSenders() {
 // Accepts and closes one connection when descriptors have run out. Otherwise the waiting connection would
 // make every epoll_wait return at once.
 void RequestServer::refuseSender() {
-    if (spare_) {
-        spare_.reset();
-        FileDescriptor refused(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
-        closer_.close(std::move(refused));
-        spare_ = openSpare();
-    } else {
-        constexpr int kPauseMilliseconds = 10;
-        poll(nullptr, 0, kPauseMilliseconds);
-        spare_ = openSpare();
-    }
+    spare_.reset();
+    closer_.close(FileDescriptor(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC)));
+    spare_ = openSpare();
     errno = EMFILE;
 }
 
