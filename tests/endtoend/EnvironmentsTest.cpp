@@ -163,6 +163,30 @@ TEST_F(Environments, ControlTool_FindsTheServerWithoutAnyEnvironment) {
         << answer;
 }
 
+// A server in a container, or in a service with a /tmp of its own, cannot be reached from outside, nor one outside
+// from there. So each side has its own server, whichever was first.
+TEST_F(Environments, ServerWithAnotherTmp_KeepsNobodyFromLaunchingAnother) {
+    NEEDS_ROOT("make a mount namespace");
+    root_.configure(setting("endWithLastClient", 1));
+    const auto enterOwnTmp = [this] {
+        if (!enterMountNamespace() || !mountEmptyFolder(root_.path() + "/tmp", "1777")) _exit(1);
+    };
+    for (const bool isInsideFirst : {true, false}) {
+        OtherHost inside(root_.library(), enterOwnTmp);
+        OtherHost outside(root_.library());
+        OtherHost& first = isInsideFirst ? inside : outside;
+        OtherHost& second = isInsideFirst ? outside : inside;
+        first.goAndStay();
+        EXPECT_TRUE(first.isServed());
+        second.goAndStay();
+        EXPECT_TRUE(second.isServed());
+        // From inside a chroot the paths of programs in other namespaces look different.
+        if (!isChroot()) {
+            EXPECT_EQ(root_.servers().size(), 2u);
+        }
+    }
+}
+
 // The other tests use a root with its own /tmp. These tests use the fixed paths of the system, as empty
 // folders in a mount namespace, and keep the root at a path that stays visible.
 class SystemPlaces {
