@@ -172,6 +172,7 @@ TEST_F(Environments, ServerWithAnotherTmp_KeepsNobodyFromLaunchingAnother) {
         if (!enterMountNamespace() || !mountEmptyFolder(root_.path() + "/tmp", "1777")) _exit(1);
     };
     for (const bool isInsideFirst : {true, false}) {
+        ASSERT_TRUE(waitUntil([this] { return root_.servers().empty(); })) << "those of the last round";
         OtherHost inside(root_.library(), enterOwnTmp);
         OtherHost outside(root_.library());
         OtherHost& first = isInsideFirst ? inside : outside;
