@@ -1,4 +1,4 @@
-#include "portability/bundle/FoundationEntries.h"
+#include "bundle/FoundationEntries.h"
 
 #include "portability/tasks/MainRunLoop.h"
 #include "ui/information/PropertyListFormat.h"

@@ -1,7 +1,7 @@
 // Loads the bundle's second module. Private to the layer.
 #pragma once
 
-#include "portability/bundle/FoundationEntries.h"
+#include "bundle/FoundationEntries.h"
 
 namespace portability {
 

@@ -1,11 +1,11 @@
-#include "portability/bundle/FoundationModule.h"
+#include "bundle/FoundationModule.h"
 
 #include <dlfcn.h>
 
 #include <atomic>
 #include <string>
 
-#include "portability/bundle/LibraryFile.h"
+#include "bundle/LibraryFile.h"
 #include "portability/foundation/LogLine.h"
 #include "portability/posix/CodePath.h"
 #include "portability/posix/Paths.h"

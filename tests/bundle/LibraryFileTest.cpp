@@ -1,4 +1,4 @@
-#include "portability/bundle/LibraryFile.h"
+#include "bundle/LibraryFile.h"
 
 #include <elf.h>
 #include <gtest/gtest.h>

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-#include "portability/bundle/FoundationModule.h"
+#include "bundle/FoundationModule.h"
 
 int main(int, char** arguments) {
     const auto count = static_cast<size_t>(std::atoi(arguments[1]));

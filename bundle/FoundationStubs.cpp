@@ -7,7 +7,7 @@
 
 #include "platform/trace/SystemLog.h"
 #include "portability/alerts/AlertHelper.h"
-#include "portability/bundle/FoundationModule.h"
+#include "bundle/FoundationModule.h"
 #include "portability/foundation/LogLine.h"
 #include "portability/tasks/MainRunLoop.h"
 #include "ui/alerts/ModalAlert.h"

@@ -1,4 +1,4 @@
-#include "portability/bundle/FoundationModule.h"
+#include "bundle/FoundationModule.h"
 
 #include <gtest/gtest.h>
 
