@@ -179,6 +179,10 @@ TEST_F(RequestServerTest, NoDescriptorsLeft_NewSendersAreRefused_OldOnesServed) 
         sendRaw(good.get(), request(1, "before"));
         ASSERT_EQ(answer(good), "before");
     }
+    // Another one has been refused before. (Sanitizers need descriptors when code runs for the first time.)
+    const FileDescriptor bad = connect();
+    sendRaw(bad.get(), Bytes(10, 0));
+    ASSERT_EQ(answer(bad), "(closed)");
     // The other ends of the connections are in another process, so that only
     // the server runs out of descriptors.
     rlimit limit;
