@@ -142,7 +142,7 @@ class Host {
             library_.posCallMethod(application_, &object, "echo", reinterpret_cast<uint8_t*>(argument.data()),
                                    static_cast<uint32_t>(argument.size()), &result, &length);
         if (status != POS_OK || length != argument.size()) tell("the large call failed");
-        library_.posFreeDllHeapData(result);
+        library_.posDeleteDLLHeapData(result);
         library_.posFreeDllHeapData(object);
     }
 
