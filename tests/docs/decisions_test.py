@@ -4,8 +4,8 @@ import unittest
 from pathlib import Path
 
 SOURCES = Path(__file__).resolve().parents[2]
-FOLDERS = ["InterProcessCommunication", "client", "cmake", "fuzz", "include", "macho", "platform", "portability", "scripts",
-           "serialization", "server", "settings", "tests", "ui"]
+FOLDERS = ["InterProcessCommunication", "bundle", "client", "cmake", "fuzz", "include", "macho", "platform", "portability",
+           "scripts", "serialization", "server", "settings", "tests", "ui"]
 KINDS = {".h", ".cpp", ".mm", ".py", ".txt", ".cmake", ""}
 
 
