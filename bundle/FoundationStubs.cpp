@@ -5,9 +5,9 @@
 
 #include <cstring>
 
+#include "bundle/FoundationModule.h"
 #include "platform/trace/SystemLog.h"
 #include "portability/alerts/AlertHelper.h"
-#include "bundle/FoundationModule.h"
 #include "portability/foundation/LogLine.h"
 #include "portability/tasks/MainRunLoop.h"
 #include "ui/alerts/ModalAlert.h"
