@@ -33,7 +33,7 @@ enum class POSOutcome {
     kUnlistedError  ///< The reply has an error code for which no exception is thrown.
 };
 
-/// What an operation returns.
+/// The result of an operation.
 template <class Value>
 struct POSResult {
     POSOutcome outcome = POSOutcome::kUnlistedError;

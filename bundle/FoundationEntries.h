@@ -1,4 +1,4 @@
-// What the bundle's first module calls in the second one. Private to the layer.
+// The functions of the second module that the first one calls. Private to this folder.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// Loads the bundle's second module. Private to the layer.
+// Loads the bundle's second module. Private to this folder.
 #pragma once
 
 #include "bundle/FoundationEntries.h"

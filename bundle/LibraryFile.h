@@ -1,4 +1,4 @@
-// Checks the file of a library before it is loaded. Private to the layer.
+// Checks the file of a library before it is loaded. Private to this folder.
 #pragma once
 
 #include <string>

@@ -43,9 +43,8 @@ Identifier copyIdentifier(void* const* handle) {
 /// Returns copies of the `count` class identifiers in the list. The list may be null if `count` is 0.
 std::vector<CPPClassID> copyClassList(void* const* classList, uint32_t count);
 
-/// Returns the arguments of a method call. The handle of the executer names no executer if it is null or if
-/// the pointer that it points to is null. The name is required. The call refers to the host's name and
-/// parameters.
+/// Returns the arguments of a method call, which refers to the host's name and parameters. The handle of the
+/// executer names no executer if it is null or if the pointer that it points to is null. The name is required.
 MethodCall makeMethodCall(void* const* executerId, void* const* objectId, const char* methodName,
                           const uint8_t* parameters, uint32_t parameterLength);
 

@@ -3,9 +3,9 @@
 //
 // The first byte of the input selects the operation, the rest is the reply:
 //
-// - 0 to 6: the operations in the order of their commands; a registration first gets a correct
-//   reply to its version check,
-// - 7: a registration whose version check gets the reply.
+// - 0 to 6: the operations in the order of their commands; a registration first receives a
+//   correct reply to its version check,
+// - 7: a registration whose version check receives the reply.
 
 #include <memory>
 #include <optional>

@@ -8,8 +8,8 @@
 //
 // A read beyond the end returns 0 or copies nothing. A write beyond the end is clipped or ignored
 // (CPPExpandingByteArray grows instead). After an allocation failure the array keeps its content and its
-// size, and most operations do not report it. Callers that must detect it use setOrThrow, or requireSize
-// afterwards.
+// size, and most operations do not report it. Callers that must detect it use setOrThrow, or call requireSize
+// after the operation.
 //
 // A source pointer or a source array may be the array that is written to, or may point into it.
 //

@@ -1,4 +1,4 @@
-/* What the host and its peer measure with. */
+/* The measurements of the host and of its peer. */
 #ifndef DOVREL_BENCHMARKS_START_H
 #define DOVREL_BENCHMARKS_START_H
 

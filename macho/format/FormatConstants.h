@@ -34,8 +34,7 @@ enum SectionType : uint32_t {
 
 enum Protection : uint32_t { kReadable = 1, kWritable = 2, kExecutable = 4 };
 
-// The instructions that list the pointers to rebase or to bind. The lower bits are an operand; further operands
-// follow.
+// The instructions that list the pointers to rebase or to bind. The lower bits are the first operand.
 constexpr uint8_t kImmediateMask = 0x0F;
 
 enum class RebaseOpcode : uint8_t {

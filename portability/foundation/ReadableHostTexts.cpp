@@ -37,8 +37,7 @@ id classNamed(const char* name) {
     return reinterpret_cast<id>(objc_getClass(name));
 }
 
-// Replaces GNUstep's getenv. The environment itself is not changed, because other threads may read it at this
-// moment.
+// Replaces GNUstep's getenv. The environment itself is not changed, because other threads may be reading it.
 char* variableWithEncoding(const char* name) {
     static char anyBytes[] = "NSISOLatin1StringEncoding";
     return std::strcmp(name, kEncodingVariable) == 0 ? anyBytes : std::getenv(name);

@@ -40,7 +40,7 @@ class EndpointClaim {
     /// set only if it is claimed. Never blocks.
     ///
     /// All processes of a user claim it at the same place (see makeEndpointFolder), so only one of them
-    /// gets it.
+    /// becomes the owner.
     static Outcome claim(OSType signature, EndpointClaim& result);
 
     /// Takes the ownership of the descriptors that a launcher passed to this process for `signature`, and

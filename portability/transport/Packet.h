@@ -26,7 +26,7 @@ class Packet {
     /// Adds bytes to send after the first ones. At most one call.
     void append(const void* bytes, size_t size) { addPart(const_cast<void*>(bytes), size); }
 
-    /// Sends an open file with the packet; the receiver gets its own descriptor. At most one call. The caller
+    /// Sends an open file with the packet; the receiver receives its own descriptor. At most one call. The caller
     /// keeps the ownership of `descriptor`.
     void attach(int descriptor);
 

@@ -25,9 +25,8 @@ namespace portability {
 /// were sent. Senders take turns.
 class RequestServer {
   public:
-    /// Takes the ownership of the claim. With an empty claim the server has no senders and only waits. The
-    /// caller keeps the ownership of `wakeDescriptor`, `handler` and `isEnding`, which must outlive the
-    /// server.
+    /// Takes the ownership of the claim. With an empty claim the server has no senders and only waits.
+    /// `wakeDescriptor`, `handler` and `isEnding` stay the caller's and must outlive the server.
     ///
     /// `isEnding` becomes true when the application has decided to end. From then on the server accepts no
     /// sender and receives no request. Requests that wait at that moment are lost with their connections

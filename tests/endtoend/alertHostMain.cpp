@@ -127,8 +127,7 @@ class Host {
     }
 
   private:
-    // Makes calls that succeed, a large one among them, so that everything exists that calls without alerts
-    // create.
+    // Makes calls that succeed, including a large one. They create everything that calls without alerts need.
     void instantiate() const {
         std::string name = "Echo";
         name.resize(POS_IDENTIFIER_SIZE, '\0');

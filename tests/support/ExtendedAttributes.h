@@ -49,10 +49,11 @@ inline std::string sharedAccessList() {
 }  // namespace dovrel::test
 
 /// Skips the test with a message if the file system does not support the attribute. Every other failure fails the test.
-#define SET_ATTRIBUTE_OR_SKIP(file, name, value)                                                   \
-    do {                                                                                           \
-        const int error = dovrel::test::setAttribute(file, name, value);                           \
-        if (error == ENOTSUP)                                                                      \
-            GTEST_SKIP() << "the file system of the temporary folder has no attribute " << (name); \
-        ASSERT_EQ(error, 0) << strerror(error);                                                    \
+#define SET_ATTRIBUTE_OR_SKIP(file, name, value)                                                      \
+    do {                                                                                              \
+        const int error = dovrel::test::setAttribute(file, name, value);                              \
+        if (error == ENOTSUP)                                                                         \
+            GTEST_SKIP() << "a temporary folder with files that can have this attribute is missing: " \
+                         << (name);                                                                   \
+        ASSERT_EQ(error, 0) << strerror(error);                                                       \
     } while (false)

@@ -15,8 +15,8 @@ namespace dovrel::test {
 
 class TestRoot {
   public:
-    /// Installs everything. If DOVREL_TEST_SERVER is set, it names the server application to install. There
-    /// is no settings file and no display, and no server runs.
+    /// Installs everything. If DOVREL_TEST_SERVER is set, it names the server application to install. The
+    /// new root contains no settings file, no display is set, and no server runs.
     TestRoot();
     TestRoot(const TestRoot&) = delete;
     TestRoot& operator=(const TestRoot&) = delete;

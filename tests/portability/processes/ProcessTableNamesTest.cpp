@@ -33,7 +33,7 @@ class ProcessTableNames : public ProcessTableTest {
                           [](const portability::Process& process) { return process.name == "Probed"; }));
     }
 
-    // The root gets its own /tmp, so that its endpoints are not visible to other roots.
+    // Creates a /tmp in the root, so that its endpoints are not visible to other roots.
     void claimEndpoint(OSType signature, EndpointClaim& endpoint) const {
         files::create_directory(folder_.path("root/tmp"));
         const VariableChange change("POS_SYSTEM_ROOT", folder_.path("root").c_str());
