@@ -7,6 +7,7 @@
 #include "InterProcessCommunication/BSDProcessList.h"
 #include "platform/AutoreleasePool.h"
 #include "platform/CFObject.h"
+#include "platform/files/FileURL.h"
 #include "platform/files/Places.h"
 
 namespace dovrel {
@@ -20,14 +21,11 @@ bool isServer(const kinfo_proc& process) {
     return std::strncmp(process.kp_proc.p_comm, kServerProcessName, sizeof process.kp_proc.p_comm) == 0;
 }
 
-CFURLRef newServerURL(const FSRef& supportFolder) {
+CFObject<CFURLRef> newServerURL(const FSRef& supportFolder) {
     const CFObject<CFURLRef> folder(CFURLCreateFromFSRef(kCFAllocatorDefault, &supportFolder));
-    if (!folder) return nullptr;
     const std::string path =
         std::string(places::kInstallFolderInApplicationSupport) + places::kServerBundleName;
-    const CFObject<CFStringRef> bundle(
-        CFStringCreateWithCString(kCFAllocatorDefault, path.c_str(), kCFStringEncodingUTF8));
-    return CFURLCreateCopyAppendingPathComponent(kCFAllocatorDefault, folder.get(), bundle.get(), false);
+    return fileURLInFolder(folder, path.c_str());
 }
 
 }  // namespace
@@ -37,7 +35,7 @@ OSErr FindServerApplication(CFURLRef* application) {
     FSRef folder;
     const OSErr error = FSFindFolder(kLocalDomain, kApplicationSupportFolderType, kDontCreateFolder, &folder);
     if (error != noErr) return error;
-    const CFObject<CFURLRef> bundle(newServerURL(folder));
+    const CFObject<CFURLRef> bundle = newServerURL(folder);
     FSRef existing;
     if (!bundle || !CFURLGetFSRef(bundle.get(), &existing)) return kServerNotFound;
     *application = static_cast<CFURLRef>(CFRetain(bundle.get()));

@@ -203,7 +203,7 @@ struct FirstCall {
     }
 };
 
-double medianOf(std::vector<double> values) {
+double computeMedian(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
@@ -227,9 +227,9 @@ void compare(benchmark::State& state, Measure measure) {
         state.SetIterationTime(eventTimes.back() / 1e6);
     }
     if (!good) return state.SkipWithError("an exchange failed");
-    state.counters["event_us"] = medianOf(eventTimes);
-    state.counters["stream_us"] = medianOf(streamTimes);
-    state.counters["ratio"] = medianOf(eventTimes) / medianOf(streamTimes);
+    state.counters["event_us"] = computeMedian(eventTimes);
+    state.counters["stream_us"] = computeMedian(streamTimes);
+    state.counters["ratio"] = computeMedian(eventTimes) / computeMedian(streamTimes);
 }
 
 void roundTrip(benchmark::State& state) {

@@ -24,7 +24,7 @@ struct Texts {
     std::string keyFile = "[settings]\n";
 };
 
-Texts textsOf(size_t size) {
+Texts toTexts(size_t size) {
     Texts texts;
     for (unsigned n = 0; texts.properties.size() < size; ++n) {
         std::array<char, 32> key{};
@@ -77,18 +77,18 @@ struct GLibKeyFile {
     }
 };
 
-size_t sizeOf(const benchmark::State& state) {
+size_t toSize(const benchmark::State& state) {
     return static_cast<size_t>(state.range(0)) * kMegabyte;
 }
 
 void showRate(benchmark::State& state) {
-    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(sizeOf(state)));
+    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(toSize(state)));
 }
 
 // Measures only the loading. Making the text and destroying the store are not measured.
 template <class Form>
 void load(benchmark::State& state) {
-    const Texts texts = textsOf(sizeOf(state));
+    const Texts texts = toTexts(toSize(state));
     for (auto _ : state) {
         state.PauseTiming();
         std::string text = Form::of(texts);
@@ -105,7 +105,7 @@ void load(benchmark::State& state) {
 
 template <class Form>
 void save(benchmark::State& state) {
-    std::string text = Form::of(textsOf(sizeOf(state)));
+    std::string text = Form::of(toTexts(toSize(state)));
     const auto store = Form::load(text);
     for (auto _ : state) {
         auto saved = Form::save(*store);

@@ -49,10 +49,10 @@ BENCHMARK(standardEngine)->Name("Twister/std::mt19937");
 using Pool = MD5::Digest;
 
 template <class DigestOf>
-void digestPools(benchmark::State& state, DigestOf digestOf) {
+void digestPools(benchmark::State& state, DigestOf computeDigest) {
     Pool pool{};
     for (auto _ : state)
-        pool = digestOf(pool);
+        pool = computeDigest(pool);
     benchmark::DoNotOptimize(pool);
     state.SetItemsProcessed(state.iterations());
 }

@@ -15,7 +15,7 @@ using dovrel::Properties;
 constexpr char kSectionKey[] = "LANGUAGE";
 
 // Returns the text of a section. The entry of the section key is first, because a section begins with it.
-std::string textOf(const Properties& section) {
+std::string toText(const Properties& section) {
     Properties rest = section;
     Properties first;
     std::string text;
@@ -42,13 +42,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         // The value of a section key can have an unknown type and is then ignored. Such a section cannot be
         // distinguished from the one before it in the written text.
         if (i != 0 && !sections[i].contains(kSectionKey)) isReadable = false;
-        written += textOf(sections[i]);
+        written += toText(sections[i]);
     }
     if (!isReadable) return 0;
 
     const std::vector<Properties> again = ConfigFileSystem::readSections(written, kSectionKey);
     FUZZ_CHECK(again.size() == sections.size());
     for (size_t i = 0; i < sections.size(); ++i)
-        FUZZ_CHECK(textOf(again[i]) == textOf(sections[i]));
+        FUZZ_CHECK(toText(again[i]) == toText(sections[i]));
     return 0;
 }

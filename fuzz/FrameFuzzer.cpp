@@ -165,7 +165,7 @@ void receiveReply(const Bytes& packet) {
     Connection connection(std::move(ends.second));
     sendPacket(ends.first, packet, -1);
     shutdown(ends.first.get(), SHUT_WR);
-    ImageMemory nothing;
+    MessageMemory nothing;
     ReceivedReply reply;
     const OutgoingRequest request{nothing, kAEWaitReply, 1, Deadline::never(), nullptr};
     if (connection.exchange(request, reply) != Connection::Outcome::done) return;

@@ -11,7 +11,7 @@ namespace {
 using namespace dovrel;
 
 /// Returns the value of a digit of either case, or 36 for a character that is not a digit in any base.
-uint32_t digitOf(char c) {
+uint32_t toDigit(char c) {
     if (c >= '0' && c <= '9') return static_cast<uint32_t>(c - '0');
     if (c >= 'a' && c <= 'z') return static_cast<uint32_t>(c - 'a' + 10);
     if (c >= 'A' && c <= 'Z') return static_cast<uint32_t>(c - 'A' + 10);
@@ -28,7 +28,7 @@ Expected numberIn(const std::string& text, uint32_t base) {
     const bool hasSign = !text.empty() && (text[0] == '-' || text[0] == '+');
     for (size_t i = hasSign ? 1 : 0; i < text.size(); ++i) {
         number.value *= base;
-        const uint32_t digit = digitOf(text[i]);
+        const uint32_t digit = toDigit(text[i]);
         if (digit >= base) return {number.value, true};
         number.value += digit;
     }

@@ -19,7 +19,7 @@ std::string trimmedLine(std::string line) {
     return line.substr(begin, line.find_last_not_of(" \t") - begin + 1);
 }
 
-std::vector<std::string> linesOf(const std::string& text) {
+std::vector<std::string> splitLines(const std::string& text) {
     std::vector<std::string> lines(1);
     for (const char c : text) {
         if (c == '\n') {
@@ -42,7 +42,7 @@ std::string decimalText(const std::string& digits) {
     return "INT:" + std::to_string(number > INT32_MAX ? INT32_MAX : number < INT32_MIN ? INT32_MIN : number);
 }
 
-std::string hexDigitsOf(const std::string& text) {
+std::string readHexDigits(const std::string& text) {
     std::string digits;
     for (const char c : text) {
         const bool isLower = c >= 'a' && c <= 'f';
@@ -54,8 +54,8 @@ std::string hexDigitsOf(const std::string& text) {
 }
 
 // Returns every entry: its key and its value line in a saved text.
-std::map<std::string, std::string> entriesOf(const std::string& text) {
-    const std::vector<std::string> lines = linesOf(text);
+std::map<std::string, std::string> readEntries(const std::string& text) {
+    const std::vector<std::string> lines = splitLines(text);
     std::map<std::string, std::string> entries;
     std::optional<std::string> key;
     for (size_t i = 0; i < lines.size(); ++i) {
@@ -70,7 +70,7 @@ std::map<std::string, std::string> entriesOf(const std::string& text) {
         if (word == "BAR") {
             while (i + 1 < lines.size() && (lines[i + 1].empty() || lines[i + 1][0] != '/'))
                 value += lines[++i];
-            entries.emplace(*key, "BAR:" + hexDigitsOf(value));
+            entries.emplace(*key, "BAR:" + readHexDigits(value));
         } else if (word == "INT") {
             entries.emplace(*key, decimalText(value));
         } else if (word == "STR") {
@@ -92,7 +92,7 @@ std::string saved(const Properties& store) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string input(reinterpret_cast<const char*>(data), size);
     std::string expected;
-    for (const auto& [key, valueLine] : entriesOf(input)) {
+    for (const auto& [key, valueLine] : readEntries(input)) {
         expected.append("//").append(key).append("\n").append(valueLine).append("\n");
     }
 

@@ -62,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     CPPByteArray request;
     request.set(data, static_cast<uint32_t>(size));
-    const Outcome outcome = exchanges.data(request, 0);
+    const Outcome outcome = exchanges.handleData(request, 0);
     FUZZ_CHECK(outcome.parameter != nullptr && outcome.status == 0 && !outcome.endServer);
     checkAnswer(outcome.parameter->bytes());
     FUZZ_CHECK(state.applications.size() <= 2);

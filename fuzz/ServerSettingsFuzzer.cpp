@@ -31,10 +31,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ServerState state(1);
     ExchangeLog log("/dev/null");
     Exchanges exchanges(state, process, log);
-    FUZZ_CHECK(problemsIn(exchanges.control(std::string(data, data + size))) >= 0);
+    FUZZ_CHECK(problemsIn(exchanges.handleControl(std::string(data, data + size))) >= 0);
     for (const std::string& name : state.classes.names())
         FUZZ_CHECK(!name.empty());
-    FUZZ_CHECK(problemsIn(exchanges.control(
+    FUZZ_CHECK(problemsIn(exchanges.handleControl(
                    "//misbehave\nSTR:none\n//handshake\nSTR:answered\n//log\nINT:0\n")) == 0);
     FUZZ_CHECK(state.settings.misbehaviour.fault == Fault::none);
     return 0;

@@ -28,6 +28,12 @@ inline void storeLittleEndian32(uint8_t* bytes, uint32_t number) {
     bytes[3] = static_cast<uint8_t>(number >> 24);
 }
 
+/// Does the same for 8 bytes.
+inline void storeLittleEndian64(uint8_t* bytes, uint64_t number) {
+    storeLittleEndian32(bytes, static_cast<uint32_t>(number));
+    storeLittleEndian32(bytes + 4, static_cast<uint32_t>(number >> 32));
+}
+
 /// Stores the 4 bytes of the number, the most significant one first.
 inline void storeBigEndian32(uint8_t* bytes, uint32_t number) {
     bytes[0] = static_cast<uint8_t>(number >> 24);

@@ -21,7 +21,7 @@ void CPPExpandingByteArray::setByte(uint32_t index, uint8_t value) {
 void CPPExpandingByteArray::writeBytes(uint32_t offset, const void* source, uint32_t length) {
     if (length > kLargest - offset) return;
     const uint32_t end = offset + length;
-    if (end > size_ && !growBesides(source, end, offset)) return;
+    if (end > size_ && !growAndRebase(source, end, offset)) return;
     if (length != 0) std::memmove(data_ + offset, source, length);
 }
 
@@ -35,7 +35,7 @@ void CPPExpandingByteArray::copyFrom(uint32_t offset, const CPPByteArray& source
     if (count != 0) std::memmove(data_ + offset, source.data() + sourceOffset, count);
 }
 
-bool CPPExpandingByteArray::growBesides(const void*& source, uint32_t newSize, uint32_t fillEnd) {
+bool CPPExpandingByteArray::growAndRebase(const void*& source, uint32_t newSize, uint32_t fillEnd) {
     const auto from = reinterpret_cast<uintptr_t>(source) - reinterpret_cast<uintptr_t>(data_);
     const bool inside = from < size_;
     if (!grow(newSize, fillEnd)) return false;

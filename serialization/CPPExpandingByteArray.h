@@ -30,7 +30,7 @@ class CPPExpandingByteArray : public CPPByteArray {
 
   private:
     /// Does the same as grow. `source` may point into this array; it is rebased after the reallocation.
-    bool growBesides(const void*& source, uint32_t newSize, uint32_t fillEnd);
+    bool growAndRebase(const void*& source, uint32_t newSize, uint32_t fillEnd);
 
     /// Grows the array to `newSize` bytes, which must be more than its size. New bytes before
     /// `fillEnd` become 0; the caller must store the others at once. Returns false and changes nothing

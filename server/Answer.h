@@ -43,14 +43,14 @@ struct Refusal {
 };
 
 /// Returns the bytes of a text. bytesToText is the reverse.
-CPPByteArray bytesOf(const std::string& text);
+CPPByteArray toBytes(const std::string& text);
 
 /// Returns a number as 4 bytes, least significant byte first.
-CPPByteArray bytesOfNumber(uint32_t number);
+CPPByteArray numberToBytes(uint32_t number);
 
 /// Returns the number in an argument of exactly 4 bytes. Throws Refusal (parameter
 /// format) for any other length.
-uint32_t numberOf(const CPPByteArray& argument);
+uint32_t parseNumber(const CPPByteArray& argument);
 
 /// Throws Refusal (parameter format) if the argument is not empty. For methods that take no argument.
 void requireNoArgument(const CPPByteArray& argument);

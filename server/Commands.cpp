@@ -1,18 +1,20 @@
 #include "server/Commands.h"
 
+#include "serialization/ByteOrder.h"
+
 namespace merrowd {
 
 namespace {
 
 CPPByteArray version() {
-    return bytesOf("Merrowd " MERROWD_VERSION);
+    return toBytes("Merrowd " MERROWD_VERSION);
 }
 
 CPPByteArray classes(const ServerState& state) {
     std::string lines;
     for (const std::string& name : state.classes.names())
         lines += name + '\n';
-    return bytesOf(lines);
+    return toBytes(lines);
 }
 
 CPPByteArray objects(const Application& application) {
@@ -22,7 +24,7 @@ CPPByteArray objects(const Application& application) {
         lines += dovrel::bytesToHexText(entry.first.data(), kIdentifierSize) + ' ' +
                  entry.second.ofClass->name() + '\n';
     }
-    return bytesOf(lines);
+    return toBytes(lines);
 }
 
 enum InformationRequest : uint32_t {
@@ -48,20 +50,19 @@ CPPByteArray runCommand(ServerState& state, uint32_t applicationId, const std::s
     return objects(application);
 }
 
-CPPByteArray informationFor(const ServerState& state, const CPPByteArray& request) {
+CPPByteArray readInformation(const ServerState& state, const CPPByteArray& request) {
     constexpr uint32_t kRequestSize = 2;
-    const uint32_t number = request.getByte(0) | uint32_t{request.getByte(1)} << 8;
-    switch (request.getSize() == kRequestSize ? number : 0) {
+    switch (request.getSize() == kRequestSize ? dovrel::loadLittleEndian16(request.data()) : 0) {
         case kServerVersion:
             return version();
         case kClassNames:
             return classes(state);
         case kApplicationCount:
-            return bytesOfNumber(static_cast<uint32_t>(state.applications.size()));
+            return numberToBytes(static_cast<uint32_t>(state.applications.size()));
         case kObjectCount:
-            return bytesOfNumber(static_cast<uint32_t>(state.applications.objectCount()));
+            return numberToBytes(static_cast<uint32_t>(state.applications.objectCount()));
         case kInterfaceVersion:
-            return bytesOfNumber(state.settings.interfaceVersion);
+            return numberToBytes(state.settings.interfaceVersion);
         default:
             throw Refusal{refusalCode::kPOSParameterFormat, "there is no such information"};
     }

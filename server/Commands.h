@@ -34,6 +34,6 @@ CPPByteArray runCommand(ServerState& state, uint32_t applicationId, const std::s
                         CPPByteArray argument);
 
 /// Returns the requested information. Throws Refusal (parameter format) if there is no such information.
-CPPByteArray informationFor(const ServerState& state, const CPPByteArray& request);
+CPPByteArray readInformation(const ServerState& state, const CPPByteArray& request);
 
 }  // namespace merrowd

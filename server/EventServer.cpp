@@ -17,7 +17,7 @@ using dovrel::CPPException;
 
 namespace {
 
-pid_t senderOf(const AppleEvent* event) {
+pid_t getSender(const AppleEvent* event) {
     SInt32 process = 0;
     AEGetAttributePtr(event, keySenderPIDAttr, typeSInt32, nullptr, &process, sizeof process, nullptr);
     return static_cast<pid_t>(process);
@@ -64,11 +64,11 @@ OSErr EventServer::data(const AppleEvent* event, AppleEvent* reply) {
     POSTransferObj request;
     const int32_t status = channel_.ReceiveTransferObj(event, request);
     if (status != noErr) return static_cast<OSErr>(status);
-    return send(exchanges_.data(request.bytes(), senderOf(event)), event, reply);
+    return send(exchanges_.handleData(request.bytes(), getSender(event)), event, reply);
 }
 
 OSErr EventServer::handshake(const AppleEvent* event, AppleEvent* reply) {
-    return send(exchanges_.handshake(senderOf(event)), event, reply);
+    return send(exchanges_.handleHandshake(getSender(event)), event, reply);
 }
 
 OSErr EventServer::control(const AppleEvent* event, AppleEvent* reply) {
@@ -76,7 +76,8 @@ OSErr EventServer::control(const AppleEvent* event, AppleEvent* reply) {
     uint32_t length = 0;
     const int32_t status = channel_.GetData(event, bytes, length);
     if (status != noErr) return static_cast<OSErr>(status);
-    const OSErr sent = send(exchanges_.control(std::string(bytes.get(), bytes.get() + length)), event, reply);
+    const OSErr sent =
+        send(exchanges_.handleControl(std::string(bytes.get(), bytes.get() + length)), event, reply);
     watchClients();
     return sent;
 }

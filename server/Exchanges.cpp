@@ -66,14 +66,14 @@ Exchanges::Exchanges(ServerState& state, ServerProcess& process, ExchangeLog& lo
       log_(log),
       handler_(state, [&log](const std::string& text) { log.note(text); }) {}
 
-Outcome Exchanges::data(const CPPByteArray& request, pid_t sender) {
+Outcome Exchanges::handleData(const CPPByteArray& request, pid_t sender) {
     lastRequest_ = std::chrono::steady_clock::now();
     // The log and the misbehaviour read requests as well, so this is checked first.
     if (hasMorePartsThan(kMostRequestParts, request)) return refuseParts(sender);
     Misbehaviour& misbehaviour = state_.settings.misbehaviour;
     if (state_.settings.log) log_.request(readCommandName(request) + fromProcess(sender), request);
     const bool strikes = misbehaviour.fault != Fault::none && misbehaviour.strikes(readCommandCode(request));
-    Outcome outcome = strikes ? spoilt(request, sender) : answered(request, sender);
+    Outcome outcome = strikes ? answerWithFault(request, sender) : answerNormally(request, sender);
     outcome.endServer = outcome.endServer || hasLostLastClient();
     if (state_.settings.log) logEnd(outcome);
     return outcome;
@@ -84,18 +84,18 @@ Outcome Exchanges::refuseParts(pid_t sender) {
     if (state_.settings.log)
         log_.note("a request with more than " + limit + " parts was refused" + fromProcess(sender));
     Outcome outcome;
-    outcome.parameter = RequestHandler::exceptionAnswer(
+    outcome.parameter = RequestHandler::makeExceptionAnswer(
         0, {refusalCode::kPOSParameterFormat, "the request has more than " + limit + " parts"});
     return outcome;
 }
 
-Outcome Exchanges::answered(const CPPByteArray& request, pid_t sender) {
+Outcome Exchanges::answerNormally(const CPPByteArray& request, pid_t sender) {
     Outcome outcome;
     outcome.parameter = handler_.answer(request, sender);
     return outcome;
 }
 
-Outcome Exchanges::spoilt(const CPPByteArray& request, pid_t sender) {
+Outcome Exchanges::answerWithFault(const CPPByteArray& request, pid_t sender) {
     const Misbehaviour& misbehaviour = state_.settings.misbehaviour;
     Outcome outcome;
     switch (misbehaviour.fault) {
@@ -113,18 +113,18 @@ Outcome Exchanges::spoilt(const CPPByteArray& request, pid_t sender) {
             outcome.status = misbehaviour.eventStatus;
             return outcome;
         case Fault::error:
-            outcome.parameter = RequestHandler::exceptionAnswer(
+            outcome.parameter = RequestHandler::makeExceptionAnswer(
                 readCommandCode(request), {misbehaviour.errorCode, misbehaviour.errorText});
             return outcome;
         default:
             break;
     }
-    outcome = answered(request, sender);
-    spoilAnswer(outcome);
+    outcome = answerNormally(request, sender);
+    applyFault(outcome);
     return outcome;
 }
 
-void Exchanges::spoilAnswer(Outcome& outcome) {
+void Exchanges::applyFault(Outcome& outcome) {
     const Misbehaviour& misbehaviour = state_.settings.misbehaviour;
     const CPPByteArray& answer = outcome.parameter->bytes();
     CPPByteArray data;
@@ -148,7 +148,7 @@ void Exchanges::spoilAnswer(Outcome& outcome) {
             outcome.parameter = nullptr;
             return;
         case Fault::message:
-            data = bytesOf(bytesToText(bytesOfNumber(misbehaviour.messageFlags)) + misbehaviour.messageText);
+            data = toBytes(bytesToText(numberToBytes(misbehaviour.messageFlags)) + misbehaviour.messageText);
             outcome.parameter = withField(std::move(outcome.parameter), posField::kServerMessage, data);
             return;
         case Fault::huge:
@@ -166,7 +166,7 @@ void Exchanges::logEnd(const Outcome& outcome) {
     log_.answer(outcome.vanish ? "answered, and gone" : "answered", outcome.parameter->bytes());
 }
 
-Outcome Exchanges::handshake(pid_t sender) {
+Outcome Exchanges::handleHandshake(pid_t sender) {
     lastRequest_ = std::chrono::steady_clock::now();
     if (state_.settings.log) log_.note("handshake" + fromProcess(sender));
     Outcome outcome;
@@ -201,12 +201,12 @@ std::vector<std::string> Exchanges::applyText(const std::string& text) {
     return problems;
 }
 
-void Exchanges::configure(const std::string& text) {
+void Exchanges::applySettingsText(const std::string& text) {
     for (const std::string& problem : applyText(text))
         log_.note("settings: " + problem);
 }
 
-Outcome Exchanges::control(const std::string& text) {
+Outcome Exchanges::handleControl(const std::string& text) {
     const std::vector<std::string> problems = applyText(text);
     if (state_.settings.log) log_.note("control: " + text);
     Properties status;

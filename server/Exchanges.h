@@ -34,17 +34,17 @@ class Exchanges {
     Exchanges(ServerState& state, ServerProcess& process, ExchangeLog& log);
 
     /// Handles one exchange of data.
-    Outcome data(const CPPByteArray& request, pid_t sender);
+    Outcome handleData(const CPPByteArray& request, pid_t sender);
 
-    Outcome handshake(pid_t sender);
+    Outcome handleHandshake(pid_t sender);
 
     /// Applies settings and described classes from a text in properties form. The reply is a text of the same
     /// form: the number of problems ("problems"), each problem ("problem 1" and so on), and the server's
     /// state ("process", "applications", "objects").
-    Outcome control(const std::string& text);
+    Outcome handleControl(const std::string& text);
 
     /// As above for the text of the settings file, without a reply. Problems go to the log.
-    void configure(const std::string& text);
+    void applySettingsText(const std::string& text);
 
     /// Removes applications whose process has ended. Returns true if the server must end because the last
     /// one has gone, or because none has come for the time that the settings allow.
@@ -52,9 +52,9 @@ class Exchanges {
 
   private:
     Outcome refuseParts(pid_t sender);
-    Outcome answered(const CPPByteArray& request, pid_t sender);
-    Outcome spoilt(const CPPByteArray& request, pid_t sender);
-    void spoilAnswer(Outcome& outcome);
+    Outcome answerNormally(const CPPByteArray& request, pid_t sender);
+    Outcome answerWithFault(const CPPByteArray& request, pid_t sender);
+    void applyFault(Outcome& outcome);
     void logEnd(const Outcome& outcome);
     std::vector<std::string> applyText(const std::string& text);
     bool hasLostLastClient();

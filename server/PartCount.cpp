@@ -1,5 +1,6 @@
 #include "server/PartCount.h"
 
+#include "serialization/ByteOrder.h"
 #include "serialization/StructuredDataFormat.h"
 
 namespace merrowd {
@@ -9,13 +10,6 @@ namespace format = dovrel::structuredData;
 namespace {
 
 constexpr uint32_t kNumberSize = 4;
-
-uint32_t bigEndianAt(const dovrel::CPPByteArray& block, uint32_t offset) {
-    uint32_t number = 0;
-    for (uint32_t i = 0; i < kNumberSize; ++i)
-        number = number << 8 | block.getByte(offset + i);
-    return number;
-}
 
 uint32_t partsOffset(const dovrel::CPPByteArray& block) {
     const bool hasType = block.getByte(format::kFormatOffset + 1) == format::kFormatByte2WithType;
@@ -31,7 +25,7 @@ bool hasMorePartsThan(uint32_t most, const dovrel::CPPByteArray& block) {
     for (uint32_t count = 0; size - offset >= format::kPartHeaderSize; ++count) {
         if (count == most) return true;
         offset += format::kPartHeaderSize;
-        const uint32_t length = bigEndianAt(block, offset - kNumberSize);
+        const uint32_t length = dovrel::loadBigEndian32(block.data() + offset - kNumberSize);
         if (length > size - offset) return false;
         offset += length;
     }

@@ -48,7 +48,7 @@ std::vector<Identifier> readClassList(const CPPByteArray& block) {
 // Writes the flags and the text, or an empty field if there is no message.
 void writeMessage(POSTransferObj& reply, const UserMessage& message) {
     CPPByteArray field;
-    if (message.flags != 0) field = bytesOf(bytesToText(bytesOfNumber(message.flags)) + message.text);
+    if (message.flags != 0) field = toBytes(bytesToText(numberToBytes(message.flags)) + message.text);
     reply.writeByteArray(posField::kServerMessage, field);
 }
 
@@ -61,17 +61,17 @@ std::unique_ptr<POSTransferObj> newAnswer(uint32_t command) {
 std::unique_ptr<POSTransferObj> RequestHandler::answer(const CPPByteArray& request, pid_t sender) {
     uint32_t command = 0;
     try {
-        return performed(request, sender, command);
+        return performRequest(request, sender, command);
     } catch (const EscapedException& escaped) {
         note_(escaped.text);
-        return exceptionAnswer(command, escaped);
+        return makeExceptionAnswer(command, escaped);
     } catch (const Refusal& refusal) {
-        return exceptionAnswer(command, refusal);
+        return makeExceptionAnswer(command, refusal);
     }
 }
 
-std::unique_ptr<POSTransferObj> RequestHandler::performed(const CPPByteArray& request, pid_t sender,
-                                                          uint32_t& command) {
+std::unique_ptr<POSTransferObj> RequestHandler::performRequest(const CPPByteArray& request, pid_t sender,
+                                                               uint32_t& command) {
     try {
         const RequestFields fields(request);
         command = fields.command();
@@ -87,7 +87,8 @@ std::unique_ptr<POSTransferObj> RequestHandler::performed(const CPPByteArray& re
     }
 }
 
-std::unique_ptr<POSTransferObj> RequestHandler::exceptionAnswer(uint32_t command, const Refusal& refusal) {
+std::unique_ptr<POSTransferObj> RequestHandler::makeExceptionAnswer(uint32_t command,
+                                                                    const Refusal& refusal) {
     auto reply = std::make_unique<POSTransferObj>(dovrel::kTransferKindStandard,
                                                   dovrel::kMessageKindException, command);
     reply->writeString(posField::kExceptionText, refusal.text);
@@ -129,7 +130,7 @@ void RequestHandler::registerApplication(const RequestFields& request, pid_t sen
 
     const uint32_t flags = state_.settings.checkClasses ? dovrel::kRegistrationChecksClasses : 0;
     reply.writeUInt32(posField::kSession, id);
-    reply.writeByteArray(posField::kRegistrationFlags, bytesOfNumber(flags));
+    reply.writeByteArray(posField::kRegistrationFlags, numberToBytes(flags));
 }
 
 void RequestHandler::unregisterApplication(const RequestFields& request) {
@@ -195,7 +196,7 @@ void RequestHandler::executeCommand(const RequestFields& request, POSTransferObj
 
 void RequestHandler::getInformation(const RequestFields& request, POSTransferObj& reply) {
     reply.writeByteArray(posField::kInformation,
-                         informationFor(state_, request.data(posField::kInformationRequest)));
+                         readInformation(state_, request.data(posField::kInformationRequest)));
 }
 
 void RequestHandler::queryInterfaceVersion(POSTransferObj& reply) {

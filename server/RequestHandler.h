@@ -39,7 +39,7 @@ class RequestHandler {
     std::unique_ptr<POSTransferObj> answer(const CPPByteArray& request, pid_t sender);
 
     /// Returns an exception reply. `command` is 0 if the request does not name a known command.
-    static std::unique_ptr<POSTransferObj> exceptionAnswer(uint32_t command, const Refusal& refusal);
+    static std::unique_ptr<POSTransferObj> makeExceptionAnswer(uint32_t command, const Refusal& refusal);
 
   private:
     // One function per command. Each one writes the fields of its reply.
@@ -52,7 +52,8 @@ class RequestHandler {
     void getInformation(const RequestFields& request, POSTransferObj& reply);
     void queryInterfaceVersion(POSTransferObj& reply);
 
-    std::unique_ptr<POSTransferObj> performed(const CPPByteArray& request, pid_t sender, uint32_t& command);
+    std::unique_ptr<POSTransferObj> performRequest(const CPPByteArray& request, pid_t sender,
+                                                   uint32_t& command);
     void perform(const RequestFields& request, pid_t sender, POSTransferObj& reply);
 
     ServerState& state_;

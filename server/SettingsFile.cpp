@@ -33,7 +33,7 @@ void reportZeroByte(const std::string& path, ExchangeLog& log) {
 void readSettingsFile(const std::string& path, Exchanges& exchanges, ExchangeLog& log) {
     if (access(path.c_str(), F_OK) != 0) return;
     try {
-        exchanges.configure(ConfigFileSystem::readText(path));
+        exchanges.applySettingsText(ConfigFileSystem::readText(path));
         reportZeroByte(path, log);
     } catch (CPPException* caught) {
         const std::unique_ptr<CPPException> failure(caught);

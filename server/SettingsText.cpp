@@ -66,7 +66,7 @@ class Examiner {
         if (step == EntryReader::Step::kKey) {
             if (reader.key() == DescribedClass::kSectionKey) keys_.clear();
             waitingKey_ = reader.key();
-            lineOfKey_ = lineNumberOf(reader.line());
+            lineOfKey_ = findLineNumber(reader.line());
             keyWaits_ = true;
         }
         return false;
@@ -75,7 +75,7 @@ class Examiner {
   private:
     bool acceptsValue(const EntryReader& reader) {
         keyWaits_ = false;
-        const size_t line = lineNumberOf(reader.line());
+        const size_t line = findLineNumber(reader.line());
         try {
             requireValueOfType(reader.type(), reader.value());
         } catch (const UnfitValue& unfit) {
@@ -88,7 +88,7 @@ class Examiner {
     }
 
     void addOther(std::string_view line) {
-        lastOther_ = lineNumberOf(line);
+        lastOther_ = findLineNumber(line);
         if (firstOther_ != 0) return;
         firstOther_ = lastOther_;
         textOfFirstOther_ = line;
@@ -117,7 +117,7 @@ class Examiner {
     }
 
     // Returns the number of a line, counted from 1. Must be called for lines in their order.
-    size_t lineNumberOf(std::string_view line) {
+    size_t findLineNumber(std::string_view line) {
         lastNumber_ += static_cast<size_t>(std::count(lastPlace_, line.data(), dovrel::kLineFeed));
         lastPlace_ = line.data();
         return lastNumber_;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "serialization/ByteOrder.h"
+
 namespace dovrel::chaCha20 {
 
 namespace {
@@ -11,16 +13,6 @@ using State = std::array<uint32_t, 16>;
 // The first four words of the state: the text "expand 32-byte k", as RFC 8439 defines it.
 constexpr std::array<uint32_t, 4> kConstantWords{0x61707865, 0x3320646e, 0x79622d32, 0x6b206574};
 constexpr int kDoubleRounds = 10;
-
-uint32_t littleEndianWord(const uint8_t* bytes) {
-    return static_cast<uint32_t>(bytes[0]) | static_cast<uint32_t>(bytes[1]) << 8 |
-           static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
-}
-
-void storeLittleEndian(uint32_t word, uint8_t* bytes) {
-    for (int i = 0; i < 4; ++i)
-        bytes[i] = static_cast<uint8_t>(word >> (8 * i));
-}
 
 uint32_t rotatedLeft(uint32_t word, int bits) {
     return word << bits | word >> (32 - bits);
@@ -37,10 +29,10 @@ State initialState(const Key& key, uint32_t counter, const Nonce& nonce) {
     State state{};
     std::copy(kConstantWords.begin(), kConstantWords.end(), state.begin());
     for (size_t i = 0; i < 8; ++i)
-        state[4 + i] = littleEndianWord(&key[4 * i]);
+        state[4 + i] = loadLittleEndian32(&key[4 * i]);
     state[12] = counter;
     for (size_t i = 0; i < 3; ++i)
-        state[13 + i] = littleEndianWord(&nonce[4 * i]);
+        state[13 + i] = loadLittleEndian32(&nonce[4 * i]);
     return state;
 }
 
@@ -60,7 +52,7 @@ Block keyStreamBlock(const Key& key, uint32_t counter, const Nonce& nonce) {
     }
     Block block{};
     for (size_t i = 0; i < state.size(); ++i)
-        storeLittleEndian(state[i] + initial[i], &block[4 * i]);
+        storeLittleEndian32(&block[4 * i], state[i] + initial[i]);
     return block;
 }
 

@@ -1,7 +1,6 @@
 #include "settings/Properties.h"
 
 #include <algorithm>
-#include <new>
 
 #include "client/exceptions/CPPException.h"
 #include "platform/text/TextConversions.h"
@@ -130,7 +129,7 @@ bool Properties::findBinary(const std::string& key, CPPByteArray& value) const {
     if (!find(key, found)) return false;
     const CPPByteArray bytes = found.asBinary();
     value.assign(bytes);
-    if (value.getSize() != bytes.getSize()) throw std::bad_alloc();
+    value.requireSize(bytes.getSize());
     return true;
 }
 

@@ -16,8 +16,7 @@ namespace {
 CPPByteArray toByteArray(const void* bytes, size_t length) {
     if (length > std::numeric_limits<uint32_t>::max()) throw std::bad_alloc();
     CPPByteArray array;
-    array.set(bytes, static_cast<uint32_t>(length));
-    if (array.getSize() != length) throw std::bad_alloc();
+    array.setOrThrow(bytes, static_cast<uint32_t>(length));
     return array;
 }
 

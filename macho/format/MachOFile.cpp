@@ -10,7 +10,7 @@ namespace {
 
 constexpr size_t kNameSize = 16;
 
-std::vector<uint8_t> sliceOf(std::vector<uint8_t> content, Processor processor) {
+std::vector<uint8_t> selectSlice(std::vector<uint8_t> content, Processor processor) {
     ByteReader file(content.data(), content.size());
     if (file.nextBigEndian() != kUniversalMagic) return content;
     const uint32_t count = file.nextBigEndian();
@@ -36,7 +36,7 @@ MachOFile MachOFile::read(const std::string& path, Processor processor) {
 }
 
 MachOFile::MachOFile(std::vector<uint8_t> content, Processor processor)
-    : slice_(sliceOf(std::move(content), processor)) {
+    : slice_(selectSlice(std::move(content), processor)) {
     readHeader(processor);
     if (!hasFixups_) throw FormatError("there is no fix-up information");
 }

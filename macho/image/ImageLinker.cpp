@@ -32,7 +32,7 @@ void ImageLinker::link() {
     throw FormatError(message);
 }
 
-std::string ImageLinker::libraryOf(const Binding& binding) const {
+std::string ImageLinker::findLibrary(const Binding& binding) const {
     const auto index = static_cast<uint64_t>(binding.library) - 1;
     if (index < file_.libraries().size()) return file_.libraries()[static_cast<size_t>(index)];
     throw FormatError(binding.symbol + " is bound to no library");
@@ -46,7 +46,7 @@ std::optional<void*> ImageLinker::findOwn(const std::string& symbol) const {
 
 std::optional<void*> ImageLinker::find(const Binding& binding) const {
     if (binding.library == kThisImage) return findOwn(binding.symbol);
-    return imports_.find(libraryOf(binding), binding.symbol);
+    return imports_.find(findLibrary(binding), binding.symbol);
 }
 
 void ImageLinker::bind(const Binding& binding) {
@@ -57,7 +57,7 @@ void ImageLinker::bind(const Binding& binding) {
         image_.setWord(binding.address, 0);
     } else {
         const bool isOwn = binding.library == kThisImage;
-        missing_.insert(binding.symbol + " from " + (isOwn ? "itself" : libraryOf(binding)));
+        missing_.insert(binding.symbol + " from " + (isOwn ? "itself" : findLibrary(binding)));
     }
 }
 

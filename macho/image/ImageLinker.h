@@ -32,7 +32,7 @@ class ImageLinker {
     std::optional<void*> find(const Binding& binding) const;
     std::optional<void*> findOwn(const std::string& symbol) const;
     void set(const Binding& binding, void* address);
-    std::string libraryOf(const Binding& binding) const;
+    std::string findLibrary(const Binding& binding) const;
 
     const MachOFile& file_;
     MappedImage& image_;

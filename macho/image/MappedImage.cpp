@@ -7,7 +7,7 @@ namespace dovrel::macho {
 
 namespace {
 
-int accessOf(const Segment& segment) {
+int toAccess(const Segment& segment) {
     const auto flag = [&](Protection protection, int access) {
         return (segment.protection & protection) != 0 ? access : 0;
     };
@@ -36,7 +36,7 @@ void MappedImage::protect(const MachOFile& file) {
         if (segment.memorySize == 0) continue;
         if (segment.address % page != 0)
             throw FormatError("segment " + segment.name + " begins inside a page");
-        if (mprotect(base_ + segment.address, static_cast<size_t>(segment.memorySize), accessOf(segment)) !=
+        if (mprotect(base_ + segment.address, static_cast<size_t>(segment.memorySize), toAccess(segment)) !=
             0)
             throw FormatError("segment " + segment.name + " cannot be protected");
     }

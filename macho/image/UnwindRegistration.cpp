@@ -13,7 +13,7 @@ namespace dovrel::macho {
 
 namespace {
 
-uint64_t addressOf(const void* pointer) {
+uint64_t toAddress(const void* pointer) {
     return reinterpret_cast<uintptr_t>(pointer);
 }
 
@@ -27,17 +27,17 @@ const uint8_t* ownDescription(const MachOFile& file, const MappedImage& image,
     const uint8_t* const begin = description + 2 * sizeof(uint32_t);  // relative to this address
     int64_t distance;
     std::memcpy(&distance, begin, sizeof distance);
-    if (addressOf(begin) + static_cast<uint64_t>(distance) != addressOf(image.at(entry.begin)))
+    if (toAddress(begin) + static_cast<uint64_t>(distance) != toAddress(image.at(entry.begin)))
         throw FormatError("a function's own description is that of another one");
     return description;
 }
 
-UnwindFunction functionOf(const MappedImage& image, const CompactUnwindEntry& entry) {
+UnwindFunction makeFunction(const MappedImage& image, const CompactUnwindEntry& entry) {
     UnwindFunction function;
-    function.begin = addressOf(image.at(entry.begin));
+    function.begin = toAddress(image.at(entry.begin));
     function.size = entry.end - entry.begin;
     if (entry.personality != 0) function.personality = image.word(entry.personality);
-    if (entry.handlers != 0) function.handlers = addressOf(image.at(entry.handlers));
+    if (entry.handlers != 0) function.handlers = toAddress(image.at(entry.handlers));
     const uint8_t* const code = image.at(entry.begin, entry.end - entry.begin);
     function.instructions = callFrameInstructions(entry.encoding, {code, code + function.size});
     return function;
@@ -55,7 +55,7 @@ void registerCompactTable(const MachOFile& file, const MappedImage& image) {
         if ((entry.encoding & kUnwindModeMask) == kFrameInDwarf) {
             __register_frame(ownDescription(file, image, entry));
         } else {
-            frames.add(functionOf(image, entry));
+            frames.add(makeFunction(image, entry));
         }
     }
     // Never freed, because the unwinder reads the descriptions until the process exits.

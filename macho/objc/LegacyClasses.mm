@@ -91,7 +91,7 @@ void registerClass(const ClassDescription& description, Class superclass) {
     checkOffsets(made, description.variables);
 }
 
-std::vector<const ClassDescription*> classesOf(const MachOFile& file, const MappedImage& image) {
+std::vector<const ClassDescription*> readClasses(const MachOFile& file, const MappedImage& image) {
     std::vector<const ClassDescription*> classes;
     for (const Section& section : file.sections()) {
         if (section.name != "__class") continue;
@@ -108,7 +108,7 @@ std::vector<const ClassDescription*> classesOf(const MachOFile& file, const Mapp
 void registerLegacyClasses(const MachOFile& file, const MappedImage& image) {
     // A superclass can come after its subclass in the section. A class without its superclass waits for the
     // next round.
-    std::vector<const ClassDescription*> waiting = classesOf(file, image);
+    std::vector<const ClassDescription*> waiting = readClasses(file, image);
     while (!waiting.empty()) {
         std::vector<const ClassDescription*> stillWaiting;
         for (const ClassDescription* const description : waiting) {

@@ -53,21 +53,21 @@ struct ClassDescription {
 constexpr uint32_t kSizeMask = ~uint32_t{3};  // the lowest bits are flags
 
 template <typename Entry, typename List>
-const Entry& entryOf(const List& list, uint32_t index) {
+const Entry& getEntry(const List& list, uint32_t index) {
     const auto* const first = reinterpret_cast<const uint8_t*>(&list + 1);
     return *reinterpret_cast<const Entry*>(first + index * (list.entrySize & kSizeMask));
 }
 
 void addMethods(Class target, const MethodList* methods) {
     for (uint32_t i = 0; methods != nullptr && i < methods->count; ++i) {
-        const MethodEntry& method = entryOf<MethodEntry>(*methods, i);
+        const MethodEntry& method = getEntry<MethodEntry>(*methods, i);
         class_addMethod(target, sel_registerName(method.name), method.implementation, method.types);
     }
 }
 
 void addVariables(Class target, const VariableList* variables) {
     for (uint32_t i = 0; variables != nullptr && i < variables->count; ++i) {
-        const VariableEntry& variable = entryOf<VariableEntry>(*variables, i);
+        const VariableEntry& variable = getEntry<VariableEntry>(*variables, i);
         class_addIvar(target, variable.name, variable.size, static_cast<uint8_t>(variable.alignment),
                       variable.type);
     }
@@ -77,7 +77,7 @@ void addVariables(Class target, const VariableList* variables) {
 // superclass may have become larger.
 void tellOffsets(Class target, const VariableList* variables) {
     for (uint32_t i = 0; variables != nullptr && i < variables->count; ++i) {
-        const VariableEntry& variable = entryOf<VariableEntry>(*variables, i);
+        const VariableEntry& variable = getEntry<VariableEntry>(*variables, i);
         *variable.offset = ivar_getOffset(class_getInstanceVariable(target, variable.name));
     }
 }

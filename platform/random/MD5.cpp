@@ -4,6 +4,8 @@
 #include <cstring>
 #include <utility>
 
+#include "serialization/ByteOrder.h"
+
 namespace dovrel {
 
 namespace {
@@ -65,16 +67,6 @@ void allSteps(std::array<uint32_t, 4>& chain, const Words& words, std::index_seq
     (step<i>(chain, words), ...);
 }
 
-uint32_t readLittleEndian(const uint8_t* bytes) {
-    return bytes[0] | uint32_t{bytes[1]} << 8 | uint32_t{bytes[2]} << 16 | uint32_t{bytes[3]} << 24;
-}
-
-template <class Integer>
-void writeLittleEndian(Integer value, uint8_t* bytes) {
-    for (size_t i = 0; i < sizeof value; ++i)
-        bytes[i] = static_cast<uint8_t>(value >> (8 * i) & 0xFF);
-}
-
 }  // namespace
 
 void MD5::update(const void* bytes, size_t length) {
@@ -98,21 +90,21 @@ MD5::Digest MD5::digest() const {
     std::array<uint8_t, 2 * kBlockSize> end{};
     std::copy_n(buffer_.begin(), used, end.begin());
     end[used] = 0x80;
-    writeLittleEndian(bitCount_, end.data() + blocks * kBlockSize - kLengthSize);
+    storeLittleEndian64(end.data() + blocks * kBlockSize - kLengthSize, bitCount_);
 
     Chain chain = chain_;
     for (size_t block = 0; block < blocks; ++block)
         absorb(end.data() + block * kBlockSize, chain);
     Digest digest{};
     for (size_t i = 0; i < chain.size(); ++i)
-        writeLittleEndian(chain[i], digest.data() + 4 * i);
+        storeLittleEndian32(digest.data() + 4 * i, chain[i]);
     return digest;
 }
 
 void MD5::absorb(const uint8_t* block, Chain& chain) {
     Words words;
     for (size_t i = 0; i < words.size(); ++i)
-        words[i] = readLittleEndian(block + 4 * i);
+        words[i] = loadLittleEndian32(block + 4 * i);
     Chain next = chain;
     allSteps(next, words, std::make_index_sequence<kSteps>());
     for (size_t i = 0; i < chain.size(); ++i)

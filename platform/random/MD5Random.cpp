@@ -1,5 +1,7 @@
 #include "platform/random/MD5Random.h"
 
+#include "serialization/ByteOrder.h"
+
 namespace dovrel {
 
 namespace {
@@ -11,8 +13,7 @@ constexpr uint8_t kSeedFiller = 0xA5;
 void MD5Random::seed(uint32_t value) {
     message_ = MD5();
     pool_.fill(kSeedFiller);
-    for (uint32_t i = 0; i < 4; ++i)
-        pool_[i] = static_cast<uint8_t>(value >> (8 * i) & 0xFF);
+    storeLittleEndian32(pool_.data(), value);
 }
 
 uint32_t MD5Random::nextBit() {
@@ -28,7 +29,7 @@ uint32_t MD5Random::nextBit() {
 uint32_t MD5Random::next32() {
     renewPool();
     bitIndex_ = 32;
-    return pool_[0] | uint32_t{pool_[1]} << 8 | uint32_t{pool_[2]} << 16 | uint32_t{pool_[3]} << 24;
+    return loadLittleEndian32(pool_.data());
 }
 
 void MD5Random::renewPool() {

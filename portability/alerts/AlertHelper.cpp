@@ -31,7 +31,7 @@ std::string usableAlertHelper() {
     if (!environmentAllowsAlerts()) return std::string();
     const std::string code = pathOfCode(reinterpret_cast<const void*>(&usableAlertHelper));
     if (code.empty()) return std::string();
-    const std::string helper = parentOf(code) + '/' + kHelperName;
+    const std::string helper = getParent(code) + '/' + kHelperName;
     return access(helper.c_str(), X_OK) == 0 && !isFolder(helper) ? helper : std::string();
 }
 

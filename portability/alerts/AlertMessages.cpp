@@ -62,7 +62,7 @@ std::string shownText(size_t longest, const std::string& text) {
     return cutTo(longest, withoutNul(wellFormed(text.substr(0, longest + 1))));
 }
 
-std::string lineOf(const json& message) {
+std::string toLine(const json& message) {
     return written(message) + '\n';
 }
 
@@ -82,25 +82,25 @@ const json& member(const json& message, const char* name) {
     return found != message.end() ? *found : missing;
 }
 
-std::optional<std::string> textOf(const json& value, size_t longest) {
+std::optional<std::string> readText(const json& value, size_t longest) {
     if (!value.is_string()) return std::nullopt;
     std::string text = value.get<std::string>();
     if (text.size() > longest || text.find('\0') != std::string::npos) return std::nullopt;
     return text;
 }
 
-std::optional<uint64_t> numberOf(const json& value, uint64_t lowest, uint64_t highest) {
+std::optional<uint64_t> readNumber(const json& value, uint64_t lowest, uint64_t highest) {
     if (!value.is_number_unsigned()) return std::nullopt;
     const auto number = value.get<uint64_t>();
     if (number < lowest || number > highest) return std::nullopt;
     return number;
 }
 
-std::optional<std::vector<std::string>> captionsOf(const json& value) {
+std::optional<std::vector<std::string>> readCaptions(const json& value) {
     if (!value.is_array() || value.empty() || value.size() > kMostAlertButtons) return std::nullopt;
     std::vector<std::string> captions;
     for (const json& element : value) {
-        auto caption = textOf(element, kLongestAlertCaption);
+        auto caption = readText(element, kLongestAlertCaption);
         if (!caption) return std::nullopt;
         captions.push_back(std::move(*caption));
     }
@@ -113,7 +113,7 @@ std::string AlertMessages::compose(const AlertRequest& request) {
     json buttons = json::array();
     for (const std::string& caption : request.buttons)
         buttons.push_back(shownText(kLongestAlertCaption, caption));
-    return lineOf({{"version", kVersion},
+    return toLine({{"version", kVersion},
                    {"title", shownText(kLongestAlertTitle, request.title)},
                    {"body", shownText(kLongestAlertBody, request.body)},
                    {"buttons", buttons},
@@ -127,17 +127,18 @@ std::string AlertMessages::compose(const AlertEvent& event) {
         if (known.kind == event.kind) message["event"] = known.name;
     }
     if (event.kind == AlertEvent::Kind::pressed) message["button"] = event.button;
-    return lineOf(message);
+    return toLine(message);
 }
 
 std::optional<AlertRequest> AlertMessages::parseRequest(std::string_view line) {
     const json message = parsed(line);
     const json& help = member(message, "help");
-    if (!numberOf(member(message, "version"), kVersion, kVersion) || !help.is_boolean()) return std::nullopt;
-    auto title = textOf(member(message, "title"), kLongestAlertTitle);
-    auto body = textOf(member(message, "body"), kLongestAlertBody);
-    auto buttons = captionsOf(member(message, "buttons"));
-    const auto host = numberOf(member(message, "host"), 1, std::numeric_limits<pid_t>::max());
+    if (!readNumber(member(message, "version"), kVersion, kVersion) || !help.is_boolean())
+        return std::nullopt;
+    auto title = readText(member(message, "title"), kLongestAlertTitle);
+    auto body = readText(member(message, "body"), kLongestAlertBody);
+    auto buttons = readCaptions(member(message, "buttons"));
+    const auto host = readNumber(member(message, "host"), 1, std::numeric_limits<pid_t>::max());
     if (!title || !body || !buttons || !host) return std::nullopt;
     return AlertRequest{std::move(*title), std::move(*body), std::move(*buttons), help.get<bool>(),
                         static_cast<pid_t>(*host)};
@@ -149,7 +150,7 @@ std::optional<AlertEvent> AlertMessages::parseEvent(std::string_view line, size_
     for (const EventName& known : kEventNames) {
         if (event != known.name) continue;
         if (known.kind != AlertEvent::Kind::pressed) return AlertEvent{known.kind, 0};
-        const auto button = numberOf(member(message, "button"), 0, std::numeric_limits<size_t>::max());
+        const auto button = readNumber(member(message, "button"), 0, std::numeric_limits<size_t>::max());
         if (!button || *button >= buttons) return std::nullopt;
         return AlertEvent{known.kind, static_cast<size_t>(*button)};
     }

@@ -59,7 +59,7 @@ static std::string utf8(NSString* text) {
     return text != nil ? std::string([text UTF8String]) : std::string();
 }
 
-static portability::AlertRequest requestOf(DovrelPortabilityAlert* alert) {
+static portability::AlertRequest makeRequest(DovrelPortabilityAlert* alert) {
     portability::AlertRequest request;
     request.title = utf8(alert->messageText_);
     request.body = utf8(alert->informativeText_);
@@ -85,7 +85,7 @@ static void showHelp(void* context) {
 // C++ exceptions are caught here, because the caller's frames can only handle those of Objective-C.
 static NSInteger pressedButton(DovrelPortabilityAlert* alert) {
     try {
-        const auto button = portability::runAlert(requestOf(alert), showHelp, alert);
+        const auto button = portability::runAlert(makeRequest(alert), showHelp, alert);
         return button ? static_cast<NSInteger>(*button) : kNotShown;
     } catch (...) {
         return kNotShown;

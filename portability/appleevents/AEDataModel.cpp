@@ -42,7 +42,7 @@ OSErr putNumber(EventStorage& event, AEKeyword keyword, SInt32 number) {
 
 OSErr putValue(AppleEvent* descriptor, ItemKind kind, AEKeyword keyword, DescType type, const void* data,
                Size size) {
-    EventStorage* event = DescriptorStorage::eventOf(descriptor);
+    EventStorage* event = DescriptorStorage::getEvent(descriptor);
     if (event == nullptr) return errAENotAEDesc;
     if (!isUsable(data, size)) return paramErr;
     return event->put(kind, keyword, type, data, static_cast<size_t>(size));
@@ -50,7 +50,7 @@ OSErr putValue(AppleEvent* descriptor, ItemKind kind, AEKeyword keyword, DescTyp
 
 OSErr getValue(const AppleEvent* descriptor, ItemKind kind, AEKeyword keyword, DescType desired,
                DescType* actualType, void* buffer, Size room, Size* actualSize) {
-    const EventStorage* event = DescriptorStorage::eventOf(descriptor);
+    const EventStorage* event = DescriptorStorage::getEvent(descriptor);
     if (event == nullptr) return errAENotAEDesc;
     if (room < 0) return paramErr;
     EventValue value;
@@ -110,7 +110,7 @@ OSErr AECreateAppleEvent(AEEventClass theAEEventClass, AEEventID theAEEventID, c
             putNumber(*event, keyReturnIDAttr, returnID == kAutoGenerateReturnID ? nextReturnID() : returnID);
     }
     if (error == noErr) error = putNumber(*event, keyTransactionIDAttr, transactionID);
-    if (const ByteStorage* address = DescriptorStorage::bytesOf(target);
+    if (const ByteStorage* address = DescriptorStorage::getBytes(target);
         address != nullptr && error == noErr) {
         error = event->put(ItemKind::attribute, keyAddressAttr, target->descriptorType, address->data(),
                            address->size());
@@ -148,12 +148,12 @@ OSErr AESizeOfParam(const AppleEvent* theAppleEvent, AEKeyword theAEKeyword, Des
 }
 
 Size AEGetDescDataSize(const AEDesc* theAEDesc) {
-    const ByteStorage* bytes = DescriptorStorage::bytesOf(theAEDesc);
+    const ByteStorage* bytes = DescriptorStorage::getBytes(theAEDesc);
     return bytes == nullptr ? 0 : static_cast<Size>(bytes->size());
 }
 
 OSErr AEGetDescData(const AEDesc* theAEDesc, void* dataPtr, Size maximumSize) {
-    const ByteStorage* bytes = DescriptorStorage::bytesOf(theAEDesc);
+    const ByteStorage* bytes = DescriptorStorage::getBytes(theAEDesc);
     if (bytes == nullptr)
         return DescriptorStorage::of(theAEDesc) == nullptr ? errAEDescIsNull : errAEWrongDataType;
     if (!isUsable(dataPtr, maximumSize)) return paramErr;

@@ -44,7 +44,7 @@ OSErr AESend(const AppleEvent* theAppleEvent, AppleEvent* reply, AESendMode send
 }
 
 OSErr AESuspendTheCurrentEvent(const AppleEvent* theAppleEvent) {
-    const portability::EventStorage* event = portability::DescriptorStorage::eventOf(theAppleEvent);
+    const portability::EventStorage* event = portability::DescriptorStorage::getEvent(theAppleEvent);
     if (event == nullptr) return errAENotAEDesc;
     event->suspend();
     return noErr;

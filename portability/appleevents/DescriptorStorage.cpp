@@ -9,12 +9,12 @@ DescriptorStorage* DescriptorStorage::of(const AEDesc* descriptor) {
     return reinterpret_cast<DescriptorStorage*>(descriptor->dataHandle);
 }
 
-const ByteStorage* DescriptorStorage::bytesOf(const AEDesc* descriptor) {
+const ByteStorage* DescriptorStorage::getBytes(const AEDesc* descriptor) {
     const DescriptorStorage* storage = of(descriptor);
     return storage == nullptr ? nullptr : storage->asBytes();
 }
 
-EventStorage* DescriptorStorage::eventOf(const AEDesc* descriptor) {
+EventStorage* DescriptorStorage::getEvent(const AEDesc* descriptor) {
     DescriptorStorage* storage = of(descriptor);
     return storage == nullptr ? nullptr : storage->asEvent();
 }

@@ -23,8 +23,8 @@ class DescriptorStorage {
     static DescriptorStorage* of(const AEDesc* descriptor);
 
     /// The same for storage of one kind. Both return null if the storage is of the other kind.
-    static const ByteStorage* bytesOf(const AEDesc* descriptor);
-    static EventStorage* eventOf(const AEDesc* descriptor);
+    static const ByteStorage* getBytes(const AEDesc* descriptor);
+    static EventStorage* getEvent(const AEDesc* descriptor);
 
     /// Returns the handle for the descriptor.
     AEDataStorage handle() { return reinterpret_cast<AEDataStorage>(this); }

@@ -12,7 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "portability/transport/ImageMemory.h"
+#include "portability/transport/MessageMemory.h"
 
 namespace portability {
 
@@ -62,7 +62,7 @@ bool findItem(const uint8_t* image, size_t size, ItemKind kind, uint32_t keyword
 /// Returns whether no item is damaged or of an unknown kind, and there are at most kMostItems items.
 bool isWholeImage(const uint8_t* image, size_t size);
 
-/// Returns the size in bytes of an item with `dataSize` bytes of data (at most kLargestImage).
+/// Returns the size in bytes of an item with `dataSize` bytes of data (at most kLargestMessage).
 constexpr size_t itemSpace(size_t dataSize) {
     return sizeof(ItemHeader) + ((dataSize + 7) & ~size_t{7});
 }

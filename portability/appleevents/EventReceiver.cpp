@@ -38,7 +38,7 @@ bool EventReceiver::handle(const ReceivedFrame& request, pid_t sender, ReplySend
     EventStorage replyEvent;
     const OSStatus result = runHandlers(event, &replyEvent);
     if (event.isSuspended()) return true;
-    ImageMemory nothing;
+    MessageMemory nothing;
     Channel::Sent sent =
         reply.send(static_cast<int32_t>(result), result == noErr ? replyEvent.image() : nothing);
     if (sent == Channel::Sent::failed) sent = reply.send(memFullErr, nothing);

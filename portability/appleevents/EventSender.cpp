@@ -91,7 +91,7 @@ OSStatus sendToThisProcess(const EventStorage& event, const OutgoingRequest& req
     return result;
 }
 
-OSStatus statusOf(Connection::Outcome outcome, OSStatus replyResult) {
+OSStatus toStatus(Connection::Outcome outcome, OSStatus replyResult) {
     switch (outcome) {
         case Connection::Outcome::done:
             return replyResult;
@@ -114,7 +114,7 @@ bool isUsable(Connection::Outcome outcome) {
 
 // Makes an event of a reply whose image is not damaged. The image is copied unless a block keeps it valid.
 ReplyEvent eventOfReply(ReceivedReply& received) {
-    if (received.block == nullptr) return EventStorage::copyOf(received.image, received.size);
+    if (received.block == nullptr) return EventStorage::makeCopy(received.image, received.size);
     return std::make_unique<EventStorage>(received.image, received.size, std::move(received.block));
 }
 
@@ -150,7 +150,7 @@ OSStatus sendToEndpoint(OSType signature, const OutgoingRequest& request, bool w
         // A pooled connection that its peer has closed does not show whether the endpoint has a new owner. So
         // the next connection is tried, and finally a new one.
         if (outcome == Connection::Outcome::notSent && !isFresh) continue;
-        return statusOf(outcome, replyResult);
+        return toStatus(outcome, replyResult);
     }
 }
 
@@ -183,7 +183,7 @@ OSStatus sendEvent(const AppleEvent* event, AppleEvent* reply, AESendMode mode, 
                    IdleCaller* idle) {
     const ErrnoKeeper errnoKeeper;
     if (reply != nullptr) AEInitializeDesc(reply);
-    const EventStorage* storage = DescriptorStorage::eventOf(event);
+    const EventStorage* storage = DescriptorStorage::getEvent(event);
     if (storage == nullptr) return errAENotAEDesc;
     const OutgoingRequest request{storage->image(), mode, asSInt32(timeOutInTicks),
                                   Deadline::afterTicks(timeOutInTicks), idle};

@@ -27,7 +27,7 @@ void setComputed(EventValue& value, DescType type, Number number) {
 EventStorage::EventStorage(const uint8_t* image, size_t size, std::shared_ptr<const void> keeper)
     : image_(image, size, std::move(keeper)) {}
 
-std::unique_ptr<EventStorage> EventStorage::copyOf(const uint8_t* image, size_t size) {
+std::unique_ptr<EventStorage> EventStorage::makeCopy(const uint8_t* image, size_t size) {
     auto copy = std::make_unique<EventStorage>();
     uint8_t* place = copy->image_.append(size);
     if (place == nullptr) throw std::bad_alloc();
@@ -104,7 +104,7 @@ void EventStorage::noteRead(AEKeyword parameter) const {
 }
 
 OSErr EventStorage::put(ItemKind kind, AEKeyword keyword, DescType type, const void* data, size_t size) {
-    if (size > kLargestImage) return memFullErr;
+    if (size > kLargestMessage) return memFullErr;
     const ItemHeader header{static_cast<uint32_t>(keyword), static_cast<uint32_t>(type),
                             static_cast<uint32_t>(size), static_cast<uint32_t>(kind)};
     ImageWalker walker(image_.data(), image_.size());

@@ -9,7 +9,7 @@
 
 #include "portability/appleevents/DescriptorStorage.h"
 #include "portability/appleevents/EventImage.h"
-#include "portability/transport/ImageMemory.h"
+#include "portability/transport/MessageMemory.h"
 
 namespace portability {
 
@@ -43,16 +43,16 @@ class EventStorage final : public DescriptorStorage {
     EventStorage() = default;
 
     /// Makes a received event. Its image must have passed isWholeImage(), and must stay valid as
-    /// ImageMemory requires.
+    /// MessageMemory requires.
     EventStorage(const uint8_t* image, size_t size, std::shared_ptr<const void> keeper);
 
     /// Makes an event with a copy of the image, which must have passed isWholeImage(). Throws std::bad_alloc.
-    static std::unique_ptr<EventStorage> copyOf(const uint8_t* image, size_t size);
+    static std::unique_ptr<EventStorage> makeCopy(const uint8_t* image, size_t size);
 
     /// Sets the values of the attributes that describe the delivery.
     void setDelivery(const Delivery& delivery);
 
-    const ImageMemory& image() const { return image_; }
+    const MessageMemory& image() const { return image_; }
 
     /// Finds a value. Returns false if the event has none with this kind and keyword.
     bool find(ItemKind kind, AEKeyword keyword, EventValue& value) const;
@@ -78,7 +78,7 @@ class EventStorage final : public DescriptorStorage {
     bool compute(AEKeyword attribute, EventValue& value) const;
     bool firstUnread(UInt32& keyword) const;
 
-    ImageMemory image_;
+    MessageMemory image_;
     Delivery delivery_;
     bool delivered_ = false;
     mutable bool suspended_ = false;

@@ -11,7 +11,7 @@
 
 using portability::isFolder;
 using portability::isThere;
-using portability::utf8Of;
+using portability::toUtf8;
 
 namespace {
 
@@ -57,7 +57,7 @@ std::string __CFBundle::executable() {
     if (name == nullptr) {
         return std::string();
     }
-    const std::string file = path_ + (hasContents_ ? "/Contents/MacOS/" : "/") + utf8Of(name);
+    const std::string file = path_ + (hasContents_ ? "/Contents/MacOS/" : "/") + toUtf8(name);
     return isThere(file) ? file : std::string();
 }
 
@@ -83,7 +83,7 @@ std::string __CFBundle::resource(const std::string& file) {
 std::string __CFBundle::localizedResource(const std::string& file) {
     std::vector<std::string> languages = portability::userLanguages();
     const CFStringRef ownLanguage = infoString(kCFBundleDevelopmentRegionKey);
-    languages.push_back(ownLanguage == nullptr ? "en" : utf8Of(ownLanguage));
+    languages.push_back(ownLanguage == nullptr ? "en" : toUtf8(ownLanguage));
     for (const std::string& language : languages) {
         const std::string code = language.substr(0, language.find_first_of("-_"));
         for (const std::string& name : {language, code, olderLanguageName(code)}) {
@@ -158,9 +158,9 @@ std::vector<CFBundleRef> retainedBundles() {
 }
 
 std::string bundleAround(const std::string& executable) {
-    const std::string folder = parentOf(executable);
+    const std::string folder = getParent(executable);
     constexpr const char* kInside = "/Contents/MacOS";
-    return endsWith(folder, kInside) ? parentOf(parentOf(folder)) : std::string();
+    return endsWith(folder, kInside) ? getParent(getParent(folder)) : std::string();
 }
 
 }  // namespace portability

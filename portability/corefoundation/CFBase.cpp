@@ -2,19 +2,19 @@
 
 #include "portability/corefoundation/Object.h"
 
-using portability::objectOf;
+using portability::toObject;
 
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
 
 CFTypeRef CFRetain(CFTypeRef cf) {
-    objectOf(cf).retain();
+    toObject(cf).retain();
     return cf;
 }
 
 void CFRelease(CFTypeRef cf) {
-    objectOf(cf).release();
+    toObject(cf).release();
 }
 
 CFTypeID CFGetTypeID(CFTypeRef cf) {
-    return objectOf(cf).kind();
+    return toObject(cf).kind();
 }

@@ -82,7 +82,7 @@ CFBundleRef createMainBundle() {
         return nullptr;
     }
     const std::string around = portability::bundleAround(executable);
-    return portability::createBundle(around.empty() ? portability::parentOf(executable) : around);
+    return portability::createBundle(around.empty() ? portability::getParent(executable) : around);
 }
 
 }  // namespace
@@ -97,7 +97,7 @@ CFBundleRef CFBundleGetMainBundle() {
 }
 
 CFBundleRef CFBundleCreate(CFAllocatorRef, CFURLRef bundleURL) {
-    return portability::createBundle(portability::pathOf(bundleURL));
+    return portability::createBundle(portability::toPath(bundleURL));
 }
 
 CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef bundleID) {
@@ -125,7 +125,7 @@ CFStringRef CFBundleGetIdentifier(CFBundleRef bundle) {
 }
 
 UInt32 CFBundleGetVersionNumber(CFBundleRef bundle) {
-    return portability::packedVersion(portability::utf8Of(bundle->infoString(kCFBundleVersionKey)));
+    return portability::packedVersion(portability::toUtf8(bundle->infoString(kCFBundleVersionKey)));
 }
 
 CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle) {
@@ -142,9 +142,9 @@ CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle) {
 
 CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef resourceName, CFStringRef resourceType,
                                  CFStringRef subDirName) {
-    const std::string folder = portability::utf8Of(subDirName);
-    const std::string type = portability::utf8Of(resourceType);
-    const std::string file = (folder.empty() ? folder : folder + '/') + portability::utf8Of(resourceName) +
+    const std::string folder = portability::toUtf8(subDirName);
+    const std::string type = portability::toUtf8(resourceType);
+    const std::string file = (folder.empty() ? folder : folder + '/') + portability::toUtf8(resourceName) +
                              (type.empty() ? type : '.' + type);
     const std::string path = bundle->resource(file);
     return portability::createFileURL(path, portability::isFolder(path));

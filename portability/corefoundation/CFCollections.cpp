@@ -7,14 +7,14 @@
 
 #include "portability/corefoundation/Object.h"
 
-using portability::objectOf;
+using portability::toObject;
 
 CFTypeID CFArrayGetTypeID() {
     return portability::kArrayKind;
 }
 
 CFIndex CFArrayGetCount(CFArrayRef theArray) {
-    return static_cast<CFIndex>(static_cast<const __CFArray&>(objectOf(theArray)).values.size());
+    return static_cast<CFIndex>(static_cast<const __CFArray&>(toObject(theArray)).values.size());
 }
 
 const void* CFArrayGetValueAtIndex(CFArrayRef theArray, CFIndex idx) {
@@ -27,7 +27,7 @@ CFTypeID CFDictionaryGetTypeID() {
 }
 
 CFIndex CFDictionaryGetCount(CFDictionaryRef theDict) {
-    return static_cast<CFIndex>(static_cast<const __CFDictionary&>(objectOf(theDict)).values.size());
+    return static_cast<CFIndex>(static_cast<const __CFDictionary&>(toObject(theDict)).values.size());
 }
 
 Boolean CFDictionaryContainsKey(CFDictionaryRef theDict, const void* key) {
@@ -35,7 +35,7 @@ Boolean CFDictionaryContainsKey(CFDictionaryRef theDict, const void* key) {
 }
 
 const void* CFDictionaryGetValue(CFDictionaryRef theDict, const void* key) {
-    return static_cast<const __CFDictionary&>(objectOf(theDict)).value(key);
+    return static_cast<const __CFDictionary&>(toObject(theDict)).value(key);
 }
 
 CFTypeID CFDataGetTypeID() {
@@ -47,9 +47,9 @@ CFDataRef CFDataCreate(CFAllocatorRef, const UInt8* bytes, CFIndex length) {
 }
 
 CFIndex CFDataGetLength(CFDataRef theData) {
-    return static_cast<CFIndex>(static_cast<const __CFData&>(objectOf(theData)).bytes.size());
+    return static_cast<CFIndex>(static_cast<const __CFData&>(toObject(theData)).bytes.size());
 }
 
 const UInt8* CFDataGetBytePtr(CFDataRef theData) {
-    return reinterpret_cast<const UInt8*>(static_cast<const __CFData&>(objectOf(theData)).bytes.data());
+    return reinterpret_cast<const UInt8*>(static_cast<const __CFData&>(toObject(theData)).bytes.data());
 }

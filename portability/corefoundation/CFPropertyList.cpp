@@ -9,7 +9,7 @@
 CFPropertyListRef CFPropertyListCreateWithData(CFAllocatorRef, CFDataRef data, CFOptionFlags,
                                                CFPropertyListFormat* format, CFErrorRef* error) {
     constexpr CFIndex kReadCorrupt = 3840;
-    const std::string& bytes = static_cast<const __CFData&>(portability::objectOf(data)).bytes;
+    const std::string& bytes = static_cast<const __CFData&>(portability::toObject(data)).bytes;
     const CFPropertyListRef list = portability::copyPropertyListIn(bytes, format);
     if (list == nullptr && error != nullptr)
         *error = new __CFError(CFSTR("NSCocoaErrorDomain"), kReadCorrupt);
@@ -21,16 +21,16 @@ CFDataRef CFPropertyListCreateData(CFAllocatorRef, CFPropertyListRef propertyLis
     constexpr CFIndex kWriteInvalid = 3852;
     std::optional<std::string> text;
     if (format == kCFPropertyListXMLFormat_v1_0) {
-        text = portability::writeXmlPropertyList(portability::objectOf(propertyList));
+        text = portability::writeXmlPropertyList(portability::toObject(propertyList));
     }
     if (!text && error != nullptr) *error = new __CFError(CFSTR("NSCocoaErrorDomain"), kWriteInvalid);
     return text ? new __CFData(std::move(*text)) : nullptr;
 }
 
 CFStringRef CFErrorGetDomain(CFErrorRef err) {
-    return static_cast<const __CFError&>(portability::objectOf(err)).domain;
+    return static_cast<const __CFError&>(portability::toObject(err)).domain;
 }
 
 CFIndex CFErrorGetCode(CFErrorRef err) {
-    return static_cast<const __CFError&>(portability::objectOf(err)).code;
+    return static_cast<const __CFError&>(portability::toObject(err)).code;
 }

@@ -9,12 +9,12 @@
 #include "portability/corefoundation/Object.h"
 #include "portability/corefoundation/TextEncoding.h"
 
-using portability::objectOf;
+using portability::toObject;
 
 namespace {
 
-const std::vector<UniChar>& unitsOf(CFStringRef string) {
-    return static_cast<const __CFString&>(objectOf(string)).units;
+const std::vector<UniChar>& getUnits(CFStringRef string) {
+    return static_cast<const __CFString&>(toObject(string)).units;
 }
 
 CFIndex maximumBytesPerUnit(CFStringEncoding encoding) {
@@ -72,7 +72,7 @@ CFStringRef CFStringCreateWithCString(CFAllocatorRef, const char* cStr, CFString
 Boolean CFStringGetCString(CFStringRef theString, char* buffer, CFIndex bufferSize,
                            CFStringEncoding encoding) {
     if (bufferSize < 1) return false;
-    const std::vector<UniChar>& units = unitsOf(theString);
+    const std::vector<UniChar>& units = getUnits(theString);
     const auto bytes = portability::encodeText(units.data(), units.size(), encoding);
     if (!bytes || bytes->size() >= static_cast<std::size_t>(bufferSize)) {
         buffer[0] = '\0';
@@ -83,7 +83,7 @@ Boolean CFStringGetCString(CFStringRef theString, char* buffer, CFIndex bufferSi
 }
 
 CFIndex CFStringGetLength(CFStringRef theString) {
-    return static_cast<CFIndex>(unitsOf(theString).size());
+    return static_cast<CFIndex>(getUnits(theString).size());
 }
 
 CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding) {
@@ -93,7 +93,7 @@ CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encod
 }
 
 void CFStringGetCharacters(CFStringRef theString, CFRange range, UniChar* buffer) {
-    const std::vector<UniChar>& units = unitsOf(theString);
+    const std::vector<UniChar>& units = getUnits(theString);
     const auto size = static_cast<CFIndex>(units.size());
     if (range.location < 0 || range.length < 0 || range.location > size ||
         range.length > size - range.location) {
@@ -104,8 +104,8 @@ void CFStringGetCharacters(CFStringRef theString, CFRange range, UniChar* buffer
 
 CFComparisonResult CFStringCompare(CFStringRef theString1, CFStringRef theString2,
                                    CFStringCompareFlags compareOptions) {
-    const std::vector<UniChar>& first = unitsOf(theString1);
-    const std::vector<UniChar>& second = unitsOf(theString2);
+    const std::vector<UniChar>& first = getUnits(theString1);
+    const std::vector<UniChar>& second = getUnits(theString2);
     if ((compareOptions & kCFCompareCaseInsensitive) == 0) return compare(first, second);
     return compare(inLowerCase(first), inLowerCase(second));
 }

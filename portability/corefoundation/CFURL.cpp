@@ -10,7 +10,7 @@
 #include "portability/corefoundation/Object.h"
 #include "portability/posix/SystemRoot.h"
 
-using portability::objectOf;
+using portability::toObject;
 
 namespace {
 
@@ -120,16 +120,16 @@ CFURLRef createFileURL(const std::string& path, bool isDirectory) {
     return new __CFURL("file://" + escapedPath(plain));
 }
 
-std::string pathOf(CFURLRef url) {
-    return pathInText(textOf(url));
+std::string toPath(CFURLRef url) {
+    return pathInText(toText(url));
 }
 
 bool isFileURL(CFURLRef url) {
-    return textOf(url).rfind("file:", 0) == 0;
+    return toText(url).rfind("file:", 0) == 0;
 }
 
-std::string textOf(CFURLRef url) {
-    return static_cast<const __CFURL&>(objectOf(url)).text;
+std::string toText(CFURLRef url) {
+    return static_cast<const __CFURL&>(toObject(url)).text;
 }
 
 }  // namespace portability
@@ -141,13 +141,13 @@ CFTypeID CFURLGetTypeID() {
 CFURLRef CFURLCreateWithString(CFAllocatorRef, CFStringRef URLString, CFURLRef /*baseURL*/) {
     constexpr std::string_view kAllowed =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~!*'();:@&=+$,/?#[]%";
-    const std::string text = static_cast<const __CFString&>(objectOf(URLString)).utf8();
+    const std::string text = static_cast<const __CFString&>(toObject(URLString)).utf8();
     const bool isURL = !text.empty() && text.find_first_not_of(kAllowed) == std::string::npos;
     return isURL && hasWholeEscapes(text) ? new __CFURL(text) : nullptr;
 }
 
 CFStringRef CFURLGetString(CFURLRef anURL) {
-    return static_cast<CFStringRef>(static_cast<const __CFURL&>(objectOf(anURL)).string.get());
+    return static_cast<CFStringRef>(static_cast<const __CFURL&>(toObject(anURL)).string.get());
 }
 
 CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef, CFStringRef filePath, CFURLPathStyle pathStyle,
@@ -155,7 +155,7 @@ CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef, CFStringRef filePath, CFU
     if (pathStyle != kCFURLPOSIXPathStyle) {
         return nullptr;
     }
-    return createURLOfPlatformPath(static_cast<const __CFString&>(objectOf(filePath)).utf8(), isDirectory);
+    return createURLOfPlatformPath(static_cast<const __CFString&>(toObject(filePath)).utf8(), isDirectory);
 }
 
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* buffer, CFIndex bufLen,
@@ -168,13 +168,13 @@ CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* bu
 
 CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef, CFURLRef url, CFStringRef pathComponent,
                                                Boolean isDirectory) {
-    std::string text = portability::textOf(url);
+    std::string text = portability::toText(url);
     const PathRange range = pathRange(text);
     if (range.begin == range.end || text[range.begin] != '/') {
         return nullptr;
     }
     std::string component =
-        portability::escapedPath(static_cast<const __CFString&>(objectOf(pathComponent)).utf8());
+        portability::escapedPath(static_cast<const __CFString&>(toObject(pathComponent)).utf8());
     if (text[range.end - 1] != '/') {
         component.insert(0, "/");
     }
@@ -186,7 +186,7 @@ CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef, CFURLRef url, CFS
 
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean /*resolveAgainstBase: no URL has a base*/,
                                          UInt8* buffer, CFIndex maxBufLen) {
-    const std::string path = portability::pathOf(url);
+    const std::string path = portability::toPath(url);
     if (path.empty() || maxBufLen < 0 || path.size() >= static_cast<std::size_t>(maxBufLen)) {
         return false;
     }

@@ -19,12 +19,12 @@ CFURLRef createFileURL(const std::string& path, bool isDirectory);
 
 /// Returns the path on this system for a URL, without a trailing slash. Returns the empty string if the URL
 /// has no path.
-std::string pathOf(CFURLRef url);
+std::string toPath(CFURLRef url);
 
 /// Returns whether the URL is a file URL.
 bool isFileURL(CFURLRef url);
 
 /// Returns the text of the whole URL.
-std::string textOf(CFURLRef url);
+std::string toText(CFURLRef url);
 
 }  // namespace portability

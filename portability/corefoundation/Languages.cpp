@@ -32,7 +32,7 @@ std::vector<std::string> userLanguages() {
     if (CFGetTypeID(preference) == CFArrayGetTypeID()) {
         const auto array = static_cast<CFArrayRef>(preference);
         for (CFIndex index = 0; index < CFArrayGetCount(array); ++index) {
-            languages.push_back(utf8Of(CFArrayGetValueAtIndex(array, index)));
+            languages.push_back(toUtf8(CFArrayGetValueAtIndex(array, index)));
         }
     }
     CFRelease(preference);

@@ -6,7 +6,7 @@
 
 namespace portability {
 
-const Object& objectOf(CFTypeRef reference) {
+const Object& toObject(CFTypeRef reference) {
     if (reference == nullptr) std::abort();
     return *static_cast<const Object*>(reference);
 }
@@ -16,8 +16,8 @@ ObjectHolder newString(std::string_view utf8) {
     return ObjectHolder(units ? new __CFString(std::move(*units)) : nullptr);
 }
 
-std::string utf8Of(CFTypeRef value) {
-    const bool isString = value != nullptr && objectOf(value).kind() == kStringKind;
+std::string toUtf8(CFTypeRef value) {
+    const bool isString = value != nullptr && toObject(value).kind() == kStringKind;
     return isString ? static_cast<CFStringRef>(value)->utf8() : std::string();
 }
 
@@ -28,7 +28,7 @@ std::string __CFString::utf8() const {
 }
 
 const portability::Object* __CFDictionary::value(CFTypeRef key) const {
-    if (portability::objectOf(key).kind() != portability::kStringKind) return nullptr;
+    if (portability::toObject(key).kind() != portability::kStringKind) return nullptr;
     const auto found = values.find(static_cast<CFStringRef>(key)->units);
     return found != values.end() ? found->second.get() : nullptr;
 }

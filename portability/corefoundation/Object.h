@@ -55,7 +55,7 @@ class Object {
 };
 
 /// Returns the object of a reference. A null reference ends the program, as on the platform.
-const Object& objectOf(CFTypeRef reference);
+const Object& toObject(CFTypeRef reference);
 
 /// Owns one reference, which may be null. The destructor releases it.
 class ObjectHolder {
@@ -170,6 +170,6 @@ ObjectHolder newString(std::string_view utf8);
 
 /// Returns the text of `value` in UTF-8. Returns the empty string if `value` is null, is not a string, or
 /// cannot be expressed in UTF-8.
-std::string utf8Of(CFTypeRef value);
+std::string toUtf8(CFTypeRef value);
 
 }  // namespace portability

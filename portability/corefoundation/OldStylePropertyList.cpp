@@ -145,7 +145,7 @@ class Reader {
     ObjectHolder readString() {
         for (const char quote : {'"', '\''}) {
             if (take(std::string_view(&quote, 1))) {
-                return stringOf(readQuoted(quote));
+                return makeString(readQuoted(quote));
             }
         }
         const std::size_t end = std::min(rest_.find_first_not_of(kPlainCharacters), rest_.size());
@@ -154,10 +154,10 @@ class Reader {
         }
         const std::string text(rest_.substr(0, end));
         rest_.remove_prefix(end);
-        return stringOf(text);
+        return makeString(text);
     }
 
-    static ObjectHolder stringOf(const std::string& utf8) {
+    static ObjectHolder makeString(const std::string& utf8) {
         ObjectHolder string = newString(utf8);
         if (!string) {
             throw Malformed();

@@ -57,7 +57,7 @@ UInt32 numberOfEntries(const std::string& folder) {
 
 UInt32 numberOfParent(const std::string& path) {
     struct stat status;
-    return lstat(parentOf(path).c_str(), &status) == 0 ? static_cast<UInt32>(status.st_ino) : 0;
+    return lstat(getParent(path).c_str(), &status) == 0 ? static_cast<UInt32>(status.st_ino) : 0;
 }
 
 bool isLocked(const struct statx& status) {

@@ -35,7 +35,7 @@ bool beginsWith(std::string_view text, std::string_view start) {
 // Returns the flag for an attribute. On this system access control lists are attributes that begin with
 // "system.". Attributes of security modules have no flag, because the system labels every file itself,
 // including new ones.
-copyfile_flags_t kindOf(std::string_view attribute) {
+copyfile_flags_t toKind(std::string_view attribute) {
     if (beginsWith(attribute, "system.")) {
         return COPYFILE_ACL;
     }
@@ -57,7 +57,7 @@ int copyfile(const char* from, const char* to, copyfile_state_t, copyfile_flags_
     const std::vector<char> names = attributeNames(from);
     for (std::size_t start = 0; start < names.size();) {
         const std::string_view name(names.data() + start);
-        found |= kindOf(name);
+        found |= toKind(name);
         start += name.size() + 1;
     }
     return static_cast<int>(found & flags);

@@ -12,7 +12,7 @@ Boolean CFURLGetFSRef(CFURLRef url, FSRef* fsRef) {
     if (!portability::isFileURL(url)) {
         return false;
     }
-    const std::string path = portability::pathOf(url);
+    const std::string path = portability::toPath(url);
     return FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), fsRef, nullptr) == noErr;
 }
 

@@ -37,7 +37,7 @@ static_assert(sizeof(Content) <= sizeof(FSRef), "fits into the reference");
 
 class PathTable {
   public:
-    UInt32 numberOf(const std::string& path) {
+    UInt32 enterPath(const std::string& path) {
         const std::lock_guard<std::mutex> lock(mutex_);
         // Adds the new entry to `paths_` first. If memory runs out, neither container has changed.
         paths_.emplace_back();
@@ -156,7 +156,7 @@ int makeReference(const std::string& path, FSRef* ref) {
     if (failure != 0) {
         return failure;
     }
-    content.path = pathTable().numberOf(path);
+    content.path = pathTable().enterPath(path);
     std::memset(ref->hidden, 0, sizeof ref->hidden);
     std::memcpy(ref->hidden, &content, sizeof content);
     return 0;
@@ -178,7 +178,7 @@ OSErr resolveReference(const FSRef* ref, std::string& path) {
         path = oldPlace;
         return noErr;
     }
-    if (findInFolder(parentOf(oldPlace), content.identity, path)) {
+    if (findInFolder(getParent(oldPlace), content.identity, path)) {
         return noErr;
     }
     const bool isGone = failure == 0 || failure == ENOTDIR;

@@ -82,7 +82,7 @@ OSErr deleteObject(const FSRef* ref) {
 void referToParent(const std::string& path, FSRef* parent) {
     std::memset(parent->hidden, 0, sizeof parent->hidden);
     if (path != "/") {
-        portability::makeReference(portability::parentOf(path), parent);
+        portability::makeReference(portability::getParent(path), parent);
     }
 }
 
@@ -184,7 +184,7 @@ OSErr FSGetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap whichInfo, FSCatalo
         return result;
     }
     if (outName != nullptr) {
-        portability::unicodeName(portability::lastComponentOf(path), *outName);
+        portability::unicodeName(portability::getLastComponent(path), *outName);
     }
     if (parentRef != nullptr) {
         referToParent(path, parentRef);

@@ -14,7 +14,7 @@
 
 namespace {
 
-std::optional<std::string> libraryOf(FSVolumeRefNum domain) {
+std::optional<std::string> findLibraryFolder(FSVolumeRefNum domain) {
     switch (domain) {
         case kLocalDomain:
             return "/Library";
@@ -56,7 +56,7 @@ int makeFolders(const std::string& path) {
     if (portability::isFolder(path) || path == "/") {
         return 0;
     }
-    const int failure = makeFolders(portability::parentOf(path));
+    const int failure = makeFolders(portability::getParent(path));
     if (failure != 0) {
         return failure;
     }
@@ -69,7 +69,7 @@ OSErr FSFindFolder(FSVolumeRefNum vRefNum, OSType folderType, Boolean createFold
     if (foundRef == nullptr) {
         return paramErr;
     }
-    const auto library = libraryOf(vRefNum);
+    const auto library = findLibraryFolder(vRefNum);
     if (!library) {
         return nsvErr;
     }

@@ -51,7 +51,7 @@ class Tables {
         }
     }
 
-    void** placeOf(const char* name) const {
+    void** findPlace(const char* name) const {
         if (entries_ == nullptr) return nullptr;
         void** const place = placeIn(DT_JMPREL, DT_PLTRELSZ, name);
         return place != nullptr ? place : placeIn(kRelocations, kSize, name);
@@ -91,12 +91,12 @@ class Tables {
 int searchLibrary(dl_phdr_info* library, size_t, void* context) {
     Search& search = *static_cast<Search*>(context);
     if (!contains(*library, PT_LOAD, search.address)) return 0;
-    search.place = Tables(*library).placeOf(search.name);
+    search.place = Tables(*library).findPlace(search.name);
     search.isProtected = contains(*library, PT_GNU_RELRO, reinterpret_cast<uintptr_t>(search.place));
     return 1;
 }
 
-bool protectPageOf(void** place, int protection) {
+bool protectPage(void** place, int protection) {
     const auto pageSize = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
     const uintptr_t page = reinterpret_cast<uintptr_t>(place) / pageSize * pageSize;
     return mprotect(reinterpret_cast<void*>(page), pageSize, protection) == 0;
@@ -123,9 +123,9 @@ void ImportedFunction::restore() noexcept {
 
 // The dynamic loader makes such places read-only after relocation.
 void ImportedFunction::write(void* function) noexcept {
-    if (isProtected_ && !protectPageOf(place_, PROT_READ | PROT_WRITE)) return;
+    if (isProtected_ && !protectPage(place_, PROT_READ | PROT_WRITE)) return;
     __atomic_store_n(place_, function, __ATOMIC_RELEASE);
-    if (isProtected_) protectPageOf(place_, PROT_READ);
+    if (isProtected_) protectPage(place_, PROT_READ);
 }
 
 }  // namespace portability

@@ -52,7 +52,7 @@ class Pipes {
     NSPipe* const error_;
 };
 
-std::vector<std::string> textsOf(NSString* first, NSArray* others) {
+std::vector<std::string> toTexts(NSString* first, NSArray* others) {
     std::vector<std::string> texts = {[first UTF8String]};
     for (NSUInteger index = 0; index < [others count]; ++index)
         texts.emplace_back([[others objectAtIndex:index] UTF8String]);
@@ -111,7 +111,7 @@ std::vector<std::string> textsOf(NSString* first, NSArray* others) {
     const Pipes pipes(output_, error_);
     auto process = std::make_unique<ChildProcess>();
     const int failure = process->start({[launchPath_ UTF8String],
-                                        textsOf(launchPath_, arguments_),
+                                        toTexts(launchPath_, arguments_),
                                         portability::environmentWithout(std::string()),
                                         pipes.descriptors()});
     if (failure != 0) {

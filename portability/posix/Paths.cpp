@@ -22,7 +22,7 @@ std::string canonicalPath(const std::string& path) {
     return canonical ? std::string(canonical.get()) : std::string();
 }
 
-std::string parentOf(const std::string& path) {
+std::string getParent(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     if (slash == std::string::npos) {
         return std::string();
@@ -30,7 +30,7 @@ std::string parentOf(const std::string& path) {
     return path.substr(0, slash == 0 ? 1 : slash);
 }
 
-std::string lastComponentOf(const std::string& path) {
+std::string getLastComponent(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }

@@ -13,10 +13,10 @@ bool isFolder(const std::string& path);
 /// if nothing exists at `path`.
 std::string canonicalPath(const std::string& path);
 
-/// parentOf returns the part before the last slash: "/" if that part is empty, and the empty string if
-/// there is no slash. lastComponentOf returns the part after the last slash, or the whole path if there is
+/// getParent returns the part before the last slash: "/" if that part is empty, and the empty string if
+/// there is no slash. getLastComponent returns the part after the last slash, or the whole path if there is
 /// no slash.
-std::string parentOf(const std::string& path);
-std::string lastComponentOf(const std::string& path);
+std::string getParent(const std::string& path);
+std::string getLastComponent(const std::string& path);
 
 }  // namespace portability

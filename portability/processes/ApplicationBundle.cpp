@@ -103,12 +103,12 @@ bool isExecutableOf(const std::string& bundle, const std::string& program) {
     return program == executable || program == canonicalPath(executable);
 }
 
-OSType signatureOf(const std::string& bundle) {
+OSType readSignature(const std::string& bundle) {
     return signatureIn(Info(bundle + "/Contents/Info.plist"));
 }
 
 std::string applicationName(const std::string& path) {
-    const std::string name = lastComponentOf(path);
+    const std::string name = getLastComponent(path);
     const std::size_t dot = name.rfind('.');
     const bool isApplication = dot != std::string::npos && dot > 0 && name.substr(dot) == kExtension;
     return isApplication ? name.substr(0, dot) : std::string();

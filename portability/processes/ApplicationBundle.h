@@ -28,7 +28,7 @@ bool isExecutableOf(const std::string& bundle, const std::string& program);
 
 /// Returns the signature of the application in `bundle`, or 0 if it has none or its Info.plist cannot be read.
 /// Reads the Info.plist from the disk at each call.
-OSType signatureOf(const std::string& bundle);
+OSType readSignature(const std::string& bundle);
 
 /// Returns the name of an application from the path of its bundle: "Name" for ".../Name.app". Returns the
 /// empty string if the path does not have this form.

@@ -158,9 +158,9 @@ bool isLetter(char character) {
 
 OSStatus openURL(CFURLRef url, std::string& program) {
     if (portability::isFileURL(url)) {
-        return openFile(portability::pathOf(url), program);
+        return openFile(portability::toPath(url), program);
     }
-    const std::string text = portability::textOf(url);
+    const std::string text = portability::toText(url);
     const bool hasScheme = text.find(':') != std::string::npos && isLetter(text[0]);
     return hasScheme ? openDocument(text, program) : OSStatus{kLSApplicationNotFoundErr};
 }
@@ -184,7 +184,7 @@ OSStatus LSOpenFromURLSpec(const LSLaunchURLSpec* inLaunchSpec, CFURLRef* outLau
     if (application == nullptr || (items != nullptr && CFArrayGetCount(items) != 0)) {
         return paramErr;
     }
-    const std::string path = portability::pathOf(application);
+    const std::string path = portability::toPath(application);
     const OSStatus status = launch(path);
     if (status == noErr) {
         handOver(path, outLaunchedURL);

@@ -27,7 +27,7 @@ constexpr const char* kProcesses = "/proc";
 constexpr unsigned long kExiting = 0x4;
 constexpr unsigned long kKernelTask = 0x200000;
 
-std::string folderOf(const std::string& number) {
+std::string getFolder(const std::string& number) {
     return std::string(kProcesses) + '/' + number;
 }
 
@@ -94,7 +94,7 @@ bool readStatus(const char* text, Process& process, unsigned long& flags) {
 }
 
 std::optional<Process> readProcess(const std::string& number, uid_t user) {
-    const std::string folder = folderOf(number);
+    const std::string folder = getFolder(number);
     const std::string status = content(folder + "/stat");
     // The name is enclosed in parentheses and may contain parentheses itself.
     const std::size_t nameBegin = status.find('(');
@@ -118,7 +118,7 @@ std::optional<Process> readProcess(const std::string& number, uid_t user) {
         if ((flags & kExiting) != 0) return std::nullopt;
         process.file = statedFile(folder, shortName);
     }
-    process.name = lastComponentOf(process.file);
+    process.name = getLastComponent(process.file);
     return process;
 }
 
@@ -126,7 +126,7 @@ std::optional<Process> readProcess(const std::string& number, uid_t user) {
 // root if the process cannot be inspected.)
 bool readUser(const std::string& number, uid_t& user) {
     struct stat owner;
-    if (stat(folderOf(number).c_str(), &owner) != 0) return false;
+    if (stat(getFolder(number).c_str(), &owner) != 0) return false;
     user = owner.st_uid;
     return true;
 }
@@ -135,7 +135,7 @@ bool readUser(const std::string& number, uid_t& user) {
 // container, or with other mounts, the other process may see a different bundle there. Also returns
 // false if it cannot be inspected.
 bool seesSameFolder(const Process& process, const std::string& folder) {
-    const std::string seen = folderOf(std::to_string(process.id)) + "/root" + folder;
+    const std::string seen = getFolder(std::to_string(process.id)) + "/root" + folder;
     struct stat ours;
     struct stat theirs;
     return stat(folder.c_str(), &ours) == 0 && stat(seen.c_str(), &theirs) == 0 &&
@@ -147,10 +147,10 @@ bool seesSameFolder(const Process& process, const std::string& folder) {
 // apart by their names.
 bool areOneApplication(const std::vector<std::string>& bundles) {
     if (bundles.size() == 1) return true;
-    const OSType signature = signatureOf(bundles.front());
+    const OSType signature = readSignature(bundles.front());
     return signature != 0 &&
            std::all_of(bundles.begin(), bundles.end(),
-                       [signature](const std::string& bundle) { return signatureOf(bundle) == signature; });
+                       [signature](const std::string& bundle) { return readSignature(bundle) == signature; });
 }
 
 // Returns whether the process can be reached as the application. A process that is ending, or that was not
@@ -162,7 +162,7 @@ bool isReachable(const Process& process, OSType signature) {
 
 bool isApplication(const Process& process, const std::string& bundle) {
     return isExecutableOf(bundle, process.file) && seesSameFolder(process, bundle) &&
-           isReachable(process, signatureOf(bundle));
+           isReachable(process, readSignature(bundle));
 }
 
 bool concernsThisRoot(const Process& process, const InstalledApplications& installed) {

@@ -84,7 +84,7 @@ class HandlePool {
         slot.object = Object();
         locked.lock_.unlock();
         std::lock_guard<std::mutex> lock(freeMutex_);
-        giveBack(slot);
+        returnToPool(slot);
     }
 
   private:
@@ -105,7 +105,7 @@ class HandlePool {
         return slot;
     }
 
-    void giveBack(Slot& slot) noexcept {
+    void returnToPool(Slot& slot) noexcept {
         (firstFree_ == nullptr ? firstFree_ : lastFree_->nextFree) = &slot;
         lastFree_ = &slot;
     }
@@ -116,7 +116,7 @@ class HandlePool {
         if (chunk == nullptr) return;
         for (size_t i = 0; i < kSlotsOfChunk; ++i) {
             chunk[i].number = chunkCount_ * kSlotsOfChunk + i;
-            giveBack(chunk[i]);
+            returnToPool(chunk[i]);
         }
         chunks_[chunkCount_++].store(chunk, std::memory_order_release);
     }

@@ -8,7 +8,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-Clock::time_point deadlineOf(Duration timeout) {
+Clock::time_point toDeadline(Duration timeout) {
     if (timeout > 0) return Clock::now() + std::chrono::milliseconds(timeout);
     return Clock::now() + std::chrono::microseconds(-static_cast<SInt64>(timeout));
 }
@@ -21,7 +21,7 @@ OSStatus WaitQueue::wait(std::unique_lock<std::mutex>& lock, Duration timeout, W
     const auto isReleased = [&waiter] { return waiter.released; };
     if (timeout == kDurationForever) {
         waiter.wakeUp.wait(lock, isReleased);
-    } else if (!waiter.wakeUp.wait_until(lock, deadlineOf(timeout), isReleased)) {
+    } else if (!waiter.wakeUp.wait_until(lock, toDeadline(timeout), isReleased)) {
         remove(waiter);
     }
     return waiter.outcome;

@@ -53,16 +53,16 @@ Channel::Channel(FileDescriptor socket, DescriptorCloser* closer)
 
 Channel::~Channel() {
     for (const OutSlot& slot : out_) {
-        if (slot.inUse != nullptr) slot.inUse->forbidReuse();
+        if (slot.inUse != nullptr) slot.inUse->disableReuse();
     }
 }
 
-Channel::Sent Channel::send(const FrameHeader& header, const ImageMemory& image, bool confirmed) {
+Channel::Sent Channel::send(const FrameHeader& header, const MessageMemory& image, bool confirmed) {
     Outgoing frame{header, image, nullptr};
     return prepare(frame, confirmed) ? sendPrepared(frame) : Sent::failed;
 }
 
-Channel::Sent Channel::sendQuick(const FrameHeader& header, const ImageMemory& image, bool& posted) {
+Channel::Sent Channel::sendQuick(const FrameHeader& header, const MessageMemory& image, bool& posted) {
     posted = false;
     Outgoing frame{header, image, nullptr};
     if (!prepare(frame, /*confirmed=*/true)) return Sent::failed;
@@ -74,7 +74,7 @@ Channel::Sent Channel::sendQuick(const FrameHeader& header, const ImageMemory& i
     return Sent::done;
 }
 
-Channel::Sent Channel::sendReply(const FrameHeader& header, const ImageMemory& image) {
+Channel::Sent Channel::sendReply(const FrameHeader& header, const MessageMemory& image) {
     Outgoing frame{header, image, nullptr};
     if (!prepare(frame, /*confirmed=*/true)) return Sent::failed;
     const bool isQuick = cameByMailbox_ && mailbox_->isOtherLooking();
@@ -177,7 +177,7 @@ void Channel::noteSent(const Outgoing& frame) {
     if (frame.block == nullptr) return;
     // The peer does not confirm a file that is not kept in a slot.
     if (frame.header.place == kPassingImage) {
-        frame.block->forbidReuse();
+        frame.block->disableReuse();
         return;
     }
     OutSlot& slot = out_[frame.header.place];
@@ -284,7 +284,7 @@ bool Channel::findImage(ReceivedFrame& frame, const uint8_t* behindHeader, FileD
     }
     std::shared_ptr<const ReceivedBlock> passing;
     std::shared_ptr<const ReceivedBlock>& block = header.place == kPassingImage ? passing : in_[header.place];
-    const size_t largest = header.place == kPassingImage ? kLargestImage : kLargestKeptBlock;
+    const size_t largest = header.place == kPassingImage ? kLargestMessage : kLargestKeptBlock;
     if (file) block = ReceivedBlock::map(std::move(file), header.imageSize, largest);
     if (block == nullptr || block->size() < header.imageSize) return false;
     frame.image = block->data();

@@ -10,8 +10,8 @@
 #include "portability/posix/FileDescriptor.h"
 #include "portability/transport/DescriptorCloser.h"
 #include "portability/transport/Frame.h"
-#include "portability/transport/ImageMemory.h"
 #include "portability/transport/Mailbox.h"
+#include "portability/transport/MessageMemory.h"
 #include "portability/transport/ReceivedBlock.h"
 
 namespace portability {
@@ -61,17 +61,17 @@ class Channel {
     /// Sends one frame through the socket. Fills in the header's fields for the place, the image size and the
     /// released slots. `confirmed` says whether the receiver will confirm the frame. If it will, the frame's
     /// shared memory can be reused after the confirmation.
-    Sent send(const FrameHeader& header, const ImageMemory& image, bool confirmed);
+    Sent send(const FrameHeader& header, const MessageMemory& image, bool confirmed);
 
     /// Sends a request that the receiver will reply to. All earlier requests must have been replied to. If
     /// the receiver is polling the mailbox, the request goes through the mailbox, `posted` becomes true, and
     /// this side also polls the mailbox from then on. Otherwise the request goes through the socket and
     /// `posted` becomes false.
-    Sent sendQuick(const FrameHeader& header, const ImageMemory& image, bool& posted);
+    Sent sendQuick(const FrameHeader& header, const MessageMemory& image, bool& posted);
 
     /// Sends the reply to the frame that was received last. It uses the mailbox if the request came through
     /// it and the peer is still polling it, and the socket otherwise.
-    Sent sendReply(const FrameHeader& header, const ImageMemory& image);
+    Sent sendReply(const FrameHeader& header, const MessageMemory& image);
 
     /// Creates a mailbox and sends it to the peer. Only the first call has an effect. Failures are ignored;
     /// the connection then continues without a mailbox.
@@ -115,7 +115,7 @@ class Channel {
     // A frame that is ready to be sent.
     struct Outgoing {
         FrameHeader header;
-        const ImageMemory& image;
+        const MessageMemory& image;
         std::shared_ptr<SharedBlock> block;  // null: the image is in the packet
     };
 

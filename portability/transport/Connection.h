@@ -25,7 +25,7 @@ class IdleCaller {
 
 /// A request to be sent. It refers to memory that the sender owns.
 struct OutgoingRequest {
-    const ImageMemory& image;
+    const MessageMemory& image;
     int32_t mode;            // passed to the receiver's handler; the transport does not use it
     int32_t timeOutInTicks;  // passed to the receiver's handler; the transport waits until `deadline`
     Deadline deadline;

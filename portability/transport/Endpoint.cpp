@@ -23,7 +23,7 @@ namespace portability {
 
 namespace {
 
-constexpr char kAnnouncement[] = "POS_EVENT_ENDPOINT";
+constexpr char kAnnouncement[] = "POS_ENDPOINT";
 constexpr char kSocketExtension[] = ".socket";
 constexpr mode_t kSocketMode = 0600;
 

@@ -81,7 +81,7 @@ FolderState makeFolder(const EndpointPlace& place, FileDescriptor& folder) {
 
 // FNV-1a. A cryptographic hash is not needed: only the user chooses the roots, and two roots with the same
 // hash harm only that user.
-uint64_t numberOf(const std::string& text) {
+uint64_t computeHash(const std::string& text) {
     uint64_t number = 0xCBF29CE484222325;
     for (const char c : text) {
         number ^= static_cast<unsigned char>(c);
@@ -123,7 +123,7 @@ FileDescriptor makeEndpointFolder(const std::vector<EndpointPlace>& places) {
 
 std::string endpointName(const std::string& systemRoot, OSType signature) {
     char name[40];
-    std::snprintf(name, sizeof name, "%016" PRIx64 "-%08" PRIx32, numberOf(systemRoot),
+    std::snprintf(name, sizeof name, "%016" PRIx64 "-%08" PRIx32, computeHash(systemRoot),
                   static_cast<uint32_t>(signature));
     return name;
 }

@@ -6,7 +6,7 @@ namespace {
 
 bool isPlausibleImage(const FrameHeader& header, size_t behindHeader, bool broughtFile) {
     if (header.place == kInlineImage) return !broughtFile && header.imageSize == behindHeader;
-    if (behindHeader != 0 || header.imageSize == 0 || header.imageSize > kLargestImage) return false;
+    if (behindHeader != 0 || header.imageSize == 0 || header.imageSize > kLargestMessage) return false;
     return header.place < kSlots || (header.place == kPassingImage && broughtFile);
 }
 

@@ -13,7 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "portability/transport/ImageMemory.h"
+#include "portability/transport/MessageMemory.h"
 
 namespace portability {
 

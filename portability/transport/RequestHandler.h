@@ -21,7 +21,7 @@ class RequestHandler {
         /// Sends the reply. `result` is 0 or the error that the sender's call returns; in the case of an
         /// error, the image is ignored. After Channel::Sent::failed (no memory for the image) another reply
         /// may be sent.
-        virtual Channel::Sent send(int32_t result, const ImageMemory& image) = 0;
+        virtual Channel::Sent send(int32_t result, const MessageMemory& image) = 0;
 
       protected:
         ~ReplySender() = default;

@@ -33,7 +33,7 @@ class RequestServer::Replier final : public RequestHandler::ReplySender {
   public:
     Replier(RequestServer& server, Sender& sender, uint64_t id) : server_(server), sender_(sender), id_(id) {}
 
-    Channel::Sent send(int32_t result, const ImageMemory& image) override {
+    Channel::Sent send(int32_t result, const MessageMemory& image) override {
         return server_.reply(sender_, id_, result, image);
     }
 
@@ -87,7 +87,7 @@ RequestServer::Round RequestServer::spinForNext() {
     for (int looks = 1; spin.again(); ++looks) {
         if (handleMail()) return {false, true};
         const bool isOnlySocket = latest_ >= 0 && !isLookingFor(latest_);
-        if (isOnlySocket && handleOneOf(latest_)) return {false, true};
+        if (isOnlySocket && handleNextRequest(latest_)) return {false, true};
         if (looks % kLooksPerRound != 0) continue;
         const Round others = handleReady(0);
         if (others.woken || others.handled) return others;
@@ -105,7 +105,7 @@ RequestServer::Round RequestServer::handleReady(int timeoutMilliseconds) {
             round.woken = true;
         } else if (descriptor == claim_.listenDescriptor()) {
             acceptSenders();
-        } else if (handleOneOf(descriptor)) {
+        } else if (handleNextRequest(descriptor)) {
             round.handled = true;
         }
     }
@@ -135,7 +135,7 @@ bool RequestServer::stopLooking() {
     return handled;
 }
 
-void RequestServer::lookFor(Sender& sender) {
+void RequestServer::pollMailbox(Sender& sender) {
     const int descriptor = sender.channel.descriptor();
     if (!sender.channel.hasMailbox() || !Spin::isOn()) return;
     if (lookingCount_ == looking_.size() || isLookingFor(descriptor)) return;
@@ -193,7 +193,7 @@ bool RequestServer::handlePosted(Sender& sender) {
     return handle(sender, sender.channel.look(frame), frame);
 }
 
-bool RequestServer::handleOneOf(int descriptor) {
+bool RequestServer::handleNextRequest(int descriptor) {
     const auto found = senders_.find(descriptor);
     if (found == senders_.end() || isEnding_.load()) return false;
     Sender& sender = *found->second;
@@ -244,7 +244,7 @@ bool RequestServer::handleRequest(Sender& sender, const ReceivedFrame& frame) {
     return handler_.handle(frame, sender.process, replier);
 }
 
-Channel::Sent RequestServer::reply(Sender& sender, uint64_t id, int32_t result, const ImageMemory& image) {
+Channel::Sent RequestServer::reply(Sender& sender, uint64_t id, int32_t result, const MessageMemory& image) {
     latestSize_ = std::max(latestSize_, image.size());
     FrameHeader header;
     header.kind = FrameKind::reply;
@@ -252,7 +252,7 @@ Channel::Sent RequestServer::reply(Sender& sender, uint64_t id, int32_t result, 
     header.result = result;
     // Called before the reply is sent, so that the sender sees the flag even if it sends its next request
     // at once.
-    lookFor(sender);
+    pollMailbox(sender);
     return sender.channel.sendReply(header, image);
 }
 

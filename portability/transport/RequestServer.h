@@ -69,15 +69,15 @@ class RequestServer {
     Round handleReady(int timeoutMilliseconds);
     bool handleMail();
     bool stopLooking();
-    void lookFor(Sender& sender);
+    void pollMailbox(Sender& sender);
     bool isLookingFor(int descriptor) const;
     void acceptSenders();
     void refuseSender();
     bool handlePosted(Sender& sender);
-    bool handleOneOf(int descriptor);
+    bool handleNextRequest(int descriptor);
     bool handle(Sender& sender, Channel::Received received, const ReceivedFrame& frame);
     bool handleRequest(Sender& sender, const ReceivedFrame& frame);
-    Channel::Sent reply(Sender& sender, uint64_t id, int32_t result, const ImageMemory& image);
+    Channel::Sent reply(Sender& sender, uint64_t id, int32_t result, const MessageMemory& image);
     void dismiss(int descriptor);
     void refuse(int descriptor);
 

@@ -120,15 +120,15 @@ std::shared_ptr<SharedBlock> SharedBlock::take(size_t size) {
     if (block == nullptr) block = create(size);
     if (block == nullptr) return nullptr;
     // The allocation of the reference count can fail. In that case the constructor has already
-    // called giveBack.
+    // called returnToPool.
     try {
-        return std::shared_ptr<SharedBlock>(block, &SharedBlock::giveBack);
+        return std::shared_ptr<SharedBlock>(block, &SharedBlock::returnToPool);
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
 }
 
-void SharedBlock::giveBack(SharedBlock* block) {
+void SharedBlock::returnToPool(SharedBlock* block) {
     const bool keep = block->reusable_.load(std::memory_order_relaxed) &&
                       block->capacity_ <= kLargestKeptBlock && block->owner_ == processMark();
     delete (keep ? pool.put(block) : block);

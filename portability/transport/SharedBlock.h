@@ -37,14 +37,14 @@ class SharedBlock {
 
     /// Must be called if another process may continue to read the content for an unknown time. The block is
     /// then freed instead of being reused.
-    void forbidReuse() { reusable_.store(false, std::memory_order_relaxed); }
+    void disableReuse() { reusable_.store(false, std::memory_order_relaxed); }
 
   private:
     friend class SharedBlockPool;
 
     SharedBlock(FileDescriptor file, uint8_t* data, size_t capacity);
     static SharedBlock* create(size_t size);
-    static void giveBack(SharedBlock* block);
+    static void returnToPool(SharedBlock* block);
 
     FileDescriptor file_;
     uint8_t* data_;

@@ -13,9 +13,9 @@
 namespace portability {
 
 FileDescriptor makeSharedFile(size_t size) {
-    int number = memfd_create("apple event", MFD_CLOEXEC | MFD_NOEXEC_SEAL | MFD_ALLOW_SEALING);
+    int number = memfd_create("message", MFD_CLOEXEC | MFD_NOEXEC_SEAL | MFD_ALLOW_SEALING);
     // Kernels before 6.3 do not know MFD_NOEXEC_SEAL. Some later ones require it.
-    if (number < 0 && errno == EINVAL) number = memfd_create("apple event", MFD_CLOEXEC | MFD_ALLOW_SEALING);
+    if (number < 0 && errno == EINVAL) number = memfd_create("message", MFD_CLOEXEC | MFD_ALLOW_SEALING);
     FileDescriptor file = aboveStandardStreams(number);
     if (!file) return file;
     // The memory is allocated here, where a failure can be reported. A failure at the first access would kill

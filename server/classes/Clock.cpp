@@ -20,7 +20,7 @@ class Clock {
             strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc) == 0) {
             throw Refusal{refusalCode::kPOSMethodExecution, "the time cannot be told"};
         }
-        return bytesOf(text);
+        return toBytes(text);
     }
 };
 

@@ -15,17 +15,17 @@ namespace {
 class Counter {
   public:
     CPPByteArray add(CPPByteArray argument) {
-        const uint32_t number = numberOf(argument);
+        const uint32_t number = parseNumber(argument);
         if (number > std::numeric_limits<uint32_t>::max() - sum_) {
             throw Refusal{refusalCode::kPOSMethodExecution, "the sum does not fit in 32 bits"};
         }
         sum_ += number;
-        return bytesOfNumber(sum_);
+        return numberToBytes(sum_);
     }
 
     CPPByteArray value(CPPByteArray argument) {
         requireNoArgument(argument);
-        return bytesOfNumber(sum_);
+        return numberToBytes(sum_);
     }
 
     CPPByteArray reset(CPPByteArray argument) {

@@ -14,7 +14,7 @@ class Digest {
         dovrel::MD5 md5;
         md5.update(argument.data(), argument.getSize());
         const dovrel::MD5::Digest digest = md5.digest();
-        return bytesOf(dovrel::toLowerAscii(dovrel::bytesToHexText(digest.data(), digest.size())));
+        return toBytes(dovrel::toLowerAscii(dovrel::bytesToHexText(digest.data(), digest.size())));
     }
 };
 

@@ -28,14 +28,14 @@ class Notes {
         return {};
     }
 
-    CPPByteArray get(CPPByteArray argument) { return bytesOf(find(argument)->second); }
+    CPPByteArray get(CPPByteArray argument) { return toBytes(find(argument)->second); }
 
     CPPByteArray list(CPPByteArray argument) {
         requireNoArgument(argument);
         std::string names;
         for (const auto& note : notes_)
             names += note.first + '\n';
-        return bytesOf(names);
+        return toBytes(names);
     }
 
     CPPByteArray remove(CPPByteArray argument) {

@@ -23,7 +23,7 @@ using Lines = std::vector<std::string>;
 class ConnectionTraceTest : public test::ChannelFixture {
   protected:
     std::string setting(const std::string& areas) const { return areas + ",file=" + root.path("trace"); }
-    Lines lines() const { return test::traceLinesOf(root.read("trace")); }
+    Lines lines() const { return test::splitTraceLines(root.read("trace")); }
 
     void connect() {
         testing::internal::CaptureStdout();

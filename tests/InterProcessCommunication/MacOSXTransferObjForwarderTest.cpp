@@ -15,9 +15,9 @@ namespace dovrel {
 namespace {
 
 using test::expectFailure;
-using test::hexOf;
 using test::PlatformDouble;
 using test::SentEvent;
+using test::toHex;
 
 using test::kCommunicationError;
 
@@ -54,8 +54,8 @@ TEST_F(MacOSXTransferObjForwarderTest, Forward_SendsTheWireFormAndGivesTheAnswer
     dataEventsEndWith({noErr});
     const std::unique_ptr<POSTransferObj> reply = forward();
     ASSERT_EQ(platform.sent.size(), 1u);
-    EXPECT_EQ(platform.sent.front().directParameter, test::textOf(POSTransferObj(1, 10, 17).bytes()));
-    EXPECT_EQ(hexOf(reply->bytes()), "41 73 41 6B 01");
+    EXPECT_EQ(platform.sent.front().directParameter, test::toText(POSTransferObj(1, 10, 17).bytes()));
+    EXPECT_EQ(toHex(reply->bytes()), "41 73 41 6B 01");
 }
 
 TEST_F(MacOSXTransferObjForwarderTest, Forward_BeforeAnyConnection_ConnectsAfterTheFirstFailedSend) {
@@ -64,7 +64,7 @@ TEST_F(MacOSXTransferObjForwarderTest, Forward_BeforeAnyConnection_ConnectsAfter
     EXPECT_EQ(countOfSent('data'), 2);
     EXPECT_EQ(countOfSent('waCl'), 1);
     EXPECT_TRUE(forwarder.isConnected());
-    EXPECT_EQ(hexOf(reply->bytes()), "41 73 41 6B 01");
+    EXPECT_EQ(toHex(reply->bytes()), "41 73 41 6B 01");
 }
 
 TEST_F(MacOSXTransferObjForwarderTest, Forward_SentTwentyTimesInVain_GivesTheLastEmptyReply) {
@@ -119,7 +119,7 @@ TEST_F(MacOSXTransferObjForwarderTest, Forward_AnsweredAtTheTwentiethAttempt_Giv
     std::vector<OSErr> results(19, connectionInvalid);
     results.push_back(noErr);
     dataEventsEndWith(results);
-    EXPECT_EQ(hexOf(forward()->bytes()), "41 73 41 6B 01");
+    EXPECT_EQ(toHex(forward()->bytes()), "41 73 41 6B 01");
     EXPECT_EQ(countOfSent('data'), 20);
     EXPECT_EQ(platform.folderLookups, 19);
 }

@@ -16,8 +16,8 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
 using test::blockText;
+using test::makeArray;
 using test::PlatformDouble;
 
 class OutOfMemoryTest : public test::ChannelFixture {
@@ -43,8 +43,8 @@ class OutOfMemoryTest : public test::ChannelFixture {
 
     MacOSXTransferObjForwarder forwarder;
     POSTransferObjTrader trader;
-    const CPPObjectID objectId{arrayOf("abcdefghijklmnop")};
-    const CPPClassID classId{arrayOf("ABCDEFGHIJKLMNOP")};
+    const CPPObjectID objectId{makeArray("abcdefghijklmnop")};
+    const CPPClassID classId{makeArray("ABCDEFGHIJKLMNOP")};
 
     std::string normalAnswer() {
         POSTransferObj answer(1, 11, 0);
@@ -55,7 +55,7 @@ class OutOfMemoryTest : public test::ChannelFixture {
         answer.writeUInt32(115, 1);
         answer.writeUInt32(118, 7);
         answer.writeString(120, std::string("\1\0\0\0message", 11));
-        return test::textOf(answer.bytes());
+        return test::toText(answer.bytes());
     }
 
   private:
@@ -137,7 +137,7 @@ TEST_F(OutOfMemoryTest, TransferPack_HoldsAllThatItReportsOrIsNotMade) {
         std::string bytes(recordLength, 'x');
         bytes[14] = 100;  // bytes of additional data
         bytes[15] = 0;
-        const CPPByteArray record = arrayOf(bytes);
+        const CPPByteArray record = makeArray(bytes);
         failEachRequest([&] {
             const TransferPack pack(record);
             uint16_t size = 0;
@@ -184,7 +184,7 @@ TEST_F(OutOfMemoryTest, ErrorAnswer_IsReleasedWhateverFails) {
     POSTransferObj answer(1, 20, 0);
     answer.writeString(150, "no such object");
     answer.writeUInt32(151, 25);
-    answerAlways(test::textOf(answer.bytes()));
+    answerAlways(test::toText(answer.bytes()));
     bool thrown = false;
     failEachRequest([&] {
         try {

@@ -10,7 +10,7 @@ namespace {
 
 using Numbers = std::vector<uint32_t>;
 
-Numbers numbersOf(const POSFieldList& fields) {
+Numbers listNumbers(const POSFieldList& fields) {
     Numbers numbers;
     for (const POSField& field : fields)
         numbers.push_back(field);
@@ -42,8 +42,8 @@ TEST(POSCommands, Table_HasEveryCommandWithItsFieldsInOrder) {
         for (const POSCommand* command : {&expected[i].command, &kPOSCommands[i]}) {
             EXPECT_EQ(command->code, expected[i].code);
             EXPECT_STREQ(command->name, expected[i].name);
-            EXPECT_EQ(numbersOf(command->request), expected[i].request);
-            EXPECT_EQ(numbersOf(command->reply), expected[i].reply);
+            EXPECT_EQ(listNumbers(command->request), expected[i].request);
+            EXPECT_EQ(listNumbers(command->reply), expected[i].reply);
         }
     }
 }

@@ -16,15 +16,15 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
-using test::arrayOfHex;
+using test::arrayFromHex;
 using test::expectFailure;
-using test::hexOf;
-using test::textOf;
+using test::makeArray;
+using test::toHex;
+using test::toText;
 
-POSServerMessage messageOf(const std::string& hexData) {
+POSServerMessage readMessage(const std::string& hexData) {
     POSTransferObj object;
-    object.writeByteArray(120, arrayOfHex(hexData));
+    object.writeByteArray(120, arrayFromHex(hexData));
     return readServerMessage(object, 120);
 }
 
@@ -64,19 +64,19 @@ class RepeatedText {
 };
 
 // Returns the wire form of a field that is written after the header fields.
-std::string wireFormOf(const StructuredPart& field) {
-    const std::string header = hexOf(POSTransferObj(1, 10, 14).bytes());
-    const std::string all = hexOf(POSTransferObj(1, 10, 14, field).bytes());
+std::string toWireForm(const StructuredPart& field) {
+    const std::string header = toHex(POSTransferObj(1, 10, 14).bytes());
+    const std::string all = toHex(POSTransferObj(1, 10, 14, field).bytes());
     EXPECT_EQ(all.substr(0, header.size()), header);
     return all.substr(header.size());
 }
 
 TEST(POSFieldForms, NameField_HasTheTerminatingZero) {
-    EXPECT_EQ(wireFormOf(makeNameField(107, "add")), " 00 00 00 6B 00 00 00 04 61 64 64 00");
+    EXPECT_EQ(toWireForm(makeNameField(107, "add")), " 00 00 00 6B 00 00 00 04 61 64 64 00");
 }
 
 TEST(POSFieldForms, NameField_OfTheEmptyName_IsOneZeroByte) {
-    EXPECT_EQ(wireFormOf(makeNameField(100, "")), " 00 00 00 64 00 00 00 01 00");
+    EXPECT_EQ(toWireForm(makeNameField(100, "")), " 00 00 00 64 00 00 00 01 00");
 }
 
 // 2^32 + 1 bytes, which are 1 byte if the length is cut to 32 bits.
@@ -93,15 +93,15 @@ TEST(POSFieldForms, NameField_OfFourGibibytes_IsNotCutButFailsTheRequest) {
 }
 
 TEST(POSFieldForms, IdentifierField_IsItsSixteenBytes) {
-    const CPPByteArray identifier = arrayOf("0123456789abcdef");
-    EXPECT_EQ(wireFormOf(makeIdentifierField(105, identifier)),
+    const CPPByteArray identifier = makeArray("0123456789abcdef");
+    EXPECT_EQ(toWireForm(makeIdentifierField(105, identifier)),
               " 00 00 00 69 00 00 00 10 30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66");
 }
 
 TEST(POSFieldForms, IdentifierField_OfAnotherSize_Fails) {
     const test::TransportTexts texts;
     for (const char* wrong : {"", "Echo", "fifteen bytes..", "seventeen bytes.."}) {
-        expectFailure<CPPException>([&] { makeIdentifierField(105, arrayOf(wrong)); },
+        expectFailure<CPPException>([&] { makeIdentifierField(105, makeArray(wrong)); },
                                     exceptionTypeCode::kCPPException, "???",
                                     test::TransportTexts::kWrongIdentifier);
     }
@@ -109,50 +109,50 @@ TEST(POSFieldForms, IdentifierField_OfAnotherSize_Fails) {
 
 TEST(POSFieldForms, ReadIdentifier_ReplacesTheOneThatIsThere) {
     POSTransferObj object;
-    object.writeByteArray(105, arrayOf("0123456789abcdef"));
-    CPPByteArray identifier = arrayOf("old");
+    object.writeByteArray(105, makeArray("0123456789abcdef"));
+    CPPByteArray identifier = makeArray("old");
     readIdentifier(object, 105, identifier);
-    EXPECT_EQ(textOf(identifier), "0123456789abcdef");
+    EXPECT_EQ(toText(identifier), "0123456789abcdef");
 }
 
 TEST(POSFieldForms, ReadIdentifier_OfAnotherSize_FailsAndLeavesTheIdentifierAlone) {
     const test::TransportTexts texts;
     for (const char* wrong : {"", "Echo", "fifteen bytes..", "seventeen bytes.."}) {
         POSTransferObj object;
-        object.writeByteArray(105, arrayOf(wrong));
-        CPPByteArray identifier = arrayOf("old");
+        object.writeByteArray(105, makeArray(wrong));
+        CPPByteArray identifier = makeArray("old");
         expectFailure<CPPException>([&] { readIdentifier(object, 105, identifier); },
                                     exceptionTypeCode::kCPPException, "???",
                                     test::TransportTexts::kWrongIdentifier);
-        EXPECT_EQ(textOf(identifier), "old");
+        EXPECT_EQ(toText(identifier), "old");
     }
 }
 
 TEST(POSFieldForms, ServerMessage_IsTheWordOfFlagsAndTheText) {
-    const POSServerMessage message = messageOf("01 02 00 80 48 69 21");
+    const POSServerMessage message = readMessage("01 02 00 80 48 69 21");
     EXPECT_TRUE(message.isPresent());
     EXPECT_EQ(message.flags, 0x80000201u);
     EXPECT_EQ(message.text, "Hi!");
 }
 
 TEST(POSFieldForms, ServerMessage_WithFlagsAndNoText_IsPresentAndEmpty) {
-    const POSServerMessage message = messageOf("01 00 00 00");
+    const POSServerMessage message = readMessage("01 00 00 00");
     EXPECT_TRUE(message.isPresent());
     EXPECT_EQ(message.text, "");
 }
 
 TEST(POSFieldForms, ServerMessage_WithoutFlags_IsNotPresent) {
-    EXPECT_FALSE(messageOf("00 00 00 00 48 69").isPresent());
+    EXPECT_FALSE(readMessage("00 00 00 00 48 69").isPresent());
 }
 
 TEST(POSFieldForms, ServerMessage_OfAnEmptyField_IsNone) {
-    EXPECT_FALSE(messageOf("").isPresent());
+    EXPECT_FALSE(readMessage("").isPresent());
 }
 
 TEST(POSFieldForms, ServerMessage_OfAFieldShorterThanItsFlags_IsNone) {
     for (const char* cut : {"01", "01 01", "01 01 01"}) {
-        EXPECT_FALSE(messageOf(cut).isPresent()) << cut;
-        EXPECT_EQ(messageOf(cut).text, "") << cut;
+        EXPECT_FALSE(readMessage(cut).isPresent()) << cut;
+        EXPECT_EQ(readMessage(cut).text, "") << cut;
     }
 }
 

@@ -12,12 +12,12 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
-using test::arrayOfHex;
+using test::arrayFromHex;
 using test::blockText;
 using test::expectFailure;
-using test::hexOf;
-using test::textOf;
+using test::makeArray;
+using test::toHex;
+using test::toText;
 
 constexpr char kHeader[] = "41 73 41 6B 00 01 00 00 00 09";
 
@@ -27,19 +27,19 @@ std::string withHeader(const std::string& parts) {
 
 // Fills the object as if these parts had been received.
 void receive(POSTransferObj& object, const std::string& parts) {
-    object.copyBytesFrom(arrayOfHex(withHeader(parts)));
+    object.copyBytesFrom(arrayFromHex(withHeader(parts)));
 }
 
 static_assert(!std::is_polymorphic_v<POSTransferObj>, "a plain class");
 
 TEST(POSTransferObj, New_IsTheBlockHeaderOfVersion9AndNoField) {
     const POSTransferObj object;
-    EXPECT_EQ(hexOf(object.bytes()), kHeader);
+    EXPECT_EQ(toHex(object.bytes()), kHeader);
 }
 
 TEST(POSTransferObj, NewWithHeader_HasTheFields0And1And3InThisOrder) {
     const POSTransferObj object(1, 10, 14);
-    EXPECT_EQ(hexOf(object.bytes()), withHeader("00 00 00 00 00 00 00 04 01 00 00 00 "
+    EXPECT_EQ(toHex(object.bytes()), withHeader("00 00 00 00 00 00 00 04 01 00 00 00 "
                                                 "00 00 00 01 00 00 00 04 0A 00 00 00 "
                                                 "00 00 00 03 00 00 00 04 0E 00 00 00"));
 }
@@ -49,8 +49,8 @@ TEST(POSTransferObj, NewWithFields_HasThemBehindTheHeaderFieldsAndCanGoOn) {
                           StructuredPart::ofBytes(110, "ab", 2));
     object.writeBytes(104, nullptr, 0);
     EXPECT_EQ(
-        hexOf(object.bytes()),
-        hexOf(POSTransferObj(1, 10, 14).bytes()) +
+        toHex(object.bytes()),
+        toHex(POSTransferObj(1, 10, 14).bytes()) +
             " 00 00 00 67 00 00 00 04 D4 C3 B2 A1 00 00 00 6E 00 00 00 02 61 62 00 00 00 68 00 00 00 00");
 }
 
@@ -59,7 +59,7 @@ TEST(POSTransferObj, Setters_WriteTheirHeaderFields) {
     object.setCommand(0x01020304);
     object.setMessageKind(20);
     object.setTransferKind(1);
-    EXPECT_EQ(hexOf(object.bytes()), withHeader("00 00 00 03 00 00 00 04 04 03 02 01 "
+    EXPECT_EQ(toHex(object.bytes()), withHeader("00 00 00 03 00 00 00 04 04 03 02 01 "
                                                 "00 00 00 01 00 00 00 04 14 00 00 00 "
                                                 "00 00 00 00 00 00 00 04 01 00 00 00"));
 }
@@ -67,26 +67,26 @@ TEST(POSTransferObj, Setters_WriteTheirHeaderFields) {
 TEST(POSTransferObj, WriteUInt32_IsFourBytesLeastSignificantFirst) {
     POSTransferObj object;
     object.writeUInt32(103, 0xA1B2C3D4);
-    EXPECT_EQ(hexOf(object.bytes()), withHeader("00 00 00 67 00 00 00 04 D4 C3 B2 A1"));
+    EXPECT_EQ(toHex(object.bytes()), withHeader("00 00 00 67 00 00 00 04 D4 C3 B2 A1"));
 }
 
 TEST(POSTransferObj, WriteBytes_IsTheBytesAsTheyAre) {
     POSTransferObj object;
     object.writeBytes(110, "a\0b", 3);
-    EXPECT_EQ(hexOf(object.bytes()), withHeader("00 00 00 6E 00 00 00 03 61 00 62"));
+    EXPECT_EQ(toHex(object.bytes()), withHeader("00 00 00 6E 00 00 00 03 61 00 62"));
 }
 
 TEST(POSTransferObj, WriteByteArray_OfAnEmptyArray_IsAFieldOfLength0) {
     POSTransferObj object;
     object.writeByteArray(116, CPPByteArray());
-    object.writeByteArray(110, arrayOf("xy"));
-    EXPECT_EQ(hexOf(object.bytes()), withHeader("00 00 00 74 00 00 00 00 00 00 00 6E 00 00 00 02 78 79"));
+    object.writeByteArray(110, makeArray("xy"));
+    EXPECT_EQ(toHex(object.bytes()), withHeader("00 00 00 74 00 00 00 00 00 00 00 6E 00 00 00 02 78 79"));
 }
 
 TEST(POSTransferObj, WriteString_HasNoTerminator) {
     POSTransferObj object;
     object.writeString(150, "no");
-    EXPECT_EQ(hexOf(object.bytes()), withHeader("00 00 00 96 00 00 00 02 6E 6F"));
+    EXPECT_EQ(toHex(object.bytes()), withHeader("00 00 00 96 00 00 00 02 6E 6F"));
 }
 
 TEST(POSTransferObj, Write_ThatTheBytesCannotGrowBy_IsTheWritersFailure) {
@@ -166,7 +166,7 @@ TEST(POSTransferObj, ReadOfNoBytes_IsTheReadersFailureEachTime) {
 
 TEST(POSTransferObj, ReadOfWhatIsNoBlock_IsTheReadersFailure) {
     POSTransferObj object;
-    object.copyBytesFrom(arrayOf("no structured block"));
+    object.copyBytesFrom(makeArray("no structured block"));
     expectFailure<StructuredReaderNotInitializedException>([&] { object.getMessageKind(); },
                                                            exceptionTypeCode::kStructuredReaderNotInitialized,
                                                            "384190CE01EA: ", "1");
@@ -190,7 +190,7 @@ TEST(POSTransferObj, FieldWrittenTwice_ReadsAsTheFirst) {
 TEST(POSTransferObj, ReadByteArrayAndString_GiveAllBytesOfTheField) {
     POSTransferObj object;
     receive(object, "00 00 00 6F 00 00 00 03 61 00 62 00 00 00 78 00 00 00 00");
-    EXPECT_EQ(hexOf(*object.readByteArray(111)), "61 00 62");
+    EXPECT_EQ(toHex(*object.readByteArray(111)), "61 00 62");
     EXPECT_EQ(object.readString(111), std::string("a\0b", 3));
     EXPECT_EQ(object.readByteArray(120)->getSize(), 0u);
     EXPECT_EQ(object.readString(120), "");
@@ -211,9 +211,9 @@ TEST(POSTransferObj, ReadBlock_OfAnEmptyField_IsNull) {
 }
 
 TEST(POSTransferObj, CopyBytesTo_ReplacesWhateverTheArrayHeld) {
-    CPPByteArray array = arrayOf("something longer than the block");
+    CPPByteArray array = makeArray("something longer than the block");
     POSTransferObj().copyBytesTo(array);
-    EXPECT_EQ(hexOf(array), kHeader);
+    EXPECT_EQ(toHex(array), kHeader);
     POSTransferObj empty;
     empty.copyBytesFrom(CPPByteArray());
     empty.copyBytesTo(array);
@@ -231,7 +231,7 @@ TEST(POSTransferObj, CopyBytesFrom_RebuildsAnObjectThatReadsLikeTheOneSent) {
     POSTransferObj fromMemory;
     fromMemory.copyBytesFrom(wire.data(), wire.getSize());
     for (POSTransferObj* received : {&fromArray, &fromMemory}) {
-        EXPECT_EQ(hexOf(received->bytes()), hexOf(wire));
+        EXPECT_EQ(toHex(received->bytes()), toHex(wire));
         EXPECT_EQ(received->getCommand(), 13u);
         EXPECT_EQ(received->readUInt32(103), 42u);
     }

@@ -11,9 +11,9 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
 using test::expectFailure;
 using test::kNormalAnswer;
+using test::makeArray;
 using test::part;
 using test::uint32Part;
 
@@ -33,7 +33,7 @@ TEST_F(POSTransferObjTraderRefusalTest,
     forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
     expectFailure<CPPException>(
         [&] {
-            trader.registerApplication("App", {classId, CPPClassID(arrayOf("short"))}, CPPByteArray());
+            trader.registerApplication("App", {classId, CPPClassID(makeArray("short"))}, CPPByteArray());
         },
         exceptionTypeCode::kCPPException, "???", test::TransportTexts::kWrongIdentifier);
     EXPECT_EQ(forwarder.calls(), (Calls{"connect 10", "query interface version", "identify"}));
@@ -64,8 +64,8 @@ TEST_F(POSTransferObjTraderRefusalTest,
 }
 
 TEST_F(POSTransferObjTraderRefusalTest, GivenIdentifiersThatAreNot16Bytes_FailBeforeAnythingIsSent) {
-    const CPPObjectID shortObject{arrayOf("fifteen bytes..")};
-    const CPPClassID longClass{arrayOf("seventeen bytes..")};
+    const CPPObjectID shortObject{makeArray("fifteen bytes..")};
+    const CPPClassID longClass{makeArray("seventeen bytes..")};
     const ProtectedExecuterID emptyExecuter;
     const std::vector<std::function<void()>> attempts = {
         [&] { trader.instantiateObject(5, longClass, kNoExecuter); },

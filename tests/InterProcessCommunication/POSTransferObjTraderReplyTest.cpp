@@ -13,12 +13,12 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
-using test::arrayOfHex;
+using test::arrayFromHex;
 using test::exceptionAnswer;
 using test::expectFailure;
 using test::failureOf;
 using test::kNormalAnswer;
+using test::makeArray;
 using test::Operation;
 using test::part;
 using test::Returned;
@@ -27,7 +27,7 @@ using test::uint32Part;
 class POSTransferObjTraderReplyTest : public test::TraderFixture {
   protected:
     // Expects that the operation throws exactly this class with this message.
-    void expectFailureOf(const Operation& operation, const std::type_info& type, const char* message) {
+    void expectOperationFails(const Operation& operation, const std::type_info& type, const char* message) {
         SCOPED_TRACE(operation.name);
         const auto failure = failureOf([&] { operation.run(trader); });
         ASSERT_NE(failure, nullptr) << "nothing was thrown";
@@ -66,7 +66,7 @@ TEST_F(POSTransferObjTraderReplyTest, ErrorCodes_ThrowTheirClassWithTheServersTe
         for (const Operation& operation : operations()) {
             prepare(operation);
             forwarder.answerParts(exceptionAnswer(expected.code, "what happened"));
-            expectFailureOf(operation, expected.type, "what happened");
+            expectOperationFails(operation, expected.type, "what happened");
         }
     }
 }
@@ -75,7 +75,7 @@ TEST_F(POSTransferObjTraderReplyTest, ErrorCode3_ThrowsTheTextOfTheInterfaceKeyI
     for (const Operation& operation : operations()) {
         prepare(operation);
         forwarder.answerParts(exceptionAnswer(3, "what the server says"));
-        expectFailureOf(operation, typeid(CPPException), test::TransportTexts::kNoValidInterface);
+        expectOperationFails(operation, typeid(CPPException), test::TransportTexts::kNoValidInterface);
     }
 }
 
@@ -99,7 +99,8 @@ TEST_F(POSTransferObjTraderReplyTest,
 
 TEST_F(POSTransferObjTraderReplyTest, ErrorTextOfNoBytes_LeavesTheExceptionWithoutAMessage) {
     forwarder.answerParts(exceptionAnswer(24, ""));
-    expectFailureOf(operationNamed("unregister application"), typeid(POSClassNotFoundException), nullptr);
+    expectOperationFails(operationNamed("unregister application"), typeid(POSClassNotFoundException),
+                         nullptr);
 }
 
 TEST_F(POSTransferObjTraderReplyTest, ErrorAnswerWithoutTextOrCode_IsThePartNotFoundFailure) {
@@ -118,14 +119,14 @@ TEST_F(POSTransferObjTraderReplyTest, ErrorAnswerWithoutTextOrCode_IsThePartNotF
 
 TEST_F(POSTransferObjTraderReplyTest, ErrorCodeOfFewerBytes_IsZeroExtended) {
     forwarder.answerParts(uint32Part(1, 20) + part(150, "74") + part(151, "18"));
-    expectFailureOf(operationNamed("unregister application"), typeid(POSClassNotFoundException), "t");
+    expectOperationFails(operationNamed("unregister application"), typeid(POSClassNotFoundException), "t");
 }
 
 TEST_F(POSTransferObjTraderReplyTest, AnswerWithoutMessageKind_IsThePartNotFoundFailureOfTheHeader) {
     for (const Operation& operation : operations()) {
         prepare(operation);
         forwarder.answerParts(uint32Part(0, 1) + operation.replyParts);
-        expectFailureOf(operation, typeid(PartNotFoundException), "???");
+        expectOperationFails(operation, typeid(PartNotFoundException), "???");
     }
 }
 
@@ -143,11 +144,11 @@ TEST_F(POSTransferObjTraderReplyTest, InterfaceVersionOtherThan7_EndsTheRegistra
     for (const char* version : {"06 00 00 00", "08 00 00 00", "00", "", "07 00 00 01"}) {
         SCOPED_TRACE(version);
         forwarder.answerParts(kNormalAnswer + part(118, version));
-        expectFailureOf(operationNamed("register application"), typeid(CPPException),
-                        test::TransportTexts::kNoValidInterface);
+        expectOperationFails(operationNamed("register application"), typeid(CPPException),
+                             test::TransportTexts::kNoValidInterface);
     }
-    EXPECT_EQ(forwarder.countOf("query interface version"), 5u);
-    EXPECT_EQ(forwarder.countOf("register application"), 0u);
+    EXPECT_EQ(forwarder.countOccurrences("query interface version"), 5u);
+    EXPECT_EQ(forwarder.countOccurrences("register application"), 0u);
 }
 
 TEST_F(POSTransferObjTraderReplyTest, InterfaceVersion7_MayBeAShortField) {
@@ -208,7 +209,7 @@ TEST_F(POSTransferObjTraderReplyTest, Garbage_IsTheReadersFailure) {
     for (const Operation& operation : operations()) {
         SCOPED_TRACE(operation.name);
         prepare(operation);
-        forwarder.answerBytes(arrayOf("\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF this is not the answer"));
+        forwarder.answerBytes(makeArray("\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF this is not the answer"));
         expectFailure<StructuredReaderNotInitializedException>(
             [&] { operation.run(trader); }, exceptionTypeCode::kStructuredReaderNotInitialized,
             "384190CE01EA: ", "1");
@@ -218,8 +219,8 @@ TEST_F(POSTransferObjTraderReplyTest, Garbage_IsTheReadersFailure) {
 TEST_F(POSTransferObjTraderReplyTest, AnswerCutAnywhere_IsAFailure) {
     for (const Operation& operation : operations()) {
         if (operation.replyParts.empty()) continue;
-        CPPByteArray whole =
-            arrayOfHex("41 73 41 6B 00 01 00 00 00 09 " + std::string(kNormalAnswer) + operation.replyParts);
+        CPPByteArray whole = arrayFromHex("41 73 41 6B 00 01 00 00 00 09 " + std::string(kNormalAnswer) +
+                                          operation.replyParts);
         for (uint32_t length = 0; length < whole.getSize(); ++length) {
             SCOPED_TRACE(operation.name + std::string(" cut to ") + std::to_string(length));
             CPPByteArray cut;
@@ -235,7 +236,7 @@ TEST_F(POSTransferObjTraderReplyTest, FailureOfTheForwarder_PassesAsItIs) {
     for (const Operation& operation : operations()) {
         prepare(operation);
         forwarder.throwAtRequest("no way through");
-        expectFailureOf(operation, typeid(POSException), "no way through");
+        expectOperationFails(operation, typeid(POSException), "no way through");
     }
 }
 

@@ -10,14 +10,14 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
-using test::arrayOfHex;
+using test::arrayFromHex;
 using test::blockText;
-using test::hexOf;
 using test::kNormalAnswer;
+using test::makeArray;
 using test::Operation;
 using test::part;
 using test::Returned;
+using test::toHex;
 using test::uint32Part;
 
 using Calls = std::vector<std::string>;
@@ -38,8 +38,8 @@ std::string requestHeader(const std::string& commandByte) {
 TEST_F(POSTransferObjTraderTest, RegisterApplication_ConnectsChecksTheVersionThenRegisters) {
     forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
     forwarder.answerParts(kNormalAnswer + uint32Part(103, 0x01020304) + part(115, "01 00 00 00"));
-    const CPPClassID second{arrayOf("1234567890123456")};
-    const auto registered = trader.registerApplication("App", {classId, second}, arrayOfHex("60 04"));
+    const CPPClassID second{makeArray("1234567890123456")};
+    const auto registered = trader.registerApplication("App", {classId, second}, arrayFromHex("60 04"));
 
     EXPECT_EQ(forwarder.calls(),
               (Calls{"connect 10", "query interface version", "identify", "register application"}));
@@ -107,7 +107,7 @@ TEST_F(POSTransferObjTraderTest, InstantiateObject_SendsClassEmptyCreationDataAn
                   " 00 00 00 74 00 00 00 00"
                   " 00 00 00 75 00 00 00 04 FF FF FF FF");
     EXPECT_EQ(created.outcome, POSOutcome::kDone);
-    EXPECT_EQ(hexOf(created.value.object), "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10");
+    EXPECT_EQ(toHex(created.value.object), "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10");
     EXPECT_EQ(created.value.message.flags, 1u);
     EXPECT_EQ(created.value.message.text, "Hi");
 }
@@ -140,7 +140,7 @@ TEST_F(POSTransferObjTraderTest, CallMethod_SendsTheNameWithItsZeroAndWithoutAnE
 
 TEST_F(POSTransferObjTraderTest, CallMethod_OnAnExecuter_SendsItsIdentifier) {
     forwarder.answerParts(kNormalAnswer + part(111, "") + part(120, ""));
-    const ProtectedExecuterID executer{arrayOf("EXECUTER........")};
+    const ProtectedExecuterID executer{makeArray("EXECUTER........")};
     EXPECT_EQ(trader.callMethod(5, {objectId, executer, "", {}}).outcome, POSOutcome::kDone);
     EXPECT_EQ(request(posCommand::kCallMethod),
               requestHeader("0E") +

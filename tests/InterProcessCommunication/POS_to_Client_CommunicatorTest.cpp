@@ -10,10 +10,10 @@
 namespace dovrel {
 namespace {
 
-using test::hexOf;
+using test::toHex;
 
-std::string wireFormOf(const POSTransferObj& object) {
-    return test::textOf(object.bytes());
+std::string toWireForm(const POSTransferObj& object) {
+    return test::toText(object.bytes());
 }
 
 class POS_to_Client_CommunicatorTest : public testing::Test {
@@ -32,23 +32,23 @@ class POS_to_Client_CommunicatorTest : public testing::Test {
 TEST_F(POS_to_Client_CommunicatorTest, ReceiveTransferObj_RebuildsTheObjectThatWasSent) {
     POSTransferObj sent(1, 10, 11);
     sent.writeUInt32(103, 5);
-    EXPECT_EQ(receive(wireFormOf(sent)), 0);
-    EXPECT_EQ(hexOf(object.bytes()), hexOf(sent.bytes()));
+    EXPECT_EQ(receive(toWireForm(sent)), 0);
+    EXPECT_EQ(toHex(object.bytes()), toHex(sent.bytes()));
     EXPECT_EQ(object.getCommand(), 11u);
     EXPECT_EQ(object.readUInt32(103), 5u);
 }
 
 TEST_F(POS_to_Client_CommunicatorTest, ReceiveTransferObj_OfAnEmptyParameter_LeavesTheObject) {
-    const std::string before = wireFormOf(object);
+    const std::string before = toWireForm(object);
     EXPECT_EQ(receive(""), 0);
-    EXPECT_EQ(wireFormOf(object), before);
+    EXPECT_EQ(toWireForm(object), before);
 }
 
 TEST_F(POS_to_Client_CommunicatorTest,
        ReceiveTransferObj_WithoutAParameter_AnswersTheErrorAndLeavesTheObject) {
-    const std::string before = wireFormOf(object);
+    const std::string before = toWireForm(object);
     EXPECT_EQ(receive(std::nullopt), errAEDescNotFound);
-    EXPECT_EQ(wireFormOf(object), before);
+    EXPECT_EQ(toWireForm(object), before);
 }
 
 }  // namespace

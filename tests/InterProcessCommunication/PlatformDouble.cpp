@@ -35,13 +35,13 @@ namespace {
 
 PlatformDouble* currentDouble = nullptr;
 
-UInt32 codeOf(const AppleEvent* event, AEKeyword attribute) {
+UInt32 readCode(const AppleEvent* event, AEKeyword attribute) {
     UInt32 code = 0;
     AEGetAttributePtr(event, attribute, typeType, nullptr, &code, sizeof code, nullptr);
     return code;
 }
 
-std::optional<std::string> directParameterOf(const AppleEvent* event) {
+std::optional<std::string> readDirectParameter(const AppleEvent* event) {
     Size size = 0;
     DescType type = typeNull;
     if (__real_AEGetParamPtr(event, keyDirectObject, typeWildCard, &type, nullptr, 0, &size) != noErr)
@@ -52,7 +52,7 @@ std::optional<std::string> directParameterOf(const AppleEvent* event) {
     return bytes;
 }
 
-std::string pathOf(CFURLRef url) {
+std::string toPath(CFURLRef url) {
     UInt8 path[1024] = {};
     CFURLGetFileSystemRepresentation(url, true, path, sizeof path);
     return reinterpret_cast<const char*>(path);
@@ -60,9 +60,9 @@ std::string pathOf(CFURLRef url) {
 
 SentEvent describe(const AppleEvent* event, AESendMode mode, long timeOutTicks) {
     SentEvent sent;
-    sent.eventClass = codeOf(event, keyEventClassAttr);
-    sent.eventID = codeOf(event, keyEventIDAttr);
-    sent.directParameter = directParameterOf(event);
+    sent.eventClass = readCode(event, keyEventClassAttr);
+    sent.eventID = readCode(event, keyEventIDAttr);
+    sent.directParameter = readDirectParameter(event);
     sent.mode = mode;
     sent.timeOutTicks = timeOutTicks;
     return sent;
@@ -195,7 +195,7 @@ OSStatus __wrap_LSOpenFromURLSpec(const LSLaunchURLSpec* spec, CFURLRef* launche
     PlatformDouble* const platform = currentDouble;
     if (platform == nullptr || !platform->launch) return __real_LSOpenFromURLSpec(spec, launched);
     Launch launch;
-    launch.path = dovrel::test::pathOf(spec->appURL);
+    launch.path = dovrel::test::toPath(spec->appURL);
     launch.flags = spec->launchFlags;
     launch.hasOtherFields = spec->itemURLs != nullptr || spec->passThruParams != nullptr ||
                             spec->asyncRefCon != nullptr || launched != nullptr;

@@ -14,7 +14,7 @@ std::string hexOfUInt32(uint32_t value, bool mostSignificantFirst) {
     bytes.setFilled(4, 0);
     for (uint32_t i = 0; i < 4; ++i)
         bytes.setByte(mostSignificantFirst ? 3 - i : i, static_cast<uint8_t>(value >> 8 * i));
-    return hexOf(bytes);
+    return toHex(bytes);
 }
 
 }  // namespace
@@ -23,7 +23,7 @@ const char* const kProcessIdentity = "10 11 12 13 14 15 16 17";
 const char* const kNormalAnswer = "00 00 00 00 00 00 00 04 01 00 00 00 00 00 00 01 00 00 00 04 0B 00 00 00 ";
 
 PreparedForwarder::PreparedForwarder() {
-    clientProcess = arrayOfHex(kProcessIdentity);
+    clientProcess = arrayFromHex(kProcessIdentity);
     onAnswer = [this](const POSTransferObj& reply) { answers_.add(&reply); };
 }
 
@@ -36,7 +36,7 @@ void PreparedForwarder::answerBytes(const CPPByteArray& bytes) {
 }
 
 void PreparedForwarder::answerParts(const std::string& parts) {
-    answerBytes(arrayOfHex(kBlockHeader + parts));
+    answerBytes(arrayFromHex(kBlockHeader + parts));
 }
 
 void PreparedForwarder::throwAtRequest(const char* text) {
@@ -48,11 +48,11 @@ void PreparedForwarder::throwAtConnect(const char* text) {
 }
 
 std::string exceptionAnswer(uint32_t code, const std::string& text) {
-    return uint32Part(0, 1) + uint32Part(1, 20) + part(150, hexOf(arrayOf(text))) + uint32Part(151, code);
+    return uint32Part(0, 1) + uint32Part(1, 20) + part(150, toHex(makeArray(text))) + uint32Part(151, code);
 }
 
 std::string part(uint32_t number, const std::string& hexData) {
-    return hexOfUInt32(number, true) + " " + hexOfUInt32(arrayOfHex(hexData).getSize(), true) + " " +
+    return hexOfUInt32(number, true) + " " + hexOfUInt32(arrayFromHex(hexData).getSize(), true) + " " +
            hexData + " ";
 }
 

@@ -40,7 +40,7 @@ class TracingForwarderTest : public testing::Test {
 
     std::vector<std::string> lines() const {
         std::vector<std::string> found;
-        for (const std::string& line : test::traceEntriesOf(folder.read("trace")))
+        for (const std::string& line : test::splitTraceEntries(folder.read("trace")))
             found.push_back(withoutTime(line));
         return found;
     }
@@ -65,8 +65,8 @@ TEST_F(TracingForwarderTest, Exchange_PassesUnchangedAndIsALineBeforeAndALineAft
     const auto forwarder = traced("exchange");
     prepared->answerParts(kNormalAnswer);
     const std::unique_ptr<POSTransferObj> answer(forwarder->ForwardTransferObj(*request));
-    EXPECT_EQ(test::hexOf(prepared->lastRequest(posCommand::kDeleteObject)->bytes()),
-              test::hexOf(request->bytes()));
+    EXPECT_EQ(test::toHex(prepared->lastRequest(posCommand::kDeleteObject)->bytes()),
+              test::toHex(request->bytes()));
     EXPECT_EQ(answer->bytes().getSize(), 34u);
     EXPECT_EQ(answer->getMessageKind(), 11u);
     EXPECT_EQ(lines(), (std::vector<std::string>{"exchange: delete object, 58 bytes",
@@ -99,9 +99,9 @@ TEST_F(TracingForwarderTest, ErrorAnswer_IsALineWithItsCode) {
 TEST_F(TracingForwarderTest, AnswerThatCannotBeRead_IsALineAndPassesUnread) {
     const auto forwarder = traced("exchange:1");
     for (const char* bytes : {"", "no block"}) {
-        prepared->answerBytes(test::arrayOf(bytes));
+        prepared->answerBytes(test::makeArray(bytes));
         const std::unique_ptr<POSTransferObj> answer(forwarder->ForwardTransferObj(*request));
-        EXPECT_EQ(test::textOf(answer->bytes()), bytes);
+        EXPECT_EQ(test::toText(answer->bytes()), bytes);
     }
     EXPECT_EQ(lines(), (std::vector<std::string>{
                            "exchange: delete object: an answer that cannot be read, 0 bytes, # us",
@@ -154,7 +154,7 @@ TEST_F(TracingForwarderTest, ConnectAndCheck_AreLinesOfTheConnection) {
     const auto forwarder = traced("connection");
     forwarder->ConnectToPOS(10);
     forwarder->CheckConnection();
-    EXPECT_EQ(test::hexOf(forwarder->GetClientProcessID()), test::kProcessIdentity);
+    EXPECT_EQ(test::toHex(forwarder->GetClientProcessID()), test::kProcessIdentity);
     EXPECT_EQ(prepared->calls(), (std::vector<std::string>{"connect 10", "check", "identify"}));
     EXPECT_EQ(lines(), (std::vector<std::string>{"connection: connect: # us", "connection: checked"}));
 }

@@ -24,7 +24,7 @@ struct Returned {
     Returned(const POSResult<POSRegistration>& result)
         : outcome(result.outcome), registration(result.value) {}
     Returned(const POSResult<POSInstance>& result)
-        : outcome(result.outcome), objectId(textOf(result.value.object)), message(result.value.message) {}
+        : outcome(result.outcome), objectId(toText(result.value.object)), message(result.value.message) {}
     Returned(POSResult<POSMethodReply> result)
         : outcome(result.outcome), message(result.value.message), block(std::move(result.value.result)) {}
     Returned(POSResult<ByteBlock> result) : outcome(result.outcome), block(std::move(result.value)) {}
@@ -85,21 +85,21 @@ class TraderFixture : public testing::Test {
     /// Returns the hexadecimal wire form of the last request of this command; "" if there is none.
     std::string request(const POSCommand& command) const {
         const auto last = forwarder.lastRequest(command);
-        return last == nullptr ? "" : hexOf(last->bytes());
+        return last == nullptr ? "" : toHex(last->bytes());
     }
 
-    const CPPClassID classId{arrayOf("ABCDEFGHIJKLMNOP")};
-    const CPPObjectID objectId{arrayOf("abcdefghijklmnop")};
+    const CPPClassID classId{makeArray("ABCDEFGHIJKLMNOP")};
+    const CPPObjectID objectId{makeArray("abcdefghijklmnop")};
     const TransportTexts texts;
     PreparedForwarder forwarder;
     POSTransferObjTrader trader;
 };
 
 inline const std::vector<Operation>& TraderFixture::operations() {
-    static const CPPClassID kClass{arrayOf("ABCDEFGHIJKLMNOP")};
-    static const CPPObjectID kObject{arrayOf("abcdefghijklmnop")};
+    static const CPPClassID kClass{makeArray("ABCDEFGHIJKLMNOP")};
+    static const CPPObjectID kObject{makeArray("abcdefghijklmnop")};
     static const uint8_t kBytes[] = {'x', 'y'};
-    static const std::string kSixteen = hexOf(arrayOf("0123456789abcdef"));
+    static const std::string kSixteen = toHex(makeArray("0123456789abcdef"));
     static const std::vector<Operation> kOperations = {
         {"register application", uint32Part(103, 5) + uint32Part(115, 0),
          [](POSTransferObjTrader& trader) {

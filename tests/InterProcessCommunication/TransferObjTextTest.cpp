@@ -8,7 +8,7 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
+using test::makeArray;
 
 /// Returns a request of command 14 with this argument.
 CPPByteArray callRequest(const std::string& argument) {
@@ -67,7 +67,7 @@ TEST(TransferObjText, RequestSummary_NamesTheCommandWithItsMethodOrClassAndNothi
         "instantiate object, class identifier = 16 bytes: 45 63 68 6F 00 00 00 00 00 00 00 00 00 00 00 00 "
         "\"Echo............\"");
     EXPECT_EQ(requestSummary(POSTransferObj(1, 10, 17).bytes()), "query interface version");
-    EXPECT_EQ(requestSummary(arrayOf("no")), "unknown command");
+    EXPECT_EQ(requestSummary(makeArray("no")), "unknown command");
 }
 
 TEST(TransferObjText, ErrorCodeText_IsTheCodeWithItsMeaning) {
@@ -85,7 +85,7 @@ TEST(TransferObjText, OfLongData_ShowsTheBeginning) {
 }
 
 TEST(TransferObjText, OfBytesThatAreNoBlock_ShowsThem) {
-    EXPECT_EQ(transferObjText(arrayOf("no"), "> "), "> 2 bytes: 6E 6F \"no\"\n");
+    EXPECT_EQ(transferObjText(makeArray("no"), "> "), "> 2 bytes: 6E 6F \"no\"\n");
     EXPECT_EQ(transferObjText({}, "> "), "> 0 bytes\n");
 }
 

@@ -10,7 +10,7 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
+using test::makeArray;
 
 // Returns a record in which every byte is the low part of its offset, except for the sizes and the tokens.
 std::string record() {
@@ -24,7 +24,7 @@ std::string record() {
     return bytes;
 }
 
-std::string dumpOf(const TransferPack& pack) {
+std::string makeDump(const TransferPack& pack) {
     char* text = nullptr;
     size_t length = 0;
     std::FILE* const output = open_memstream(&text, &length);
@@ -59,7 +59,7 @@ constexpr char kExpectedDump[] =
     "Token 2:              \n";
 
 TEST(TransferPack, Fields_AreLittleEndianAtTheirPlaces) {
-    const TransferPack pack(arrayOf(record()));
+    const TransferPack pack(makeArray(record()));
     EXPECT_EQ(pack.getStatus(), 0x0100);
     EXPECT_EQ(pack.getDataSize(), 0x0302);
     EXPECT_EQ(pack.getVersion(), 0x0504);
@@ -69,14 +69,14 @@ TEST(TransferPack, Fields_AreLittleEndianAtTheirPlaces) {
 }
 
 TEST(TransferPack, TotalSize_Is608AndTheAdditionalData) {
-    EXPECT_EQ(TransferPack(arrayOf(record())).getTotalSize(), 611u);
+    EXPECT_EQ(TransferPack(makeArray(record())).getTotalSize(), 611u);
     std::string largest = record();
     largest[14] = largest[15] = '\xFF';
-    EXPECT_EQ(TransferPack(arrayOf(largest)).getTotalSize(), 608u + 65535u);
+    EXPECT_EQ(TransferPack(makeArray(largest)).getTotalSize(), 608u + 65535u);
 }
 
 TEST(TransferPack, AdditionalData_BeginAtOffset608) {
-    const TransferPack pack(arrayOf(record()));
+    const TransferPack pack(makeArray(record()));
     uint16_t size = 0;
     const uint8_t* const data = pack.getAdditionalData(size);
     ASSERT_EQ(size, 3);
@@ -85,7 +85,7 @@ TEST(TransferPack, AdditionalData_BeginAtOffset608) {
 }
 
 TEST(TransferPack, RecordThatIsCutShort_ReadsAsZerosToItsTotalSize) {
-    const TransferPack pack(arrayOf(record().substr(0, 16)));
+    const TransferPack pack(makeArray(record().substr(0, 16)));
     EXPECT_EQ(pack.getTPLevel(), 0x0D0C);
     uint16_t size = 0;
     const uint8_t* const data = pack.getAdditionalData(size);
@@ -94,12 +94,12 @@ TEST(TransferPack, RecordThatIsCutShort_ReadsAsZerosToItsTotalSize) {
 }
 
 TEST(TransferPack, Dump_IsExactlyThisText) {
-    EXPECT_EQ(dumpOf(TransferPack(arrayOf(record()))), kExpectedDump);
+    EXPECT_EQ(makeDump(TransferPack(makeArray(record()))), kExpectedDump);
 }
 
 TEST(TransferPack, Dump_GoesToStandardOutputUnlessToldOtherwise) {
     testing::internal::CaptureStdout();
-    TransferPack(arrayOf(record())).dump();
+    TransferPack(makeArray(record())).dump();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), kExpectedDump);
 }
 
@@ -112,7 +112,7 @@ TEST(TransferPack, Dump_OfATokenLongerThanItsPlace_StopsAt128Bytes) {
         std::snprintf(text, sizeof text, "%2x ", static_cast<unsigned>(i & 0xFF));
         expected += text;
     }
-    const std::string dump = dumpOf(TransferPack(arrayOf(bytes)));
+    const std::string dump = makeDump(TransferPack(makeArray(bytes)));
     EXPECT_EQ(dump.substr(dump.find("Token 2:")), expected + "\n");
 }
 

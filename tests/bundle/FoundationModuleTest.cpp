@@ -19,7 +19,7 @@ class FoundationModule : public testing::Test {
     FoundationModule() { fs::copy_file(PROBE, probe_); }
 
     /// Returns the different results of that many threads, one in each line.
-    std::string resultsOf(int threads) const {
+    std::string callFromThreads(int threads) const {
         dovrel::test::ChildProcess child({probe_, std::to_string(threads)}, log_);
         std::string results = child.readLine();
         for (std::string next = child.readLine(); !next.empty(); next = child.readLine())
@@ -29,7 +29,7 @@ class FoundationModule : public testing::Test {
     }
 
     void expectRefused(const std::string& reason) const {
-        EXPECT_EQ(resultsOf(1), "none");
+        EXPECT_EQ(callFromThreads(1), "none");
         EXPECT_NE(log().find("Dovrel cannot use Foundation. "), std::string::npos) << log();
         EXPECT_NE(log().find(reason), std::string::npos) << log();
     }
@@ -47,13 +47,13 @@ class FoundationModule : public testing::Test {
 
 TEST_F(FoundationModule, BesideTheCode_IsLoaded) {
     fs::copy_file(FOUNDATION_MODULE, module_);
-    EXPECT_EQ(resultsOf(1), "loaded");
+    EXPECT_EQ(callFromThreads(1), "loaded");
     EXPECT_EQ(log(), "");
 }
 
 TEST_F(FoundationModule, NeededByManyThreadsAtTheSameMoment_IsOneForAll) {
     fs::copy_file(FOUNDATION_MODULE, module_);
-    EXPECT_EQ(resultsOf(8), "loaded");
+    EXPECT_EQ(callFromThreads(8), "loaded");
     EXPECT_EQ(log(), "");
 }
 

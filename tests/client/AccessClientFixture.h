@@ -29,7 +29,7 @@ class AccessClientFixture : public SystemRootTest {
     static std::vector<CPPClassID> classList(const std::vector<std::string>& names) {
         std::vector<CPPClassID> classes;
         for (const std::string& name : names)
-            classes.emplace_back(arrayOf(padded(name)));
+            classes.emplace_back(makeArray(padded(name)));
         return classes;
     }
 
@@ -37,8 +37,8 @@ class AccessClientFixture : public SystemRootTest {
         return client_.instantiateObject(applicationId, counter_, executer);
     }
 
-    const CPPClassID counter_{arrayOf(padded("Counter"))};
-    const CPPObjectID object_{arrayOf(padded("an object"))};
+    const CPPClassID counter_{makeArray(padded("Counter"))};
+    const CPPObjectID object_{makeArray(padded("an object"))};
     AcceptingForwarder forwarder_;
     POSAccessClient client_;
 };

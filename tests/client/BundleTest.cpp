@@ -22,7 +22,7 @@ const std::string kContents = DOVREL_BUNDLE_CONTENTS;
 const std::string kExecutable = kContents + "/MacOS/Dovrel";
 const std::string kFoundation = kContents + "/MacOS/DovrelFoundation";
 
-std::string outputOf(const std::string& command) {
+std::string readOutput(const std::string& command) {
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), pclose);
     EXPECT_NE(pipe, nullptr) << command;
     std::string output;
@@ -33,16 +33,16 @@ std::string outputOf(const std::string& command) {
 }
 
 std::string neededBy(const std::string& library) {
-    return outputOf("readelf --dynamic --wide '" + library + "' | grep NEEDED");
+    return readOutput("readelf --dynamic --wide '" + library + "' | grep NEEDED");
 }
 
-std::string contentOf(const std::string& path) {
+std::string readFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     EXPECT_TRUE(file.good()) << path;
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-std::set<std::string> linesOf(const std::string& text) {
+std::set<std::string> splitLines(const std::string& text) {
     std::istringstream stream(text);
     std::set<std::string> lines;
     for (std::string line; std::getline(stream, line);)
@@ -75,19 +75,20 @@ class BundleTest : public testing::Test {
 };
 
 TEST_F(BundleTest, DynamicSymbols_AreExactlyTheThirteenFunctions) {
-    const std::set<std::string> list = linesOf(contentOf(DOVREL_EXPORT_LIST));
+    const std::set<std::string> list = splitLines(readFile(DOVREL_EXPORT_LIST));
     EXPECT_EQ(list.size(), 13u);
-    EXPECT_EQ(linesOf(outputOf("nm -D --defined-only --format=just-symbols '" + kExecutable + "'")), list);
+    EXPECT_EQ(splitLines(readOutput("nm -D --defined-only --format=just-symbols '" + kExecutable + "'")),
+              list);
 }
 
 TEST_F(BundleTest, EveryFunctionOfTheList_IsFoundByItsPlainName) {
     load();
-    for (const std::string& name : linesOf(contentOf(DOVREL_EXPORT_LIST)))
+    for (const std::string& name : splitLines(readFile(DOVREL_EXPORT_LIST)))
         EXPECT_NE(dlsym(bundle_, name.c_str()), nullptr) << name;
 }
 
 TEST_F(BundleTest, SecondModule_ExportsOneSymbolOnly) {
-    EXPECT_EQ(outputOf("nm -D --defined-only --format=just-symbols '" + kFoundation + "'"),
+    EXPECT_EQ(readOutput("nm -D --defined-only --format=just-symbols '" + kFoundation + "'"),
               "dovrelFoundationEntries\n");
 }
 
@@ -95,10 +96,10 @@ TEST_F(BundleTest, SecondModule_ExportsOneSymbolOnly) {
 // those of the library are in one process.
 TEST_F(BundleTest, ClassesOfTheSecondModule_HaveNamesThatGNUstepDoesNotUse) {
     const std::set<std::string> own =
-        linesOf(outputOf("nm '" + kFoundation + "' | sed -nE 's/.*_OBJC_Class_([A-Za-z0-9]+)$/\\1/p'"));
+        splitLines(readOutput("nm '" + kFoundation + "' | sed -nE 's/.*_OBJC_Class_([A-Za-z0-9]+)$/\\1/p'"));
     EXPECT_EQ(own.count("DovrelPortabilityAlert"), 1u);
     for (const std::string library : {GNUSTEP_BASE_LIBRARY, GNUSTEP_GUI_LIBRARY}) {
-        const std::set<std::string> classes = linesOf(outputOf(
+        const std::set<std::string> classes = splitLines(readOutput(
             "nm -D --defined-only " + library + " | sed -nE 's/.* __objc_class_name_([A-Za-z0-9]+)$/\\1/p'"));
         EXPECT_GT(classes.size(), 100u) << library;
         for (const std::string& name : own)
@@ -124,7 +125,7 @@ TEST_F(BundleTest, LoadedAndInitialized_BringsNoLibraryOfTheWindowSystemIntoTheP
     load();
     ASSERT_NE(dlopen(kFoundation.c_str(), RTLD_NOW | RTLD_LOCAL), nullptr) << dlerror();
     ASSERT_EQ(function<decltype(InitializePOS)>("InitializePOS")(), POS_OK);
-    const std::string mapped = contentOf("/proc/self/maps");
+    const std::string mapped = readFile("/proc/self/maps");
     EXPECT_NE(mapped.find("libgnustep-base"), std::string::npos);
     for (const char* library : {"libgnustep-gui", "libX11", "libcairo"})
         EXPECT_EQ(mapped.find(library), std::string::npos) << library;
@@ -152,7 +153,7 @@ TEST_F(BundleTest, Unloading_LeavesItInTheProcess) {
 }
 
 TEST_F(BundleTest, PropertyListAndTexts_AreInPlace) {
-    const std::string info = contentOf(kContents + "/Info.plist");
+    const std::string info = readFile(kContents + "/Info.plist");
     EXPECT_NE(info.find("<string>com.Tessilor.POSAccess-DLL</string>"), std::string::npos);
     EXPECT_NE(info.find("<string>" DOVREL_VERSION "</string>"), std::string::npos);
     EXPECT_EQ(info.find('@'), std::string::npos);

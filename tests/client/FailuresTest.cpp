@@ -23,7 +23,7 @@ TEST_F(FailuresTest, Instantiate_ClassNotRegistered_FailsWithItsTextWhenTheServe
     EXPECT_EQ(instantiate(3), POS_FAILURE);
     EXPECT_EQ(dialog_->shown, oneReport("Editor", kClassMissing, "Stopped."));
     EXPECT_EQ(object_, nullptr);
-    EXPECT_EQ(forwarder_->countOf("instantiate object"), 0u);
+    EXPECT_EQ(forwarder_->countOccurrences("instantiate object"), 0u);
 }
 
 TEST_F(FailuresTest, ErrorAnswer24_ShowsTheDriverTextAndFailsAfterOK) {
@@ -44,7 +44,7 @@ TEST_F(FailuresTest, ErrorAnswer32_OutsideRegistration_CanBeRetried) {
     EXPECT_EQ(dialog_->shown,
               (std::vector<ShownAlert>{
                   {kErrorTitle, reportBody("Editor", "register first", "Register."), kRetryCancel}}));
-    EXPECT_EQ(forwarder_->countOf("check"), 0u);
+    EXPECT_EQ(forwarder_->countOccurrences("check"), 0u);
 }
 
 TEST_F(FailuresTest, ErrorAnswersWithCode36OrUnlisted_FailEveryOperationWithoutAWord) {
@@ -143,14 +143,14 @@ TEST_F(FailuresTest, OutputsOfAFailedCallOrCommand_AreClearedWhateverTheyHeld) {
     EXPECT_EQ(posCallMethod(applicationId, &identifier_, "add", nullptr, 0, &result, &length), POS_FAILURE);
     EXPECT_EQ(result, nullptr);
     EXPECT_EQ(length, 0u);
-    EXPECT_EQ(forwarder_->countOf("call method"), 1u);
+    EXPECT_EQ(forwarder_->countOccurrences("call method"), 1u);
     result = &before;
     length = 1;
     EXPECT_EQ(posExecuteCMD(applicationId, &identifier_, 16, &identifier_, 16, &result, &length),
               POS_FAILURE);
     EXPECT_EQ(result, nullptr);
     EXPECT_EQ(length, 0u);
-    EXPECT_EQ(forwarder_->countOf("execute command"), 1u);
+    EXPECT_EQ(forwarder_->countOccurrences("execute command"), 1u);
     EXPECT_EQ(dialog_->shown.size(), 2u);
 }
 
@@ -166,7 +166,7 @@ TEST_F(FailuresTest, OutputsThatAreTheInputs_AreClearedAfterTheLastAttemptOnly) 
     EXPECT_EQ(posCallMethod(applicationId, &handle, "add", nullptr, 0, reinterpret_cast<uint8_t**>(&handle),
                             &length),
               POS_FAILURE);
-    ASSERT_EQ(forwarder_->countOf("call method"), 2u);
+    ASSERT_EQ(forwarder_->countOccurrences("call method"), 2u);
     EXPECT_EQ(forwarder_->lastRequest(posCommand::kCallMethod)->readString(105), identifier);
     EXPECT_EQ(handle, nullptr);
     EXPECT_EQ(length, 0u);
@@ -175,7 +175,7 @@ TEST_F(FailuresTest, OutputsThatAreTheInputs_AreClearedAfterTheLastAttemptOnly) 
     EXPECT_EQ(posExecuteCMD(applicationId, &handle, length, &handle, length,
                             reinterpret_cast<uint8_t**>(&handle), &length),
               POS_FAILURE);
-    EXPECT_EQ(forwarder_->countOf("execute command"), 2u);
+    EXPECT_EQ(forwarder_->countOccurrences("execute command"), 2u);
     EXPECT_EQ(handle, nullptr);
     EXPECT_EQ(length, 0u);
 }

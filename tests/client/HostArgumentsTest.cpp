@@ -12,7 +12,7 @@ namespace dovrel {
 namespace {
 
 using test::Identifier;
-using test::textOf;
+using test::toText;
 
 class HostArgumentsTest : public test::SystemRootTest {
   protected:
@@ -54,7 +54,7 @@ TEST_F(HostArgumentsTest, ViewHandle_FollowsTheHandle) {
 }
 
 TEST_F(HostArgumentsTest, CopyIdentifier_CopiesSixteenBytes) {
-    EXPECT_EQ(textOf(copyIdentifier<CPPClassID>(&handle_)), sixteen_);
+    EXPECT_EQ(toText(copyIdentifier<CPPClassID>(&handle_)), sixteen_);
     EXPECT_TRUE(failsForNull([&] { copyIdentifier<CPPClassID>(&null_); }));
     EXPECT_TRUE(failsForNull([&] { copyIdentifier<CPPClassID>(nullptr); }));
 }
@@ -64,8 +64,8 @@ TEST_F(HostArgumentsTest, CopyClassList_CopiesThemInOrder) {
     void* list[] = {handle_, second.bytes()};
     const auto classes = copyClassList(list, 2);
     ASSERT_EQ(classes.size(), 2u);
-    EXPECT_EQ(textOf(classes[0]), sixteen_);
-    EXPECT_EQ(textOf(classes[1]), std::string("second\0\0\0\0\0\0\0\0\0\0", 16));
+    EXPECT_EQ(toText(classes[0]), sixteen_);
+    EXPECT_EQ(toText(classes[1]), std::string("second\0\0\0\0\0\0\0\0\0\0", 16));
 }
 
 TEST_F(HostArgumentsTest, CopyClassList_NullIsLegalWithoutClassesOnly) {
@@ -81,9 +81,9 @@ TEST_F(HostArgumentsTest, MakeMethodCall_CopiesTheIdentifiersAndRefersToTheRest)
     Identifier executer("executer");
     void* executerHandle = executer.bytes();
     const MethodCall call = makeMethodCall(&executerHandle, &handle_, name, parameters, 2);
-    EXPECT_EQ(textOf(call.object), sixteen_);
+    EXPECT_EQ(toText(call.object), sixteen_);
     ASSERT_TRUE(call.executer.has_value());
-    EXPECT_EQ(textOf(*call.executer), std::string("executer\0\0\0\0\0\0\0\0", 16));
+    EXPECT_EQ(toText(*call.executer), std::string("executer\0\0\0\0\0\0\0\0", 16));
     EXPECT_EQ(call.name, name);
     EXPECT_EQ(call.parameters.data, parameters);
     EXPECT_EQ(call.parameters.length, 2u);
@@ -127,7 +127,7 @@ TEST_F(HostArgumentsTest, AllocateObjectId_IsABlockFromMallocWithRoomForAnIdenti
     std::free(block);
 }
 
-ByteBlock blockOf(const char* text) {
+ByteBlock makeBlock(const char* text) {
     ByteBlock block{std::make_unique<uint8_t[]>(std::strlen(text)), static_cast<uint32_t>(std::strlen(text))};
     std::memcpy(block.data.get(), text, block.length);
     return block;
@@ -136,7 +136,7 @@ ByteBlock blockOf(const char* text) {
 TEST_F(HostArgumentsTest, GiveToHost_StoresBlockAndLength) {
     uint8_t* block = nullptr;
     uint32_t length = 0;
-    giveToHost(blockOf("abc"), &block, &length);
+    giveToHost(makeBlock("abc"), &block, &length);
     EXPECT_EQ(std::string(block, block + length), "abc");
     delete[] block;
     giveToHost(ByteBlock(), &block, &length);
@@ -147,17 +147,17 @@ TEST_F(HostArgumentsTest, GiveToHost_StoresBlockAndLength) {
 TEST_F(HostArgumentsTest, GiveToHost_OfASignedLength_TakesOnlyWhatHasAPlaceInIt) {
     uint8_t* block = nullptr;
     int32_t length = 0;
-    giveToHost(blockOf("abc"), &block, &length);
+    giveToHost(makeBlock("abc"), &block, &length);
     EXPECT_EQ(length, 3);
     delete[] block;
     // The blocks are shorter than the lengths say, because nothing reads them.
-    giveToHost({blockOf("abc").data, 0x7FFFFFFF}, &block, &length);
+    giveToHost({makeBlock("abc").data, 0x7FFFFFFF}, &block, &length);
     EXPECT_EQ(length, 0x7FFFFFFF);
     delete[] block;
     block = nullptr;
     for (uint32_t tooLong : {0x80000000u, 0xFFFFFFFFu}) {
         const OperationResult result = runCatching([&] {
-            giveToHost({blockOf("abc").data, tooLong}, &block, &length);
+            giveToHost({makeBlock("abc").data, tooLong}, &block, &length);
             return POSOutcome::kDone;
         });
         ASSERT_TRUE(result.failure) << tooLong;

@@ -33,7 +33,7 @@ class ClientOutOfMemoryTest : public test::SessionOperationsTest {
 
     /// For operations of the registered application. After each success, `succeeds()` checks the outputs.
     template <class Operation, class Succeeds>
-    void failEachRequestOf(const Operation& operation, const Succeeds& succeeds) {
+    void failEachRequestDuring(const Operation& operation, const Succeeds& succeeds) {
         registered("Host");
         failEachRequest([&] { return operation() == POS_OK; },
                         [&](bool done) {
@@ -127,17 +127,17 @@ TEST_F(ClientOutOfMemoryTest, Unregister_KeepsTheRecordOrRemovesIt) {
 }
 
 TEST_F(ClientOutOfMemoryTest, Instantiate_FailsWithoutAnObjectOrHandsItOut) {
-    failEachRequestOf([this] { return instantiate(kApplication); }, [this] { expectObject(); });
+    failEachRequestDuring([this] { return instantiate(kApplication); }, [this] { expectObject(); });
 }
 
 TEST_F(ClientOutOfMemoryTest, Instantiate_MessageThatCannotBeShown_IsNoFailure) {
     forwarder_->answer(posCommand::kInstantiateObject,
                        test::object("object", 1, "A message of the server that is long enough."));
-    failEachRequestOf([this] { return instantiate(kApplication); }, [this] { expectObject(); });
+    failEachRequestDuring([this] { return instantiate(kApplication); }, [this] { expectObject(); });
 }
 
 TEST_F(ClientOutOfMemoryTest, CallMethod_FailsWithoutAResultOrHandsItOut) {
-    failEachRequestOf([this] { return call(kApplication); }, [this] { expectResult(); });
+    failEachRequestDuring([this] { return call(kApplication); }, [this] { expectResult(); });
 }
 
 TEST_F(ClientOutOfMemoryTest, CallMethodOnExecuter_FailsWithoutAResultOrHandsItOut) {
@@ -146,7 +146,7 @@ TEST_F(ClientOutOfMemoryTest, CallMethodOnExecuter_FailsWithoutAResultOrHandsItO
         return posCallMethodOnExecuter(kApplication, &identifier_, &identifier_, "add", nullptr, 0, &result_,
                                        &resultLength_);
     };
-    failEachRequestOf(callOnExecuter, [this] {
+    failEachRequestDuring(callOnExecuter, [this] {
         EXPECT_EQ(forwarder_->lastRequest(posCommand::kCallMethod)->readString(104),
                   std::string("Counter\0\0\0\0\0\0\0\0\0", 16));
         expectResult();
@@ -154,22 +154,22 @@ TEST_F(ClientOutOfMemoryTest, CallMethodOnExecuter_FailsWithoutAResultOrHandsItO
 }
 
 TEST_F(ClientOutOfMemoryTest, DeleteObject_FailsOrDeletes) {
-    failEachRequestOf([this] { return deleteObject(kApplication); }, [] {});
+    failEachRequestDuring([this] { return deleteObject(kApplication); }, [] {});
 }
 
 TEST_F(ClientOutOfMemoryTest, ExecuteCommand_FailsWithoutAResultOrHandsItOut) {
-    failEachRequestOf([this] { return execute(kApplication); }, [this] { expectResult(); });
+    failEachRequestDuring([this] { return execute(kApplication); }, [this] { expectResult(); });
 }
 
 TEST_F(ClientOutOfMemoryTest, GetInfo_FailsWithoutABlockOrHandsItOut) {
-    failEachRequestOf([this] { return getInfo(kApplication); },
-                      [this] {
-                          ASSERT_EQ(infoLength_, 11);
-                          infoLength_ = 0;
-                          EXPECT_EQ(std::memcmp(result_, "information", 11), 0);
-                          posDeleteDLLHeapData(result_);
-                          result_ = nullptr;
-                      });
+    failEachRequestDuring([this] { return getInfo(kApplication); },
+                          [this] {
+                              ASSERT_EQ(infoLength_, 11);
+                              infoLength_ = 0;
+                              EXPECT_EQ(std::memcmp(result_, "information", 11), 0);
+                              posDeleteDLLHeapData(result_);
+                              result_ = nullptr;
+                          });
 }
 
 TEST_F(ClientOutOfMemoryTest, FailureOfTheServer_StaysAFailureWhoseReportMayBeLost) {

@@ -7,11 +7,11 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
 using test::blockText;
 using test::failureText;
+using test::makeArray;
 using test::padded;
-using test::textOf;
+using test::toText;
 
 class POSAccessClientOperationsTest : public test::AccessClientFixture {};
 
@@ -20,7 +20,7 @@ TEST_F(POSAccessClientOperationsTest, Instantiate_ReturnsTheObjectAndTheMessage)
     forwarder_.answer(posCommand::kInstantiateObject, test::object("an object", 0x100, "Mind the step"));
     const auto created = instantiate(1);
     EXPECT_EQ(created.outcome, POSOutcome::kDone);
-    EXPECT_EQ(textOf(created.value.object), padded("an object"));
+    EXPECT_EQ(toText(created.value.object), padded("an object"));
     EXPECT_TRUE(created.value.message.isPresent());
     EXPECT_EQ(created.value.message.text, "Mind the step");
 
@@ -91,7 +91,7 @@ TEST_F(POSAccessClientOperationsTest, CallMethod_SendsObjectNameAndParametersAnd
 }
 
 TEST_F(POSAccessClientOperationsTest, CallMethod_OnAnExecuter_NamesIt) {
-    const ProtectedExecuterID executer{arrayOf(padded("executer 7"))};
+    const ProtectedExecuterID executer{makeArray(padded("executer 7"))};
     EXPECT_EQ(client_.callMethod(1, {object_, executer, "add", {}}).outcome, POSOutcome::kDone);
     EXPECT_EQ(forwarder_.lastRequest(posCommand::kCallMethod)->readString(104), padded("executer 7"));
 }

@@ -7,7 +7,7 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
+using test::makeArray;
 using test::padded;
 
 class POSAccessClientTest : public test::AccessClientFixture {};
@@ -27,7 +27,7 @@ TEST_F(POSAccessClientTest, Register_RecordsTheNameUnderTheIdentifierOfTheAnswer
 }
 
 TEST_F(POSAccessClientTest, Register_SendsNameClassesAndOptions) {
-    const CPPByteArray options = arrayOf("\x50\x04\x61\x04");
+    const CPPByteArray options = makeArray("\x50\x04\x61\x04");
     const auto result = client_.registerApplication("Editor", classList({"Counter", "Clock"}), options);
     ASSERT_EQ(result.outcome, POSOutcome::kDone);
 
@@ -41,7 +41,7 @@ TEST_F(POSAccessClientTest, Register_SendsNameClassesAndOptions) {
 }
 
 TEST_F(POSAccessClientTest, Register_OptionsThatTheFrameIgnores_AreSentAsGiven) {
-    ASSERT_EQ(client_.registerApplication("Editor", {}, arrayOf("abc")).outcome, POSOutcome::kDone);
+    ASSERT_EQ(client_.registerApplication("Editor", {}, makeArray("abc")).outcome, POSOutcome::kDone);
     EXPECT_EQ(forwarder_.lastRequest(posCommand::kRegisterApplication)->readString(114), "abc");
 }
 
@@ -89,16 +89,16 @@ TEST_F(POSAccessClientTest, Unregister_AnsweredWithAnError_KeepsTheRecord) {
 
 TEST_F(POSAccessClientTest, DisconnectIfUnused_TellsTheForwarderOnlyWithoutApplications) {
     client_.disconnectIfUnused();
-    EXPECT_EQ(forwarder_.countOf("check"), 1u);
+    EXPECT_EQ(forwarder_.countOccurrences("check"), 1u);
     registered(1);
     client_.disconnectIfUnused();
-    EXPECT_EQ(forwarder_.countOf("check"), 1u);
+    EXPECT_EQ(forwarder_.countOccurrences("check"), 1u);
 }
 
 TEST_F(POSAccessClientTest, DisconnectIfUnused_ForwarderThatThrows_IsPassedOver) {
     forwarder_.onCheck = [] { throw new CPPException("stale"); };
     client_.disconnectIfUnused();
-    EXPECT_EQ(forwarder_.countOf("check"), 1u);
+    EXPECT_EQ(forwarder_.countOccurrences("check"), 1u);
 }
 
 TEST_F(POSAccessClientTest, ShutDown_WithoutApplications_SendsNothing) {
@@ -139,7 +139,7 @@ TEST_F(POSAccessClientTest, ShutDown_FirstFailureStopsTheLoopAndTheRestStays) {
         posCommand::kUnregisterApplication,
         {test::nothing(), [](POSTransferObj&) -> std::unique_ptr<POSTransferObj> { throw 5; }});
     client_.shutDown();
-    EXPECT_EQ(forwarder_.countOf("unregister application"), 2u);
+    EXPECT_EQ(forwarder_.countOccurrences("unregister application"), 2u);
     EXPECT_FALSE(client_.isRegistered(1));
     EXPECT_TRUE(client_.isRegistered(2));
     EXPECT_TRUE(client_.isRegistered(3));
@@ -154,18 +154,18 @@ TEST_F(POSAccessClientTest, ShutDown_AnswerWithCode36_ThrowsNothingSoTheLoopGoes
     EXPECT_FALSE(client_.isRegistered(2));
 }
 
-CPPClassID classOf(const std::string& bytes) {
-    return CPPClassID(arrayOf(bytes));
+CPPClassID makeClass(const std::string& bytes) {
+    return CPPClassID(makeArray(bytes));
 }
 
 TEST(POSApplicationRecord, HasClass_ComparesByteByByte) {
     POSApplicationRecord record;
-    EXPECT_FALSE(record.hasClass(classOf("0123456789abcdef")));
-    record.classes = {classOf("fedcba9876543210"), classOf(std::string("0123456789abcde\0", 16))};
-    EXPECT_TRUE(record.hasClass(classOf("fedcba9876543210")));
-    EXPECT_TRUE(record.hasClass(classOf(std::string("0123456789abcde\0", 16))));
-    EXPECT_FALSE(record.hasClass(classOf("0123456789abcdef")));
-    EXPECT_FALSE(record.hasClass(classOf("0123456789abcde")));
+    EXPECT_FALSE(record.hasClass(makeClass("0123456789abcdef")));
+    record.classes = {makeClass("fedcba9876543210"), makeClass(std::string("0123456789abcde\0", 16))};
+    EXPECT_TRUE(record.hasClass(makeClass("fedcba9876543210")));
+    EXPECT_TRUE(record.hasClass(makeClass(std::string("0123456789abcde\0", 16))));
+    EXPECT_FALSE(record.hasClass(makeClass("0123456789abcdef")));
+    EXPECT_FALSE(record.hasClass(makeClass("0123456789abcde")));
 }
 
 }  // namespace

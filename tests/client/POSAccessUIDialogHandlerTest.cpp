@@ -115,7 +115,7 @@ TEST_F(POSAccessUIDialogHandlerTest, Run_EachFailureInTheErrorLog_IsAnEntryOfThe
         });
     }
     EXPECT_EQ(
-        test::traceLinesOf(root_.read("trace")),
+        test::splitTraceLines(root_.read("trace")),
         (std::vector<std::string>{
             "session: failure of type 28 (method failed), message: broken",
             "session: failure of type 36 (library not found), error of the server: 36 (library not found), "

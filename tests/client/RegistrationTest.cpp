@@ -51,8 +51,9 @@ TEST_F(RegistrationTest, Register_NullOptionsOfEvenLength_FailBeforeAnythingIsSe
         EXPECT_EQ(dialog_->shown, oneReport("Host", kNullPointer, "Stopped.")) << length;
         EXPECT_EQ(applicationId, 99u);
     }
-    EXPECT_EQ(forwarder_->countOf("register application") + forwarder_->countOf("query interface version") +
-                  forwarder_->countOf("connect 10"),
+    EXPECT_EQ(forwarder_->countOccurrences("register application") +
+                  forwarder_->countOccurrences("query interface version") +
+                  forwarder_->countOccurrences("connect 10"),
               0u);
 }
 
@@ -70,8 +71,9 @@ TEST_F(RegistrationTest, Register_OptionsLengthZeroOneOrOdd_IgnoresThemButSendsT
 TEST_F(RegistrationTest, Register_NullPlaceForTheIdentifier_FailsBeforeAnythingIsSent) {
     EXPECT_EQ(registerHost(nullptr), POS_FAILURE);
     EXPECT_EQ(dialog_->shown, oneReport("Host", kNullPointer, "Stopped."));
-    EXPECT_EQ(forwarder_->countOf("register application") + forwarder_->countOf("query interface version") +
-                  forwarder_->countOf("connect 10"),
+    EXPECT_EQ(forwarder_->countOccurrences("register application") +
+                  forwarder_->countOccurrences("query interface version") +
+                  forwarder_->countOccurrences("connect 10"),
               0u);
 }
 
@@ -81,7 +83,7 @@ TEST_F(RegistrationTest, Register_ListWithAGap_FailsBeforeAnythingIsSent) {
     EXPECT_EQ(posRegisterApplicationWithClasses("Host", list, 2, nullptr, 0, &applicationId), POS_FAILURE);
     EXPECT_EQ(dialog_->shown, oneReport("Host", kNullPointer, "Stopped."));
     EXPECT_EQ(applicationId, 99u);
-    EXPECT_EQ(forwarder_->countOf("connect 10"), 0u);
+    EXPECT_EQ(forwarder_->countOccurrences("connect 10"), 0u);
 }
 
 TEST_F(RegistrationTest, Register_WrongInterfaceVersion_FailsWithItsText) {
@@ -110,7 +112,7 @@ TEST_F(RegistrationTest, Register_FailureWithSomebodyRegistered_KeepsTheConnecti
     forwarder_->answer(posCommand::kRegisterApplication, test::error(24, "no driver"));
     uint32_t applicationId = 0;
     EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);
-    EXPECT_EQ(forwarder_->countOf("check"), 0u);
+    EXPECT_EQ(forwarder_->countOccurrences("check"), 0u);
 }
 
 TEST_F(RegistrationTest, Register_Retry_RepeatsTheRequestInFull) {
@@ -197,8 +199,8 @@ TEST_F(RegistrationTest, Register_Option1120_RefusalIsNotShown) {
     uint32_t applicationId = 99;
     EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, options, 2, &applicationId), POS_FAILURE);
     EXPECT_TRUE(dialog_->shown.empty());
-    EXPECT_EQ(forwarder_->countOf("register application"), 1u);
-    EXPECT_EQ(forwarder_->countOf("check"), 1u);
+    EXPECT_EQ(forwarder_->countOccurrences("register application"), 1u);
+    EXPECT_EQ(forwarder_->countOccurrences("check"), 1u);
 }
 
 TEST_F(RegistrationTest, Register_AnswerWithCode36_FailsWithoutAWordAndDisconnects) {
@@ -208,16 +210,16 @@ TEST_F(RegistrationTest, Register_AnswerWithCode36_FailsWithoutAWordAndDisconnec
     EXPECT_TRUE(dialog_->shown.empty());
     EXPECT_EQ(applicationId, 99u);
     EXPECT_EQ(currentSession()->client().applicationCount(), 0u);
-    EXPECT_EQ(forwarder_->countOf("check"), 1u);
+    EXPECT_EQ(forwarder_->countOccurrences("check"), 1u);
 }
 
 TEST_F(RegistrationTest, Unregister_LastApplication_Disconnects) {
     const uint32_t first = registered();
     const uint32_t second = registered();
     EXPECT_EQ(posUnregisterApplication(first), POS_OK);
-    EXPECT_EQ(forwarder_->countOf("check"), 0u);
+    EXPECT_EQ(forwarder_->countOccurrences("check"), 0u);
     EXPECT_EQ(posUnregisterApplication(second), POS_OK);
-    EXPECT_EQ(forwarder_->countOf("check"), 1u);
+    EXPECT_EQ(forwarder_->countOccurrences("check"), 1u);
 }
 
 TEST_F(RegistrationTest, Unregister_NeverRegistered_FailsWithoutADialog) {
@@ -239,7 +241,7 @@ TEST_F(RegistrationTest, Unregister_AnsweredWithAnError_IsReportedAndTheRecordSt
     EXPECT_EQ(posUnregisterApplication(applicationId), POS_FAILURE);
     EXPECT_EQ(dialog_->shown, oneReport("Editor", "who?", "Stopped."));
     EXPECT_TRUE(currentSession()->client().isRegistered(applicationId));
-    EXPECT_EQ(forwarder_->countOf("check"), 0u);
+    EXPECT_EQ(forwarder_->countOccurrences("check"), 0u);
 }
 
 TEST_F(RegistrationTest, Unregister_SilencedApplication_LeavesTheList) {

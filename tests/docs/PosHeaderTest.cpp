@@ -70,7 +70,7 @@ TEST_F(PosHeader, TerminatePOS_WithoutAnInstalledServer_PrintsTheBlockAndShowsNo
     Console console;
     library_.TerminatePOS();
     console.stop();
-    EXPECT_EQ(countOf(console.output(), " Could not find Merrowd server application! \n"), 1u);
+    EXPECT_EQ(countOccurrences(console.output(), " Could not find Merrowd server application! \n"), 1u);
     EXPECT_EQ(alerts(console), 0u);
 }
 
@@ -139,8 +139,9 @@ TEST_F(PosHeader, ApplicationName_MayChangeAsSoonAsTheCallHasReturned) {
     Console console;
     host_.command(application, "ping");
     console.stop();
-    EXPECT_EQ(alertsOf(console, texts_.failureBody("Given at first", "No.", "DLL_ERROR_UNRECOVERABLE_ERROR")),
-              1u);
+    EXPECT_EQ(
+        countAlerts(console, texts_.failureBody("Given at first", "No.", "DLL_ERROR_UNRECOVERABLE_ERROR")),
+        1u);
     library_.TerminatePOS();
 }
 
@@ -155,7 +156,8 @@ TEST_F(PosHeader, ApplicationNamesAndErrorTexts_InUtf8OrMacRoman_ReadTheSameInAl
         EXPECT_EQ(host_.command(application, "ping").status, POS_FAILURE);
         console.stop();
         EXPECT_EQ(
-            alertsOf(console, texts_.failureBody(inUtf8, inUtf8 + "?", "DLL_ERROR_UNRECOVERABLE_ERROR")), 1u)
+            countAlerts(console, texts_.failureBody(inUtf8, inUtf8 + "?", "DLL_ERROR_UNRECOVERABLE_ERROR")),
+            1u)
             << console.systemLog();
     }
     library_.TerminatePOS();

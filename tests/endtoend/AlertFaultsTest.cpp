@@ -58,7 +58,7 @@ TEST_F(AlertFaults, AHelperThatIsKilledWhileTheAlertIsOpen_IsAnAlertThatIsNotAns
         expectFailedCallAndEnd();
         EXPECT_TRUE(hasDesktopWithoutAlerts());
     }
-    EXPECT_EQ(countOf(systemLog(), "No Error dialogue shown"), 2u) << systemLog();
+    EXPECT_EQ(countOccurrences(systemLog(), "No Error dialogue shown"), 2u) << systemLog();
 }
 
 TEST_F(AlertFaults, AHelperThatNeverAnswersAndIsKilled_IsAnAlertThatIsNotAnswered) {
@@ -120,7 +120,7 @@ TEST_F(AlertFaults, AHostThatIsKilledThoughAChildOfItStays_TakesTheWindowWithIt)
     host_->signal(SIGKILL);
     EXPECT_EQ(host_->wait(), -1);
     EXPECT_TRUE(hasDesktopWithoutAlerts());
-    for (const pid_t child : processesOf(root_.path(), "endtoend_alert_"))
+    for (const pid_t child : findProcesses(root_.path(), "endtoend_alert_"))
         kill(child, SIGKILL);
 }
 

@@ -42,8 +42,8 @@ void AlertHosts::expectAlertThatIsAnswered() {
 }
 
 void AlertHosts::expectLogged() const {
-    EXPECT_EQ(countOf(systemLog(), "No Error dialogue shown"), 1u) << systemLog();
-    EXPECT_EQ(countOf(systemLog(), "The lid is open."), 1u) << systemLog();
+    EXPECT_EQ(countOccurrences(systemLog(), "No Error dialogue shown"), 1u) << systemLog();
+    EXPECT_EQ(countOccurrences(systemLog(), "The lid is open."), 1u) << systemLog();
 }
 
 void AlertHosts::removeHelper() const {
@@ -57,7 +57,7 @@ void AlertHosts::useFakeHelper(const std::vector<std::string>& commands) const {
 }
 
 std::vector<pid_t> AlertHosts::helpers() const {
-    return processesOf(root_.path(), "dovrel-alert");
+    return findProcesses(root_.path(), "dovrel-alert");
 }
 
 void AlertHosts::signalHelper(int signal) const {

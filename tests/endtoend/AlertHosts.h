@@ -45,7 +45,7 @@ class AlertHosts : public testing::Test {
     /// Waits until there is neither an alert window nor a helper; returns false if that takes too long.
     bool hasDesktopWithoutAlerts() const;
 
-    std::string systemLog() const { return contentOf(root_.path() + "/system.log"); }
+    std::string systemLog() const { return readFile(root_.path() + "/system.log"); }
 
     TestRoot root_;
     Desktop desktop_;

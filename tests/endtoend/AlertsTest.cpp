@@ -41,7 +41,7 @@ TEST_F(Alerts, AnErrorAnswer_IsShownWithTheTextThatBelongsToItsCode) {
         EXPECT_EQ(host_.command(application, "ping").status, POS_FAILURE);
         console.stop();
         EXPECT_EQ(
-            alertsOf(console, texts_.failureBody("End to end", "The server says no.", explanation.second)),
+            countAlerts(console, texts_.failureBody("End to end", "The server says no.", explanation.second)),
             1u)
             << explanation.first << "\n"
             << console.systemLog();
@@ -54,8 +54,8 @@ TEST_F(Alerts, AnErrorAnswerWithCode24_ShowsTheClassNotFoundTextAndFails) {
     Console console;
     EXPECT_FALSE(host_.instantiate(application, "Nothing").isThere());
     console.stop();
-    EXPECT_EQ(alertsOf(console, texts_.failureBody("End to end", "the server has no such class",
-                                                   "DLL_ERROR_POS_CLASS_OR_DRIVER_NOT_FOUND_EXCEPTION")),
+    EXPECT_EQ(countAlerts(console, texts_.failureBody("End to end", "the server has no such class",
+                                                      "DLL_ERROR_POS_CLASS_OR_DRIVER_NOT_FOUND_EXCEPTION")),
               1u);
 }
 
@@ -65,12 +65,13 @@ TEST_F(Alerts, AnErrorAnswerWithCode3_ShowsTheInterfaceTextInPlaceOfTheServers) 
     Console console;
     EXPECT_EQ(host_.command(application, "ping").status, POS_FAILURE);
     console.stop();
-    EXPECT_EQ(alertsOf(console,
-                       texts_.failureBody(
-                           "End to end",
-                           texts_.text("DLL_POS_TRANSFER_OBJECT_TRADER_POS_EXCEPTION_NO_VALID_POS_INTERFACE"),
-                           kUnrecoverable)),
-              1u);
+    EXPECT_EQ(
+        countAlerts(console,
+                    texts_.failureBody(
+                        "End to end",
+                        texts_.text("DLL_POS_TRANSFER_OBJECT_TRADER_POS_EXCEPTION_NO_VALID_POS_INTERFACE"),
+                        kUnrecoverable)),
+        1u);
 }
 
 TEST_F(Alerts, AnErrorAnswerWithCode36OrOneThatIsNotListed_FailsWithoutAnAlertAndWithoutAResult) {
@@ -92,9 +93,9 @@ TEST_F(Alerts, ARefusedRegistration_IsShownOnceWithItsOwnTextUnderTheGivenName) 
     Console console;
     EXPECT_EQ(host_.registerApplication(application, {}, {}, "Refused"), POS_FAILURE);
     console.stop();
-    EXPECT_EQ(
-        alertsOf(console, texts_.failureBody("Refused", "No room.", "DLL_ERROR_POS_REGISTRATION_EXCEPTION")),
-        1u);
+    EXPECT_EQ(countAlerts(console,
+                          texts_.failureBody("Refused", "No room.", "DLL_ERROR_POS_REGISTRATION_EXCEPTION")),
+              1u);
     EXPECT_EQ(alerts(console), 1u) << "an alert that is not answered Cancel is not asked twice";
     EXPECT_EQ(application, 4711u);
 }
@@ -132,12 +133,13 @@ TEST_F(Alerts, AServerWithAnotherInterfaceVersion_IsRefusedAtRegistration) {
     Console console;
     EXPECT_EQ(host_.registerApplication(application), POS_FAILURE);
     console.stop();
-    EXPECT_EQ(alertsOf(console,
-                       texts_.failureBody(
-                           "End to end",
-                           texts_.text("DLL_POS_TRANSFER_OBJECT_TRADER_POS_EXCEPTION_NO_VALID_POS_INTERFACE"),
-                           kUnrecoverable)),
-              1u);
+    EXPECT_EQ(
+        countAlerts(console,
+                    texts_.failureBody(
+                        "End to end",
+                        texts_.text("DLL_POS_TRANSFER_OBJECT_TRADER_POS_EXCEPTION_NO_VALID_POS_INTERFACE"),
+                        kUnrecoverable)),
+        1u);
     EXPECT_EQ(countInServerLog(" register application"), 0u);
 }
 
@@ -152,7 +154,7 @@ TEST_F(Alerts, AMessageOfTheServer_IsShownAfterInstantiationAndCall) {
     EXPECT_TRUE(echo.isThere());
     EXPECT_EQ(host_.call(application, echo, "echo", "hello").bytes, "hello");
     console.stop();
-    EXPECT_EQ(alertsOf(console, "The lamp is getting old."), 2u) << console.systemLog();
+    EXPECT_EQ(countAlerts(console, "The lamp is getting old."), 2u) << console.systemLog();
     EXPECT_EQ(alerts(console), 2u);
 }
 
@@ -215,8 +217,8 @@ TEST_F(Alerts, AFailedOperation_ShowsNoMessageOfTheServer) {
     Console console;
     EXPECT_EQ(host_.call(application, scanner, "scan").status, POS_FAILURE);
     console.stop();
-    EXPECT_EQ(alertsOf(console, texts_.failureBody("End to end", "Stuck.", kUnrecoverable)), 1u);
-    EXPECT_EQ(countOf(console.systemLog(), "Never seen."), 0u);
+    EXPECT_EQ(countAlerts(console, texts_.failureBody("End to end", "Stuck.", kUnrecoverable)), 1u);
+    EXPECT_EQ(countOccurrences(console.systemLog(), "Never seen."), 0u);
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ class Answers : public InSession {
         console.stop();
         EXPECT_EQ(answered.status, POS_FAILURE);
         EXPECT_EQ(answered.bytes, "");
-        EXPECT_EQ(alertsOf(console, texts_.failureBody("End to end", message, kUnrecoverable)), 1u)
+        EXPECT_EQ(countAlerts(console, texts_.failureBody("End to end", message, kUnrecoverable)), 1u)
             << fault << details << console.systemLog();
         EXPECT_EQ(alerts(console), 1u);
         EXPECT_EQ(countInServerLog(" call method"), callsBefore + 1) << "it was sent once";
@@ -72,7 +72,8 @@ TEST_F(Answers, WithoutField118ToTheVersionQuery_AreAMissingPartAndNotAnInterfac
     Console console;
     EXPECT_EQ(host_.registerApplication(other, {}, {}, "Other"), POS_FAILURE);
     console.stop();
-    EXPECT_EQ(alertsOf(console, texts_.failureBody("Other", "2", kUnrecoverable)), 1u) << console.systemLog();
+    EXPECT_EQ(countAlerts(console, texts_.failureBody("Other", "2", kUnrecoverable)), 1u)
+        << console.systemLog();
 }
 
 TEST_F(Answers, ThatAreHuge_ArriveWhole) {

@@ -21,8 +21,9 @@ TEST_F(Arguments, CallMethod_WithANullMethodName_FailsWithTheNullPointerText) {
     Console console;
     EXPECT_EQ(host_.call(application, echo, nullptr).status, POS_FAILURE);
     console.stop();
-    EXPECT_EQ(alertsOf(console, texts_.failureBody("End to end", texts_.text(kNullPointer), kUnrecoverable)),
-              1u);
+    EXPECT_EQ(
+        countAlerts(console, texts_.failureBody("End to end", texts_.text(kNullPointer), kUnrecoverable)),
+        1u);
     EXPECT_EQ(countInServerLog(" call method"), 0u);
 }
 
@@ -33,9 +34,9 @@ TEST_F(Arguments, InstantiateObject_OfAClassThatWasNotRegistered_FailsWhereTheSe
     Console console;
     EXPECT_FALSE(host_.instantiate(application, "Echo").isThere());
     console.stop();
-    EXPECT_EQ(
-        alertsOf(console, texts_.failureBody("End to end", texts_.text(kClassNotRegistered), kUnrecoverable)),
-        1u);
+    EXPECT_EQ(countAlerts(console,
+                          texts_.failureBody("End to end", texts_.text(kClassNotRegistered), kUnrecoverable)),
+              1u);
     EXPECT_EQ(countInServerLog(" instantiate object"), 1u);
 }
 
@@ -101,8 +102,8 @@ TEST_F(Arguments, GetInfo_ThatFails_LeavesNoInformation) {
     console.stop();
     EXPECT_EQ(info, nullptr);
     EXPECT_EQ(length, 0);
-    EXPECT_EQ(alertsOf(console, texts_.failureBody("Unknown Application", "there is no such information",
-                                                   kUnrecoverable)),
+    EXPECT_EQ(countAlerts(console, texts_.failureBody("Unknown Application", "there is no such information",
+                                                      kUnrecoverable)),
               1u);
 }
 

@@ -26,14 +26,14 @@ void becomeOtherUser() {
     if (setgid(kOtherUser) != 0 || setuid(kOtherUser) != 0) _exit(126);
 }
 
-uid_t userOf(pid_t process) {
+uid_t readUser(pid_t process) {
     struct stat status = {};
     EXPECT_EQ(stat(("/proc/" + std::to_string(process)).c_str(), &status), 0);
     return status.st_uid;
 }
 
 // Returns "" if the process has ended, even if its parent has not waited for it yet.
-std::string executableOf(pid_t process) {
+std::string readExecutable(pid_t process) {
     std::error_code failed;
     return fs::read_symlink("/proc/" + std::to_string(process) + "/exe", failed).string();
 }
@@ -87,7 +87,7 @@ class Discovery : public EndToEnd {
     void endServer(uint32_t application, pid_t server) {
         library_.posUnregisterApplication(application);
         ServerControl::quit();
-        EXPECT_TRUE(waitUntil([server] { return executableOf(server).empty(); }));
+        EXPECT_TRUE(waitUntil([server] { return readExecutable(server).empty(); }));
     }
 
     const TemporaryFolder elsewhere_;
@@ -150,7 +150,7 @@ TEST_F(Discovery, CopyOfTheServerThatRunsElsewhere_IsNotUsed) {
     EXPECT_TRUE(waitUntil([&] { return isInEventLoop(copy + kInsideBundle); }));
     const uint32_t application = host_.registered();
     EXPECT_EQ(root_.servers().size(), 1u);
-    EXPECT_EQ(executableOf(ServerControl::status()["process"]), root_.serverExecutable());
+    EXPECT_EQ(readExecutable(ServerControl::status()["process"]), root_.serverExecutable());
     library_.posUnregisterApplication(application);
 }
 
@@ -211,11 +211,11 @@ TEST_F(Discovery, ServerOfAnotherUser_NeitherDisturbsNorIsUsed) {
     ASSERT_TRUE(theirs.isServed());
     const std::vector<pid_t> before = root_.servers();
     ASSERT_EQ(before.size(), 1u);
-    EXPECT_EQ(userOf(before.front()), kOtherUser);
+    EXPECT_EQ(readUser(before.front()), kOtherUser);
     host_.registered();
     ASSERT_EQ(root_.servers().size(), 2u);
     const int ours = ServerControl::status()["process"];
-    EXPECT_EQ(userOf(ours), geteuid());
+    EXPECT_EQ(readUser(ours), geteuid());
     OtherHost theirNext(root_.library(), becomeOtherUser);
     theirNext.go();
     EXPECT_TRUE(theirNext.endsWell());

@@ -21,7 +21,7 @@ class Encodings : public EndToEnd {
         console.stop();
         const std::string body =
             texts_.failureBody("Größenprüfer", "Das Gerät fehlt.", "DLL_ERROR_UNRECOVERABLE_ERROR");
-        EXPECT_EQ(alertsOf(console, body), 1u) << console.systemLog();
+        EXPECT_EQ(countAlerts(console, body), 1u) << console.systemLog();
     }
 };
 

@@ -7,17 +7,17 @@ namespace dovrel::test {
 
 namespace {
 
-std::string identifierOf(const std::string& name) {
+std::string makeIdentifier(const std::string& name) {
     std::string identifier = name;
     identifier.resize(POS_IDENTIFIER_SIZE, '\0');
     return identifier;
 }
 
-uint8_t* bytesOf(std::string& text) {
+uint8_t* toBytes(std::string& text) {
     return reinterpret_cast<uint8_t*>(text.data());
 }
 
-uint32_t sizeOf(const std::string& text) {
+uint32_t toSize(const std::string& text) {
     return static_cast<uint32_t>(text.size());
 }
 
@@ -27,7 +27,7 @@ uint32_t Host::registerApplication(uint32_t& application, const std::vector<std:
                                    std::vector<uint16_t> options, const std::string& name) {
     std::vector<std::string> identifiers;
     for (const std::string& className : classes)
-        identifiers.push_back(identifierOf(className));
+        identifiers.push_back(makeIdentifier(className));
     std::vector<void*> list;
     for (std::string& identifier : identifiers)
         list.push_back(identifier.data());
@@ -43,7 +43,7 @@ uint32_t Host::registered(const std::vector<std::string>& classes) {
 }
 
 ObjectId Host::instantiate(uint32_t application, const std::string& className) {
-    std::string identifier = identifierOf(className);
+    std::string identifier = makeIdentifier(className);
     void* classId = identifier.data();
     void* object = nullptr;
     const uint32_t status = library_.posInstantiateObject(application, &classId, &object);
@@ -55,8 +55,8 @@ Answered Host::call(uint32_t application, ObjectId& object, const char* method, 
     std::string parameters = argument;
     uint8_t* result = nullptr;
     uint32_t length = 0;
-    const uint32_t status = library_.posCallMethod(application, object.handle(), method, bytesOf(parameters),
-                                                   sizeOf(parameters), &result, &length);
+    const uint32_t status = library_.posCallMethod(application, object.handle(), method, toBytes(parameters),
+                                                   toSize(parameters), &result, &length);
     return taken(status, result, length);
 }
 
@@ -67,15 +67,15 @@ Answered Host::command(uint32_t application, const std::string& command, const s
     void* argumentPointer = argumentBytes.data();
     uint8_t* result = nullptr;
     uint32_t length = 0;
-    const uint32_t status = library_.posExecuteCMD(application, &commandPointer, sizeOf(command),
-                                                   &argumentPointer, sizeOf(argument), &result, &length);
+    const uint32_t status = library_.posExecuteCMD(application, &commandPointer, toSize(command),
+                                                   &argumentPointer, toSize(argument), &result, &length);
     return taken(status, result, length);
 }
 
 Answered Host::information(uint32_t application, const std::string& request) {
     uint8_t* info = nullptr;
     int32_t length = 0;
-    const uint32_t status = library_.posGetInfo(application, request.data(), sizeOf(request), &info, &length);
+    const uint32_t status = library_.posGetInfo(application, request.data(), toSize(request), &info, &length);
     return taken(status, info, static_cast<uint32_t>(length));
 }
 
@@ -104,19 +104,19 @@ void Console::stop() {
     log_ = testing::internal::GetCapturedStderr();
 }
 
-size_t EndToEnd::alertsOf(const Console& console, const std::string& body) {
-    return countOf(console.systemLog(), ShippedTexts::unshownAlert(body));
+size_t EndToEnd::countAlerts(const Console& console, const std::string& body) {
+    return countOccurrences(console.systemLog(), ShippedTexts::unshownAlert(body));
 }
 
 size_t EndToEnd::alerts(const Console& console) {
-    return countOf(console.systemLog(), "No Error dialogue shown");
+    return countOccurrences(console.systemLog(), "No Error dialogue shown");
 }
 
 size_t EndToEnd::countInServerLog(const std::string& text) const {
-    return countOf(root_.serverLog(), text);
+    return countOccurrences(root_.serverLog(), text);
 }
 
-size_t countOf(const std::string& text, const std::string& part) {
+size_t countOccurrences(const std::string& text, const std::string& part) {
     size_t count = 0;
     for (size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += part.size())
         ++count;

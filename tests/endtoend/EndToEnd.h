@@ -87,7 +87,7 @@ class Console {
 class EndToEnd : public testing::Test {
   protected:
     /// Returns how many alerts with this body would have been shown.
-    static size_t alertsOf(const Console& console, const std::string& body);
+    static size_t countAlerts(const Console& console, const std::string& body);
     /// Returns how many alerts with any body would have been shown.
     static size_t alerts(const Console& console);
 
@@ -107,7 +107,7 @@ class InSession : public EndToEnd {
     ~InSession() override { library_.TerminatePOS(); }
 };
 
-size_t countOf(const std::string& text, const std::string& part);
+size_t countOccurrences(const std::string& text, const std::string& part);
 
 /// Returns the open file descriptors of this process.
 std::vector<std::string> openDescriptors();

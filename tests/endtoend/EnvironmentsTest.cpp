@@ -157,7 +157,7 @@ TEST_F(Environments, ControlTool_FindsTheServerWithoutAnyEnvironment) {
     for (const std::string& entry : bareEnvironment())
         command.push_back(entry);
     command.insert(command.end(), {MERROWD_CONTROL, "/dev/null"});
-    const std::string answer = outputOf(command);
+    const std::string answer = readOutput(command);
     EXPECT_NE(answer.find("//process\nINT:" + std::to_string(root_.servers().front()) + "\n"),
               std::string::npos)
         << answer;

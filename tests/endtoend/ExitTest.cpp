@@ -32,15 +32,15 @@ class Exit : public testing::Test {
         return line;
     }
 
-    std::string systemLog() const { return contentOf(logFile_); }
+    std::string systemLog() const { return readFile(logFile_); }
 
     /// Expects that each of the failures was reported once, in the user's language.
     void expectReports(const std::vector<std::pair<std::string, std::string>>& messagesAndExplanations) {
         const std::string log = systemLog();
-        EXPECT_EQ(countOf(log, "No Error dialogue shown"), messagesAndExplanations.size()) << log;
+        EXPECT_EQ(countOccurrences(log, "No Error dialogue shown"), messagesAndExplanations.size()) << log;
         for (const auto& [message, explanation] : messagesAndExplanations) {
             const std::string body = texts_.failureBody("Leaving host", message, explanation);
-            EXPECT_EQ(countOf(log, ShippedTexts::unshownAlert(body)), 1u) << body << "\nin\n" << log;
+            EXPECT_EQ(countOccurrences(log, ShippedTexts::unshownAlert(body)), 1u) << body << "\nin\n" << log;
         }
     }
 

@@ -21,10 +21,10 @@ class FailureRecord : public EndToEnd {
         library_.TerminatePOS();
         console.stop();
         alerts_ = alerts(console);
-        entry_ = contentOf(root_.path() + "/Library/Logs/Tessilor/POSDLLErrorLog.txt");
-        EXPECT_EQ(countOf(entry_, "//TIME\n"), 1u) << entry_;
+        entry_ = readFile(root_.path() + "/Library/Logs/Tessilor/POSDLLErrorLog.txt");
+        EXPECT_EQ(countOccurrences(entry_, "//TIME\n"), 1u) << entry_;
         entry_ = entry_.substr(std::min(entry_.find("//TIME\n"), entry_.size()));
-        trace_ = traceEntriesOf(contentOf(root_.path() + "/trace"));
+        trace_ = splitTraceEntries(readFile(root_.path() + "/trace"));
     }
 
     static void registerInVain(Host& host) {
@@ -58,7 +58,7 @@ class FailureRecord : public EndToEnd {
         for (const std::string& entry : trace_)
             if (entry.compare(0, beginning.size(), beginning) == 0 && entry.find(part) != std::string::npos)
                 return;
-        ADD_FAILURE() << beginning << "..." << part << "\n" << contentOf(root_.path() + "/trace");
+        ADD_FAILURE() << beginning << "..." << part << "\n" << readFile(root_.path() + "/trace");
     }
 
     size_t alerts_ = 0;
@@ -162,7 +162,7 @@ TEST_F(FailureRecord, OfAServerThatIsGoneInEveryAttempt_NamesTheLastOne) {
 TEST_F(FailureRecord, OfAnyCall_HoldsNothingThatWasPassedToTheMethod) {
     runSession(callUnder(refusal("call method", 28, "a text", 1)));
     EXPECT_EQ(entry_.find("secret"), std::string::npos) << entry_;
-    const std::string trace = contentOf(root_.path() + "/trace");
+    const std::string trace = readFile(root_.path() + "/trace");
     for (const char* said : {"secret", "a text", "\"echo\"", "End to end"})
         EXPECT_EQ(trace.find(said), std::string::npos) << trace;
 }

@@ -46,7 +46,7 @@ class FoundationModule : public testing::Test {
         EXPECT_EQ(line("fail"), "80000008 Dovrel");
         EXPECT_EQ(line("call"), "0 Dovrel");
         EXPECT_EQ(line("close"), "0 Dovrel");
-        EXPECT_EQ(countOf(systemLog(), "No Error dialogue shown"), 2u);
+        EXPECT_EQ(countOccurrences(systemLog(), "No Error dialogue shown"), 2u);
     }
 
     /// Makes the alerts' helper answer with the first button.
@@ -59,7 +59,7 @@ class FoundationModule : public testing::Test {
 
     std::string folder() const { return root_.library() + "/Contents/MacOS"; }
     std::string module() const { return folder() + "/DovrelFoundation"; }
-    std::string systemLog() const { return contentOf(root_.path() + "/system.log"); }
+    std::string systemLog() const { return readFile(root_.path() + "/system.log"); }
 
     TestRoot root_;
     FakeAlertHelper fake_;
@@ -112,7 +112,7 @@ TEST_F(FoundationModule, AlertOnASystemWithoutADisplay_IsLoggedWithoutFoundation
 TEST_F(FoundationModule, ThatIsMissing_IsAnAlertThatIsNotShown) {
     EXPECT_TRUE(fs::remove(module()));
     expectLoggedAlertsWithoutFoundation();
-    EXPECT_EQ(countOf(systemLog(), "Dovrel cannot use Foundation. " + module()), 2u);
+    EXPECT_EQ(countOccurrences(systemLog(), "Dovrel cannot use Foundation. " + module()), 2u);
 }
 
 TEST_F(FoundationModule, ThatIsCutShort_IsAnAlertThatIsNotShown) {
@@ -129,7 +129,7 @@ TEST_F(FoundationModule, ThatIsMissingAndComesBack_IsUsedByTheNextAlert) {
     EXPECT_EQ(line("fail"), "80000008 Dovrel");
     fs::rename(folder() + "/kept", module());
     EXPECT_NE(line("fail").find(" DovrelFoundation "), std::string::npos);
-    EXPECT_EQ(countOf(systemLog(), "No Error dialogue shown"), 1u);
+    EXPECT_EQ(countOccurrences(systemLog(), "No Error dialogue shown"), 1u);
 }
 
 // Sanitizers end a process that has no memory.
@@ -139,7 +139,7 @@ TEST_F(FoundationModule, HostWithoutMemoryForIt_GoesOnWithoutAnAlert) {
     EXPECT_EQ(line("limit"), "0 Dovrel");
     EXPECT_EQ(line("fail"), "80000008 Dovrel");
     EXPECT_EQ(line("call"), "0 Dovrel");
-    EXPECT_EQ(countOf(systemLog(), "No Error dialogue shown"), 1u);
+    EXPECT_EQ(countOccurrences(systemLog(), "No Error dialogue shown"), 1u);
 }
 #endif
 

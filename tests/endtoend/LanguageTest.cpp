@@ -42,7 +42,7 @@ class Language : public EndToEnd {
         Console console;
         EXPECT_EQ(host_.command(application, "ping").status, POS_FAILURE);
         console.stop();
-        EXPECT_EQ(alertsOf(console, body), 1u) << console.systemLog();
+        EXPECT_EQ(countAlerts(console, body), 1u) << console.systemLog();
         EXPECT_EQ(alerts(console), 1u);
     }
 };

@@ -82,7 +82,8 @@ TEST_F(Life, UnregisterApplication_ThatTheServerRefuses_IsReportedAndTheRegistra
     EXPECT_EQ(library_.posUnregisterApplication(application), POS_FAILURE);
     console.stop();
     EXPECT_EQ(
-        alertsOf(console, texts_.failureBody("End to end", "Not now.", "DLL_ERROR_UNRECOVERABLE_ERROR")), 1u);
+        countAlerts(console, texts_.failureBody("End to end", "Not now.", "DLL_ERROR_UNRECOVERABLE_ERROR")),
+        1u);
     EXPECT_EQ(host_.command(application, "ping", "here").bytes, "here");
     EXPECT_EQ(library_.posUnregisterApplication(application), POS_OK);
     library_.TerminatePOS();

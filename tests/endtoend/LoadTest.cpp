@@ -21,7 +21,7 @@ std::vector<std::string> filesBelow(const std::string& folder) {
 
 // Returns the child processes of this process, including ended ones that nobody has waited for.
 std::string children() {
-    return contentOf("/proc/self/task/" + std::to_string(getpid()) + "/children");
+    return readFile("/proc/self/task/" + std::to_string(getpid()) + "/children");
 }
 
 class Calls {

@@ -25,7 +25,7 @@ class ServerLoss : public InSession {
     // and that the library still works.
     void expectTheNewServersAnswer(const Console& console, uint32_t status, pid_t oldServer) {
         EXPECT_EQ(status, POS_FAILURE);
-        EXPECT_EQ(alertsOf(console, notRegistered()), 1u) << console.systemLog();
+        EXPECT_EQ(countAlerts(console, notRegistered()), 1u) << console.systemLog();
         EXPECT_EQ(alerts(console), 1u);
         EXPECT_EQ(console.output(), "");
         const std::vector<pid_t> servers = root_.waitForServers(1);
@@ -109,7 +109,7 @@ TEST_F(ServerLoss, InEachOfTwentyAttempts_EndsWithTheEmptyReply) {
     EXPECT_EQ(host_.command(application_, "ping").status, POS_FAILURE);
     console.stop();
     EXPECT_EQ(countInServerLog(" execute command"), 19u) << "the first of the twenty met no server at all";
-    EXPECT_EQ(alertsOf(console, texts_.failureBody("End to end", "1", kUnrecoverable)), 1u)
+    EXPECT_EQ(countAlerts(console, texts_.failureBody("End to end", "1", kUnrecoverable)), 1u)
         << console.systemLog();
     EXPECT_EQ(alerts(console), 1u);
     EXPECT_EQ(root_.servers().size(), 1u) << "connected once more after the last attempt";
@@ -121,11 +121,11 @@ TEST_F(ServerLoss, AndTheServerIsNoLongerInstalled_FailsWithoutHanging) {
     Console console;
     EXPECT_EQ(host_.command(application_, "ping").status, POS_FAILURE);
     console.stop();
-    EXPECT_EQ(
-        alertsOf(console, texts_.failureBody("End to end", texts_.text("DLL_MSG_MERROWD_IS_MISSING_MACOSX"),
+    EXPECT_EQ(countAlerts(console,
+                          texts_.failureBody("End to end", texts_.text("DLL_MSG_MERROWD_IS_MISSING_MACOSX"),
                                              kUnrecoverable)),
-        1u);
-    EXPECT_EQ(countOf(console.output(), " Could not find Merrowd server application! \n"), 1u);
+              1u);
+    EXPECT_EQ(countOccurrences(console.output(), " Could not find Merrowd server application! \n"), 1u);
 }
 
 TEST_F(ServerLoss, BeforeTerminatePOS_LeavesTheHostFreeToGo) {

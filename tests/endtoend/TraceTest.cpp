@@ -21,7 +21,7 @@ class Traced : public EndToEnd {
         EXPECT_EQ(host_.call(application, echo, "echo", "a secret").bytes, "a secret");
         EXPECT_EQ(host_.call(application, echo, "nonsense").status, POS_FAILURE);
         library_.TerminatePOS();
-        return contentOf(file);
+        return readFile(file);
     }
 };
 
@@ -43,7 +43,7 @@ TEST_F(Traced, All_WritesDownTheWayToTheServerAndEveryExchangeAndNothingThatIsSa
     EXPECT_EQ(console.systemLog().find("dovrel "), std::string::npos);
     EXPECT_EQ(trace.find("secret"), std::string::npos);
     expectInOrder(
-        traceLinesOf(trace),
+        splitTraceLines(trace),
         {"connection: find the server application: result 0", "connection: launch the server: result 0",
          "connection: wake the server: result 0", "connection: connect: ",
          "exchange: query interface version, ", "exchange: query interface version: answered, ",
@@ -61,7 +61,7 @@ TEST_F(Traced, OperationsOfAnApplicationThatIsNotRegistered_AreEntriesBecauseNot
     EXPECT_EQ(host_.command(4711, "ping").status, POS_FAILURE);
     EXPECT_EQ(library_.posUnregisterApplication(0xFFFFFFFF), POS_FAILURE);
     library_.TerminatePOS();
-    EXPECT_EQ(traceLinesOf(contentOf(file)),
+    EXPECT_EQ(splitTraceLines(readFile(file)),
               (std::vector<std::string>{"session: no application is registered as 4711",
                                         "session: no application is registered as 4294967295"}));
 }
@@ -82,7 +82,7 @@ TEST_F(Traced, WithoutTheVariable_MakesNoFileAndSaysNothing) {
     host_.registered();
     library_.TerminatePOS();
     console.stop();
-    EXPECT_EQ(contentOf(root_.path() + "/trace"), "");
+    EXPECT_EQ(readFile(root_.path() + "/trace"), "");
     EXPECT_EQ(console.systemLog().find("exchange: "), std::string::npos);
 }
 

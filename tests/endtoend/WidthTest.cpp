@@ -12,7 +12,7 @@ namespace {
 class Width : public EndToEnd {};
 
 // Reads the width from the ELF header of the process's program; returns 0 if that cannot be read.
-int bitsOf(const std::string& process) {
+int toBits(const std::string& process) {
     char header[EI_NIDENT] = {};
     std::ifstream("/proc/" + process + "/exe", std::ios::binary).read(header, sizeof header);
     if (header[EI_CLASS] == ELFCLASS64) return 64;
@@ -32,8 +32,8 @@ TEST_F(Width, OfTheServerThatAnswers_IsTheOneThatIsToBeMet) {
     const std::vector<pid_t> servers = root_.waitForServers(1);
     ASSERT_EQ(servers.size(), 1u);
     const char* const toBeMet = getenv("DOVREL_TEST_SERVER_BITS");
-    EXPECT_EQ(bitsOf("self"), static_cast<int>(8 * sizeof(void*)));
-    EXPECT_EQ(bitsOf(std::to_string(servers[0])), toBeMet == nullptr ? bitsOf("self") : std::atoi(toBeMet));
+    EXPECT_EQ(toBits("self"), static_cast<int>(8 * sizeof(void*)));
+    EXPECT_EQ(toBits(std::to_string(servers[0])), toBeMet == nullptr ? toBits("self") : std::atoi(toBeMet));
     library_.TerminatePOS();
 }
 

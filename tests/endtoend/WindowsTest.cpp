@@ -51,12 +51,12 @@ class Windows : public testing::Test {
 
     static void waitUntilAsleep(const std::string& thread) {
         const std::string status = "/proc/" + thread + "/status";
-        EXPECT_TRUE(waitUntil([&] { return contentOf(status).find("State:\tS") != std::string::npos; }));
+        EXPECT_TRUE(waitUntil([&] { return readFile(status).find("State:\tS") != std::string::npos; }));
     }
 
-    std::vector<pid_t> helpers() const { return processesOf(root_.path(), "dovrel-alert"); }
+    std::vector<pid_t> helpers() const { return findProcesses(root_.path(), "dovrel-alert"); }
 
-    std::string systemLog() const { return contentOf(root_.path() + "/system.log"); }
+    std::string systemLog() const { return readFile(root_.path() + "/system.log"); }
 
     /// Returns the requests of that kind in the server's log, each with all its data.
     std::vector<std::string> requests(const std::string& kind) const {
@@ -143,7 +143,7 @@ TEST_F(Windows, ARefusedRegistrationWithOption1120_ShowsNoWindow) {
     root_.configure(refusedRegistration());
     start();
     EXPECT_EQ(lineFor("register Host 1120"), "register 80000008");
-    EXPECT_EQ(countOf(systemLog(), "dialogue"), 0u);
+    EXPECT_EQ(countOccurrences(systemLog(), "dialogue"), 0u);
 }
 
 TEST_F(Windows, AServerThatIsMissing_CanBeInstalledBeforeTheNextRegistration) {
@@ -182,7 +182,7 @@ TEST_F(Windows, AMessageForASilencedApplication_ShowsNoWindow) {
     EXPECT_EQ(lineFor("register Host 1121"), "register 0");
     ServerControl::send(misbehaviour("message") + setting("messageText", "The lamp is getting old."));
     EXPECT_EQ(lineFor("instantiate Echo"), "instantiate 0");
-    EXPECT_EQ(countOf(systemLog(), "dialogue"), 0u);
+    EXPECT_EQ(countOccurrences(systemLog(), "dialogue"), 0u);
 }
 
 TEST_F(Windows, AnAlert_BringsNoWindowLibraryIntoTheHost) {
@@ -201,7 +201,7 @@ TEST_F(Windows, AnAlertWhoseHelperIsKilled_CountsAsNotShown) {
     for (const pid_t helper : helpers())
         kill(helper, SIGKILL);
     EXPECT_EQ(line(), "register 80000008");
-    EXPECT_EQ(countOf(systemLog(), "No Error dialogue shown"), 1u) << systemLog();
+    EXPECT_EQ(countOccurrences(systemLog(), "No Error dialogue shown"), 1u) << systemLog();
     EXPECT_EQ(requests("register application").size(), 1u) << "it is not asked again";
 }
 
@@ -287,7 +287,7 @@ TEST_F(Windows, WithoutADisplay_AFailureOnASecondThreadEndsAtOnceThoughTheMainTh
     startRegistered();
     EXPECT_EQ(lineFor("thread command none of that name").substr(0, 7), "thread ");
     EXPECT_EQ(line(), "command 80000008");
-    EXPECT_EQ(countOf(systemLog(), "No Error dialogue shown"), 1u) << systemLog();
+    EXPECT_EQ(countOccurrences(systemLog(), "No Error dialogue shown"), 1u) << systemLog();
     EXPECT_EQ(lineFor("loop"), "loop");
 }
 

@@ -14,24 +14,24 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
 using test::BrokenBuffer;
-using test::hexOf;
+using test::makeArray;
 using test::PipeBuffer;
 using test::readPastItsEnd;
-using test::textOf;
+using test::toHex;
+using test::toText;
 
 TEST(CPPByteArrayStream, WholeStream_IsTakenFromItsStart) {
     std::istringstream stream("whole text");
     stream.seekg(4);
-    CPPByteArray array = arrayOf("old");
+    CPPByteArray array = makeArray("old");
     array.loadFromStream(stream);
-    EXPECT_EQ(textOf(array), "whole text");
+    EXPECT_EQ(toText(array), "whole text");
 }
 
 TEST(CPPByteArrayStream, WholeStreamThatIsEmpty_EmptiesTheArray) {
     std::istringstream stream("");
-    CPPByteArray array = arrayOf("old");
+    CPPByteArray array = makeArray("old");
     array.loadFromStream(stream);
     EXPECT_EQ(array.getSize(), 0u);
 }
@@ -39,23 +39,23 @@ TEST(CPPByteArrayStream, WholeStreamThatIsEmpty_EmptiesTheArray) {
 TEST(CPPByteArrayStream, WholeStreamThatWasReadPastItsEnd_IsTakenFromItsStart) {
     std::istringstream stream = readPastItsEnd("whole text");
     ASSERT_TRUE(stream.fail());
-    CPPByteArray array = arrayOf("old");
+    CPPByteArray array = makeArray("old");
     array.loadFromStream(stream);
-    EXPECT_EQ(textOf(array), "whole text");
+    EXPECT_EQ(toText(array), "whole text");
 }
 
 TEST(CPPByteArrayStream, WholeStreamWithTheBadBit_IsTakenFromItsStart) {
     std::istringstream stream("text");
     stream.setstate(std::ios::badbit);
-    CPPByteArray array = arrayOf("old");
+    CPPByteArray array = makeArray("old");
     array.loadFromStream(stream);
-    EXPECT_EQ(textOf(array), "text");
+    EXPECT_EQ(toText(array), "text");
 }
 
 TEST(CPPByteArrayStream, WholeStreamThatCannotBePositioned_EmptiesTheArray) {
     PipeBuffer buffer("text");
     std::istream stream(&buffer);
-    CPPByteArray array = arrayOf("old");
+    CPPByteArray array = makeArray("old");
     array.loadFromStream(stream);
     EXPECT_EQ(array.getSize(), 0u);
     EXPECT_EQ(array.data(), nullptr);
@@ -64,7 +64,7 @@ TEST(CPPByteArrayStream, WholeStreamThatCannotBePositioned_EmptiesTheArray) {
 
 TEST(CPPByteArrayStream, FileThatIsNotOpen_EmptiesTheArray) {
     std::ifstream missing("/there is no such file");
-    CPPByteArray array = arrayOf("old");
+    CPPByteArray array = makeArray("old");
     array.loadFromStream(missing);
     EXPECT_EQ(array.getSize(), 0u);
 }
@@ -73,9 +73,9 @@ TEST(CPPByteArrayStream, Length_TakesTheNextBytes) {
     std::istringstream stream("abcdef");
     CPPByteArray array;
     array.loadFromStream(stream, 2);
-    EXPECT_EQ(textOf(array), "ab");
+    EXPECT_EQ(toText(array), "ab");
     array.loadFromStream(stream, 3);
-    EXPECT_EQ(textOf(array), "cde");
+    EXPECT_EQ(toText(array), "cde");
     array.loadFromStream(stream, 0);
     EXPECT_EQ(array.data(), nullptr);
 }
@@ -112,22 +112,22 @@ TEST(CPPByteArrayStream, LengthAfterAWordThatIsNoNumber_TakesTheBytesThatWereNot
     ASSERT_TRUE(stream.fail());
     CPPByteArray array;
     array.loadFromStream(stream, 2);
-    EXPECT_EQ(textOf(array), "cd");
+    EXPECT_EQ(toText(array), "cd");
 }
 
 TEST(CPPByteArrayStream, LengthOfAStreamReadPastItsEnd_KeepsNothingFromBefore) {
     std::istringstream stream = readPastItsEnd("text");
-    CPPByteArray array = arrayOf("old");
+    CPPByteArray array = makeArray("old");
     array.loadFromStream(stream, 3);
-    EXPECT_EQ(hexOf(array), "00 00 00");
+    EXPECT_EQ(toHex(array), "00 00 00");
 }
 
 TEST(CPPByteArrayStream, LengthOfAStreamThatCannotBePositioned_TakesTheNextBytes) {
     PipeBuffer buffer("text");
     std::istream stream(&buffer);
-    CPPByteArray array = arrayOf("old");
+    CPPByteArray array = makeArray("old");
     array.loadFromStream(stream, 3);
-    EXPECT_EQ(textOf(array), "tex");
+    EXPECT_EQ(toText(array), "tex");
 }
 
 // Repeatedly loads 1 MiB from a stream that throws halfway. A leak in each load would exceed the limit.
@@ -138,12 +138,12 @@ void expectThatNothingStaysBehind(const Load& load) {
     BrokenBuffer buffer(std::string(kSize, 'x'), kSize / 2);
     std::istream stream(&buffer);
     stream.exceptions(std::ios::badbit);
-    CPPByteArray array = arrayOf("old");
+    CPPByteArray array = makeArray("old");
     const size_t before = test::heapInUse();
     for (int i = 0; i < kRepetitions; ++i)
         EXPECT_THROW(load(array, stream), std::runtime_error);
     EXPECT_LT(test::heapInUse(), before + kSize / 2);
-    EXPECT_EQ(textOf(array), "old");
+    EXPECT_EQ(toText(array), "old");
 }
 
 TEST(CPPByteArrayStream, StreamThatThrows_LeavesTheArrayAsItWasAndNoMemoryBehind) {
@@ -156,15 +156,15 @@ TEST(CPPByteArrayStream, StreamThatThrows_LeavesTheArrayAsItWasAndNoMemoryBehind
 TEST(CPPByteArrayStream, StreamThatThrowsAtItsEnd_LeavesTheArrayAsItWas) {
     std::istringstream stream("ab");
     stream.exceptions(std::ios::eofbit);
-    CPPByteArray array = arrayOf("old");
+    CPPByteArray array = makeArray("old");
     EXPECT_THROW(array.loadFromStream(stream, 4), std::ios::failure);
-    EXPECT_EQ(textOf(array), "old");
+    EXPECT_EQ(toText(array), "old");
 }
 
 TEST(CPPByteArrayStream, BufferThatThrowsInAStreamThatDoesNot_CountsAsTheEnd) {
     BrokenBuffer buffer("text", 2);
     std::istream stream(&buffer);
-    CPPByteArray array = arrayOf("old");
+    CPPByteArray array = makeArray("old");
     array.loadFromStream(stream);
     EXPECT_EQ(array.getSize(), 4u);
     EXPECT_TRUE(stream.bad());

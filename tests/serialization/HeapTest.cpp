@@ -22,13 +22,13 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
-using test::arrayOfHex;
-using test::expandingArrayOf;
+using test::arrayFromHex;
 using test::expectFailure;
 using test::HeapWatch;
-using test::hexOf;
-using test::textOf;
+using test::makeArray;
+using test::makeExpandingArray;
+using test::toHex;
+using test::toText;
 
 constexpr char kTooSmall[] = "Byte array too small (or did not expand as expected)";
 
@@ -69,15 +69,15 @@ TEST(Heap, ExpandingArray_GrowsToExactlyTheHighestByteWritten) {
 
 // Runs every operation that allocates on arrays that contain "old". If the allocation fails, they still do.
 TEST(Heap, OutOfMemory_LeavesContentAndSizeAsTheyWere) {
-    const CPPByteArray other = arrayOf("other");
+    const CPPByteArray other = makeArray("other");
     const auto keepsContent = [](const char* name, auto operation) {
         SCOPED_TRACE(name);
-        CPPExpandingByteArray array = expandingArrayOf("old");
+        CPPExpandingByteArray array = makeExpandingArray("old");
         HeapWatch watch;
         watch.failFrom(1);
         operation(array);
         EXPECT_EQ(watch.requests().size(), 1u);
-        EXPECT_EQ(textOf(array), "old");
+        EXPECT_EQ(toText(array), "old");
     };
     std::istringstream stream("stream");
     keepsContent("operator=", [&](CPPExpandingByteArray& array) { array = other; });
@@ -100,7 +100,7 @@ TEST(Heap, OutOfMemory_LeavesContentAndSizeAsTheyWere) {
 }
 
 TEST(Heap, OutOfMemory_CopyIsEmpty) {
-    const CPPByteArray original = arrayOf("abc");
+    const CPPByteArray original = makeArray("abc");
     HeapWatch watch;
     watch.failFrom(1);
     const CPPByteArray copy(original);
@@ -122,7 +122,7 @@ void writeSmallBlock(CPPByteArray& block, const CPPByteArray& part) {
 class DerivedArray : public CPPExpandingByteArray {};
 
 TEST(Heap, WriterOverAnExpandingArray_GrowsItOncePerPart) {
-    const CPPByteArray part = arrayOf("abc");
+    const CPPByteArray part = makeArray("abc");
     HeapWatch watch;
     CPPExpandingByteArray block;
     StructuredByteArrayWriter writer;
@@ -147,16 +147,16 @@ TEST(Heap, Encoder_AsksOnceForTheWholeBlock) {
 }
 
 TEST(Heap, OutOfMemoryInTheEncoder_FailsAndLeavesTheTarget) {
-    CPPExpandingByteArray block = expandingArrayOf("old");
+    CPPExpandingByteArray block = makeExpandingArray("old");
     HeapWatch watch;
     watch.failAt({1});
     expectFailure<StructuredWriteFailedException>([&] { encodeSmallBlock(block); }, 5,
                                                   "384269E80233: ", kTooSmall);
-    EXPECT_EQ(textOf(block), "old");
+    EXPECT_EQ(toText(block), "old");
 }
 
 TEST(Heap, ByteArrayList_GrowsTheTargetOnceForAllElements) {
-    const std::vector<CPPByteArray> list = {arrayOf("ab"), CPPByteArray(), arrayOf("c")};
+    const std::vector<CPPByteArray> list = {makeArray("ab"), CPPByteArray(), makeArray("c")};
     HeapWatch watch;
     CPPExpandingByteArray block;
     writeByteArrayList(list, block);
@@ -164,21 +164,21 @@ TEST(Heap, ByteArrayList_GrowsTheTargetOnceForAllElements) {
 }
 
 TEST(Heap, OutOfMemoryForAWholeList_WritesItPartByPart) {
-    const std::vector<CPPByteArray> list = {arrayOf("ab"), arrayOf("c")};
+    const std::vector<CPPByteArray> list = {makeArray("ab"), makeArray("c")};
     CPPExpandingByteArray whole;
     writeByteArrayList(list, whole);
     CPPExpandingByteArray block;
     HeapWatch watch;
     watch.failAt({2});
     writeByteArrayList(list, block);
-    EXPECT_EQ(hexOf(block), hexOf(whole));
+    EXPECT_EQ(toHex(block), toHex(whole));
 }
 
 // Makes each growth fail, alone or with all later ones. The writer must either throw, or complete the block.
 // Returns the number of growths that a complete block takes.
 template <class Target>
 size_t failEachGrowth(bool once) {
-    const CPPByteArray part = arrayOf("abc");
+    const CPPByteArray part = makeArray("abc");
     CPPExpandingByteArray whole;
     writeSmallBlock(whole, part);
     for (size_t nth = 1;; ++nth) {
@@ -193,7 +193,7 @@ size_t failEachGrowth(bool once) {
             exhausted = watch.requests().size() < nth;
         }
         if (failure == nullptr) {
-            EXPECT_EQ(hexOf(block), hexOf(whole));
+            EXPECT_EQ(toHex(block), toHex(whole));
         } else {
             EXPECT_EQ(failure->getTypeCode(), 5u);
             EXPECT_STREQ(failure->getMessage(), kTooSmall);
@@ -215,7 +215,7 @@ TEST(Heap, OutOfMemoryAtTheNthGrowthOnly_FailsTheWriteOrLosesNothing) {
 }
 
 template <class Target>
-void expectFailureOfInitialize() {
+void expectInitializeFails() {
     Target block;
     StructuredByteArrayWriter writer;
     HeapWatch watch;
@@ -226,8 +226,8 @@ void expectFailureOfInitialize() {
 }
 
 TEST(Heap, OutOfMemoryInInitialize_FailsTheWriter) {
-    expectFailureOfInitialize<CPPExpandingByteArray>();
-    expectFailureOfInitialize<DerivedArray>();
+    expectInitializeFails<CPPExpandingByteArray>();
+    expectInitializeFails<DerivedArray>();
 }
 
 TEST(Heap, OutOfMemoryForTheDataOfAPart_LeavesItsHeaderAsEveryPartlyWrittenPart) {
@@ -239,7 +239,7 @@ TEST(Heap, OutOfMemoryForTheDataOfAPart_LeavesItsHeaderAsEveryPartlyWrittenPart)
     watch.failAt({1, 3});
     expectFailure<StructuredWriteFailedException>([&] { writer.writeBytesPart(1, "abc", 3); }, 5,
                                                   "384269E80233: ", kTooSmall);
-    EXPECT_EQ(hexOf(block), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03");
+    EXPECT_EQ(toHex(block), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03");
 }
 
 TEST(Heap, OutOfMemoryForAString_IsNotWrittenAsAnEmptyPart) {
@@ -253,7 +253,7 @@ TEST(Heap, OutOfMemoryForAString_IsNotWrittenAsAnEmptyPart) {
 }
 
 TEST(Heap, OutOfMemoryForAPart_IsNotHandedOutAsAnEmptyPart) {
-    const CPPByteArray block = arrayOfHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 02 61 62");
+    const CPPByteArray block = arrayFromHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 02 61 62");
     StructuredByteArrayReader reader;
     reader.initialize(&block);
     HeapWatch watch;
@@ -262,7 +262,7 @@ TEST(Heap, OutOfMemoryForAPart_IsNotHandedOutAsAnEmptyPart) {
 }
 
 TEST(Heap, OutOfMemoryForTheReadersCopy_IsNoDamagedBlock) {
-    const CPPByteArray block = arrayOfHex("41 73 41 6B 00 00");
+    const CPPByteArray block = arrayFromHex("41 73 41 6B 00 00");
     StructuredCharArrayReader reader;
     HeapWatch watch;
     watch.failAt({1});
@@ -272,12 +272,12 @@ TEST(Heap, OutOfMemoryForTheReadersCopy_IsNoDamagedBlock) {
 
 template <class Identifier>
 void expectThatMovingAsksForNothing() {
-    Identifier original(arrayOf("0123456789abcdef"));
+    Identifier original(makeArray("0123456789abcdef"));
     HeapWatch watch;
     Identifier moved(std::move(original));
     const Identifier taken(static_cast<CPPByteArray&&>(moved));
     EXPECT_TRUE(watch.requests().empty());
-    EXPECT_EQ(textOf(taken), "0123456789abcdef");
+    EXPECT_EQ(toText(taken), "0123456789abcdef");
 }
 
 TEST(Heap, MovedIdentifiers_AskForNothing) {

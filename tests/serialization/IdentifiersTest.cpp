@@ -11,8 +11,8 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
-using test::textOf;
+using test::makeArray;
+using test::toText;
 
 TEST(Identifiers, Family_ClassesAndObjectsAreKeysExecutersAreNot) {
     EXPECT_TRUE((std::is_base_of_v<CPPByteArray, CPPKey>));
@@ -25,14 +25,14 @@ TEST(Identifiers, Family_ClassesAndObjectsAreKeysExecutersAreNot) {
 
 template <class Identifier>
 void expectByteArrayBehaviour() {
-    const Identifier original(arrayOf("0123456789abcdef"));
+    const Identifier original(makeArray("0123456789abcdef"));
     Identifier copy(original);
     EXPECT_EQ(copy.compare(original), 0);
-    EXPECT_TRUE(CPPByteArray::less(Identifier(arrayOf("0")), original));
+    EXPECT_TRUE(CPPByteArray::less(Identifier(makeArray("0")), original));
     copy = Identifier();
-    EXPECT_EQ(textOf(copy), "0123456789abcdef") << "assigning an empty identifier changes nothing";
-    copy = Identifier(arrayOf("x"));
-    EXPECT_EQ(textOf(copy), "x");
+    EXPECT_EQ(toText(copy), "0123456789abcdef") << "assigning an empty identifier changes nothing";
+    copy = Identifier(makeArray("x"));
+    EXPECT_EQ(toText(copy), "x");
     EXPECT_EQ(Identifier().getSize(), 0u);
     EXPECT_EQ(sizeof(Identifier), sizeof(CPPByteArray));
     EXPECT_EQ(test::VirtualSlots<Identifier>::count(), 5u);

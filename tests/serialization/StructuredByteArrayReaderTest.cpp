@@ -14,28 +14,28 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOfHex;
+using test::arrayFromHex;
 using test::expectFailure;
-using test::hexOf;
-using test::textOf;
+using test::toHex;
+using test::toText;
 
 constexpr char kHeader[] = "41 73 41 6B 00 01 00 00 00 08";
 
 std::string partText(const StructuredByteArrayReader& reader, uint32_t tag) {
     const std::unique_ptr<CPPByteArray> part(reader.getPart(tag));
-    return textOf(*part);
+    return toText(*part);
 }
 
 void expectParseFailure(std::string_view hex, const char* detail, const char* message) {
     SCOPED_TRACE(hex);
-    const CPPByteArray block = arrayOfHex(hex);
+    const CPPByteArray block = arrayFromHex(hex);
     StructuredByteArrayReader reader;
     expectFailure<StructuredReaderNotInitializedException>([&] { reader.initialize(&block); }, 2, detail,
                                                            message);
 }
 
 TEST(StructuredByteArrayReader, BlockOfTheHeaderAlone_HasItsTypeNumberAndNoParts) {
-    const CPPByteArray block = arrayOfHex("41 73 41 6B 00 01 00 00 00 08");
+    const CPPByteArray block = arrayFromHex("41 73 41 6B 00 01 00 00 00 08");
     StructuredByteArrayReader reader;
     reader.initialize(&block);
     EXPECT_EQ(reader.getTypeNumber(), 8u);
@@ -44,28 +44,28 @@ TEST(StructuredByteArrayReader, BlockOfTheHeaderAlone_HasItsTypeNumberAndNoParts
 }
 
 TEST(StructuredByteArrayReader, BlockOf6BytesWithoutATypeNumber_HasTypeNumberFFFFFFFF) {
-    const CPPByteArray block = arrayOfHex("41 73 41 6B 00 00");
+    const CPPByteArray block = arrayFromHex("41 73 41 6B 00 00");
     StructuredByteArrayReader reader;
     reader.initialize(&block);
     EXPECT_EQ(reader.getTypeNumber(), 0xFFFFFFFF);
 }
 
 TEST(StructuredByteArrayReader, BlockWithoutATypeNumber_HasItsPartsFromOffset6) {
-    const CPPByteArray block = arrayOfHex("41 73 41 6B 00 00  00 00 00 05 00 00 00 02 61 62");
+    const CPPByteArray block = arrayFromHex("41 73 41 6B 00 00  00 00 00 05 00 00 00 02 61 62");
     StructuredByteArrayReader reader;
     reader.initialize(&block);
     EXPECT_EQ(partText(reader, 5), "ab");
 }
 
 TEST(StructuredByteArrayReader, TypeNumber_IsBigEndian) {
-    const CPPByteArray block = arrayOfHex("41 73 41 6B 00 01 12 34 56 78");
+    const CPPByteArray block = arrayFromHex("41 73 41 6B 00 01 12 34 56 78");
     StructuredByteArrayReader reader;
     reader.initialize(&block);
     EXPECT_EQ(reader.getTypeNumber(), 0x12345678u);
 }
 
 TEST(StructuredByteArrayReader, Parts_AreFoundInAnyOrder) {
-    const CPPByteArray block = arrayOfHex(
+    const CPPByteArray block = arrayFromHex(
         "41 73 41 6B 00 01 00 00 00 09"
         "00 00 00 69 00 00 00 03 78 79 7A"
         "00 00 00 05 00 00 00 00"
@@ -84,7 +84,7 @@ TEST(StructuredByteArrayReader, Parts_AreFoundInAnyOrder) {
 
 TEST(StructuredByteArrayReader, ViewPart_IsWhereTheDataLieInTheArray) {
     const CPPByteArray block =
-        arrayOfHex(std::string(kHeader) + " 00 00 00 05 00 00 00 02 61 62 00 00 00 06 00 00 00 00");
+        arrayFromHex(std::string(kHeader) + " 00 00 00 05 00 00 00 02 61 62 00 00 00 06 00 00 00 00");
     StructuredByteArrayReader reader;
     reader.initialize(&block);
     EXPECT_EQ(reader.viewPart(5).data, block.data() + 18);
@@ -94,9 +94,9 @@ TEST(StructuredByteArrayReader, ViewPart_IsWhereTheDataLieInTheArray) {
 
 TEST(StructuredByteArrayReader, ViewNumber_OfAnyLength_IsTheFirstFourBytesZeroExtended) {
     const CPPByteArray block =
-        arrayOfHex(std::string(kHeader) +
-                   " 00 00 00 00 00 00 00 00 00 00 00 01 00 00 00 01 F1 00 00 00 02 00 00 00 02 05 01"
-                   " 00 00 00 04 00 00 00 04 01 02 03 84 00 00 00 05 00 00 00 05 01 02 03 04 05");
+        arrayFromHex(std::string(kHeader) +
+                     " 00 00 00 00 00 00 00 00 00 00 00 01 00 00 00 01 F1 00 00 00 02 00 00 00 02 05 01"
+                     " 00 00 00 04 00 00 00 04 01 02 03 84 00 00 00 05 00 00 00 05 01 02 03 04 05");
     StructuredByteArrayReader reader;
     reader.initialize(&block);
     EXPECT_EQ(reader.viewNumber(0), 0u);
@@ -108,16 +108,16 @@ TEST(StructuredByteArrayReader, ViewNumber_OfAnyLength_IsTheFirstFourBytesZeroEx
 
 TEST(StructuredByteArrayReader, GetPart_IsACopyThatOutlivesTheBlock) {
     auto block =
-        std::make_unique<CPPByteArray>(arrayOfHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 02 61 62"));
+        std::make_unique<CPPByteArray>(arrayFromHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 02 61 62"));
     StructuredByteArrayReader reader;
     reader.initialize(block.get());
     const std::unique_ptr<CPPByteArray> part(reader.getPart(5));
     block.reset();
-    EXPECT_EQ(textOf(*part), "ab");
+    EXPECT_EQ(toText(*part), "ab");
 }
 
 TEST(StructuredByteArrayReader, ReadPart_CopiesJustThePart) {
-    const CPPByteArray block = arrayOfHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 02 61 62");
+    const CPPByteArray block = arrayFromHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 02 61 62");
     StructuredByteArrayReader reader;
     reader.initialize(&block);
     char bytes[] = "....";
@@ -126,7 +126,7 @@ TEST(StructuredByteArrayReader, ReadPart_CopiesJustThePart) {
 }
 
 TEST(StructuredByteArrayReader, TwoPartsWithOneTag_TheFirstIsSeen) {
-    const CPPByteArray block = arrayOfHex(
+    const CPPByteArray block = arrayFromHex(
         "41 73 41 6B 00 01 00 00 00 09"
         "00 00 00 05 00 00 00 01 61"
         "00 00 00 05 00 00 00 02 62 63");
@@ -137,7 +137,7 @@ TEST(StructuredByteArrayReader, TwoPartsWithOneTag_TheFirstIsSeen) {
 }
 
 TEST(StructuredByteArrayReader, NullArray_FailsAndLeavesTheReaderWithoutABlock) {
-    const CPPByteArray block = arrayOfHex(kHeader);
+    const CPPByteArray block = arrayFromHex(kHeader);
     StructuredByteArrayReader reader;
     reader.initialize(&block);
     expectFailure<StructuredReaderNotInitializedException>([&] { reader.initialize(nullptr); }, 2,
@@ -190,7 +190,7 @@ TEST(StructuredByteArrayReader, LengthThatWrapsPast32Bits_IsRefusedSoThatParsing
 }
 
 TEST(StructuredByteArrayReader, FailedParse_LeavesThePartsBeforeTheDamage) {
-    const CPPByteArray block = arrayOfHex(
+    const CPPByteArray block = arrayFromHex(
         "41 73 41 6B 00 01 00 00 00 09"
         "00 00 00 07 00 00 00 01 61"
         "00 00 00 05 00 00 00 01 62"
@@ -221,12 +221,12 @@ TEST(StructuredByteArrayReader, FailedParseOfManyParts_LeavesThePartsBeforeTheDa
 }
 
 TEST(StructuredByteArrayReader, SecondInitialize_AddsItsTagsAndKeepsTheOldEntries) {
-    const CPPByteArray first = arrayOfHex(
+    const CPPByteArray first = arrayFromHex(
         "41 73 41 6B 00 01 00 00 00 09"
         "00 00 00 05 00 00 00 01 61"
         "00 00 00 06 00 00 00 01 62");
     // The entry of tag 5 keeps offset 18 of the first block. This block contains "Y" there.
-    const CPPByteArray second = arrayOfHex(
+    const CPPByteArray second = arrayFromHex(
         "41 73 41 6B 00 01 00 00 00 0A"
         "00 00 00 07 00 00 00 02 59 5A"
         "00 00 00 05 00 00 00 02 78 79");
@@ -247,9 +247,9 @@ constexpr char kLongBlock[] =
     "00 00 00 06 00 00 00 08 65 66 67 68 69 6A 6B 6C";
 
 TEST(StructuredByteArrayReader, SecondBlockThatIsShorter_NothingIsReadBeyondItsEnd) {
-    const CPPByteArray first = arrayOfHex(kLongBlock);
+    const CPPByteArray first = arrayFromHex(kLongBlock);
     // Offset 18 has the last two bytes of this block; offset 30 is beyond its end.
-    const CPPByteArray second = arrayOfHex(
+    const CPPByteArray second = arrayFromHex(
         "41 73 41 6B 00 00"
         "00 00 00 07 00 00 00 06 6D 6E 6F 70 71 72");
     StructuredByteArrayReader reader;
@@ -257,7 +257,7 @@ TEST(StructuredByteArrayReader, SecondBlockThatIsShorter_NothingIsReadBeyondItsE
     reader.initialize(&second);
 
     EXPECT_EQ(reader.getPartLength(5), 4u);
-    EXPECT_EQ(hexOf(*std::unique_ptr<CPPByteArray>(reader.getPart(5))), "71 72 00 00");
+    EXPECT_EQ(toHex(*std::unique_ptr<CPPByteArray>(reader.getPart(5))), "71 72 00 00");
     char bytes[] = "....";
     reader.readPart(5, bytes);
     EXPECT_STREQ(bytes, "qr..");
@@ -267,7 +267,7 @@ TEST(StructuredByteArrayReader, SecondBlockThatIsShorter_NothingIsReadBeyondItsE
     EXPECT_EQ(reader.viewNumber(5), 0x7271u);
 
     EXPECT_EQ(reader.getPartLength(6), 8u);
-    EXPECT_EQ(hexOf(*std::unique_ptr<CPPByteArray>(reader.getPart(6))), "00 00 00 00 00 00 00 00");
+    EXPECT_EQ(toHex(*std::unique_ptr<CPPByteArray>(reader.getPart(6))), "00 00 00 00 00 00 00 00");
     char untouched[] = "........";
     reader.readPart(6, untouched);
     EXPECT_STREQ(untouched, "........");
@@ -278,8 +278,8 @@ TEST(StructuredByteArrayReader, SecondBlockThatIsShorter_NothingIsReadBeyondItsE
 }
 
 TEST(StructuredByteArrayReader, SecondBlockThatFailsToParse_NothingIsReadBeyondItsEnd) {
-    const CPPByteArray first = arrayOfHex(kLongBlock);
-    const CPPByteArray second = arrayOfHex("41 73");
+    const CPPByteArray first = arrayFromHex(kLongBlock);
+    const CPPByteArray second = arrayFromHex("41 73");
     const CPPByteArray empty;
     for (const CPPByteArray* damaged : {&second, &empty}) {
         StructuredByteArrayReader reader;
@@ -289,7 +289,7 @@ TEST(StructuredByteArrayReader, SecondBlockThatFailsToParse_NothingIsReadBeyondI
         EXPECT_EQ(reader.viewPart(5).length, 0u);
         EXPECT_EQ(reader.viewNumber(5), 0u);
         EXPECT_EQ(reader.readUInt32Part(5), 0u);
-        EXPECT_EQ(hexOf(*std::unique_ptr<CPPByteArray>(reader.getPart(5))), "00 00 00 00");
+        EXPECT_EQ(toHex(*std::unique_ptr<CPPByteArray>(reader.getPart(5))), "00 00 00 00");
     }
 }
 
@@ -307,7 +307,7 @@ TEST(StructuredByteArrayReader, NotInitialized_EveryRequestFailsWithItsOwnDetail
 }
 
 TEST(StructuredByteArrayReader, AbsentTag_EveryRequestFailsWithItsOwnTexts) {
-    const CPPByteArray block = arrayOfHex(kHeader);
+    const CPPByteArray block = arrayFromHex(kHeader);
     StructuredByteArrayReader reader;
     reader.initialize(&block);
     char bytes[] = "...";

@@ -13,10 +13,10 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
 using test::expectFailure;
-using test::hexOf;
+using test::makeArray;
 using test::plainArray;
+using test::toHex;
 
 constexpr uint32_t kLargest = 0xFFFFFFFF;
 constexpr char kTooSmall[] = "Byte array too small (or did not expand as expected)";
@@ -27,7 +27,7 @@ TEST(StructuredByteArrayWriterFailure, Initialize_OverAPlainArrayBelow10Bytes_Fa
     StructuredByteArrayWriter writer;
     expectFailure<StructuredWriteFailedException>([&] { writer.initialize(array, 8); }, 5,
                                                   "3842674A03C0: ", kTooSmall);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00");
 }
 
 TEST(StructuredByteArrayWriterFailure, PlainArrayOf12Bytes_TakesTheHeaderAndFailsAtTheNextPartHeader) {
@@ -36,7 +36,7 @@ TEST(StructuredByteArrayWriterFailure, PlainArrayOf12Bytes_TakesTheHeaderAndFail
     writer.initialize(array, 8);
     expectFailure<StructuredWriteFailedException>([&] { writer.writeUInt32Part(0x0A0B0C0D, 3); }, 5,
                                                   "38428BF9015E: ", kTooSmall);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 0A 0B") << "what fits stays behind";
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00 08 0A 0B") << "what fits stays behind";
 }
 
 TEST(StructuredByteArrayWriterFailure, EveryWrite_WhosePartHeaderDoesNotFit_FailsAtThePartHeader) {
@@ -57,9 +57,9 @@ TEST(StructuredByteArrayWriterFailure, WriteArrayPart_WhoseDataDoNotFit_Fails) {
     CPPByteArray array = plainArray(20);
     StructuredByteArrayWriter writer;
     writer.initialize(array, 8);
-    expectFailure<StructuredWriteFailedException>([&] { writer.writeArrayPart(1, arrayOf("abc")); }, 5,
+    expectFailure<StructuredWriteFailedException>([&] { writer.writeArrayPart(1, makeArray("abc")); }, 5,
                                                   "384269E80230: ", kTooSmall);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03 61 62");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03 61 62");
 }
 
 TEST(StructuredByteArrayWriterFailure, WriteBytesPart_WhoseDataDoNotFit_Fails) {
@@ -68,7 +68,7 @@ TEST(StructuredByteArrayWriterFailure, WriteBytesPart_WhoseDataDoNotFit_Fails) {
     writer.initialize(array, 8);
     expectFailure<StructuredWriteFailedException>([&] { writer.writeBytesPart(1, "abc", 3); }, 5,
                                                   "384269E80233: ", kTooSmall);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03 61 62");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03 61 62");
 }
 
 TEST(StructuredByteArrayWriterFailure, WriteStreamPart_WhoseDataDoNotFit_Fails) {
@@ -78,7 +78,7 @@ TEST(StructuredByteArrayWriterFailure, WriteStreamPart_WhoseDataDoNotFit_Fails) 
     std::istringstream stream("abcd");
     expectFailure<StructuredWriteFailedException>([&] { writer.writeStreamPart(1, stream, 3); }, 5,
                                                   "384269E80262: ", kTooSmall);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03 61 62");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03 61 62");
     EXPECT_EQ(stream.get(), 'd') << "all of the characters are taken before the check";
 }
 
@@ -90,15 +90,15 @@ TEST(StructuredByteArrayWriterFailure, FailedWrite_LeavesThePositionAdvanced) {
                                                   "384269E80233: ", kTooSmall);
     array.resize(32, 0xEE);
     writer.writeBytesPart(2, "x", 1);
-    EXPECT_EQ(hexOf(array),
+    EXPECT_EQ(toHex(array),
               "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 03 61 62 EE "
               "00 00 00 02 00 00 00 01 78 EE EE");
 }
 
 TEST(StructuredByteArrayWriterFailure, WriteArrayPart_BeforeInitialize_Fails) {
     StructuredByteArrayWriter writer;
-    expectFailure<StructuredWriterNotInitializedException>([&] { writer.writeArrayPart(1, arrayOf("a")); }, 4,
-                                                           "384269E80230: ", kNotInitialized);
+    expectFailure<StructuredWriterNotInitializedException>([&] { writer.writeArrayPart(1, makeArray("a")); },
+                                                           4, "384269E80230: ", kNotInitialized);
 }
 
 TEST(StructuredByteArrayWriterFailure, WriteBytesPart_BeforeInitialize_Fails) {
@@ -132,7 +132,7 @@ TEST(StructuredByteArrayWriterFailure, LengthThatWraps_IsRefusedLikeDataPastTheE
     writer.initialize(array, 8);
     expectFailure<StructuredWriteFailedException>([&] { writer.writeBytesPart(1, "a", kLargest); }, 5,
                                                   "384269E80233: ", kTooSmall);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 FF FF FF FF");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 FF FF FF FF");
     std::istringstream stream("a");
     writer.initialize(array, 8);
     expectFailure<StructuredWriteFailedException>([&] { writer.writeStreamPart(1, stream, kLargest); }, 5,

@@ -16,9 +16,9 @@ namespace {
 
 using test::BrokenBuffer;
 using test::expectFailure;
-using test::hexOf;
 using test::PipeBuffer;
 using test::readPastItsEnd;
+using test::toHex;
 
 constexpr char kHeader[] = "41 73 41 6B 00 01 00 00 00 09";
 
@@ -28,7 +28,7 @@ class StructuredByteArrayWriterStream : public testing::Test {
 
     // Returns the block without its header.
     std::string parts() const {
-        const std::string hex = hexOf(array_);
+        const std::string hex = toHex(array_);
         EXPECT_EQ(hex.substr(0, sizeof kHeader - 1), kHeader);
         return hex.size() < sizeof kHeader ? "" : hex.substr(sizeof kHeader);
     }

@@ -12,9 +12,9 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
-using test::hexOf;
+using test::makeArray;
 using test::plainArray;
+using test::toHex;
 
 // Records which of the target's operations the writer uses.
 class WatchedArray : public CPPExpandingByteArray {
@@ -40,22 +40,22 @@ TEST(StructuredByteArrayWriter, Initialize_WritesTheHeader) {
     CPPExpandingByteArray array;
     StructuredByteArrayWriter writer;
     writer.initialize(array, 8);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00 08");
 }
 
 TEST(StructuredByteArrayWriter, Initialize_WritesTheTypeNumberBigEndian) {
     CPPExpandingByteArray array;
     StructuredByteArrayWriter writer;
     writer.initialize(array, 0x12345678);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 12 34 56 78");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 12 34 56 78");
 }
 
 TEST(StructuredByteArrayWriter, ContinueBlock_AppendsToTheBlock) {
-    CPPExpandingByteArray array = test::expandingArrayOf("block");
+    CPPExpandingByteArray array = test::makeExpandingArray("block");
     StructuredByteArrayWriter writer;
     writer.continueBlock(array);
     writer.writeBytesPart(1, "ab", 2);
-    EXPECT_EQ(hexOf(array), "62 6C 6F 63 6B 00 00 00 01 00 00 00 02 61 62");
+    EXPECT_EQ(toHex(array), "62 6C 6F 63 6B 00 00 00 01 00 00 00 02 61 62");
 }
 
 TEST(StructuredByteArrayWriter, WriteUInt32Part_AppendsFramingBigEndianAndTheValueLittleEndian) {
@@ -64,7 +64,7 @@ TEST(StructuredByteArrayWriter, WriteUInt32Part_AppendsFramingBigEndianAndTheVal
     writer.initialize(array, 8);
     writer.writeUInt32Part(0, 3);
     writer.writeUInt32Part(0x01020304, 0xA1B2C3D4);
-    EXPECT_EQ(hexOf(array),
+    EXPECT_EQ(toHex(array),
               "41 73 41 6B 00 01 00 00 00 08 "
               "00 00 00 00 00 00 00 04 03 00 00 00 "
               "01 02 03 04 00 00 00 04 D4 C3 B2 A1");
@@ -74,9 +74,9 @@ TEST(StructuredByteArrayWriter, WriteArrayPart_AppendsItsBytesUnchanged) {
     CPPExpandingByteArray array;
     StructuredByteArrayWriter writer;
     writer.initialize(array, 9);
-    writer.writeArrayPart(5, arrayOf("ab"));
+    writer.writeArrayPart(5, makeArray("ab"));
     writer.writeArrayPart(7, CPPByteArray());
-    EXPECT_EQ(hexOf(array),
+    EXPECT_EQ(toHex(array),
               "41 73 41 6B 00 01 00 00 00 09 "
               "00 00 00 05 00 00 00 02 61 62 "
               "00 00 00 07 00 00 00 00");
@@ -87,7 +87,7 @@ TEST(StructuredByteArrayWriter, WriteArrayPart_OfItsOwnTarget_TakesTheBytesWritt
     StructuredByteArrayWriter writer;
     writer.initialize(array, 1);
     writer.writeArrayPart(2, array);
-    EXPECT_EQ(hexOf(array),
+    EXPECT_EQ(toHex(array),
               "41 73 41 6B 00 01 00 00 00 01 "
               "00 00 00 02 00 00 00 0A 41 73 41 6B 00 01 00 00 00 01");
 }
@@ -98,7 +98,7 @@ TEST(StructuredByteArrayWriter, WriteBytesPart_AppendsTheBuffer) {
     writer.initialize(array, 9);
     writer.writeBytesPart(0xFFFFFFFF, "xyz", 3);
     writer.writeBytesPart(1, nullptr, 0);
-    EXPECT_EQ(hexOf(array),
+    EXPECT_EQ(toHex(array),
               "41 73 41 6B 00 01 00 00 00 09 "
               "FF FF FF FF 00 00 00 03 78 79 7A "
               "00 00 00 01 00 00 00 00");
@@ -110,7 +110,7 @@ TEST(StructuredByteArrayWriter, SameTagTwice_IsWrittenTwice) {
     writer.initialize(array, 9);
     writer.writeBytesPart(5, "a", 1);
     writer.writeBytesPart(5, "b", 1);
-    EXPECT_EQ(hexOf(array),
+    EXPECT_EQ(toHex(array),
               "41 73 41 6B 00 01 00 00 00 09 "
               "00 00 00 05 00 00 00 01 61 "
               "00 00 00 05 00 00 00 01 62");
@@ -128,7 +128,7 @@ TEST(StructuredByteArrayWriter, EveryStore_GoesThroughTheTargetsOperations) {
     EXPECT_EQ(array.calls, header);
 
     array.calls.clear();
-    writer.writeArrayPart(1, arrayOf("abc"));
+    writer.writeArrayPart(1, makeArray("abc"));
     EXPECT_EQ(array.calls, (std::vector<std::string>{"setByte 20", "writeBytes 10 8", "copyFrom 18 3"}));
 
     array.calls.clear();
@@ -146,7 +146,7 @@ TEST(StructuredByteArrayWriter, TargetOfADerivedClass_GetsTheSameBytes) {
         StructuredByteArrayWriter writer;
         writer.initialize(target, 0x01020304);
         writer.writeUInt32Part(1, 0xA1B2C3D4);
-        writer.writeArrayPart(2, arrayOf("abc"));
+        writer.writeArrayPart(2, makeArray("abc"));
         writer.writeArrayPart(3, target);
         writer.writeBytesPart(4, nullptr, 0);
         writer.writeBytesPart(5, "123456789", 9);
@@ -155,7 +155,7 @@ TEST(StructuredByteArrayWriter, TargetOfADerivedClass_GetsTheSameBytes) {
     CPPExpandingByteArray plain;
     write(watched);
     write(plain);
-    EXPECT_EQ(hexOf(plain), hexOf(watched));
+    EXPECT_EQ(toHex(plain), toHex(watched));
     EXPECT_EQ(plain.getSize(), 10u + 12 + 11 + 41 + 8 + 17);
 }
 
@@ -176,8 +176,8 @@ TEST(StructuredByteArrayWriter, Initialize_OverAnotherTarget_LeavesTheFirst) {
     writer.initialize(first, 1);
     writer.initialize(second, 2);
     writer.writeBytesPart(3, "x", 1);
-    EXPECT_EQ(hexOf(first), "41 73 41 6B 00 01 00 00 00 01");
-    EXPECT_EQ(hexOf(second), "41 73 41 6B 00 01 00 00 00 02 00 00 00 03 00 00 00 01 78");
+    EXPECT_EQ(toHex(first), "41 73 41 6B 00 01 00 00 00 01");
+    EXPECT_EQ(toHex(second), "41 73 41 6B 00 01 00 00 00 02 00 00 00 03 00 00 00 01 78");
 }
 
 TEST(StructuredByteArrayWriter, ExpandingArrayThatIsLargerAlready_IsOverwrittenInPlace) {
@@ -186,7 +186,7 @@ TEST(StructuredByteArrayWriter, ExpandingArrayThatIsLargerAlready_IsOverwrittenI
     StructuredByteArrayWriter writer;
     writer.initialize(array, 8);
     writer.writeBytesPart(1, "ab", 2);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 02 61 62 EE EE EE EE");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 01 00 00 00 02 61 62 EE EE EE EE");
     writer.writeBytesPart(2, "c", 1);
     EXPECT_EQ(array.getSize(), 29u);
 }
@@ -195,7 +195,7 @@ TEST(StructuredByteArrayWriter, Initialize_OverALargerArray_StartsAtItsBeginning
     CPPByteArray array = plainArray(12);
     StructuredByteArrayWriter writer;
     writer.initialize(array, 8);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 EE EE");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00 08 EE EE");
 }
 
 TEST(StructuredByteArrayWriter, PlainArrayOfTheExactSize_TakesTheBlock) {
@@ -203,7 +203,7 @@ TEST(StructuredByteArrayWriter, PlainArrayOfTheExactSize_TakesTheBlock) {
     StructuredByteArrayWriter writer;
     writer.initialize(array, 8);
     writer.writeUInt32Part(0, 3);
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 00 00 00 00 04 03 00 00 00");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00 08 00 00 00 00 00 00 00 04 03 00 00 00");
 }
 
 TEST(StructuredByteArrayWriter, Destruction_LeavesTheTarget) {
@@ -212,7 +212,7 @@ TEST(StructuredByteArrayWriter, Destruction_LeavesTheTarget) {
         StructuredByteArrayWriter writer;
         writer.initialize(array, 8);
     }
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00 08");
 }
 
 TEST(StructuredByteArrayWriter, VirtualOperations_StandInTheSlotsOfTheBase) {

@@ -13,12 +13,12 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOfHex;
+using test::arrayFromHex;
 using test::expectFailure;
-using test::textOf;
+using test::toText;
 
 TEST(StructuredCharArrayReader, SetBuffer_CopiesTheBuffer) {
-    std::string buffer = textOf(arrayOfHex("41 73 41 6B 00 01 00 00 00 07 00 00 00 05 00 00 00 02 61 62"));
+    std::string buffer = toText(arrayFromHex("41 73 41 6B 00 01 00 00 00 07 00 00 00 05 00 00 00 02 61 62"));
     StructuredCharArrayReader reader;
     reader.setBuffer(buffer.data(), static_cast<uint32_t>(buffer.size()));
     buffer.assign(buffer.size(), 'x');
@@ -39,8 +39,8 @@ TEST(StructuredCharArrayReader, SetBuffer_OfNothing_FailsTheBoundsCheck) {
 }
 
 TEST(StructuredCharArrayReader, SecondSetBuffer_ReadsTheNewBuffer) {
-    const CPPByteArray first = arrayOfHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 02 61 62");
-    const CPPByteArray second = arrayOfHex("41 73 41 6B 00 00 00 00 00 06 00 00 00 02 63 64");
+    const CPPByteArray first = arrayFromHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 02 61 62");
+    const CPPByteArray second = arrayFromHex("41 73 41 6B 00 00 00 00 00 06 00 00 00 02 63 64");
     StructuredCharArrayReader reader;
     reader.setBuffer(first.data(), first.getSize());
     reader.setBuffer(second.data(), second.getSize());
@@ -49,7 +49,7 @@ TEST(StructuredCharArrayReader, SecondSetBuffer_ReadsTheNewBuffer) {
 }
 
 TEST(StructuredCharArrayReader, DeletedThroughItsBase_ReleasesItsCopy) {
-    const CPPByteArray block = arrayOfHex("41 73 41 6B 00 00");
+    const CPPByteArray block = arrayFromHex("41 73 41 6B 00 00");
     auto reader = std::make_unique<StructuredCharArrayReader>();
     reader->setBuffer(block.data(), block.getSize());
     const std::unique_ptr<StructuredDataReader> base = std::move(reader);

@@ -11,14 +11,14 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOfHex;
+using test::arrayFromHex;
 using test::expectFailure;
 
 class StructuredDataReaderTest : public testing::Test {
   protected:
     StructuredDataReaderTest() { reader_.initialize(&block_); }
 
-    const CPPByteArray block_ = arrayOfHex(
+    const CPPByteArray block_ = arrayFromHex(
         "41 73 41 6B 00 01 00 00 00 09"
         "00 00 00 01 00 00 00 04 D4 C3 B2 A1"
         "00 00 00 02 00 00 00 02 05 01"

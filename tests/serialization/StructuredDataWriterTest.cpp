@@ -12,8 +12,8 @@
 namespace dovrel {
 namespace {
 
-using test::hexOf;
-using test::textOf;
+using test::toHex;
+using test::toText;
 using testing::_;
 using testing::Ref;
 
@@ -55,7 +55,7 @@ TEST(StructuredDataWriter, WriteStringPart_IsAnArrayPartWithoutATerminatingZero)
     MockWriter writer;
     std::string bytes;
     EXPECT_CALL(writer, writeArrayPart(7, _)).WillOnce([&](uint32_t, const CPPByteArray& array) {
-        bytes = textOf(array);
+        bytes = toText(array);
         EXPECT_NE(dynamic_cast<const CPPExpandingByteArray*>(&array), nullptr);
     });
     writer.writeStringPart(7, std::string("a\0b", 3));
@@ -67,7 +67,7 @@ TEST(StructuredDataWriter, WriteStringPart_OfAnEmptyString_WritesAPartOfLengthZe
     StructuredByteArrayWriter writer;
     writer.initialize(array, 9);
     writer.writeStringPart(5, "");
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 09 00 00 00 05 00 00 00 00");
+    EXPECT_EQ(toHex(array), "41 73 41 6B 00 01 00 00 00 09 00 00 00 05 00 00 00 00");
 }
 
 TEST(StructuredDataWriter, VirtualOperations_StandInTheirOrder) {

@@ -9,9 +9,9 @@
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
+using test::makeArray;
 
-std::string bytesOf(const StructuredPart& part) {
+std::string toBytes(const StructuredPart& part) {
     return std::string(static_cast<const char*>(part.data()), part.getLength());
 }
 
@@ -26,7 +26,7 @@ std::string copied(const StructuredPart& part) {
 TEST(StructuredPart, OfNumber_IsFourBytesLeastSignificantFirst) {
     const StructuredPart part = StructuredPart::ofNumber(7, 0xA1B2C3D4);
     EXPECT_EQ(part.getTag(), 7u);
-    EXPECT_EQ(bytesOf(part), "\xD4\xC3\xB2\xA1");
+    EXPECT_EQ(toBytes(part), "\xD4\xC3\xB2\xA1");
     EXPECT_EQ(copied(part), "x\xD4\xC3\xB2\xA1x");
 }
 
@@ -36,7 +36,7 @@ TEST(StructuredPart, OfNumber_CopiedAndTheOriginalGone_HasItsBytes) {
         const StructuredPart original = StructuredPart::ofNumber(7, 0x64636261);
         part = original;
     }
-    EXPECT_EQ(bytesOf(part), "abcd");
+    EXPECT_EQ(toBytes(part), "abcd");
 }
 
 TEST(StructuredPart, OfBytesAndOfArray_ReferToTheBytes) {
@@ -45,7 +45,7 @@ TEST(StructuredPart, OfBytesAndOfArray_ReferToTheBytes) {
     EXPECT_EQ(part.getTag(), 0xFFFFFFFFu);
     EXPECT_EQ(part.data(), bytes.data());
     EXPECT_EQ(copied(part), "xsomex");
-    const CPPByteArray array = arrayOf("array");
+    const CPPByteArray array = makeArray("array");
     EXPECT_EQ(StructuredPart::ofArray(5, array).data(), array.data());
     EXPECT_EQ(copied(StructuredPart::ofArray(5, array)), "xarrayx");
 }

@@ -7,22 +7,22 @@ namespace {
 
 TEST(Answer, BytesOf_KeepsZeroBytes) {
     const std::string text("a\0b", 3);
-    EXPECT_EQ(bytesOf(text).getSize(), 3u);
-    EXPECT_EQ(bytesToText(bytesOf(text)), text);
-    EXPECT_EQ(bytesOf("").getSize(), 0u);
+    EXPECT_EQ(toBytes(text).getSize(), 3u);
+    EXPECT_EQ(bytesToText(toBytes(text)), text);
+    EXPECT_EQ(toBytes("").getSize(), 0u);
 }
 
 TEST(Answer, BytesOfNumber_HasTheLeastSignificantByteFirst) {
-    EXPECT_EQ(bytesToText(bytesOfNumber(0x04030201)), "\x01\x02\x03\x04");
+    EXPECT_EQ(bytesToText(numberToBytes(0x04030201)), "\x01\x02\x03\x04");
 }
 
 TEST(Answer, NumberOf_ReadsTheLeastSignificantByteFirst) {
-    EXPECT_EQ(numberOf(bytesOf("\x01\x02\x03\x84")), 0x84030201u);
+    EXPECT_EQ(parseNumber(toBytes("\x01\x02\x03\x84")), 0x84030201u);
 }
 
 TEST(Answer, NumberOf_AnythingButFourBytes_IsParameterFormatAndSaysHowMany) {
     try {
-        numberOf(bytesOf("12345"));
+        parseNumber(toBytes("12345"));
         FAIL();
     } catch (const Refusal& refusal) {
         EXPECT_EQ(refusal.code, 30u);
@@ -32,7 +32,7 @@ TEST(Answer, NumberOf_AnythingButFourBytes_IsParameterFormatAndSaysHowMany) {
 
 TEST(Answer, RequireNoArgument_RefusesOneByte) {
     EXPECT_NO_THROW(requireNoArgument({}));
-    EXPECT_THROW(requireNoArgument(bytesOf("x")), Refusal);
+    EXPECT_THROW(requireNoArgument(toBytes("x")), Refusal);
 }
 
 }  // namespace

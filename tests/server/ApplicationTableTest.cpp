@@ -9,7 +9,7 @@
 namespace merrowd::test {
 namespace {
 
-uint32_t codeOf(const std::function<void()>& operation) {
+uint32_t readCode(const std::function<void()>& operation) {
     try {
         operation();
     } catch (const Refusal& refusal) {
@@ -44,8 +44,8 @@ TEST(ApplicationTable, Add_AtTheEndOfTheNumbers_SkipsThoseThatStandForNoApplicat
 TEST(ApplicationTable, Find_OfARemovedOne_IsApplicationNotRegistered) {
     ApplicationTable table(1);
     table.remove(table.add(named("One")));
-    EXPECT_EQ(codeOf([&] { table.find(1); }), 34u);
-    EXPECT_EQ(codeOf([&] { table.remove(1); }), 34u);
+    EXPECT_EQ(readCode([&] { table.find(1); }), 34u);
+    EXPECT_EQ(readCode([&] { table.remove(1); }), 34u);
     EXPECT_EQ(table.size(), 0u);
 }
 
@@ -68,9 +68,9 @@ TEST(ApplicationTable, FindObject_OfAnotherApplication_IsObjectNotFound) {
     const uint32_t two = table.add(named("Two"));
     const Identifier object = table.addObject(one, ObjectRecord());
     EXPECT_NO_THROW(table.findObject(one, object));
-    EXPECT_EQ(codeOf([&] { table.findObject(two, object); }), 25u);
-    EXPECT_EQ(codeOf([&] { table.removeObject(two, object); }), 25u);
-    EXPECT_EQ(codeOf([&] { table.findObject(3, object); }), 34u);
+    EXPECT_EQ(readCode([&] { table.findObject(two, object); }), 25u);
+    EXPECT_EQ(readCode([&] { table.removeObject(two, object); }), 25u);
+    EXPECT_EQ(readCode([&] { table.findObject(3, object); }), 34u);
 }
 
 TEST(ApplicationTable, RemoveObject_TakesOneObjectAway) {
@@ -79,7 +79,7 @@ TEST(ApplicationTable, RemoveObject_TakesOneObjectAway) {
     const Identifier first = table.addObject(one, ObjectRecord());
     const Identifier second = table.addObject(one, ObjectRecord());
     table.removeObject(one, first);
-    EXPECT_EQ(codeOf([&] { table.findObject(one, first); }), 25u);
+    EXPECT_EQ(readCode([&] { table.findObject(one, first); }), 25u);
     EXPECT_NO_THROW(table.findObject(one, second));
 }
 

@@ -17,7 +17,7 @@ std::shared_ptr<const ServerClass> described(const std::string& name, const std:
     return DescribedClass::fromSection(section, process, problems);
 }
 
-std::vector<std::string> methodsOf(const ClassRegistry& registry, const std::string& name) {
+std::vector<std::string> listMethods(const ClassRegistry& registry, const std::string& name) {
     return registry.find(ServerClass::identifierOfName(name))->methods();
 }
 
@@ -29,11 +29,11 @@ TEST(ClassRegistry, Names_OfANewRegistry_AreTheBuiltInClasses) {
 
 TEST(ClassRegistry, BuiltInClasses_HaveTheMethodsThatTheirDocumentationLists) {
     const ClassRegistry registry;
-    EXPECT_EQ(methodsOf(registry, "Clock"), (Names{"now"}));
-    EXPECT_EQ(methodsOf(registry, "Counter"), (Names{"add", "value", "reset"}));
-    EXPECT_EQ(methodsOf(registry, "Digest"), (Names{"md5"}));
-    EXPECT_EQ(methodsOf(registry, "Echo"), (Names{"echo"}));
-    EXPECT_EQ(methodsOf(registry, "Notes"), (Names{"put", "get", "list", "remove"}));
+    EXPECT_EQ(listMethods(registry, "Clock"), (Names{"now"}));
+    EXPECT_EQ(listMethods(registry, "Counter"), (Names{"add", "value", "reset"}));
+    EXPECT_EQ(listMethods(registry, "Digest"), (Names{"md5"}));
+    EXPECT_EQ(listMethods(registry, "Echo"), (Names{"echo"}));
+    EXPECT_EQ(listMethods(registry, "Notes"), (Names{"put", "get", "list", "remove"}));
 }
 
 TEST(ClassRegistry, Find_OfAnUnknownIdentifier_IsNull) {
@@ -44,7 +44,7 @@ TEST(ClassRegistry, Find_OfAnUnknownIdentifier_IsNull) {
 TEST(ClassRegistry, Add_MakesAClassKnown) {
     ClassRegistry registry;
     registry.add(described("Scanner", "scan"));
-    EXPECT_EQ(methodsOf(registry, "Scanner"), (Names{"scan"}));
+    EXPECT_EQ(listMethods(registry, "Scanner"), (Names{"scan"}));
     EXPECT_EQ(registry.names(), (Names{"Clock", "Counter", "Digest", "Echo", "Notes", "Scanner"}));
 }
 
@@ -52,13 +52,13 @@ TEST(ClassRegistry, Add_OfTheSameIdentifier_ReplacesTheClass) {
     ClassRegistry registry;
     registry.add(described("Scanner", "scan"));
     registry.add(described("Scanner", "copy"));
-    EXPECT_EQ(methodsOf(registry, "Scanner"), (Names{"copy"}));
+    EXPECT_EQ(listMethods(registry, "Scanner"), (Names{"copy"}));
 }
 
 TEST(ClassRegistry, Add_OfABuiltInIdentifier_TakesItsPlace) {
     ClassRegistry registry;
     registry.add(described("Echo", "shout"));
-    EXPECT_EQ(methodsOf(registry, "Echo"), (Names{"shout"}));
+    EXPECT_EQ(listMethods(registry, "Echo"), (Names{"shout"}));
     EXPECT_EQ(registry.names(), (Names{"Clock", "Counter", "Digest", "Echo", "Notes"}));
 }
 

@@ -10,11 +10,11 @@ namespace {
 class Commands : public testing::Test {
   protected:
     std::string run(const std::string& command, const std::string& argument = "") {
-        return bytesToText(runCommand(server_.state(), session_, command, bytesOf(argument)));
+        return bytesToText(runCommand(server_.state(), session_, command, toBytes(argument)));
     }
 
     std::string information(const std::string& request) {
-        return bytesToText(informationFor(server_.state(), bytesOf(request)));
+        return bytesToText(readInformation(server_.state(), toBytes(request)));
     }
 
     TestServer server_;

@@ -30,7 +30,7 @@ std::string withoutTimes(const std::string& text) {
     return result;
 }
 
-mode_t permissionsOf(const std::string& path) {
+mode_t readPermissions(const std::string& path) {
     struct stat status = {};
     EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
     return status.st_mode & 07777;
@@ -63,7 +63,7 @@ TEST(ExchangeLog, RequestAndAnswer_HaveTheSameNumber) {
     ExchangeLog log(folder.path("Merrowd.log"));
     for (int i = 0; i < 2; ++i) {
         log.request("get information", informationRequest(1, "x").bytes());
-        log.answer("answered", RequestHandler::exceptionAnswer(16, {30, "No."})->bytes());
+        log.answer("answered", RequestHandler::makeExceptionAnswer(16, {30, "No."})->bytes());
     }
     const std::string request =
         " get information\n"
@@ -89,7 +89,7 @@ TEST(ExchangeLog, ANewFile_IsOpenToAllUsersWhateverTheUmask) {
     const mode_t before = umask(077);
     ExchangeLog(folder.path("Merrowd.log")).note("line");
     umask(before);
-    EXPECT_EQ(permissionsOf(folder.path("Merrowd.log")), 0666u);
+    EXPECT_EQ(readPermissions(folder.path("Merrowd.log")), 0666u);
 }
 
 TEST(ExchangeLog, AFileWithLines_KeepsItsPermissions) {
@@ -97,7 +97,7 @@ TEST(ExchangeLog, AFileWithLines_KeepsItsPermissions) {
     folder.write("Merrowd.log", "before\n");
     ASSERT_EQ(chmod(folder.path("Merrowd.log").c_str(), 0640), 0);
     ExchangeLog(folder.path("Merrowd.log")).note("after");
-    EXPECT_EQ(permissionsOf(folder.path("Merrowd.log")), 0640u);
+    EXPECT_EQ(readPermissions(folder.path("Merrowd.log")), 0640u);
 }
 
 TEST(ExchangeLog, ALinkInPlaceOfTheFile_IsNotFollowed) {

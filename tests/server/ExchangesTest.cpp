@@ -28,18 +28,16 @@ using Calls = std::vector<std::string>;
 class ExchangesTest : public testing::Test {
   protected:
     Outcome send(const Request& request, pid_t sender = 0) {
-        return exchanges_.data(request.bytes(), sender);
+        return exchanges_.handleData(request.bytes(), sender);
     }
-    static Reply replyOf(const Outcome& outcome) { return Reply(outcome.parameter->bytes()); }
-    static std::string bytesOfAnswer(const Outcome& outcome) {
-        return bytesToText(outcome.parameter->bytes());
-    }
+    static Reply readReply(const Outcome& outcome) { return Reply(outcome.parameter->bytes()); }
+    static std::string readAnswer(const Outcome& outcome) { return bytesToText(outcome.parameter->bytes()); }
 
     // Registers an application, creates an Echo object, then applies the settings.
     void prepare(const std::string& settings) {
-        session_ = replyOf(send(registerRequest("Demo"))).number(posField::kSession);
-        object_ = replyOf(send(instantiateRequest(session_, "Echo"))).data(posField::kObject);
-        exchanges_.configure(settings);
+        session_ = readReply(send(registerRequest("Demo"))).number(posField::kSession);
+        object_ = readReply(send(instantiateRequest(session_, "Echo"))).data(posField::kObject);
+        exchanges_.applySettingsText(settings);
     }
     Outcome call() { return send(callRequest(session_, object_, "echo", "hello")); }
 
@@ -57,7 +55,7 @@ class ExchangesTest : public testing::Test {
 TEST_F(ExchangesTest, Data_IsAnsweredByTheRequestHandler) {
     prepare("");
     const Outcome outcome = call();
-    EXPECT_EQ(replyOf(outcome).data(posField::kResult), "hello");
+    EXPECT_EQ(readReply(outcome).data(posField::kResult), "hello");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_FALSE(outcome.endServer);
     EXPECT_EQ(process_.calls, Calls());
@@ -79,7 +77,7 @@ TEST_F(ExchangesTest, Data_WithTheLog_IsWrittenDownInBothDirections) {
 
 TEST_F(ExchangesTest, Late_PausesAndAnswers) {
     prepare(misbehaviour("late") + setting("delay", 1234));
-    EXPECT_EQ(replyOf(call()).data(posField::kResult), "hello");
+    EXPECT_EQ(readReply(call()).data(posField::kResult), "hello");
     EXPECT_EQ(process_.calls, (Calls{"pause 1234"}));
 }
 
@@ -110,7 +108,7 @@ TEST_F(ExchangesTest, VanishDuring_HasDoneTheWork) {
 TEST_F(ExchangesTest, VanishAfter_AnswersAndTellsTheServerToGo) {
     prepare(misbehaviour("vanishAfter"));
     const Outcome outcome = call();
-    EXPECT_EQ(replyOf(outcome).data(posField::kResult), "hello");
+    EXPECT_EQ(readReply(outcome).data(posField::kResult), "hello");
     EXPECT_TRUE(outcome.endServer);
     EXPECT_TRUE(outcome.vanish);
     EXPECT_EQ(process_.calls, Calls());
@@ -118,24 +116,24 @@ TEST_F(ExchangesTest, VanishAfter_AnswersAndTellsTheServerToGo) {
 
 TEST_F(ExchangesTest, Cut_LeavesTheFirstBytes) {
     prepare("");
-    const std::string whole = bytesOfAnswer(call());
+    const std::string whole = readAnswer(call());
     for (const size_t length : {size_t{0}, size_t{1}, size_t{17}, whole.size(), whole.size() + 1}) {
-        exchanges_.configure(misbehaviour("cut") + setting("cutTo", static_cast<int64_t>(length)));
-        EXPECT_EQ(bytesOfAnswer(call()), whole.substr(0, length));
+        exchanges_.applySettingsText(misbehaviour("cut") + setting("cutTo", static_cast<int64_t>(length)));
+        EXPECT_EQ(readAnswer(call()), whole.substr(0, length));
     }
 }
 
 TEST_F(ExchangesTest, Garbage_IsNoBlock) {
     prepare(misbehaviour("garbage"));
-    const std::string answer = bytesOfAnswer(call());
+    const std::string answer = readAnswer(call());
     EXPECT_GT(answer.size(), 10u);
     EXPECT_NE(answer.substr(0, 4), "AsAk");
 }
 
 TEST_F(ExchangesTest, EmptyAndNoParameter_AreAnswersWithoutBytesAndWithoutAParameter) {
     prepare(misbehaviour("empty"));
-    EXPECT_EQ(bytesOfAnswer(call()), "");
-    exchanges_.configure(misbehaviour("noParameter"));
+    EXPECT_EQ(readAnswer(call()), "");
+    exchanges_.applySettingsText(misbehaviour("noParameter"));
     EXPECT_EQ(call().parameter, nullptr);
 }
 
@@ -149,7 +147,7 @@ TEST_F(ExchangesTest, FailedEvent_HasTheStatusAndDoesNothing) {
 
 TEST_F(ExchangesTest, Error_IsAnExceptionOfAnyCodeAndTextAndDoesNothing) {
     prepare(refusal("", 99, "Never heard of it."));
-    const Reply reply = replyOf(send(deleteRequest(session_, object_)));
+    const Reply reply = readReply(send(deleteRequest(session_, object_)));
     EXPECT_EQ(reply.code(), 99u);
     EXPECT_EQ(reply.text(), "Never heard of it.");
     EXPECT_EQ(reply.command(), 13u);
@@ -158,57 +156,57 @@ TEST_F(ExchangesTest, Error_IsAnExceptionOfAnyCodeAndTextAndDoesNothing) {
 
 TEST_F(ExchangesTest, Message_IsInTheAnswersThatCanCarryOneAndNoOther) {
     prepare(misbehaviour("message") + setting("messageFlags", 2) + setting("messageText", "Hi."));
-    const Reply reply = replyOf(call());
+    const Reply reply = readReply(call());
     EXPECT_EQ(reply.data(posField::kServerMessage), littleEndian(2) + "Hi.");
     EXPECT_EQ(reply.data(posField::kResult), "hello");
-    EXPECT_EQ(replyOf(send(instantiateRequest(session_, "Echo"))).data(posField::kServerMessage),
+    EXPECT_EQ(readReply(send(instantiateRequest(session_, "Echo"))).data(posField::kServerMessage),
               littleEndian(2) + "Hi.");
-    EXPECT_FALSE(replyOf(send(commandRequest(session_, "ping"))).has(posField::kServerMessage));
-    EXPECT_EQ(replyOf(send(callRequest(session_, object_, "none"))).code(), 27u);
+    EXPECT_FALSE(readReply(send(commandRequest(session_, "ping"))).has(posField::kServerMessage));
+    EXPECT_EQ(readReply(send(callRequest(session_, object_, "none"))).code(), 27u);
 }
 
 TEST_F(ExchangesTest, Huge_IsTheResultOfMethodsCommandsAndInformation) {
     prepare(misbehaviour("huge") + setting("hugeSize", 1000000));
-    EXPECT_EQ(replyOf(call()).data(posField::kResult).size(), 1000000u);
-    EXPECT_EQ(replyOf(send(commandRequest(session_, "ping"))).data(posField::kResult).size(), 1000000u);
-    EXPECT_EQ(replyOf(send(informationRequest(session_, std::string("\1\0", 2))))
+    EXPECT_EQ(readReply(call()).data(posField::kResult).size(), 1000000u);
+    EXPECT_EQ(readReply(send(commandRequest(session_, "ping"))).data(posField::kResult).size(), 1000000u);
+    EXPECT_EQ(readReply(send(informationRequest(session_, std::string("\1\0", 2))))
                   .data(posField::kInformation)
                   .size(),
               1000000u);
 }
 
 TEST_F(ExchangesTest, Handshake_IsAnsweredAsTheSettingSays) {
-    EXPECT_EQ(bytesOfAnswer(exchanges_.handshake(0)), "awake");
-    exchanges_.configure(setting("handshake", "empty"));
-    EXPECT_EQ(bytesOfAnswer(exchanges_.handshake(0)), "");
-    exchanges_.configure(setting("handshake", "noParameter"));
-    EXPECT_EQ(exchanges_.handshake(0).parameter, nullptr);
+    EXPECT_EQ(readAnswer(exchanges_.handleHandshake(0)), "awake");
+    exchanges_.applySettingsText(setting("handshake", "empty"));
+    EXPECT_EQ(readAnswer(exchanges_.handleHandshake(0)), "");
+    exchanges_.applySettingsText(setting("handshake", "noParameter"));
+    EXPECT_EQ(exchanges_.handleHandshake(0).parameter, nullptr);
     EXPECT_EQ(process_.calls, Calls());
-    exchanges_.configure(setting("handshake", "silent"));
-    EXPECT_EQ(exchanges_.handshake(0).parameter, nullptr);
+    exchanges_.applySettingsText(setting("handshake", "silent"));
+    EXPECT_EQ(exchanges_.handleHandshake(0).parameter, nullptr);
     EXPECT_EQ(process_.calls, (Calls{"hang"}));
 }
 
 TEST_F(ExchangesTest, EndWithLastClient_EndsWithTheAnswerToTheLastUnregistration) {
-    exchanges_.configure(setting("endWithLastClient", 1));
+    exchanges_.applySettingsText(setting("endWithLastClient", 1));
     EXPECT_FALSE(send(versionRequest()).endServer) << "before the first client";
-    const uint32_t one = replyOf(send(registerRequest("One"))).number(posField::kSession);
-    const uint32_t two = replyOf(send(registerRequest("Two"))).number(posField::kSession);
+    const uint32_t one = readReply(send(registerRequest("One"))).number(posField::kSession);
+    const uint32_t two = readReply(send(registerRequest("Two"))).number(posField::kSession);
     EXPECT_FALSE(send(unregisterRequest(one)).endServer);
     const Outcome last = send(unregisterRequest(two));
-    EXPECT_FALSE(replyOf(last).isException());
+    EXPECT_FALSE(readReply(last).isException());
     EXPECT_TRUE(last.endServer);
     EXPECT_FALSE(last.vanish);
 }
 
 TEST_F(ExchangesTest, WithoutEndWithLastClient_TheServerStays) {
-    const uint32_t one = replyOf(send(registerRequest("One"))).number(posField::kSession);
+    const uint32_t one = readReply(send(registerRequest("One"))).number(posField::kSession);
     EXPECT_FALSE(send(unregisterRequest(one)).endServer);
     EXPECT_FALSE(exchanges_.hasNoMoreClients());
 }
 
 TEST_F(ExchangesTest, LastClientHasGone_SeesClientsThatWereKilled) {
-    exchanges_.configure(setting("endWithLastClient", 1));
+    exchanges_.applySettingsText(setting("endWithLastClient", 1));
     const pid_t client = fork();
     if (client == 0) _exit(0);
     send(registerRequest("Killed"), client);
@@ -218,7 +216,7 @@ TEST_F(ExchangesTest, LastClientHasGone_SeesClientsThatWereKilled) {
 }
 
 TEST_F(ExchangesTest, Configure_PutsProblemsIntoTheLogAndGoesOn) {
-    exchanges_.configure(
+    exchanges_.applySettingsText(
         "//nonsense\nINT:1\n//checkClasses\nINT:1\n//CLASS\nSTR:\n//CLASS\nSTR:Scanner\n//"
         "methods\nSTR:scan\n");
     EXPECT_NE(logText().find("settings: there is no setting \"nonsense\"\n"), std::string::npos);
@@ -229,7 +227,7 @@ TEST_F(ExchangesTest, Configure_PutsProblemsIntoTheLogAndGoesOn) {
 
 TEST_F(ExchangesTest, Control_OfLinesThatItDoesNotUnderstand_CountsThemAsProblems) {
     const std::string answer =
-        bytesOfAnswer(exchanges_.control("log=1\n//checkClasses\n//Log\nINT:1\n\1\2\n"));
+        readAnswer(exchanges_.handleControl("log=1\n//checkClasses\n//Log\nINT:1\n\1\2\n"));
     EXPECT_EQ(answer.substr(0, answer.find("//process")),
               "//applications\nINT:0\n//objects\nINT:0\n"
               "//problem 1\nSTR:line 1: \"log=1\" is not part of an entry\n"
@@ -242,7 +240,7 @@ TEST_F(ExchangesTest, Control_OfLinesThatItDoesNotUnderstand_CountsThemAsProblem
 
 TEST_F(ExchangesTest, Control_AnswersHowTheServerStandsAndWhatWasWrong) {
     prepare("");
-    EXPECT_EQ(bytesOfAnswer(exchanges_.control("//log\nINT:2\n//checkClasses\nINT:1\n")),
+    EXPECT_EQ(readAnswer(exchanges_.handleControl("//log\nINT:2\n//checkClasses\nINT:1\n")),
               "//applications\nINT:1\n//objects\nINT:1\n"
               "//problem 1\nSTR:the value \"2\" of \"log\" does not fit; expected a number from 0 to 1\n"
               "//problems\nINT:1\n//process\nINT:" +
@@ -254,7 +252,7 @@ TEST_F(ExchangesTest, Control_OfAnyBytes_NeverFails) {
     for (const std::string& text :
          {std::string(), std::string("\0\1\2", 3), std::string("//"), std::string("//CLASS\n"),
           std::string("STR:\n//\n//\nBAR:"), std::string(100000, '/')}) {
-        EXPECT_NE(exchanges_.control(text).parameter, nullptr);
+        EXPECT_NE(exchanges_.handleControl(text).parameter, nullptr);
     }
 }
 
@@ -263,10 +261,10 @@ class ExceptionsOfClassesTest : public ExchangesTest {
   protected:
     Reply replyOfFailingMethod(FailingClass::Action fail) {
         state_.classes.add(std::make_shared<FailingClass>(std::move(fail)));
-        session_ = replyOf(send(registerRequest("Demo"))).number(posField::kSession);
-        object_ = replyOf(send(instantiateRequest(session_, "Failing"))).data(posField::kObject);
-        Reply reply = replyOf(send(callRequest(session_, object_, "fail")));
-        EXPECT_EQ(replyOf(send(callRequest(session_, object_, "work"))).data(posField::kResult), "done");
+        session_ = readReply(send(registerRequest("Demo"))).number(posField::kSession);
+        object_ = readReply(send(instantiateRequest(session_, "Failing"))).data(posField::kObject);
+        Reply reply = readReply(send(callRequest(session_, object_, "fail")));
+        EXPECT_EQ(readReply(send(callRequest(session_, object_, "work"))).data(posField::kResult), "done");
         return reply;
     }
 
@@ -298,8 +296,8 @@ TEST_F(ExceptionsOfClassesTest, LackOfMemory_IsAnsweredAsAMethodThatFailedAndLog
 
 TEST_F(ExceptionsOfClassesTest, ExceptionInACreation_IsAnsweredAsAFailedInstantiationAndLogged) {
     state_.classes.add(std::make_shared<FailingClass>([] { throw std::runtime_error("no paper"); }, true));
-    session_ = replyOf(send(registerRequest("Demo"))).number(posField::kSession);
-    const Reply reply = replyOf(send(instantiateRequest(session_, "Failing")));
+    session_ = readReply(send(registerRequest("Demo"))).number(posField::kSession);
+    const Reply reply = readReply(send(instantiateRequest(session_, "Failing")));
     const std::string text = "the creation of an object of the class Failing let an exception out: no paper";
     EXPECT_EQ(reply.code(), 26u);
     EXPECT_EQ(reply.text(), text);
@@ -314,9 +312,9 @@ TEST_F(ExceptionsOfClassesTest, ExceptionElsewhereInAClass_IsAnsweredAndLogged) 
         std::vector<std::string> methods() const override { throw std::runtime_error("which ones?"); }
     };
     state_.classes.add(std::make_shared<Nameless>());
-    session_ = replyOf(send(registerRequest("Demo"))).number(posField::kSession);
-    object_ = replyOf(send(instantiateRequest(session_, "Failing"))).data(posField::kObject);
-    const Reply reply = replyOf(send(callRequest(session_, object_, "work")));
+    session_ = readReply(send(registerRequest("Demo"))).number(posField::kSession);
+    object_ = readReply(send(instantiateRequest(session_, "Failing"))).data(posField::kObject);
+    const Reply reply = readReply(send(callRequest(session_, object_, "work")));
     EXPECT_EQ(reply.code(), 23u);
     EXPECT_EQ(reply.text(), "the server let an exception out: which ones?");
     EXPECT_EQ(reply.command(), 14u);
@@ -330,19 +328,19 @@ TEST_F(ExceptionsOfClassesTest, Refusal_IsNoFaultAndLeavesNoLog) {
 }
 
 TEST_F(ExchangesTest, ADescribedClassThatIsReplaced_LivesOnInItsObjects) {
-    exchanges_.configure("//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.answer\nSTR:old\n");
-    session_ = replyOf(send(registerRequest("Demo"))).number(posField::kSession);
-    object_ = replyOf(send(instantiateRequest(session_, "Scanner"))).data(posField::kObject);
-    exchanges_.configure("//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.answer\nSTR:new\n");
-    EXPECT_EQ(replyOf(send(callRequest(session_, object_, "scan"))).data(posField::kResult), "old");
+    exchanges_.applySettingsText("//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.answer\nSTR:old\n");
+    session_ = readReply(send(registerRequest("Demo"))).number(posField::kSession);
+    object_ = readReply(send(instantiateRequest(session_, "Scanner"))).data(posField::kObject);
+    exchanges_.applySettingsText("//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.answer\nSTR:new\n");
+    EXPECT_EQ(readReply(send(callRequest(session_, object_, "scan"))).data(posField::kResult), "old");
 }
 
 TEST_F(ExchangesTest, EndWithLastClient_WithoutAnyClient_EndsAfterTheSettingsTime) {
-    exchanges_.configure("//endWithLastClient\nINT:1\n");
+    exchanges_.applySettingsText("//endWithLastClient\nINT:1\n");
     EXPECT_FALSE(exchanges_.hasNoMoreClients()) << "the first client may still come";
-    exchanges_.configure("//waitForClient\nINT:10\n");
+    exchanges_.applySettingsText("//waitForClient\nINT:10\n");
     EXPECT_TRUE(dovrel::test::waitUntil([this] { return exchanges_.hasNoMoreClients(); }));
-    exchanges_.configure("//endWithLastClient\nINT:0\n");
+    exchanges_.applySettingsText("//endWithLastClient\nINT:0\n");
     EXPECT_FALSE(exchanges_.hasNoMoreClients());
 }
 
@@ -352,20 +350,20 @@ TEST_F(ExchangesTest, EndWithLastClient_WithAClientThatIsThere_WaitsForItsEnd) {
 }
 
 TEST_F(ExchangesTest, EndWithLastClient_ARequest_BeginsTheTimeAnew) {
-    exchanges_.configure("//endWithLastClient\nINT:1\n//waitForClient\nINT:1\n");
+    exchanges_.applySettingsText("//endWithLastClient\nINT:1\n//waitForClient\nINT:1\n");
     ASSERT_TRUE(dovrel::test::waitUntil([this] { return exchanges_.hasNoMoreClients(); }));
-    exchanges_.configure("//waitForClient\nINT:60000\n");
+    exchanges_.applySettingsText("//waitForClient\nINT:60000\n");
     send(versionRequest());
     EXPECT_FALSE(exchanges_.hasNoMoreClients());
-    exchanges_.configure("//waitForClient\nINT:1\n");
+    exchanges_.applySettingsText("//waitForClient\nINT:1\n");
     ASSERT_TRUE(dovrel::test::waitUntil([this] { return exchanges_.hasNoMoreClients(); }));
-    exchanges_.handshake(0);
-    exchanges_.configure("//waitForClient\nINT:60000\n");
+    exchanges_.handleHandshake(0);
+    exchanges_.applySettingsText("//waitForClient\nINT:60000\n");
     EXPECT_FALSE(exchanges_.hasNoMoreClients());
 }
 
 // Returns a block with that number of empty parts.
-std::string blockOfParts(uint32_t count) {
+std::string makeBlockOfParts(uint32_t count) {
     std::string block("AsAk\0\1\0\0\0\x09", 10);
     for (uint32_t i = 0; i < count; ++i)
         block += std::string("\0\0\x40\0\0\0\0\0", 8);
@@ -375,10 +373,10 @@ std::string blockOfParts(uint32_t count) {
 TEST_F(ExchangesTest, RequestWithMorePartsThanARequestHas_IsRefusedBeforeItIsRead) {
     for (const char* settings :
          {"", "//log\nINT:1\n//misbehave\nSTR:late\n//misbehaveCommand\nSTR:call method\n"}) {
-        exchanges_.configure(settings);
-        const Outcome outcome = exchanges_.data(bytesOf(blockOfParts(1'000'000)), 0);
-        EXPECT_EQ(replyOf(outcome).code(), 30u);
-        EXPECT_EQ(replyOf(outcome).text(), "the request has more than 64 parts");
+        exchanges_.applySettingsText(settings);
+        const Outcome outcome = exchanges_.handleData(toBytes(makeBlockOfParts(1'000'000)), 0);
+        EXPECT_EQ(readReply(outcome).code(), 30u);
+        EXPECT_EQ(readReply(outcome).text(), "the request has more than 64 parts");
         EXPECT_EQ(process_.calls, Calls());
     }
     EXPECT_NE(logText().find("a request with more than 64 parts was refused"), std::string::npos);
@@ -386,14 +384,14 @@ TEST_F(ExchangesTest, RequestWithMorePartsThanARequestHas_IsRefusedBeforeItIsRea
 }
 
 TEST_F(ExchangesTest, RegistrationWithMoreClassesThanThereCanBe_IsRefusedBeforeTheyAreRead) {
-    std::string list = blockOfParts(65536 + 2);
+    std::string list = makeBlockOfParts(65536 + 2);
     list[9] = 8;
     Request request(dovrel::posCommand::kRegisterApplication.code);
     request.data(posField::kApplicationName.number, std::string("Demo\0", 5));
     request.data(posField::kClientProcess.number, "");
     request.data(posField::kClassList.number, list);
     request.data(posField::kOptions.number, "");
-    const Reply reply = replyOf(send(request));
+    const Reply reply = readReply(send(request));
     EXPECT_EQ(reply.code(), 30u);
     EXPECT_EQ(reply.text(), "field 130 (class list) has more than 65536 elements");
 }

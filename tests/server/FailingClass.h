@@ -35,7 +35,7 @@ class FailingClass : public ServerClass {
 
         Answer call(const std::string& method, CPPByteArray) override {
             if (method == "fail") fail_();
-            return Answer(bytesOf("done"));
+            return Answer(toBytes("done"));
         }
 
       private:

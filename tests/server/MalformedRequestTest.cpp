@@ -70,7 +70,7 @@ TEST(MalformedRequest, BytesBehindTheLastPart_AreParameterFormat) {
 
 TEST(MalformedRequest, TextInsteadOfABlock_IsParameterFormat) {
     TestServer server;
-    EXPECT_EQ(server.send(bytesOf("GET / HTTP/1.1\r\n\r\n")).code(), kParameterFormat);
+    EXPECT_EQ(server.send(toBytes("GET / HTTP/1.1\r\n\r\n")).code(), kParameterFormat);
 }
 
 TEST(MalformedRequest, AnotherFormatVersion_IsNoValidInterface) {
@@ -84,7 +84,7 @@ TEST(MalformedRequest, AnotherFormatVersion_IsNoValidInterface) {
 
 TEST(MalformedRequest, ABlockWithoutATypeNumber_IsNoValidInterface) {
     TestServer server;
-    EXPECT_EQ(server.send(bytesOf(std::string("AsAk\0\0", 6))).code(), kNoValidInterface);
+    EXPECT_EQ(server.send(toBytes(std::string("AsAk\0\0", 6))).code(), kNoValidInterface);
 }
 
 TEST(MalformedRequest, AnUnknownCommand_IsNoValidInterfaceAndNamesIt) {
@@ -127,7 +127,7 @@ CPPByteArray withChangedField(const CPPByteArray& bytes, uint32_t number, const 
     return changed.bytes();
 }
 
-std::vector<uint32_t> fieldsOf(const CPPByteArray& bytes) {
+std::vector<uint32_t> readFields(const CPPByteArray& bytes) {
     POSTransferObj object;
     object.copyBytesFrom(bytes);
     std::vector<uint32_t> fields{posField::kTransferKind, posField::kMessageKind, posField::kCommand};
@@ -139,7 +139,7 @@ std::vector<uint32_t> fieldsOf(const CPPByteArray& bytes) {
 TEST(MalformedRequest, EveryFieldLeftOut_IsParameterFormatAndNamesTheField) {
     TestServer server;
     for (const Request& request : oneOfEachRequest()) {
-        for (const uint32_t field : fieldsOf(request.bytes())) {
+        for (const uint32_t field : readFields(request.bytes())) {
             const Reply reply = server.send(withChangedField(
                 request.bytes(), field, [](POSTransferObj&, const POSField&, const std::string&) {}));
             EXPECT_EQ(reply.code(), kParameterFormat) << field;

@@ -62,7 +62,7 @@ std::string quoted(uint32_t code) {
 }
 
 // Returns the value of a cell that contains a number.
-uint32_t numberOf(const std::string& cell) {
+uint32_t parseNumber(const std::string& cell) {
     size_t end = 0;
     const unsigned long number = std::stoul(cell, &end);
     EXPECT_EQ(end, cell.size()) << cell;
@@ -85,8 +85,8 @@ dovrel::CPPExpandingByteArray sampleBlock() {
 // Returns the bytes of the block that a row of a table describes, in hexadecimal.
 std::string bytesOfRow(const DocumentPage::Row& row, uint32_t base) {
     CPPByteArray bytes;
-    bytes.setFromPart(sampleBlock(), base + numberOf(row.at(0)), numberOf(row.at(1)));
-    return dovrel::test::hexOf(bytes);
+    bytes.setFromPart(sampleBlock(), base + parseNumber(row.at(0)), parseNumber(row.at(1)));
+    return dovrel::test::toHex(bytes);
 }
 
 TEST_F(ProtocolPageTables, TheTableOfTheBlock_IsWhatTheWriterWrites) {
@@ -97,7 +97,8 @@ TEST_F(ProtocolPageTables, TheTableOfTheBlock_IsWhatTheWriterWrites) {
     EXPECT_EQ(rows[2].at(2), "type number, most significant byte first");
     EXPECT_EQ(bytesOfRow(rows[2], 0), "01 02 03 04");
     for (size_t row = 1; row < rows.size(); ++row)
-        EXPECT_EQ(numberOf(rows[row].at(0)), numberOf(rows[row - 1].at(0)) + numberOf(rows[row - 1].at(1)));
+        EXPECT_EQ(parseNumber(rows[row].at(0)),
+                  parseNumber(rows[row - 1].at(0)) + parseNumber(rows[row - 1].at(1)));
 }
 
 TEST_F(ProtocolPageTables, TheBlockWithoutATypeNumber_IsReadAsThePageSays) {
@@ -105,7 +106,7 @@ TEST_F(ProtocolPageTables, TheBlockWithoutATypeNumber_IsReadAsThePageSays) {
     ASSERT_EQ(rows.size(), 4u);
     const std::string& what = rows[1].at(2);
     ASSERT_TRUE(has(what, "00 00 for a block without type number, whose parts begin at offset 6")) << what;
-    const CPPByteArray block = dovrel::test::arrayOfHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 01 78");
+    const CPPByteArray block = dovrel::test::arrayFromHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 01 78");
     dovrel::StructuredByteArrayReader reader;
     reader.initialize(&block);
     EXPECT_EQ(reader.getPartLength(5), 1u);
@@ -116,7 +117,7 @@ TEST_F(ProtocolPageTables, TheTableOfAPart_IsWhatTheWriterWrites) {
     const std::vector<DocumentPage::Row> rows = page_.rowsUnder({"offset in the part", "bytes", "what"});
     ASSERT_EQ(blockRows.size(), 4u);
     ASSERT_EQ(rows.size(), 3u);
-    const uint32_t base = numberOf(blockRows[3].at(0));
+    const uint32_t base = parseNumber(blockRows[3].at(0));
     EXPECT_EQ(rows[0].at(2), "tag, most significant byte first");
     EXPECT_EQ(bytesOfRow(rows[0], base), "0A 0B 0C 0D");
     EXPECT_EQ(rows[1].at(2), "length of the data, most significant byte first");
@@ -124,7 +125,7 @@ TEST_F(ProtocolPageTables, TheTableOfAPart_IsWhatTheWriterWrites) {
     EXPECT_EQ(rows[2].at(1), "length");
     EXPECT_EQ(rows[2].at(2), "data");
     EXPECT_EQ(bytesOfRow({rows[2].at(0), "3"}, base), "78 79 7A");
-    EXPECT_EQ(sampleBlock().getSize(), base + numberOf(rows[2].at(0)) + 3) << "there is no more";
+    EXPECT_EQ(sampleBlock().getSize(), base + parseNumber(rows[2].at(0)) + 3) << "there is no more";
 }
 
 TEST_F(ProtocolPageTables, TheTypeNumbers_AreThoseOfTheCode) {
@@ -204,7 +205,7 @@ TEST_F(ProtocolPageTables, TheMeaningsThatNameANumber_HaveThatOfTheCode) {
         EXPECT_TRUE(has(meanings["options"], std::to_string(option))) << option;
 }
 
-std::string numbersOf(const dovrel::POSFieldList& fields) {
+std::string listNumbers(const dovrel::POSFieldList& fields) {
     std::string numbers;
     for (const POSField& field : fields)
         numbers += (numbers.empty() ? "" : ", ") + std::to_string(field.number);
@@ -214,8 +215,8 @@ std::string numbersOf(const dovrel::POSFieldList& fields) {
 TEST_F(ProtocolPageTables, TheTableOfCommands_IsThatOfTheCode) {
     std::vector<DocumentPage::Row> expected;
     for (const POSCommand& command : dovrel::kPOSCommands) {
-        expected.push_back({std::to_string(command.code), command.name, numbersOf(command.request),
-                            numbersOf(command.reply)});
+        expected.push_back({std::to_string(command.code), command.name, listNumbers(command.request),
+                            listNumbers(command.reply)});
     }
     EXPECT_EQ(page_.rowsUnder({"code", "command"}), expected);
 }

@@ -25,7 +25,7 @@ using dovrel::test::DocumentPage;
 using dovrel::test::failureOf;
 
 // Formats bytes as "41 73 41 6B", so that differences are readable.
-std::string hexOf(const std::string& bytes) {
+std::string toHex(const std::string& bytes) {
     return dovrel::bytesToHexText(bytes.data(), static_cast<uint32_t>(bytes.size()));
 }
 
@@ -33,9 +33,9 @@ class ProtocolPageTest : public testing::Test {
   protected:
     // The trader's requests reach a server in this process.
     ProtocolPageTest() {
-        forwarder_.clientProcess = bytesOf(std::string("\0\0\0\0\x67\x12\0\0", 8));
+        forwarder_.clientProcess = toBytes(std::string("\0\0\0\0\x67\x12\0\0", 8));
         forwarder_.answerAll([this](POSTransferObj& request) {
-            Outcome outcome = exchanges_.data(request.bytes(), 0);
+            Outcome outcome = exchanges_.handleData(request.bytes(), 0);
             replies_[request.getCommand()] = bytesToText(outcome.parameter->bytes());
             return std::move(outcome.parameter);
         });
@@ -47,30 +47,30 @@ class ProtocolPageTest : public testing::Test {
         const std::string name = dovrel::replaceChar(command.name, ' ', '-');
         const auto request = forwarder_.lastRequest(command);
         ASSERT_NE(request, nullptr) << name;
-        EXPECT_EQ(hexOf(bytesToText(request->bytes())), hexOf(page_.example(name + "-request"))) << name;
-        EXPECT_EQ(hexOf(replies_[command]), hexOf(page_.example(name + "-reply"))) << name;
+        EXPECT_EQ(toHex(bytesToText(request->bytes())), toHex(page_.example(name + "-request"))) << name;
+        EXPECT_EQ(toHex(replies_[command]), toHex(page_.example(name + "-reply"))) << name;
     }
 
-    static dovrel::ByteView viewOf(const std::string& text) {
+    static dovrel::ByteView toView(const std::string& text) {
         return {reinterpret_cast<const uint8_t*>(text.data()), static_cast<uint32_t>(text.size())};
     }
 
     // Each of these functions sends the request that the page shows.
     dovrel::POSRegistration registerDemo() {
-        const std::vector<dovrel::CPPClassID> classes{dovrel::CPPClassID(bytesOf(padded("Echo")))};
-        const auto registered = trader_.registerApplication("Demo", classes, bytesOf("\x61\x04"));
+        const std::vector<dovrel::CPPClassID> classes{dovrel::CPPClassID(toBytes(padded("Echo")))};
+        const auto registered = trader_.registerApplication("Demo", classes, toBytes("\x61\x04"));
         EXPECT_EQ(registered.outcome, POSOutcome::kDone);
         return registered.value;
     }
     dovrel::CPPObjectID instantiateEcho(uint32_t application) {
         const auto created = trader_.instantiateObject(
-            application, dovrel::CPPClassID(bytesOf(padded("Echo"))), dovrel::kNoExecuter);
+            application, dovrel::CPPClassID(toBytes(padded("Echo"))), dovrel::kNoExecuter);
         EXPECT_EQ(created.outcome, POSOutcome::kDone);
         return created.value.object;
     }
     void callEcho(uint32_t application, const dovrel::CPPObjectID& object) {
         const std::string hello = "hello";
-        const auto reply = trader_.callMethod(application, {object, std::nullopt, "echo", viewOf(hello)});
+        const auto reply = trader_.callMethod(application, {object, std::nullopt, "echo", toView(hello)});
         EXPECT_EQ(reply.outcome, POSOutcome::kDone);
         EXPECT_EQ(dovrel::test::blockText(reply.value.result), hello);
     }
@@ -112,7 +112,7 @@ TEST_F(ProtocolPageTest, TheLifeOfAnObject_IsTheBytesOfThePage) {
     EXPECT_EQ(trader_.deleteObject(application, object), POSOutcome::kDone);
     expectExample(posCommand::kDeleteObject);
     EXPECT_NE(failureOf([&] { trader_.deleteObject(application, object); }), nullptr);
-    EXPECT_EQ(hexOf(replies_[posCommand::kDeleteObject]), hexOf(page_.example("exception-reply")));
+    EXPECT_EQ(toHex(replies_[posCommand::kDeleteObject]), toHex(page_.example("exception-reply")));
 }
 
 TEST_F(ProtocolPageTest, AMessageForTheUser_IsTheBytesOfThePage) {
@@ -122,16 +122,16 @@ TEST_F(ProtocolPageTest, AMessageForTheUser_IsTheBytesOfThePage) {
     state_.settings.misbehaviour.messageFlags = 1;
     state_.settings.misbehaviour.messageText = "Hi";
     callEcho(application, object);
-    EXPECT_EQ(hexOf(replies_[posCommand::kCallMethod]),
-              hexOf(page_.example("call-method-reply-with-message")));
+    EXPECT_EQ(toHex(replies_[posCommand::kCallMethod]),
+              toHex(page_.example("call-method-reply-with-message")));
 }
 
 TEST_F(ProtocolPageTest, CommandAndInformation_AreTheBytesOfThePage) {
     const uint32_t application = registerDemo().applicationId;
     const std::string ping = "ping", abc = "abc", three("\3\0", 2);
-    EXPECT_EQ(trader_.executeCommand(application, {viewOf(ping), viewOf(abc)}).outcome, POSOutcome::kDone);
+    EXPECT_EQ(trader_.executeCommand(application, {toView(ping), toView(abc)}).outcome, POSOutcome::kDone);
     expectExample(posCommand::kExecuteCommand);
-    EXPECT_EQ(trader_.getInformation(application, viewOf(three)).outcome, POSOutcome::kDone);
+    EXPECT_EQ(trader_.getInformation(application, toView(three)).outcome, POSOutcome::kDone);
     expectExample(posCommand::kGetInformation);
 }
 
@@ -143,7 +143,8 @@ TEST_F(ProtocolPageTest, Unregistration_IsTheBytesOfThePage) {
 TEST_F(ProtocolPageTest, Handshake_IsTheBytesOfThePage) {
     const std::string text(dovrel::serverEvent::kWakeText, dovrel::serverEvent::kWakeTextSize);
     EXPECT_EQ(page_.example("handshake-request"), text);
-    EXPECT_EQ(page_.example("handshake-reply"), bytesToText(exchanges_.handshake(0).parameter->bytes()));
+    EXPECT_EQ(page_.example("handshake-reply"),
+              bytesToText(exchanges_.handleHandshake(0).parameter->bytes()));
 }
 
 // The channel's tests check that the event of QuitServer has no data; they can see the events.
@@ -152,7 +153,7 @@ TEST_F(ProtocolPageTest, Quit_HasNoBytesOnThePage) {
 }
 
 TEST_F(ProtocolPageTest, AByteArrayList_IsTheBytesOfThePage) {
-    EXPECT_EQ(hexOf(page_.example("byte-array-list")), hexOf(arrayList({"ab", ""})));
+    EXPECT_EQ(toHex(page_.example("byte-array-list")), toHex(arrayList({"ab", ""})));
 }
 
 }  // namespace

@@ -27,12 +27,12 @@ class Readme : public testing::Test {
 
     // Applies an example; it must not cause a problem.
     void apply(const std::string& settings) {
-        const std::string status = bytesToText(exchanges_.control(settings).parameter->bytes());
+        const std::string status = bytesToText(exchanges_.handleControl(settings).parameter->bytes());
         EXPECT_NE(status.find("//problems\nINT:0\n"), std::string::npos) << status;
     }
 
     Reply send(const Request& request) {
-        return Reply(exchanges_.data(request.bytes(), 0).parameter->bytes());
+        return Reply(exchanges_.handleData(request.bytes(), 0).parameter->bytes());
     }
 
     const DocumentPage page_{SERVER_README};

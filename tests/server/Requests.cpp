@@ -38,7 +38,7 @@ std::string padded(const std::string& name) {
 std::string arrayList(const std::vector<std::string>& elements) {
     std::vector<CPPByteArray> list;
     for (const std::string& element : elements)
-        list.push_back(bytesOf(element));
+        list.push_back(toBytes(element));
     dovrel::CPPExpandingByteArray block;
     dovrel::writeByteArrayList(list, block);
     return bytesToText(block);
@@ -140,10 +140,10 @@ TestObject::TestObject(const std::string& className)
 }
 
 std::string TestObject::call(const std::string& method, const std::string& argument) {
-    return bytesToText(object_->call(method, bytesOf(argument)).data);
+    return bytesToText(object_->call(method, toBytes(argument)).data);
 }
 
-uint32_t TestObject::refusalOf(const std::string& method, const std::string& argument) {
+uint32_t TestObject::callRefused(const std::string& method, const std::string& argument) {
     try {
         call(method, argument);
     } catch (const Refusal& refusal) {

@@ -91,7 +91,7 @@ class TestObject {
 
     std::string call(const std::string& method, const std::string& argument = "");
     /// Returns the code with which the call is refused; fails the test if the call succeeds.
-    uint32_t refusalOf(const std::string& method, const std::string& argument = "");
+    uint32_t callRefused(const std::string& method, const std::string& argument = "");
 
   private:
     std::shared_ptr<const ServerClass> class_;

@@ -21,7 +21,7 @@ using test::failureText;
 using test::TemporaryFolder;
 
 // Returns all sections as text, one after another, with "--" before each.
-std::string sectionsOf(std::string_view text, const std::string& sectionKey = "LANGUAGE") {
+std::string readSections(std::string_view text, const std::string& sectionKey = "LANGUAGE") {
     std::string result;
     for (const Properties& section : ConfigFileSystem::readSections(text, sectionKey)) {
         result += "--\n";
@@ -80,61 +80,61 @@ TEST(ConfigFileSystem, ReadText_FileThatOnlyBeginsAsAnEncipheredOne_ThrowsAMessa
 TEST(ConfigFileSystem, ReadSections_VersionEntry_ParsesAsWithoutIt) {
     const std::string text = "//LANGUAGE\nSTR:English\n//a\nSTR:x\n";
     const std::string expected = "--\n//LANGUAGE\nSTR:English\n//a\nSTR:x\n";
-    EXPECT_EQ(sectionsOf(text), expected);
-    EXPECT_EQ(sectionsOf("//version\nINT:3\n" + text), expected);
+    EXPECT_EQ(readSections(text), expected);
+    EXPECT_EQ(readSections("//version\nINT:3\n" + text), expected);
 }
 
 TEST(ConfigFileSystem, ReadSections_VersionLineWithBlanksAndTab_IsRecognised) {
-    EXPECT_EQ(sectionsOf("  //version\t\nINT:3\n//a\nSTR:x\n"), "--\n//a\nSTR:x\n");
+    EXPECT_EQ(readSections("  //version\t\nINT:3\n//a\nSTR:x\n"), "--\n//a\nSTR:x\n");
 }
 
 TEST(ConfigFileSystem, ReadSections_VersionLineWithoutAValueLine_IsSkippedAlone) {
-    EXPECT_EQ(sectionsOf("//version\n//a\nSTR:x\n"), "--\n//a\nSTR:x\n");
-    EXPECT_EQ(sectionsOf("//version\n//INT:\nSTR:x\n"), "--\n//INT:\nSTR:x\n");
-    EXPECT_EQ(sectionsOf("//version"), "");
+    EXPECT_EQ(readSections("//version\n//a\nSTR:x\n"), "--\n//a\nSTR:x\n");
+    EXPECT_EQ(readSections("//version\n//INT:\nSTR:x\n"), "--\n//INT:\nSTR:x\n");
+    EXPECT_EQ(readSections("//version"), "");
 }
 
 TEST(ConfigFileSystem, ReadSections_VersionNotInTheFirstLineOrSpeltOtherwise_IsAnEntry) {
-    EXPECT_EQ(sectionsOf("\n//version\nINT:3\n"), "--\n//version\nINT:3\n");
-    EXPECT_EQ(sectionsOf("//Version\nINT:3\n"), "--\n//Version\nINT:3\n");
-    EXPECT_EQ(sectionsOf("//version\r\nINT:3\n"), "--\n//version\r\nINT:3\n");
+    EXPECT_EQ(readSections("\n//version\nINT:3\n"), "--\n//version\nINT:3\n");
+    EXPECT_EQ(readSections("//Version\nINT:3\n"), "--\n//Version\nINT:3\n");
+    EXPECT_EQ(readSections("//version\r\nINT:3\n"), "--\n//version\r\nINT:3\n");
 }
 
 TEST(ConfigFileSystem, ReadSections_TwoSectionKeys_SplitTheFileInTwo) {
-    EXPECT_EQ(sectionsOf("//LANGUAGE\nSTR:English\n//a\nSTR:x\n//LANGUAGE\nSTR:German\n//a\nSTR:y\n"),
+    EXPECT_EQ(readSections("//LANGUAGE\nSTR:English\n//a\nSTR:x\n//LANGUAGE\nSTR:German\n//a\nSTR:y\n"),
               "--\n//LANGUAGE\nSTR:English\n//a\nSTR:x\n--\n//LANGUAGE\nSTR:German\n//a\nSTR:y\n");
 }
 
 TEST(ConfigFileSystem, ReadSections_EntriesBeforeTheFirstSectionKey_AreASectionOfTheirOwn) {
-    EXPECT_EQ(sectionsOf("//a\nSTR:x\n//LANGUAGE\nSTR:English\n"),
+    EXPECT_EQ(readSections("//a\nSTR:x\n//LANGUAGE\nSTR:English\n"),
               "--\n//a\nSTR:x\n--\n//LANGUAGE\nSTR:English\n");
 }
 
 TEST(ConfigFileSystem, ReadSections_KeyRepeatedInASection_KeepsItsFirstValue) {
-    EXPECT_EQ(sectionsOf("//LANGUAGE\nSTR:English\n//a\nSTR:x\n//a\nSTR:y\n"),
+    EXPECT_EQ(readSections("//LANGUAGE\nSTR:English\n//a\nSTR:x\n//a\nSTR:y\n"),
               "--\n//LANGUAGE\nSTR:English\n//a\nSTR:x\n");
 }
 
 TEST(ConfigFileSystem, ReadSections_SectionWithoutEntries_IsLeftOut) {
-    EXPECT_EQ(sectionsOf("//LANGUAGE\n//LANGUAGE\nSTR:English\n//LANGUAGE\n"),
+    EXPECT_EQ(readSections("//LANGUAGE\n//LANGUAGE\nSTR:English\n//LANGUAGE\n"),
               "--\n//LANGUAGE\nSTR:English\n");
 }
 
 TEST(ConfigFileSystem, ReadSections_TextWithoutAnyEntry_IsAnEmptyList) {
-    EXPECT_EQ(sectionsOf(""), "");
-    EXPECT_EQ(sectionsOf("words\n\n//key\n"), "");
+    EXPECT_EQ(readSections(""), "");
+    EXPECT_EQ(readSections("words\n\n//key\n"), "");
 }
 
 TEST(ConfigFileSystem, ReadSections_UnknownTypeWord_DropsThatEntryAndGoesOn) {
-    EXPECT_EQ(sectionsOf("//a\nTEXTSTR:x\n//b\nINT:1\n"), "--\n//b\nINT:1\n");
+    EXPECT_EQ(readSections("//a\nTEXTSTR:x\n//b\nINT:1\n"), "--\n//b\nINT:1\n");
 }
 
 TEST(ConfigFileSystem, ReadSections_LineWithOneSlashOrNoise_IsDropped) {
-    EXPECT_EQ(sectionsOf("/x\n//a\nnoise\n/y\nSTR:x\nnoise\n"), "--\n//a\nSTR:x\n");
+    EXPECT_EQ(readSections("/x\n//a\nnoise\n/y\nSTR:x\nnoise\n"), "--\n//a\nSTR:x\n");
 }
 
 TEST(ConfigFileSystem, ReadSections_BinaryValueInSeveralLines_IsOneValue) {
-    EXPECT_EQ(sectionsOf("//a\nBAR:41\n42\n//LANGUAGE\nINT:1\n"),
+    EXPECT_EQ(readSections("//a\nBAR:41\n42\n//LANGUAGE\nINT:1\n"),
               "--\n//a\nBAR:4142\n--\n//LANGUAGE\nINT:1\n");
 }
 
@@ -169,7 +169,7 @@ TEST(ConfigFileSystem, WriteProperties_CreatesAFileThatReadsBackEqual) {
     store.addInt("b", 2);
     EXPECT_TRUE(ConfigFileSystem::writeProperties(folder.path("file"), store));
     EXPECT_EQ(folder.read("file"), "//a\nSTR:x\n//b\nINT:2\n");
-    EXPECT_EQ(sectionsOf(ConfigFileSystem::readText(folder.path("file"))), "--\n//a\nSTR:x\n//b\nINT:2\n");
+    EXPECT_EQ(readSections(ConfigFileSystem::readText(folder.path("file"))), "--\n//a\nSTR:x\n//b\nINT:2\n");
 }
 
 TEST(ConfigFileSystem, WriteProperties_OverALongerFile_LeavesNothingOfIt) {

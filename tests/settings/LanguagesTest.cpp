@@ -22,7 +22,7 @@ std::string languageOfValue(const std::string& value) {
 }
 
 // Returns the language for a preference with these entries.
-std::string languageOf(std::initializer_list<const char*> entries) {
+std::string readLanguage(std::initializer_list<const char*> entries) {
     std::string array;
     for (const char* entry : entries)
         array += std::string("<string>") + entry + "</string>";
@@ -30,34 +30,34 @@ std::string languageOf(std::initializer_list<const char*> entries) {
 }
 
 TEST(Languages, LanguageFromPreference_EveryRowOfTheTable) {
-    EXPECT_EQ(languageOf({"de"}), "German");
-    EXPECT_EQ(languageOf({"German"}), "German");
-    EXPECT_EQ(languageOf({"fr"}), "Francais");
-    EXPECT_EQ(languageOf({"French"}), "Francais");
-    EXPECT_EQ(languageOf({"es"}), "Spanish");
-    EXPECT_EQ(languageOf({"Spanish"}), "Spanish");
-    EXPECT_EQ(languageOf({"it"}), "Italian");
-    EXPECT_EQ(languageOf({"Italian"}), "Italian");
-    EXPECT_EQ(languageOf({"ja"}), "Japanese");
-    EXPECT_EQ(languageOf({"Japanese"}), "Japanese");
-    EXPECT_EQ(languageOf({"en"}), "English");
+    EXPECT_EQ(readLanguage({"de"}), "German");
+    EXPECT_EQ(readLanguage({"German"}), "German");
+    EXPECT_EQ(readLanguage({"fr"}), "Francais");
+    EXPECT_EQ(readLanguage({"French"}), "Francais");
+    EXPECT_EQ(readLanguage({"es"}), "Spanish");
+    EXPECT_EQ(readLanguage({"Spanish"}), "Spanish");
+    EXPECT_EQ(readLanguage({"it"}), "Italian");
+    EXPECT_EQ(readLanguage({"Italian"}), "Italian");
+    EXPECT_EQ(readLanguage({"ja"}), "Japanese");
+    EXPECT_EQ(readLanguage({"Japanese"}), "Japanese");
+    EXPECT_EQ(readLanguage({"en"}), "English");
 }
 
 TEST(Languages, LanguageFromPreference_FirstEntryDecides) {
-    EXPECT_EQ(languageOf({"fr", "de"}), "Francais");
-    EXPECT_EQ(languageOf({"nl", "de"}), "English");
+    EXPECT_EQ(readLanguage({"fr", "de"}), "Francais");
+    EXPECT_EQ(readLanguage({"nl", "de"}), "English");
 }
 
 TEST(Languages, LanguageFromPreference_EntryNotInTheTable_IsEnglish) {
     for (const char* entry : {"nl", "DE", "german", "de-DE", "fr_FR", "", " de",
                               "Fran\xC3\xA7"
                               "ais"}) {
-        EXPECT_EQ(languageOf({entry}), "English") << entry;
+        EXPECT_EQ(readLanguage({entry}), "English") << entry;
     }
 }
 
 TEST(Languages, LanguageFromPreference_EmptyArray_IsEnglish) {
-    EXPECT_EQ(languageOf({}), "English");
+    EXPECT_EQ(readLanguage({}), "English");
 }
 
 TEST(Languages, LanguageFromPreference_NoPreference_IsEnglish) {

@@ -21,7 +21,7 @@ namespace {
 
 const std::string kSource = DOVREL_SOURCE_FOLDER;
 
-std::string contentOf(const std::string& path) {
+std::string readFile(const std::string& path) {
     std::ifstream stream(path, std::ios::binary);
     EXPECT_TRUE(stream.is_open()) << path;
     std::ostringstream content;
@@ -30,7 +30,7 @@ std::string contentOf(const std::string& path) {
 }
 
 std::string textsFile() {
-    return contentOf(kSource + "/resources/MultiLanguageTexts.mls");
+    return readFile(kSource + "/resources/MultiLanguageTexts.mls");
 }
 
 std::map<std::string, Properties> sections() {
@@ -51,7 +51,7 @@ std::string capitalsAt(const std::string& text, size_t begin) {
 // Returns the quoted texts in a source file that look like keys. (The library's environment variables look
 // like keys as well; they are recognised by their common prefix.)
 std::set<std::string> keysOfFile(const std::string& path) {
-    const std::string content = contentOf(path);
+    const std::string content = readFile(path);
     std::set<std::string> keys;
     for (size_t at = content.find('"'); at != std::string::npos; at = content.find('"', at + 1)) {
         const std::string word = capitalsAt(content, at + 1);

@@ -13,9 +13,9 @@ using namespace std::string_literals;
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
 using test::failureText;
-using test::textOf;
+using test::makeArray;
+using test::toText;
 
 TEST(PropertiesGetters, GetInt_StringOfDigitsThenLetters_IsTheDigits) {
     Properties store;
@@ -50,7 +50,7 @@ TEST(PropertiesGetters, GetBinary_IsANewArrayOfTheCallers) {
     store.addBinary("a", "\0b\xFF", 3);
     const std::unique_ptr<CPPByteArray> first = store.getBinary("a");
     first->setByte(0, 'x');
-    EXPECT_EQ(textOf(*store.getBinary("a")), "\0b\xFF"s);
+    EXPECT_EQ(toText(*store.getBinary("a")), "\0b\xFF"s);
 }
 
 TEST(PropertiesGetters, Getters_MissingKey_ThrowAMessageThatNamesKeyAndType) {
@@ -67,16 +67,16 @@ TEST(PropertiesGetters, GettersByIndex_StepInKeyOrder) {
     store.addString("a", "first");
     EXPECT_EQ(store.getKeyAt(0), "a");
     EXPECT_EQ(store.getKeyAt(1), "b");
-    EXPECT_EQ(textOf(*store.getBinaryAt(1)), "second");
+    EXPECT_EQ(toText(*store.getBinaryAt(1)), "second");
 }
 
 TEST(PropertiesGetters, GetBinaryAt_NegativeOrZeroIndex_IsTheFirstEntry) {
     Properties store;
     store.addString("a", "first");
     store.addString("b", "second");
-    EXPECT_EQ(textOf(*store.getBinaryAt(0)), "first");
-    EXPECT_EQ(textOf(*store.getBinaryAt(-1)), "first");
-    EXPECT_EQ(textOf(*store.getBinaryAt(INT32_MIN)), "first");
+    EXPECT_EQ(toText(*store.getBinaryAt(0)), "first");
+    EXPECT_EQ(toText(*store.getBinaryAt(-1)), "first");
+    EXPECT_EQ(toText(*store.getBinaryAt(INT32_MIN)), "first");
     EXPECT_EQ(store.getKeyAt(-7), "a");
 }
 
@@ -99,13 +99,13 @@ TEST(PropertiesGetters, Find_MissingKey_IsFalseAndLeavesTheOutput) {
     const Properties store;
     int32_t number = 7;
     std::string text = "old";
-    CPPByteArray bytes = arrayOf("old");
+    CPPByteArray bytes = makeArray("old");
     EXPECT_FALSE(store.findInt("k", number));
     EXPECT_FALSE(store.findString("k", text));
     EXPECT_FALSE(store.findBinary("k", bytes));
     EXPECT_EQ(number, 7);
     EXPECT_EQ(text, "old");
-    EXPECT_EQ(textOf(bytes), "old");
+    EXPECT_EQ(toText(bytes), "old");
 }
 
 TEST(PropertiesGetters, Find_KeyIsThere_ConvertsAsTheGettersDo) {
@@ -119,13 +119,13 @@ TEST(PropertiesGetters, Find_KeyIsThere_ConvertsAsTheGettersDo) {
     EXPECT_TRUE(store.findBinary("a", bytes));
     EXPECT_EQ(number, 42);
     EXPECT_EQ(text, "42x");
-    EXPECT_EQ(textOf(bytes), "42x");
+    EXPECT_EQ(toText(bytes), "42x");
 }
 
 TEST(PropertiesGetters, FindBinary_EmptyValue_EmptiesTheOutput) {
     Properties store;
     store.addString("a", "");
-    CPPByteArray bytes = arrayOf("old");
+    CPPByteArray bytes = makeArray("old");
     EXPECT_TRUE(store.findBinary("a", bytes));
     EXPECT_EQ(bytes.getSize(), 0u);
 }

@@ -15,9 +15,9 @@ using namespace std::string_literals;
 namespace dovrel {
 namespace {
 
-using test::arrayOf;
 using test::failureText;
-using test::textOf;
+using test::makeArray;
+using test::toText;
 
 TEST(Properties, IsPolymorphicWithAVirtualDestructor) {
     EXPECT_TRUE(std::is_polymorphic_v<Properties>);
@@ -36,7 +36,7 @@ TEST(Properties, Add_KeyIsThereWithAnotherType_FirstValueStays) {
     store.addString("a", "first");
     store.addInt("a", 2);
     store.addBinary("a", "x", 1);
-    store.addBinary("a", arrayOf("y"));
+    store.addBinary("a", makeArray("y"));
     EXPECT_EQ(store.getString("a"), "first");
     EXPECT_EQ(store.size(), 1u);
 }
@@ -48,7 +48,7 @@ TEST(Properties, AddParsed_OfAKnownType_AddsTheValueAndReturnsTrue) {
     EXPECT_TRUE(store.addParsed("binary", PropertyType::kBinary, "41 42"));
     EXPECT_EQ(store.getInt("integer"), -12);
     EXPECT_EQ(store.getString("string"), "text");
-    EXPECT_EQ(textOf(*store.getBinary("binary")), "AB");
+    EXPECT_EQ(toText(*store.getBinary("binary")), "AB");
 }
 
 TEST(Properties, AddParsed_OfAnUnknownType_AddsNothingAndReturnsFalse) {
@@ -72,7 +72,7 @@ TEST(Properties, ReplaceInt_KeyIsNotThere_AddsNothing) {
     store.replaceInt("b", 3);
     store.replaceString("b", "3");
     store.replaceBinary("b", "3", 1);
-    store.replaceBinary("b", arrayOf("3"));
+    store.replaceBinary("b", makeArray("3"));
     EXPECT_FALSE(store.contains("b"));
     EXPECT_EQ(store.size(), 0u);
 }
@@ -85,7 +85,7 @@ TEST(Properties, Replace_KeyIsThere_GetsTheNewValueWhateverItsType) {
     EXPECT_EQ(store.getString("a"), "2");
     store.replaceBinary("a", "three", 5);
     EXPECT_EQ(store.getString("a"), "three");
-    store.replaceBinary("a", arrayOf("four"));
+    store.replaceBinary("a", makeArray("four"));
     EXPECT_EQ(store.getString("a"), "four");
     store.replaceInt("a", 5);
     EXPECT_EQ(store.getString("a"), "5");

@@ -10,7 +10,7 @@
 namespace dovrel {
 namespace {
 
-using test::textOf;
+using test::toText;
 
 std::string nativeBytes(int32_t value) {
     std::string bytes(sizeof value, '\0');
@@ -31,7 +31,7 @@ TEST(PropertyValue, Integer_ReadAsEachType) {
     EXPECT_EQ(value.type, PropertyType::kInteger);
     EXPECT_EQ(value.asInt(), -5);
     EXPECT_EQ(value.asString(), "-5");
-    EXPECT_EQ(textOf(value.asBinary()), nativeBytes(-5));
+    EXPECT_EQ(toText(value.asBinary()), nativeBytes(-5));
 }
 
 TEST(PropertyValue, String_ReadAsEachType) {
@@ -39,7 +39,7 @@ TEST(PropertyValue, String_ReadAsEachType) {
     EXPECT_EQ(value.type, PropertyType::kString);
     EXPECT_EQ(value.asInt(), 12);
     EXPECT_EQ(value.asString(), "12ab");
-    EXPECT_EQ(textOf(value.asBinary()), "12ab");
+    EXPECT_EQ(toText(value.asBinary()), "12ab");
 }
 
 TEST(PropertyValue, Binary_ReadAsEachType) {
@@ -48,7 +48,7 @@ TEST(PropertyValue, Binary_ReadAsEachType) {
     EXPECT_EQ(value.type, PropertyType::kBinary);
     EXPECT_EQ(value.asInt(), 0x01020304);
     EXPECT_EQ(value.asString(), bytes);
-    EXPECT_EQ(textOf(value.asBinary()), bytes);
+    EXPECT_EQ(toText(value.asBinary()), bytes);
 }
 
 TEST(PropertyValue, BinaryOfFewerThanFourBytes_AsInt_IsExtendedByZeros) {

@@ -87,7 +87,7 @@ int ChildProcess::wait() {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-std::string outputOf(const std::vector<std::string>& arguments) {
+std::string readOutput(const std::vector<std::string>& arguments) {
     ChildProcess child(arguments, "/dev/null");
     std::string output;
     for (std::string line = child.readLine(); !line.empty(); line = child.readLine())

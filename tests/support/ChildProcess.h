@@ -42,6 +42,6 @@ class ChildProcess {
 };
 
 /// Runs the command to its end and returns its standard output; "" if it failed.
-std::string outputOf(const std::vector<std::string>& arguments);
+std::string readOutput(const std::vector<std::string>& arguments);
 
 }  // namespace dovrel::test

@@ -18,13 +18,13 @@ constexpr int kLooks = 100;
 constexpr int kColoursOfNothing = 20;
 
 // Returns what xdotool prints about the window; "" if the window is gone.
-std::string geometryOf(const std::string& window) {
-    return outputOf({"xdotool", "getwindowgeometry", "--shell", window});
+std::string readGeometry(const std::string& window) {
+    return readOutput({"xdotool", "getwindowgeometry", "--shell", window});
 }
 
 // The window number does not identify an alert: the next helper's window may have the same number.
-std::string processOf(const std::string& window) {
-    return outputOf({"xdotool", "getwindowpid", window});
+std::string readProcess(const std::string& window) {
+    return readOutput({"xdotool", "getwindowpid", window});
 }
 
 int numberAfter(const std::string& name, const std::string& geometry) {
@@ -33,23 +33,23 @@ int numberAfter(const std::string& name, const std::string& geometry) {
 }
 
 // Returns the area in the notation of the picture tools.
-std::string areaOf(const std::string& geometry) {
+std::string readArea(const std::string& geometry) {
     const auto number = [&geometry](const char* name) { return std::to_string(numberAfter(name, geometry)); };
     return number("WIDTH=") + "x" + number("HEIGHT=") + "+" + number("X=") + "+" + number("Y=");
 }
 
 bool hasKeyboard(const std::string& window) {
-    return outputOf({"xdotool", "getactivewindow"}) == window + '\n';
+    return readOutput({"xdotool", "getactivewindow"}) == window + '\n';
 }
 
 // Normally the window manager does this by itself, unless the window answered it too late.
 void giveKeyboard(const std::string& window) {
-    outputOf({"xdotool", "windowactivate", window});
+    readOutput({"xdotool", "windowactivate", window});
 }
 
 // GNUstep's window classes handle pending events only when another event arrives.
 void movePointer() {
-    outputOf({"xdotool", "mousemove_relative", "--", "1", "0", "mousemove_relative", "--", "-1", "0"});
+    readOutput({"xdotool", "mousemove_relative", "--", "1", "0", "mousemove_relative", "--", "-1", "0"});
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ Desktop::Desktop(const AlertLook& look) : look_(look) {}
 std::vector<std::string> Desktop::alerts() const {
     std::vector<std::string> search = {"xdotool", "search", "--onlyvisible"};
     search.insert(search.end(), look_.search.begin(), look_.search.end());
-    std::istringstream lines(outputOf(search));
+    std::istringstream lines(readOutput(search));
     std::vector<std::string> windows;
     for (std::string window; std::getline(lines, window);)
         windows.push_back(window);
@@ -79,14 +79,14 @@ std::vector<std::string> Desktop::alerts() const {
     return windows;
 }
 
-std::string Desktop::titleOf(const std::string& window) {
-    const std::string line = outputOf({"xdotool", "getwindowname", window});
+std::string Desktop::readTitle(const std::string& window) {
+    const std::string line = readOutput({"xdotool", "getwindowname", window});
     return line.substr(0, line.find('\n'));
 }
 
 bool Desktop::isOpen(const std::string& window, const std::string& process) const {
     const std::vector<std::string> open = alerts();
-    return std::find(open.begin(), open.end(), window) != open.end() && processOf(window) == process;
+    return std::find(open.begin(), open.end(), window) != open.end() && readProcess(window) == process;
 }
 
 std::string Desktop::waitForAlert() {
@@ -94,7 +94,7 @@ std::string Desktop::waitForAlert() {
     std::string lastGeometry;
     waitUntil([&] {
         for (const std::string& window : alerts()) {
-            const std::string geometry = geometryOf(window);
+            const std::string geometry = readGeometry(window);
             const bool rests = !geometry.empty() && geometry == lastGeometry;
             lastGeometry = geometry;
             if (!hasKeyboard(window)) {
@@ -122,7 +122,7 @@ template <typename Use>
 bool Desktop::answer(const Use& use) {
     const std::string window = waitForAlert();
     if (window.empty()) return false;
-    const std::string process = processOf(window);
+    const std::string process = readProcess(window);
     for (int attempt = 0; attempt < kUses; ++attempt) {
         use(window);
         if (closes(window, process)) return true;
@@ -132,7 +132,7 @@ bool Desktop::answer(const Use& use) {
 
 bool Desktop::clickButton(int fromRight) {
     return answer([this, fromRight](const std::string& window) {
-        const int width = numberAfter("WIDTH=", geometryOf(window));
+        const int width = numberAfter("WIDTH=", readGeometry(window));
         click(window, width - look_.fromRight - look_.step * fromRight);
     });
 }
@@ -143,16 +143,16 @@ void Desktop::clickHelp() {
 
 // Clicks in the row of the buttons.
 void Desktop::click(const std::string& window, int fromLeft) const {
-    const int height = numberAfter("HEIGHT=", geometryOf(window));
-    outputOf({"xdotool", "mousemove", "--window", window, std::to_string(fromLeft),
-              std::to_string(height - look_.fromBottom), "mousedown", "1"});
+    const int height = numberAfter("HEIGHT=", readGeometry(window));
+    readOutput({"xdotool", "mousemove", "--window", window, std::to_string(fromLeft),
+                std::to_string(height - look_.fromBottom), "mousedown", "1"});
     movePointer();
-    outputOf({"xdotool", "mouseup", "1"});
+    readOutput({"xdotool", "mouseup", "1"});
 }
 
 bool Desktop::pressKey(const std::string& key) {
     return answer([&key](const std::string& window) {
-        if (hasKeyboard(window)) outputOf({"xdotool", "key", key});
+        if (hasKeyboard(window)) readOutput({"xdotool", "key", key});
     });
 }
 
@@ -163,9 +163,9 @@ bool Desktop::takePicture(const std::string& name) {
     std::string last;
     return waitUntil([&] {
         movePointer();
-        outputOf({"import", "-window", "root", path});
-        const std::string content =
-            outputOf({"convert", path, "-crop", areaOf(geometryOf(window)), "-format", "%k %#\n", "info:"});
+        readOutput({"import", "-window", "root", path});
+        const std::string content = readOutput(
+            {"convert", path, "-crop", readArea(readGeometry(window)), "-format", "%k %#\n", "info:"});
         const bool rests = !content.empty() && content == last;
         last = content;
         return rests && std::stoi(content) > kColoursOfNothing;

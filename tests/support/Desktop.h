@@ -35,7 +35,7 @@ class Desktop {
     std::vector<std::string> alerts() const;
 
     /// Returns the text in the title bar of the window.
-    static std::string titleOf(const std::string& window);
+    static std::string readTitle(const std::string& window);
 
     /// Both functions use the alert that is open, or wait for one. They repeat the click or key until its
     /// window is gone, and return false if it stays. Buttons are counted from the right, starting at 0.

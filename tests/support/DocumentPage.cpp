@@ -23,7 +23,7 @@ std::string withoutBlanks(const std::string& cell) {
 }
 
 // Returns the cells between the bars of a line such as "| a | b |".
-DocumentPage::Row cellsOf(const std::string& line) {
+DocumentPage::Row splitCells(const std::string& line) {
     DocumentPage::Row cells;
     for (size_t from = 1, bar; (bar = line.find('|', from)) != std::string::npos; from = bar + 1) {
         cells.push_back(withoutBlanks(line.substr(from, bar - from)));
@@ -72,12 +72,12 @@ void DocumentPage::readSettings(std::istream& page) {
 }
 
 void DocumentPage::readTable(const std::string& header, std::istream& page) {
-    tables_.emplace_back(cellsOf(header), std::vector<Row>());
+    tables_.emplace_back(splitCells(header), std::vector<Row>());
     std::string line;
     std::getline(page, line);
     EXPECT_TRUE(startsWith(line, "|---")) << line;
     while (std::getline(page, line) && startsWith(line, "|"))
-        tables_.back().second.push_back(cellsOf(line));
+        tables_.back().second.push_back(splitCells(line));
 }
 
 std::string DocumentPage::example(const std::string& name) const {

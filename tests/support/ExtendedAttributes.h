@@ -14,7 +14,7 @@
 namespace dovrel::test {
 
 /// Returns the value of an attribute; empty also if the file does not have the attribute.
-inline std::string attributeOf(const std::string& file, const char* name) {
+inline std::string readAttribute(const std::string& file, const char* name) {
     std::array<char, 256> value;
     const ssize_t size = getxattr(file.c_str(), name, value.data(), value.size());
     return std::string(value.data(), size < 0 ? 0 : static_cast<size_t>(size));

@@ -16,7 +16,7 @@ namespace dovrel::test {
 
 class HeapWatch {
   public:
-    enum class Refusal { kOnce, kForGood };
+    enum class Refusal { kOnce, kForever };
 
     HeapWatch();
     HeapWatch(const HeapWatch&) = delete;
@@ -58,7 +58,7 @@ class HeapWatch {
 template <class Work, class Check>
 void refuseEachRequest(const Work& work, const Check& check) {
     constexpr size_t kMostRequests = 10'000;
-    for (const auto refusal : {HeapWatch::Refusal::kOnce, HeapWatch::Refusal::kForGood}) {
+    for (const auto refusal : {HeapWatch::Refusal::kOnce, HeapWatch::Refusal::kForever}) {
         size_t nth = 0;
         for (bool refused = true; refused;) {
             ASSERT_LT(++nth, kMostRequests);

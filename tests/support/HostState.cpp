@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string dispositionOf(int signal) {
+std::string readDisposition(int signal) {
     struct sigaction action = {};
     if (sigaction(signal, nullptr, &action) != 0) return "none";
     std::ostringstream text;
@@ -31,7 +31,7 @@ void addSignals(std::vector<std::string>& lines) {
     sigset_t blocked;
     pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
     for (int signal = 1; signal < NSIG; ++signal) {
-        lines.push_back("signal " + std::to_string(signal) + ": " + dispositionOf(signal) +
+        lines.push_back("signal " + std::to_string(signal) + ": " + readDisposition(signal) +
                         (sigismember(&blocked, signal) == 1 ? " blocked" : ""));
     }
 }

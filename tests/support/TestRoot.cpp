@@ -37,7 +37,7 @@ void stageBundle(const fs::path& from, const fs::path& to) {
 }
 
 // Returns the executable of a process; "" if the process has ended or belongs to another user.
-std::string executableOf(const fs::path& process) {
+std::string readExecutable(const fs::path& process) {
     std::error_code failed;
     return fs::read_symlink(process / "exe", failed).string();
 }
@@ -106,7 +106,7 @@ void TestRoot::setEnvironment() {
 
 void TestRoot::expectNoSanitizerReports() const {
     for (const fs::directory_entry& report : fs::directory_iterator(path() + kReports)) {
-        ADD_FAILURE() << contentOf(report.path());
+        ADD_FAILURE() << readFile(report.path());
     }
 }
 
@@ -133,7 +133,7 @@ std::vector<pid_t> TestRoot::servers() const {
     for (const fs::directory_entry& process : fs::directory_iterator("/proc")) {
         const std::string name = process.path().filename();
         if (name.find_first_not_of("0123456789") != std::string::npos) continue;
-        const std::string executable = executableOf(process.path());
+        const std::string executable = readExecutable(process.path());
         // Linux appends this if the file was deleted while the process runs.
         const bool isOurs =
             executable == serverExecutable() || executable == serverExecutable() + " (deleted)";
@@ -159,7 +159,7 @@ void TestRoot::endServers(int signal) const {
 }
 
 std::string TestRoot::serverLog() const {
-    return contentOf(path() + kLogFile);
+    return readFile(path() + kLogFile);
 }
 
 void TestRoot::waitForServerLog(const std::string& text) const {
@@ -168,7 +168,7 @@ void TestRoot::waitForServerLog(const std::string& text) const {
         << serverLog();
 }
 
-std::string contentOf(const std::string& path) {
+std::string readFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream content;
     content << file.rdbuf();

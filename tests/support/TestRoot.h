@@ -67,6 +67,6 @@ class TestRoot {
 };
 
 /// Returns the content of a file; "" if the file cannot be read.
-std::string contentOf(const std::string& path);
+std::string readFile(const std::string& path);
 
 }  // namespace dovrel::test

@@ -11,7 +11,7 @@ namespace dovrel::test {
 
 /// Returns the entries of this process's trace without process and time, each with its continuation lines.
 /// Fails the test if a line neither begins an entry nor is indented.
-inline std::vector<std::string> traceEntriesOf(const std::string& trace) {
+inline std::vector<std::string> splitTraceEntries(const std::string& trace) {
     constexpr char kIndent[] = "    ";
     const std::string begin = "dovrel " + std::to_string(getpid()) + " ";
     std::vector<std::string> entries;
@@ -33,8 +33,8 @@ inline std::vector<std::string> traceEntriesOf(const std::string& trace) {
 }
 
 /// Does the same for a trace in which every entry is one line.
-inline std::vector<std::string> traceLinesOf(const std::string& trace) {
-    const std::vector<std::string> entries = traceEntriesOf(trace);
+inline std::vector<std::string> splitTraceLines(const std::string& trace) {
+    const std::vector<std::string> entries = splitTraceEntries(trace);
     for (const std::string& entry : entries)
         EXPECT_EQ(entry.find('\n'), std::string::npos) << entry;
     return entries;

@@ -12,8 +12,8 @@ WindowManager::WindowManager()
     // The window manager is ready when it carries out a request. Windows that
     // open earlier may get a wrong size.
     if (!waitUntil([] {
-            outputOf({"xdotool", "set_num_desktops", "1"});
-            return outputOf({"xdotool", "get_num_desktops"}) == "1\n";
+            readOutput({"xdotool", "set_num_desktops", "1"});
+            return readOutput({"xdotool", "get_num_desktops"}) == "1\n";
         })) {
         throw std::runtime_error("openbox does not start");
     }

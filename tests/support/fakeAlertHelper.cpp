@@ -27,14 +27,14 @@ namespace {
 
 constexpr int kStream = 3;
 
-std::string valueOf(const char* variable) {
+std::string readValue(const char* variable) {
     const char* const value = std::getenv(variable);
     return value != nullptr ? value : "";
 }
 
 // Each note is one write, so that a reader never sees half a line.
 void note(const std::string& line) {
-    std::ofstream(valueOf("FAKE_ALERT_NOTES"), std::ios::app) << line + '\n' << std::flush;
+    std::ofstream(readValue("FAKE_ALERT_NOTES"), std::ios::app) << line + '\n' << std::flush;
 }
 
 std::string openDescriptors() {
@@ -83,8 +83,8 @@ void run(const std::string& command) {
 int main() {
     note("process " + std::to_string(getpid()));
     note("descriptors" + openDescriptors());
-    if (valueOf("FAKE_ALERT_DEAF").empty()) note("request " + readLine());
-    std::istringstream commands(valueOf("FAKE_ALERT"));
+    if (readValue("FAKE_ALERT_DEAF").empty()) note("request " + readLine());
+    std::istringstream commands(readValue("FAKE_ALERT"));
     for (std::string command; std::getline(commands, command);)
         run(command);
     return 0;

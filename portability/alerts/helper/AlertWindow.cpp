@@ -18,7 +18,7 @@ constexpr char kStyle[] =
     // With the default padding, two long captions would not fit on the smallest screens.
     ".alert-button { padding-left: 10px; padding-right: 10px; }";
 
-AlertWindow& windowOf(gpointer data) {
+AlertWindow& toWindow(gpointer data) {
     return *static_cast<AlertWindow*>(data);
 }
 
@@ -62,7 +62,7 @@ AlertWindow::AlertWindow(const AlertRequest& request, Handlers handlers)
     gtk_window_set_focus(window_, buttons_.button(0));
     addKeys();
     const auto closed = +[](GtkWindow*, gpointer self) -> gboolean {
-        windowOf(self).pressCancel();
+        toWindow(self).pressCancel();
         return TRUE;
     };
     g_signal_connect(window_, "close-request", G_CALLBACK(closed), this);
@@ -90,15 +90,15 @@ void AlertWindow::describe(const AlertRequest& request) {
 void AlertWindow::addKeys() {
     GtkEventController* const keys = gtk_shortcut_controller_new();
     const auto cancel = [](GtkWidget*, GVariant*, gpointer self) -> gboolean {
-        windowOf(self).pressCancel();
+        toWindow(self).pressCancel();
         return TRUE;
     };
     const auto pageUp = [](GtkWidget*, GVariant*, gpointer self) -> gboolean {
-        windowOf(self).text_.scrollPage(GTK_SCROLL_PAGE_UP);
+        toWindow(self).text_.scrollPage(GTK_SCROLL_PAGE_UP);
         return TRUE;
     };
     const auto pageDown = [](GtkWidget*, GVariant*, gpointer self) -> gboolean {
-        windowOf(self).text_.scrollPage(GTK_SCROLL_PAGE_DOWN);
+        toWindow(self).text_.scrollPage(GTK_SCROLL_PAGE_DOWN);
         return TRUE;
     };
     addKey(keys, GDK_KEY_Escape, cancel, this);
@@ -117,7 +117,7 @@ void AlertWindow::present() {
 
 void AlertWindow::watchFirstFrame() {
     const auto painted = +[](GdkFrameClock* clock, gpointer data) {
-        AlertWindow& self = windowOf(data);
+        AlertWindow& self = toWindow(data);
         if (gdk_surface_get_mapped(gtk_native_get_surface(GTK_NATIVE(self.window_))) == FALSE) return;
         g_signal_handler_disconnect(clock, std::exchange(self.firstFrame_, 0));
         putOnTop(self.window_);

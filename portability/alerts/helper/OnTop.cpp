@@ -16,7 +16,7 @@ struct X11Window {
     Atom atom(const char* name) const { return gdk_x11_get_xatom_by_name_for_display(gdkDisplay, name); }
 };
 
-X11Window x11WindowOf(GtkWindow* window) {
+X11Window getX11Window(GtkWindow* window) {
     X11Window found;
     found.surface = gtk_native_get_surface(GTK_NATIVE(window));
     if (found.surface == nullptr || !GDK_IS_X11_SURFACE(found.surface)) return {};
@@ -65,7 +65,7 @@ void placeInTheMiddle(const X11Window& own) {
 }  // namespace
 
 void prepareOnTop(GtkWindow* window) {
-    const X11Window own = x11WindowOf(window);
+    const X11Window own = getX11Window(window);
     if (own.display == nullptr) return;
     // Format 32 means an array of long, even if long has 64 bits.
     const Atom dialog = own.atom("_NET_WM_WINDOW_TYPE_DIALOG");
@@ -76,7 +76,7 @@ void prepareOnTop(GtkWindow* window) {
 }
 
 void putOnTop(GtkWindow* window) {
-    const X11Window own = x11WindowOf(window);
+    const X11Window own = getX11Window(window);
     if (own.display == nullptr) return;
     if (hasWindowManager(own)) {
         askToKeepAbove(own);

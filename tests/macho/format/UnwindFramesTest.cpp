@@ -18,7 +18,7 @@ UnwindFunction function(uint64_t begin, uint64_t personality = 0) {
 }
 
 // Returns the position of the common part. A description contains the distance to it.
-size_t commonOf(ByteReader bytes, size_t position) {
+size_t parseCommon(ByteReader bytes, size_t position) {
     return position + 4 - bytes.at<uint32_t>(position + 4);
 }
 
@@ -31,9 +31,9 @@ TEST(UnwindFrames, FunctionsAlike_ShareWhatIsCommon) {
     const ByteReader reader(bytes.data(), bytes.size());
     const std::vector<size_t>& positions = frames.positions();
     ASSERT_EQ(positions.size(), 3u);
-    EXPECT_EQ(commonOf(reader, positions[0]), 0u);
-    EXPECT_EQ(commonOf(reader, positions[2]), 0u);
-    EXPECT_GT(commonOf(reader, positions[1]), 0u);
+    EXPECT_EQ(parseCommon(reader, positions[0]), 0u);
+    EXPECT_EQ(parseCommon(reader, positions[2]), 0u);
+    EXPECT_GT(parseCommon(reader, positions[1]), 0u);
     EXPECT_EQ(reader.at<uint32_t>(4), 0u) << "what is common describes no function";
 }
 

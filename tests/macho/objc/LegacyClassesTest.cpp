@@ -35,7 +35,7 @@ Description describe(const char* name, const char* superclass, const Variable* v
 
 // Calls `use` with an image whose only section is this one. Returns the reason of the failure, or nothing.
 template <typename Words, typename Use>
-std::string reasonOf(const std::string& section, Words& words, const Use& use) {
+std::string catchReason(const std::string& section, Words& words, const Use& use) {
     FileBuilder builder;
     const size_t size = words.size() * sizeof words[0];
     builder.sectionName = section;
@@ -55,7 +55,7 @@ std::string reasonOf(const std::string& section, Words& words, const Use& use) {
 }
 
 std::string reasonOfRegistering(std::vector<Description> classes) {
-    return reasonOf("__class", classes, &registerLegacyClasses);
+    return catchReason("__class", classes, &registerLegacyClasses);
 }
 
 Class find(const char* name) {
@@ -99,13 +99,13 @@ TEST(LegacyClasses, AVariableThatHasAnotherPlaceHere_IsRefused) {
 
 TEST(LegacyClasses, TheNameOfAClass_BecomesTheClass) {
     std::array<const void*, 8 / sizeof(void*)> reference = {"NSObject"};
-    EXPECT_EQ(reasonOf("__cls_refs", reference, &referToLegacyClasses), "");
+    EXPECT_EQ(catchReason("__cls_refs", reference, &referToLegacyClasses), "");
     EXPECT_EQ(reference[0], find("NSObject"));
 }
 
 TEST(LegacyClasses, TheNameOfAClassThatIsNowhere_IsRefused) {
     std::array<const void*, 8 / sizeof(void*)> reference = {"DovrelNobody"};
-    EXPECT_EQ(reasonOf("__cls_refs", reference, &referToLegacyClasses), "there is no class DovrelNobody");
+    EXPECT_EQ(catchReason("__cls_refs", reference, &referToLegacyClasses), "there is no class DovrelNobody");
 }
 
 }  // namespace

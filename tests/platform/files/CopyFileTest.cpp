@@ -21,31 +21,31 @@ TEST_F(CopyFileWithShell, CopiesForAllUsers) {
     const std::string source = folder_.write("source", "content");
     const std::string destination = folder_.path("destination");
     EXPECT_TRUE(copyFileWithShell(source.c_str(), destination.c_str(), false));
-    EXPECT_EQ(ScratchFolder::contentOf(destination), "content");
-    EXPECT_EQ(ScratchFolder::permissionsOf(destination), 0777u);
-    EXPECT_EQ(ScratchFolder::permissionsOf(source), 0600u) << "the source is nobody else's business";
+    EXPECT_EQ(ScratchFolder::readFile(destination), "content");
+    EXPECT_EQ(ScratchFolder::readPermissions(destination), 0777u);
+    EXPECT_EQ(ScratchFolder::readPermissions(source), 0600u) << "the source is nobody else's business";
 }
 
 TEST_F(CopyFileWithShell, OnlyIfMissingOntoAnExistingFile_LeavesItUntouched) {
     const std::string source = folder_.write("source", "new");
     const std::string destination = folder_.write("destination", "old");
     EXPECT_FALSE(copyFileWithShell(source.c_str(), destination.c_str(), true));
-    EXPECT_EQ(ScratchFolder::contentOf(destination), "old");
-    EXPECT_EQ(ScratchFolder::permissionsOf(destination), 0600u);
+    EXPECT_EQ(ScratchFolder::readFile(destination), "old");
+    EXPECT_EQ(ScratchFolder::readPermissions(destination), 0600u);
 }
 
 TEST_F(CopyFileWithShell, OnlyIfMissingOntoNothing_Copies) {
     const std::string source = folder_.write("source", "new");
     const std::string destination = folder_.path("destination");
     EXPECT_TRUE(copyFileWithShell(source.c_str(), destination.c_str(), true));
-    EXPECT_EQ(ScratchFolder::contentOf(destination), "new");
+    EXPECT_EQ(ScratchFolder::readFile(destination), "new");
 }
 
 TEST_F(CopyFileWithShell, OntoAnExistingFile_ReplacesIt) {
     const std::string source = folder_.write("source", "new");
     const std::string destination = folder_.write("destination", "old");
     EXPECT_TRUE(copyFileWithShell(source.c_str(), destination.c_str(), false));
-    EXPECT_EQ(ScratchFolder::contentOf(destination), "new");
+    EXPECT_EQ(ScratchFolder::readFile(destination), "new");
 }
 
 TEST_F(CopyFileWithShell, WithANullPath_IsFalse) {
@@ -67,7 +67,7 @@ TEST_F(CopyFileWithShell, WithQuotesAndCommandsInThePaths_TakesThemAsNames) {
     const std::string source = folder_.write("it's $(touch no) `touch no` \"; touch no", "content");
     const std::string destination = folder_.path("'; touch 'no");
     EXPECT_TRUE(copyFileWithShell(source.c_str(), destination.c_str(), false));
-    EXPECT_EQ(ScratchFolder::contentOf(destination), "content");
+    EXPECT_EQ(ScratchFolder::readFile(destination), "content");
     EXPECT_FALSE(std::filesystem::exists("no")) << "in " << std::filesystem::current_path();
 }
 
@@ -76,17 +76,17 @@ TEST_F(CopyFileWithShell, IntoAFolder_LeavesTheFoldersPermissions) {
     const std::string target = folder_.path("target");
     ASSERT_TRUE(std::filesystem::create_directory(target));
     EXPECT_TRUE(copyFileWithShell(source.c_str(), target.c_str(), false));
-    EXPECT_EQ(ScratchFolder::contentOf(target + "/source"), "content");
-    EXPECT_EQ(ScratchFolder::permissionsOf(target), 0700u);
-    EXPECT_EQ(ScratchFolder::permissionsOf(target + "/source"), 0777u) << "the copy is what was created";
+    EXPECT_EQ(ScratchFolder::readFile(target + "/source"), "content");
+    EXPECT_EQ(ScratchFolder::readPermissions(target), 0700u);
+    EXPECT_EQ(ScratchFolder::readPermissions(target + "/source"), 0777u) << "the copy is what was created";
 }
 
 TEST_F(CopyFileWithShell, ForAHostThatIgnoresTheEndsOfItsChildren_OpensTheCopyToAllUsers) {
     const test::SignalAction ignored(SIGCHLD, SIG_IGN);
     const std::string source = folder_.write("source", std::string(200'000, 'x'));
     EXPECT_TRUE(copyFileWithShell(source.c_str(), folder_.path("copy").c_str(), false));
-    EXPECT_EQ(ScratchFolder::contentOf(folder_.path("copy")), std::string(200'000, 'x'));
-    EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("copy")), 0777u);
+    EXPECT_EQ(ScratchFolder::readFile(folder_.path("copy")), std::string(200'000, 'x'));
+    EXPECT_EQ(ScratchFolder::readPermissions(folder_.path("copy")), 0777u);
 }
 
 TEST_F(CopyFileWithShell, ThatFails_LeavesThePermissionsOfTheDestination) {
@@ -101,7 +101,7 @@ TEST_F(CopyFileWithShell, ThatFails_LeavesThePermissionsOfTheDestination) {
             EXPECT_TRUE(copyFileWithShell(longer.c_str(), old.c_str(), false));
         }
         testing::internal::GetCapturedStderr();
-        EXPECT_EQ(ScratchFolder::permissionsOf(old), 0600u);
+        EXPECT_EQ(ScratchFolder::readPermissions(old), 0600u);
     }
 }
 

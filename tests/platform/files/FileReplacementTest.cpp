@@ -29,7 +29,7 @@ struct FileReplacement : testing::Test {
         return static_cast<size_t>(std::distance(begin(all), end(all)));
     }
 
-    static ino_t inodeOf(const std::string& path) {
+    static ino_t readInode(const std::string& path) {
         struct stat status {};
         EXPECT_EQ(stat(path.c_str(), &status), 0);
         return status.st_ino;
@@ -46,7 +46,7 @@ struct FileReplacement : testing::Test {
 
 TEST_F(FileReplacement, NoSuchFile_IsCreated) {
     EXPECT_TRUE(replaceFileContent(folder.path("file"), "new"));
-    EXPECT_EQ(ScratchFolder::contentOf(folder.path("file")), "new");
+    EXPECT_EQ(ScratchFolder::readFile(folder.path("file")), "new");
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
@@ -54,10 +54,10 @@ TEST_F(FileReplacement, ExistingFile_HasTheNewContentAloneAndItsPermissions) {
     const std::string path = folder.write("file", "a long old content");
     ScratchFolder::setPermissions(path, 0640);
     EXPECT_TRUE(replaceFileContent(path, "new"));
-    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
-    EXPECT_EQ(ScratchFolder::permissionsOf(path), 0640u);
+    EXPECT_EQ(ScratchFolder::readFile(path), "new");
+    EXPECT_EQ(ScratchFolder::readPermissions(path), 0640u);
     EXPECT_TRUE(replaceFileContent(path, ""));
-    EXPECT_EQ(ScratchFolder::contentOf(path), "");
+    EXPECT_EQ(ScratchFolder::readFile(path), "");
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
@@ -65,7 +65,7 @@ TEST_F(FileReplacement, NoRoomForTheNewContent_LeavesTheOldOneAndNothingElse) {
     const std::string path = folder.write("file", "old");
     const FileSizeLimit limit(kLimit);
     EXPECT_FALSE(replaceFileContent(path, tooLong));
-    EXPECT_EQ(ScratchFolder::contentOf(path), "old");
+    EXPECT_EQ(ScratchFolder::readFile(path), "old");
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
@@ -82,7 +82,7 @@ TEST_F(FileReplacement, LeftoversOfAKilledWriter_AreDeletedByTheNextWriteOfTheFi
     writeLeftover("file.new1");
     writeLeftover("other.new0");
     EXPECT_TRUE(replaceFileContent(path, "new"));
-    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+    EXPECT_EQ(ScratchFolder::readFile(path), "new");
     EXPECT_EQ(filesInFolder(), 2u);
     EXPECT_TRUE(std::filesystem::exists(folder.path("other.new0")));
 }
@@ -91,7 +91,7 @@ TEST_F(FileReplacement, FileOfAUserThatIsNamedLikeALeftover_Stays) {
     const std::string path = folder.write("file", "old");
     folder.write("file.new7", "content");
     EXPECT_TRUE(replaceFileContent(path, "new"));
-    EXPECT_EQ(ScratchFolder::contentOf(folder.path("file.new7")), "content");
+    EXPECT_EQ(ScratchFolder::readFile(folder.path("file.new7")), "content");
 }
 
 TEST_F(FileReplacement, LeftoversBesideAFileThatIsWrittenInPlaceOrNew_AreDeletedAsWell) {
@@ -108,28 +108,28 @@ TEST_F(FileReplacement, FileWithTwoNames_HasTheNewContentUnderBoth) {
     const std::string path = folder.write("file", "old");
     std::filesystem::create_hard_link(path, folder.path("other name"));
     EXPECT_TRUE(replaceFileContent(path, "new"));
-    EXPECT_EQ(ScratchFolder::contentOf(folder.path("other name")), "new");
+    EXPECT_EQ(ScratchFolder::readFile(folder.path("other name")), "new");
 }
 
 TEST_F(FileReplacement, FileWithExtendedAttributes_KeepsThemAndItsIdentity) {
     const std::string path = folder.write("file", "old");
     SET_ATTRIBUTE_OR_SKIP(path, "user.origin", "here");
-    const ino_t inode = inodeOf(path);
+    const ino_t inode = readInode(path);
     EXPECT_TRUE(replaceFileContent(path, "new"));
-    EXPECT_EQ(test::attributeOf(path, "user.origin"), "here");
-    EXPECT_EQ(inodeOf(path), inode);
-    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+    EXPECT_EQ(test::readAttribute(path, "user.origin"), "here");
+    EXPECT_EQ(readInode(path), inode);
+    EXPECT_EQ(ScratchFolder::readFile(path), "new");
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
 TEST_F(FileReplacement, FileWithAnAccessControlList_KeepsItAndItsIdentity) {
     const std::string path = folder.write("file", "a longer old content");
     SET_ATTRIBUTE_OR_SKIP(path, test::kAccessList, test::sharedAccessList());
-    const ino_t inode = inodeOf(path);
+    const ino_t inode = readInode(path);
     EXPECT_TRUE(replaceFileContent(path, "new"));
-    EXPECT_EQ(test::attributeOf(path, test::kAccessList), test::sharedAccessList());
-    EXPECT_EQ(inodeOf(path), inode);
-    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+    EXPECT_EQ(test::readAttribute(path, test::kAccessList), test::sharedAccessList());
+    EXPECT_EQ(readInode(path), inode);
+    EXPECT_EQ(ScratchFolder::readFile(path), "new");
 }
 
 TEST_F(FileReplacement, FileInAFolderWithADefaultAccessControlList_GetsNone) {
@@ -137,9 +137,9 @@ TEST_F(FileReplacement, FileInAFolderWithADefaultAccessControlList_GetsNone) {
     ScratchFolder::setPermissions(path, 0640);
     SET_ATTRIBUTE_OR_SKIP(folder.path(), test::kDefaultAccessList, test::sharedAccessList());
     EXPECT_TRUE(replaceFileContent(path, "new"));
-    EXPECT_EQ(test::attributeOf(path, test::kAccessList), "");
-    EXPECT_EQ(ScratchFolder::permissionsOf(path), 0640u);
-    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+    EXPECT_EQ(test::readAttribute(path, test::kAccessList), "");
+    EXPECT_EQ(ScratchFolder::readPermissions(path), 0640u);
+    EXPECT_EQ(ScratchFolder::readFile(path), "new");
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
@@ -148,7 +148,7 @@ TEST_F(FileReplacement, FileThatIsWrittenInPlaceWithoutRoom_KeepsItsOldContent) 
     std::filesystem::create_hard_link(path, folder.path("other name"));
     const FileSizeLimit limit(kLimit);
     EXPECT_FALSE(replaceFileContent(path, tooLong));
-    EXPECT_EQ(ScratchFolder::contentOf(path), "old");
+    EXPECT_EQ(ScratchFolder::readFile(path), "old");
 }
 
 TEST_F(FileReplacement, MountPoint_IsWrittenInPlace) {
@@ -156,10 +156,10 @@ TEST_F(FileReplacement, MountPoint_IsWrittenInPlace) {
     const std::string path = folder.write("file", "never seen");
     EXPECT_WITH_OWN_MOUNTS([&] {
         return mount(behind.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
-               replaceFileContent(path, "new") && ScratchFolder::contentOf(path) == "new";
+               replaceFileContent(path, "new") && ScratchFolder::readFile(path) == "new";
     });
-    EXPECT_EQ(ScratchFolder::contentOf(behind), "new");
-    EXPECT_EQ(ScratchFolder::contentOf(path), "never seen");
+    EXPECT_EQ(ScratchFolder::readFile(behind), "new");
+    EXPECT_EQ(ScratchFolder::readFile(path), "never seen");
     EXPECT_EQ(filesInFolder(), 2u);
 }
 
@@ -174,7 +174,7 @@ TEST_F(FileReplacement, FileThatMayBeWrittenOnAReadOnlyFileSystem_IsWrittenInPla
                mount(nullptr, top, nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0 &&
                replaceFileContent(path, "new") && umount(path.c_str()) == 0 && umount(top) == 0;
     });
-    EXPECT_EQ(ScratchFolder::contentOf(behind), "new");
+    EXPECT_EQ(ScratchFolder::readFile(behind), "new");
 }
 
 TEST_F(FileReplacement, FullDisk_IsFalseAndTheOldContentStays) {
@@ -185,8 +185,8 @@ TEST_F(FileReplacement, FullDisk_IsFalseAndTheOldContentStays) {
         std::filesystem::create_hard_link(linked, folder.path("other name"));
         const std::string large(200'000, 'n');
         return !replaceFileContent(path, large) && !replaceFileContent(linked, large) &&
-               ScratchFolder::contentOf(path) == std::string(100'000, 'o') &&
-               ScratchFolder::contentOf(linked) == "old" && filesInFolder() == 3u;
+               ScratchFolder::readFile(path) == std::string(100'000, 'o') &&
+               ScratchFolder::readFile(linked) == "old" && filesInFolder() == 3u;
     });
 }
 
@@ -198,7 +198,7 @@ TEST_F(FileReplacement, StickyFolderOfAnotherUser_FileInItThatMayBeWrittenIsWrit
     ScratchFolder::setPermissions(path, 0666);
     ScratchFolder::setPermissions(folder.path(), 01777);
     EXPECT_TRUE(holdsForOrdinaryUser([&] { return replaceFileContent(path, "new"); }));
-    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+    EXPECT_EQ(ScratchFolder::readFile(path), "new");
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
@@ -206,10 +206,10 @@ TEST_F(FileReplacement, StickyFolderOfAnotherUser_FileOfOnesOwnInItIsExchanged) 
     ScratchFolder::setPermissions(folder.path(), 01777);
     EXPECT_TRUE(holdsForOrdinaryUser([&] {
         const std::string path = folder.write("file", "old");
-        const ino_t inode = inodeOf(path);
-        return replaceFileContent(path, "new") && inodeOf(path) != inode;
+        const ino_t inode = readInode(path);
+        return replaceFileContent(path, "new") && readInode(path) != inode;
     }));
-    EXPECT_EQ(ScratchFolder::contentOf(folder.path("file")), "new");
+    EXPECT_EQ(ScratchFolder::readFile(folder.path("file")), "new");
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
@@ -218,7 +218,7 @@ TEST_F(FileReplacement, SymbolicLink_StaysOneAndItsTargetHasTheNewContent) {
     std::filesystem::create_symlink(target, folder.path("link"));
     EXPECT_TRUE(replaceFileContent(folder.path("link"), "new"));
     EXPECT_TRUE(std::filesystem::is_symlink(folder.path("link")));
-    EXPECT_EQ(ScratchFolder::contentOf(target), "new");
+    EXPECT_EQ(ScratchFolder::readFile(target), "new");
 }
 
 TEST_F(FileReplacement, Device_IsWrittenToAndStays) {
@@ -236,7 +236,7 @@ TEST_F(FileReplacement, FilesBesideAFolder_AreNoLeftovers) {
     std::filesystem::create_directory(folder.path("inner"));
     folder.write("inner.new0", "content");
     EXPECT_FALSE(replaceFileContent(folder.path("inner"), "x"));
-    EXPECT_EQ(ScratchFolder::contentOf(folder.path("inner.new0")), "content");
+    EXPECT_EQ(ScratchFolder::readFile(folder.path("inner.new0")), "content");
 }
 
 TEST_F(FileReplacement, FileThatMayNotBeWritten_IsFalseAndStaysThoughItsFolderMay) {
@@ -244,7 +244,7 @@ TEST_F(FileReplacement, FileThatMayNotBeWritten_IsFalseAndStaysThoughItsFolderMa
     ScratchFolder::setPermissions(path, 0444);
     ScratchFolder::setPermissions(folder.path(), 0777);
     EXPECT_TRUE(holdsForOrdinaryUser([&] { return !replaceFileContent(path, "new"); }));
-    EXPECT_EQ(ScratchFolder::contentOf(path), "old");
+    EXPECT_EQ(ScratchFolder::readFile(path), "old");
 }
 
 TEST_F(FileReplacement, FolderThatMayNotBeWritten_FileInItIsWrittenInPlace) {
@@ -253,17 +253,17 @@ TEST_F(FileReplacement, FolderThatMayNotBeWritten_FileInItIsWrittenInPlace) {
     ScratchFolder::setPermissions(folder.path(), 0555);
     EXPECT_TRUE(holdsForOrdinaryUser([&] { return replaceFileContent(path, "new"); }));
     ScratchFolder::setPermissions(folder.path(), 0777);
-    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+    EXPECT_EQ(ScratchFolder::readFile(path), "new");
 }
 
 TEST_F(FileReplacement, FileOfAnotherUser_StaysThatUsers) {
     NEEDS_ROOT("give a file to another user");
     const std::string path = folder.write("file", "old");
     ASSERT_EQ(chown(path.c_str(), 65534, 65534), 0);
-    const ino_t inode = inodeOf(path);
+    const ino_t inode = readInode(path);
     EXPECT_TRUE(replaceFileContent(path, "new"));
-    EXPECT_EQ(inodeOf(path), inode);
-    EXPECT_EQ(ScratchFolder::contentOf(path), "new");
+    EXPECT_EQ(readInode(path), inode);
+    EXPECT_EQ(ScratchFolder::readFile(path), "new");
     EXPECT_EQ(filesInFolder(), 1u);
 }
 

@@ -67,16 +67,16 @@ TEST_F(FileUtilities, ReadWholeFile_OfAFolder_ThrowsTheSame) {
 TEST_F(FileUtilities, WriteWholeFile_CreatesAFileForAllUsersWithAllBytes) {
     const std::string path = folder_.path("new");
     EXPECT_TRUE(writeWholeFile(path, "a\0\r\n\xFF"s));
-    EXPECT_EQ(ScratchFolder::contentOf(path), "a\0\r\n\xFF"s);
-    EXPECT_EQ(ScratchFolder::permissionsOf(path), 0777u);
+    EXPECT_EQ(ScratchFolder::readFile(path), "a\0\r\n\xFF"s);
+    EXPECT_EQ(ScratchFolder::readPermissions(path), 0777u);
 }
 
 TEST_F(FileUtilities, WriteWholeFile_ReplacesTheContentOfAnExistingFile) {
     const std::string path = folder_.write("old", "a long content");
     EXPECT_TRUE(writeWholeFile(path, "short"));
-    EXPECT_EQ(ScratchFolder::contentOf(path), "short");
+    EXPECT_EQ(ScratchFolder::readFile(path), "short");
     EXPECT_TRUE(writeWholeFile(path, ""));
-    EXPECT_EQ(ScratchFolder::contentOf(path), "");
+    EXPECT_EQ(ScratchFolder::readFile(path), "");
 }
 
 TEST_F(FileUtilities, WriteWholeFile_ThatCannotBeOpened_IsFalse) {
@@ -97,23 +97,23 @@ TEST_F(FileUtilities, WriteWholeFile_WithAMacRomanName_IsOpenedToAllOnlyIfTheUtf
     const std::string macRoman = folder_.path(kMacRomanName);
     EXPECT_TRUE(writeWholeFile(macRoman, "text"));
     EXPECT_EQ(readWholeFile(macRoman, false), "text");
-    EXPECT_EQ(ScratchFolder::permissionsOf(macRoman), 0600u);
-    EXPECT_EQ(ScratchFolder::permissionsOf(utf8), 0777u);
+    EXPECT_EQ(ScratchFolder::readPermissions(macRoman), 0600u);
+    EXPECT_EQ(ScratchFolder::readPermissions(utf8), 0777u);
 }
 
 TEST_F(FileUtilities, RenameIfTargetMissing_Renames) {
     const std::string source = folder_.write("source", "content");
     EXPECT_TRUE(renameIfTargetMissing(source, folder_.path("target")));
     EXPECT_FALSE(std::filesystem::exists(source));
-    EXPECT_EQ(ScratchFolder::contentOf(folder_.path("target")), "content");
+    EXPECT_EQ(ScratchFolder::readFile(folder_.path("target")), "content");
 }
 
 TEST_F(FileUtilities, RenameIfTargetMissing_OntoAnExistingTarget_IsFalseAndLeavesBothFiles) {
     const std::string source = folder_.write("source", "one");
     const std::string target = folder_.write("target", "two");
     EXPECT_FALSE(renameIfTargetMissing(source, target));
-    EXPECT_EQ(ScratchFolder::contentOf(source), "one");
-    EXPECT_EQ(ScratchFolder::contentOf(target), "two");
+    EXPECT_EQ(ScratchFolder::readFile(source), "one");
+    EXPECT_EQ(ScratchFolder::readFile(target), "two");
 }
 
 TEST_F(FileUtilities, RenameIfTargetMissing_OfAMissingSource_IsFalse) {
@@ -154,7 +154,7 @@ TEST_F(FileUtilities, FileManagerForms_TakeAMacRomanPath) {
     EXPECT_TRUE(pathExists(asMacRoman));
     EXPECT_FALSE(pathExists(onDisk)) << "UTF-8 bytes name something else in Mac Roman";
     EXPECT_TRUE(grantAllPermissions(asMacRoman));
-    EXPECT_EQ(ScratchFolder::permissionsOf(onDisk), 0777u);
+    EXPECT_EQ(ScratchFolder::readPermissions(onDisk), 0777u);
     EXPECT_TRUE(deleteFileObject(asMacRoman));
     EXPECT_FALSE(std::filesystem::exists(onDisk));
 }

@@ -26,7 +26,7 @@ class FileWriting : public testing::Test {
     }
     ~FileWriting() override { close(descriptor_); }
 
-    std::string content() const { return ScratchFolder::contentOf(folder_.path("file")); }
+    std::string content() const { return ScratchFolder::readFile(folder_.path("file")); }
 
     const ScratchFolder folder_;
     int descriptor_ = -1;

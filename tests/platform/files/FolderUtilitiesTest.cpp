@@ -19,7 +19,7 @@ class FolderUtilities : public test::FileUtilitiesFixture {};
 TEST_F(FolderUtilities, CreateFolder_MakesTheLastComponentForAllUsers) {
     EXPECT_TRUE(createFolder(folder_.path("new")));
     EXPECT_TRUE(std::filesystem::is_directory(folder_.path("new")));
-    EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("new")), 0777u);
+    EXPECT_EQ(ScratchFolder::readPermissions(folder_.path("new")), 0777u);
 }
 
 TEST_F(FolderUtilities, CreateFolder_WithASlashAtTheEnd_MakesTheSameFolder) {
@@ -30,14 +30,14 @@ TEST_F(FolderUtilities, CreateFolder_WithASlashAtTheEnd_MakesTheSameFolder) {
 TEST_F(FolderUtilities, CreateFolder_ThatExists_CountsAsCreatedAndIsLeftAsItIs) {
     ASSERT_TRUE(std::filesystem::create_directory(folder_.path("old")));
     EXPECT_TRUE(createFolder(folder_.path("old")));
-    EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("old")), 0700u);
+    EXPECT_EQ(ScratchFolder::readPermissions(folder_.path("old")), 0700u);
 }
 
 TEST_F(FolderUtilities, CreateFolder_UnderTheNameOfAFile_CountsAsCreatedAndLeavesTheFile) {
     const std::string file = folder_.write("file", "content");
     EXPECT_TRUE(createFolder(file)) << "the system only says that the name is taken";
-    EXPECT_EQ(ScratchFolder::contentOf(file), "content");
-    EXPECT_EQ(ScratchFolder::permissionsOf(file), 0600u);
+    EXPECT_EQ(ScratchFolder::readFile(file), "content");
+    EXPECT_EQ(ScratchFolder::readPermissions(file), 0600u);
 }
 
 TEST_F(FolderUtilities, CreateFolder_InAMissingFolder_IsFalse) {
@@ -58,7 +58,7 @@ TEST_F(FolderUtilities, CreateFolder_OfAPathThatEndsInDots_IsTrueIfTheFolderExis
     EXPECT_TRUE(createFolder(folder_.path("old/../")));
     EXPECT_FALSE(createFolder(folder_.path("missing/.")));
     EXPECT_FALSE(createFolder(folder_.write("file", "") + "/."));
-    EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("old")), 0700u);
+    EXPECT_EQ(ScratchFolder::readPermissions(folder_.path("old")), 0700u);
 }
 
 TEST_F(FolderUtilities, CreateFolder_InAFile_IsFalse) {
@@ -69,7 +69,7 @@ TEST_F(FolderUtilities, CreateFolder_TakesAUtf8Path) {
     const std::string path = folder_.path("d\xC3\xA9j\xC3\xA0 vu");
     EXPECT_TRUE(createFolder(path));
     EXPECT_TRUE(createFolder(path + "/inner")) << "also in the folder before the last component";
-    EXPECT_EQ(ScratchFolder::permissionsOf(path + "/inner"), 0777u);
+    EXPECT_EQ(ScratchFolder::readPermissions(path + "/inner"), 0777u);
     EXPECT_FALSE(createFolder(folder_.path("d\x8Ej\x88 vu"))) << "Mac Roman bytes are no UTF-8";
 }
 
@@ -89,7 +89,7 @@ TEST_F(FolderUtilities, GrantAllPermissions_TakesNoneAway) {
     const std::string path = folder_.write("file", "");
     ScratchFolder::setPermissions(path, 04750);
     EXPECT_TRUE(grantAllPermissions(path));
-    EXPECT_EQ(ScratchFolder::permissionsOf(path), 04777u);
+    EXPECT_EQ(ScratchFolder::readPermissions(path), 04777u);
 }
 
 TEST_F(FolderUtilities, GrantAllPermissions_OfAMissingFile_IsTrueAndMakesNothing) {

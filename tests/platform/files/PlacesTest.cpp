@@ -79,7 +79,7 @@ TEST_F(LogPlaces, LogFolderPath_WithCreate_MakesTheFolderForAllUsers) {
     makeLogsFolder();
     EXPECT_EQ(logFolderPath(true), folder_);
     ASSERT_TRUE(std::filesystem::is_directory(folder_));
-    EXPECT_EQ(test::ScratchFolder::permissionsOf(folder_) & 0777u, 0777u);
+    EXPECT_EQ(test::ScratchFolder::readPermissions(folder_) & 0777u, 0777u);
 }
 
 TEST_F(LogPlaces, LogFolderPath_OfAnExistingFolder_LeavesItsPermissions) {
@@ -87,7 +87,7 @@ TEST_F(LogPlaces, LogFolderPath_OfAnExistingFolder_LeavesItsPermissions) {
     std::filesystem::create_directory(folder_);
     test::ScratchFolder::setPermissions(folder_, 0700);
     EXPECT_EQ(logFolderPath(true), folder_);
-    EXPECT_EQ(test::ScratchFolder::permissionsOf(folder_), 0700u);
+    EXPECT_EQ(test::ScratchFolder::readPermissions(folder_), 0700u);
 }
 
 TEST_F(LogPlaces, LogFolderPath_ThatCannotBeMade_IsAnsweredAllTheSame) {

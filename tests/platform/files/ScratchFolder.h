@@ -19,12 +19,12 @@ class ScratchFolder : public TemporaryFolder {
     }
 
     /// Returns the content of a file; empty also if there is no such file.
-    static std::string contentOf(const std::string& file) {
+    static std::string readFile(const std::string& file) {
         std::ifstream stream(file, std::ios::binary);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
 
-    static unsigned permissionsOf(const std::string& file) {
+    static unsigned readPermissions(const std::string& file) {
         return static_cast<unsigned>(std::filesystem::status(file).permissions()) & 07777u;
     }
 

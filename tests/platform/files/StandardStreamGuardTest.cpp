@@ -65,7 +65,7 @@ TEST(StandardStreamGuard, TraceOfAHostWithoutStreams_LeavesTheirNumbersFree) {
         Trace::write(TraceArea::kSession, TraceLevel::kFailures, [] { return std::string("line"); });
         return areStandardStreamsClosed();
     }));
-    EXPECT_NE(test::ScratchFolder::contentOf(folder.path("trace")).find("line"), std::string::npos);
+    EXPECT_NE(test::ScratchFolder::readFile(folder.path("trace")).find("line"), std::string::npos);
 }
 
 TEST(StandardStreamGuard, WriterOfAHostWithoutStreams_LeavesTheirNumbersFree) {
@@ -74,7 +74,7 @@ TEST(StandardStreamGuard, WriterOfAHostWithoutStreams_LeavesTheirNumbersFree) {
         return replaceFileContent(folder.path("settings"), "1") &&
                replaceFileContent(folder.path("settings"), "2") && areStandardStreamsClosed();
     }));
-    EXPECT_EQ(test::ScratchFolder::contentOf(folder.path("settings")), "2");
+    EXPECT_EQ(test::ScratchFolder::readFile(folder.path("settings")), "2");
 }
 
 }  // namespace

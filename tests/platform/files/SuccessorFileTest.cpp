@@ -121,14 +121,14 @@ TEST_F(Successor, Replace_ExchangesTheFileAndLeavesNothingBesideIt) {
     ASSERT_EQ(stat(path_.c_str(), &after), 0);
     EXPECT_NE(before.st_ino, after.st_ino);
     EXPECT_EQ(before.st_mode, after.st_mode);
-    EXPECT_EQ(ScratchFolder::contentOf(path_), "new");
+    EXPECT_EQ(ScratchFolder::readFile(path_), "new");
     EXPECT_FALSE(exists("file.new0"));
 }
 
 TEST_F(Successor, Replace_WhereTheFolderGivesNewFilesAnAccessControlList_IsRefused) {
     SET_ATTRIBUTE_OR_SKIP(folder_.path(), test::kDefaultAccessList, test::sharedAccessList());
     EXPECT_EQ(replace("new"), Outcome::kRefused);
-    EXPECT_EQ(ScratchFolder::contentOf(path_), "old");
+    EXPECT_EQ(ScratchFolder::readFile(path_), "old");
     EXPECT_FALSE(exists("file.new0"));
 }
 
@@ -136,7 +136,7 @@ TEST_F(Successor, Replace_WithEveryNameTaken_IsRefusedAndLeavesThem) {
     for (int number = 0; number < 10; ++number)
         folder_.write("file.new" + std::to_string(number), "taken");
     EXPECT_EQ(replace("new"), Outcome::kRefused);
-    EXPECT_EQ(ScratchFolder::contentOf(folder_.path("file.new9")), "taken");
+    EXPECT_EQ(ScratchFolder::readFile(folder_.path("file.new9")), "taken");
 }
 
 TEST_F(Successor, Replace_BesideALivingWriter_TakesTheNextName) {
@@ -149,8 +149,8 @@ TEST_F(Successor, Replace_BesideALivingWriter_TakesTheNextName) {
 TEST_F(Successor, Replace_WhenAnotherWriterTakesTheFreedName_LeavesItsFile) {
     afterNextRename = [this] { folder_.write("file.new0", "of another writer"); };
     EXPECT_EQ(replace("new"), Outcome::kReplaced);
-    EXPECT_EQ(ScratchFolder::contentOf(path_), "new");
-    EXPECT_EQ(ScratchFolder::contentOf(folder_.path("file.new0")), "of another writer");
+    EXPECT_EQ(ScratchFolder::readFile(path_), "new");
+    EXPECT_EQ(ScratchFolder::readFile(folder_.path("file.new0")), "of another writer");
 }
 
 TEST_F(Successor, RemoveLeftovers_LeavesTheFileOfALivingWriterAndDeletesThatOfAKilledOne) {
@@ -160,7 +160,7 @@ TEST_F(Successor, RemoveLeftovers_LeavesTheFileOfALivingWriterAndDeletesThatOfAK
     writer.end();
     SuccessorFile::removeLeftovers(path_);
     EXPECT_FALSE(exists("file.new0"));
-    EXPECT_EQ(ScratchFolder::contentOf(path_), "old");
+    EXPECT_EQ(ScratchFolder::readFile(path_), "old");
 }
 
 TEST_F(Successor, RemoveLeftovers_DeletesThoseAfterAFreeName) {
@@ -219,9 +219,9 @@ TEST_F(Successor, RemoveLeftovers_OfAnOrdinaryUserDeletesWhatThatUsersWriterLeft
 TEST_F(Successor, Replace_OfAWriterThatIsKilled_LeavesWhatTheNextOneDeletes) {
     for (const mode_t mask : {022u, 0777u}) {
         killWriterInTheMiddle(mask);
-        EXPECT_EQ(ScratchFolder::contentOf(path_), "old");
+        EXPECT_EQ(ScratchFolder::readFile(path_), "old");
         ASSERT_TRUE(exists("file.new0"));
-        EXPECT_EQ(ScratchFolder::permissionsOf(folder_.path("file.new0")), kUnfinished) << "umask " << mask;
+        EXPECT_EQ(ScratchFolder::readPermissions(folder_.path("file.new0")), kUnfinished) << "umask " << mask;
         SuccessorFile::removeLeftovers(path_);
         EXPECT_FALSE(exists("file.new0"));
     }
@@ -243,7 +243,7 @@ TEST_F(Successor, ManyWritersAtOnce_AllReplaceTheFileAndNoneLosesItsOwn) {
     for (std::thread& writer : writers)
         writer.join();
     EXPECT_EQ(failures, 0);
-    const std::string content = ScratchFolder::contentOf(path_);
+    const std::string content = ScratchFolder::readFile(path_);
     EXPECT_EQ(content, std::string(10'000, content.at(0)));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 1);
 }

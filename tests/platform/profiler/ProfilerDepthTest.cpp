@@ -68,7 +68,7 @@ void leaveAll(Profiler& profiler) {
         profiler.leave();
 }
 
-std::string reportOf(Profiler& profiler) {
+std::string makeReport(Profiler& profiler) {
     std::ostringstream stream;
     profiler.report(stream);
     return stream.str();
@@ -102,10 +102,10 @@ TEST(ProfilerDepth, Report_PrintsAndAggregatesEveryLevel) {
 TEST(ProfilerDepth, Reset_ForgetsEveryLevel) {
     runOnSmallStack([] {
         Profiler profiler(stoppedClock);
-        const std::string empty = reportOf(profiler);
+        const std::string empty = makeReport(profiler);
         enterDeep(profiler);
         profiler.reset();
-        EXPECT_EQ(reportOf(profiler), empty);
+        EXPECT_EQ(makeReport(profiler), empty);
     });
 }
 
@@ -120,12 +120,12 @@ TEST(ProfilerDepth, Destruction_OfAProfilerWithOpenCalls_Ends) {
 TEST(ProfilerDepth, ScopeWithPrintOnExit_LeavesAnEmptyProfile) {
     runOnSmallStack([] {
         Profiler profiler(stoppedClock);
-        const std::string empty = reportOf(profiler);
+        const std::string empty = makeReport(profiler);
         installProfiler(&profiler);
         enterDeep(profiler);
         { const ProfilerScope scope("last", true); }
         installProfiler(nullptr);
-        EXPECT_EQ(reportOf(profiler), empty);
+        EXPECT_EQ(makeReport(profiler), empty);
     });
 }
 

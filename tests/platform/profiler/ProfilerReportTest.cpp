@@ -18,7 +18,7 @@ ProfilerNode& addCall(ProfilerNode& caller, const char* name, uint32_t start, ui
     return call;
 }
 
-std::string reportOf(const ProfilerNode& root) {
+std::string makeReport(const ProfilerNode& root) {
     std::ostringstream stream;
     printProfilerReport(root, stream);
     return stream.str();
@@ -48,7 +48,7 @@ TEST(ProfilerNode, Total_OverTheWrapOfTheClock_IsTheSpan) {
 }
 
 TEST(ProfilerReport, OfAnEmptyProfile_HasHeadersAndNothingUnderThem) {
-    EXPECT_EQ(reportOf(ProfilerNode(nullptr, nullptr)),
+    EXPECT_EQ(makeReport(ProfilerNode(nullptr, nullptr)),
               "======== Profiler report ========\n"
               "=== Call tree:\n"
               "\n"
@@ -65,7 +65,7 @@ TEST(ProfilerReport, OfCalls_ListsTreeThenMethodsBySelfThenByTotal) {
     addCall(middle, "inner", 200, 1720);
     addCall(root, "last", 3000, 4108);
     // self: outer 3000-2000 = 1000, middle 2000-1520 = 480, inner 1520, last 1108; total 3000+1108 = 4108.
-    EXPECT_EQ(reportOf(root),
+    EXPECT_EQ(makeReport(root),
               "======== Profiler report ========\n"
               "=== Call tree:\n"
               " outer 3000 1000\n"
@@ -91,7 +91,7 @@ TEST(ProfilerReport, OfAMethodThatCallsItself_CountsEveryLevel) {
     ProfilerNode root(nullptr, nullptr);
     ProfilerNode& first = addCall(root, "f", 0, 100);
     addCall(addCall(first, "f", 10, 90), "f", 20, 80);
-    const std::string report = reportOf(root);
+    const std::string report = makeReport(root);
     EXPECT_NE(report.find("\n100(100%): f\n"), std::string::npos) << report;
     EXPECT_NE(report.find("\n240: f\n"), std::string::npos) << "100 + 80 + 60 " << report;
 }
@@ -102,7 +102,7 @@ TEST(ProfilerReport, OfEqualNamesAtDifferentPlaces_AggregatesByTheText) {
     const std::string two = "same";
     addCall(root, one.c_str(), 0, 10);
     addCall(root, two.c_str(), 20, 50);
-    EXPECT_NE(reportOf(root).find("\n40: same\n"), std::string::npos);
+    EXPECT_NE(makeReport(root).find("\n40: same\n"), std::string::npos);
 }
 
 TEST(ProfilerReport, OfEqualTimes_KeepsTheNamesInAscendingOrder) {
@@ -111,7 +111,7 @@ TEST(ProfilerReport, OfEqualTimes_KeepsTheNamesInAscendingOrder) {
     addCall(root, "c", 0, 10);
     addCall(root, "a", 0, 10);
     addCall(root, "B", 0, 10);
-    const std::string report = reportOf(root);
+    const std::string report = makeReport(root);
     EXPECT_NE(report.find("10(25%): B\n10(25%): a\n10(25%): b\n10(25%): c\n"), std::string::npos) << report;
     EXPECT_NE(report.find("10: B\n10: a\n10: b\n10: c\n"), std::string::npos) << report;
 }
@@ -119,13 +119,13 @@ TEST(ProfilerReport, OfEqualTimes_KeepsTheNamesInAscendingOrder) {
 TEST(ProfilerReport, WithGrandTotalZero_PrintsZeroPercent) {
     ProfilerNode root(nullptr, nullptr);
     addCall(root, "idle", 7, 7);
-    EXPECT_NE(reportOf(root).find("\n0(0%): idle\n"), std::string::npos);
+    EXPECT_NE(makeReport(root).find("\n0(0%): idle\n"), std::string::npos);
 }
 
 TEST(ProfilerReport, OfACallThatIsStillOpen_TakesEndZeroAndPrintsSignedNumbers) {
     ProfilerNode root(nullptr, nullptr);
     root.addChild("open").setStart(100);
-    const std::string report = reportOf(root);
+    const std::string report = makeReport(root);
     EXPECT_NE(report.find("\n open -100 -100\n"), std::string::npos) << report;
     EXPECT_NE(report.find("\n-100(100%): open\n"), std::string::npos) << report;
 }
@@ -137,7 +137,7 @@ TEST(ProfilerReport, Percentage_TruncatesTowardZeroOfAProductIn64Bits) {
     addCall(large, "back", 5, 0);
     // 1999999999 * 100 / 2000000000 = 99.99..., -5 * 100 / 2000000000 = -0.0..., the rest
     // 2000000000-1999999999+5 = 6.
-    const std::string report = reportOf(root);
+    const std::string report = makeReport(root);
     EXPECT_NE(report.find("\n1999999999(99%): part\n6(0%): large\n-5(0%): back\n"), std::string::npos)
         << report;
 }
@@ -156,7 +156,7 @@ TEST(ProfilerReport, ToAStreamWithAFormatOfItsOwn_IsTheSameAndLeavesTheFormat) {
     stream << std::hex << std::showbase << std::showpos << std::left << std::setfill('*') << std::setw(50);
     const std::ios::fmtflags flags = stream.flags();
     printProfilerReport(root, stream);
-    EXPECT_EQ(stream.str(), reportOf(root));
+    EXPECT_EQ(stream.str(), makeReport(root));
     EXPECT_EQ(stream.flags(), flags);
     EXPECT_EQ(stream.width(), 50);
     EXPECT_EQ(stream.fill(), '*');

@@ -20,14 +20,14 @@ uint32_t tickingClock() {
     return reading += 10;
 }
 
-std::string reportOf(Profiler& profiler) {
+std::string makeReport(Profiler& profiler) {
     std::ostringstream stream;
     profiler.report(stream);
     return stream.str();
 }
 
-std::string treeOf(Profiler& profiler) {
-    const std::string report = reportOf(profiler);
+std::string makeTree(Profiler& profiler) {
+    const std::string report = makeReport(profiler);
     const std::string start = "=== Call tree:\n";
     const size_t first = report.find(start) + start.size();
     return report.substr(first, report.find("\n=== Methods sorted by self") - first);
@@ -44,7 +44,7 @@ TEST_F(ProfilerTest, Enter_ReadsTheClockTwiceAndKeepsTheSecondReading) {
     profiler_.enter("f");  // reads 10, then 20
     EXPECT_EQ(reading, 20u);
     profiler_.leave();  // 30
-    EXPECT_EQ(treeOf(profiler_), " f 10 10\n");
+    EXPECT_EQ(makeTree(profiler_), " f 10 10\n");
 }
 
 TEST_F(ProfilerTest, EnterInsideACall_AddsAChildInOrderOfEntry) {
@@ -56,49 +56,49 @@ TEST_F(ProfilerTest, EnterInsideACall_AddsAChildInOrderOfEntry) {
     profiler_.leave();         // 90
     profiler_.enter("next");   // 110
     profiler_.leave();         // 120
-    EXPECT_EQ(treeOf(profiler_), " outer 70 50\n  b 10 10\n  a 10 10\n next 10 10\n");
+    EXPECT_EQ(makeTree(profiler_), " outer 70 50\n  b 10 10\n  a 10 10\n next 10 10\n");
 }
 
 TEST_F(ProfilerTest, LeaveAtTheRoot_ChangesNothingThatIsReported) {
-    const std::string empty = reportOf(profiler_);
+    const std::string empty = makeReport(profiler_);
     profiler_.leave();
-    EXPECT_EQ(reportOf(profiler_), empty);
+    EXPECT_EQ(makeReport(profiler_), empty);
     profiler_.enter("f");
     profiler_.leave();
     profiler_.leave();
     profiler_.enter("g");
     profiler_.leave();
-    EXPECT_EQ(treeOf(profiler_), " f 10 10\n g 10 10\n") << "the root is still the caller";
+    EXPECT_EQ(makeTree(profiler_), " f 10 10\n g 10 10\n") << "the root is still the caller";
 }
 
 TEST_F(ProfilerTest, Report_LeavesTheProfileAsItIs) {
     profiler_.enter("f");
     profiler_.leave();
-    const std::string first = reportOf(profiler_);
-    EXPECT_EQ(reportOf(profiler_), first);
+    const std::string first = makeReport(profiler_);
+    EXPECT_EQ(makeReport(profiler_), first);
 }
 
 TEST_F(ProfilerTest, Reset_InsideOfCalls_ForgetsThemAll) {
     profiler_.enter("outer");
     profiler_.enter("inner");
     profiler_.reset();
-    EXPECT_EQ(treeOf(profiler_), "");
+    EXPECT_EQ(makeTree(profiler_), "");
     profiler_.leave();
     profiler_.enter("f");
     profiler_.leave();
-    EXPECT_EQ(treeOf(profiler_), " f 10 10\n");
+    EXPECT_EQ(makeTree(profiler_), " f 10 10\n");
 }
 
 TEST_F(ProfilerTest, LeaveAndDump_WithoutPrintOnExit_OnlyLeaves) {
     profiler_.enter("f");
     profiler_.leaveAndDump(false);
-    EXPECT_EQ(treeOf(profiler_), " f 10 10\n");
+    EXPECT_EQ(makeTree(profiler_), " f 10 10\n");
 }
 
 TEST_F(ProfilerTest, LeaveAndDump_WithPrintOnExit_LeavesAnEmptyProfile) {
     profiler_.enter("f");
     profiler_.leaveAndDump(true);
-    EXPECT_EQ(treeOf(profiler_), "");
+    EXPECT_EQ(makeTree(profiler_), "");
 }
 
 TEST_F(ProfilerTest, BusyFlag_IsClearedWhenAnOperationThrows) {
@@ -112,7 +112,7 @@ TEST_F(ProfilerTest, BusyFlag_IsClearedWhenAnOperationThrows) {
     EXPECT_THROW(profiler.leave(), std::runtime_error);
     EXPECT_THROW(profiler.leaveAndDump(true), std::runtime_error);
     broken = false;
-    EXPECT_EQ(treeOf(profiler), "") << "reached without waiting for ever";
+    EXPECT_EQ(makeTree(profiler), "") << "reached without waiting for ever";
 }
 
 TEST_F(ProfilerTest, Operations_OnManyThreads_WaitForEachOther) {
@@ -129,7 +129,7 @@ TEST_F(ProfilerTest, Operations_OnManyThreads_WaitForEachOther) {
     }
     for (auto& thread : threads)
         thread.join();
-    const std::string tree = treeOf(profiler_);
+    const std::string tree = makeTree(profiler_);
     EXPECT_EQ(std::count(tree.begin(), tree.end(), '\n'), kThreads * kCalls) << "no call was lost";
 }
 

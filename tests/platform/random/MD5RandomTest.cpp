@@ -16,7 +16,7 @@ std::vector<uint32_t> drawWords(BaseRandom& random, int count) {
 }
 
 // Returns the 128 bits of a pool in the order in which they must be drawn.
-std::string bitsOf(const std::vector<uint8_t>& pool) {
+std::string toBits(const std::vector<uint8_t>& pool) {
     std::string bits;
     for (const uint8_t byte : pool) {
         for (int bit = 0; bit < 8; ++bit)
@@ -63,22 +63,22 @@ TEST(MD5Random, Seed_WithOneValueTwice_GivesTheSameDrawsAgain) {
 TEST(MD5Random, NextBit_FirstOfAFreshSource_ProducesANewPool) {
     MD5Random random;
     random.seed(1);
-    EXPECT_EQ(drawBits(random, 128), bitsOf(kFirstPool)) << "not the bits of the seeded pool";
+    EXPECT_EQ(drawBits(random, 128), toBits(kFirstPool)) << "not the bits of the seeded pool";
 }
 
 TEST(MD5Random, NextBit_After128Bits_GoesOnWithANewPool) {
     MD5Random random;
     random.seed(1);
     drawBits(random, 128);
-    EXPECT_EQ(drawBits(random, 128), bitsOf(kSecondPool));
+    EXPECT_EQ(drawBits(random, 128), toBits(kSecondPool));
 }
 
 TEST(MD5Random, NextBit_AfterNext32_IsBit32OfTheSamePool) {
     MD5Random random;
     random.seed(1);
     EXPECT_EQ(random.next32(), 0x66a1660au);
-    EXPECT_EQ(drawBits(random, 96), bitsOf(kFirstPool).substr(32));
-    EXPECT_EQ(drawBits(random, 128), bitsOf(kSecondPool));
+    EXPECT_EQ(drawBits(random, 96), toBits(kFirstPool).substr(32));
+    EXPECT_EQ(drawBits(random, 128), toBits(kSecondPool));
 }
 
 TEST(MD5Random, Next32_BetweenBits_TakesANewPool) {
@@ -86,7 +86,7 @@ TEST(MD5Random, Next32_BetweenBits_TakesANewPool) {
     random.seed(1);
     drawBits(random, 5);
     EXPECT_EQ(random.next32(), 0xfc76f31bu);
-    EXPECT_EQ(drawBits(random, 96), bitsOf(kSecondPool).substr(32));
+    EXPECT_EQ(drawBits(random, 96), toBits(kSecondPool).substr(32));
 }
 
 TEST(MD5Random, Seed_BetweenBits_LeavesTheBitIndexAsItIs) {
@@ -95,7 +95,7 @@ TEST(MD5Random, Seed_BetweenBits_LeavesTheBitIndexAsItIs) {
     random.next32();
     random.seed(0x01020304);
     // Bits 32 to 127 of the seeded pool, whose bytes from the fourth on are 0xA5.
-    EXPECT_EQ(drawBits(random, 96), bitsOf(std::vector<uint8_t>(12, 0xA5)));
+    EXPECT_EQ(drawBits(random, 96), toBits(std::vector<uint8_t>(12, 0xA5)));
 }
 
 }  // namespace

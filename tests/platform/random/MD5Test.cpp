@@ -10,37 +10,37 @@
 namespace dovrel {
 namespace {
 
-std::string hexOf(const MD5::Digest& digest) {
+std::string toHex(const MD5::Digest& digest) {
     return toLowerAscii(bytesToHexText(digest.data(), static_cast<uint32_t>(digest.size())));
 }
 
-std::string md5Of(const std::string& message) {
+std::string computeMd5(const std::string& message) {
     MD5 md5;
     md5.update(message.data(), message.size());
-    return hexOf(md5.digest());
+    return toHex(md5.digest());
 }
 
 TEST(MD5, TestSuiteOfRFC1321_GivesItsDigests) {
-    EXPECT_EQ(md5Of(""), "d41d8cd98f00b204e9800998ecf8427e");
-    EXPECT_EQ(md5Of("a"), "0cc175b9c0f1b6a831c399e269772661");
-    EXPECT_EQ(md5Of("abc"), "900150983cd24fb0d6963f7d28e17f72");
-    EXPECT_EQ(md5Of("message digest"), "f96b697d7cb7938d525a2f31aaf161d0");
-    EXPECT_EQ(md5Of("abcdefghijklmnopqrstuvwxyz"), "c3fcd3d76192e4007dfb496cca67e13b");
-    EXPECT_EQ(md5Of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"),
+    EXPECT_EQ(computeMd5(""), "d41d8cd98f00b204e9800998ecf8427e");
+    EXPECT_EQ(computeMd5("a"), "0cc175b9c0f1b6a831c399e269772661");
+    EXPECT_EQ(computeMd5("abc"), "900150983cd24fb0d6963f7d28e17f72");
+    EXPECT_EQ(computeMd5("message digest"), "f96b697d7cb7938d525a2f31aaf161d0");
+    EXPECT_EQ(computeMd5("abcdefghijklmnopqrstuvwxyz"), "c3fcd3d76192e4007dfb496cca67e13b");
+    EXPECT_EQ(computeMd5("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"),
               "d174ab98d277d9f5a5611c2c9f419d9f");
-    EXPECT_EQ(md5Of("12345678901234567890123456789012345678901234567890123456789012345678901234567890"),
+    EXPECT_EQ(computeMd5("12345678901234567890123456789012345678901234567890123456789012345678901234567890"),
               "57edf4a22be3c955ac49da2e2107b67a");
 }
 
 TEST(MD5, Update_InPiecesOfAnySize_GivesTheDigestOfTheWhole) {
     const std::string message(200, 'm');
-    const std::string whole = md5Of(message);
+    const std::string whole = computeMd5(message);
     for (size_t piece = 1; piece <= message.size(); ++piece) {
         MD5 md5;
         for (size_t start = 0; start < message.size(); start += piece) {
             md5.update(message.data() + start, std::min(piece, message.size() - start));
         }
-        EXPECT_EQ(hexOf(md5.digest()), whole) << piece;
+        EXPECT_EQ(toHex(md5.digest()), whole) << piece;
     }
 }
 
@@ -49,18 +49,18 @@ TEST(MD5, Digest_LeavesTheMessageOpen) {
     md5.update("message ", 8);
     EXPECT_EQ(md5.digest(), md5.digest());
     md5.update("digest", 6);
-    EXPECT_EQ(hexOf(md5.digest()), "f96b697d7cb7938d525a2f31aaf161d0");
+    EXPECT_EQ(toHex(md5.digest()), "f96b697d7cb7938d525a2f31aaf161d0");
 }
 
 TEST(MD5, Update_WithNothing_ChangesNothing) {
     MD5 md5;
     md5.update(nullptr, 0);
-    EXPECT_EQ(hexOf(md5.digest()), "d41d8cd98f00b204e9800998ecf8427e");
+    EXPECT_EQ(toHex(md5.digest()), "d41d8cd98f00b204e9800998ecf8427e");
 }
 
 // A direct implementation of RFC 1321 with bits and words, for comparison at every
 // length around the block boundaries.
-std::string plainMd5Of(std::string message) {
+std::string computePlainMd5(std::string message) {
     const uint64_t bits = uint64_t{message.size()} * 8;
     message += '\x80';
     while (message.size() % 64 != 56)
@@ -107,7 +107,7 @@ std::string plainMd5Of(std::string message) {
 TEST(MD5, EveryLengthUpToThreeBlocks_GivesTheDigestOfThePlainAlgorithm) {
     std::string message;
     for (size_t length = 0; length <= 192; ++length) {
-        EXPECT_EQ(md5Of(message), plainMd5Of(message)) << length;
+        EXPECT_EQ(computeMd5(message), computePlainMd5(message)) << length;
         message += static_cast<char>(length * 37 + 11);
     }
 }

@@ -7,7 +7,7 @@
 namespace dovrel {
 namespace {
 
-std::u16string charactersOf(const CFObject<CFStringRef>& string) {
+std::u16string toUtf16(const CFObject<CFStringRef>& string) {
     const CFIndex length = CFStringGetLength(string.get());
     std::u16string characters(static_cast<size_t>(length), u'\0');
     CFStringGetCharacters(string.get(), CFRangeMake(0, length),
@@ -16,8 +16,8 @@ std::u16string charactersOf(const CFObject<CFStringRef>& string) {
 }
 
 TEST(CFStrings, NewCFString_ReadsUTF8UnlessToldOtherwise) {
-    EXPECT_EQ(charactersOf(newCFString("a\u00e9\U0001d11e")), u"a\u00e9\U0001d11e");
-    EXPECT_EQ(charactersOf(newCFString("a\x8E", kCFStringEncodingMacRoman)), u"a\u00e9");
+    EXPECT_EQ(toUtf16(newCFString("a\u00e9\U0001d11e")), u"a\u00e9\U0001d11e");
+    EXPECT_EQ(toUtf16(newCFString("a\x8E", kCFStringEncodingMacRoman)), u"a\u00e9");
 }
 
 TEST(CFStrings, NewCFString_OfBytesThatAreNotValid_IsEmpty) {

@@ -17,7 +17,7 @@ std::time_t fixedTime = 0;
 // 2026-11-15 17:19:00 UTC: 20772 days after 1970-01-01 and 62340 seconds.
 constexpr std::time_t kNovemberEvening = std::time_t{20772} * 86400 + 62340;
 
-std::vector<int> valuesOf(const CPPByteArray& bytes) {
+std::vector<int> readValues(const CPPByteArray& bytes) {
     std::vector<int> values;
     for (uint32_t i = 0; i < bytes.getSize(); ++i)
         values.push_back(bytes.getByte(i));
@@ -100,31 +100,31 @@ TEST_F(Dates, TimeZoneText_IsOffsetAndName) {
 }
 
 TEST_F(Dates, DateBytes_In2026_BeginWith26) {
-    EXPECT_EQ(valuesOf(dateBytes()), (Bytes{26, 11, 15}));
+    EXPECT_EQ(readValues(dateBytes()), (Bytes{26, 11, 15}));
 }
 
 TEST_F(Dates, DateBytes_BeforeAndAfterTheCentury_AreAnUnsignedByte) {
     setTime(0, "UTC0");
-    EXPECT_EQ(valuesOf(dateBytes()), (Bytes{226, 1, 1})) << "1970 is 30 years before 2000";
+    EXPECT_EQ(readValues(dateBytes()), (Bytes{226, 1, 1})) << "1970 is 30 years before 2000";
 }
 
 TEST_F(Dates, DateBytes_ForTodayPlusDays_AddWholeDays) {
-    EXPECT_EQ(valuesOf(dateBytes(0)), (Bytes{26, 11, 15}));
-    EXPECT_EQ(valuesOf(dateBytes(16)), (Bytes{26, 12, 1}));
-    EXPECT_EQ(valuesOf(dateBytes(47)), (Bytes{27, 1, 1}));
-    EXPECT_EQ(valuesOf(dateBytes(-15)), (Bytes{26, 10, 31}));
+    EXPECT_EQ(readValues(dateBytes(0)), (Bytes{26, 11, 15}));
+    EXPECT_EQ(readValues(dateBytes(16)), (Bytes{26, 12, 1}));
+    EXPECT_EQ(readValues(dateBytes(47)), (Bytes{27, 1, 1}));
+    EXPECT_EQ(readValues(dateBytes(-15)), (Bytes{26, 10, 31}));
 }
 
 TEST_F(Dates, DateBytes_ShiftedByTwoMonthsInNovember_HaveMonth13) {
-    EXPECT_EQ(valuesOf(dateBytes(0, 2)), (Bytes{26, 13, 15})) << "no carry into the year";
+    EXPECT_EQ(readValues(dateBytes(0, 2)), (Bytes{26, 13, 15})) << "no carry into the year";
 }
 
 TEST_F(Dates, DateBytes_AroundMidnight_AreLocalForTodayAndUtcWithDays) {
     setTime(std::time_t{20772} * 86400 + 86399,
             "CET-1");  // 23:59:59 UTC; local time is 00:59:59 on the next day
-    EXPECT_EQ(valuesOf(dateBytes()), (Bytes{26, 11, 16}));
-    EXPECT_EQ(valuesOf(dateBytes(0)), (Bytes{26, 11, 15}));
-    EXPECT_EQ(valuesOf(dateBytes(0, 0)), (Bytes{26, 11, 15}));
+    EXPECT_EQ(readValues(dateBytes()), (Bytes{26, 11, 16}));
+    EXPECT_EQ(readValues(dateBytes(0)), (Bytes{26, 11, 15}));
+    EXPECT_EQ(readValues(dateBytes(0, 0)), (Bytes{26, 11, 15}));
 }
 
 TEST_F(Dates, SecondsForDays_Are86400EachOfEitherSign) {

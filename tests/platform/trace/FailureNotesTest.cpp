@@ -65,7 +65,7 @@ TEST(FailureNotes, FailedStep_IsAnEntryOfTheTraceWithAndWithoutNotes) {
         const FailureNotes notes;
         addStep("with");
     }
-    EXPECT_EQ(test::traceLinesOf(folder.read("trace")),
+    EXPECT_EQ(test::splitTraceLines(folder.read("trace")),
               (std::vector<std::string>{"connection: without", "connection: with"}));
 }
 

@@ -16,14 +16,14 @@
 namespace dovrel {
 namespace {
 
-using test::traceLinesOf;
+using test::splitTraceLines;
 
 constexpr auto kArea = TraceArea::kExchange;
 
 class TraceTest : public testing::Test {
   protected:
     std::string setting(const std::string& areas) const { return areas + ",file=" + file_; }
-    std::vector<std::string> lines() const { return traceLinesOf(folder_.read("trace")); }
+    std::vector<std::string> lines() const { return splitTraceLines(folder_.read("trace")); }
 
     test::TemporaryFolder folder_;
     const std::string file_ = folder_.path("trace");
@@ -72,13 +72,13 @@ TEST_F(TraceTest, TextWithALineOfTheTraceInIt_IsOneEntry) {
                  [] { return std::string("one\ndovrel 1 2 us exchange: forged"); });
     Trace::write(kArea, TraceLevel::kSteps, [] { return std::string("two"); });
     EXPECT_EQ(
-        test::traceEntriesOf(folder_.read("trace")),
+        test::splitTraceEntries(folder_.read("trace")),
         (std::vector<std::string>{"exchange: one\n    dovrel 1 2 us exchange: forged", "exchange: two"}));
 }
 
 TEST_F(TraceTest, SettingThatIsNotUnderstood_CannotForgeALineEither) {
     { const Trace trace(setting("nonsense\ndovrel 1 2 us all: well")); }
-    EXPECT_EQ(test::traceEntriesOf(folder_.read("trace")),
+    EXPECT_EQ(test::splitTraceEntries(folder_.read("trace")),
               std::vector<std::string>{"not understood: nonsense\n    | dovrel 1 2 us all: well"});
 }
 
@@ -142,7 +142,7 @@ TEST_F(TraceTest, LinkOrFolderOrPipeInPlaceOfTheFile_SendsTheLinesToStandardErro
             const Trace trace("all,file=" + folder_.path(name));
             Trace::write(kArea, TraceLevel::kSteps, [] { return std::string("line"); });
         }
-        EXPECT_EQ(traceLinesOf(testing::internal::GetCapturedStderr()),
+        EXPECT_EQ(splitTraceLines(testing::internal::GetCapturedStderr()),
                   std::vector<std::string>{"exchange: line"})
             << name;
     }
@@ -156,7 +156,7 @@ TEST_F(TraceTest, WithoutAFile_GoesToStandardErrorAndNotToStandardOutput) {
         const Trace trace("exchange");
         Trace::write(kArea, TraceLevel::kSteps, [] { return std::string("line"); });
     }
-    EXPECT_EQ(traceLinesOf(testing::internal::GetCapturedStderr()),
+    EXPECT_EQ(splitTraceLines(testing::internal::GetCapturedStderr()),
               std::vector<std::string>{"exchange: line"});
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }

@@ -45,7 +45,7 @@ class AlertTextTest : public AlertPartsTest {
         return gtk_scrolled_window_get_has_frame(GTK_SCROLLED_WINDOW(text().scroller())) != FALSE;
     }
 
-    static std::string linesOf(size_t count) {
+    static std::string makeLines(size_t count) {
         std::string lines;
         for (size_t line = 0; line < count; ++line)
             lines += "Line number " + std::to_string(line) + " of a body.\n";
@@ -96,7 +96,7 @@ TEST_F(AlertTextTest, ShortBody_MakesASmallWindow) {
 
 TEST_F(AlertTextTest, LongBody_ScrollsInAFrameAndTheBarIsSeen) {
     AlertRequest request = requestIn("English");
-    request.body = linesOf(200);
+    request.body = makeLines(200);
     show(request);
     EXPECT_TRUE(
         shown_->workUntil([this] { return bodyHeight() > gtk_adjustment_get_page_size(scrolling()); }));
@@ -108,7 +108,7 @@ TEST_F(AlertTextTest, LongBody_ScrollsInAFrameAndTheBarIsSeen) {
 
 TEST_F(AlertTextTest, PageKeys_ScrollFromTheButtons) {
     AlertRequest request = requestIn("English");
-    request.body = linesOf(200);
+    request.body = makeLines(200);
     show(request);
     ASSERT_TRUE(shown_->workUntil([&] { return gtk_window_is_active(window().window()) != FALSE; }));
     EXPECT_EQ(gtk_adjustment_get_value(scrolling()), 0);

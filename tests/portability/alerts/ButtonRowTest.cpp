@@ -6,7 +6,7 @@ namespace {
 
 class ButtonRowTest : public AlertPartsTest {
   protected:
-    std::string captionOf(size_t button) {
+    std::string getCaption(size_t button) {
         return gtk_button_get_label(GTK_BUTTON(window().buttons().button(button)));
     }
 
@@ -18,8 +18,8 @@ class ButtonRowTest : public AlertPartsTest {
 
 TEST_F(ButtonRowTest, Captions_AreShownAsGiven) {
     show(simpleRequest({"_Retry & <i>again</i>", "100 %_n"}));
-    EXPECT_EQ(captionOf(0), "_Retry & <i>again</i>");
-    EXPECT_EQ(captionOf(1), "100 %_n");
+    EXPECT_EQ(getCaption(0), "_Retry & <i>again</i>");
+    EXPECT_EQ(getCaption(1), "100 %_n");
 }
 
 TEST_F(ButtonRowTest, ShippedCaptions_AreShownWhole) {
@@ -27,7 +27,7 @@ TEST_F(ButtonRowTest, ShippedCaptions_AreShownWhole) {
         const AlertRequest request = requestIn(language);
         show(request);
         for (size_t button = 0; button < request.buttons.size(); ++button) {
-            EXPECT_EQ(captionOf(button), request.buttons[button]);
+            EXPECT_EQ(getCaption(button), request.buttons[button]);
             GtkWidget* const label = gtk_button_get_child(GTK_BUTTON(window().buttons().button(button)));
             EXPECT_FALSE(pango_layout_is_ellipsized(gtk_label_get_layout(GTK_LABEL(label))))
                 << request.buttons[button];
@@ -43,7 +43,7 @@ TEST_F(ButtonRowTest, ShippedCaptions_AreShownWholeOnTheSmallestScreenAtTwiceThe
         for (size_t button = 0; button < 2; ++button) {
             GtkWidget* const label = gtk_button_get_child(GTK_BUTTON(window().buttons().button(button)));
             EXPECT_FALSE(pango_layout_is_ellipsized(gtk_label_get_layout(GTK_LABEL(label))))
-                << captionOf(button);
+                << getCaption(button);
         }
     }
 }

@@ -30,7 +30,7 @@ TEST_F(HelperPlaceTest, NewWindow_GetsTheKeyboardAndIsAboveTheOthers) {
     second.send(simpleRequest({"OK"}));
     EXPECT_EQ(second.readLine(), kShown);
     EXPECT_TRUE(dovrel::test::waitUntil([&] {
-        const std::string active = dovrel::test::outputOf({"xdotool", "getactivewindow"});
+        const std::string active = dovrel::test::readOutput({"xdotool", "getactivewindow"});
         return !active.empty() && active != window + "\n";
     }));
     HelperScreen::pressKey("Return");
@@ -42,7 +42,7 @@ TEST_F(HelperPlaceTest, NewWindow_GetsTheKeyboardAndIsAboveTheOthers) {
 TEST_F(HelperPlaceTest, WithoutWindowManager_IsInTheMiddleAndHasTheKeyboard) {
     useScreen("1024x768", HelperScreen::Manager::none);
     const std::string window = show(requestIn("English"));
-    const Area area = HelperScreen::areaOf(window);
+    const Area area = HelperScreen::readArea(window);
     EXPECT_NEAR(area.x, (1024 - area.width) / 2, 1);
     EXPECT_NEAR(area.y, (768 - area.height) / 2, 1);
     HelperScreen::pressKey("Escape");
@@ -78,7 +78,7 @@ TEST_F(HelperPlaceTest, SmallestScreenAtTwiceTheSize_ButtonsAreOnIt) {
     useScreen("640x480");
     AlertRequest request = requestIn("German");
     request.body = longBody();
-    const Area area = HelperScreen::areaOf(show(request));
+    const Area area = HelperScreen::readArea(show(request));
     EXPECT_GE(area.x, 0);
     EXPECT_GE(area.y, 0);
     // The window manager's borders may extend beyond the screen, but not the window itself.
@@ -91,9 +91,9 @@ TEST_F(HelperPlaceTest, SmallestScreenAtTwiceTheSize_ButtonsAreOnIt) {
 
 TEST_F(HelperPlaceTest, TwiceTheSize_IsTwiceAsLarge) {
     useScreen("1280x1024");
-    const Area once = HelperScreen::areaOf(show(requestIn("English")));
+    const Area once = HelperScreen::readArea(show(requestIn("English")));
     setenv("GDK_SCALE", "2", 1);
-    const Area twice = HelperScreen::areaOf(show(requestIn("English")));
+    const Area twice = HelperScreen::readArea(show(requestIn("English")));
     // The tolerance is for the rounding of character widths.
     EXPECT_NEAR(twice.width, 2 * once.width, once.width / 10);
     EXPECT_NEAR(twice.height, 2 * once.height, once.height / 10);
@@ -108,7 +108,7 @@ TEST_F(HelperPlaceTest, Pictures_ForPeopleToLookAt) {
         HelperScreen::takePicture(name);
         // A window without its text has only a few colours.
         const std::string colours =
-            dovrel::test::outputOf({"identify", "-format", "%k\n", DOVREL_PICTURES "/" + name + ".png"});
+            dovrel::test::readOutput({"identify", "-format", "%k\n", DOVREL_PICTURES "/" + name + ".png"});
         EXPECT_GT(std::atoi(colours.c_str()), 50);
         HelperScreen::pressKey("Escape");
         EXPECT_EQ(lastLine(), pressed(1));

@@ -10,15 +10,15 @@ namespace alerthelper::test {
 
 namespace {
 
-using dovrel::test::outputOf;
+using dovrel::test::readOutput;
 
 std::string findWindow() {
-    const std::string lines = outputOf({"xdotool", "search", "--onlyvisible", "--class", "^dovrel-alert$"});
+    const std::string lines = readOutput({"xdotool", "search", "--onlyvisible", "--class", "^dovrel-alert$"});
     return lines.substr(0, lines.find('\n'));
 }
 
-std::string geometryOf(const std::string& window) {
-    return outputOf({"xdotool", "getwindowgeometry", "--shell", window});
+std::string readGeometry(const std::string& window) {
+    return readOutput({"xdotool", "getwindowgeometry", "--shell", window});
 }
 
 int numberAfter(const std::string& name, const std::string& geometry) {
@@ -38,11 +38,11 @@ std::string HelperScreen::waitForWindow() const {
     const bool rests = dovrel::test::waitUntil([&] {
         window = findWindow();
         if (window.empty()) return false;
-        const std::string geometry = geometryOf(window);
+        const std::string geometry = readGeometry(window);
         const bool hasMoved = geometry.empty() || geometry != last;
         last = geometry;
         const std::string question = manager_ ? "getactivewindow" : "getwindowfocus";
-        return !hasMoved && outputOf({"xdotool", question}) == window + "\n";
+        return !hasMoved && readOutput({"xdotool", question}) == window + "\n";
     });
     return rests ? window : "";
 }
@@ -57,18 +57,18 @@ bool HelperScreen::windowGoes() {
 
 // xdotool counts the borders twice in a window's position. So the pointer is moved to the middle of the
 // window, and its position is used.
-Area HelperScreen::areaOf(const std::string& window) {
-    const std::string geometry = geometryOf(window);
+Area HelperScreen::readArea(const std::string& window) {
+    const std::string geometry = readGeometry(window);
     const int width = numberAfter("WIDTH=", geometry);
     const int height = numberAfter("HEIGHT=", geometry);
     const std::string pointer =
-        outputOf({"xdotool", "mousemove", "--window", window, std::to_string(width / 2),
-                  std::to_string(height / 2), "getmouselocation", "--shell"});
+        readOutput({"xdotool", "mousemove", "--window", window, std::to_string(width / 2),
+                    std::to_string(height / 2), "getmouselocation", "--shell"});
     return {numberAfter("X=", pointer) - width / 2, numberAfter("Y=", pointer) - height / 2, width, height};
 }
 
 Area HelperScreen::areaWithBorders(const std::string& window) {
-    const Area inner = areaOf(window);
+    const Area inner = readArea(window);
     std::istringstream text(property(window, "_NET_FRAME_EXTENTS"));
     int left = -1;
     int right = -1;
@@ -81,7 +81,7 @@ Area HelperScreen::areaWithBorders(const std::string& window) {
 }
 
 std::string HelperScreen::property(const std::string& window, const std::string& name) {
-    std::istringstream lines(outputOf({"obxprop", "--id", window}));
+    std::istringstream lines(readOutput({"obxprop", "--id", window}));
     for (std::string line; std::getline(lines, line);) {
         const size_t value = line.find(" = ");
         if (line.compare(0, name.size() + 1, name + "(") == 0 && value != std::string::npos)
@@ -91,17 +91,17 @@ std::string HelperScreen::property(const std::string& window, const std::string&
 }
 
 void HelperScreen::pressKey(const std::string& key) {
-    outputOf({"xdotool", "key", key});
+    readOutput({"xdotool", "key", key});
 }
 
 void HelperScreen::click(const std::string& window, int x, int y) {
-    outputOf({"xdotool", "mousemove", "--window", window, std::to_string(x), std::to_string(y), "mousedown",
-              "1", "mouseup", "1"});
+    readOutput({"xdotool", "mousemove", "--window", window, std::to_string(x), std::to_string(y), "mousedown",
+                "1", "mouseup", "1"});
 }
 
 void HelperScreen::takePicture(const std::string& name) {
     std::filesystem::create_directories(DOVREL_PICTURES);
-    outputOf({"import", "-window", "root", DOVREL_PICTURES "/" + name + ".png"});
+    readOutput({"import", "-window", "root", DOVREL_PICTURES "/" + name + ".png"});
 }
 
 void HelperScreen::end() {

@@ -34,7 +34,7 @@ class HelperScreen {
     static bool windowGoes();
 
     /// Both return the area of the window, without or with its borders. They move the pointer.
-    static Area areaOf(const std::string& window);
+    static Area readArea(const std::string& window);
     static Area areaWithBorders(const std::string& window);
 
     /// Returns a property of the window as obxprop prints it.

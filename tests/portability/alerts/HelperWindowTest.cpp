@@ -89,7 +89,7 @@ TEST_F(HelperWindowTest, HostThatIsKilledWhileAnotherProcessKeepsTheStream_Close
     dovrel::test::ChildProcess host({"sleep", "1000"});
     AlertRequest request = requestIn("English");
     request.host = std::stoi(
-        dovrel::test::outputOf({"pgrep", "--newest", "--parent", std::to_string(getpid()), "sleep"}));
+        dovrel::test::readOutput({"pgrep", "--newest", "--parent", std::to_string(getpid()), "sleep"}));
     show(request);
     EXPECT_FALSE(helper_->hasLine());
     host.signal(SIGKILL);

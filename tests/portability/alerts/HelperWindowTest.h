@@ -24,7 +24,7 @@ inline std::string pressed(size_t button) {
     return R"({"button":)" + std::to_string(button) + R"(,"event":"pressed"})";
 }
 
-inline std::string contentOf(const std::string& path) {
+inline std::string readFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
@@ -34,7 +34,7 @@ class HelperWindowTest : public HelperTest {
     void TearDown() override {
         helper_.reset();
         if (writesNothing_) {
-            EXPECT_EQ(contentOf(folder_.path("log")), "");
+            EXPECT_EQ(readFile(folder_.path("log")), "");
         }
     }
 

@@ -42,7 +42,7 @@ namespace {
 constexpr NSInteger kRaised = -1;
 
 // A separate function, because a function with @try must not contain C++ objects.
-NSInteger returnOf(NSAlert* alert) {
+NSInteger runAlert(NSAlert* alert) {
     NSInteger returned = kRaised;
     @try {
         returned = [alert runModal];
@@ -89,7 +89,7 @@ bool hasChild() { return waitpid(-1, nullptr, WNOHANG | __WALL) >= 0 || errno !=
 
 TEST_F(NSAlertTest, RunModal_SendsTextsCaptionsAndTheHostsProcess) {
     helper_.follow({kShownEvent, pressedEvent(0)});
-    returnOf(alertWith({"Größe", "Nein"}, "Titel “1”", "Zeile\nZeile 2"));
+    runAlert(alertWith({"Größe", "Nein"}, "Titel “1”", "Zeile\nZeile 2"));
     EXPECT_EQ(request(), nlohmann::json::parse(R"({"version":1,"title":"Titel “1”","body":"Zeile\nZeile 2",
                                                    "buttons":["Größe","Nein"],"help":false,"host":)" +
                                                std::to_string(getpid()) + "}"));
@@ -97,33 +97,33 @@ TEST_F(NSAlertTest, RunModal_SendsTextsCaptionsAndTheHostsProcess) {
 
 TEST_F(NSAlertTest, RunModal_TheHelperInheritsNothingButItsEndOfTheStream) {
     helper_.follow({kShownEvent, pressedEvent(0)});
-    returnOf(alertWith({"OK"}));
+    runAlert(alertWith({"OK"}));
     EXPECT_EQ(helper_.note("descriptors"), "0 1 2 3");
 }
 
 TEST_F(NSAlertTest, RunModal_TheFirstButtonIs1000AndTheNextOnesFollow) {
     for (int button = 0; button < 3; ++button) {
         helper_.follow({kShownEvent, pressedEvent(button)});
-        EXPECT_EQ(returnOf(alertWith({"1", "2", "3"})), 1000 + button);
+        EXPECT_EQ(runAlert(alertWith({"1", "2", "3"})), 1000 + button);
     }
 }
 
 TEST_F(NSAlertTest, RunModal_CanBeRunAgain) {
     helper_.follow({kShownEvent, pressedEvent(0)});
     NSAlert* const alert = alertWith({"OK"});
-    EXPECT_EQ(returnOf(alert), 1000);
-    EXPECT_EQ(returnOf(alert), 1000);
+    EXPECT_EQ(runAlert(alert), 1000);
+    EXPECT_EQ(runAlert(alert), 1000);
 }
 
 TEST_F(NSAlertTest, RunModal_WithoutButtonsThereIsOne) {
     helper_.follow({kShownEvent, pressedEvent(0)});
-    EXPECT_EQ(returnOf(alertWith({})), 1000);
+    EXPECT_EQ(runAlert(alertWith({})), 1000);
     EXPECT_EQ(request()["buttons"], nlohmann::json({"OK"}));
 }
 
 TEST_F(NSAlertTest, RunModal_EmptyTextsAreSent) {
     helper_.follow({kShownEvent, pressedEvent(0)});
-    EXPECT_EQ(returnOf(alertWith({""}, "", "")), 1000);
+    EXPECT_EQ(runAlert(alertWith({""}, "", "")), 1000);
     EXPECT_EQ(request()["title"], "");
     EXPECT_EQ(request()["body"], "");
 }
@@ -131,7 +131,7 @@ TEST_F(NSAlertTest, RunModal_EmptyTextsAreSent) {
 TEST_F(NSAlertTest, RunModal_ABodyThatDoesNotFitIsCut) {
     helper_.follow({kShownEvent, pressedEvent(0)});
     const std::string body(size_t{3} << 20, 'x');
-    EXPECT_EQ(returnOf(alertWith({"OK"}, "T", body.c_str())), 1000);
+    EXPECT_EQ(runAlert(alertWith({"OK"}, "T", body.c_str())), 1000);
     const std::string sent = request()["body"];
     EXPECT_LT(sent.size(), size_t{1} << 20);
     EXPECT_EQ(sent.substr(sent.size() - 5), "x …");
@@ -140,7 +140,7 @@ TEST_F(NSAlertTest, RunModal_ABodyThatDoesNotFitIsCut) {
 TEST_F(NSAlertTest, RunModal_OnAnyThread) {
     helper_.follow({kShownEvent, pressedEvent(1)});
     NSAlert* const alert = alertWith({"1", "2"});
-    EXPECT_EQ(std::async(std::launch::async, returnOf, alert).get(), 1001);
+    EXPECT_EQ(std::async(std::launch::async, runAlert, alert).get(), 1001);
 }
 
 TEST_F(NSAlertTest, RunModal_SeveralThreadsAtATimeEachGetTheirAnswer) {
@@ -148,15 +148,15 @@ TEST_F(NSAlertTest, RunModal_SeveralThreadsAtATimeEachGetTheirAnswer) {
     NSAlert* const alert = alertWith({"1", "2"});
     std::vector<std::future<NSInteger>> answers;
     for (int thread = 0; thread < 4; ++thread)
-        answers.push_back(std::async(std::launch::async, returnOf, alert));
+        answers.push_back(std::async(std::launch::async, runAlert, alert));
     for (auto& answer : answers) EXPECT_EQ(answer.get(), 1001);
 }
 
 TEST_F(NSAlertTest, RunModal_LeavesNoDescriptorAndNoChild) {
     helper_.follow({kShownEvent, pressedEvent(0)});
-    returnOf(alertWith({"OK"}));
+    runAlert(alertWith({"OK"}));
     const auto before = openDescriptors();
-    for (int alert = 0; alert < 3; ++alert) returnOf(alertWith({"OK"}));
+    for (int alert = 0; alert < 3; ++alert) runAlert(alertWith({"OK"}));
     EXPECT_EQ(openDescriptors(), before);
     EXPECT_FALSE(hasChild());
 }
@@ -178,7 +178,7 @@ TEST_F(NSAlertTest, RunModal_ASignalDoesNotEndIt) {
         EXPECT_EQ(kill(helper, 0), 0) << "the alert has been ended by a signal";
         kill(helper, SIGKILL);
     });
-    EXPECT_EQ(returnOf(alert), kRaised);
+    EXPECT_EQ(runAlert(alert), kRaised);
     interrupter.get();
     sigaction(SIGUSR1, &before, nullptr);
 }
@@ -189,7 +189,7 @@ TEST_F(NSAlertTest, Help_IsAskedForInTheRequest) {
     helper_.follow({kShownEvent, pressedEvent(0)});
     NSAlert* const alert = alertWith({"OK"});
     [alert setShowsHelp:YES];
-    returnOf(alert);
+    runAlert(alert);
     EXPECT_EQ(request()["help"], true);
 }
 
@@ -199,7 +199,7 @@ TEST_F(NSAlertTest, Help_EachPressIsTheDelegatesAndTheAlertStays) {
     NSAlert* const alert = alertWith({"OK"});
     [alert setDelegate:witness];
     [alert setShowsHelp:YES];
-    EXPECT_EQ(returnOf(alert), 1000);
+    EXPECT_EQ(runAlert(alert), 1000);
     EXPECT_EQ(witness->presses, 2);
 }
 
@@ -209,16 +209,16 @@ TEST_F(NSAlertTest, Help_ADelegateThatRaisesDoesNotEndTheAlert) {
     witness->raises = YES;
     NSAlert* const alert = alertWith({"OK"});
     [alert setDelegate:witness];
-    EXPECT_EQ(returnOf(alert), 1000);
+    EXPECT_EQ(runAlert(alert), 1000);
     EXPECT_EQ(witness->presses, 2);
 }
 
 TEST_F(NSAlertTest, Help_WithoutADelegateOrWithOneThatCannotHelpDoesNothing) {
     helper_.follow({kShownEvent, kHelpEvent, pressedEvent(0)});
     NSAlert* const alert = alertWith({"OK"});
-    EXPECT_EQ(returnOf(alert), 1000);
+    EXPECT_EQ(runAlert(alert), 1000);
     [alert setDelegate:@"no helper"];
-    EXPECT_EQ(returnOf(alert), 1000);
+    EXPECT_EQ(runAlert(alert), 1000);
 }
 
 // Helpers that fail.
@@ -227,7 +227,7 @@ TEST_F(NSAlertTest, AHelperThatEndsWithoutAnAnswer_RaisesAnException) {
     for (const std::vector<std::string>& commands : std::vector<std::vector<std::string>>{
              {}, {"crash"}, {kShownEvent}, {kShownEvent, "crash"}, {kShownEvent, kHelpEvent, "crash"}}) {
         helper_.follow(commands);
-        EXPECT_EQ(returnOf(alertWith({"OK"})), kRaised) << testing::PrintToString(commands);
+        EXPECT_EQ(runAlert(alertWith({"OK"})), kRaised) << testing::PrintToString(commands);
     }
 }
 
@@ -235,13 +235,13 @@ TEST_F(NSAlertTest, AHelperThatEndsBeforeItHasReadTheRequest_RaisesAnException) 
     helper_.follow({});
     FakeAlertHelper::beDeaf();
     const std::string body(size_t{1} << 20, '\x01');
-    EXPECT_EQ(returnOf(alertWith({"OK"}, "T", body.c_str())), kRaised);
+    EXPECT_EQ(runAlert(alertWith({"OK"}, "T", body.c_str())), kRaised);
 }
 
 TEST_F(NSAlertTest, AHelperThatIsKilledWhileTheAlertIsOpen_RaisesAnException) {
     helper_.follow({kShownEvent, "wait"});
     auto killer = std::async(std::launch::async, [this] { kill(helper_.process(), SIGKILL); });
-    EXPECT_EQ(returnOf(alertWith({"OK"})), kRaised);
+    EXPECT_EQ(runAlert(alertWith({"OK"})), kRaised);
     killer.get();
 }
 
@@ -250,24 +250,24 @@ TEST_F(NSAlertTest, AHelperThatDoesNotSendEvents_RaisesAnExceptionAndClosesTheSt
          {"send nonsense", "send {\"event\":\"gone\"}", "send {\"event\":\"pressed\",\"button\":2}",
           "send {\"event\":\"pressed\",\"button\":-1}", "send {\"event\":\"pressed\"}", "send "}) {
         helper_.follow({kShownEvent, command, "wait"});
-        EXPECT_EQ(returnOf(alertWith({"1", "2"})), kRaised) << command;
+        EXPECT_EQ(runAlert(alertWith({"1", "2"})), kRaised) << command;
         EXPECT_TRUE(helper_.sawItsEnd()) << command;
     }
 }
 
 TEST_F(NSAlertTest, AnAnswerThatIsCutOff_RaisesAnException) {
     helper_.follow({kShownEvent, "raw {\"event\":\"pressed\",\"button\":0}"});
-    EXPECT_EQ(returnOf(alertWith({"1", "2"})), kRaised);
+    EXPECT_EQ(runAlert(alertWith({"1", "2"})), kRaised);
 }
 
 TEST_F(NSAlertTest, AnEventThatNeverEnds_RaisesAnExceptionBeforeMemoryRunsOut) {
     helper_.follow({kShownEvent, "flood", "wait"});
-    EXPECT_EQ(returnOf(alertWith({"1", "2"})), kRaised);
+    EXPECT_EQ(runAlert(alertWith({"1", "2"})), kRaised);
     EXPECT_TRUE(helper_.sawItsEnd());
 }
 
 TEST_F(NSAlertTest, EventsInPieces_AreReadAsOne) {
     helper_.follow(
         {"raw {\"event\":\"sho", "raw wn\"}", "send ", "raw {\"event\":\"pressed\",", "send \"button\":1}"});
-    EXPECT_EQ(returnOf(alertWith({"1", "2"})), 1001);
+    EXPECT_EQ(runAlert(alertWith({"1", "2"})), 1001);
 }

@@ -19,11 +19,11 @@ ShownWindow::ShownWindow(const portability::AlertRequest& request) : buttonCount
 std::vector<Place> ShownWindow::buttonPlaces() {
     std::vector<Place> places;
     for (size_t index = 0; index < buttonCount_; ++index)
-        places.push_back(middleOf(window_->buttons().button(index)));
+        places.push_back(getMiddle(window_->buttons().button(index)));
     return places;
 }
 
-Place ShownWindow::middleOf(GtkWidget* widget) {
+Place ShownWindow::getMiddle(GtkWidget* widget) {
     graphene_rect_t bounds;
     if (!gtk_widget_compute_bounds(widget, GTK_WIDGET(window_->window()), &bounds))
         throw std::runtime_error("the widget is not in the window");

@@ -25,7 +25,7 @@ class ShownWindow {
 
     /// Returns the middle of each button.
     std::vector<Place> buttonPlaces();
-    Place helpPlace() { return middleOf(window_->buttons().helpButton()); }
+    Place helpPlace() { return getMiddle(window_->buttons().helpButton()); }
 
     /// Runs the window's main loop until the condition holds; returns false if it
     /// does not hold within a minute.
@@ -37,7 +37,7 @@ class ShownWindow {
     int helps = 0;
 
   private:
-    Place middleOf(GtkWidget* widget);
+    Place getMiddle(GtkWidget* widget);
 
     const size_t buttonCount_;
     bool isShown_ = false;

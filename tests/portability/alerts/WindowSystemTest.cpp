@@ -17,7 +17,7 @@ TEST_F(WindowSystemTest, WithoutSessionBus_StartsNoOtherProgram) {
     std::filesystem::permissions(folder_.path("bin/dbus-launch"), std::filesystem::perms::owner_all);
     setenv("PATH", (folder_.path("bin") + ":" + getenv("PATH")).c_str(), 1);
     show(requestIn("English"));
-    EXPECT_EQ(dovrel::test::outputOf({"pgrep", "--parent", std::to_string(helper_->process())}), "");
+    EXPECT_EQ(dovrel::test::readOutput({"pgrep", "--parent", std::to_string(helper_->process())}), "");
     EXPECT_FALSE(std::filesystem::exists(folder_.path("launched")));
 }
 
@@ -42,7 +42,7 @@ TEST_F(WindowSystemTest, FolderOfTheUserThatCannotBeWritten_DoesNotDisturbIt) {
 
 TEST_F(WindowSystemTest, Window_NeedsNoGraphicsDriver) {
     show(requestIn("English"));
-    const std::string maps = contentOf("/proc/" + std::to_string(helper_->process()) + "/maps");
+    const std::string maps = readFile("/proc/" + std::to_string(helper_->process()) + "/maps");
     EXPECT_NE(maps.find("libgtk-4"), std::string::npos);
     for (const char* driver : {"/dri/", "libLLVM", "libEGL_", "libGLX_", "libvulkan_"})
         EXPECT_EQ(maps.find(driver), std::string::npos) << driver;
@@ -50,7 +50,7 @@ TEST_F(WindowSystemTest, Window_NeedsNoGraphicsDriver) {
 
 TEST_F(WindowSystemTest, Stream_IsNotPassedOn) {
     show(requestIn("English"));
-    const std::string info = contentOf("/proc/" + std::to_string(helper_->process()) + "/fdinfo/3");
+    const std::string info = readFile("/proc/" + std::to_string(helper_->process()) + "/fdinfo/3");
     const size_t flags = info.find("flags:");
     ASSERT_NE(flags, std::string::npos) << info;
     EXPECT_TRUE(std::stoul(info.substr(flags + 6), nullptr, 8) & O_CLOEXEC) << info;

@@ -51,7 +51,7 @@ TEST_F(AESendTest, Answer_ComesBack) {
     putText(event, "through AESend");
     ASSERT_EQ(AESend(event.get(), reply_.get(), kAEWaitReply, kAENormalPriority, 10000, nullptr, nullptr),
               noErr);
-    EXPECT_EQ(textOf(reply_), "through AESend");
+    EXPECT_EQ(toText(reply_), "through AESend");
 }
 
 TEST_F(AESendTest, ApplicationNotRunning_IsProcNotFound) {
@@ -78,7 +78,7 @@ TEST_F(AESendTest, IdleProcedure_IsCalledWithNullEventsUntilTheAnswer) {
     ASSERT_EQ(
         AESend(event.get(), reply_.get(), kAEWaitReply, kAENormalPriority, kNoTimeOut, countAndGoOn, nullptr),
         noErr);
-    EXPECT_EQ(textOf(reply_), "after a while");
+    EXPECT_EQ(toText(reply_), "after a while");
     EXPECT_GE(idleCalls, 3);
     EXPECT_EQ(idleKind, 0) << "a null event";
 }
@@ -97,7 +97,7 @@ TEST_F(AESendTest, IdleProcedureThatAnswersTrue_CancelsTheWait) {
     putText(next, "in time");
     ASSERT_EQ(AESend(next.get(), reply_.get(), kAEWaitReply, kAENormalPriority, 10000, nullptr, nullptr),
               noErr);
-    EXPECT_EQ(textOf(reply_), "in time");
+    EXPECT_EQ(toText(reply_), "in time");
 }
 
 TEST_F(AESendTest, SuspendedEvent_GetsNoReplyWhenItsHandlerReturns) {
@@ -110,7 +110,7 @@ TEST_F(AESendTest, SuspendedEvent_GetsNoReplyWhenItsHandlerReturns) {
     Descriptor event = makeEvent(address_, kEcho);
     putText(event, "the next");
     ASSERT_EQ(AESendMessage(event.get(), reply_.get(), kAEWaitReply, kAEDefaultTimeout), noErr);
-    EXPECT_EQ(textOf(reply_), "the next");
+    EXPECT_EQ(toText(reply_), "the next");
 }
 
 TEST_F(AESendTest, SuspendedEvent_OfAnApplicationThatEnds_IsConnectionInvalid) {

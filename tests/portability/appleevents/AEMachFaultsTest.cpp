@@ -39,7 +39,7 @@ TEST_F(AESendMessageTest, LateAnswer_IsNotTakenForTheNext) {
         EXPECT_EQ(send(kHold, std::string(size, 'l'), 2), errAETimeout);
         application_.letGo();
         ASSERT_EQ(send(kEcho, "in time"), noErr);
-        EXPECT_EQ(textOf(reply_), "in time");
+        EXPECT_EQ(toText(reply_), "in time");
     }
 }
 
@@ -49,7 +49,7 @@ TEST_F(AESendMessageTest, LateAnswers_ManyOfThem_ChangeNothing) {
         EXPECT_EQ(send(kHold, std::string(16000, 'l'), 0), errAETimeout);
         application_.letGo();
         ASSERT_EQ(send(kEcho, "in time " + std::to_string(i)), noErr);
-        EXPECT_EQ(textOf(reply_), "in time " + std::to_string(i));
+        EXPECT_EQ(toText(reply_), "in time " + std::to_string(i));
     }
 }
 
@@ -62,7 +62,7 @@ TEST_F(AESendMessageTest, EventThatTimedOut_CanBeChangedWhileTheApplicationReads
     application_.letGo();
     application_.letGo();
     ASSERT_EQ(AESendMessage(event.get(), reply_.get(), kAEWaitReply, kAEDefaultTimeout), noErr);
-    EXPECT_TRUE(textOf(reply_) == std::string(100000, 'b'));
+    EXPECT_TRUE(toText(reply_) == std::string(100000, 'b'));
 }
 
 TEST_F(AESendMessageTest, NoTimeOut_WaitsUntilTheAnswer) {
@@ -71,7 +71,7 @@ TEST_F(AESendMessageTest, NoTimeOut_WaitsUntilTheAnswer) {
         if (application_.nextReport() == 'h') application_.letGo();
     });
     EXPECT_EQ(send(kHold, "at last", kNoTimeOut), noErr);
-    EXPECT_EQ(textOf(reply_), "at last");
+    EXPECT_EQ(toText(reply_), "at last");
     releaser.join();
 }
 
@@ -107,6 +107,6 @@ TEST_F(AESendMessageTest, ApplicationRestartedBetweenTwoSends_IsNotNoticed) {
             status = send(kCount);
         while (status == procNotFound && secondsSince(begin) < 60);
         ASSERT_EQ(status, noErr) << "never connectionInvalid: nothing had been sent";
-        EXPECT_EQ(numberOf(reply_, keyDirectObject), 1);
+        EXPECT_EQ(parseNumber(reply_, keyDirectObject), 1);
     }
 }

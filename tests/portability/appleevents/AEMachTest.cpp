@@ -32,8 +32,8 @@ TEST_F(AESendMessageTest, Answer_ComesBackByteForByte) {
     for (int i = 0; i < 256; ++i)
         bytes += static_cast<char>(255 - i);
     ASSERT_EQ(send(kEcho, bytes), noErr);
-    EXPECT_EQ(textOf(reply_), bytes);
-    EXPECT_EQ(numberOf(reply_, keyErrorNumber), -99999) << "no error number after a success";
+    EXPECT_EQ(toText(reply_), bytes);
+    EXPECT_EQ(parseNumber(reply_, keyErrorNumber), -99999) << "no error number after a success";
 }
 
 TEST_F(AESendMessageTest, Answer_OfAnySize_IsWhole) {
@@ -46,28 +46,28 @@ TEST_F(AESendMessageTest, Answer_OfAnySize_IsWhole) {
         for (size_t i = 0; i < size; i += 97)
             bytes[i] = static_cast<char>(i * 31 + size);
         ASSERT_EQ(send(kEcho, bytes), noErr);
-        EXPECT_TRUE(textOf(reply_) == bytes) << size;
+        EXPECT_TRUE(toText(reply_) == bytes) << size;
     }
 }
 
 TEST_F(AESendMessageTest, Answers_CanBeKept_WhileOthersArrive) {
     ASSERT_TRUE(application_.start());
     std::vector<Descriptor> replies(12);
-    const auto bytesOf = [](size_t i) { return std::string(100000 + i, static_cast<char>('a' + i)); };
+    const auto toBytes = [](size_t i) { return std::string(100000 + i, static_cast<char>('a' + i)); };
     for (size_t i = 0; i < replies.size(); ++i) {
         Descriptor event = makeEvent(address_, kEcho);
-        putText(event, bytesOf(i));
+        putText(event, toBytes(i));
         ASSERT_EQ(AESendMessage(event.get(), replies[i].get(), kAEWaitReply, kAEDefaultTimeout), noErr);
     }
     for (size_t i = 0; i < replies.size(); ++i)
-        EXPECT_TRUE(textOf(replies[i]) == bytesOf(i)) << i;
+        EXPECT_TRUE(toText(replies[i]) == toBytes(i)) << i;
 }
 
 TEST_F(AESendMessageTest, Answers_OutliveTheApplication) {
     ASSERT_TRUE(application_.start());
     ASSERT_EQ(send(kEcho, std::string(200000, 'q')), noErr);
     application_.kill();
-    EXPECT_TRUE(textOf(reply_) == std::string(200000, 'q'));
+    EXPECT_TRUE(toText(reply_) == std::string(200000, 'q'));
 }
 
 TEST_F(AESendMessageTest, Event_CanBeSentAgainAndChangedInBetween) {
@@ -79,7 +79,7 @@ TEST_F(AESendMessageTest, Event_CanBeSentAgainAndChangedInBetween) {
         for (int i = 0; i < 2; ++i) {
             Descriptor reply;
             ASSERT_EQ(AESendMessage(event.get(), reply.get(), kAEWaitReply, kAEDefaultTimeout), noErr);
-            EXPECT_TRUE(textOf(reply) == text);
+            EXPECT_TRUE(toText(reply) == text);
         }
     }
 }
@@ -92,7 +92,7 @@ TEST_F(AESendMessageTest, Address_OfMoreThanFourBytes_IsTheTextOfTheSignature) {
     Descriptor event = makeEvent(address, kEcho);
     putText(event, "to the first four");
     EXPECT_EQ(AESendMessage(event.get(), reply_.get(), kAEWaitReply, kAEDefaultTimeout), noErr);
-    EXPECT_EQ(textOf(reply_), "to the first four");
+    EXPECT_EQ(toText(reply_), "to the first four");
 }
 
 TEST_F(AESendMessageTest, Address_OfAnotherSignature_IsNotThisApplication) {
@@ -110,8 +110,8 @@ TEST_F(AESendMessageTest, NoHandler_IsTheResultOfTheSend) {
 TEST_F(AESendMessageTest, HandlerFails_SendSucceedsAndTheNumberIsInTheReply) {
     ASSERT_TRUE(application_.start());
     ASSERT_EQ(sendNumber(kFail, -12345), noErr);
-    EXPECT_EQ(numberOf(reply_, keyErrorNumber), -12345);
-    EXPECT_EQ(textOf(reply_, 'part'), "kept") << "what the handler had put stays";
+    EXPECT_EQ(parseNumber(reply_, keyErrorNumber), -12345);
+    EXPECT_EQ(toText(reply_, 'part'), "kept") << "what the handler had put stays";
     DescType type = 0;
     Size size = 0;
     EXPECT_EQ(AESizeOfParam(reply_.get(), keyErrorNumber, &type, &size), noErr);
@@ -122,24 +122,24 @@ TEST_F(AESendMessageTest, HandlerFails_SendSucceedsAndTheNumberIsInTheReply) {
 TEST_F(AESendMessageTest, HandlerFails_WithAText_BothAreInTheReply) {
     ASSERT_TRUE(application_.start());
     ASSERT_EQ(sendNumber(kFailWithText, -5), noErr);
-    EXPECT_EQ(numberOf(reply_, keyErrorNumber), -5);
-    EXPECT_EQ(textOf(reply_, keyErrorString), "no luck");
+    EXPECT_EQ(parseNumber(reply_, keyErrorNumber), -5);
+    EXPECT_EQ(toText(reply_, keyErrorString), "no luck");
 }
 
 TEST_F(AESendMessageTest, HandlerThrows_IsAFailureAndTheApplicationLivesOn) {
     ASSERT_TRUE(application_.start());
     ASSERT_EQ(send(kThrow), noErr);
-    EXPECT_EQ(numberOf(reply_, keyErrorNumber), errAEEventFailed);
+    EXPECT_EQ(parseNumber(reply_, keyErrorNumber), errAEEventFailed);
     EXPECT_EQ(send(kEcho, "still here"), noErr);
-    EXPECT_EQ(textOf(reply_), "still here");
+    EXPECT_EQ(toText(reply_), "still here");
 }
 
 TEST_F(AESendMessageTest, EmptyDirectParameter_DiffersFromNone) {
     ASSERT_TRUE(application_.start());
     ASSERT_EQ(send(kAnswerEmpty), noErr);
-    EXPECT_EQ(textOf(reply_), "");
+    EXPECT_EQ(toText(reply_), "");
     ASSERT_EQ(send(kAnswerNothing), noErr);
-    EXPECT_EQ(textOf(reply_), "(error -1701)");
+    EXPECT_EQ(toText(reply_), "(error -1701)");
 }
 
 TEST_F(AESendMessageTest, WithoutReply_HandlerGetsANullReply) {
@@ -160,7 +160,7 @@ TEST_F(AESendMessageTest, WithoutReply_LargeEventsArriveInOrder) {
         ASSERT_EQ(AESendMessage(event.get(), nullptr, kAENoReply, 600), noErr);
     }
     ASSERT_EQ(send(kCount), noErr);
-    EXPECT_EQ(numberOf(reply_, keyDirectObject), 6);
+    EXPECT_EQ(parseNumber(reply_, keyDirectObject), 6);
 }
 
 TEST_F(AESendMessageTest, ReplyNotWantedButWaitedFor_NullPointer_IsAllowed) {
@@ -168,7 +168,7 @@ TEST_F(AESendMessageTest, ReplyNotWantedButWaitedFor_NullPointer_IsAllowed) {
     Descriptor event = makeEvent(address_, kCount);
     EXPECT_EQ(AESendMessage(event.get(), nullptr, kAEWaitReply, kAEDefaultTimeout), noErr);
     ASSERT_EQ(send(kCount), noErr);
-    EXPECT_EQ(numberOf(reply_, keyDirectObject), 2);
+    EXPECT_EQ(parseNumber(reply_, keyDirectObject), 2);
 }
 
 TEST_F(AESendMessageTest, SeveralThreads_EachGetTheirAnswers) {
@@ -185,7 +185,7 @@ TEST_F(AESendMessageTest, SeveralThreads_EachGetTheirAnswers) {
                 Descriptor reply;
                 const OSStatus status =
                     AESendMessage(event.get(), reply.get(), kAEWaitReply, kAEDefaultTimeout);
-                if (status != noErr || textOf(reply) != text) ++wrong[t];
+                if (status != noErr || toText(reply) != text) ++wrong[t];
             }
         });
     }
@@ -203,7 +203,7 @@ TEST_F(AESendMessageTest, ForkedProcess_HasItsOwnAnswers) {
     int wrong = 0;
     for (int i = 0; i < 200; ++i) {
         const std::string text = name + std::to_string(i) + std::string(i % 20 == 0 ? 100000 : 0, name[0]);
-        if (send(kEcho, text) != noErr || textOf(reply_) != text) ++wrong;
+        if (send(kEcho, text) != noErr || toText(reply_) != text) ++wrong;
     }
     if (child == 0) _exit(wrong == 0 ? 0 : 1);
     EXPECT_EQ(wrong, 0);
@@ -217,22 +217,22 @@ TEST_F(AESendMessageTest, Handler_SeesTheAttributesOfTheEvent) {
     Descriptor event;
     AECreateAppleEvent(kTestClass, kAttributes, address_.get(), 777, 888, event.get());
     ASSERT_EQ(AESendMessage(event.get(), reply_.get(), kAEWaitReply, kAEDefaultTimeout), noErr);
-    EXPECT_EQ(numberOf(reply_, keyReturnIDAttr), 777);
-    EXPECT_EQ(numberOf(reply_, keyTransactionIDAttr), 888);
+    EXPECT_EQ(parseNumber(reply_, keyReturnIDAttr), 777);
+    EXPECT_EQ(parseNumber(reply_, keyTransactionIDAttr), 888);
     OSType code = 0;
     AEGetParamPtr(reply_.get(), keyEventClassAttr, typeType, nullptr, &code, sizeof code, nullptr);
     EXPECT_EQ(code, OSType{kTestClass});
     AEGetParamPtr(reply_.get(), keyEventIDAttr, typeType, nullptr, &code, sizeof code, nullptr);
     EXPECT_EQ(code, OSType{kAttributes});
-    EXPECT_EQ(numberOf(reply_, keyEventSourceAttr), kAELocalProcess);
-    EXPECT_EQ(numberOf(reply_, keySenderPIDAttr), getpid());
+    EXPECT_EQ(parseNumber(reply_, keyEventSourceAttr), kAELocalProcess);
+    EXPECT_EQ(parseNumber(reply_, keySenderPIDAttr), getpid());
 }
 
 TEST_F(AESendMessageTest, Handler_LearnsWhetherAllParametersWereRead) {
     ASSERT_TRUE(application_.start());
     ASSERT_EQ(send(kMissed, "unread"), noErr);
-    EXPECT_EQ(numberOf(reply_, 'befo'), noErr) << "a parameter is unread";
-    EXPECT_EQ(numberOf(reply_, 'aftr'), errAEDescNotFound) << "all parameters are read";
+    EXPECT_EQ(parseNumber(reply_, 'befo'), noErr) << "a parameter is unread";
+    EXPECT_EQ(parseNumber(reply_, 'aftr'), errAEDescNotFound) << "all parameters are read";
 }
 
 TEST_F(AESendMessageTest, Quit_EndsTheEventLoop) {

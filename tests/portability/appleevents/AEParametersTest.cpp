@@ -12,7 +12,7 @@ TEST(AEParameters, PutParamPtr_CopiesTheBytes) {
     char text[] = "bytes";
     ASSERT_EQ(AEPutParamPtr(event.get(), keyDirectObject, typeChar, text, 5), noErr);
     std::memset(text, '#', sizeof text);
-    EXPECT_EQ(textOf(event), "bytes");
+    EXPECT_EQ(toText(event), "bytes");
 }
 
 TEST(AEParameters, PutParamPtr_SameKeyword_ReplacesWhateverTheSizes) {
@@ -23,9 +23,9 @@ TEST(AEParameters, PutParamPtr_SameKeyword_ReplacesWhateverTheSizes) {
     for (const std::string& text : {std::string("other"), std::string(), std::string(100, 'x'),
                                     std::string(40000, 'y'), std::string("back")}) {
         ASSERT_EQ(putText(event, text), noErr);
-        EXPECT_EQ(textOf(event), text);
-        EXPECT_EQ(textOf(event, 'befo'), "neighbour before");
-        EXPECT_EQ(textOf(event, 'afte'), "neighbour after");
+        EXPECT_EQ(toText(event), text);
+        EXPECT_EQ(toText(event, 'befo'), "neighbour before");
+        EXPECT_EQ(toText(event, 'afte'), "neighbour after");
     }
 }
 
@@ -53,7 +53,7 @@ TEST(AEParameters, PutParamPtr_BinaryBytes_StayAsTheyAre) {
     for (int i = 0; i < 256; ++i)
         bytes += static_cast<char>(i);
     ASSERT_EQ(putText(event, bytes), noErr);
-    EXPECT_EQ(textOf(event), bytes);
+    EXPECT_EQ(toText(event), bytes);
 }
 
 TEST(AEParameters, PutParamPtr_ManyKeywords_AreAllKept) {
@@ -62,7 +62,7 @@ TEST(AEParameters, PutParamPtr_ManyKeywords_AreAllKept) {
         ASSERT_EQ(putText(event, "value " + std::to_string(keyword), keyword), noErr);
     }
     for (AEKeyword keyword = 1; keyword <= 500; ++keyword) {
-        EXPECT_EQ(textOf(event, keyword), "value " + std::to_string(keyword));
+        EXPECT_EQ(toText(event, keyword), "value " + std::to_string(keyword));
     }
 }
 
@@ -144,7 +144,7 @@ TEST(AEParameters, GetParamPtr_NumberAsText_IsDecimal) {
     Descriptor event = anEvent();
     const SInt32 number = -1708;
     AEPutParamPtr(event.get(), keyErrorNumber, typeSInt32, &number, sizeof number);
-    EXPECT_EQ(textOf(event, keyErrorNumber), "-1708");
+    EXPECT_EQ(toText(event, keyErrorNumber), "-1708");
 }
 
 TEST(AEParameters, GetParamPtr_TextAsNumber_IsItsValue) {
@@ -215,5 +215,5 @@ TEST(AEParameters, PutParamPtr_OfManyMegabytes_IsKept) {
     bytes.front() = 'a';
     bytes.back() = 'z';
     ASSERT_EQ(putText(event, bytes), noErr);
-    EXPECT_EQ(textOf(event), bytes);
+    EXPECT_EQ(toText(event), bytes);
 }

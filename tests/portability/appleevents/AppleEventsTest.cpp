@@ -23,7 +23,7 @@ OSErr decline(const AppleEvent*, AppleEvent*, SRefCon) {
     return errAEEventNotHandled;
 }
 
-SRefCon refconOf(const char* name) {
+SRefCon toRefcon(const char* name) {
     return reinterpret_cast<SRefCon>(const_cast<char*>(name));
 }
 
@@ -39,7 +39,7 @@ class AppleEvents : public testing::Test {
     }
 
     static void install(AEEventClass eventClass, AEEventID id, const char* name) {
-        ASSERT_EQ(AEInstallEventHandler(eventClass, id, answerName, refconOf(name), false), noErr);
+        ASSERT_EQ(AEInstallEventHandler(eventClass, id, answerName, toRefcon(name), false), noErr);
     }
 
     // Returns the reply of the handler for that event, or the error.
@@ -47,7 +47,7 @@ class AppleEvents : public testing::Test {
         Descriptor event = ownEvent(eventClass, id);
         Descriptor reply;
         const OSStatus status = AESendMessage(event.get(), reply.get(), kAEWaitReply, kAEDefaultTimeout);
-        return status == noErr ? textOf(reply) : std::to_string(static_cast<int>(status));
+        return status == noErr ? toText(reply) : std::to_string(static_cast<int>(status));
     }
 
     static Descriptor ownEvent(AEEventClass eventClass, AEEventID id) {
@@ -147,7 +147,7 @@ TEST_F(AppleEvents, Dispatch_HandlerFails_NumberIsInTheReply) {
     Descriptor event = ownEvent(kClass, kID);
     Descriptor reply;
     EXPECT_EQ(AESendMessage(event.get(), reply.get(), kAEWaitReply, kAEDefaultTimeout), noErr);
-    EXPECT_EQ(numberOf(reply, keyErrorNumber), -128);
+    EXPECT_EQ(parseNumber(reply, keyErrorNumber), -128);
 }
 
 TEST_F(AppleEvents, Dispatch_ReplyIsAnAnswerWithTheEventsReturnID) {
@@ -177,7 +177,7 @@ TEST_F(AppleEvents, Dispatch_ToOnesOwnProcessId_IsToOneself) {
     Descriptor event = makeEvent(address, kID, kClass);
     Descriptor reply;
     EXPECT_EQ(AESendMessage(event.get(), reply.get(), kAEWaitReply, kAEDefaultTimeout), noErr);
-    EXPECT_EQ(textOf(reply), "mine");
+    EXPECT_EQ(toText(reply), "mine");
 }
 
 TEST_F(AppleEvents, Dispatch_ToOnesOwnSerialNumber_IsToOneself) {
@@ -189,5 +189,5 @@ TEST_F(AppleEvents, Dispatch_ToOnesOwnSerialNumber_IsToOneself) {
     Descriptor event = makeEvent(address, kID, kClass);
     Descriptor reply;
     EXPECT_EQ(AESendMessage(event.get(), reply.get(), kAEWaitReply, kAEDefaultTimeout), noErr);
-    EXPECT_EQ(textOf(reply), "mine");
+    EXPECT_EQ(toText(reply), "mine");
 }

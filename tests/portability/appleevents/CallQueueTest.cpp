@@ -57,14 +57,14 @@ TEST_F(CallQueueTest, Run_IsServedByTheThreadOfTheLoop) {
     waitForCall();
     queue_.serveOldest();
     EXPECT_FALSE(queue_.hasCalls());
-    EXPECT_EQ(resultOf(call), kEight);
+    EXPECT_EQ(takeResult(call), kEight);
     EXPECT_EQ(wakeUps, 1);
 }
 
 TEST_F(CallQueueTest, Run_NotBegunWithinASecond_IsTakenBack) {
     queue_.open();
     auto call = callInThread();
-    EXPECT_EQ(resultOf(call), nullptr);
+    EXPECT_EQ(takeResult(call), nullptr);
     EXPECT_FALSE(queue_.hasCalls());
     queue_.serveOldest();
 }
@@ -81,7 +81,7 @@ TEST_F(CallQueueTest, Run_BegunInTime_IsWaitedForHoweverLongItTakes) {
     });
     waitForCall();
     queue_.serveOldest();
-    EXPECT_EQ(resultOf(call), kEight);
+    EXPECT_EQ(takeResult(call), kEight);
 }
 
 TEST_F(CallQueueTest, Close_GivesBackTheCallsThatNobodyHasBegun) {
@@ -90,8 +90,8 @@ TEST_F(CallQueueTest, Close_GivesBackTheCallsThatNobodyHasBegun) {
     auto second = callInThread();
     untilAllOthersWait();
     queue_.close();
-    EXPECT_EQ(resultOf(first), nullptr);
-    EXPECT_EQ(resultOf(second), nullptr);
+    EXPECT_EQ(takeResult(first), nullptr);
+    EXPECT_EQ(takeResult(second), nullptr);
     EXPECT_FALSE(queue_.hasCalls());
 }
 
@@ -116,8 +116,8 @@ TEST_F(CallQueueTest, ServeOldest_FromWithinACall_ServesTheNextOne) {
     auto inner = callInThread();
     EXPECT_TRUE(dovrel::test::waitUntil([&] { return wakeUps >= 2; }));
     queue_.serveOldest();
-    EXPECT_EQ(resultOf(outer), kFour);
-    EXPECT_EQ(resultOf(inner), kEight);
+    EXPECT_EQ(takeResult(outer), kFour);
+    EXPECT_EQ(takeResult(inner), kEight);
 }
 
 }  // namespace

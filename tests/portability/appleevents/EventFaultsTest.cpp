@@ -132,7 +132,7 @@ TEST_P(EventFaultsTest, InstallingAHandler) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Durations, EventFaultsTest,
-                         testing::Values(HeapWatch::Refusal::kOnce, HeapWatch::Refusal::kForGood),
+                         testing::Values(HeapWatch::Refusal::kOnce, HeapWatch::Refusal::kForever),
                          [](const auto& given) {
                              return given.param == HeapWatch::Refusal::kOnce ? "Once" : "ForGood";
                          });

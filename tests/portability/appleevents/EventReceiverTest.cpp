@@ -21,7 +21,7 @@ OSErr count(const AppleEvent*, AppleEvent*, SRefCon) {
 }
 
 struct SentReplies final : RequestHandler::ReplySender {
-    Channel::Sent send(int32_t result, const ImageMemory& image) override {
+    Channel::Sent send(int32_t result, const MessageMemory& image) override {
         results.push_back(result);
         imageSizes.push_back(image.size());
         return outcomes.empty() ? Channel::Sent::done : outcomes.at(results.size() - 1);

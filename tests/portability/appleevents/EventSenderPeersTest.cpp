@@ -77,7 +77,7 @@ TEST_F(EventSenderPeersTest, ReplyWithADamagedImage_IsConnectionInvalid_AndItsCo
         {damaged, [](int connection) { sendRaw(connection, reply(receiveHeader(connection).id, "two")); }});
     EXPECT_EQ(send(), connectionInvalid);
     EXPECT_EQ(send(), noErr);
-    EXPECT_EQ(textOf(reply_), "two");
+    EXPECT_EQ(toText(reply_), "two");
 }
 
 TEST_F(EventSenderPeersTest, KeptConnection_IsUsedForTheNextSend) {
@@ -88,7 +88,7 @@ TEST_F(EventSenderPeersTest, KeptConnection_IsUsedForTheNextSend) {
     }});
     for (int i = 0; i < 3; ++i) {
         ASSERT_EQ(send(), noErr);
-        EXPECT_EQ(textOf(reply_), std::to_string(i));
+        EXPECT_EQ(toText(reply_), std::to_string(i));
     }
     EXPECT_EQ(send(0, kAENoReply), noErr);
 }
@@ -99,7 +99,7 @@ TEST_F(EventSenderPeersTest, KeptConnectionThatBroke_IsReplacedOnceAndUnseen) {
     ASSERT_EQ(send(), noErr);
     peer.waitUntilClosed(1);
     ASSERT_EQ(send(), noErr) << "the peer had closed the first connection";
-    EXPECT_EQ(textOf(reply_), "two");
+    EXPECT_EQ(toText(reply_), "two");
 }
 
 TEST_F(EventSenderPeersTest, KeptConnectionThatBroke_AndNobodyThere_IsProcNotFound) {
@@ -117,5 +117,5 @@ TEST_F(EventSenderPeersTest, RequestInTheMailboxThatWasNeverTaken_IsSentAgainToT
     ASSERT_EQ(send(), noErr);
     ASSERT_EQ(send(), noErr);
     ASSERT_EQ(send(), noErr);
-    EXPECT_EQ(textOf(reply_), "two");
+    EXPECT_EQ(toText(reply_), "two");
 }

@@ -27,7 +27,7 @@ TEST(EventStorage, Put_TooLarge_ChangesNothing) {
     EventStorage event;
     ASSERT_EQ(put(event, 'aaaa', "there"), noErr);
     const char byte = 'x';
-    EXPECT_EQ(event.put(ItemKind::parameter, 'aaaa', typeChar, &byte, kLargestImage + 1), memFullErr);
+    EXPECT_EQ(event.put(ItemKind::parameter, 'aaaa', typeChar, &byte, kLargestMessage + 1), memFullErr);
     EXPECT_EQ(event.put(ItemKind::parameter, 'aaaa', typeChar, &byte, SIZE_MAX), memFullErr);
     EXPECT_EQ(text(event, 'aaaa'), "there");
 }
@@ -60,7 +60,7 @@ TEST(EventStorage, Image_IsTheItems) {
 
 TEST(EventStorage, CopyOf_IsIndependent) {
     Bytes image = itemBytes('aaaa', std::string(30000, 'x'));
-    const std::unique_ptr<EventStorage> copy = EventStorage::copyOf(image.data(), image.size());
+    const std::unique_ptr<EventStorage> copy = EventStorage::makeCopy(image.data(), image.size());
     std::fill(image.begin(), image.end(), 0);
     EXPECT_TRUE(text(*copy, 'aaaa') == std::string(30000, 'x'));
 }

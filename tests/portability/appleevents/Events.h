@@ -67,7 +67,7 @@ inline OSErr putText(Descriptor& event, const std::string& text, AEKeyword keywo
 }
 
 /// Returns the bytes of a parameter; "(none)" or a similar text with the error if it cannot be read.
-inline std::string textOf(const Descriptor& event, AEKeyword keyword = keyDirectObject,
+inline std::string toText(const Descriptor& event, AEKeyword keyword = keyDirectObject,
                           DescType type = typeChar) {
     Size size = -1;
     const OSErr error = AEGetParamPtr(event.get(), keyword, type, nullptr, nullptr, 0, &size);
@@ -78,7 +78,7 @@ inline std::string textOf(const Descriptor& event, AEKeyword keyword = keyDirect
 }
 
 /// Returns an integer parameter; `missing` if it cannot be read.
-inline long numberOf(const Descriptor& event, AEKeyword keyword, long missing = -99999) {
+inline long parseNumber(const Descriptor& event, AEKeyword keyword, long missing = -99999) {
     SInt32 number = 0;
     if (AEGetParamPtr(event.get(), keyword, typeSInt32, nullptr, &number, sizeof number, nullptr) != noErr)
         return missing;

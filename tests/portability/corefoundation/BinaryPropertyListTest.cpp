@@ -28,11 +28,11 @@ using portability::ObjectHolder;
 
 class BinaryPropertyList : public testing::Test {
   protected:
-    static ObjectHolder valueOf(const std::string& document) {
+    static ObjectHolder readValue(const std::string& document) {
         return portability::readBinaryPropertyList(document);
     }
     static ObjectHolder valueOfObjects(const std::vector<std::string>& objects) {
-        return valueOf(binaryList(objects));
+        return readValue(binaryList(objects));
     }
 
     static bool isRefused(const std::vector<std::string>& objects) { return !valueOfObjects(objects); }
@@ -43,14 +43,14 @@ class BinaryPropertyList : public testing::Test {
         BinaryTrailer trailer;
         const std::string body = binaryListBody({arrayObject({1}), asciiObject("a")}, trailer);
         change(trailer);
-        return !valueOf(body + trailer.bytes());
+        return !readValue(body + trailer.bytes());
     }
 
     // Returns "(none)" for anything except a string.
     static std::string textIn(const std::vector<std::string>& objects) {
         const ObjectHolder value = valueOfObjects(objects);
         const bool isString = value && value.get()->kind() == kStringKind;
-        return isString ? portability::utf8Of(value.get()) : "(none)";
+        return isString ? portability::toUtf8(value.get()) : "(none)";
     }
 
     // Returns the value of the only object, which must be of that class.
@@ -119,7 +119,7 @@ TEST_F(BinaryPropertyList, Collections_ShareTheObjectsTheyReferTo) {
     const Object* const value = in<__CFDictionary>(list).value(key.get());
     const auto& array = dynamic_cast<const __CFArray&>(*value);
     ASSERT_EQ(array.values.size(), 2U);
-    EXPECT_EQ(portability::utf8Of(array.values[0].get()), "b");
+    EXPECT_EQ(portability::toUtf8(array.values[0].get()), "b");
     EXPECT_EQ(array.values[0].get(), array.values[1].get());
 }
 
@@ -198,9 +198,9 @@ TEST_F(BinaryPropertyList, ListCutAnywhere_IsRefused) {
     const std::string whole =
         binaryList({dictionaryObject({1, 2}, {3, 4}), asciiObject("a"), asciiObject("b"),
                     utf16Object(std::string("\0c\0d", 4)), arrayObject({1, 2})});
-    ASSERT_TRUE(valueOf(whole));
+    ASSERT_TRUE(readValue(whole));
     for (size_t length = 0; length < whole.size(); ++length)
-        EXPECT_FALSE(valueOf(whole.substr(0, length))) << length;
+        EXPECT_FALSE(readValue(whole.substr(0, length))) << length;
 }
 
 // Any result is allowed. The sanitizers find reads outside the list.
@@ -213,7 +213,7 @@ TEST_F(BinaryPropertyList, ListWithAnyByteChanged_EndsWithAValueOrNone) {
         for (const int mask : {0x01, 0x0F, 0x10, 0x80, 0xFF}) {
             std::string changed = whole;
             changed[at] = static_cast<char>(changed[at] ^ mask);
-            const ObjectHolder value = valueOf(changed);
+            const ObjectHolder value = readValue(changed);
             EXPECT_TRUE(!value || value.get()->kind() != 0);
         }
     }

@@ -20,7 +20,7 @@ namespace files = std::filesystem;
 using portability::bundleAround;
 using portability::createBundle;
 
-std::string outputOf(const std::string& program) {
+std::string readOutput(const std::string& program) {
     FILE* output = popen(("'" + program + "'").c_str(), "r");
     std::string text;
     for (int character = std::fgetc(output); character != EOF; character = std::fgetc(output)) {
@@ -32,16 +32,16 @@ std::string outputOf(const std::string& program) {
 
 class Bundle : public testing::Test {
   protected:
-    std::string valueOf(const std::string& bundle, CFStringRef key) const {
+    std::string readValue(const std::string& bundle, CFStringRef key) const {
         const Held<CFBundleRef> held(createBundle(folder_.path(bundle)));
         return held.get() == nullptr ? "(no bundle)"
-                                     : textOf(CFBundleGetValueForInfoDictionaryKey(held.get(), key));
+                                     : toText(CFBundleGetValueForInfoDictionaryKey(held.get(), key));
     }
 
-    std::string resourceOf(const std::string& bundle, CFStringRef name, CFStringRef type) const {
+    std::string findResource(const std::string& bundle, CFStringRef name, CFStringRef type) const {
         const Held<CFBundleRef> held(createBundle(folder_.path(bundle)));
         const Held<CFURLRef> url(CFBundleCopyResourceURL(held.get(), name, type, nullptr));
-        return pathOf(url.get());
+        return toPath(url.get());
     }
 
     using FindPlugBundle = CFBundleRef (*)(CFStringRef);
@@ -75,9 +75,9 @@ TEST_F(Bundle, Create_SameFolderTwice_IsOneBundleUntilBothAreReleased) {
 
 TEST_F(Bundle, Create_AfterTheLastRelease_ReadsTheInfoAnew) {
     folder_.write("X.bundle/Contents/Info.plist", "{ CFBundleVersion = \"1.0\"; }");
-    EXPECT_EQ(valueOf("X.bundle", kCFBundleVersionKey), "1.0");
+    EXPECT_EQ(readValue("X.bundle", kCFBundleVersionKey), "1.0");
     folder_.write("X.bundle/Contents/Info.plist", "{ CFBundleVersion = \"2.0\"; }");
-    EXPECT_EQ(valueOf("X.bundle", kCFBundleVersionKey), "2.0");
+    EXPECT_EQ(readValue("X.bundle", kCFBundleVersionKey), "2.0");
 }
 
 TEST_F(Bundle, Create_OfAFile_IsNull) {
@@ -88,10 +88,10 @@ TEST_F(Bundle, Create_OfAFile_IsNull) {
 TEST_F(Bundle, Info_InTheUsersLanguage_GoesBeforeTheInfoPlist) {
     folder_.write("X.bundle/Contents/Info.plist", "{ CFBundleName = Plain; CFBundleVersion = \"1\"; }");
     folder_.write("X.bundle/Contents/Resources/de.lproj/InfoPlist.strings", "CFBundleName = \"Deutsch\";\n");
-    EXPECT_EQ(valueOf("X.bundle", kCFBundleNameKey), "Deutsch");
-    EXPECT_EQ(valueOf("X.bundle", kCFBundleVersionKey), "1");
+    EXPECT_EQ(readValue("X.bundle", kCFBundleNameKey), "Deutsch");
+    EXPECT_EQ(readValue("X.bundle", kCFBundleVersionKey), "1");
     const VariableChange french("LC_ALL", "fr_FR.UTF-8");
-    EXPECT_EQ(valueOf("X.bundle", kCFBundleNameKey), "Plain");
+    EXPECT_EQ(readValue("X.bundle", kCFBundleNameKey), "Plain");
 }
 
 TEST_F(Bundle, Resources_WithoutLanguageFirst_ThenTheUsersThenTheBundlesOwn) {
@@ -100,10 +100,10 @@ TEST_F(Bundle, Resources_WithoutLanguageFirst_ThenTheUsersThenTheBundlesOwn) {
     folder_.write("X.bundle/Contents/Resources/German.lproj/older.txt", "x");
     folder_.write("X.bundle/Contents/Resources/en.lproj/english.txt", "x");
     const std::string resources = folder_.path("X.bundle/Contents/Resources");
-    EXPECT_EQ(resourceOf("X.bundle", CFSTR("both"), CFSTR("txt")), resources + "/both.txt");
-    EXPECT_EQ(resourceOf("X.bundle", CFSTR("older"), CFSTR("txt")), resources + "/German.lproj/older.txt");
-    EXPECT_EQ(resourceOf("X.bundle", CFSTR("english"), CFSTR("txt")), resources + "/en.lproj/english.txt");
-    EXPECT_EQ(resourceOf("X.bundle", CFSTR("absent"), CFSTR("txt")), "(none)");
+    EXPECT_EQ(findResource("X.bundle", CFSTR("both"), CFSTR("txt")), resources + "/both.txt");
+    EXPECT_EQ(findResource("X.bundle", CFSTR("older"), CFSTR("txt")), resources + "/German.lproj/older.txt");
+    EXPECT_EQ(findResource("X.bundle", CFSTR("english"), CFSTR("txt")), resources + "/en.lproj/english.txt");
+    EXPECT_EQ(findResource("X.bundle", CFSTR("absent"), CFSTR("txt")), "(none)");
 }
 
 TEST_F(Bundle, Layout_WithoutContents_IsFlatOrHasAResourcesFolder) {
@@ -112,10 +112,11 @@ TEST_F(Bundle, Layout_WithoutContents_IsFlatOrHasAResourcesFolder) {
     folder_.write("Flat.bundle/page.html", "x");
     folder_.write("Old.bundle/Resources/Info.plist", "{ CFBundleIdentifier = old; }");
     folder_.write("Old.bundle/Resources/page.html", "x");
-    EXPECT_EQ(valueOf("Flat.bundle", kCFBundleIdentifierKey), "flat");
-    EXPECT_EQ(resourceOf("Flat.bundle", CFSTR("page"), CFSTR("html")), folder_.path("Flat.bundle/page.html"));
-    EXPECT_EQ(valueOf("Old.bundle", kCFBundleIdentifierKey), "old");
-    EXPECT_EQ(resourceOf("Old.bundle", CFSTR("page"), CFSTR("html")),
+    EXPECT_EQ(readValue("Flat.bundle", kCFBundleIdentifierKey), "flat");
+    EXPECT_EQ(findResource("Flat.bundle", CFSTR("page"), CFSTR("html")),
+              folder_.path("Flat.bundle/page.html"));
+    EXPECT_EQ(readValue("Old.bundle", kCFBundleIdentifierKey), "old");
+    EXPECT_EQ(findResource("Old.bundle", CFSTR("page"), CFSTR("html")),
               folder_.path("Old.bundle/Resources/page.html"));
     const Held<CFBundleRef> flat(createBundle(folder_.path("Flat.bundle")));
     EXPECT_EQ(flat.get()->executable(), folder_.path("Flat.bundle/Code"));
@@ -165,13 +166,13 @@ TEST_F(Bundle, GetMainBundle_OfAProgramInABundle_IsThatBundle) {
     const std::string program = folder_.path("X.app/Contents/MacOS/X");
     files::create_directories(folder_.path("X.app/Contents/MacOS"));
     files::copy_file(MAIN_BUNDLE_PROBE, program);
-    EXPECT_EQ(outputOf(program), "com.example.main\n" + folder_.path("X.app") + "\n");
+    EXPECT_EQ(readOutput(program), "com.example.main\n" + folder_.path("X.app") + "\n");
 }
 
 TEST_F(Bundle, GetMainBundle_OfAProgramInNoBundle_IsItsFolder) {
     const std::string program = folder_.path("tool");
     files::copy_file(MAIN_BUNDLE_PROBE, program);
-    EXPECT_EQ(outputOf(program), "(none)\n" + folder_.path() + "\n");
+    EXPECT_EQ(readOutput(program), "(none)\n" + folder_.path() + "\n");
 }
 
 TEST_F(Bundle, ManyThreads_MakingAndReleasing_ShareOneBundle) {
@@ -181,7 +182,7 @@ TEST_F(Bundle, ManyThreads_MakingAndReleasing_ShareOneBundle) {
     for (int index = 0; index < 4; ++index) {
         threads.emplace_back([this, &failures] {
             for (int count = 0; count < 100; ++count) {
-                failures += valueOf("X.bundle", kCFBundleIdentifierKey) == "shared" ? 0 : 1;
+                failures += readValue("X.bundle", kCFBundleIdentifierKey) == "shared" ? 0 : 1;
             }
         });
     }

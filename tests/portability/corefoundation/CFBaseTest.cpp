@@ -8,7 +8,7 @@ TEST(CFBase, Retain_GivesTheSameObjectAndKeepsItPastOneRelease) {
     const CFStringRef string = newString("kept for long enough to need memory");
     EXPECT_EQ(CFRetain(string), string);
     CFRelease(string);
-    EXPECT_EQ(textOf(string), "kept for long enough to need memory");
+    EXPECT_EQ(toText(string), "kept for long enough to need memory");
     CFRelease(string);
 }
 

@@ -72,8 +72,8 @@ TEST_F(CFBundle, Create_FolderWithoutInfoPlist_IsABundleThatSaysNothing) {
 TEST_F(CFBundle, GetIdentifierAndValue_AreThoseOfTheInfoPlist) {
     const Held<CFBundleRef> bundle(newBundle(folder_, "Plug.bundle"));
     ASSERT_NE(bundle.get(), nullptr);
-    EXPECT_EQ(textOf(CFBundleGetIdentifier(bundle.get())), "com.example.plug");
-    EXPECT_EQ(textOf(CFBundleGetValueForInfoDictionaryKey(bundle.get(), kCFBundleVersionKey)), "1.2.3");
+    EXPECT_EQ(toText(CFBundleGetIdentifier(bundle.get())), "com.example.plug");
+    EXPECT_EQ(toText(CFBundleGetValueForInfoDictionaryKey(bundle.get(), kCFBundleVersionKey)), "1.2.3");
     EXPECT_EQ(CFBundleGetValueForInfoDictionaryKey(bundle.get(), CFSTR("Absent")), nullptr);
 }
 
@@ -83,13 +83,13 @@ TEST_F(CFBundle, GetValue_ArraysAndDictionaries_CanBeRead) {
     ASSERT_NE(names, nullptr);
     ASSERT_EQ(CFGetTypeID(names), CFArrayGetTypeID());
     ASSERT_EQ(CFArrayGetCount(static_cast<CFArrayRef>(names)), 2);
-    EXPECT_EQ(textOf(CFArrayGetValueAtIndex(static_cast<CFArrayRef>(names), 1)), "two");
+    EXPECT_EQ(toText(CFArrayGetValueAtIndex(static_cast<CFArrayRef>(names), 1)), "two");
 
     const CFTypeRef table = CFBundleGetValueForInfoDictionaryKey(bundle.get(), CFSTR("Table"));
     ASSERT_NE(table, nullptr);
     ASSERT_EQ(CFGetTypeID(table), CFDictionaryGetTypeID());
     EXPECT_EQ(CFDictionaryGetCount(static_cast<CFDictionaryRef>(table)), 1);
-    EXPECT_EQ(textOf(CFDictionaryGetValue(static_cast<CFDictionaryRef>(table), CFSTR("inner"))), "value");
+    EXPECT_EQ(toText(CFDictionaryGetValue(static_cast<CFDictionaryRef>(table), CFSTR("inner"))), "value");
     EXPECT_EQ(CFDictionaryGetValue(static_cast<CFDictionaryRef>(table), CFSTR("outer")), nullptr);
     EXPECT_TRUE(CFDictionaryContainsKey(static_cast<CFDictionaryRef>(table), CFSTR("inner")));
     EXPECT_FALSE(CFDictionaryContainsKey(static_cast<CFDictionaryRef>(table), CFSTR("outer")));
@@ -118,9 +118,9 @@ TEST_F(CFBundle, CopyURLs_NameThePartsOfTheBundle) {
     const Held<CFURLRef> whole(CFBundleCopyBundleURL(bundle.get()));
     const Held<CFURLRef> executable(CFBundleCopyExecutableURL(bundle.get()));
     const Held<CFURLRef> resources(CFBundleCopyResourcesDirectoryURL(bundle.get()));
-    EXPECT_EQ(pathOf(whole.get()), folder_.path("Plug.bundle"));
-    EXPECT_EQ(pathOf(executable.get()), folder_.path("Plug.bundle/Contents/MacOS/Plug"));
-    EXPECT_EQ(pathOf(resources.get()), folder_.path("Plug.bundle/Contents/Resources"));
+    EXPECT_EQ(toPath(whole.get()), folder_.path("Plug.bundle"));
+    EXPECT_EQ(toPath(executable.get()), folder_.path("Plug.bundle/Contents/MacOS/Plug"));
+    EXPECT_EQ(toPath(resources.get()), folder_.path("Plug.bundle/Contents/Resources"));
 }
 
 TEST_F(CFBundle, CopyResourceURL_WithTypeAndFolder_FindsTheFile) {
@@ -129,9 +129,9 @@ TEST_F(CFBundle, CopyResourceURL_WithTypeAndFolder_FindsTheFile) {
     const Held<CFURLRef> whole(CFBundleCopyResourceURL(bundle.get(), CFSTR("Texts.mls"), nullptr, nullptr));
     const Held<CFURLRef> folder(CFBundleCopyResourceURL(bundle.get(), CFSTR("Helpsystem English RC MacOSX"),
                                                         nullptr, CFSTR("Helpsystem")));
-    EXPECT_EQ(pathOf(file.get()), folder_.path("Plug.bundle/Contents/Resources/Texts.mls"));
-    EXPECT_EQ(pathOf(whole.get()), folder_.path("Plug.bundle/Contents/Resources/Texts.mls"));
-    EXPECT_EQ(pathOf(folder.get()),
+    EXPECT_EQ(toPath(file.get()), folder_.path("Plug.bundle/Contents/Resources/Texts.mls"));
+    EXPECT_EQ(toPath(whole.get()), folder_.path("Plug.bundle/Contents/Resources/Texts.mls"));
+    EXPECT_EQ(toPath(folder.get()),
               folder_.path("Plug.bundle/Contents/Resources/Helpsystem/Helpsystem English RC MacOSX"));
 }
 
@@ -168,5 +168,5 @@ TEST_F(CFBundle, GetMainBundle_OfATool_IsItsFolderWithoutIdentifier) {
     EXPECT_EQ(CFBundleGetMainBundle(), main);
     EXPECT_EQ(CFBundleGetIdentifier(main), nullptr);
     const Held<CFURLRef> url(CFBundleCopyBundleURL(main));
-    EXPECT_TRUE(std::filesystem::exists(pathOf(url.get()) + "/portability_corefoundation_contract_tests"));
+    EXPECT_TRUE(std::filesystem::exists(toPath(url.get()) + "/portability_corefoundation_contract_tests"));
 }

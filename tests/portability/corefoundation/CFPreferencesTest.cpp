@@ -24,7 +24,7 @@ std::string firstLanguage() {
     }
     const auto array = static_cast<CFArrayRef>(languages.get());
     const bool isList = CFGetTypeID(array) == CFArrayGetTypeID() && CFArrayGetCount(array) > 0;
-    return isList ? textOf(CFArrayGetValueAtIndex(array, 0)) : "(no list)";
+    return isList ? toText(CFArrayGetValueAtIndex(array, 0)) : "(no list)";
 }
 
 class CFPreferences : public testing::Test {
@@ -76,7 +76,7 @@ TEST_F(CFPreferences, AppleLanguages_InTheUsersDefaults_GoBeforeTheLocale) {
     EXPECT_EQ(firstLanguage(), "fr");
     EXPECT_EQ(portability::userLanguages(), (std::vector<std::string>{"fr", "en"}));
     const Held<CFPropertyListRef> locale(copyGlobal(CFSTR("AppleLocale")));
-    EXPECT_EQ(textOf(locale.get()), "fr_FR");
+    EXPECT_EQ(toText(locale.get()), "fr_FR");
 }
 
 TEST_F(CFPreferences, AppleLanguages_DamagedDefaults_AreThoseOfTheLocale) {

@@ -44,7 +44,7 @@ TEST_F(CFPropertyList, CreateWithData_InEveryForm_GivesTheDictionaryAndTheForm) 
         const Held<CFPropertyListRef> list(newList(form.content, &format, &error));
         ASSERT_NE(list.get(), nullptr) << form.content;
         ASSERT_EQ(CFGetTypeID(list.get()), CFDictionaryGetTypeID());
-        EXPECT_EQ(textOf(CFDictionaryGetValue(static_cast<CFDictionaryRef>(list.get()), CFSTR("a"))), "b");
+        EXPECT_EQ(toText(CFDictionaryGetValue(static_cast<CFDictionaryRef>(list.get()), CFSTR("a"))), "b");
         EXPECT_EQ(format, form.format);
         EXPECT_EQ(error, nullptr);
     }
@@ -59,7 +59,7 @@ TEST_F(CFPropertyList, CreateWithData_Damaged_IsNullWithAnError) {
         const Held<CFErrorRef> held(error);
         ASSERT_NE(error, nullptr) << content;
         EXPECT_EQ(CFErrorGetCode(error), 3840);
-        EXPECT_EQ(textOf(CFErrorGetDomain(error)), "NSCocoaErrorDomain");
+        EXPECT_EQ(toText(CFErrorGetDomain(error)), "NSCocoaErrorDomain");
     }
 }
 
@@ -87,7 +87,7 @@ TEST_F(CFPropertyList, CreateData_InTheXmlForm_ReadsBackTheSame) {
         EXPECT_NE(text.find(part), std::string::npos) << part;
     const Held<CFPropertyListRef> again(newList(text));
     ASSERT_NE(again.get(), nullptr);
-    EXPECT_EQ(textOf(CFDictionaryGetValue(static_cast<CFDictionaryRef>(again.get()), CFSTR("a<"))),
+    EXPECT_EQ(toText(CFDictionaryGetValue(static_cast<CFDictionaryRef>(again.get()), CFSTR("a<"))),
               "b & c\xC3\xA9");
 }
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-std::vector<int> unitsOf(CFStringRef string) {
+std::vector<int> getUnits(CFStringRef string) {
     std::vector<UniChar> units(static_cast<std::size_t>(CFStringGetLength(string)));
     CFStringGetCharacters(string, CFRangeMake(0, CFStringGetLength(string)), units.data());
     return std::vector<int>(units.begin(), units.end());
@@ -26,13 +26,13 @@ bool isAccepted(const char* bytes, CFStringEncoding encoding) {
 
 TEST(CFString, CreateWithCString_UTF8_GivesUTF16UnitsWithSurrogatePairs) {
     const Held<CFStringRef> string(newString("a\xC3\xA4\xE2\x82\xAC\xF0\x9D\x84\x9E"));
-    EXPECT_EQ(unitsOf(string.get()), (std::vector<int>{'a', 0x00E4, 0x20AC, 0xD834, 0xDD1E}));
+    EXPECT_EQ(getUnits(string.get()), (std::vector<int>{'a', 0x00E4, 0x20AC, 0xD834, 0xDD1E}));
 }
 
 TEST(CFString, CreateWithCString_MacRoman_GivesItsCharacters) {
     const Held<CFStringRef> string(CFStringCreateWithCString(
         kCFAllocatorDefault, "\x80\xA7\xDB\xBD\xF0\xCA\xFF", kCFStringEncodingMacRoman));
-    EXPECT_EQ(unitsOf(string.get()),
+    EXPECT_EQ(getUnits(string.get()),
               (std::vector<int>{0x00C4, 0x00DF, 0x20AC, 0x03A9, 0xF8FF, 0x00A0, 0x02C7}));
 }
 
@@ -65,7 +65,7 @@ TEST(CFString, CreateWithCString_EmptyText_IsAStringOfLengthZero) {
     const Held<CFStringRef> string(newString(""));
     ASSERT_NE(string.get(), nullptr);
     EXPECT_EQ(CFStringGetLength(string.get()), 0);
-    EXPECT_EQ(textOf(string.get()), "");
+    EXPECT_EQ(toText(string.get()), "");
 }
 
 TEST(CFString, GetCString_BufferOfExactlyTextAndZero_Succeeds) {
@@ -162,7 +162,7 @@ TEST(CFString, GetSystemEncoding_WesternSystem_IsMacRoman) {
 
 TEST(CFString, MakeConstantString_IsTheStringOfTheTextAndNeedsNoRelease) {
     const CFStringRef string = __CFStringMakeConstantString("once");
-    EXPECT_EQ(textOf(string), "once");
+    EXPECT_EQ(toText(string), "once");
     EXPECT_EQ(CFStringCompare(string, CFSTR("once"), 0), kCFCompareEqualTo);
 }
 
@@ -170,5 +170,5 @@ TEST(CFString, CFSTR_OfTheSameText_IsTheSameString) {
     EXPECT_EQ(CFStringCompare(CFSTR("once"), CFSTR("once"), 0), kCFCompareEqualTo);
     EXPECT_EQ(CFGetTypeID(CFSTR("once")), CFStringGetTypeID());
     CFRelease(CFRetain(CFSTR("once")));
-    EXPECT_EQ(textOf(CFSTR("once")), "once");
+    EXPECT_EQ(toText(CFSTR("once")), "once");
 }

@@ -8,5 +8,5 @@
 int main() {
     const CFBundleRef bundle = CFBundleGetMainBundle();
     const Held<CFURLRef> url(CFBundleCopyBundleURL(bundle));
-    std::printf("%s\n%s\n", textOf(CFBundleGetIdentifier(bundle)).c_str(), pathOf(url.get()).c_str());
+    std::printf("%s\n%s\n", toText(CFBundleGetIdentifier(bundle)).c_str(), toPath(url.get()).c_str());
 }

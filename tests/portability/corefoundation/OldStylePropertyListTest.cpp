@@ -10,7 +10,7 @@ namespace {
 using portability::ObjectHolder;
 using portability::readOldStylePropertyList;
 using portability::readStringsFile;
-using portability::utf8Of;
+using portability::toUtf8;
 
 // Returns "(none)" for a damaged document or a missing key.
 std::string valueOfA(const std::string& document) {
@@ -18,12 +18,12 @@ std::string valueOfA(const std::string& document) {
     if (!list || list.get()->kind() != portability::kDictionaryKind) return "(none)";
     const ObjectHolder key = portability::newString("a");
     const portability::Object* const value = static_cast<const __CFDictionary*>(list.get())->value(key.get());
-    return value == nullptr ? "(none)" : utf8Of(value);
+    return value == nullptr ? "(none)" : toUtf8(value);
 }
 
 std::string string(const std::string& document) {
     const ObjectHolder value = readOldStylePropertyList(document);
-    return value && value.get()->kind() == portability::kStringKind ? utf8Of(value.get()) : "(none)";
+    return value && value.get()->kind() == portability::kStringKind ? toUtf8(value.get()) : "(none)";
 }
 
 }  // namespace
@@ -51,7 +51,7 @@ TEST(OldStylePropertyList, ArraysAndData_AreRead) {
     ASSERT_TRUE(array);
     const auto& values = dynamic_cast<const __CFArray&>(*array.get()).values;
     ASSERT_EQ(values.size(), 4U);
-    EXPECT_EQ(utf8Of(values[1].get()), "two");
+    EXPECT_EQ(toUtf8(values[1].get()), "two");
     EXPECT_EQ(dynamic_cast<const __CFData&>(*values[2].get()).bytes, "\x0A\x0B\x0C");
 }
 
@@ -83,7 +83,7 @@ TEST(OldStylePropertyList, StringsFile_NeedsNoBraces_AndAKeyWithoutAValueStandsF
     const auto& dictionary = dynamic_cast<const __CFDictionary&>(*strings.get());
     EXPECT_EQ(dictionary.values.size(), 2U);
     const ObjectHolder key = portability::newString("c");
-    EXPECT_EQ(utf8Of(dictionary.value(key.get())), "c");
+    EXPECT_EQ(toUtf8(dictionary.value(key.get())), "c");
     EXPECT_FALSE(readStringsFile("\"a\" = \"b\""));
     EXPECT_FALSE(readStringsFile("\"a\" = \"b\"; }"));
 }

@@ -38,7 +38,7 @@ class PropertyList : public testing::Test {
     std::string valueOfA(const std::string& content) {
         folder_.write("list", content);
         const Held<CFDictionaryRef> dictionary(copyDictionary(folder_.path("list")));
-        return textOf(stringValue(dictionary.get(), CFSTR("a")));
+        return toText(stringValue(dictionary.get(), CFSTR("a")));
     }
 
     bool isReadable(const std::string& content) {
@@ -138,8 +138,8 @@ TEST_F(PropertyList, CopyStrings_PlainAndUTF16_GivesKeysAndValues) {
     folder_.write("plain.strings",
                   "/* name */\n\"CFBundleName\" = \"N\xC3\xA4me\";\nCFBundleVersion = \"2\";\n");
     const Held<CFDictionaryRef> plain(portability::copyStrings(folder_.path("plain.strings")));
-    EXPECT_EQ(textOf(stringValue(plain.get(), CFSTR("CFBundleName"))), "N\xC3\xA4me");
-    EXPECT_EQ(textOf(stringValue(plain.get(), CFSTR("CFBundleVersion"))), "2");
+    EXPECT_EQ(toText(stringValue(plain.get(), CFSTR("CFBundleName"))), "N\xC3\xA4me");
+    EXPECT_EQ(toText(stringValue(plain.get(), CFSTR("CFBundleVersion"))), "2");
 
     std::string wide = "\xFE\xFF";
     for (const char character : std::string("a = \"b\";\n")) {
@@ -147,5 +147,5 @@ TEST_F(PropertyList, CopyStrings_PlainAndUTF16_GivesKeysAndValues) {
     }
     folder_.write("wide.strings", wide);
     const Held<CFDictionaryRef> strings(portability::copyStrings(folder_.path("wide.strings")));
-    EXPECT_EQ(textOf(stringValue(strings.get(), CFSTR("a"))), "b");
+    EXPECT_EQ(toText(stringValue(strings.get(), CFSTR("a"))), "b");
 }

@@ -20,18 +20,18 @@ namespace files = std::filesystem;
 
 constexpr UInt64 kSecondsFrom1904To1970 = 2082844800;
 
-UInt64 secondsOf(const UTCDateTime& date) {
+UInt64 toSeconds(const UTCDateTime& date) {
     return (static_cast<UInt64>(date.highSeconds) << 32) | date.lowSeconds;
 }
 
-FSPermissionInfo permissionsOf(const FSCatalogInfo& info) {
+FSPermissionInfo readPermissions(const FSCatalogInfo& info) {
     FSPermissionInfo permissions;
     std::memcpy(&permissions, &info.permissions, sizeof permissions);
     return permissions;
 }
 
 void setMode(FSCatalogInfo& info, UInt16 mode) {
-    FSPermissionInfo permissions = permissionsOf(info);
+    FSPermissionInfo permissions = readPermissions(info);
     permissions.mode = mode;
     std::memcpy(&info.permissions, &permissions, sizeof permissions);
 }
@@ -48,16 +48,16 @@ class CatalogInfo : public testing::Test {
     }
 
     OSErr get(const std::string& name, FSCatalogInfoBitmap which) {
-        const FSRef ref = refOf(folder_.path(name));
+        const FSRef ref = makeRef(folder_.path(name));
         return FSGetCatalogInfo(&ref, which, &info_, nullptr, nullptr, nullptr);
     }
 
     OSErr set(const std::string& name, FSCatalogInfoBitmap which) {
-        const FSRef ref = refOf(folder_.path(name));
+        const FSRef ref = makeRef(folder_.path(name));
         return FSSetCatalogInfo(&ref, which, &info_);
     }
 
-    mode_t modeOf(const std::string& name) const {
+    mode_t readMode(const std::string& name) const {
         struct stat status = {};
         stat(folder_.path(name).c_str(), &status);
         return status.st_mode & 07777;
@@ -78,9 +78,9 @@ TEST_F(CatalogInfo, Get_NodeFlags_TellFoldersFromFiles) {
 
 TEST_F(CatalogInfo, Get_Permissions_AreOwnerGroupModeAndOwnRights) {
     ASSERT_EQ(get("file", kFSCatInfoPermissions), noErr);
-    EXPECT_EQ(permissionsOf(info_).userID, geteuid());
-    EXPECT_EQ(permissionsOf(info_).mode & 07777, 0640);
-    EXPECT_EQ(permissionsOf(info_).userAccess & (R_OK | W_OK), R_OK | W_OK);
+    EXPECT_EQ(readPermissions(info_).userID, geteuid());
+    EXPECT_EQ(readPermissions(info_).mode & 07777, 0640);
+    EXPECT_EQ(readPermissions(info_).userAccess & (R_OK | W_OK), R_OK | W_OK);
 }
 
 TEST_F(CatalogInfo, Get_Sizes_AreThoseOfTheFile) {
@@ -107,9 +107,9 @@ TEST_F(CatalogInfo, Get_Dates_CountFrom1904) {
     const struct timespec times[2] = {{1000000000, 0}, {1234567890, 500000000}};
     ASSERT_EQ(utimensat(AT_FDCWD, folder_.path("file").c_str(), times, 0), 0);
     ASSERT_EQ(get("file", kFSCatInfoContentMod | kFSCatInfoAccessDate), noErr);
-    EXPECT_EQ(secondsOf(info_.contentModDate), 1234567890 + kSecondsFrom1904To1970);
+    EXPECT_EQ(toSeconds(info_.contentModDate), 1234567890 + kSecondsFrom1904To1970);
     EXPECT_EQ(info_.contentModDate.fraction, 32768);
-    EXPECT_EQ(secondsOf(info_.accessDate), 1000000000 + kSecondsFrom1904To1970);
+    EXPECT_EQ(toSeconds(info_.accessDate), 1000000000 + kSecondsFrom1904To1970);
 }
 
 TEST_F(CatalogInfo, Get_OnlyWhatWasAskedFor_IsWritten) {
@@ -121,16 +121,16 @@ TEST_F(CatalogInfo, Get_OnlyWhatWasAskedFor_IsWritten) {
 }
 
 TEST_F(CatalogInfo, Get_NameAndParent_AreHandedOut) {
-    const FSRef ref = refOf(folder_.path("full/one"));
+    const FSRef ref = makeRef(folder_.path("full/one"));
     HFSUniStr255 name;
     FSRef parent;
     ASSERT_EQ(FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, &name, nullptr, &parent), noErr);
     EXPECT_EQ(std::string(name.unicode, name.unicode + name.length), "one");
-    EXPECT_EQ(pathOf(parent), folder_.path("full"));
+    EXPECT_EQ(toPath(parent), folder_.path("full"));
 }
 
 TEST_F(CatalogInfo, GetAndSet_BadArguments_HaveTheirCodes) {
-    const FSRef ref = refOf(folder_.path("file"));
+    const FSRef ref = makeRef(folder_.path("file"));
     EXPECT_EQ(FSGetCatalogInfo(nullptr, kFSCatInfoNodeFlags, &info_, nullptr, nullptr, nullptr), paramErr);
     EXPECT_EQ(FSGetCatalogInfo(&ref, kFSCatInfoNodeFlags, nullptr, nullptr, nullptr, nullptr), paramErr);
     EXPECT_EQ(FSGetCatalogInfo(&ref, 0x80000000, &info_, nullptr, nullptr, nullptr), errFSBadInfoBitmap);
@@ -141,12 +141,12 @@ TEST_F(CatalogInfo, GetAndSet_BadArguments_HaveTheirCodes) {
 
 TEST_F(CatalogInfo, Set_Permissions_ChangesTheModeAndNothingElse) {
     ASSERT_EQ(get("file", kFSCatInfoPermissions), noErr);
-    setMode(info_, static_cast<UInt16>(permissionsOf(info_).mode | 0777));
+    setMode(info_, static_cast<UInt16>(readPermissions(info_).mode | 0777));
     reinterpret_cast<FSPermissionInfo*>(&info_.permissions)->userID = 12345;
     ASSERT_EQ(set("file", kFSCatInfoPermissions), noErr);
-    EXPECT_EQ(modeOf("file"), 0777U);
+    EXPECT_EQ(readMode("file"), 0777U);
     ASSERT_EQ(get("file", kFSCatInfoPermissions), noErr);
-    EXPECT_EQ(permissionsOf(info_).userID, geteuid());
+    EXPECT_EQ(readPermissions(info_).userID, geteuid());
 }
 
 TEST_F(CatalogInfo, Set_Permissions_OfAnotherUsersFile_IsDenied) {

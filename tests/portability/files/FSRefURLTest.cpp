@@ -42,7 +42,7 @@ TEST(CFURL, CreateFromFSRef_NamesTheFileAndGoesWithIt) {
     ASSERT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), &ref, nullptr), noErr);
     {
         const Held<CFURLRef> url(CFURLCreateFromFSRef(kCFAllocatorDefault, &ref));
-        EXPECT_EQ(pathOf(url.get()), path);
+        EXPECT_EQ(toPath(url.get()), path);
     }
     std::filesystem::remove(path);
     const Held<CFURLRef> url(CFURLCreateFromFSRef(kCFAllocatorDefault, &ref));

@@ -64,7 +64,7 @@ class FileCodes : public testing::Test {
 TEST_F(FileCodes, MissingFileAndMissingFolderAbove_AreFileNotFound) {
     EXPECT_EQ(makeRef(folder_.path("absent"), &ref_), fnfErr);
     EXPECT_EQ(makeRef(folder_.path("absent/inner"), &ref_), fnfErr);
-    EXPECT_EQ(makeChildRef(refOf(folder_.path()), "absent", &ref_), fnfErr);
+    EXPECT_EQ(makeChildRef(makeRef(folder_.path()), "absent", &ref_), fnfErr);
 }
 
 TEST_F(FileCodes, PathThroughAFile_IsDirectoryNotFound) {
@@ -72,21 +72,21 @@ TEST_F(FileCodes, PathThroughAFile_IsDirectoryNotFound) {
 }
 
 TEST_F(FileCodes, FolderReferenceToAFile_IsNotAFolder) {
-    const FSRef file = refOf(folder_.path("file"));
+    const FSRef file = makeRef(folder_.path("file"));
     EXPECT_EQ(makeChildRef(file, "inner", &ref_), errFSNotAFolder);
     EXPECT_EQ(makeDirectory(file, "inner"), errFSNotAFolder);
 }
 
 TEST_F(FileCodes, FolderReferenceThatIsStale_IsFileNotFound) {
     files::create_directory(folder_.path("gone"));
-    const FSRef gone = refOf(folder_.path("gone"));
+    const FSRef gone = makeRef(folder_.path("gone"));
     files::remove(folder_.path("gone"));
     EXPECT_EQ(makeChildRef(gone, "inner", &ref_), fnfErr);
     EXPECT_EQ(makeDirectory(gone, "inner"), fnfErr);
 }
 
 TEST_F(FileCodes, NameTooLongInUnitsOrInBytes_IsNameTooLong) {
-    const FSRef folder = refOf(folder_.path());
+    const FSRef folder = makeRef(folder_.path());
     EXPECT_EQ(makeDirectory(folder, std::string(256, 'n')), errFSNameTooLong);
     EXPECT_EQ(makeRef(folder_.path(std::string(256, 'n')), &ref_), errFSNameTooLong);
     const std::vector<UniChar> wide(200, 0x20AC);
@@ -97,7 +97,7 @@ TEST_F(FileCodes, NameTooLongInUnitsOrInBytes_IsNameTooLong) {
 }
 
 TEST_F(FileCodes, NamesThatNoFileCanHave_AreBadNames) {
-    const FSRef folder = refOf(folder_.path());
+    const FSRef folder = makeRef(folder_.path());
     EXPECT_EQ(makeDirectory(folder, ""), errFSMissingName);
     for (const std::string& name :
          {std::string("."), std::string(".."), std::string("a:b"), std::string("a\0b", 3)}) {
@@ -117,11 +117,11 @@ TEST_F(FileCodes, Denied_IsAccessDenied) {
     files::create_directory(folder_.path("closed"));
     chmod(folder_.path("closed").c_str(), 0555);
     EXPECT_TRUE(holdsForOrdinaryUser(
-        [this] { return makeDirectory(refOf(folder_.path("closed")), "inner") == afpAccessDenied; }));
+        [this] { return makeDirectory(makeRef(folder_.path("closed")), "inner") == afpAccessDenied; }));
 }
 
 TEST_F(FileCodes, LockingAFile_IsAccessDenied) {
-    const FSRef file = refOf(folder_.path("file"));
+    const FSRef file = makeRef(folder_.path("file"));
     FSCatalogInfo info = {};
     info.nodeFlags = kFSNodeLockedMask;
     EXPECT_EQ(FSSetCatalogInfo(&file, kFSCatInfoNodeFlags, &info), afpAccessDenied);
@@ -133,7 +133,7 @@ TEST_F(FileCodes, LockedFile_IsShownAsLockedAndNotDeleted) {
     if (immutable.refusal() == ENOTTY || immutable.refusal() == EOPNOTSUPP)
         GTEST_SKIP() << "a file system with locks is missing below " << folder_.path("");
     ASSERT_EQ(immutable.refusal(), 0);
-    const FSRef file = refOf(folder_.path("file"));
+    const FSRef file = makeRef(folder_.path("file"));
     FSCatalogInfo info = {};
     EXPECT_EQ(FSGetCatalogInfo(&file, kFSCatInfoNodeFlags, &info, nullptr, nullptr, nullptr), noErr);
     EXPECT_EQ(info.nodeFlags & kFSNodeLockedMask, kFSNodeLockedMask);

@@ -13,14 +13,14 @@ inline OSStatus makeRef(const std::string& path, FSRef* ref, Boolean* isDirector
 }
 
 /// Returns the reference of an existing item.
-inline FSRef refOf(const std::string& path) {
+inline FSRef makeRef(const std::string& path) {
     FSRef ref = {};
     makeRef(path, &ref);
     return ref;
 }
 
 /// Returns the path, or a text with the status.
-inline std::string pathOf(const FSRef& ref) {
+inline std::string toPath(const FSRef& ref) {
     std::array<UInt8, 8192> path;
     const OSStatus status = FSRefMakePath(&ref, path.data(), static_cast<UInt32>(path.size()));
     return status == noErr ? reinterpret_cast<const char*>(path.data())

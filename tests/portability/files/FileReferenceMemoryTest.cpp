@@ -36,10 +36,10 @@ TEST(FileReferenceMemory, RequestForMemoryThatFails_LeavesTheNextReferencesRight
             ASSERT_EQ(status == noErr, !refused) << nth;
         }
         // Tries the same path again, and then another new path.
-        EXPECT_EQ(pathOf(refOf(path)), path) << nth;
+        EXPECT_EQ(toPath(makeRef(path)), path) << nth;
         makeReference();
         folder.write(path.substr(folder.path().size() + 1), "x");
-        EXPECT_EQ(pathOf(refOf(path)), path) << nth;
+        EXPECT_EQ(toPath(makeRef(path)), path) << nth;
     }
     EXPECT_GT(nth, 2u);
 }

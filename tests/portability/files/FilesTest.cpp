@@ -27,7 +27,7 @@ bool isDenied(OSStatus status) {
     return status == afpAccessDenied || status == permErr;
 }
 
-mode_t modeOf(const std::string& path) {
+mode_t readMode(const std::string& path) {
     struct stat status = {};
     EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
     return status.st_mode & 07777;
@@ -52,15 +52,15 @@ TEST_F(Files, PathMakeRef_FileAndFolder_TellsWhichItIs) {
     Boolean isDirectory = 7;
     EXPECT_EQ(makeRef(folder_.path("file"), &ref, &isDirectory), noErr);
     EXPECT_FALSE(isDirectory);
-    EXPECT_EQ(pathOf(ref), folder_.path("file"));
+    EXPECT_EQ(toPath(ref), folder_.path("file"));
     EXPECT_EQ(makeRef(folder_.path("empty/"), &ref, &isDirectory), noErr);
     EXPECT_TRUE(isDirectory);
-    EXPECT_EQ(pathOf(ref), folder_.path("empty"));
+    EXPECT_EQ(toPath(ref), folder_.path("empty"));
 }
 
 TEST_F(Files, PathMakeRef_SymbolicLinkAtTheEnd_IsFollowed) {
     files::create_symlink(folder_.path("file"), folder_.path("link"));
-    EXPECT_EQ(pathOf(refOf(folder_.path("link"))), folder_.path("file"));
+    EXPECT_EQ(toPath(makeRef(folder_.path("link"))), folder_.path("file"));
 }
 
 TEST_F(Files, PathMakeRef_Failures_HaveTheirCodesAndLeaveTheOutputs) {
@@ -87,7 +87,7 @@ TEST_F(Files, PathMakeRef_FolderClosedToTheUser_IsDenied) {
 }
 
 TEST_F(Files, RefMakePath_BufferTooSmallByOne_IsPathTooLong) {
-    const FSRef ref = refOf(folder_.path("file"));
+    const FSRef ref = makeRef(folder_.path("file"));
     const std::string path = folder_.path("file");
     std::string buffer(path.size() + 1, '#');
     UInt8* bytes = reinterpret_cast<UInt8*>(buffer.data());
@@ -102,17 +102,17 @@ TEST_F(Files, Ref_ToAPathFarLongerThanItself_Works) {
         path += '/' + std::string(90, static_cast<char>('a' + depth));
     }
     files::create_directories(path);
-    EXPECT_EQ(pathOf(refOf(path)), path);
+    EXPECT_EQ(toPath(makeRef(path)), path);
 }
 
 TEST_F(Files, Ref_OfAFileThatIsRenamed_GoesWithIt) {
-    const FSRef ref = refOf(folder_.path("file"));
+    const FSRef ref = makeRef(folder_.path("file"));
     files::rename(folder_.path("file"), folder_.path("renamed"));
-    EXPECT_EQ(pathOf(ref), folder_.path("renamed"));
+    EXPECT_EQ(toPath(ref), folder_.path("renamed"));
 }
 
 TEST_F(Files, Ref_OfADeletedFile_IsNotFound) {
-    const FSRef ref = refOf(folder_.path("file"));
+    const FSRef ref = makeRef(folder_.path("file"));
     files::remove(folder_.path("file"));
     FSCatalogInfo info;
     EXPECT_THAT(OSStatus{FSGetCatalogInfo(&ref, kFSCatInfoNodeFlags, &info, nullptr, nullptr, nullptr)},
@@ -121,7 +121,7 @@ TEST_F(Files, Ref_OfADeletedFile_IsNotFound) {
 }
 
 TEST_F(Files, Ref_OfAFileThatAnotherReplaced_IsNotFound) {
-    const FSRef ref = refOf(folder_.path("file"));
+    const FSRef ref = makeRef(folder_.path("file"));
     folder_.write("other", "other");
     files::rename(folder_.path("other"), folder_.path("file"));
     EXPECT_THAT(OSStatus{FSDeleteObject(&ref)}, kNotFound);
@@ -130,17 +130,17 @@ TEST_F(Files, Ref_OfAFileThatAnotherReplaced_IsNotFound) {
 
 TEST_F(Files, MakeFSRefUnicode_NameInAFolder_RefersToIt) {
     FSRef ref;
-    ASSERT_EQ(makeChildRef(refOf(folder_.path()), "file", &ref), noErr);
-    EXPECT_EQ(pathOf(ref), folder_.path("file"));
+    ASSERT_EQ(makeChildRef(makeRef(folder_.path()), "file", &ref), noErr);
+    EXPECT_EQ(toPath(ref), folder_.path("file"));
 }
 
 TEST_F(Files, MakeFSRefUnicode_Failures_HaveTheirCodesAndLeaveTheReference) {
-    const FSRef folder = refOf(folder_.path());
+    const FSRef folder = makeRef(folder_.path());
     FSRef ref = markedRef();
     EXPECT_THAT(OSStatus{makeChildRef(folder, "absent", &ref)}, kNotFound);
     EXPECT_THAT(OSStatus{makeChildRef(folder, "", &ref)}, kBadName);
     EXPECT_THAT(OSStatus{makeChildRef(folder, std::string(256, 'n'), &ref)}, kBadName);
-    EXPECT_THAT(OSStatus{makeChildRef(refOf(folder_.path("file")), "inner", &ref)}, kNoFolder);
+    EXPECT_THAT(OSStatus{makeChildRef(makeRef(folder_.path("file")), "inner", &ref)}, kNoFolder);
     EXPECT_EQ(FSMakeFSRefUnicode(nullptr, 1, unicode("x").data(), 0, &ref), paramErr);
     EXPECT_TRUE(isMarked(ref));
 }
@@ -148,8 +148,8 @@ TEST_F(Files, MakeFSRefUnicode_Failures_HaveTheirCodesAndLeaveTheReference) {
 TEST_F(Files, Names_SlashHere_IsAColonOnTheDisk) {
     folder_.write("a:b", "x");
     FSRef ref;
-    ASSERT_EQ(makeChildRef(refOf(folder_.path()), "a/b", &ref), noErr);
-    EXPECT_EQ(pathOf(ref), folder_.path("a:b"));
+    ASSERT_EQ(makeChildRef(makeRef(folder_.path()), "a/b", &ref), noErr);
+    EXPECT_EQ(toPath(ref), folder_.path("a:b"));
     HFSUniStr255 name;
     ASSERT_EQ(FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, &name, nullptr, nullptr), noErr);
     EXPECT_EQ(std::string(name.unicode, name.unicode + name.length), "a/b");
@@ -157,26 +157,26 @@ TEST_F(Files, Names_SlashHere_IsAColonOnTheDisk) {
 
 TEST_F(Files, Names_NotASCII_AreKeptInUTF8) {
     const UniChar name[] = {0x00E9, 0x20AC, 0xD834, 0xDD1E};
-    const FSRef folder = refOf(folder_.path());
+    const FSRef folder = makeRef(folder_.path());
     FSRef made;
     ASSERT_EQ(FSCreateDirectoryUnicode(&folder, 4, name, kFSCatInfoNone, nullptr, &made, nullptr, nullptr),
               noErr);
-    EXPECT_EQ(pathOf(made), folder_.path("\xC3\xA9\xE2\x82\xAC\xF0\x9D\x84\x9E"));
+    EXPECT_EQ(toPath(made), folder_.path("\xC3\xA9\xE2\x82\xAC\xF0\x9D\x84\x9E"));
 }
 
 TEST_F(Files, CreateDirectoryUnicode_NewName_MakesItAndTellsItsReferenceAndNumber) {
     FSRef made;
     UInt32 number = 0;
-    ASSERT_EQ(makeDirectory(refOf(folder_.path()), "new", &made, &number), noErr);
+    ASSERT_EQ(makeDirectory(makeRef(folder_.path()), "new", &made, &number), noErr);
     EXPECT_TRUE(files::is_directory(folder_.path("new")));
-    EXPECT_EQ(pathOf(made), folder_.path("new"));
+    EXPECT_EQ(toPath(made), folder_.path("new"));
     FSCatalogInfo info;
     ASSERT_EQ(FSGetCatalogInfo(&made, kFSCatInfoNodeID, &info, nullptr, nullptr, nullptr), noErr);
     EXPECT_EQ(UInt32{info.nodeID}, number);
 }
 
 TEST_F(Files, CreateDirectoryUnicode_NameTaken_IsDuplicateAndLeavesTheOutputs) {
-    const FSRef folder = refOf(folder_.path());
+    const FSRef folder = makeRef(folder_.path());
     FSRef made = markedRef();
     UInt32 number = 77;
     EXPECT_EQ(makeDirectory(folder, "empty", &made, &number), dupFNErr);
@@ -187,18 +187,18 @@ TEST_F(Files, CreateDirectoryUnicode_NameTaken_IsDuplicateAndLeavesTheOutputs) {
 }
 
 TEST_F(Files, CreateDirectoryUnicode_BadArguments_HaveTheirCodes) {
-    const FSRef folder = refOf(folder_.path());
-    const FSRef file = refOf(folder_.path("file"));
+    const FSRef folder = makeRef(folder_.path());
+    const FSRef file = makeRef(folder_.path("file"));
     EXPECT_THAT(OSStatus{makeDirectory(folder, "")}, kBadName);
     EXPECT_THAT(OSStatus{makeDirectory(folder, std::string(256, 'n'))}, kBadName);
     EXPECT_THAT(OSStatus{makeDirectory(file, "inner")}, kNoFolder);
-    const FSRef gone = refOf(folder_.path("empty"));
+    const FSRef gone = makeRef(folder_.path("empty"));
     files::remove(folder_.path("empty"));
     EXPECT_THAT(OSStatus{makeDirectory(gone, "inner")}, kNotFound);
 }
 
 TEST_F(Files, CreateDirectoryUnicode_WithPermissions_SetsExactlyThatMode) {
-    const FSRef folder = refOf(folder_.path());
+    const FSRef folder = makeRef(folder_.path());
     FSCatalogInfo info = {};
     reinterpret_cast<FSPermissionInfo*>(&info.permissions)->mode = 0777;
     const mode_t before = umask(077);
@@ -208,20 +208,20 @@ TEST_F(Files, CreateDirectoryUnicode_WithPermissions_SetsExactlyThatMode) {
     umask(before);
     EXPECT_EQ(open, noErr);
     EXPECT_EQ(plain, noErr);
-    EXPECT_EQ(modeOf(folder_.path("open")), 0777U);
-    EXPECT_EQ(modeOf(folder_.path("plain")), 0700U);
+    EXPECT_EQ(readMode(folder_.path("open")), 0777U);
+    EXPECT_EQ(readMode(folder_.path("plain")), 0700U);
 }
 
 TEST_F(Files, CreateDirectoryUnicode_FolderOfAnotherUser_IsDenied) {
     files::permissions(folder_.path("empty"), files::perms(0555));
     EXPECT_TRUE(holdsForOrdinaryUser(
-        [this] { return isDenied(makeDirectory(refOf(folder_.path("empty")), "inner")); }));
+        [this] { return isDenied(makeDirectory(makeRef(folder_.path("empty")), "inner")); }));
     EXPECT_TRUE(files::is_empty(folder_.path("empty")));
 }
 
 TEST_F(Files, DeleteObject_FileAndEmptyFolder_AreGone) {
-    const FSRef file = refOf(folder_.path("file"));
-    const FSRef empty = refOf(folder_.path("empty"));
+    const FSRef file = makeRef(folder_.path("file"));
+    const FSRef empty = makeRef(folder_.path("empty"));
     EXPECT_EQ(FSDeleteObject(&file), noErr);
     EXPECT_EQ(FSDeleteObject(&empty), noErr);
     EXPECT_FALSE(files::exists(folder_.path("file")));
@@ -229,7 +229,7 @@ TEST_F(Files, DeleteObject_FileAndEmptyFolder_AreGone) {
 }
 
 TEST_F(Files, DeleteObject_FolderThatIsNotEmpty_IsBusyAndStays) {
-    const FSRef full = refOf(folder_.path("full"));
+    const FSRef full = makeRef(folder_.path("full"));
     EXPECT_EQ(FSDeleteObject(&full), fBsyErr);
     EXPECT_EQ(folder_.read("full/inner"), "x");
 }
@@ -237,7 +237,7 @@ TEST_F(Files, DeleteObject_FolderThatIsNotEmpty_IsBusyAndStays) {
 TEST_F(Files, DeleteObject_FolderClosedToTheUser_IsDenied) {
     files::permissions(folder_.path("full"), files::perms(0555));
     EXPECT_TRUE(holdsForOrdinaryUser([this] {
-        const FSRef inner = refOf(folder_.path("full/inner"));
+        const FSRef inner = makeRef(folder_.path("full/inner"));
         return isDenied(FSDeleteObject(&inner));
     }));
     EXPECT_EQ(folder_.read("full/inner"), "x");
@@ -246,14 +246,14 @@ TEST_F(Files, DeleteObject_FolderClosedToTheUser_IsDenied) {
 TEST_F(Files, DeleteObject_ReferenceToASymbolicLink_DeletesTheLinkAlone) {
     files::create_symlink(folder_.path("file"), folder_.path("link"));
     FSRef link;
-    ASSERT_EQ(makeChildRef(refOf(folder_.path()), "link", &link), noErr);
+    ASSERT_EQ(makeChildRef(makeRef(folder_.path()), "link", &link), noErr);
     EXPECT_EQ(FSDeleteObject(&link), noErr);
     EXPECT_FALSE(files::is_symlink(folder_.path("link")));
     EXPECT_EQ(folder_.read("file"), "content");
 }
 
 TEST_F(Files, UnlinkObject_OpenFile_IsGone) {
-    const FSRef ref = refOf(folder_.path("file"));
+    const FSRef ref = makeRef(folder_.path("file"));
     const std::ifstream open(folder_.path("file"));
     EXPECT_EQ(FSUnlinkObject(&ref), noErr);
     EXPECT_FALSE(files::exists(folder_.path("file")));
@@ -261,10 +261,10 @@ TEST_F(Files, UnlinkObject_OpenFile_IsGone) {
 
 TEST_F(Files, CompareFSRefs_TellsOneObjectFromTwoAndFromAnotherVolume) {
     files::create_symlink(folder_.path("file"), folder_.path("link"));
-    const FSRef file = refOf(folder_.path("file"));
-    const FSRef sameFile = refOf(folder_.path("link"));
-    const FSRef folder = refOf(folder_.path("full"));
-    const FSRef devices = refOf("/dev");
+    const FSRef file = makeRef(folder_.path("file"));
+    const FSRef sameFile = makeRef(folder_.path("link"));
+    const FSRef folder = makeRef(folder_.path("full"));
+    const FSRef devices = makeRef("/dev");
     EXPECT_EQ(FSCompareFSRefs(&file, &sameFile), noErr);
     EXPECT_EQ(FSCompareFSRefs(&file, &folder), errFSRefsDifferent);
     EXPECT_EQ(FSCompareFSRefs(&file, &devices), diffVolErr);

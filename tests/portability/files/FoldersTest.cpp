@@ -13,13 +13,13 @@ TEST(Folders, FindFolder_Home_IsTheUsersWhateverTheDomain) {
     ASSERT_NE(home, nullptr);
     FSRef ref;
     ASSERT_EQ(FSFindFolder(kLocalDomain, kCurrentUserFolderType, kDontCreateFolder, &ref), noErr);
-    EXPECT_EQ(pathOf(ref), std::filesystem::canonical(home).string());
+    EXPECT_EQ(toPath(ref), std::filesystem::canonical(home).string());
 }
 
 TEST(Folders, FindFolder_Temporary_IsAFolderToWriteTo) {
     FSRef ref;
     ASSERT_EQ(FSFindFolder(kUserDomain, kTemporaryFolderType, kCreateFolder, &ref), noErr);
-    EXPECT_TRUE(std::filesystem::is_directory(pathOf(ref)));
+    EXPECT_TRUE(std::filesystem::is_directory(toPath(ref)));
 }
 
 TEST(Folders, FindFolder_UnknownDomain_IsNoSuchVolume) {

@@ -44,7 +44,7 @@ class Memory : public testing::Test {
         FSRef ref;
         CFURLGetFSRef(url.get(), &ref);
         const Held<CFURLRef> back(CFURLCreateFromFSRef(kCFAllocatorDefault, &ref));
-        EXPECT_EQ(pathOf(back.get()), folder_.path(name));
+        EXPECT_EQ(toPath(back.get()), folder_.path(name));
     }
 
     void useEverything() const {

@@ -17,7 +17,7 @@ namespace {
 
 class NSLogTest : public testing::Test {
    protected:
-    static std::string logOf(NSString* message) {
+    static std::string captureLog(NSString* message) {
         testing::internal::CaptureStderr();
         NSLog(@"<%@>", message);
         return testing::internal::GetCapturedStderr();
@@ -33,7 +33,7 @@ bool endsWith(const std::string& text, const std::string& end) {
 }
 
 TEST_F(NSLogTest, Line_BeginsWithTimeProgramAndProcess) {
-    const std::string log = logOf(@"message");
+    const std::string log = captureLog(@"message");
     const std::string process = "[" + std::to_string(getpid()) + ":" + std::to_string(getpid()) + "] ";
     EXPECT_TRUE(endsWith(log, " portability_foundation_tests" + process + "<message>\n")) << log;
     EXPECT_EQ(log.find_first_not_of("0123456789-:. "), log.find("portability")) << log;
@@ -48,12 +48,12 @@ TEST_F(NSLogTest, MessageWithALineEnd_GetsNoSecondOne) {
 }
 
 TEST_F(NSLogTest, Message_IsWrittenInUTF8) {
-    const std::string log = logOf([NSString stringWithUTF8String:"Größe, 日本"]);
+    const std::string log = captureLog([NSString stringWithUTF8String:"Größe, 日本"]);
     EXPECT_TRUE(endsWith(log, "<Größe, 日本>\n")) << log;
 }
 
 TEST_F(NSLogTest, ControlCharactersOfAMessage_DoNotReachTheTerminal) {
-    const std::string log = logOf(@"red \x1B[31m, bell \a, tab\t, line\nend\x7F");
+    const std::string log = captureLog(@"red \x1B[31m, bell \a, tab\t, line\nend\x7F");
     EXPECT_TRUE(endsWith(log, "<red \\x1B[31m, bell \\x07, tab\t, line\nend\\x7F>\n")) << log;
 }
 
@@ -62,7 +62,7 @@ TEST_F(NSLogTest, ProgramWhoseNameIsNotUTF8_IsNamedInUTF8) {
     char macRoman[] = "Gr\x9A\xA7"
                       "e";
     program_invocation_short_name = macRoman;
-    const std::string log = logOf(@"message");
+    const std::string log = captureLog(@"message");
     program_invocation_short_name = name;
     EXPECT_NE(log.find(" Größe["), std::string::npos) << log;
 }
@@ -129,7 +129,7 @@ TEST_F(NSLogTest, Format_IsFilledIn) {
 
 TEST_F(NSLogTest, LongTexts_AreWhole) {
     const std::string text(100000, 'x');
-    EXPECT_TRUE(endsWith(logOf([NSString stringWithUTF8String:text.c_str()]), "<" + text + ">\n"));
+    EXPECT_TRUE(endsWith(captureLog([NSString stringWithUTF8String:text.c_str()]), "<" + text + ">\n"));
 }
 
 TEST_F(NSLogTest, TheHostsLocaleAndHomeFolder_StayAsTheyAre) {
@@ -137,7 +137,7 @@ TEST_F(NSLogTest, TheHostsLocaleAndHomeFolder_StayAsTheyAre) {
     const VariableChange homeFolder("HOME", home.path().c_str());
     const VariableChange locale("LC_ALL", "C.UTF-8");
     const std::string before = std::setlocale(LC_ALL, nullptr);
-    logOf(@"text");
+    captureLog(@"text");
     EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
     EXPECT_TRUE(std::filesystem::is_empty(home.path()));
 }

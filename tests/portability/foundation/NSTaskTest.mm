@@ -47,7 +47,7 @@ class Tasks : public testing::Test {
     NSTask* const task_;
 };
 
-std::string textOf(NSData* data) {
+std::string toText(NSData* data) {
     return std::string(static_cast<const char*>([data bytes]), [data length]);
 }
 
@@ -81,8 +81,8 @@ TEST_F(Tasks, Outputs_CanBeReadFromTheirPipesToTheEnd) {
     [task_ setStandardError:error];
     prepareShell("echo to the output; echo to the error >&2");
     [task_ launch];
-    EXPECT_EQ(textOf([[output fileHandleForReading] readDataToEndOfFile]), "to the output\n");
-    EXPECT_EQ(textOf([[error fileHandleForReading] readDataToEndOfFile]), "to the error\n");
+    EXPECT_EQ(toText([[output fileHandleForReading] readDataToEndOfFile]), "to the output\n");
+    EXPECT_EQ(toText([[error fileHandleForReading] readDataToEndOfFile]), "to the error\n");
     EXPECT_EQ(statusOfTask(), 0);
 }
 
@@ -92,7 +92,7 @@ TEST_F(Tasks, OnePipeForBothOutputs_HoldsBoth) {
     [task_ setStandardError:pipe];
     prepareShell("echo first; echo second >&2");
     [task_ launch];
-    EXPECT_EQ(textOf([[pipe fileHandleForReading] readDataToEndOfFile]), "first\nsecond\n");
+    EXPECT_EQ(toText([[pipe fileHandleForReading] readDataToEndOfFile]), "first\nsecond\n");
     statusOfTask();
 }
 
@@ -111,7 +111,7 @@ TEST_F(Tasks, Arguments_ReachTheProgramAsTheyAre) {
     [task_ setLaunchPath:@"/usr/bin/printf"];
     [task_ setArguments:[NSArray arrayWithObjects:@"%s|", @"", @"two words", @"d\u00fcr", nil]];
     [task_ launch];
-    EXPECT_EQ(textOf([[output fileHandleForReading] readDataToEndOfFile]), "|two words|d\xC3\xBC"
+    EXPECT_EQ(toText([[output fileHandleForReading] readDataToEndOfFile]), "|two words|d\xC3\xBC"
                                                                            "r|");
     EXPECT_EQ(statusOfTask(), 0);
 }

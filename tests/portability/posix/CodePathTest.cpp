@@ -23,7 +23,7 @@ TEST(CodePath, OfThisProgram_IsItsFile) {
 
 TEST(CodePath, OfALibrary_IsItsFileWithoutLinks) {
     const std::string path = pathOfCode(stdout);
-    EXPECT_EQ(lastComponentOf(path).rfind("libc", 0), 0u) << path;
+    EXPECT_EQ(getLastComponent(path).rfind("libc", 0), 0u) << path;
     EXPECT_EQ(path, canonicalPath(path));
 }
 

@@ -14,7 +14,7 @@ using namespace portability;
 
 namespace {
 
-std::string fileOf(int descriptor) {
+std::string describeFile(int descriptor) {
     char target[200] = {};
     const ssize_t length =
         readlink(("/proc/self/fd/" + std::to_string(descriptor)).c_str(), target, sizeof target);
@@ -32,10 +32,10 @@ UnsharedDescriptor opened(const char* file) {
 
 TEST(UnsharedDescriptor, InAForkedProcess_IsTheNullDevice) {
     const UnsharedDescriptor descriptor = opened("/proc");
-    EXPECT_EQ(fileOf(descriptor.get()), "/proc");
-    EXPECT_EQ(inForkedProcess([&] { return fileOf(descriptor.get()) == "/dev/null" ? 0 : 1; }), 0);
+    EXPECT_EQ(describeFile(descriptor.get()), "/proc");
+    EXPECT_EQ(inForkedProcess([&] { return describeFile(descriptor.get()) == "/dev/null" ? 0 : 1; }), 0);
     EXPECT_EQ(inForkedProcess([&] { return fcntl(descriptor.get(), F_GETFD) == FD_CLOEXEC ? 0 : 1; }), 0);
-    EXPECT_EQ(fileOf(descriptor.get()), "/proc") << "this process keeps it";
+    EXPECT_EQ(describeFile(descriptor.get()), "/proc") << "this process keeps it";
 }
 
 TEST(UnsharedDescriptor, ThatWasMoved_IsUnsharedAsBefore) {
@@ -44,7 +44,9 @@ TEST(UnsharedDescriptor, ThatWasMoved_IsUnsharedAsBefore) {
     first = opened("/sys");
     std::swap(first, second);
     EXPECT_EQ(inForkedProcess([&] {
-                  return fileOf(first.get()) == "/dev/null" && fileOf(second.get()) == "/dev/null" ? 0 : 1;
+                  return describeFile(first.get()) == "/dev/null" && describeFile(second.get()) == "/dev/null"
+                             ? 0
+                             : 1;
               }),
               0);
 }
@@ -57,18 +59,19 @@ TEST(UnsharedDescriptor, ThatWasClosed_LeavesItsNumberToOthers) {
     }
     const FileDescriptor shared(open("/sys", O_RDONLY | O_CLOEXEC));
     ASSERT_EQ(shared.get(), number);
-    EXPECT_EQ(inForkedProcess([&] { return fileOf(number) == "/sys" ? 0 : 1; }), 0);
+    EXPECT_EQ(inForkedProcess([&] { return describeFile(number) == "/sys" ? 0 : 1; }), 0);
 }
 
 TEST(UnsharedDescriptor, InAForkedProcess_CanBeClosedAndOpenedAnew) {
     UnsharedDescriptor descriptor = opened("/proc");
-    EXPECT_EQ(inForkedProcess([&] {
-                  descriptor.close();
-                  descriptor = opened("/sys");
-                  if (fileOf(descriptor.get()) != "/sys") return 1;
-                  return inForkedProcess([&] { return fileOf(descriptor.get()) == "/dev/null" ? 0 : 2; });
-              }),
-              0);
+    EXPECT_EQ(
+        inForkedProcess([&] {
+            descriptor.close();
+            descriptor = opened("/sys");
+            if (describeFile(descriptor.get()) != "/sys") return 1;
+            return inForkedProcess([&] { return describeFile(descriptor.get()) == "/dev/null" ? 0 : 2; });
+        }),
+        0);
 }
 
 TEST(UnsharedDescriptor, MoreThanThereCanBe_AreClosedWithAnError) {

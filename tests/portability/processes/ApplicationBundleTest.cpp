@@ -40,13 +40,13 @@ TEST_F(ApplicationBundle, IsExecutableOf_IsTrueForTheFileThatTheInfoNames) {
 }
 
 TEST_F(ApplicationBundle, SignatureOf_IsThatOfTheInfoOr0) {
-    EXPECT_EQ(portability::signatureOf(bundle_), 0u);
+    EXPECT_EQ(portability::readSignature(bundle_), 0u);
     folder_.write("B.app/Contents/Info.plist",
                   "<plist><dict><key>CFBundleSignature</key><string>PrBd</string></dict></plist>");
-    EXPECT_EQ(portability::signatureOf(folder_.path("B.app")), OSType{'PrBd'});
+    EXPECT_EQ(portability::readSignature(folder_.path("B.app")), OSType{'PrBd'});
     folder_.write("B.app/Contents/Info.plist", "damaged");
-    EXPECT_EQ(portability::signatureOf(folder_.path("B.app")), 0u);
-    EXPECT_EQ(portability::signatureOf(folder_.path("C.app")), 0u);
+    EXPECT_EQ(portability::readSignature(folder_.path("B.app")), 0u);
+    EXPECT_EQ(portability::readSignature(folder_.path("C.app")), 0u);
 }
 
 TEST_F(ApplicationBundle, IsExecutableOf_IsFalseForAnyOtherFile) {

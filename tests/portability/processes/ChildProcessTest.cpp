@@ -39,7 +39,7 @@ void countSignal(int) {
 }
 
 // Returns the child processes of `parent`, including ended ones that it has not waited for.
-std::vector<pid_t> childrenOf(pid_t parent) {
+std::vector<pid_t> listChildren(pid_t parent) {
     std::vector<pid_t> children;
     portability::OpenFolder processes("/proc");
     while (const dirent* entry = processes.next()) {
@@ -74,7 +74,7 @@ class Child : public ProgramsFixture {
         return start(child, "/bin/sh", {"-c", script});
     }
 
-    static int statusOf(const ChildProcess& child) {
+    static int toStatus(const ChildProcess& child) {
         EXPECT_TRUE(waitUntil([&child] { return !child.isRunning(); }));
         return child.waitStatus();
     }
@@ -86,13 +86,13 @@ TEST_F(Child, Program_ThatExits_LeavesItsStatus) {
     ChildProcess child;
     EXPECT_FALSE(child.isRunning());
     ASSERT_EQ(startShell(child, "exit 3"), 0);
-    EXPECT_EQ(statusOf(child), W_EXITCODE(3, 0));
+    EXPECT_EQ(toStatus(child), W_EXITCODE(3, 0));
 }
 
 TEST_F(Child, Program_ThatASignalEnds_LeavesTheSignal) {
     ChildProcess child;
     ASSERT_EQ(startShell(child, "kill -TERM $$"), 0);
-    EXPECT_EQ(statusOf(child), SIGTERM);
+    EXPECT_EQ(toStatus(child), SIGTERM);
 }
 
 TEST_F(Child, Program_HasThisProcesssFolderMaskAndEnvironment) {
@@ -158,7 +158,7 @@ TEST_F(Child, DescriptorThatHostAndProgramClose_IsClosed) {
     for (const int descriptor : {input[0], input[1], output[0]}) {
         close(descriptor);
     }
-    statusOf(child);
+    toStatus(child);
 }
 
 TEST_F(Child, FailedStart_ReturnsItsCauseAndHoldsNothing) {
@@ -193,7 +193,7 @@ TEST_F(Child, Host_TakesNoSignalOfTheProgramsEndAndFindsNoChild) {
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
     ProbeReport(probe_).endProbe();
-    EXPECT_EQ(statusOf(child), SIGKILL);
+    EXPECT_EQ(toStatus(child), SIGKILL);
     EXPECT_EQ(signalsTaken, 0);
 }
 
@@ -202,7 +202,7 @@ TEST_F(Child, HostThatWaitsForProcessesOfEveryKind_StillLearnsTheStatus) {
     ASSERT_EQ(startShell(child, "exit 3"), 0);
     while (waitpid(-1, nullptr, __WALL) > 0) {
     }
-    EXPECT_EQ(statusOf(child), W_EXITCODE(3, 0));
+    EXPECT_EQ(toStatus(child), W_EXITCODE(3, 0));
 }
 
 TEST_F(Child, HostsSignals_ReachTheHostWhileTheProgramRuns) {
@@ -212,7 +212,7 @@ TEST_F(Child, HostsSignals_ReachTheHostWhileTheProgramRuns) {
     kill(getpid(), SIGUSR1);
     EXPECT_TRUE(waitUntil([] { return signalsTaken == 1; }));
     ProbeReport(probe_).endProbe();
-    statusOf(child);
+    toStatus(child);
 }
 
 TEST_F(Child, Program_RunsOnWithoutItsObjectAndLeavesNoZombie) {
@@ -237,7 +237,7 @@ TEST_F(Child, GoBetween_EndsWithTheHostAndTheProgramDoesNot) {
         _exit(result == 0 && read(release[0], &byte, 1) == 1 ? 0 : 1);
     }
     const ProbeReport report(probe_);
-    std::vector<pid_t> goBetweens = childrenOf(host);
+    std::vector<pid_t> goBetweens = listChildren(host);
     ASSERT_EQ(goBetweens.size(), 1u);
     EXPECT_EQ(write(release[1], "", 1), 1);
     int status = -1;
@@ -253,11 +253,11 @@ TEST_F(Child, ProgramWhoseGoBetweenIsKilled_CountsAsKilled) {
     ChildProcess child;
     ASSERT_EQ(start(child, probe_), 0);
     const ProbeReport report(probe_);
-    const std::vector<pid_t> goBetweens = childrenOf(getpid());
+    const std::vector<pid_t> goBetweens = listChildren(getpid());
     ASSERT_EQ(goBetweens.size(), 1u);
     EXPECT_TRUE(child.isRunning());
     kill(goBetweens[0], SIGKILL);
-    EXPECT_EQ(statusOf(child), SIGKILL);
+    EXPECT_EQ(toStatus(child), SIGKILL);
 }
 
 TEST_F(Child, ManyThreads_StartingAtOnce_GetTheirOwnStatus) {
@@ -270,7 +270,7 @@ TEST_F(Child, ManyThreads_StartingAtOnce_GetTheirOwnStatus) {
             for (int count = 0; count < kStarts; ++count) {
                 ChildProcess child;
                 failures += startShell(child, "exit " + std::to_string(index)) == 0 ? 0 : 1;
-                failures += statusOf(child) == W_EXITCODE(index, 0) ? 0 : 1;
+                failures += toStatus(child) == W_EXITCODE(index, 0) ? 0 : 1;
                 ChildProcess absent;
                 failures += start(absent, folder_.path("absent")) == ENOENT ? 0 : 1;
             }
@@ -293,7 +293,7 @@ TEST_F(Child, Program_ThatIsToLeaveFolderAndMask_HasDefinedOnes) {
     EXPECT_EQ(report["folder"], "/");
     EXPECT_EQ(report["mask"], std::to_string(022));
     kill(report.id(), SIGKILL);
-    statusOf(child);
+    toStatus(child);
 }
 
 TEST_F(Child, Wait_EndsWithTheProgramOrAtItsDeadline) {

@@ -86,7 +86,7 @@ TEST_F(Launch, Application_Starts_AndItsURLIsHandedOut) {
     CFURLRef launched = nullptr;
     ASSERT_EQ(launch("/Library/Server.app", &launched), noErr);
     const Held<CFURLRef> holder(launched);
-    EXPECT_EQ(pathOf(launched), folder_.path("Library/Server.app"));
+    EXPECT_EQ(toPath(launched), folder_.path("Library/Server.app"));
     const ProbeReport report(program_);
     EXPECT_EQ(runningServers(), 1);
 }
@@ -124,7 +124,7 @@ TEST_F(Launch, Application_ThatRunsAlready_IsNotStartedAgain) {
     CFURLRef launched = nullptr;
     EXPECT_EQ(launch("/Library/Server.app", &launched), noErr);
     const Held<CFURLRef> holder(launched);
-    EXPECT_EQ(pathOf(launched), folder_.path("Library/Server.app"));
+    EXPECT_EQ(toPath(launched), folder_.path("Library/Server.app"));
     EXPECT_EQ(runningServers(), 1);
 }
 

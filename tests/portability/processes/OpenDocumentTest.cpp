@@ -50,7 +50,7 @@ TEST_F(OpenDocument, File_IsGivenToTheOpenerByItsPath) {
     CFURLRef launched = nullptr;
     ASSERT_EQ(LSOpenCFURLRef(url.get(), &launched), noErr);
     const Held<CFURLRef> holder(launched);
-    EXPECT_EQ(pathOf(launched), folder_.path("bin/xdg-open"));
+    EXPECT_EQ(toPath(launched), folder_.path("bin/xdg-open"));
     EXPECT_EQ(opened(), "1\n" + folder_.path("Library/Help/index.html") + "\n");
 }
 

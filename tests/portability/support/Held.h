@@ -31,7 +31,7 @@ inline CFStringRef newString(const std::string& utf8) {
 }
 
 /// Returns the string in UTF-8; "(none)" for a null reference.
-inline std::string textOf(CFTypeRef string) {
+inline std::string toText(CFTypeRef string) {
     if (string == nullptr) {
         return "(none)";
     }
@@ -48,7 +48,7 @@ inline CFURLRef newFileURL(const std::string& path, bool isDirectory = false) {
 }
 
 /// Returns the path of a URL; "(none)" for a null reference or a URL without a path.
-inline std::string pathOf(CFURLRef url) {
+inline std::string toPath(CFURLRef url) {
     std::array<UInt8, 4096> path;
     const bool hasPath = url != nullptr && CFURLGetFileSystemRepresentation(
                                                url, true, path.data(), static_cast<CFIndex>(path.size()));

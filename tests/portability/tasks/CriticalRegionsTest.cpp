@@ -19,7 +19,7 @@ class CriticalRegions : public testing::Test {
 
     OSStatus enterElsewhere(Duration timeout) {
         auto pending = enterInThread(timeout);
-        return resultOf(pending);
+        return takeResult(pending);
     }
 
     MPCriticalRegionID region_ = kInvalidID;
@@ -44,7 +44,7 @@ TEST_F(CriticalRegions, Enter_ByTheOwnerAgain_NeedsAnExitOfItsOwn) {
 TEST_F(CriticalRegions, Exit_ByAThreadThatIsNotTheOwner_IsInsufficientResources) {
     ASSERT_EQ(MPEnterCriticalRegion(region_, kDurationForever), noErr);
     auto other = inThread([this] { return MPExitCriticalRegion(region_); });
-    EXPECT_EQ(resultOf(other), kMPInsufficientResourcesErr);
+    EXPECT_EQ(takeResult(other), kMPInsufficientResourcesErr);
     EXPECT_EQ(enterElsewhere(kDurationImmediate), kMPTimeoutErr) << "the region is still occupied";
 }
 
@@ -58,9 +58,9 @@ TEST_F(CriticalRegions, Exit_OfAFreeRegion_IsInsufficientResources) {
 TEST_F(CriticalRegions, Enter_OfAnOccupiedRegionForMilliseconds_TimesOutNotBeforeThat) {
     ASSERT_EQ(MPEnterCriticalRegion(region_, kDurationForever), noErr);
     auto other = inThread([this] {
-        return durationOf([this] { EXPECT_EQ(MPEnterCriticalRegion(region_, 30), kMPTimeoutErr); });
+        return measureDuration([this] { EXPECT_EQ(MPEnterCriticalRegion(region_, 30), kMPTimeoutErr); });
     });
-    EXPECT_GE(resultOf(other), std::chrono::milliseconds(30));
+    EXPECT_GE(takeResult(other), std::chrono::milliseconds(30));
 }
 
 TEST_F(CriticalRegions, Enter_OfAnOccupiedRegionForever_WaitsForTheLastExit) {
@@ -72,7 +72,7 @@ TEST_F(CriticalRegions, Enter_OfAnOccupiedRegionForever_WaitsForTheLastExit) {
     untilAllOthersWait();
     EXPECT_EQ(other.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
     ASSERT_EQ(MPExitCriticalRegion(region_), noErr);
-    EXPECT_EQ(resultOf(other), noErr);
+    EXPECT_EQ(takeResult(other), noErr);
 }
 
 TEST_F(CriticalRegions, Enter_ByManyThreads_LetsOneAtATimeIn) {
@@ -100,8 +100,8 @@ TEST_F(CriticalRegions, Delete_WhileThreadsWait_ReleasesThemWithDeleted) {
     auto second = enterInThread(kDurationForever - 1);
     untilAllOthersWait();
     EXPECT_EQ(MPDeleteCriticalRegion(region_), noErr);
-    EXPECT_EQ(resultOf(first), kMPDeletedErr);
-    EXPECT_EQ(resultOf(second), kMPDeletedErr);
+    EXPECT_EQ(takeResult(first), kMPDeletedErr);
+    EXPECT_EQ(takeResult(second), kMPDeletedErr);
 }
 
 TEST_F(CriticalRegions, EveryCall_WithAnIdentifierOfADeletedRegion_IsInvalidID) {
@@ -142,7 +142,7 @@ TEST_F(CriticalRegions, ManyAtOnce_AreAllDistinct) {
             occupied += MPEnterCriticalRegion(region, kDurationImmediate) == kMPTimeoutErr;
         return occupied;
     });
-    EXPECT_EQ(resultOf(other), 1000);
+    EXPECT_EQ(takeResult(other), 1000);
     for (auto& region : regions)
         EXPECT_EQ(MPDeleteCriticalRegion(region), noErr);
 }

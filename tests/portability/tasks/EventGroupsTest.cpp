@@ -55,13 +55,13 @@ TEST_F(EventGroups, Set_WhileThreadsWait_ReleasesTheFirstOnly) {
     untilAllOthersWait();
 
     EXPECT_EQ(MPSetEvent(event_, 6), noErr);
-    EXPECT_EQ(resultOf(first), Outcome(noErr, 6));
+    EXPECT_EQ(takeResult(first), Outcome(noErr, 6));
     EXPECT_EQ(second.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
     EXPECT_EQ(wait(kDurationImmediate), Outcome(kMPTimeoutErr, kUntouched))
         << "the first waiter cleared the group";
 
     EXPECT_EQ(MPSetEvent(event_, 8), noErr);
-    EXPECT_EQ(resultOf(second), Outcome(noErr, 8));
+    EXPECT_EQ(takeResult(second), Outcome(noErr, 8));
 }
 
 TEST_F(EventGroups, Set_OfNoFlags_ReleasesNobody) {
@@ -71,11 +71,11 @@ TEST_F(EventGroups, Set_OfNoFlags_ReleasesNobody) {
     untilAllOthersWait();
     EXPECT_EQ(waiter.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
     EXPECT_EQ(MPSetEvent(event_, 1), noErr);
-    EXPECT_EQ(resultOf(waiter), Outcome(noErr, 1));
+    EXPECT_EQ(takeResult(waiter), Outcome(noErr, 1));
 }
 
 TEST_F(EventGroups, Wait_ForMilliseconds_TimesOutNotBeforeThat) {
-    EXPECT_GE(durationOf([this] { wait(30); }), std::chrono::milliseconds(30));
+    EXPECT_GE(measureDuration([this] { wait(30); }), std::chrono::milliseconds(30));
 }
 
 TEST_F(EventGroups, Delete_WhileThreadsWait_ReleasesThemAllWithDeleted) {
@@ -84,9 +84,9 @@ TEST_F(EventGroups, Delete_WhileThreadsWait_ReleasesThemAllWithDeleted) {
     auto third = waitInThread(kDurationForever);
     untilAllOthersWait();
     EXPECT_EQ(MPDeleteEvent(event_), noErr);
-    EXPECT_EQ(resultOf(first), Outcome(kMPDeletedErr, kUntouched));
-    EXPECT_EQ(resultOf(second), Outcome(kMPDeletedErr, kUntouched));
-    EXPECT_EQ(resultOf(third), Outcome(kMPDeletedErr, kUntouched));
+    EXPECT_EQ(takeResult(first), Outcome(kMPDeletedErr, kUntouched));
+    EXPECT_EQ(takeResult(second), Outcome(kMPDeletedErr, kUntouched));
+    EXPECT_EQ(takeResult(third), Outcome(kMPDeletedErr, kUntouched));
 }
 
 TEST_F(EventGroups, Delete_OfASetEvent_DropsItsFlags) {

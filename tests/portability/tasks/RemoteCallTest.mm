@@ -125,7 +125,7 @@ TEST_F(RemoteCall, OnTheMainThread_RunsDirectly) {
 // The platform would wait forever for a loop that never runs.
 TEST_F(RemoteCall, InATaskWhileTheMainThreadRunsNoLoop_RunsInPlace) {
     auto task = inThread([this] { return std::make_pair(call(visit), std::this_thread::get_id()); });
-    const auto [result, thread] = resultOf(task);
+    const auto [result, thread] = takeResult(task);
     EXPECT_EQ(result, &seen_);
     EXPECT_EQ(seen_.thread, thread);
     EXPECT_EQ(seen_.count, 1);
@@ -142,7 +142,7 @@ TEST_F(RemoteCall, InATaskAfterTheMainThreadHasLeftItsLoops_RunsInPlace) {
     RunApplicationEventLoop();
     inEventLoop.get();
     auto task = inThread([this] { return std::make_pair(call(visit), std::this_thread::get_id()); });
-    const auto [result, thread] = resultOf(task);
+    const auto [result, thread] = takeResult(task);
     EXPECT_EQ(result, &seen_);
     EXPECT_EQ(seen_.thread, thread);
     EXPECT_EQ(seen_.count, calls_);
@@ -155,7 +155,7 @@ TEST_F(RemoteCall, InATask_RunsOnTheMainThreadInsideItsEventLoop) {
         return result;
     });
     RunApplicationEventLoop();
-    EXPECT_EQ(resultOf(task), &seen_);
+    EXPECT_EQ(takeResult(task), &seen_);
 }
 
 TEST_F(RemoteCall, InManyTasks_EachRunsOnceInsideTheEventLoop) {
@@ -234,7 +234,7 @@ TEST_F(RemoteCall, InATaskThatTheMainThreadWaitsForInsideItsEventLoop_RunsInPlac
         QuitApplicationEventLoop();
     });
     RunApplicationEventLoop();
-    resultOf(task);
+    takeResult(task);
     EXPECT_EQ(seen_.thread, waiting.thread);
     EXPECT_EQ(seen_.count, 1);
 }

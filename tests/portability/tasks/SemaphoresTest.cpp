@@ -60,43 +60,44 @@ TEST_F(Semaphores, Signal_WhileThreadsWait_WakesTheOneThatHasWaitedLongest) {
     untilAllOthersWait();
 
     ASSERT_EQ(MPSignalSemaphore(semaphore_), noErr);
-    EXPECT_EQ(resultOf(first), noErr);
+    EXPECT_EQ(takeResult(first), noErr);
     EXPECT_EQ(second.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
     EXPECT_EQ(MPWaitOnSemaphore(semaphore_, kDurationImmediate), kMPTimeoutErr)
         << "the unit went to the waiter";
 
     ASSERT_EQ(MPSignalSemaphore(semaphore_), noErr);
-    EXPECT_EQ(resultOf(second), noErr);
+    EXPECT_EQ(takeResult(second), noErr);
 }
 
 TEST_F(Semaphores, Signal_AfterAWaiterInTheMiddleTimedOut_GoesToTheNextOfTheOthers) {
     auto first = waitInThread(kDurationForever);
     untilAllOthersWait();
     auto second = waitInThread(kDurationMillisecond * 20);
-    EXPECT_EQ(resultOf(second), kMPTimeoutErr);
+    EXPECT_EQ(takeResult(second), kMPTimeoutErr);
     auto third = waitInThread(kDurationForever);
     untilAllOthersWait();
     ASSERT_EQ(MPSignalSemaphore(semaphore_), noErr);
-    EXPECT_EQ(resultOf(first), noErr);
+    EXPECT_EQ(takeResult(first), noErr);
     ASSERT_EQ(MPSignalSemaphore(semaphore_), noErr);
-    EXPECT_EQ(resultOf(third), noErr);
+    EXPECT_EQ(takeResult(third), noErr);
 }
 
 TEST_F(Semaphores, Signal_ByAThreadThatNeverWaited_IsAllowed) {
     auto other = inThread([this] { return MPSignalSemaphore(semaphore_); });
-    EXPECT_EQ(resultOf(other), noErr);
+    EXPECT_EQ(takeResult(other), noErr);
     EXPECT_EQ(MPWaitOnSemaphore(semaphore_, kDurationImmediate), noErr);
 }
 
 TEST_F(Semaphores, Wait_ForAPositiveDuration_CountsMilliseconds) {
-    const auto taken = durationOf([this] { EXPECT_EQ(MPWaitOnSemaphore(semaphore_, 30), kMPTimeoutErr); });
+    const auto taken =
+        measureDuration([this] { EXPECT_EQ(MPWaitOnSemaphore(semaphore_, 30), kMPTimeoutErr); });
     EXPECT_GE(taken, std::chrono::milliseconds(30));
 }
 
 TEST_F(Semaphores, Wait_ForANegativeDuration_CountsMicroseconds) {
     const Duration thirtyMilliseconds = kDurationMicrosecond * 30000;
     const auto taken =
-        durationOf([&] { EXPECT_EQ(MPWaitOnSemaphore(semaphore_, thirtyMilliseconds), kMPTimeoutErr); });
+        measureDuration([&] { EXPECT_EQ(MPWaitOnSemaphore(semaphore_, thirtyMilliseconds), kMPTimeoutErr); });
     EXPECT_GE(taken, std::chrono::milliseconds(30));
     EXPECT_LT(taken, std::chrono::seconds(30)) << "taken for milliseconds";
 }
@@ -105,7 +106,7 @@ TEST_F(Semaphores, Wait_WithAUnitInTime_Succeeds) {
     auto waiter = waitInThread(0x7FFFFFFE);
     untilAllOthersWait();
     ASSERT_EQ(MPSignalSemaphore(semaphore_), noErr);
-    EXPECT_EQ(resultOf(waiter), noErr);
+    EXPECT_EQ(takeResult(waiter), noErr);
 }
 
 TEST_F(Semaphores, Delete_WhileThreadsWait_ReleasesThemWithDeleted) {
@@ -113,8 +114,8 @@ TEST_F(Semaphores, Delete_WhileThreadsWait_ReleasesThemWithDeleted) {
     auto second = waitInThread(0x7FFFFFFE);
     untilAllOthersWait();
     EXPECT_EQ(MPDeleteSemaphore(semaphore_), noErr);
-    EXPECT_EQ(resultOf(first), kMPDeletedErr);
-    EXPECT_EQ(resultOf(second), kMPDeletedErr);
+    EXPECT_EQ(takeResult(first), kMPDeletedErr);
+    EXPECT_EQ(takeResult(second), kMPDeletedErr);
 }
 
 TEST_F(Semaphores, EveryCall_WithAnIdentifierOfADeletedSemaphore_IsInvalidID) {

@@ -71,7 +71,7 @@ TEST_F(Tasks, IsPreemptive_OnTheMainThread_IsFalse) {
 
 TEST_F(Tasks, IsPreemptive_InAThreadThatIsNoTask_IsTrue) {
     auto thread = inThread([] { return MPTaskIsPreemptive(kInvalidID); });
-    EXPECT_TRUE(resultOf(thread));
+    EXPECT_TRUE(takeResult(thread));
 }
 
 TEST_F(Tasks, IsPreemptive_OfAnotherTaskThatRuns_IsTrue) {

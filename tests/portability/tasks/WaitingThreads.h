@@ -23,7 +23,7 @@ auto inThread(Call call) {
 
 /// Returns the result of a call that must return; ends the program if it does not.
 template <class Result>
-Result resultOf(std::future<Result>& pending) {
+Result takeResult(std::future<Result>& pending) {
     if (pending.wait_for(kLongEnough) != std::future_status::ready) std::terminate();
     return pending.get();
 }
@@ -56,7 +56,7 @@ inline void untilAllOthersWait() {
 
 /// Returns how long `call` takes.
 template <class Call>
-std::chrono::steady_clock::duration durationOf(Call call) {
+std::chrono::steady_clock::duration measureDuration(Call call) {
     const auto start = std::chrono::steady_clock::now();
     call();
     return std::chrono::steady_clock::now() - start;

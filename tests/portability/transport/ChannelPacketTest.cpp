@@ -18,7 +18,7 @@ namespace {
 using Received = Channel::Received;
 
 // Returns how a channel classifies a packet from its peer.
-Received receivedOf(const Bytes& packet, const std::vector<int>& descriptors = {}) {
+Received makeReceived(const Bytes& packet, const std::vector<int>& descriptors = {}) {
     auto ends = connectedSockets();
     Channel channel(std::move(ends.second));
     EXPECT_TRUE(sendRaw(ends.first.get(), packet, descriptors));
@@ -74,54 +74,55 @@ TEST(Channel, WellFormedPackets_AreFrames) {
     const Bytes image = itemBytes('aaaa', "text");
     FrameHeader header = requestHeader(1);
     header.imageSize = static_cast<uint32_t>(image.size());
-    EXPECT_EQ(receivedOf(headerBytes(header) + image), Received::frame);
+    EXPECT_EQ(makeReceived(headerBytes(header) + image), Received::frame);
     const FileDescriptor file = memoryFile(4096, F_SEAL_SHRINK, image);
-    EXPECT_EQ(receivedOf(headerBytes(inSlot(0, header.imageSize)), {file.get()}), Received::frame);
+    EXPECT_EQ(makeReceived(headerBytes(inSlot(0, header.imageSize)), {file.get()}), Received::frame);
 }
 
 TEST(Channel, CutHeaders_AreMalformed) {
     const Bytes whole = headerBytes(requestHeader(1));
     for (size_t size = 1; size < whole.size(); ++size) {
-        EXPECT_EQ(receivedOf(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size))),
+        EXPECT_EQ(makeReceived(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size))),
                   Received::malformed)
             << size;
     }
 }
 
 TEST(Channel, Garbage_IsMalformed) {
-    EXPECT_EQ(receivedOf(Bytes(200, 0xA5)), Received::malformed);
-    EXPECT_EQ(receivedOf(Bytes(kLargestFrame + 1000, 0)), Received::malformed);
+    EXPECT_EQ(makeReceived(Bytes(200, 0xA5)), Received::malformed);
+    EXPECT_EQ(makeReceived(Bytes(kLargestFrame + 1000, 0)), Received::malformed);
 }
 
 TEST(Channel, SlotThatWasNeverFilled_IsMalformed) {
     FrameHeader header = inSlot(2, 1000);
     header.bringsFile = 0;
-    EXPECT_EQ(receivedOf(headerBytes(header)), Received::malformed);
+    EXPECT_EQ(makeReceived(headerBytes(header)), Received::malformed);
 }
 
 TEST(Channel, SlotThatIsSmallerThanTheImage_IsMalformed) {
     const FileDescriptor file = memoryFile(4096, F_SEAL_SHRINK);
-    EXPECT_EQ(receivedOf(headerBytes(inSlot(0, 4097)), {file.get()}), Received::malformed);
+    EXPECT_EQ(makeReceived(headerBytes(inSlot(0, 4097)), {file.get()}), Received::malformed);
 }
 
 TEST(Channel, UnsuitableFiles_AreMalformed) {
     const FileDescriptor unsealed = memoryFile(4096, 0);
-    EXPECT_EQ(receivedOf(headerBytes(inSlot(0, 16)), {unsealed.get()}), Received::malformed);
+    EXPECT_EQ(makeReceived(headerBytes(inSlot(0, 16)), {unsealed.get()}), Received::malformed);
     const FileDescriptor tooLarge = memoryFile(kLargestKeptBlock + 4096, F_SEAL_SHRINK);
-    EXPECT_EQ(receivedOf(headerBytes(inSlot(0, 16)), {tooLarge.get()}), Received::malformed);
+    EXPECT_EQ(makeReceived(headerBytes(inSlot(0, 16)), {tooLarge.get()}), Received::malformed);
     FrameHeader passing = inSlot(kPassingImage, 16);
-    const FileDescriptor enormous = memoryFile(kLargestImage + 4096, F_SEAL_SHRINK);
-    EXPECT_EQ(receivedOf(headerBytes(passing), {enormous.get()}), Received::malformed);
+    const FileDescriptor enormous = memoryFile(kLargestMessage + 4096, F_SEAL_SHRINK);
+    EXPECT_EQ(makeReceived(headerBytes(passing), {enormous.get()}), Received::malformed);
     const FileDescriptor folder(open("/", O_RDONLY));
-    EXPECT_EQ(receivedOf(headerBytes(inSlot(0, 16)), {folder.get()}), Received::malformed);
+    EXPECT_EQ(makeReceived(headerBytes(inSlot(0, 16)), {folder.get()}), Received::malformed);
 }
 
 TEST(Channel, FilesThatWereNotAnnounced_AreMalformedAndClosed) {
     const FileDescriptor file = memoryFile(4096, F_SEAL_SHRINK);
     const Bytes plain = headerBytes(requestHeader(1));
     const int before = openDescriptors();
-    EXPECT_EQ(receivedOf(plain, {file.get()}), Received::malformed);
-    EXPECT_EQ(receivedOf(headerBytes(inSlot(0, 16)), {file.get(), file.get()}), Received::malformed);
-    EXPECT_EQ(receivedOf(headerBytes(inSlot(0, 16)), std::vector<int>(20, file.get())), Received::malformed);
+    EXPECT_EQ(makeReceived(plain, {file.get()}), Received::malformed);
+    EXPECT_EQ(makeReceived(headerBytes(inSlot(0, 16)), {file.get(), file.get()}), Received::malformed);
+    EXPECT_EQ(makeReceived(headerBytes(inSlot(0, 16)), std::vector<int>(20, file.get())),
+              Received::malformed);
     EXPECT_EQ(openDescriptors(), before);
 }

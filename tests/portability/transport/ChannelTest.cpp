@@ -25,13 +25,13 @@ FrameHeader replyHeader(uint64_t id) {
     return header;
 }
 
-void fill(ImageMemory& memory, const Bytes& image) {
+void fill(MessageMemory& memory, const Bytes& image) {
     uint8_t* place = memory.append(image.size());
     if (!image.empty()) std::memcpy(place, image.data(), image.size());
 }
 
 // An image whose first item contains the text.
-struct Image : ImageMemory {
+struct Image : MessageMemory {
     explicit Image(const std::string& text) { fill(*this, itemBytes('aaaa', text)); }
 };
 
@@ -39,7 +39,7 @@ std::string largeText(char letter) {
     return std::string(100000, letter);
 }
 
-std::string textOf(const ReceivedFrame& frame) {
+std::string toText(const ReceivedFrame& frame) {
     return firstItemText(frame.image, frame.header.imageSize);
 }
 
@@ -56,14 +56,14 @@ class ChannelTest : public testing::Test {
     std::string deliver(uint64_t id, const std::string& text) {
         const Image image(text);
         if (sender_->send(requestHeader(id), image, true) != Sent::done) return "(not sent)";
-        return receiver_->receive(buffer_, frame_) == Received::frame ? textOf(frame_) : "(not received)";
+        return receiver_->receive(buffer_, frame_) == Received::frame ? toText(frame_) : "(not received)";
     }
 
     // Sends a reply with that text and returns what the sender reads.
     std::string reply(uint64_t id, const std::string& text, ReceivedFrame& frame) {
         const Image image(text);
         if (receiver_->sendReply(replyHeader(id), image) != Sent::done) return "(not sent)";
-        return sender_->receive(buffer_, frame) == Received::frame ? textOf(frame) : "(not received)";
+        return sender_->receive(buffer_, frame) == Received::frame ? toText(frame) : "(not received)";
     }
 
     std::unique_ptr<Channel> sender_;
@@ -109,7 +109,7 @@ TEST_F(ChannelTest, LargeImages_Unconfirmed_NeverShareMemory) {
         ASSERT_EQ(receiver_->receive(buffer_, frames[i]), Received::frame);
     }
     for (size_t i = 0; i < frames.size(); ++i) {
-        EXPECT_TRUE(textOf(frames[i]) == largeText(static_cast<char>('a' + i))) << i;
+        EXPECT_TRUE(toText(frames[i]) == largeText(static_cast<char>('a' + i))) << i;
     }
 }
 
@@ -123,7 +123,7 @@ TEST_F(ChannelTest, LargeReply_IsReusedOnlyAfterItWasLetGo) {
     ASSERT_EQ(deliver(2, "request"), "request");
     ASSERT_TRUE(reply(2, largeText('2'), second) == largeText('2'));
     EXPECT_NE(second.header.place, first.header.place);
-    EXPECT_TRUE(textOf(first) == largeText('1')) << "still held";
+    EXPECT_TRUE(toText(first) == largeText('1')) << "still held";
 
     held.reset();
     sender_->holdReply(second).reset();
@@ -143,7 +143,7 @@ TEST_F(ChannelTest, HeldReply_OutlivesTheChannel) {
     receiver_.reset();
     const auto others = SharedBlock::take(100000);
     std::memset(others->data(), '#', others->capacity());
-    EXPECT_TRUE(textOf(frame) == largeText('1'));
+    EXPECT_TRUE(toText(frame) == largeText('1'));
 }
 
 TEST_F(ChannelTest, PassingImage_IsNotKept) {
@@ -151,7 +151,7 @@ TEST_F(ChannelTest, PassingImage_IsNotKept) {
     ASSERT_EQ(sender_->send(requestHeader(1), image, /*confirmed=*/false), Sent::done);
     ASSERT_EQ(receiver_->receive(buffer_, frame_), Received::frame);
     EXPECT_EQ(frame_.header.place, kPassingImage);
-    EXPECT_TRUE(textOf(frame_) == largeText('p'));
+    EXPECT_TRUE(toText(frame_) == largeText('p'));
 }
 
 TEST_F(ChannelTest, VeryLargeImage_Passes) {
@@ -197,7 +197,7 @@ TEST_F(ChannelTest, Mailbox_IsUsedOnlyWhileTheOtherSideLooks) {
     EXPECT_FALSE(sender_->wasTaken());
     ASSERT_EQ(receiver_->look(frame_), Received::frame);
     EXPECT_EQ(frame_.header.id, 2u);
-    EXPECT_EQ(textOf(frame_), "quick");
+    EXPECT_EQ(toText(frame_), "quick");
     EXPECT_TRUE(sender_->wasTaken());
 }
 
@@ -227,7 +227,7 @@ TEST_F(ChannelTest, Mailbox_ReplyWithAFile_ComesThroughTheSocketAndIsAnnounced) 
     ASSERT_EQ(receiver_->sendReply(replyHeader(2), large), Sent::done);
     EXPECT_EQ(sender_->look(frame_), Received::elsewhere);
     ASSERT_EQ(sender_->receive(buffer_, frame_), Received::frame);
-    EXPECT_TRUE(textOf(frame_) == largeText('l'));
+    EXPECT_TRUE(toText(frame_) == largeText('l'));
 }
 
 TEST_F(ChannelTest, Mailbox_SenderThatSleepsAgain_IsAnsweredThroughTheSocket) {

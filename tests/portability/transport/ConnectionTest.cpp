@@ -257,7 +257,7 @@ TEST_F(ConnectionTest, ManyThreads_EachKeepTheirOwnAnswers) {
                 FileDescriptor socket;
                 connectToEndpoint(kPeerCode, Deadline::never(), socket);
                 Connection connection(std::move(socket));
-                ImageMemory image;
+                MessageMemory image;
                 for (int i = 0; i < 200; ++i) {
                     const int32_t ticks = t * 1000 + i;
                     const OutgoingRequest request{image, 0, ticks, Deadline::never(), nullptr};

@@ -54,7 +54,7 @@ class ConnectionTest : public testing::Test {
             connection_ = std::make_unique<portability::Connection>(std::move(socket));
         }
         const Bytes bytes = itemBytes(keyDirectObject, text);
-        const portability::ImageMemory image(bytes.data(), bytes.size());
+        const portability::MessageMemory image(bytes.data(), bytes.size());
         const std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
         const Outcome outcome = send(
             {image, mode, static_cast<int32_t>(ticks), portability::Deadline::afterTicks(ticks), nullptr});

@@ -41,11 +41,11 @@ class EndpointFolderTest : public testing::Test {
     // Creates the folder that the root has for a logged-in user.
     files::path makeUserFolder() const { return environment_.makeFolder("root/run/user/" + kUser); }
 
-    static files::path pathOf(const FileDescriptor& folder) {
+    static files::path toPath(const FileDescriptor& folder) {
         return files::read_symlink("/proc/self/fd/" + std::to_string(folder.get()));
     }
 
-    static mode_t modeOf(const files::path& path) {
+    static mode_t readMode(const files::path& path) {
         struct stat status = {};
         EXPECT_EQ(lstat(path.c_str(), &status), 0) << path;
         return status.st_mode & 07777;
@@ -58,7 +58,7 @@ class EndpointFolderTest : public testing::Test {
     TemporaryEnvironment environment_;
 };
 
-std::vector<std::string> pathsOf(const std::vector<EndpointPlace>& places) {
+std::vector<std::string> listPaths(const std::vector<EndpointPlace>& places) {
     std::vector<std::string> paths;
     for (const EndpointPlace& place : places)
         paths.push_back(place.parent + '/' + place.name);
@@ -69,7 +69,7 @@ std::vector<std::string> pathsOf(const std::vector<EndpointPlace>& places) {
 
 TEST_F(EndpointFolderTest, Places_AreTheRuntimeFolderThatOfTheUserAndTmp) {
     TemporaryEnvironment::set("XDG_RUNTIME_DIR", "/some/where");
-    EXPECT_EQ(pathsOf(endpointPlaces("/")),
+    EXPECT_EQ(listPaths(endpointPlaces("/")),
               (std::vector<std::string>{"/some/where/pos-events", "/run/user/" + kUser + "/pos-events",
                                         "/tmp/pos-events-" + kUser}));
 }
@@ -79,19 +79,19 @@ TEST_F(EndpointFolderTest, Places_WithoutAnAbsoluteRuntimeFolderOfItsOwn_AreTheO
                                              "/tmp/pos-events-" + kUser};
     for (const std::string& folder : {std::string(), std::string("relative/path"), "/run/user/" + kUser}) {
         TemporaryEnvironment::set("XDG_RUNTIME_DIR", folder);
-        EXPECT_EQ(pathsOf(endpointPlaces("/")), others) << folder;
+        EXPECT_EQ(listPaths(endpointPlaces("/")), others) << folder;
     }
     unsetenv("XDG_RUNTIME_DIR");
-    EXPECT_EQ(pathsOf(endpointPlaces("/")), others);
+    EXPECT_EQ(listPaths(endpointPlaces("/")), others);
 }
 
 TEST_F(EndpointFolderTest, Places_OfARootWithFoldersOfItsOwn_AreInThem) {
     unsetenv("XDG_RUNTIME_DIR");
     const std::string root = environment_.makeFolder("bare");
-    EXPECT_EQ(pathsOf(endpointPlaces(root)), pathsOf(endpointPlaces("/")));
+    EXPECT_EQ(listPaths(endpointPlaces(root)), listPaths(endpointPlaces("/")));
     environment_.makeFolder("bare/tmp");
     environment_.makeFolder("bare/run/user");
-    EXPECT_EQ(pathsOf(endpointPlaces(root)),
+    EXPECT_EQ(listPaths(endpointPlaces(root)),
               (std::vector<std::string>{root + "/run/user/" + kUser + "/pos-events",
                                         root + "/tmp/pos-events-" + kUser}));
 }
@@ -105,8 +105,8 @@ TEST_F(EndpointFolderTest, Make_IsInTmpAndForThisUserOnly) {
     makeUserFolder();
     const FileDescriptor made = make();
     ASSERT_TRUE(made);
-    EXPECT_EQ(pathOf(made), files::canonical(folder()));
-    EXPECT_EQ(modeOf(folder()), 0700u);
+    EXPECT_EQ(toPath(made), files::canonical(folder()));
+    EXPECT_EQ(readMode(folder()), 0700u);
     EXPECT_NE(fcntl(made.get(), F_GETFD) & FD_CLOEXEC, 0);
     EXPECT_TRUE(make()) << "it may be there already";
     EXPECT_EQ(open(), FolderState::open);
@@ -117,7 +117,7 @@ TEST_F(EndpointFolderTest, Make_WhateverTheUmask_IsOpenToItsUser) {
         const mode_t before = umask(mask);
         EXPECT_TRUE(make()) << mask;
         umask(before);
-        EXPECT_EQ(modeOf(folder()), 0700u) << mask;
+        EXPECT_EQ(readMode(folder()), 0700u) << mask;
         files::remove(folder());
     }
 }
@@ -127,7 +127,7 @@ TEST_F(EndpointFolderTest, FolderThatAnUmaskHasNarrowed_IsCorrected) {
         files::create_directory(folder());
         ASSERT_EQ(chmod(folder().c_str(), mode), 0);
         EXPECT_EQ(open(), FolderState::open) << mode;
-        EXPECT_EQ(modeOf(folder()), 0700u) << mode;
+        EXPECT_EQ(readMode(folder()), 0700u) << mode;
         files::remove(folder());
     }
 }
@@ -159,7 +159,7 @@ TEST_F(EndpointFolderTest, FolderThatLetsOthersIn_IsRefused) {
         EXPECT_EQ(open(), FolderState::failed) << mode;
         EXPECT_EQ(errno, EPERM);
         EXPECT_FALSE(make()) << mode;
-        EXPECT_EQ(modeOf(folder()), mode) << "what others may have done there stays where it can be seen";
+        EXPECT_EQ(readMode(folder()), mode) << "what others may have done there stays where it can be seen";
     }
 }
 
@@ -175,10 +175,10 @@ TEST_F(EndpointFolderTest, FolderOfAnotherUser_CountsAsAbsentAndTheNextPlaceIsUs
     ASSERT_TRUE(make());
     giveAway(folder());
     EXPECT_EQ(open(), FolderState::absent);
-    EXPECT_EQ(pathOf(make()), environment_.runtimeFolder() / "pos-events");
+    EXPECT_EQ(toPath(make()), environment_.runtimeFolder() / "pos-events");
     const files::path userFolder = makeUserFolder();
-    EXPECT_EQ(pathOf(make()), userFolder / "pos-events") << "before that of a single environment";
-    EXPECT_EQ(modeOf(userFolder / "pos-events"), 0700u);
+    EXPECT_EQ(toPath(make()), userFolder / "pos-events") << "before that of a single environment";
+    EXPECT_EQ(readMode(userFolder / "pos-events"), 0700u);
 }
 
 TEST_F(EndpointFolderTest, FileOrLinkOfAnotherUserInItsPlace_CountsAsAbsent) {
@@ -187,12 +187,12 @@ TEST_F(EndpointFolderTest, FileOrLinkOfAnotherUserInItsPlace_CountsAsAbsent) {
     files::copy_file("/proc/self/cmdline", folder());
     giveAway(folder());
     EXPECT_EQ(open(), FolderState::absent);
-    EXPECT_EQ(pathOf(make()), userFolder / "pos-events");
+    EXPECT_EQ(toPath(make()), userFolder / "pos-events");
     files::remove(folder());
     files::create_directory_symlink(environment_.makeFolder("elsewhere"), folder());
     giveAway(folder());
     EXPECT_EQ(open(), FolderState::absent);
-    EXPECT_EQ(pathOf(make()), userFolder / "pos-events");
+    EXPECT_EQ(toPath(make()), userFolder / "pos-events");
 }
 
 TEST_F(EndpointFolderTest, RuntimeFolderOfAnotherUser_IsNotUsed) {

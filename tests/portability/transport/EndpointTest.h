@@ -14,7 +14,7 @@
 #include "tests/support/TemporaryEnvironment.h"
 
 constexpr OSType kEndpointSignature = 'EndP';
-constexpr char kAnnouncement[] = "POS_EVENT_ENDPOINT";
+constexpr char kAnnouncement[] = "POS_ENDPOINT";
 using Outcome = portability::EndpointClaim::Outcome;
 
 // A process that runs a function, reports its result through a pipe, and waits to be killed.

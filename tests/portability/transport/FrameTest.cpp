@@ -72,8 +72,8 @@ TEST(Frame, AnnouncedFile_MustHaveCome_AndNoOther) {
 
 TEST(Frame, ImageInSharedMemory_IsBounded) {
     EXPECT_FALSE(isPlausible(header(FrameKind::request, 0, 0), kHeader, false));
-    EXPECT_TRUE(isPlausible(header(FrameKind::request, 0, kLargestImage), kHeader, false));
-    EXPECT_FALSE(isPlausible(header(FrameKind::request, 0, kLargestImage + 1), kHeader, false));
+    EXPECT_TRUE(isPlausible(header(FrameKind::request, 0, kLargestMessage), kHeader, false));
+    EXPECT_FALSE(isPlausible(header(FrameKind::request, 0, kLargestMessage + 1), kHeader, false));
     EXPECT_FALSE(isPlausible(header(FrameKind::request, 0, 0xFFFFFFFF), kHeader, false));
 }
 

@@ -58,7 +58,7 @@ class LingeringSocket {
 
 class EmptyReplies final : public RequestHandler {
     bool handle(const ReceivedFrame&, pid_t, ReplySender& reply) override {
-        ImageMemory nothing;
+        MessageMemory nothing;
         return reply.send(0, nothing) == Channel::Sent::done;
     }
 };

@@ -26,7 +26,7 @@ class EndingHandler final : public RequestHandler {
 
     bool handle(const ReceivedFrame&, pid_t, ReplySender& reply) override {
         if (++handled == last_) isEnding = true;
-        ImageMemory nothing;
+        MessageMemory nothing;
         return reply.send(0, nothing) == Channel::Sent::done;
     }
 
@@ -121,7 +121,7 @@ bool RequestServerEndTest::postsAfterTheDecision() {
     FrameBuffer buffer;
     ReceivedFrame reply;
     bool posted = false;
-    ImageMemory nothing;
+    MessageMemory nothing;
     // The first exchange goes through the socket. From then on the server polls the mailbox.
     for (uint64_t id = 1; id <= 2; ++id) {
         EXPECT_EQ(quick.sendQuick(requestHeader(id), nothing, posted), Channel::Sent::done);

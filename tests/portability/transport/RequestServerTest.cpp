@@ -28,7 +28,7 @@ constexpr int32_t kWantsNoReply = 1;
 struct Echo final : RequestHandler {
     bool handle(const ReceivedFrame& request, pid_t, ReplySender& reply) override {
         if (request.header.sendMode == kWantsNoReply) return true;
-        return reply.send(0, ImageMemory(request.image, request.header.imageSize)) == Channel::Sent::done;
+        return reply.send(0, MessageMemory(request.image, request.header.imageSize)) == Channel::Sent::done;
     }
 };
 

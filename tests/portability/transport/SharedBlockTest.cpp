@@ -41,7 +41,7 @@ TEST(SharedBlock, InUse_IsNotGivenTwice) {
 TEST(SharedBlock, ForbiddenReuse_IsKept) {
     std::shared_ptr<SharedBlock> block = SharedBlock::take(100000);
     const uint64_t id = block->id();
-    block->forbidReuse();
+    block->disableReuse();
     block.reset();
     EXPECT_NE(SharedBlock::take(100000)->id(), id);
 }

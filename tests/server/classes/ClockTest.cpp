@@ -34,7 +34,7 @@ TEST(Clock, Now_IsTheTimeOfTheCallInUtc) {
 
 TEST(Clock, Now_WithAnArgument_IsParameterFormat) {
     TestObject clock("Clock");
-    EXPECT_EQ(clock.refusalOf("now", "x"), 30u);
+    EXPECT_EQ(clock.callRefused("now", "x"), 30u);
 }
 
 }  // namespace

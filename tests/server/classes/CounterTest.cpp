@@ -30,21 +30,21 @@ TEST(Counter, Add_UpToTheGreatestSum_IsFineAndBeyondItIsRefusedWithoutAdding) {
     TestObject counter("Counter");
     counter.call("add", littleEndian(0xFFFFFFFE));
     EXPECT_EQ(counter.call("add", littleEndian(1)), littleEndian(0xFFFFFFFF));
-    EXPECT_EQ(counter.refusalOf("add", littleEndian(1)), 28u);
+    EXPECT_EQ(counter.callRefused("add", littleEndian(1)), 28u);
     EXPECT_EQ(counter.call("value"), littleEndian(0xFFFFFFFF));
 }
 
 TEST(Counter, Add_OfAnythingButFourBytes_IsParameterFormat) {
     TestObject counter("Counter");
     for (const size_t size : {0u, 1u, 3u, 5u, 8u})
-        EXPECT_EQ(counter.refusalOf("add", std::string(size, '\1')), 30u);
+        EXPECT_EQ(counter.callRefused("add", std::string(size, '\1')), 30u);
     EXPECT_EQ(counter.call("value"), littleEndian(0));
 }
 
 TEST(Counter, ValueAndReset_WithAnArgument_AreParameterFormat) {
     TestObject counter("Counter");
-    EXPECT_EQ(counter.refusalOf("value", "x"), 30u);
-    EXPECT_EQ(counter.refusalOf("reset", "x"), 30u);
+    EXPECT_EQ(counter.callRefused("value", "x"), 30u);
+    EXPECT_EQ(counter.callRefused("reset", "x"), 30u);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ TEST(Echo, Echo_OfAnyBytes_GivesThemBack) {
 
 TEST(Echo, AnotherMethod_IsMethodNotFound) {
     TestObject echo("Echo");
-    EXPECT_EQ(echo.refusalOf("shout"), 27u);
+    EXPECT_EQ(echo.callRefused("shout"), 27u);
 }
 
 }  // namespace

@@ -41,18 +41,18 @@ TEST(Notes, Remove_TakesOneNoteAway) {
 
 TEST(Notes, GetAndRemove_OfANameThatIsNotThere_AreFailuresOfTheMethod) {
     TestObject notes("Notes");
-    EXPECT_EQ(notes.refusalOf("get", "milk"), 28u);
-    EXPECT_EQ(notes.refusalOf("remove", "milk"), 28u);
+    EXPECT_EQ(notes.callRefused("get", "milk"), 28u);
+    EXPECT_EQ(notes.callRefused("remove", "milk"), 28u);
 }
 
 TEST(Notes, NamesThatAreNone_AreParameterFormat) {
     TestObject notes("Notes");
-    EXPECT_EQ(notes.refusalOf("put", "no zero byte"), 30u);
-    EXPECT_EQ(notes.refusalOf("put", note("", "content")), 30u);
-    EXPECT_EQ(notes.refusalOf("put", note("two\nlines", "content")), 30u);
-    EXPECT_EQ(notes.refusalOf("get", ""), 30u);
-    EXPECT_EQ(notes.refusalOf("get", note("milk", "")), 30u);
-    EXPECT_EQ(notes.refusalOf("list", "x"), 30u);
+    EXPECT_EQ(notes.callRefused("put", "no zero byte"), 30u);
+    EXPECT_EQ(notes.callRefused("put", note("", "content")), 30u);
+    EXPECT_EQ(notes.callRefused("put", note("two\nlines", "content")), 30u);
+    EXPECT_EQ(notes.callRefused("get", ""), 30u);
+    EXPECT_EQ(notes.callRefused("get", note("milk", "")), 30u);
+    EXPECT_EQ(notes.callRefused("list", "x"), 30u);
 }
 
 TEST(Notes, TwoObjects_KeepNotesOfTheirOwn) {

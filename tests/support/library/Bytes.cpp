@@ -15,13 +15,13 @@ uint8_t digitValue(char digit) {
 
 }  // namespace
 
-CPPByteArray arrayOf(std::string_view text) {
+CPPByteArray makeArray(std::string_view text) {
     CPPByteArray array;
     array.set(text.data(), static_cast<uint32_t>(text.size()));
     return array;
 }
 
-CPPExpandingByteArray expandingArrayOf(std::string_view text) {
+CPPExpandingByteArray makeExpandingArray(std::string_view text) {
     CPPExpandingByteArray array;
     array.set(text.data(), static_cast<uint32_t>(text.size()));
     return array;
@@ -33,7 +33,7 @@ CPPByteArray plainArray(uint32_t size) {
     return array;
 }
 
-CPPByteArray arrayOfHex(std::string_view digits) {
+CPPByteArray arrayFromHex(std::string_view digits) {
     std::string bytes;
     for (size_t i = 0; i < digits.size();) {
         if (digits[i] == ' ') {
@@ -43,10 +43,10 @@ CPPByteArray arrayOfHex(std::string_view digits) {
         bytes.push_back(static_cast<char>(digitValue(digits[i]) << 4 | digitValue(digits.at(i + 1))));
         i += 2;
     }
-    return arrayOf(bytes);
+    return makeArray(bytes);
 }
 
-std::string textOf(const CPPByteArray& array) {
+std::string toText(const CPPByteArray& array) {
     std::string text;
     for (uint32_t i = 0; i < array.getSize(); ++i) {
         text.push_back(static_cast<char>(array.getByte(i)));
@@ -58,7 +58,7 @@ std::string blockText(const ByteBlock& block) {
     return std::string(block.data.get(), block.data.get() + block.length);
 }
 
-std::string hexOf(const CPPByteArray& array) {
+std::string toHex(const CPPByteArray& array) {
     std::string text;
     for (uint32_t i = 0; i < array.getSize(); ++i) {
         char byte[8];

@@ -11,7 +11,7 @@ namespace dovrel::test {
 
 namespace {
 
-std::string nameOf(uint32_t command) {
+std::string toCommandName(uint32_t command) {
     const POSCommand* const known = findPOSCommand(command);
     return known == nullptr ? std::to_string(command) : known->name;
 }
@@ -52,11 +52,11 @@ POSTransferObj* ForwarderDouble::ForwardTransferObj(POSTransferObj& request) {
     const uint32_t command = received.getCommand();
     requests_.push_back({command, received.bytes()});
     if (requests_.back().bytes.getSize() != received.bytes().getSize()) throw std::bad_alloc();
-    calls_->push_back(nameOf(command));
+    calls_->push_back(toCommandName(command));
 
     const Answer answer = nextAnswer(command);
     if (!answer) {
-        ADD_FAILURE() << "no reply is prepared for \"" << nameOf(command) << "\"";
+        ADD_FAILURE() << "no reply is prepared for \"" << toCommandName(command) << "\"";
         return new POSTransferObj;
     }
     std::unique_ptr<POSTransferObj> reply = answer(received);
@@ -79,7 +79,7 @@ CPPByteArray ForwarderDouble::GetClientProcessID() {
     return clientProcess;
 }
 
-size_t ForwarderDouble::countOf(const std::string& call) const {
+size_t ForwarderDouble::countOccurrences(const std::string& call) const {
     return static_cast<size_t>(std::count(calls_->begin(), calls_->end(), call));
 }
 

@@ -45,7 +45,7 @@ class ForwarderDouble : public POSTransferObjForwarder {
     /// "check", "identify", and "destroyed" if calls are watched.
     const std::vector<std::string>& calls() const { return *calls_; }
     std::shared_ptr<const std::vector<std::string>> watchCalls() const { return calls_; }
-    size_t countOf(const std::string& call) const;
+    size_t countOccurrences(const std::string& call) const;
     void forgetCalls() { calls_->clear(); }
 
     /// Returns the requests of the command, rebuilt from their bytes.

@@ -34,7 +34,7 @@ AlertTest::~AlertTest() {
     if (HasFailure()) std::cerr << "The host's system log:\n" << log() << std::endl;
     // When a host is killed while its leak checker runs, the checker's
     // process ends soon afterwards by itself.
-    EXPECT_TRUE(waitUntil([this] { return processesOf(root_.path()).empty(); })) << "a program still runs";
+    EXPECT_TRUE(waitUntil([this] { return findProcesses(root_.path()).empty(); })) << "a program still runs";
 }
 
 void AlertTest::start(const std::vector<std::string>& arguments) {

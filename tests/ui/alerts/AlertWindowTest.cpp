@@ -101,7 +101,7 @@ TEST_F(AlertWindowTest, Window_BearsTheTitleOfTheAlert) {
            "Pr\x9f"
            "fung fehlgeschlagen",
            "One line\rand another\r\r100 % of \"it\""});
-    EXPECT_EQ(test::Desktop::titleOf(desktop_.waitForAlert()), "Pr\u00fcfung fehlgeschlagen");
+    EXPECT_EQ(test::Desktop::readTitle(desktop_.waitForAlert()), "Pr\u00fcfung fehlgeschlagen");
     EXPECT_TRUE(desktop_.takePicture("alert-retry-cancel"));
     EXPECT_EQ(lineAfterClick(0), "answer 11");
 }

@@ -11,8 +11,8 @@ class GNUstepAlertTest : public test::AlertTest {
     GNUstepAlertTest() : AlertTest(test::gnustepAlerts()) {}
 
     /// Shows an alert. Returns its content as the host reports it, sorted.
-    std::vector<std::string> contentOf(const std::string& kind, const std::string& title,
-                                       const std::string& body) {
+    std::vector<std::string> showContent(const std::string& kind, const std::string& title,
+                                         const std::string& body) {
         startProgram({DOVREL_GNUSTEP_ALERT_HOST, kind, title, body});
         std::vector<std::string> content;
         for (std::string line = host_->readLine(); !line.empty() && line != "end"; line = host_->readLine())
@@ -21,38 +21,40 @@ class GNUstepAlertTest : public test::AlertTest {
         return content;
     }
 
-    std::vector<std::string> contentOf(const std::string& kind) { return contentOf(kind, "Title", "Body"); }
+    std::vector<std::string> showContent(const std::string& kind) {
+        return showContent(kind, "Title", "Body");
+    }
 };
 
 TEST_F(GNUstepAlertTest, Alert_HoldsTitleBodyAndTheCaptionsOfItsKind) {
     using Lines = std::vector<std::string>;
-    EXPECT_EQ(contentOf("0"), (Lines{"button Fine", "text Body", "text Title"}));
+    EXPECT_EQ(showContent("0"), (Lines{"button Fine", "text Body", "text Title"}));
     EXPECT_TRUE(desktop_.takePicture("alert-gnustep"));
-    EXPECT_EQ(contentOf("1"), (Lines{"button Fine", "button Never mind", "text Body", "text Title"}));
-    EXPECT_EQ(contentOf("2"), (Lines{"button Never mind", "button Once more", "text Body", "text Title"}));
-    EXPECT_EQ(contentOf("7"), (Lines{"button Fine", "text Body", "text Title"}));
+    EXPECT_EQ(showContent("1"), (Lines{"button Fine", "button Never mind", "text Body", "text Title"}));
+    EXPECT_EQ(showContent("2"), (Lines{"button Never mind", "button Once more", "text Body", "text Title"}));
+    EXPECT_EQ(showContent("7"), (Lines{"button Fine", "text Body", "text Title"}));
 }
 
 TEST_F(GNUstepAlertTest, CarriageReturns_AreLineBreaks) {
-    const auto content = contentOf("0", "Title", "One line\rand another\r\r100 % of \"it\"");
+    const auto content = showContent("0", "Title", "One line\rand another\r\r100 % of \"it\"");
     EXPECT_NE(std::find(content.begin(), content.end(), "text One line|and another||100 % of \"it\""),
               content.end())
         << testing::PrintToString(content);
 }
 
 TEST_F(GNUstepAlertTest, TheFirstButton_AnswersRetryOrOK) {
-    contentOf("2");
+    showContent("2");
     EXPECT_EQ(lineAfterClick(0), "answer 11");
-    contentOf("0");
+    showContent("0");
     EXPECT_EQ(lineAfterClick(0), "answer 12");
-    contentOf("1");
+    showContent("1");
     EXPECT_EQ(lineAfterKey("Return"), "answer 12");
 }
 
 TEST_F(GNUstepAlertTest, TheSecondButton_AnswersCancel) {
-    contentOf("2");
+    showContent("2");
     EXPECT_EQ(lineAfterClick(1), "answer 13");
-    contentOf("1");
+    showContent("1");
     EXPECT_EQ(lineAfterClick(1), "answer 13");
 }
 

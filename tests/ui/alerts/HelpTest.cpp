@@ -15,7 +15,7 @@ namespace {
 constexpr char kContents[] = "Applications/Halden Console.app/Contents/";
 constexpr char kHelpFolder[] = "Resources/Helpsystem/";
 
-std::string folderOf(const std::string& language) {
+std::string getFolder(const std::string& language) {
     return kHelpFolder + ("Helpsystem " + language) + " RC MacOSX";
 }
 
@@ -56,11 +56,11 @@ void HelpTest::addHelp() const {
 }
 
 void HelpTest::removeHelp(const std::string& language) const {
-    std::filesystem::remove_all(root_.path(inContents(folderOf(language))));
+    std::filesystem::remove_all(root_.path(inContents(getFolder(language))));
 }
 
 void HelpTest::removeStartPage(const std::string& language) const {
-    EXPECT_TRUE(std::filesystem::remove(root_.path(inContents(folderOf(language) + "/index.html"))));
+    EXPECT_TRUE(std::filesystem::remove(root_.path(inContents(getFolder(language) + "/index.html"))));
 }
 
 void HelpTest::setHelper(const std::string& helper) const {

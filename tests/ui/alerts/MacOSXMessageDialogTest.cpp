@@ -37,13 +37,13 @@ class MacOSXMessageDialogTest : public testing::Test {
     }
 
     /// Runs an alert whose first button is pressed; returns the request that the helper received.
-    nlohmann::json requestOf(const char* title, const char* body, int buttons = 0) {
+    nlohmann::json makeRequest(const char* title, const char* body, int buttons = 0) {
         helper_.follow({kShownEvent, pressedEvent(0)});
         dialog_.showAlert(title, body, buttons, 0);
         return nlohmann::json::parse(helper_.note("request"));
     }
 
-    std::vector<std::string> captionsOf(int buttons) { return requestOf("T", "B", buttons)["buttons"]; }
+    std::vector<std::string> readCaptions(int buttons) { return makeRequest("T", "B", buttons)["buttons"]; }
 
     int answerTo(int pressed, int buttons) {
         helper_.follow({kShownEvent, pressedEvent(pressed)});
@@ -51,7 +51,7 @@ class MacOSXMessageDialogTest : public testing::Test {
     }
 
     /// Shows the alert; returns what was written to the system log during the call.
-    std::string logOf(const char* title, const char* body, int buttons) {
+    std::string captureLog(const char* title, const char* body, int buttons) {
         testing::internal::CaptureStderr();
         answer_ = dialog_.showAlert(title, body, buttons, 0);
         return testing::internal::GetCapturedStderr();
@@ -66,44 +66,44 @@ class MacOSXMessageDialogTest : public testing::Test {
 // Texts and buttons.
 
 TEST_F(MacOSXMessageDialogTest, TitleAndBody_AreThoseGivenAndLinesAreBroken) {
-    const auto request = requestOf("A failure", "One line\rand another\r\r100 % of \"it\"");
+    const auto request = makeRequest("A failure", "One line\rand another\r\r100 % of \"it\"");
     EXPECT_EQ(request["title"], "A failure");
     EXPECT_EQ(request["body"], "One line\nand another\n\n100 % of \"it\"");
 }
 
 TEST_F(MacOSXMessageDialogTest, CarriageReturnAndLineFeed_AreOneLineEnd) {
-    const auto request = requestOf("A\r\nfailure", "One line\r\nand another\r\n\r\nand a last one");
+    const auto request = makeRequest("A\r\nfailure", "One line\r\nand another\r\n\r\nand a last one");
     EXPECT_EQ(request["title"], "A\nfailure");
     EXPECT_EQ(request["body"], "One line\nand another\n\nand a last one");
 }
 
 TEST_F(MacOSXMessageDialogTest, SystemEncoding_IsMacRoman) {
-    const auto request = requestOf("\x8a\x9a\x9f", "\xd2quoted\xd3 \xd0 \xa7");
+    const auto request = makeRequest("\x8a\x9a\x9f", "\xd2quoted\xd3 \xd0 \xa7");
     EXPECT_EQ(request["title"], "\u00e4\u00f6\u00fc");
     EXPECT_EQ(request["body"], "\u201cquoted\u201d \u2013 \u00df");
 }
 
 TEST_F(MacOSXMessageDialogTest, NullTexts_CountAsEmpty) {
-    const auto request = requestOf(nullptr, nullptr);
+    const auto request = makeRequest(nullptr, nullptr);
     EXPECT_EQ(request["title"], "");
     EXPECT_EQ(request["body"], "");
 }
 
 TEST_F(MacOSXMessageDialogTest, Captions_ComeFromTheTextsFirstButtonFirst) {
     using Captions = std::vector<std::string>;
-    EXPECT_EQ(captionsOf(0), (Captions{"Fine"}));
-    EXPECT_EQ(captionsOf(1), (Captions{"Fine", "Never mind"}));
-    EXPECT_EQ(captionsOf(2), (Captions{"Once more", "Never mind"}));
-    EXPECT_EQ(captionsOf(3), (Captions{"Once more", "Never mind"}));
+    EXPECT_EQ(readCaptions(0), (Captions{"Fine"}));
+    EXPECT_EQ(readCaptions(1), (Captions{"Fine", "Never mind"}));
+    EXPECT_EQ(readCaptions(2), (Captions{"Once more", "Never mind"}));
+    EXPECT_EQ(readCaptions(3), (Captions{"Once more", "Never mind"}));
 }
 
 TEST_F(MacOSXMessageDialogTest, OtherKinds_HaveASingleOKButton) {
     for (const int kind : {7, -1, 4, 1000, -2147483647 - 1})
-        EXPECT_EQ(captionsOf(kind), std::vector<std::string>{"Fine"}) << kind;
+        EXPECT_EQ(readCaptions(kind), std::vector<std::string>{"Fine"}) << kind;
 }
 
 TEST_F(MacOSXMessageDialogTest, AnyApplicationButTheManagementApplication_HasNoHelpButton) {
-    EXPECT_EQ(requestOf("T", "B")["help"], false);
+    EXPECT_EQ(makeRequest("T", "B")["help"], false);
 }
 
 // The results of an alert.
@@ -135,7 +135,7 @@ constexpr char kUnshown[] =
 
 TEST_F(MacOSXMessageDialogTest, WithoutAWindowSystem_LogsTheBodyAndAnswers0) {
     unsetenv("DISPLAY");
-    const std::string log = logOf("Title", "The body of it.", 2);
+    const std::string log = captureLog("Title", "The body of it.", 2);
     EXPECT_NE(log.find(std::string(kUnshown) + "\"The body of it.\"\n"), std::string::npos) << log;
     EXPECT_EQ(answer_, 0);
 }
@@ -143,7 +143,7 @@ TEST_F(MacOSXMessageDialogTest, WithoutAWindowSystem_LogsTheBodyAndAnswers0) {
 TEST_F(MacOSXMessageDialogTest, WithAlertsToTheLog_LogsTheBodyAndStartsNoHelper) {
     setenv("POS_ALERTS", "log", 1);
     helper_.follow({kShownEvent, pressedEvent(0)});
-    const std::string log = logOf("Title", "The body of it.", 2);
+    const std::string log = captureLog("Title", "The body of it.", 2);
     EXPECT_NE(log.find(std::string(kUnshown) + "\"The body of it.\"\n"), std::string::npos) << log;
     EXPECT_EQ(answer_, 0);
     EXPECT_EQ(helper_.note("process"), "");
@@ -153,7 +153,7 @@ TEST_F(MacOSXMessageDialogTest, AHelperThatEndsWithoutAnAnswer_LogsTheBodyAndAns
     for (const std::vector<std::string>& commands :
          std::vector<std::vector<std::string>>{{}, {"crash"}, {kShownEvent, "crash"}, {"send nonsense"}}) {
         helper_.follow(commands);
-        const std::string log = logOf("Title", "The body of it.", 2);
+        const std::string log = captureLog("Title", "The body of it.", 2);
         EXPECT_NE(log.find(std::string(kUnshown) + "\"The body of it.\"\n"), std::string::npos) << log;
         EXPECT_EQ(answer_, 0);
     }
@@ -161,14 +161,14 @@ TEST_F(MacOSXMessageDialogTest, AHelperThatEndsWithoutAnAnswer_LogsTheBodyAndAns
 
 TEST_F(MacOSXMessageDialogTest, UnshownNullBody_IsLoggedAsEmpty) {
     unsetenv("DISPLAY");
-    const std::string log = logOf(nullptr, nullptr, 0);
+    const std::string log = captureLog(nullptr, nullptr, 0);
     EXPECT_NE(log.find(std::string(kUnshown) + "\"\"\n"), std::string::npos) << log;
     EXPECT_EQ(answer_, 0);
 }
 
 TEST_F(MacOSXMessageDialogTest, UnshownBodyWithPercentSigns_IsNoFormat) {
     unsetenv("DISPLAY");
-    const std::string log = logOf("Title", "100 %s %@ %n", 0);
+    const std::string log = captureLog("Title", "100 %s %@ %n", 0);
     EXPECT_NE(log.find("\"100 %s %@ %n\"\n"), std::string::npos) << log;
 }
 

@@ -33,7 +33,7 @@ class ReadableAlertTest : public testing::Test {
     }
 
     /// Returns the request that the helper received.
-    nlohmann::json requestOf(const std::string& title, const std::string& body) {
+    nlohmann::json makeRequest(const std::string& title, const std::string& body) {
         MultiLanguageSupport::initialize("English");
         helper_.follow({test::kShownEvent, test::pressedEvent(0)});
         MacOSXMessageDialog().showAlert(title.c_str(), body.c_str(), kAlertButtonsRetryCancel, 0);
@@ -53,13 +53,13 @@ class ReadableAlertTest : public testing::Test {
 };
 
 TEST_F(ReadableAlertTest, TitleAndBodyInUTF8_AreReadable) {
-    const auto request = requestOf("Prüfung", std::string("\"") + kUTF8Name + "\", 日本");
+    const auto request = makeRequest("Prüfung", std::string("\"") + kUTF8Name + "\", 日本");
     EXPECT_EQ(request["title"], "Prüfung");
     EXPECT_EQ(request["body"], "\"Größenprüfer\", 日本");
 }
 
 TEST_F(ReadableAlertTest, TitleAndBodyInMacRoman_AreReadable) {
-    const auto request = requestOf(
+    const auto request = makeRequest(
         "Pr\x9F"
         "fung",
         kMacRomanName);
@@ -68,7 +68,7 @@ TEST_F(ReadableAlertTest, TitleAndBodyInMacRoman_AreReadable) {
 }
 
 TEST_F(ReadableAlertTest, BodyInBothEncodings_IsReadable) {
-    const auto request = requestOf("Title", std::string(kUTF8Name) + ": " + kMacRomanName);
+    const auto request = makeRequest("Title", std::string(kUTF8Name) + ": " + kMacRomanName);
     EXPECT_EQ(request["body"], "Größenprüfer: Größenprüfer");
 }
 
@@ -77,7 +77,7 @@ TEST_F(ReadableAlertTest, CaptionsInEitherEncoding_AreReadable) {
         "R\x8E"
         "essayer",
         "Zurück");
-    const auto request = requestOf("Title", "Body");
+    const auto request = makeRequest("Title", "Body");
     EXPECT_EQ(request["buttons"], (std::vector<std::string>{"Réessayer", "Zurück"}));
 }
 
@@ -90,14 +90,14 @@ class ReadableUnshownAlertTest : public testing::Test {
     }
 
     /// Returns the system log's entry for an alert with that body.
-    static std::string logOf(const std::string& body) {
+    static std::string captureLog(const std::string& body) {
         testing::internal::CaptureStderr();
         MacOSXMessageDialog().showAlert("Title", body.c_str());
         return testing::internal::GetCapturedStderr();
     }
 
     static void expectQuoted(const std::string& body, const std::string& quoted) {
-        const std::string log = logOf(body);
+        const std::string log = captureLog(body);
         EXPECT_NE(log.find("message of the failed dialogue:  \n \"" + quoted + "\"\n"), std::string::npos)
             << log;
     }

@@ -11,7 +11,7 @@
 namespace dovrel {
 namespace {
 
-using test::binaryListOf;
+using test::makeBinaryList;
 using test::textEntry;
 using test::xmlList;
 
@@ -82,9 +82,9 @@ TEST_F(ComponentVersionsTest, BundleOfAnotherIdentifierAtThePath_TellsItsVersion
 }
 
 TEST_F(ComponentVersionsTest, BinaryList_TellsItsVersion) {
-    writeInfo(serverComponent(), binaryListOf("CFBundleVersion", "3.1"));
+    writeInfo(serverComponent(), makeBinaryList("CFBundleVersion", "3.1"));
     EXPECT_EQ(serverVersionText(), "3.1");
-    writeInfo(serverComponent(), binaryListOf("HarlInstallerVersion", "7.1"));
+    writeInfo(serverComponent(), makeBinaryList("HarlInstallerVersion", "7.1"));
     EXPECT_EQ(installerVersion(serverComponent().path), "7.1");
 }
 
@@ -98,7 +98,7 @@ TEST_F(ComponentVersionsTest, LongAndNonAsciiVersions_AreWhole) {
 TEST_F(ComponentVersionsTest, DamagedLists_AreNotAvailable) {
     const std::string xml =
         xmlList(textEntry("CFBundleVersion", "1") + textEntry("HarlInstallerVersion", "2"));
-    const std::string binary = binaryListOf("CFBundleVersion", "1");
+    const std::string binary = makeBinaryList("CFBundleVersion", "1");
     for (const std::string& list :
          {std::string(), xml.substr(0, xml.size() - 20), binary.substr(0, binary.size() - 5),
           binary.substr(0, 20), std::string("<plist version=\"1.0\"><array/></plist>"),

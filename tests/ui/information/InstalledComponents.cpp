@@ -18,7 +18,7 @@ std::string textEntry(const std::string& key, const std::string& value) {
     return "<key>" + key + "</key><string>" + value + "</string>\n";
 }
 
-std::string binaryListOf(const std::string& key, const std::string& value) {
+std::string makeBinaryList(const std::string& key, const std::string& value) {
     return binaryList({dictionaryObject({1}, {2}), asciiObject(key), asciiObject(value)});
 }
 

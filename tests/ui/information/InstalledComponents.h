@@ -15,7 +15,7 @@ std::string xmlList(const std::string& entries);
 std::string textEntry(const std::string& key, const std::string& value);
 
 /// Returns a dictionary with one text in the binary format.
-std::string binaryListOf(const std::string& key, const std::string& value);
+std::string makeBinaryList(const std::string& key, const std::string& value);
 
 class InstalledComponents : public testing::Test {
   protected:

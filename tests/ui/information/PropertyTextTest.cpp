@@ -8,13 +8,13 @@
 namespace dovrel {
 namespace {
 
-using test::binaryListOf;
+using test::makeBinaryList;
 using test::textEntry;
 using test::xmlList;
 
 class PropertyTextTest : public testing::Test {
   protected:
-    std::optional<std::string> textOf(const std::string& list) const {
+    std::optional<std::string> toText(const std::string& list) const {
         folder_.write("list", list);
         return textInPropertyList(folder_.path("list"), "key");
     }
@@ -23,37 +23,37 @@ class PropertyTextTest : public testing::Test {
 };
 
 TEST_F(PropertyTextTest, EveryForm_IsRead) {
-    EXPECT_EQ(textOf(xmlList(textEntry("key", "10.6.8"))), "10.6.8");
-    EXPECT_EQ(textOf(binaryListOf("key", "10.6.8")), "10.6.8");
-    EXPECT_EQ(textOf("{ key = \"10.6.8\"; }"), "10.6.8");
+    EXPECT_EQ(toText(xmlList(textEntry("key", "10.6.8"))), "10.6.8");
+    EXPECT_EQ(toText(makeBinaryList("key", "10.6.8")), "10.6.8");
+    EXPECT_EQ(toText("{ key = \"10.6.8\"; }"), "10.6.8");
 }
 
 TEST_F(PropertyTextTest, TextsOutsideAscii_AreUtf8) {
-    EXPECT_EQ(textOf(xmlList(textEntry("key",
+    EXPECT_EQ(toText(xmlList(textEntry("key",
                                        "Gr\xC3\xBC\xC3\x9F"
                                        "e &amp; \xE6\x97\xA5"))),
               "Gr\xC3\xBC\xC3\x9F"
               "e & \xE6\x97\xA5");
-    EXPECT_EQ(textOf(test::binaryList({test::dictionaryObject({1}, {2}), test::asciiObject("key"),
+    EXPECT_EQ(toText(test::binaryList({test::dictionaryObject({1}, {2}), test::asciiObject("key"),
                                        test::utf16Object(std::string("\xD8\x3D\xDE\0", 4))})),
               std::string("\xF0\x9F\x98\x80"));
 }
 
 TEST_F(PropertyTextTest, HalfASurrogatePair_IsNothing) {
-    EXPECT_EQ(textOf(test::binaryList({test::dictionaryObject({1}, {2}), test::asciiObject("key"),
+    EXPECT_EQ(toText(test::binaryList({test::dictionaryObject({1}, {2}), test::asciiObject("key"),
                                        test::utf16Object(std::string("\0a\xD8\x3D", 4))})),
               std::nullopt);
 }
 
 TEST_F(PropertyTextTest, TextsOfAnyLength_AreWhole) {
-    EXPECT_EQ(textOf(xmlList(textEntry("key", ""))), "");
+    EXPECT_EQ(toText(xmlList(textEntry("key", ""))), "");
     const std::string longText(300000, 'x');
-    EXPECT_EQ(textOf(xmlList(textEntry("key", longText))), longText);
-    EXPECT_EQ(textOf(binaryListOf("key", longText)), longText);
+    EXPECT_EQ(toText(xmlList(textEntry("key", longText))), longText);
+    EXPECT_EQ(toText(makeBinaryList("key", longText)), longText);
 }
 
 TEST_F(PropertyTextTest, OtherKey_IsNothing) {
-    EXPECT_EQ(textOf(xmlList(textEntry("Key", "x"))), std::nullopt);
+    EXPECT_EQ(toText(xmlList(textEntry("Key", "x"))), std::nullopt);
 }
 
 TEST_F(PropertyTextTest, ValuesThatAreNotStrings_AreFormattedAsThePlatformShowsObjects) {
@@ -66,17 +66,17 @@ TEST_F(PropertyTextTest, ValuesThatAreNotStrings_AreFormattedAsThePlatformShowsO
         {"<data>AQID</data>", "<010203>"},
     };
     for (const auto& [value, text] : formatted)
-        EXPECT_EQ(textOf(xmlList(std::string("<key>key</key>") + value)), text) << value;
-    const auto date = textOf(xmlList("<key>key</key><date>2001-02-03T04:05:06Z</date>"));
+        EXPECT_EQ(toText(xmlList(std::string("<key>key</key>") + value)), text) << value;
+    const auto date = toText(xmlList("<key>key</key><date>2001-02-03T04:05:06Z</date>"));
     ASSERT_TRUE(date);
     EXPECT_EQ(date->substr(0, 10), "2001-02-03") << "the form of the time is each Foundation's own";
     const auto list =
-        textOf(xmlList("<key>key</key><array><string>one</string><integer>2</integer></array>"));
+        toText(xmlList("<key>key</key><array><string>one</string><integer>2</integer></array>"));
     ASSERT_TRUE(list);
     EXPECT_EQ(list->front(), '(');
     EXPECT_LT(list->find("one"), list->find('2'));
     const auto dictionary =
-        textOf(xmlList("<key>key</key><dict><key>name</key><string>value</string></dict>"));
+        toText(xmlList("<key>key</key><dict><key>name</key><string>value</string></dict>"));
     ASSERT_TRUE(dictionary);
     EXPECT_EQ(dictionary->front(), '{');
     EXPECT_NE(dictionary->find("name = value;"), std::string::npos);
@@ -84,25 +84,25 @@ TEST_F(PropertyTextTest, ValuesThatAreNotStrings_AreFormattedAsThePlatformShowsO
 
 TEST_F(PropertyTextTest, ValuesOfBinaryLists_AreFormattedLikeThoseOfXml) {
     EXPECT_EQ(
-        textOf(test::binaryList({test::dictionaryObject({1}, {2}), test::asciiObject("key"), "\x10\x2A"})),
+        toText(test::binaryList({test::dictionaryObject({1}, {2}), test::asciiObject("key"), "\x10\x2A"})),
         "42");
 }
 
 TEST_F(PropertyTextTest, ListCutAnywhere_IsNothing) {
-    for (const std::string& whole : {xmlList(textEntry("key", "10.6.8")), binaryListOf("key", "10.6.8")}) {
+    for (const std::string& whole : {xmlList(textEntry("key", "10.6.8")), makeBinaryList("key", "10.6.8")}) {
         // The line feed after the XML document is not part of it.
         for (size_t length = 0; length < whole.size() - 1; ++length)
-            EXPECT_EQ(textOf(whole.substr(0, length)), std::nullopt) << length << " bytes of " << whole;
+            EXPECT_EQ(toText(whole.substr(0, length)), std::nullopt) << length << " bytes of " << whole;
     }
 }
 
 TEST_F(PropertyTextTest, ListsThatAreNoDictionary_AreNothing) {
-    EXPECT_EQ(textOf("<plist version=\"1.0\"><array><string>key</string></array></plist>"), std::nullopt);
-    EXPECT_EQ(textOf(test::binaryList({test::asciiObject("key")})), std::nullopt);
-    EXPECT_EQ(textOf("key"), std::nullopt);
-    EXPECT_EQ(textOf("these are just some words"), std::nullopt);
-    EXPECT_EQ(textOf(std::string(1000, '\xFF')), std::nullopt);
-    EXPECT_EQ(textOf(std::string(1000, '\0')), std::nullopt);
+    EXPECT_EQ(toText("<plist version=\"1.0\"><array><string>key</string></array></plist>"), std::nullopt);
+    EXPECT_EQ(toText(test::binaryList({test::asciiObject("key")})), std::nullopt);
+    EXPECT_EQ(toText("key"), std::nullopt);
+    EXPECT_EQ(toText("these are just some words"), std::nullopt);
+    EXPECT_EQ(toText(std::string(1000, '\xFF')), std::nullopt);
+    EXPECT_EQ(toText(std::string(1000, '\0')), std::nullopt);
 }
 
 TEST_F(PropertyTextTest, NoFileOrAFolder_IsNothing) {

@@ -35,9 +35,9 @@ const std::map<std::string, std::function<void()>> kFunctions = {
 class ReportPoolsTest : public test::InstalledComponents {
    protected:
     ReportPoolsTest() {
-        writeSystemVersion(test::binaryListOf("ProductName", "Mac OS X"));
+        writeSystemVersion(test::makeBinaryList("ProductName", "Mac OS X"));
         installAll("7.0");
-        writeInfo(serverComponent(), test::binaryListOf("CFBundleVersion", "1"));
+        writeInfo(serverComponent(), test::makeBinaryList("CFBundleVersion", "1"));
         writeInfo(siblingComponent(), "{ CFBundleVersion = 1; }");
         writeInfo(managementComponent(), "bplist00");
     }

@@ -1,4 +1,4 @@
-#include "portability/transport/ImageMemory.h"
+#include "portability/transport/MessageMemory.h"
 
 #include <gtest/gtest.h>
 
@@ -9,35 +9,35 @@ using namespace portability;
 
 namespace {
 
-bool appendText(ImageMemory& memory, const std::string& text) {
+bool appendText(MessageMemory& memory, const std::string& text) {
     uint8_t* place = memory.append(text.size());
     if (place != nullptr) std::memcpy(place, text.data(), text.size());
     return place != nullptr;
 }
 
-std::string textOf(const ImageMemory& memory) {
+std::string toText(const MessageMemory& memory) {
     return std::string(reinterpret_cast<const char*>(memory.data()), memory.size());
 }
 
-const uint8_t* bytesOf(const std::string& text) {
+const uint8_t* toBytes(const std::string& text) {
     return reinterpret_cast<const uint8_t*>(text.data());
 }
 
 }  // namespace
 
-TEST(ImageMemory, Append_ContentSurvivesEveryMove) {
-    ImageMemory memory;
+TEST(MessageMemory, Append_ContentSurvivesEveryMove) {
+    MessageMemory memory;
     std::string expected;
     for (int i = 0; i < 300; ++i) {
         const std::string piece(static_cast<size_t>(i * 3), static_cast<char>('a' + i % 26));
         ASSERT_TRUE(appendText(memory, piece));
         expected += piece;
-        ASSERT_TRUE(textOf(memory) == expected) << i;
+        ASSERT_TRUE(toText(memory) == expected) << i;
     }
 }
 
-TEST(ImageMemory, SharedMemory_BeginsWhereFramesEnd) {
-    ImageMemory memory;
+TEST(MessageMemory, SharedMemory_BeginsWhereFramesEnd) {
+    MessageMemory memory;
     appendText(memory, std::string(kLargestInlineImage, 'x'));
     EXPECT_EQ(memory.block(), nullptr);
     appendText(memory, "y");
@@ -45,36 +45,36 @@ TEST(ImageMemory, SharedMemory_BeginsWhereFramesEnd) {
     EXPECT_EQ(memory.block()->data(), memory.data());
 }
 
-TEST(ImageMemory, Append_BeyondTheLargestImage_IsRefusedAndChangesNothing) {
-    ImageMemory memory;
+TEST(MessageMemory, Append_BeyondTheLargestImage_IsRefusedAndChangesNothing) {
+    MessageMemory memory;
     appendText(memory, "abc");
-    EXPECT_EQ(memory.append(kLargestImage), nullptr);
+    EXPECT_EQ(memory.append(kLargestMessage), nullptr);
     EXPECT_EQ(memory.append(SIZE_MAX), nullptr);
-    EXPECT_EQ(textOf(memory), "abc");
+    EXPECT_EQ(toText(memory), "abc");
 }
 
-TEST(ImageMemory, View_IsNotCopiedUntilItIsChanged) {
+TEST(MessageMemory, View_IsNotCopiedUntilItIsChanged) {
     const std::string text = "somebody else's";
-    ImageMemory memory(bytesOf(text), text.size());
-    EXPECT_EQ(memory.data(), bytesOf(text));
+    MessageMemory memory(toBytes(text), text.size());
+    EXPECT_EQ(memory.data(), toBytes(text));
     appendText(memory, "!");
-    EXPECT_NE(memory.data(), bytesOf(text));
-    EXPECT_EQ(textOf(memory), "somebody else's!");
+    EXPECT_NE(memory.data(), toBytes(text));
+    EXPECT_EQ(toText(memory), "somebody else's!");
     EXPECT_EQ(text, "somebody else's");
 }
 
-TEST(ImageMemory, View_LetsGoOfItsKeeperWhenItIsCopied) {
+TEST(MessageMemory, View_LetsGoOfItsKeeperWhenItIsCopied) {
     const std::string text(100, 'v');
     auto keeper = std::make_shared<int>(1);
-    ImageMemory memory(bytesOf(text), text.size(), keeper);
+    MessageMemory memory(toBytes(text), text.size(), keeper);
     EXPECT_EQ(keeper.use_count(), 2);
     ASSERT_NE(memory.writable(), nullptr);
     EXPECT_EQ(keeper.use_count(), 1);
-    EXPECT_EQ(textOf(memory), text);
+    EXPECT_EQ(toText(memory), text);
 }
 
-TEST(ImageMemory, BlockThatSomebodyElseHolds_IsCopiedBeforeAChange) {
-    ImageMemory memory;
+TEST(MessageMemory, BlockThatSomebodyElseHolds_IsCopiedBeforeAChange) {
+    MessageMemory memory;
     appendText(memory, std::string(50000, 'x'));
     const std::shared_ptr<SharedBlock> held = memory.block();
     uint8_t* bytes = memory.writable();
@@ -82,22 +82,22 @@ TEST(ImageMemory, BlockThatSomebodyElseHolds_IsCopiedBeforeAChange) {
     EXPECT_NE(memory.block(), held);
     bytes[0] = 'y';
     EXPECT_EQ(held->data()[0], 'x');
-    EXPECT_EQ(textOf(memory), "y" + std::string(49999, 'x'));
+    EXPECT_EQ(toText(memory), "y" + std::string(49999, 'x'));
 }
 
-TEST(ImageMemory, BlockOfItsOwn_IsChangedInPlace) {
-    ImageMemory memory;
+TEST(MessageMemory, BlockOfItsOwn_IsChangedInPlace) {
+    MessageMemory memory;
     appendText(memory, std::string(50000, 'x'));
     const uint8_t* before = memory.data();
     EXPECT_EQ(memory.writable(), before);
 }
 
-TEST(ImageMemory, Erase_ClosesTheGap) {
-    ImageMemory memory;
+TEST(MessageMemory, Erase_ClosesTheGap) {
+    MessageMemory memory;
     appendText(memory, "abcdefgh");
     ASSERT_NE(memory.writable(), nullptr);
     memory.erase(2, 3);
-    EXPECT_EQ(textOf(memory), "abfgh");
+    EXPECT_EQ(toText(memory), "abfgh");
     memory.erase(3, 2);
-    EXPECT_EQ(textOf(memory), "abf");
+    EXPECT_EQ(toText(memory), "abf");
 }

@@ -1,4 +1,4 @@
-#include "portability/transport/ImageMemory.h"
+#include "portability/transport/MessageMemory.h"
 
 #include <algorithm>
 #include <cstring>
@@ -6,29 +6,29 @@
 
 namespace portability {
 
-ImageMemory::ImageMemory(const uint8_t* bytes, size_t size, std::shared_ptr<const void> keeper)
+MessageMemory::MessageMemory(const uint8_t* bytes, size_t size, std::shared_ptr<const void> keeper)
     : data_(bytes), size_(size), capacity_(0), keeper_(std::move(keeper)) {}
 
 // Returns whether the image may be changed in place. If a connection still refers to the block, a receiver
 // may be reading it.
-bool ImageMemory::isOwn() const {
+bool MessageMemory::isOwn() const {
     return capacity_ != 0 && (block_ == nullptr || block_.use_count() == 1);
 }
 
-uint8_t* ImageMemory::writable() {
+uint8_t* MessageMemory::writable() {
     if (!isOwn() && !own(size_)) return nullptr;
     return const_cast<uint8_t*>(data_);
 }
 
-uint8_t* ImageMemory::append(size_t count) {
-    if (count > kLargestImage - size_) return nullptr;
+uint8_t* MessageMemory::append(size_t count) {
+    if (count > kLargestMessage - size_) return nullptr;
     if ((!isOwn() || capacity_ - size_ < count) && !own(size_ + count)) return nullptr;
     uint8_t* place = const_cast<uint8_t*>(data_) + size_;
     size_ += count;
     return place;
 }
 
-void ImageMemory::erase(size_t offset, size_t count) {
+void MessageMemory::erase(size_t offset, size_t count) {
     uint8_t* place = const_cast<uint8_t*>(data_) + offset;
     std::memmove(place, place + count, size_ - offset - count);
     size_ -= count;
@@ -36,7 +36,7 @@ void ImageMemory::erase(size_t offset, size_t count) {
 
 // Moves the image to memory that this object owns, with room for at least `needed` bytes. Returns false if
 // memory runs out.
-bool ImageMemory::own(size_t needed) {
+bool MessageMemory::own(size_t needed) {
     std::unique_ptr<uint8_t[]> heap;
     std::shared_ptr<SharedBlock> block;
     uint8_t* place = small_.data();
@@ -44,7 +44,8 @@ bool ImageMemory::own(size_t needed) {
     if (needed > kLargestInlineImage) {
         // An image that has outgrown its block is likely to grow in many small steps. The spare room keeps
         // the number of copies low.
-        block = SharedBlock::take(block_ == nullptr ? needed : std::min(needed + needed / 2, kLargestImage));
+        block =
+            SharedBlock::take(block_ == nullptr ? needed : std::min(needed + needed / 2, kLargestMessage));
         if (block == nullptr) return false;
         place = block->data();
         capacity = block->capacity();

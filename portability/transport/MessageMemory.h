@@ -11,7 +11,7 @@
 namespace portability {
 
 /// The largest image, in bytes. Both sender and receiver reject larger ones.
-constexpr size_t kLargestImage = size_t{1} << 30;
+constexpr size_t kLargestMessage = size_t{1} << 30;
 
 /// Images up to this size, in bytes, are sent inside their frame. Larger images are in shared memory from the
 /// start, so that sending does not copy them.
@@ -20,16 +20,16 @@ constexpr size_t kLargestInlineImage = size_t{16} << 10;
 /// The bytes of one message (its image). Small images are stored in the object itself, larger ones on the
 /// heap, and the largest in a shared block. The object can also be a view of memory that it does not own;
 /// such bytes are copied before the first change. Not thread-safe: one thread at a time.
-class ImageMemory {
+class MessageMemory {
   public:
-    ImageMemory() = default;
+    MessageMemory() = default;
 
     /// Makes a view of `size` bytes. They must stay valid while `keeper` is held, or, without a keeper, while
     /// this object is used.
-    ImageMemory(const uint8_t* bytes, size_t size, std::shared_ptr<const void> keeper = nullptr);
+    MessageMemory(const uint8_t* bytes, size_t size, std::shared_ptr<const void> keeper = nullptr);
 
-    ImageMemory(const ImageMemory&) = delete;
-    ImageMemory& operator=(const ImageMemory&) = delete;
+    MessageMemory(const MessageMemory&) = delete;
+    MessageMemory& operator=(const MessageMemory&) = delete;
 
     const uint8_t* data() const { return data_; }
     size_t size() const { return size_; }
@@ -39,7 +39,7 @@ class ImageMemory {
     const std::shared_ptr<SharedBlock>& block() const { return block_; }
 
     /// Adds `count` bytes at the end and returns their address. The caller fills them. Returns null, and
-    /// changes nothing, if memory runs out or the image would become larger than kLargestImage.
+    /// changes nothing, if memory runs out or the image would become larger than kLargestMessage.
     uint8_t* append(size_t count);
 
     /// Returns the bytes, which the caller may change. Copies them first if this object does not own them.
@@ -63,7 +63,7 @@ class ImageMemory {
     std::shared_ptr<const void> keeper_;
 };
 
-/// Copies `size` bytes (at most kLargestImage) to shared memory. Returns null if shared memory runs out.
+/// Copies `size` bytes (at most kLargestMessage) to shared memory. Returns null if shared memory runs out.
 std::shared_ptr<SharedBlock> copyToBlock(const uint8_t* bytes, size_t size);
 
 }  // namespace portability
