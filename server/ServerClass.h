@@ -38,7 +38,7 @@ class ServerClass {
 
     /// Returns the identifier that clients use for the class. By default it is the
     /// name padded with zero bytes.
-    virtual Identifier identifier() const { return identifierOfName(name()); }
+    virtual Identifier identifier() const { return identifierFromName(name()); }
 
     /// Returns the names of the methods, in the order in which they are shown.
     virtual std::vector<std::string> methods() const = 0;
@@ -48,7 +48,7 @@ class ServerClass {
     virtual std::unique_ptr<ServerObject> instantiate(UserMessage& message) const = 0;
 
     /// Returns the name padded with zero bytes to 16 bytes. A longer name is truncated.
-    static Identifier identifierOfName(const std::string& name);
+    static Identifier identifierFromName(const std::string& name);
 
   protected:
     ServerClass() = default;

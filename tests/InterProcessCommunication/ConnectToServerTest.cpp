@@ -41,7 +41,7 @@ TEST_F(ConnectToServerTest, RunningServerThatAnswersTheFirstHandshake_IsUsedWith
     answerAlways("awake");
     launchesEndWith(noErr);
     EXPECT_EQ(connect(), 0);
-    EXPECT_EQ(countOfSent('waCl'), 1);
+    EXPECT_EQ(countSent('waCl'), 1);
     EXPECT_TRUE(platform.launches.empty());
     EXPECT_TRUE(platform.sleeps.empty());
     EXPECT_EQ(console, "");
@@ -57,7 +57,7 @@ TEST_F(ConnectToServerTest, ServerThatDoesNotRun_IsLaunchedThenWoken) {
     answerAlways("awake");
     EXPECT_EQ(connect(), 0);
     EXPECT_EQ(platform.launches.size(), 1u);
-    EXPECT_EQ(countOfSent('waCl'), 1);
+    EXPECT_EQ(countSent('waCl'), 1);
     EXPECT_EQ(console, "");
 }
 
@@ -88,7 +88,7 @@ TEST_F(ConnectToServerTest, RunningServerThatNeverAnswers_IsWokenTenTimesAndThen
     failAlways(errAETimeout);
     launchesEndWith(noErr);
     EXPECT_EQ(connect(), 43);
-    EXPECT_EQ(countOfSent('waCl'), 50);
+    EXPECT_EQ(countSent('waCl'), 50);
     EXPECT_EQ(platform.sleeps, std::vector<unsigned>(9, 100));
     EXPECT_TRUE(platform.launches.empty());
     EXPECT_EQ(console, launchFailureBlock("-1712"));
@@ -133,7 +133,7 @@ TEST_F(ConnectToServerTest, ServerThatStartsLate_IsFoundInALaterPass) {
     };
     EXPECT_EQ(connect(), 0);
     EXPECT_EQ(platform.launches.size(), 3u);
-    EXPECT_EQ(countOfSent('waCl'), 8);
+    EXPECT_EQ(countSent('waCl'), 8);
     // The passes: two failed launches, a launch with five handshakes, and a wake-up
     // with a reply to its third event.
     EXPECT_EQ(platform.sleeps.size(), 3u);
@@ -162,7 +162,7 @@ TEST_F(ConnectToServerTest, RememberedError_IsThatOfTheLastPass) {
     failAlways(connectionInvalid);
     EXPECT_EQ(connect(), 43);
     EXPECT_EQ(platform.launches.size(), 9u);
-    EXPECT_EQ(countOfSent('waCl'), 10);
+    EXPECT_EQ(countSent('waCl'), 10);
     EXPECT_EQ(console, launchFailureBlock("-609"));
 }
 
@@ -194,7 +194,7 @@ TEST_F(ConnectToServerTest, ServerThatAnswersWithoutADirectParameter_IsNotAwake)
     serverRuns();
     answerAlways(std::nullopt);
     EXPECT_EQ(connect(), 43);
-    EXPECT_EQ(countOfSent('waCl'), 10);
+    EXPECT_EQ(countSent('waCl'), 10);
     EXPECT_EQ(console, launchFailureBlock("-1701"));
 }
 

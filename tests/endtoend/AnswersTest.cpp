@@ -24,7 +24,7 @@ class Answers : public InSession {
         console.stop();
         EXPECT_EQ(answered.status, POS_FAILURE);
         EXPECT_EQ(answered.bytes, "");
-        EXPECT_EQ(countAlerts(console, texts_.failureBody("End to end", message, kUnrecoverable)), 1u)
+        EXPECT_EQ(countFailures(console, message, kUnrecoverable), 1u)
             << fault << details << console.systemLog();
         EXPECT_EQ(alerts(console), 1u);
         EXPECT_EQ(countInServerLog(" call method"), callsBefore + 1) << "it was sent once";

@@ -222,7 +222,7 @@ TEST_F(ExchangesTest, Configure_PutsProblemsIntoTheLogAndGoesOn) {
     EXPECT_NE(logText().find("settings: there is no setting \"nonsense\"\n"), std::string::npos);
     EXPECT_NE(logText().find("settings: a class has no name\n"), std::string::npos);
     EXPECT_TRUE(state_.settings.checkClasses);
-    EXPECT_NE(state_.classes.find(ServerClass::identifierOfName("Scanner")), nullptr);
+    EXPECT_NE(state_.classes.find(ServerClass::identifierFromName("Scanner")), nullptr);
 }
 
 TEST_F(ExchangesTest, Control_OfLinesThatItDoesNotUnderstand_CountsThemAsProblems) {
@@ -259,7 +259,7 @@ TEST_F(ExchangesTest, Control_OfAnyBytes_NeverFails) {
 // The reply to a call of a class whose method runs `fail`. The server must then work as before.
 class ExceptionsOfClassesTest : public ExchangesTest {
   protected:
-    Reply replyOfFailingMethod(FailingClass::Action fail) {
+    Reply callFailingMethod(FailingClass::Action fail) {
         state_.classes.add(std::make_shared<FailingClass>(std::move(fail)));
         session_ = readReply(send(registerRequest("Demo"))).number(posField::kSession);
         object_ = readReply(send(instantiateRequest(session_, "Failing"))).data(posField::kObject);
@@ -270,7 +270,7 @@ class ExceptionsOfClassesTest : public ExchangesTest {
 
     void expectMethodFailure(const FailingClass::Action& fail, const std::string& message) {
         const std::string text = "the method \"fail\" of the class Failing let an exception out: " + message;
-        const Reply reply = replyOfFailingMethod(fail);
+        const Reply reply = callFailingMethod(fail);
         EXPECT_EQ(reply.code(), 28u);
         EXPECT_EQ(reply.text(), text);
         EXPECT_EQ(reply.command(), 14u);
@@ -322,7 +322,7 @@ TEST_F(ExceptionsOfClassesTest, ExceptionElsewhereInAClass_IsAnsweredAndLogged) 
 }
 
 TEST_F(ExceptionsOfClassesTest, Refusal_IsNoFaultAndLeavesNoLog) {
-    const Reply reply = replyOfFailingMethod([] { throw Refusal{28, "no"}; });
+    const Reply reply = callFailingMethod([] { throw Refusal{28, "no"}; });
     EXPECT_EQ(reply.text(), "no");
     EXPECT_NE(access(folder_.path("Merrowd.log").c_str(), F_OK), 0);
 }

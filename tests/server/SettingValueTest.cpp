@@ -58,7 +58,7 @@ TEST(SettingValue, SetChoice_TakesANameAndNamesThemAllWhereItIsNone) {
         setChoice(chosen, kChoices, "Two");
         FAIL();
     } catch (const UnfitValue& unfit) {
-        EXPECT_EQ(problemOfValue("key", "Two", unfit),
+        EXPECT_EQ(describeProblem("key", "Two", unfit),
                   "the value \"Two\" of \"key\" does not fit; expected one of one, two");
     }
 }

@@ -11,7 +11,7 @@
 namespace dovrel {
 namespace {
 
-chaCha20::Key keyOfCountingBytes() {
+chaCha20::Key makeCountingKey() {
     chaCha20::Key key{};
     std::iota(key.begin(), key.end(), uint8_t{0});
     return key;
@@ -24,7 +24,7 @@ std::string toText(const chaCha20::Block& block) {
 // Section 2.3.2.
 TEST(ChaCha20, KeyStreamBlock_CountingKey_GivesThePublishedBlock) {
     const chaCha20::Nonce nonce{0, 0, 0, 9, 0, 0, 0, 0x4A, 0, 0, 0, 0};
-    EXPECT_EQ(toText(chaCha20::keyStreamBlock(keyOfCountingBytes(), 1, nonce)),
+    EXPECT_EQ(toText(chaCha20::keyStreamBlock(makeCountingKey(), 1, nonce)),
               decodeHexText("10f1e7e4d13b5915500fdd1fa32071c4c7d1f4c733c068030422aa9ac3d46c4e"
                             "d2826446079faa0914c2d705d98b02a2b5129cd1de164eb9cbd083e8a2503c4e"));
 }
@@ -69,8 +69,8 @@ TEST(ChaCha20, Apply_PublishedText_GivesThePublishedBytesAndBack) {
         "f91b65c5524733ab8f593dabcd62b3571639d624e65152ab8f530c359f0861d8"
         "07ca0dbf500d6a6156a38e088a22b65e52bc514d16ccf806818ce91ab7793736"
         "5af90bbf74a35be6b40b8eedf2785e42874d");
-    EXPECT_EQ(chaCha20::apply(keyOfCountingBytes(), 1, nonce, text), bytes);
-    EXPECT_EQ(chaCha20::apply(keyOfCountingBytes(), 1, nonce, bytes), text);
+    EXPECT_EQ(chaCha20::apply(makeCountingKey(), 1, nonce, text), bytes);
+    EXPECT_EQ(chaCha20::apply(makeCountingKey(), 1, nonce, bytes), text);
 }
 
 TEST(ChaCha20, Apply_EmptyText_IsEmpty) {

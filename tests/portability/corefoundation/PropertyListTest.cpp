@@ -35,7 +35,7 @@ const std::string kBinary(
 
 class PropertyList : public testing::Test {
   protected:
-    std::string valueOfA(const std::string& content) {
+    std::string parseValueA(const std::string& content) {
         folder_.write("list", content);
         const Held<CFDictionaryRef> dictionary(copyDictionary(folder_.path("list")));
         return toText(stringValue(dictionary.get(), CFSTR("a")));
@@ -66,9 +66,9 @@ class PropertyList : public testing::Test {
 }  // namespace
 
 TEST_F(PropertyList, Read_AllThreeForms_GivesTheSame) {
-    EXPECT_EQ(valueOfA("<plist version=\"1.0\"><dict><key>a</key><string>b</string></dict></plist>"), "b");
-    EXPECT_EQ(valueOfA(kBinary), "b");
-    EXPECT_EQ(valueOfA("{ a = b; }"), "b");
+    EXPECT_EQ(parseValueA("<plist version=\"1.0\"><dict><key>a</key><string>b</string></dict></plist>"), "b");
+    EXPECT_EQ(parseValueA(kBinary), "b");
+    EXPECT_EQ(parseValueA("{ a = b; }"), "b");
 }
 
 TEST_F(PropertyList, Read_EveryKindOfValueInXML_IsAnObject) {

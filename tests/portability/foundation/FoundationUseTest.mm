@@ -43,7 +43,7 @@ bool ignoresBrokenPipes() {
     return action.sa_handler == SIG_IGN;
 }
 
-std::string localeOfCharacters() { return std::setlocale(LC_CTYPE, nullptr); }
+std::string currentCharacterLocale() { return std::setlocale(LC_CTYPE, nullptr); }
 
 // Creates an autorelease pool in the same way as the code of a host.
 void useAsAHost() {
@@ -115,14 +115,14 @@ TEST(FoundationUse, InPoolsOfSeveralThreads_LeavesWhatBelongsToTheHost) {
 TEST(FoundationUse, ByTheHostItself_ChangesWhatFoundationWants) {
     EXPECT_TRUE(isTrueInAFreshProcess([] {
         useAsAHost();
-        return ignoresBrokenPipes() && localeOfCharacters() == kLocale;
+        return ignoresBrokenPipes() && currentCharacterLocale() == kLocale;
     }));
 }
 
 TEST(FoundationUse, ByTheHostItselfBesideAPool_ChangesWhatFoundationWants) {
     EXPECT_TRUE(isTrueInAFreshProcess([] {
         useInPool([] { std::thread(useAsAHost).join(); });
-        return localeOfCharacters() == kLocale;
+        return currentCharacterLocale() == kLocale;
     }));
 }
 
@@ -130,7 +130,7 @@ TEST(FoundationUse, ByTheHostItselfAfterAPool_ChangesWhatFoundationWants) {
     EXPECT_TRUE(isTrueInAFreshProcess([] {
         useInPool([] {});
         useAsAHost();
-        return localeOfCharacters() == kLocale;
+        return currentCharacterLocale() == kLocale;
     }));
 }
 

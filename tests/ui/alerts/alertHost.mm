@@ -61,7 +61,7 @@ bool hasWindowLibrary() {
     return false;
 }
 
-std::vector<std::string> argumentsOfProcess() {
+std::vector<std::string> readProcessArguments() {
     NSArray* const arguments = [[NSProcessInfo processInfo] arguments];
     std::vector<std::string> texts;
     for (NSUInteger index = 0; index < [arguments count]; ++index)
@@ -102,13 +102,13 @@ void setSignals() {
 }
 
 int runState(const Arguments& arguments, const dovrel::test::HostState& before) {
-    const std::vector<std::string> argumentsBefore = argumentsOfProcess();
+    const std::vector<std::string> argumentsBefore = readProcessArguments();
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
     [[[NSObject alloc] init] autorelease];
     show(arguments, 0);
     if ([pool autoreleaseCount] != 1) tell("changed the host's pool");
     [pool release];
-    if (argumentsOfProcess() != argumentsBefore) tell("changed the arguments");
+    if (readProcessArguments() != argumentsBefore) tell("changed the arguments");
     for (const std::string& change : before.changes()) tell("changed " + change);
     tell("end");
     return 0;
