@@ -73,8 +73,8 @@ class POSAccessUIDialogHandler {
     bool reportRegistrationFailure(std::unique_ptr<CPPException> failure,
                                    const char* applicationName) noexcept;
 
-    /// Allocates the memory that completeRegistration needs, so that completeRegistration cannot fail. To be
-    /// called before a registration is sent. Throws std::bad_alloc.
+    /// Allocates the memory that completeRegistration needs, so that completeRegistration cannot fail. Call it
+    /// before the registration is sent. Throws std::bad_alloc.
     void prepareRegistration(const char* applicationName);
 
     /// Records that the application is registered: its name becomes the current one. The server's messages
