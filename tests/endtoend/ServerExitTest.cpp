@@ -1,4 +1,4 @@
-// A server that is ending keeps no host from its successor.
+// A server that is ending does not prevent hosts from launching the next one.
 #include <signal.h>
 #include <sys/ptrace.h>
 #include <sys/wait.h>
