@@ -65,7 +65,7 @@ TEST_F(BSDProcessListTest, FailedSizeQuery_IsItsErrorNumberAndNoList) {
     EXPECT_EQ(platform.queries, 1);
 }
 
-TEST_F(BSDProcessListTest, OutOfMemoryInTheSizeQuery_IsNoReasonToTryAgain) {
+TEST_F(BSDProcessListTest, OutOfMemoryInTheSizeQuery_DoesNotCauseAnotherAttempt) {
     platform.queryErrors = {{1, ENOMEM}};
     EXPECT_EQ(getList(), ENOMEM);
     EXPECT_EQ(platform.queries, 1);

@@ -35,7 +35,7 @@ class ConnectToServerTest : public test::ChannelFixture {
     std::string console;
 };
 
-TEST_F(ConnectToServerTest, RunningServerThatAnswersTheFirstHandshake_IsUsedWithoutALaunch) {
+TEST_F(ConnectToServerTest, RunningServerThatRepliesToTheFirstHandshake_IsUsedWithoutALaunch) {
     install();
     serverRuns();
     answerAlways("awake");
@@ -82,7 +82,7 @@ TEST_F(ConnectToServerTest, FailedFolderLookup_IsItsErrorWithTheNotFoundBlock) {
     EXPECT_EQ(console, kNotFoundBlock);
 }
 
-TEST_F(ConnectToServerTest, RunningServerThatNeverAnswers_IsWokenTenTimesAndThenGivenUpWith43) {
+TEST_F(ConnectToServerTest, RunningServerThatNeverReplies_IsWokenTenTimesAndThenGivenUpWith43) {
     install();
     serverRuns();
     failAlways(errAETimeout);
@@ -189,7 +189,7 @@ TEST_F(ConnectToServerTest, ProcessListThatCannotBeRead_HasTheServerLaunched) {
     EXPECT_EQ(platform.launches.size(), 1u);
 }
 
-TEST_F(ConnectToServerTest, ServerThatAnswersWithoutADirectParameter_IsNotAwake) {
+TEST_F(ConnectToServerTest, ServerThatRepliesWithoutADirectParameter_IsNotAwake) {
     install();
     serverRuns();
     answerAlways(std::nullopt);

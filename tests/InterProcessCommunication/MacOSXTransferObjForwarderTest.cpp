@@ -50,7 +50,7 @@ class MacOSXTransferObjForwarderTest : public test::ForwarderFixture {
     std::string console;
 };
 
-TEST_F(MacOSXTransferObjForwarderTest, Forward_SendsTheWireFormAndGivesTheAnswer) {
+TEST_F(MacOSXTransferObjForwarderTest, Forward_SendsTheWireFormAndReturnsTheAnswer) {
     dataEventsEndWith({noErr});
     const std::unique_ptr<POSTransferObj> reply = forward();
     ASSERT_EQ(platform.sent.size(), 1u);
@@ -67,7 +67,7 @@ TEST_F(MacOSXTransferObjForwarderTest, Forward_BeforeAnyConnection_ConnectsAfter
     EXPECT_EQ(toHex(reply->bytes()), "41 73 41 6B 01");
 }
 
-TEST_F(MacOSXTransferObjForwarderTest, Forward_SentTwentyTimesInVain_GivesTheLastEmptyReply) {
+TEST_F(MacOSXTransferObjForwarderTest, Forward_SentTwentyTimesInVain_ReturnsTheLastEmptyReply) {
     for (const OSErr error : {OSErr{procNotFound}, OSErr{connectionInvalid}}) {
         SCOPED_TRACE(error);
         platform.sent.clear();
@@ -115,7 +115,7 @@ TEST_F(MacOSXTransferObjForwarderTest, TwentyVainAttempts_EndInTheTraderAsTheRea
     EXPECT_EQ(countSent('data'), 20);
 }
 
-TEST_F(MacOSXTransferObjForwarderTest, Forward_AnsweredAtTheTwentiethAttempt_GivesTheAnswer) {
+TEST_F(MacOSXTransferObjForwarderTest, Forward_AnsweredAtTheTwentiethAttempt_ReturnsTheAnswer) {
     std::vector<OSErr> results(19, connectionInvalid);
     results.push_back(noErr);
     dataEventsEndWith(results);

@@ -11,7 +11,7 @@ TEST(POSCommands, ReservedHeaderField_HasNumber2) {
     EXPECT_EQ(posField::kReserved, 2u);
 }
 
-TEST(POSCommands, Find_GivesTheRowOfACodeAndNullForAnyOther) {
+TEST(POSCommands, Find_ReturnsTheRowOfACodeAndNullForAnyOther) {
     for (uint32_t code = 10; code <= 17; ++code) {
         ASSERT_NE(findPOSCommand(code), nullptr) << code;
         EXPECT_EQ(findPOSCommand(code)->code, code);

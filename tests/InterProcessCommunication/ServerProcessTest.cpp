@@ -185,7 +185,7 @@ TEST_F(ServerProcessTest, HandshakeAnsweredWithoutADirectParameter_DoesNotCountA
     EXPECT_EQ(server.countInLog("wake"), 2);
 }
 
-TEST_F(ServerProcessTest, WakeServer_WithAServerThatNeverAnswers_TakesFiveSecondsAndTimesOut) {
+TEST_F(ServerProcessTest, WakeServer_WithAServerThatNeverReplies_TakesFiveSecondsAndTimesOut) {
     server.install();
     ASSERT_EQ(communicator.ConnectToServer(), 0);
     kill(server.processes().back(), SIGSTOP);

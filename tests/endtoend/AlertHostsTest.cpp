@@ -47,7 +47,7 @@ TEST_F(AlertHosts, AHostWithoutStandardStreams_ShowsTheAlertAndKeepsThemClosed) 
     expectAlertThatIsAnswered();
 }
 
-TEST_F(AlertHosts, AHostWithoutStandardStreams_GivesTheHelperItsStreamAndNothingElse) {
+TEST_F(AlertHosts, AHostWithoutStandardStreams_PassesTheHelperItsStreamAndNothingElse) {
     useFakeHelper({kShownEvent, pressedEvent(0)});
     start({"join", "closed"});
     expectFailedCallAndEnd();

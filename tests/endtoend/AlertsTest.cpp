@@ -105,7 +105,7 @@ TEST_F(Alerts, ARefusedRegistrationWithOption1120_IsNotShown) {
     EXPECT_EQ(application, 4711u);
 }
 
-TEST_F(Alerts, ARegistrationThatFailsOtherwiseWithOption1120_IsShownAllTheSame) {
+TEST_F(Alerts, ARegistrationThatFailsOtherwiseWithOption1120_IsStillShown) {
     root_.configure(refusal("register application", 23));
     uint32_t application = 0;
     Console console;

@@ -11,7 +11,7 @@ using std::chrono::steady_clock;
 
 class Timeout : public InSession {};
 
-TEST_F(Timeout, AServerThatNeverAnswersTheHandshake_IsGivenUpAfterTheTenthOfFiveSeconds) {
+TEST_F(Timeout, AServerThatNeverRepliesToTheHandshake_IsGivenUpAfterTheTenthOfFiveSeconds) {
     root_.configure(setting("log", 1) + setting("handshake", "silent"));
     uint32_t application = 0;
     const auto start = steady_clock::now();

@@ -35,7 +35,7 @@ void expectInOrder(const std::vector<std::string>& lines, const std::vector<std:
     }
 }
 
-TEST_F(Traced, All_WritesDownTheWayToTheServerAndEveryExchangeAndNothingThatIsSaid) {
+TEST_F(Traced, All_RecordsTheConnectionAndEveryExchangeButNoContent) {
     Console console;
     const std::string trace = traceSession("all");
     console.stop();

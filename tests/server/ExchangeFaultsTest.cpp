@@ -8,7 +8,7 @@ using Calls = std::vector<std::string>;
 
 class ExchangeFaults : public ExchangesFixture {};
 
-TEST_F(ExchangeFaults, Late_PausesAndAnswers) {
+TEST_F(ExchangeFaults, Late_PausesAndReplies) {
     prepare(misbehaviour("late") + setting("delay", 1234));
     EXPECT_EQ(readReply(call()).data(posField::kResult), "hello");
     EXPECT_EQ(process_.calls, (Calls{"pause 1234"}));
@@ -38,7 +38,7 @@ TEST_F(ExchangeFaults, VanishDuring_HasDoneTheWork) {
     EXPECT_EQ(state_.applications.objectCount(), 0u);
 }
 
-TEST_F(ExchangeFaults, VanishAfter_AnswersAndTellsTheServerToGo) {
+TEST_F(ExchangeFaults, VanishAfter_RepliesAndTellsTheServerToEnd) {
     prepare(misbehaviour("vanishAfter"));
     const Outcome outcome = call();
     EXPECT_EQ(readReply(outcome).data(posField::kResult), "hello");
@@ -56,7 +56,7 @@ TEST_F(ExchangeFaults, Cut_LeavesTheFirstBytes) {
     }
 }
 
-TEST_F(ExchangeFaults, Garbage_IsNoBlock) {
+TEST_F(ExchangeFaults, Garbage_IsNotABlock) {
     prepare(misbehaviour("garbage"));
     const std::string answer = readAnswer(call());
     EXPECT_GT(answer.size(), 10u);

@@ -100,7 +100,7 @@ TEST_F(ExchangesTest, Control_OfLinesThatItDoesNotUnderstand_CountsThemAsProblem
     EXPECT_NE(logText().find(" control: line 2: \"checkClasses\" has no value\n"), std::string::npos);
 }
 
-TEST_F(ExchangesTest, Control_AnswersHowTheServerStandsAndWhatWasWrong) {
+TEST_F(ExchangesTest, Control_ReturnsTheStateOfTheServerAndTheProblems) {
     prepare("");
     EXPECT_EQ(readAnswer(exchanges_.handleControl("//log\nINT:2\n//checkClasses\nINT:1\n")),
               "//applications\nINT:1\n//objects\nINT:1\n"

@@ -74,7 +74,7 @@ TEST_F(FailingClassTest, ExceptionElsewhereInAClass_IsAnsweredAndLogged) {
     EXPECT_NE(logText().find(" the server let an exception out: which ones?\n"), std::string::npos);
 }
 
-TEST_F(FailingClassTest, Refusal_IsNoFaultAndLeavesNoLog) {
+TEST_F(FailingClassTest, Refusal_IsNotAFaultAndWritesNoLog) {
     const Reply reply = callFailingMethod([] { throw Refusal{28, "no"}; });
     EXPECT_EQ(reply.text(), "no");
     EXPECT_NE(access(folder_.path("Merrowd.log").c_str(), F_OK), 0);

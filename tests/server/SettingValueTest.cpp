@@ -49,7 +49,7 @@ TEST(SettingValue, SetText_BringsLineFeedsBack) {
     EXPECT_EQ(text, "one\ntwo");
 }
 
-TEST(SettingValue, SetChoice_TakesANameAndNamesThemAllWhereItIsNone) {
+TEST(SettingValue, SetChoice_TakesANameAndOtherwiseListsAllNames) {
     constexpr Choice<int> kChoices[] = {{"one", 1}, {"two", 2}};
     int chosen = 0;
     setChoice(chosen, kChoices, "two");

@@ -22,7 +22,7 @@ std::string toText(const chaCha20::Block& block) {
 }
 
 // Section 2.3.2.
-TEST(ChaCha20, KeyStreamBlock_CountingKey_GivesThePublishedBlock) {
+TEST(ChaCha20, KeyStreamBlock_CountingKey_ReturnsThePublishedBlock) {
     const chaCha20::Nonce nonce{0, 0, 0, 9, 0, 0, 0, 0x4A, 0, 0, 0, 0};
     EXPECT_EQ(toText(chaCha20::keyStreamBlock(makeCountingKey(), 1, nonce)),
               decodeHexText("10f1e7e4d13b5915500fdd1fa32071c4c7d1f4c733c068030422aa9ac3d46c4e"
@@ -30,7 +30,7 @@ TEST(ChaCha20, KeyStreamBlock_CountingKey_GivesThePublishedBlock) {
 }
 
 // Appendix A.1, test vectors 1 to 5.
-TEST(ChaCha20, KeyStreamBlock_ZeroKeyAndNonce_GivesThePublishedBlocks) {
+TEST(ChaCha20, KeyStreamBlock_ZeroKeyAndNonce_ReturnsThePublishedBlocks) {
     EXPECT_EQ(toText(chaCha20::keyStreamBlock({}, 0, {})),
               decodeHexText("76b8e0ada0f13d90405d6ae55386bd28bdd219b8a08ded1aa836efcc8b770dc7"
                             "da41597c5157488d7724e03fb8d84a376a43b8f41518a11cc387b669b2ee6586"));
@@ -39,7 +39,7 @@ TEST(ChaCha20, KeyStreamBlock_ZeroKeyAndNonce_GivesThePublishedBlocks) {
                             "29b721769ce64e43d57133b074d839d531ed1f28510afb45ace10a1f4b794d6f"));
 }
 
-TEST(ChaCha20, KeyStreamBlock_OneBitInKeyOrNonce_GivesThePublishedBlocks) {
+TEST(ChaCha20, KeyStreamBlock_OneBitInKeyOrNonce_ReturnsThePublishedBlocks) {
     chaCha20::Key lastKeyBit{};
     lastKeyBit[31] = 1;
     EXPECT_EQ(toText(chaCha20::keyStreamBlock(lastKeyBit, 1, {})),
@@ -58,7 +58,7 @@ TEST(ChaCha20, KeyStreamBlock_OneBitInKeyOrNonce_GivesThePublishedBlocks) {
 }
 
 // Section 2.4.2.
-TEST(ChaCha20, Apply_PublishedText_GivesThePublishedBytesAndBack) {
+TEST(ChaCha20, Apply_PublishedText_ReturnsThePublishedBytesAndBack) {
     const chaCha20::Nonce nonce{0, 0, 0, 0, 0, 0, 0, 0x4A, 0, 0, 0, 0};
     const std::string text =
         "Ladies and Gentlemen of the class of '99: If I could offer you only one tip for the future, "

@@ -79,7 +79,7 @@ const std::set<std::string>& readCodeKeys() {
     return keys;
 }
 
-TEST(MultiLanguageTexts, KeysOfTheCode_StandInTheirHeaderAlone) {
+TEST(MultiLanguageTexts, KeysOfTheCode_AreOnlyInTheirHeader) {
     const std::set<std::string>& keys = readCodeKeys();
     EXPECT_EQ(keys, readFileKeys(kSource + "/settings/TextKeys.h"));
     EXPECT_EQ(keys.count(kErrorDialogTitle), 1u);
@@ -112,7 +112,7 @@ TEST(MultiLanguageTexts, EveryKeyOfTheFile_IsAskedForByTheCode) {
     }
 }
 
-TEST(MultiLanguageTexts, NoKey_StandsTwiceInALanguage) {
+TEST(MultiLanguageTexts, NoKey_OccursTwiceInALanguage) {
     // Loading silently ignores a second text for a key, so the entries are counted in the file itself.
     const std::string text = textsFile();
     size_t keyLines = 0;
@@ -200,7 +200,7 @@ TEST(MultiLanguageTexts, ButtonsNamedInATextAreTheButtonsOfTheAlert) {
     }
 }
 
-TEST(MultiLanguageTexts, DownloadAddress_StandsWhereSomethingIsToBeInstalled) {
+TEST(MultiLanguageTexts, DownloadAddress_IsInTheTextsThatAskToInstallSomething) {
     for (const auto& [name, section] : sections()) {
         for (const char* key : {kDllMsgMerrowdIsMissing, kDllMsgMerrowdIsCorrupt, kDllNoValidPosInterface}) {
             EXPECT_NE(section.getString(key).find("http://www.tessilor.example/download"), std::string::npos)

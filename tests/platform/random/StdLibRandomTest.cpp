@@ -37,7 +37,7 @@ TEST(StdLibRandom, Next32_JoinsThreeValuesFifteenBitsApart) {
     EXPECT_EQ(static_cast<uint32_t>(std::rand()), values[6]);
 }
 
-TEST(StdLibRandom, Next32_BetweenBits_LeavesTheKeptValueAlone) {
+TEST(StdLibRandom, Next32_BetweenBits_LeavesTheKeptValueUnchanged) {
     const std::vector<uint32_t> values = drawRand(3, 5);
     StdLibRandom random;
     random.seed(3);
@@ -48,7 +48,7 @@ TEST(StdLibRandom, Next32_BetweenBits_LeavesTheKeptValueAlone) {
     EXPECT_EQ(random.nextBit(), values[4] & 1u);
 }
 
-TEST(StdLibRandom, Seed_WithOneValueTwice_GivesTheSameDrawsAgain) {
+TEST(StdLibRandom, Seed_WithOneValueTwice_ReturnsTheSameDrawsAgain) {
     StdLibRandom random;
     random.seed(1234567890);
     const uint32_t first = random.next32();

@@ -24,7 +24,7 @@ class NSApplicationLoadTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(NSApplicationLoadTest, WithADisplayAndAHelper_IsYesAndRepeatedCallsToo) {
+TEST_F(NSApplicationLoadTest, WithADisplayAndAHelper_IsYesAtEveryCall) {
     EXPECT_EQ(NSApplicationLoad(), YES);
     EXPECT_EQ(NSApplicationLoad(), YES);
 }

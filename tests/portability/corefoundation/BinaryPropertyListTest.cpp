@@ -131,11 +131,11 @@ TEST_F(BinaryPropertyList, ManyReferencesToOneObject_CostNoMoreThanTheFile) {
     EXPECT_TRUE(parseObjects(objects));
 }
 
-TEST_F(BinaryPropertyList, KeysThatAreNoStrings_AreRefused) {
+TEST_F(BinaryPropertyList, KeysThatAreNotStrings_AreRefused) {
     EXPECT_TRUE(isRefused({dictionaryObject({1}, {1}), "\x10\x05"}));
 }
 
-TEST_F(BinaryPropertyList, ObjectsThatAreNoPartOfAPropertyList_AreRefused) {
+TEST_F(BinaryPropertyList, ObjectsThatAreNotPartOfAPropertyList_AreRefused) {
     for (const char* object : {"\x0F", "\x0A", "\x80\x05", "\xC0", "\x70\x05", "\xE0", "\xF0"})
         EXPECT_TRUE(isRefused({object})) << object;
     EXPECT_TRUE(isRefused({std::string(1, '\0')}));

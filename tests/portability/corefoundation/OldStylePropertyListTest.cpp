@@ -77,7 +77,7 @@ TEST(OldStylePropertyList, Nesting_IsLimited) {
     EXPECT_FALSE(readOldStylePropertyList(nested(1000000)));
 }
 
-TEST(OldStylePropertyList, StringsFile_NeedsNoBraces_AndAKeyWithoutAValueStandsForItself) {
+TEST(OldStylePropertyList, StringsFile_HasNoBracesAndAKeyWithoutAValueIsItsOwnValue) {
     const ObjectHolder strings = readStringsFile("/* comment */\n\"a\" = \"b\";\nc;\n");
     ASSERT_TRUE(strings);
     const auto& dictionary = dynamic_cast<const __CFDictionary&>(*strings.get());

@@ -134,13 +134,13 @@ TEST(FoundationUse, ByTheHostItselfAfterAPool_ChangesWhatFoundationWants) {
     }));
 }
 
-TEST(ImportedFunctionTest, FunctionThatTheLibraryDoesNotCall_IsLeftAlone) {
+TEST(ImportedFunctionTest, FunctionThatTheLibraryDoesNotCall_IsNotChanged) {
     ImportedFunction function(objc_getClass("NSObject"), "no_such_function");
     function.redirect(nullptr);
     function.restore();
 }
 
-TEST(ImportedFunctionTest, AddressOutsideAllLibraries_IsLeftAlone) {
+TEST(ImportedFunctionTest, AddressOutsideAllLibraries_ChangesNothing) {
     int local = 0;
     ImportedFunction function(&local, "setlocale");
     function.redirect(nullptr);

@@ -38,7 +38,7 @@ class Issetugid : public testing::Test {
 
 }  // namespace
 
-TEST_F(Issetugid, ProgramWithTheRightsOfItsUser_IsNone) {
+TEST_F(Issetugid, ProgramWithTheRightsOfItsUser_Is0) {
     EXPECT_EQ(issetugid(), 0);
     EXPECT_EQ(runProbe(), 0);
 }

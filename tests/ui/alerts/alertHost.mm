@@ -1,4 +1,4 @@
-// A host that shows alerts and tells what it sees, for tests that press their buttons:
+// A host that shows alerts and writes the results to standard output, for tests that press their buttons:
 //
 //     alertHost show KIND TITLE BODY [KIND TITLE BODY]...
 //         one after the other; "answer N" after each
@@ -7,9 +7,9 @@
 //     alertHost loop KIND TITLE BODY
 //         in a task, while the main thread runs Foundation's loop
 //     alertHost state KIND TITLE BODY ARGUMENT...
-//         "changed ..." for each thing of the host's that is not as before, "end"
+//         "changed ..." for each difference in the host's state, then "end"
 //     alertHost memory KIND TITLE BODY
-//         "window library" if one is in the process afterwards, "end"
+//         "window library" if the process has loaded one by then, then "end"
 //     alertHost reserved KIND TITLE BODY
 //         twice, with different values of the reserved argument
 //     alertHost pause KIND TITLE BODY
