@@ -25,9 +25,12 @@ class Installation(unittest.TestCase):
         self.home = self.new_folder("home")
         self.runtime = self.new_folder("run")
         self.runtime.chmod(0o700)
+        self.make_root()
+
+    def make_root(self):
+        self.root.mkdir()
         # The servers' endpoints are created here. Without it they would be left in
         # the machine's folder of this name.
-        self.root.mkdir()
         self.new_folder("home/dovrel/tmp")
 
     def new_folder(self, name):
@@ -74,7 +77,7 @@ class Installation(unittest.TestCase):
                 program = os.readlink(link)
             except OSError:
                 continue
-            if program.startswith(f"{self.folder}/"):
+            if program.startswith((f"{self.folder}/", f"{self.root}/")):
                 found.append(int(link.parent.name))
         return found
 
