@@ -1,10 +1,12 @@
 """Links programs with an installation of this build, and loads its bundle."""
+import contextlib
 import os
 import plistlib
 import re
+import subprocess
 from pathlib import Path
 
-from installation import SOURCES, Installation
+from installation import IS_ROOT, SOURCES, USER, Installation
 
 BUILD = Path(os.environ["DOVREL_BINARY_DIR"])
 PROJECT = Path(__file__).resolve().parent / "project"
@@ -18,6 +20,9 @@ class Library(Installation):
         super().setUp()
         self.work = self.new_folder("work")
         (self.work / "counter.c").write_text(HOST)
+        self.install()
+
+    def install(self):
         self.expect(self.run_as(True, f'cmake --install "{BUILD}" --prefix "{self.root}"', self.work), 0)
 
     @property
@@ -100,3 +105,31 @@ class Library(Installation):
         self.expect(self.run_here(
             f'cc -std=c99 -fPIC -shared "{PROJECT}/plugin.c" $(pkg-config --cflags --libs dovrel) -o plugin.so\n'
             f'cc -std=c99 "{PROJECT}/later.c" -o later\n./later "{self.bundle}" ./plugin.so'), 0, "functions: the same\n")
+
+    def upgrade(self):
+        """Installs the same products again, as other files."""
+        paths = list(self.products.rglob("MacOS/*"))
+        self.assertGreater(len(paths), 3)
+        with contextlib.ExitStack() as files:
+            before = [files.enter_context(path.open("rb")) for path in paths]
+            for path in paths:
+                os.utime(path, (0, 0))
+            self.install()
+            self.assertEqual([os.fstat(file.fileno()).st_nlink for file in before], [0] * len(paths))
+
+    def test_UpgradeWhileAHostAndItsServerRun_LeavesBothRunningAndNewHostsMeetThem(self):
+        self.expect(self.run_here(
+            f'c++ -std=c++17 "{PROJECT}/waiting.cpp" $(pkg-config --cflags --libs dovrel) -o waiting\n'
+            "cc -std=c99 counter.c $(pkg-config --cflags --libs dovrel) -o counter"), 0)
+        environment = {"POS_SYSTEM_ROOT": str(self.root), "LD_LIBRARY_PATH": f"{self.root}/lib", "HOME": str(self.home),
+                       "XDG_RUNTIME_DIR": str(self.runtime)}
+        rights = {"user": USER, "group": USER, "extra_groups": []} if IS_ROOT else {}
+        with subprocess.Popen([self.work / "waiting"], env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                              text=True, **rights) as host:
+            self.assertEqual(host.stdout.readline(), "sum: 2\n")
+            servers = [number for number in self.servers() if number != host.pid]
+            self.upgrade()
+            self.expect(self.run_here("run ./counter"), 0, "sum: 2\n")
+            self.assertEqual(host.communicate("go\n")[0], "sum: 4\n")
+        self.assertEqual(len(servers), 1)
+        self.assertEqual(self.servers(), servers)
