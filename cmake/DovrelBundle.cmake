@@ -25,12 +25,17 @@ endfunction()
 
 # dovrel_install_bundle(<bundle> <component>)
 #
-# Installs a bundle from the build folder beside the other bundles. All users can read and run its content,
-# independent of the umask during the build and the installation.
+# Installs a bundle from the build folder beside the other bundles. All users can read its content and run its
+# programs, independent of the umask during the build and the installation. (Outside macOS libraries are not
+# executable.)
 function(dovrel_install_bundle bundle component)
     set(readable OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
     set(executable ${readable} OWNER_EXECUTE GROUP_EXECUTE WORLD_EXECUTE)
+    set(programs "/Contents/MacOS/[^/]*$")
+    if(NOT APPLE)
+        set(programs "/Contents/MacOS/(Merrowd|dovrel-alert)$")
+    endif()
     install(DIRECTORY "${bundle}" DESTINATION "${DOVREL_INSTALL_FOLDER}" COMPONENT ${component}
         FILE_PERMISSIONS ${readable} DIRECTORY_PERMISSIONS ${executable}
-        PATTERN "Contents/MacOS/*" PERMISSIONS ${executable})
+        REGEX "${programs}" PERMISSIONS ${executable})
 endfunction()

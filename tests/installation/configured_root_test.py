@@ -1,24 +1,20 @@
 """Installs this build as a distribution does, with a system root that is chosen when the library is configured."""
 import fcntl
-import os
 import re
 import shutil
-from pathlib import Path
 
+from configured_build import BUILD, configured_build
 from installation import SOURCES, Installation
 
-BUILD = Path(os.environ["DOVREL_BINARY_DIR"])
-# Built with the root "lib/dovrel" below this prefix.
-PRODUCTS = BUILD / "tests/installation/products"
+# The path of the root "lib/dovrel" below this prefix is in the products.
 PREFIX = BUILD / "tests/installation/prefix"
 HOST = re.search(r"^```c\n(.*?)^```$", (SOURCES / "README.md").read_text(), re.MULTILINE | re.DOTALL)[1]
 
 
 class Configured(Installation):
-    """A build folder that is configured for the prefix, with the products in it."""
+    """Installs in the prefix, which only one test at a time can do."""
 
     def setUp(self):
-        # The other tests of this file use the same prefix.
         lock = open(f"{PREFIX}.lock", "w")
         self.addCleanup(lock.close)
         fcntl.flock(lock, fcntl.LOCK_EX)
@@ -31,20 +27,7 @@ class Configured(Installation):
         """The installation makes it."""
 
     def configure(self, name, options):
-        # It is kept for the next test, because to examine the compilers takes the most time.
-        self.configured = BUILD / "tests/installation" / name
-        for manifest in self.configured.glob("install_manifest*"):
-            manifest.unlink()
-        cache = {name: value for name, value in re.findall(r"^(CMAKE_\w+_COMPILER):\w+=(.*)$",
-                                                           (BUILD / "CMakeCache.txt").read_text(), re.MULTILINE)}
-        compilers = " ".join(f'-D{name}="{value}"' for name, value in cache.items())
-        self.run_expecting_success(f'cmake -S "{SOURCES}" -B "{self.configured}" -G Ninja {compilers} '
-                                   f'-DDOVREL_TESTS=OFF -DCMAKE_INSTALL_PREFIX="{PREFIX}" {options}')
-        for bundle in ("Dovrel.bundle", "Merrowd.app"):
-            shutil.copytree(BUILD / bundle, self.configured / bundle, dirs_exist_ok=True)
-        shutil.copy(PRODUCTS / "Dovrel", self.configured / "Dovrel.bundle/Contents/MacOS/Dovrel")
-        shutil.copy(PRODUCTS / "Merrowd", self.configured / "Merrowd.app/Contents/MacOS/Merrowd")
-        shutil.copy(PRODUCTS / "merrowd-control", self.configured / "server/merrowd-control")
+        self.configured = configured_build(self, name, f'-DCMAKE_INSTALL_PREFIX="{PREFIX}" {options}', "local")
 
     def install(self):
         self.run_expecting_success(f'cmake --install "{self.configured}"')
