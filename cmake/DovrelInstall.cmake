@@ -22,7 +22,8 @@ cmake_path(APPEND DOVREL_SYSTEM_ROOT "Library/Application Support/Tessilor/pos" 
 # with a slash at their end in the manifest, so that uninstall removes these and no others.
 function(dovrel_install_folders component)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "LOGS" "")
-    set(script "${CMAKE_CURRENT_BINARY_DIR}/install-folders-${component}.cmake")
+    string(MD5 number "${ARGN}")
+    set(script "${PROJECT_BINARY_DIR}/install/folders-${component}-${number}.cmake")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/install-folders.cmake.in" "${script}" @ONLY)
     install(SCRIPT "${script}" COMPONENT ${component})
 endfunction()

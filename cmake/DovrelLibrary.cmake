@@ -16,7 +16,10 @@ set_target_properties(dovrel::dovrel PROPERTIES
     INTERFACE_INCLUDE_DIRECTORIES "${PROJECT_SOURCE_DIR}/include")
 add_dependencies(dovrel::dovrel dovrel_linkable)
 
-# In an installation. The links are relative, so that an installation can be moved as a whole.
+# In an installation.
+dovrel_install_folders(library "${CMAKE_INSTALL_LIBDIR}")
+dovrel_install_folders(development "${CMAKE_INSTALL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_LIBDIR}/cmake/dovrel")
+# The links are relative, so that an installation can be moved as a whole.
 set(staging "${PROJECT_BINARY_DIR}/install")
 file(MAKE_DIRECTORY "${staging}")
 cmake_path(ABSOLUTE_PATH DOVREL_INSTALL_FOLDER BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}" NORMALIZE OUTPUT_VARIABLE folder)
