@@ -19,11 +19,13 @@ if(APPLE)
     target_link_options(dovrel PRIVATE "-Wl,-exported_symbols_list,${CMAKE_CURRENT_BINARY_DIR}/exported.symbols")
 else()
     list(JOIN exported_functions ";\n        " exported_symbols)
-    file(CONFIGURE OUTPUT exported.map CONTENT "{\n    global:\n        @exported_symbols@;\n    local:\n        *;\n};\n" @ONLY)
+    set(symbol_version DOVREL_${PROJECT_VERSION_MAJOR})
+    file(CONFIGURE OUTPUT exported.map
+        CONTENT "@symbol_version@ {\n    global:\n        @exported_symbols@;\n    local:\n        *;\n};\n" @ONLY)
     # nodelete: the first alert loads Foundation, which cannot be unloaded once its classes are registered. So the bundle
     # cannot be unloaded either. It is marked from the start, so that a host need not know whether an alert was shown.
     target_link_options(dovrel PRIVATE "-Wl,--version-script,${CMAKE_CURRENT_BINARY_DIR}/exported.map"
-        -Wl,-soname,Dovrel -Wl,-z,defs -Wl,-z,nodelete)
+        -Wl,-soname,${DOVREL_SONAME} -Wl,-z,defs -Wl,-z,nodelete)
     set_property(TARGET dovrel APPEND PROPERTY LINK_DEPENDS "${CMAKE_CURRENT_BINARY_DIR}/exported.map")
 endif()
 

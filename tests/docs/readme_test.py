@@ -4,7 +4,8 @@ import re
 import shutil
 from pathlib import Path
 
-from quick_start import COMPILE_AND_RUN, HOST, INSTALL, IS_ROOT, QUIT, README, SERVER_IS_MISSING, SET_ROOT, USER, Installation
+from installation import IS_ROOT, USER, Installation
+from quick_start import COMPILE_AND_RUN, HOST, INSTALL, QUIT, README, SERVER_IS_MISSING, SET_ROOT
 
 BUILD = Path(os.environ["DOVREL_BINARY_DIR"])
 
@@ -102,7 +103,7 @@ class QuickStart(Installation):
         (self.products / "Dovrel.bundle").rename(self.products / "Moved.bundle")
         result = self.run_as(False, SET_ROOT + "./counter", self.work)
         self.expect(result, 127)
-        self.assertIn("error while loading shared libraries: Dovrel", result.stderr)
+        self.assertIn("error while loading shared libraries: libdovrel.so.1", result.stderr)
 
     def test_FailuresOnThePage_AreTheOnesTestedHere(self):
         rows = re.findall(r"^\| (.+?) \| .+? \| .+? \|$", README.split("### If it does not work")[1].split("\n## ")[0],
@@ -115,7 +116,7 @@ class QuickStart(Installation):
             "an alert with `the server has no such class`",
             "an alert with `has no method`",
             "`dovrel/pos.h: No such file or directory` from the compiler",
-            "`error while loading shared libraries: Dovrel`"])
+            "`error while loading shared libraries: libdovrel.so.1`"])
 
     @staticmethod
     def texts_of_missing_server(output):
