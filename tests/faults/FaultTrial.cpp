@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <iterator>
@@ -57,6 +58,7 @@ class Quiet {
     Quiet(const Quiet&) = delete;
     Quiet& operator=(const Quiet&) = delete;
     ~Quiet() {
+        std::fflush(stdout);
         for (size_t i = 0; i < 2; ++i) {
             dup2(kept_[i], kStreams[i]);
             close(kept_[i]);
@@ -149,6 +151,7 @@ bool FaultTrial::make(const Fault& fault) {
         (host_.*situation_.call)();
     }
     const bool hasSucceeded = host_.hasSucceeded();
+    hasLostException_ = host_.hasLostException();
     EXPECT_EQ(host_.takeProblem(), "");
     EXPECT_TRUE(hasStruck || hasSucceeded == situation_.succeeds) << "failed without a fault";
     EXPECT_TRUE(situation_.succeeds || !hasSucceeded) << "succeeded although it could not";
@@ -157,21 +160,26 @@ bool FaultTrial::make(const Fault& fault) {
 }
 
 void FaultTrial::expectRecovery(bool keepsObject) {
-    const Quiet quiet;
-    if (keepsObject) {
-        EXPECT_TRUE(host_.knowsObject()) << "the next call fails";
-    }
-    EXPECT_TRUE(host_.settle()) << "the next calls fail";
-    host_.leave();
-    EXPECT_TRUE(host_.settle()) << "a new session does not work";
-    neighbour_.writeLine("go");
-    EXPECT_EQ(neighbour_.readLine(), "served");
+    EXPECT_EQ(findDamage(keepsObject), "");
     const std::vector<pid_t> servers = root_.servers();
     EXPECT_EQ(servers.size(), 1u);
     if (situation_.before == Situation::Before::settled) {
         EXPECT_EQ(servers, servers_) << "another server was launched";
     }
-    EXPECT_TRUE(prepare());
+}
+
+// Returns what does not work; "" if everything does. Ends in the state before the next trial.
+std::string FaultTrial::findDamage(bool keepsObject) {
+    const Quiet quiet;
+    std::string damage;
+    if (keepsObject && !host_.knowsObject()) damage += "the next call fails; ";
+    if (!host_.settle()) damage += "the session cannot be used; ";
+    host_.leave();
+    if (!host_.settle()) damage += "a new session does not work; ";
+    neighbour_.writeLine("go");
+    if (neighbour_.readLine() != "served") damage += "another host is not served; ";
+    if (!prepare()) damage += "the session cannot be used later";
+    return damage;
 }
 
 FaultTrial::Resources FaultTrial::measure() const {
@@ -193,7 +201,7 @@ void FaultTrial::expectNothingLost(const Fault& fault, Resources before) {
         heapGrows = heapGrows && after.heap > before.heap;
         descriptorsGrow = descriptorsGrow && after.descriptors > before.descriptors;
     }
-    EXPECT_FALSE(heapGrows && !host_.hasLostException())
+    EXPECT_FALSE(heapGrows && !hasLostException_)
         << "bytes are lost: " << (after.heap - first.heap) / (kMostRepetitions + 1);
     EXPECT_FALSE(descriptorsGrow) << "descriptors are lost";
 }

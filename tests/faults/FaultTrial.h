@@ -35,6 +35,7 @@ class FaultTrial {
     bool prepare();
     bool make(const Fault& fault);
     void expectRecovery(bool keepsObject);
+    std::string findDamage(bool keepsObject);
     Resources measure() const;
     void expectNothingLost(const Fault& fault, Resources before);
 
@@ -43,6 +44,7 @@ class FaultTrial {
     FaultedHost host_;
     ChildProcess neighbour_;
     std::vector<pid_t> servers_;
+    bool hasLostException_ = false;
 };
 
 }  // namespace dovrel::test

@@ -40,19 +40,18 @@ void addSeries(std::vector<Series>& all, const char* function, int error, size_t
 class Faults : public testing::TestWithParam<Situation> {
   protected:
     ~Faults() override {
-        if (tried_ != 0) std::cout << GetParam() << ": " << tried_ << " faults" << std::endl;
+        if (tried_ != 0) std::cout << GetParam() << ": " << tried_ << " of about " << possible_ << " faults" << std::endl;
     }
 
     void run(const std::vector<Series>& all) {
-        size_t possible = 0;
         for (const Series& series : all)
-            possible += series.calls;
+            possible_ += series.calls;
         const size_t sample = numberFrom("DOVREL_FAULTS_SAMPLE", kUsualSample);
         if (sample == 0) {
             for (const Series& series : all)
                 runWhole(series);
         } else {
-            runEach(all, possible / sample + 1);
+            runEach(all, possible_ / sample + 1);
         }
     }
 
@@ -60,7 +59,7 @@ class Faults : public testing::TestWithParam<Situation> {
     FaultTrial trial_{root_, GetParam()};
 
   private:
-    static constexpr size_t kUsualSample = 10;
+    static constexpr size_t kUsualSample = 6;
     static constexpr size_t kMostCalls = 5000;
     static constexpr int kMostFailures = 20;
 
@@ -91,6 +90,7 @@ class Faults : public testing::TestWithParam<Situation> {
         return hasStruck;
     }
 
+    size_t possible_ = 0;
     size_t tried_ = 0;
     int failures_ = 0;
 };
