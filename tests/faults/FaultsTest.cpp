@@ -27,9 +27,10 @@ struct Series {
     size_t calls;  // without a fault
 };
 
-// Code that is interrupted again and again is right to begin again and again.
+// Code that is interrupted again and again is right to begin again and again. The system reports a connection that was
+// reset only once.
 bool canStay(int error) {
-    return error != EINTR;
+    return error != EINTR && error != ECONNRESET;
 }
 
 void addSeries(std::vector<Series>& all, const char* function, int error, size_t calls) {
@@ -40,7 +41,8 @@ void addSeries(std::vector<Series>& all, const char* function, int error, size_t
 class Faults : public testing::TestWithParam<Situation> {
   protected:
     ~Faults() override {
-        if (tried_ != 0) std::cout << GetParam() << ": " << tried_ << " of about " << possible_ << " faults" << std::endl;
+        if (tried_ != 0)
+            std::cout << GetParam() << ": " << tried_ << " of about " << possible_ << " faults" << std::endl;
     }
 
     void run(const std::vector<Series>& all) {
