@@ -54,6 +54,7 @@ class IPC_via_AE {
     int32_t GetData(const AppleEvent* event, std::unique_ptr<uint8_t[]>& buffer, uint32_t& length) const;
 
   protected:
+    /// Throws std::bad_alloc.
     IPC_via_AE();
 
   private:
