@@ -55,12 +55,12 @@ int32_t Client_to_POS_Communicator::SendData(IPC_Info& info) const {
     EventDescriptor reply;
     info.setDescriptors(event.get(), reply.get());
     info.setReceiveBuffer(nullptr, 0);
-    const int32_t result = exchange(info);
+    const int32_t result = sendAndReadReply(info);
     info.setDescriptors(nullptr, nullptr);
     return result;
 }
 
-int32_t Client_to_POS_Communicator::exchange(IPC_Info& info) const {
+int32_t Client_to_POS_Communicator::sendAndReadReply(IPC_Info& info) const {
     int32_t error = CreateEvent(serverEvent::kBufferClass, serverEvent::kData, info.getEvent());
     if (error != noErr) return error;
     error = PutData(info.getEvent(), info.getSendBuffer(), info.getSendSize());

@@ -42,7 +42,7 @@ class Client_to_POS_Communicator : public IPC_via_AE {
     int32_t QuitServer() const;
 
   private:
-    int32_t exchange(IPC_Info& info) const;
+    int32_t sendAndReadReply(IPC_Info& info) const;
     int32_t sendWakeEvents(const AppleEvent* event, SInt32 timeOutTicks, uint32_t attempts,
                            AppleEvent* reply) const;
     bool launchAndWake(CFURLRef application, int16_t& error) const;

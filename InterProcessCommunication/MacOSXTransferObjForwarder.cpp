@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 #include <string>
 #include <utility>
 
@@ -26,14 +25,14 @@ constexpr char kCommunicationErrorText[] =
     "An unknown interapplication communication error occured. In case the problem persists, please close all "
     "applications and restart your computer.";
 
-void giveRequest(const CPPByteArray& wireForm, IPC_Info& exchange) {
+void copyRequest(const CPPByteArray& wireForm, IPC_Info& exchange) {
     const uint32_t size = wireForm.getSize();
     std::unique_ptr<uint8_t[]> buffer(new uint8_t[size]);
     wireForm.readBytes(0, buffer.get(), size);
     exchange.setSendBuffer(std::move(buffer), size);
 }
 
-bool serverHasGone(int32_t result) {
+bool isServerGone(int32_t result) {
     return result == procNotFound || result == connectionInvalid;
 }
 
@@ -54,10 +53,10 @@ POSTransferObj* MacOSXTransferObjForwarder::ForwardTransferObj(POSTransferObj& r
             return reply.release();
         }
         FailureNotes::addFailedStep(TraceArea::kExchange, [&] {
-            return commandNameOf(request.bytes()) + ": attempt " + std::to_string(attempt) + ": result " +
+            return readCommandName(request.bytes()) + ": attempt " + std::to_string(attempt) + ": result " +
                    statusText(result);
         });
-        if (!serverHasGone(result)) throw new POSException(kCommunicationErrorText);
+        if (!isServerGone(result)) throw new POSException(kCommunicationErrorText);
 
         connected_ = false;
         ConnectToPOS(kConnectHint);
@@ -68,7 +67,7 @@ POSTransferObj* MacOSXTransferObjForwarder::ForwardTransferObj(POSTransferObj& r
 int32_t MacOSXTransferObjForwarder::sendOnce(const POSTransferObj& request,
                                              std::unique_ptr<POSTransferObj>& reply) const {
     IPC_Info exchange;
-    giveRequest(request.bytes(), exchange);
+    copyRequest(request.bytes(), exchange);
     if (exchange.getSendSize() == 0) return kNothingSent;
     const int32_t result = communicator_.SendAndReceive(exchange);
     reply = exchange.takeReplyObject();
@@ -102,10 +101,8 @@ CPPByteArray MacOSXTransferObjForwarder::GetClientProcessID() {
     CPPByteArray identity;
     ProcessSerialNumber number;
     if (GetCurrentProcess(&number) != noErr) return identity;
-    identity.set(&number, sizeof number);
-    // An empty array would mean that the system cannot tell the serial number, so an allocation failure is
-    // thrown instead.
-    if (identity.getSize() != sizeof number) throw std::bad_alloc();
+    // An empty array would mean that the system cannot tell the serial number.
+    identity.setOrThrow(&number, sizeof number);
     return identity;
 }
 

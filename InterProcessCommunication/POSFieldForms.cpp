@@ -2,9 +2,9 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 
 #include "client/exceptions/CPPException.h"
+#include "serialization/StructuredDataFormat.h"
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
 
@@ -16,11 +16,11 @@ constexpr uint32_t kMessageFlagsSize = 4;
 
 }  // namespace
 
-StructuredPart nameField(uint32_t id, const char* name) {
-    return StructuredPart::ofBytes(id, name, static_cast<uint32_t>(std::strlen(name) + 1));
+StructuredPart makeNameField(uint32_t id, const char* name) {
+    return StructuredPart::ofBytes(id, name, structuredData::toPartLength(uint64_t{std::strlen(name)} + 1));
 }
 
-StructuredPart identifierField(uint32_t id, const CPPByteArray& identifier) {
+StructuredPart makeIdentifierField(uint32_t id, const CPPByteArray& identifier) {
     requireIdentifierSize(identifier);
     return StructuredPart::ofArray(id, identifier);
 }
@@ -33,19 +33,15 @@ void requireIdentifierSize(const CPPByteArray& identifier) {
 void readIdentifier(POSTransferObj& object, uint32_t id, CPPByteArray& identifier) {
     const std::unique_ptr<CPPByteArray> received = object.readByteArray(id);
     requireIdentifierSize(*received);
-    identifier.assign(*received);
-    // If memory runs out, the array keeps its old content, which may be another identifier of the same size.
-    // So the contents are compared.
-    if (identifier.compare(*received) != 0) throw std::bad_alloc();
+    identifier.setOrThrow(received->data(), received->getSize());
 }
 
 POSServerMessage readServerMessage(POSTransferObj& object, uint32_t id) {
-    uint32_t length = 0;
-    const std::unique_ptr<uint8_t[]> field = object.readBlock(id, length);
+    const ByteBlock field = object.readBlock(id);
     POSServerMessage message;
-    if (length < kMessageFlagsSize) return message;
+    if (field.length < kMessageFlagsSize) return message;
     message.flags = object.readUInt32(id);
-    message.text.assign(field.get() + kMessageFlagsSize, field.get() + length);
+    message.text.assign(field.data.get() + kMessageFlagsSize, field.data.get() + field.length);
     return message;
 }
 

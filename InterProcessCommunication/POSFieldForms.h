@@ -3,29 +3,22 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
+#include "InterProcessCommunication/POSOperations.h"
 #include "InterProcessCommunication/POSTransferObj.h"
 
 namespace dovrel {
 
-/// The message for the user that a reply may contain.
-struct POSServerMessage {
-    uint32_t flags = 0;  ///< non-zero if there is a message
-    std::string text;    ///< in the system's encoding, may be empty
-
-    bool isPresent() const { return flags != 0; }
-};
-
 // The two functions below return fields to be written. A field refers to the bytes of the name or identifier,
 // which must outlive it.
 
-/// Returns a field with the NUL-terminated text, including its NUL.
-StructuredPart nameField(uint32_t id, const char* name);
+/// Returns a field with the NUL-terminated text, including its NUL. A request with a text of 4 GiB or more
+/// cannot be made: that throws a StructuredWriteFailedException.
+StructuredPart makeNameField(uint32_t id, const char* name);
 
 /// Returns a field with the identifier. Throws a CPPException if the identifier does not have
 /// kPOSIdentifierSize bytes. Identifiers have that size on the wire and at the hosts' interface.
-StructuredPart identifierField(uint32_t id, const CPPByteArray& identifier);
+StructuredPart makeIdentifierField(uint32_t id, const CPPByteArray& identifier);
 
 /// Throws a CPPException if the identifier does not have kPOSIdentifierSize bytes.
 void requireIdentifierSize(const CPPByteArray& identifier);

@@ -1,21 +1,8 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 
 #include <cstring>
-#include <new>
 
 namespace dovrel {
-
-namespace {
-
-// The array is emptied first. If memory runs out, an array keeps its old content, and old content of the same
-// size could not be told from the new one.
-void replaceContent(CPPByteArray& array, const void* bytes, uint32_t length) {
-    array.set(nullptr, 0);
-    array.set(bytes, length);
-    if (array.getSize() != length) throw std::bad_alloc();
-}
-
-}  // namespace
 
 POSTransferObj::POSTransferObj() {
     writer_.initialize(bytes_, formatVersion_);
@@ -42,24 +29,23 @@ std::string POSTransferObj::readString(uint32_t id) {
     return reader_.readStringPart(id);
 }
 
-std::unique_ptr<uint8_t[]> POSTransferObj::readBlock(uint32_t id, uint32_t& length) {
+ByteBlock POSTransferObj::readBlock(uint32_t id) {
     attachReader();
-    const StructuredByteArrayReader::View field = reader_.viewPart(id);
-    std::unique_ptr<uint8_t[]> block;
-    if (field.length > 0) {
-        block.reset(new uint8_t[field.length]);
-        std::memcpy(block.get(), field.data, field.length);
-    }
-    length = field.length;
+    const ByteView field = reader_.viewPart(id);
+    ByteBlock block;
+    if (field.length == 0) return block;
+    block.data.reset(new uint8_t[field.length]);
+    block.length = field.length;
+    std::memcpy(block.data.get(), field.data, field.length);
     return block;
 }
 
 void POSTransferObj::copyBytesTo(CPPByteArray& array) const {
-    replaceContent(array, bytes_.data(), bytes_.getSize());
+    array.setOrThrow(bytes_.data(), bytes_.getSize());
 }
 
 void POSTransferObj::copyBytesFrom(const void* bytes, uint32_t length) {
-    replaceContent(bytes_, bytes, length);
+    bytes_.setOrThrow(bytes, length);
 }
 
 bool POSTransferObj::hasField(uint32_t id) {

@@ -18,7 +18,9 @@
 #include <string>
 
 #include "InterProcessCommunication/POSCommands.h"
+#include "serialization/ByteBlock.h"
 #include "serialization/CPPExpandingByteArray.h"
+#include "serialization/StructuredBlockEncoder.h"
 #include "serialization/StructuredByteArrayReader.h"
 #include "serialization/StructuredByteArrayWriter.h"
 
@@ -34,10 +36,11 @@ class POSTransferObj {
     /// fields one by one.
     template <class... Fields>
     POSTransferObj(uint32_t transferKind, uint32_t messageKind, uint32_t command, const Fields&... fields) {
-        writer_.initialize(bytes_, formatVersion_,
-                           {StructuredPart::ofNumber(headerId0_, transferKind),
-                            StructuredPart::ofNumber(headerId1_, messageKind),
-                            StructuredPart::ofNumber(headerId3_, command), fields...});
+        encodeStructuredBlock(bytes_, formatVersion_,
+                              {StructuredPart::ofNumber(headerId0_, transferKind),
+                               StructuredPart::ofNumber(headerId1_, messageKind),
+                               StructuredPart::ofNumber(headerId3_, command), fields...});
+        writer_.continueBlock(bytes_);
     }
 
     POSTransferObj(const POSTransferObj&) = delete;
@@ -65,15 +68,14 @@ class POSTransferObj {
     std::unique_ptr<CPPByteArray> readByteArray(uint32_t id);
     /// Returns all bytes of the field, one character per byte.
     std::string readString(uint32_t id);
-    /// Returns all bytes of the field in a block from new[], and their number in `length`. Returns null for
-    /// an empty field. Leaves `length` unchanged if it throws.
-    std::unique_ptr<uint8_t[]> readBlock(uint32_t id, uint32_t& length);
+    /// Returns all bytes of the field in a new block.
+    ByteBlock readBlock(uint32_t id);
 
     bool hasField(uint32_t id);
 
     /// Returns the wire form: exactly the bytes that are sent.
     const CPPByteArray& bytes() const { return bytes_; }
-    /// Replaces the content of `array` by the wire form. If this throws, `array` is empty.
+    /// Replaces the content of `array` by the wire form. If this throws, `array` is unchanged.
     void copyBytesTo(CPPByteArray& array) const;
 
     /// Replaces the content by received bytes. Must be called before the first read; afterwards the object

@@ -49,7 +49,7 @@ std::string contentsText(const CPPByteArray& bytes, const char* mark) {
 
 void writeRequest(const CPPByteArray& request) {
     Trace::write(TraceArea::kExchange, TraceLevel::kSteps, [&] {
-        return commandNameOf(request) + sizeText(request) + contentsText(request, kRequestMark);
+        return readCommandName(request) + sizeText(request) + contentsText(request, kRequestMark);
     });
 }
 
@@ -57,7 +57,7 @@ void writeReply(const CPPByteArray& request, const CPPByteArray& reply, const Tr
     Trace::write(TraceArea::kExchange, TraceLevel::kFailures, [&]() -> std::string {
         const Outcome outcome = makeOutcome(reply);
         if (!Trace::wants(TraceArea::kExchange, outcome.level)) return "";
-        return commandNameOf(request) + ": " + outcome.text + sizeText(reply) + ", " + timer.text() +
+        return readCommandName(request) + ": " + outcome.text + sizeText(reply) + ", " + timer.text() +
                contentsText(reply, kReplyMark);
     });
 }
@@ -90,7 +90,7 @@ POSTransferObj* TracingForwarder::ForwardTransferObj(POSTransferObj& request) {
         return reply;
     } catch (const CPPException* passing) {
         writeFailure(
-            TraceArea::kExchange, [&] { return commandNameOf(request.bytes()); }, *passing, timer);
+            TraceArea::kExchange, [&] { return readCommandName(request.bytes()); }, *passing, timer);
         throw;
     }
 }

@@ -104,13 +104,13 @@ std::string transferObjText(const CPPByteArray& transferObject, const std::strin
                   [&mark](POSTransferObj& object) { return fieldLines(object, mark); });
 }
 
-std::string commandNameOf(const CPPByteArray& transferObject) {
-    const POSCommand* command = findPOSCommand(commandCodeOf(transferObject));
+std::string readCommandName(const CPPByteArray& transferObject) {
+    const POSCommand* command = findPOSCommand(readCommandCode(transferObject));
     return command == nullptr ? "unknown command" : command->name;
 }
 
 std::string requestSummary(const CPPByteArray& request) {
-    const std::string command = commandNameOf(request);
+    const std::string command = readCommandName(request);
     return readOr(request, command, [&command](POSTransferObj& object) {
         std::string text = command;
         for (const POSField& field : {posField::kClass, posField::kMethodName})
@@ -125,7 +125,7 @@ std::string errorCodeText(uint32_t errorCode) {
     return std::to_string(errorCode) + " (" + (name != nullptr ? name : "unknown") + ")";
 }
 
-uint32_t commandCodeOf(const CPPByteArray& transferObject) {
+uint32_t readCommandCode(const CPPByteArray& transferObject) {
     return readOr(transferObject, 0u, [](POSTransferObj& object) { return object.getCommand(); });
 }
 

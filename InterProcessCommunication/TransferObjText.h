@@ -15,7 +15,7 @@ namespace dovrel {
 std::string transferObjText(const CPPByteArray& transferObject, const std::string& mark);
 
 /// Returns the name of the command in a transfer object, or "unknown command".
-std::string commandNameOf(const CPPByteArray& transferObject);
+std::string readCommandName(const CPPByteArray& transferObject);
 
 /// Returns the command of a request and the class or method that the request names, on one line. Contains no
 /// other data of the request.
@@ -25,6 +25,6 @@ std::string requestSummary(const CPPByteArray& request);
 std::string errorCodeText(uint32_t errorCode);
 
 /// Returns the code of the command in a transfer object, or 0.
-uint32_t commandCodeOf(const CPPByteArray& transferObject);
+uint32_t readCommandCode(const CPPByteArray& transferObject);
 
 }  // namespace dovrel

@@ -1,7 +1,8 @@
 #include "InterProcessCommunication/TransferPack.h"
 
 #include <algorithm>
-#include <new>
+
+#include "serialization/ByteOrder.h"
 
 namespace dovrel {
 
@@ -27,7 +28,7 @@ constexpr DumpedBytes kDumpedBytes[] = {
 }  // namespace
 
 TransferPack::TransferPack(const CPPByteArray& record) : record_(record) {
-    requireSize(record.getSize());
+    record_.requireSize(record.getSize());
     // The fixed part contains the size of the additional data, so it must be complete before
     // getTotalSize is called.
     if (record_.getSize() < kFixedSize) resize(kFixedSize);
@@ -36,12 +37,7 @@ TransferPack::TransferPack(const CPPByteArray& record) : record_(record) {
 
 void TransferPack::resize(uint32_t size) {
     record_.resize(size, 0);
-    requireSize(size);
-}
-
-// The array does not report an allocation failure; its size shows it.
-void TransferPack::requireSize(uint32_t size) const {
-    if (record_.getSize() != size) throw std::bad_alloc();
+    record_.requireSize(size);
 }
 
 const uint8_t* TransferPack::getAdditionalData(uint16_t& size) const {
@@ -64,7 +60,7 @@ void TransferPack::dump(std::FILE* output) const {
 }
 
 uint16_t TransferPack::uint16At(uint32_t offset) const {
-    return static_cast<uint16_t>(record_.getByte(offset) | record_.getByte(offset + 1) << 8);
+    return loadLittleEndian16(record_.data() + offset);
 }
 
 void TransferPack::dumpBytes(std::FILE* output, const char* label, uint32_t offset, uint32_t length) const {

@@ -55,7 +55,6 @@ class TransferPack {
 
   private:
     void resize(uint32_t size);
-    void requireSize(uint32_t size) const;
     uint16_t uint16At(uint32_t offset) const;
     void dumpBytes(std::FILE* output, const char* label, uint32_t offset, uint32_t length) const;
     void dumpToken(std::FILE* output, const char* label, uint32_t offset) const;

@@ -11,6 +11,7 @@
 #include "HandWrittenCodec.h"
 #include "StructuredCodec.h"
 #include "serialization/ByteArrayList.h"
+#include "serialization/StructuredByteArrayWriter.h"
 #ifdef DOVREL_HAVE_FLATBUFFERS
 #include "FlatBuffersCodec.h"
 #endif

@@ -1,10 +1,10 @@
-// The call as a structured block, with the library's writer and reader.
+// The call as a structured block, with the library's encoder and reader.
 #pragma once
 
 #include "CallMethod.h"
 #include "serialization/CPPExpandingByteArray.h"
+#include "serialization/StructuredBlockEncoder.h"
 #include "serialization/StructuredByteArrayReader.h"
-#include "serialization/StructuredByteArrayWriter.h"
 
 namespace dovrel::benchmarks {
 
@@ -12,8 +12,7 @@ struct StructuredCodec {
     using Bytes = CPPExpandingByteArray;
 
     static void build(const CallMethodFields& fields, Bytes& bytes) {
-        StructuredByteArrayWriter writer;
-        writer.initialize(
+        encodeStructuredBlock(
             bytes, 9,
             {StructuredPart::ofNumber(0, fields.transferKind),
              StructuredPart::ofNumber(1, fields.messageKind), StructuredPart::ofNumber(3, fields.command),
@@ -44,7 +43,7 @@ struct StructuredCodec {
   private:
     // `length`: in: the size of `data`; out: the number of bytes copied.
     static bool copy(const StructuredByteArrayReader& reader, uint32_t tag, uint8_t* data, uint32_t& length) {
-        const StructuredByteArrayReader::View part = reader.viewPart(tag);
+        const ByteView part = reader.viewPart(tag);
         if (part.length > length) return false;
         length = part.length;
         if (length != 0) std::memcpy(data, part.data, length);

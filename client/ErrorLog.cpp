@@ -8,12 +8,14 @@
 #include <cstdio>
 
 #include "InterProcessCommunication/TransferObjText.h"
-#include "client/Attempt.h"
-#include "client/VersionBanner.h"
+#include "client/OperationResult.h"
 #include "client/exceptions/ExceptionTypeNames.h"
 #include "platform/files/Places.h"
+#include "platform/files/StandardStreamGuard.h"
 #include "settings/LineGrammar.h"
 #include "settings/LogFileWriter.h"
+#include "ui/information/Component.h"
+#include "ui/information/ComponentVersions.h"
 
 namespace dovrel {
 
@@ -37,6 +39,7 @@ constexpr char kAlert[] = "ALERT";
 }  // namespace entryKey
 
 constexpr char kNoAlert[] = "none";
+constexpr char kVersionStart[] = "Dovrel Version ";
 
 /// The open log, closed by the destructor.
 class LogFile {
@@ -116,13 +119,24 @@ bool hasRoom(const LogFile& log, const std::string& text) {
     return log.size() + text.size() < ErrorLog::kLargestSize;
 }
 
+// Uses the descriptor that created the file. The umask of the host may have taken away all rights to open
+// the file again.
+void beginLog(const LogFile& log, const std::string& path, const std::string& beginning) {
+    log.openToAllUsers();
+    if (!log.append(beginning)) log.removeIfShorterThan(beginning, path);
+}
+
 }  // namespace
+
+void ErrorLog::useBundle(const std::string& bundlePath) {
+    version_ = kVersionStart + bundleVersionText(libraryIdentifier(), bundlePath);
+}
 
 std::string ErrorLog::headText() const {
     std::string text;
     LogFileWriter writer(text);
     writer.writeTitle(kTitle);
-    writer.writeString(entryKey::kVersion, versionBanner(bundlePath_));
+    writer.writeString(entryKey::kVersion, version_);
     writer.writeString(entryKey::kEncoding, kEncoding);
     return text;
 }
@@ -151,28 +165,23 @@ std::string ErrorLog::entryText(const char* applicationName, const FailureReport
 
 void ErrorLog::append(const char* applicationName, const FailureReport& report,
                       const FailureNotes& notes) const noexcept {
-    attempt([&] {
-        const std::string path = errorLogPath();
-        const std::string entry = entryText(applicationName, report, notes);
-        const LogFile log(path);
-        if (!log.isUsable()) return false;
-        if (log.size() != 0 && hasRoom(log, entry)) {
-            log.append(entry);
-            return true;
-        }
+    ignoringFailures([&] { appendEntry(entryText(applicationName, report, notes)); });
+}
 
-        if (log.size() != 0 && !log.moveAway(path)) return false;
-        const LogFile fresh(path);
-        if (!fresh.isUsable()) return false;
-        if (fresh.size() != 0) {
-            fresh.append(entry);
-            return true;
-        }
-        fresh.openToAllUsers();
-        const std::string beginning = headText() + entry;
-        if (!fresh.append(beginning)) fresh.removeIfShorterThan(beginning, path);
-        return true;
-    });
+void ErrorLog::appendEntry(const std::string& entry) const {
+    const std::string path = errorLogPath();
+    const StandardStreamGuard guard;
+    {
+        const LogFile log(path);
+        if (!log.isUsable()) return;
+        if (log.size() == 0) return beginLog(log, path, headText() + entry);
+        if (hasRoom(log, entry)) return static_cast<void>(log.append(entry));
+        if (!log.moveAway(path)) return;
+    }
+    const LogFile fresh(path);
+    if (!fresh.isUsable()) return;
+    if (fresh.size() != 0) return static_cast<void>(fresh.append(entry));
+    beginLog(fresh, path, headText() + entry);
 }
 
 }  // namespace dovrel

@@ -53,8 +53,9 @@ class ErrorLog {
     ErrorLog() = default;
     explicit ErrorLog(Clock clock) : clock_(clock) {}
 
-    /// Sets the path of the bundle whose version the file names.
-    void setBundlePath(const std::string& bundlePath) { bundlePath_ = bundlePath; }
+    /// Reads the version of the library for the file's head. `bundlePath` (absolute, UTF-8) is the place where
+    /// the library's bundle is installed. Throws std::bad_alloc.
+    void useBundle(const std::string& bundlePath);
 
     /// Appends one failure and the notes about it. Failures to write are ignored. One thread at a time.
     void append(const char* applicationName, const FailureReport& report,
@@ -64,9 +65,10 @@ class ErrorLog {
     std::string headText() const;
     std::string entryText(const char* applicationName, const FailureReport& report,
                           const FailureNotes& notes) const;
+    void appendEntry(const std::string& entry) const;
 
     Clock clock_ = [] { return std::time(nullptr); };
-    std::string bundlePath_;
+    std::string version_;
 };
 
 }  // namespace dovrel

@@ -1,6 +1,6 @@
 #include <cstdlib>
 
-#include "client/ProcessSession.h"
+#include "client/CurrentSession.h"
 #include "dovrel/pos.h"
 
 using dovrel::isSessionOfParent;

@@ -18,10 +18,10 @@ bool GetInfoCommand::asksForInterfaceVersion() const {
     return word == kInterfaceVersionRequest;
 }
 
-std::unique_ptr<uint8_t[]> GetInfoCommand::interfaceVersionBlock() {
-    static_assert(sizeof kPOSInterfaceVersion == kInterfaceVersionBlockSize, "a 32-bit version");
-    auto block = std::make_unique<uint8_t[]>(kInterfaceVersionBlockSize);
-    std::memcpy(block.get(), &kPOSInterfaceVersion, kInterfaceVersionBlockSize);
+ByteBlock GetInfoCommand::makeInterfaceVersionBlock() {
+    static_assert(sizeof kPOSInterfaceVersion == 4, "hosts expect a 32-bit version");
+    ByteBlock block{std::make_unique<uint8_t[]>(sizeof kPOSInterfaceVersion), sizeof kPOSInterfaceVersion};
+    std::memcpy(block.data.get(), &kPOSInterfaceVersion, block.length);
     return block;
 }
 

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "serialization/ByteBlock.h"
+
 namespace dovrel {
 
 class GetInfoCommand {
@@ -14,17 +16,15 @@ class GetInfoCommand {
     /// Copies `length` bytes of the request. Throws std::bad_alloc.
     GetInfoCommand(const void* request, uint32_t length);
 
-    const uint8_t* bytes() const { return bytes_.get(); }
-    uint32_t length() const { return length_; }
+    /// Returns the bytes of the request. Valid as long as this object.
+    ByteView bytes() const { return {bytes_.get(), length_}; }
 
     /// Returns whether the request consists of exactly the two bytes of kInterfaceVersionRequest.
     bool asksForInterfaceVersion() const;
 
-    /// Returns the reply to kInterfaceVersionRequest: the interface version of the library, in the
-    /// processor's byte order. The block has kInterfaceVersionBlockSize bytes and is allocated with new[].
-    /// Throws std::bad_alloc.
-    static std::unique_ptr<uint8_t[]> interfaceVersionBlock();
-    static constexpr uint32_t kInterfaceVersionBlockSize = 4;
+    /// Returns the reply to kInterfaceVersionRequest: the interface version of the library, 4 bytes in the
+    /// processor's byte order. Throws std::bad_alloc.
+    static ByteBlock makeInterfaceVersionBlock();
 
   private:
     std::unique_ptr<uint8_t[]> bytes_;

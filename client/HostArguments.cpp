@@ -1,7 +1,9 @@
 #include "client/HostArguments.h"
 
+#include <cstdlib>
 #include <limits>
 #include <new>
+#include <optional>
 
 #include "client/exceptions/CPPException.h"
 #include "settings/MultiLanguageSupport.h"
@@ -9,49 +11,82 @@
 
 namespace dovrel {
 
+namespace {
+
+std::optional<ProtectedExecuterID> copyExecuter(void* const* executerId) {
+    if (executerId == nullptr || *executerId == nullptr) return std::nullopt;
+    return copyIdentifier<ProtectedExecuterID>(executerId);
+}
+
+}  // namespace
+
 void requireNonNull(const void* pointer) {
     if (pointer == nullptr) {
         throw new CPPException(MultiLanguageSupport::getText(kDllNullPointerPassed).c_str());
     }
 }
 
-void requireBytes(const void* bytes, uint32_t length) {
+ByteView viewBytes(const void* bytes, uint32_t length) {
     if (length != 0) requireNonNull(bytes);
+    return {static_cast<const uint8_t*>(bytes), length};
 }
 
-const uint8_t* bytesOfHandle(void* const* handle, uint32_t length) {
+ByteView viewHandle(void* const* handle, uint32_t length) {
     requireNonNull(handle);
-    requireBytes(*handle, length);
-    return static_cast<const uint8_t*>(*handle);
+    return viewBytes(*handle, length);
 }
 
-CPPByteArray copyOfBytes(const void* bytes, uint32_t length) {
+CPPByteArray copyBytes(const void* bytes, uint32_t length) {
     CPPByteArray copy;
-    copy.set(bytes, length);
-    // set() does not report an allocation failure; the size shows it.
-    if (copy.getSize() != length) throw std::bad_alloc();
+    copy.setOrThrow(bytes, length);
     return copy;
 }
 
-bool namesExecuter(void* const* executerId) {
-    return executerId != nullptr && *executerId != nullptr;
-}
-
-std::vector<CPPClassID> classesOfList(void* const* classList, uint32_t count) {
-    requireBytes(classList, count);
+std::vector<CPPClassID> copyClassList(void* const* classList, uint32_t count) {
+    if (count != 0) requireNonNull(classList);
     std::vector<CPPClassID> classes;
     classes.reserve(count);
     for (uint32_t index = 0; index < count; ++index) {
-        classes.push_back(identifierOfHandle<CPPClassID>(classList + index));
+        classes.push_back(copyIdentifier<CPPClassID>(classList + index));
     }
     return classes;
 }
 
-int32_t signedLength(uint32_t length) {
-    if (length > uint32_t{std::numeric_limits<int32_t>::max()}) {
+// The values are constructed in place, because the assignment of an identifier does not report that memory
+// ran out.
+MethodCall makeMethodCall(void* const* executerId, void* const* objectId, const char* methodName,
+                          const uint8_t* parameters, uint32_t parameterLength) {
+    requireNonNull(methodName);
+    return {copyIdentifier<CPPObjectID>(objectId), copyExecuter(executerId), methodName,
+            viewBytes(parameters, parameterLength)};
+}
+
+Command makeCommand(void* const* command, uint32_t commandLength, void* const* argument,
+                    uint32_t argumentLength) {
+    return {viewHandle(command, commandLength), viewHandle(argument, argumentLength)};
+}
+
+void FreeBlock::operator()(void* block) const {
+    std::free(block);
+}
+
+ObjectIdBlock allocateObjectId() {
+    ObjectIdBlock block(std::malloc(POS_IDENTIFIER_SIZE));
+    if (!block) throw std::bad_alloc();
+    return block;
+}
+
+void giveToHost(ByteBlock block, uint8_t** hostBlock, uint32_t* hostLength) noexcept {
+    *hostLength = block.length;
+    *hostBlock = block.data.release();
+}
+
+void giveToHost(ByteBlock block, uint8_t** hostBlock, int32_t* hostLength) {
+    if (block.length > uint32_t{std::numeric_limits<int32_t>::max()}) {
         throw new CPPException(MultiLanguageSupport::getText(kDllInformationTooLong).c_str());
     }
-    return static_cast<int32_t>(length);
+    *hostLength = static_cast<int32_t>(block.length);
+    *hostBlock = block.data.release();
 }
 
 }  // namespace dovrel

@@ -1,21 +1,32 @@
 // POSAccessClient: the registry of this process's applications and the client's side of every operation. An
-// operation checks its arguments, calls the trader and records the server's reply.
+// operation calls the trader and records the server's reply.
 //
-// The operations take the host's pointers as they are. An operation returns true on success. It returns false
-// if the reply has an error code for which no exception is thrown; then nothing was recorded. Every other
-// failure is thrown, as a pointer to a CPPException that the catching code owns or as std::bad_alloc. Outputs
-// are written only on success. Only one thread at a time may use a client; the session's lock ensures that.
+// If the outcome of an operation is not POSOutcome::kDone, nothing was recorded. Failures are thrown, as a
+// pointer to a CPPException that the catching code owns or as std::bad_alloc. Only one thread at a time may
+// use a client; the session's lock ensures that.
 #pragma once
 
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "InterProcessCommunication/POSCommands.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
-#include "client/POSApplicationRecord.h"
+#include "client/GetInfoCommand.h"
 
 namespace dovrel {
+
+/// The client's record of one registered application.
+struct POSApplicationRecord {
+    std::string name;                 ///< the name that the host passed; failure messages show it
+    std::vector<CPPClassID> classes;  ///< in the order of registration
+    bool checksClasses = false;       ///< the server wants instantiations checked against `classes`
+
+    /// Returns whether the application registered the class. Compares the identifiers byte by byte.
+    bool hasClass(const CPPClassID& classId) const;
+};
 
 class POSAccessClient {
   public:
@@ -35,34 +46,33 @@ class POSAccessClient {
     /// unregistered or registered again.
     const char* applicationName(uint32_t applicationId) const;
 
-    /// Registers with the server and records the application under the identifier in the reply. If the server
-    /// returns an identifier that is already recorded, the new record replaces the old one.
-    bool registerApplication(const char* name, void* const* classList, uint32_t classCount,
-                             const void* options, uint32_t optionsLength, uint32_t& applicationId);
+    /// Registers with the server and records the application under the identifier in the reply, which it
+    /// returns. If the server returns an identifier that is already recorded, the new record replaces the
+    /// old one.
+    POSResult<uint32_t> registerApplication(const char* name, std::vector<CPPClassID> classes,
+                                            const CPPByteArray& options);
 
     /// Unregisters the application in the server, then removes its record.
-    bool unregisterApplication(uint32_t applicationId);
+    POSOutcome unregisterApplication(uint32_t applicationId);
 
-    /// Creates an object. `*objectId` receives a new block of POS_IDENTIFIER_SIZE bytes from malloc. If no
-    /// executer is named and the server asked for the check at registration, a class that the application did
-    /// not register is a failure.
-    bool instantiateObject(uint32_t applicationId, void* const* classId, void** objectId, uint32_t executer,
-                           POSServerMessage& message);
+    /// Creates an object. If no executer is named and the server asked for the check at registration, a class
+    /// that the application did not register is a failure.
+    POSResult<POSInstance> instantiateObject(uint32_t applicationId, const CPPClassID& classId,
+                                             uint32_t executer);
 
-    bool callMethod(uint32_t applicationId, void* const* executerId, void* const* objectId,
-                    const char* methodName, const uint8_t* parameters, uint32_t parameterLength,
-                    uint8_t** result, uint32_t* resultLength, POSServerMessage& message);
-
-    bool deleteObject(uint32_t applicationId, void* const* objectId);
-
-    bool executeCommand(uint32_t applicationId, void* const* command, uint32_t commandLength,
-                        void* const* argument, uint32_t argumentLength, uint8_t** result,
-                        uint32_t* resultLength);
+    POSResult<POSMethodReply> callMethod(uint32_t applicationId, const MethodCall& call) {
+        return trader_->callMethod(applicationId, call);
+    }
+    POSOutcome deleteObject(uint32_t applicationId, const CPPObjectID& objectId) {
+        return trader_->deleteObject(applicationId, objectId);
+    }
+    POSResult<ByteBlock> executeCommand(uint32_t applicationId, const Command& command) {
+        return trader_->executeCommand(applicationId, command);
+    }
 
     /// Fetches an information block. The application need not be registered. The request for the interface
     /// version is served here, without the server.
-    bool getInformation(uint32_t applicationId, const void* request, uint32_t requestLength, uint8_t** info,
-                        int32_t* infoLength);
+    POSResult<ByteBlock> getInformation(uint32_t applicationId, const GetInfoCommand& request);
 
     /// Makes the forwarder forget its connection if no application is registered.
     void disconnectIfUnused() noexcept;
@@ -80,7 +90,7 @@ class POSAccessClient {
     using Applications = std::map<uint32_t, POSApplicationRecord, SignedOrder>;
 
     void checkClass(uint32_t applicationId, const CPPClassID& classId, uint32_t executer) const;
-    bool unregisterAll();
+    void unregisterAll();
 
     std::unique_ptr<POSTransferObjTrader> trader_;
     /// Part of the layout of this class; never set and never read.

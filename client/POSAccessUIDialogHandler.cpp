@@ -28,8 +28,8 @@ std::unique_ptr<CPPException> makeUnlistedError(const FailureNotes::ServerError&
 POSAccessUIDialogHandler::POSAccessUIDialogHandler(std::unique_ptr<MessageDialog> dialog)
     : dialog_(std::move(dialog)) {}
 
-void POSAccessUIDialogHandler::setBundlePath(const std::string& bundlePath) {
-    errorLog_.setBundlePath(bundlePath);
+void POSAccessUIDialogHandler::useBundle(const std::string& bundlePath) {
+    errorLog_.useBundle(bundlePath);
     try {
         MultiLanguageSupport::initialize("");
     } catch (CPPException* caught) {
@@ -53,8 +53,9 @@ void POSAccessUIDialogHandler::readOptions(const uint16_t* options, uint32_t opt
 
 bool POSAccessUIDialogHandler::reportFailure(std::unique_ptr<CPPException> failure,
                                              const char* applicationName) noexcept {
-    return attempt([&] { return askUser(std::move(failure), applicationName) == kAlertAnswerRetry; })
-        .succeeded;
+    bool wantsRetry = false;
+    ignoringFailures([&] { wantsRetry = askUser(std::move(failure), applicationName) == kAlertAnswerRetry; });
+    return wantsRetry;
 }
 
 bool POSAccessUIDialogHandler::reportRegistrationFailure(std::unique_ptr<CPPException> failure,
@@ -65,11 +66,12 @@ bool POSAccessUIDialogHandler::reportRegistrationFailure(std::unique_ptr<CPPExce
         return false;
     }
     client_->disconnectIfUnused();
-    return attempt([&] {
-               const int answer = askUser(std::move(failure), applicationName);
-               return answer == kAlertAnswerRetry || (isRefusal && answer == kRegistrationRetryAnswer);
-           })
-        .succeeded;
+    bool wantsRetry = false;
+    ignoringFailures([&] {
+        const int answer = askUser(std::move(failure), applicationName);
+        wantsRetry = answer == kAlertAnswerRetry || (isRefusal && answer == kRegistrationRetryAnswer);
+    });
+    return wantsRetry;
 }
 
 void POSAccessUIDialogHandler::record(const FailureReport& report,
@@ -80,21 +82,17 @@ void POSAccessUIDialogHandler::record(const FailureReport& report,
 
 void POSAccessUIDialogHandler::recordUnshown(std::unique_ptr<CPPException> failure,
                                              const char* applicationName) const noexcept {
-    attempt([&] {
+    ignoringFailures([&] {
         FailureReport report(std::move(failure), applicationName);
         report.isShown = false;
         record(report, applicationName);
-        return true;
     });
 }
 
 void POSAccessUIDialogHandler::recordUnlistedError(const char* applicationName) const noexcept {
     const auto& error = notes_.serverError();
     if (!error) return;
-    attempt([&] {
-        recordUnshown(makeUnlistedError(*error), applicationName);
-        return true;
-    });
+    ignoringFailures([&] { recordUnshown(makeUnlistedError(*error), applicationName); });
 }
 
 /// Shows the failure and returns the user's answer to the last alert. Without a Retry button it never
@@ -138,10 +136,7 @@ bool POSAccessUIDialogHandler::isSilenced(uint32_t applicationId) const {
 void POSAccessUIDialogHandler::showServerMessage(uint32_t applicationId,
                                                  const POSServerMessage& message) noexcept {
     if (!message.isPresent() || isSilenced(applicationId)) return;
-    attempt([&] {
-        showInformationalMessage(*dialog_, InformationalMessage{message.text});
-        return true;
-    });
+    ignoringFailures([&] { showInformationalMessage(*dialog_, InformationalMessage{message.text}); });
 }
 
 }  // namespace dovrel

@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "InterProcessCommunication/POSTransferObjTrader.h"
-#include "client/Attempt.h"
 #include "client/ErrorLog.h"
 #include "client/FailureReport.h"
+#include "client/OperationResult.h"
 #include "client/POSAccessClient.h"
 #include "platform/trace/FailureNotes.h"
 #include "ui/alerts/MessageDialog.h"
@@ -36,18 +36,18 @@ class POSAccessUIDialogHandler {
     /// the first operation.
     void setClient(POSAccessClient* client) { client_ = client; }
 
-    /// Sets the path of the library's installed bundle and loads the texts in the user's language. If the
-    /// texts cannot be loaded, later lookups return "".
-    void setBundlePath(const std::string& bundlePath);
+    /// Uses the library's installed bundle, whose path is given: reads its version for the error log and loads
+    /// the texts in the user's language. If the texts cannot be loaded, later lookups return "".
+    void useBundle(const std::string& bundlePath);
 
     /// Sets all flags, then clears those whose codes are among the options. Null options, and a length that
     /// is not a multiple of the size of a code, count as no options.
     void readOptions(const uint16_t* options, uint32_t optionsLength) noexcept;
     const InteractionFlags& flags() const { return flags_; }
 
-    /// Runs `operation`, which returns a bool, until it returns or the user gives up. Returns true if the
-    /// operation returned true. If it returned false, no alert is shown; an error of the server is written to
-    /// the error log.
+    /// Runs `operation`, which returns a POSOutcome, until it returns or the user gives up. Returns true if
+    /// the outcome is POSOutcome::kDone. After POSOutcome::kUnlistedError no alert is shown, and the error of
+    /// the server is written to the error log.
     template <typename Operation>
     bool run(uint32_t applicationId, const Operation& operation) noexcept {
         return runWithRetry(
@@ -102,9 +102,9 @@ class POSAccessUIDialogHandler {
                       Report report) noexcept {
         for (;;) {
             notes_.clear();
-            Attempt result = attempt(operation);
-            if (result.succeeded) return true;
-            if (!result.threw) {
+            OperationResult result = runCatching(operation);
+            if (result.outcome == POSOutcome::kDone) return true;
+            if (result.outcome == POSOutcome::kUnlistedError) {
                 recordUnlistedError(applicationName());
                 return false;
             }

@@ -2,9 +2,10 @@
 
 #include <new>
 #include <string>
+#include <utility>
 
-#include "client/Attempt.h"
 #include "client/HostArguments.h"
+#include "client/OperationResult.h"
 #include "platform/trace/Trace.h"
 
 namespace dovrel {
@@ -35,10 +36,7 @@ class ApplicationName {
   public:
     /// Null counts as "". If memory runs out, the object holds no copy.
     explicit ApplicationName(const char* given) noexcept : given_(given != nullptr ? given : "") {
-        isCopied_ = attempt([this] {
-                        copy_ = given_;
-                        return true;
-                    }).succeeded;
+        isCopied_ = ignoringFailures([this] { copy_ = given_; });
     }
 
     /// Returns the name for alerts: the copy, or the host's own text if there is no copy.
@@ -63,12 +61,10 @@ void clear(Value* output) noexcept {
 
 /// Returns `succeeded`. After a failure it clears the outputs, and only then, because the host may pass the
 /// same variables as inputs and outputs.
-template <typename Length>
-bool outcome(bool succeeded, uint8_t** block, Length* length) noexcept {
-    if (succeeded) return true;
-    clear(block);
-    clear(length);
-    return false;
+template <typename... Outputs>
+bool clearUnless(bool succeeded, Outputs*... outputs) noexcept {
+    if (!succeeded) (clear(outputs), ...);
+    return succeeded;
 }
 
 }  // namespace
@@ -99,7 +95,10 @@ bool POSAccessUserInteraction::posRegisterApplicationWithClasses(const char* app
         requireNonNull(applicationId);
         if (hasOptions) requireNonNull(options);
         dialogHandler_.prepareRegistration(name);
-        return client_.registerApplication(name, classList, classCount, options, optionBytes, registeredId);
+        const POSResult<uint32_t> result = client_.registerApplication(
+            name, copyClassList(classList, classCount), copyBytes(options, optionBytes));
+        registeredId = result.value;
+        return result.outcome;
     });
     if (!registered) {
         client_.disconnectIfUnused();
@@ -138,13 +137,21 @@ bool POSAccessUserInteraction::runRegistered(uint32_t applicationId, const Opera
 bool POSAccessUserInteraction::posInstantiateObject(uint32_t applicationId, void* const* classId,
                                                     void** objectId) noexcept {
     const bool succeeded = runRegistered(applicationId, [&] {
-        POSServerMessage message;
-        if (!client_.instantiateObject(applicationId, classId, objectId, kNoExecuter, message)) return false;
-        dialogHandler_.showServerMessage(applicationId, message);
-        return true;
+        requireNonNull(objectId);
+        const auto classKey = copyIdentifier<CPPClassID>(classId);
+        // Allocated before the request is sent. If the allocation failed afterwards, the object would stay in
+        // the server and nobody would know its identifier.
+        ObjectIdBlock block = allocateObjectId();
+        const POSResult<POSInstance> created =
+            client_.instantiateObject(applicationId, classKey, kNoExecuter);
+        if (created.outcome == POSOutcome::kDone) {
+            created.value.object.readBytes(0, block.get(), POS_IDENTIFIER_SIZE);
+            *objectId = block.release();
+            dialogHandler_.showServerMessage(applicationId, created.value.message);
+        }
+        return created.outcome;
     });
-    if (!succeeded) clear(objectId);
-    return succeeded;
+    return clearUnless(succeeded, objectId);
 }
 
 bool POSAccessUserInteraction::posInstantiateObjectOnExecuter(uint32_t applicationId,
@@ -167,28 +174,38 @@ bool POSAccessUserInteraction::posCallMethodOnExecuter(uint32_t applicationId, v
                                                        const uint8_t* parameters, uint32_t parameterLength,
                                                        uint8_t** result, uint32_t* resultLength) noexcept {
     const bool succeeded = runRegistered(applicationId, [&] {
-        POSServerMessage message;
-        if (!client_.callMethod(applicationId, executerId, objectId, methodName, parameters, parameterLength,
-                                result, resultLength, message)) {
-            return false;
+        requireNonNull(result);
+        requireNonNull(resultLength);
+        POSResult<POSMethodReply> reply = client_.callMethod(
+            applicationId, makeMethodCall(executerId, objectId, methodName, parameters, parameterLength));
+        if (reply.outcome == POSOutcome::kDone) {
+            giveToHost(std::move(reply.value.result), result, resultLength);
+            dialogHandler_.showServerMessage(applicationId, reply.value.message);
         }
-        dialogHandler_.showServerMessage(applicationId, message);
-        return true;
+        return reply.outcome;
     });
-    return outcome(succeeded, result, resultLength);
+    return clearUnless(succeeded, result, resultLength);
 }
 
 bool POSAccessUserInteraction::posDeleteObject(uint32_t applicationId, void* const* objectId) noexcept {
-    return runRegistered(applicationId, [&] { return client_.deleteObject(applicationId, objectId); });
+    return runRegistered(applicationId, [&] {
+        return client_.deleteObject(applicationId, copyIdentifier<CPPObjectID>(objectId));
+    });
 }
 
 bool POSAccessUserInteraction::posGetInfo(uint32_t applicationId, const void* request, uint32_t requestLength,
                                           uint8_t** info, int32_t* infoLength) noexcept {
     const SessionLock lock(*lock_);
     const bool succeeded = lock.isHeld() && dialogHandler_.run(applicationId, [&] {
-        return client_.getInformation(applicationId, request, requestLength, info, infoLength);
+        requireNonNull(request);
+        requireNonNull(info);
+        requireNonNull(infoLength);
+        POSResult<ByteBlock> reply =
+            client_.getInformation(applicationId, GetInfoCommand(request, requestLength));
+        if (reply.outcome == POSOutcome::kDone) giveToHost(std::move(reply.value), info, infoLength);
+        return reply.outcome;
     });
-    return outcome(succeeded, info, infoLength);
+    return clearUnless(succeeded, info, infoLength);
 }
 
 bool POSAccessUserInteraction::posExecuteCMD(uint32_t applicationId, void* const* command,
@@ -196,10 +213,14 @@ bool POSAccessUserInteraction::posExecuteCMD(uint32_t applicationId, void* const
                                              uint32_t argumentLength, uint8_t** result,
                                              uint32_t* resultLength) noexcept {
     const bool succeeded = runRegistered(applicationId, [&] {
-        return client_.executeCommand(applicationId, command, commandLength, argument, argumentLength, result,
-                                      resultLength);
+        requireNonNull(result);
+        requireNonNull(resultLength);
+        POSResult<ByteBlock> reply = client_.executeCommand(
+            applicationId, makeCommand(command, commandLength, argument, argumentLength));
+        if (reply.outcome == POSOutcome::kDone) giveToHost(std::move(reply.value), result, resultLength);
+        return reply.outcome;
     });
-    return outcome(succeeded, result, resultLength);
+    return clearUnless(succeeded, result, resultLength);
 }
 
 }  // namespace dovrel

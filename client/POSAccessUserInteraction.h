@@ -8,14 +8,25 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <string>
 
+#include "InterProcessCommunication/POSTransferObjForwarder.h"
 #include "client/POSAccessClient.h"
 #include "client/POSAccessUIDialogHandler.h"
-#include "client/SessionParts.h"
 #include "platform/synchronization/Mutex.h"
+#include "ui/alerts/MessageDialog.h"
 
 namespace dovrel {
+
+/// The functions that create the parts of a session. A host's session uses the platform's parts; tests use
+/// their own. Each function is called once per session. If one throws, the session is not created.
+struct SessionParts {
+    std::function<std::unique_ptr<POSTransferObjForwarder>()> createForwarder;
+    std::function<std::unique_ptr<MessageDialog>()> createDialog;
+    std::function<std::unique_ptr<Mutex>()> createLock;
+};
 
 class POSAccessUserInteraction {
   public:
@@ -33,8 +44,9 @@ class POSAccessUserInteraction {
     /// first operation and must outlive the last one.
     void setForwarder(POSTransferObjForwarder* forwarder) { client_.setForwarder(forwarder); }
 
-    /// Sets the path of the library's installed bundle and loads the texts. Throws only std::bad_alloc.
-    void setBundlePath(const std::string& bundlePath) { dialogHandler_.setBundlePath(bundlePath); }
+    /// Uses the library's installed bundle, whose path is given: reads its version for the error log and loads
+    /// the texts. Throws only std::bad_alloc.
+    void useBundle(const std::string& bundlePath) { dialogHandler_.useBundle(bundlePath); }
 
     /// Unregisters the applications that are still registered. Shows nothing and takes no lock.
     void shutDown() noexcept { client_.shutDown(); }

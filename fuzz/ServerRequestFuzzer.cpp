@@ -8,7 +8,7 @@
 
 #include "FuzzTarget.h"
 #include "InterProcessCommunication/POSTransferObj.h"
-#include "client/exceptions/POSExceptionFactory.h"
+#include "client/exceptions/POSException.h"
 #include "server/Exchanges.h"
 
 namespace {

@@ -1,5 +1,5 @@
-// Fuzz target for the server's reply to the trader. For every reply, an operation either succeeds and sets
-// its outputs, or fails and leaves them unchanged. It throws only exceptions that the client reports.
+// Fuzz target for the server's reply to the trader. For every reply, an operation either succeeds and returns
+// a value that can be used, or returns an empty value, or throws an exception that the client reports.
 //
 // The first byte of the input selects the operation, the rest is the reply:
 //
@@ -7,13 +7,12 @@
 //   reply to its version check,
 // - 7: a registration whose version check gets the reply.
 
-#include <cstring>
-#include <functional>
 #include <memory>
-#include <string>
+#include <optional>
 #include <vector>
 
 #include "FuzzTarget.h"
+#include "InterProcessCommunication/POSCommands.h"
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/POSTransferObjForwarder.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
@@ -22,8 +21,6 @@
 namespace {
 
 using namespace dovrel;
-
-constexpr uint32_t kUntouched = 0xDEADBEEF;
 
 CPPByteArray sixteenBytes(char character) {
     CPPByteArray bytes;
@@ -59,58 +56,62 @@ class FixedAnswer : public POSTransferObjForwarder {
     bool versionFirst_;
 };
 
-struct Outputs {
-    POSRegistration registration{kUntouched, false};
-    CPPObjectID objectId;
-    POSServerMessage message{kUntouched, "untouched"};
-    uint8_t* block = nullptr;
-    uint32_t length = kUntouched;
+bool isEmpty(const POSRegistration& registration) {
+    return registration.applicationId == 0 && !registration.checksClasses;
+}
+bool isEmpty(const ByteBlock& block) {
+    return block.data == nullptr && block.length == 0;
+}
+bool isEmpty(const POSServerMessage& message) {
+    return !message.isPresent() && message.text.empty();
+}
+bool isEmpty(const POSInstance& instance) {
+    return instance.object.getSize() == 0 && isEmpty(instance.message);
+}
+bool isEmpty(const POSMethodReply& reply) {
+    return isEmpty(reply.result) && isEmpty(reply.message);
+}
 
-    Outputs() = default;
-    Outputs(const Outputs&) = delete;
-    Outputs& operator=(const Outputs&) = delete;
-    ~Outputs() { delete[] block; }
+bool isUsable(const POSRegistration&) {
+    return true;
+}
+bool isUsable(const ByteBlock& block) {
+    const std::vector<uint8_t> copy(block.data.get(), block.data.get() + block.length);
+    return copy.size() == block.length && (block.data == nullptr) == (block.length == 0);
+}
+bool isUsable(const POSInstance& instance) {
+    return instance.object.getSize() == kPOSIdentifierSize;
+}
+bool isUsable(const POSMethodReply& reply) {
+    return isUsable(reply.result);
+}
 
-    bool isUntouched() const {
-        return registration.applicationId == kUntouched && !registration.checksClasses &&
-               objectId.getSize() == 0 && message.flags == kUntouched && message.text == "untouched" &&
-               block == nullptr && length == kUntouched;
-    }
-};
+template <class Value>
+void check(const POSResult<Value>& result) {
+    FUZZ_CHECK(result.outcome == POSOutcome::kDone ? isUsable(result.value) : isEmpty(result.value));
+}
 
-bool run(uint8_t operation, POSTransferObjTrader& trader, Outputs& outputs) {
+void run(uint8_t operation, POSTransferObjTrader& trader) {
     const CPPClassID classId(sixteenBytes('C'));
     const CPPObjectID objectId(sixteenBytes('O'));
     const uint8_t bytes[] = {1, 2};
     switch (operation) {
         case 1:
-            return trader.unregisterApplication(5);
+            trader.unregisterApplication(5);
+            return;
         case 2:
-            return trader.instantiateObject(5, classId, kNoExecuter, outputs.objectId, outputs.message);
+            return check(trader.instantiateObject(5, classId, kNoExecuter));
         case 3:
-            return trader.deleteObject(5, objectId);
+            trader.deleteObject(5, objectId);
+            return;
         case 4:
-            return trader.callMethod(5, nullptr, objectId, "m", bytes, 2, &outputs.block, &outputs.length,
-                                     outputs.message);
+            return check(trader.callMethod(5, {objectId, std::nullopt, "m", {bytes, 2}}));
         case 5:
-            return trader.executeCommand(5, bytes, 2, bytes, 2, &outputs.block, &outputs.length);
+            return check(trader.executeCommand(5, {{bytes, 2}, {bytes, 2}}));
         case 6:
-            return trader.getInformation(5, bytes, 2, &outputs.block, &outputs.length);
+            return check(trader.getInformation(5, {bytes, 2}));
         default:
-            return trader.registerApplication("App", {classId}, CPPByteArray(), outputs.registration);
-    }
-}
-
-// The outputs are complete and can be used.
-void checkOutputs(uint8_t operation, const Outputs& outputs) {
-    const bool givesBlock = operation >= 4 && operation <= 6;
-    FUZZ_CHECK(!givesBlock || (outputs.block == nullptr) == (outputs.length == 0));
-    FUZZ_CHECK(operation != 2 || outputs.objectId.getSize() == kPOSIdentifierSize);
-    const bool givesMessage = operation == 2 || operation == 4;
-    FUZZ_CHECK(!givesMessage || outputs.message.text != "untouched" || outputs.message.flags != kUntouched);
-    if (givesBlock && outputs.length > 0) {
-        const std::vector<uint8_t> copy(outputs.block, outputs.block + outputs.length);
-        FUZZ_CHECK(copy.size() == outputs.length);
+            return check(trader.registerApplication("App", {classId}, CPPByteArray()));
     }
 }
 
@@ -122,17 +123,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     FixedAnswer forwarder(data + 1, size - 1, operation == 0);
     POSTransferObjTrader trader;
     trader.setForwarder(&forwarder);
-    Outputs outputs;
     try {
-        if (run(operation, trader, outputs)) {
-            checkOutputs(operation, outputs);
-        } else {
-            FUZZ_CHECK(outputs.isUntouched());
-        }
+        run(operation, trader);
     } catch (CPPException* caught) {
         const std::unique_ptr<CPPException> failure(caught);
         FUZZ_CHECK(failure->getTypeCode() != 36);
-        FUZZ_CHECK(outputs.isUntouched());
     }
     return 0;
 }

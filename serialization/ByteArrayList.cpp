@@ -5,6 +5,7 @@
 
 #include "serialization/StructuredByteArrayReader.h"
 #include "serialization/StructuredByteArrayWriter.h"
+#include "serialization/StructuredDataFormat.h"
 
 namespace dovrel {
 namespace {
@@ -17,9 +18,19 @@ constexpr uint32_t elementTag(uint32_t index) {
 }
 
 template <typename Element>
+uint64_t blockSize(const std::vector<Element>& list) {
+    using namespace structuredData;
+    uint64_t size = kHeaderSize + kPartHeaderSize + sizeof(uint32_t);
+    for (const Element& element : list)
+        size += uint64_t{kPartHeaderSize} + element.getSize();
+    return size;
+}
+
+template <typename Element>
 void writeElements(const std::vector<Element>& list, CPPByteArray& target) {
     StructuredByteArrayWriter writer;
     writer.initialize(target, kByteArrayListType);
+    writer.growTo(blockSize(list));
     const auto count = static_cast<uint32_t>(list.size());
     writer.writeUInt32Part(kCountTag, count);
     for (uint32_t i = 0; i < count; ++i) {

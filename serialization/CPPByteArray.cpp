@@ -6,6 +6,7 @@
 #include <istream>
 #include <limits>
 #include <memory>
+#include <new>
 #include <optional>
 
 #include "serialization/StreamLength.h"
@@ -75,6 +76,17 @@ void CPPByteArray::set(const void* source, uint32_t length) {
     if (block == nullptr && length != 0) return;
     copyBytes(block.get(), source, length);
     adopt(block.release(), length);
+}
+
+void CPPByteArray::setOrThrow(const void* source, uint32_t length) {
+    Block block = newBlock(length);
+    if (block == nullptr && length != 0) throw std::bad_alloc();
+    copyBytes(block.get(), source, length);
+    adopt(block.release(), length);
+}
+
+void CPPByteArray::requireSize(uint32_t size) const {
+    if (size_ != size) throw std::bad_alloc();
 }
 
 void CPPByteArray::setFilled(uint32_t length, uint8_t fillByte) {

@@ -6,9 +6,10 @@
 // no spare capacity, and an empty array has no block. Indices, offsets and lengths are unsigned 32-bit
 // numbers of bytes.
 //
-// No operation reports a failure. A read beyond the end returns 0 or copies nothing. A write beyond the end
-// is clipped or ignored (CPPExpandingByteArray grows instead). After an allocation failure the array keeps
-// its content and its size. Callers that must detect this compare getSize afterwards.
+// A read beyond the end returns 0 or copies nothing. A write beyond the end is clipped or ignored
+// (CPPExpandingByteArray grows instead). After an allocation failure the array keeps its content and its
+// size, and most operations do not report it. Callers that must detect it use setOrThrow, or requireSize
+// afterwards.
 //
 // A source pointer or a source array may be the array that is written to, or may point into it.
 //
@@ -57,6 +58,13 @@ class CPPByteArray {
     /// Replaces the content by `length` bytes from `source`, which may be null if `length` is 0.
     void set(const void* source, uint32_t length);
 
+    /// Does the same, but throws std::bad_alloc if memory runs out, and then changes nothing.
+    void setOrThrow(const void* source, uint32_t length);
+
+    /// Replaces the content by `length` bytes without a value and returns the block, to be filled at once.
+    /// Returns null and changes nothing if memory runs out.
+    uint8_t* setUninitialized(uint32_t length) { return reallocate(length) ? data_ : nullptr; }
+
     /// Replaces the content by `length` bytes with the value `fillByte`.
     void setFilled(uint32_t length, uint8_t fillByte);
 
@@ -65,6 +73,10 @@ class CPPByteArray {
     void setFromPart(const CPPByteArray& source, uint32_t offset, uint32_t length);
 
     uint32_t getSize() const { return size_; }
+
+    /// Throws std::bad_alloc unless the array has `size` bytes. For callers of an operation that leaves the
+    /// array as it was if memory runs out.
+    void requireSize(uint32_t size) const;
 
     /// Returns the block, or null if the array is empty. Valid until the next operation that
     /// changes the size.

@@ -35,17 +35,6 @@ void CPPExpandingByteArray::copyFrom(uint32_t offset, const CPPByteArray& source
     if (count != 0) std::memmove(data_ + offset, source.data() + sourceOffset, count);
 }
 
-bool CPPExpandingByteArray::writeBehindHeader(uint32_t offset, uint64_t header, const void* source,
-                                              uint32_t length) {
-    if (offset > kLargest - sizeof header || length > kLargest - sizeof header - offset) return false;
-    const uint32_t start = offset + static_cast<uint32_t>(sizeof header);
-    const uint32_t end = start + length;
-    if (end > size_ && !growBesides(source, end, offset)) return false;
-    std::memcpy(data_ + offset, &header, sizeof header);
-    if (length != 0) std::memmove(data_ + start, source, length);
-    return true;
-}
-
 bool CPPExpandingByteArray::growBesides(const void*& source, uint32_t newSize, uint32_t fillEnd) {
     const auto from = reinterpret_cast<uintptr_t>(source) - reinterpret_cast<uintptr_t>(data_);
     const bool inside = from < size_;

@@ -29,13 +29,6 @@ class CPPExpandingByteArray : public CPPByteArray {
                   uint32_t sourceOffset) override;
 
   private:
-    friend class StructuredByteArrayWriter;
-
-    /// Stores the 8 bytes of `header` followed by `length` bytes. The result is that of two calls of
-    /// writeBytes, but the array grows only once. Returns false and changes nothing if the array cannot
-    /// grow so far.
-    bool writeBehindHeader(uint32_t offset, uint64_t header, const void* source, uint32_t length);
-
     /// Does the same as grow. `source` may point into this array; it is rebased after the reallocation.
     bool growBesides(const void*& source, uint32_t newSize, uint32_t fillEnd);
 

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <memory>
-#include <new>
 
 #include "client/exceptions/StructuredDataExceptions.h"
-#include "serialization/SerializationFailure.h"
+#include "serialization/ByteOrder.h"
 
 namespace dovrel {
 namespace {
@@ -16,17 +15,7 @@ using namespace structuredData;
 constexpr char kFirstCheck[] = "1";
 constexpr char kSecondCheck[] = "2";
 
-uint32_t fromBigEndian(const uint8_t* bytes) {
-    return static_cast<uint32_t>(bytes[0]) << 24 | static_cast<uint32_t>(bytes[1]) << 16 |
-           static_cast<uint32_t>(bytes[2]) << 8 | static_cast<uint32_t>(bytes[3]);
-}
-
 constexpr uint32_t kNumberLength = 4;
-
-uint32_t fromLittleEndian(const uint8_t* bytes) {
-    return static_cast<uint32_t>(bytes[0]) | static_cast<uint32_t>(bytes[1]) << 8 |
-           static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
-}
 
 [[noreturn]] void failBounds() {
     throwSerializationFailure<StructuredReaderNotInitializedException>(site::kReaderBounds, kFirstCheck);
@@ -62,11 +51,11 @@ uint32_t StructuredByteArrayReader::getTypeNumber() const {
 }
 
 CPPByteArray* StructuredByteArrayReader::getPart(uint32_t tag) const {
-    const PartTable::Entry& entry = entryOf(tag, site::kGetPart);
+    const PartTable::Entry& entry = requireEntry(tag, site::kGetPart);
     auto part = std::make_unique<CPPByteArray>();
     part->setFromPart(*source_, entry.offset, entry.length);
     // After an allocation failure the array is empty, and must not be taken for an empty part.
-    if (part->getSize() != entry.length) throw std::bad_alloc();
+    part->requireSize(entry.length);
     return part.release();
 }
 
@@ -78,15 +67,15 @@ void StructuredByteArrayReader::readPart(uint32_t tag, void* destination) const 
 }
 
 uint32_t StructuredByteArrayReader::getPartLength(uint32_t tag) const {
-    return entryOf(tag, site::kGetPartLength).length;
+    return requireEntry(tag, site::kGetPartLength).length;
 }
 
 uint32_t StructuredByteArrayReader::viewNumber(uint32_t tag) const {
-    const View part = viewPart(tag);
-    if (part.length >= kNumberLength) return fromLittleEndian(part.data);
+    const ByteView part = viewPart(tag);
+    if (part.length >= kNumberLength) return loadLittleEndian32(part.data);
     uint8_t extended[kNumberLength] = {};
     std::copy_n(part.data, part.length, extended);
-    return fromLittleEndian(extended);
+    return loadLittleEndian32(extended);
 }
 
 bool StructuredByteArrayReader::hasPart(uint32_t tag) const {
@@ -99,7 +88,7 @@ void StructuredByteArrayReader::requireSource(const char* site) const {
     }
 }
 
-const PartTable::Entry& StructuredByteArrayReader::entryOf(uint32_t tag, const char* site) const {
+const PartTable::Entry& StructuredByteArrayReader::requireEntry(uint32_t tag, const char* site) const {
     const PartTable::Entry* const entry = parts_.find(tag);
     if (source_ == nullptr || entry == nullptr) failRequest(site);
     return *entry;
@@ -121,7 +110,7 @@ void StructuredByteArrayReader::requireBytes(uint32_t offset, uint32_t count) co
 uint32_t StructuredByteArrayReader::parseHeader() {
     const uint8_t* const bytes = source_->data();
     requireBytes(0, kFormatOffset);
-    if (fromBigEndian(bytes) != kMagic) {
+    if (loadBigEndian32(bytes) != kMagic) {
         throwSerializationFailure<StructuredReaderNotInitializedException>(site::kReaderFormat, kFirstCheck);
     }
     requireBytes(kFormatOffset, kTypeOffset - kFormatOffset);
@@ -135,7 +124,7 @@ uint32_t StructuredByteArrayReader::parseHeader() {
         return kPartsOffsetWithoutType;
     }
     requireBytes(kTypeOffset, kHeaderSize - kTypeOffset);
-    typeNumber_ = fromBigEndian(bytes + kTypeOffset);
+    typeNumber_ = loadBigEndian32(bytes + kTypeOffset);
     return kHeaderSize;
 }
 
@@ -145,8 +134,8 @@ void StructuredByteArrayReader::parseParts(uint32_t offset) {
     const uint32_t size = source_->getSize();
     while (offset < size) {
         if (kPartHeaderSize > size - offset) failBounds();
-        const uint32_t tag = fromBigEndian(bytes + offset);
-        const uint32_t length = fromBigEndian(bytes + offset + 4);
+        const uint32_t tag = loadBigEndian32(bytes + offset);
+        const uint32_t length = loadBigEndian32(bytes + offset + 4);
         offset += kPartHeaderSize;
         if (length > size - offset) failBounds();
         parts_.add(tag, offset, length);

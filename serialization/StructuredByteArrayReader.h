@@ -14,6 +14,7 @@
 
 #include <algorithm>
 
+#include "serialization/ByteBlock.h"
 #include "serialization/PartTable.h"
 #include "serialization/StructuredDataFormat.h"
 #include "serialization/StructuredDataReader.h"
@@ -42,15 +43,8 @@ class StructuredByteArrayReader : public StructuredDataReader {
     /// Returns whether the block has the part; false if there is no block. Never throws.
     bool hasPart(uint32_t tag) const;
 
-    /// The data of a part, in the caller's array.
-    struct View {
-        const uint8_t* data;
-        uint32_t length;
-    };
-
-    /// Returns a view of a part's data. Throws what getPart throws. The view is valid as long as the array
-    /// stays unchanged.
-    View viewPart(uint32_t tag) const {
+    /// Returns a view of a part's data in the caller's array. Throws what getPart throws.
+    ByteView viewPart(uint32_t tag) const {
         const PartTable::Entry* const entry = parts_.find(tag);
         if (source_ == nullptr || entry == nullptr) failRequest(structuredData::site::kGetPart);
         const uint32_t size = source_->getSize();
@@ -65,7 +59,7 @@ class StructuredByteArrayReader : public StructuredDataReader {
     void requireSource(const char* site) const;
     [[noreturn]] void failRequest(const char* site) const;
     void requireBytes(uint32_t offset, uint32_t count) const;
-    const PartTable::Entry& entryOf(uint32_t tag, const char* site) const;
+    const PartTable::Entry& requireEntry(uint32_t tag, const char* site) const;
     uint32_t parseHeader();
     void parseParts(uint32_t offset);
 

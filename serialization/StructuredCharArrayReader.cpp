@@ -1,6 +1,5 @@
 #include "serialization/StructuredCharArrayReader.h"
 
-#include <new>
 #include <utility>
 
 namespace dovrel {
@@ -9,9 +8,7 @@ StructuredCharArrayReader::~StructuredCharArrayReader() = default;
 
 void StructuredCharArrayReader::setBuffer(const void* buffer, uint32_t length) {
     auto copy = std::make_unique<CPPByteArray>();
-    copy->set(buffer, length);
-    // An allocation failure must not be reported as a damaged block.
-    if (copy->getSize() != length) throw std::bad_alloc();
+    copy->setOrThrow(buffer, length);
     ownCopy_ = std::move(copy);
     initialize(ownCopy_.get());
 }

@@ -16,7 +16,10 @@
 // A string is stored as its characters without a terminating NUL.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+
+#include "serialization/ByteOrder.h"
 
 namespace dovrel::structuredData {
 
@@ -33,6 +36,31 @@ constexpr uint32_t kPartHeaderSize = 8;
 
 /// The type number that a reader returns for a block without one.
 constexpr uint32_t kNoTypeNumber = 0xFFFFFFFF;
+
+/// The longest length of a part. No block has room for it, so every writer rejects it.
+constexpr uint32_t kLongestPart = 0xFFFFFFFF;
+
+/// Returns the length of a part's data as the format stores it. Longer data get the longest length instead of
+/// a truncated one, so that writers reject them.
+constexpr uint32_t toPartLength(uint64_t length) {
+    return static_cast<uint32_t>(std::min<uint64_t>(length, kLongestPart));
+}
+
+/// Stores the kHeaderSize bytes before the first part.
+inline void storeBlockHeader(uint8_t* bytes, uint32_t typeNumber) {
+    storeBigEndian32(bytes, kMagic);
+    bytes[kFormatOffset] = kFormatByte1;
+    bytes[kFormatOffset + 1] = kFormatByte2WithType;
+    storeBigEndian32(bytes + kTypeOffset, typeNumber);
+}
+
+/// Stores the kPartHeaderSize bytes before the data of a part. One number of 64 bits takes a single store.
+inline void storePartHeader(uint8_t* bytes, uint32_t tag, uint32_t length) {
+    storeBigEndian64(bytes, uint64_t{tag} << 32 | length);
+}
+
+/// The message of a StructuredWriteFailedException.
+constexpr char kTooSmall[] = "Byte array too small (or did not expand as expected)";
 
 /// Detail texts. Each names the place of a throw: 8 hexadecimal digits of a time and 4 of a site number. A
 /// new place needs a new text.

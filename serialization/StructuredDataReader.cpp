@@ -4,16 +4,12 @@
 #include <vector>
 
 #include "client/exceptions/CPPException.h"
+#include "serialization/ByteOrder.h"
 
 namespace dovrel {
 namespace {
 
 constexpr uint32_t kWordSize = 4;
-
-uint32_t fromLittleEndian(const uint8_t* bytes) {
-    return static_cast<uint32_t>(bytes[0]) | static_cast<uint32_t>(bytes[1]) << 8 |
-           static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
-}
 
 // Returns 0 instead of throwing, because readPart then reports the failure.
 uint32_t lengthOrZero(const StructuredDataReader& reader, uint32_t tag) {
@@ -34,11 +30,11 @@ uint32_t StructuredDataReader::readUInt32Part(uint32_t tag) const {
     if (length > kWordSize) {
         std::vector<uint8_t> bytes(length);
         readPart(tag, bytes.data());
-        return fromLittleEndian(bytes.data());
+        return loadLittleEndian32(bytes.data());
     }
     uint8_t bytes[kWordSize] = {};
     readPart(tag, bytes);
-    return fromLittleEndian(bytes);
+    return loadLittleEndian32(bytes);
 }
 
 std::string StructuredDataReader::readStringPart(uint32_t tag) const {

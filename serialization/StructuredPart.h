@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "serialization/ByteOrder.h"
 #include "serialization/CPPByteArray.h"
 
 namespace dovrel {
@@ -15,8 +16,7 @@ class StructuredPart {
     static StructuredPart ofNumber(uint32_t tag, uint32_t number) {
         StructuredPart part(tag, nullptr, kNumberLength);
         part.isNumber_ = true;
-        for (uint32_t i = 0; i < kNumberLength; ++i)
-            part.number_[i] = static_cast<uint8_t>(number >> (8 * i));
+        storeLittleEndian32(part.number_, number);
         return part;
     }
 

@@ -12,11 +12,11 @@
 
 namespace merrowd {
 
-using dovrel::commandCodeOf;
-using dovrel::commandNameOf;
 using dovrel::POSCommand;
 using dovrel::POSField;
 using dovrel::Properties;
+using dovrel::readCommandCode;
+using dovrel::readCommandName;
 namespace posField = dovrel::posField;
 
 namespace {
@@ -71,8 +71,8 @@ Outcome Exchanges::data(const CPPByteArray& request, pid_t sender) {
     // The log and the misbehaviour read requests as well, so this is checked first.
     if (hasMorePartsThan(kMostRequestParts, request)) return refuseParts(sender);
     Misbehaviour& misbehaviour = state_.settings.misbehaviour;
-    if (state_.settings.log) log_.request(commandNameOf(request) + fromProcess(sender), request);
-    const bool strikes = misbehaviour.fault != Fault::none && misbehaviour.strikes(commandCodeOf(request));
+    if (state_.settings.log) log_.request(readCommandName(request) + fromProcess(sender), request);
+    const bool strikes = misbehaviour.fault != Fault::none && misbehaviour.strikes(readCommandCode(request));
     Outcome outcome = strikes ? spoilt(request, sender) : answered(request, sender);
     outcome.endServer = outcome.endServer || hasLostLastClient();
     if (state_.settings.log) logEnd(outcome);
@@ -114,7 +114,7 @@ Outcome Exchanges::spoilt(const CPPByteArray& request, pid_t sender) {
             return outcome;
         case Fault::error:
             outcome.parameter = RequestHandler::exceptionAnswer(
-                commandCodeOf(request), {misbehaviour.errorCode, misbehaviour.errorText});
+                readCommandCode(request), {misbehaviour.errorCode, misbehaviour.errorText});
             return outcome;
         default:
             break;

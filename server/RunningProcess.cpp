@@ -23,6 +23,8 @@ sigset_t endingSignals() {
 }  // namespace
 
 RunningProcess::RunningProcess() {
+    // A launcher's hard limit of file sizes stays with this process. A write to the log then just fails.
+    signal(SIGXFSZ, SIG_IGN);
     const sigset_t signals = endingSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     taker_ = std::thread([this] { takeSignals(); });

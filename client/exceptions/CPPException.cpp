@@ -1,24 +1,31 @@
 #include "client/exceptions/CPPException.h"
 
+#include <cstring>
 #include <utility>
 
-#include "client/exceptions/OwnedText.h"
-
 namespace dovrel {
+
+std::unique_ptr<char[]> copyText(const char* text) {
+    if (text == nullptr || *text == '\0') return nullptr;
+    const size_t bytes = std::strlen(text) + 1;
+    std::unique_ptr<char[]> copy(new char[bytes]);
+    std::memcpy(copy.get(), text, bytes);
+    return copy;
+}
 
 CPPException::CPPException() : CPPException(nullptr) {}
 
 CPPException::CPPException(const char* message, int64_t code)
-    : message_(copyOfText(message)), detail_(copyOfText(kDefaultDetail)), code_(code) {}
+    : message_(copyText(message)), detail_(copyText(kDefaultDetail)), code_(code) {}
 
 CPPException::CPPException(const CPPException& other)
-    : message_(copyOfText(other.getMessage())), detail_(copyOfText(other.getDetail())), code_(other.code_) {}
+    : message_(copyText(other.getMessage())), detail_(copyText(other.getDetail())), code_(other.code_) {}
 
 CPPException& CPPException::operator=(const CPPException& other) {
     // Both texts are copied before anything changes. So nothing has changed if the second copy fails, and
     // self-assignment works without a special case.
-    std::unique_ptr<char[]> message = copyOfText(other.getMessage());
-    std::unique_ptr<char[]> detail = copyOfText(other.getDetail());
+    std::unique_ptr<char[]> message = copyText(other.getMessage());
+    std::unique_ptr<char[]> detail = copyText(other.getDetail());
     message_ = std::move(message);
     detail_ = std::move(detail);
     code_ = other.code_;
@@ -32,11 +39,11 @@ uint32_t CPPException::getTypeCode() const {
 }
 
 void CPPException::setMessage(const char* message) {
-    if (message != nullptr) message_ = copyOfText(message);
+    if (message != nullptr) message_ = copyText(message);
 }
 
 void CPPException::setDetail(const char* detail) {
-    if (detail != nullptr) detail_ = copyOfText(detail);
+    if (detail != nullptr) detail_ = copyText(detail);
 }
 
 }  // namespace dovrel

@@ -17,6 +17,9 @@
 
 namespace dovrel {
 
+/// Returns a copy of the NUL-terminated text, or null if the text is null or empty. Throws std::bad_alloc.
+std::unique_ptr<char[]> copyText(const char* text);
+
 class CPPException {
   public:
     /// The detail text of every new exception until setDetail replaces it.

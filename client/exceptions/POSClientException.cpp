@@ -1,10 +1,10 @@
 #include "client/exceptions/POSClientException.h"
 
-#include "client/exceptions/OwnedText.h"
+#include "client/exceptions/CPPException.h"
 
 namespace dovrel {
 
-POSClientException::POSClientException(const char* text) : text_(copyOfText(text)) {}
+POSClientException::POSClientException(const char* text) : text_(copyText(text)) {}
 
 POSClientException::~POSClientException() = default;
 

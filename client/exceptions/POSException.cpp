@@ -2,60 +2,38 @@
 
 namespace dovrel {
 
-uint32_t POSException::getTypeCode() const {
-    return exceptionTypeCode::kPOSException;
-}
-
-uint32_t POSClassNotFoundException::getTypeCode() const {
-    return exceptionTypeCode::kPOSClassNotFound;
-}
-
-uint32_t POSObjectNotFoundException::getTypeCode() const {
-    return exceptionTypeCode::kPOSObjectNotFound;
-}
-
-uint32_t POSObjectInstantiationException::getTypeCode() const {
-    return exceptionTypeCode::kPOSObjectInstantiation;
-}
-
-uint32_t POSMethodNotFoundException::getTypeCode() const {
-    return exceptionTypeCode::kPOSMethodNotFound;
-}
-
-uint32_t POSMethodExecutionException::getTypeCode() const {
-    return exceptionTypeCode::kPOSMethodExecution;
-}
-
-uint32_t POSParameterFormatException::getTypeCode() const {
-    return exceptionTypeCode::kPOSParameterFormat;
-}
-
-uint32_t POSRegistrationException::getTypeCode() const {
-    return exceptionTypeCode::kPOSRegistration;
-}
-
-uint32_t POSClassPackageNotProcessedException::getTypeCode() const {
-    return exceptionTypeCode::kPOSClassPackageNotProcessed;
-}
-
-uint32_t POSApplicationNotRegisteredException::getTypeCode() const {
-    return exceptionTypeCode::kPOSApplicationNotRegistered;
-}
-
-uint32_t POSLibraryNotFoundException::getTypeCode() const {
-    return exceptionTypeCode::kPOSLibraryNotFound;
-}
-
-uint32_t POSClassPackageNotFoundException::getTypeCode() const {
-    return exceptionTypeCode::kPOSClassPackageNotFound;
-}
-
-uint32_t POSExecuterReturnedErrorCodeException::getTypeCode() const {
-    return exceptionTypeCode::kPOSExecuterReturnedErrorCode;
-}
-
-uint32_t POSCommandNotExecutedException::getTypeCode() const {
-    return exceptionTypeCode::kPOSCommandNotExecuted;
+CPPException* newPOSExceptionForCode(uint32_t code, const char* message) {
+    using namespace exceptionTypeCode;
+    switch (code) {
+        case kPOSException:
+            return new POSException(message);
+        case kPOSClassNotFound:
+            return new POSClassNotFoundException(message);
+        case kPOSObjectNotFound:
+            return new POSObjectNotFoundException(message);
+        case kPOSObjectInstantiation:
+            return new POSObjectInstantiationException(message);
+        case kPOSMethodNotFound:
+            return new POSMethodNotFoundException(message);
+        case kPOSMethodExecution:
+            return new POSMethodExecutionException(message);
+        case kPOSParameterFormat:
+            return new POSParameterFormatException(message);
+        case kPOSRegistration:
+            return new POSRegistrationException(message);
+        case kPOSClassPackageNotProcessed:
+            return new POSClassPackageNotProcessedException(message);
+        case kPOSApplicationNotRegistered:
+            return new POSApplicationNotRegisteredException(message);
+        case kPOSClassPackageNotFound:
+            return new POSClassPackageNotFoundException(message);
+        case kPOSExecuterReturnedErrorCode:
+            return new POSExecuterReturnedErrorCodeException(message);
+        case kPOSCommandNotExecuted:
+            return new POSCommandNotExecutedException(message);
+        default:
+            return nullptr;
+    }
 }
 
 }  // namespace dovrel

@@ -20,7 +20,7 @@ int openTraceFile(const std::string& path) {
     struct stat status = {};
     if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
         // A host's umask may have taken away the owner's rights, and later sessions could not add to the file.
-        if (status.st_size == 0) static_cast<void>(fchmod(descriptor, status.st_mode | S_IRUSR | S_IWUSR));
+        if (status.st_size == 0) static_cast<void>(fchmod(descriptor, status.st_mode | 0600));
         return descriptor;
     }
     if (descriptor >= 0) close(descriptor);

@@ -44,6 +44,7 @@ int startDetached(const DetachedProcess& process) {
     descriptors.insert(descriptors.end(), process.descriptors.begin(), process.descriptors.end());
     PreparedProgram program(process.program, process.arguments, process.environment, descriptors);
     program.leaveFolderAndMask();
+    program.leaveLimits();
     return makeGoBetween(program);
 }
 

@@ -15,9 +15,10 @@ struct DetachedProcess {
 };
 
 /// Starts the program in a new session, in the folder "/", with umask 022, all signals unblocked and at their
-/// default actions. It inherits nothing else from this process. The system's first process becomes its
-/// parent, so it can outlive this process and is never a zombie of this process. Waits until the program runs
-/// or its start has failed.
+/// default actions. Limits of file sizes, processor time and memory are removed as far as the system permits.
+/// It inherits nothing else from this process. The system's first process becomes its parent, so it can
+/// outlive this process and is never a zombie of this process. Waits until the program runs or its start has
+/// failed.
 ///
 /// Returns 0 on success, otherwise an errno value. Any thread, regardless of what other threads do. This
 /// process receives no SIGCHLD, and its handling of children is not affected.

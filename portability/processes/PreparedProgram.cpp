@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sched.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 
@@ -21,6 +22,16 @@ DOVREL_IN_NEW_PROCESS void resetSignals() {
     }
     static const char kNone[kSignalSetSize] = {};
     systemCall(SYS_rt_sigprocmask, SIG_SETMASK, address(kNone), 0, kSignalSetSize);
+}
+
+DOVREL_IN_NEW_PROCESS void raiseLimit(long resource) {
+    // As prlimit64 takes it: the soft and the hard limit, with 64 bits on every machine.
+    static const unsigned long long kNoLimit[2] = {~0ULL, ~0ULL};
+    unsigned long long limit[2];
+    if (systemCall(SYS_prlimit64, 0, resource, address(kNoLimit)) == 0) return;
+    if (systemCall(SYS_prlimit64, 0, resource, 0, address(limit)) != 0) return;
+    limit[0] = limit[1];
+    systemCall(SYS_prlimit64, 0, resource, address(limit));
 }
 
 std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
@@ -45,6 +56,7 @@ PreparedProgram::PreparedProgram(const std::string& program, const std::vector<s
             environment_.data(),
             descriptors.data(),
             static_cast<int>(descriptors.size()),
+            false,
             false,
             descriptors.size() > kMostDescriptors ? EINVAL : 0} {}
 
@@ -77,6 +89,11 @@ int PreparedProgram::run(void* argument) {
     Plan& plan = *static_cast<Plan*>(argument);
     resetSignals();
     systemCall(SYS_setsid);
+    if (plan.leavesLimits) {
+        for (const int resource : {RLIMIT_FSIZE, RLIMIT_CPU, RLIMIT_AS, RLIMIT_DATA}) {
+            raiseLimit(resource);
+        }
+    }
     bool isReady = true;
     if (plan.leavesFolderAndMask) {
         systemCall(SYS_umask, kMask);

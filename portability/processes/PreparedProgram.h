@@ -27,6 +27,10 @@ class PreparedProgram {
     /// Makes the program run in the folder "/" with umask 022. Otherwise it runs with those of this process.
     void leaveFolderAndMask() { plan_.leavesFolderAndMask = true; }
 
+    /// Removes this process's limits of file sizes, processor time and memory from the program, as far as the
+    /// system permits: an ordinary user's process can only raise its soft limits to its hard ones.
+    void leaveLimits() { plan_.leavesLimits = true; }
+
     /// Creates a child of the calling process and starts the program in it. To be called in a process that
     /// makeProcess has created, with all signals blocked. The program runs in a new session, with all signals
     /// unblocked and at their default actions, and has only the descriptors of the list. Waits until it runs
@@ -45,6 +49,7 @@ class PreparedProgram {
         const int* descriptors;
         int descriptorCount;
         bool leavesFolderAndMask;
+        bool leavesLimits;
         int failure;
     };
 

@@ -3,8 +3,10 @@
 #include <cerrno>
 #include <cstring>
 #include <utility>
+#include <vector>
 
 #include "portability/transport/Packet.h"
+#include "portability/transport/SharedFile.h"
 
 namespace portability {
 
@@ -46,8 +48,8 @@ class HeldReply {
 
 }  // namespace
 
-Channel::Channel(FileDescriptor socket)
-    : socket_(std::move(socket)), released_(std::make_shared<std::atomic<uint32_t>>(0)) {}
+Channel::Channel(FileDescriptor socket, DescriptorCloser* closer)
+    : socket_(std::move(socket)), closer_(closer), released_(std::make_shared<std::atomic<uint32_t>>(0)) {}
 
 Channel::~Channel() {
     for (const OutSlot& slot : out_) {
@@ -220,21 +222,38 @@ Channel::Received Channel::receive(FrameBuffer& buffer, ReceivedFrame& frame) {
     return Received::nothing;
 }
 
+void Channel::refuse(FileDescriptor descriptor) {
+    if (closer_ != nullptr) {
+        closer_->close(std::move(descriptor));
+    } else {
+        closeWithoutLinger(std::move(descriptor));
+    }
+}
+
 Channel::Received Channel::receivePacket(FrameBuffer& buffer, ReceivedFrame& frame) {
     Packet packet(buffer.bytes.data(), buffer.bytes.size());
     size_t size = 0;
     FileDescriptor file;
-    switch (packet.receive(socket_.get(), size, file)) {
+    std::vector<FileDescriptor> refused;
+    const Packet::Received received = packet.receive(socket_.get(), size, file, refused);
+    for (FileDescriptor& descriptor : refused)
+        refuse(std::move(descriptor));
+    // Shared memory is closed at once. Anything else is nothing that a correct peer sends.
+    uint64_t fileSize;
+    const bool isForeign = file && !isSealedSharedFile(file, fileSize);
+    if (isForeign) refuse(std::move(file));
+    switch (received) {
         case Packet::Received::packet:
-            break;
+            return isForeign ? Received::malformed
+                             : interpret(buffer.bytes.data(), size, std::move(file), frame);
         case Packet::Received::nothing:
             return Received::nothing;
         case Packet::Received::closed:
             return Received::closed;
         case Packet::Received::cut:
-            return Received::malformed;
+            break;
     }
-    return interpret(buffer.bytes.data(), size, std::move(file), frame);
+    return Received::malformed;
 }
 
 Channel::Received Channel::interpret(const uint8_t* bytes, size_t size, FileDescriptor file,

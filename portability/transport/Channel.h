@@ -5,8 +5,10 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 #include "portability/posix/FileDescriptor.h"
+#include "portability/transport/DescriptorCloser.h"
 #include "portability/transport/Frame.h"
 #include "portability/transport/ImageMemory.h"
 #include "portability/transport/Mailbox.h"
@@ -44,12 +46,17 @@ class Channel {
         elsewhere   ///< from look() only: the frame arrives through the socket
     };
 
-    explicit Channel(FileDescriptor socket);
+    /// `closer` closes the descriptors that the peer sends without need. It must outlive the channel. If it is
+    /// null, the channel closes them itself.
+    explicit Channel(FileDescriptor socket, DescriptorCloser* closer = nullptr);
     Channel(const Channel&) = delete;
     Channel& operator=(const Channel&) = delete;
     ~Channel();
 
     int descriptor() const { return socket_.get(); }
+
+    /// Gives up the socket. Only the destructor may follow.
+    FileDescriptor releaseSocket() { return std::move(socket_); }
 
     /// Sends one frame through the socket. Fills in the header's fields for the place, the image size and the
     /// released slots. `confirmed` says whether the receiver will confirm the frame. If it will, the frame's
@@ -118,12 +125,14 @@ class Channel {
     uint16_t findPlace(const SharedBlock& block) const;
     void noteSent(const Outgoing& frame);
     void release(uint32_t mask);
+    void refuse(FileDescriptor descriptor);
     Received receivePacket(FrameBuffer& buffer, ReceivedFrame& frame);
     Received interpret(const uint8_t* bytes, size_t size, FileDescriptor file, ReceivedFrame& frame);
     bool findImage(ReceivedFrame& frame, const uint8_t* behindHeader, FileDescriptor file);
     bool openMailbox(FileDescriptor file);
 
     FileDescriptor socket_;
+    DescriptorCloser* const closer_;
     std::array<OutSlot, kSlots> out_;
     std::array<std::shared_ptr<const ReceivedBlock>, kSlots> in_;
     std::unique_ptr<Mailbox> mailbox_;

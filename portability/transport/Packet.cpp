@@ -2,15 +2,25 @@
 
 #include <cerrno>
 #include <cstring>
+#include <new>
+
+#include "portability/transport/DescriptorCloser.h"
 
 namespace portability {
 
 namespace {
 
-// Takes the ownership of all received descriptors and keeps one of them in `file`. Returns false if there is
-// more than one.
-bool takeFile(msghdr& message, FileDescriptor& file) {
-    bool single = true;
+void addRefused(FileDescriptor received, std::vector<FileDescriptor>& refused) {
+    try {
+        refused.push_back(FileDescriptor());
+        refused.back() = std::move(received);
+    } catch (const std::bad_alloc&) {
+        closeWithoutLinger(std::move(received));
+    }
+}
+
+// Takes the ownership of all received descriptors: the first goes to `file`, all others to `refused`.
+void takeFiles(msghdr& message, FileDescriptor& file, std::vector<FileDescriptor>& refused) {
     for (cmsghdr* control = CMSG_FIRSTHDR(&message); control != nullptr;
          control = CMSG_NXTHDR(&message, control)) {
         if (control->cmsg_level != SOL_SOCKET || control->cmsg_type != SCM_RIGHTS) continue;
@@ -18,19 +28,23 @@ bool takeFile(msghdr& message, FileDescriptor& file) {
         for (size_t i = 0; i < count; ++i) {
             int descriptor;
             std::memcpy(&descriptor, CMSG_DATA(control) + i * sizeof descriptor, sizeof descriptor);
-            single = single && !file;
-            file = aboveStandardStreams(descriptor);
+            FileDescriptor received = aboveStandardStreams(descriptor);
+            if (!file) {
+                file = std::move(received);
+            } else {
+                addRefused(std::move(received), refused);
+            }
         }
     }
-    return single;
 }
 
 }  // namespace
 
 void Packet::attach(int descriptor) {
-    control_ = {};
+    constexpr size_t kUsed = CMSG_SPACE(sizeof descriptor);
+    std::memset(control_.data(), 0, kUsed);
     message_.msg_control = control_.data();
-    message_.msg_controllen = kControlSize;
+    message_.msg_controllen = kUsed;
     cmsghdr* control = CMSG_FIRSTHDR(&message_);
     control->cmsg_level = SOL_SOCKET;
     control->cmsg_type = SCM_RIGHTS;
@@ -46,7 +60,9 @@ int Packet::send(int socket) {
     return sent < 0 ? errno : 0;
 }
 
-Packet::Received Packet::receive(int socket, size_t& size, FileDescriptor& file) {
+Packet::Received Packet::receive(int socket, size_t& size, FileDescriptor& file,
+                                 std::vector<FileDescriptor>& refused) {
+    file.reset();
     message_.msg_control = control_.data();
     message_.msg_controllen = kControlSize;
     ssize_t received;
@@ -59,9 +75,9 @@ Packet::Received Packet::receive(int socket, size_t& size, FileDescriptor& file)
     if (received == 0) return Received::closed;
 
     size = static_cast<size_t>(received);
-    const bool single = takeFile(message_, file);
+    takeFiles(message_, file, refused);
     const bool cut = (message_.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) != 0;
-    return single && !cut ? Received::packet : Received::cut;
+    return refused.empty() && !cut ? Received::packet : Received::cut;
 }
 
 }  // namespace portability

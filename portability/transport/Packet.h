@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstddef>
+#include <vector>
 
 #include "portability/posix/FileDescriptor.h"
 
@@ -40,20 +41,21 @@ class Packet {
     };
 
     /// Receives one packet. Sets `size` to the number of bytes in the buffer. If a file was sent with the
-    /// packet, `file` owns its descriptor, which is close-on-exec. All other descriptors in the packet
-    /// are closed.
-    Received receive(int socket, size_t& size, FileDescriptor& file);
+    /// packet, `file` owns its descriptor, which is close-on-exec. All other descriptors in the packet are
+    /// added to `refused`: to close a descriptor of another process can take any time.
+    Received receive(int socket, size_t& size, FileDescriptor& file, std::vector<FileDescriptor>& refused);
 
   private:
-    // Room for one descriptor. The padding can hold a second one, which a correct peer never sends.
-    static constexpr size_t kControlSize = CMSG_SPACE(sizeof(int));
+    // Room for the largest number of descriptors in one packet (the system's SCM_MAX_FD). A correct peer sends
+    // at most one. But the system would close all for which there is no room, on this thread.
+    static constexpr size_t kControlSize = CMSG_SPACE(253 * sizeof(int));
 
     void addPart(void* bytes, size_t size) {
         parts_[message_.msg_iovlen++] = {bytes, size};
         message_.msg_iov = parts_.data();
     }
 
-    alignas(cmsghdr) std::array<char, kControlSize> control_;
+    alignas(cmsghdr) std::array<char, kControlSize> control_;  // attach() uses the beginning
     std::array<iovec, 2> parts_;
     msghdr message_{};
 };

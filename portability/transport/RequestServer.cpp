@@ -150,6 +150,13 @@ bool RequestServer::isLookingFor(int descriptor) const {
 
 void RequestServer::acceptSenders() {
     for (int i = 0; i < kMostAcceptedAtOnce && !isEnding_.load(); ++i) {
+        // A number that becomes free is for the spare descriptor first: without it, nobody can be refused.
+        if (!spare_) spare_ = openSpare();
+        if (!spare_) {
+            constexpr int kPauseMilliseconds = 10;
+            poll(nullptr, 0, kPauseMilliseconds);
+            return;
+        }
         FileDescriptor socket =
             aboveStandardStreams(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
         if (!socket) {
@@ -161,7 +168,7 @@ void RequestServer::acceptSenders() {
         const int descriptor = socket.get();
         if (!isOwnUser(descriptor, process)) continue;
         try {
-            senders_[descriptor] = std::make_unique<Sender>(std::move(socket), process);
+            senders_[descriptor] = std::make_unique<Sender>(std::move(socket), closer_, process);
         } catch (const std::bad_alloc&) {
             senders_.erase(descriptor);
             continue;
@@ -173,16 +180,9 @@ void RequestServer::acceptSenders() {
 // Accepts and closes one connection when descriptors have run out. Otherwise the waiting connection would
 // make every epoll_wait return at once.
 void RequestServer::refuseSender() {
-    if (spare_) {
-        spare_.reset();
-        FileDescriptor refused(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
-        refused.reset();
-        spare_ = openSpare();
-    } else {
-        constexpr int kPauseMilliseconds = 10;
-        poll(nullptr, 0, kPauseMilliseconds);
-        spare_ = openSpare();
-    }
+    spare_.reset();
+    closer_.close(FileDescriptor(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC)));
+    spare_ = openSpare();
     errno = EMFILE;
 }
 
@@ -206,8 +206,12 @@ bool RequestServer::handleOneOf(int descriptor) {
 bool RequestServer::handle(Sender& sender, Channel::Received received, const ReceivedFrame& frame) {
     const int descriptor = sender.channel.descriptor();
     if (received == Channel::Received::nothing || received == Channel::Received::elsewhere) return false;
-    if (received != Channel::Received::frame || !handleRequest(sender, frame)) {
+    if (received == Channel::Received::closed) {
         dismiss(descriptor);
+        return false;
+    }
+    if (received != Channel::Received::frame || !handleRequest(sender, frame)) {
+        refuse(descriptor);
         return false;
     }
     latest_ = descriptor;
@@ -220,6 +224,16 @@ void RequestServer::dismiss(int descriptor) {
     const auto end = looking_.begin() + lookingCount_;
     lookingCount_ -= static_cast<size_t>(end - std::remove(looking_.begin(), end, descriptor));
     senders_.erase(descriptor);
+}
+
+// Disconnects a sender that violates the protocol. Unread packets may have descriptors, which the system
+// closes together with the socket.
+void RequestServer::refuse(int descriptor) {
+    FileDescriptor socket = senders_.at(descriptor)->channel.releaseSocket();
+    epoll_ctl(epoll_.get(), EPOLL_CTL_DEL, descriptor, nullptr);
+    shutdown(descriptor, SHUT_RDWR);
+    dismiss(descriptor);
+    closer_.close(std::move(socket));
 }
 
 // Returns false if the sender violated the protocol or does not read its replies.

@@ -20,8 +20,8 @@ namespace portability {
 /// Accepts any number of senders at an endpoint and passes their requests to the handler, one at a time, on
 /// the thread that calls serve().
 ///
-/// No sender can block the others: the server never waits for a particular sender, and it disconnects a
-/// sender that does not read its replies. The requests of one sender are handled in the order in which they
+/// No sender can block the others: the server never waits for a particular sender, it closes descriptors of
+/// senders on another thread, and it disconnects a sender that does not read its replies. The requests of one sender are handled in the order in which they
 /// were sent. Senders take turns.
 class RequestServer {
   public:
@@ -52,7 +52,8 @@ class RequestServer {
   private:
     class Replier;
     struct Sender {
-        Sender(FileDescriptor socket, pid_t itsProcess) : channel(std::move(socket)), process(itsProcess) {}
+        Sender(FileDescriptor socket, DescriptorCloser& closer, pid_t itsProcess)
+            : channel(std::move(socket), &closer), process(itsProcess) {}
         Channel channel;
         const pid_t process;
     };
@@ -79,6 +80,7 @@ class RequestServer {
     bool handleRequest(Sender& sender, const ReceivedFrame& frame);
     Channel::Sent reply(Sender& sender, uint64_t id, int32_t result, const ImageMemory& image);
     void dismiss(int descriptor);
+    void refuse(int descriptor);
 
     EndpointClaim claim_;
     RequestHandler& handler_;
@@ -87,6 +89,7 @@ class RequestServer {
     FileDescriptor epoll_;
     FileDescriptor spare_;  // closed for a moment to reject a sender when descriptors have run out
     bool ready_ = false;
+    DescriptorCloser closer_;
     std::unordered_map<int, std::unique_ptr<Sender>> senders_;
     int latest_ = -1;  // the sender whose request was handled last, if it is still connected
     std::array<int, kMostLookedFor> looking_{};  // the senders whose mailboxes we poll

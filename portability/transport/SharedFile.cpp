@@ -4,6 +4,8 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 
+#include "portability/posix/FileSizeSignalBlock.h"
+
 #ifndef MFD_NOEXEC_SEAL
 #define MFD_NOEXEC_SEAL 0x0008U
 #endif
@@ -18,6 +20,7 @@ FileDescriptor makeSharedFile(size_t size) {
     if (!file) return file;
     // The memory is allocated here, where a failure can be reported. A failure at the first access would kill
     // the process.
+    const FileSizeSignalBlock noSignal;
     int claimed;
     do
         claimed = fallocate(file.get(), 0, 0, static_cast<off_t>(size));

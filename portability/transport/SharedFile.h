@@ -9,7 +9,8 @@
 namespace portability {
 
 /// Creates a shared-memory file of `size` bytes whose size cannot change. All of its memory is allocated.
-/// Returns an empty descriptor if memory or file descriptors run out.
+/// Returns an empty descriptor if memory or file descriptors run out, or if the process's limit of file sizes
+/// (RLIMIT_FSIZE), which also holds for shared memory, is smaller. That brings no SIGXFSZ.
 FileDescriptor makeSharedFile(size_t size);
 
 /// Returns whether the file, which may come from any source, is shared memory that cannot shrink. (Access to

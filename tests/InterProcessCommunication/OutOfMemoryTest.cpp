@@ -1,6 +1,5 @@
-// Makes each allocation fail once, one after the other. The operation then either throws and
-// leaves its outputs untouched, or succeeds anyway. The sanitizers check that nothing leaks
-// and that nothing is freed twice.
+// Makes each allocation fail once, one after the other. The operation then either throws or succeeds anyway.
+// The sanitizers check that nothing leaks and that nothing is freed twice.
 #include <algorithm>
 #include <new>
 
@@ -18,9 +17,8 @@ namespace dovrel {
 namespace {
 
 using test::arrayOf;
+using test::blockText;
 using test::PlatformDouble;
-
-constexpr uint32_t kUntouched = 0xDEADBEEF;
 
 class OutOfMemoryTest : public test::ChannelFixture {
   protected:
@@ -31,13 +29,12 @@ class OutOfMemoryTest : public test::ChannelFixture {
     }
 
     // Runs `operation` with its first allocation failing, then its second, and so on until none fails. The
-    // operation returns true if it succeeded. After each run that throws, `expectUntouched` is called.
-    template <class Operation, class Check>
-    void failEachRequest(Operation operation, Check expectUntouched) {
+    // operation returns true if it succeeded.
+    template <class Operation>
+    void failEachRequest(Operation operation) {
         Outcome outcome = Outcome::done;
         test::refuseEachRequest([&] { outcome = run(operation); },
                                 [&](bool refused) {
-                                    if (outcome == Outcome::thrown) expectUntouched();
                                     EXPECT_TRUE(refused || outcome == Outcome::done)
                                         << "failed without a reason";
                                     EXPECT_NE(outcome, Outcome::wrong);
@@ -78,82 +75,46 @@ class OutOfMemoryTest : public test::ChannelFixture {
 
 TEST_F(OutOfMemoryTest, RegisterApplication_EndsInAnExceptionOrRegisters) {
     answerAlways(normalAnswer());
-    POSRegistration registration;
     const std::vector<CPPClassID> classes{classId};
-    trader.registerApplication("App", classes, objectId, registration);
+    trader.registerApplication("App", classes, objectId);
     const auto sent = platform.sent.back().directParameter;
-    failEachRequest(
-        [&] {
-            registration.applicationId = kUntouched;
-            return trader.registerApplication("App", classes, objectId, registration) &&
-                   registration.applicationId == 5 && registration.checksClasses &&
-                   platform.sent.back().directParameter == sent;
-        },
-        [&] { EXPECT_EQ(registration.applicationId, kUntouched); });
+    failEachRequest([&] {
+        const auto registered = trader.registerApplication("App", classes, objectId);
+        return registered.outcome == POSOutcome::kDone && registered.value.applicationId == 5 &&
+               registered.value.checksClasses && platform.sent.back().directParameter == sent;
+    });
 }
 
-TEST_F(OutOfMemoryTest, InstantiateObject_EndsInAnExceptionOrHandsTheObjectOut) {
+TEST_F(OutOfMemoryTest, InstantiateObject_EndsInAnExceptionOrReturnsTheObject) {
     answerAlways(normalAnswer());
-    failEachRequest(
-        [&] {
-            CPPObjectID created;
-            POSServerMessage message;
-            try {
-                return trader.instantiateObject(5, classId, kNoExecuter, created, message) &&
-                       created.compare(objectId) == 0 && message.text == "message";
-            } catch (...) {
-                // Checked here, because the outputs are local to this function.
-                EXPECT_EQ(created.getSize(), 0u);
-                EXPECT_EQ(message.flags, 0u);
-                throw;
-            }
-        },
-        [] {});
+    failEachRequest([&] {
+        const auto created = trader.instantiateObject(5, classId, kNoExecuter);
+        return created.outcome == POSOutcome::kDone && created.value.object.compare(objectId) == 0 &&
+               created.value.message.text == "message";
+    });
 }
 
-TEST_F(OutOfMemoryTest, CallMethod_EndsInAnExceptionOrHandsTheResultOut) {
+TEST_F(OutOfMemoryTest, CallMethod_EndsInAnExceptionOrReturnsTheResult) {
     answerAlways(normalAnswer());
-    uint8_t* result = nullptr;
-    uint32_t length = kUntouched;
-    failEachRequest(
-        [&] {
-            result = nullptr;
-            length = kUntouched;
-            POSServerMessage message;
-            const bool done =
-                trader.callMethod(5, nullptr, objectId, "name", nullptr, 0, &result, &length, message) &&
-                std::string(result, result + length) == "result" && message.text == "message";
-            delete[] result;
-            return done;
-        },
-        [&] {
-            EXPECT_EQ(result, nullptr);
-            EXPECT_EQ(length, kUntouched);
-        });
+    const MethodCall call{objectId, std::nullopt, "name", {}};
+    failEachRequest([&] {
+        const auto reply = trader.callMethod(5, call);
+        return reply.outcome == POSOutcome::kDone && blockText(reply.value.result) == "result" &&
+               reply.value.message.text == "message";
+    });
 }
 
-TEST_F(OutOfMemoryTest, ExecuteCommandAndGetInformation_EndInAnExceptionOrHandTheBlockOut) {
+TEST_F(OutOfMemoryTest, ExecuteCommandAndGetInformation_EndInAnExceptionOrReturnTheBlock) {
     answerAlways(normalAnswer());
     const uint8_t bytes[] = {1, 2, 3};
-    uint8_t* block = nullptr;
-    uint32_t length = kUntouched;
-    const auto expectUntouched = [&] {
-        EXPECT_EQ(block, nullptr);
-        EXPECT_EQ(length, kUntouched);
-    };
-    const auto run = [&](auto operation, const char* expected) {
-        failEachRequest(
-            [&] {
-                block = nullptr;
-                length = kUntouched;
-                const bool done = operation() && std::string(block, block + length) == expected;
-                delete[] block;
-                return done;
-            },
-            expectUntouched);
-    };
-    run([&] { return trader.executeCommand(5, bytes, 1, bytes, 3, &block, &length); }, "result");
-    run([&] { return trader.getInformation(5, bytes, 3, &block, &length); }, "info");
+    failEachRequest([&] {
+        const auto reply = trader.executeCommand(5, {{bytes, 1}, {bytes, 3}});
+        return reply.outcome == POSOutcome::kDone && blockText(reply.value) == "result";
+    });
+    failEachRequest([&] {
+        const auto reply = trader.getInformation(5, {bytes, 3});
+        return reply.outcome == POSOutcome::kDone && blockText(reply.value) == "info";
+    });
 }
 
 TEST_F(OutOfMemoryTest, ExecuteCommand_SendsTheWholeCommandOrNothing) {
@@ -162,16 +123,12 @@ TEST_F(OutOfMemoryTest, ExecuteCommand_SendsTheWholeCommandOrNothing) {
     const uint8_t argument[] = {'!'};
     for (const uint32_t argumentLength : {1u, 0u}) {
         const auto execute = [&] {
-            uint8_t* block = nullptr;
-            uint32_t length = 0;
-            const bool done =
-                trader.executeCommand(5, command, sizeof command, argument, argumentLength, &block, &length);
-            delete[] block;
-            return done;
+            return trader.executeCommand(5, {{command, sizeof command}, {argument, argumentLength}})
+                       .outcome == POSOutcome::kDone;
         };
         ASSERT_TRUE(execute());
         const auto sent = platform.sent.back().directParameter;
-        failEachRequest([&] { return execute() && platform.sent.back().directParameter == sent; }, [] {});
+        failEachRequest([&] { return execute() && platform.sent.back().directParameter == sent; });
     }
 }
 
@@ -181,19 +138,16 @@ TEST_F(OutOfMemoryTest, TransferPack_HoldsAllThatItReportsOrIsNotMade) {
         bytes[14] = 100;  // bytes of additional data
         bytes[15] = 0;
         const CPPByteArray record = arrayOf(bytes);
-        failEachRequest(
-            [&] {
-                const TransferPack pack(record);
-                uint16_t size = 0;
-                const uint8_t* const data = pack.getAdditionalData(size);
-                std::string expected = bytes;
-                expected.resize(708);
-                return size == 100 && pack.getStatus() == 0x7878 &&
-                       std::equal(data, data + size, expected.begin() + 608, [](uint8_t left, char right) {
-                           return left == static_cast<uint8_t>(right);
-                       });
-            },
-            [] {});
+        failEachRequest([&] {
+            const TransferPack pack(record);
+            uint16_t size = 0;
+            const uint8_t* const data = pack.getAdditionalData(size);
+            std::string expected = bytes;
+            expected.resize(708);
+            return size == 100 && pack.getStatus() == 0x7878 &&
+                   std::equal(data, data + size, expected.begin() + 608,
+                              [](uint8_t left, char right) { return left == static_cast<uint8_t>(right); });
+        });
     }
 }
 
@@ -202,34 +156,28 @@ TEST_F(OutOfMemoryTest, CopiesOfTransferObjects_AreCompleteOrEndInAnException) {
     const CPPByteArray wire = object.bytes();
     // Arrays of the same size, so that only the content shows whether an array was replaced.
     const CPPByteArray other = test::plainArray(wire.getSize());
-    failEachRequest(
-        [&] {
-            CPPByteArray copy = other;
-            if (copy.getSize() != other.getSize()) throw std::bad_alloc();
-            object.copyBytesTo(copy);
-            return copy.compare(wire) == 0;
-        },
-        [] {});
-    failEachRequest(
-        [&] {
-            POSTransferObj rebuilt(1, 20, 13);
-            rebuilt.copyBytesFrom(wire);
-            return rebuilt.bytes().compare(wire) == 0;
-        },
-        [] {});
+    failEachRequest([&] {
+        CPPByteArray copy = other;
+        if (copy.getSize() != other.getSize()) throw std::bad_alloc();
+        object.copyBytesTo(copy);
+        return copy.compare(wire) == 0;
+    });
+    failEachRequest([&] {
+        POSTransferObj rebuilt(1, 20, 13);
+        rebuilt.copyBytesFrom(wire);
+        return rebuilt.bytes().compare(wire) == 0;
+    });
 }
 
 TEST_F(OutOfMemoryTest, ReadIdentifier_ReplacesAnotherIdentifierOrEndsInAnException) {
-    failEachRequest(
-        [&] {
-            POSTransferObj object(1, 11, 0);
-            object.writeByteArray(105, objectId);
-            CPPObjectID identifier(classId);
-            if (identifier.getSize() != kPOSIdentifierSize) throw std::bad_alloc();
-            readIdentifier(object, 105, identifier);
-            return identifier.compare(objectId) == 0;
-        },
-        [] {});
+    failEachRequest([&] {
+        POSTransferObj object(1, 11, 0);
+        object.writeByteArray(105, objectId);
+        CPPObjectID identifier(classId);
+        if (identifier.getSize() != kPOSIdentifierSize) throw std::bad_alloc();
+        readIdentifier(object, 105, identifier);
+        return identifier.compare(objectId) == 0;
+    });
 }
 
 TEST_F(OutOfMemoryTest, ErrorAnswer_IsReleasedWhateverFails) {
@@ -238,18 +186,16 @@ TEST_F(OutOfMemoryTest, ErrorAnswer_IsReleasedWhateverFails) {
     answer.writeUInt32(151, 25);
     answerAlways(test::textOf(answer.bytes()));
     bool thrown = false;
-    failEachRequest(
-        [&] {
-            try {
-                trader.deleteObject(5, objectId);
-            } catch (CPPException* caught) {
-                const std::unique_ptr<CPPException> failure(caught);
-                thrown = thrown || failure->getTypeCode() == 25;
-                return true;
-            }
-            return false;
-        },
-        [] {});
+    failEachRequest([&] {
+        try {
+            trader.deleteObject(5, objectId);
+        } catch (CPPException* caught) {
+            const std::unique_ptr<CPPException> failure(caught);
+            thrown = thrown || failure->getTypeCode() == 25;
+            return true;
+        }
+        return false;
+    });
     EXPECT_TRUE(thrown);
 }
 
@@ -263,12 +209,10 @@ TEST_F(OutOfMemoryTest, LostServer_IsReconnectedToOrTheRequestEndsInAnException)
         return PlatformDouble::answerWith(reply, normalAnswer());
     };
     testing::internal::CaptureStdout();
-    failEachRequest(
-        [&] {
-            gone = true;
-            return trader.unregisterApplication(5);
-        },
-        [] {});
+    failEachRequest([&] {
+        gone = true;
+        return trader.unregisterApplication(5) == POSOutcome::kDone;
+    });
     testing::internal::GetCapturedStdout();
 }
 

@@ -16,8 +16,7 @@ class POSTransferObjTraderNotesTest : public test::TraderFixture {
   protected:
     /// Runs the operation and ignores its result.
     void run(const Operation& operation) {
-        test::Outputs results;
-        test::failureOf([&] { operation.run(trader, results); });
+        test::failureOf([&] { operation.run(trader); });
     }
 
     FailureNotes notes;

@@ -23,11 +23,9 @@ class POSTransferObjTraderRefusalTest : public test::TraderFixture {};
 
 TEST_F(POSTransferObjTraderRefusalTest, RegisterApplication_WhenConnectingFails_SendsNothing) {
     forwarder.throwAtConnect("no server");
-    expectFailure<POSException>(
-        [&] { trader.registerApplication("App", {classId}, CPPByteArray(), outputs.registration); },
-        exceptionTypeCode::kPOSException, "???", "no server");
+    expectFailure<POSException>([&] { trader.registerApplication("App", {classId}, CPPByteArray()); },
+                                exceptionTypeCode::kPOSException, "???", "no server");
     EXPECT_EQ(forwarder.calls(), (Calls{"connect 10"}));
-    outputs.expectUntouched();
 }
 
 TEST_F(POSTransferObjTraderRefusalTest,
@@ -35,12 +33,10 @@ TEST_F(POSTransferObjTraderRefusalTest,
     forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
     expectFailure<CPPException>(
         [&] {
-            trader.registerApplication("App", {classId, CPPClassID(arrayOf("short"))}, CPPByteArray(),
-                                       outputs.registration);
+            trader.registerApplication("App", {classId, CPPClassID(arrayOf("short"))}, CPPByteArray());
         },
         exceptionTypeCode::kCPPException, "???", test::TransportTexts::kWrongIdentifier);
     EXPECT_EQ(forwarder.calls(), (Calls{"connect 10", "query interface version", "identify"}));
-    outputs.expectUntouched();
 }
 
 TEST_F(POSTransferObjTraderRefusalTest,
@@ -48,10 +44,9 @@ TEST_F(POSTransferObjTraderRefusalTest,
     for (const char* identifier : {"", "01", "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F",
                                    "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10 11"}) {
         forwarder.answerParts(kNormalAnswer + part(105, identifier) + part(120, "01 00 00 00"));
-        expectFailure<CPPException>(
-            [&] { trader.instantiateObject(5, classId, kNoExecuter, outputs.objectId, outputs.message); },
-            exceptionTypeCode::kCPPException, "???", test::TransportTexts::kWrongIdentifier);
-        outputs.expectUntouched();
+        expectFailure<CPPException>([&] { trader.instantiateObject(5, classId, kNoExecuter); },
+                                    exceptionTypeCode::kCPPException, "???",
+                                    test::TransportTexts::kWrongIdentifier);
     }
 }
 
@@ -62,11 +57,10 @@ TEST_F(POSTransferObjTraderRefusalTest,
     // The sum of the lengths is 2^32 + 3. Each length alone is within the limit of its field.
     expectFailure<StructuredWriteFailedException>(
         [&] {
-            trader.executeCommand(5, command, 4, argument, 0xFFFFFFFF, &outputs.block, &outputs.blockLength);
+            trader.executeCommand(5, {{command, 4}, {argument, 0xFFFFFFFF}});
         },
         exceptionTypeCode::kStructuredWriteFailed, "6B00A7F90036: ", test::TransportTexts::kCommandTooLong);
     EXPECT_TRUE(forwarder.calls().empty());
-    outputs.expectUntouched();
 }
 
 TEST_F(POSTransferObjTraderRefusalTest, GivenIdentifiersThatAreNot16Bytes_FailBeforeAnythingIsSent) {
@@ -74,22 +68,19 @@ TEST_F(POSTransferObjTraderRefusalTest, GivenIdentifiersThatAreNot16Bytes_FailBe
     const CPPClassID longClass{arrayOf("seventeen bytes..")};
     const ProtectedExecuterID emptyExecuter;
     const std::vector<std::function<void()>> attempts = {
-        [&] { trader.instantiateObject(5, longClass, kNoExecuter, outputs.objectId, outputs.message); },
+        [&] { trader.instantiateObject(5, longClass, kNoExecuter); },
         [&] { trader.deleteObject(5, shortObject); },
         [&] {
-            trader.callMethod(5, nullptr, shortObject, "m", nullptr, 0, &outputs.block, &outputs.blockLength,
-                              outputs.message);
+            trader.callMethod(5, {shortObject, std::nullopt, "m", {}});
         },
         [&] {
-            trader.callMethod(5, &emptyExecuter, objectId, "m", nullptr, 0, &outputs.block,
-                              &outputs.blockLength, outputs.message);
+            trader.callMethod(5, {objectId, emptyExecuter, "m", {}});
         },
     };
     for (const auto& attempt : attempts)
         expectFailure<CPPException>(attempt, exceptionTypeCode::kCPPException, "???",
                                     test::TransportTexts::kWrongIdentifier);
     EXPECT_TRUE(forwarder.calls().empty());
-    outputs.expectUntouched();
 }
 
 TEST_F(POSTransferObjTraderRefusalTest,
@@ -97,13 +88,11 @@ TEST_F(POSTransferObjTraderRefusalTest,
     const uint8_t byte = 0;
     expectFailure<StructuredWriteFailedException>(
         [&] {
-            trader.callMethod(5, nullptr, objectId, "m", &byte, 0xFFFFFFFF, &outputs.block,
-                              &outputs.blockLength, outputs.message);
+            trader.callMethod(5, {objectId, std::nullopt, "m", {&byte, 0xFFFFFFFF}});
         },
         exceptionTypeCode::kStructuredWriteFailed,
         "384269E80233: ", "Byte array too small (or did not expand as expected)");
     EXPECT_TRUE(forwarder.calls().empty());
-    outputs.expectUntouched();
 }
 
 }  // namespace

@@ -20,25 +20,22 @@ using test::expectFailure;
 using test::failureOf;
 using test::kNormalAnswer;
 using test::Operation;
-using test::Outputs;
 using test::part;
+using test::Returned;
 using test::uint32Part;
 
 class POSTransferObjTraderReplyTest : public test::TraderFixture {
   protected:
-    // Expects that the operation throws exactly this class with this message,
-    // and leaves its outputs untouched.
+    // Expects that the operation throws exactly this class with this message.
     void expectFailureOf(const Operation& operation, const std::type_info& type, const char* message) {
         SCOPED_TRACE(operation.name);
-        Outputs untouched;
-        const auto failure = failureOf([&] { operation.run(trader, untouched); });
+        const auto failure = failureOf([&] { operation.run(trader); });
         ASSERT_NE(failure, nullptr) << "nothing was thrown";
         const CPPException& thrown = *failure;
         EXPECT_STREQ(typeid(thrown).name(), type.name());
         EXPECT_STREQ(thrown.getMessage(), message);
         EXPECT_STREQ(thrown.getDetail(), "???");
         EXPECT_EQ(thrown.getCode(), 0);
-        untouched.expectUntouched();
     }
 };
 
@@ -88,9 +85,7 @@ TEST_F(POSTransferObjTraderReplyTest, ErrorCodesThatStandForNoException_EndTheOp
             SCOPED_TRACE(operation.name + std::string(" ") + std::to_string(code));
             prepare(operation);
             forwarder.answerParts(exceptionAnswer(code, "what happened"));
-            Outputs untouched;
-            EXPECT_FALSE(operation.run(trader, untouched));
-            untouched.expectUntouched();
+            operation.run(trader).expectUnlistedError();
         }
     }
 }
@@ -98,9 +93,8 @@ TEST_F(POSTransferObjTraderReplyTest, ErrorCodesThatStandForNoException_EndTheOp
 TEST_F(POSTransferObjTraderReplyTest,
        ErrorCodeThatStandsForNoException_InTheVersionCheck_EndsTheRegistration) {
     forwarder.answerParts(exceptionAnswer(36, "a library is missing"));
-    EXPECT_FALSE(operationNamed("register application").run(trader, outputs));
+    operationNamed("register application").run(trader).expectUnlistedError();
     EXPECT_EQ(forwarder.calls(), (std::vector<std::string>{"connect 10", "query interface version"}));
-    outputs.expectUntouched();
 }
 
 TEST_F(POSTransferObjTraderReplyTest, ErrorTextOfNoBytes_LeavesTheExceptionWithoutAMessage) {
@@ -116,10 +110,8 @@ TEST_F(POSTransferObjTraderReplyTest, ErrorAnswerWithoutTextOrCode_IsThePartNotF
             SCOPED_TRACE(operation.name);
             prepare(operation);
             forwarder.answerParts(parts);
-            Outputs untouched;
-            expectFailure<PartNotFoundException>([&] { operation.run(trader, untouched); },
+            expectFailure<PartNotFoundException>([&] { operation.run(trader); },
                                                  exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");
-            untouched.expectUntouched();
         }
     }
 }
@@ -141,9 +133,9 @@ TEST_F(POSTransferObjTraderReplyTest, AnyMessageKindBut20_IsANormalAnswer) {
     for (const uint32_t kind : {0u, 1u, 10u, 11u, 19u, 21u, 0x1400u, 0xFFFFFFFFu}) {
         SCOPED_TRACE(kind);
         forwarder.answerParts(uint32Part(1, kind) + part(109, "79 65 73"));
-        Outputs some;
-        EXPECT_TRUE(operationNamed("get information").run(trader, some));
-        EXPECT_EQ(some.blockText(), "yes");
+        const Returned returned = operationNamed("get information").run(trader);
+        EXPECT_TRUE(returned.isDone());
+        EXPECT_EQ(returned.blockText(), "yes");
     }
 }
 
@@ -161,31 +153,28 @@ TEST_F(POSTransferObjTraderReplyTest, InterfaceVersionOtherThan7_EndsTheRegistra
 TEST_F(POSTransferObjTraderReplyTest, InterfaceVersion7_MayBeAShortField) {
     forwarder.answerParts(kNormalAnswer + part(118, "07"));
     forwarder.answerParts(kNormalAnswer + operationNamed("register application").replyParts);
-    EXPECT_TRUE(operationNamed("register application").run(trader, outputs));
+    EXPECT_TRUE(operationNamed("register application").run(trader).isDone());
 }
 
 TEST_F(POSTransferObjTraderReplyTest,
        MissingInterfaceVersion_IsThePartNotFoundFailureNotTheInterfaceFailure) {
     forwarder.answerParts(kNormalAnswer);
-    expectFailure<PartNotFoundException>([&] { operationNamed("register application").run(trader, outputs); },
+    expectFailure<PartNotFoundException>([&] { operationNamed("register application").run(trader); },
                                          exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");
-    outputs.expectUntouched();
 }
 
-TEST_F(POSTransferObjTraderReplyTest, MissingReplyFields_AreThePartNotFoundFailureAndTouchNoOutput) {
+TEST_F(POSTransferObjTraderReplyTest, MissingReplyFields_AreThePartNotFoundFailure) {
     for (const Operation& operation : operations()) {
         if (operation.replyParts.empty()) continue;
         SCOPED_TRACE(operation.name);
         prepare(operation);
         forwarder.answerParts(kNormalAnswer);
-        Outputs untouched;
-        expectFailure<PartNotFoundException>([&] { operation.run(trader, untouched); },
-                                             exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");
-        untouched.expectUntouched();
+        expectFailure<PartNotFoundException>([&] { operation.run(trader); }, exceptionTypeCode::kPartNotFound,
+                                             "384181A400FA: ", "2");
     }
 }
 
-TEST_F(POSTransferObjTraderReplyTest, EachReplyFieldMissingAlone_TouchesNoOutput) {
+TEST_F(POSTransferObjTraderReplyTest, EachReplyFieldMissingAlone_IsThePartNotFoundFailure) {
     const std::string sixteen = "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10";
     const std::vector<std::pair<const char*, std::string>> cases = {
         {"register application", uint32Part(103, 5)},
@@ -199,10 +188,8 @@ TEST_F(POSTransferObjTraderReplyTest, EachReplyFieldMissingAlone_TouchesNoOutput
         const Operation& incomplete = operationNamed(name);
         prepare(incomplete);
         forwarder.answerParts(kNormalAnswer + parts);
-        Outputs untouched;
-        expectFailure<PartNotFoundException>([&] { incomplete.run(trader, untouched); },
+        expectFailure<PartNotFoundException>([&] { incomplete.run(trader); },
                                              exceptionTypeCode::kPartNotFound, "384181A400FA: ", "2");
-        untouched.expectUntouched();
     }
 }
 
@@ -211,11 +198,9 @@ TEST_F(POSTransferObjTraderReplyTest, EmptyAnswer_IsTheReadersFailure) {
         SCOPED_TRACE(operation.name);
         prepare(operation);
         forwarder.answerBytes(CPPByteArray());
-        Outputs untouched;
         expectFailure<StructuredReaderNotInitializedException>(
-            [&] { operation.run(trader, untouched); }, exceptionTypeCode::kStructuredReaderNotInitialized,
+            [&] { operation.run(trader); }, exceptionTypeCode::kStructuredReaderNotInitialized,
             "3841954A010E: ", "1");
-        untouched.expectUntouched();
     }
 }
 
@@ -224,15 +209,13 @@ TEST_F(POSTransferObjTraderReplyTest, Garbage_IsTheReadersFailure) {
         SCOPED_TRACE(operation.name);
         prepare(operation);
         forwarder.answerBytes(arrayOf("\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF this is not the answer"));
-        Outputs untouched;
         expectFailure<StructuredReaderNotInitializedException>(
-            [&] { operation.run(trader, untouched); }, exceptionTypeCode::kStructuredReaderNotInitialized,
+            [&] { operation.run(trader); }, exceptionTypeCode::kStructuredReaderNotInitialized,
             "384190CE01EA: ", "1");
-        untouched.expectUntouched();
     }
 }
 
-TEST_F(POSTransferObjTraderReplyTest, AnswerCutAnywhere_IsAFailureAndTouchesNoOutput) {
+TEST_F(POSTransferObjTraderReplyTest, AnswerCutAnywhere_IsAFailure) {
     for (const Operation& operation : operations()) {
         if (operation.replyParts.empty()) continue;
         CPPByteArray whole =
@@ -243,9 +226,7 @@ TEST_F(POSTransferObjTraderReplyTest, AnswerCutAnywhere_IsAFailureAndTouchesNoOu
             cut.setFromPart(whole, 0, length);
             prepare(operation);
             forwarder.answerBytes(cut);
-            Outputs untouched;
-            EXPECT_NE(failureOf([&] { operation.run(trader, untouched); }), nullptr);
-            untouched.expectUntouched();
+            EXPECT_NE(failureOf([&] { operation.run(trader); }), nullptr);
         }
     }
 }
@@ -279,8 +260,7 @@ TEST_F(POSTransferObjTraderReplyTest, EveryAnswer_IsReleasedBeforeTheOperationEn
         prepare(operation);
         forwarder.answerParts(kNormalAnswer + operation.replyParts);
         answers += operation.registers ? 2 : 1;
-        Outputs some;
-        EXPECT_TRUE(operation.run(trader, some));
+        EXPECT_TRUE(operation.run(trader).isDone());
         EXPECT_EQ(forwarder.releasedAnswers(), answers) << operation.name;
     }
 }

@@ -12,11 +12,12 @@ namespace {
 
 using test::arrayOf;
 using test::arrayOfHex;
+using test::blockText;
 using test::hexOf;
 using test::kNormalAnswer;
 using test::Operation;
-using test::Outputs;
 using test::part;
+using test::Returned;
 using test::uint32Part;
 
 using Calls = std::vector<std::string>;
@@ -38,8 +39,7 @@ TEST_F(POSTransferObjTraderTest, RegisterApplication_ConnectsChecksTheVersionThe
     forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
     forwarder.answerParts(kNormalAnswer + uint32Part(103, 0x01020304) + part(115, "01 00 00 00"));
     const CPPClassID second{arrayOf("1234567890123456")};
-    EXPECT_TRUE(
-        trader.registerApplication("App", {classId, second}, arrayOfHex("60 04"), outputs.registration));
+    const auto registered = trader.registerApplication("App", {classId, second}, arrayOfHex("60 04"));
 
     EXPECT_EQ(forwarder.calls(),
               (Calls{"connect 10", "query interface version", "identify", "register application"}));
@@ -54,14 +54,15 @@ TEST_F(POSTransferObjTraderTest, RegisterApplication_ConnectsChecksTheVersionThe
                   " 00 00 00 05 00 00 00 10 41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50"
                   " 00 00 00 07 00 00 00 10 31 32 33 34 35 36 37 38 39 30 31 32 33 34 35 36"
                   " 00 00 00 72 00 00 00 02 60 04");
-    EXPECT_EQ(outputs.registration.applicationId, 0x01020304u);
-    EXPECT_TRUE(outputs.registration.checksClasses);
+    EXPECT_EQ(registered.outcome, POSOutcome::kDone);
+    EXPECT_EQ(registered.value.applicationId, 0x01020304u);
+    EXPECT_TRUE(registered.value.checksClasses);
 }
 
 TEST_F(POSTransferObjTraderTest, RegisterApplication_WithNothing_SendsEmptyFields) {
     forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
     forwarder.answerParts(kNormalAnswer + uint32Part(103, 1) + part(115, ""));
-    EXPECT_TRUE(trader.registerApplication("", {}, CPPByteArray(), outputs.registration));
+    EXPECT_EQ(trader.registerApplication("", {}, CPPByteArray()).outcome, POSOutcome::kDone);
     EXPECT_EQ(request(posCommand::kRegisterApplication),
               requestHeader("0A") +
                   " 00 00 00 64 00 00 00 01 00"
@@ -81,16 +82,15 @@ TEST_F(POSTransferObjTraderTest,
         SCOPED_TRACE(flags);
         forwarder.answerParts(kNormalAnswer + uint32Part(118, 7));
         forwarder.answerParts(kNormalAnswer + uint32Part(103, 1) + part(115, flags));
-        POSRegistration registration;
-        registration.checksClasses = !checks;
-        EXPECT_TRUE(trader.registerApplication("App", {}, CPPByteArray(), registration));
-        EXPECT_EQ(registration.checksClasses, checks);
+        const auto registered = trader.registerApplication("App", {}, CPPByteArray());
+        EXPECT_EQ(registered.outcome, POSOutcome::kDone);
+        EXPECT_EQ(registered.value.checksClasses, checks);
     }
 }
 
 TEST_F(POSTransferObjTraderTest, UnregisterApplication_SendsTheSession) {
     forwarder.answerParts(kNormalAnswer);
-    EXPECT_TRUE(trader.unregisterApplication(0xFFFFFFFE));
+    EXPECT_EQ(trader.unregisterApplication(0xFFFFFFFE), POSOutcome::kDone);
     EXPECT_EQ(request(posCommand::kUnregisterApplication),
               requestHeader("0B") + " 00 00 00 67 00 00 00 04 FE FF FF FF");
     EXPECT_EQ(forwarder.calls(), (Calls{"unregister application"}));
@@ -99,21 +99,22 @@ TEST_F(POSTransferObjTraderTest, UnregisterApplication_SendsTheSession) {
 TEST_F(POSTransferObjTraderTest, InstantiateObject_SendsClassEmptyCreationDataAndExecuterWord) {
     forwarder.answerParts(kNormalAnswer + part(105, "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10") +
                           part(120, "01 00 00 00 48 69"));
-    EXPECT_TRUE(trader.instantiateObject(5, classId, kNoExecuter, outputs.objectId, outputs.message));
+    const auto created = trader.instantiateObject(5, classId, kNoExecuter);
     EXPECT_EQ(request(posCommand::kInstantiateObject),
               requestHeader("0C") +
                   " 00 00 00 67 00 00 00 04 05 00 00 00"
                   " 00 00 00 6A 00 00 00 10 41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50"
                   " 00 00 00 74 00 00 00 00"
                   " 00 00 00 75 00 00 00 04 FF FF FF FF");
-    EXPECT_EQ(hexOf(outputs.objectId), "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10");
-    EXPECT_EQ(outputs.message.flags, 1u);
-    EXPECT_EQ(outputs.message.text, "Hi");
+    EXPECT_EQ(created.outcome, POSOutcome::kDone);
+    EXPECT_EQ(hexOf(created.value.object), "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10");
+    EXPECT_EQ(created.value.message.flags, 1u);
+    EXPECT_EQ(created.value.message.text, "Hi");
 }
 
 TEST_F(POSTransferObjTraderTest, DeleteObject_SendsTheObject) {
     forwarder.answerParts(kNormalAnswer);
-    EXPECT_TRUE(trader.deleteObject(5, objectId));
+    EXPECT_EQ(trader.deleteObject(5, objectId), POSOutcome::kDone);
     EXPECT_EQ(request(posCommand::kDeleteObject),
               requestHeader("0D") +
                   " 00 00 00 67 00 00 00 04 05 00 00 00"
@@ -123,8 +124,7 @@ TEST_F(POSTransferObjTraderTest, DeleteObject_SendsTheObject) {
 TEST_F(POSTransferObjTraderTest, CallMethod_SendsTheNameWithItsZeroAndWithoutAnExecuterField104OfLength0) {
     forwarder.answerParts(kNormalAnswer + part(111, "72 65 73") + part(120, "02 00 00 00"));
     const uint8_t parameters[] = {0, 1, 2};
-    EXPECT_TRUE(trader.callMethod(5, nullptr, objectId, "add", parameters, 3, &outputs.block,
-                                  &outputs.blockLength, outputs.message));
+    const auto reply = trader.callMethod(5, {objectId, std::nullopt, "add", {parameters, 3}});
     EXPECT_EQ(request(posCommand::kCallMethod),
               requestHeader("0E") +
                   " 00 00 00 67 00 00 00 04 05 00 00 00"
@@ -132,16 +132,16 @@ TEST_F(POSTransferObjTraderTest, CallMethod_SendsTheNameWithItsZeroAndWithoutAnE
                   " 00 00 00 6B 00 00 00 04 61 64 64 00"
                   " 00 00 00 6E 00 00 00 03 00 01 02"
                   " 00 00 00 68 00 00 00 00");
-    EXPECT_EQ(outputs.blockText(), "res");
-    EXPECT_EQ(outputs.message.flags, 2u);
-    EXPECT_EQ(outputs.message.text, "");
+    EXPECT_EQ(reply.outcome, POSOutcome::kDone);
+    EXPECT_EQ(blockText(reply.value.result), "res");
+    EXPECT_EQ(reply.value.message.flags, 2u);
+    EXPECT_EQ(reply.value.message.text, "");
 }
 
 TEST_F(POSTransferObjTraderTest, CallMethod_OnAnExecuter_SendsItsIdentifier) {
     forwarder.answerParts(kNormalAnswer + part(111, "") + part(120, ""));
     const ProtectedExecuterID executer{arrayOf("EXECUTER........")};
-    EXPECT_TRUE(trader.callMethod(5, &executer, objectId, "", nullptr, 0, &outputs.block,
-                                  &outputs.blockLength, outputs.message));
+    EXPECT_EQ(trader.callMethod(5, {objectId, executer, "", {}}).outcome, POSOutcome::kDone);
     EXPECT_EQ(request(posCommand::kCallMethod),
               requestHeader("0E") +
                   " 00 00 00 67 00 00 00 04 05 00 00 00"
@@ -155,19 +155,20 @@ TEST_F(POSTransferObjTraderTest, ExecuteCommand_SendsCommandAndArgumentInOneFiel
     forwarder.answerParts(kNormalAnswer + part(111, "6F 6B"));
     const uint8_t command[] = {'p', 'i', 'n', 'g'};
     const uint8_t argument[] = {0xAA, 0xBB};
-    EXPECT_TRUE(trader.executeCommand(5, command, 4, argument, 2, &outputs.block, &outputs.blockLength));
+    const auto reply = trader.executeCommand(5, {{command, 4}, {argument, 2}});
     EXPECT_EQ(request(posCommand::kExecuteCommand),
               requestHeader("0F") +
                   " 00 00 00 67 00 00 00 04 05 00 00 00"
                   " 00 00 00 68 00 00 00 10 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
                   " 00 00 00 6E 00 00 00 06 70 69 6E 67 AA BB"
                   " 00 00 00 70 00 00 00 04 04 00 00 00");
-    EXPECT_EQ(outputs.blockText(), "ok");
+    EXPECT_EQ(reply.outcome, POSOutcome::kDone);
+    EXPECT_EQ(blockText(reply.value), "ok");
 }
 
 TEST_F(POSTransferObjTraderTest, ExecuteCommand_WithNullPointersOfLength0_SendsAnEmptyField) {
     forwarder.answerParts(kNormalAnswer + part(111, ""));
-    EXPECT_TRUE(trader.executeCommand(5, nullptr, 0, nullptr, 0, &outputs.block, &outputs.blockLength));
+    EXPECT_EQ(trader.executeCommand(5, {}).outcome, POSOutcome::kDone);
     EXPECT_EQ(request(posCommand::kExecuteCommand),
               requestHeader("0F") +
                   " 00 00 00 67 00 00 00 04 05 00 00 00"
@@ -179,11 +180,12 @@ TEST_F(POSTransferObjTraderTest, ExecuteCommand_WithNullPointersOfLength0_SendsA
 TEST_F(POSTransferObjTraderTest, GetInformation_SendsTheRequest) {
     forwarder.answerParts(kNormalAnswer + part(109, "69 6E 66 6F"));
     const uint8_t query[] = {0x61, 0x01};
-    EXPECT_TRUE(trader.getInformation(0, query, 2, &outputs.block, &outputs.blockLength));
+    const auto reply = trader.getInformation(0, {query, 2});
     EXPECT_EQ(request(posCommand::kGetInformation), requestHeader("10") +
                                                         " 00 00 00 67 00 00 00 04 00 00 00 00"
                                                         " 00 00 00 6C 00 00 00 02 61 01");
-    EXPECT_EQ(outputs.blockText(), "info");
+    EXPECT_EQ(reply.outcome, POSOutcome::kDone);
+    EXPECT_EQ(blockText(reply.value), "info");
 }
 
 TEST_F(POSTransferObjTraderTest, EmptyResults_AreNullOfLength0) {
@@ -192,18 +194,19 @@ TEST_F(POSTransferObjTraderTest, EmptyResults_AreNullOfLength0) {
         if (name != "call method" && name != "execute command" && name != "get information") continue;
         SCOPED_TRACE(name);
         forwarder.answerParts(kNormalAnswer + part(111, "") + part(109, "") + part(120, ""));
-        Outputs empty;
-        EXPECT_TRUE(operation.run(trader, empty));
-        EXPECT_EQ(empty.block, nullptr);
-        EXPECT_EQ(empty.blockLength, 0u);
+        const Returned returned = operation.run(trader);
+        EXPECT_TRUE(returned.isDone());
+        EXPECT_EQ(returned.block.data, nullptr);
+        EXPECT_EQ(returned.block.length, 0u);
     }
 }
 
 TEST_F(POSTransferObjTraderTest, AnswersAndMessagesMayHaveTheirFieldsInAnyOrderAndMore) {
     forwarder.answerParts(part(120, "01 00 00 00 6D") + part(999, "00") + part(111, "72") + kNormalAnswer);
-    EXPECT_TRUE(operationNamed("call method").run(trader, outputs));
-    EXPECT_EQ(outputs.blockText(), "r");
-    EXPECT_EQ(outputs.message.text, "m");
+    const Returned returned = operationNamed("call method").run(trader);
+    EXPECT_TRUE(returned.isDone());
+    EXPECT_EQ(returned.blockText(), "r");
+    EXPECT_EQ(returned.message.text, "m");
 }
 
 TEST_F(POSTransferObjTraderTest, HeaderFieldsThatAreNotLookedAt_MayBeMissingOrHoldAnything) {
@@ -212,9 +215,9 @@ TEST_F(POSTransferObjTraderTest, HeaderFieldsThatAreNotLookedAt_MayBeMissingOrHo
                                       kind + part(0, "") + part(2, "00") + part(3, "00")}) {
         SCOPED_TRACE(header);
         forwarder.answerParts(header + part(109, "72"));
-        Outputs some;
-        EXPECT_TRUE(operationNamed("get information").run(trader, some));
-        EXPECT_EQ(some.blockText(), "r");
+        const Returned returned = operationNamed("get information").run(trader);
+        EXPECT_TRUE(returned.isDone());
+        EXPECT_EQ(returned.blockText(), "r");
     }
 }
 
@@ -223,8 +226,7 @@ TEST_F(POSTransferObjTraderTest, EveryRequest_HasTheFieldsOfTheTableInItsOrder) 
         SCOPED_TRACE(operation.name);
         prepare(operation);
         forwarder.answerParts(kNormalAnswer + operation.replyParts);
-        Outputs some;
-        ASSERT_TRUE(operation.run(trader, some));
+        ASSERT_TRUE(operation.run(trader).isDone());
 
         ASSERT_EQ(forwarder.calls().back(), operation.name);
         const auto command =

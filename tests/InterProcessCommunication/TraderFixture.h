@@ -1,14 +1,16 @@
-// TraderFixture: a trader over a scripted forwarder, and every operation of the trader as a case. The outputs
-// of a case show whether the operation changed them.
+// TraderFixture: a trader over a scripted forwarder, and every operation of the trader as a case.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "InterProcessCommunication/POSCommands.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 #include "tests/InterProcessCommunication/PreparedForwarder.h"
 #include "tests/InterProcessCommunication/TransportTexts.h"
@@ -16,35 +18,37 @@
 
 namespace dovrel::test {
 
-/// The outputs of all operations, filled with values that no operation returns.
-struct Outputs {
-    static constexpr uint32_t kUntouchedNumber = 0xDEADBEEF;
+/// The result of any operation. Values that the operation does not return are empty.
+struct Returned {
+    Returned(POSOutcome ended) : outcome(ended) {}
+    Returned(const POSResult<POSRegistration>& result)
+        : outcome(result.outcome), registration(result.value) {}
+    Returned(const POSResult<POSInstance>& result)
+        : outcome(result.outcome), objectId(textOf(result.value.object)), message(result.value.message) {}
+    Returned(POSResult<POSMethodReply> result)
+        : outcome(result.outcome), message(result.value.message), block(std::move(result.value.result)) {}
+    Returned(POSResult<ByteBlock> result) : outcome(result.outcome), block(std::move(result.value)) {}
 
-    POSRegistration registration{kUntouchedNumber, true};
-    CPPObjectID objectId{arrayOf("untouched")};
-    POSServerMessage message{kUntouchedNumber, "untouched"};
-    uint8_t untouchedByte = 0;
-    uint8_t* block = &untouchedByte;
-    uint32_t blockLength = kUntouchedNumber;
+    bool isDone() const { return outcome == POSOutcome::kDone; }
+    std::string blockText() const { return test::blockText(block); }
 
-    Outputs() = default;
-    Outputs(const Outputs&) = delete;
-    Outputs& operator=(const Outputs&) = delete;
-    ~Outputs() {
-        if (block != &untouchedByte) delete[] block;
+    /// Expects that the operation ended without an exception and without a value.
+    void expectUnlistedError() const {
+        EXPECT_EQ(outcome, POSOutcome::kUnlistedError);
+        EXPECT_EQ(registration.applicationId, 0u);
+        EXPECT_FALSE(registration.checksClasses);
+        EXPECT_EQ(objectId, "");
+        EXPECT_FALSE(message.isPresent());
+        EXPECT_EQ(message.text, "");
+        EXPECT_EQ(block.data, nullptr);
+        EXPECT_EQ(block.length, 0u);
     }
 
-    void expectUntouched() const {
-        EXPECT_EQ(registration.applicationId, kUntouchedNumber);
-        EXPECT_TRUE(registration.checksClasses);
-        EXPECT_EQ(textOf(objectId), "untouched");
-        EXPECT_EQ(message.flags, kUntouchedNumber);
-        EXPECT_EQ(message.text, "untouched");
-        EXPECT_EQ(block, &untouchedByte);
-        EXPECT_EQ(blockLength, kUntouchedNumber);
-    }
-
-    std::string blockText() const { return std::string(block, block + blockLength); }
+    POSOutcome outcome;
+    POSRegistration registration;
+    std::string objectId;
+    POSServerMessage message;
+    ByteBlock block;
 };
 
 /// One operation of the trader.
@@ -52,7 +56,7 @@ struct Operation {
     const char* name;
     /// The parts after the header that a normal reply needs; for a registration those of the last reply.
     std::string replyParts;
-    std::function<bool(POSTransferObjTrader&, Outputs&)> run;
+    std::function<Returned(POSTransferObjTrader&)> run;
     /// True if the handshake and the version check come before the operation.
     bool registers = false;
 };
@@ -87,7 +91,6 @@ class TraderFixture : public testing::Test {
     const CPPClassID classId{arrayOf("ABCDEFGHIJKLMNOP")};
     const CPPObjectID objectId{arrayOf("abcdefghijklmnop")};
     const TransportTexts texts;
-    Outputs outputs;
     PreparedForwarder forwarder;
     POSTransferObjTrader trader;
 };
@@ -99,30 +102,29 @@ inline const std::vector<Operation>& TraderFixture::operations() {
     static const std::string kSixteen = hexOf(arrayOf("0123456789abcdef"));
     static const std::vector<Operation> kOperations = {
         {"register application", uint32Part(103, 5) + uint32Part(115, 0),
-         [](POSTransferObjTrader& trader, Outputs& outputs) {
-             return trader.registerApplication("App", {kClass}, CPPByteArray(), outputs.registration);
+         [](POSTransferObjTrader& trader) {
+             return Returned(trader.registerApplication("App", {kClass}, CPPByteArray()));
          },
          true},
         {"unregister application", "",
-         [](POSTransferObjTrader& trader, Outputs&) { return trader.unregisterApplication(5); }},
+         [](POSTransferObjTrader& trader) { return Returned(trader.unregisterApplication(5)); }},
         {"instantiate object", part(105, kSixteen) + part(120, ""),
-         [](POSTransferObjTrader& trader, Outputs& outputs) {
-             return trader.instantiateObject(5, kClass, kNoExecuter, outputs.objectId, outputs.message);
+         [](POSTransferObjTrader& trader) {
+             return Returned(trader.instantiateObject(5, kClass, kNoExecuter));
          }},
         {"delete object", "",
-         [](POSTransferObjTrader& trader, Outputs&) { return trader.deleteObject(5, kObject); }},
+         [](POSTransferObjTrader& trader) { return Returned(trader.deleteObject(5, kObject)); }},
         {"call method", part(111, "72") + part(120, ""),
-         [](POSTransferObjTrader& trader, Outputs& outputs) {
-             return trader.callMethod(5, nullptr, kObject, "m", kBytes, 2, &outputs.block,
-                                      &outputs.blockLength, outputs.message);
+         [](POSTransferObjTrader& trader) {
+             return Returned(trader.callMethod(5, {kObject, std::nullopt, "m", {kBytes, 2}}));
          }},
         {"execute command", part(111, "72"),
-         [](POSTransferObjTrader& trader, Outputs& outputs) {
-             return trader.executeCommand(5, kBytes, 1, kBytes, 2, &outputs.block, &outputs.blockLength);
+         [](POSTransferObjTrader& trader) {
+             return Returned(trader.executeCommand(5, {{kBytes, 1}, {kBytes, 2}}));
          }},
         {"get information", part(109, "72"),
-         [](POSTransferObjTrader& trader, Outputs& outputs) {
-             return trader.getInformation(5, kBytes, 2, &outputs.block, &outputs.blockLength);
+         [](POSTransferObjTrader& trader) {
+             return Returned(trader.getInformation(5, {kBytes, 2}));
          }},
     };
     return kOperations;

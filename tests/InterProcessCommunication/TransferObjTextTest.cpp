@@ -97,11 +97,11 @@ TEST(TransferObjText, OfADamagedRequest_ShowsTheFieldsThatAreThere) {
 }
 
 TEST(TransferObjText, CommandNameOf_NamesTheCommandOrSaysThatThereIsNone) {
-    EXPECT_EQ(commandNameOf(POSTransferObj(1, 10, 17).bytes()), "query interface version");
-    EXPECT_EQ(commandNameOf(POSTransferObj(1, 10, 99).bytes()), "unknown command");
-    EXPECT_EQ(commandNameOf({}), "unknown command");
-    EXPECT_EQ(commandCodeOf(POSTransferObj(1, 10, 17).bytes()), 17u);
-    EXPECT_EQ(commandCodeOf({}), 0u);
+    EXPECT_EQ(readCommandName(POSTransferObj(1, 10, 17).bytes()), "query interface version");
+    EXPECT_EQ(readCommandName(POSTransferObj(1, 10, 99).bytes()), "unknown command");
+    EXPECT_EQ(readCommandName({}), "unknown command");
+    EXPECT_EQ(readCommandCode(POSTransferObj(1, 10, 17).bytes()), 17u);
+    EXPECT_EQ(readCommandCode({}), 0u);
 }
 
 }  // namespace

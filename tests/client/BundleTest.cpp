@@ -91,6 +91,21 @@ TEST_F(BundleTest, SecondModule_ExportsOneSymbolOnly) {
               "dovrelFoundationEntries\n");
 }
 
+// The Objective-C runtime knows a class by its name only. If a host has GNUstep's windows, its classes and
+// those of the library are in one process.
+TEST_F(BundleTest, ClassesOfTheSecondModule_HaveNamesThatGNUstepDoesNotUse) {
+    const std::set<std::string> own =
+        linesOf(outputOf("nm '" + kFoundation + "' | sed -nE 's/.*_OBJC_Class_([A-Za-z0-9]+)$/\\1/p'"));
+    EXPECT_EQ(own.count("DovrelPortabilityAlert"), 1u);
+    for (const std::string library : {GNUSTEP_BASE_LIBRARY, GNUSTEP_GUI_LIBRARY}) {
+        const std::set<std::string> classes = linesOf(outputOf(
+            "nm -D --defined-only " + library + " | sed -nE 's/.* __objc_class_name_([A-Za-z0-9]+)$/\\1/p'"));
+        EXPECT_GT(classes.size(), 100u) << library;
+        for (const std::string& name : own)
+            EXPECT_EQ(classes.count(name), 0u) << name << " is also a class of " << library;
+    }
+}
+
 TEST_F(BundleTest, NeededLibraries_OfTheFirstModule_AreNotFoundation) {
     const std::string needed = neededBy(kExecutable);
     EXPECT_NE(needed.find("libstdc++"), std::string::npos) << needed;

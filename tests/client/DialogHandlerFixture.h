@@ -29,24 +29,24 @@ class DialogHandlerFixture : public SystemRootTest {
     }
 
     uint32_t registered(const char* name) {
-        uint32_t applicationId = 0;
         handler_.prepareRegistration(name);
-        EXPECT_TRUE(client_.registerApplication(name, nullptr, 0, nullptr, 0, applicationId));
-        handler_.completeRegistration(applicationId);
-        return applicationId;
+        const auto result = client_.registerApplication(name, {}, CPPByteArray());
+        EXPECT_EQ(result.outcome, POSOutcome::kDone);
+        handler_.completeRegistration(result.value);
+        return result.value;
     }
 
     /// Runs work that throws in its first `failures` runs, and counts the runs.
     bool runFailing(int failures, const std::function<CPPException*()>& make) {
-        return handler_.run(0, [&]() -> bool {
+        return handler_.run(0, [&] {
             if (++runs_ <= failures) throw make();
-            return true;
+            return POSOutcome::kDone;
         });
     }
     bool registerFailing(int failures, const std::function<CPPException*()>& make) {
-        return handler_.runRegistration("Editor", [&]() -> bool {
+        return handler_.runRegistration("Editor", [&] {
             if (++runs_ <= failures) throw make();
-            return true;
+            return POSOutcome::kDone;
         });
     }
 

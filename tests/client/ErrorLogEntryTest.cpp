@@ -7,11 +7,46 @@
 namespace dovrel {
 namespace {
 
-class ErrorLogEntryTest : public test::ErrorLogFixture {};
+class ErrorLogEntryTest : public test::ErrorLogFixture {
+  protected:
+    /// Returns the version that a new log names after the error log has used the bundle.
+    std::string versionIn(const std::string& bundle) {
+        unlink(logPath().c_str());
+        log_.useBundle(bundle);
+        append("Editor", "no driver");
+        const std::string key = "//VERSION\nSTR:";
+        const std::string log = content();
+        const size_t start = log.find(key) + key.size();
+        return log.substr(start, log.find('\n', start) - start);
+    }
+};
 
 TEST_F(ErrorLogEntryTest, FirstFailure_BringsTitleVersionAndEncoding) {
     append("Editor", "no driver");
     EXPECT_EQ(content(), std::string(kHead) + kEntry);
+}
+
+TEST_F(ErrorLogEntryTest, Version_IsThatOfTheInstalledBundle) {
+    const std::string bundle = "/Library/Application Support/Tessilor/pos/Dovrel.bundle";
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"<key>CFBundleVersion</key><string>3.14.15</string>", "Dovrel Version 3.14.15"},
+        {"<key>CFBundleVersion</key><integer>3</integer>", "Dovrel Version 3"},
+        {"<key>CFBundleName</key><string>Dovrel</string>", "Dovrel Version n/a"},
+    };
+    for (const auto& [entries, version] : cases) {
+        root_.write(bundle.substr(1) + "/Contents/Info.plist",
+                    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+                    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+                    "<plist version=\"1.0\"><dict>" +
+                        entries + "</dict></plist>\n");
+        EXPECT_EQ(versionIn(bundle), version);
+    }
+}
+
+TEST_F(ErrorLogEntryTest, Version_OfAMissingBundle_IsNotAvailable) {
+    EXPECT_EQ(versionIn("/Library/Application Support/Tessilor/pos/Nothing.bundle"), "Dovrel Version n/a");
+    EXPECT_EQ(versionIn(""), "Dovrel Version n/a");
 }
 
 TEST_F(ErrorLogEntryTest, Entries_ReadBackAsSections) {

@@ -26,7 +26,7 @@ class ErrorLogFixture : public SystemRootTest {
         "//TYPENAME\nSTR:class or driver not found\n//MESSAGE\nSTR:no driver\n";
 
     ErrorLogFixture() : log_([] { return std::time_t{1794766740}; }) {
-        log_.setBundlePath("/Library/Application Support/Tessilor/pos/Nothing.bundle");
+        log_.useBundle("/Library/Application Support/Tessilor/pos/Nothing.bundle");
     }
 
     void append(const char* application, const char* message) const {

@@ -3,8 +3,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <filesystem>
+
 #include "tests/client/ErrorLogFixture.h"
 #include "tests/support/FileSizeLimit.h"
+#include "tests/support/OrdinaryUser.h"
 
 namespace dovrel {
 namespace {
@@ -19,6 +22,23 @@ TEST_F(ErrorLogTest, FurtherFailures_AreAppended) {
 
 TEST_F(ErrorLogTest, NewLog_IsOpenToAllUsers) {
     append("Editor", "no driver");
+    struct stat status = {};
+    ASSERT_EQ(stat(logPath().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0777u);
+}
+
+TEST_F(ErrorLogTest, NewLogOfAHostWhoseUmaskTakesAllRights_IsOpenToAllUsersAndAddedTo) {
+    const std::filesystem::path folder = std::filesystem::path(logPath()).parent_path();
+    std::filesystem::create_directories(folder);
+    for (auto at = folder; at.string().size() >= root_.path().size(); at = at.parent_path())
+        std::filesystem::permissions(at, std::filesystem::perms::all);
+    EXPECT_TRUE(holdsForOrdinaryUser([this] {
+        umask(0777);
+        append("Editor", "no driver");
+        append("Editor", "no driver");
+        return true;
+    }));
+    EXPECT_EQ(failures().size(), 2u);
     struct stat status = {};
     ASSERT_EQ(stat(logPath().c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0777u);

@@ -11,13 +11,13 @@ TEST(GetInfoCommand, Request_IsCopied) {
     char request[] = "info";
     const GetInfoCommand command(request, 4);
     request[0] = 'X';
-    ASSERT_EQ(command.length(), 4u);
-    EXPECT_EQ(std::memcmp(command.bytes(), "info", 4), 0);
+    ASSERT_EQ(command.bytes().length, 4u);
+    EXPECT_EQ(std::memcmp(command.bytes().data, "info", 4), 0);
 }
 
 TEST(GetInfoCommand, EmptyRequest_HasNoBytes) {
     const GetInfoCommand command("", 0);
-    EXPECT_EQ(command.length(), 0u);
+    EXPECT_EQ(command.bytes().length, 0u);
     EXPECT_FALSE(command.asksForInterfaceVersion());
 }
 
@@ -34,8 +34,9 @@ TEST(GetInfoCommand, OtherValuesAndLengths_DoNot) {
 }
 
 TEST(GetInfoCommand, InterfaceVersionBlock_HoldsSevenInFourBytes) {
-    const auto block = GetInfoCommand::interfaceVersionBlock();
-    EXPECT_EQ(std::memcmp(block.get(), "\x07\x00\x00\x00", GetInfoCommand::kInterfaceVersionBlockSize), 0);
+    const ByteBlock block = GetInfoCommand::makeInterfaceVersionBlock();
+    ASSERT_EQ(block.length, 4u);
+    EXPECT_EQ(std::memcmp(block.data.get(), "\x07\x00\x00\x00", 4), 0);
 }
 
 }  // namespace

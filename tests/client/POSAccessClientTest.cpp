@@ -7,7 +7,7 @@
 namespace dovrel {
 namespace {
 
-using test::Identifier;
+using test::arrayOf;
 using test::padded;
 
 class POSAccessClientTest : public test::AccessClientFixture {};
@@ -27,11 +27,9 @@ TEST_F(POSAccessClientTest, Register_RecordsTheNameUnderTheIdentifierOfTheAnswer
 }
 
 TEST_F(POSAccessClientTest, Register_SendsNameClassesAndOptions) {
-    Identifier clock("Clock");
-    void* list[] = {counter_, clock.bytes()};
-    const uint16_t options[] = {1104, 1121};
-    uint32_t applicationId = 0;
-    ASSERT_TRUE(client_.registerApplication("Editor", list, 2, options, 4, applicationId));
+    const CPPByteArray options = arrayOf("\x50\x04\x61\x04");
+    const auto result = client_.registerApplication("Editor", classList({"Counter", "Clock"}), options);
+    ASSERT_EQ(result.outcome, POSOutcome::kDone);
 
     EXPECT_EQ(forwarder_.calls(), (std::vector<std::string>{"connect 10", "query interface version",
                                                             "identify", "register application"}));
@@ -43,8 +41,7 @@ TEST_F(POSAccessClientTest, Register_SendsNameClassesAndOptions) {
 }
 
 TEST_F(POSAccessClientTest, Register_OptionsThatTheFrameIgnores_AreSentAsGiven) {
-    uint32_t applicationId = 0;
-    ASSERT_TRUE(client_.registerApplication("Editor", nullptr, 0, "abc", 3, applicationId));
+    ASSERT_EQ(client_.registerApplication("Editor", {}, arrayOf("abc")).outcome, POSOutcome::kDone);
     EXPECT_EQ(forwarder_.lastRequest(posCommand::kRegisterApplication)->readString(114), "abc");
 }
 
@@ -53,47 +50,30 @@ TEST_F(POSAccessClientTest, Register_IdentifierHandedOutTwice_NewerRecordReplace
     registered(5, "Viewer", 1, {"Clock"});
     EXPECT_EQ(client_.applicationCount(), 1u);
     EXPECT_STREQ(client_.applicationName(5), "Viewer");
-    void* object = nullptr;
-    EXPECT_EQ(test::failureText([&] { return instantiate(5, &counter_, &object); }), kClassMissing);
+    EXPECT_EQ(test::failureText([&] { instantiate(5); }), kClassMissing);
 }
 
 TEST_F(POSAccessClientTest, Register_Failed_RecordsNothing) {
-    uint32_t applicationId = 99;
     forwarder_.answer(posCommand::kRegisterApplication, test::error(32, "refused"));
-    EXPECT_EQ(test::failureText([&] {
-                  return client_.registerApplication("Editor", nullptr, 0, nullptr, 0, applicationId);
-              }),
+    EXPECT_EQ(test::failureText([&] { client_.registerApplication("Editor", {}, CPPByteArray()); }),
               "refused");
     EXPECT_EQ(client_.applicationCount(), 0u);
-    EXPECT_EQ(applicationId, 99u);
 }
 
-TEST_F(POSAccessClientTest, Register_AnswerWithCodeThatStandsForNoException_IsFalseAndRecordsNothing) {
+TEST_F(POSAccessClientTest,
+       Register_AnswerWithCodeThatStandsForNoException_IsAnUnlistedErrorAndRecordsNothing) {
     for (uint32_t code : {36u, 29u, 151u}) {
-        uint32_t applicationId = 99;
         forwarder_.answer(posCommand::kRegisterApplication, test::error(code, "whatever"));
-        EXPECT_FALSE(client_.registerApplication("Editor", nullptr, 0, nullptr, 0, applicationId)) << code;
+        EXPECT_EQ(client_.registerApplication("Editor", {}, CPPByteArray()).outcome,
+                  POSOutcome::kUnlistedError)
+            << code;
         EXPECT_EQ(client_.applicationCount(), 0u);
-        EXPECT_EQ(applicationId, 99u);
     }
-}
-
-TEST_F(POSAccessClientTest, Register_MissingPointers_FailBeforeAnythingIsSent) {
-    uint32_t applicationId = 0;
-    EXPECT_EQ(test::failureText([&] {
-                  return client_.registerApplication("Editor", nullptr, 1, nullptr, 0, applicationId);
-              }),
-              kNullPointer);
-    EXPECT_EQ(test::failureText([&] {
-                  return client_.registerApplication("Editor", &null_, 1, nullptr, 0, applicationId);
-              }),
-              kNullPointer);
-    EXPECT_TRUE(forwarder_.calls().empty());
 }
 
 TEST_F(POSAccessClientTest, Unregister_SendsTheIdentifierAndRemovesTheRecord) {
     registered(3);
-    EXPECT_TRUE(client_.unregisterApplication(3));
+    EXPECT_EQ(client_.unregisterApplication(3), POSOutcome::kDone);
     EXPECT_EQ(forwarder_.lastRequest(posCommand::kUnregisterApplication)->readUInt32(103), 3u);
     EXPECT_FALSE(client_.isRegistered(3));
 }
@@ -102,8 +82,8 @@ TEST_F(POSAccessClientTest, Unregister_AnsweredWithAnError_KeepsTheRecord) {
     registered(3);
     forwarder_.answerNext(posCommand::kUnregisterApplication,
                           {test::error(34, "unknown"), test::error(36, "whatever")});
-    EXPECT_EQ(test::failureText([&] { return client_.unregisterApplication(3); }), "unknown");
-    EXPECT_FALSE(client_.unregisterApplication(3));
+    EXPECT_EQ(test::failureText([&] { client_.unregisterApplication(3); }), "unknown");
+    EXPECT_EQ(client_.unregisterApplication(3), POSOutcome::kUnlistedError);
     EXPECT_TRUE(client_.isRegistered(3));
 }
 
@@ -172,6 +152,20 @@ TEST_F(POSAccessClientTest, ShutDown_AnswerWithCode36_ThrowsNothingSoTheLoopGoes
     client_.shutDown();
     EXPECT_TRUE(client_.isRegistered(1));
     EXPECT_FALSE(client_.isRegistered(2));
+}
+
+CPPClassID classOf(const std::string& bytes) {
+    return CPPClassID(arrayOf(bytes));
+}
+
+TEST(POSApplicationRecord, HasClass_ComparesByteByByte) {
+    POSApplicationRecord record;
+    EXPECT_FALSE(record.hasClass(classOf("0123456789abcdef")));
+    record.classes = {classOf("fedcba9876543210"), classOf(std::string("0123456789abcde\0", 16))};
+    EXPECT_TRUE(record.hasClass(classOf("fedcba9876543210")));
+    EXPECT_TRUE(record.hasClass(classOf(std::string("0123456789abcde\0", 16))));
+    EXPECT_FALSE(record.hasClass(classOf("0123456789abcdef")));
+    EXPECT_FALSE(record.hasClass(classOf("0123456789abcde")));
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ class POSAccessUIDialogHandlerTest : public test::DialogHandlerFixture {};
 
 TEST_F(POSAccessUIDialogHandlerTest, Run_WorkThatReturns_IsRunOnceWithoutAWord) {
     EXPECT_TRUE(runFailing(0, otherFailure));
-    EXPECT_FALSE(handler_.run(0, [] { return false; }));
+    EXPECT_FALSE(handler_.run(0, [] { return POSOutcome::kUnlistedError; }));
     EXPECT_EQ(runs_, 1);
     EXPECT_TRUE(dialog_->shown.empty());
 }
@@ -36,13 +36,13 @@ TEST_F(POSAccessUIDialogHandlerTest, Run_Failure_IsShownWithOKAndTheOperationFai
 
 TEST_F(POSAccessUIDialogHandlerTest, Run_FailureOfRegisteredApplication_NamesIt) {
     const uint32_t applicationId = registered("Editor");
-    EXPECT_FALSE(handler_.run(applicationId, []() -> bool { throw otherFailure(); }));
+    EXPECT_FALSE(handler_.run(applicationId, []() -> POSOutcome { throw otherFailure(); }));
     ASSERT_EQ(dialog_->shown.size(), 1u);
     EXPECT_EQ(dialog_->shown[0].body, reportBody("Editor", "broken", "Stopped."));
 }
 
 TEST_F(POSAccessUIDialogHandlerTest, Run_ThrownObjectOutsideTheFamily_IsReportedAsUnknown) {
-    EXPECT_FALSE(handler_.run(0, []() -> bool { throw std::runtime_error("not for the user"); }));
+    EXPECT_FALSE(handler_.run(0, []() -> POSOutcome { throw std::runtime_error("not for the user"); }));
     ASSERT_EQ(dialog_->shown.size(), 1u);
     EXPECT_EQ(dialog_->shown[0].body, reportBody("Unknown Application", kUnknown, "Stopped."));
 }
@@ -73,11 +73,11 @@ TEST_F(POSAccessUIDialogHandlerTest, Run_ErrorOfTheServerThatIsNotThrown_IsInThe
     const uint32_t applicationId = registered("Editor");
     EXPECT_FALSE(handler_.run(applicationId, [] {
         FailureNotes::addServerError(36, "no library");
-        return false;
+        return POSOutcome::kUnlistedError;
     }));
     EXPECT_FALSE(handler_.runRegistration("Viewer", [] {
         FailureNotes::addServerError(99, "no idea");
-        return false;
+        return POSOutcome::kUnlistedError;
     }));
     EXPECT_TRUE(dialog_->shown.empty());
     const auto sections = ConfigFileSystem::readSections(root_.read(kErrorLogFile), "TIME");
@@ -97,9 +97,9 @@ TEST_F(POSAccessUIDialogHandlerTest, Run_NotesOfAnEarlierAttempt_AreForgotten) {
     handler_.run(0, [] {
         FailureNotes::addServerError(36, "earlier");
         FailureNotes::addFailedStep(TraceArea::kExchange, [] { return std::string("earlier"); });
-        return true;
+        return POSOutcome::kDone;
     });
-    EXPECT_FALSE(handler_.run(0, [] { return false; }));
+    EXPECT_FALSE(handler_.run(0, [] { return POSOutcome::kUnlistedError; }));
     EXPECT_NE(access(root_.path(kErrorLogFile).c_str(), F_OK), 0) << "there is nothing to log";
     EXPECT_FALSE(runFailing(1, otherFailure));
     EXPECT_EQ(root_.read(kErrorLogFile).find("earlier"), std::string::npos);
@@ -111,7 +111,7 @@ TEST_F(POSAccessUIDialogHandlerTest, Run_EachFailureInTheErrorLog_IsAnEntryOfThe
         EXPECT_FALSE(runFailing(1, otherFailure));
         handler_.run(0, [] {
             FailureNotes::addServerError(36, "a secret");
-            return false;
+            return POSOutcome::kUnlistedError;
         });
     }
     EXPECT_EQ(
@@ -122,15 +122,11 @@ TEST_F(POSAccessUIDialogHandlerTest, Run_EachFailureInTheErrorLog_IsAnEntryOfThe
             "no alert"}));
 }
 
-TEST_F(POSAccessUIDialogHandlerTest, SetBundlePath_LoadThatThrows_IsPassedOver) {
+TEST_F(POSAccessUIDialogHandlerTest, UseBundle_LoadThatThrows_IsPassedOver) {
     // This path is longer than the platform allows, so the folder of the texts cannot be determined.
     setenv("POS_SYSTEM_ROOT", ("/" + std::string(8192, 'x')).c_str(), 1);
-    const Attempt load = attempt([] {
-        MultiLanguageSupport::initialize("");
-        return true;
-    });
-    ASSERT_TRUE(load.failure);
-    handler_.setBundlePath("/Dovrel.bundle");
+    ASSERT_FALSE(ignoringFailures([] { MultiLanguageSupport::initialize(""); }));
+    handler_.useBundle("/Dovrel.bundle");
     EXPECT_EQ(MultiLanguageSupport::getText("DLL_ERROR_DIALOG_TITLE"), kErrorTitle);
 }
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "client/ProcessSession.h"
+#include "client/CurrentSession.h"
 #include "dovrel/pos.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/library/AcceptingForwarder.h"

@@ -7,11 +7,8 @@ namespace {
 
 constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
 
-class Alerts : public EndToEnd {
+class Alerts : public InSession {
   protected:
-    Alerts() { library_.InitializePOS(); }
-    ~Alerts() override { library_.TerminatePOS(); }
-
     // Makes the server reply with that error to the next request of the command.
     static void failNext(const std::string& command, uint32_t code) {
         ServerControl::send(refusal(command, code, "The server says no.", 1));

@@ -6,15 +6,12 @@ namespace dovrel::test {
 namespace {
 
 constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
-class Answers : public EndToEnd {
+class Answers : public InSession {
   protected:
     Answers() {
         root_.configure(setting("log", 1));
-        library_.InitializePOS();
         application_ = host_.registered({"Echo"});
     }
-    ~Answers() override { library_.TerminatePOS(); }
-
     // Makes one call under the misbehaviour of this name and expects it to fail with one alert of this message.
     // Then expects the next call to succeed.
     void expectFailure(const std::string& fault, const std::string& message,

@@ -10,13 +10,9 @@ constexpr char kNullPointer[] = "DLL_POS_ACCESS_CLIENT_EXCEPTION_CPP_A_NULL_POIN
 constexpr char kClassNotRegistered[] = "DLL_POS_ACCESS_CLIENT_EXCEPTION_CLASS_NOT_REGISTERED";
 constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
 
-class Arguments : public EndToEnd {
+class Arguments : public InSession {
   protected:
-    Arguments() {
-        root_.configure(setting("log", 1));
-        library_.InitializePOS();
-    }
-    ~Arguments() override { library_.TerminatePOS(); }
+    Arguments() { root_.configure(setting("log", 1)); }
 };
 
 TEST_F(Arguments, CallMethod_WithANullMethodName_FailsWithTheNullPointerText) {

@@ -100,6 +100,13 @@ class EndToEnd : public testing::Test {
     const ShippedTexts texts_{SHIPPED_TEXTS};
 };
 
+/// Opens the session before each test and closes it afterwards.
+class InSession : public EndToEnd {
+  protected:
+    InSession() { library_.InitializePOS(); }
+    ~InSession() override { library_.TerminatePOS(); }
+};
+
 size_t countOf(const std::string& text, const std::string& part);
 
 /// Returns the open file descriptors of this process.

@@ -39,11 +39,8 @@ void leaveOnlyTheRoot() {
         putenv(entry.data());
 }
 
-class Environments : public EndToEnd {
+class Environments : public InSession {
   protected:
-    Environments() { library_.InitializePOS(); }
-    ~Environments() override { library_.TerminatePOS(); }
-
     void expectThatAHostUses(const std::vector<pid_t>& servers, const std::function<void()>& prepare) {
         OtherHost host(root_.library(), prepare);
         host.go();

@@ -15,11 +15,8 @@ constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
 constexpr char kMissing[] = "DLL_MSG_MERROWD_IS_MISSING_MACOSX";
 constexpr char kCorrupt[] = "DLL_MSG_MERROWD_IS_CORRUPT_MACOSX";
 
-class Launch : public EndToEnd {
+class Launch : public InSession {
   protected:
-    Launch() { library_.InitializePOS(); }
-    ~Launch() override { library_.TerminatePOS(); }
-
     // Expects that the registration fails, with one alert and with these blocks on the console.
     void expectFailure(const std::string& messageKey, const std::string& output) {
         uint32_t application = 4711;

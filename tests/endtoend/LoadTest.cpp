@@ -9,11 +9,7 @@
 namespace dovrel::test {
 namespace {
 
-class Load : public EndToEnd {
-  protected:
-    Load() { library_.InitializePOS(); }
-    ~Load() override { library_.TerminatePOS(); }
-};
+class Load : public InSession {};
 
 std::vector<std::string> filesBelow(const std::string& folder) {
     std::vector<std::string> files;

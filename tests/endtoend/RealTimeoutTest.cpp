@@ -9,11 +9,7 @@ namespace {
 using std::chrono::seconds;
 using std::chrono::steady_clock;
 
-class Timeout : public EndToEnd {
-  protected:
-    Timeout() { library_.InitializePOS(); }
-    ~Timeout() override { library_.TerminatePOS(); }
-};
+class Timeout : public InSession {};
 
 TEST_F(Timeout, AServerThatNeverAnswersTheHandshake_IsGivenUpAfterTheTenthOfFiveSeconds) {
     root_.configure(setting("log", 1) + setting("handshake", "silent"));

@@ -9,11 +9,7 @@
 namespace dovrel::test {
 namespace {
 
-class ServerEnd : public EndToEnd {
-  protected:
-    ServerEnd() { library_.InitializePOS(); }
-    ~ServerEnd() override { library_.TerminatePOS(); }
-};
+class ServerEnd : public InSession {};
 
 TEST_F(ServerEnd, ByAQuitEvent_IsCleanAndImmediate) {
     root_.configure(setting("log", 1));

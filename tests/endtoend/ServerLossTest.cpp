@@ -10,15 +10,12 @@ namespace {
 
 constexpr char kUnrecoverable[] = "DLL_ERROR_UNRECOVERABLE_ERROR";
 
-class ServerLoss : public EndToEnd {
+class ServerLoss : public InSession {
   protected:
     ServerLoss() {
         root_.configure(setting("log", 1));
-        library_.InitializePOS();
         application_ = host_.registered({"Echo"});
     }
-    ~ServerLoss() override { library_.TerminatePOS(); }
-
     std::string notRegistered() const {
         return texts_.failureBody(
             "End to end", "no application is registered as " + std::to_string(application_), kUnrecoverable);

@@ -13,11 +13,7 @@ namespace {
 using std::chrono::seconds;
 using std::chrono::steady_clock;
 
-class Timeout : public EndToEnd {
-  protected:
-    Timeout() { library_.InitializePOS(); }
-    ~Timeout() override { library_.TerminatePOS(); }
-};
+class Timeout : public InSession {};
 
 TEST_F(Timeout, ADataExchangeThatIsNeverAnswered_EndsAfterTenThousandTicks) {
     const uint32_t application = host_.registered();

@@ -7,6 +7,7 @@ from pathlib import Path
 from bundle_copy import BUILD, CALL, MINIMUM, SOURCES, TABLE, TOOLS, BundleCopyTest, run
 from cross_compiler import compile_source
 
+import constants
 import imports
 
 
@@ -95,6 +96,11 @@ class Table(unittest.TestCase):
             names = [name for library in imports.read(TABLE) for name in library.names(architecture)]
             self.assertEqual(sorted(names), sorted(set(names)))
 
+    def test_LibrariesInTheOutputOfLlvmsTools_HaveDifferentNames(self):
+        # The tools print the last part of an install name, without its suffix.
+        names = [Path(library.install_name).name.partition(".")[0] for library in imports.read(TABLE)]
+        self.assertEqual(sorted(names), sorted(set(names)))
+
     def test_LineOfAnotherForm_IsRefusedWithItsNumber(self):
         for line in ("_f", "_f ten", "_f 10.0 arm64", "class NSObject", "[lib] /lib 1", "_g 10.0"):
             with self.subTest(line), self.assertRaisesRegex(ValueError, "table:3: "):
@@ -103,6 +109,13 @@ class Table(unittest.TestCase):
     def test_SymbolBeforeAnyLibrary_IsRefused(self):
         with self.assertRaisesRegex(ValueError, "table:1: "):
             self.read("_f 10.0\n")
+
+
+class Constants(unittest.TestCase):
+    def test_NumbersInTheLoadersHeader_AreRead(self):
+        self.assertEqual(constants.enumeration("BindOpcode").kSetSymbol, 0x40)
+        self.assertEqual(constants.enumeration("RebaseOpcode").kRebaseManyWithGaps, 0x80)
+        self.assertEqual(constants.enumeration("Command").kFixupsOnly, 0x80000022)
 
 
 class Assembly(unittest.TestCase):

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <new>
 #include <utility>
 
 #include "tests/support/library/Bytes.h"
@@ -139,6 +141,34 @@ TEST(CPPByteArrayContent, SetFromPart_OfItself_TakesTheRange) {
     CPPByteArray array = arrayOf("abcdef");
     array.setFromPart(array, 1, 2);
     EXPECT_EQ(textOf(array), "bc");
+}
+
+TEST(CPPByteArrayContent, SetOrThrow_ReplacesTheContent) {
+    CPPByteArray array = arrayOf("old content");
+    array.setOrThrow("new", 3);
+    EXPECT_EQ(textOf(array), "new");
+    array.setOrThrow(array.data() + 1, 2);
+    EXPECT_EQ(textOf(array), "ew") << "the source may be in the array";
+    array.setOrThrow(nullptr, 0);
+    EXPECT_EQ(array.getSize(), 0u);
+}
+
+TEST(CPPByteArrayContent, SetUninitialized_ReturnsThePlaceOfTheNewContent) {
+    CPPByteArray array = arrayOf("old");
+    uint8_t* const place = array.setUninitialized(5);
+    ASSERT_EQ(array.getSize(), 5u);
+    EXPECT_EQ(place, array.data());
+    std::memcpy(place, "fresh", 5);
+    EXPECT_EQ(textOf(array), "fresh");
+    EXPECT_EQ(array.setUninitialized(0), nullptr);
+    EXPECT_EQ(array.getSize(), 0u);
+}
+
+TEST(CPPByteArrayContent, RequireSize_ThrowsForEveryOtherSize) {
+    const CPPByteArray array = arrayOf("abc");
+    EXPECT_NO_THROW(array.requireSize(3));
+    EXPECT_THROW(array.requireSize(2), std::bad_alloc);
+    EXPECT_THROW(array.requireSize(4), std::bad_alloc);
 }
 
 }  // namespace

@@ -50,60 +50,12 @@ TEST(StructuredByteArrayWriter, Initialize_WritesTheTypeNumberBigEndian) {
     EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 12 34 56 78");
 }
 
-// Writes a number, bytes, an array and a part without bytes, either all at once or one by one.
-template <class Target>
-void writeParts(Target& target, bool atOnce) {
-    const CPPByteArray array = arrayOf("array");
+TEST(StructuredByteArrayWriter, ContinueBlock_AppendsToTheBlock) {
+    CPPExpandingByteArray array = test::expandingArrayOf("block");
     StructuredByteArrayWriter writer;
-    if (atOnce) {
-        writer.initialize(
-            target, 9,
-            {StructuredPart::ofNumber(1, 0xA1B2C3D4), StructuredPart::ofBytes(2, "bytes", 5),
-             StructuredPart::ofArray(0x01020304, array), StructuredPart::ofBytes(3, nullptr, 0)});
-    } else {
-        writer.initialize(target, 9);
-        writer.writeUInt32Part(1, 0xA1B2C3D4);
-        writer.writeBytesPart(2, "bytes", 5);
-        writer.writeBytesPart(0x01020304, "array", 5);
-        writer.writeBytesPart(3, nullptr, 0);
-    }
-    writer.writeUInt32Part(4, 7);
-}
-
-TEST(StructuredByteArrayWriter, InitializeWithParts_WritesWhatTheSingleCallsWrite) {
-    CPPExpandingByteArray array;
-    writeParts(array, true);
-    EXPECT_EQ(hexOf(array),
-              "41 73 41 6B 00 01 00 00 00 09 "
-              "00 00 00 01 00 00 00 04 D4 C3 B2 A1 "
-              "00 00 00 02 00 00 00 05 62 79 74 65 73 "
-              "01 02 03 04 00 00 00 05 61 72 72 61 79 "
-              "00 00 00 03 00 00 00 00 "
-              "00 00 00 04 00 00 00 04 07 00 00 00");
-    CPPByteArray fixed;
-    fixed.setFilled(array.getSize(), 'x');
-    writeParts(fixed, true);
-    EXPECT_EQ(hexOf(fixed), hexOf(array)) << "an array that cannot grow but has the room";
-    CPPExpandingByteArray longer;
-    longer.setFilled(array.getSize() + 2, 'x');
-    writeParts(longer, true);
-    EXPECT_EQ(hexOf(longer), hexOf(array) + " 78 78") << "what lies behind the block stays";
-}
-
-TEST(StructuredByteArrayWriter, InitializeWithParts_OverADerivedArray_UsesTheSameOperations) {
-    WatchedArray together;
-    writeParts(together, true);
-    WatchedArray oneByOne;
-    writeParts(oneByOne, false);
-    EXPECT_EQ(together.calls, oneByOne.calls);
-    EXPECT_EQ(hexOf(together), hexOf(oneByOne));
-}
-
-TEST(StructuredByteArrayWriter, InitializeWithoutParts_IsTheHeader) {
-    CPPExpandingByteArray array;
-    StructuredByteArrayWriter writer;
-    writer.initialize(array, 8, {});
-    EXPECT_EQ(hexOf(array), "41 73 41 6B 00 01 00 00 00 08");
+    writer.continueBlock(array);
+    writer.writeBytesPart(1, "ab", 2);
+    EXPECT_EQ(hexOf(array), "62 6C 6F 63 6B 00 00 00 01 00 00 00 02 61 62");
 }
 
 TEST(StructuredByteArrayWriter, WriteUInt32Part_AppendsFramingBigEndianAndTheValueLittleEndian) {
@@ -164,23 +116,24 @@ TEST(StructuredByteArrayWriter, SameTagTwice_IsWrittenTwice) {
               "00 00 00 05 00 00 00 01 62");
 }
 
+// The first store of a part reaches its last byte, so that the target grows only once.
 TEST(StructuredByteArrayWriter, EveryStore_GoesThroughTheTargetsOperations) {
     WatchedArray array;
     StructuredByteArrayWriter writer;
     writer.initialize(array, 9);
     std::vector<std::string> header;
-    for (int i = 0; i < 10; ++i) {
+    for (int i = 9; i >= 0; --i) {
         header.push_back("setByte " + std::to_string(i));
     }
     EXPECT_EQ(array.calls, header);
 
     array.calls.clear();
     writer.writeArrayPart(1, arrayOf("abc"));
-    EXPECT_EQ(array.calls, (std::vector<std::string>{"writeBytes 10 8", "copyFrom 18 3"}));
+    EXPECT_EQ(array.calls, (std::vector<std::string>{"setByte 20", "writeBytes 10 8", "copyFrom 18 3"}));
 
     array.calls.clear();
     writer.writeBytesPart(2, "ab", 2);
-    EXPECT_EQ(array.calls, (std::vector<std::string>{"writeBytes 21 8", "writeBytes 29 2"}));
+    EXPECT_EQ(array.calls, (std::vector<std::string>{"setByte 30", "writeBytes 21 8", "writeBytes 29 2"}));
 
     array.calls.clear();
     std::istringstream stream("xy");
@@ -188,7 +141,6 @@ TEST(StructuredByteArrayWriter, EveryStore_GoesThroughTheTargetsOperations) {
     EXPECT_EQ(array.calls, (std::vector<std::string>{"writeBytes 31 8", "setByte 39", "setByte 40"}));
 }
 
-// The writer uses another code path for derived classes, because a derived class must receive each store.
 TEST(StructuredByteArrayWriter, TargetOfADerivedClass_GetsTheSameBytes) {
     const auto write = [](CPPByteArray& target) {
         StructuredByteArrayWriter writer;
@@ -205,6 +157,16 @@ TEST(StructuredByteArrayWriter, TargetOfADerivedClass_GetsTheSameBytes) {
     write(plain);
     EXPECT_EQ(hexOf(plain), hexOf(watched));
     EXPECT_EQ(plain.getSize(), 10u + 12 + 11 + 41 + 8 + 17);
+}
+
+TEST(StructuredByteArrayWriter, TargetWithRoomForThePart_GetsNoStoreBeforeTheHeader) {
+    WatchedArray array;
+    array.setFilled(20, 'x');
+    StructuredByteArrayWriter writer;
+    writer.initialize(array, 9);
+    array.calls.clear();
+    writer.writeBytesPart(1, "ab", 2);
+    EXPECT_EQ(array.calls, (std::vector<std::string>{"writeBytes 10 8", "writeBytes 18 2"}));
 }
 
 TEST(StructuredByteArrayWriter, Initialize_OverAnotherTarget_LeavesTheFirst) {

@@ -7,7 +7,7 @@
 
 #include "InterProcessCommunication/IPC_via_AE.h"
 #include "InterProcessCommunication/POSCommands.h"
-#include "client/exceptions/POSExceptionFactory.h"
+#include "client/exceptions/POSException.h"
 #include "dovrel/pos.h"
 #include "platform/text/TextConversions.h"
 #include "serialization/ByteArrayList.h"

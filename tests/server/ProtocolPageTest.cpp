@@ -12,6 +12,7 @@
 #include "server/Exchanges.h"
 #include "tests/server/FakeProcess.h"
 #include "tests/server/Requests.h"
+#include "tests/support/library/Bytes.h"
 #include "tests/support/library/Failures.h"
 #include "tests/support/library/ForwarderDouble.h"
 
@@ -19,6 +20,7 @@ namespace merrowd::test {
 namespace {
 
 namespace posCommand = dovrel::posCommand;
+using dovrel::POSOutcome;
 using dovrel::test::DocumentPage;
 using dovrel::test::failureOf;
 
@@ -49,30 +51,28 @@ class ProtocolPageTest : public testing::Test {
         EXPECT_EQ(hexOf(replies_[command]), hexOf(page_.example(name + "-reply"))) << name;
     }
 
+    static dovrel::ByteView viewOf(const std::string& text) {
+        return {reinterpret_cast<const uint8_t*>(text.data()), static_cast<uint32_t>(text.size())};
+    }
+
     // Each of these functions sends the request that the page shows.
     dovrel::POSRegistration registerDemo() {
         const std::vector<dovrel::CPPClassID> classes{dovrel::CPPClassID(bytesOf(padded("Echo")))};
-        dovrel::POSRegistration registration;
-        EXPECT_TRUE(trader_.registerApplication("Demo", classes, bytesOf("\x61\x04"), registration));
-        return registration;
+        const auto registered = trader_.registerApplication("Demo", classes, bytesOf("\x61\x04"));
+        EXPECT_EQ(registered.outcome, POSOutcome::kDone);
+        return registered.value;
     }
     dovrel::CPPObjectID instantiateEcho(uint32_t application) {
-        dovrel::CPPObjectID object;
-        dovrel::POSServerMessage message;
-        EXPECT_TRUE(trader_.instantiateObject(application, dovrel::CPPClassID(bytesOf(padded("Echo"))),
-                                              dovrel::kNoExecuter, object, message));
-        return object;
+        const auto created = trader_.instantiateObject(
+            application, dovrel::CPPClassID(bytesOf(padded("Echo"))), dovrel::kNoExecuter);
+        EXPECT_EQ(created.outcome, POSOutcome::kDone);
+        return created.value.object;
     }
     void callEcho(uint32_t application, const dovrel::CPPObjectID& object) {
-        uint8_t* result = nullptr;
-        uint32_t length = 0;
-        dovrel::POSServerMessage message;
         const std::string hello = "hello";
-        EXPECT_TRUE(trader_.callMethod(application, nullptr, object, "echo",
-                                       reinterpret_cast<const uint8_t*>(hello.data()), 5, &result, &length,
-                                       message));
-        EXPECT_EQ(std::string(result, result + length), hello);
-        delete[] result;
+        const auto reply = trader_.callMethod(application, {object, std::nullopt, "echo", viewOf(hello)});
+        EXPECT_EQ(reply.outcome, POSOutcome::kDone);
+        EXPECT_EQ(dovrel::test::blockText(reply.value.result), hello);
     }
 
     const DocumentPage page_{PROTOCOL_PAGE};
@@ -109,7 +109,7 @@ TEST_F(ProtocolPageTest, TheLifeOfAnObject_IsTheBytesOfThePage) {
     expectExample(posCommand::kInstantiateObject);
     callEcho(application, object);
     expectExample(posCommand::kCallMethod);
-    EXPECT_TRUE(trader_.deleteObject(application, object));
+    EXPECT_EQ(trader_.deleteObject(application, object), POSOutcome::kDone);
     expectExample(posCommand::kDeleteObject);
     EXPECT_NE(failureOf([&] { trader_.deleteObject(application, object); }), nullptr);
     EXPECT_EQ(hexOf(replies_[posCommand::kDeleteObject]), hexOf(page_.example("exception-reply")));
@@ -129,20 +129,14 @@ TEST_F(ProtocolPageTest, AMessageForTheUser_IsTheBytesOfThePage) {
 TEST_F(ProtocolPageTest, CommandAndInformation_AreTheBytesOfThePage) {
     const uint32_t application = registerDemo().applicationId;
     const std::string ping = "ping", abc = "abc", three("\3\0", 2);
-    uint8_t* result = nullptr;
-    uint32_t length = 0;
-    EXPECT_TRUE(trader_.executeCommand(application, reinterpret_cast<const uint8_t*>(ping.data()), 4,
-                                       reinterpret_cast<const uint8_t*>(abc.data()), 3, &result, &length));
+    EXPECT_EQ(trader_.executeCommand(application, {viewOf(ping), viewOf(abc)}).outcome, POSOutcome::kDone);
     expectExample(posCommand::kExecuteCommand);
-    delete[] result;
-    EXPECT_TRUE(trader_.getInformation(application, reinterpret_cast<const uint8_t*>(three.data()), 2,
-                                       &result, &length));
+    EXPECT_EQ(trader_.getInformation(application, viewOf(three)).outcome, POSOutcome::kDone);
     expectExample(posCommand::kGetInformation);
-    delete[] result;
 }
 
 TEST_F(ProtocolPageTest, Unregistration_IsTheBytesOfThePage) {
-    EXPECT_TRUE(trader_.unregisterApplication(registerDemo().applicationId));
+    EXPECT_EQ(trader_.unregisterApplication(registerDemo().applicationId), POSOutcome::kDone);
     expectExample(posCommand::kUnregisterApplication);
 }
 

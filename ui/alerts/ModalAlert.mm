@@ -7,16 +7,14 @@
    @private
     void (*openHelp_)(void);
 }
-- (id)initWithFunction:(void (*)(void))openHelp;
+- (void)setFunction:(void (*)(void))openHelp;
 - (BOOL)alertShowHelp:(NSAlert*)alert;
 @end
 
 @implementation DovrelAlertHelp
 
-- (id)initWithFunction:(void (*)(void))openHelp {
-    self = [super init];
-    if (self != nil) openHelp_ = openHelp;
-    return self;
+- (void)setFunction:(void (*)(void))openHelp {
+    openHelp_ = openHelp;
 }
 
 - (BOOL)alertShowHelp:(NSAlert*)alert {
@@ -45,7 +43,9 @@ NSInteger run(NSAlert* alert, const ModalAlert& content) {
     if (content.secondButton != nullptr)
         [alert addButtonWithTitle:[NSString stringWithUTF8String:content.secondButton]];
     if (content.openHelp != nullptr) {
-        [alert setDelegate:(id)[[[DovrelAlertHelp alloc] initWithFunction:content.openHelp] autorelease]];
+        DovrelAlertHelp* const help = [[[DovrelAlertHelp alloc] init] autorelease];
+        [help setFunction:content.openHelp];
+        [alert setDelegate:(id)help];
         [alert setShowsHelp:YES];
     }
     [alert setMessageText:[NSString stringWithUTF8String:content.title]];

@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "client/exceptions/POSExceptionFactory.h"
+#include "client/exceptions/POSException.h"
 
 namespace dovrel {
 namespace {

@@ -17,7 +17,7 @@ void putField(DwarfBytes& bytes, const std::string& text) {
 }
 
 void putSegment(DwarfBytes& bytes, const FileBuilder& file) {
-    bytes.put<uint32_t>(0x19);
+    bytes.put<uint32_t>(kSegment64);
     bytes.put<uint32_t>(kSegmentSize);
     putField(bytes, "__DATA");
     for (const uint64_t word :
@@ -34,7 +34,7 @@ void putSegment(DwarfBytes& bytes, const FileBuilder& file) {
 }
 
 void putLibrary(DwarfBytes& bytes) {
-    bytes.put<uint32_t>(0xC);
+    bytes.put<uint32_t>(kLoadLibrary);
     bytes.put(kLibrarySize);
     bytes.put<uint32_t>(24);
     for (int word = 0; word < 3; ++word)
@@ -59,7 +59,7 @@ std::vector<uint8_t> FileBuilder::build() const {
     size_t end = bytes.size() + (hasFixups ? kFixupsSize : 0);
     DwarfBytes tail;
     if (hasFixups) {
-        bytes.put<uint32_t>(0x80000022);
+        bytes.put<uint32_t>(kFixupsOnly);
         bytes.put(kFixupsSize);
         for (const auto* part : {&rebases, &bindings, &weakBindings, &lazyBindings, &exports}) {
             bytes.put(static_cast<uint32_t>(end + tail.size()));
@@ -75,7 +75,7 @@ std::vector<uint8_t> FileBuilder::build() const {
 std::vector<uint8_t> universal(const std::vector<uint8_t>& slice, Processor processor) {
     constexpr uint32_t kOffset = 64;
     DwarfBytes bytes;
-    for (const uint32_t word : {0xCAFEBABEu, 1u, static_cast<uint32_t>(processor), 3u, kOffset,
+    for (const uint32_t word : {kUniversalMagic, 1u, static_cast<uint32_t>(processor), 3u, kOffset,
                                 static_cast<uint32_t>(slice.size()), 0u})
         bytes.put(__builtin_bswap32(word));
     bytes.alignTo(kOffset);

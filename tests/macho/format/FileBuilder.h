@@ -13,9 +13,9 @@ namespace dovrel::macho {
 /// A 64-bit bundle with one segment "__DATA" of 0x100 bytes in memory at address 0x1000, a section "__data"
 /// in it, and one library, "/usr/lib/one.dylib". A test changes the members before it builds the file.
 struct FileBuilder {
-    uint32_t magic = 0xFEEDFACF;
+    uint32_t magic = kMagic64;
     uint32_t processor = static_cast<uint32_t>(Processor::kX86_64);
-    uint32_t type = 8;
+    uint32_t type = kBundleType;
     uint64_t segmentAddress = 0x1000;
     uint64_t segmentMemory = 0x100;
     uint64_t segmentFileOffset = 0;

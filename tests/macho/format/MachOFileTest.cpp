@@ -75,7 +75,7 @@ TEST(MachOFile, ASectionOutsideItsSegment_IsRefused) {
 
 TEST(MachOFile, AFileForANewerSystemOrWithoutFixups_IsRefused) {
     FileBuilder builder;
-    builder.extraCommand = 0x80000034;
+    builder.extraCommand = kChainedFixups;
     EXPECT_THROW(builder.file(), FormatError);
     builder = FileBuilder();
     builder.hasFixups = false;

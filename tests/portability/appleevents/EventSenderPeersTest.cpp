@@ -97,6 +97,7 @@ TEST_F(EventSenderPeersTest, KeptConnectionThatBroke_IsReplacedOnceAndUnseen) {
     Peer peer({[](int connection) { sendRaw(connection, reply(receiveHeader(connection).id, "one")); },
                [](int connection) { sendRaw(connection, reply(receiveHeader(connection).id, "two")); }});
     ASSERT_EQ(send(), noErr);
+    peer.waitUntilClosed(1);
     ASSERT_EQ(send(), noErr) << "the peer had closed the first connection";
     EXPECT_EQ(textOf(reply_), "two");
 }

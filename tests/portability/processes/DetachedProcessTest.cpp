@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -19,6 +20,7 @@
 #include "ProbeReport.h"
 #include "ProgramsFixture.h"
 #include "portability/processes/ProcessTable.h"
+#include "tests/support/Processes.h"
 #include "tests/support/SignalAction.h"
 #include "tests/support/VariableChange.h"
 
@@ -251,4 +253,25 @@ TEST_F(Detached, Process_OfAChildSubreaper_BecomesItsChild) {
         if (start("/bin/true") != 0) return 1;
         return waitpid(-1, nullptr, 0) > 0 ? 0 : 1;
     }));
+}
+
+TEST_F(Detached, Process_HasNoLimitOfItsHost) {
+    constexpr rlim_t kHostsLimit = 1 << 30;
+    ASSERT_EQ(inForkedProcess([this] {
+                  for (const auto resource : {RLIMIT_FSIZE, RLIMIT_CPU, RLIMIT_DATA}) {
+                      rlimit limit;
+                      getrlimit(resource, &limit);
+                      limit.rlim_cur = kHostsLimit;
+                      if (setrlimit(resource, &limit) != 0) return 1;
+                  }
+                  return startProbe();
+              }),
+              0);
+    const ProbeReport report(probe_);
+    for (const auto resource : {RLIMIT_FSIZE, RLIMIT_CPU, RLIMIT_DATA}) {
+        rlimit limit;
+        ASSERT_EQ(prlimit(report.id(), resource, nullptr, &limit), 0);
+        EXPECT_EQ(limit.rlim_cur, limit.rlim_max) << resource;
+        EXPECT_NE(limit.rlim_cur, kHostsLimit) << resource;
+    }
 }

@@ -7,6 +7,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <functional>
 #include <string>
@@ -18,6 +19,7 @@
 #include "portability/transport/Endpoint.h"
 #include "tests/portability/support/Images.h"
 #include "tests/portability/support/RawSocket.h"
+#include "tests/support/WaitUntil.h"
 
 constexpr char kPeerSignature[] = "RoGu";
 constexpr OSType kPeerCode = 'RoGu';
@@ -32,7 +34,16 @@ class Peer {
                   portability::EndpointClaim::Outcome::claimed);
         thread_ = std::thread([this] { run(); });
     }
-    ~Peer() { thread_.join(); }
+    /// Waits until every play that has a connection has ended.
+    ~Peer() {
+        shutdown(claim_.listenDescriptor(), SHUT_RDWR);
+        thread_.join();
+    }
+
+    /// Waits until the first `count` connections are closed.
+    void waitUntilClosed(int count) const {
+        EXPECT_TRUE(dovrel::test::waitUntil([this, count] { return closed_ >= count; }));
+    }
 
   private:
     void run() {
@@ -41,8 +52,11 @@ class Peer {
         sigfillset(&all);
         pthread_sigmask(SIG_BLOCK, &all, nullptr);
         for (const Play& play : plays_) {
-            const portability::FileDescriptor connection(accepted());
+            portability::FileDescriptor connection(accepted());
+            if (connection.get() < 0) return;
             play(connection.get());
+            connection.reset();
+            ++closed_;
         }
     }
 
@@ -55,6 +69,7 @@ class Peer {
 
     std::vector<Play> plays_;
     portability::EndpointClaim claim_;
+    std::atomic<int> closed_{0};
     std::thread thread_;
 };
 

@@ -86,11 +86,6 @@ class EndpointPlaces : public EndpointTest {
     }
 };
 
-int claimAndKeep() {
-    static EndpointClaim claim;
-    return static_cast<int>(EndpointClaim::claim(kEndpointSignature, claim));
-}
-
 }  // namespace
 
 TEST_F(EndpointPlaces, EndpointClaimedInAnyEnvironment_IsFoundInAllAndClaimedInNone) {
@@ -128,38 +123,10 @@ TEST_F(EndpointPlaces, OwnerFromASessionThatHasEnded_IsStillFound) {
 TEST_F(EndpointPlaces, ClaimsAtTheSameMomentInDifferentEnvironments_ExactlyOneSucceeds) {
     const std::vector<Environment> all = environments();
     for (int round = 0; round < 20; ++round) {
-        int start[2];
-        int results[2];
-        ASSERT_EQ(pipe(start), 0);
-        ASSERT_EQ(pipe(results), 0);
-        std::vector<pid_t> claimers;
-        for (size_t i = 0; i < 2 * all.size(); ++i) {
-            claimers.push_back(fork());
-            if (claimers.back() != 0) continue;
+        expectOneClaim(resultsAtOnce(2 * all.size(), [&all](size_t i) {
             all[i % all.size()].enter();
-            close(start[1]);
-            char token;
-            if (read(start[0], &token, 1) != 0) _exit(1);
-            const char outcome = static_cast<char>(claimAndKeep());
-            if (write(results[1], &outcome, 1) == 1) pause();
-            _exit(1);
-        }
-        close(start[0]);
-        close(start[1]);
-        int claimed = 0;
-        for (size_t i = 0; i < claimers.size(); ++i) {
-            char outcome = -1;
-            ASSERT_EQ(read(results[0], &outcome, 1), 1);
-            EXPECT_NE(outcome, static_cast<char>(Outcome::failed));
-            claimed += outcome == static_cast<char>(Outcome::claimed) ? 1 : 0;
-        }
-        EXPECT_EQ(claimed, 1);
-        for (const pid_t claimer : claimers) {
-            kill(claimer, SIGKILL);
-            waitpid(claimer, nullptr, 0);
-        }
-        close(results[0]);
-        close(results[1]);
+            return claimAndKeep();
+        }));
     }
 }
 

@@ -79,40 +79,8 @@ TEST_F(EndpointTest, Claim_OfAKilledOwner_CanBeHadAtOnce) {
 }
 
 TEST_F(EndpointTest, Claim_ByManyAtOnce_ExactlyOneGetsIt) {
-    for (int round = 0; round < 20; ++round) {
-        int start[2];
-        int results[2];
-        ASSERT_EQ(pipe(start), 0);
-        ASSERT_EQ(pipe(results), 0);
-        std::vector<pid_t> claimers;
-        for (int i = 0; i < 6; ++i) {
-            claimers.push_back(fork());
-            if (claimers.back() != 0) continue;
-            char token;
-            close(start[1]);
-            if (read(start[0], &token, 1) != 0) _exit(1);
-            EndpointClaim claim;
-            const char outcome = static_cast<char>(EndpointClaim::claim(kEndpointSignature, claim));
-            if (write(results[1], &outcome, 1) == 1) pause();
-            _exit(1);
-        }
-        close(start[0]);
-        close(start[1]);
-        int claimed = 0;
-        for (size_t i = 0; i < claimers.size(); ++i) {
-            char outcome = -1;
-            ASSERT_EQ(read(results[0], &outcome, 1), 1);
-            if (outcome == static_cast<char>(Outcome::claimed)) ++claimed;
-            if (outcome == static_cast<char>(Outcome::failed)) ADD_FAILURE() << "failed";
-        }
-        EXPECT_EQ(claimed, 1);
-        for (const pid_t claimer : claimers) {
-            kill(claimer, SIGKILL);
-            waitpid(claimer, nullptr, 0);
-        }
-        close(results[0]);
-        close(results[1]);
-    }
+    for (int round = 0; round < 20; ++round)
+        expectOneClaim(resultsAtOnce(6, [](size_t) { return claimAndKeep(); }));
 }
 
 TEST_F(EndpointTest, Claim_WhereTheFolderIsRefused_Fails) {

@@ -5,7 +5,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <stdexcept>
+#include <vector>
 
 #include "portability/transport/Endpoint.h"
 #include "tests/support/TemporaryEnvironment.h"
@@ -49,6 +52,52 @@ class WaitingProcess {
     pid_t process_ = -1;
     int result_ = -1;
 };
+
+// Runs `act` with the numbers from 0 in `count` processes at the same moment, and returns its results. Each process lives
+// until all results are there.
+template <class Act>
+std::vector<int> resultsAtOnce(size_t count, Act act) {
+    int start[2];
+    int results[2];
+    if (pipe(start) != 0 || pipe(results) != 0) throw std::runtime_error("no pipe");
+    std::vector<pid_t> processes;
+    for (size_t i = 0; i < count; ++i) {
+        processes.push_back(fork());
+        if (processes.back() != 0) continue;
+        close(start[1]);
+        char token;
+        if (read(start[0], &token, 1) != 0) _exit(1);
+        const char result = static_cast<char>(act(i));
+        if (write(results[1], &result, 1) == 1) pause();
+        _exit(1);
+    }
+    close(start[0]);
+    close(start[1]);
+    std::vector<int> found;
+    for (size_t i = 0; i < count; ++i) {
+        char result = -1;
+        EXPECT_EQ(read(results[0], &result, 1), 1);
+        found.push_back(result);
+    }
+    for (const pid_t process : processes) {
+        kill(process, SIGKILL);
+        waitpid(process, nullptr, 0);
+    }
+    close(results[0]);
+    close(results[1]);
+    return found;
+}
+
+inline int claimAndKeep() {
+    static portability::EndpointClaim claim;
+    return static_cast<int>(portability::EndpointClaim::claim(kEndpointSignature, claim));
+}
+
+// Expects that exactly one of these outcomes is a claim, and that none is a failure.
+inline void expectOneClaim(const std::vector<int>& outcomes) {
+    EXPECT_EQ(std::count(outcomes.begin(), outcomes.end(), static_cast<int>(Outcome::claimed)), 1);
+    EXPECT_EQ(std::count(outcomes.begin(), outcomes.end(), static_cast<int>(Outcome::failed)), 0);
+}
 
 inline Outcome claimAndLetGo() {
     portability::EndpointClaim claim;

@@ -21,7 +21,7 @@ class PacketTest : public testing::Test {
         received_.assign(room, '?');
         size_t size = 0;
         const auto result =
-            Packet(received_.data(), received_.size()).receive(ends_.second.get(), size, file_);
+            Packet(received_.data(), received_.size()).receive(ends_.second.get(), size, file_, refused_);
         received_.resize(size);
         return result;
     }
@@ -29,6 +29,7 @@ class PacketTest : public testing::Test {
     std::pair<FileDescriptor, FileDescriptor> ends_ = connectedSockets();
     std::string received_;
     FileDescriptor file_;
+    std::vector<FileDescriptor> refused_;
 };
 
 }  // namespace
@@ -67,6 +68,7 @@ TEST_F(PacketTest, MoreThanOneFile_IsCutAndLeavesNoDescriptorBehind) {
         ASSERT_TRUE(sendRaw(ends_.first.get(), Bytes{1}, std::vector<int>(count, sent.get())));
         EXPECT_EQ(receive(), Packet::Received::cut) << count;
         file_.reset();
+        refused_.clear();
         EXPECT_EQ(openDescriptors(), before) << count;
     }
 }

@@ -65,8 +65,9 @@ class RequestServerEndTest : public testing::Test {
         Bytes buffer(kLargestFrame);
         size_t size = 0;
         FileDescriptor file;
+        std::vector<FileDescriptor> refused;
         waitForDescriptor(connection.get(), POLLIN, Deadline::never());
-        return Packet(buffer.data(), buffer.size()).receive(connection.get(), size, file) ==
+        return Packet(buffer.data(), buffer.size()).receive(connection.get(), size, file, refused) ==
                Packet::Received::packet;
     }
 

@@ -50,3 +50,16 @@ TEST(SharedFile, AnythingElse_IsNotSealed) {
     EXPECT_FALSE(isSealedSharedFile(FileDescriptor(), size));
     EXPECT_EQ(size, 0x5A5Au);
 }
+
+TEST(SharedFile, LargerThanTheLimitOfFileSizes_IsEmptyAndBringsNoSignal) {
+    EXPECT_EQ(inForkedProcess([] {
+                  rlimit limit;
+                  getrlimit(RLIMIT_FSIZE, &limit);
+                  limit.rlim_cur = 5000;
+                  if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 1;
+                  if (makeSharedFile(100000)) return 2;
+                  return makeSharedFile(4096) ? 0 : 3;
+              }),
+              0)
+        << "-1 means that the signal ended the process";
+}

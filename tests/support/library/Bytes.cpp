@@ -54,6 +54,10 @@ std::string textOf(const CPPByteArray& array) {
     return text;
 }
 
+std::string blockText(const ByteBlock& block) {
+    return std::string(block.data.get(), block.data.get() + block.length);
+}
+
 std::string hexOf(const CPPByteArray& array) {
     std::string text;
     for (uint32_t i = 0; i < array.getSize(); ++i) {

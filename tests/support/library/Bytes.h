@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "serialization/ByteBlock.h"
 #include "serialization/CPPByteArray.h"
 #include "serialization/CPPExpandingByteArray.h"
 
@@ -21,6 +22,7 @@ CPPByteArray plainArray(uint32_t size);
 CPPByteArray arrayOfHex(std::string_view digits);
 
 std::string textOf(const CPPByteArray& array);
+std::string blockText(const ByteBlock& block);
 
 /// Returns upper-case digits with a blank between the bytes; "" for an empty array.
 std::string hexOf(const CPPByteArray& array);

@@ -1,4 +1,4 @@
-#include "client/ProcessSession.h"
+#include "client/CurrentSession.h"
 
 #include <sys/stat.h>
 
@@ -17,12 +17,12 @@ namespace {
 using test::AcceptingForwarder;
 
 /// A session that is not open yet.
-class ProcessSessionTest : public test::SessionTest {
+class CurrentSessionTest : public test::SessionTest {
   protected:
-    ProcessSessionTest() { closeSession(); }
+    CurrentSessionTest() { closeSession(); }
 };
 
-TEST_F(ProcessSessionTest, Open_MakesTheSessionAndSendsNothing) {
+TEST_F(CurrentSessionTest, Open_MakesTheSessionAndSendsNothing) {
     EXPECT_EQ(currentSession(), nullptr);
     openSession(parts_);
     ASSERT_NE(currentSession(), nullptr);
@@ -31,13 +31,13 @@ TEST_F(ProcessSessionTest, Open_MakesTheSessionAndSendsNothing) {
     EXPECT_EQ(currentSession()->currentApplication(), 0xFFFFFFFFu);
 }
 
-TEST_F(ProcessSessionTest, Open_LoadsTheTextsFromTheInstalledBundle) {
+TEST_F(CurrentSessionTest, Open_LoadsTheTextsFromTheInstalledBundle) {
     root_.write(kTexts, "//LANGUAGE\nSTR:English\n//DLL_ERROR_DIALOG_TITLE\nSTR:Freshly read\n");
     openSession(parts_);
     EXPECT_EQ(MultiLanguageSupport::getText(kDllErrorDialogTitle), "Freshly read");
 }
 
-TEST_F(ProcessSessionTest, Open_WithoutTexts_MakesASessionAllTheSame) {
+TEST_F(CurrentSessionTest, Open_WithoutTexts_MakesASessionAllTheSame) {
     ASSERT_EQ(unlink(root_.path(kTexts).c_str()), 0);
     openSession(parts_);
     ASSERT_NE(currentSession(), nullptr);
@@ -50,7 +50,7 @@ TEST_F(ProcessSessionTest, Open_WithoutTexts_MakesASessionAllTheSame) {
     EXPECT_EQ(dialog_->shown[0].body, "Unknown Applicationmessage\r\r");
 }
 
-TEST_F(ProcessSessionTest, Open_BringsTheLogFolderIntoBeing) {
+TEST_F(CurrentSessionTest, Open_BringsTheLogFolderIntoBeing) {
     openSession(parts_);
     struct stat status = {};
     ASSERT_EQ(stat(root_.path("Library/Logs/Tessilor").c_str(), &status), 0);
@@ -59,7 +59,7 @@ TEST_F(ProcessSessionTest, Open_BringsTheLogFolderIntoBeing) {
     EXPECT_NE(stat(root_.path(kErrorLogFile).c_str(), &status), 0);
 }
 
-TEST_F(ProcessSessionTest, Open_WhileThereIsASession_LeavesItAndItsRegistrations) {
+TEST_F(CurrentSessionTest, Open_WhileThereIsASession_LeavesItAndItsRegistrations) {
     openSession(parts_);
     const POSAccessUserInteraction* const session = currentSession();
     const uint32_t applicationId = registered("Editor");
@@ -68,7 +68,7 @@ TEST_F(ProcessSessionTest, Open_WhileThereIsASession_LeavesItAndItsRegistrations
     EXPECT_STREQ(currentSession()->client().applicationName(applicationId), "Editor");
 }
 
-TEST_F(ProcessSessionTest, Close_UnregistersThenDestroysTheForwarder) {
+TEST_F(CurrentSessionTest, Close_UnregistersThenDestroysTheForwarder) {
     openSession(parts_);
     registered("Editor");
     registered("Viewer");
@@ -80,14 +80,14 @@ TEST_F(ProcessSessionTest, Close_UnregistersThenDestroysTheForwarder) {
     EXPECT_EQ(currentSession(), nullptr);
 }
 
-TEST_F(ProcessSessionTest, Close_WithoutApplications_SendsNothing) {
+TEST_F(CurrentSessionTest, Close_WithoutApplications_SendsNothing) {
     openSession(parts_);
     const auto calls = forwarder_->watchCalls();
     closeSession();
     EXPECT_EQ(*calls, std::vector<std::string>{"destroyed"});
 }
 
-TEST_F(ProcessSessionTest, Close_FailureOfTheShutdown_IsNeitherShownNorPassedOn) {
+TEST_F(CurrentSessionTest, Close_FailureOfTheShutdown_IsNeitherShownNorPassedOn) {
     openSession(parts_);
     registered("Editor");
     registered("Viewer");
@@ -102,7 +102,7 @@ TEST_F(ProcessSessionTest, Close_FailureOfTheShutdown_IsNeitherShownNorPassedOn)
     EXPECT_EQ(std::count(calls->begin(), calls->end(), "unregister application"), 1);
 }
 
-TEST_F(ProcessSessionTest, Close_ShutdownThatThrowsNoObjectOfTheFamily_EndsTheSessionAllTheSame) {
+TEST_F(CurrentSessionTest, Close_ShutdownThatThrowsNoObjectOfTheFamily_EndsTheSessionAllTheSame) {
     openSession(parts_);
     registered("Editor");
     forwarder_->onRequest = [] { throw std::runtime_error("not of the family"); };
@@ -112,7 +112,7 @@ TEST_F(ProcessSessionTest, Close_ShutdownThatThrowsNoObjectOfTheFamily_EndsTheSe
     EXPECT_EQ(currentSession(), nullptr);
 }
 
-TEST_F(ProcessSessionTest, Close_ThenOpen_BuildsAFreshSession) {
+TEST_F(CurrentSessionTest, Close_ThenOpen_BuildsAFreshSession) {
     openSession(parts_);
     const uint32_t applicationId = registered("Editor");
     closeSession();
@@ -121,7 +121,7 @@ TEST_F(ProcessSessionTest, Close_ThenOpen_BuildsAFreshSession) {
     EXPECT_EQ(registered("Viewer"), 1u);
 }
 
-TEST_F(ProcessSessionTest, Open_FailingHalfWay_ReleasesTheForwarderAndLeavesNoSession) {
+TEST_F(CurrentSessionTest, Open_FailingHalfWay_ReleasesTheForwarderAndLeavesNoSession) {
     std::shared_ptr<const std::vector<std::string>> calls;
     const auto create = parts_.createForwarder;
     parts_.createForwarder = [&] {
@@ -146,7 +146,7 @@ TEST_F(ProcessSessionTest, Open_FailingHalfWay_ReleasesTheForwarderAndLeavesNoSe
     EXPECT_NE(currentSession(), nullptr);
 }
 
-TEST_F(ProcessSessionTest, Open_ForwarderThatCannotBeMade_LeavesNoSession) {
+TEST_F(CurrentSessionTest, Open_ForwarderThatCannotBeMade_LeavesNoSession) {
     parts_.createForwarder = []() -> std::unique_ptr<POSTransferObjForwarder> { throw std::bad_alloc(); };
     EXPECT_THROW(openSession(parts_), std::bad_alloc);
     EXPECT_EQ(currentSession(), nullptr);

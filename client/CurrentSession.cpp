@@ -1,4 +1,4 @@
-#include "client/ProcessSession.h"
+#include "client/CurrentSession.h"
 
 #include <unistd.h>
 
@@ -7,7 +7,6 @@
 
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
 #include "InterProcessCommunication/TracingForwarder.h"
-#include "client/VersionBanner.h"
 #include "platform/files/Places.h"
 #include "platform/synchronization/SynchronizationFactory.h"
 #include "ui/alerts/MacOSXMessageDialog.h"
@@ -35,18 +34,13 @@ SessionParts platformParts() {
 
 void openSession(const SessionParts& parts) {
     if (theSession != nullptr) return;
-    const std::string bundlePath = libraryComponent().path;
-    {
-        // Both values are unused. errorLogPath() is called because it creates the log's folder, so the folder
-        // exists from the first opening of a session on.
-        const std::string logPath = errorLogPath();
-        const std::string banner = versionBanner(bundlePath);
-    }
+    // Called because it creates the log's folder, which exists from the first opening of a session on.
+    errorLogPath();
 
     std::unique_ptr<POSTransferObjForwarder> forwarder = parts.createForwarder();
     auto session = std::make_unique<POSAccessUserInteraction>(parts);
     session->setForwarder(forwarder.get());
-    session->setBundlePath(bundlePath);
+    session->useBundle(libraryComponent().path);
     theForwarder = forwarder.release();
     theSession = session.release();
     theOwner = getpid();

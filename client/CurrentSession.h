@@ -5,7 +5,6 @@
 #pragma once
 
 #include "client/POSAccessUserInteraction.h"
-#include "client/SessionParts.h"
 
 namespace dovrel {
 

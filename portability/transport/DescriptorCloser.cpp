@@ -1,0 +1,101 @@
+#include "portability/transport/DescriptorCloser.h"
+
+#include <signal.h>
+#include <sys/socket.h>
+
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace portability {
+
+namespace {
+
+constexpr size_t kMostWaiting = 64;
+
+// The thread inherits the mask of its creator. It must take no signal of the application.
+class AllSignalsBlock {
+  public:
+    AllSignalsBlock() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before_);
+    }
+    AllSignalsBlock(const AllSignalsBlock&) = delete;
+    AllSignalsBlock& operator=(const AllSignalsBlock&) = delete;
+    ~AllSignalsBlock() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+  private:
+    sigset_t before_;
+};
+
+}  // namespace
+
+struct DescriptorCloser::Queue {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<FileDescriptor> waiting;
+    bool isOver = false;
+};
+
+void closeWithoutLinger(FileDescriptor descriptor) noexcept {
+    const linger none{0, 0};
+    const int kept = errno;
+    setsockopt(descriptor.get(), SOL_SOCKET, SO_LINGER, &none, sizeof none);
+    errno = kept;
+}
+
+DescriptorCloser::DescriptorCloser() noexcept = default;
+
+DescriptorCloser::~DescriptorCloser() {
+    if (queue_ == nullptr) return;
+    {
+        const std::lock_guard<std::mutex> lock(queue_->mutex);
+        queue_->isOver = true;
+    }
+    queue_->changed.notify_all();
+}
+
+void DescriptorCloser::close(FileDescriptor descriptor) noexcept {
+    if (!descriptor) return;
+    try {
+        if (enqueue(descriptor)) return;
+    } catch (const std::exception&) {
+        // No memory, or no thread.
+    }
+    closeWithoutLinger(std::move(descriptor));
+}
+
+bool DescriptorCloser::enqueue(FileDescriptor& descriptor) {
+    if (queue_ == nullptr) {
+        auto queue = std::make_shared<Queue>();
+        queue->waiting.reserve(kMostWaiting);
+        const AllSignalsBlock block;
+        std::thread([queue] { run(queue); }).detach();
+        queue_ = std::move(queue);
+    }
+    {
+        const std::lock_guard<std::mutex> lock(queue_->mutex);
+        if (queue_->waiting.size() == kMostWaiting) return false;
+        queue_->waiting.push_back(std::move(descriptor));
+    }
+    queue_->changed.notify_all();
+    return true;
+}
+
+void DescriptorCloser::run(const std::shared_ptr<Queue>& queue) {
+    std::unique_lock<std::mutex> lock(queue->mutex);
+    for (;;) {
+        queue->changed.wait(lock, [&queue] { return queue->isOver || !queue->waiting.empty(); });
+        if (queue->waiting.empty()) return;
+        FileDescriptor descriptor = std::move(queue->waiting.back());
+        queue->waiting.pop_back();
+        lock.unlock();
+        closeWithoutLinger(std::move(descriptor));
+        lock.lock();
+    }
+}
+
+}  // namespace portability

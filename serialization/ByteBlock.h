@@ -1,0 +1,21 @@
+// Bytes that are not in a CPPByteArray: ByteView refers to bytes of another owner, ByteBlock owns its bytes.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+namespace dovrel {
+
+/// Bytes that another object owns. That object must outlive the view and stay unchanged.
+struct ByteView {
+    const uint8_t* data = nullptr;  ///< may be null if `length` is 0
+    uint32_t length = 0;            ///< in bytes
+};
+
+/// A block of bytes from new[].
+struct ByteBlock {
+    std::unique_ptr<uint8_t[]> data;  ///< null if `length` is 0
+    uint32_t length = 0;              ///< in bytes
+};
+
+}  // namespace dovrel

@@ -1,0 +1,18 @@
+// Encodes a whole structured block at once, for callers that know all its parts. StructuredByteArrayWriter
+// writes a block part by part, into any array.
+#pragma once
+
+#include <initializer_list>
+
+#include "serialization/CPPByteArray.h"
+#include "serialization/StructuredPart.h"
+
+namespace dovrel {
+
+/// Replaces the content of `target` by a block with the parts in their order. The bytes of the parts must be
+/// outside the target. If the block is too long or memory runs out, throws the
+/// StructuredWriteFailedException of a part whose data do not fit, and leaves the target unchanged.
+void encodeStructuredBlock(CPPByteArray& target, uint32_t typeNumber,
+                           std::initializer_list<StructuredPart> parts);
+
+}  // namespace dovrel

@@ -1,0 +1,149 @@
+// Senders that send descriptors whose close takes long: they do not hold up others.
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "portability/transport/RequestServer.h"
+#include "tests/portability/support/RawSocket.h"
+#include "tests/support/Processes.h"
+#include "tests/support/TemporaryEnvironment.h"
+#include "tests/support/WaitUntil.h"
+
+using namespace portability;
+
+namespace {
+
+constexpr OSType kSignature = 'DeSc';
+
+// A TCP socket whose close waits for data that its peer does not read: for `kLinger` seconds, or until the
+// object is destroyed.
+class LingeringSocket {
+  public:
+    LingeringSocket() {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* const generic = reinterpret_cast<sockaddr*>(&address);
+        const FileDescriptor listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        EXPECT_EQ(bind(listener.get(), generic, size), 0);
+        EXPECT_EQ(listen(listener.get(), 1), 0);
+        EXPECT_EQ(getsockname(listener.get(), generic, &size), 0);
+        socket_.reset(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        EXPECT_EQ(connect(socket_.get(), generic, size), 0);
+        peer_.reset(accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC));
+        const std::vector<char> data(1 << 16);
+        while (send(socket_.get(), data.data(), data.size(), MSG_DONTWAIT) > 0) {
+        }
+        constexpr int kLinger = 1000;
+        const linger wait{1, kLinger};
+        EXPECT_EQ(setsockopt(socket_.get(), SOL_SOCKET, SO_LINGER, &wait, sizeof wait), 0);
+    }
+
+    int get() const { return socket_.get(); }
+
+    // Closes this process's own descriptor of a socket that has been sent, so that the receiver's is the last.
+    void closeOwn() { socket_.reset(); }
+
+  private:
+    FileDescriptor socket_;
+    FileDescriptor peer_;
+};
+
+class EmptyReplies final : public RequestHandler {
+    bool handle(const ReceivedFrame&, pid_t, ReplySender& reply) override {
+        ImageMemory nothing;
+        return reply.send(0, nothing) == Channel::Sent::done;
+    }
+};
+
+class RequestServerDescriptorsTest : public testing::Test {
+  protected:
+    RequestServerDescriptorsTest() {
+        EndpointClaim claim;
+        EXPECT_EQ(EndpointClaim::claim(kSignature, claim), EndpointClaim::Outcome::claimed);
+        server_ = std::make_unique<RequestServer>(std::move(claim), wake_.get(), handler_, isEnding_);
+        thread_ = std::thread([this] {
+            while (!server_->serve()) {
+            }
+        });
+    }
+    ~RequestServerDescriptorsTest() override {
+        eventfd_write(wake_.get(), 1);
+        thread_.join();
+    }
+
+    static FileDescriptor connect() { return FileDescriptor(connectToEndpoint(kSignature)); }
+
+    // The server closes the connection after the packet, and serves another sender at once.
+    void expectRefusedWithoutDelay(const FileDescriptor& bad) {
+        EXPECT_TRUE(receiveRaw(bad.get()).empty());
+        const FileDescriptor good = connect();
+        sendRaw(good.get(), headerBytes(requestHeader(1)));
+        EXPECT_FALSE(receiveRaw(good.get()).empty()) << "the server waits for the close of a descriptor";
+    }
+
+    static Bytes fileRequest() {
+        FrameHeader header = requestHeader(1);
+        header.place = kPassingImage;
+        header.bringsFile = 1;
+        header.imageSize = 100;
+        return headerBytes(header);
+    }
+
+    TemporaryEnvironment environment_;
+    EmptyReplies handler_;
+    const std::atomic<bool> isEnding_{false};
+    FileDescriptor wake_{eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
+    std::unique_ptr<RequestServer> server_;
+    std::thread thread_;
+};
+
+}  // namespace
+
+TEST_F(RequestServerDescriptorsTest, SocketInPlaceOfSharedMemory_IsRefusedWithoutDelay) {
+    LingeringSocket lingering;
+    const FileDescriptor bad = connect();
+    sendRaw(bad.get(), fileRequest(), {lingering.get()});
+    lingering.closeOwn();
+    expectRefusedWithoutDelay(bad);
+}
+
+TEST_F(RequestServerDescriptorsTest, ManySocketsInOnePacket_AreRefusedWithoutDelay) {
+    std::vector<std::unique_ptr<LingeringSocket>> lingering;
+    std::vector<int> descriptors;
+    for (int i = 0; i < 5; ++i) {
+        lingering.push_back(std::make_unique<LingeringSocket>());
+        descriptors.push_back(lingering.back()->get());
+    }
+    const FileDescriptor bad = connect();
+    sendRaw(bad.get(), fileRequest(), descriptors);
+    for (const auto& socket : lingering)
+        socket->closeOwn();
+    expectRefusedWithoutDelay(bad);
+}
+
+TEST_F(RequestServerDescriptorsTest, SocketInAPacketThatIsNeverRead_DelaysNobody) {
+    LingeringSocket lingering;
+    const FileDescriptor bad = connect();
+    sendRaw(bad.get(), Bytes(10, 0));
+    sendRaw(bad.get(), fileRequest(), {lingering.get()});
+    lingering.closeOwn();
+    expectRefusedWithoutDelay(bad);
+}
+
+TEST_F(RequestServerDescriptorsTest, RefusedDescriptors_AreClosed) {
+    const int before = openDescriptors();
+    for (int i = 0; i < 20; ++i) {
+        const FileDescriptor bad = connect();
+        sendRaw(bad.get(), fileRequest(), {wake_.get(), wake_.get(), wake_.get()});
+        EXPECT_TRUE(receiveRaw(bad.get()).empty());
+    }
+    EXPECT_TRUE(dovrel::test::waitUntil([before] { return openDescriptors() <= before; }));
+}
