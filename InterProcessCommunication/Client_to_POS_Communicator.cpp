@@ -68,6 +68,8 @@ int32_t Client_to_POS_Communicator::sendAndReadReply(IPC_Info& info) const {
     error = sendAndWait(info.getEvent(), info.getReply(), serverEvent::kDataTimeOutTicks);
     if (error != noErr) return error;
 
+    // The memory of a large request can then be used for its reply.
+    info.setSendBuffer(nullptr, 0);
     std::unique_ptr<uint8_t[]> buffer;
     uint32_t length = 0;
     error = GetData(info.getReply(), buffer, length);
@@ -77,9 +79,7 @@ int32_t Client_to_POS_Communicator::sendAndReadReply(IPC_Info& info) const {
 
 int32_t Client_to_POS_Communicator::SendAndReceive(IPC_Info& info) const {
     const int32_t result = SendData(info);
-    auto replyObject = std::make_unique<POSTransferObj>();
-    replyObject->copyBytesFrom(info.getReceiveBuffer(), info.getReceiveSize());
-    info.setReplyObject(replyObject.release());
+    info.setReplyObject(new POSTransferObj(info.takeReceiveBuffer()));
     return result;
 }
 

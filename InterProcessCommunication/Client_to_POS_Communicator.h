@@ -20,11 +20,12 @@ class Client_to_POS_Communicator : public IPC_via_AE {
 
     /// Sends the send buffer of `info` and waits for the reply, at most serverEvent::kDataTimeOutTicks. The
     /// bytes of the reply become the receive buffer. The receive buffer is empty after an error, and also if
-    /// the reply is empty, which is not an error.
+    /// the reply is empty, which is not an error. The send buffer is released when the reply has arrived.
     int32_t SendData(IPC_Info& info) const;
 
-    /// Does the same as SendData, and also creates the reply object of `info` from the received bytes, even
-    /// after an error. `info` does not own that object: the caller takes it out.
+    /// Does the same as SendData, and also creates the reply object of `info`, even after an error. The reply
+    /// object owns the received bytes; the receive buffer is then empty. `info` does not own the object: the
+    /// caller takes it out.
     int32_t SendAndReceive(IPC_Info& info) const;
 
     /// Makes the handshake: sends up to `attempts` events, each with a time-out of `timeoutMs` milliseconds,

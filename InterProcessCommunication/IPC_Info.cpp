@@ -23,6 +23,10 @@ void IPC_Info::setReceiveBuffer(std::unique_ptr<uint8_t[]> buffer, uint32_t size
     receiveSize_ = size;
 }
 
+ByteBlock IPC_Info::takeReceiveBuffer() {
+    return {std::move(receiveBuffer_), std::exchange(receiveSize_, 0)};
+}
+
 std::unique_ptr<POSTransferObj> IPC_Info::takeReplyObject() {
     return std::unique_ptr<POSTransferObj>(std::exchange(replyObject_, nullptr));
 }

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "serialization/ByteBlock.h"
+
 namespace dovrel {
 
 class POSTransferObj;
@@ -34,6 +36,8 @@ class IPC_Info {
     void setReceiveBuffer(std::unique_ptr<uint8_t[]> buffer, uint32_t size);
     const uint8_t* getReceiveBuffer() const { return receiveBuffer_.get(); }
     uint32_t getReceiveSize() const { return receiveSize_; }
+    /// Returns the receive buffer, which the caller owns from now on.
+    ByteBlock takeReceiveBuffer();
 
     /// Sets the object that was created from the received bytes. This record does not own it; the code that
     /// takes it out deletes it.

@@ -38,20 +38,47 @@ int32_t IPC_via_AE::GetData(const AppleEvent* event, std::unique_ptr<uint8_t[]>&
                             uint32_t& length) const {
     buffer.reset();
     length = 0;
+    std::unique_ptr<uint8_t[]> received;
+    uint32_t size = 0;
+    const OSErr error = readDirectParameter(event, [&](uint32_t wanted) {
+        received.reset(new uint8_t[wanted]);
+        size = wanted;
+        return received.get();
+    });
+    if (error != noErr) return error;
+    buffer = std::move(received);
+    length = size;
+    return noErr;
+}
+
+int32_t IPC_via_AE::GetData(const AppleEvent* event, CPPByteArray& array) const {
+    array.assign(CPPByteArray());
+    CPPByteArray received;
+    const OSErr error = readDirectParameter(event, [&](uint32_t wanted) {
+        uint8_t* const block = received.setUninitialized(wanted);
+        if (block == nullptr) throw std::bad_alloc();
+        return block;
+    });
+    if (error == noErr) array.swap(received);
+    return error;
+}
+
+// Copies the direct parameter to the block that `allocate(size)` returns. Does not call it if the parameter is
+// empty.
+template <class Allocate>
+OSErr IPC_via_AE::readDirectParameter(const AppleEvent* event, const Allocate& allocate) {
     Size size = 0;
     OSErr error = AEGetParamPtr(event, keyDirectObject, typeChar, nullptr, nullptr, 0, &size);
     if (error != noErr) return error;
     if (size < 1) return noErr;
     if (static_cast<uint64_t>(size) > std::numeric_limits<uint32_t>::max()) return memFullErr;
 
-    std::unique_ptr<uint8_t[]> received(new uint8_t[static_cast<std::size_t>(size)]);
+    uint8_t* const block = allocate(static_cast<uint32_t>(size));
     Size receivedSize = 0;
-    error = AEGetParamPtr(event, keyDirectObject, typeChar, nullptr, received.get(), size, &receivedSize);
+    error = AEGetParamPtr(event, keyDirectObject, typeChar, nullptr, block, size, &receivedSize);
     if (error != noErr) return error;
     // The sender may share the memory of the event and change it in between.
     if (receivedSize != size) return errAECorruptData;
-    buffer = std::move(received);
-    length = static_cast<uint32_t>(size);
     return noErr;
 }
 

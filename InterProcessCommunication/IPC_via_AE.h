@@ -17,6 +17,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "serialization/CPPByteArray.h"
+
 namespace dovrel {
 
 namespace serverEvent {
@@ -53,11 +55,17 @@ class IPC_via_AE {
     /// has no direct parameter, and errAECorruptData if the size of the parameter changes while it is read.
     int32_t GetData(const AppleEvent* event, std::unique_ptr<uint8_t[]>& buffer, uint32_t& length) const;
 
+    /// Does the same for an array, which is empty where the buffer would be null.
+    int32_t GetData(const AppleEvent* event, CPPByteArray& array) const;
+
   protected:
     /// Throws std::bad_alloc.
     IPC_via_AE();
 
   private:
+    template <class Allocate>
+    static OSErr readDirectParameter(const AppleEvent* event, const Allocate& allocate);
+
     AEAddressDesc target_ = {typeNull, nullptr};
 };
 

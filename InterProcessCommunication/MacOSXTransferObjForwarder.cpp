@@ -25,11 +25,9 @@ constexpr char kCommunicationErrorText[] =
     "An unknown interapplication communication error occured. In case the problem persists, please close all "
     "applications and restart your computer.";
 
-void copyRequest(const CPPByteArray& wireForm, IPC_Info& exchange) {
-    const uint32_t size = wireForm.getSize();
-    std::unique_ptr<uint8_t[]> buffer(new uint8_t[size]);
-    wireForm.readBytes(0, buffer.get(), size);
-    exchange.setSendBuffer(std::move(buffer), size);
+void copyRequest(const POSTransferObj& request, IPC_Info& exchange) {
+    ByteBlock wireForm = request.copyWireForm();
+    exchange.setSendBuffer(std::move(wireForm.data), wireForm.length);
 }
 
 bool isServerGone(int32_t result) {
@@ -67,7 +65,7 @@ POSTransferObj* MacOSXTransferObjForwarder::ForwardTransferObj(POSTransferObj& r
 int32_t MacOSXTransferObjForwarder::sendOnce(const POSTransferObj& request,
                                              std::unique_ptr<POSTransferObj>& reply) const {
     IPC_Info exchange;
-    copyRequest(request.bytes(), exchange);
+    copyRequest(request, exchange);
     if (exchange.getSendSize() == 0) return kNothingSent;
     const int32_t result = communicator_.SendAndReceive(exchange);
     reply = exchange.takeReplyObject();

@@ -1,15 +1,62 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
+
+#include "serialization/StructuredDataFormat.h"
 
 namespace dovrel {
+
+namespace {
+
+// The largest number of bytes that a block may have besides the field for which it is used.
+constexpr uint32_t kMostSpareBytes = 512;
+constexpr uint32_t kSpareShare = 8;  // the same for large fields: one eighth of the field
+// The size from which it costs less to move the bytes of an array than to copy them to a second array.
+constexpr uint32_t kLargeArray = 4096;
+
+ByteBlock newBlock(uint32_t length) {
+    ByteBlock block;
+    if (length == 0) return block;
+    block.data.reset(new uint8_t[length]);
+    block.length = length;
+    return block;
+}
+
+ByteBlock copyToBlock(const uint8_t* bytes, uint32_t length) {
+    ByteBlock block = newBlock(length);
+    if (length != 0) std::memcpy(block.data.get(), bytes, length);
+    return block;
+}
+
+}  // namespace
 
 POSTransferObj::POSTransferObj() {
     writer_.initialize(bytes_, formatVersion_);
 }
 
+POSTransferObj::POSTransferObj(ByteBlock received) {
+    adoptBytes(std::move(received));
+}
+
+void POSTransferObj::writeByteArray(uint32_t id, CPPByteArray&& array) {
+    const CPPByteArray& constant = array;
+    if (array.getSize() < kLargeArray || array.getSize() < bytes().getSize())
+        return writeByteArray(id, constant);
+    uint8_t header[structuredData::kPartHeaderSize];
+    structuredData::storePartHeader(header, id, array.getSize());
+    CPPExpandingByteArray start;
+    start.setOrThrow(bytes_.data(), bytes_.getSize());
+    start.writeBytes(start.getSize(), header, sizeof header);
+    if (!array.insertAtStart(start.data(), start.getSize())) return writeByteArray(id, constant);
+    bytes_.swap(array);
+    array.assign(CPPByteArray());
+    writer_.continueBlock(bytes_);
+}
+
 void POSTransferObj::writeBytes(uint32_t id, const void* bytes, uint32_t length) {
-    writer_.writeBytesPart(id, bytes, length);
+    writer().writeBytesPart(id, bytes, length);
 }
 
 // viewNumber reads the value without allocating an array, but reports a missing field in the same way as
@@ -32,20 +79,86 @@ std::string POSTransferObj::readString(uint32_t id) {
 ByteBlock POSTransferObj::readBlock(uint32_t id) {
     attachReader();
     const ByteView field = reader_.viewPart(id);
-    ByteBlock block;
-    if (field.length == 0) return block;
-    block.data.reset(new uint8_t[field.length]);
-    block.length = field.length;
-    std::memcpy(block.data.get(), field.data, field.length);
+    return copyToBlock(field.data, field.length);
+}
+
+ByteBlock POSTransferObj::takeBlock(uint32_t id) {
+    attachReader();
+    const ByteView field = reader_.viewPart(id);
+    const bool isReceived = received_.data != nullptr && field.length != 0;
+    const uint32_t mostSpareBytes = std::max(kMostSpareBytes, field.length / kSpareShare);
+    if (!isReceived || received_.length - field.length > mostSpareBytes)
+        return copyToBlock(field.data, field.length);
+    std::memmove(received_.data.get(), field.data, field.length);
+    receivedArray_.borrow(nullptr, 0);
+    received_.length = field.length;
+    return std::move(received_);
+}
+
+const CPPByteArray& POSTransferObj::bytes() const {
+    if (received_.data != nullptr) return receivedArray_.array();
+    encodeDeferred();
+    return bytes_;
+}
+
+ByteBlock POSTransferObj::copyWireForm() const {
+    if (deferred_ == nullptr) return copyToBlock(bytes().data(), bytes().getSize());
+    ByteBlock block = newBlock(measureStructuredBlock(deferred_, deferredCount_));
+    storeStructuredBlock(block.data.get(), formatVersion_, deferred_, deferredCount_);
     return block;
 }
 
 void POSTransferObj::copyBytesTo(CPPByteArray& array) const {
-    array.setOrThrow(bytes_.data(), bytes_.getSize());
+    array.setOrThrow(bytes().data(), bytes().getSize());
 }
 
 void POSTransferObj::copyBytesFrom(const void* bytes, uint32_t length) {
     bytes_.setOrThrow(bytes, length);
+    received_ = ByteBlock();
+    deferred_ = nullptr;
+}
+
+void POSTransferObj::adoptBytes(ByteBlock received) {
+    adoptBytes(CPPByteArray());
+    received_ = std::move(received);
+    receivedArray_.borrow(received_.data.get(), received_.length);
+}
+
+void POSTransferObj::adoptBytes(CPPByteArray&& received) {
+    received_ = ByteBlock();
+    deferred_ = nullptr;
+    bytes_.assign(CPPByteArray());
+    bytes_.swap(received);
+}
+
+CPPByteArray POSTransferObj::takeBytes() {
+    CPPByteArray taken;
+    if (received_.data != nullptr) {
+        copyBytesTo(taken);
+    } else {
+        encodeDeferred();
+        taken.swap(bytes_);
+    }
+    return taken;
+}
+
+void POSTransferObj::deferFields(const StructuredPart* fields, size_t count) {
+    measureStructuredBlock(fields, count);
+    adoptBytes(ByteBlock());
+    deferred_ = fields;
+    deferredCount_ = count;
+}
+
+void POSTransferObj::encodeDeferred() const {
+    if (deferred_ == nullptr) return;
+    encodeStructuredBlock(bytes_, formatVersion_, deferred_, deferredCount_);
+    writer_.continueBlock(bytes_);
+    deferred_ = nullptr;
+}
+
+StructuredByteArrayWriter& POSTransferObj::writer() {
+    encodeDeferred();
+    return writer_;
 }
 
 bool POSTransferObj::hasField(uint32_t id) {
@@ -60,7 +173,7 @@ uint32_t POSTransferObj::readHeaderField(uint32_t id) {
 
 void POSTransferObj::attachReader() {
     if (readerAttached_) return;
-    reader_.initialize(&bytes_);
+    reader_.initialize(&bytes());
     readerAttached_ = true;
 }
 

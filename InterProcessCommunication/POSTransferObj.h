@@ -5,6 +5,10 @@
 // read. The bytes are parsed once, at the first read. After that, and after copyBytesFrom, the object must not
 // be written to.
 //
+// Objects of any size are sent and received without needless copies: an object can refer to its fields until
+// its bytes are sent (deferFields), it can own received bytes (adoptBytes), and it can give up its bytes for
+// the largest field in them (takeBlock).
+//
 // Failures are thrown as a pointer to a new exception that the catching code owns. Reading throws a
 // StructuredReaderNotInitializedException if the bytes are not a structured block (including an empty object),
 // and a PartNotFoundException if the field is missing. Writing throws a StructuredWriteFailedException if the
@@ -13,11 +17,13 @@
 // One thread at a time.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 #include "InterProcessCommunication/POSCommands.h"
+#include "serialization/BorrowedByteArray.h"
 #include "serialization/ByteBlock.h"
 #include "serialization/CPPExpandingByteArray.h"
 #include "serialization/StructuredBlockEncoder.h"
@@ -43,6 +49,9 @@ class POSTransferObj {
         writer_.continueBlock(bytes_);
     }
 
+    /// Creates an object that was received, without copying its bytes (see adoptBytes).
+    explicit POSTransferObj(ByteBlock received);
+
     POSTransferObj(const POSTransferObj&) = delete;
     POSTransferObj& operator=(const POSTransferObj&) = delete;
 
@@ -54,12 +63,15 @@ class POSTransferObj {
     uint32_t getMessageKind() { return readHeaderField(headerId1_); }
     uint32_t getCommand() { return readHeaderField(headerId3_); }
 
-    void writeUInt32(uint32_t id, uint32_t value) { writer_.writeUInt32Part(id, value); }
+    void writeUInt32(uint32_t id, uint32_t value) { writer().writeUInt32Part(id, value); }
     /// The pointer may be null if `length` is 0.
     void writeBytes(uint32_t id, const void* bytes, uint32_t length);
-    void writeByteArray(uint32_t id, const CPPByteArray& array) { writer_.writeArrayPart(id, array); }
+    void writeByteArray(uint32_t id, const CPPByteArray& array) { writer().writeArrayPart(id, array); }
+    /// Does the same, but may use the block of the array for the object's bytes, so that a large array is not
+    /// in memory twice. The array is empty or unchanged afterwards.
+    void writeByteArray(uint32_t id, CPPByteArray&& array);
     /// Writes the characters of the text without a terminating NUL.
-    void writeString(uint32_t id, const std::string& text) { writer_.writeStringPart(id, text); }
+    void writeString(uint32_t id, const std::string& text) { writer().writeStringPart(id, text); }
 
     /// Returns the first four bytes of the field as a number, least significant byte first. A shorter field
     /// is zero-extended.
@@ -70,11 +82,17 @@ class POSTransferObj {
     std::string readString(uint32_t id);
     /// Returns all bytes of the field in a new block.
     ByteBlock readBlock(uint32_t id);
+    /// Does the same, but in the block of an object that owns its received bytes, if most of them belong to
+    /// the field. Then no memory is allocated. The object must not be used afterwards.
+    ByteBlock takeBlock(uint32_t id);
 
     bool hasField(uint32_t id);
 
-    /// Returns the wire form: exactly the bytes that are sent.
-    const CPPByteArray& bytes() const { return bytes_; }
+    /// Returns the wire form: exactly the bytes that are sent. Encodes deferred fields.
+    const CPPByteArray& bytes() const;
+    /// Returns the wire form in a new block. Does not encode deferred fields in this object, so they exist
+    /// only in the block. If it throws, the object is unchanged.
+    ByteBlock copyWireForm() const;
     /// Replaces the content of `array` by the wire form. If it throws, `array` is unchanged.
     void copyBytesTo(CPPByteArray& array) const;
 
@@ -83,10 +101,25 @@ class POSTransferObj {
     void copyBytesFrom(const CPPByteArray& array) { copyBytesFrom(array.data(), array.getSize()); }
     /// Does the same with a block of memory. The pointer may be null if length is 0.
     void copyBytesFrom(const void* bytes, uint32_t length);
+    /// Does the same with a block that the object owns from now on. The object must not be written to, not
+    /// even before the first read. An empty block makes an object without bytes.
+    void adoptBytes(ByteBlock received);
+    void adoptBytes(CPPByteArray&& received);
+
+    /// Returns the wire form and leaves an object without bytes, which must not be used any more.
+    CPPByteArray takeBytes();
+
+  protected:
+    /// Replaces the content by the `count` fields. They are encoded when their bytes are needed, so the fields
+    /// and the bytes to which they refer must outlive this object. If the wire form would be too long, throws
+    /// and changes nothing.
+    void deferFields(const StructuredPart* fields, size_t count);
 
   private:
     uint32_t readHeaderField(uint32_t id);
     void attachReader();
+    void encodeDeferred() const;
+    StructuredByteArrayWriter& writer();
 
     const uint32_t formatVersion_ = kTransferObjFormatVersion;
     const uint32_t headerId0_ = posField::kTransferKind;
@@ -94,9 +127,13 @@ class POSTransferObj {
     const uint32_t headerId2_ = posField::kReserved;
     const uint32_t headerId3_ = posField::kCommand;
     StructuredByteArrayReader reader_;
-    StructuredByteArrayWriter writer_;
-    CPPExpandingByteArray bytes_;
+    mutable StructuredByteArrayWriter writer_;
+    mutable CPPExpandingByteArray bytes_;
     bool readerAttached_ = false;
+    mutable const StructuredPart* deferred_ = nullptr;  // null if bytes_ or received_ is the wire form
+    size_t deferredCount_ = 0;
+    ByteBlock received_;  // without data if bytes_ is the wire form
+    BorrowedByteArray receivedArray_;
 };
 
 }  // namespace dovrel

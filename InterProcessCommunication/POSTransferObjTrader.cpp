@@ -1,5 +1,7 @@
 #include "InterProcessCommunication/POSTransferObjTrader.h"
 
+#include <array>
+#include <cstddef>
 #include <limits>
 #include <utility>
 
@@ -22,12 +24,25 @@ namespace {
 
 constexpr uint8_t kZeroIdentifier[kPOSIdentifierSize] = {};
 
+/// A request that refers to its fields until it is sent. The bytes of the fields must outlive it.
+template <size_t fieldCount>
 class Request : public POSTransferObj {
   public:
     template <class... Fields>
     explicit Request(const POSCommand& command, const Fields&... fields)
-        : POSTransferObj(kTransferKindStandard, kMessageKindRequest, command, fields...) {}
+        : POSTransferObj(ByteBlock()),
+          fields_{StructuredPart::ofNumber(posField::kTransferKind, kTransferKindStandard),
+                  StructuredPart::ofNumber(posField::kMessageKind, kMessageKindRequest),
+                  StructuredPart::ofNumber(posField::kCommand, command), fields...} {
+        deferFields(fields_.data(), fields_.size());
+    }
+
+  private:
+    const std::array<StructuredPart, fieldCount> fields_;
 };
+
+template <class... Fields>
+Request(const POSCommand& command, const Fields&... fields) -> Request<3 + sizeof...(Fields)>;
 
 StructuredPart makeSessionField(uint32_t applicationId) {
     return StructuredPart::ofNumber(posField::kSession, applicationId);
@@ -163,8 +178,9 @@ POSResult<POSMethodReply> POSTransferObjTrader::callMethod(uint32_t applicationI
     const std::unique_ptr<POSTransferObj> reply = sendAndCheck(request);
     POSResult<POSMethodReply> result;
     if (!reply) return result;
-    result.value.result = reply->readBlock(posField::kResult);
     result.value.message = readServerMessage(*reply, posField::kServerMessage);
+    // The last read, because it takes the reply's bytes.
+    result.value.result = reply->takeBlock(posField::kResult);
     result.outcome = POSOutcome::kDone;
     return result;
 }
@@ -192,7 +208,7 @@ POSOutcome POSTransferObjTrader::sendForOutcome(POSTransferObj& request) {
 POSResult<ByteBlock> POSTransferObjTrader::sendForBlock(POSTransferObj& request, uint32_t resultField) {
     const std::unique_ptr<POSTransferObj> reply = sendAndCheck(request);
     if (!reply) return {};
-    return {POSOutcome::kDone, reply->readBlock(resultField)};
+    return {POSOutcome::kDone, reply->takeBlock(resultField)};
 }
 
 // Returns null if the reply has an error code for which no exception is thrown.

@@ -1,5 +1,7 @@
 #include "InterProcessCommunication/POS_to_Client_Communicator.h"
 
+#include <utility>
+
 #include "InterProcessCommunication/POSTransferObj.h"
 
 namespace dovrel {
@@ -8,10 +10,9 @@ POS_to_Client_Communicator::~POS_to_Client_Communicator() = default;
 
 int32_t POS_to_Client_Communicator::ReceiveTransferObj(const AppleEvent* event,
                                                        POSTransferObj& object) const {
-    std::unique_ptr<uint8_t[]> buffer;
-    uint32_t length = 0;
-    const int32_t error = GetData(event, buffer, length);
-    if (buffer) object.copyBytesFrom(buffer.get(), length);
+    CPPByteArray received;
+    const int32_t error = GetData(event, received);
+    if (received.getSize() != 0) object.adoptBytes(std::move(received));
     return error;
 }
 

@@ -120,7 +120,7 @@ OSErr readEverything(const AppleEvent* event, AppleEvent* reply, SRefCon) {
 }
 
 void handle(const ReceivedFrame& frame) {
-    const bool isWhole = isWholeImage(frame.image, frame.header.imageSize);
+    const bool isWhole = ItemIndex().read(frame.image, frame.header.imageSize);
     FUZZ_CHECK(isWhole == isSimplyWhole(frame.image, frame.header.imageSize));
     if (!isWhole) return;
     EventStorage event(frame.image, frame.header.imageSize, frame.block);
@@ -169,7 +169,7 @@ void receiveReply(const Bytes& packet) {
     ReceivedReply reply;
     const OutgoingRequest request{nothing, kAEWaitReply, 1, Deadline::never(), nullptr};
     if (connection.exchange(request, reply) != Connection::Outcome::done) return;
-    const bool isWhole = isWholeImage(reply.image, reply.size);
+    const bool isWhole = ItemIndex().read(reply.image, reply.size);
     FUZZ_CHECK(isWhole == isSimplyWhole(reply.image, reply.size));
     if (!isWhole) return;
     EventStorage storage(reply.image, reply.size, reply.block);

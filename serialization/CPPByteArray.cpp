@@ -8,6 +8,7 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <utility>
 
 #include "serialization/StreamLength.h"
 
@@ -36,9 +37,8 @@ CPPByteArray::CPPByteArray(const CPPByteArray& other) {
     assign(other);
 }
 
-CPPByteArray::CPPByteArray(CPPByteArray&& other) noexcept : size_(other.size_), data_(other.data_) {
-    other.size_ = 0;
-    other.data_ = nullptr;
+CPPByteArray::CPPByteArray(CPPByteArray&& other) noexcept {
+    swap(other);
 }
 
 CPPByteArray& CPPByteArray::operator=(const CPPByteArray& other) {
@@ -107,6 +107,31 @@ void CPPByteArray::setFromPart(const CPPByteArray& source, uint32_t offset, uint
     adopt(block.release(), length);
 }
 
+void CPPByteArray::keepPart(uint32_t offset, uint32_t length) noexcept {
+    if (length == 0) {
+        clear();
+        return;
+    }
+    std::memmove(data_, data_ + offset, length);
+    spare_ += size_ - length;
+    size_ = length;
+}
+
+bool CPPByteArray::insertAtStart(const void* source, uint32_t length) {
+    const uint32_t oldSize = size_;
+    if (length > std::numeric_limits<uint32_t>::max() - oldSize || !reallocate(oldSize + length))
+        return false;
+    if (oldSize != 0) std::memmove(data_ + length, data_, oldSize);
+    copyBytes(data_, source, length);
+    return true;
+}
+
+void CPPByteArray::swap(CPPByteArray& other) noexcept {
+    std::swap(data_, other.data_);
+    std::swap(size_, other.size_);
+    std::swap(spare_, other.spare_);
+}
+
 void CPPByteArray::readBytes(uint32_t offset, void* destination, uint32_t length) const {
     if (offset >= size_) return;
     const uint32_t count = std::min(length, size_ - offset);
@@ -161,6 +186,7 @@ void CPPByteArray::adopt(uint8_t* block, uint32_t length) {
     std::free(data_);
     data_ = block;
     size_ = length;
+    spare_ = 0;
 }
 
 }  // namespace dovrel

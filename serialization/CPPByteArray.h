@@ -3,8 +3,8 @@
 // binary value is kept in the block of its entry, see settings/PropertyEntry.h.)
 //
 // The array owns one heap block (malloc, realloc, free) with exactly as many bytes as the array has. It has
-// no spare capacity, and an empty array has no block. Indices, offsets and lengths are unsigned 32-bit
-// numbers of bytes.
+// no spare capacity (except after keepPart), and an empty array has no block. Indices, offsets and lengths are
+// unsigned 32-bit numbers of bytes.
 //
 // A read beyond the end returns 0 or copies nothing. A write beyond the end is clipped or ignored
 // (CPPExpandingByteArray grows instead). After an allocation failure the array keeps its content and its
@@ -72,6 +72,20 @@ class CPPByteArray {
     /// `length` in any case; bytes that the source does not have are unspecified.
     void setFromPart(const CPPByteArray& source, uint32_t offset, uint32_t length);
 
+    // The next two functions change the array in its own block, for arrays that are too large to copy.
+
+    /// Reduces the content to `length` bytes, starting at `offset`. Both must be inside the array. The block
+    /// keeps its size, so that the array can then grow in it. (A heap that got the few bytes after a large part
+    /// back could not use the whole block for the next array of that size.)
+    void keepPart(uint32_t offset, uint32_t length) noexcept;
+
+    /// Inserts bytes before the first byte. `source` must be outside the array. Returns false and changes
+    /// nothing if memory runs out or the array would be longer than 2^32 - 1 bytes.
+    bool insertAtStart(const void* source, uint32_t length);
+
+    /// Exchanges the blocks and sizes of both arrays.
+    void swap(CPPByteArray& other) noexcept;
+
     uint32_t getSize() const { return size_; }
 
     /// Throws std::bad_alloc unless the array has `size` bytes. For callers of an operation that leaves the
@@ -119,14 +133,21 @@ class CPPByteArray {
     bool reallocate(uint32_t newSize) {
         // realloc with size 0 may return a block instead of freeing it.
         if (newSize == 0) return clear();
+        if (spare_ != 0 && newSize <= size_ + spare_) {
+            spare_ = size_ + spare_ - newSize;
+            size_ = newSize;
+            return true;
+        }
         void* const block = std::realloc(data_, newSize);
         if (block == nullptr) return false;
         data_ = static_cast<uint8_t*>(block);
         size_ = newSize;
+        spare_ = 0;
         return true;
     }
 
     uint32_t size_ = 0;
+    uint32_t spare_ = 0;  ///< bytes of the block after the content
     uint8_t* data_ = nullptr;
 
   private:

@@ -43,6 +43,13 @@ class BuiltInClass : public ServerClass {
         return names;
     }
 
+    bool hasMethod(const std::string& name) const override {
+        for (const Method& method : methods_) {
+            if (name == method.name) return true;
+        }
+        return false;
+    }
+
     std::unique_ptr<ServerObject> instantiate(UserMessage&) const override {
         return std::make_unique<Instance>(methods_);
     }

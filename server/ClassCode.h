@@ -18,15 +18,15 @@ struct EscapedException : Refusal {};
 [[noreturn]] void throwEscapedException(uint32_t code, const std::string& operation);
 
 /// Returns the result of `work`. A Refusal that `work` throws reaches the caller; every other exception
-/// becomes an EscapedException.
-template <class Work>
-auto runClassCode(uint32_t code, const std::string& operation, const Work& work) {
+/// becomes an EscapedException, whose text begins with the text that `describe()` returns.
+template <class Describe, class Work>
+auto runClassCode(uint32_t code, const Describe& describe, const Work& work) {
     try {
         return work();
     } catch (const Refusal&) {
         throw;
     } catch (...) {
-        throwEscapedException(code, operation);
+        throwEscapedException(code, describe());
     }
 }
 

@@ -64,7 +64,7 @@ OSErr EventServer::data(const AppleEvent* event, AppleEvent* reply) {
     POSTransferObj request;
     const int32_t status = channel_.ReceiveTransferObj(event, request);
     if (status != noErr) return static_cast<OSErr>(status);
-    return send(exchanges_.handleData(request.bytes(), getSender(event)), event, reply);
+    return send(exchanges_.handleData(request.takeBytes(), getSender(event)), event, reply);
 }
 
 OSErr EventServer::handshake(const AppleEvent* event, AppleEvent* reply) {

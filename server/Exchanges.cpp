@@ -66,14 +66,15 @@ Exchanges::Exchanges(ServerState& state, ServerProcess& process, ExchangeLog& lo
       log_(log),
       handler_(state, [&log](const std::string& text) { log.note(text); }) {}
 
-Outcome Exchanges::handleData(const CPPByteArray& request, pid_t sender) {
+Outcome Exchanges::handleData(CPPByteArray request, pid_t sender) {
     lastRequest_ = std::chrono::steady_clock::now();
     // The log and the misbehaviour read requests as well, so this is checked first.
     if (hasMorePartsThan(kMostRequestParts, request)) return refuseParts(sender);
     Misbehaviour& misbehaviour = state_.settings.misbehaviour;
     if (state_.settings.log) log_.request(readCommandName(request) + fromProcess(sender), request);
     const bool strikes = misbehaviour.fault != Fault::none && misbehaviour.strikes(readCommandCode(request));
-    Outcome outcome = strikes ? answerWithFault(request, sender) : answerNormally(request, sender);
+    Outcome outcome =
+        strikes ? answerWithFault(std::move(request), sender) : answerNormally(std::move(request), sender);
     outcome.endServer = outcome.endServer || hasLostLastClient();
     if (state_.settings.log) logEnd(outcome);
     return outcome;
@@ -89,13 +90,13 @@ Outcome Exchanges::refuseParts(pid_t sender) {
     return outcome;
 }
 
-Outcome Exchanges::answerNormally(const CPPByteArray& request, pid_t sender) {
+Outcome Exchanges::answerNormally(CPPByteArray request, pid_t sender) {
     Outcome outcome;
-    outcome.parameter = handler_.answer(request, sender);
+    outcome.parameter = handler_.answer(std::move(request), sender);
     return outcome;
 }
 
-Outcome Exchanges::answerWithFault(const CPPByteArray& request, pid_t sender) {
+Outcome Exchanges::answerWithFault(CPPByteArray request, pid_t sender) {
     const Misbehaviour& misbehaviour = state_.settings.misbehaviour;
     Outcome outcome;
     switch (misbehaviour.fault) {
@@ -119,7 +120,7 @@ Outcome Exchanges::answerWithFault(const CPPByteArray& request, pid_t sender) {
         default:
             break;
     }
-    outcome = answerNormally(request, sender);
+    outcome = answerNormally(std::move(request), sender);
     applyFault(outcome);
     return outcome;
 }

@@ -33,8 +33,9 @@ class Exchanges {
     /// All three must outlive the object.
     Exchanges(ServerState& state, ServerProcess& process, ExchangeLog& log);
 
-    /// Handles one exchange of data.
-    Outcome handleData(const CPPByteArray& request, pid_t sender);
+    /// Handles one exchange of data. The reply may be made in the memory of the request, so a caller that does
+    /// not need the request any more should move it.
+    Outcome handleData(CPPByteArray request, pid_t sender);
 
     Outcome handleHandshake(pid_t sender);
 
@@ -52,8 +53,8 @@ class Exchanges {
 
   private:
     Outcome refuseParts(pid_t sender);
-    Outcome answerNormally(const CPPByteArray& request, pid_t sender);
-    Outcome answerWithFault(const CPPByteArray& request, pid_t sender);
+    Outcome answerNormally(CPPByteArray request, pid_t sender);
+    Outcome answerWithFault(CPPByteArray request, pid_t sender);
     void applyFault(Outcome& outcome);
     void logEnd(const Outcome& outcome);
     std::vector<std::string> applyText(const std::string& text);

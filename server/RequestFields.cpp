@@ -34,7 +34,7 @@ void requireSize(const POSField& field, uint32_t size, uint32_t expected) {
 
 }  // namespace
 
-RequestFields::RequestFields(const CPPByteArray& request) {
+RequestFields::RequestFields(CPPByteArray& request) : request_(request) {
     parse(request);
     checkHeader();
     const uint32_t code = number(posField::kCommand);
@@ -105,6 +105,14 @@ std::string RequestFields::name(const POSField& field) const {
 CPPByteArray RequestFields::data(const POSField& field) const {
     const std::unique_ptr<CPPByteArray> part(reader_.getPart(field));
     return std::move(*part);
+}
+
+CPPByteArray RequestFields::takeData(const POSField& field) {
+    const dovrel::ByteView view = reader_.viewPart(field);
+    // A field that is much smaller than the request would keep too much memory.
+    if (view.length < request_.getSize() / 2) return data(field);
+    request_.keepPart(static_cast<uint32_t>(view.data - request_.data()), view.length);
+    return std::move(request_);
 }
 
 }  // namespace merrowd

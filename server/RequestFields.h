@@ -27,7 +27,7 @@ class RequestFields {
     /// Checks the whole request. Throws Refusal with code 3 (no valid interface) if the format
     /// version or the command is unknown, and with "parameter format" for every other mistake. The
     /// bytes must outlive the object.
-    explicit RequestFields(const CPPByteArray& request);
+    explicit RequestFields(CPPByteArray& request);
 
     const POSCommand& command() const { return *command_; }
 
@@ -37,11 +37,15 @@ class RequestFields {
     std::string name(const POSField& field) const;
     CPPByteArray data(const POSField& field) const;
 
+    /// Returns what data() returns, but may take the memory of the request for it. Must be the last read.
+    CPPByteArray takeData(const POSField& field);
+
   private:
     void parse(const CPPByteArray& request);
     void checkHeader() const;
     void checkField(const POSField& field) const;
 
+    CPPByteArray& request_;
     dovrel::StructuredByteArrayReader reader_;
     const POSCommand* command_ = nullptr;
 };

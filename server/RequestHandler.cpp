@@ -1,6 +1,5 @@
 #include "server/RequestHandler.h"
 
-#include <algorithm>
 #include <new>
 #include <utility>
 #include <vector>
@@ -58,7 +57,7 @@ std::unique_ptr<POSTransferObj> newAnswer(uint32_t command) {
 
 }  // namespace
 
-std::unique_ptr<POSTransferObj> RequestHandler::answer(const CPPByteArray& request, pid_t sender) {
+std::unique_ptr<POSTransferObj> RequestHandler::answer(CPPByteArray request, pid_t sender) {
     uint32_t command = 0;
     try {
         return performRequest(request, sender, command);
@@ -70,10 +69,10 @@ std::unique_ptr<POSTransferObj> RequestHandler::answer(const CPPByteArray& reque
     }
 }
 
-std::unique_ptr<POSTransferObj> RequestHandler::performRequest(const CPPByteArray& request, pid_t sender,
+std::unique_ptr<POSTransferObj> RequestHandler::performRequest(CPPByteArray& request, pid_t sender,
                                                                uint32_t& command) {
     try {
-        const RequestFields fields(request);
+        RequestFields fields(request);
         command = fields.command();
         std::unique_ptr<POSTransferObj> reply = newAnswer(command);
         perform(fields, sender, *reply);
@@ -96,7 +95,7 @@ std::unique_ptr<POSTransferObj> RequestHandler::makeExceptionAnswer(uint32_t com
     return reply;
 }
 
-void RequestHandler::perform(const RequestFields& request, pid_t sender, POSTransferObj& reply) {
+void RequestHandler::perform(RequestFields& request, pid_t sender, POSTransferObj& reply) {
     switch (request.command()) {
         case posCommand::kRegisterApplication.code:
             return registerApplication(request, sender, reply);
@@ -146,9 +145,10 @@ void RequestHandler::instantiateObject(const RequestFields& request, POSTransfer
         throw Refusal{refusalCode::kPOSClassNotFound, "the server has no such class"};
     }
     UserMessage message;
-    record.object = runClassCode(refusalCode::kPOSObjectInstantiation,
-                                 "the creation of an object of the class " + record.ofClass->name(),
-                                 [&] { return record.ofClass->instantiate(message); });
+    record.object = runClassCode(
+        refusalCode::kPOSObjectInstantiation,
+        [&] { return "the creation of an object of the class " + record.ofClass->name(); },
+        [&] { return record.ofClass->instantiate(message); });
     const Identifier id = state_.applications.addObject(applicationId, std::move(record));
 
     reply.writeBytes(posField::kObject, id.data(), static_cast<uint32_t>(id.size()));
@@ -160,43 +160,40 @@ void RequestHandler::deleteObject(const RequestFields& request) {
                                      request.identifier(posField::kObject));
 }
 
-void RequestHandler::callMethod(const RequestFields& request, POSTransferObj& reply) {
+void RequestHandler::callMethod(RequestFields& request, POSTransferObj& reply) {
     const ObjectRecord& record = state_.applications.findObject(request.number(posField::kSession),
                                                                 request.identifier(posField::kObject));
     const std::string method = request.name(posField::kMethodName);
-    const std::vector<std::string> methods = record.ofClass->methods();
-    if (std::find(methods.begin(), methods.end(), method) == methods.end()) {
+    if (!record.ofClass->hasMethod(method)) {
         throw Refusal{refusalCode::kPOSMethodNotFound,
                       "the class " + record.ofClass->name() + " has no method \"" + method + "\""};
     }
-    const Answer answer =
-        runClassCode(refusalCode::kPOSMethodExecution,
-                     "the method \"" + method + "\" of the class " + record.ofClass->name(),
-                     [&] { return record.object->call(method, request.data(posField::kArgument)); });
+    Answer answer = runClassCode(
+        refusalCode::kPOSMethodExecution,
+        [&] { return "the method \"" + method + "\" of the class " + record.ofClass->name(); },
+        [&] { return record.object->call(method, request.takeData(posField::kArgument)); });
 
-    reply.writeByteArray(posField::kResult, answer.data);
+    reply.writeByteArray(posField::kResult, std::move(answer.data));
     writeMessage(reply, answer.message);
 }
 
-void RequestHandler::executeCommand(const RequestFields& request, POSTransferObj& reply) {
-    const CPPByteArray both = request.data(posField::kCommandData);
+void RequestHandler::executeCommand(RequestFields& request, POSTransferObj& reply) {
+    const uint32_t session = request.number(posField::kSession);
     const uint32_t length = request.number(posField::kCommandLength);
+    CPPByteArray both = request.takeData(posField::kCommandData);
     if (length > both.getSize()) {
         throw Refusal{refusalCode::kPOSParameterFormat, "the command is longer than the data that hold it"};
     }
     CPPByteArray command;
-    CPPByteArray argument;
     command.setFromPart(both, 0, length);
-    argument.setFromPart(both, length, both.getSize() - length);
-    const CPPByteArray result =
-        runCommand(state_, request.number(posField::kSession), bytesToText(command), std::move(argument));
-
-    reply.writeByteArray(posField::kResult, result);
+    both.keepPart(length, both.getSize() - length);
+    reply.writeByteArray(posField::kResult,
+                         runCommand(state_, session, bytesToText(command), std::move(both)));
 }
 
-void RequestHandler::getInformation(const RequestFields& request, POSTransferObj& reply) {
+void RequestHandler::getInformation(RequestFields& request, POSTransferObj& reply) {
     reply.writeByteArray(posField::kInformation,
-                         readInformation(state_, request.data(posField::kInformationRequest)));
+                         readInformation(state_, request.takeData(posField::kInformationRequest)));
 }
 
 void RequestHandler::queryInterfaceVersion(POSTransferObj& reply) {

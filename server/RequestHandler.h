@@ -29,14 +29,14 @@ class RequestHandler {
         ServerState& state, Note note = [](const std::string&) {})
         : state_(state), note_(std::move(note)) {}
 
-    /// Carries out the request and returns the reply, never null. The reply is an exception if the request
+    /// Carries out the request and returns the reply, never null, which may be in the memory of the request. The reply is an exception if the request
     /// could not be carried out or if the bytes are not a request. `sender` is the process that sent the
     /// request, 0 if it is not known.
     ///
     /// An exception other than Refusal becomes an exception reply: code 28 from a method, code 26 from the
     /// creation of an object, code 23 from all other code. Throws only std::bad_alloc, if memory runs out
     /// outside of the code of a class.
-    std::unique_ptr<POSTransferObj> answer(const CPPByteArray& request, pid_t sender);
+    std::unique_ptr<POSTransferObj> answer(CPPByteArray request, pid_t sender);
 
     /// Returns an exception reply. `command` is 0 if the request does not name a known command.
     static std::unique_ptr<POSTransferObj> makeExceptionAnswer(uint32_t command, const Refusal& refusal);
@@ -47,14 +47,13 @@ class RequestHandler {
     void unregisterApplication(const RequestFields& request);
     void instantiateObject(const RequestFields& request, POSTransferObj& reply);
     void deleteObject(const RequestFields& request);
-    void callMethod(const RequestFields& request, POSTransferObj& reply);
-    void executeCommand(const RequestFields& request, POSTransferObj& reply);
-    void getInformation(const RequestFields& request, POSTransferObj& reply);
+    void callMethod(RequestFields& request, POSTransferObj& reply);
+    void executeCommand(RequestFields& request, POSTransferObj& reply);
+    void getInformation(RequestFields& request, POSTransferObj& reply);
     void queryInterfaceVersion(POSTransferObj& reply);
 
-    std::unique_ptr<POSTransferObj> performRequest(const CPPByteArray& request, pid_t sender,
-                                                   uint32_t& command);
-    void perform(const RequestFields& request, pid_t sender, POSTransferObj& reply);
+    std::unique_ptr<POSTransferObj> performRequest(CPPByteArray& request, pid_t sender, uint32_t& command);
+    void perform(RequestFields& request, pid_t sender, POSTransferObj& reply);
 
     ServerState& state_;
     const Note note_;

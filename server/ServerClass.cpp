@@ -10,4 +10,9 @@ Identifier ServerClass::identifierFromName(const std::string& name) {
     return identifier;
 }
 
+bool ServerClass::hasMethod(const std::string& name) const {
+    const std::vector<std::string> names = methods();
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
 }  // namespace merrowd

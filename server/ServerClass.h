@@ -41,6 +41,9 @@ class ServerClass {
     /// Returns the names of the methods, in the order in which they are shown.
     virtual std::vector<std::string> methods() const = 0;
 
+    /// Returns whether methods() contains the name. Called for every call of a method.
+    virtual bool hasMethod(const std::string& name) const;
+
     /// Makes an object, never null. It may fill `message` for the user. Throws Refusal; any other exception
     /// is sent to the client as error 26 and logged.
     virtual std::unique_ptr<ServerObject> instantiate(UserMessage& message) const = 0;

@@ -37,20 +37,11 @@ bool ImageWalker::next(ImageItem& item) {
     return true;
 }
 
-bool findItem(const uint8_t* image, size_t size, ItemKind kind, uint32_t keyword, ImageItem& item) {
-    ImageWalker walker(image, size);
-    while (walker.next(item)) {
+bool ImageWalker::find(ItemKind kind, uint32_t keyword, ImageItem& item) {
+    while (next(item)) {
         if (item.header.keyword == keyword && item.header.kind == static_cast<uint32_t>(kind)) return true;
     }
     return false;
-}
-
-bool isWholeImage(const uint8_t* image, size_t size) {
-    ImageWalker walker(image, size);
-    ImageItem item;
-    while (walker.next(item)) {
-    }
-    return walker.atEnd();
 }
 
 void writeItem(uint8_t* place, const ItemHeader& header, const void* data) {

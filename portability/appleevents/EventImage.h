@@ -5,8 +5,8 @@
 //
 // An image is any number of items, which are attributes or parameters. It contains nothing before,
 // between or after the items. An image may be in memory that another process can change at any time.
-// Therefore each number is read once and checked before use, at every search for an item and not only
-// when the image arrives.
+// Therefore each number is read once and checked before use. Where it is needed again, either the checked
+// number is kept (ItemIndex.h), or it is read and checked again.
 #pragma once
 
 #include <cstddef>
@@ -43,8 +43,15 @@ class ImageWalker {
   public:
     ImageWalker(const uint8_t* image, size_t size) : image_(image), size_(size) {}
 
+    /// Starts at the item with this offset and this index.
+    ImageWalker(const uint8_t* image, size_t size, size_t begin, uint32_t index)
+        : image_(image), size_(size), at_(begin), index_(index) {}
+
     /// Reads the next item. Returns false at the end and at the first damaged item.
     bool next(ImageItem& item);
+
+    /// Reads items up to one with this kind and keyword. Returns false if there is none.
+    bool find(ItemKind kind, uint32_t keyword, ImageItem& item);
 
     /// Returns whether the whole image was read and no item was damaged.
     bool atEnd() const { return at_ == size_; }
@@ -55,12 +62,6 @@ class ImageWalker {
     size_t at_ = 0;
     uint32_t index_ = 0;
 };
-
-/// Finds the first item with this kind and keyword. Returns false if there is none.
-bool findItem(const uint8_t* image, size_t size, ItemKind kind, uint32_t keyword, ImageItem& item);
-
-/// Returns whether no item is damaged or of an unknown kind, and there are at most kMostItems items.
-bool isWholeImage(const uint8_t* image, size_t size);
 
 /// Returns the size in bytes of an item with `dataSize` bytes of data (at most kLargestMessage).
 constexpr size_t itemSpace(size_t dataSize) {

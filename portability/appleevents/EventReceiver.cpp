@@ -28,8 +28,8 @@ OSStatus runHandlers(EventStorage& event, EventStorage* reply) {
 
 bool EventReceiver::handle(const ReceivedFrame& request, pid_t sender, ReplySender& reply) {
     const FrameHeader& header = request.header;
-    if (!isWholeImage(request.image, header.imageSize)) return false;
     EventStorage event(request.image, header.imageSize, request.block);
+    if (!event.isWhole()) return false;
     event.setDelivery({sender, kAELocalProcess, header.sendMode, header.timeOutInTicks});
     if ((header.sendMode & kReplyModeMask) != kAEWaitReply) {
         runHandlers(event, nullptr);

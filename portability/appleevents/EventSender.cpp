@@ -58,9 +58,7 @@ bool readSignature(const ImageItem& address, OSType& signature) {
 
 Target findTarget(const EventStorage& event) {
     ImageItem address;
-    if (!findItem(event.image().data(), event.image().size(), ItemKind::attribute, keyAddressAttr, address)) {
-        return {Target::Kind::unknown};
-    }
+    if (!event.findItem(ItemKind::attribute, keyAddressAttr, address)) return {Target::Kind::unknown};
     OSType signature = 0;
     pid_t process = 0;
     switch (address.header.type) {
@@ -112,7 +110,7 @@ bool isUsable(Connection::Outcome outcome) {
     return outcome != Connection::Outcome::notSent && outcome != Connection::Outcome::lost;
 }
 
-// Makes an event of a reply whose image is not damaged. The image is copied unless a block keeps it valid.
+// Makes an event of a reply. The image is copied unless a block keeps it valid.
 ReplyEvent eventOfReply(ReceivedReply& received) {
     if (received.block == nullptr) return EventStorage::makeCopy(received.image, received.size);
     return std::make_unique<EventStorage>(received.image, received.size, std::move(received.block));
@@ -124,9 +122,10 @@ Connection::Outcome exchange(Connection& connection, const OutgoingRequest& requ
     ReceivedReply received;
     const Connection::Outcome outcome = connection.exchange(request, received);
     if (outcome != Connection::Outcome::done) return outcome;
-    if (!isWholeImage(received.image, received.size)) return Connection::Outcome::lost;
+    ReplyEvent event = eventOfReply(received);
+    if (!event->isWhole()) return Connection::Outcome::lost;
     result = received.result;
-    if (result == noErr) reply = eventOfReply(received);
+    if (result == noErr) reply = std::move(event);
     return outcome;
 }
 

@@ -25,13 +25,14 @@ void setComputed(EventValue& value, DescType type, Number number) {
 }  // namespace
 
 EventStorage::EventStorage(const uint8_t* image, size_t size, std::shared_ptr<const void> keeper)
-    : image_(image, size, std::move(keeper)) {}
+    : image_(image, size, std::move(keeper)), isWhole_(index_.read(image, size)) {}
 
 std::unique_ptr<EventStorage> EventStorage::makeCopy(const uint8_t* image, size_t size) {
     auto copy = std::make_unique<EventStorage>();
     uint8_t* place = copy->image_.append(size);
     if (place == nullptr) throw std::bad_alloc();
     if (size != 0) std::memcpy(place, image, size);
+    copy->isWhole_ = copy->index_.read(place, size);
     return copy;
 }
 
@@ -43,7 +44,7 @@ void EventStorage::setDelivery(const Delivery& delivery) {
 bool EventStorage::find(ItemKind kind, AEKeyword keyword, EventValue& value) const {
     if (kind == ItemKind::attribute && compute(keyword, value)) return true;
     ImageItem item;
-    if (!findItem(image_.data(), image_.size(), kind, static_cast<uint32_t>(keyword), item)) return false;
+    if (!findItem(kind, keyword, item)) return false;
     value.type = item.header.type;
     value.data = item.data;
     value.size = item.header.size;
@@ -98,8 +99,7 @@ bool EventStorage::firstUnread(UInt32& keyword) const {
 
 void EventStorage::noteRead(AEKeyword parameter) const {
     ImageItem item;
-    const auto keyword = static_cast<uint32_t>(parameter);
-    if (!findItem(image_.data(), image_.size(), ItemKind::parameter, keyword, item)) return;
+    if (!findItem(ItemKind::parameter, parameter, item)) return;
     if (item.index < kMarkedItems) read_ |= uint64_t{1} << item.index;
 }
 
@@ -107,26 +107,27 @@ OSErr EventStorage::put(ItemKind kind, AEKeyword keyword, DescType type, const v
     if (size > kLargestMessage) return memFullErr;
     const ItemHeader header{static_cast<uint32_t>(keyword), static_cast<uint32_t>(type),
                             static_cast<uint32_t>(size), static_cast<uint32_t>(kind)};
-    ImageWalker walker(image_.data(), image_.size());
     ImageItem item;
-    uint32_t count = 0;
-    bool found = false;
-    while (!found && walker.next(item)) {
-        found = item.header.keyword == header.keyword && item.header.kind == header.kind;
-        ++count;
-    }
-    if (!found && count == kMostItems) return memFullErr;
+    const bool found = findItem(kind, keyword, item);
+    if (!found && index_.count() == kMostItems) return memFullErr;
 
     if (found && item.end - item.begin == itemSpace(size)) {
         uint8_t* image = image_.writable();
         if (image == nullptr) return memFullErr;
         writeItem(image + item.begin, header, data);
+        index_.replace(item, header);
         return noErr;
     }
+    const size_t end = image_.size();
     uint8_t* place = image_.append(itemSpace(size));
     if (place == nullptr) return memFullErr;
     writeItem(place, header, data);
-    if (found) image_.erase(item.begin, item.end - item.begin);
+    if (!found) {
+        index_.add(header, end);
+        return noErr;
+    }
+    image_.erase(item.begin, item.end - item.begin);
+    index_.read(image_.data(), image_.size());
     return noErr;
 }
 

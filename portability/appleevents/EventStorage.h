@@ -9,6 +9,7 @@
 
 #include "portability/appleevents/DescriptorStorage.h"
 #include "portability/appleevents/EventImage.h"
+#include "portability/appleevents/ItemIndex.h"
 #include "portability/transport/MessageMemory.h"
 
 namespace portability {
@@ -42,12 +43,15 @@ class EventStorage final : public DescriptorStorage {
     /// Makes an event without parameters and attributes.
     EventStorage() = default;
 
-    /// Makes a received event. Its image must have passed isWholeImage(), and must stay valid as
-    /// MessageMemory requires.
+    /// Makes a received event. Its image must stay valid as MessageMemory requires. Unless isWhole() returns
+    /// true, the event must not be used.
     EventStorage(const uint8_t* image, size_t size, std::shared_ptr<const void> keeper);
 
-    /// Makes an event with a copy of the image, which must have passed isWholeImage(). Throws std::bad_alloc.
+    /// Does the same with a copy of the image. Throws std::bad_alloc.
     static std::unique_ptr<EventStorage> makeCopy(const uint8_t* image, size_t size);
+
+    /// Returns whether the image with which the event was made is whole (ItemIndex::read).
+    bool isWhole() const { return isWhole_; }
 
     /// Sets the values of the attributes that describe the delivery.
     void setDelivery(const Delivery& delivery);
@@ -56,6 +60,11 @@ class EventStorage final : public DescriptorStorage {
 
     /// Finds a value. Returns false if the event has none with this kind and keyword.
     bool find(ItemKind kind, AEKeyword keyword, EventValue& value) const;
+
+    /// Finds an item of the image. Returns false if there is none with this kind and keyword.
+    bool findItem(ItemKind kind, AEKeyword keyword, ImageItem& item) const {
+        return index_.find(image_.data(), image_.size(), kind, static_cast<uint32_t>(keyword), item);
+    }
 
     /// Stores a copy of the bytes. Replaces a value with the same kind and keyword. Returns memFullErr, and
     /// changes nothing, if the value is too large, the event has too many values or memory runs out.
@@ -79,6 +88,8 @@ class EventStorage final : public DescriptorStorage {
     bool firstUnread(UInt32& keyword) const;
 
     MessageMemory image_;
+    ItemIndex index_;
+    bool isWhole_ = true;
     Delivery delivery_;
     bool delivered_ = false;
     mutable bool suspended_ = false;

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "portability/transport/LargeMemory.h"
 #include "portability/transport/Packet.h"
 #include "portability/transport/SharedFile.h"
 
@@ -34,16 +35,20 @@ Channel::Sent sendPacket(int socket, Packet& packet) {
 class HeldReply {
   public:
     HeldReply(std::shared_ptr<const void> block, std::shared_ptr<std::atomic<uint32_t>> released,
-              uint32_t bit)
-        : block_(std::move(block)), released_(std::move(released)), bit_(bit) {}
+              uint32_t bit, bool isLarge)
+        : block_(std::move(block)), released_(std::move(released)), bit_(bit), isLarge_(isLarge) {}
     HeldReply(const HeldReply&) = delete;
     HeldReply& operator=(const HeldReply&) = delete;
-    ~HeldReply() { released_->fetch_or(bit_, std::memory_order_release); }
+    ~HeldReply() {
+        released_->fetch_or(bit_, std::memory_order_release);
+        if (isLarge_) freeLargeMemoryLater();
+    }
 
   private:
     std::shared_ptr<const void> block_;
     std::shared_ptr<std::atomic<uint32_t>> released_;
     uint32_t bit_;
+    bool isLarge_;
 };
 
 }  // namespace
@@ -215,7 +220,7 @@ Channel::Received Channel::receive(FrameBuffer& buffer, ReceivedFrame& frame) {
         const Received received = receivePacket(buffer, frame);
         if (received != Received::frame) return received;
         if (frame.header.kind == FrameKind::request || frame.header.kind == FrameKind::reply) return received;
-        // The packet brought a mailbox, or says that the mailbox contains a frame.
+        // The packet brought a mailbox, or says that the mailbox contains a frame or that replies are released.
         const Received found = look(frame);
         if (found != Received::nothing && found != Received::elsewhere) return found;
     }
@@ -267,7 +272,13 @@ Channel::Received Channel::interpret(const uint8_t* bytes, size_t size, FileDesc
             return openMailbox(std::move(file)) ? Received::frame : Received::malformed;
         case FrameKind::wakeUp:
             return Received::frame;
+        case FrameKind::released:
+            if (!receivesRequests_) return Received::malformed;
+            release(frame.header.released);
+            return Received::frame;
         case FrameKind::request:
+            receivesRequests_ = true;
+            break;
         case FrameKind::reply:
             break;
     }
@@ -294,7 +305,18 @@ bool Channel::findImage(ReceivedFrame& frame, const uint8_t* behindHeader, FileD
 
 std::shared_ptr<const void> Channel::holdReply(const ReceivedFrame& frame) {
     if (frame.block == nullptr || frame.header.place == kPassingImage) return frame.block;
-    return std::make_shared<HeldReply>(frame.block, released_, uint32_t{1} << frame.header.place);
+    return std::make_shared<HeldReply>(frame.block, released_, uint32_t{1} << frame.header.place,
+                                       frame.header.imageSize > kLargestLastingBlock);
+}
+
+void Channel::sendReleased() {
+    FrameHeader header;
+    header.kind = FrameKind::released;
+    header.released = released_->exchange(0, std::memory_order_acquire);
+    if (header.released == 0) return;
+    Packet packet(&header, sizeof header);
+    if (sendPacket(socket_.get(), packet) != Sent::done)
+        released_->fetch_or(header.released, std::memory_order_release);
 }
 
 }  // namespace portability

@@ -13,6 +13,7 @@
 #include "portability/transport/Mailbox.h"
 #include "portability/transport/MessageMemory.h"
 #include "portability/transport/ReceivedBlock.h"
+#include "portability/transport/Spin.h"
 
 namespace portability {
 
@@ -79,6 +80,12 @@ class Channel {
 
     bool hasMailbox() const { return mailbox_ != nullptr; }
 
+    /// Returns where the peer runs, as far as the mailbox shows it.
+    Spin::Peer peerPlace() const {
+        const bool isElsewhere = mailbox_ != nullptr && mailbox_->isOtherElsewhere();
+        return isElsewhere ? Spin::Peer::elsewhere : Spin::Peer::here;
+    }
+
     /// Checks only the mailbox, which needs no system call.
     Received look(ReceivedFrame& frame);
 
@@ -104,6 +111,10 @@ class Channel {
     /// next request tells the sender of the reply that its slot is free. Returns null if the image is not in
     /// a block.
     std::shared_ptr<const void> holdReply(const ReceivedFrame& frame);
+
+    /// Tells the sender of the replies which of its slots are free, if there is no request that could do so.
+    /// If the socket's buffer is full, the next request does.
+    void sendReleased();
 
   private:
     struct OutSlot {
@@ -138,6 +149,7 @@ class Channel {
     std::unique_ptr<Mailbox> mailbox_;
     bool mailboxOffered_ = false;
     bool cameByMailbox_ = false;  // whether the last frame came through the mailbox
+    bool receivesRequests_ = false;
     // Shared, because a reply may be released after the channel is destroyed, and on another thread.
     std::shared_ptr<std::atomic<uint32_t>> released_;
 };

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 
-#include "portability/transport/Spin.h"
-
 namespace portability {
 
 Connection::Outcome Connection::post(const OutgoingRequest& request) {
@@ -54,11 +52,11 @@ Connection::Outcome Connection::sendRequest(const OutgoingRequest& request, bool
 
 Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool posted,
                                            ReceivedReply& reply) {
-    Spin spin(std::max(request.image.size(), lastReplySize_));
+    Spin spin(spinHistory_, std::max(request.image.size(), lastReplySize_));
     ReceivedFrame frame;
     bool looking = posted;
-    // The reply has probably not arrived yet, so this thread first yields to the receiver.
-    spin.again();
+    // The reply has probably not arrived yet, so this thread first waits or yields to the receiver.
+    spin.again(channel_.peerPlace());
     for (;;) {
         switch (looking ? channel_.look(frame) : channel_.receive(buffer_, frame)) {
             case Channel::Received::closed:
@@ -69,8 +67,9 @@ Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool 
                 looking = false;
                 continue;
             case Channel::Received::nothing:
+                if (spin.again(channel_.peerPlace()) && !spin.isSystemCallDue()) continue;
                 if (request.deadline.passed()) return Outcome::timedOut;
-                if (spin.again()) continue;
+                if (spin.isSystemCallDue()) continue;
                 if (looking) {
                     channel_.setLooking(false);
                     looking = false;
@@ -84,6 +83,7 @@ Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool 
         std::shared_ptr<const void> held = channel_.holdReply(frame);
         if (!noteReply(frame)) return Outcome::lost;
         if (frame.header.id == lastId_) {
+            spin.found();
             reply = {frame.header.result, frame.image, frame.header.imageSize, std::move(held)};
             return Outcome::done;
         }

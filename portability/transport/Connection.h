@@ -65,6 +65,9 @@ class Connection {
     /// Throws std::bad_alloc.
     Outcome exchange(const OutgoingRequest& request, ReceivedReply& reply);
 
+    /// Tells the receiver which replies are not in use any more, if no request has told it yet.
+    void sendReleased() { channel_.sendReleased(); }
+
   private:
     Outcome sendRequest(const OutgoingRequest& request, bool wantsReply, bool& posted);
     Outcome awaitReply(const OutgoingRequest& request, bool posted, ReceivedReply& reply);
@@ -77,6 +80,7 @@ class Connection {
     uint64_t lastAnswered_ = 0;  // id of the last reply that was received
     size_t lastReplySize_ = 0;
     uint64_t unanswered_ = 0;  // number of requests that timed out or were cancelled and have no reply yet
+    SpinHistory spinHistory_;
     FrameBuffer buffer_;
 };
 

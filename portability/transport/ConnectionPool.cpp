@@ -1,9 +1,11 @@
 #include "portability/transport/ConnectionPool.h"
 
-#include <stdlib.h>
+#include <sys/auxv.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 
 #include "portability/posix/BriefLock.h"
@@ -13,14 +15,35 @@ namespace portability {
 
 namespace {
 
-const char* rootSetting() {
-    const char* value = secure_getenv("POS_SYSTEM_ROOT");
-    return value == nullptr ? "" : value;
+// The environment variables of a key. "" if they are unset, and in a program that has another user's rights.
+struct Settings {
+    const char* systemRoot = "";
+    const char* runtimeFolder = "";
+};
+
+// Returns the value of the entry if it is that of the variable whose name, with "=", is `name`.
+const char* valueOf(const char* entry, const char* name, size_t length) {
+    return std::strncmp(entry, name, length) == 0 ? entry + length : nullptr;
 }
 
-const char* runtimeFolderSetting() {
-    const char* value = secure_getenv("XDG_RUNTIME_DIR");
-    return value == nullptr ? "" : value;
+// Reads both variables in one pass over the environment, because this happens at each exchange.
+Settings currentSettings() {
+    static const bool isSecure = getauxval(AT_SECURE) != 0;
+    constexpr char kRoot[] = "POS_SYSTEM_ROOT=";
+    constexpr char kRuntimeFolder[] = "XDG_RUNTIME_DIR=";
+    Settings settings;
+    if (isSecure || environ == nullptr) return settings;
+    const char* root = nullptr;
+    const char* runtimeFolder = nullptr;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        const char first = **entry;
+        if (first == 'P' && root == nullptr) root = valueOf(*entry, kRoot, sizeof kRoot - 1);
+        if (first == 'X' && runtimeFolder == nullptr)
+            runtimeFolder = valueOf(*entry, kRuntimeFolder, sizeof kRuntimeFolder - 1);
+    }
+    if (root != nullptr) settings.systemRoot = root;
+    if (runtimeFolder != nullptr) settings.runtimeFolder = runtimeFolder;
+    return settings;
 }
 
 class ConnectionPool {
@@ -31,14 +54,14 @@ class ConnectionPool {
     }
 
     std::unique_ptr<KeptConnection> take(OSType signature) {
-        const char* root = rootSetting();
-        const char* runtimeFolder = runtimeFolderSetting();
+        const Settings settings = currentSettings();
         BriefLockScope held(lock_);
         if (!held || closed_) return nullptr;
         forgetParents();
         for (size_t i = count_; i-- > 0;) {
             const EndpointKey& key = kept_[i]->key;
-            if (key.signature != signature || key.systemRoot != root || key.runtimeFolder != runtimeFolder)
+            if (key.signature != signature || key.systemRoot != settings.systemRoot ||
+                key.runtimeFolder != settings.runtimeFolder)
                 continue;
             std::rotate(kept_.begin() + i, kept_.begin() + i + 1, kept_.begin() + count_);
             return std::move(kept_[--count_]);
@@ -58,6 +81,14 @@ class ConnectionPool {
         }
         std::rotate(kept_.begin(), kept_.begin() + 1, kept_.end());
         return std::exchange(kept_.back(), std::move(connection));
+    }
+
+    void releaseReplies() {
+        BriefLockScope held(lock_);
+        if (!held || closed_) return;
+        forgetParents();
+        for (size_t i = 0; i < count_; ++i)
+            kept_[i]->connection.sendReleased();
     }
 
   private:
@@ -81,8 +112,10 @@ ConnectionPool pool;
 
 }  // namespace
 
-KeptConnection::KeptConnection(OSType signature, FileDescriptor socket)
-    : key{signature, rootSetting(), runtimeFolderSetting()}, connection(std::move(socket)) {}
+KeptConnection::KeptConnection(OSType signature, FileDescriptor socket) : connection(std::move(socket)) {
+    const Settings settings = currentSettings();
+    key = {signature, settings.systemRoot, settings.runtimeFolder};
+}
 
 std::unique_ptr<KeptConnection> takeKeptConnection(OSType signature) {
     return pool.take(signature);
@@ -90,6 +123,10 @@ std::unique_ptr<KeptConnection> takeKeptConnection(OSType signature) {
 
 void keepConnection(std::unique_ptr<KeptConnection> connection) {
     pool.keep(std::move(connection));
+}
+
+void releaseRepliesOfKeptConnections() {
+    pool.releaseReplies();
 }
 
 }  // namespace portability

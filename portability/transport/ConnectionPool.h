@@ -34,4 +34,7 @@ std::unique_ptr<KeptConnection> takeKeptConnection(OSType signature);
 /// the longest time is closed. Thread-safe.
 void keepConnection(std::unique_ptr<KeptConnection> connection);
 
+/// Calls sendReleased() of each connection in the pool. Thread-safe.
+void releaseRepliesOfKeptConnections();
+
 }  // namespace portability

@@ -1,6 +1,5 @@
 #include "portability/transport/DescriptorCloser.h"
 
-#include <signal.h>
 #include <sys/socket.h>
 
 #include <condition_variable>
@@ -9,27 +8,13 @@
 #include <thread>
 #include <vector>
 
+#include "portability/posix/AllSignalsBlock.h"
+
 namespace portability {
 
 namespace {
 
 constexpr size_t kMostWaiting = 64;
-
-// The thread inherits the mask of its creator. It must take no signal of the application.
-class AllSignalsBlock {
-  public:
-    AllSignalsBlock() {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before_);
-    }
-    AllSignalsBlock(const AllSignalsBlock&) = delete;
-    AllSignalsBlock& operator=(const AllSignalsBlock&) = delete;
-    ~AllSignalsBlock() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
-  private:
-    sigset_t before_;
-};
 
 }  // namespace
 

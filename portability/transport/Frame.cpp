@@ -24,6 +24,8 @@ bool isPlausible(const FrameHeader& header, size_t packetSize, bool broughtFile)
             return broughtFile && behindHeader == 0;
         case FrameKind::wakeUp:
             return !broughtFile && behindHeader == 0;
+        case FrameKind::released:
+            return !broughtFile && behindHeader == 0 && header.released >> kSlots == 0;
     }
     return false;
 }

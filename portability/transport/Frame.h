@@ -7,7 +7,7 @@
 // To avoid sending and mapping the same file for each packet, the receiver keeps it in one of a few numbered
 // slots. Each direction of a connection has its own slots. The sender does not change the content of a slot
 // until the receiver has confirmed that it no longer reads it. A reply confirms its request. A reply itself
-// is confirmed by the bit mask `released` of a later request.
+// is confirmed by the bit mask `released` of a later request, or of a packet of its own.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,8 @@ enum class FrameKind : uint16_t {
     request = 1,
     reply = 2,
     mailbox = 3,  // carries the file of a mailbox (Mailbox.h) from sender to receiver
-    wakeUp = 4    // tells the receiver that the mailbox contains a frame
+    wakeUp = 4,   // tells the receiver that the mailbox contains a frame
+    released = 5  // only confirms replies, for the receiver of requests
 };
 
 /// Places of an image that is not in a slot. kInlineImage: after the header. kPassingImage: in a file that is
@@ -39,7 +40,7 @@ struct FrameHeader {
     uint16_t place = kInlineImage;  // slot number, or one of the constants above
     uint64_t id = 0;                // increases on each connection; a reply has the id of its request
     uint32_t imageSize = 0;
-    uint32_t released = 0;       // requests: bit n is set if the reply in slot n is no longer used
+    uint32_t released = 0;  // requests and `released`: bit n is set if the reply in slot n is no longer used
     uint32_t bringsFile = 0;     // 1: the file for `place` is sent with the packet
     int32_t sendMode = 0;        // requests: for the handler; the transport does not read it
     int32_t timeOutInTicks = 0;  // likewise

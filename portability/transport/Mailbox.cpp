@@ -1,6 +1,7 @@
 #include "portability/transport/Mailbox.h"
 
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 
@@ -44,7 +45,16 @@ Mailbox::~Mailbox() {
     munmap(memory_, sizeof(Memory));
 }
 
+void Mailbox::noteProcessor() {
+    own_.processor.store(sched_getcpu(), std::memory_order_relaxed);
+}
+
+bool Mailbox::isOtherElsewhere() const {
+    return other_.processor.load(std::memory_order_relaxed) != sched_getcpu();
+}
+
 void Mailbox::setLooking(bool looking) {
+    noteProcessor();
     own_.looking.store(looking ? 1 : 0);
 }
 
@@ -59,6 +69,7 @@ void Mailbox::post(const FrameHeader* header, const uint8_t* image, size_t image
         if (imageSize != 0) std::memcpy(own_.frame + sizeof *header, image, imageSize);
         size = static_cast<uint32_t>(sizeof *header + imageSize);
     }
+    noteProcessor();
     own_.size.store(size, std::memory_order_relaxed);
     own_.posted.store(++posted_);
 }

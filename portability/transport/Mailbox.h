@@ -56,6 +56,10 @@ class Mailbox {
 
     bool isOtherLooking() const;
 
+    /// Returns whether the other side has run on another processor when it last used the mailbox. The other side
+    /// can report anything.
+    bool isOtherElsewhere() const;
+
     /// Puts a frame into the mailbox: header and image, together at most kLargestFrame bytes. A null header
     /// posts the notice that the next frame arrives through the socket.
     void post(const FrameHeader* header, const uint8_t* image, size_t imageSize);
@@ -70,21 +74,23 @@ class Mailbox {
   private:
     // Written by one side and read by the other. The two halves are on different cache lines.
     struct alignas(64) Half {
-        std::atomic<uint32_t> posted;   // number of frames that this side has posted
-        std::atomic<uint32_t> size;     // size of the last posted frame in bytes
-        std::atomic<uint32_t> taken;    // the other side's `posted` at the last take()
-        std::atomic<uint32_t> looking;  // 1 while this side polls
+        std::atomic<uint32_t> posted;    // number of frames that this side has posted
+        std::atomic<uint32_t> size;      // size of the last posted frame in bytes
+        std::atomic<uint32_t> taken;     // the other side's `posted` at the last take()
+        std::atomic<uint32_t> looking;   // 1 while this side polls
+        std::atomic<int32_t> processor;  // on which this side ran when it last polled or posted
         alignas(64) uint8_t frame[kLargestFrame];
     };
     struct Memory {
         Half halves[2];
     };
     static_assert(offsetof(Half, posted) == 0 && offsetof(Half, size) == 4 && offsetof(Half, taken) == 8 &&
-                      offsetof(Half, looking) == 12 && offsetof(Half, frame) == 64 &&
-                      sizeof(Memory) == 2 * (64 + kLargestFrame + 24),
+                      offsetof(Half, looking) == 12 && offsetof(Half, processor) == 16 &&
+                      offsetof(Half, frame) == 64 && sizeof(Memory) == 2 * (64 + kLargestFrame + 24),
                   "the same with 32 and with 64 bits");
 
     Mailbox(Memory* memory, Side side);
+    void noteProcessor();
     static Memory* map(const FileDescriptor& file);
 
     Memory* memory_;

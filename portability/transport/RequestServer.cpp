@@ -14,7 +14,7 @@ namespace portability {
 
 namespace {
 
-constexpr int kLongestStreak = 4;
+constexpr int kLongestStreak = 16;
 constexpr int kLooksPerRound = 4;
 constexpr int kMostAcceptedAtOnce = 64;
 
@@ -80,19 +80,34 @@ bool RequestServer::serve() {
     return handleReady(timeout).woken;
 }
 
-// Polls for the next request. The senders that got the latest replies are the most likely to send it.
-// `again()` yields to them first, because their requests have probably not arrived yet.
+// Polls for the next request. The senders that got the latest replies are the most likely to send it. Most looks
+// need no system call.
 RequestServer::Round RequestServer::spinForNext() {
-    Spin spin(latestSize_);
-    for (int looks = 1; spin.again(); ++looks) {
-        if (handleMail()) return {false, true};
-        const bool isOnlySocket = latest_ >= 0 && !isLookingFor(latest_);
-        if (isOnlySocket && handleNextRequest(latest_)) return {false, true};
-        if (looks % kLooksPerRound != 0) continue;
-        const Round others = handleReady(0);
-        if (others.woken || others.handled) return others;
+    Spin spin(spinHistory_, latestSize_);
+    Round round;
+    int looks = 0;
+    while (spin.again(peerPlace())) {
+        round.handled = handleMail();
+        if (!round.handled && spin.isSystemCallDue()) {
+            const bool isOnlySocket = latest_ >= 0 && !isLookingFor(latest_);
+            round.handled = isOnlySocket && handleNextRequest(latest_);
+            if (!round.handled && ++looks % kLooksPerRound == 0) round = handleReady(0);
+        }
+        if (round.handled) spin.found();
+        if (round.handled || round.woken) break;
     }
-    return {};
+    return round;
+}
+
+// Returns where the senders run whose mailboxes we poll. If one of them may need this processor, yielding is
+// right for all.
+Spin::Peer RequestServer::peerPlace() const {
+    const auto end = looking_.begin() + lookingCount_;
+    const bool allElsewhere =
+        lookingCount_ != 0 && std::all_of(looking_.begin(), end, [this](int descriptor) {
+            return senders_.at(descriptor)->channel.peerPlace() == Spin::Peer::elsewhere;
+        });
+    return allElsewhere ? Spin::Peer::elsewhere : Spin::Peer::here;
 }
 
 RequestServer::Round RequestServer::handleReady(int timeoutMilliseconds) {
@@ -137,7 +152,7 @@ bool RequestServer::stopLooking() {
 
 void RequestServer::pollMailbox(Sender& sender) {
     const int descriptor = sender.channel.descriptor();
-    if (!sender.channel.hasMailbox() || !Spin::isOn()) return;
+    if (!sender.channel.hasMailbox() || !Spin::isOn() || !spinHistory_.isWorthwhile()) return;
     if (lookingCount_ == looking_.size() || isLookingFor(descriptor)) return;
     looking_[lookingCount_++] = descriptor;
     sender.channel.setLooking(true);

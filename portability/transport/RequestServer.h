@@ -66,6 +66,7 @@ class RequestServer {
 
     bool watch(int descriptor);
     Round spinForNext();
+    Spin::Peer peerPlace() const;
     Round handleReady(int timeoutMilliseconds);
     bool handleMail();
     bool stopLooking();
@@ -95,6 +96,7 @@ class RequestServer {
     size_t latestSize_ = 0;                      // size of the larger image of the last request and its reply
     size_t lookingCount_ = 0;
     int streak_ = 0;  // requests handled since all senders had a turn
+    SpinHistory spinHistory_;
     FrameBuffer buffer_;
 };
 

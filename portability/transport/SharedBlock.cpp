@@ -1,5 +1,6 @@
 #include "portability/transport/SharedBlock.h"
 
+#include <fcntl.h>
 #include <sys/mman.h>
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 
 #include "portability/posix/BriefLock.h"
 #include "portability/posix/ProcessMark.h"
+#include "portability/transport/LargeMemory.h"
 #include "portability/transport/SharedFile.h"
 
 namespace portability {
@@ -16,10 +18,11 @@ namespace {
 
 constexpr size_t kSmallestGranule = size_t{64} << 10;
 
-// Rounds up to steps of about an eighth, so that images that grow a little can reuse the same block.
+// Rounds up to steps of about an eighth, so that images that grow a little can reuse the same block. A block that
+// is not kept gets no such spare room.
 size_t roundedUp(size_t size) {
     size_t granule = kSmallestGranule;
-    while (granule * 16 <= size)
+    while (size <= kLargestKeptBlock && granule * 16 <= size)
         granule *= 2;
     return (size + granule - 1) / granule * granule;
 }
@@ -64,7 +67,28 @@ class SharedBlockPool {
         return oldest;
     }
 
+    // Deletes the large blocks.
+    void clearLarge() {
+        for (SharedBlock* block = takeLarge(); block != nullptr; block = takeLarge())
+            delete block;
+    }
+
   private:
+    // Removes a large block. Returns null if there is none.
+    SharedBlock* takeLarge() {
+        BriefLockScope held(lock_);
+        if (!held || closed_) return nullptr;
+        forgetParents();
+        const auto end = free_.begin() + count_;
+        const auto found =
+            std::find_if(free_.begin(), end, [](const SharedBlock* block) { return block->isLarge(); });
+        if (found == end) return nullptr;
+        SharedBlock* const block = *found;
+        std::copy(found + 1, end, found);
+        --count_;
+        return block;
+    }
+
     static bool fits(const SharedBlock& block, size_t size) {
         return block.capacity() >= size && block.capacity() / 4 <= std::max(size, kSmallestGranule);
     }
@@ -102,6 +126,10 @@ SharedBlock::SharedBlock(FileDescriptor file, uint8_t* data, size_t capacity)
 
 SharedBlock::~SharedBlock() {
     munmap(data_, capacity_);
+    // The peers keep blocks that they have received mapped until they receive others.
+    const bool isMine = owner_ == processMark() && reusable_.load(std::memory_order_relaxed);
+    if (isMine && isLarge())
+        fallocate(file_.get(), FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(capacity_));
 }
 
 SharedBlock* SharedBlock::create(size_t size) {
@@ -117,7 +145,11 @@ SharedBlock* SharedBlock::create(size_t size) {
 
 std::shared_ptr<SharedBlock> SharedBlock::take(size_t size) {
     SharedBlock* block = pool.take(size);
-    if (block == nullptr) block = create(size);
+    if (block == nullptr) {
+        // So that messages of growing sizes do not add up.
+        if (size > kLargestLastingBlock) pool.clearLarge();
+        block = create(size);
+    }
     if (block == nullptr) return nullptr;
     // The allocation of the reference count can fail. In that case the constructor has already
     // called returnToPool.
@@ -131,7 +163,13 @@ std::shared_ptr<SharedBlock> SharedBlock::take(size_t size) {
 void SharedBlock::returnToPool(SharedBlock* block) {
     const bool keep = block->reusable_.load(std::memory_order_relaxed) &&
                       block->capacity_ <= kLargestKeptBlock && block->owner_ == processMark();
+    const bool isLarge = block->isLarge();
     delete (keep ? pool.put(block) : block);
+    if (keep && isLarge) freeLargeMemoryLater();
+}
+
+void SharedBlock::freeUnusedLargeBlocks() {
+    pool.clearLarge();
 }
 
 }  // namespace portability

@@ -16,13 +16,20 @@ namespace portability {
 
 /// Blocks up to this size, in bytes, are kept for reuse, both by this process and by the peers that have
 /// mapped them.
-constexpr size_t kLargestKeptBlock = size_t{4} << 20;
+constexpr size_t kLargestKeptBlock = size_t{32} << 20;
+
+/// Larger kept blocks are freed some time after the last of them was in use (LargeMemory.h).
+constexpr size_t kLargestLastingBlock = size_t{4} << 20;
 
 class SharedBlock {
   public:
     /// Returns a new or reused block of at least `size` bytes, with undefined content. Returns null if memory
     /// or file descriptors run out. Releasing the last reference returns the block to the pool. Thread-safe.
     static std::shared_ptr<SharedBlock> take(size_t size);
+
+    /// Frees the unused blocks that are larger than kLargestLastingBlock, also in the memory of the peers that
+    /// still have them mapped. Thread-safe.
+    static void freeUnusedLargeBlocks();
 
     SharedBlock(const SharedBlock&) = delete;
     SharedBlock& operator=(const SharedBlock&) = delete;
@@ -45,6 +52,7 @@ class SharedBlock {
     SharedBlock(FileDescriptor file, uint8_t* data, size_t capacity);
     static SharedBlock* create(size_t size);
     static void returnToPool(SharedBlock* block);
+    bool isLarge() const { return capacity_ > kLargestLastingBlock; }
 
     FileDescriptor file_;
     uint8_t* data_;

@@ -4,6 +4,7 @@
 
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {
@@ -45,6 +46,25 @@ TEST_F(Client_to_POS_CommunicatorTest, SendData_ShowsItsDescriptorsOnlyDuringThe
     EXPECT_EQ(communicator.SendData(info), 0);
     EXPECT_EQ(info.getEvent(), nullptr);
     EXPECT_EQ(info.getReply(), nullptr);
+}
+
+TEST_F(Client_to_POS_CommunicatorTest, SendData_ReleasesTheSendBufferOnlyWhenTheReplyHasArrived) {
+    give(info, "request");
+    failAlways(errAETimeout);
+    EXPECT_EQ(communicator.SendData(info), errAETimeout);
+    EXPECT_NE(info.getSendBuffer(), nullptr);
+    answerAlways("answer");
+    EXPECT_EQ(communicator.SendData(info), 0);
+    EXPECT_EQ(info.getSendBuffer(), nullptr);
+}
+
+TEST_F(Client_to_POS_CommunicatorTest, SendAndReceive_GivesTheReceivedBytesToTheReplyObject) {
+    answerAlways("answer");
+    give(info, "request");
+    EXPECT_EQ(communicator.SendAndReceive(info), 0);
+    const std::unique_ptr<POSTransferObj> reply = info.takeReplyObject();
+    EXPECT_EQ(test::toText(reply->bytes()), "answer");
+    EXPECT_EQ(info.getReceiveBuffer(), nullptr);
 }
 
 TEST_F(Client_to_POS_CommunicatorTest, SendData_WhenTheEventCannotBeMade_SendsNothing) {

@@ -49,6 +49,18 @@ TEST(IPC_Info, SettingABuffer_ReleasesTheOneBefore) {
     EXPECT_EQ(info.getReceiveSize(), 0u);
 }
 
+TEST(IPC_Info, ReceiveBuffer_CanBeTakenOut) {
+    IPC_Info info;
+    std::unique_ptr<uint8_t[]> buffer = newBuffer();
+    const uint8_t* const place = buffer.get();
+    info.setReceiveBuffer(std::move(buffer), 8);
+    const ByteBlock taken = info.takeReceiveBuffer();
+    EXPECT_EQ(taken.data.get(), place);
+    EXPECT_EQ(taken.length, 8u);
+    EXPECT_EQ(info.getReceiveBuffer(), nullptr);
+    EXPECT_EQ(info.getReceiveSize(), 0u);
+}
+
 TEST(IPC_Info, Destructor_ReleasesBothBuffersAndNothingElse) {
     DeletionWatch watch;
     auto info = std::make_unique<IPC_Info>();

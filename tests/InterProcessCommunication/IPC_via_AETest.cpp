@@ -7,6 +7,7 @@
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
 #include "InterProcessCommunication/EventDescriptor.h"
 #include "tests/InterProcessCommunication/PlatformDouble.h"
+#include "tests/support/library/Bytes.h"
 
 namespace dovrel {
 namespace {
@@ -128,6 +129,27 @@ TEST_F(IPC_via_AETest, GetData_WhenTheSizeChangesBetweenTheReads_IsCorruptDataWi
     platform.secondGetSize = 5;
     EXPECT_EQ(getData("bytes"), 0);
     EXPECT_EQ(received(), "bytes");
+}
+
+TEST_F(IPC_via_AETest, GetDataIntoAnArray_ReplacesTheContent) {
+    const Client_to_POS_Communicator channel;
+    for (const std::string& text : {std::string("\0text\xFF", 6), std::string()}) {
+        EventDescriptor event;
+        PlatformDouble::answerWith(event.get(), text);
+        CPPByteArray array = test::makeArray("old");
+        EXPECT_EQ(channel.GetData(event.get(), array), 0);
+        EXPECT_EQ(test::toText(array), text);
+    }
+}
+
+TEST_F(IPC_via_AETest, GetDataIntoAnArray_ThatFails_LeavesItEmpty) {
+    const Client_to_POS_Communicator channel;
+    EventDescriptor event;
+    PlatformDouble::answerWith(event.get(), "text");
+    platform.secondGetResult = memFullErr;
+    CPPByteArray array = test::makeArray("old");
+    EXPECT_EQ(channel.GetData(event.get(), array), memFullErr);
+    EXPECT_EQ(array.getSize(), 0u);
 }
 
 TEST_F(IPC_via_AETest, Destructor_DisposesOfTheAddress) {

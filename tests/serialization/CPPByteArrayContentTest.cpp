@@ -171,5 +171,54 @@ TEST(CPPByteArrayContent, RequireSize_ThrowsForEveryOtherSize) {
     EXPECT_THROW(array.requireSize(4), std::bad_alloc);
 }
 
+TEST(CPPByteArrayContent, KeepPart_MovesThePartToTheStartOfTheSameBlock) {
+    CPPByteArray array = makeArray("a part of it");
+    const uint8_t* const block = array.data();
+    array.keepPart(2, 4);
+    EXPECT_EQ(toText(array), "part");
+    EXPECT_EQ(array.data(), block);
+    array.resize(6, '!');
+    EXPECT_EQ(toText(array), "part!!");
+    EXPECT_TRUE(array.insertAtStart("third ", 6));
+    EXPECT_EQ(toText(array), "third part!!");
+    EXPECT_EQ(array.data(), block);
+    EXPECT_TRUE(array.insertAtStart("now longer than the block: ", 27));
+    EXPECT_EQ(toText(array), "now longer than the block: third part!!");
+    array.resize(3, 0);
+    EXPECT_EQ(toText(array), "now");
+}
+
+TEST(CPPByteArrayContent, KeepPart_OfNothing_IsEmptyAndHasNoBlock) {
+    CPPByteArray array = makeArray("text");
+    array.keepPart(4, 0);
+    EXPECT_EQ(array.getSize(), 0u);
+    EXPECT_EQ(array.data(), nullptr);
+}
+
+TEST(CPPByteArrayContent, InsertAtStart_MovesTheContent) {
+    CPPByteArray array = makeArray("content");
+    EXPECT_TRUE(array.insertAtStart("more ", 5));
+    EXPECT_EQ(toText(array), "more content");
+    EXPECT_TRUE(array.insertAtStart(nullptr, 0));
+    EXPECT_EQ(toText(array), "more content");
+    CPPByteArray empty;
+    EXPECT_TRUE(empty.insertAtStart("first", 5));
+    EXPECT_EQ(toText(empty), "first");
+}
+
+TEST(CPPByteArrayContent, InsertAtStart_OfMoreThanAnArrayHolds_ChangesNothing) {
+    CPPByteArray array = makeArray("x");
+    EXPECT_FALSE(array.insertAtStart("", 0xFFFFFFFF));
+    EXPECT_EQ(toText(array), "x");
+}
+
+TEST(CPPByteArrayContent, Swap_ExchangesTheBlocks) {
+    CPPByteArray one = makeArray("one");
+    CPPByteArray other;
+    one.swap(other);
+    EXPECT_EQ(one.getSize(), 0u);
+    EXPECT_EQ(toText(other), "one");
+}
+
 }  // namespace
 }  // namespace dovrel

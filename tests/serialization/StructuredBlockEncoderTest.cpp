@@ -35,6 +35,15 @@ TEST(StructuredBlockEncoder, WithoutParts_IsTheHeader) {
     EXPECT_EQ(toHex(block), "41 73 41 6B 00 01 12 34 56 78");
 }
 
+TEST(StructuredBlockEncoder, MeasureAndStore_MakeTheSameBlock) {
+    const StructuredPart parts[] = {StructuredPart::ofNumber(1, 5), StructuredPart::ofBytes(2, "bytes", 5)};
+    CPPByteArray expected;
+    encodeStructuredBlock(expected, 9, {parts[0], parts[1]});
+    CPPByteArray stored = test::plainArray(measureStructuredBlock(parts, 2) + 1);
+    storeStructuredBlock(stored.setUninitialized(stored.getSize() - 1), 9, parts, 2);
+    EXPECT_EQ(toHex(stored), toHex(expected));
+}
+
 TEST(StructuredBlockEncoder, Target_IsReplaced) {
     CPPByteArray block = makeArray("something longer than the block");
     encodeStructuredBlock(block, 8, {});

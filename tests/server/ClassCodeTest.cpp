@@ -9,10 +9,14 @@
 namespace merrowd::test {
 namespace {
 
+std::string theWork() {
+    return "the work";
+}
+
 template <class Work>
 std::string escapedText(const Work& work) {
     try {
-        runClassCode(28, "the work", work);
+        runClassCode(28, theWork, work);
     } catch (const EscapedException& escaped) {
         EXPECT_EQ(escaped.code, 28u);
         return escaped.text;
@@ -21,12 +25,12 @@ std::string escapedText(const Work& work) {
 }
 
 TEST(ClassCode, ThatReturns_PassesItsResultOn) {
-    EXPECT_EQ(runClassCode(28, "the work", [] { return 5; }), 5);
+    EXPECT_EQ(runClassCode(28, theWork, [] { return 5; }), 5);
 }
 
 TEST(ClassCode, ThatRefuses_RefusesWithItsOwnCodeAndText) {
     try {
-        runClassCode(28, "the work", [] { throw Refusal{99, "no"}; });
+        runClassCode(28, theWork, [] { throw Refusal{99, "no"}; });
         FAIL();
     } catch (const EscapedException&) {
         FAIL() << "a Refusal is a reply, not a fault";

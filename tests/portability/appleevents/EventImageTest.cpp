@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "portability/appleevents/ItemIndex.h"
 #include "tests/portability/support/Images.h"
 
 using namespace portability;
@@ -9,12 +10,12 @@ using namespace portability;
 namespace {
 
 bool isWhole(const Bytes& image) {
-    return isWholeImage(image.data(), image.size());
+    return ItemIndex().read(image.data(), image.size());
 }
 
 std::string find(const Bytes& image, uint32_t keyword, ItemKind kind = ItemKind::parameter) {
     ImageItem item;
-    if (!findItem(image.data(), image.size(), kind, keyword, item)) return "(none)";
+    if (!ImageWalker(image.data(), image.size()).find(kind, keyword, item)) return "(none)";
     return std::string(reinterpret_cast<const char*>(item.data), item.header.size);
 }
 
@@ -44,7 +45,7 @@ TEST(EventImage, CutAnywhereInsideAnItem_IsDamaged) {
     const Bytes image = first + itemBytes('bbbb', "more");
     for (size_t size = 0; size <= image.size(); ++size) {
         const bool atBoundary = size == 0 || size == first.size() || size == image.size();
-        EXPECT_EQ(isWholeImage(image.data(), size), atBoundary) << size;
+        EXPECT_EQ(ItemIndex().read(image.data(), size), atBoundary) << size;
     }
 }
 

@@ -39,7 +39,7 @@ TEST(EventStorage, Put_TooMany_ChangesNothing) {
     EXPECT_EQ(put(event, kMostItems, "one more"), memFullErr);
     EXPECT_EQ(put(event, 5, "in place of another"), noErr);
     EXPECT_EQ(text(event, 5), "in place of another");
-    EXPECT_TRUE(isWholeImage(event.image().data(), event.image().size()));
+    EXPECT_TRUE(ItemIndex().read(event.image().data(), event.image().size()));
 }
 
 TEST(EventStorage, Put_IntoAView_LeavesTheViewedBytes) {

@@ -93,6 +93,13 @@ TEST(Channel, Garbage_IsMalformed) {
     EXPECT_EQ(makeReceived(Bytes(kLargestFrame + 1000, 0)), Received::malformed);
 }
 
+TEST(Channel, ReleasedRepliesFromAPeerThatSendsNoRequests_AreMalformed) {
+    FrameHeader header;
+    header.kind = FrameKind::released;
+    header.released = 1;
+    EXPECT_EQ(makeReceived(headerBytes(header)), Received::malformed);
+}
+
 TEST(Channel, SlotThatWasNeverFilled_IsMalformed) {
     FrameHeader header = inSlot(2, 1000);
     header.bringsFile = 0;

@@ -154,6 +154,35 @@ TEST_F(ChannelTest, PassingImage_IsNotKept) {
     EXPECT_TRUE(toText(frame_) == largeText('p'));
 }
 
+TEST_F(ChannelTest, ReleasedReply_CanBeReusedWithoutAnotherRequest) {
+    ReceivedFrame frame;
+    ASSERT_EQ(deliver(1, "request"), "request");
+    ASSERT_TRUE(reply(1, largeText('a'), frame) == largeText('a'));
+    const uint16_t place = frame.header.place;
+    sender_->holdReply(frame).reset();
+
+    sender_->sendReleased();
+    EXPECT_EQ(receiver_->receive(buffer_, frame_), Received::nothing);
+    ASSERT_TRUE(reply(2, largeText('b'), frame) == largeText('b'));
+    EXPECT_EQ(frame.header.place, place);
+    EXPECT_EQ(frame.header.bringsFile, 0u);
+}
+
+TEST_F(ChannelTest, ReplyInUse_IsNotReleased) {
+    ReceivedFrame frame;
+    ASSERT_EQ(deliver(1, "request"), "request");
+    ASSERT_TRUE(reply(1, largeText('a'), frame) == largeText('a'));
+    const uint16_t place = frame.header.place;
+    const std::shared_ptr<const void> held = sender_->holdReply(frame);
+
+    sender_->sendReleased();
+    EXPECT_EQ(receiver_->receive(buffer_, frame_), Received::nothing);
+    ReceivedFrame other;
+    ASSERT_TRUE(reply(2, largeText('b'), other) == largeText('b'));
+    EXPECT_NE(other.header.place, place);
+    EXPECT_TRUE(toText(frame) == largeText('a'));
+}
+
 TEST_F(ChannelTest, VeryLargeImage_Passes) {
     const std::string text(kLargestKeptBlock + 1, 'v');
     EXPECT_TRUE(deliver(1, text) == text);

@@ -39,7 +39,7 @@ TEST(Frame, WrongMagic_IsRefused) {
 }
 
 TEST(Frame, UnknownKind_IsRefused) {
-    for (const int kind : {0, 5, 0xFFFF}) {
+    for (const int kind : {0, 6, 0xFFFF}) {
         EXPECT_FALSE(isPlausible(header(static_cast<FrameKind>(kind), kInlineImage, 0), kHeader, false))
             << kind;
     }
@@ -98,4 +98,14 @@ TEST(Frame, WakeUp_BringsNothing) {
     EXPECT_TRUE(isPlausible(header(FrameKind::wakeUp, kInlineImage, 0), kHeader, false));
     EXPECT_FALSE(isPlausible(bringing(header(FrameKind::wakeUp, kInlineImage, 0)), kHeader, true));
     EXPECT_FALSE(isPlausible(header(FrameKind::wakeUp, kInlineImage, 0), kHeader + 1, false));
+}
+
+TEST(Frame, Released_IsOnlyAHeader) {
+    FrameHeader released = header(FrameKind::released, kInlineImage, 0);
+    released.released = (1U << kSlots) - 1;
+    EXPECT_TRUE(isPlausible(released, kHeader, false));
+    EXPECT_FALSE(isPlausible(released, kHeader + 8, false));
+    EXPECT_FALSE(isPlausible(bringing(released), kHeader, true));
+    released.released = 1U << kSlots;
+    EXPECT_FALSE(isPlausible(released, kHeader, false));
 }

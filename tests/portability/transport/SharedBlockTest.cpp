@@ -3,10 +3,12 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <vector>
 
 #include "tests/support/Processes.h"
+#include "tests/support/WaitUntil.h"
 
 using namespace portability;
 
@@ -49,6 +51,53 @@ TEST(SharedBlock, ForbiddenReuse_IsKept) {
 TEST(SharedBlock, VeryLarge_IsNotKept) {
     const uint64_t id = SharedBlock::take(kLargestKeptBlock + 1)->id();
     EXPECT_NE(SharedBlock::take(kLargestKeptBlock + 1)->id(), id);
+}
+
+namespace {
+
+// Returns the bytes of memory that the file has.
+int64_t memoryOf(const FileDescriptor& file) {
+    struct stat status;
+    constexpr int64_t kStatBlock = 512;
+    return fstat(file.get(), &status) == 0 ? status.st_blocks * kStatBlock : -1;
+}
+
+}  // namespace
+
+TEST(SharedBlock, Large_IsUsedAgainAtOnceAndFreedLater) {
+    constexpr size_t kLarge = size_t{8} << 20;
+    std::shared_ptr<SharedBlock> block = SharedBlock::take(kLarge);
+    const uint64_t id = block->id();
+    // A peer's descriptor. The memory is freed although the peer keeps the file.
+    const FileDescriptor file(dup(block->descriptor()));
+    block.reset();
+    block = SharedBlock::take(kLarge);
+    EXPECT_EQ(block->id(), id);
+    EXPECT_GE(memoryOf(file), static_cast<int64_t>(kLarge));
+
+    block.reset();
+    EXPECT_TRUE(dovrel::test::waitUntil([&] { return memoryOf(file) == 0; }));
+    EXPECT_NE(SharedBlock::take(kLarge)->id(), id);
+}
+
+TEST(SharedBlock, LargeInUse_IsNotFreed) {
+    constexpr size_t kLarge = size_t{8} << 20;
+    const std::shared_ptr<SharedBlock> used = SharedBlock::take(kLarge);
+    used->data()[0] = 'u';
+    std::shared_ptr<SharedBlock> unused = SharedBlock::take(kLarge);
+    const FileDescriptor file(dup(unused->descriptor()));
+    unused.reset();
+    EXPECT_TRUE(dovrel::test::waitUntil([&] { return memoryOf(file) == 0; }));
+    EXPECT_EQ(used->data()[0], 'u');
+}
+
+TEST(SharedBlock, LargeWhoseReuseIsForbidden_KeepsItsContent) {
+    constexpr size_t kLarge = size_t{8} << 20;
+    std::shared_ptr<SharedBlock> block = SharedBlock::take(kLarge);
+    const FileDescriptor file(dup(block->descriptor()));
+    block->disableReuse();
+    block.reset();
+    EXPECT_GE(memoryOf(file), static_cast<int64_t>(kLarge));
 }
 
 TEST(SharedBlock, SmallNeed_DoesNotHoldALargeBlock) {

@@ -1,0 +1,5 @@
+namespace cpp calls
+
+service Echo {
+    binary echo(1: binary bytes)
+}
