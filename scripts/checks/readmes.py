@@ -6,8 +6,8 @@ are manuals and may be longer; both are listed here.
 
 LONGEST = 15
 # Folders whose parent's README describes them, or in which a page would be taken for something else.
-WITHOUT = ("benchmarks/start", "examples/host", "fuzz/*.corpus", "include/dovrel", "resources/Helpsystem")
-MANUALS = ("benchmarks", "server")
+WITHOUT = ("benchmarks/start", "bindings/python", "cmake/package", "examples/*", "fuzz/*.corpus", "include/dovrel", "resources/Helpsystem")
+MANUALS = ("benchmarks", "benchmarks/calls", "server")
 
 
 def problems(tree):
