@@ -1,8 +1,8 @@
 # The bundle that hosts load: ${DOVREL_BUNDLE}, complete with its property list, texts and help pages.
 set(bundle_contents "${DOVREL_BUNDLE}/Contents")
 
-# The exported functions are compiled into the bundle. No code calls them, so the linker would omit them from a static
-# library.
+# The exported functions are compiled into the bundle itself. No code calls them, so if they came from a static library, the
+# linker would omit them.
 add_library(dovrel MODULE Exports.cpp)
 target_link_libraries(dovrel PRIVATE dovrel_client)
 set_target_properties(dovrel PROPERTIES

@@ -1,4 +1,4 @@
-// BuiltInClass: makes a server class from an ordinary C++ class. Each class has its own file in
+// BuiltInClass: makes a server class from an ordinary C++ class. Each class has its own file in the folder
 // server/classes/:
 //
 //     class Greeter {

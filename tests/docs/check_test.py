@@ -183,7 +183,8 @@ class Check(unittest.TestCase):
 
 class Help(unittest.TestCase):
     def test_OfEveryCommand_EndsWithZero(self):
-        for command in ("test", "check", "check-bundle", "count-tests", "demo", "fuzz", "in-i386-root", "in-root", "setup"):
+        for command in ("benchmark", "check", "check-bundle", "count-tests", "demo", "faults", "fuzz", "in-i386-root", "in-root", "setup",
+                        "soak", "test"):
             for word in ("-h", "--help"):
                 result = run(f"scripts/{command}", word)
                 self.assertEqual((result.returncode, result.stderr), (0, ""), command)
