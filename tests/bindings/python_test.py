@@ -6,6 +6,7 @@ import re
 import subprocess
 import sys
 import threading
+import unittest
 from pathlib import Path
 
 from installation import SOURCES, Installation
@@ -16,6 +17,13 @@ from dovrel import _library  # noqa: E402
 
 BUILD = Path(os.environ["DOVREL_BINARY_DIR"])
 HEADER = (SOURCES / "include/dovrel/pos.h").read_text()
+
+
+class Types(unittest.TestCase):
+    def test_Module_IsAcceptedByMypy(self):
+        result = subprocess.run(["mypy", "--strict", "--python-version", "3.9", "--cache-dir", os.devnull, "dovrel"],
+                                cwd=SOURCES / "bindings/python", capture_output=True, text=True, check=False)
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
 
 
 class Python(Installation):

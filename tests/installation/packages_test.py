@@ -121,4 +121,5 @@ dpkg --purge python3-dovrel libdovrel-dev dovrel-server libdovrel1 >/dev/null 2>
 find /etc /usr /var | sort >after
 diff before after | grep -i -e dovrel -e merrowd -e tessilor || true
 """)
-        self.expect(result, 0, "sum: 2\n900150983cd24fb0d6963f7d28e17f72\nfailed\n.local/state/dovrel/Tessilor/POSDLLErrorLog.txt\n")
+        self.expect(result, 0, "sum: 2\n900150983cd24fb0d6963f7d28e17f72\nfailed\n"
+                               ".local/state/dovrel/Tessilor/POSDLLErrorLog.txt\n")

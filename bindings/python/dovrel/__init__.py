@@ -107,8 +107,7 @@ class Session:
         """Registers an application and its classes with the server, which is launched if necessary. Raises Failure."""
         identifiers = [identifier(class_) for class_ in classes]
         codes = list(options)
-        pointers = (ctypes.c_void_p * len(identifiers))(
-            *[ctypes.cast(data, ctypes.c_void_p).value for data in identifiers])
+        pointers = (ctypes.c_void_p * len(identifiers))(*[_library.address(data) for data in identifiers])
         number = ctypes.c_uint32()
         self._require("posRegisterApplicationWithClasses", _text(name), pointers, len(identifiers),
                       (ctypes.c_uint16 * len(codes))(*codes), 2 * len(codes), ctypes.byref(number))

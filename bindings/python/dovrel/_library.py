@@ -56,9 +56,13 @@ def _open(bundle: "str | os.PathLike[str] | None") -> ctypes.CDLL:
         return ctypes.CDLL(os.path.join("/", BUNDLE, EXECUTABLE))
 
 
+def address(data: "bytes | None") -> "int | None":
+    """Returns the address of the bytes, which must be kept alive. None: null."""
+    return ctypes.cast(c_char_p(data), c_void_p).value
+
+
 def handle(data: "bytes | None") -> "ctypes._Pointer[c_void_p]":
     """Returns the address of a pointer to the bytes. It keeps the bytes alive."""
-    pointer = c_void_p(ctypes.cast(data, c_void_p).value)
-    address = ctypes.pointer(pointer)
-    address.data = data  # type: ignore[attr-defined]
-    return address
+    pointer = ctypes.pointer(c_void_p(address(data)))
+    pointer.data = data  # type: ignore[attr-defined]
+    return pointer
