@@ -2,12 +2,12 @@
 #pragma once
 
 #include <cerrno>
-#include <cstdlib>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "tests/faults/Fault.h"
+#include "tests/faults/SampleSize.h"
 #include "tests/faults/SystemCallErrors.h"
 
 namespace dovrel::test {
@@ -20,18 +20,6 @@ struct FaultSeries {
 
     Fault fault(size_t nth) const { return {function, error, nth, stays}; }
 };
-
-/// Returns the number in an environment variable, or `otherwise` if the variable is not set.
-inline size_t numberFrom(const char* variable, size_t otherwise) {
-    const char* const text = getenv(variable);
-    return text == nullptr ? otherwise : std::strtoul(text, nullptr, 10);
-}
-
-/// Returns how many faults of each test are tried; 0 means all.
-inline size_t sampleSize() {
-    constexpr size_t kUsual = 6;
-    return numberFrom("DOVREL_FAULTS_SAMPLE", kUsual);
-}
 
 /// Adds the series of one error, once and from then on. An interrupted call is right to begin again and again, and the
 /// system reports a connection that was reset only once.
