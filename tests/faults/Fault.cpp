@@ -63,7 +63,7 @@ int strike(const char* function) noexcept {
     return fails ? inEffect->error : 0;
 }
 
-FaultInEffect::FaultInEffect(const Fault& fault) {
+FaultInEffect::FaultInEffect(const Fault& fault, bool& hasStruck) : hasStruck_(hasStruck) {
     watched = pthread_self();
     calls = 0;
     hasBegun = false;
@@ -72,10 +72,7 @@ FaultInEffect::FaultInEffect(const Fault& fault) {
 
 FaultInEffect::~FaultInEffect() {
     inEffect = nullptr;
-}
-
-bool FaultInEffect::hasStruck() const {
-    return hasBegun;
+    hasStruck_ = hasBegun;
 }
 
 CallCounter::CallCounter() {

@@ -21,16 +21,17 @@ struct Fault {
 std::ostream& operator<<(std::ostream& stream, const Fault& fault);
 
 /// While it exists, the fault is in effect for the calls that the library makes on this thread, and in a process that
-/// it starts on this thread until that process executes its program. Only one may exist at a time.
+/// it starts on this thread until that process executes its program. Only one may exist at a time. The destructor stores
+/// in `hasStruck` whether the nth call was made.
 class FaultInEffect {
   public:
-    explicit FaultInEffect(const Fault& fault);
+    FaultInEffect(const Fault& fault, bool& hasStruck);
     FaultInEffect(const FaultInEffect&) = delete;
     FaultInEffect& operator=(const FaultInEffect&) = delete;
     ~FaultInEffect();
 
-    /// Returns whether the nth call was made.
-    bool hasStruck() const;
+  private:
+    bool& hasStruck_;
 };
 
 /// While it exists, counts the calls that the library makes on this thread.

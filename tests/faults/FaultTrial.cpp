@@ -142,13 +142,7 @@ bool FaultTrial::make(const Fault& fault) {
         const Quiet quiet;
         const FastClock clock(fault.stays ? kPaceOfLastingFaults : kPaceOfSingleFaults);
         host_.makeNextCallThrough([&](const std::function<void()>& call) {
-            const FaultInEffect effect(fault);
-            // An exception of the call passes.
-            struct Note {
-                const FaultInEffect& effect;
-                bool& hasStruck;
-                ~Note() { hasStruck = effect.hasStruck(); }
-            } const note{effect, hasStruck};
+            const FaultInEffect effect(fault, hasStruck);
             call();
         });
         (host_.*situation_.call)();
