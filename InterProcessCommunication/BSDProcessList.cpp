@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 namespace dovrel {
 
@@ -18,15 +19,15 @@ int queryAllProcesses(void* block, size_t* length) {
 int readProcessList(kinfo_proc** procList, size_t* length, bool* grew) {
     int err = queryAllProcesses(nullptr, length);
     if (err != 0) return err;
-    void* const block = std::malloc(*length);
+    // Owned until it is returned, because the query throws std::bad_alloc where it is not a system call.
+    std::unique_ptr<void, decltype(&std::free)> block(std::malloc(*length), &std::free);
     if (block == nullptr) return ENOMEM;
-    err = queryAllProcesses(block, length);
+    err = queryAllProcesses(block.get(), length);
     if (err != 0) {
-        std::free(block);
         *grew = err == ENOMEM;
         return err;
     }
-    *procList = static_cast<kinfo_proc*>(block);
+    *procList = static_cast<kinfo_proc*>(block.release());
     return 0;
 }
 

@@ -34,9 +34,9 @@ class Client_to_POS_Communicator : public IPC_via_AE {
     int32_t WakeServer(uint32_t timeoutMs, uint32_t attempts) const;
 
     /// Makes sure that the server runs and answers. Finds the application, launches it if no process with its
-    /// name runs, and wakes it. Tries to launch and wake it at most ten times, each up to five seconds if the
-    /// server does not answer. If it fails, it prints a message for the user to standard output and returns
-    /// kServerNotFound, the error of the folder lookup, or kServerNotLaunched.
+    /// name runs, and wakes it. Tries to launch and wake it at most ten times; each attempt takes up to five
+    /// seconds if the server does not answer. If it fails, it prints a message for the user to standard output
+    /// and returns kServerNotFound, the error of the folder lookup, or kServerNotLaunched.
     int32_t ConnectToServer() const;
 
     /// Asks the server to quit and does not wait. Returns success also if no server runs.

@@ -1,7 +1,7 @@
 // IPC_Info: the data of one exchange with the server, from the bytes to send to the object that is created
 // from the reply.
 //
-// It owns both buffers and nothing else. It lives for one attempt to send; one thread uses it.
+// It owns both buffers and nothing else. It exists for one attempt to send; only one thread uses it.
 #pragma once
 
 #include <Carbon/Carbon.h>

@@ -14,9 +14,9 @@ constexpr char kTarget[kTargetSize] = "RBJT";
 
 }  // namespace
 
-// If the address cannot be created, it stays null. Then events to it cannot be created or sent.
+// Only a lack of memory can keep the address from being created. A channel without it could never send anything.
 IPC_via_AE::IPC_via_AE() {
-    AECreateDesc(typeApplSignature, kTarget, kTargetSize, &target_);
+    if (AECreateDesc(typeApplSignature, kTarget, kTargetSize, &target_) != noErr) throw std::bad_alloc();
 }
 
 IPC_via_AE::~IPC_via_AE() {

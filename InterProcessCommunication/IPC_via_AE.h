@@ -59,6 +59,7 @@ class IPC_via_AE {
     int32_t GetData(const AppleEvent* event, CPPByteArray& array) const;
 
   protected:
+    /// Throws std::bad_alloc.
     IPC_via_AE();
 
   private:

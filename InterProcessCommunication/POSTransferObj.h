@@ -1,18 +1,18 @@
 // POSTransferObj: one request to the server or one reply from it. It is a structured block of four numbered
 // header fields and any number of further fields (POSCommands.h lists them).
 //
-// An object is either written, field by field, and then sent, or it is created from received bytes and then
-// read. The bytes are parsed once, at the first read. Until then the object may still be written to.
+// An object is either written, field by field, and then sent, or it is filled with received bytes and then
+// read. The bytes are parsed once, at the first read. After that, and after copyBytesFrom, the object must not
+// be written to.
 //
 // Objects of any size are sent and received without needless copies: an object can refer to its fields until
 // its bytes are sent (deferFields), it can own received bytes (adoptBytes), and it can give up its bytes for
 // the largest field in them (takeBlock).
 //
-// Failures are thrown as a pointer to a new exception that the catching code owns. Reading
-// throws a StructuredReaderNotInitializedException if the bytes are not a structured block
-// (including an empty object). It throws a PartNotFoundException if the field is missing.
-// Writing throws a StructuredWriteFailedException if the bytes cannot grow. Any other allocation
-// failure throws std::bad_alloc.
+// Failures are thrown as a pointer to a new exception that the catching code owns. Reading throws a
+// StructuredReaderNotInitializedException if the bytes are not a structured block (including an empty object),
+// and a PartNotFoundException if the field is missing. Writing throws a StructuredWriteFailedException if the
+// bytes cannot grow. Any other allocation failure throws std::bad_alloc.
 //
 // One thread at a time.
 #pragma once
@@ -91,13 +91,13 @@ class POSTransferObj {
     /// Returns the wire form: exactly the bytes that are sent. Encodes deferred fields.
     const CPPByteArray& bytes() const;
     /// Returns the wire form in a new block. Does not encode deferred fields in this object, so they exist
-    /// only in the block. If this throws, the object is unchanged.
+    /// only in the block. If it throws, the object is unchanged.
     ByteBlock copyWireForm() const;
-    /// Replaces the content of `array` by the wire form. If this throws, `array` is unchanged.
+    /// Replaces the content of `array` by the wire form. If it throws, `array` is unchanged.
     void copyBytesTo(CPPByteArray& array) const;
 
-    /// Replaces the content by received bytes. Must be called before the first read; afterwards the object
-    /// must not be written to. If this throws, discard the object.
+    /// Replaces the content by received bytes. Must be called before the first read. If it throws, discard the
+    /// object.
     void copyBytesFrom(const CPPByteArray& array) { copyBytesFrom(array.data(), array.getSize()); }
     /// Does the same with a block of memory. The pointer may be null if length is 0.
     void copyBytesFrom(const void* bytes, uint32_t length);

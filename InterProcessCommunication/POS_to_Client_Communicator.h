@@ -12,9 +12,9 @@ class POS_to_Client_Communicator : public IPC_via_AE {
     POS_to_Client_Communicator() = default;
     ~POS_to_Client_Communicator() override;
 
-    /// Replaces the content of `object` by the direct parameter of the event. An empty direct parameter
-    /// leaves `object` unchanged. After an error, which is returned, `object` is also unchanged. Returns
-    /// errAEDescNotFound if the event has no direct parameter.
+    /// Replaces the content of `object` by the direct parameter of the event, and returns 0. If the parameter
+    /// is empty, returns 0 and leaves `object` unchanged. Otherwise returns the platform's error and leaves
+    /// `object` unchanged; errAEDescNotFound means that the event has no direct parameter.
     int32_t ReceiveTransferObj(const AppleEvent* event, POSTransferObj& object) const;
 };
 

@@ -27,7 +27,8 @@ constexpr int32_t kServerNotLaunched = 43;
 /// bundle does not exist.
 OSErr FindServerApplication(CFURLRef* application);
 
-/// Returns whether a process with the server's name runs. Also false if the process list cannot be read.
+/// Returns whether a process with the server's name runs. Also false if the process list cannot be read. On
+/// Linux the list itself omits other programs of that name (portability/processes/ProcessTable.h).
 bool IsServerRunning();
 
 /// Asks the platform to launch the application in the background. The application does not become the front

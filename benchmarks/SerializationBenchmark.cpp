@@ -127,7 +127,7 @@ void parseParts(benchmark::State& state) {
 }
 BENCHMARK(parseParts)->RangeMultiplier(10)->Range(10000, 1000000)->Complexity(benchmark::oNLogN);
 
-std::vector<CPPByteArray> listOfArrays(uint32_t count) {
+std::vector<CPPByteArray> makeList(uint32_t count) {
     std::vector<CPPByteArray> list(count);
     for (uint32_t i = 0; i < count; ++i)
         list[i].setFilled(16, static_cast<uint8_t>(i));
@@ -135,7 +135,7 @@ std::vector<CPPByteArray> listOfArrays(uint32_t count) {
 }
 
 void writeList(benchmark::State& state) {
-    const std::vector<CPPByteArray> list = listOfArrays(static_cast<uint32_t>(state.range(0)));
+    const std::vector<CPPByteArray> list = makeList(static_cast<uint32_t>(state.range(0)));
     for (auto _ : state) {
         CPPExpandingByteArray block;
         writeByteArrayList(list, block);
@@ -147,7 +147,7 @@ BENCHMARK(writeList)->RangeMultiplier(10)->Range(10000, 1000000)->Complexity(ben
 
 void readList(benchmark::State& state) {
     CPPExpandingByteArray block;
-    writeByteArrayList(listOfArrays(static_cast<uint32_t>(state.range(0))), block);
+    writeByteArrayList(makeList(static_cast<uint32_t>(state.range(0))), block);
     for (auto _ : state) {
         std::vector<CPPByteArray> list;
         readByteArrayList(block, list);

@@ -55,7 +55,7 @@ const FoundationEntries* foundationEntries() noexcept {
     try {
         std::string failure;
         const std::string path =
-            getParent(pathOfCode(reinterpret_cast<const void*>(&foundationEntries))) + kModuleName;
+            getParent(findCodeFile(reinterpret_cast<const void*>(&foundationEntries))) + kModuleName;
         // Threads that load at the same time get the same module, because the loader counts its users.
         const FoundationEntries* const entries = load(path, failure);
         if (entries != nullptr) loaded = entries;

@@ -1,13 +1,14 @@
 # The bundle that hosts load: ${DOVREL_BUNDLE}, complete with its property list, texts and help pages.
 set(bundle_contents "${DOVREL_BUNDLE}/Contents")
 
-# The functions are a source of the bundle's own, because nothing would fetch them out of the library.
+# The exported functions are compiled into the bundle itself. No code calls them, so if they came from a static library, the
+# linker would omit them.
 add_library(dovrel MODULE Exports.cpp)
 target_link_libraries(dovrel PRIVATE dovrel_client)
 set_target_properties(dovrel PROPERTIES
     PREFIX "" SUFFIX "" OUTPUT_NAME Dovrel LIBRARY_OUTPUT_DIRECTORY "${bundle_contents}/MacOS")
 
-# Exactly the functions of this list leave the bundle.
+# The bundle exports exactly the functions in this list.
 set(export_list "${CMAKE_CURRENT_SOURCE_DIR}/exports.txt")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${export_list}")
 file(STRINGS "${export_list}" exported_functions)
@@ -18,18 +19,20 @@ if(APPLE)
     target_link_options(dovrel PRIVATE "-Wl,-exported_symbols_list,${CMAKE_CURRENT_BINARY_DIR}/exported.symbols")
 else()
     list(JOIN exported_functions ";\n        " exported_symbols)
-    file(CONFIGURE OUTPUT exported.map CONTENT "{\n    global:\n        @exported_symbols@;\n    local:\n        *;\n};\n" @ONLY)
-    # Foundation cannot be unloaded once its classes are registered, so neither can the bundle that has it loaded. This
-    # holds from the start, so that a host need not know whether an alert was shown.
+    set(symbol_version DOVREL_${PROJECT_VERSION_MAJOR})
+    file(CONFIGURE OUTPUT exported.map
+        CONTENT "@symbol_version@ {\n    global:\n        @exported_symbols@;\n    local:\n        *;\n};\n" @ONLY)
+    # nodelete: the first alert loads Foundation, which cannot be unloaded once its classes are registered. So the bundle
+    # cannot be unloaded either. It is marked from the start, so that a host need not know whether an alert was shown.
     target_link_options(dovrel PRIVATE "-Wl,--version-script,${CMAKE_CURRENT_BINARY_DIR}/exported.map"
-        -Wl,-soname,Dovrel -Wl,-z,defs -Wl,-z,nodelete)
+        -Wl,-soname,${DOVREL_SONAME} -Wl,-z,defs -Wl,-z,nodelete)
     set_property(TARGET dovrel APPEND PROPERTY LINK_DEPENDS "${CMAKE_CURRENT_BINARY_DIR}/exported.map")
 endif()
 
 dovrel_bundle_contents(dovrel_resources "${bundle_contents}")
 add_dependencies(dovrel dovrel_resources)
 
-# On systems where a program beside the library shows the alerts.
+# On some systems a program next to the library shows the alerts.
 if(TARGET dovrel-alert)
     add_dependencies(dovrel dovrel-alert)
 endif()

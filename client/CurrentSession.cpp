@@ -34,7 +34,7 @@ SessionParts platformParts() {
 
 void openSession(const SessionParts& parts) {
     if (theSession != nullptr) return;
-    // Called because it creates the log's folder, which exists from the first opening of a session on.
+    // Called for its side effect: it creates the log folder.
     errorLogPath();
 
     std::unique_ptr<POSTransferObjForwarder> forwarder = parts.createForwarder();

@@ -21,8 +21,8 @@ void openSession(const SessionParts& parts);
 /// not be called without a session.
 void closeSession() noexcept;
 
-/// Returns whether the current session belongs to a process from which this one was forked. Its locks may be
-/// held by threads that do not exist here, so nothing of it may be used.
+/// Returns whether the current session belongs to a process from which this one was forked. Such a session
+/// must not be used, because its locks may be held by threads that do not exist in this process.
 bool isSessionOfParent() noexcept;
 
 /// Returns the session, or null before openSession and after closeSession.

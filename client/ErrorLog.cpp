@@ -60,8 +60,8 @@ class LogFile {
     bool isUsable() const { return isUsable_; }
     uint64_t size() const { return static_cast<uint64_t>(status_.st_size); }
 
-    /// Gives all users access to the file. Uses the file descriptor, because another file may have the
-    /// name by now.
+    /// Grants all users all permissions on the file. Uses the file descriptor, because another file may have
+    /// the name by now.
     void openToAllUsers() const { static_cast<void>(fchmod(descriptor_, (status_.st_mode | 0777) & 07777)); }
 
     /// Appends the text in one call of write, so that the entries of several processes do not mix. Returns

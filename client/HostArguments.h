@@ -19,7 +19,7 @@
 namespace dovrel {
 
 static_assert(POS_IDENTIFIER_SIZE == kPOSIdentifierSize,
-              "hosts and the server speak of the same identifiers");
+              "identifiers have the same size at the hosts' interface and on the wire");
 
 /// Throws the null-pointer failure if `pointer` is null.
 void requireNonNull(const void* pointer);

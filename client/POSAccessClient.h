@@ -78,7 +78,8 @@ class POSAccessClient {
     void disconnectIfUnused() noexcept;
 
     /// Unregisters all applications, in ascending order of their identifiers as signed numbers. If there are
-    /// none, it sends nothing. It stops silently at the first failure and keeps the remaining records.
+    /// none, it sends nothing. The first exception ends it silently, and the remaining records stay. An error
+    /// code for which no exception is thrown does not end it.
     void shutDown() noexcept;
 
   private:

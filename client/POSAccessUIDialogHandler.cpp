@@ -12,7 +12,7 @@ namespace dovrel {
 
 namespace {
 
-/// The result of a registration failure's alert that, besides kAlertAnswerRetry, means "try again".
+/// A result of the alert about a failed registration that means "try again", as kAlertAnswerRetry does.
 constexpr int kRegistrationRetryAnswer = 10;
 
 /// Returns the exception for an error code for which CheckTransferObjReply throws nothing.

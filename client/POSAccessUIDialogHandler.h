@@ -40,8 +40,8 @@ class POSAccessUIDialogHandler {
     /// the texts in the user's language. If the texts cannot be loaded, later lookups return "".
     void useBundle(const std::string& bundlePath);
 
-    /// Sets all flags, then clears those whose codes are among the options. Null options, and a length that
-    /// is not a multiple of the size of a code, count as no options.
+    /// Sets all flags, then clears those whose codes are among the options. Null options, and an odd length (a
+    /// code has two bytes), count as no options.
     void readOptions(const uint16_t* options, uint32_t optionsLength) noexcept;
     const InteractionFlags& flags() const { return flags_; }
 
@@ -73,8 +73,8 @@ class POSAccessUIDialogHandler {
     bool reportRegistrationFailure(std::unique_ptr<CPPException> failure,
                                    const char* applicationName) noexcept;
 
-    /// Allocates the memory that completeRegistration needs, so that completeRegistration cannot fail. To be
-    /// called before a registration is sent. Throws std::bad_alloc.
+    /// Allocates the memory that completeRegistration needs, so that completeRegistration cannot fail. Call it
+    /// before the registration is sent. Throws std::bad_alloc.
     void prepareRegistration(const char* applicationName);
 
     /// Records that the application is registered: its name becomes the current one. The server's messages

@@ -23,14 +23,19 @@ function(dovrel_bundle_contents target contents)
     add_custom_target(${target} DEPENDS "${stamp}")
 endfunction()
 
-# dovrel_install_bundle(<bundle>)
+# dovrel_install_bundle(<bundle> <component>)
 #
-# Installs a bundle from the build folder beside the other bundles. All users can read and run its content,
-# independent of the umask during the build and the installation.
-function(dovrel_install_bundle bundle)
+# Installs a bundle from the build folder beside the other bundles. All users can read its content and run its
+# programs, independent of the umask during the build and the installation. (Outside macOS libraries are not
+# executable.)
+function(dovrel_install_bundle bundle component)
     set(readable OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
     set(executable ${readable} OWNER_EXECUTE GROUP_EXECUTE WORLD_EXECUTE)
-    install(DIRECTORY "${bundle}" DESTINATION "Library/Application Support/Tessilor/pos"
+    set(programs "/Contents/MacOS/[^/]*$")
+    if(NOT APPLE)
+        set(programs "/Contents/MacOS/(Merrowd|dovrel-alert)$")
+    endif()
+    install(DIRECTORY "${bundle}" DESTINATION "${DOVREL_INSTALL_FOLDER}" COMPONENT ${component}
         FILE_PERMISSIONS ${readable} DIRECTORY_PERMISSIONS ${executable}
-        PATTERN "Contents/MacOS/*" PERMISSIONS ${executable})
+        REGEX "${programs}" PERMISSIONS ${executable})
 endfunction()

@@ -42,8 +42,8 @@ find_package(Python3 REQUIRED COMPONENTS Interpreter)
 
 # dovrel_python_tests(<file> PREFIX <prefix> [TIMEOUT <seconds>])
 #
-# Creates one test for each test function of <file>.py. DOVREL_BINARY_DIR contains the path of
-# the build folder.
+# Creates one test for each test function of <file>.py, which can import the modules of tests/support.
+# DOVREL_BINARY_DIR contains the path of the build folder.
 function(dovrel_python_tests file)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "PREFIX;TIMEOUT" "")
     if(NOT arg_TIMEOUT)
@@ -59,7 +59,8 @@ function(dovrel_python_tests file)
             add_test(NAME ${test}
                 COMMAND "${Python3_EXECUTABLE}" -B -m unittest ${file}.${class}.${CMAKE_MATCH_1}
                 WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
-            set_tests_properties(${test} PROPERTIES ENVIRONMENT "DOVREL_BINARY_DIR=${PROJECT_BINARY_DIR}"
+            set_tests_properties(${test} PROPERTIES
+                ENVIRONMENT "DOVREL_BINARY_DIR=${PROJECT_BINARY_DIR};PYTHONPATH=${PROJECT_SOURCE_DIR}/tests/support"
                 TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT} SKIP_REGULAR_EXPRESSION "skipped=[1-9]")
         endif()
     endforeach()

@@ -55,7 +55,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Exchanges exchanges(state, process, log);
     state.applications.add(Application());
     ObjectRecord record;
-    record.ofClass = state.classes.find(ServerClass::identifierOfName("Echo"));
+    record.ofClass = state.classes.find(ServerClass::identifierFromName("Echo"));
     UserMessage message;
     record.object = record.ofClass->instantiate(message);
     state.applications.addObject(kSession, std::move(record));

@@ -11,8 +11,8 @@
 namespace dovrel {
 
 /// Replaces the content of `target` by a block with the parts in their order. The bytes of the parts must be
-/// outside the target. If the block is too long or memory runs out, throws the
-/// StructuredWriteFailedException of a part whose data do not fit, and leaves the target unchanged.
+/// outside the target. If the block is too long or memory runs out, leaves the target unchanged and throws the
+/// StructuredWriteFailedException that StructuredByteArrayWriter throws for a part whose data do not fit.
 void encodeStructuredBlock(CPPByteArray& target, uint32_t typeNumber,
                            std::initializer_list<StructuredPart> parts);
 void encodeStructuredBlock(CPPByteArray& target, uint32_t typeNumber, const StructuredPart* parts,

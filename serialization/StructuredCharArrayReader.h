@@ -1,4 +1,4 @@
-// StructuredCharArrayReader: reads a structured block from a buffer. The buffer may be freed after the call.
+// StructuredCharArrayReader: reads a structured block from its own copy of a buffer.
 #pragma once
 
 #include <memory>

@@ -37,11 +37,12 @@ constexpr uint32_t kPartHeaderSize = 8;
 /// The type number that a reader returns for a block without one.
 constexpr uint32_t kNoTypeNumber = 0xFFFFFFFF;
 
-/// The longest length of a part. No block has room for it, so every writer rejects it.
+/// The largest length that a part's header can hold. No block has room for so many bytes, so every writer
+/// rejects a part of this length.
 constexpr uint32_t kLongestPart = 0xFFFFFFFF;
 
-/// Returns the length of a part's data as the format stores it. Longer data get the longest length instead of
-/// a truncated one, so that writers reject them.
+/// Returns the length of a part's data as the format stores it. For longer data it returns kLongestPart
+/// instead of a truncated length, so that writers reject them.
 constexpr uint32_t toPartLength(uint64_t length) {
     return static_cast<uint32_t>(std::min<uint64_t>(length, kLongestPart));
 }

@@ -36,11 +36,10 @@ class StructuredDataReader {
     /// part does not have count as 0. Throws what readPart throws.
     virtual uint32_t readUInt32Part(uint32_t tag) const;
 
-    /// Returns the data as a string, one character per byte, including zero bytes. Throws what
-    /// getPart throws.
+    /// Returns the data as a string, one character per byte, including zero bytes. Throws what getPart throws.
     std::string readStringPart(uint32_t tag) const;
 
-    /// Does the same, but combines every byte with the low 8 bits of `mask` by exclusive or.
+    /// Does the same, but XORs every byte with the low 8 bits of `mask`.
     std::string readMaskedStringPart(uint32_t tag, uint32_t mask) const;
 };
 

@@ -19,8 +19,8 @@ namespace refusalCode = dovrel::exceptionTypeCode;
 /// The identifier of a class, an object or an executer in requests and replies.
 using Identifier = std::array<uint8_t, 16>;
 
-/// A text that the client shows to the user after a successful operation. Flags of 0 mean
-/// that there is no message.
+/// A text that the client shows to the user after a successful operation. Flags of 0 mean that there is no
+/// message.
 struct UserMessage {
     uint32_t flags = 0;
     std::string text;
@@ -48,8 +48,7 @@ CPPByteArray toBytes(const std::string& text);
 /// Returns a number as 4 bytes, least significant byte first.
 CPPByteArray numberToBytes(uint32_t number);
 
-/// Returns the number in an argument of exactly 4 bytes. Throws Refusal (parameter
-/// format) for any other length.
+/// Returns the number in an argument of exactly 4 bytes. Throws Refusal (parameter format) for any other length.
 uint32_t parseNumber(const CPPByteArray& argument);
 
 /// Throws Refusal (parameter format) if the argument is not empty. For methods that take no argument.

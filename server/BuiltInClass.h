@@ -1,5 +1,5 @@
-// BuiltInClass: makes a server class from an ordinary C++ class. Each class has its
-// own file in server/classes/:
+// BuiltInClass: makes a server class from an ordinary C++ class. Each class has its own file in the folder
+// server/classes/:
 //
 //     class Greeter {
 //       public:
@@ -28,8 +28,7 @@ class BuiltInClass : public ServerClass {
         CPPByteArray (Object::*function)(CPPByteArray argument);
     };
 
-    /// Adds the class to every ClassRegistry. Objects of this type must therefore
-    /// live as long as the process.
+    /// Adds the class to every ClassRegistry. Objects of this type must therefore exist as long as the process.
     BuiltInClass(std::string name, std::vector<Method> methods)
         : name_(std::move(name)), methods_(std::move(methods)) {
         ClassRegistry::builtInClasses().push_back(this);

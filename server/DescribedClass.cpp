@@ -41,7 +41,7 @@ bool findIdentifier(const Properties& section, const std::string& name, Identifi
                     std::vector<std::string>& problems) {
     if (!section.contains(kIdentifierKey)) {
         if (name.size() <= identifier.size()) {
-            identifier = ServerClass::identifierOfName(name);
+            identifier = ServerClass::identifierFromName(name);
             return true;
         }
         problems.push_back("class \"" + name +
@@ -131,7 +131,7 @@ void DescribedClass::readEntry(const Properties& section, const std::string& key
         if (!unknown && setAspect(behaviours_[operation], aspect, section, key)) return;
         problems.push_back("class \"" + name_ + "\": \"" + key + "\" describes nothing");
     } catch (const UnfitValue& unfit) {
-        problems.push_back("class \"" + name_ + "\": " + problemOfValue(key, section.getString(key), unfit));
+        problems.push_back("class \"" + name_ + "\": " + describeProblem(key, section.getString(key), unfit));
     }
 }
 

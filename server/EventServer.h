@@ -1,5 +1,5 @@
-// EventServer: receives Apple events in the event loop of the main thread and passes them to
-// Exchanges, one at a time.
+// EventServer: receives Apple events in the event loop of the main thread and passes them to Exchanges, one at
+// a time.
 #pragma once
 
 #include <memory>

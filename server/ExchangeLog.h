@@ -1,5 +1,5 @@
-// ExchangeLog: the server's log, a text file that shows every exchange between a host and
-// the server in readable form.
+// ExchangeLog: the server's log, a text file that shows every exchange between a host and the server in
+// readable form.
 //
 //     2026-11-15 18:19:00.123 #7 call method, from process 4711
 //         > 103 session identifier = 65537
@@ -30,7 +30,7 @@ class ExchangeLog {
     /// Writes a line with the time before it. Line feeds in the text become blanks, and Mac Roman becomes UTF-8.
     void note(const std::string& text);
 
-    /// Write the request and the answer of an exchange. Each request gets the next number; an answer gets the
+    /// Write the request and the answer of an exchange. Each request has the next number; an answer has the
     /// number of the last request. An exchange may have no answer.
     void request(const std::string& title, const CPPByteArray& request);
     void answer(const std::string& title, const CPPByteArray& answer);

@@ -1,4 +1,4 @@
-// Counts the parts of a structured block without reading them into memory.
+// Counts the parts of a structured block without reading their data.
 #pragma once
 
 #include <cstdint>
@@ -14,8 +14,8 @@ constexpr uint32_t kMostRequestParts = 64;
 constexpr uint32_t kMostClasses = 65536;
 
 /// Returns whether the block has more parts than `most`. Reads only the headers of the first parts and
-/// allocates nothing, so it can be called with bytes from any client. Returns false if the bytes are not a
-/// structured block; the reader rejects them.
+/// allocates nothing, so it can be called with bytes from any client. It does not check the header of the
+/// block, and returns false if the bytes end inside one of these parts; the reader rejects both.
 bool hasMorePartsThan(uint32_t most, const dovrel::CPPByteArray& block);
 
 }  // namespace merrowd

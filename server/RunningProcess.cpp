@@ -23,7 +23,8 @@ sigset_t endingSignals() {
 }  // namespace
 
 RunningProcess::RunningProcess() {
-    // A launcher's hard limit of file sizes stays with this process. A write to the log then just fails.
+    // The process keeps the launcher's hard limit of file sizes. With the signal ignored, a write to a log that
+    // would exceed the limit only fails.
     signal(SIGXFSZ, SIG_IGN);
     const sigset_t signals = endingSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);

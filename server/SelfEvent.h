@@ -20,8 +20,7 @@ constexpr EventKind kControlEvent{'DEVL', 'ctrl'};
 /// The server sends it to itself to check whether its clients still run.
 constexpr EventKind kTickEvent{'DEVL', 'tick'};
 
-/// Sends an event without parameters to the server itself. Any thread; does not block.
-/// Returns false on failure.
+/// Sends an event without parameters to the server itself. Any thread; does not block. Returns false on failure.
 bool sendToSelf(const EventKind& kind);
 
 }  // namespace merrowd

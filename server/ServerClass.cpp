@@ -4,7 +4,7 @@
 
 namespace merrowd {
 
-Identifier ServerClass::identifierOfName(const std::string& name) {
+Identifier ServerClass::identifierFromName(const std::string& name) {
     Identifier identifier{};
     std::copy_n(name.begin(), std::min(name.size(), identifier.size()), identifier.begin());
     return identifier;

@@ -12,8 +12,7 @@
 
 namespace merrowd {
 
-/// An object of one application. It is destroyed when the client deletes it or when
-/// its application is removed.
+/// An object of one application. It is destroyed when the client deletes it or when its application is removed.
 class ServerObject {
   public:
     virtual ~ServerObject() = default;
@@ -36,9 +35,8 @@ class ServerClass {
 
     virtual std::string name() const = 0;
 
-    /// Returns the identifier that clients use for the class. By default it is the
-    /// name padded with zero bytes.
-    virtual Identifier identifier() const { return identifierOfName(name()); }
+    /// Returns the identifier that clients use for the class. By default it is the name padded with zero bytes.
+    virtual Identifier identifier() const { return identifierFromName(name()); }
 
     /// Returns the names of the methods, in the order in which they are shown.
     virtual std::vector<std::string> methods() const = 0;
@@ -51,7 +49,7 @@ class ServerClass {
     virtual std::unique_ptr<ServerObject> instantiate(UserMessage& message) const = 0;
 
     /// Returns the name padded with zero bytes to 16 bytes. A longer name is truncated.
-    static Identifier identifierOfName(const std::string& name);
+    static Identifier identifierFromName(const std::string& name);
 
   protected:
     ServerClass() = default;

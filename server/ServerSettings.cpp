@@ -109,7 +109,7 @@ void applySettings(const Properties& entries, ServerSettings& settings, std::vec
         try {
             setting.set(settings, value);
         } catch (const UnfitValue& unfit) {
-            problems.push_back(problemOfValue(setting.key, value, unfit));
+            problems.push_back(describeProblem(setting.key, value, unfit));
         }
     }
     for (int32_t i = 0; i < static_cast<int32_t>(entries.size()); ++i) {

@@ -67,7 +67,7 @@ std::string inQuotes(std::string_view text) {
     return result + (text.size() > kMostShown ? "...\"" : "\"");
 }
 
-std::string problemOfValue(const std::string& key, const std::string& value, const UnfitValue& unfit) {
+std::string describeProblem(const std::string& key, const std::string& value, const UnfitValue& unfit) {
     return "the value " + inQuotes(value) + " of " + inQuotes(key) + " does not fit; expected " +
            unfit.expected;
 }

@@ -48,6 +48,6 @@ void setChoice(Value& target, const Choice<Value> (&choices)[count], const std::
 std::string inQuotes(std::string_view text);
 
 /// Returns the line for the log about a value that does not fit.
-std::string problemOfValue(const std::string& key, const std::string& value, const UnfitValue& unfit);
+std::string describeProblem(const std::string& key, const std::string& value, const UnfitValue& unfit);
 
 }  // namespace merrowd

@@ -79,7 +79,7 @@ class Examiner {
         try {
             requireValueOfType(reader.type(), reader.value());
         } catch (const UnfitValue& unfit) {
-            report(line, problemOfValue(std::string(reader.key()), std::string(reader.value()), unfit));
+            report(line, describeProblem(std::string(reader.key()), std::string(reader.value()), unfit));
             return false;
         }
         if (keys_.insert(reader.key()).second) return true;

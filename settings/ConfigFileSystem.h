@@ -32,12 +32,13 @@ class ConfigFileSystem {
     /// the version entry at the beginning are omitted.
     static std::vector<Properties> readSections(std::string_view text, const std::string& sectionKey);
 
-    /// Is called for every step of the reader after the version entry, including kEnd. After kValue, its
-    /// result says whether the value is entered into the section. After other steps the result is ignored.
+    /// A function that readSections calls for every step of the reader after the version entry, including
+    /// kEnd. After kValue, its result says whether the section gets the value. After all other steps the
+    /// result is ignored.
     using StepFilter = std::function<bool(EntryReader::Step step, const EntryReader& reader)>;
 
-    /// As above, without the values for which the filter returns false. Exceptions of
-    /// the filter reach the caller.
+    /// As above, without the values for which the filter returns false. Exceptions of the filter reach the
+    /// caller.
     static std::vector<Properties> readSections(std::string_view text, const std::string& sectionKey,
                                                 const StepFilter& filter);
 

@@ -33,8 +33,8 @@ inline bool isBlankOrTab(char c) {
     return c == ' ' || c == '\t';
 }
 
-/// Returns the line without the blanks and tabs at both ends. All other characters are kept
-/// (including carriage returns).
+/// Returns the line without the blanks and tabs at both ends. All other characters are kept (including carriage
+/// returns).
 inline std::string_view trimmed(std::string_view line) {
     while (!line.empty() && isBlankOrTab(line.front()))
         line.remove_prefix(1);
@@ -43,8 +43,8 @@ inline std::string_view trimmed(std::string_view line) {
     return line;
 }
 
-/// Returns whether the trimmed line is a key line of a properties text, where one "/"
-/// at the beginning is enough.
+/// Returns whether the trimmed line is a key line of a properties text. There, one "/" at the beginning is
+/// enough.
 inline bool startsAsKeyLine(std::string_view line) {
     return !line.empty() && line.front() == kKeyLineMark.front();
 }
@@ -52,8 +52,8 @@ inline bool startsAsKeyLine(std::string_view line) {
 /// Returns the key of a key line: the line without its first two characters, whatever they are.
 std::string_view keyFromLine(std::string_view line);
 
-/// A value line split at its first ":": the type that the word before it names
-/// (case-sensitive), and the text after it.
+/// A value line split at its first ":": the type that the word before it names (case-sensitive), and the text
+/// after it.
 struct ValueLine {
     PropertyType type;
     std::string_view value;
@@ -79,7 +79,7 @@ int32_t leadingInteger(std::string_view text);
 /// An odd last digit is ignored.
 std::string decodeHexText(std::string_view text);
 
-/// Return a copy with every line feed replaced by "chg-lf", and the reverse.
+/// escapeLineFeeds returns a copy with every line feed replaced by "chg-lf". restoreLineFeeds is the reverse.
 std::string escapeLineFeeds(std::string_view text);
 std::string restoreLineFeeds(std::string_view text);
 

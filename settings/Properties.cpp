@@ -167,8 +167,8 @@ void Properties::load(PropertiesStringObj& cursor) {
 }
 
 void Properties::save(std::string& output) const {
-    // A guess of the size is enough to avoid most reallocations. Adding up the lengths would mean
-    // to read all entries twice.
+    // An estimate of the size is enough to avoid most reallocations. The exact size would need a second pass
+    // over all entries.
     constexpr size_t kUsualEntryLength = 100;
     const size_t guess = entries_.size() * kUsualEntryLength;
     output.reserve(output.size() + std::max(guess, text_ != nullptr ? text_->size() : 0));

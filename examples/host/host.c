@@ -6,7 +6,6 @@
  *
  * BUNDLE is the path of Dovrel.bundle. The digest is printed on a line of its own that begins with "digest: ".
  */
-#include <dlfcn.h>
 #include <errno.h>
 #include <stdint.h>
 #include <stdio.h>
@@ -14,61 +13,13 @@
 #include <string.h>
 
 #include "dovrel/pos.h"
-
-/* The functions that this host uses, with the names that the bundle exports. */
-typedef struct Library {
-    uint32_t (*InitializePOS)(void);
-    uint32_t (*TerminatePOS)(void);
-    uint32_t (*posRegisterApplicationWithClasses)(const char*, void**, uint32_t, uint16_t*, uint32_t,
-                                                  uint32_t*);
-    uint32_t (*posUnregisterApplication)(uint32_t);
-    uint32_t (*posInstantiateObject)(uint32_t, void**, void**);
-    uint32_t (*posCallMethod)(uint32_t, void**, const char*, uint8_t*, uint32_t, uint8_t**, uint32_t*);
-    uint32_t (*posDeleteObject)(uint32_t, void**);
-    uint32_t (*posGetInfo)(uint32_t, const void*, uint32_t, uint8_t**, int32_t*);
-    uint32_t (*posExecuteCMD)(uint32_t, void**, uint32_t, void**, uint32_t, uint8_t**, uint32_t*);
-    uint32_t (*posDeleteDLLHeapData)(uint8_t*);
-    uint32_t (*posFreeDllHeapData)(void*);
-} Library;
+#include "dovrel/pos_functions.h"
 
 /* The content of a file. */
 typedef struct File {
     uint8_t* bytes;
     uint32_t size;
 } File;
-
-static int loadFunction(void* handle, const char* name, void* target) {
-    void* address = dlsym(handle, name);
-    if (address == NULL) {
-        fprintf(stderr, "host: %s\n", dlerror());
-        return 0;
-    }
-    /* ISO C does not define the conversion of object pointers to function pointers; POSIX guarantees the same
-       representation. */
-    memcpy(target, &address, sizeof address);
-    return 1;
-}
-
-static int loadLibrary(const char* bundle, Library* library) {
-    char path[4096];
-    void* handle;
-
-    if (snprintf(path, sizeof path, "%s/Contents/MacOS/Dovrel", bundle) >= (int)sizeof path) {
-        fprintf(stderr, "host: the path of the bundle is too long\n");
-        return 0;
-    }
-    handle = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-    if (handle == NULL) {
-        fprintf(stderr, "host: %s\n", dlerror());
-        return 0;
-    }
-#define LOAD(name) loadFunction(handle, #name, &library->name)
-    return LOAD(InitializePOS) && LOAD(TerminatePOS) && LOAD(posRegisterApplicationWithClasses) &&
-           LOAD(posUnregisterApplication) && LOAD(posInstantiateObject) && LOAD(posCallMethod) &&
-           LOAD(posDeleteObject) && LOAD(posGetInfo) && LOAD(posExecuteCMD) && LOAD(posDeleteDLLHeapData) &&
-           LOAD(posFreeDllHeapData);
-#undef LOAD
-}
 
 /* Enlarges the buffer so that at least one more byte fits. Returns 0 on failure. */
 static int growFile(File* file, size_t* room) {
@@ -111,7 +62,7 @@ static void setIdentifier(uint8_t identifier[POS_IDENTIFIER_SIZE], const char* n
 }
 
 /* Prints a result of the server and frees its block. */
-static void printAndFree(const Library* library, const char* label, uint8_t* bytes, uint32_t length) {
+static void printAndFree(const posFunctions* library, const char* label, uint8_t* bytes, uint32_t length) {
     printf("%s", label);
     fwrite(bytes, 1, length, stdout);
     printf("\n");
@@ -119,7 +70,7 @@ static void printAndFree(const Library* library, const char* label, uint8_t* byt
 }
 
 /* Prints the interface version. The library answers only this information request itself. */
-static int showInterfaceVersion(const Library* library, uint32_t application) {
+static int showInterfaceVersion(const posFunctions* library, uint32_t application) {
     const uint8_t request[2] = {0x60, 0x01};
     uint8_t* info = NULL;
     int32_t length = 0;
@@ -131,7 +82,8 @@ static int showInterfaceVersion(const Library* library, uint32_t application) {
     return 1;
 }
 
-static int runCommand(const Library* library, uint32_t application, const char* text, const char* label) {
+static int runCommand(const posFunctions* library, uint32_t application, const char* text,
+                      const char* label) {
     char bytes[32];
     void* command = bytes;
     void* argument = NULL;
@@ -147,7 +99,8 @@ static int runCommand(const Library* library, uint32_t application, const char* 
 }
 
 /* Creates a Digest object in the server, calls its method for the MD5 of the file, and deletes the object. */
-static int digestInServer(const Library* library, uint32_t application, void* classId, const File* file) {
+static int digestInServer(const posFunctions* library, uint32_t application, void* classId,
+                          const File* file) {
     void* object = NULL;
     uint8_t* result = NULL;
     uint32_t length = 0;
@@ -162,7 +115,7 @@ static int digestInServer(const Library* library, uint32_t application, void* cl
     return done;
 }
 
-static int useServer(const Library* library, const File* file) {
+static int useServer(const posFunctions* library, const File* file) {
     uint8_t digestClass[POS_IDENTIFIER_SIZE];
     void* classes[1];
     uint32_t application = 0;
@@ -180,21 +133,28 @@ static int useServer(const Library* library, const File* file) {
 }
 
 int main(int argc, char** argv) {
-    Library library;
+    posFunctions library;
     File file = {NULL, 0};
+    const char* failure;
     int done;
 
     if (argc != 3) {
         fprintf(stderr, "usage: host BUNDLE FILE\n");
         return 2;
     }
-    if (!readFile(argv[2], &file) || !loadLibrary(argv[1], &library)) {
+    failure = posLoadFunctions(argv[1], &library);
+    if (failure != NULL) {
+        fprintf(stderr, "host: %s\n", failure);
+        return 1;
+    }
+    if (!readFile(argv[2], &file)) {
         free(file.bytes);
         return 1;
     }
     library.InitializePOS();
     done = useServer(&library, &file);
     library.TerminatePOS();
+    posUnloadFunctions(&library);
     free(file.bytes);
     if (!done) fprintf(stderr, "host: a call failed; the alert, or the message above, says why\n");
     return done ? 0 : 1;

@@ -97,6 +97,14 @@ extern "C" {
 #define POS_EXPORT
 #endif
 
+/**
+ * The version of this header and of the library that it belongs to. A library of the same major version and
+ * the same or a higher minor version has everything that this header declares.
+ */
+#define POS_VERSION_MAJOR 1
+#define POS_VERSION_MINOR 0
+#define POS_VERSION_PATCH 0
+
 /** The call succeeded. */
 #define POS_OK 0u
 /** The call failed. */

@@ -1,4 +1,4 @@
-// A macOS bundle's executable in a process of this system, loaded, linked and ready to be called.
+// The executable of a macOS bundle, loaded and linked in a process of this system.
 #pragma once
 
 #include <map>

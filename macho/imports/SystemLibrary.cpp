@@ -50,7 +50,7 @@ void zero(void* bytes, size_t size) {
     std::memset(bytes, 0, size);
 }
 
-void* functionOfThisSystem(const char* name) {
+void* findSystemFunction(const char* name) {
     void* const function = dlsym(RTLD_DEFAULT, name);
     if (function == nullptr) throw FormatError(std::string("this system has no ") + name);
     return function;
@@ -67,7 +67,7 @@ void addByItsNames(ImportTable& table, const std::string& name, void* function) 
 
 void addSystemLibrary(ImportTable& table) {
     for (const char* const name : kSame)
-        addByItsNames(table, name, functionOfThisSystem(name));
+        addByItsNames(table, name, findSystemFunction(name));
     addByItsNames(table, "open", reinterpret_cast<void*>(&platformOpen));
     // By address: in 32-bit programs these names refer to other functions, which support files of up to
     // 2 GiB.

@@ -1,4 +1,4 @@
-// Writing a file such that its old content stays when the new one cannot be written as a whole.
+// Writes a file. If the new content cannot be written completely, the file keeps its old content.
 #pragma once
 
 #include <string>
@@ -6,22 +6,24 @@
 namespace dovrel {
 
 /// Creates the file or replaces its content by all bytes of `text`, as opening it with mode "w+b" and writing
-/// does. False if it could not be opened or not everything arrived.
+/// does. Returns false if the file could not be opened or not all bytes were written.
 ///
-/// The new content of an existing file is written to a file beside it, named "PATH.new0" to "PATH.new9",
-/// which takes its place when it is complete. So the file keeps its old content if there is no room for the
-/// new one, and if the process ends half-way. If a process ends half-way, its new file stays; the next call of
-/// the same user for the same path deletes it. Files of users that have such names stay; SuccessorFile.h says
-/// how they are told apart.
+/// The new content of an existing file is written to a second file in the same folder, named "PATH.new0" to
+/// "PATH.new9". When it is complete, it is renamed to PATH. So the file keeps its old content if there is no
+/// space for the new content, and also if the process ends before the renaming. In that case the second file
+/// stays until the same user calls the function for the same path again. A user's own file with such a name
+/// is never deleted; SuccessorFile.h says how the function distinguishes the two.
 ///
-/// A file is written in place if the exchange could be noticed or is refused:
-///   - it has several names, an access control list, extended attributes, or another owner or group than new
-///     files in its folder;
-///   - the path is a symbolic link;
-///   - its folder may not be written;
-///   - it is a mount point, or lies on a share that does not exchange files.
-/// Then it keeps its old content without room for the new one as well, but not if the process ends half-way.
-/// Devices, pipes and the like are opened and written.
+/// The file is written in place if it cannot be replaced, or if users could notice the replacement:
+///   - The file has several names, an access control list, extended attributes, or another owner or group than
+///     new files in its folder.
+///   - The path is a symbolic link.
+///   - The folder is not writable.
+///   - The file is a mount point, or is on a file system that does not rename over existing files.
+/// A file that is written in place also keeps its old content if there is no space for the new content, but
+/// not if the process ends in the middle.
+///
+/// Devices, pipes and other files that are not regular are opened and written.
 bool replaceFileContent(const std::string& path, const std::string& text);
 
 }  // namespace dovrel

@@ -9,7 +9,7 @@ namespace dovrel {
 
 StandardStreamGuard::StandardStreamGuard() {
     for (;;) {
-        // A new descriptor has the lowest free number, so all standard streams are open after one above them.
+        // open() returns the lowest free number. If that is above 2, all three standard streams are open.
         const int descriptor = open("/dev/null", O_RDWR | O_CLOEXEC);
         if (descriptor < 0) return;
         if (descriptor >= kStandardStreams) {

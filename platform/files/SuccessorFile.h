@@ -1,5 +1,5 @@
-// SuccessorFile: a new file in the same folder as an old one. It takes over the old file's name when
-// its content is complete.
+// SuccessorFile: a new file in the same folder as an old one. It takes over the old file's name when its
+// content is complete.
 //
 // The new file has the name of the old file plus ".new0" to ".new9". Its writer holds a lock on it. Until the
 // content is complete, the file has the permission bits 0200, which users do not give to their files. So a
@@ -7,8 +7,8 @@
 //
 // The writer copies the permissions of the old file to the new one just before the new one takes over the
 // name. If the writer is killed between these two steps, the complete new content stays under the name with
-// ".newN" until the user deletes it. It cannot be told from a user's file any more, and later writers use the
-// next name. The same happens to every leftover on a file system that does not store permission bits.
+// ".newN" until the user deletes it. It can no longer be distinguished from a user's file, so later writers use
+// the next name. The same happens to every leftover on a file system that does not store permission bits.
 #pragma once
 
 #include <sys/stat.h>
@@ -26,8 +26,8 @@ class SuccessorFile {
 
     enum class Outcome {
         kReplaced,  ///< the file has the new content
-        kRefused,   ///< not possible, or it would be visible; nothing has changed
-        kFailed     ///< no room for the new content, or a write error; nothing has changed
+        kRefused,   ///< not possible, or users could notice the replacement; nothing has changed
+        kFailed     ///< no space for the new content, or a write error; nothing has changed
     };
 
     /// Replaces the regular file `path`, whose status is `old`, by a new file with the content `text` and the

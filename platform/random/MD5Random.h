@@ -11,9 +11,9 @@ namespace dovrel {
 
 class MD5Random : public BaseRandom {
   public:
-    /// Restarts the message and refills the pool from `value`. The position of the next bit does not
-    /// change: if the old pool had unused bits, the bits at the same positions of the new pool come
-    /// next, before its first digest.
+    /// Restarts the message and refills the pool from `value`. The position of the next bit does not change. So
+    /// if the old pool had unused bits, the bits at the same positions of the new pool come next. After them
+    /// the pool is renewed for the first time.
     void seed(uint32_t value) override;
 
     /// Returns the next bit of the pool, from the lowest bit of each byte to the highest. Renews the pool

@@ -13,8 +13,8 @@ namespace dovrel {
 
 class MacOSXSynchronizationEvent : public SynchronizationEvent {
   public:
-    /// Ignores both arguments, which exist for other platforms. Throws a SystemException if the
-    /// system cannot create an event.
+    /// Ignores both arguments, which exist for other platforms. Throws a SystemException if the system cannot
+    /// create an event.
     MacOSXSynchronizationEvent(bool manualReset, bool initiallySignalled);
 
     bool wait(int32_t timeoutMilliseconds) override;
@@ -23,8 +23,8 @@ class MacOSXSynchronizationEvent : public SynchronizationEvent {
     void reset() override;
 
   private:
-    // The destructor does not delete the event group. So a waiter that the owner overlooked keeps waiting;
-    // otherwise it would take the end of the object for the signal.
+    // The destructor does not delete the event group, because that would look like a signal to a thread that
+    // still waits. Such a thread keeps waiting.
     MPEventID event_ = kInvalidID;
 };
 

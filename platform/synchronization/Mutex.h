@@ -1,4 +1,4 @@
-// Mutex: a lock that is free at first, is not recursive, and may be released by any thread.
+// Mutex: a lock that is not recursive and may be released by any thread. A new mutex is not locked.
 #pragma once
 
 #include "platform/synchronization/SynchronizationObject.h"

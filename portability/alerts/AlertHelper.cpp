@@ -29,7 +29,7 @@ bool environmentAllowsAlerts() {
 
 std::string usableAlertHelper() {
     if (!environmentAllowsAlerts()) return std::string();
-    const std::string code = pathOfCode(reinterpret_cast<const void*>(&usableAlertHelper));
+    const std::string code = findCodeFile(reinterpret_cast<const void*>(&usableAlertHelper));
     if (code.empty()) return std::string();
     const std::string helper = getParent(code) + '/' + kHelperName;
     return access(helper.c_str(), X_OK) == 0 && !isFolder(helper) ? helper : std::string();

@@ -22,7 +22,7 @@ std::string ownExecutable() {
 }
 
 // Returns the bundle that contains the image, with one reference. Returns null if there is none.
-CFBundleRef bundleOfImage(const std::string& image) {
+CFBundleRef findImageBundle(const std::string& image) {
     const std::string folder = portability::bundleAround(portability::canonicalPath(image));
     return folder.empty() ? nullptr : portability::createBundle(folder);
 }
@@ -60,10 +60,10 @@ CFBundleRef bestInUse(CFStringRef identifier) {
 
 // Returns the best match and releases all other bundles. The reference to the match is never released,
 // because callers do not own it and may use the bundle while its image is loaded.
-CFBundleRef bestOfImages(const std::vector<std::string>& images, CFStringRef identifier) {
+CFBundleRef findBestImage(const std::vector<std::string>& images, CFStringRef identifier) {
     std::vector<CFBundleRef> bundles;
     for (const std::string& image : images) {
-        if (const CFBundleRef bundle = bundleOfImage(image)) {
+        if (const CFBundleRef bundle = findImageBundle(image)) {
             bundles.push_back(bundle);
         }
     }
@@ -107,13 +107,13 @@ CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef bundleID) {
     }
     Dl_info caller;
     if (dladdr(__builtin_return_address(0), &caller) != 0 && caller.dli_fname != nullptr) {
-        if (const CFBundleRef bundle = bestOfImages({caller.dli_fname}, bundleID)) {
+        if (const CFBundleRef bundle = findBestImage({caller.dli_fname}, bundleID)) {
             return bundle;
         }
     }
     std::vector<std::string> images;
     dl_iterate_phdr(&appendImage, &images);
-    return bestOfImages(images, bundleID);
+    return findBestImage(images, bundleID);
 }
 
 CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key) {

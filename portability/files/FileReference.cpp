@@ -116,9 +116,8 @@ bool isSameObject(const Identity& first, const Identity& second) {
     return first.device == second.device && first.number == second.number;
 }
 
-// Returns whether the objects are certainly the same. The system gives the numbers of deleted files to
-// new files. A match at the old path is acceptable nevertheless, but under another name it could be the
-// wrong file.
+// Returns whether the objects are certainly the same, although the system reuses the inode numbers of deleted
+// files. At the old path a match of the numbers is enough; under another name it could be the wrong file.
 bool isSameObjectForSure(const Identity& first, const Identity& second) {
     return isSameObject(first, second) && first.mark == second.mark && first.mark != 0;
 }

@@ -22,6 +22,7 @@ int makeReference(const std::string& path, FSRef* ref);
 /// - paramErr: `ref` is null.
 /// - errFSBadFSRef: `ref` was never set.
 /// - fnfErr: the object is not in that folder.
+/// - The error of the old path if it cannot be examined (FileErrors.h), for example afpAccessDenied.
 OSErr resolveReference(const FSRef* ref, std::string& path);
 
 /// Compares only the identities, so it also works for deleted objects. Returns noErr, errFSRefsDifferent

@@ -33,7 +33,7 @@ std::string temporaryFolder() {
 }
 
 // Returns the path for a folder type, or the empty string if the type is unknown.
-std::string pathOfType(OSType type, const std::string& library) {
+std::string findTypePath(OSType type, const std::string& library) {
     switch (type) {
         case kDomainLibraryFolderType:
             return library;
@@ -73,7 +73,7 @@ OSErr FSFindFolder(FSVolumeRefNum vRefNum, OSType folderType, Boolean createFold
     if (!library) {
         return nsvErr;
     }
-    const std::string path = portability::inSystemRoot(pathOfType(folderType, *library));
+    const std::string path = portability::inSystemRoot(findTypePath(folderType, *library));
     if (path.empty()) {
         return fnfErr;
     }

@@ -9,7 +9,7 @@ namespace portability {
 
 // The kernel's list of mappings contains absolute paths without symbolic links. The loader's path may be relative
 // to a folder that is no longer the host's working directory.
-std::string pathOfCode(const void* address) {
+std::string findCodeFile(const void* address) {
     const auto wanted = reinterpret_cast<uintptr_t>(address);
     std::ifstream mappings("/proc/self/maps");
     for (std::string line; std::getline(mappings, line);) {

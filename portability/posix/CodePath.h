@@ -9,6 +9,6 @@ namespace portability {
 /// also if it was loaded by a relative path and the process has left that folder. If the file has been deleted
 /// or replaced since, " (deleted)" follows the path. Returns the empty string if no file is mapped there, or
 /// if the list of mappings cannot be read. Thread-safe.
-std::string pathOfCode(const void* address);
+std::string findCodeFile(const void* address);
 
 }  // namespace portability

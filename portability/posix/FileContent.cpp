@@ -6,6 +6,8 @@
 #include <array>
 #include <cerrno>
 
+#include "portability/posix/FileDescriptor.h"
+
 namespace portability {
 namespace {
 
@@ -31,13 +33,12 @@ bool readToEnd(int descriptor, std::size_t limit, std::string& bytes) {
 
 std::optional<std::string> readFile(const std::string& path, std::size_t limit) {
     // O_NONBLOCK, so that opening a pipe does not wait for a writer.
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0) {
+    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!file) {
         return std::nullopt;
     }
     std::string bytes;
-    const bool isWhole = readToEnd(descriptor, limit, bytes);
-    close(descriptor);
+    const bool isWhole = readToEnd(file.get(), limit, bytes);
     return isWhole ? std::optional<std::string>(std::move(bytes)) : std::nullopt;
 }
 

@@ -40,10 +40,12 @@ class FileDescriptor {
     int number_ = -1;
 };
 
-/// Takes ownership of the descriptor `number` (or -1 for none) and returns it with a number above those of the
-/// standard streams, or none, with errno set, on failure. A descriptor that stays open while the host
-/// continues must not have one of these numbers: what the host reads from a standard stream that it has
-/// closed, or writes to it, would come from there or go there. The new descriptor closes on exec. Thread-safe.
+/// Takes ownership of the descriptor `number` (or -1 for none). Returns the same file with a number above those
+/// of the standard streams, or no descriptor, with errno set, on failure. The new descriptor closes on exec.
+/// Thread-safe.
+///
+/// A descriptor that stays open while the host continues must not have the number of a standard stream.
+/// Otherwise a host that has closed that stream would read from this file, or write to it.
 inline FileDescriptor aboveStandardStreams(int number) {
     FileDescriptor given(number);
     if (number > STDERR_FILENO || number < 0) return given;

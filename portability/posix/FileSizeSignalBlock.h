@@ -5,10 +5,10 @@
 
 namespace portability {
 
-/// While it exists, this thread gets no SIGXFSZ: a system call that would exceed the process's limit of file
-/// sizes (RLIMIT_FSIZE) only fails with EFBIG. The system sends this signal to the calling thread, and its
-/// default action ends the process. The host's signal actions and the masks of other threads stay as they
-/// are. Leaves errno unchanged.
+/// The system sends SIGXFSZ to a thread whose system call would exceed the process's limit of file sizes
+/// (RLIMIT_FSIZE), and the default action ends the process. While this object exists, the thread that created
+/// it does not receive the signal, and the system call only fails with EFBIG. The host's signal actions and
+/// the masks of other threads do not change. Leaves errno unchanged.
 class FileSizeSignalBlock {
   public:
     FileSizeSignalBlock();

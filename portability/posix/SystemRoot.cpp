@@ -6,10 +6,28 @@
 #include <string_view>
 #include <system_error>
 
+#include "portability/posix/StateFolder.h"
+
 namespace portability {
 namespace {
 
 constexpr std::array<std::string_view, 3> kFixedPlaces = {"/Library", "/System", "/Applications"};
+constexpr std::string_view kLogs = "/Library/Logs";
+
+// The root that was chosen when the library was configured; empty for "/".
+constexpr char kConfiguredRoot[] = DOVREL_CONFIGURED_ROOT;
+
+// Returns the value of POS_SYSTEM_ROOT, or null if it is not an absolute path.
+const char* rootOfEnvironment() {
+    // secure_getenv, because the caller of a set-user-ID program must not choose which servers it uses.
+    const char* const root = secure_getenv("POS_SYSTEM_ROOT");
+    return root != nullptr && root[0] == '/' ? root : nullptr;
+}
+
+// The users of a distribution cannot write into its folders, so their logs are not below a configured root.
+bool areLogsOfTheUser() {
+    return *kConfiguredRoot != '\0' && rootOfEnvironment() == nullptr;
+}
 
 bool isAtOrBelow(std::string_view path, std::string_view folder) {
     return path.substr(0, folder.size()) == folder &&
@@ -42,12 +60,11 @@ std::string canonicalPath(const char* path) {
 }  // namespace
 
 std::string systemRoot() {
-    // secure_getenv, because the caller of a set-user-ID program must not choose which servers it uses.
-    const char* root = secure_getenv("POS_SYSTEM_ROOT");
-    if (root == nullptr || root[0] != '/') {
-        return "/";
+    const char* const root = rootOfEnvironment();
+    if (root != nullptr) {
+        return canonicalPath(root);
     }
-    return canonicalPath(root);
+    return *kConfiguredRoot == '\0' ? "/" : canonicalPath(kConfiguredRoot);
 }
 
 std::string inSystemRoot(const std::string& path) {
@@ -63,6 +80,10 @@ std::string inSystemRoot(const std::string& path) {
     const std::string root = systemRoot();
     if (root == "/" || isAtOrBelow(place, root)) {
         return path;
+    }
+    if (isAtOrBelow(place, kLogs) && areLogsOfTheUser()) {
+        const std::string folder = makeStateFolder();
+        if (!folder.empty()) return folder + std::string(place.substr(kLogs.size()));
     }
     return root + std::string(place);
 }

@@ -1,4 +1,4 @@
-// An owned file descriptor that a forked process does not get. Private to the layer.
+// An owned file descriptor that a forked process does not inherit. Private to the layer.
 //
 // Close-on-exec does not help if a host forks without starting a program: its child would keep a lock locked
 // and a socket listening for as long as it runs.
@@ -8,10 +8,10 @@
 
 namespace portability {
 
-/// While it exists, no other thread of this process forks by fork(), so that descriptors can be opened and
-/// made unshared in one step. Threads wait for each other; do not nest. The wait ends after a second, because
-/// the thread that it waits for may not exist in a forked process, or may be interrupted by a signal handler
-/// that forks.
+/// While an object exists, fork() on another thread waits, so that a descriptor can be opened and made unshared
+/// before the process forks. Only one object at a time exists; other threads wait for it. Do not nest. Every
+/// wait ends after a second, because the thread that holds the object may not exist in a forked process, or may
+/// be interrupted by a signal handler that forks.
 class ForkPause {
   public:
     ForkPause() noexcept;

@@ -18,7 +18,7 @@
 
 namespace portability {
 
-/// What to start. Everything else, such as resource limits and user, is that of this process.
+/// The program to start. Everything else, such as resource limits and user, is that of this process.
 struct ChildProgram {
     std::string program;                   ///< path of its file
     std::vector<std::string> arguments;    ///< the first is the program's name

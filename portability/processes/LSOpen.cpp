@@ -78,7 +78,7 @@ bool isListening(OSType signature, const Deadline& deadline) {
 // Launches the application, or finds that it is running.
 //
 // The endpoint is claimed before the application is launched, for two reasons: requests queue from now
-// on, and of two launchers only one gets the endpoint. If the endpoint has an owner, that process may be
+// on, and only one of two launchers can claim the endpoint. If the endpoint has an owner, that process may be
 // about to listen or about to exit. The caller must not be told that the application is running before it
 // can be reached.
 OSStatus startOrFind(const ApplicationBundle& application) {

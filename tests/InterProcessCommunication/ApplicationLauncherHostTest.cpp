@@ -89,14 +89,14 @@ TEST_F(ApplicationLauncherHostTest, HostsActionForTheEndsOfItsChildren_StaysAsIt
     EXPECT_EQ(action.sa_handler, &countChildSignal);
 }
 
-TEST_F(ApplicationLauncherHostTest, HostThatIgnoresTheEndsOfItsChildren_GetsTheStatus) {
+TEST_F(ApplicationLauncherHostTest, HostThatIgnoresTheEndsOfItsChildren_ReceivesTheStatus) {
     const test::SignalAction ignored(SIGCHLD, SIG_IGN);
     EXPECT_EQ(runShell("exit 3"), 3);
     EXPECT_EQ(run("/bin/true", nullptr), 0);
     EXPECT_EQ(run("/no/such/tool", nullptr), -1);
 }
 
-TEST_F(ApplicationLauncherHostTest, HostThatWaitsForEveryChild_GetsTheStatusAndNoChild) {
+TEST_F(ApplicationLauncherHostTest, HostThatWaitsForEveryChild_ReceivesTheStatusAndNoChild) {
     const Reaper reaper;
     for (int i = 0; i < 20; ++i)
         EXPECT_EQ(runShell("exit 3"), 3);

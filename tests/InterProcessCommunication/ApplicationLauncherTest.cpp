@@ -84,7 +84,7 @@ TEST_F(ApplicationLauncherTest, ToolThatDoesNotExistWithoutArguments_IsLoggedWit
         << log;
 }
 
-TEST_F(ApplicationLauncherTest, FileThatIsNoTool_IsMinus1) {
+TEST_F(ApplicationLauncherTest, FileThatIsNotATool_IsMinus1) {
     folder.write("text", "just a text");
     EXPECT_EQ(run(folder.path("text"), nullptr), -1);
 }
@@ -145,13 +145,13 @@ TEST_F(ApplicationLauncherTest, ToolThatWritesMoreThanAPipeHolds_WaitsAndIsNotKi
     EXPECT_EQ(status.get(), SIGTERM);
 }
 
-TEST_F(ApplicationLauncherTest, ArgumentThatIsNoText_IsMinus1) {
+TEST_F(ApplicationLauncherTest, ArgumentThatIsNotText_IsMinus1) {
     const Arguments arguments = {"valid", "\xFF\xFE"};
     EXPECT_EQ(run("/bin/true", &arguments), -1);
     EXPECT_NE(log.find("Task execution failed!"), std::string::npos) << log;
 }
 
-TEST_F(ApplicationLauncherTest, CommandThatIsNoText_IsMinus1) {
+TEST_F(ApplicationLauncherTest, CommandThatIsNotText_IsMinus1) {
     EXPECT_EQ(run("/bin/tr\xFFue", nullptr), -1);
 }
 

@@ -5,8 +5,10 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <new>
 
 #include "tests/InterProcessCommunication/PlatformDouble.h"
+#include "tests/support/HeapInUse.h"
 #include "tests/support/HeapWatch.h"
 
 namespace dovrel {
@@ -65,7 +67,7 @@ TEST_F(BSDProcessListTest, FailedSizeQuery_IsItsErrorNumberAndNoList) {
     EXPECT_EQ(platform.queries, 1);
 }
 
-TEST_F(BSDProcessListTest, OutOfMemoryInTheSizeQuery_IsNoReasonToTryAgain) {
+TEST_F(BSDProcessListTest, OutOfMemoryInTheSizeQuery_DoesNotCauseAnotherAttempt) {
     platform.queryErrors = {{1, ENOMEM}};
     EXPECT_EQ(getList(), ENOMEM);
     EXPECT_EQ(platform.queries, 1);
@@ -99,6 +101,18 @@ TEST_F(BSDProcessListTest, BlockThatCannotBeHad_IsError12) {
     EXPECT_EQ(list, nullptr);
     EXPECT_EQ(count, 0u);
     EXPECT_EQ(platform.queries, 1);
+}
+
+TEST_F(BSDProcessListTest, QueryThatThrows_LosesNoBlock) {
+    platform.processes = std::vector<std::string>(5000, "a process");
+    platform.beforeQuery = [](int query) {
+        if (query % 2 == 0) throw std::bad_alloc();
+    };
+    EXPECT_THROW(getList(), std::bad_alloc);
+    const size_t before = test::heapInUse();
+    EXPECT_THROW(getList(), std::bad_alloc);
+    EXPECT_LT(test::heapInUse(), before + 100'000) << "the block for 5000 records is larger";
+    EXPECT_EQ(list, nullptr);
 }
 
 TEST_F(BSDProcessListTest, ErrorAndListThatAgree_PassTheAssertion) {

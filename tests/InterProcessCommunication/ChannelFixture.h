@@ -44,7 +44,7 @@ class ChannelFixture : public testing::Test {
     }
 
     /// Returns how many events with this id were sent.
-    int countOfSent(AEEventID eventID) const {
+    int countSent(AEEventID eventID) const {
         int count = 0;
         for (const SentEvent& event : platform.sent)
             count += event.eventID == eventID ? 1 : 0;

@@ -84,7 +84,7 @@ TEST_F(Client_to_POS_CommunicatorTest, SendData_WhenTheDataCannotBePut_SendsNoth
     EXPECT_TRUE(platform.sent.empty());
 }
 
-TEST_F(Client_to_POS_CommunicatorTest, SendData_WhenTheSendFails_AnswersItsErrorAndHoldsNothing) {
+TEST_F(Client_to_POS_CommunicatorTest, SendData_WhenTheSendFails_ReturnsItsErrorAndHoldsNothing) {
     for (const OSErr error : {OSErr{procNotFound}, OSErr{connectionInvalid}, OSErr{errAETimeout}}) {
         failAlways(error);
         info.setReceiveBuffer(std::unique_ptr<uint8_t[]>(new uint8_t[3]), 3);
@@ -164,7 +164,7 @@ TEST_F(Client_to_POS_CommunicatorTest, WakeServer_CountsTicksInUnsigned32BitArit
     }
 }
 
-TEST_F(Client_to_POS_CommunicatorTest, WakeServer_TriesAsOftenAsToldWithoutPauseAndAnswersTheLastError) {
+TEST_F(Client_to_POS_CommunicatorTest, WakeServer_TriesAsOftenAsToldWithoutPauseAndReturnsTheLastError) {
     platform.server = [this](const SentEvent&, AppleEvent*) {
         return platform.sent.size() == 5 ? OSErr{connectionInvalid} : OSErr{errAETimeout};
     };
@@ -194,7 +194,7 @@ TEST_F(Client_to_POS_CommunicatorTest, WakeServer_AnsweredWithoutADirectParamete
     EXPECT_EQ(platform.sent.size(), 1u);
 }
 
-TEST_F(Client_to_POS_CommunicatorTest, WakeServer_WhoseTextCannotBePut_IsSentAllTheSame) {
+TEST_F(Client_to_POS_CommunicatorTest, WakeServer_WhoseTextCannotBePut_IsStillSent) {
     answerAlways("awake");
     platform.putResult = memFullErr;
     EXPECT_EQ(communicator.WakeServer(1000, 5), 0);
@@ -233,7 +233,7 @@ TEST_F(Client_to_POS_CommunicatorTest, QuitServer_WithoutARunningServer_IsSucces
     EXPECT_EQ(communicator.QuitServer(), 0);
 }
 
-TEST_F(Client_to_POS_CommunicatorTest, QuitServer_ThatFailsOtherwise_AnswersTheError) {
+TEST_F(Client_to_POS_CommunicatorTest, QuitServer_ThatFailsOtherwise_ReturnsTheError) {
     failAlways(connectionInvalid);
     EXPECT_EQ(communicator.QuitServer(), connectionInvalid);
     platform.createEventResult = memFullErr;

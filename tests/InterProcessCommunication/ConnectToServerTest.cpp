@@ -35,13 +35,13 @@ class ConnectToServerTest : public test::ChannelFixture {
     std::string console;
 };
 
-TEST_F(ConnectToServerTest, RunningServerThatAnswersTheFirstHandshake_IsUsedWithoutALaunch) {
+TEST_F(ConnectToServerTest, RunningServerThatRepliesToTheFirstHandshake_IsUsedWithoutALaunch) {
     install();
     serverRuns();
     answerAlways("awake");
     launchesEndWith(noErr);
     EXPECT_EQ(connect(), 0);
-    EXPECT_EQ(countOfSent('waCl'), 1);
+    EXPECT_EQ(countSent('waCl'), 1);
     EXPECT_TRUE(platform.launches.empty());
     EXPECT_TRUE(platform.sleeps.empty());
     EXPECT_EQ(console, "");
@@ -57,7 +57,7 @@ TEST_F(ConnectToServerTest, ServerThatDoesNotRun_IsLaunchedThenWoken) {
     answerAlways("awake");
     EXPECT_EQ(connect(), 0);
     EXPECT_EQ(platform.launches.size(), 1u);
-    EXPECT_EQ(countOfSent('waCl'), 1);
+    EXPECT_EQ(countSent('waCl'), 1);
     EXPECT_EQ(console, "");
 }
 
@@ -82,13 +82,13 @@ TEST_F(ConnectToServerTest, FailedFolderLookup_IsItsErrorWithTheNotFoundBlock) {
     EXPECT_EQ(console, kNotFoundBlock);
 }
 
-TEST_F(ConnectToServerTest, RunningServerThatNeverAnswers_IsWokenTenTimesAndThenGivenUpWith43) {
+TEST_F(ConnectToServerTest, RunningServerThatNeverReplies_IsWokenTenTimesAndThenGivenUpWith43) {
     install();
     serverRuns();
     failAlways(errAETimeout);
     launchesEndWith(noErr);
     EXPECT_EQ(connect(), 43);
-    EXPECT_EQ(countOfSent('waCl'), 50);
+    EXPECT_EQ(countSent('waCl'), 50);
     EXPECT_EQ(platform.sleeps, std::vector<unsigned>(9, 100));
     EXPECT_TRUE(platform.launches.empty());
     EXPECT_EQ(console, launchFailureBlock("-1712"));
@@ -133,7 +133,7 @@ TEST_F(ConnectToServerTest, ServerThatStartsLate_IsFoundInALaterPass) {
     };
     EXPECT_EQ(connect(), 0);
     EXPECT_EQ(platform.launches.size(), 3u);
-    EXPECT_EQ(countOfSent('waCl'), 8);
+    EXPECT_EQ(countSent('waCl'), 8);
     // The passes: two failed launches, a launch with five handshakes, and a wake-up
     // with a reply to its third event.
     EXPECT_EQ(platform.sleeps.size(), 3u);
@@ -162,7 +162,7 @@ TEST_F(ConnectToServerTest, RememberedError_IsThatOfTheLastPass) {
     failAlways(connectionInvalid);
     EXPECT_EQ(connect(), 43);
     EXPECT_EQ(platform.launches.size(), 9u);
-    EXPECT_EQ(countOfSent('waCl'), 10);
+    EXPECT_EQ(countSent('waCl'), 10);
     EXPECT_EQ(console, launchFailureBlock("-609"));
 }
 
@@ -189,12 +189,12 @@ TEST_F(ConnectToServerTest, ProcessListThatCannotBeRead_HasTheServerLaunched) {
     EXPECT_EQ(platform.launches.size(), 1u);
 }
 
-TEST_F(ConnectToServerTest, ServerThatAnswersWithoutADirectParameter_IsNotAwake) {
+TEST_F(ConnectToServerTest, ServerThatRepliesWithoutADirectParameter_IsNotAwake) {
     install();
     serverRuns();
     answerAlways(std::nullopt);
     EXPECT_EQ(connect(), 43);
-    EXPECT_EQ(countOfSent('waCl'), 10);
+    EXPECT_EQ(countSent('waCl'), 10);
     EXPECT_EQ(console, launchFailureBlock("-1701"));
 }
 

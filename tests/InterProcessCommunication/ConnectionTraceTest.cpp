@@ -86,7 +86,7 @@ TEST_F(ConnectionTraceTest, EachFailedAttempt_IsALineOfTheExchange) {
     platform.processes = {"Merrowd"};
     platform.server = [this](const SentEvent& event, AppleEvent* reply) {
         if (event.eventID != 'data') return PlatformDouble::answerWith(reply, "awake");
-        return countOfSent('data') <= 2 ? OSErr{connectionInvalid} : PlatformDouble::answerWith(reply, "x");
+        return countSent('data') <= 2 ? OSErr{connectionInvalid} : PlatformDouble::answerWith(reply, "x");
     };
     const Trace trace(setting("exchange:1"));
     POSTransferObj request(1, 10, 17);
@@ -113,7 +113,7 @@ TEST_F(ConnectionTraceTest, FailedAttempt_IsNotedUntilALaterOneSucceeds) {
     EXPECT_EQ(notes.failedStep(), "call method: attempt 1: result -1712 (errAETimeout)");
 
     platform.server = [this](const SentEvent& event, AppleEvent* reply) {
-        const bool isAnswered = event.eventID != 'data' || countOfSent('data') > 2;
+        const bool isAnswered = event.eventID != 'data' || countSent('data') > 2;
         return isAnswered ? PlatformDouble::answerWith(reply, "x") : OSErr{connectionInvalid};
     };
     delete MacOSXTransferObjForwarder().ForwardTransferObj(request);

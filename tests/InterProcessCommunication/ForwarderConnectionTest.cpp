@@ -43,7 +43,7 @@ TEST_F(ForwarderConnectionTest, ConnectToPOS_WithoutTheServerApplication_ThrowsT
     EXPECT_FALSE(forwarder.isConnected());
 }
 
-TEST_F(ForwarderConnectionTest, ConnectToPOS_WithAServerThatNeverAnswers_ThrowsTheTextOfTheCorruptKey) {
+TEST_F(ForwarderConnectionTest, ConnectToPOS_WithAServerThatNeverReplies_ThrowsTheTextOfTheCorruptKey) {
     loadTexts();
     failAlways(errAETimeout);
     testing::internal::CaptureStdout();
@@ -85,7 +85,7 @@ TEST_F(ForwarderConnectionTest, CheckConnection_ForgetsTheConnectionWithoutAskin
     EXPECT_EQ(platform.folderLookups, 2);
 }
 
-TEST_F(ForwarderConnectionTest, GetClientProcessID_IsTheSerialNumberAsItLiesInMemory) {
+TEST_F(ForwarderConnectionTest, GetClientProcessID_IsTheSerialNumberAsItIsInMemory) {
     ProcessSerialNumber number;
     number.highLongOfPSN = 0x01020304;
     number.lowLongOfPSN = 0x05060708;

@@ -78,7 +78,7 @@ TEST(IPC_Info, Destructor_ReleasesBothBuffersAndNothingElse) {
     EXPECT_EQ(watch.deletions(), 0);
 }
 
-TEST(IPC_Info, ReplyObject_BelongsToWhoeverTakesItOut) {
+TEST(IPC_Info, ReplyObject_BelongsToTheCodeThatTakesItOut) {
     IPC_Info info;
     auto* const replyObject = new POSTransferObj;
     info.setReplyObject(replyObject);

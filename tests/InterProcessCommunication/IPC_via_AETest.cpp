@@ -53,7 +53,7 @@ TEST_F(IPC_via_AETest, CreateEvent_AddressesTheServersSignatureInADescriptorOf8B
     EXPECT_EQ(created.transactionID, 0);
 }
 
-TEST_F(IPC_via_AETest, CreateEvent_ThatFails_AnswersThePlatformsError) {
+TEST_F(IPC_via_AETest, CreateEvent_ThatFails_ReturnsThePlatformsError) {
     const Client_to_POS_Communicator channel;
     EventDescriptor event;
     platform.createEventResult = memFullErr;
@@ -78,7 +78,7 @@ TEST_F(IPC_via_AETest, PutData_MakesTheBytesTheDirectParameterAsTheyAre) {
     EXPECT_EQ(received(), std::string("\0a\xFF\0", 4));
 }
 
-TEST_F(IPC_via_AETest, PutData_OfMoreThanAnEventHolds_AnswersMemoryFull) {
+TEST_F(IPC_via_AETest, PutData_OfMoreThanAnEventHolds_ReturnsMemoryFull) {
     const Client_to_POS_Communicator channel;
     EventDescriptor event;
     channel.CreateEvent('BUFF', 'data', event.get());
@@ -88,13 +88,13 @@ TEST_F(IPC_via_AETest, PutData_OfMoreThanAnEventHolds_AnswersMemoryFull) {
     EXPECT_EQ(channel.PutData(event.get(), &byte, 0xFFFFFFFFu), memFullErr);
 }
 
-TEST_F(IPC_via_AETest, PutData_ThatFails_AnswersThePlatformsError) {
+TEST_F(IPC_via_AETest, PutData_ThatFails_ReturnsThePlatformsError) {
     const Client_to_POS_Communicator channel;
     EventDescriptor nothing;
     EXPECT_EQ(channel.PutData(nothing.get(), nullptr, 0), errAENotAEDesc);
 }
 
-TEST_F(IPC_via_AETest, GetData_GivesTheBytesUnchangedAndUnterminated) {
+TEST_F(IPC_via_AETest, GetData_ReturnsTheBytesUnchangedAndUnterminated) {
     EXPECT_EQ(getData(std::string("\xC3\0\r\n\xFF", 5)), 0);
     EXPECT_EQ(received(), std::string("\xC3\0\r\n\xFF", 5));
 }
@@ -111,7 +111,7 @@ TEST_F(IPC_via_AETest, GetData_WithoutAParameter_IsThePlatformsErrorForAMissingO
     EXPECT_EQ(length, 0u);
 }
 
-TEST_F(IPC_via_AETest, GetData_WhenTheSecondReadFails_ReleasesTheBlockAndAnswersItsError) {
+TEST_F(IPC_via_AETest, GetData_WhenTheSecondReadFails_ReleasesTheBlockAndReturnsItsError) {
     platform.secondGetResult = memFullErr;
     EXPECT_EQ(getData("bytes"), memFullErr);
     EXPECT_EQ(buffer, nullptr);

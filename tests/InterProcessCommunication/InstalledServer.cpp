@@ -103,7 +103,7 @@ std::vector<std::string> InstalledServer::log() const {
     return lines;
 }
 
-int InstalledServer::countOfLog(const std::string& beginning) const {
+int InstalledServer::countInLog(const std::string& beginning) const {
     int count = 0;
     for (const std::string& line : log())
         count += line.rfind(beginning, 0) == 0 ? 1 : 0;

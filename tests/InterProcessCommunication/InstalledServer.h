@@ -32,7 +32,7 @@ class InstalledServer {
 
     /// Returns the lines of the server's log.
     std::vector<std::string> log() const;
-    int countOfLog(const std::string& beginning) const;
+    int countInLog(const std::string& beginning) const;
 
     /// Returns the processes in which the server has run, from its log.
     std::vector<pid_t> processes() const;

@@ -28,7 +28,7 @@ class MacOSXTransferObjForwarderTest : public test::ForwarderFixture {
     void dataEventsEndWith(const std::vector<OSErr>& results) {
         platform.server = [this, results](const SentEvent& event, AppleEvent* reply) {
             if (event.eventID != 'data') return PlatformDouble::answerWith(reply, "awake");
-            const auto index = static_cast<size_t>(countOfSent('data')) - 1;
+            const auto index = static_cast<size_t>(countSent('data')) - 1;
             const OSErr result = index < results.size() ? results[index] : results.back();
             return result == noErr ? PlatformDouble::answerWith(reply, "AsAk\1") : result;
         };
@@ -50,7 +50,7 @@ class MacOSXTransferObjForwarderTest : public test::ForwarderFixture {
     std::string console;
 };
 
-TEST_F(MacOSXTransferObjForwarderTest, Forward_SendsTheWireFormAndGivesTheAnswer) {
+TEST_F(MacOSXTransferObjForwarderTest, Forward_SendsTheWireFormAndReturnsTheAnswer) {
     dataEventsEndWith({noErr});
     const std::unique_ptr<POSTransferObj> reply = forward();
     ASSERT_EQ(platform.sent.size(), 1u);
@@ -61,13 +61,13 @@ TEST_F(MacOSXTransferObjForwarderTest, Forward_SendsTheWireFormAndGivesTheAnswer
 TEST_F(MacOSXTransferObjForwarderTest, Forward_BeforeAnyConnection_ConnectsAfterTheFirstFailedSend) {
     dataEventsEndWith({procNotFound, noErr});
     const std::unique_ptr<POSTransferObj> reply = forward();
-    EXPECT_EQ(countOfSent('data'), 2);
-    EXPECT_EQ(countOfSent('waCl'), 1);
+    EXPECT_EQ(countSent('data'), 2);
+    EXPECT_EQ(countSent('waCl'), 1);
     EXPECT_TRUE(forwarder.isConnected());
     EXPECT_EQ(toHex(reply->bytes()), "41 73 41 6B 01");
 }
 
-TEST_F(MacOSXTransferObjForwarderTest, Forward_SentTwentyTimesInVain_GivesTheLastEmptyReply) {
+TEST_F(MacOSXTransferObjForwarderTest, Forward_SentTwentyTimesInVain_ReturnsTheLastEmptyReply) {
     for (const OSErr error : {OSErr{procNotFound}, OSErr{connectionInvalid}}) {
         SCOPED_TRACE(error);
         platform.sent.clear();
@@ -76,10 +76,10 @@ TEST_F(MacOSXTransferObjForwarderTest, Forward_SentTwentyTimesInVain_GivesTheLas
         const std::unique_ptr<POSTransferObj> reply = forward();
         ASSERT_NE(reply, nullptr);
         EXPECT_EQ(reply->bytes().getSize(), 0u);
-        EXPECT_EQ(countOfSent('data'), 20);
+        EXPECT_EQ(countSent('data'), 20);
         // There is a reconnection after each attempt, including the last one.
         EXPECT_EQ(platform.folderLookups, 20);
-        EXPECT_EQ(countOfSent('waCl'), 20);
+        EXPECT_EQ(countSent('waCl'), 20);
     }
 }
 
@@ -112,15 +112,15 @@ TEST_F(MacOSXTransferObjForwarderTest, TwentyVainAttempts_EndInTheTraderAsTheRea
     expectFailure<StructuredReaderNotInitializedException>([&] { trader.unregisterApplication(5); },
                                                            exceptionTypeCode::kStructuredReaderNotInitialized,
                                                            "3841954A010E: ", "1");
-    EXPECT_EQ(countOfSent('data'), 20);
+    EXPECT_EQ(countSent('data'), 20);
 }
 
-TEST_F(MacOSXTransferObjForwarderTest, Forward_AnsweredAtTheTwentiethAttempt_GivesTheAnswer) {
+TEST_F(MacOSXTransferObjForwarderTest, Forward_AnsweredAtTheTwentiethAttempt_ReturnsTheAnswer) {
     std::vector<OSErr> results(19, connectionInvalid);
     results.push_back(noErr);
     dataEventsEndWith(results);
     EXPECT_EQ(toHex(forward()->bytes()), "41 73 41 6B 01");
-    EXPECT_EQ(countOfSent('data'), 20);
+    EXPECT_EQ(countSent('data'), 20);
     EXPECT_EQ(platform.folderLookups, 19);
 }
 
@@ -140,7 +140,7 @@ TEST_F(MacOSXTransferObjForwarderTest, OtherFailureAfterAReconnection_ThrowsWith
     dataEventsEndWith({procNotFound, errAETimeout});
     expectFailure<POSException>([&] { forward(); }, exceptionTypeCode::kPOSException, "???",
                                 kCommunicationError);
-    EXPECT_EQ(countOfSent('data'), 2);
+    EXPECT_EQ(countSent('data'), 2);
 }
 
 TEST_F(MacOSXTransferObjForwarderTest, AnswerWithoutADirectParameter_IsTheCommunicationError) {
@@ -171,7 +171,7 @@ TEST_F(MacOSXTransferObjForwarderTest, ServerThatCannotBeBroughtBack_EndsTheAtte
     failAlways(procNotFound);
     expectFailure<POSException>([&] { forward(); }, exceptionTypeCode::kPOSException, "???",
                                 "It is corrupt.");
-    EXPECT_EQ(countOfSent('data'), 1);
+    EXPECT_EQ(countSent('data'), 1);
     EXPECT_FALSE(forwarder.isConnected());
     EXPECT_NE(console.find("error: -600\n"), std::string::npos);
 }

@@ -1,9 +1,11 @@
 // Makes each allocation fail once, one after the other. The operation then either throws or succeeds anyway.
 // The sanitizers check that nothing leaks and that nothing is freed twice.
 #include <algorithm>
+#include <memory>
 #include <new>
 
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
+#include "InterProcessCommunication/EventDescriptor.h"
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
 #include "InterProcessCommunication/POSFieldForms.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
@@ -72,6 +74,26 @@ class OutOfMemoryTest : public test::ChannelFixture {
         return Outcome::thrown;
     }
 };
+
+TEST_F(OutOfMemoryTest, Communicator_AddressThatCannotBeCreated_IsNotConstructed) {
+    std::unique_ptr<Client_to_POS_Communicator> communicator;
+    const auto construct = [&] {
+        try {
+            communicator = std::make_unique<Client_to_POS_Communicator>();
+        } catch (const std::bad_alloc&) {
+            communicator.reset();
+        }
+    };
+    test::refuseEachRequest(construct, [&](bool refused) {
+        EXPECT_EQ(communicator == nullptr, refused);
+        if (communicator == nullptr) return;
+        EventDescriptor event;
+        communicator->CreateEvent(serverEvent::kBufferClass, serverEvent::kData, event.get());
+        EXPECT_EQ(
+            AEGetAttributePtr(event.get(), keyAddressAttr, typeApplSignature, nullptr, nullptr, 0, nullptr),
+            noErr);
+    });
+}
 
 TEST_F(OutOfMemoryTest, RegisterApplication_EndsInAnExceptionOrRegisters) {
     answerAlways(normalAnswer());

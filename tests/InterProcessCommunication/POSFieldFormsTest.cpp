@@ -115,7 +115,7 @@ TEST(POSFieldForms, ReadIdentifier_ReplacesTheOneThatIsThere) {
     EXPECT_EQ(toText(identifier), "0123456789abcdef");
 }
 
-TEST(POSFieldForms, ReadIdentifier_OfAnotherSize_FailsAndLeavesTheIdentifierAlone) {
+TEST(POSFieldForms, ReadIdentifier_OfAnotherSize_FailsAndLeavesTheIdentifierUnchanged) {
     const test::TransportTexts texts;
     for (const char* wrong : {"", "Echo", "fifteen bytes..", "seventeen bytes.."}) {
         POSTransferObj object;
@@ -145,11 +145,11 @@ TEST(POSFieldForms, ServerMessage_WithoutFlags_IsNotPresent) {
     EXPECT_FALSE(readMessage("00 00 00 00 48 69").isPresent());
 }
 
-TEST(POSFieldForms, ServerMessage_OfAnEmptyField_IsNone) {
+TEST(POSFieldForms, ServerMessage_OfAnEmptyField_IsNoMessage) {
     EXPECT_FALSE(readMessage("").isPresent());
 }
 
-TEST(POSFieldForms, ServerMessage_OfAFieldShorterThanItsFlags_IsNone) {
+TEST(POSFieldForms, ServerMessage_OfAFieldShorterThanItsFlags_IsNoMessage) {
     for (const char* cut : {"01", "01 01", "01 01 01"}) {
         EXPECT_FALSE(readMessage(cut).isPresent()) << cut;
         EXPECT_EQ(readMessage(cut).text, "") << cut;

@@ -46,7 +46,7 @@ TEST(POSTransferObj, NewWithHeader_HasTheFields0And1And3InThisOrder) {
                                                 "00 00 00 03 00 00 00 04 0E 00 00 00"));
 }
 
-TEST(POSTransferObj, NewWithFields_HasThemBehindTheHeaderFieldsAndCanGoOn) {
+TEST(POSTransferObj, NewWithFields_HasThemAfterTheHeaderFieldsAndCanGoOn) {
     POSTransferObj object(1, 10, 14, StructuredPart::ofNumber(103, 0xA1B2C3D4),
                           StructuredPart::ofBytes(110, "ab", 2));
     object.writeBytes(104, nullptr, 0);
@@ -166,7 +166,7 @@ TEST(POSTransferObj, ReadOfNoBytes_IsTheReadersFailureEachTime) {
     expectUnreadable([&] { object.hasField(103); });
 }
 
-TEST(POSTransferObj, ReadOfWhatIsNoBlock_IsTheReadersFailure) {
+TEST(POSTransferObj, ReadOfBytesThatAreNotABlock_IsTheReadersFailure) {
     POSTransferObj object;
     object.copyBytesFrom(makeArray("no structured block"));
     expectFailure<StructuredReaderNotInitializedException>([&] { object.getMessageKind(); },
@@ -198,7 +198,7 @@ TEST(POSTransferObj, ReadByteArrayAndString_GiveAllBytesOfTheField) {
     EXPECT_EQ(object.readString(120), "");
 }
 
-TEST(POSTransferObj, ReadBlock_GivesTheBytesAndTheirNumber) {
+TEST(POSTransferObj, ReadBlock_ReturnsTheBytesAndTheirNumber) {
     POSTransferObj object;
     receive(object, "00 00 00 6F 00 00 00 03 61 00 62");
     EXPECT_EQ(blockText(object.readBlock(111)), std::string("a\0b", 3));

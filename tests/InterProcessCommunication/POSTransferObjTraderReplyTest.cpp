@@ -240,14 +240,13 @@ TEST_F(POSTransferObjTraderReplyTest, FailureOfTheForwarder_PassesAsItIs) {
     }
 }
 
-TEST_F(POSTransferObjTraderReplyTest, Check_OfANormalAnswer_GivesItsKindAndLeavesIt) {
+TEST_F(POSTransferObjTraderReplyTest, Check_OfANormalAnswer_ReturnsItsKindAndLeavesIt) {
     auto reply = std::make_unique<POSTransferObj>(1, 11, 0);
     EXPECT_EQ(POSTransferObjTrader::CheckTransferObjReply(reply), 11u);
     EXPECT_NE(reply, nullptr);
 }
 
-TEST_F(POSTransferObjTraderReplyTest,
-       Check_OfACodeThatStandsForNoException_GivesTheCodeAndReleasesTheAnswer) {
+TEST_F(POSTransferObjTraderReplyTest, Check_OfACodeWithoutAnException_ReturnsTheCodeAndReleasesTheAnswer) {
     auto reply = std::make_unique<POSTransferObj>(1, kMessageKindException, 0);
     reply->writeString(150, "text");
     reply->writeUInt32(151, 36);

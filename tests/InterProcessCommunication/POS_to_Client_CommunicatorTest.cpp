@@ -45,7 +45,7 @@ TEST_F(POS_to_Client_CommunicatorTest, ReceiveTransferObj_OfAnEmptyParameter_Lea
 }
 
 TEST_F(POS_to_Client_CommunicatorTest,
-       ReceiveTransferObj_WithoutAParameter_AnswersTheErrorAndLeavesTheObject) {
+       ReceiveTransferObj_WithoutAParameter_ReturnsTheErrorAndLeavesTheObject) {
     const std::string before = toWireForm(object);
     EXPECT_EQ(receive(std::nullopt), errAEDescNotFound);
     EXPECT_EQ(toWireForm(object), before);

@@ -40,7 +40,7 @@ TEST_F(ServerDiscoveryTest, IsServerRunning_WithoutAReadableList_IsFalse) {
     EXPECT_FALSE(IsServerRunning());
 }
 
-TEST_F(ServerDiscoveryTest, FindServerApplication_GivesTheURLOfTheInstalledBundle) {
+TEST_F(ServerDiscoveryTest, FindServerApplication_ReturnsTheURLOfTheInstalledBundle) {
     install();
     CFURLRef found = nullptr;
     EXPECT_EQ(FindServerApplication(&found), 0);

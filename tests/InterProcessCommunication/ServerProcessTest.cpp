@@ -37,7 +37,7 @@ class ServerProcessTest : public testing::Test {
         return std::unique_ptr<POSTransferObj>(forwarder.ForwardTransferObj(request));
     }
 
-    std::string failureOfForward() {
+    std::string catchForwardFailure() {
         return test::failureText([this] { forward("request"); });
     }
 
@@ -65,7 +65,7 @@ TEST_F(ServerProcessTest, RunningServer_IsUsedWithoutAnotherLaunch) {
     EXPECT_EQ(communicator.ConnectToServer(), 0);
     EXPECT_EQ(communicator.ConnectToServer(), 0);
     EXPECT_EQ(server.processes().size(), 1u);
-    EXPECT_EQ(server.countOfLog("wake"), 2);
+    EXPECT_EQ(server.countInLog("wake"), 2);
 }
 
 TEST_F(ServerProcessTest, WithoutTheInstalledServer_NothingIsLaunched) {
@@ -81,7 +81,7 @@ TEST_F(ServerProcessTest, ProcessWhoseNameMerelyBeginsLikeTheServers_DoesNotCoun
     char* const arguments[] = {const_cast<char*>(program.c_str()), nullptr};
     ASSERT_EQ(posix_spawn(&process, program.c_str(), nullptr, nullptr, arguments, environ), 0);
     // Once the program has written its first log line, the installation ends it even if the test fails.
-    EXPECT_TRUE(test::waitUntil([this] { return server.countOfLog("start") == 1; }));
+    EXPECT_TRUE(test::waitUntil([this] { return server.countInLog("start") == 1; }));
     EXPECT_FALSE(IsServerRunning());
     kill(process, SIGKILL);
     EXPECT_EQ(waitpid(process, nullptr, 0), process);
@@ -128,7 +128,7 @@ TEST_F(ServerProcessTest, ServerThatDiesDuringTheExchange_IsLaunchedAgainAndTheR
     server.install("misbehave=vanishBefore\nmisbehaveTimes=1\n");
     EXPECT_EQ(forward("request")->readString(110), "request");
     EXPECT_EQ(server.processes().size(), 2u);
-    EXPECT_EQ(server.countOfLog("data"), 2);
+    EXPECT_EQ(server.countInLog("data"), 2);
 }
 
 TEST_F(ServerProcessTest, ServerThatDiesAtEachRequest_IsAskedTwentyTimesInAll) {
@@ -136,7 +136,7 @@ TEST_F(ServerProcessTest, ServerThatDiesAtEachRequest_IsAskedTwentyTimesInAll) {
     forwarder.ConnectToPOS(10);
     const std::unique_ptr<POSTransferObj> reply = forward("request");
     EXPECT_EQ(reply->bytes().getSize(), 0u);
-    EXPECT_EQ(server.countOfLog("data"), 20);
+    EXPECT_EQ(server.countInLog("data"), 20);
 }
 
 TEST_F(ServerProcessTest, ServerThatDiesDuringTheExchange_IsConnectionInvalidForTheChannel) {
@@ -155,26 +155,26 @@ TEST_F(ServerProcessTest, ServerThatDoesNotRun_IsProcNotFoundForTheChannel) {
 
 TEST_F(ServerProcessTest, ServerWithoutAHandlerForData_IsTheCommunicationError) {
     server.install("misbehave=noHandler\n");
-    EXPECT_EQ(failureOfForward(), kCommunicationError);
+    EXPECT_EQ(catchForwardFailure(), kCommunicationError);
     EXPECT_EQ(server.processes().size(), 1u);
 }
 
 TEST_F(ServerProcessTest, AnswerWithoutADirectParameter_IsTheCommunicationError) {
     server.install("misbehave=noParameter\n");
-    EXPECT_EQ(failureOfForward(), kCommunicationError);
-    EXPECT_EQ(server.countOfLog("data"), 1);
+    EXPECT_EQ(catchForwardFailure(), kCommunicationError);
+    EXPECT_EQ(server.countInLog("data"), 1);
 }
 
 TEST_F(ServerProcessTest, EmptyAnswer_IsAnEmptyReply) {
     server.install("misbehave=empty\n");
     EXPECT_EQ(forward("request")->bytes().getSize(), 0u);
-    EXPECT_EQ(server.countOfLog("data"), 1);
+    EXPECT_EQ(server.countInLog("data"), 1);
 }
 
 TEST_F(ServerProcessTest, HandshakeAnsweredWithAnEmptyDirectParameter_CountsAsAwake) {
     server.install("handshake=empty\n");
     EXPECT_EQ(communicator.ConnectToServer(), 0);
-    EXPECT_EQ(server.countOfLog("wake"), 1);
+    EXPECT_EQ(server.countInLog("wake"), 1);
 }
 
 TEST_F(ServerProcessTest, HandshakeAnsweredWithoutADirectParameter_DoesNotCountAsAwake) {
@@ -182,10 +182,10 @@ TEST_F(ServerProcessTest, HandshakeAnsweredWithoutADirectParameter_DoesNotCountA
     ASSERT_EQ(communicator.ConnectToServer(), 0);
     server.setBehaviour("handshake=noParameter\n");
     EXPECT_EQ(communicator.WakeServer(1000, 5), errAEDescNotFound);
-    EXPECT_EQ(server.countOfLog("wake"), 2);
+    EXPECT_EQ(server.countInLog("wake"), 2);
 }
 
-TEST_F(ServerProcessTest, WakeServer_WithAServerThatNeverAnswers_TakesFiveSecondsAndTimesOut) {
+TEST_F(ServerProcessTest, WakeServer_WithAServerThatNeverReplies_TakesFiveSecondsAndTimesOut) {
     server.install();
     ASSERT_EQ(communicator.ConnectToServer(), 0);
     kill(server.processes().back(), SIGSTOP);

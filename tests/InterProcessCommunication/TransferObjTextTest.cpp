@@ -96,7 +96,7 @@ TEST(TransferObjText, OfADamagedRequest_ShowsTheFieldsThatAreThere) {
               "105 object identifier = 5 bytes: 73 68 6F 72 74 \"short\"\n");
 }
 
-TEST(TransferObjText, CommandNameOf_NamesTheCommandOrSaysThatThereIsNone) {
+TEST(TransferObjText, ReadCommandName_NamesTheCommandOrSaysThatThereIsNone) {
     EXPECT_EQ(readCommandName(POSTransferObj(1, 10, 17).bytes()), "query interface version");
     EXPECT_EQ(readCommandName(POSTransferObj(1, 10, 99).bytes()), "unknown command");
     EXPECT_EQ(readCommandName({}), "unknown command");

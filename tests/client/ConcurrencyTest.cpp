@@ -35,7 +35,7 @@ class ConcurrencyTest : public test::SessionTest {
     std::atomic<int> overlaps_{0};
 };
 
-TEST_F(ConcurrencyTest, EightThreads_EachGetsItsOwnAnswersOneOperationAtATime) {
+TEST_F(ConcurrencyTest, EightThreads_EachReceivesItsOwnRepliesOneOperationAtATime) {
     forwarder_->answer(posCommand::kCallMethod, [this](POSTransferObj& request) {
         enter();
         const std::string parameters = request.readString(110);

@@ -37,7 +37,7 @@ TEST_F(CurrentSessionTest, Open_LoadsTheTextsFromTheInstalledBundle) {
     EXPECT_EQ(MultiLanguageSupport::getText(kDllErrorDialogTitle), "Freshly read");
 }
 
-TEST_F(CurrentSessionTest, Open_WithoutTexts_MakesASessionAllTheSame) {
+TEST_F(CurrentSessionTest, Open_WithoutTexts_StillMakesASession) {
     ASSERT_EQ(unlink(root_.path(kTexts).c_str()), 0);
     openSession(parts_);
     ASSERT_NE(currentSession(), nullptr);
@@ -102,7 +102,7 @@ TEST_F(CurrentSessionTest, Close_FailureOfTheShutdown_IsNeitherShownNorPassedOn)
     EXPECT_EQ(std::count(calls->begin(), calls->end(), "unregister application"), 1);
 }
 
-TEST_F(CurrentSessionTest, Close_ShutdownThatThrowsNoObjectOfTheFamily_EndsTheSessionAllTheSame) {
+TEST_F(CurrentSessionTest, Close_ShutdownThatThrowsNoObjectOfTheFamily_StillEndsTheSession) {
     openSession(parts_);
     registered("Editor");
     forwarder_->onRequest = [] { throw std::runtime_error("not of the family"); };

@@ -61,7 +61,7 @@ TEST_F(ErrorLogEntryTest, Entries_ReadBackAsSections) {
     EXPECT_EQ(sections[2].getString("APPLICATION"), "Viewer");
 }
 
-TEST_F(ErrorLogEntryTest, Head_ReadsBackBehindItsTitle) {
+TEST_F(ErrorLogEntryTest, Head_CanBeReadAfterItsTitle) {
     append("Editor", "no driver");
     std::string text = content();
     Properties store;

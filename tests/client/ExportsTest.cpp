@@ -13,19 +13,19 @@ class ExportsTest : public test::SystemRootTest {
     }
 };
 
-TEST_F(ExportsTest, InitializePOS_Answers0AndMakesTheSession) {
+TEST_F(ExportsTest, InitializePOS_Returns0AndMakesTheSession) {
     EXPECT_EQ(InitializePOS(), 0u);
     EXPECT_NE(currentSession(), nullptr);
 }
 
-TEST_F(ExportsTest, InitializePOS_Twice_Answers0AndLeavesTheSession) {
+TEST_F(ExportsTest, InitializePOS_Twice_Returns0AndLeavesTheSession) {
     ASSERT_EQ(InitializePOS(), 0u);
     const auto* const session = currentSession();
     EXPECT_EQ(InitializePOS(), 0u);
     EXPECT_EQ(currentSession(), session);
 }
 
-TEST_F(ExportsTest, TerminatePOS_Answers0AndEndsTheSession) {
+TEST_F(ExportsTest, TerminatePOS_Returns0AndEndsTheSession) {
     ASSERT_EQ(InitializePOS(), 0u);
     EXPECT_EQ(TerminatePOS(), 0u);
     EXPECT_EQ(currentSession(), nullptr);
@@ -38,7 +38,7 @@ TEST_F(ExportsTest, InitializePOS_AfterTerminatePOS_BuildsASessionAgain) {
     }
 }
 
-TEST_F(ExportsTest, FreeingFunctions_NeedNoSessionAndAnswer0) {
+TEST_F(ExportsTest, FreeingFunctions_NeedNoSessionAndReturn0) {
     EXPECT_EQ(posDeleteDLLHeapData(nullptr), 0u);
     EXPECT_EQ(posFreeDllHeapData(nullptr), 0u);
     EXPECT_EQ(posDeleteDLLHeapData(new uint8_t[3]), 0u);
@@ -68,7 +68,7 @@ TEST_F(ExportsTest, GetInfo_InterfaceVersion_NeedsNoServer) {
     EXPECT_EQ(posDeleteDLLHeapData(info), 0u);
 }
 
-TEST_F(ExportsTest, Register_WithoutAnInstalledServer_Is80000008AndLeavesTheIdentifierAlone) {
+TEST_F(ExportsTest, Register_WithoutAnInstalledServer_Is80000008AndLeavesTheIdentifierUnchanged) {
     ASSERT_EQ(InitializePOS(), 0u);
     uint32_t applicationId = 99;
     EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, nullptr, 0, &applicationId), 0x80000008u);

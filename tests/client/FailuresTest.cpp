@@ -47,7 +47,7 @@ TEST_F(FailuresTest, ErrorAnswer32_OutsideRegistration_CanBeRetried) {
     EXPECT_EQ(forwarder_->countOccurrences("check"), 0u);
 }
 
-TEST_F(FailuresTest, ErrorAnswersWithCode36OrUnlisted_FailEveryOperationWithoutAWord) {
+TEST_F(FailuresTest, ErrorAnswersWithCode36OrUnlisted_FailEveryOperationSilently) {
     const uint32_t applicationId = registered("Editor");
     for (uint32_t code : {36u, 29u, 44u, 147u}) {
         for (uint32_t command = 11; command <= 16; ++command)

@@ -36,7 +36,7 @@ TEST(OperationResult, AnythingElseThrown_LeavesNoObject) {
     }
 }
 
-TEST(OperationResult, IgnoringFailures_TellsWhetherTheWorkThrew) {
+TEST(OperationResult, IgnoringFailures_ReturnsWhetherTheWorkThrew) {
     int runs = 0;
     EXPECT_TRUE(ignoringFailures([&runs] { ++runs; }));
     EXPECT_FALSE(ignoringFailures([] { throw new CPPException("broken"); }));

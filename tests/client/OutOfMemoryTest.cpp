@@ -126,21 +126,21 @@ TEST_F(ClientOutOfMemoryTest, Unregister_KeepsTheRecordOrRemovesIt) {
                     });
 }
 
-TEST_F(ClientOutOfMemoryTest, Instantiate_FailsWithoutAnObjectOrHandsItOut) {
+TEST_F(ClientOutOfMemoryTest, Instantiate_FailsWithoutAnObjectOrReturnsIt) {
     failEachRequestDuring([this] { return instantiate(kApplication); }, [this] { expectObject(); });
 }
 
-TEST_F(ClientOutOfMemoryTest, Instantiate_MessageThatCannotBeShown_IsNoFailure) {
+TEST_F(ClientOutOfMemoryTest, Instantiate_MessageThatCannotBeShown_IsNotAFailure) {
     forwarder_->answer(posCommand::kInstantiateObject,
                        test::object("object", 1, "A message of the server that is long enough."));
     failEachRequestDuring([this] { return instantiate(kApplication); }, [this] { expectObject(); });
 }
 
-TEST_F(ClientOutOfMemoryTest, CallMethod_FailsWithoutAResultOrHandsItOut) {
+TEST_F(ClientOutOfMemoryTest, CallMethod_FailsWithoutAResultOrReturnsIt) {
     failEachRequestDuring([this] { return call(kApplication); }, [this] { expectResult(); });
 }
 
-TEST_F(ClientOutOfMemoryTest, CallMethodOnExecuter_FailsWithoutAResultOrHandsItOut) {
+TEST_F(ClientOutOfMemoryTest, CallMethodOnExecuter_FailsWithoutAResultOrReturnsIt) {
     const auto callOnExecuter = [this] {
         fillOutputs();
         return posCallMethodOnExecuter(kApplication, &identifier_, &identifier_, "add", nullptr, 0, &result_,
@@ -157,11 +157,11 @@ TEST_F(ClientOutOfMemoryTest, DeleteObject_FailsOrDeletes) {
     failEachRequestDuring([this] { return deleteObject(kApplication); }, [] {});
 }
 
-TEST_F(ClientOutOfMemoryTest, ExecuteCommand_FailsWithoutAResultOrHandsItOut) {
+TEST_F(ClientOutOfMemoryTest, ExecuteCommand_FailsWithoutAResultOrReturnsIt) {
     failEachRequestDuring([this] { return execute(kApplication); }, [this] { expectResult(); });
 }
 
-TEST_F(ClientOutOfMemoryTest, GetInfo_FailsWithoutABlockOrHandsItOut) {
+TEST_F(ClientOutOfMemoryTest, GetInfo_FailsWithoutABlockOrReturnsIt) {
     failEachRequestDuring([this] { return getInfo(kApplication); },
                           [this] {
                               ASSERT_EQ(infoLength_, 11);

@@ -45,7 +45,7 @@ TEST_F(POSAccessClientTest, Register_OptionsThatTheFrameIgnores_AreSentAsGiven) 
     EXPECT_EQ(forwarder_.lastRequest(posCommand::kRegisterApplication)->readString(114), "abc");
 }
 
-TEST_F(POSAccessClientTest, Register_IdentifierHandedOutTwice_NewerRecordReplacesTheOlder) {
+TEST_F(POSAccessClientTest, Register_IdentifierReturnedTwice_NewerRecordReplacesTheOlder) {
     registered(5, "Editor", 1, {"Counter"});
     registered(5, "Viewer", 1, {"Clock"});
     EXPECT_EQ(client_.applicationCount(), 1u);

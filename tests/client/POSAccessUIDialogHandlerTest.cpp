@@ -19,7 +19,7 @@ using test::ShownAlert;
 
 class POSAccessUIDialogHandlerTest : public test::DialogHandlerFixture {};
 
-TEST_F(POSAccessUIDialogHandlerTest, Run_WorkThatReturns_IsRunOnceWithoutAWord) {
+TEST_F(POSAccessUIDialogHandlerTest, Run_WorkThatReturns_IsRunOnceSilently) {
     EXPECT_TRUE(runFailing(0, otherFailure));
     EXPECT_FALSE(handler_.run(0, [] { return POSOutcome::kUnlistedError; }));
     EXPECT_EQ(runs_, 1);
@@ -147,7 +147,7 @@ TEST_F(POSAccessUIDialogHandlerTest, Silenced_ByOption1121_UntilForgotten) {
     EXPECT_FALSE(handler_.isSilenced(applicationId));
 }
 
-TEST_F(POSAccessUIDialogHandlerTest, Silenced_RegisteredAnewWithoutTheOption_IsNoLonger) {
+TEST_F(POSAccessUIDialogHandlerTest, Silenced_RegisteredAgainWithoutTheOption_IsNoLongerSilenced) {
     forwarder_.answer(posCommand::kRegisterApplication, test::registration(9));
     readOptions({1121});
     registered("Editor");

@@ -30,7 +30,7 @@ TEST(ProtectedObjectServerInterface, ItselfCannotBeMade_OnlyWhatIsDerived) {
     EXPECT_TRUE(std::is_default_constructible_v<EmptyServer>);
 }
 
-TEST(ProtectedObjectServerInterface, DefaultOperations_LeaveTheirOutputsAlone) {
+TEST(ProtectedObjectServerInterface, DefaultOperations_LeaveTheirOutputsUnchanged) {
     EmptyServer server;
     Interface& interface = server;
     CPPByteArray output;

@@ -41,7 +41,7 @@ TEST_F(RegistrationFrameTest, Options_OtherCodesAreIgnoredAndOrderDoesNotMatter)
     EXPECT_FALSE(handler_.flags().showsServerMessages);
 }
 
-TEST_F(RegistrationFrameTest, Options_LengthZeroOneOrOdd_AreIgnoredButFlagsAreSetAllTheSame) {
+TEST_F(RegistrationFrameTest, Options_LengthZeroOneOrOdd_AreIgnoredButFlagsAreStillSet) {
     const uint16_t codes[] = {1104, 1120, 1121};
     for (uint32_t length : {0u, 1u, 3u, 5u}) {
         readOptions({1104, 1120, 1121});
@@ -58,7 +58,7 @@ TEST_F(RegistrationFrameTest, Options_NullCountsAsNone) {
     EXPECT_TRUE(handler_.flags().withoutOption1104);
 }
 
-TEST_F(RegistrationFrameTest, Options_MayLieAtAnyAddress) {
+TEST_F(RegistrationFrameTest, Options_CanBeAtAnyAddress) {
     alignas(uint16_t) char bytes[] = "?\x50\x04";  // 1104, least significant byte first, after one byte
     handler_.readOptions(reinterpret_cast<const uint16_t*>(bytes + 1), 2);
     EXPECT_FALSE(handler_.flags().withoutOption1104);
@@ -97,7 +97,7 @@ TEST_F(RegistrationFrameTest, Refusal_AnswerTen_CountsAsRetryAtRegistration) {
     EXPECT_EQ(runs_, 3);
 }
 
-TEST_F(RegistrationFrameTest, Refusal_OutsideRegistration_OffersRetryAndCancelButTenIsNoRetry) {
+TEST_F(RegistrationFrameTest, Refusal_OutsideRegistration_OffersRetryAndCancelButTenIsNotARetry) {
     dialog_->answers = {11, 13, 11, 10};
     EXPECT_FALSE(runFailing(3, refusal));
     EXPECT_EQ(runs_, 3);
@@ -106,7 +106,7 @@ TEST_F(RegistrationFrameTest, Refusal_OutsideRegistration_OffersRetryAndCancelBu
     EXPECT_EQ(dialog_->shown, (std::vector<ShownAlert>{unknown, unknown, attentionAlert_, unknown}));
 }
 
-TEST_F(RegistrationFrameTest, Registration_AnswerTenToAnotherFailure_IsNoRetry) {
+TEST_F(RegistrationFrameTest, Registration_AnswerTenToAnotherFailure_IsNotARetry) {
     dialog_->answers = {10};
     EXPECT_FALSE(registerFailing(1, otherFailure));
     EXPECT_EQ(runs_, 1);

@@ -17,7 +17,7 @@ constexpr char kOtherName[] = "What the buffer is used for next";
 
 class RegistrationTest : public test::SessionOperationsTest {};
 
-TEST_F(RegistrationTest, Register_HandsOutTheIdentifierAndKeepsTheName) {
+TEST_F(RegistrationTest, Register_ReturnsTheIdentifierAndKeepsTheName) {
     forwarder_->answer(posCommand::kRegisterApplication, test::registration(42));
     EXPECT_EQ(registered("Editor"), 42u);
     EXPECT_STREQ(currentSession()->client().applicationName(42), "Editor");
@@ -203,7 +203,7 @@ TEST_F(RegistrationTest, Register_Option1120_RefusalIsNotShown) {
     EXPECT_EQ(forwarder_->countOccurrences("check"), 1u);
 }
 
-TEST_F(RegistrationTest, Register_AnswerWithCode36_FailsWithoutAWordAndDisconnects) {
+TEST_F(RegistrationTest, Register_AnswerWithCode36_FailsSilentlyAndDisconnects) {
     forwarder_->answer(posCommand::kRegisterApplication, test::error(36, "whatever"));
     uint32_t applicationId = 99;
     EXPECT_EQ(registerHost(&applicationId), POS_FAILURE);

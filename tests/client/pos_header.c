@@ -1,2 +1,3 @@
-/* Checks that the public header compiles on its own as C99. */
+/* Checks that the public headers for C compile as C99. */
 #include "dovrel/pos.h"
+#include "dovrel/pos_functions.h"

@@ -117,6 +117,24 @@ class Check(unittest.TestCase):
                     f"{REASONS}:1: there is no NoTest", f"{REASONS}:4: Tested.h is not a header without a test",
                     f"{REASONS}:5: gone/ is not a header without a test")
 
+    def test_Readmes_AFolderWithoutOne_IsNamed(self):
+        for page in ("one", "one/two", "fuzz", "server"):
+            self.write(f"{page}/README.md", "# Page\n")
+        self.write("one/two/three/code.cpp", "")
+        self.write("fuzz/Target.corpus/seed", "")
+        self.write(".ci/run", "")
+        self.expect("readmes")
+        self.write("one/other/code.cpp", "")
+        self.write("alone/code.cpp", "")
+        self.expect("readmes", r"alone: there is no README\.md", r"one/other: there is no README\.md")
+
+    def test_Readmes_APageThatIsTooLong_IsNamed(self):
+        self.write("one/README.md", 15 * "line\n")
+        self.write("server/README.md", 200 * "line\n")
+        self.expect("readmes")
+        self.write("one/README.md", 16 * "line\n")
+        self.expect("readmes", r"one/README\.md: it has 16 lines, more than 15")
+
     def write_contract_tests(self):
         self.write("portability/include/Carbon/Carbon.h", "")
         self.write("tests/portability/CMakeLists.txt",
@@ -165,11 +183,12 @@ class Check(unittest.TestCase):
 
 class Help(unittest.TestCase):
     def test_OfEveryCommand_EndsWithZero(self):
-        for command in ("test", "check", "fuzz", "demo"):
+        for command in ("benchmark", "check", "check-bundle", "count-tests", "demo", "faults", "fuzz", "in-i386-root", "in-root", "setup",
+                        "soak", "test"):
             for word in ("-h", "--help"):
                 result = run(f"scripts/{command}", word)
                 self.assertEqual((result.returncode, result.stderr), (0, ""), command)
-                self.assertRegex(result.stdout, f"^usage: scripts/{command} ")
+                self.assertRegex(result.stdout, rf"^usage: scripts/{command}\s")
 
     def test_OfTest_NamesEveryTestPreset(self):
         listed = run("cmake", "--list-presets=test").stdout
@@ -187,10 +206,14 @@ class Help(unittest.TestCase):
 
     def test_WrongArguments_EndWithTwoAndTheUsage(self):
         for command, *arguments in (["test", "--unknown"], ["test", "dev", "nonsense"], ["check", "nonsense"],
-                                    ["fuzz", "nonsense"], ["fuzz", "all", "0"], ["fuzz", "all", "1", "2"]):
+                                    ["fuzz", "nonsense"], ["fuzz", "all", "0"], ["fuzz", "all", "1", "2"],
+                                    ["check-bundle", "--unknown"], ["check-bundle", "one", "two"], ["count-tests"],
+                                    ["demo", "--unknown"], ["demo", "one", "two"], ["in-i386-root"],
+                                    ["in-i386-root", "--unknown"], ["in-root"], ["in-root", "nonsense", "true"],
+                                    ["setup", "nonsense"]):
             result = run(f"scripts/{command}", *arguments)
             self.assertEqual((result.returncode, result.stdout), (2, ""), command)
-            self.assertRegex(result.stderr, f"^usage: scripts/{command} ")
+            self.assertRegex(result.stderr, rf"^usage: scripts/{command}\s")
 
 
 if __name__ == "__main__":

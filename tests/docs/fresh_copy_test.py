@@ -1,7 +1,8 @@
 """Runs README.md's quick start and scripts/demo in a new copy of the source, where everything is built again."""
 import shutil
 
-from quick_start import BUILD_COMMANDS, COMPILE_AND_RUN, HOST, INSTALL, IS_ROOT, QUIT, SOURCES, Installation
+from installation import IS_ROOT, SOURCES, Installation
+from quick_start import BUILD_COMMANDS, COMPILE_AND_RUN, HOST, INSTALL, QUIT
 
 
 class FreshCopy(Installation):

@@ -1,17 +1,9 @@
-"""Reads README.md's quick start from the page and runs it word by word as a user who is not root."""
-import os
+"""Reads README.md's quick start from the page, so that tests run it word by word."""
 import re
-import signal
-import subprocess
-import tempfile
-import time
-import unittest
-from pathlib import Path
 
-SOURCES = Path(__file__).resolve().parents[2]
+from installation import SOURCES
+
 README = (SOURCES / "README.md").read_text()
-IS_ROOT = os.geteuid() == 0
-USER = 65534 if IS_ROOT else os.geteuid()
 
 
 def blocks(kind):
@@ -22,81 +14,3 @@ BUILD_COMMANDS, INSTALL, COMPILE_AND_RUN, QUIT = blocks("sh")
 HOST, = blocks("c")
 SERVER_IS_MISSING, = blocks("text")
 SET_ROOT = INSTALL.splitlines()[0] + "\n"
-
-
-class Installation(unittest.TestCase):
-    """A home folder for a user who is not root, where this user runs commands."""
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        # Some system calls need a path without symbolic links.
-        self.folder = Path(folder.name).resolve()
-        self.folder.chmod(0o755)
-        self.addCleanup(self.end_servers)
-        self.home = self.new_folder("home")
-        self.runtime = self.new_folder("run")
-        self.runtime.chmod(0o700)
-        # The servers' endpoints are created here. Without it they would be left in
-        # the machine's folder of this name.
-        self.root.mkdir()
-        self.new_folder("home/dovrel/tmp")
-
-    def new_folder(self, name):
-        folder = self.folder / name
-        folder.mkdir()
-        self.give(folder)
-        return folder
-
-    @staticmethod
-    def give(path):
-        if IS_ROOT:
-            os.chown(path, USER, USER)
-
-    @property
-    def root(self):
-        return self.home / "dovrel"
-
-    @property
-    def products(self):
-        return self.root / "Library/Application Support/Tessilor/pos"
-
-    @property
-    def logs(self):
-        return self.root / "Library/Logs/Tessilor"
-
-    def run_as(self, is_root, commands, folder):
-        """Runs the commands in one shell, without a display. Of this environment it keeps only PATH."""
-        rights = {} if is_root or not IS_ROOT else {"user": USER, "group": USER, "extra_groups": []}
-        environment = {"HOME": str(self.home), "PATH": os.environ["PATH"], "XDG_RUNTIME_DIR": str(self.runtime),
-                       "CMAKE_BUILD_PARALLEL_LEVEL": "2"}
-        return subprocess.run(["nice", "bash", "-ec", commands], cwd=folder, env=environment, capture_output=True,
-                              text=True, stdin=subprocess.DEVNULL, errors="replace", **rights)
-
-    def expect(self, result, status, output=None):
-        shown = f"{result.stdout}\n--\n{result.stderr}"
-        self.assertEqual(result.returncode, status, shown)
-        if output is not None:
-            self.assertEqual((result.stdout, result.stderr), (output, ""), shown)
-
-    def servers(self):
-        found = []
-        for link in Path("/proc").glob("[0-9]*/exe"):
-            try:
-                program = os.readlink(link)
-            except OSError:
-                continue
-            if program.startswith(f"{self.folder}/"):
-                found.append(int(link.parent.name))
-        return found
-
-    def end_servers(self):
-        for server in self.servers():
-            os.kill(server, signal.SIGTERM)
-        self.wait_until(lambda: not self.servers())
-
-    def wait_until(self, condition):
-        end = time.monotonic() + 60
-        while not condition():
-            self.assertLess(time.monotonic(), end, "waited for a minute")
-            time.sleep(0.01)

@@ -4,7 +4,8 @@ import re
 import shutil
 from pathlib import Path
 
-from quick_start import COMPILE_AND_RUN, HOST, INSTALL, IS_ROOT, QUIT, README, SERVER_IS_MISSING, SET_ROOT, USER, Installation
+from installation import IS_ROOT, USER, Installation
+from quick_start import COMPILE_AND_RUN, HOST, INSTALL, QUIT, README, SERVER_IS_MISSING, SET_ROOT
 
 BUILD = Path(os.environ["DOVREL_BINARY_DIR"])
 
@@ -70,6 +71,16 @@ class QuickStart(Installation):
         self.assertIn("Could not launch Merrowd server application!", result.stdout)
         self.assertRegex(result.stdout, r"\nerror: -?\d+\n")
 
+    def test_WithoutProc_TheServerCanNeitherBeStartedNorFound(self):
+        self.expect(self.run_host(), 0, "sum: 2\n")
+        hide = "unshare --map-root-user --mount sh -c 'mount -t tmpfs none /proc && exec \"$@\"' hide "
+        if self.run_as(True, f"{hide}true", self.work).returncode != 0:
+            print("readme_test: Skipped\nthe right is missing to hide /proc")
+            self.skipTest("no namespaces")
+        result = self.run_as(True, f"{SET_ROOT}{hide}./counter", self.work)
+        self.expect(result, 1)
+        self.assertIn("Could not launch Merrowd server application!", result.stdout)
+
     def test_WrongClass_IsToldInTheAlert(self):
         self.write_host(HOST.replace('"Counter"', '"Bounter"'))
         result = self.run_host()
@@ -92,7 +103,7 @@ class QuickStart(Installation):
         (self.products / "Dovrel.bundle").rename(self.products / "Moved.bundle")
         result = self.run_as(False, SET_ROOT + "./counter", self.work)
         self.expect(result, 127)
-        self.assertIn("error while loading shared libraries: Dovrel", result.stderr)
+        self.assertIn("error while loading shared libraries: libdovrel.so.1", result.stderr)
 
     def test_FailuresOnThePage_AreTheOnesTestedHere(self):
         rows = re.findall(r"^\| (.+?) \| .+? \| .+? \|$", README.split("### If it does not work")[1].split("\n## ")[0],
@@ -101,10 +112,11 @@ class QuickStart(Installation):
             "that text 21 times, and an alert that says only `My program1`",
             "that text once, and an alert that says the same",
             "`Could not launch Merrowd server application!` and `error: N`",
+            "the same in a container or a `chroot`",
             "an alert with `the server has no such class`",
             "an alert with `has no method`",
             "`dovrel/pos.h: No such file or directory` from the compiler",
-            "`error while loading shared libraries: Dovrel`"])
+            "`error while loading shared libraries: libdovrel.so.1`"])
 
     @staticmethod
     def texts_of_missing_server(output):

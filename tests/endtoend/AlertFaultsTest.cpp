@@ -61,7 +61,7 @@ TEST_F(AlertFaults, AHelperThatIsKilledWhileTheAlertIsOpen_IsAnAlertThatIsNotAns
     EXPECT_EQ(countOccurrences(systemLog(), "No Error dialogue shown"), 2u) << systemLog();
 }
 
-TEST_F(AlertFaults, AHelperThatNeverAnswersAndIsKilled_IsAnAlertThatIsNotAnswered) {
+TEST_F(AlertFaults, AHelperThatNeverRepliesAndIsKilled_IsAnAlertThatIsNotAnswered) {
     useFakeHelper({"wait"});
     start({"join"});
     kill(fake_.process(), SIGKILL);

@@ -2,6 +2,8 @@
 // the host's own state does not change.
 #include "tests/endtoend/AlertHosts.h"
 
+#include <filesystem>
+
 namespace dovrel::test {
 namespace {
 
@@ -47,7 +49,7 @@ TEST_F(AlertHosts, AHostWithoutStandardStreams_ShowsTheAlertAndKeepsThemClosed) 
     expectAlertThatIsAnswered();
 }
 
-TEST_F(AlertHosts, AHostWithoutStandardStreams_GivesTheHelperItsStreamAndNothingElse) {
+TEST_F(AlertHosts, AHostWithoutStandardStreams_PassesTheHelperItsStreamAndNothingElse) {
     useFakeHelper({kShownEvent, pressedEvent(0)});
     start({"join", "closed"});
     expectFailedCallAndEnd();
@@ -71,7 +73,10 @@ TEST_F(AlertHosts, AHostThatLoadedTheBundleByARelativePathAndLeftTheFolder_Shows
 
 TEST_F(AlertHosts, AHostThatIsLinkedWithTheLibrary_ShowsTheAlert) {
     root_.removeServer();
-    setenv("LD_LIBRARY_PATH", (root_.library() + "/Contents/MacOS").c_str(), 1);
+    const std::string folder = root_.path() + "/lib/";
+    std::filesystem::create_directory(folder);
+    std::filesystem::create_symlink(root_.library() + "/Contents/MacOS/Dovrel", folder + DOVREL_SONAME);
+    setenv("LD_LIBRARY_PATH", folder.c_str(), 1);
     host_ =
         std::make_unique<ChildProcess>(std::vector<std::string>{LINKED_HOST}, root_.path() + "/system.log");
     EXPECT_TRUE(desktop_.pressKey("Return"));

@@ -24,7 +24,7 @@ class Answers : public InSession {
         console.stop();
         EXPECT_EQ(answered.status, POS_FAILURE);
         EXPECT_EQ(answered.bytes, "");
-        EXPECT_EQ(countAlerts(console, texts_.failureBody("End to end", message, kUnrecoverable)), 1u)
+        EXPECT_EQ(countFailures(console, message, kUnrecoverable), 1u)
             << fault << details << console.systemLog();
         EXPECT_EQ(alerts(console), 1u);
         EXPECT_EQ(countInServerLog(" call method"), callsBefore + 1) << "it was sent once";
@@ -35,15 +35,15 @@ class Answers : public InSession {
 };
 
 // A message of one character comes from the reader and names the check that failed.
-TEST_F(Answers, OfNoBytes_AreNoStructuredBlock) {
+TEST_F(Answers, OfNoBytes_AreNotAStructuredBlock) {
     expectFailure("empty", "1");
 }
 
-TEST_F(Answers, OfGarbage_AreNoStructuredBlock) {
+TEST_F(Answers, OfGarbage_AreNotAStructuredBlock) {
     expectFailure("garbage", "1");
 }
 
-TEST_F(Answers, CutInsideTheBlocksHeaderOrAPart_AreNoStructuredBlock) {
+TEST_F(Answers, CutInsideTheBlocksHeaderOrAPart_AreNotAStructuredBlock) {
     for (const int length : {1, 4, 9, 11, 20, 45, 60})
         expectFailure("cut", "1", setting("cutTo", length));
 }

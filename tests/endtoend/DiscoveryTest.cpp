@@ -175,7 +175,7 @@ TEST_F(Discovery, RootThroughASymbolicLink_HasTheSameServer) {
     EXPECT_EQ(root_.servers(), before);
 }
 
-TEST_F(Discovery, InstallationBehindASymbolicLink_HasOneServer) {
+TEST_F(Discovery, InstallationThroughASymbolicLink_HasOneServer) {
     const fs::path installed = fs::path(root_.server()).parent_path();
     fs::rename(installed, elsewhere_.path("installed"));
     fs::create_directory_symlink(elsewhere_.path("installed"), installed);

@@ -108,6 +108,11 @@ size_t EndToEnd::countAlerts(const Console& console, const std::string& body) {
     return countOccurrences(console.systemLog(), ShippedTexts::unshownAlert(body));
 }
 
+size_t EndToEnd::countFailures(const Console& console, const std::string& message,
+                               const std::string& explanation) const {
+    return countAlerts(console, texts_.failureBody("End to end", message, explanation));
+}
+
 size_t EndToEnd::alerts(const Console& console) {
     return countOccurrences(console.systemLog(), "No Error dialogue shown");
 }

@@ -88,6 +88,10 @@ class EndToEnd : public testing::Test {
   protected:
     /// Returns how many alerts with this body would have been shown.
     static size_t countAlerts(const Console& console, const std::string& body);
+    /// Returns how many alerts would have been shown that report a failure to the application of `host_`.
+    /// `explanation` is the text's key.
+    size_t countFailures(const Console& console, const std::string& message,
+                         const std::string& explanation) const;
     /// Returns how many alerts with any body would have been shown.
     static size_t alerts(const Console& console);
 

@@ -69,7 +69,7 @@ TEST_F(Environments, ServerThatStartedWithoutAnyEnvironment_IsUsedInASession) {
     EXPECT_EQ(root_.servers(), before);
 }
 
-TEST_F(Environments, ServerOfASession_IsUsedAfterSuAndWithRuntimeFoldersThatAreNone) {
+TEST_F(Environments, ServerOfASession_IsUsedAfterSuAndWithInvalidRuntimeFolders) {
     host_.registered();
     const std::string foreign = root_.path() + "/run/foreign";
     fs::create_directory(foreign);
@@ -129,7 +129,7 @@ TEST_F(Environments, FolderOfAnotherUserInTheServersPlace_DisturbsNobodyWhoIsLog
     EXPECT_TRUE(fs::is_empty(occupied));
 }
 
-TEST_F(Environments, UmaskOfAHost_KeepsNoOtherHostOfItsUserOut) {
+TEST_F(Environments, UmaskOfAHost_DoesNotExcludeOtherHostsOfItsUser) {
     NEEDS_ROOT("become another user");
     fs::permissions(root_.path(), fs::perms(0755));
     fs::permissions(root_.path() + "/tmp", fs::perms(01777));
@@ -165,7 +165,7 @@ TEST_F(Environments, ControlTool_FindsTheServerWithoutAnyEnvironment) {
 
 // A server in a container, or in a service with a /tmp of its own, cannot be reached from outside, nor one outside
 // from there. So each side has its own server, whichever was first.
-TEST_F(Environments, ServerWithAnotherTmp_KeepsNobodyFromLaunchingAnother) {
+TEST_F(Environments, ServerWithAnotherTmp_DoesNotPreventTheLaunchOfAnother) {
     NEEDS_ROOT("make a mount namespace");
     root_.configure(setting("endWithLastClient", 1));
     const auto enterOwnTmp = [this] {
@@ -218,7 +218,7 @@ size_t countProcesses(const std::string& executable) {
     return count;
 }
 
-TEST_F(Environments, SystemsOwnPlaces_LeadASessionAndCronToOneServer) {
+TEST_F(Environments, SystemsOwnPlaces_ASessionAndCronUseOneServer) {
     NEEDS_ROOT("make a mount namespace");
     root_.configure(setting("endWithLastClient", 1));
     fs::remove(root_.path() + "/tmp");

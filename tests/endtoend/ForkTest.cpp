@@ -67,7 +67,7 @@ TEST_F(Fork, ChildThatIsForkedDuringACallOfAnotherThread_FailsAtOnce) {
     caller.join();
 }
 
-TEST_F(Fork, ChildThatRunsOn_KeepsNoOtherHostFromLaunchingTheNextServer) {
+TEST_F(Fork, ChildThatRunsOn_DoesNotPreventOtherHostsFromLaunchingTheNextServer) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     std::vector<pid_t> children;

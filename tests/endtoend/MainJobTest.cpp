@@ -64,8 +64,7 @@ TEST_F(MainJob, SeveralApplicationsOfOneHost_KeepTheirObjectsApart) {
     Console console;
     EXPECT_EQ(host_.call(two, counter, "value").status, POS_FAILURE);
     console.stop();
-    EXPECT_EQ(countAlerts(console, texts_.failureBody("End to end", "the application has no such object",
-                                                      "DLL_ERROR_UNRECOVERABLE_ERROR")),
+    EXPECT_EQ(countFailures(console, "the application has no such object", "DLL_ERROR_UNRECOVERABLE_ERROR"),
               1u);
     EXPECT_EQ(host_.call(one, counter, "value").status, POS_OK);
     library_.TerminatePOS();

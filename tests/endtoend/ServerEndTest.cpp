@@ -19,7 +19,7 @@ TEST_F(ServerEnd, ByAQuitEvent_IsCleanAndImmediate) {
     EXPECT_EQ(countInServerLog(" ended\n"), 1u);
 }
 
-TEST_F(ServerEnd, QuitWithoutAServer_IsNoFailure) {
+TEST_F(ServerEnd, QuitWithoutAServer_IsNotAFailure) {
     ServerControl::quit();
 }
 
@@ -62,7 +62,7 @@ TEST_F(ServerEnd, WithItsLastClient_AlsoWhenThatWasKilled) {
     root_.waitForServers(0);
 }
 
-TEST_F(ServerEnd, ASettingsFileFullOfNonsense_GivesLinesInTheLogAndAServerThatWorks) {
+TEST_F(ServerEnd, ASettingsFileFullOfNonsense_IsLoggedAndTheServerWorks) {
     root_.configure(
         std::string(
             "no key line\n//log\nINT:1\n//log\nINT:0\n//delay\nSTR:soon\n//unknown\nINT:1\n//CLASS\nSTR:\n"

@@ -1,4 +1,4 @@
-// A server that is ending keeps no host from its successor.
+// A server that is ending does not prevent hosts from launching the next one.
 #include <signal.h>
 #include <sys/ptrace.h>
 #include <sys/wait.h>
@@ -40,7 +40,7 @@ class ServerExit : public EndToEnd {
     ~ServerExit() override { library_.TerminatePOS(); }
 };
 
-TEST_F(ServerExit, ServerThatIsStillEnding_KeepsNoHostFromLaunchingTheNext) {
+TEST_F(ServerExit, ServerThatIsStillEnding_DoesNotPreventHostsFromLaunchingTheNext) {
     const ServerWithoutEndpoint ending(root_.serverExecutable());
     const uint32_t application = host_.registered();
     EXPECT_EQ(host_.command(application, "ping", "next").bytes, "next");

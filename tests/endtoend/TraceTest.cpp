@@ -12,7 +12,7 @@ class Traced : public EndToEnd {
     ~Traced() override { unsetenv("POS_TRACE"); }
 
     /// Registers, has "a secret" echoed, calls a method that does not exist, and ends. Returns the trace.
-    std::string traceOfASession(const std::string& areas) {
+    std::string traceSession(const std::string& areas) {
         const std::string file = root_.path() + "/trace";
         setenv("POS_TRACE", (areas + ",file=" + file).c_str(), 1);
         library_.InitializePOS();
@@ -35,9 +35,9 @@ void expectInOrder(const std::vector<std::string>& lines, const std::vector<std:
     }
 }
 
-TEST_F(Traced, All_WritesDownTheWayToTheServerAndEveryExchangeAndNothingThatIsSaid) {
+TEST_F(Traced, All_RecordsTheConnectionAndEveryExchangeButNoContent) {
     Console console;
-    const std::string trace = traceOfASession("all");
+    const std::string trace = traceSession("all");
     console.stop();
     EXPECT_EQ(console.output(), "");
     EXPECT_EQ(console.systemLog().find("dovrel "), std::string::npos);
@@ -68,7 +68,7 @@ TEST_F(Traced, OperationsOfAnApplicationThatIsNotRegistered_AreEntriesBecauseNot
 
 TEST_F(Traced, Level3_ShowsWhatIsSaidInReadableForm) {
     Console console;
-    const std::string trace = traceOfASession("exchange:3");
+    const std::string trace = traceSession("exchange:3");
     EXPECT_NE(trace.find("\n    > 107 method name = \"echo\"\n"), std::string::npos);
     EXPECT_NE(trace.find("\n    < 111 result data = 8 bytes: 61 20 73 65 63 72 65 74 \"a secret\"\n"),
               std::string::npos);
@@ -76,7 +76,7 @@ TEST_F(Traced, Level3_ShowsWhatIsSaidInReadableForm) {
 
 TEST_F(Traced, WithoutTheVariable_MakesNoFileAndSaysNothing) {
     Console console;
-    traceOfASession("exchange:0");
+    traceSession("exchange:0");
     unsetenv("POS_TRACE");
     library_.InitializePOS();
     host_.registered();

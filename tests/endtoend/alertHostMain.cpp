@@ -43,6 +43,7 @@
 
 #include "tests/support/HostState.h"
 #include "tests/support/PosLibrary.h"
+#include "tests/support/WaitUntil.h"
 
 namespace {
 
@@ -118,6 +119,8 @@ class Host {
     void unregister() const { tellStatus(library_.posUnregisterApplication(application_)); }
 
     void end() const {
+        // A helper that has answered may still be ending.
+        dovrel::test::waitUntil([this] { return before_->changes().empty(); });
         for (const std::string& change : before_->changes())
             tell("changed " + change);
         tellChangesBy("a failure");

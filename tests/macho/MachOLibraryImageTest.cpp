@@ -42,7 +42,7 @@ class MachOLibraryImage : public testing::Test {
     const macho::MachOFile shipped_ = macho::MachOFile::read(kExecutable);
 };
 
-TEST_F(MachOLibraryImage, ItsFunctions_AreTheListedOnesAndLieInItsCode) {
+TEST_F(MachOLibraryImage, ItsFunctions_AreTheListedOnesAndAreInItsCode) {
     std::set<std::string> exported;
     for (const auto& symbol : macho::exportedSymbols(shipped_.exports()))
         exported.insert(symbol.first.substr(1));

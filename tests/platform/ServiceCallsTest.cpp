@@ -75,7 +75,7 @@ TEST_F(ServiceCalls, MutexLockAndUnlock_AreTrueExactlyAtNoErr) {
     EXPECT_TRUE(mutex.unlock());
 }
 
-TEST_F(ServiceCalls, MutexWithIdentifierZero_AnswersFalseWithoutACall) {
+TEST_F(ServiceCalls, MutexWithIdentifierZero_ReturnsFalseWithoutACall) {
     services.createdId = 0;
     {
         MacOSXMutex mutex;

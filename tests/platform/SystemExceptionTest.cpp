@@ -55,7 +55,7 @@ TEST(SystemException, ThrownByPointer_IsCaughtAsTheRootOfTheFamily) {
     EXPECT_THAT(failure->getMessage(), StrEq("System error: 5"));
 }
 
-TEST(SystemException, Copy_HasTheErrorCodeToo) {
+TEST(SystemException, Copy_AlsoHasTheErrorCode) {
     const SystemException original("somewhere", -36);
     const SystemException copy(original);
     EXPECT_EQ(copy.getErrorCode(), -36);

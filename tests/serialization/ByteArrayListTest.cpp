@@ -29,7 +29,7 @@ TEST(ByteArrayList, OfAbAndAnEmptyArray_HasTheGoldenBytes) {
               "00 00 00 07 00 00 00 00");
 }
 
-TEST(ByteArrayList, Empty_IsTheCountAlone) {
+TEST(ByteArrayList, Empty_IsOnlyTheCount) {
     CPPExpandingByteArray block;
     writeByteArrayList(std::vector<CPPByteArray>(), block);
     EXPECT_EQ(toHex(block), kEmptyList);

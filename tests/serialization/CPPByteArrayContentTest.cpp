@@ -119,7 +119,7 @@ TEST(CPPByteArrayContent, SetFromPart_CopiesARangeOfTheSource) {
     EXPECT_EQ(toText(array), "cde");
 }
 
-TEST(CPPByteArrayContent, SetFromPart_BeyondTheSource_HasTheLengthAllTheSame) {
+TEST(CPPByteArrayContent, SetFromPart_BeyondTheSource_StillHasTheLength) {
     CPPByteArray array;
     array.setFromPart(makeArray("abcdef"), 4, 5);
     ASSERT_EQ(array.getSize(), 5u);

@@ -80,7 +80,7 @@ TEST(CPPByteArrayStream, Length_TakesTheNextBytes) {
     EXPECT_EQ(array.data(), nullptr);
 }
 
-TEST(CPPByteArrayStream, LengthBeyondTheEnd_IsTheSizeAllTheSame) {
+TEST(CPPByteArrayStream, LengthBeyondTheEnd_IsStillTheSize) {
     std::istringstream stream("ab");
     CPPByteArray array;
     array.loadFromStream(stream, 4);
@@ -105,7 +105,7 @@ TEST(CPPByteArrayStream, LengthBeyondTheEnd_FillsTheMissingBytesWithZeros) {
         EXPECT_EQ(array.getByte(i), 0) << i;
 }
 
-TEST(CPPByteArrayStream, LengthAfterAWordThatIsNoNumber_TakesTheBytesThatWereNotRead) {
+TEST(CPPByteArrayStream, LengthAfterAWordThatIsNotANumber_TakesTheBytesThatWereNotRead) {
     std::istringstream stream("12 cde");
     int number = 0;
     stream >> number >> number;
@@ -146,7 +146,7 @@ void expectThatNothingStaysBehind(const Load& load) {
     EXPECT_EQ(toText(array), "old");
 }
 
-TEST(CPPByteArrayStream, StreamThatThrows_LeavesTheArrayAsItWasAndNoMemoryBehind) {
+TEST(CPPByteArrayStream, StreamThatThrows_LeavesTheArrayUnchangedAndLeaksNothing) {
     expectThatNothingStaysBehind(
         [](CPPByteArray& array, std::istream& stream) { array.loadFromStream(stream); });
     expectThatNothingStaysBehind(

@@ -84,7 +84,7 @@ TEST(CPPExpandingByteArray, CopyFrom_GrowsAndCopies) {
     EXPECT_EQ(toHex(array), "61 62 00 77 78 79");
 }
 
-TEST(CPPExpandingByteArray, CopyFrom_BeyondTheSource_GrowsAllTheSameWithZeros) {
+TEST(CPPExpandingByteArray, CopyFrom_BeyondTheSource_StillGrowsWithZeros) {
     CPPExpandingByteArray array = makeExpandingArray("ab");
     array.copyFrom(2, makeArray("xyz"), 4, 1);
     EXPECT_EQ(toHex(array), "61 62 79 7A 00 00");

@@ -252,7 +252,7 @@ TEST(Heap, OutOfMemoryForAString_IsNotWrittenAsAnEmptyPart) {
     EXPECT_EQ(block.getSize(), 10u);
 }
 
-TEST(Heap, OutOfMemoryForAPart_IsNotHandedOutAsAnEmptyPart) {
+TEST(Heap, OutOfMemoryForAPart_IsNotReturnedAsAnEmptyPart) {
     const CPPByteArray block = arrayFromHex("41 73 41 6B 00 00 00 00 00 05 00 00 00 02 61 62");
     StructuredByteArrayReader reader;
     reader.initialize(&block);
@@ -261,7 +261,7 @@ TEST(Heap, OutOfMemoryForAPart_IsNotHandedOutAsAnEmptyPart) {
     EXPECT_THROW(reader.getPart(5), std::bad_alloc);
 }
 
-TEST(Heap, OutOfMemoryForTheReadersCopy_IsNoDamagedBlock) {
+TEST(Heap, OutOfMemoryForTheReadersCopy_IsNotADamagedBlock) {
     const CPPByteArray block = arrayFromHex("41 73 41 6B 00 00");
     StructuredCharArrayReader reader;
     HeapWatch watch;

@@ -82,7 +82,7 @@ TEST(StructuredByteArrayReader, Parts_AreFoundInAnyOrder) {
     EXPECT_FALSE(reader.hasPart(6));
 }
 
-TEST(StructuredByteArrayReader, ViewPart_IsWhereTheDataLieInTheArray) {
+TEST(StructuredByteArrayReader, ViewPart_IsWhereTheDataAreInTheArray) {
     const CPPByteArray block =
         arrayFromHex(std::string(kHeader) + " 00 00 00 05 00 00 00 02 61 62 00 00 00 06 00 00 00 00");
     StructuredByteArrayReader reader;

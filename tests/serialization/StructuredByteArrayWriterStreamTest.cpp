@@ -57,7 +57,7 @@ TEST_F(StructuredByteArrayWriterStream, LengthBeyondTheEnd_IsFilledWithFF) {
     EXPECT_EQ(parts(), "00 00 00 05 00 00 00 04 61 62 FF FF");
 }
 
-TEST_F(StructuredByteArrayWriterStream, LengthAfterAWordThatIsNoNumber_TakesTheCharactersThatWereNotRead) {
+TEST_F(StructuredByteArrayWriterStream, LengthAfterAWordThatIsNotANumber_TakesTheCharactersThatWereNotRead) {
     std::istringstream stream("12 cde");
     int number = 0;
     stream >> number >> number;

@@ -141,7 +141,7 @@ TEST(StructuredByteArrayWriter, EveryStore_GoesThroughTheTargetsOperations) {
     EXPECT_EQ(array.calls, (std::vector<std::string>{"writeBytes 31 8", "setByte 39", "setByte 40"}));
 }
 
-TEST(StructuredByteArrayWriter, TargetOfADerivedClass_GetsTheSameBytes) {
+TEST(StructuredByteArrayWriter, TargetOfADerivedClass_ReceivesTheSameBytes) {
     const auto write = [](CPPByteArray& target) {
         StructuredByteArrayWriter writer;
         writer.initialize(target, 0x01020304);
@@ -159,7 +159,7 @@ TEST(StructuredByteArrayWriter, TargetOfADerivedClass_GetsTheSameBytes) {
     EXPECT_EQ(plain.getSize(), 10u + 12 + 11 + 41 + 8 + 17);
 }
 
-TEST(StructuredByteArrayWriter, TargetWithRoomForThePart_GetsNoStoreBeforeTheHeader) {
+TEST(StructuredByteArrayWriter, TargetWithRoomForThePart_ReceivesNoStoreBeforeTheHeader) {
     WatchedArray array;
     array.setFilled(20, 'x');
     StructuredByteArrayWriter writer;

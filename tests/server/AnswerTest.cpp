@@ -5,7 +5,7 @@
 namespace merrowd::test {
 namespace {
 
-TEST(Answer, BytesOf_KeepsZeroBytes) {
+TEST(Answer, ToBytes_KeepsZeroBytes) {
     const std::string text("a\0b", 3);
     EXPECT_EQ(toBytes(text).getSize(), 3u);
     EXPECT_EQ(bytesToText(toBytes(text)), text);
@@ -16,11 +16,11 @@ TEST(Answer, BytesOfNumber_HasTheLeastSignificantByteFirst) {
     EXPECT_EQ(bytesToText(numberToBytes(0x04030201)), "\x01\x02\x03\x04");
 }
 
-TEST(Answer, NumberOf_ReadsTheLeastSignificantByteFirst) {
+TEST(Answer, ParseNumber_ReadsTheLeastSignificantByteFirst) {
     EXPECT_EQ(parseNumber(toBytes("\x01\x02\x03\x84")), 0x84030201u);
 }
 
-TEST(Answer, NumberOf_AnythingButFourBytes_IsParameterFormatAndSaysHowMany) {
+TEST(Answer, ParseNumber_AnythingButFourBytes_IsParameterFormatAndSaysHowMany) {
     try {
         parseNumber(toBytes("12345"));
         FAIL();

@@ -49,7 +49,7 @@ TEST(ApplicationTable, Find_OfARemovedOne_IsApplicationNotRegistered) {
     EXPECT_EQ(table.size(), 0u);
 }
 
-TEST(ApplicationTable, AddObject_GivesEachObjectOfAllApplicationsAnIdentifierOfItsOwn) {
+TEST(ApplicationTable, AddObject_ReturnsADifferentIdentifierForEachObjectOfAllApplications) {
     ApplicationTable table(1);
     const uint32_t one = table.add(named("One"));
     const uint32_t two = table.add(named("Two"));

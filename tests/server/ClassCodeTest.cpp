@@ -24,7 +24,7 @@ std::string escapedText(const Work& work) {
     return "nothing escaped";
 }
 
-TEST(ClassCode, ThatReturns_GivesItsResult) {
+TEST(ClassCode, ThatReturns_PassesItsResultOn) {
     EXPECT_EQ(runClassCode(28, theWork, [] { return 5; }), 5);
 }
 

@@ -18,7 +18,7 @@ std::shared_ptr<const ServerClass> described(const std::string& name, const std:
 }
 
 std::vector<std::string> listMethods(const ClassRegistry& registry, const std::string& name) {
-    return registry.find(ServerClass::identifierOfName(name))->methods();
+    return registry.find(ServerClass::identifierFromName(name))->methods();
 }
 
 using Names = std::vector<std::string>;
@@ -37,7 +37,7 @@ TEST(ClassRegistry, BuiltInClasses_HaveTheMethodsThatTheirDocumentationLists) {
 }
 
 TEST(ClassRegistry, Find_OfAnUnknownIdentifier_IsNull) {
-    EXPECT_EQ(ClassRegistry().find(ServerClass::identifierOfName("echo")), nullptr);
+    EXPECT_EQ(ClassRegistry().find(ServerClass::identifierFromName("echo")), nullptr);
     EXPECT_EQ(ClassRegistry().find(Identifier{}), nullptr);
 }
 
@@ -63,8 +63,8 @@ TEST(ClassRegistry, Add_OfABuiltInIdentifier_TakesItsPlace) {
 }
 
 TEST(ServerClass, IdentifierOfName_PadsWithZeroBytesAndCutsAtSixteen) {
-    EXPECT_EQ(ServerClass::identifierOfName("ab"), (Identifier{'a', 'b'}));
-    EXPECT_EQ(ServerClass::identifierOfName("0123456789ABCDEFG"),
+    EXPECT_EQ(ServerClass::identifierFromName("ab"), (Identifier{'a', 'b'}));
+    EXPECT_EQ(ServerClass::identifierFromName("0123456789ABCDEFG"),
               (Identifier{'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'}));
 }
 

@@ -21,7 +21,7 @@ class Commands : public testing::Test {
     const uint32_t session_ = server_.registerApplication();
 };
 
-TEST_F(Commands, Ping_GivesTheArgumentBack) {
+TEST_F(Commands, Ping_ReturnsTheArgument) {
     EXPECT_EQ(run("ping", "abc"), "abc");
     EXPECT_EQ(run("ping"), "");
 }

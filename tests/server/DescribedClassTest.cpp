@@ -33,7 +33,7 @@ TEST_F(DescribedClassTest, AClassOfItsNameAlone_HasNoMethods) {
     const auto scanner = describe("//CLASS\nSTR:Scanner\n");
     ASSERT_NE(scanner, nullptr);
     EXPECT_EQ(scanner->name(), "Scanner");
-    EXPECT_EQ(scanner->identifier(), ServerClass::identifierOfName("Scanner"));
+    EXPECT_EQ(scanner->identifier(), ServerClass::identifierFromName("Scanner"));
     EXPECT_EQ(scanner->methods(), Names());
     EXPECT_EQ(problems_, Names());
 }

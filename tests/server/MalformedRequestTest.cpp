@@ -61,7 +61,7 @@ TEST(MalformedRequest, EveryRequestWithOneByteFlipped_IsAnsweredAndTheServerGoes
     expectAlive(server);
 }
 
-TEST(MalformedRequest, BytesBehindTheLastPart_AreParameterFormat) {
+TEST(MalformedRequest, BytesAfterTheLastPart_AreParameterFormat) {
     TestServer server;
     CPPByteArray longer(versionRequest().bytes());
     longer.resize(longer.getSize() + 1, 0);
@@ -183,7 +183,7 @@ TEST(MalformedRequest, ANameWithAZeroByteInside_IsParameterFormat) {
     EXPECT_EQ(server.send(request).code(), kParameterFormat);
 }
 
-TEST(MalformedRequest, ClassListsThatAreNone_AreParameterFormatAndRegisterNothing) {
+TEST(MalformedRequest, InvalidClassLists_AreParameterFormatAndRegisterNothing) {
     TestServer server;
     const std::string twoAnnounced = arrayList({padded("Echo"), padded("Counter")});
     const std::string lists[] = {"",

@@ -83,7 +83,7 @@ dovrel::CPPExpandingByteArray sampleBlock() {
 }
 
 // Returns the bytes of the block that a row of a table describes, in hexadecimal.
-std::string bytesOfRow(const DocumentPage::Row& row, uint32_t base) {
+std::string makeRowBytes(const DocumentPage::Row& row, uint32_t base) {
     CPPByteArray bytes;
     bytes.setFromPart(sampleBlock(), base + parseNumber(row.at(0)), parseNumber(row.at(1)));
     return dovrel::test::toHex(bytes);
@@ -92,10 +92,10 @@ std::string bytesOfRow(const DocumentPage::Row& row, uint32_t base) {
 TEST_F(ProtocolPageTables, TheTableOfTheBlock_IsWhatTheWriterWrites) {
     const std::vector<DocumentPage::Row> rows = page_.rowsUnder({"offset", "bytes", "what"});
     ASSERT_EQ(rows.size(), 4u);
-    EXPECT_EQ(rows[0].at(2), bytesOfRow(rows[0], 0) + ", \"AsAk\"");
-    EXPECT_EQ(rows[1].at(2).rfind(bytesOfRow(rows[1], 0) + ", or 00 00 ", 0), 0u);
+    EXPECT_EQ(rows[0].at(2), makeRowBytes(rows[0], 0) + ", \"AsAk\"");
+    EXPECT_EQ(rows[1].at(2).rfind(makeRowBytes(rows[1], 0) + ", or 00 00 ", 0), 0u);
     EXPECT_EQ(rows[2].at(2), "type number, most significant byte first");
-    EXPECT_EQ(bytesOfRow(rows[2], 0), "01 02 03 04");
+    EXPECT_EQ(makeRowBytes(rows[2], 0), "01 02 03 04");
     for (size_t row = 1; row < rows.size(); ++row)
         EXPECT_EQ(parseNumber(rows[row].at(0)),
                   parseNumber(rows[row - 1].at(0)) + parseNumber(rows[row - 1].at(1)));
@@ -119,12 +119,12 @@ TEST_F(ProtocolPageTables, TheTableOfAPart_IsWhatTheWriterWrites) {
     ASSERT_EQ(rows.size(), 3u);
     const uint32_t base = parseNumber(blockRows[3].at(0));
     EXPECT_EQ(rows[0].at(2), "tag, most significant byte first");
-    EXPECT_EQ(bytesOfRow(rows[0], base), "0A 0B 0C 0D");
+    EXPECT_EQ(makeRowBytes(rows[0], base), "0A 0B 0C 0D");
     EXPECT_EQ(rows[1].at(2), "length of the data, most significant byte first");
-    EXPECT_EQ(bytesOfRow(rows[1], base), "00 00 00 03");
+    EXPECT_EQ(makeRowBytes(rows[1], base), "00 00 00 03");
     EXPECT_EQ(rows[2].at(1), "length");
     EXPECT_EQ(rows[2].at(2), "data");
-    EXPECT_EQ(bytesOfRow({rows[2].at(0), "3"}, base), "78 79 7A");
+    EXPECT_EQ(makeRowBytes({rows[2].at(0), "3"}, base), "78 79 7A");
     EXPECT_EQ(sampleBlock().getSize(), base + parseNumber(rows[2].at(0)) + 3) << "there is no more";
 }
 

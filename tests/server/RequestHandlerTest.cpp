@@ -11,7 +11,7 @@ namespace {
 
 namespace posField = dovrel::posField;
 
-TEST(RequestHandler, RegisterApplication_AnswersASessionAndFlags) {
+TEST(RequestHandler, RegisterApplication_ReturnsASessionAndFlags) {
     TestServer server;
     const Reply reply = server.send(registerRequest("Demo", {"Echo"}));
     EXPECT_EQ(reply.messageKind(), 11u);
@@ -53,7 +53,7 @@ TEST(RequestHandler, UnregisterApplication_ForgetsApplicationAndObjects) {
     EXPECT_EQ(server.send(unregisterRequest(session)).code(), 34u);
 }
 
-TEST(RequestHandler, InstantiateObject_AnswersSixteenBytesAndNoMessage) {
+TEST(RequestHandler, InstantiateObject_ReturnsSixteenBytesAndNoMessage) {
     TestServer server;
     const Reply reply = server.send(instantiateRequest(server.registerApplication(), "Counter"));
     EXPECT_EQ(reply.data(posField::kObject).size(), 16u);
@@ -98,7 +98,7 @@ TEST(RequestHandler, DeleteObject_Twice_IsObjectNotFound) {
     EXPECT_EQ(server.send(deleteRequest(session, object)).code(), 25u);
 }
 
-TEST(RequestHandler, CallMethod_AnswersTheResult) {
+TEST(RequestHandler, CallMethod_ReturnsTheResult) {
     TestServer server;
     const uint32_t session = server.registerApplication();
     const std::string object = server.instantiate(session, "Echo");
@@ -156,7 +156,7 @@ TEST(RequestHandler, ExecuteCommand_WithALengthBeyondTheData_IsParameterFormat) 
     EXPECT_EQ(server.send(request).code(), 30u);
 }
 
-TEST(RequestHandler, ExecuteCommand_ThatIsNone_IsCommandNotExecuted) {
+TEST(RequestHandler, ExecuteCommand_ThatIsUnknown_IsCommandNotExecuted) {
     TestServer server;
     const uint32_t session = server.registerApplication();
     EXPECT_EQ(server.send(commandRequest(session, "pin")).code(), 146u);
@@ -174,7 +174,7 @@ TEST(RequestHandler, GetInformation_NeedsNoRegistration) {
               littleEndian(7));
 }
 
-TEST(RequestHandler, QueryInterfaceVersion_AnswersTheSetting) {
+TEST(RequestHandler, QueryInterfaceVersion_ReturnsTheSetting) {
     TestServer server;
     EXPECT_EQ(server.send(versionRequest()).number(posField::kInterfaceVersion), 7u);
     server.state().settings.interfaceVersion = 8;

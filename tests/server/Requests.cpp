@@ -134,7 +134,7 @@ std::string TestServer::instantiate(uint32_t session, const std::string& classNa
 }
 
 TestObject::TestObject(const std::string& className)
-    : class_(ClassRegistry().find(ServerClass::identifierOfName(className))) {
+    : class_(ClassRegistry().find(ServerClass::identifierFromName(className))) {
     UserMessage message;
     object_ = class_->instantiate(message);
 }

@@ -49,7 +49,7 @@ TEST(SettingValue, SetText_BringsLineFeedsBack) {
     EXPECT_EQ(text, "one\ntwo");
 }
 
-TEST(SettingValue, SetChoice_TakesANameAndNamesThemAllWhereItIsNone) {
+TEST(SettingValue, SetChoice_TakesANameAndOtherwiseListsAllNames) {
     constexpr Choice<int> kChoices[] = {{"one", 1}, {"two", 2}};
     int chosen = 0;
     setChoice(chosen, kChoices, "two");
@@ -58,7 +58,7 @@ TEST(SettingValue, SetChoice_TakesANameAndNamesThemAllWhereItIsNone) {
         setChoice(chosen, kChoices, "Two");
         FAIL();
     } catch (const UnfitValue& unfit) {
-        EXPECT_EQ(problemOfValue("key", "Two", unfit),
+        EXPECT_EQ(describeProblem("key", "Two", unfit),
                   "the value \"Two\" of \"key\" does not fit; expected one of one, two");
     }
 }

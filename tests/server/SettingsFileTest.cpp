@@ -33,17 +33,17 @@ class SettingsFileTest : public testing::Test {
     Exchanges exchanges_{state_, process_, log_};
 };
 
-TEST_F(SettingsFileTest, FileThatIsUnderstood_IsTakenOverWithoutAWord) {
+TEST_F(SettingsFileTest, FileThatIsUnderstood_IsAppliedSilently) {
     folder_.write("Merrowd.conf", "//checkClasses\nINT:1\n");
     EXPECT_EQ(notesAfterReading(), Notes());
     EXPECT_TRUE(state_.settings.checkClasses);
 }
 
-TEST_F(SettingsFileTest, NoFile_IsNoProblem) {
+TEST_F(SettingsFileTest, NoFile_IsNotAProblem) {
     EXPECT_EQ(notesAfterReading(), Notes());
 }
 
-TEST_F(SettingsFileTest, LinesThatAreNotUnderstood_GetALineInTheLogEach) {
+TEST_F(SettingsFileTest, LinesThatAreNotUnderstood_AreEachALineInTheLog) {
     folder_.write("Merrowd.conf", "checkClasses=1\n//log\n//Log\nINT:1\n//delay\nINT:2\n");
     EXPECT_EQ(notesAfterReading(),
               (Notes{"settings: line 1: \"checkClasses=1\" is not part of an entry",

@@ -38,7 +38,7 @@ TEST(SettingsText, TextThatIsUnderstood_HasNoProblemAndAllItsEntries) {
     EXPECT_EQ(readProblems(""), Problems());
 }
 
-TEST(SettingsText, LineThatIsNoKeyAndNoValue_IsAProblem) {
+TEST(SettingsText, LineThatIsNeitherKeyNorValue_IsAProblem) {
     EXPECT_EQ(readProblems("log=1"), (Problems{"line 1: \"log=1\" is not part of an entry"}));
     EXPECT_EQ(readProblems("//log\nINT:1\n/delay\n//checkClasses\nINT:1\n"),
               (Problems{"line 3: \"/delay\" is not part of an entry"}));
@@ -84,7 +84,7 @@ TEST(SettingsText, ValueWithoutATypeWord_IsAProblemAndNoEntry) {
     EXPECT_EQ(readSections("//log\nPRINT:1\n//delay\nINT:2\n"), "--\n//delay\nINT:2\n");
 }
 
-TEST(SettingsText, NumberThatIsNone_IsAProblemAndNoEntry) {
+TEST(SettingsText, InvalidNumber_IsAProblemAndNotAnEntry) {
     for (const std::string value : {"yes", "", "1x", "0x10", "--1", "2147483648", "99999999999", "1\\x0D"}) {
         const std::string written = value == "1\\x0D" ? "1\r" : value;
         EXPECT_EQ(readProblems("//log\nINT:" + written + "\n"),
@@ -95,7 +95,7 @@ TEST(SettingsText, NumberThatIsNone_IsAProblemAndNoEntry) {
     }
 }
 
-TEST(SettingsText, BytesThatAreNotPairsOfDigits_AreAProblemAndNoEntry) {
+TEST(SettingsText, BytesThatAreNotPairsOfDigits_AreAProblemAndNotAnEntry) {
     EXPECT_EQ(readProblems("//a\nBAR:4142\nlog=1\n//b\nBAR:414\n"),
               (Problems{"line 2: the value \"4142\\x0Alog=1\\x0A\" of \"a\" does not fit; expected pairs of "
                         "hexadecimal digits",

@@ -53,7 +53,7 @@ TEST(Base64, Bytes_WrongPadding_IsNothing) {
     }
 }
 
-TEST(Base64, Bytes_BitsBehindTheLastByte_AreNothing) {
+TEST(Base64, Bytes_BitsAfterTheLastByte_AreNothing) {
     EXPECT_EQ(decodeBase64("Zh=="), std::nullopt);
     EXPECT_EQ(decodeBase64("Zm9="), std::nullopt);
 }

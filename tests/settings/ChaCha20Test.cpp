@@ -11,7 +11,7 @@
 namespace dovrel {
 namespace {
 
-chaCha20::Key keyOfCountingBytes() {
+chaCha20::Key makeCountingKey() {
     chaCha20::Key key{};
     std::iota(key.begin(), key.end(), uint8_t{0});
     return key;
@@ -22,15 +22,15 @@ std::string toText(const chaCha20::Block& block) {
 }
 
 // Section 2.3.2.
-TEST(ChaCha20, KeyStreamBlock_CountingKey_GivesThePublishedBlock) {
+TEST(ChaCha20, KeyStreamBlock_CountingKey_ReturnsThePublishedBlock) {
     const chaCha20::Nonce nonce{0, 0, 0, 9, 0, 0, 0, 0x4A, 0, 0, 0, 0};
-    EXPECT_EQ(toText(chaCha20::keyStreamBlock(keyOfCountingBytes(), 1, nonce)),
+    EXPECT_EQ(toText(chaCha20::keyStreamBlock(makeCountingKey(), 1, nonce)),
               decodeHexText("10f1e7e4d13b5915500fdd1fa32071c4c7d1f4c733c068030422aa9ac3d46c4e"
                             "d2826446079faa0914c2d705d98b02a2b5129cd1de164eb9cbd083e8a2503c4e"));
 }
 
 // Appendix A.1, test vectors 1 to 5.
-TEST(ChaCha20, KeyStreamBlock_ZeroKeyAndNonce_GivesThePublishedBlocks) {
+TEST(ChaCha20, KeyStreamBlock_ZeroKeyAndNonce_ReturnsThePublishedBlocks) {
     EXPECT_EQ(toText(chaCha20::keyStreamBlock({}, 0, {})),
               decodeHexText("76b8e0ada0f13d90405d6ae55386bd28bdd219b8a08ded1aa836efcc8b770dc7"
                             "da41597c5157488d7724e03fb8d84a376a43b8f41518a11cc387b669b2ee6586"));
@@ -39,7 +39,7 @@ TEST(ChaCha20, KeyStreamBlock_ZeroKeyAndNonce_GivesThePublishedBlocks) {
                             "29b721769ce64e43d57133b074d839d531ed1f28510afb45ace10a1f4b794d6f"));
 }
 
-TEST(ChaCha20, KeyStreamBlock_OneBitInKeyOrNonce_GivesThePublishedBlocks) {
+TEST(ChaCha20, KeyStreamBlock_OneBitInKeyOrNonce_ReturnsThePublishedBlocks) {
     chaCha20::Key lastKeyBit{};
     lastKeyBit[31] = 1;
     EXPECT_EQ(toText(chaCha20::keyStreamBlock(lastKeyBit, 1, {})),
@@ -58,7 +58,7 @@ TEST(ChaCha20, KeyStreamBlock_OneBitInKeyOrNonce_GivesThePublishedBlocks) {
 }
 
 // Section 2.4.2.
-TEST(ChaCha20, Apply_PublishedText_GivesThePublishedBytesAndBack) {
+TEST(ChaCha20, Apply_PublishedText_ReturnsThePublishedBytesAndBack) {
     const chaCha20::Nonce nonce{0, 0, 0, 0, 0, 0, 0, 0x4A, 0, 0, 0, 0};
     const std::string text =
         "Ladies and Gentlemen of the class of '99: If I could offer you only one tip for the future, "
@@ -69,8 +69,8 @@ TEST(ChaCha20, Apply_PublishedText_GivesThePublishedBytesAndBack) {
         "f91b65c5524733ab8f593dabcd62b3571639d624e65152ab8f530c359f0861d8"
         "07ca0dbf500d6a6156a38e088a22b65e52bc514d16ccf806818ce91ab7793736"
         "5af90bbf74a35be6b40b8eedf2785e42874d");
-    EXPECT_EQ(chaCha20::apply(keyOfCountingBytes(), 1, nonce, text), bytes);
-    EXPECT_EQ(chaCha20::apply(keyOfCountingBytes(), 1, nonce, bytes), text);
+    EXPECT_EQ(chaCha20::apply(makeCountingKey(), 1, nonce, text), bytes);
+    EXPECT_EQ(chaCha20::apply(makeCountingKey(), 1, nonce, bytes), text);
 }
 
 TEST(ChaCha20, Apply_EmptyText_IsEmpty) {

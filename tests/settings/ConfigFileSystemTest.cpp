@@ -88,7 +88,7 @@ TEST(ConfigFileSystem, ReadSections_VersionLineWithBlanksAndTab_IsRecognised) {
     EXPECT_EQ(readSections("  //version\t\nINT:3\n//a\nSTR:x\n"), "--\n//a\nSTR:x\n");
 }
 
-TEST(ConfigFileSystem, ReadSections_VersionLineWithoutAValueLine_IsSkippedAlone) {
+TEST(ConfigFileSystem, ReadSections_VersionLineWithoutAValueLine_IsTheOnlySkippedLine) {
     EXPECT_EQ(readSections("//version\n//a\nSTR:x\n"), "--\n//a\nSTR:x\n");
     EXPECT_EQ(readSections("//version\n//INT:\nSTR:x\n"), "--\n//INT:\nSTR:x\n");
     EXPECT_EQ(readSections("//version"), "");
@@ -192,14 +192,14 @@ TEST(ConfigFileSystem, Writers_OpenTheFileToAllUsers) {
     }
 }
 
-TEST(ConfigFileSystem, Writers_FileThatCannotBeOpened_AnswerFalse) {
+TEST(ConfigFileSystem, Writers_FileThatCannotBeOpened_ReturnFalse) {
     const TemporaryFolder folder;
     EXPECT_FALSE(ConfigFileSystem::writeProperties(folder.path("no folder/file"), Properties()));
     EXPECT_FALSE(ConfigFileSystem::writeEnciphered(folder.path("no folder/file"), "text"));
     EXPECT_FALSE(ConfigFileSystem::writeProperties(folder.path(), Properties()));
 }
 
-TEST(ConfigFileSystem, Writers_NoRoomForTheWholeText_AnswerFalse) {
+TEST(ConfigFileSystem, Writers_NoRoomForTheWholeText_ReturnFalse) {
     const TemporaryFolder folder;
     Properties store;
     store.addString("a", std::string(100'000, 'x'));

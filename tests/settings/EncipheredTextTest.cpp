@@ -18,19 +18,19 @@ const chaCha20::Nonce kNonce{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
 // implementation of the cipher.
 const std::string kForm = "ENCAQIDBAUGBwgJCgsMZQhnHgyPBzfuupHFE6KObb6KSjpHcEw=";
 
-TEST(EncipheredText, Encipher_GivenNonce_GivesTheKnownForm) {
+TEST(EncipheredText, Encipher_GivenNonce_ReturnsTheKnownForm) {
     EXPECT_EQ(encipher(kText, kNonce), kForm);
 }
 
-TEST(EncipheredText, Decipher_KnownForm_GivesTheText) {
+TEST(EncipheredText, Decipher_KnownForm_ReturnsTheText) {
     EXPECT_EQ(decipher(kForm), kText);
 }
 
-TEST(EncipheredText, Decipher_FormBrokenIntoLines_GivesTheText) {
+TEST(EncipheredText, Decipher_FormBrokenIntoLines_ReturnsTheText) {
     EXPECT_EQ(decipher(kForm.substr(0, 20) + "\r\n" + kForm.substr(20) + "\n"), kText);
 }
 
-TEST(EncipheredText, Encipher_TwiceTheSameText_GivesTwoForms) {
+TEST(EncipheredText, Encipher_TwiceTheSameText_ReturnsTwoForms) {
     const std::string first = encipher(kText);
     const std::string second = encipher(kText);
     EXPECT_NE(first, second);
@@ -42,7 +42,7 @@ TEST(EncipheredText, Encipher_ShowsNothingOfTheText) {
     EXPECT_EQ(encipher(std::string(100, 'A')).find("QUFB"), std::string::npos);
 }
 
-TEST(EncipheredText, EncipherThenDecipher_AnyText_GivesTheText) {
+TEST(EncipheredText, EncipherThenDecipher_AnyText_ReturnsTheText) {
     for (uint32_t round = 0; round < 300; ++round) {
         test::RandomStore random(round);
         const std::string text = random.bytes() + random.bytes();

@@ -11,7 +11,7 @@ namespace dovrel {
 namespace {
 
 // Returns the language for a preference with this value (in an XML property list).
-std::string languageOfValue(const std::string& value) {
+std::string parseLanguage(const std::string& value) {
     const std::string list = "<plist version=\"1.0\">" + value + "</plist>";
     const CFObject<CFDataRef> data(CFDataCreate(
         kCFAllocatorDefault, reinterpret_cast<const UInt8*>(list.data()), static_cast<CFIndex>(list.size())));
@@ -26,7 +26,7 @@ std::string readLanguage(std::initializer_list<const char*> entries) {
     std::string array;
     for (const char* entry : entries)
         array += std::string("<string>") + entry + "</string>";
-    return languageOfValue("<array>" + array + "</array>");
+    return parseLanguage("<array>" + array + "</array>");
 }
 
 TEST(Languages, LanguageFromPreference_EveryRowOfTheTable) {
@@ -65,8 +65,8 @@ TEST(Languages, LanguageFromPreference_NoPreference_IsEnglish) {
 }
 
 TEST(Languages, LanguageFromPreference_AnythingButAnArrayOfStrings_IsEnglish) {
-    EXPECT_EQ(languageOfValue("<string>de</string>"), "English");
-    EXPECT_EQ(languageOfValue("<array><integer>1</integer></array>"), "English");
+    EXPECT_EQ(parseLanguage("<string>de</string>"), "English");
+    EXPECT_EQ(parseLanguage("<array><integer>1</integer></array>"), "English");
 }
 
 }  // namespace

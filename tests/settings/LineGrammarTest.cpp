@@ -46,7 +46,7 @@ TEST(LineGrammar, ParseValueLine_TypeWordAnywhereInTheLine_IsOne) {
     }
 }
 
-TEST(LineGrammar, ParseValueLine_NoTypeWordWithItsColon_IsNone) {
+TEST(LineGrammar, ParseValueLine_NoTypeWordWithItsColon_ReturnsNothing) {
     for (const char* line : {"", "INT", "INT :1", "str:x", "text: x", "STR BAR", "abc:d"}) {
         EXPECT_FALSE(parseValueLine(line).has_value()) << line;
     }
@@ -65,7 +65,7 @@ TEST(LineGrammar, ParseValueLine_AnyOtherWordInFront_IsOfUnknownType) {
     EXPECT_EQ(static_cast<int>(PropertyType::kUnknown), 0xFF);
 }
 
-TEST(LineGrammar, ParseValueLine_Value_IsAllBehindTheFirstColon) {
+TEST(LineGrammar, ParseValueLine_Value_IsAllAfterTheFirstColon) {
     EXPECT_EQ(parseValueLine("STR:a:b")->value, "a:b");
     EXPECT_EQ(parseValueLine("STR: a")->value, " a");
     EXPECT_EQ(parseValueLine("STR:")->value, "");
@@ -125,7 +125,7 @@ TEST(LineGrammar, DecodeHexText_OddLastDigit_IsDropped) {
     EXPECT_EQ(decodeHexText(""), "");
 }
 
-TEST(LineGrammar, DecodeHexText_CharactersThatAreNoDigits_AreSkipped) {
+TEST(LineGrammar, DecodeHexText_CharactersThatAreNotDigits_AreSkipped) {
     EXPECT_EQ(decodeHexText("4g1:\xFF/4@2`"), "AB");
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 using test::failureText;
 
-TEST(LogFileReader, Load_ExpectedTitle_GivesTheEntries) {
+TEST(LogFileReader, Load_ExpectedTitle_ReturnsTheEntries) {
     std::string text = "//Error log\n//code\nINT:-600\n";
     Properties store;
     LogFileReader::load(text, "Error log", store, true);
@@ -53,7 +53,7 @@ TEST(LogFileReader, Load_BlanksAroundTheTitleLine_AreIgnored) {
     EXPECT_EQ(store.getInt("code"), 1);
 }
 
-TEST(LogFileReader, Load_ValueLineBehindTheTitle_IsNoEntryOfTheTitle) {
+TEST(LogFileReader, Load_ValueLineAfterTheTitle_IsNotAnEntryOfTheTitle) {
     for (const bool throughCursor : {true, false}) {
         std::string text = "//T\nINT:5\n//a\nINT:1\n";
         Properties store;

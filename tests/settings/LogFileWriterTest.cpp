@@ -51,7 +51,7 @@ TEST(LogFileWriter, WriteBinary_33Bytes_AreThreeLines) {
     EXPECT_EQ(log, "//bytes\nBAR:ABABABABABABABABABABABABABABABAB\nABABABABABABABABABABABABABABABAB\nAB\n");
 }
 
-TEST(LogFileWriter, WriteBinary_NoBytes_IsTheTypeWordAlone) {
+TEST(LogFileWriter, WriteBinary_NoBytes_IsOnlyTheTypeWord) {
     std::string log;
     LogFileWriter writer(log);
     writer.writeBinary("array", CPPByteArray());

@@ -84,7 +84,7 @@ TEST(MultiLanguageSupport, Initialize_NoLanguageGiven_TakesThePreferredOne) {
     EXPECT_EQ(helloIn(""), "Hallo");
 }
 
-TEST(MultiLanguageSupport, Initialize_JapanesePreferred_GivesEnglishTexts) {
+TEST(MultiLanguageSupport, Initialize_JapanesePreferred_ReturnsEnglishTexts) {
     const InstalledTexts installation;
     installation.install(kTexts);
     installation.preferLanguages("<array><string>ja</string></array>");
@@ -183,7 +183,7 @@ TEST(MultiLanguageSupport, GetText_CarriageReturnBetweenHalves_MakesNoNewSDNL) {
     EXPECT_EQ(shown(installation, "SDSDNLNL"), "SD\rNL");
 }
 
-TEST(MultiLanguageSupport, GetText_BytesOfTheFile_AreHandedOutUnchanged) {
+TEST(MultiLanguageSupport, GetText_BytesOfTheFile_AreReturnedUnchanged) {
     const InstalledTexts installation;
     EXPECT_EQ(shown(installation, "\x8A\xD5\xCA"), "\x8A\xD5\xCA");
 }
@@ -232,7 +232,7 @@ TEST(MultiLanguageSupport, TextsFilePath_OfTheInstallFolder_EndsWithItsPlace) {
     EXPECT_EQ(path.substr(path.size() - end.size()), end);
 }
 
-TEST(MultiLanguageSupport, TextsFilePath_FolderThatIsNoText_ThrowsTheSorryMessage) {
+TEST(MultiLanguageSupport, TextsFilePath_FolderThatIsNotText_ThrowsTheSorryMessage) {
     EXPECT_EQ(test::failureText([] { MultiLanguageSupport::textsFilePath("/folder\xFF/"); }),
               "Sorry, could not read file 'MultiLanguageTexts.mls'...");
 }

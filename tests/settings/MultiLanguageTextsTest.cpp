@@ -50,7 +50,7 @@ std::string capitalsAt(const std::string& text, size_t begin) {
 
 // Returns the quoted texts in a source file that look like keys. (The library's environment variables look
 // like keys as well; they are recognised by their common prefix.)
-std::set<std::string> keysOfFile(const std::string& path) {
+std::set<std::string> readFileKeys(const std::string& path) {
     const std::string content = readFile(path);
     std::set<std::string> keys;
     for (size_t at = content.find('"'); at != std::string::npos; at = content.find('"', at + 1)) {
@@ -67,21 +67,21 @@ std::set<std::string> findKeysOfTheCode() {
     for (const char* folder :
          {"/client", "/ui", "/InterProcessCommunication", "/settings", "/platform", "/serialization"}) {
         for (const auto& entry : std::filesystem::recursive_directory_iterator(kSource + folder)) {
-            if (entry.is_regular_file()) keys.merge(keysOfFile(entry.path()));
+            if (entry.is_regular_file()) keys.merge(readFileKeys(entry.path()));
         }
     }
     return keys;
 }
 
 // Returns every key that the library can ask for. They are collected from all of its sources.
-const std::set<std::string>& keysOfTheCode() {
+const std::set<std::string>& readCodeKeys() {
     static const std::set<std::string> keys = findKeysOfTheCode();
     return keys;
 }
 
-TEST(MultiLanguageTexts, KeysOfTheCode_StandInTheirHeaderAlone) {
-    const std::set<std::string>& keys = keysOfTheCode();
-    EXPECT_EQ(keys, keysOfFile(kSource + "/settings/TextKeys.h"));
+TEST(MultiLanguageTexts, KeysOfTheCode_AreOnlyInTheirHeader) {
+    const std::set<std::string>& keys = readCodeKeys();
+    EXPECT_EQ(keys, readFileKeys(kSource + "/settings/TextKeys.h"));
     EXPECT_EQ(keys.count(kErrorDialogTitle), 1u);
     EXPECT_EQ(keys.count(kDllMsgMerrowdIsCorrupt), 1u);
 }
@@ -95,7 +95,7 @@ TEST(MultiLanguageTexts, Languages_AreEnglishGermanAndFrench) {
 
 TEST(MultiLanguageTexts, EveryKeyOfTheCode_HasATextInEveryLanguage) {
     for (const auto& [name, section] : sections()) {
-        for (const std::string& key : keysOfTheCode()) {
+        for (const std::string& key : readCodeKeys()) {
             std::string text;
             EXPECT_TRUE(section.findString(key, text)) << name << " " << key;
             EXPECT_NE(text, "") << name << " " << key;
@@ -107,18 +107,18 @@ TEST(MultiLanguageTexts, EveryKeyOfTheFile_IsAskedForByTheCode) {
     for (const auto& [name, section] : sections()) {
         for (int32_t i = 0; i < static_cast<int32_t>(section.size()); ++i) {
             const std::string key = section.getKeyAt(i);
-            EXPECT_TRUE(key == kLanguageSectionKey || keysOfTheCode().count(key) == 1) << name << " " << key;
+            EXPECT_TRUE(key == kLanguageSectionKey || readCodeKeys().count(key) == 1) << name << " " << key;
         }
     }
 }
 
-TEST(MultiLanguageTexts, NoKey_StandsTwiceInALanguage) {
+TEST(MultiLanguageTexts, NoKey_OccursTwiceInALanguage) {
     // Loading silently ignores a second text for a key, so the entries are counted in the file itself.
     const std::string text = textsFile();
     size_t keyLines = 0;
     for (size_t at = text.find("\n//"); at != std::string::npos; at = text.find("\n//", at + 1))
         ++keyLines;
-    EXPECT_EQ(keyLines, 3 * (keysOfTheCode().size() + 1));
+    EXPECT_EQ(keyLines, 3 * (readCodeKeys().size() + 1));
 }
 
 TEST(MultiLanguageTexts, Characters_AreLettersAndSignsOfTheThreeLanguagesInMacRoman) {
@@ -152,7 +152,7 @@ std::string fromMacRoman(const std::string& text) {
 // An apostrophe before an accented letter in Mac Roman is also a valid Armenian letter in UTF-8.
 TEST(MultiLanguageTexts, NoText_HoldsBytesThatAreACharacterOfUTF8) {
     for (const auto& [name, section] : sections()) {
-        for (const std::string& key : keysOfTheCode()) {
+        for (const std::string& key : readCodeKeys()) {
             const std::string text = section.getString(key);
             EXPECT_EQ(readableText(text), fromMacRoman(text)) << name << " " << key;
         }
@@ -182,7 +182,7 @@ TEST(MultiLanguageTexts, NameInAFailure_IsReadableInEitherEncodingWhateverItsFir
 
 TEST(MultiLanguageTexts, Texts_HaveNoUnderscoreWhichWouldBeDropped) {
     for (const auto& [name, section] : sections()) {
-        for (const std::string& key : keysOfTheCode()) {
+        for (const std::string& key : readCodeKeys()) {
             EXPECT_EQ(section.getString(key).find('_'), std::string::npos) << name << " " << key;
         }
     }
@@ -200,7 +200,7 @@ TEST(MultiLanguageTexts, ButtonsNamedInATextAreTheButtonsOfTheAlert) {
     }
 }
 
-TEST(MultiLanguageTexts, DownloadAddress_StandsWhereSomethingIsToBeInstalled) {
+TEST(MultiLanguageTexts, DownloadAddress_IsInTheTextsThatAskToInstallSomething) {
     for (const auto& [name, section] : sections()) {
         for (const char* key : {kDllMsgMerrowdIsMissing, kDllMsgMerrowdIsCorrupt, kDllNoValidPosInterface}) {
             EXPECT_NE(section.getString(key).find("http://www.tessilor.example/download"), std::string::npos)

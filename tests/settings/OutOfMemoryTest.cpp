@@ -70,7 +70,7 @@ TEST(SettingsOutOfMemory, AddReplaceAndRemove_ChangeTheStoreOrLeaveIt) {
                            [](Properties& store) { store.replaceBinary("b", kLong.data(), 2); });
 }
 
-TEST(SettingsOutOfMemory, Load_GivesEveryEntryOrThrows) {
+TEST(SettingsOutOfMemory, Load_ReturnsEveryEntryOrThrows) {
     for (const bool throughCursor : {true, false}) {
         Properties store;
         std::string text = kText;
@@ -138,7 +138,7 @@ TEST(SettingsOutOfMemory, MissingKey_IsAFailureInAnyCase) {
                       [&](bool) { EXPECT_FALSE(done); });
 }
 
-TEST(SettingsOutOfMemory, ReadingAFile_GivesEverySectionOrThrows) {
+TEST(SettingsOutOfMemory, ReadingAFile_ReturnsEverySectionOrThrows) {
     const test::TemporaryFolder folder;
     const std::string content = "//version\nINT:1\n" + kText + "//S\nINT:2\n" + kText;
     ASSERT_TRUE(ConfigFileSystem::writeEnciphered(folder.path("file"), content));

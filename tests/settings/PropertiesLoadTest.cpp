@@ -101,7 +101,7 @@ TEST(PropertiesLoad, LineThatBeginsWithASlashAndContainsATypeWord_IsAKeyLine) {
     EXPECT_EQ(store.getInt("INT:5"), 6);
 }
 
-TEST(PropertiesLoad, TitleLine_IsNoEntry) {
+TEST(PropertiesLoad, TitleLine_IsNotAnEntry) {
     const Properties store = loaded("//Title\n//a\nINT:1\n");
     EXPECT_EQ(store.size(), 1u);
 }
@@ -125,7 +125,7 @@ TEST(PropertiesLoad, LastLineWithoutALineFeed_Counts) {
     EXPECT_EQ(loaded("//a\nSTR:x").getString("a"), "x");
 }
 
-TEST(PropertiesLoad, KeyWithoutAValue_IsNoEntry) {
+TEST(PropertiesLoad, KeyWithoutAValue_IsNotAnEntry) {
     EXPECT_EQ(loaded("//a").size(), 0u);
     EXPECT_EQ(loaded("//a\n").size(), 0u);
     EXPECT_EQ(loaded("//a\n//b\nINT:1").size(), 1u);
@@ -146,7 +146,7 @@ TEST(PropertiesLoad, IntegerWithoutDigits_IsZero) {
     EXPECT_EQ(loaded("//a\nINT:\n").getInt("a"), 0);
 }
 
-TEST(PropertiesLoad, TextCutAnywhere_GivesTheEntriesBeforeTheCut) {
+TEST(PropertiesLoad, TextCutAnywhere_ReturnsTheEntriesBeforeTheCut) {
     const std::string text = "//a\nINT:12\n//b\nBAR:4142\n//c\nSTR:text\n";
     for (size_t length = 0; length <= text.size(); ++length) {
         const Properties store = loaded(text.substr(0, length));

@@ -24,7 +24,7 @@ void expectEqual(const Properties& found, const Properties& expected, uint32_t r
     EXPECT_EQ(saved(found), saved(expected)) << "seed " << RandomStore::kSeed << ", round " << round;
 }
 
-TEST(PropertiesRoundTrip, SaveThenLoad_GivesTheSameStoreInBothModes) {
+TEST(PropertiesRoundTrip, SaveThenLoad_ReturnsTheSameStoreInBothModes) {
     for (uint32_t round = 0; round < kRounds; ++round) {
         const Properties store = RandomStore(round).store();
         std::string text = saved(store);
@@ -74,7 +74,7 @@ TEST(PropertiesRoundTrip, BlanksTabsAndNoiseBetweenTheLines_ChangeNothing) {
     }
 }
 
-TEST(PropertiesRoundTrip, LogForm_GivesTheSameEntriesAndTextsWithLineFeeds) {
+TEST(PropertiesRoundTrip, LogForm_ReturnsTheSameEntriesAndTextsWithLineFeeds) {
     for (uint32_t round = 0; round < kRounds; ++round) {
         SCOPED_TRACE("seed " + std::to_string(RandomStore::kSeed) + ", round " + std::to_string(round));
         RandomStore random(round);

@@ -55,7 +55,7 @@ TEST(PropertiesSave, LoadedText_WrittenAsItIsSaved_ComesBackByteForByte) {
     EXPECT_EQ(saved(loaded(text, Text::kKept)), text);
 }
 
-TEST(PropertiesSave, LoadedText_WrittenOtherwise_GetsTheOneForm) {
+TEST(PropertiesSave, LoadedText_WrittenOtherwise_IsSavedInTheStandardForm) {
     struct Case {
         const char* text;
         const char* saved;

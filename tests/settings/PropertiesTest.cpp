@@ -77,7 +77,7 @@ TEST(Properties, ReplaceInt_KeyIsNotThere_AddsNothing) {
     EXPECT_EQ(store.size(), 0u);
 }
 
-TEST(Properties, Replace_KeyIsThere_GetsTheNewValueWhateverItsType) {
+TEST(Properties, Replace_KeyIsThere_HasTheNewValueWhateverItsType) {
     Properties store;
     store.addInt("a", 1);
     store.addInt("other", 9);
@@ -100,7 +100,7 @@ TEST(Properties, ReplaceBinary_ByAnEmptyArray_LeavesNoBytes) {
     EXPECT_EQ(store.getBinary("a")->getSize(), 0u);
 }
 
-TEST(Properties, Remove_TellsWhetherTheKeyWasThere) {
+TEST(Properties, Remove_ReturnsWhetherTheKeyWasThere) {
     Properties store;
     store.addInt("a", 1);
     EXPECT_TRUE(store.remove("a"));

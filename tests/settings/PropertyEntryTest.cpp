@@ -64,7 +64,7 @@ TEST(PropertyEntry, SavedForm_OfIntegersAndStrings_IsKeyLineAndValueLine) {
     EXPECT_EQ(PropertyEntry(original).savedForm(), original.savedForm());
 }
 
-TEST(PropertyEntry, SavedForm_OfBytes_DoesNotLieThere) {
+TEST(PropertyEntry, SavedForm_OfBytes_IsEmpty) {
     EXPECT_EQ(PropertyEntry("k", PropertyValue::ofBinary("ab", 2)).savedForm(), "");
 }
 
@@ -77,7 +77,7 @@ TEST(PropertyEntry, SavedForm_OfAText_IsThePieceOfTheText) {
     EXPECT_EQ(PropertyEntry(entry).savedForm(), text);
 }
 
-TEST(PropertyEntry, SavedForm_OfATextThatIsWrittenOtherwise_DoesNotLieThere) {
+TEST(PropertyEntry, SavedForm_OfATextThatIsWrittenOtherwise_IsEmpty) {
     const std::string text = "//k\nINT:07\n";
     const std::string_view view = text;
     EXPECT_EQ(PropertyEntry(text, view.substr(2, 1), PropertyType::kInteger, view.substr(8, 2)).savedForm(),

@@ -51,7 +51,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const std:
 }
 
 ChildProcess::~ChildProcess() {
-    close(input_);
+    if (input_ >= 0) close(input_);
     close(output_);
     if (process_ <= 0) return;
     kill(process_, SIGKILL);
@@ -74,6 +74,11 @@ std::string ChildProcess::readLine() {
 void ChildProcess::writeLine(const std::string& line) {
     const std::string text = line + '\n';
     if (write(input_, text.data(), text.size()) < 0) throw std::runtime_error("the child does not read");
+}
+
+void ChildProcess::closeInput() {
+    close(input_);
+    input_ = -1;
 }
 
 void ChildProcess::signal(int number) const {

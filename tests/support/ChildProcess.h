@@ -28,6 +28,9 @@ class ChildProcess {
 
     void writeLine(const std::string& line);
 
+    /// Lets the child read the end of its input.
+    void closeInput();
+
     pid_t process() const { return process_; }
 
     /// signal() sends the child a signal. wait() waits for its end and returns the exit

@@ -3,13 +3,12 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <clocale>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <sstream>
 
@@ -76,10 +75,20 @@ mode_t currentMask() {
     return mask;
 }
 
-// Returns whether there is a child. Does not reap a child that has ended.
-bool hasChild() {
-    siginfo_t ended;
-    return waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT | __WALL) == 0 || errno != ECHILD;
+// Adds a line for each child with its number and name. Does not reap a child that has ended.
+void addChildren(std::vector<std::string>& lines) {
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        std::ifstream file(entry.path() / "stat");
+        std::string stat;
+        // "NUMBER (NAME) STATE PARENT ...": the name may contain any character.
+        if (!std::getline(file, stat) || stat.rfind(')') == std::string::npos) continue;
+        std::istringstream fields(stat.substr(stat.rfind(')') + 1));
+        char state = 0;
+        pid_t parent = 0;
+        fields >> state >> parent;
+        const char* const ended = state == 'Z' ? ", ended" : "";
+        if (parent == getpid()) lines.push_back("child " + stat.substr(0, stat.rfind(')') + 1) + ended);
+    }
 }
 
 std::vector<std::string> currentState() {
@@ -91,7 +100,7 @@ std::vector<std::string> currentState() {
     lines.push_back("locale: " + currentLocale());
     lines.push_back("folder: " + fs::current_path().string());
     lines.push_back("mask: " + std::to_string(currentMask()));
-    lines.push_back(hasChild() ? "a child" : "no child");
+    addChildren(lines);
     std::sort(lines.begin(), lines.end());
     return lines;
 }

@@ -8,9 +8,8 @@ namespace dovrel::test {
 
 class HostState {
   public:
-    /// Records the signal actions, the signals that this thread blocks, the open descriptors, the
-    /// locale, the environment, the limits, the working folder, the umask, and whether there is a
-    /// child (running or ended).
+    /// Records the signal actions, the signals that this thread blocks, the open descriptors, the locale, the
+    /// environment, the limits, the working folder, the umask, and the children (running or ended).
     HostState();
 
     /// Compares with the current state. Returns one line for each difference.

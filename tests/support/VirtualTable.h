@@ -1,7 +1,9 @@
-// Finds the slot of a virtual function in its class's table, so that tests can check the promised order.
+// Finds the slot of a virtual function in the virtual table of its class, so that tests can check the order of
+// the functions that the headers fix.
 //
-// The Itanium C++ ABI, which both of our processors and systems use, represents a pointer to a virtual member
-// function as one plus the byte offset of its slot. The destructor has two slots and no such pointer.
+// Both systems use the Itanium C++ ABI, for both widths. It represents a pointer to a virtual member function as
+// one plus the byte offset of the function's slot. A destructor has two slots, but C++ has no pointers to
+// destructors.
 #pragma once
 
 #include <cstddef>

@@ -23,14 +23,15 @@ enum AlertAnswer : int {
 };
 
 /// The interface of the alert. It blocks until the user has answered, never throws, and treats null texts as
-/// "". Any thread may call it: the alert itself always runs on the main thread.
+/// "". Any thread may call it. The platform's MPRemoteCall decides on which thread the alert itself runs: on
+/// macOS it is the main thread.
 class MessageDialog {
   public:
     virtual ~MessageDialog() = default;
 
-    /// Shows `title` and `body` with the button set `buttons`. `reserved` is ignored. Both
-    /// texts are NUL-terminated, in UTF-8 or in the system's encoding
-    /// (platform/text/ReadableText.h). Returns an AlertAnswer.
+    /// Shows `title` and `body` with the button set `buttons`. `reserved` is ignored. Both texts are
+    /// NUL-terminated, in UTF-8 or in the system's encoding (platform/text/ReadableText.h). Returns an
+    /// AlertAnswer.
     virtual int showAlert(const char* title, const char* body, int buttons, int reserved) = 0;
 
     /// As above with OK alone.

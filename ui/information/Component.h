@@ -17,8 +17,7 @@ Component siblingComponent();
 Component compatibilityComponent();
 Component managementComponent();
 
-/// Return the identifier of the bundle of this library, of its sibling bundle, and
-/// of the compatibility bundle.
+/// Return the identifiers of this library's bundle, of its sibling bundle, and of the compatibility bundle.
 std::string libraryIdentifier();
 std::string siblingIdentifier();
 std::string compatibilityIdentifier();

@@ -73,5 +73,5 @@ CF_EXTERN_C_END
 
 #if defined(__cplusplus)
 static_assert(sizeof(CFIndex) == sizeof(void*) && sizeof(CFTypeID) == sizeof(void*), "pointer-sized scalars");
-static_assert(sizeof(CFRange) == 2 * sizeof(void*) && alignof(CFRange) == alignof(void*), "as it comes");
+static_assert(sizeof(CFRange) == 2 * sizeof(void*) && alignof(CFRange) == alignof(void*), "not packed");
 #endif

@@ -30,7 +30,7 @@ CFPropertyListRef CFPropertyListCreateWithData(CFAllocatorRef allocator, CFDataR
                                                CFErrorRef* error);
 
 /// Returns the property list in the XML format. The caller releases the data. Returns NULL for any other
-/// format, and if a value is not allowed in a property list. In that case `error`, which may be NULL, is set
+/// format, and if a value is not allowed in a property list. In both cases `error`, which may be NULL, is set
 /// to the reason, which the caller releases. Thread-safe.
 CFDataRef CFPropertyListCreateData(CFAllocatorRef allocator, CFPropertyListRef propertyList,
                                    CFPropertyListFormat format, CFOptionFlags options, CFErrorRef* error);

@@ -108,9 +108,9 @@ OSStatus MPCreateTask(TaskProc entryPoint, void* parameter, ByteCount stackSize,
 Boolean MPTaskIsPreemptive(MPTaskID task);
 
 /// Runs `remoteProc` on the main thread, waits without a time limit until it has returned, and returns its
-/// result. The event loop or run loop of the main thread makes the call. On macOS the call waits until such a
-/// loop runs. On other systems the procedure runs on the calling thread if no such loop is running, or if it
-/// does not start the procedure within one second.
+/// result. Called on the main thread, it simply calls the procedure. Otherwise the event loop or run loop of the
+/// main thread calls it. On macOS the function waits until such a loop runs. On other systems it calls the
+/// procedure on the calling thread if no such loop is running, or if the loop does not begin within one second.
 void* MPRemoteCall(MPRemoteProcedure remoteProc, void* parameter, MPRemoteContext context);
 
 CF_EXTERN_C_END

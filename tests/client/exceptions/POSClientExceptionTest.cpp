@@ -22,7 +22,7 @@ TEST(POSClientException, WithoutText_HasNull) {
     EXPECT_EQ(POSClientException("").getText(), nullptr);
 }
 
-TEST(POSClientException, StandsOutsideTheFamily) {
+TEST(POSClientException, IsOutsideTheFamily) {
     EXPECT_FALSE((std::is_base_of_v<CPPException, POSClientException>));
 }
 

@@ -52,7 +52,7 @@ TEST(BindOpcodes, AnEnd_EndsOnlyAnEntryInTheLazyList) {
     EXPECT_EQ(lazyBindings(file).size(), 2u);
 }
 
-TEST(BindOpcodes, WhatIsUnknownOrLiesOutside_IsRefused) {
+TEST(BindOpcodes, WhatIsUnknownOrOutside_IsRefused) {
     EXPECT_THROW(bound({0xD0}), FormatError);
     EXPECT_THROW(bound({0x50}), FormatError);
     EXPECT_THROW(bound({0x54}), FormatError);

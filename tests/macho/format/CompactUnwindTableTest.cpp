@@ -51,7 +51,7 @@ TEST(CompactUnwindTable, EachFunction_EndsWhereTheNextBegins) {
     EXPECT_EQ(all[2].encoding, 0u);
 }
 
-TEST(CompactUnwindTable, AnEncodingOfThePage_ComesBehindThoseOfAll) {
+TEST(CompactUnwindTable, AnEncodingOfThePage_ComesAfterThoseOfAll) {
     std::vector<uint8_t> bytes = table();
     set(bytes, 92, 0x01000000);  // the second encoding, distance 0
     EXPECT_EQ(entries(bytes)[0].encoding, 0x02000000u);

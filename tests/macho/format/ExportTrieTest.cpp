@@ -16,7 +16,7 @@ TEST(ExportTrie, Symbols_AreTheWaysToTheirNodes) {
     EXPECT_EQ(exported(kTwo), (std::map<std::string, uint64_t>{{"_a", 0x1000}, {"_ab", 0x20}}));
 }
 
-TEST(ExportTrie, NoBytes_AreNoSymbols) {
+TEST(ExportTrie, NoBytes_ContainNoSymbols) {
     EXPECT_TRUE(exported({}).empty());
 }
 

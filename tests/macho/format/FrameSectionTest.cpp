@@ -33,12 +33,12 @@ TEST(FrameSection, TheRegistersOfEveryInstruction_AreExchanged) {
               (Bytes{0x0C, 5, 4, 0x05, 4, 5, 0x09, 5, 4, 0x08, 5}));
 }
 
-TEST(FrameSection, WhatIsNoRegister_StaysAsItIs) {
+TEST(FrameSection, WhatIsNotARegister_StaysAsItIs) {
     const Bytes instructions = {0x44, 0x02, 4, 0x03, 4, 5, 0x04, 4, 5, 4, 5, 0x0E, 4, 0x2E, 5};
     EXPECT_EQ(converted(instructions), instructions);
 }
 
-TEST(FrameSection, TheCommonPart_IsConvertedToo) {
+TEST(FrameSection, TheCommonPart_IsAlsoConverted) {
     Bytes bytes = section({0, 0, 0});
     convertFrameSection(bytes.data(), bytes.size());
     EXPECT_EQ(bytes[18], 4);

@@ -31,7 +31,7 @@ TEST(MachOFile, ASliceThatReachesBeyondTheFile_IsRefused) {
     EXPECT_THROW(MachOFile(content, Processor::kX86_64), FormatError);
 }
 
-TEST(MachOFile, WhatIsNoBundleForTheProcessor_IsRefused) {
+TEST(MachOFile, WhatIsNotABundleForTheProcessor_IsRefused) {
     FileBuilder builder;
     builder.magic = 0x464C457F;
     EXPECT_THROW(builder.file(), FormatError);

@@ -54,7 +54,7 @@ std::string catchReason(const std::string& section, Words& words, const Use& use
     return reason;
 }
 
-std::string reasonOfRegistering(std::vector<Description> classes) {
+std::string catchRegistrationReason(std::vector<Description> classes) {
     return catchReason("__class", classes, &registerLegacyClasses);
 }
 
@@ -63,37 +63,39 @@ Class find(const char* name) {
 }
 
 TEST(LegacyClasses, AClassBeforeItsSuperclass_IsRegisteredAfterIt) {
-    EXPECT_EQ(
-        reasonOfRegistering({describe("DovrelSon", "DovrelFather"), describe("DovrelFather", "NSObject")}),
-        "");
+    EXPECT_EQ(catchRegistrationReason(
+                  {describe("DovrelSon", "DovrelFather"), describe("DovrelFather", "NSObject")}),
+              "");
     ASSERT_NE(find("DovrelSon"), nullptr);
     EXPECT_EQ(class_getSuperclass(find("DovrelSon")), find("DovrelFather"));
 }
 
 TEST(LegacyClasses, AClassWhoseSuperclassIsNowhere_IsRefused) {
-    EXPECT_EQ(reasonOfRegistering({describe("DovrelOrphan", "DovrelNobody")}), "a class has no superclass");
+    EXPECT_EQ(catchRegistrationReason({describe("DovrelOrphan", "DovrelNobody")}),
+              "a class has no superclass");
     EXPECT_EQ(find("DovrelOrphan"), nullptr);
 }
 
 TEST(LegacyClasses, ClassesThatAreEachOthersSuperclass_AreRefused) {
-    EXPECT_EQ(reasonOfRegistering({describe("DovrelHen", "DovrelEgg"), describe("DovrelEgg", "DovrelHen")}),
-              "a class has no superclass");
+    EXPECT_EQ(
+        catchRegistrationReason({describe("DovrelHen", "DovrelEgg"), describe("DovrelEgg", "DovrelHen")}),
+        "a class has no superclass");
 }
 
 TEST(LegacyClasses, AClassThatTheProcessHas_IsRefused) {
-    EXPECT_EQ(reasonOfRegistering({describe("NSString", "NSObject")}),
+    EXPECT_EQ(catchRegistrationReason({describe("NSString", "NSObject")}),
               "the process has a class NSString already");
 }
 
 TEST(LegacyClasses, AVariableWhereTheCompilerPutIt_IsTaken) {
     const Variable variable = {1, {"number_", "i", kBehindNSObject}};
-    EXPECT_EQ(reasonOfRegistering({describe("DovrelNumber", "NSObject", &variable)}), "");
+    EXPECT_EQ(catchRegistrationReason({describe("DovrelNumber", "NSObject", &variable)}), "");
     EXPECT_GE(class_getInstanceSize(find("DovrelNumber")), kBehindNSObject + sizeof(int));
 }
 
 TEST(LegacyClasses, AVariableThatHasAnotherPlaceHere_IsRefused) {
     const Variable variable = {1, {"number_", "i", kBehindNSObject + 4}};
-    EXPECT_EQ(reasonOfRegistering({describe("DovrelMoved", "NSObject", &variable)}),
+    EXPECT_EQ(catchRegistrationReason({describe("DovrelMoved", "NSObject", &variable)}),
               "DovrelMoved has variables in other places here");
 }
 

@@ -55,7 +55,7 @@ TEST_F(CopyFileWithShell, WithANullPath_IsFalse) {
     EXPECT_FALSE(copyFileWithShell(path.c_str(), nullptr, true));
 }
 
-TEST_F(CopyFileWithShell, OfAMissingFile_IsTrueAllTheSame) {
+TEST_F(CopyFileWithShell, OfAMissingFile_IsStillTrue) {
     testing::internal::CaptureStderr();
     EXPECT_TRUE(
         copyFileWithShell(folder_.path("missing").c_str(), folder_.path("destination").c_str(), false));

@@ -69,7 +69,7 @@ TEST_F(FileReplacement, NoRoomForTheNewContent_LeavesTheOldOneAndNothingElse) {
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
-TEST_F(FileReplacement, SomebodyWhoHasTheOldFileOpen_ReadsItToItsEnd) {
+TEST_F(FileReplacement, ProcessThatHasTheOldFileOpen_ReadsItToItsEnd) {
     const std::string path = folder.write("file", "old");
     std::ifstream reader(path);
     EXPECT_TRUE(replaceFileContent(path, "new"));
@@ -132,7 +132,7 @@ TEST_F(FileReplacement, FileWithAnAccessControlList_KeepsItAndItsIdentity) {
     EXPECT_EQ(ScratchFolder::readFile(path), "new");
 }
 
-TEST_F(FileReplacement, FileInAFolderWithADefaultAccessControlList_GetsNone) {
+TEST_F(FileReplacement, FileInAFolderWithADefaultAccessControlList_DoesNotInheritIt) {
     const std::string path = folder.write("file", "old");
     ScratchFolder::setPermissions(path, 0640);
     SET_ATTRIBUTE_OR_SKIP(folder.path(), test::kDefaultAccessList, test::sharedAccessList());
@@ -232,14 +232,14 @@ TEST_F(FileReplacement, FolderOrMissingFolder_IsFalse) {
     EXPECT_FALSE(replaceFileContent(folder.path("missing/file"), "x"));
 }
 
-TEST_F(FileReplacement, FilesBesideAFolder_AreNoLeftovers) {
+TEST_F(FileReplacement, FilesBesideAFolder_AreNotLeftovers) {
     std::filesystem::create_directory(folder.path("inner"));
     folder.write("inner.new0", "content");
     EXPECT_FALSE(replaceFileContent(folder.path("inner"), "x"));
     EXPECT_EQ(ScratchFolder::readFile(folder.path("inner.new0")), "content");
 }
 
-TEST_F(FileReplacement, FileThatMayNotBeWritten_IsFalseAndStaysThoughItsFolderMay) {
+TEST_F(FileReplacement, FileThatIsNotWritable_IsFalseAndStaysEvenIfItsFolderIsWritable) {
     const std::string path = folder.write("file", "old");
     ScratchFolder::setPermissions(path, 0444);
     ScratchFolder::setPermissions(folder.path(), 0777);

@@ -126,14 +126,14 @@ TEST_F(FileUtilities, RenameIfTargetMissing_IntoAMissingFolder_IsFalseAndLeavesT
     EXPECT_TRUE(std::filesystem::exists(source));
 }
 
-TEST_F(FileUtilities, RemoveFile_TellsWhetherItIsGone) {
+TEST_F(FileUtilities, RemoveFile_ReturnsWhetherItIsGone) {
     const std::string path = folder_.write("file", "x");
     EXPECT_TRUE(removeFile(path));
     EXPECT_FALSE(std::filesystem::exists(path));
     EXPECT_FALSE(removeFile(path));
 }
 
-TEST_F(FileUtilities, DeleteFileObject_TellsWhetherItIsGone) {
+TEST_F(FileUtilities, DeleteFileObject_ReturnsWhetherItIsGone) {
     const std::string path = folder_.write("file", "x");
     EXPECT_TRUE(deleteFileObject(path));
     EXPECT_FALSE(std::filesystem::exists(path));

@@ -47,7 +47,7 @@ TEST_F(FileWriting, WriteAt_WithRoomForAPart_IsFalseWithTheCause) {
     EXPECT_EQ(errno, EFBIG);
 }
 
-TEST_F(FileWriting, Overwrite_LeavesTheNewContentAlone) {
+TEST_F(FileWriting, Overwrite_LeavesOnlyTheNewContent) {
     for (const char* const text : {"shorter", "as long as before!", "a good deal longer than before", ""}) {
         const std::string old = "as long as it was ";
         EXPECT_TRUE(overwrite(openWith(old), static_cast<off_t>(old.size()), text));

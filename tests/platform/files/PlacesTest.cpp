@@ -31,7 +31,7 @@ TEST(Places, FileSystemPath_WithoutASystemRoot_IsThePathItself) {
     EXPECT_EQ(fileSystemPath("/"), "/");
 }
 
-TEST(Places, FileSystemPath_OfAFixedPlace_LiesUnderTheSystemRoot) {
+TEST(Places, FileSystemPath_OfAFixedPlace_IsBelowTheSystemRoot) {
     const test::ScratchFolder root;
     const std::string canonical = std::filesystem::canonical(root.path());
     setenv("POS_SYSTEM_ROOT", root.path().c_str(), 1);
@@ -90,12 +90,12 @@ TEST_F(LogPlaces, LogFolderPath_OfAnExistingFolder_LeavesItsPermissions) {
     EXPECT_EQ(test::ScratchFolder::readPermissions(folder_), 0700u);
 }
 
-TEST_F(LogPlaces, LogFolderPath_ThatCannotBeMade_IsAnsweredAllTheSame) {
+TEST_F(LogPlaces, LogFolderPath_ThatCannotBeMade_IsStillReturned) {
     EXPECT_EQ(logFolderPath(true), folder_);
     EXPECT_FALSE(std::filesystem::exists(folder_)) << "the folder above it is missing";
 }
 
-TEST_F(LogPlaces, ErrorLogPath_LiesInTheLogFolderWhichExistsFromThenOn) {
+TEST_F(LogPlaces, ErrorLogPath_IsInTheLogFolderWhichExistsFromThenOn) {
     makeLogsFolder();
     EXPECT_EQ(errorLogPath(), folder_ + "POSDLLErrorLog.txt");
     EXPECT_TRUE(std::filesystem::is_directory(folder_));

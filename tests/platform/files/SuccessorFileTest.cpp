@@ -125,7 +125,7 @@ TEST_F(Successor, Replace_ExchangesTheFileAndLeavesNothingBesideIt) {
     EXPECT_FALSE(exists("file.new0"));
 }
 
-TEST_F(Successor, Replace_WhereTheFolderGivesNewFilesAnAccessControlList_IsRefused) {
+TEST_F(Successor, Replace_WhereNewFilesInheritAnAccessControlList_IsRefused) {
     SET_ATTRIBUTE_OR_SKIP(folder_.path(), test::kDefaultAccessList, test::sharedAccessList());
     EXPECT_EQ(replace("new"), Outcome::kRefused);
     EXPECT_EQ(ScratchFolder::readFile(path_), "old");
@@ -248,7 +248,7 @@ TEST_F(Successor, ManyWritersAtOnce_AllReplaceTheFileAndNoneLosesItsOwn) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 1);
 }
 
-TEST_F(Successor, HasExtendedAttributes_TellsWhetherThereAreAny) {
+TEST_F(Successor, HasExtendedAttributes_ReturnsWhetherThereAreAny) {
     EXPECT_FALSE(hasExtendedAttributes(path_));
     SET_ATTRIBUTE_OR_SKIP(path_, "user.origin", "here");
     EXPECT_TRUE(hasExtendedAttributes(path_));

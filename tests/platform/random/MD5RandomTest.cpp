@@ -39,7 +39,7 @@ const std::vector<uint8_t> kFirstPool = {0x0a, 0x66, 0xa1, 0x66, 0xd4, 0xca, 0x7
 const std::vector<uint8_t> kSecondPool = {0x1b, 0xf3, 0x76, 0xfc, 0xfe, 0xb1, 0x35, 0xca,
                                           0xfd, 0xce, 0xf5, 0x06, 0x0a, 0x72, 0x51, 0xcb};
 
-TEST(MD5Random, Next32_AfterSeeding_GivesTheFirstBytesOfTheDigestChain) {
+TEST(MD5Random, Next32_AfterSeeding_ReturnsTheFirstBytesOfTheDigestChain) {
     // Computed with another implementation of MD5.
     MD5Random random;
     random.seed(0);
@@ -50,7 +50,7 @@ TEST(MD5Random, Next32_AfterSeeding_GivesTheFirstBytesOfTheDigestChain) {
                                                            0xdff77ff2, 0x50148ce2}));
 }
 
-TEST(MD5Random, Seed_WithOneValueTwice_GivesTheSameDrawsAgain) {
+TEST(MD5Random, Seed_WithOneValueTwice_ReturnsTheSameDrawsAgain) {
     MD5Random random;
     random.seed(99);
     const std::vector<uint32_t> first = drawWords(random, 10);

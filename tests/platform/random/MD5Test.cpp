@@ -20,7 +20,7 @@ std::string computeMd5(const std::string& message) {
     return toHex(md5.digest());
 }
 
-TEST(MD5, TestSuiteOfRFC1321_GivesItsDigests) {
+TEST(MD5, TestSuiteOfRFC1321_ReturnsItsDigests) {
     EXPECT_EQ(computeMd5(""), "d41d8cd98f00b204e9800998ecf8427e");
     EXPECT_EQ(computeMd5("a"), "0cc175b9c0f1b6a831c399e269772661");
     EXPECT_EQ(computeMd5("abc"), "900150983cd24fb0d6963f7d28e17f72");
@@ -32,7 +32,7 @@ TEST(MD5, TestSuiteOfRFC1321_GivesItsDigests) {
               "57edf4a22be3c955ac49da2e2107b67a");
 }
 
-TEST(MD5, Update_InPiecesOfAnySize_GivesTheDigestOfTheWhole) {
+TEST(MD5, Update_InPiecesOfAnySize_ReturnsTheDigestOfTheWhole) {
     const std::string message(200, 'm');
     const std::string whole = computeMd5(message);
     for (size_t piece = 1; piece <= message.size(); ++piece) {
@@ -104,7 +104,7 @@ std::string computePlainMd5(std::string message) {
     return toLowerAscii(bytesToHexText(bytes.data(), 16));
 }
 
-TEST(MD5, EveryLengthUpToThreeBlocks_GivesTheDigestOfThePlainAlgorithm) {
+TEST(MD5, EveryLengthUpToThreeBlocks_ReturnsTheDigestOfThePlainAlgorithm) {
     std::string message;
     for (size_t length = 0; length <= 192; ++length) {
         EXPECT_EQ(computeMd5(message), computePlainMd5(message)) << length;

@@ -73,7 +73,7 @@ TEST(NumberGenerator, UsedBeforeAnySeeding_SeedsItselfWith4357) {
     EXPECT_EXIT(drawFirstNumbers(), testing::ExitedWithCode(0), "");
 }
 
-TEST(NumberGenerator, SeededWith4357_GivesTheOutputsOfThePlainRecurrence) {
+TEST(NumberGenerator, SeededWith4357_ReturnsTheOutputsOfThePlainRecurrence) {
     for (const uint32_t seed : {4357u, 1u, 0xFFFFFFFFu, 0u}) {
         NumberGenerator::seed(seed);
         PlainTwister plain(seed);
@@ -82,7 +82,7 @@ TEST(NumberGenerator, SeededWith4357_GivesTheOutputsOfThePlainRecurrence) {
     }
 }
 
-TEST(NumberGenerator, SeededWith4357_GivesTheOutputsOfTheStandardEngineInTheSameState) {
+TEST(NumberGenerator, SeededWith4357_ReturnsTheOutputsOfTheStandardEngineInTheSameState) {
     for (const uint32_t seed : {4357u, 12345u}) {
         SeedWords words(seed);
         std::mt19937 engine(words);

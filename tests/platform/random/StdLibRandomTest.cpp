@@ -8,7 +8,7 @@
 namespace dovrel {
 namespace {
 
-std::vector<uint32_t> valuesOfRand(unsigned seed, int count) {
+std::vector<uint32_t> drawRand(unsigned seed, int count) {
     std::srand(seed);
     std::vector<uint32_t> values;
     for (int i = 0; i < count; ++i)
@@ -17,7 +17,7 @@ std::vector<uint32_t> valuesOfRand(unsigned seed, int count) {
 }
 
 TEST(StdLibRandom, NextBit_CallsRandOnceEveryFifteenBits) {
-    const std::vector<uint32_t> values = valuesOfRand(5, 4);
+    const std::vector<uint32_t> values = drawRand(5, 4);
     StdLibRandom random;
     random.seed(5);
     for (size_t value = 0; value < 3; ++value) {
@@ -29,7 +29,7 @@ TEST(StdLibRandom, NextBit_CallsRandOnceEveryFifteenBits) {
 }
 
 TEST(StdLibRandom, Next32_JoinsThreeValuesFifteenBitsApart) {
-    const std::vector<uint32_t> values = valuesOfRand(77, 7);
+    const std::vector<uint32_t> values = drawRand(77, 7);
     StdLibRandom random;
     random.seed(77);
     EXPECT_EQ(random.next32(), values[0] | values[1] << 15 | values[2] << 30);
@@ -37,8 +37,8 @@ TEST(StdLibRandom, Next32_JoinsThreeValuesFifteenBitsApart) {
     EXPECT_EQ(static_cast<uint32_t>(std::rand()), values[6]);
 }
 
-TEST(StdLibRandom, Next32_BetweenBits_LeavesTheKeptValueAlone) {
-    const std::vector<uint32_t> values = valuesOfRand(3, 5);
+TEST(StdLibRandom, Next32_BetweenBits_LeavesTheKeptValueUnchanged) {
+    const std::vector<uint32_t> values = drawRand(3, 5);
     StdLibRandom random;
     random.seed(3);
     EXPECT_EQ(random.nextBit(), values[0] & 1u);
@@ -48,7 +48,7 @@ TEST(StdLibRandom, Next32_BetweenBits_LeavesTheKeptValueAlone) {
     EXPECT_EQ(random.nextBit(), values[4] & 1u);
 }
 
-TEST(StdLibRandom, Seed_WithOneValueTwice_GivesTheSameDrawsAgain) {
+TEST(StdLibRandom, Seed_WithOneValueTwice_ReturnsTheSameDrawsAgain) {
     StdLibRandom random;
     random.seed(1234567890);
     const uint32_t first = random.next32();

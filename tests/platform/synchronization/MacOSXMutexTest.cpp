@@ -35,7 +35,7 @@ TEST(MacOSXMutex, Lock_WithMinusOneOnAHeldMutex_BlocksUntilItIsUnlocked) {
     EXPECT_TRUE(obtained);
 }
 
-TEST(MacOSXMutex, Lock_WithMilliseconds_GivesUpNotBeforeThat) {
+TEST(MacOSXMutex, Lock_WithMilliseconds_DoesNotGiveUpBeforeThat) {
     MacOSXMutex mutex;
     ASSERT_TRUE(mutex.lock(0));
     const auto start = std::chrono::steady_clock::now();

@@ -103,7 +103,7 @@ TEST(FailureNotes, WithoutNotesAndTrace_NothingIsMade) {
     FailureNotes::dropFailedSteps();
 }
 
-TEST(FailureNotes, NewestObject_GetsTheNotesAndAnOlderOneMayEndFirst) {
+TEST(FailureNotes, NewestObject_ReceivesTheNotesAndAnOlderOneMayEndFirst) {
     auto older = std::make_unique<FailureNotes>();
     const FailureNotes newer;
     addStep("first");

@@ -8,7 +8,7 @@
 namespace dovrel {
 namespace {
 
-TEST(LogEntry, Accessors_AnswerWhatWasGiven) {
+TEST(LogEntry, Accessors_ReturnTheConstructorsArguments) {
     const LogEntry entry(-1234567890123456789, "a message");
     EXPECT_EQ(entry.getTimeStamp(), -1234567890123456789);
     EXPECT_EQ(entry.getMessage(), "a message");

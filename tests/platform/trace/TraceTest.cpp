@@ -82,7 +82,7 @@ TEST_F(TraceTest, SettingThatIsNotUnderstood_CannotForgeALineEither) {
               std::vector<std::string>{"not understood: nonsense\n    | dovrel 1 2 us all: well"});
 }
 
-TEST_F(TraceTest, TextThatIsEmpty_IsNoLine) {
+TEST_F(TraceTest, TextThatIsEmpty_WritesNoLine) {
     const Trace trace(setting("all"));
     Trace::write(kArea, TraceLevel::kSteps, [] { return std::string(); });
     EXPECT_TRUE(lines().empty());

@@ -32,7 +32,7 @@ TEST(AlertLines, Next_ALineInSinglePiecesIsTakenOnceItIsComplete) {
     EXPECT_EQ(lines.next(), "one");
 }
 
-TEST(AlertLines, HasRest_TellsWhetherAllWasTaken) {
+TEST(AlertLines, HasRest_ReturnsWhetherAllWasTaken) {
     AlertLines lines;
     EXPECT_FALSE(lines.hasRest());
     append(lines, "one\nt");

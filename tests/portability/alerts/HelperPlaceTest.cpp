@@ -19,7 +19,7 @@ class HelperPlaceTest : public HelperWindowTest {
     }
 };
 
-TEST_F(HelperPlaceTest, NewWindow_GetsTheKeyboardAndIsAboveTheOthers) {
+TEST_F(HelperPlaceTest, NewWindow_HasTheKeyboardFocusAndIsAboveTheOthers) {
     const std::string window = show(requestIn("English"));
     EXPECT_NE(HelperScreen::property(window, "_NET_WM_STATE").find("_NET_WM_STATE_ABOVE"), std::string::npos);
     EXPECT_NE(HelperScreen::property(window, "_NET_WM_STATE").find("_NET_WM_STATE_MODAL"), std::string::npos);

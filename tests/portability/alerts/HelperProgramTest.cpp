@@ -81,7 +81,7 @@ TEST_F(HelperProgramTest, OtherArguments_AreRefused) {
     }
 }
 
-TEST_F(HelperProgramTest, Program_LiesBesideTheLibraryInTheBundle) {
+TEST_F(HelperProgramTest, Program_IsNextToTheLibraryInTheBundle) {
     EXPECT_STREQ(DOVREL_ALERT_HELPER, DOVREL_BUNDLE "/Contents/MacOS/dovrel-alert");
 }
 
@@ -124,7 +124,7 @@ TEST_F(HelperProgramTest, HostThatHasEnded_EndsItWithoutAWindow) {
 
 // Without a window system.
 
-TEST_F(HelperProgramTest, NoDisplay_EndsItWithoutAWord) {
+TEST_F(HelperProgramTest, NoDisplay_EndsItSilently) {
     for (const char* display : {"", ":4095", "nonsense", "localhost:4095.7"}) {
         setenv("DISPLAY", display, 1);
         EXPECT_EQ(codeAfter(AlertMessages::compose(requestIn("English"))), kNotShown) << display;
@@ -132,7 +132,7 @@ TEST_F(HelperProgramTest, NoDisplay_EndsItWithoutAWord) {
     EXPECT_EQ(folder_.read("log"), "");
 }
 
-TEST_F(HelperProgramTest, NoWaylandCompositor_EndsItWithoutAWord) {
+TEST_F(HelperProgramTest, NoWaylandCompositor_EndsItSilently) {
     setenv("GDK_BACKEND", "wayland", 1);
     setenv("WAYLAND_DISPLAY", "not-there", 1);
     EXPECT_EQ(codeAfter(AlertMessages::compose(requestIn("English"))), kNotShown);

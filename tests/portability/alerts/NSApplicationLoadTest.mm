@@ -24,7 +24,7 @@ class NSApplicationLoadTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(NSApplicationLoadTest, WithADisplayAndAHelper_IsYesAndRepeatedCallsToo) {
+TEST_F(NSApplicationLoadTest, WithADisplayAndAHelper_IsYesAtEveryCall) {
     EXPECT_EQ(NSApplicationLoad(), YES);
     EXPECT_EQ(NSApplicationLoad(), YES);
 }
@@ -68,28 +68,28 @@ class NSApplicationLoadElsewhere : public NSApplicationLoadTest {
         EXPECT_EQ(chmod(folder_.path().c_str(), 0755), 0);
     }
 
-    int answerOfProbe() const { return dovrel::test::ChildProcess({probe_}).wait(); }
+    int runProbe() const { return dovrel::test::ChildProcess({probe_}).wait(); }
 
     const dovrel::test::TemporaryFolder folder_;
     const std::string probe_ = folder_.path("probe");
     const std::string helper_ = folder_.path("dovrel-alert");
 };
 
-TEST_F(NSApplicationLoadElsewhere, WithoutAHelperBesideTheProgram_IsNo) { EXPECT_EQ(answerOfProbe(), NO); }
+TEST_F(NSApplicationLoadElsewhere, WithoutAHelperBesideTheProgram_IsNo) { EXPECT_EQ(runProbe(), NO); }
 
 TEST_F(NSApplicationLoadElsewhere, WithAHelperBesideTheProgram_IsYes) {
     std::filesystem::create_symlink(ALERT_PROBE, helper_);
-    EXPECT_EQ(answerOfProbe(), YES);
+    EXPECT_EQ(runProbe(), YES);
 }
 
 TEST_F(NSApplicationLoadElsewhere, WithAHelperThatIsNotExecutable_IsNo) {
     folder_.write("dovrel-alert", "");
-    EXPECT_EQ(answerOfProbe(), NO);
+    EXPECT_EQ(runProbe(), NO);
 }
 
 TEST_F(NSApplicationLoadElsewhere, WithAFolderInTheHelpersPlace_IsNo) {
     std::filesystem::create_directory(helper_);
-    EXPECT_EQ(answerOfProbe(), NO);
+    EXPECT_EQ(runProbe(), NO);
 }
 
 // The user who starts the program controls the environment, and the environment
@@ -99,9 +99,9 @@ TEST_F(NSApplicationLoadElsewhere, InAProgramWithAnotherUsersOrGroupsRights_IsNo
     constexpr uid_t kNobody = 65534;
     std::filesystem::create_symlink(ALERT_PROBE, helper_);
     ASSERT_EQ(chown(probe_.c_str(), kNobody, kNobody), 0);
-    EXPECT_EQ(answerOfProbe(), YES);
+    EXPECT_EQ(runProbe(), YES);
     for (const mode_t bit : {S_ISUID, S_ISGID}) {
         ASSERT_EQ(chmod(probe_.c_str(), bit | 0755), 0);
-        EXPECT_EQ(answerOfProbe(), NO);
+        EXPECT_EQ(runProbe(), NO);
     }
 }

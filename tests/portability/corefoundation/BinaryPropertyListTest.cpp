@@ -31,11 +31,11 @@ class BinaryPropertyList : public testing::Test {
     static ObjectHolder readValue(const std::string& document) {
         return portability::readBinaryPropertyList(document);
     }
-    static ObjectHolder valueOfObjects(const std::vector<std::string>& objects) {
+    static ObjectHolder parseObjects(const std::vector<std::string>& objects) {
         return readValue(binaryList(objects));
     }
 
-    static bool isRefused(const std::vector<std::string>& objects) { return !valueOfObjects(objects); }
+    static bool isRefused(const std::vector<std::string>& objects) { return !parseObjects(objects); }
 
     // Builds the list with a trailer that `change` has modified.
     template <typename Change>
@@ -48,7 +48,7 @@ class BinaryPropertyList : public testing::Test {
 
     // Returns "(none)" for anything except a string.
     static std::string textIn(const std::vector<std::string>& objects) {
-        const ObjectHolder value = valueOfObjects(objects);
+        const ObjectHolder value = parseObjects(objects);
         const bool isString = value && value.get()->kind() == kStringKind;
         return isString ? portability::toUtf8(value.get()) : "(none)";
     }
@@ -91,7 +91,7 @@ TEST_F(BinaryPropertyList, Strings_AsciiAndUtf16OfAnyLength_AreRead) {
 
 TEST_F(BinaryPropertyList, Numbers_OfEveryWidth_AreRead) {
     const auto integer = [](const std::string& object) {
-        return in<__CFNumber>(valueOfObjects({object})).integer;
+        return in<__CFNumber>(parseObjects({object})).integer;
     };
     EXPECT_EQ(integer("\x10\xFE"), 254);
     EXPECT_EQ(integer("\x11\xFF\xFE"), 65534);
@@ -99,22 +99,22 @@ TEST_F(BinaryPropertyList, Numbers_OfEveryWidth_AreRead) {
     EXPECT_EQ(integer("\x13" + bigEndian(uint64_t(-2), 8)), -2);
     EXPECT_EQ(static_cast<uint64_t>(integer("\x14" + bigEndian(uint64_t(1) << 63, 16))), uint64_t(1) << 63);
     EXPECT_TRUE(isRefused({"\x14" + std::string(16, '\xFF')}));
-    const auto real = [](const std::string& object) { return in<__CFNumber>(valueOfObjects({object})).real; };
+    const auto real = [](const std::string& object) { return in<__CFNumber>(parseObjects({object})).real; };
     EXPECT_EQ(real("\x22\x3F" + bigEndian(0xC00000, 3)), 1.5);
     EXPECT_EQ(real("\x23\x3F" + bigEndian(0xF8000000000000, 7)), 1.5);
-    EXPECT_TRUE(in<__CFBoolean>(valueOfObjects({"\x09"})).value);
-    EXPECT_FALSE(in<__CFBoolean>(valueOfObjects({"\x08"})).value);
+    EXPECT_TRUE(in<__CFBoolean>(parseObjects({"\x09"})).value);
+    EXPECT_FALSE(in<__CFBoolean>(parseObjects({"\x08"})).value);
 }
 
 TEST_F(BinaryPropertyList, DatesAndData_AreRead) {
-    EXPECT_EQ(in<__CFDate>(valueOfObjects({"\x33\x3F" + bigEndian(0xF0000000000000, 7)})).time, 1.0);
+    EXPECT_EQ(in<__CFDate>(parseObjects({"\x33\x3F" + bigEndian(0xF0000000000000, 7)})).time, 1.0);
     EXPECT_TRUE(isRefused({"\x33\x7F" + bigEndian(0xF0000000000000, 7)})) << "infinite";
-    EXPECT_EQ(in<__CFData>(valueOfObjects({countedObject(0x4, 3, "\x01\x02\x03")})).bytes, "\x01\x02\x03");
+    EXPECT_EQ(in<__CFData>(parseObjects({countedObject(0x4, 3, "\x01\x02\x03")})).bytes, "\x01\x02\x03");
 }
 
 TEST_F(BinaryPropertyList, Collections_ShareTheObjectsTheyReferTo) {
     const ObjectHolder list =
-        valueOfObjects({dictionaryObject({1}, {2}), asciiObject("a"), arrayObject({3, 3}), asciiObject("b")});
+        parseObjects({dictionaryObject({1}, {2}), asciiObject("a"), arrayObject({3, 3}), asciiObject("b")});
     const ObjectHolder key = portability::newString("a");
     const Object* const value = in<__CFDictionary>(list).value(key.get());
     const auto& array = dynamic_cast<const __CFArray&>(*value);
@@ -128,21 +128,21 @@ TEST_F(BinaryPropertyList, ManyReferencesToOneObject_CostNoMoreThanTheFile) {
     for (uint64_t level = 1; level <= 100; ++level)
         objects.push_back(arrayObject({level, level}));
     objects.push_back(asciiObject("a"));
-    EXPECT_TRUE(valueOfObjects(objects));
+    EXPECT_TRUE(parseObjects(objects));
 }
 
-TEST_F(BinaryPropertyList, KeysThatAreNoStrings_AreRefused) {
+TEST_F(BinaryPropertyList, KeysThatAreNotStrings_AreRefused) {
     EXPECT_TRUE(isRefused({dictionaryObject({1}, {1}), "\x10\x05"}));
 }
 
-TEST_F(BinaryPropertyList, ObjectsThatAreNoPartOfAPropertyList_AreRefused) {
+TEST_F(BinaryPropertyList, ObjectsThatAreNotPartOfAPropertyList_AreRefused) {
     for (const char* object : {"\x0F", "\x0A", "\x80\x05", "\xC0", "\x70\x05", "\xE0", "\xF0"})
         EXPECT_TRUE(isRefused({object})) << object;
     EXPECT_TRUE(isRefused({std::string(1, '\0')}));
 }
 
 TEST_F(BinaryPropertyList, Levels_UpTo128_AreRead) {
-    EXPECT_TRUE(valueOfObjects(nestedArrays(128)));
+    EXPECT_TRUE(parseObjects(nestedArrays(128)));
     EXPECT_TRUE(isRefused(nestedArrays(129)));
     EXPECT_TRUE(isRefused(nestedArrays(200000)));
 }
@@ -154,7 +154,7 @@ TEST_F(BinaryPropertyList, LevelsInObjectsReadEarlier_Count) {
     EXPECT_TRUE(isRefused(objects));
     std::vector<std::string> shallow = nestedArrays(100);
     shallow[0] = arrayObject({90, 50, 1});
-    EXPECT_TRUE(valueOfObjects(shallow));
+    EXPECT_TRUE(parseObjects(shallow));
 }
 
 TEST_F(BinaryPropertyList, CirclesOfReferences_AreRefused) {

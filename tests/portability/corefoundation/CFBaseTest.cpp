@@ -4,7 +4,7 @@
 
 #include "tests/portability/support/Held.h"
 
-TEST(CFBase, Retain_GivesTheSameObjectAndKeepsItPastOneRelease) {
+TEST(CFBase, Retain_ReturnsTheSameObjectAndKeepsItPastOneRelease) {
     const CFStringRef string = newString("kept for long enough to need memory");
     EXPECT_EQ(CFRetain(string), string);
     CFRelease(string);

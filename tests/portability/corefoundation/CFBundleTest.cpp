@@ -153,7 +153,7 @@ TEST_F(CFBundle, GetBundleWithIdentifier_FindsABundleInUseAndNoOther) {
     EXPECT_EQ(CFBundleGetBundleWithIdentifier(CFSTR("com.example.PLUG")), nullptr);
 }
 
-TEST_F(CFBundle, GetBundleWithIdentifier_TwoInUse_GivesTheHigherVersion) {
+TEST_F(CFBundle, GetBundleWithIdentifier_TwoInUse_ReturnsTheHigherVersion) {
     folder_.write(
         "Newer.bundle/Contents/Info.plist",
         infoPlist(entry("CFBundleIdentifier", "com.example.plug") + entry("CFBundleVersion", "1.3")));

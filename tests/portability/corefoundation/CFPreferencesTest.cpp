@@ -38,7 +38,7 @@ class CFPreferences : public testing::Test {
 
 }  // namespace
 
-TEST_F(CFPreferences, AppleLanguages_FromTheLocale_IsItsLanguageAlone) {
+TEST_F(CFPreferences, AppleLanguages_FromTheLocale_IsOnlyItsLanguage) {
     for (const auto& [locale, language] : {std::pair("de_DE.UTF-8", "de"),
                                            {"fr_CH", "fr"},
                                            {"ja.eucJP", "ja"},

@@ -31,7 +31,7 @@ class CFPropertyList : public testing::Test {
 
 }  // namespace
 
-TEST_F(CFPropertyList, CreateWithData_InEveryForm_GivesTheDictionaryAndTheForm) {
+TEST_F(CFPropertyList, CreateWithData_InEveryForm_ReturnsTheDictionaryAndTheForm) {
     const struct {
         std::string content;
         CFPropertyListFormat format;

@@ -24,12 +24,12 @@ bool isAccepted(const char* bytes, CFStringEncoding encoding) {
 
 }  // namespace
 
-TEST(CFString, CreateWithCString_UTF8_GivesUTF16UnitsWithSurrogatePairs) {
+TEST(CFString, CreateWithCString_UTF8_ReturnsUTF16UnitsWithSurrogatePairs) {
     const Held<CFStringRef> string(newString("a\xC3\xA4\xE2\x82\xAC\xF0\x9D\x84\x9E"));
     EXPECT_EQ(getUnits(string.get()), (std::vector<int>{'a', 0x00E4, 0x20AC, 0xD834, 0xDD1E}));
 }
 
-TEST(CFString, CreateWithCString_MacRoman_GivesItsCharacters) {
+TEST(CFString, CreateWithCString_MacRoman_ReturnsItsCharacters) {
     const Held<CFStringRef> string(CFStringCreateWithCString(
         kCFAllocatorDefault, "\x80\xA7\xDB\xBD\xF0\xCA\xFF", kCFStringEncodingMacRoman));
     EXPECT_EQ(getUnits(string.get()),

@@ -18,7 +18,7 @@ CFURLRef newAppended(CFURLRef url, const std::string& component, bool isDirector
 
 }  // namespace
 
-TEST(CFURL, CreateWithFileSystemPath_GivesBackThePathOfAnyCharacters) {
+TEST(CFURL, CreateWithFileSystemPath_ReturnsThePathOfAnyCharacters) {
     for (const char* path :
          {"/tmp", "/tmp/a b", "/tmp/%41", "/tmp/x;y?z#q&r", "/tmp/\xC3\xA9t\xC3\xA9", "/"}) {
         const Held<CFURLRef> url(newFileURL(path));
@@ -108,7 +108,7 @@ TEST(CFURL, FileURLs_EscapeWhatAPathMayNotHave_AndEndWithASlashForAFolder) {
     EXPECT_EQ(toText(CFURLGetString(folder.get())), "file:///tmp/a%20b%3Bc/");
 }
 
-TEST(CFURL, CopyAppendingPathComponent_OfOtherKinds_ChangesThePathAlone) {
+TEST(CFURL, CopyAppendingPathComponent_OfOtherKinds_ChangesOnlyThePath) {
     const auto appended = [](const char* text) {
         const Held<CFStringRef> string(newString(text));
         const Held<CFURLRef> url(CFURLCreateWithString(kCFAllocatorDefault, string.get(), nullptr));

@@ -13,7 +13,7 @@ using portability::readStringsFile;
 using portability::toUtf8;
 
 // Returns "(none)" for a damaged document or a missing key.
-std::string valueOfA(const std::string& document) {
+std::string parseValueA(const std::string& document) {
     const ObjectHolder list = readOldStylePropertyList(document);
     if (!list || list.get()->kind() != portability::kDictionaryKind) return "(none)";
     const ObjectHolder key = portability::newString("a");
@@ -29,14 +29,14 @@ std::string string(const std::string& document) {
 }  // namespace
 
 TEST(OldStylePropertyList, Dictionary_PlainAndQuotedTexts_AreRead) {
-    EXPECT_EQ(valueOfA("{ a = b; }"), "b");
-    EXPECT_EQ(valueOfA("{a=b;}"), "b");
-    EXPECT_EQ(valueOfA("{ \"a\" = \"b c\"; 'd' = 'e'; }"), "b c");
-    EXPECT_EQ(valueOfA("{ x = { a = no; }; a = com.example-1/2; }"), "com.example-1/2");
+    EXPECT_EQ(parseValueA("{ a = b; }"), "b");
+    EXPECT_EQ(parseValueA("{a=b;}"), "b");
+    EXPECT_EQ(parseValueA("{ \"a\" = \"b c\"; 'd' = 'e'; }"), "b c");
+    EXPECT_EQ(parseValueA("{ x = { a = no; }; a = com.example-1/2; }"), "com.example-1/2");
 }
 
 TEST(OldStylePropertyList, CommentsAndBlanks_AreSkipped) {
-    EXPECT_EQ(valueOfA("// first\n{ /* a = c; */ a\t=\r\nb; } // last"), "b");
+    EXPECT_EQ(parseValueA("// first\n{ /* a = c; */ a\t=\r\nb; } // last"), "b");
 }
 
 TEST(OldStylePropertyList, Escapes_StandForTheirCharacters) {
@@ -56,7 +56,7 @@ TEST(OldStylePropertyList, ArraysAndData_AreRead) {
 }
 
 TEST(OldStylePropertyList, KeyThatComesTwice_HasItsLastValue) {
-    EXPECT_EQ(valueOfA("{ a = b; a = c; }"), "c");
+    EXPECT_EQ(parseValueA("{ a = b; a = c; }"), "c");
 }
 
 TEST(OldStylePropertyList, DamagedDocuments_AreRefused) {
@@ -77,7 +77,7 @@ TEST(OldStylePropertyList, Nesting_IsLimited) {
     EXPECT_FALSE(readOldStylePropertyList(nested(1000000)));
 }
 
-TEST(OldStylePropertyList, StringsFile_NeedsNoBraces_AndAKeyWithoutAValueStandsForItself) {
+TEST(OldStylePropertyList, StringsFile_HasNoBracesAndAKeyWithoutAValueIsItsOwnValue) {
     const ObjectHolder strings = readStringsFile("/* comment */\n\"a\" = \"b\";\nc;\n");
     ASSERT_TRUE(strings);
     const auto& dictionary = dynamic_cast<const __CFDictionary&>(*strings.get());

@@ -35,7 +35,7 @@ const std::string kBinary(
 
 class PropertyList : public testing::Test {
   protected:
-    std::string valueOfA(const std::string& content) {
+    std::string parseValueA(const std::string& content) {
         folder_.write("list", content);
         const Held<CFDictionaryRef> dictionary(copyDictionary(folder_.path("list")));
         return toText(stringValue(dictionary.get(), CFSTR("a")));
@@ -65,10 +65,10 @@ class PropertyList : public testing::Test {
 
 }  // namespace
 
-TEST_F(PropertyList, Read_AllThreeForms_GivesTheSame) {
-    EXPECT_EQ(valueOfA("<plist version=\"1.0\"><dict><key>a</key><string>b</string></dict></plist>"), "b");
-    EXPECT_EQ(valueOfA(kBinary), "b");
-    EXPECT_EQ(valueOfA("{ a = b; }"), "b");
+TEST_F(PropertyList, Read_AllThreeForms_ReturnsTheSame) {
+    EXPECT_EQ(parseValueA("<plist version=\"1.0\"><dict><key>a</key><string>b</string></dict></plist>"), "b");
+    EXPECT_EQ(parseValueA(kBinary), "b");
+    EXPECT_EQ(parseValueA("{ a = b; }"), "b");
 }
 
 TEST_F(PropertyList, Read_EveryKindOfValueInXML_IsAnObject) {
@@ -92,7 +92,7 @@ TEST_F(PropertyList, Write_OfRealNumbers_IsTheSameInEveryLocaleOfTheHost) {
     EXPECT_NE(writtenAgain("<plist><real>-1e300</real></plist>").find("e+300</real>"), std::string::npos);
 }
 
-TEST_F(PropertyList, Read_ValuesThatAreNone_AreRefused) {
+TEST_F(PropertyList, Read_InvalidValues_AreRefused) {
     EXPECT_FALSE(isReadable("<plist><integer>many</integer></plist>"));
     EXPECT_FALSE(isReadable("<plist><real></real></plist>"));
     EXPECT_FALSE(isReadable("<plist><array><date>yesterday</date></array></plist>"));
@@ -108,7 +108,7 @@ TEST_F(PropertyList, Read_Garbage_IsNullAndRaisesNothing) {
     EXPECT_FALSE(isReadable(""));
 }
 
-TEST_F(PropertyList, Read_ShortTexts_ReadNothingBehindThem) {
+TEST_F(PropertyList, Read_ShortTexts_ReadNothingAfterThem) {
     for (const std::string start : {"<?xml version", "bplist00", "{ a = b; }", "// comment"}) {
         for (std::size_t length = 0; length < 8; ++length) {
             EXPECT_FALSE(isReadable(start.substr(0, length) + "<")) << start.substr(0, length);
@@ -134,7 +134,7 @@ TEST_F(PropertyList, StringValue_AbsentOrOfAnotherKind_IsNull) {
     EXPECT_EQ(stringValue(nullptr, CFSTR("a")), nullptr);
 }
 
-TEST_F(PropertyList, CopyStrings_PlainAndUTF16_GivesKeysAndValues) {
+TEST_F(PropertyList, CopyStrings_PlainAndUTF16_ReturnsKeysAndValues) {
     folder_.write("plain.strings",
                   "/* name */\n\"CFBundleName\" = \"N\xC3\xA4me\";\nCFBundleVersion = \"2\";\n");
     const Held<CFDictionaryRef> plain(portability::copyStrings(folder_.path("plain.strings")));

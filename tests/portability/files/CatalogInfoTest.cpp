@@ -120,7 +120,7 @@ TEST_F(CatalogInfo, Get_OnlyWhatWasAskedFor_IsWritten) {
     EXPECT_EQ(std::memcmp(&info_, &expected, sizeof expected), 0);
 }
 
-TEST_F(CatalogInfo, Get_NameAndParent_AreHandedOut) {
+TEST_F(CatalogInfo, Get_NameAndParent_AreReturned) {
     const FSRef ref = makeRef(folder_.path("full/one"));
     HFSUniStr255 name;
     FSRef parent;

@@ -102,7 +102,7 @@ TEST_F(FileReference, Resolve_NumberGivenToANewFileUnderAnotherName_IsNotFound) 
     EXPECT_EQ(resolveReference(&ref, path_), fnfErr);
 }
 
-TEST_F(FileReference, Make_NothingThere_AnswersTheCauseAndLeavesTheReference) {
+TEST_F(FileReference, Make_NothingThere_ReturnsTheCauseAndLeavesTheReference) {
     FSRef ref = markedRef();
     EXPECT_EQ(makeReference(folder_.path("absent"), &ref), ENOENT);
     EXPECT_TRUE(isMarked(ref));

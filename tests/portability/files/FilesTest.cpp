@@ -243,7 +243,7 @@ TEST_F(Files, DeleteObject_FolderClosedToTheUser_IsDenied) {
     EXPECT_EQ(folder_.read("full/inner"), "x");
 }
 
-TEST_F(Files, DeleteObject_ReferenceToASymbolicLink_DeletesTheLinkAlone) {
+TEST_F(Files, DeleteObject_ReferenceToASymbolicLink_DeletesOnlyTheLink) {
     files::create_symlink(folder_.path("file"), folder_.path("link"));
     FSRef link;
     ASSERT_EQ(makeChildRef(makeRef(folder_.path()), "link", &link), noErr);

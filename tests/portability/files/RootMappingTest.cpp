@@ -23,7 +23,7 @@ class RootMapping : public testing::Test {
 
 }  // namespace
 
-TEST_F(RootMapping, CFURL_OfAFixedPlace_GivesThePathInTheRoot) {
+TEST_F(RootMapping, CFURL_OfAFixedPlace_ReturnsThePathInTheRoot) {
     const Held<CFURLRef> url(newFileURL("/Library/Application Support/Tessilor/pos/Merrowd.app"));
     EXPECT_EQ(toPath(url.get()), folder_.path("Library/Application Support/Tessilor/pos/Merrowd.app"));
     const std::string logs = "/Library/Logs/Tessilor/";
@@ -72,7 +72,7 @@ TEST_F(RootMapping, FSFindFolder_OtherDomainsAndTypes_HaveTheirPlaces) {
     EXPECT_EQ(toPath(ref), folder_.path("home/Library/Application Support"));
 }
 
-TEST_F(RootMapping, FSFindFolder_FileInPlaceOfTheFolder_IsNoFolder) {
+TEST_F(RootMapping, FSFindFolder_FileInPlaceOfTheFolder_IsNotAFolder) {
     folder_.write("Library/Application Support", "a file");
     FSRef ref = markedRef();
     EXPECT_EQ(FSFindFolder(kLocalDomain, kApplicationSupportFolderType, kDontCreateFolder, &ref),

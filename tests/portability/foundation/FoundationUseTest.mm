@@ -43,7 +43,7 @@ bool ignoresBrokenPipes() {
     return action.sa_handler == SIG_IGN;
 }
 
-std::string localeOfCharacters() { return std::setlocale(LC_CTYPE, nullptr); }
+std::string currentCharacterLocale() { return std::setlocale(LC_CTYPE, nullptr); }
 
 // Creates an autorelease pool in the same way as the code of a host.
 void useAsAHost() {
@@ -115,14 +115,14 @@ TEST(FoundationUse, InPoolsOfSeveralThreads_LeavesWhatBelongsToTheHost) {
 TEST(FoundationUse, ByTheHostItself_ChangesWhatFoundationWants) {
     EXPECT_TRUE(isTrueInAFreshProcess([] {
         useAsAHost();
-        return ignoresBrokenPipes() && localeOfCharacters() == kLocale;
+        return ignoresBrokenPipes() && currentCharacterLocale() == kLocale;
     }));
 }
 
 TEST(FoundationUse, ByTheHostItselfBesideAPool_ChangesWhatFoundationWants) {
     EXPECT_TRUE(isTrueInAFreshProcess([] {
         useInPool([] { std::thread(useAsAHost).join(); });
-        return localeOfCharacters() == kLocale;
+        return currentCharacterLocale() == kLocale;
     }));
 }
 
@@ -130,17 +130,17 @@ TEST(FoundationUse, ByTheHostItselfAfterAPool_ChangesWhatFoundationWants) {
     EXPECT_TRUE(isTrueInAFreshProcess([] {
         useInPool([] {});
         useAsAHost();
-        return localeOfCharacters() == kLocale;
+        return currentCharacterLocale() == kLocale;
     }));
 }
 
-TEST(ImportedFunctionTest, FunctionThatTheLibraryDoesNotCall_IsLeftAlone) {
+TEST(ImportedFunctionTest, FunctionThatTheLibraryDoesNotCall_IsNotChanged) {
     ImportedFunction function(objc_getClass("NSObject"), "no_such_function");
     function.redirect(nullptr);
     function.restore();
 }
 
-TEST(ImportedFunctionTest, AddressOutsideAllLibraries_IsLeftAlone) {
+TEST(ImportedFunctionTest, AddressOutsideAllLibraries_ChangesNothing) {
     int local = 0;
     ImportedFunction function(&local, "setlocale");
     function.redirect(nullptr);

@@ -40,7 +40,7 @@ TEST_F(NSLogTest, Line_BeginsWithTimeProgramAndProcess) {
     EXPECT_EQ(log.find("portability"), sizeof "2026-11-22 00:15:34.205") << log;
 }
 
-TEST_F(NSLogTest, MessageWithALineEnd_GetsNoSecondOne) {
+TEST_F(NSLogTest, MessageWithALineEnd_ReceivesNoSecondOne) {
     testing::internal::CaptureStderr();
     NSLog(@"message\n");
     const std::string log = testing::internal::GetCapturedStderr();
@@ -67,7 +67,7 @@ TEST_F(NSLogTest, ProgramWhoseNameIsNotUTF8_IsNamedInUTF8) {
     EXPECT_NE(log.find(" Größe["), std::string::npos) << log;
 }
 
-TEST_F(NSLogTest, ProcessWithAnotherEncoding_WritesUTF8AllTheSame) {
+TEST_F(NSLogTest, ProcessWithAnotherEncoding_StillWritesUTF8) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");  // so that the process starts with this variable
     setenv("GNUSTEP_STRING_ENCODING", "NSISOLatin1StringEncoding", 1);
     const auto logAndEnd = [] {
@@ -87,7 +87,7 @@ TEST_F(NSLogTest, ProcessWithoutStandardError_GoesOn) {
     EXPECT_EXIT(closeAndLog(), testing::ExitedWithCode(0), "^$");
 }
 
-TEST_F(NSLogTest, ProcessWhoseStandardErrorNobodyReads_GoesOnAndGetsNoSignal) {
+TEST_F(NSLogTest, ProcessWhoseStandardErrorNobodyReads_GoesOnAndReceivesNoSignal) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto breakAndLog = [] {
         int ends[2];

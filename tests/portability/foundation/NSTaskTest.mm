@@ -27,7 +27,7 @@ class Tasks : public testing::Test {
         [task_ setArguments:[NSArray arrayWithObjects:@"-c", [NSString stringWithUTF8String:script], nil]];
     }
 
-    int statusOfTask() {
+    int runTask() {
         EXPECT_TRUE(dovrel::test::waitUntil([this] { return ![task_ isRunning]; }));
         return [task_ terminationStatus];
     }
@@ -64,14 +64,14 @@ TEST_F(Tasks, Task_RunsUntilItsProgramEndsAndHasItsStatus) {
     dup2(standardInput, 0);
     EXPECT_TRUE([task_ isRunning]);
     EXPECT_EQ(write(input[1], "\n", 1), 1);
-    EXPECT_EQ(statusOfTask(), 3);
+    EXPECT_EQ(runTask(), 3);
     for (const int descriptor : {input[0], input[1], standardInput}) close(descriptor);
 }
 
 TEST_F(Tasks, StatusOfAProgramThatASignalEnded_IsTheSignal) {
     prepareShell("kill -TERM $$");
     [task_ launch];
-    EXPECT_EQ(statusOfTask(), SIGTERM);
+    EXPECT_EQ(runTask(), SIGTERM);
 }
 
 TEST_F(Tasks, Outputs_CanBeReadFromTheirPipesToTheEnd) {
@@ -83,7 +83,7 @@ TEST_F(Tasks, Outputs_CanBeReadFromTheirPipesToTheEnd) {
     [task_ launch];
     EXPECT_EQ(toText([[output fileHandleForReading] readDataToEndOfFile]), "to the output\n");
     EXPECT_EQ(toText([[error fileHandleForReading] readDataToEndOfFile]), "to the error\n");
-    EXPECT_EQ(statusOfTask(), 0);
+    EXPECT_EQ(runTask(), 0);
 }
 
 TEST_F(Tasks, OnePipeForBothOutputs_HoldsBoth) {
@@ -93,7 +93,7 @@ TEST_F(Tasks, OnePipeForBothOutputs_HoldsBoth) {
     prepareShell("echo first; echo second >&2");
     [task_ launch];
     EXPECT_EQ(toText([[pipe fileHandleForReading] readDataToEndOfFile]), "first\nsecond\n");
-    statusOfTask();
+    runTask();
 }
 
 TEST_F(Tasks, OutputBeyondWhatAPipeHolds_WaitsForItsReaderAndLosesNothing) {
@@ -102,7 +102,7 @@ TEST_F(Tasks, OutputBeyondWhatAPipeHolds_WaitsForItsReaderAndLosesNothing) {
     prepareShell("head -c 300000 /dev/zero; exit 5");
     [task_ launch];
     EXPECT_EQ([[[output fileHandleForReading] readDataToEndOfFile] length], 300000u);
-    EXPECT_EQ(statusOfTask(), 5);
+    EXPECT_EQ(runTask(), 5);
 }
 
 TEST_F(Tasks, Arguments_ReachTheProgramAsTheyAre) {
@@ -113,7 +113,7 @@ TEST_F(Tasks, Arguments_ReachTheProgramAsTheyAre) {
     [task_ launch];
     EXPECT_EQ(toText([[output fileHandleForReading] readDataToEndOfFile]), "|two words|d\xC3\xBC"
                                                                            "r|");
-    EXPECT_EQ(statusOfTask(), 0);
+    EXPECT_EQ(runTask(), 0);
 }
 
 TEST_F(Tasks, ProgramThatCannotBeExecuted_RaisesAtTheLaunch) {
@@ -143,5 +143,5 @@ TEST_F(Tasks, TaskThatWasLaunched_RefusesChangesAndASecondLaunch) {
     EXPECT_TRUE(raises([this] { [task_ setArguments:[NSArray array]]; }));
     EXPECT_TRUE(raises([this] { [task_ setStandardOutput:[NSPipe pipe]]; }));
     EXPECT_TRUE(raises([this] { [task_ setStandardError:[NSPipe pipe]]; }));
-    EXPECT_EQ(statusOfTask(), 0);
+    EXPECT_EQ(runTask(), 0);
 }

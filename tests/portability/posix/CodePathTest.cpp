@@ -17,20 +17,20 @@ int variable = 1;
 
 TEST(CodePath, OfThisProgram_IsItsFile) {
     const std::string program = fs::read_symlink("/proc/self/exe").string();
-    EXPECT_EQ(pathOfCode(reinterpret_cast<const void*>(&pathOfCode)), program);
-    EXPECT_EQ(pathOfCode(&variable), program);
+    EXPECT_EQ(findCodeFile(reinterpret_cast<const void*>(&findCodeFile)), program);
+    EXPECT_EQ(findCodeFile(&variable), program);
 }
 
 TEST(CodePath, OfALibrary_IsItsFileWithoutLinks) {
-    const std::string path = pathOfCode(stdout);
+    const std::string path = findCodeFile(stdout);
     EXPECT_EQ(getLastComponent(path).rfind("libc", 0), 0u) << path;
     EXPECT_EQ(path, canonicalPath(path));
 }
 
 TEST(CodePath, WhereNoFileIsMapped_IsEmpty) {
     const int local = 0;
-    EXPECT_EQ(pathOfCode(&local), "");
-    EXPECT_EQ(pathOfCode(nullptr), "");
+    EXPECT_EQ(findCodeFile(&local), "");
+    EXPECT_EQ(findCodeFile(nullptr), "");
 }
 
 }  // namespace

@@ -5,8 +5,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <new>
 #include <string>
 
+#include "tests/support/HeapWatch.h"
+#include "tests/support/Processes.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {
@@ -51,4 +54,19 @@ TEST(FileContent, ReadFile_PipeWithoutWriter_DoesNotWait) {
 // was opened and before it is read.
 TEST(FileContent, ReadFile_FailureWhileReading_IsNothing) {
     EXPECT_EQ(readFile("/proc/self/mem", kNoLimit), std::nullopt);
+}
+
+TEST(FileContent, ReadFile_OutOfMemory_LeavesNoDescriptorOpen) {
+    const dovrel::test::TemporaryFolder folder;
+    folder.write("file", std::string(100000, 'x'));
+    const int before = openDescriptors();
+    const std::string path = folder.path("file");
+    dovrel::test::refuseEachRequest(
+        [&] {
+            try {
+                readFile(path, kNoLimit);
+            } catch (const std::bad_alloc&) {
+            }
+        },
+        [&](bool) { EXPECT_EQ(openDescriptors(), before); });
 }

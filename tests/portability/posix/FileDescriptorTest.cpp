@@ -31,7 +31,7 @@ TEST(FileDescriptor, End_ClosesItAndKeepsErrno) {
     EXPECT_FALSE(isOpen(number));
 }
 
-TEST(FileDescriptor, Release_GivesItUp) {
+TEST(FileDescriptor, Release_ReturnsItWithoutClosingIt) {
     const int number = openOne();
     {
         FileDescriptor owner(number);

@@ -20,7 +20,7 @@ class Issetugid : public testing::Test {
         EXPECT_EQ(chmod(folder_.path().c_str(), 0755), 0);
     }
 
-    int exitStatusOfProbe() const {
+    int runProbe() const {
         const pid_t child = fork();
         if (child == 0) {
             execl(probe_.c_str(), probe_.c_str(), static_cast<char*>(nullptr));
@@ -38,9 +38,9 @@ class Issetugid : public testing::Test {
 
 }  // namespace
 
-TEST_F(Issetugid, ProgramWithTheRightsOfItsUser_IsNone) {
+TEST_F(Issetugid, ProgramWithTheRightsOfItsUser_Is0) {
     EXPECT_EQ(issetugid(), 0);
-    EXPECT_EQ(exitStatusOfProbe(), 0);
+    EXPECT_EQ(runProbe(), 0);
 }
 
 TEST_F(Issetugid, ProgramWithAnotherUsersOrGroupsRights_IsOne) {
@@ -50,6 +50,6 @@ TEST_F(Issetugid, ProgramWithAnotherUsersOrGroupsRights_IsOne) {
     ASSERT_EQ(chown(probe_.c_str(), kNobody, kNobody), 0);
     for (const mode_t bit : {S_ISUID, S_ISGID}) {
         ASSERT_EQ(chmod(probe_.c_str(), bit | 0755), 0);
-        EXPECT_EQ(exitStatusOfProbe(), 1);
+        EXPECT_EQ(runProbe(), 1);
     }
 }

@@ -44,7 +44,7 @@ TEST_F(SystemRoot, Root_WithLinksDotsAndSlashes_IsCanonical) {
     }
 }
 
-TEST_F(SystemRoot, Root_ThatDoesNotExist_IsCanonicalAllTheSame) {
+TEST_F(SystemRoot, Root_ThatDoesNotExist_IsStillCanonical) {
     files::create_directory_symlink(folder_.path(), folder_.path("link"));
     use(folder_.path("link") + "/not/../yet/");
     EXPECT_EQ(systemRoot(), folder_.path("yet"));
@@ -93,7 +93,7 @@ TEST_F(SystemRoot, Mapping_RootIsTheSlash_ChangesNothing) {
     EXPECT_EQ(inSystemRoot("/Library/x"), "/Library/x");
 }
 
-TEST_F(SystemRoot, FixedPlaces_AreThoseOfTheCurrentRootAlone) {
+TEST_F(SystemRoot, FixedPlaces_AreOnlyThoseOfTheCurrentRoot) {
     EXPECT_TRUE(isInFixedPlace("/Library/x"));
     EXPECT_FALSE(isInFixedPlace(folder_.path("Library/x")));
     use(folder_.path());

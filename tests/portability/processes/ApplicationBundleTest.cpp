@@ -39,7 +39,7 @@ TEST_F(ApplicationBundle, IsExecutableOf_IsTrueForTheFileThatTheInfoNames) {
     EXPECT_TRUE(isExecutableOf(bundle_, program_)) << "a process may outlive its file";
 }
 
-TEST_F(ApplicationBundle, SignatureOf_IsThatOfTheInfoOr0) {
+TEST_F(ApplicationBundle, ReadSignature_IsThatOfTheInfoOr0) {
     EXPECT_EQ(portability::readSignature(bundle_), 0u);
     folder_.write("B.app/Contents/Info.plist",
                   "<plist><dict><key>CFBundleSignature</key><string>PrBd</string></dict></plist>");
@@ -56,14 +56,14 @@ TEST_F(ApplicationBundle, IsExecutableOf_IsFalseForAnyOtherFile) {
     EXPECT_FALSE(isExecutableOf(bundle_, "A"));
 }
 
-TEST_F(ApplicationBundle, IsExecutableOf_ExecutableThatIsALink_IsWhatItLeadsTo) {
+TEST_F(ApplicationBundle, IsExecutableOf_ExecutableThatIsALink_IsItsTarget) {
     folder_.write("elsewhere/program", "program");
     files::remove(program_);
     files::create_symlink(folder_.path("elsewhere/program"), program_);
     EXPECT_TRUE(isExecutableOf(bundle_, folder_.path("elsewhere/program")));
 }
 
-TEST_F(ApplicationBundle, IsExecutableOf_WithoutAUsableInfo_GoesByTheApplicationsName) {
+TEST_F(ApplicationBundle, IsExecutableOf_WithoutAUsableInfo_UsesTheApplicationsName) {
     const std::string other = folder_.path("A.app/Contents/MacOS/B");
     const auto expectTheNamesake = [&](const std::string& info) {
         EXPECT_TRUE(isExecutableOf(bundle_, program_)) << info;

@@ -193,7 +193,7 @@ TEST_F(Detached, Caller_ThatHandlesOrIgnoresEndsOfChildren_NoticesNothing) {
     EXPECT_GT(report.id(), 0);
 }
 
-TEST_F(Detached, FailedStart_AnswersItsCause) {
+TEST_F(Detached, FailedStart_ReturnsItsCause) {
     EXPECT_EQ(start(folder_.path("absent")), ENOENT);
     EXPECT_EQ(start(makeProgram("closed", "#!/bin/sh\n", 0644)), EACCES) << "for the administrator too";
     EXPECT_EQ(start(folder_.path()), EACCES);

@@ -56,7 +56,7 @@ TEST_F(InstalledApplicationsTest, ApplicationsOfOneName_AreAllFound) {
     EXPECT_THAT(named("A"), testing::UnorderedElementsAre(first, second));
 }
 
-TEST_F(InstalledApplicationsTest, WhatIsNoApplicationInAFixedPlace_IsNotFound) {
+TEST_F(InstalledApplicationsTest, WhatIsNotAnApplicationInAFixedPlace_IsNotFound) {
     make("Elsewhere/A.app");
     make("A.app");
     make("Library/A.bundle");

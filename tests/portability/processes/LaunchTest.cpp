@@ -82,7 +82,7 @@ class Launch : public testing::Test {
 
 }  // namespace
 
-TEST_F(Launch, Application_Starts_AndItsURLIsHandedOut) {
+TEST_F(Launch, Application_Starts_AndItsURLIsReturned) {
     CFURLRef launched = nullptr;
     ASSERT_EQ(launch("/Library/Server.app", &launched), noErr);
     const Held<CFURLRef> holder(launched);
@@ -91,7 +91,7 @@ TEST_F(Launch, Application_Starts_AndItsURLIsHandedOut) {
     EXPECT_EQ(runningServers(), 1);
 }
 
-TEST_F(Launch, Application_GetsTheEndpointAndNothingElse) {
+TEST_F(Launch, Application_ReceivesTheEndpointAndNothingElse) {
     const VariableChange marked("DOVREL_TEST_MARK", "kept");
     ASSERT_EQ(launch("/Library/Server.app"), noErr);
     const ProbeReport report(program_);
@@ -197,7 +197,7 @@ TEST_F(Launch, NothingAtThePath_IsNotFound) {
     EXPECT_EQ(launched, reinterpret_cast<CFURLRef>(&launched)) << "untouched";
 }
 
-TEST_F(Launch, PathThatIsNoApplication_IsNotAnApplication) {
+TEST_F(Launch, PathOfSomethingElse_IsNotAnApplication) {
     folder_.write("Library/file", "x");
     EXPECT_EQ(launch("/Library/file"), kLSNotAnApplicationErr);
     files::create_directory(folder_.path("Library/Bare.app"));

@@ -54,7 +54,7 @@ TEST_F(OpenDocument, File_IsGivenToTheOpenerByItsPath) {
     EXPECT_EQ(opened(), "1\n" + folder_.path("Library/Help/index.html") + "\n");
 }
 
-TEST_F(OpenDocument, FolderThatIsNoApplication_IsGivenToTheOpener) {
+TEST_F(OpenDocument, FolderThatIsNotAnApplication_IsPassedToTheOpener) {
     const Held<CFURLRef> url(newFileURL("/Library/Help", true));
     ASSERT_EQ(LSOpenCFURLRef(url.get(), nullptr), noErr);
     EXPECT_EQ(opened(), "1\n" + folder_.path("Library/Help") + "\n");

@@ -50,7 +50,7 @@ class ProcessTableNames : public ProcessTableTest {
 
 }  // namespace
 
-TEST_F(ProcessTableNames, ApplicationsOfTwoRoots_AreEachListedUnderTheirOwnRootAlone) {
+TEST_F(ProcessTableNames, ApplicationsOfTwoRoots_AreEachListedOnlyUnderTheirOwnRoot) {
     makeApplication("other/" + std::string(kApplication));
     const auto first = run("root/" + std::string(kProgram));
     const auto second = run("other/" + std::string(kProgram));
@@ -68,7 +68,7 @@ TEST_F(ProcessTableNames, RootGivenThroughASymbolicLink_IsTheSameRoot) {
     EXPECT_TRUE(isListedUnder("link", probe->id()));
 }
 
-TEST_F(ProcessTableNames, ApplicationInAFolderBehindASymbolicLink_IsListed) {
+TEST_F(ProcessTableNames, ApplicationInAFolderThroughASymbolicLink_IsListed) {
     files::rename(folder_.path("root/Library/Application Support/Example"), folder_.path("moved"));
     files::create_directory_symlink(folder_.path("moved"),
                                     folder_.path("root/Library/Application Support/Example"));

@@ -52,7 +52,7 @@ class Child {
 
 }  // namespace
 
-TEST(Processes, GetCurrentProcess_IsOneSerialNumberThatGivesOnesOwnId) {
+TEST(Processes, GetCurrentProcess_IsOneSerialNumberOfTheOwnProcessId) {
     ProcessSerialNumber first = {};
     ProcessSerialNumber second = {};
     ASSERT_EQ(GetCurrentProcess(&first), noErr);
@@ -83,7 +83,7 @@ TEST(Processes, GetProcessPID_UnknownSerialNumber_IsProcNotFoundAndLeavesTheId) 
     EXPECT_EQ(pid, -7);
 }
 
-TEST(Processes, GetProcessForPID_OfAnotherProcess_LeadsBackToIt) {
+TEST(Processes, GetProcessForPID_OfAnotherProcess_ReturnsASerialNumberOfIt) {
     const Child child;
     ProcessSerialNumber number = {};
     ASSERT_EQ(GetProcessForPID(child.id(), &number), noErr);

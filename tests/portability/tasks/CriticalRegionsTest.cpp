@@ -25,7 +25,7 @@ class CriticalRegions : public testing::Test {
     MPCriticalRegionID region_ = kInvalidID;
 };
 
-TEST_F(CriticalRegions, Create_GivesAnIdentifier) {
+TEST_F(CriticalRegions, Create_ReturnsAnIdentifier) {
     EXPECT_NE(region_, nullptr);
 }
 

@@ -30,19 +30,19 @@ class EventGroups : public testing::Test {
     MPEventID event_ = kInvalidID;
 };
 
-TEST_F(EventGroups, Wait_OnAnEventThatWasNeverSet_TimesOutAndLeavesTheFlagsAlone) {
+TEST_F(EventGroups, Wait_OnAnEventThatWasNeverSet_TimesOutAndLeavesTheFlagsUnchanged) {
     EXPECT_EQ(wait(kDurationImmediate), Outcome(kMPTimeoutErr, kUntouched));
     EXPECT_EQ(wait(5), Outcome(kMPTimeoutErr, kUntouched));
 }
 
-TEST_F(EventGroups, Set_WithNobodyWaiting_StaysUntilOneWaitTakesAllFlags) {
+TEST_F(EventGroups, Set_WithNoThreadWaiting_StaysUntilOneWaitTakesAllFlags) {
     EXPECT_EQ(MPSetEvent(event_, 0x00000001), noErr);
     EXPECT_EQ(MPSetEvent(event_, 0x80000000), noErr);
     EXPECT_EQ(wait(kDurationImmediate), Outcome(noErr, 0x80000001));
     EXPECT_EQ(wait(kDurationImmediate), Outcome(kMPTimeoutErr, kUntouched));
 }
 
-TEST_F(EventGroups, Wait_WithoutAPlaceForTheFlags_ClearsThemToo) {
+TEST_F(EventGroups, Wait_WithoutAPlaceForTheFlags_AlsoClearsThem) {
     EXPECT_EQ(MPSetEvent(event_, 3), noErr);
     EXPECT_EQ(MPWaitForEvent(event_, nullptr, kDurationImmediate), noErr);
     EXPECT_EQ(wait(kDurationImmediate), Outcome(kMPTimeoutErr, kUntouched));
@@ -64,7 +64,7 @@ TEST_F(EventGroups, Set_WhileThreadsWait_ReleasesTheFirstOnly) {
     EXPECT_EQ(takeResult(second), Outcome(noErr, 8));
 }
 
-TEST_F(EventGroups, Set_OfNoFlags_ReleasesNobody) {
+TEST_F(EventGroups, Set_OfNoFlags_ReleasesNoThread) {
     auto waiter = waitInThread(kDurationForever);
     untilAllOthersWait();
     EXPECT_EQ(MPSetEvent(event_, 0), noErr);

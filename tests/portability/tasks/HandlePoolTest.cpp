@@ -23,7 +23,7 @@ std::unique_ptr<Pool> newPool() {
     return std::make_unique<Pool>();
 }
 
-TEST(HandlePool, Find_GivesTheObjectAsItWasLeft) {
+TEST(HandlePool, Find_ReturnsTheObjectAsItWasLeft) {
     const auto pool = newPool();
     const uintptr_t one = pool->create({1});
     const uintptr_t two = pool->create({2});
@@ -34,7 +34,7 @@ TEST(HandlePool, Find_GivesTheObjectAsItWasLeft) {
     EXPECT_EQ(pool->find(two)->value, 2);
 }
 
-TEST(HandlePool, Find_OfWhatWasNeverHandedOut_IsNone) {
+TEST(HandlePool, Find_OfAnUnknownIdentifier_ReturnsNoObject) {
     const auto pool = newPool();
     EXPECT_FALSE(pool->find(0));
     EXPECT_FALSE(pool->find(1));
@@ -43,7 +43,7 @@ TEST(HandlePool, Find_OfWhatWasNeverHandedOut_IsNone) {
         EXPECT_FALSE(pool->find(other)) << other;
 }
 
-TEST(HandlePool, Find_OfARemovedObject_IsNoneHoweverManyFollow) {
+TEST(HandlePool, Find_OfARemovedObject_ReturnsNoObjectHoweverManyFollow) {
     const auto pool = newPool();
     const uintptr_t stale = pool->create({1});
     pool->remove(pool->find(stale));
@@ -57,7 +57,7 @@ TEST(HandlePool, Find_OfARemovedObject_IsNoneHoweverManyFollow) {
     }
 }
 
-TEST(HandlePool, Create_BeyondAllRoom_AnswersZeroUntilOneIsRemoved) {
+TEST(HandlePool, Create_BeyondAllRoom_ReturnsZeroUntilOneIsRemoved) {
     const auto pool = newPool();
     uintptr_t last = 0;
     for (size_t i = 0; i < kCapacity; ++i) {

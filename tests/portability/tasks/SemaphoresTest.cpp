@@ -38,7 +38,7 @@ TEST_F(Semaphores, CreateBinary_HoldsOneUnitAtMost) {
     EXPECT_EQ(MPDeleteSemaphore(binary), noErr);
 }
 
-TEST_F(Semaphores, Create_WithMoreThanTheMaximum_LeavesTheOutputAlone) {
+TEST_F(Semaphores, Create_WithMoreThanTheMaximum_LeavesTheOutputUnchanged) {
     MPSemaphoreID untouched = semaphore_;
     EXPECT_NE(MPCreateSemaphore(1, 2, &untouched), noErr);
     EXPECT_EQ(untouched, semaphore_);

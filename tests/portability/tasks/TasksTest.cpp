@@ -69,7 +69,7 @@ TEST_F(Tasks, IsPreemptive_OnTheMainThread_IsFalse) {
     EXPECT_FALSE(MPTaskIsPreemptive(kInvalidID));
 }
 
-TEST_F(Tasks, IsPreemptive_InAThreadThatIsNoTask_IsTrue) {
+TEST_F(Tasks, IsPreemptive_InAThreadThatIsNotATask_IsTrue) {
     auto thread = inThread([] { return MPTaskIsPreemptive(kInvalidID); });
     EXPECT_TRUE(takeResult(thread));
 }

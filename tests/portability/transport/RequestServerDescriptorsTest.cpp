@@ -69,14 +69,19 @@ class RequestServerDescriptorsTest : public testing::Test {
         EndpointClaim claim;
         EXPECT_EQ(EndpointClaim::claim(kSignature, claim), EndpointClaim::Outcome::claimed);
         server_ = std::make_unique<RequestServer>(std::move(claim), wake_.get(), handler_, isEnding_);
-        thread_ = std::thread([this] {
-            while (!server_->serve()) {
-            }
-        });
     }
     ~RequestServerDescriptorsTest() override {
         eventfd_write(wake_.get(), 1);
         thread_.join();
+    }
+
+    // Until then, connections and packets wait in the socket. So a test can close its own descriptor of a socket that
+    // it has sent before the server closes the other: this thread would wait for the close of the last one.
+    void startServer() {
+        thread_ = std::thread([this] {
+            while (!server_->serve()) {
+            }
+        });
     }
 
     static FileDescriptor connect() { return FileDescriptor(connectToEndpoint(kSignature)); }
@@ -112,6 +117,7 @@ TEST_F(RequestServerDescriptorsTest, SocketInPlaceOfSharedMemory_IsRefusedWithou
     const FileDescriptor bad = connect();
     sendRaw(bad.get(), fileRequest(), {lingering.get()});
     lingering.closeOwn();
+    startServer();
     expectRefusedWithoutDelay(bad);
 }
 
@@ -126,6 +132,7 @@ TEST_F(RequestServerDescriptorsTest, ManySocketsInOnePacket_AreRefusedWithoutDel
     sendRaw(bad.get(), fileRequest(), descriptors);
     for (const auto& socket : lingering)
         socket->closeOwn();
+    startServer();
     expectRefusedWithoutDelay(bad);
 }
 
@@ -135,10 +142,12 @@ TEST_F(RequestServerDescriptorsTest, SocketInAPacketThatIsNeverRead_DelaysNobody
     sendRaw(bad.get(), Bytes(10, 0));
     sendRaw(bad.get(), fileRequest(), {lingering.get()});
     lingering.closeOwn();
+    startServer();
     expectRefusedWithoutDelay(bad);
 }
 
 TEST_F(RequestServerDescriptorsTest, RefusedDescriptors_AreClosed) {
+    startServer();
     const int before = openDescriptors();
     for (int i = 0; i < 20; ++i) {
         const FileDescriptor bad = connect();

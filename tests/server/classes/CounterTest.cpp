@@ -5,13 +5,13 @@
 namespace merrowd::test {
 namespace {
 
-TEST(Counter, Add_AnswersTheSumLittleEndian) {
+TEST(Counter, Add_ReturnsTheSumLittleEndian) {
     TestObject counter("Counter");
     EXPECT_EQ(counter.call("add", std::string("\x02\x00\x00\x00", 4)), std::string("\x02\x00\x00\x00", 4));
     EXPECT_EQ(counter.call("add", std::string("\xFF\x01\x00\x00", 4)), std::string("\x01\x02\x00\x00", 4));
 }
 
-TEST(Counter, Value_AnswersTheSumAndKeepsIt) {
+TEST(Counter, Value_ReturnsTheSumAndKeepsIt) {
     TestObject counter("Counter");
     EXPECT_EQ(counter.call("value"), littleEndian(0));
     counter.call("add", littleEndian(7));
@@ -19,7 +19,7 @@ TEST(Counter, Value_AnswersTheSumAndKeepsIt) {
     EXPECT_EQ(counter.call("value"), littleEndian(7));
 }
 
-TEST(Counter, Reset_AnswersNothingAndStartsAtZero) {
+TEST(Counter, Reset_ReturnsNothingAndStartsAtZero) {
     TestObject counter("Counter");
     counter.call("add", littleEndian(7));
     EXPECT_EQ(counter.call("reset"), "");

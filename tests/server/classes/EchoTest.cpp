@@ -5,7 +5,7 @@
 namespace merrowd::test {
 namespace {
 
-TEST(Echo, Echo_OfAnyBytes_GivesThemBack) {
+TEST(Echo, Echo_OfAnyBytes_ReturnsThem) {
     TestObject echo("Echo");
     std::string all;
     for (int byte = 0; byte < 256; ++byte)

@@ -9,7 +9,7 @@ std::string note(const std::string& name, const std::string& content) {
     return name + '\0' + content;
 }
 
-TEST(Notes, Get_AnswersWhatWasPut) {
+TEST(Notes, Get_ReturnsWhatWasPut) {
     TestObject notes("Notes");
     EXPECT_EQ(notes.call("put", note("milk", std::string("two\0litres\n", 11))), "");
     EXPECT_EQ(notes.call("get", "milk"), std::string("two\0litres\n", 11));
@@ -23,7 +23,7 @@ TEST(Notes, Put_UnderANameThatIsThere_ReplacesTheNote) {
     EXPECT_EQ(notes.call("list"), "milk\n");
 }
 
-TEST(Notes, List_AnswersTheNamesInAlphabeticalOrder) {
+TEST(Notes, List_ReturnsTheNamesInAlphabeticalOrder) {
     TestObject notes("Notes");
     EXPECT_EQ(notes.call("list"), "");
     notes.call("put", note("milk", ""));
@@ -45,7 +45,7 @@ TEST(Notes, GetAndRemove_OfANameThatIsNotThere_AreFailuresOfTheMethod) {
     EXPECT_EQ(notes.callRefused("remove", "milk"), 28u);
 }
 
-TEST(Notes, NamesThatAreNone_AreParameterFormat) {
+TEST(Notes, InvalidNames_AreParameterFormat) {
     TestObject notes("Notes");
     EXPECT_EQ(notes.callRefused("put", "no zero byte"), 30u);
     EXPECT_EQ(notes.callRefused("put", note("", "content")), 30u);

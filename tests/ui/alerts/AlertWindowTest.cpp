@@ -18,33 +18,33 @@ class AlertWindowTest : public test::AlertTest {
 
 // The results of an alert.
 
-TEST_F(AlertWindowTest, OK_Answers12) {
+TEST_F(AlertWindowTest, OK_Returns12) {
     start({"show", "0", "Title", "Body"});
     EXPECT_EQ(lineAfterClick(0), "answer 12");
     EXPECT_EQ(host_->wait(), 0);
 }
 
-TEST_F(AlertWindowTest, OKCancel_FirstButton_Answers12) {
+TEST_F(AlertWindowTest, OKCancel_FirstButton_Returns12) {
     start({"show", "1", "Title", "Body"});
     EXPECT_EQ(lineAfterClick(0), "answer 12");
 }
 
-TEST_F(AlertWindowTest, OKCancel_SecondButton_Answers13) {
+TEST_F(AlertWindowTest, OKCancel_SecondButton_Returns13) {
     start({"show", "1", "Title", "Body"});
     EXPECT_EQ(lineAfterClick(1), "answer 13");
 }
 
-TEST_F(AlertWindowTest, RetryCancel_Retry_Answers11) {
+TEST_F(AlertWindowTest, RetryCancel_Retry_Returns11) {
     start({"show", "2", "Title", "Body"});
     EXPECT_EQ(lineAfterClick(0), "answer 11");
 }
 
-TEST_F(AlertWindowTest, RetryCancel_Cancel_Answers13) {
+TEST_F(AlertWindowTest, RetryCancel_Cancel_Returns13) {
     start({"show", "2", "Title", "Body"});
     EXPECT_EQ(lineAfterClick(1), "answer 13");
 }
 
-TEST_F(AlertWindowTest, AlternativeRetryCancel_AnswersAsTheOther) {
+TEST_F(AlertWindowTest, AlternativeRetryCancel_ReturnsTheSameAsTheOther) {
     start({"show", "3", "Title", "Body", "3", "Title", "Body"});
     EXPECT_EQ(lineAfterClick(0), "answer 11");
     EXPECT_EQ(lineAfterClick(1), "answer 13");
@@ -96,7 +96,7 @@ TEST_F(AlertWindowTest, AfterTheAnswer_TheWindowIsGone) {
 
 // Contents. The tests of the window itself are with the helper's tests.
 
-TEST_F(AlertWindowTest, Window_BearsTheTitleOfTheAlert) {
+TEST_F(AlertWindowTest, Window_HasTheTitleOfTheAlert) {
     start({"show", "2",
            "Pr\x9f"
            "fung fehlgeschlagen",
@@ -157,7 +157,7 @@ TEST_F(AlertWindowTest, WindowLibraries_DoNotComeIntoTheHost) {
     EXPECT_EQ(host_->readLine(), "end");
 }
 
-TEST_F(AlertWindowTest, HostStartedWithBytesThatAreNoText_IsNotDisturbed) {
+TEST_F(AlertWindowTest, HostStartedWithBytesThatAreNotText_IsNotDisturbed) {
     setenv("HOST_VARIABLE", "\x8a\xff", 1);
     start({"show", "0", "Title", "\xe4", "0", "Title", "\xe4"});
     EXPECT_EQ(lineAfterClick(0), "answer 12");
@@ -174,7 +174,7 @@ TEST_F(AlertWindowTest, HostStartedWithBytesThatAreNoText_IsNotDisturbed) {
 
 // Without a display.
 
-TEST_F(AlertWindowTest, NoDisplay_ShowsNothingLogsTheBodyAndAnswers0) {
+TEST_F(AlertWindowTest, NoDisplay_ShowsNothingLogsTheBodyAndReturns0) {
     for (const char* display : {"", ":4095"}) {
         setenv("DISPLAY", display, 1);
         const std::string body = std::string("The body on \"") + display + '"';
@@ -195,7 +195,7 @@ TEST_F(AlertWindowTest, AlertsToTheLog_ShowNoWindow) {
     EXPECT_EQ(desktop_.mostAlerts(), 0u);
 }
 
-TEST_F(AlertWindowTest, DisplayThatEndsBetweenTwoAlerts_LogsTheSecondAndAnswers0) {
+TEST_F(AlertWindowTest, DisplayThatEndsBetweenTwoAlerts_LogsTheSecondAndReturns0) {
     start({"pause", "0", "Title", "The body"});
     EXPECT_EQ(lineAfterClick(0), "answer 12");
     desktop_.end();
@@ -205,7 +205,7 @@ TEST_F(AlertWindowTest, DisplayThatEndsBetweenTwoAlerts_LogsTheSecondAndAnswers0
     expectLogged("The body");
 }
 
-TEST_F(AlertWindowTest, DisplayThatEndsDuringAnAlert_LogsItAndAnswers0) {
+TEST_F(AlertWindowTest, DisplayThatEndsDuringAnAlert_LogsItAndReturns0) {
     start({"pause", "2", "Title", "The body"});
     EXPECT_NE(desktop_.waitForAlert(), "");
     desktop_.end();

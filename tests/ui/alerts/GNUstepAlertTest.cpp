@@ -42,7 +42,7 @@ TEST_F(GNUstepAlertTest, CarriageReturns_AreLineBreaks) {
         << testing::PrintToString(content);
 }
 
-TEST_F(GNUstepAlertTest, TheFirstButton_AnswersRetryOrOK) {
+TEST_F(GNUstepAlertTest, TheFirstButton_ReturnsRetryOrOK) {
     showContent("2");
     EXPECT_EQ(lineAfterClick(0), "answer 11");
     showContent("0");
@@ -51,7 +51,7 @@ TEST_F(GNUstepAlertTest, TheFirstButton_AnswersRetryOrOK) {
     EXPECT_EQ(lineAfterKey("Return"), "answer 12");
 }
 
-TEST_F(GNUstepAlertTest, TheSecondButton_AnswersCancel) {
+TEST_F(GNUstepAlertTest, TheSecondButton_ReturnsCancel) {
     showContent("2");
     EXPECT_EQ(lineAfterClick(1), "answer 13");
     showContent("1");

@@ -75,7 +75,7 @@ TEST_F(HelpPagesTest, MissingFolder_Is0AndOpensNothing) {
     EXPECT_TRUE(openedNothing());
 }
 
-TEST_F(HelpPagesTest, MissingStartPage_AnswersTheOpenersStatus) {
+TEST_F(HelpPagesTest, MissingStartPage_ReturnsTheOpenersStatus) {
     addHelp();
     removeStartPage("English");
     EXPECT_EQ(run("help", "C"), "status -43");

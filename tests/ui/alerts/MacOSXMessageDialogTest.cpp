@@ -108,7 +108,7 @@ TEST_F(MacOSXMessageDialogTest, AnyApplicationButTheManagementApplication_HasNoH
 
 // The results of an alert.
 
-TEST_F(MacOSXMessageDialogTest, TheFirstButton_AnswersRetryOrOK) {
+TEST_F(MacOSXMessageDialogTest, TheFirstButton_ReturnsRetryOrOK) {
     EXPECT_EQ(answerTo(0, 0), 12);
     EXPECT_EQ(answerTo(0, 1), 12);
     EXPECT_EQ(answerTo(0, 2), 11);
@@ -117,7 +117,7 @@ TEST_F(MacOSXMessageDialogTest, TheFirstButton_AnswersRetryOrOK) {
         EXPECT_EQ(answerTo(0, kind), 12) << kind;
 }
 
-TEST_F(MacOSXMessageDialogTest, TheSecondButton_AnswersCancel) {
+TEST_F(MacOSXMessageDialogTest, TheSecondButton_ReturnsCancel) {
     for (const int kind : {1, 2, 3})
         EXPECT_EQ(answerTo(1, kind), 13) << kind;
 }
@@ -133,7 +133,7 @@ TEST_F(MacOSXMessageDialogTest, TheReservedArgument_ChangesNothing) {
 constexpr char kUnshown[] =
     "Couldn't initialise NSApplication! No Error dialogue shown; message of the failed dialogue:  \n ";
 
-TEST_F(MacOSXMessageDialogTest, WithoutAWindowSystem_LogsTheBodyAndAnswers0) {
+TEST_F(MacOSXMessageDialogTest, WithoutAWindowSystem_LogsTheBodyAndReturns0) {
     unsetenv("DISPLAY");
     const std::string log = captureLog("Title", "The body of it.", 2);
     EXPECT_NE(log.find(std::string(kUnshown) + "\"The body of it.\"\n"), std::string::npos) << log;
@@ -149,7 +149,7 @@ TEST_F(MacOSXMessageDialogTest, WithAlertsToTheLog_LogsTheBodyAndStartsNoHelper)
     EXPECT_EQ(helper_.note("process"), "");
 }
 
-TEST_F(MacOSXMessageDialogTest, AHelperThatEndsWithoutAnAnswer_LogsTheBodyAndAnswers0) {
+TEST_F(MacOSXMessageDialogTest, AHelperThatEndsWithoutAnAnswer_LogsTheBodyAndReturns0) {
     for (const std::vector<std::string>& commands :
          std::vector<std::vector<std::string>>{{}, {"crash"}, {kShownEvent, "crash"}, {"send nonsense"}}) {
         helper_.follow(commands);
@@ -166,7 +166,7 @@ TEST_F(MacOSXMessageDialogTest, UnshownNullBody_IsLoggedAsEmpty) {
     EXPECT_EQ(answer_, 0);
 }
 
-TEST_F(MacOSXMessageDialogTest, UnshownBodyWithPercentSigns_IsNoFormat) {
+TEST_F(MacOSXMessageDialogTest, UnshownBodyWithPercentSigns_IsNotAFormat) {
     unsetenv("DISPLAY");
     const std::string log = captureLog("Title", "100 %s %@ %n", 0);
     EXPECT_NE(log.find("\"100 %s %@ %n\"\n"), std::string::npos) << log;

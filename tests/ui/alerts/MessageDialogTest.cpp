@@ -11,7 +11,7 @@
 namespace dovrel {
 namespace {
 
-TEST(MessageDialog, AlertOfTwoTexts_HasOKAlone) {
+TEST(MessageDialog, AlertOfTwoTexts_HasOnlyOK) {
     test::ScriptedMessageDialog dialog;
     EXPECT_EQ(dialog.showAlert("title", "body"), 12);
     EXPECT_EQ(dialog.shown, (std::vector<test::ShownAlert>{{"title", "body", 0}}));

@@ -122,7 +122,7 @@ TEST_F(ReadableUnshownAlertTest, BodyWithTheLogsOwnPlaceholder_IsLoggedAsItIs) {
 }
 
 // Foundation chooses its encoding by the environment at the start of the process.
-TEST_F(ReadableUnshownAlertTest, HostWhoseEnvironmentIsNotUTF8_LogsInUTF8AllTheSame) {
+TEST_F(ReadableUnshownAlertTest, HostWhoseEnvironmentIsNotUTF8_StillLogsInUTF8) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");  // so that the process starts with this environment
     setenv("FILE_OF_THE_USER",
            "Gr\xF6\xDF"

@@ -1,4 +1,4 @@
-// A host that shows alerts and tells what it sees, for tests that press their buttons:
+// A host that shows alerts and writes the results to standard output, for tests that press their buttons:
 //
 //     alertHost show KIND TITLE BODY [KIND TITLE BODY]...
 //         one after the other; "answer N" after each
@@ -7,9 +7,9 @@
 //     alertHost loop KIND TITLE BODY
 //         in a task, while the main thread runs Foundation's loop
 //     alertHost state KIND TITLE BODY ARGUMENT...
-//         "changed ..." for each thing of the host's that is not as before, "end"
+//         "changed ..." for each difference in the host's state, then "end"
 //     alertHost memory KIND TITLE BODY
-//         "window library" if one is in the process afterwards, "end"
+//         "window library" if the process has loaded one by then, then "end"
 //     alertHost reserved KIND TITLE BODY
 //         twice, with different values of the reserved argument
 //     alertHost pause KIND TITLE BODY
@@ -61,7 +61,7 @@ bool hasWindowLibrary() {
     return false;
 }
 
-std::vector<std::string> argumentsOfProcess() {
+std::vector<std::string> readProcessArguments() {
     NSArray* const arguments = [[NSProcessInfo processInfo] arguments];
     std::vector<std::string> texts;
     for (NSUInteger index = 0; index < [arguments count]; ++index)
@@ -102,13 +102,13 @@ void setSignals() {
 }
 
 int runState(const Arguments& arguments, const dovrel::test::HostState& before) {
-    const std::vector<std::string> argumentsBefore = argumentsOfProcess();
+    const std::vector<std::string> argumentsBefore = readProcessArguments();
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
     [[[NSObject alloc] init] autorelease];
     show(arguments, 0);
     if ([pool autoreleaseCount] != 1) tell("changed the host's pool");
     [pool release];
-    if (argumentsOfProcess() != argumentsBefore) tell("changed the arguments");
+    if (readProcessArguments() != argumentsBefore) tell("changed the arguments");
     for (const std::string& change : before.changes()) tell("changed " + change);
     tell("end");
     return 0;

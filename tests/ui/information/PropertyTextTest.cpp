@@ -96,7 +96,7 @@ TEST_F(PropertyTextTest, ListCutAnywhere_IsNothing) {
     }
 }
 
-TEST_F(PropertyTextTest, ListsThatAreNoDictionary_AreNothing) {
+TEST_F(PropertyTextTest, ListsThatAreNotADictionary_AreNothing) {
     EXPECT_EQ(toText("<plist version=\"1.0\"><array><string>key</string></array></plist>"), std::nullopt);
     EXPECT_EQ(toText(test::binaryList({test::asciiObject("key")})), std::nullopt);
     EXPECT_EQ(toText("key"), std::nullopt);

@@ -54,7 +54,7 @@ TEST_F(ReportPoolsTest, EachFunction_LeavesNothingInTheCallersPool) {
     }
 }
 
-TEST_F(ReportPoolsTest, ThreadWithoutAPool_GetsNoComplaint) {
+TEST_F(ReportPoolsTest, ThreadWithoutAPool_CausesNoComplaint) {
     for (const auto& entry : kFunctions) {
         testing::internal::CaptureStderr();
         std::thread(entry.second).join();
