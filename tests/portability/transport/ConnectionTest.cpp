@@ -62,6 +62,7 @@ TEST_F(ConnectionTest, SilentPeer_LongTimeOut_TimesOutAtTheTick) {
     }});
     EXPECT_EQ(send(150), Outcome::timedOut);
     expectTicks(150);
+    EXPECT_EQ(post(), Outcome::done) << "which ends the peer";
 }
 
 TEST_F(ConnectionTest, PeerThatClosesAfterTheRequest_LosesTheConnection) {
