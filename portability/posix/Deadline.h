@@ -19,6 +19,9 @@ class Deadline {
 
     bool passed() const { return limited_ && Clock::now() >= moment_; }
 
+    /// Returns whether at least that time is left.
+    bool hasAtLeast(Clock::duration time) const { return !limited_ || moment_ - Clock::now() >= time; }
+
     /// Writes the remaining time, which is never negative, to `left` and returns its address, as ppoll takes
     /// it. Returns null if there is no limit; `left` is then unchanged.
     const timespec* remaining(timespec& left) const;

@@ -1,12 +1,14 @@
 #include "portability/transport/Channel.h"
 
+#include <sys/socket.h>
+#include <sys/time.h>
+
 #include <cerrno>
 #include <cstring>
 #include <utility>
 #include <vector>
 
 #include "portability/transport/LargeMemory.h"
-#include "portability/transport/Packet.h"
 #include "portability/transport/SharedFile.h"
 
 namespace portability {
@@ -114,6 +116,7 @@ bool Channel::prepare(Outgoing& frame, bool confirmed) {
 }
 
 Channel::Sent Channel::sendPrepared(Outgoing& frame) {
+    if (mailbox_ != nullptr) mailbox_->noteProcessor();
     Packet packet(&frame.header, sizeof frame.header);
     if (frame.block == nullptr) packet.append(frame.image.data(), frame.image.size());
     if (frame.header.bringsFile != 0) packet.attach(frame.block->descriptor());
@@ -212,12 +215,28 @@ Channel::Received Channel::look(ReceivedFrame& frame) {
 }
 
 Channel::Received Channel::receive(FrameBuffer& buffer, ReceivedFrame& frame) {
+    return receiveFrame(buffer, frame, Packet::Wait::no);
+}
+
+Channel::Received Channel::receiveWaiting(FrameBuffer& buffer, ReceivedFrame& frame) {
+    return receiveFrame(buffer, frame, Packet::Wait::yes);
+}
+
+bool Channel::limitWaiting() {
+    if (limitsWaiting_) return true;
+    timeval limit{};
+    limit.tv_sec = kLongestWait.count();
+    limitsWaiting_ = setsockopt(socket_.get(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit) == 0;
+    return limitsWaiting_;
+}
+
+Channel::Received Channel::receiveFrame(FrameBuffer& buffer, ReceivedFrame& frame, Packet::Wait wait) {
     const Received looked = look(frame);
     if (looked != Received::nothing && looked != Received::elsewhere) return looked;
     cameByMailbox_ = false;
     // Limited, so that a peer that sends only packets of these kinds cannot keep us in this loop.
     for (int packet = 0; packet < kMostPacketsAtOnce; ++packet) {
-        const Received received = receivePacket(buffer, frame);
+        const Received received = receivePacket(buffer, frame, packet == 0 ? wait : Packet::Wait::no);
         if (received != Received::frame) return received;
         if (frame.header.kind == FrameKind::request || frame.header.kind == FrameKind::reply) return received;
         // The packet brought a mailbox, or says that the mailbox contains a frame or that replies are released.
@@ -235,12 +254,12 @@ void Channel::refuse(FileDescriptor descriptor) {
     }
 }
 
-Channel::Received Channel::receivePacket(FrameBuffer& buffer, ReceivedFrame& frame) {
+Channel::Received Channel::receivePacket(FrameBuffer& buffer, ReceivedFrame& frame, Packet::Wait wait) {
     Packet packet(buffer.bytes.data(), buffer.bytes.size());
     size_t size = 0;
     FileDescriptor file;
     std::vector<FileDescriptor> refused;
-    const Packet::Received received = packet.receive(socket_.get(), size, file, refused);
+    const Packet::Received received = packet.receive(socket_.get(), size, file, refused, wait);
     for (FileDescriptor& descriptor : refused)
         refuse(std::move(descriptor));
     // Shared memory is closed at once. Anything else is nothing that a correct peer sends.

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -12,6 +13,7 @@
 #include "portability/transport/Frame.h"
 #include "portability/transport/Mailbox.h"
 #include "portability/transport/MessageMemory.h"
+#include "portability/transport/Packet.h"
 #include "portability/transport/ReceivedBlock.h"
 #include "portability/transport/Spin.h"
 
@@ -30,7 +32,7 @@ struct ReceivedFrame {
 };
 
 /// One end of a connection: a socket, the slots for large images in both directions, and optionally a
-/// mailbox. It never blocks and never raises SIGPIPE. Not thread-safe: one thread at a time.
+/// mailbox. It never raises SIGPIPE, and blocks only in receiveWaiting(). Not thread-safe: one thread at a time.
 class Channel {
   public:
     enum class Sent {
@@ -102,6 +104,15 @@ class Channel {
     /// used again. A frame in the mailbox is valid until this side sends its next frame.
     Received receive(FrameBuffer& buffer, ReceivedFrame& frame);
 
+    /// Does the same, but if nothing has arrived, waits at most for the time of limitWaiting() and then returns
+    /// Received::nothing. Also returns that after a signal. Needs only one system call if a packet arrives.
+    Received receiveWaiting(FrameBuffer& buffer, ReceivedFrame& frame);
+
+    /// Must be called before receiveWaiting(). Returns false if the system cannot limit the time; receiveWaiting()
+    /// must not be called then.
+    bool limitWaiting();
+    static constexpr std::chrono::seconds kLongestWait{1};
+
     /// Releases the shared memory of all requests up to this id. The caller calls it with the id of each
     /// reply that it receives: a reply shows that the receiver has finished with its request and all
     /// earlier ones.
@@ -137,7 +148,8 @@ class Channel {
     void noteSent(const Outgoing& frame);
     void release(uint32_t mask);
     void refuse(FileDescriptor descriptor);
-    Received receivePacket(FrameBuffer& buffer, ReceivedFrame& frame);
+    Received receiveFrame(FrameBuffer& buffer, ReceivedFrame& frame, Packet::Wait wait);
+    Received receivePacket(FrameBuffer& buffer, ReceivedFrame& frame, Packet::Wait wait);
     Received interpret(const uint8_t* bytes, size_t size, FileDescriptor file, ReceivedFrame& frame);
     bool findImage(ReceivedFrame& frame, const uint8_t* behindHeader, FileDescriptor file);
     bool openMailbox(FileDescriptor file);
@@ -150,6 +162,7 @@ class Channel {
     bool mailboxOffered_ = false;
     bool cameByMailbox_ = false;  // whether the last frame came through the mailbox
     bool receivesRequests_ = false;
+    bool limitsWaiting_ = false;
     // Shared, because a reply may be released after the channel is destroyed, and on another thread.
     std::shared_ptr<std::atomic<uint32_t>> released_;
 };

@@ -56,9 +56,14 @@ Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool 
     ReceivedFrame frame;
     bool looking = posted;
     // The reply has probably not arrived yet, so this thread first waits or yields to the receiver.
-    spin.again(channel_.peerPlace());
+    const bool polls = spin.again(channel_.peerPlace());
+    bool waits = !polls && !looking && canWaitInReceive(request);
+    const auto receive = [&] {
+        if (looking) return channel_.look(frame);
+        return waits ? channel_.receiveWaiting(buffer_, frame) : channel_.receive(buffer_, frame);
+    };
     for (;;) {
-        switch (looking ? channel_.look(frame) : channel_.receive(buffer_, frame)) {
+        switch (receive()) {
             case Channel::Received::closed:
                 return posted && !channel_.wasTaken() ? Outcome::notSent : Outcome::lost;
             case Channel::Received::malformed:
@@ -70,12 +75,10 @@ Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool 
                 if (spin.again(channel_.peerPlace()) && !spin.isSystemCallDue()) continue;
                 if (request.deadline.passed()) return Outcome::timedOut;
                 if (spin.isSystemCallDue()) continue;
-                if (looking) {
-                    channel_.setLooking(false);
-                    looking = false;
-                } else if (!waitAsleep(request)) {
-                    return Outcome::cancelled;
-                }
+                if (looking) channel_.setLooking(false);
+                waits = canWaitInReceive(request);
+                if (!looking && !waits && !waitAsleep(request)) return Outcome::cancelled;
+                looking = false;
                 continue;
             case Channel::Received::frame:
                 break;
@@ -90,7 +93,15 @@ Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool 
         if (unanswered_ == 0) return Outcome::lost;
         --unanswered_;
         if (request.deadline.passed()) return Outcome::timedOut;
+        waits = waits && canWaitInReceive(request);
     }
+}
+
+// Returns whether waiting in the system call that receives is possible. That needs fewer system calls than to wait
+// before it, but the deadline must be far.
+bool Connection::canWaitInReceive(const OutgoingRequest& request) {
+    return request.idle == nullptr && request.deadline.hasAtLeast(2 * Channel::kLongestWait) &&
+           channel_.limitWaiting();
 }
 
 // Sleeps until the socket is readable, the deadline has passed or the next idle call is due. Returns false if

@@ -71,6 +71,7 @@ class Connection {
   private:
     Outcome sendRequest(const OutgoingRequest& request, bool wantsReply, bool& posted);
     Outcome awaitReply(const OutgoingRequest& request, bool posted, ReceivedReply& reply);
+    bool canWaitInReceive(const OutgoingRequest& request);
     bool waitAsleep(const OutgoingRequest& request);
     bool noteReply(const ReceivedFrame& frame);
     bool dropLateReplies(const Deadline& deadline);

@@ -1,50 +1,16 @@
 #include "portability/transport/ConnectionPool.h"
 
-#include <sys/auxv.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <utility>
 
 #include "portability/posix/BriefLock.h"
 #include "portability/posix/ProcessMark.h"
+#include "portability/transport/EndpointSettings.h"
 
 namespace portability {
 
 namespace {
-
-// The environment variables of a key. "" if they are unset, and in a program that has another user's rights.
-struct Settings {
-    const char* systemRoot = "";
-    const char* runtimeFolder = "";
-};
-
-// Returns the value of the entry if it is that of the variable whose name, with "=", is `name`.
-const char* valueOf(const char* entry, const char* name, size_t length) {
-    return std::strncmp(entry, name, length) == 0 ? entry + length : nullptr;
-}
-
-// Reads both variables in one pass over the environment, because this happens at each exchange.
-Settings currentSettings() {
-    static const bool isSecure = getauxval(AT_SECURE) != 0;
-    constexpr char kRoot[] = "POS_SYSTEM_ROOT=";
-    constexpr char kRuntimeFolder[] = "XDG_RUNTIME_DIR=";
-    Settings settings;
-    if (isSecure || environ == nullptr) return settings;
-    const char* root = nullptr;
-    const char* runtimeFolder = nullptr;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        const char first = **entry;
-        if (first == 'P' && root == nullptr) root = valueOf(*entry, kRoot, sizeof kRoot - 1);
-        if (first == 'X' && runtimeFolder == nullptr)
-            runtimeFolder = valueOf(*entry, kRuntimeFolder, sizeof kRuntimeFolder - 1);
-    }
-    if (root != nullptr) settings.systemRoot = root;
-    if (runtimeFolder != nullptr) settings.runtimeFolder = runtimeFolder;
-    return settings;
-}
 
 class ConnectionPool {
   public:
@@ -54,10 +20,10 @@ class ConnectionPool {
     }
 
     std::unique_ptr<KeptConnection> take(OSType signature) {
-        const Settings settings = currentSettings();
         BriefLockScope held(lock_);
         if (!held || closed_) return nullptr;
         forgetParents();
+        const EndpointSettings settings = settings_.read();
         for (size_t i = count_; i-- > 0;) {
             const EndpointKey& key = kept_[i]->key;
             if (key.signature != signature || key.systemRoot != settings.systemRoot ||
@@ -102,6 +68,7 @@ class ConnectionPool {
     }
 
     BriefLock lock_;
+    EndpointSettingsReader settings_;
     std::array<std::unique_ptr<KeptConnection>, 8> kept_;  // in the order of use, the last used at the end
     size_t count_ = 0;
     uint32_t owner_ = 0;
@@ -113,7 +80,7 @@ ConnectionPool pool;
 }  // namespace
 
 KeptConnection::KeptConnection(OSType signature, FileDescriptor socket) : connection(std::move(socket)) {
-    const Settings settings = currentSettings();
+    const EndpointSettings settings = EndpointSettingsReader().read();
     key = {signature, settings.systemRoot, settings.runtimeFolder};
 }
 

@@ -39,7 +39,9 @@ std::unique_ptr<Mailbox> Mailbox::open(FileDescriptor file) {
 Mailbox::Mailbox(Memory* memory, Side side)
     : memory_(memory),
       own_(memory->halves[side == Side::sender ? 0 : 1]),
-      other_(memory->halves[side == Side::sender ? 1 : 0]) {}
+      other_(memory->halves[side == Side::sender ? 1 : 0]) {
+    noteProcessor();
+}
 
 Mailbox::~Mailbox() {
     munmap(memory_, sizeof(Memory));

@@ -56,8 +56,11 @@ class Mailbox {
 
     bool isOtherLooking() const;
 
-    /// Returns whether the other side has run on another processor when it last used the mailbox. The other side
-    /// can report anything.
+    /// Tells the other side on which processor this side runs. Must be called before each frame that goes through
+    /// the socket; the functions for frames in the mailbox do it themselves.
+    void noteProcessor();
+
+    /// Returns whether the other side ran on another processor when it last said so. It can report anything.
     bool isOtherElsewhere() const;
 
     /// Puts a frame into the mailbox: header and image, together at most kLargestFrame bytes. A null header
@@ -90,7 +93,6 @@ class Mailbox {
                   "the same with 32 and with 64 bits");
 
     Mailbox(Memory* memory, Side side);
-    void noteProcessor();
     static Memory* map(const FileDescriptor& file);
 
     Memory* memory_;

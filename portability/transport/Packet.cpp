@@ -61,17 +61,18 @@ int Packet::send(int socket) {
 }
 
 Packet::Received Packet::receive(int socket, size_t& size, FileDescriptor& file,
-                                 std::vector<FileDescriptor>& refused) {
+                                 std::vector<FileDescriptor>& refused, Wait wait) {
     file.reset();
     message_.msg_control = control_.data();
     message_.msg_controllen = kControlSize;
     ssize_t received;
     // ECONNRESET says, once, that the peer closed its end without reading everything. The packets that it had
     // sent before are still there.
+    const int flags = MSG_CMSG_CLOEXEC | (wait == Wait::yes ? 0 : MSG_DONTWAIT);
     do
-        received = recvmsg(socket, &message_, MSG_DONTWAIT | MSG_CMSG_CLOEXEC);
-    while (received < 0 && (errno == EINTR || errno == ECONNRESET));
-    if (received < 0) return errno == EAGAIN ? Received::nothing : Received::closed;
+        received = recvmsg(socket, &message_, flags);
+    while (received < 0 && (errno == ECONNRESET || (errno == EINTR && wait == Wait::no)));
+    if (received < 0) return errno == EAGAIN || errno == EINTR ? Received::nothing : Received::closed;
     if (received == 0) return Received::closed;
 
     size = static_cast<size_t>(received);

@@ -13,7 +13,7 @@
 
 namespace portability {
 
-/// Sends or receives one packet. Never blocks and never raises SIGPIPE. The bytes are not copied, so the
+/// Sends or receives one packet. Never raises SIGPIPE, and blocks only on request. The bytes are not copied, so the
 /// buffers must stay valid until the packet is sent. (`control_` and `parts_` are left uninitialised to
 /// save time.)
 class Packet {
@@ -43,7 +43,12 @@ class Packet {
     /// Receives one packet. Sets `size` to the number of bytes in the buffer. If a file was sent with the
     /// packet, `file` owns its descriptor, which is close-on-exec. All other descriptors in the packet are
     /// added to `refused`: to close a descriptor of another process can take any time.
-    Received receive(int socket, size_t& size, FileDescriptor& file, std::vector<FileDescriptor>& refused);
+    ///
+    /// With Wait::yes it blocks until a packet has arrived, the socket's own time limit (SO_RCVTIMEO) is over, or a
+    /// signal was handled; in the last two cases it returns Received::nothing.
+    enum class Wait { no, yes };
+    Received receive(int socket, size_t& size, FileDescriptor& file, std::vector<FileDescriptor>& refused,
+                     Wait wait = Wait::no);
 
   private:
     // Room for the largest number of descriptors in one packet (the system's SCM_MAX_FD). A correct peer sends

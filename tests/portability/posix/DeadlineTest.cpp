@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <climits>
 
 using namespace portability;
@@ -33,6 +34,12 @@ TEST(Deadline, NoTimeOut_HasNoLimit) {
     EXPECT_EQ(secondsLeft(Deadline::afterTicks(kNoTimeOut)), -1);
     EXPECT_FALSE(Deadline::afterTicks(kNoTimeOut).passed());
     EXPECT_FALSE(Deadline::never().passed());
+}
+
+TEST(Deadline, HasAtLeast_ComparesTheTimeThatIsLeft) {
+    EXPECT_TRUE(Deadline::afterTicks(60 * 1000).hasAtLeast(std::chrono::seconds(500)));
+    EXPECT_FALSE(Deadline::afterTicks(60).hasAtLeast(std::chrono::seconds(2)));
+    EXPECT_TRUE(Deadline::never().hasAtLeast(std::chrono::hours(1000)));
 }
 
 TEST(Deadline, ZeroAndLess_HavePassedAtOnce) {

@@ -54,6 +54,17 @@ TEST_F(ConnectionTest, SilentPeer_TimesOutAtTheTick) {
     EXPECT_EQ(post(), Outcome::done);
 }
 
+// A wait of more than two seconds begins in the system call that receives.
+TEST_F(ConnectionTest, SilentPeer_LongTimeOut_TimesOutAtTheTick) {
+    Peer peer({[](int connection) {
+        receiveHeader(connection);
+        waitForMore(connection);
+    }});
+    EXPECT_EQ(send(150), Outcome::timedOut);
+    expectTicks(150);
+    EXPECT_EQ(post(), Outcome::done) << "which ends the peer";
+}
+
 TEST_F(ConnectionTest, PeerThatClosesAfterTheRequest_LosesTheConnection) {
     Peer peer({[](int connection) { receiveHeader(connection); }});
     EXPECT_EQ(send(), Outcome::lost);

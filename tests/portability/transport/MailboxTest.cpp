@@ -1,9 +1,11 @@
 #include "portability/transport/Mailbox.h"
 
 #include <gtest/gtest.h>
+#include <sched.h>
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "tests/portability/support/MemoryFile.h"
 
@@ -34,6 +36,14 @@ class MailboxTest : public testing::Test {
         std::memcpy(&header, mail.bytes, sizeof header);
         const auto* image = reinterpret_cast<const char*>(mail.bytes + sizeof header);
         return std::to_string(header.id) + ":" + std::string(image, mail.size - sizeof header);
+    }
+
+    // Moves this thread to the processor.
+    static void runOn(int processor) {
+        cpu_set_t one;
+        CPU_ZERO(&one);
+        CPU_SET(static_cast<size_t>(processor), &one);
+        ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
     }
 
     std::unique_ptr<Mailbox> sender_;
@@ -89,6 +99,29 @@ TEST_F(MailboxTest, Looking_IsSeenByTheOtherSide) {
     EXPECT_FALSE(receiver_->isOtherLooking());
     receiver_->setLooking(false);
     EXPECT_FALSE(sender_->isOtherLooking());
+}
+
+TEST_F(MailboxTest, Processor_IsKnownFromTheBeginningAndWhereverASideMoves) {
+    cpu_set_t allowed;
+    ASSERT_EQ(sched_getaffinity(0, sizeof allowed, &allowed), 0);
+    std::vector<int> processors;
+    for (int i = 0; i < CPU_SETSIZE; ++i) {
+        if (CPU_ISSET(i, &allowed)) processors.push_back(i);
+    }
+    runOn(processors.back());
+    FileDescriptor file;
+    const auto sender = Mailbox::create(file);
+    const auto receiver = Mailbox::open(std::move(file));
+    EXPECT_FALSE(sender->isOtherElsewhere());
+    EXPECT_FALSE(receiver->isOtherElsewhere());
+    if (processors.size() > 1) {
+        runOn(processors.front());
+        receiver->noteProcessor();
+        EXPECT_TRUE(receiver->isOtherElsewhere());
+        runOn(processors.back());
+        EXPECT_TRUE(sender->isOtherElsewhere());
+    }
+    sched_setaffinity(0, sizeof allowed, &allowed);
 }
 
 TEST(Mailbox, Open_OfAnythingElse_IsRefused) {

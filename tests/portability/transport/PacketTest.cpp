@@ -2,8 +2,11 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/time.h>
 
 #include <string>
+#include <thread>
 
 #include "tests/portability/support/MemoryFile.h"
 #include "tests/portability/support/RawSocket.h"
@@ -17,11 +20,11 @@ class PacketTest : public testing::Test {
   protected:
     int send(std::string bytes) { return Packet(bytes.data(), bytes.size()).send(ends_.first.get()); }
 
-    Packet::Received receive(size_t room = 100) {
+    Packet::Received receive(size_t room = 100, Packet::Wait wait = Packet::Wait::no) {
         received_.assign(room, '?');
         size_t size = 0;
-        const auto result =
-            Packet(received_.data(), received_.size()).receive(ends_.second.get(), size, file_, refused_);
+        const auto result = Packet(received_.data(), received_.size())
+                                .receive(ends_.second.get(), size, file_, refused_, wait);
         received_.resize(size);
         return result;
     }
@@ -109,4 +112,24 @@ TEST_F(PacketTest, PacketOfAPeerThatLeftWithoutReadingEverything_Arrives) {
     EXPECT_EQ(receive(), Packet::Received::packet);
     EXPECT_EQ(received_, "last");
     EXPECT_EQ(receive(), Packet::Received::closed);
+}
+
+TEST_F(PacketTest, Waiting_ReceivesAPacketThatIsSentLater) {
+    std::thread sender([this] { send("later"); });
+    EXPECT_EQ(receive(100, Packet::Wait::yes), Packet::Received::packet);
+    EXPECT_EQ(received_, "later");
+    sender.join();
+}
+
+TEST_F(PacketTest, Waiting_EndsAfterTheLimitOfTheSocket) {
+    timeval limit{};
+    limit.tv_usec = 10000;
+    ASSERT_EQ(setsockopt(ends_.second.get(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit), 0);
+    EXPECT_EQ(receive(100, Packet::Wait::yes), Packet::Received::nothing);
+}
+
+TEST_F(PacketTest, Waiting_NoticesThatTheOtherEndIsGone) {
+    std::thread other([this] { ends_.first.reset(); });
+    EXPECT_EQ(receive(100, Packet::Wait::yes), Packet::Received::closed);
+    other.join();
 }
