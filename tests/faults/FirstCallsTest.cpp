@@ -128,7 +128,7 @@ class FirstCalls : public testing::TestWithParam<FirstCall> {
 
     static constexpr int kPace = 100;
     // A sample is larger here: there are more different positions.
-    static constexpr size_t kSamples = 20;
+    static constexpr size_t kSamples = 4;
     TestRoot root_;
 };
 
