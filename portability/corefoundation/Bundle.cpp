@@ -45,7 +45,7 @@ __CFBundle::__CFBundle(const std::string& path)
       resources_(resourcesIn(path, hasContents_)) {}
 
 __CFBundle::~__CFBundle() {
-    for (const CFDictionaryRef dictionary : {info_, localizedInfo_}) {
+    for (const CFDictionaryRef dictionary : {info_.dictionary, localizedInfo_.dictionary}) {
         if (dictionary != nullptr) {
             CFRelease(dictionary);
         }
@@ -96,20 +96,30 @@ std::string __CFBundle::localizedResource(const std::string& file) {
     return std::string();
 }
 
+// Not with std::call_once: an exception that passes through it passes through the C library, which then loads a library.
+// Without memory it cannot, and ends the process.
+template <typename Read>
+CFDictionaryRef __CFBundle::readOnce(LateDictionary& late, const Read& read) {
+    const std::lock_guard<std::mutex> lock(late.mutex);
+    if (!late.isRead) {
+        late.dictionary = read();
+        late.isRead = true;
+    }
+    return late.dictionary;
+}
+
 CFDictionaryRef __CFBundle::info() {
-    std::call_once(infoRead_, [this] {
+    return readOnce(info_, [this] {
         const std::string flat = isThere(resources_ + "/Info.plist") ? resources_ : path_;
-        info_ = portability::copyDictionary((hasContents_ ? path_ + "/Contents" : flat) + "/Info.plist");
+        return portability::copyDictionary((hasContents_ ? path_ + "/Contents" : flat) + "/Info.plist");
     });
-    return info_;
 }
 
 CFDictionaryRef __CFBundle::localizedInfo() {
-    std::call_once(localizedInfoRead_, [this] {
+    return readOnce(localizedInfo_, [this] {
         const std::string file = localizedResource("InfoPlist.strings");
-        localizedInfo_ = file.empty() ? nullptr : portability::copyStrings(file);
+        return file.empty() ? nullptr : portability::copyStrings(file);
     });
-    return localizedInfo_;
 }
 
 namespace portability {
@@ -151,10 +161,12 @@ CFBundleRef createBundle(const std::string& path) {
 
 std::vector<CFBundleRef> retainedBundles() {
     const std::lock_guard<std::mutex> lock(table().mutex);
-    for (const CFBundleRef bundle : table().bundles) {
+    // Copied first: if memory runs out, nothing has been retained.
+    std::vector<CFBundleRef> bundles = table().bundles;
+    for (const CFBundleRef bundle : bundles) {
         bundle->retain();
     }
-    return table().bundles;
+    return bundles;
 }
 
 std::string bundleAround(const std::string& executable) {

@@ -41,6 +41,16 @@ struct __CFBundle final : portability::Object {
     std::string resource(const std::string& file);
 
   private:
+    // A dictionary that is read when it is needed first.
+    struct LateDictionary {
+        std::mutex mutex;
+        bool isRead = false;
+        CFDictionaryRef dictionary = nullptr;
+    };
+
+    template <typename Read>
+    static CFDictionaryRef readOnce(LateDictionary& late, const Read& read);
+
     std::string localizedResource(const std::string& file);
     CFDictionaryRef info();
     CFDictionaryRef localizedInfo();
@@ -48,10 +58,8 @@ struct __CFBundle final : portability::Object {
     const std::string path_;
     const bool hasContents_;
     const std::string resources_;
-    std::once_flag infoRead_;
-    CFDictionaryRef info_ = nullptr;
-    std::once_flag localizedInfoRead_;
-    CFDictionaryRef localizedInfo_ = nullptr;
+    LateDictionary info_;
+    LateDictionary localizedInfo_;
 };
 
 namespace portability {

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <climits>
+#include <new>
 
 #include "portability/corefoundation/Bundle.h"
 #include "portability/corefoundation/FileURL.h"
@@ -27,9 +28,21 @@ CFBundleRef findImageBundle(const std::string& image) {
     return folder.empty() ? nullptr : portability::createBundle(folder);
 }
 
-int appendImage(struct dl_phdr_info* image, std::size_t, void* names) {
-    static_cast<std::vector<std::string>*>(names)->emplace_back(image->dlpi_name);
+// Returns 0 to go on, or 1 if memory runs out. An exception would pass through the C library, which then loads a library
+// and ends the process if it cannot.
+int appendImage(struct dl_phdr_info* image, std::size_t, void* names) noexcept {
+    try {
+        static_cast<std::vector<std::string>*>(names)->emplace_back(image->dlpi_name);
+    } catch (const std::bad_alloc&) {
+        return 1;
+    }
     return 0;
+}
+
+std::vector<std::string> findImages() {
+    std::vector<std::string> images;
+    if (dl_iterate_phdr(&appendImage, &images) != 0) throw std::bad_alloc();
+    return images;
 }
 
 bool hasIdentifier(CFBundleRef bundle, CFStringRef identifier) {
@@ -111,9 +124,7 @@ CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef bundleID) {
             return bundle;
         }
     }
-    std::vector<std::string> images;
-    dl_iterate_phdr(&appendImage, &images);
-    return findBestImage(images, bundleID);
+    return findBestImage(findImages(), bundleID);
 }
 
 CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key) {

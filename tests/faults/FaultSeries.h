@@ -49,16 +49,15 @@ inline std::vector<FaultSeries> systemCallSeries(const std::map<std::string, siz
     return all;
 }
 
-/// Calls `tryFault(fault)` for all faults of the series or for a sample, spread evenly. It returns whether the fault
+/// Calls `tryFault(fault)` for all faults of the series, or for `sample` of them if that is not 0, spread evenly. It returns whether the fault
 /// struck. Of all faults, a series is tried until the first one that does not strike: a fault can cause more calls than
 /// there are without one. Returns how many faults there are without that.
 template <typename TryFault>
-size_t tryFaults(const std::vector<FaultSeries>& all, const TryFault& tryFault) {
+size_t tryFaults(const std::vector<FaultSeries>& all, size_t sample, const TryFault& tryFault) {
     constexpr size_t kMostCalls = 5000;
     size_t possible = 0;
     for (const FaultSeries& series : all)
         possible += series.calls;
-    const size_t sample = sampleSize();
     const size_t distance = sample == 0 ? 1 : possible / sample + 1;
     size_t next = sample == 0 ? 0 : numberFrom("DOVREL_FAULTS_SEED", 0) % distance;
     for (const FaultSeries& series : all) {

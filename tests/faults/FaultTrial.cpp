@@ -84,8 +84,10 @@ std::string describeChanges(const HostState& state) {
 
 }  // namespace
 
+// Without spinning, the calls make the same system calls each time.
 FaultTrial::FaultTrial(const TestRoot& root, const Situation& situation)
-    : root_(root),
+    : spinning_("POS_SPIN_US", "0"),
+      root_(root),
       situation_(situation),
       host_(root.library()),
       neighbour_({NEIGHBOUR, root.library()}, "/dev/null") {}

@@ -10,6 +10,7 @@
 #include "tests/faults/Situations.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TestRoot.h"
+#include "tests/support/VariableChange.h"
 
 namespace dovrel::test {
 
@@ -39,6 +40,7 @@ class FaultTrial {
     Resources measure() const;
     void expectNothingLost(const Fault& fault, Resources before);
 
+    const VariableChange spinning_;
     const TestRoot& root_;
     const Situation situation_;
     FaultedHost host_;

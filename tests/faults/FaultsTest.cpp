@@ -14,7 +14,8 @@ namespace {
 class Faults : public testing::TestWithParam<Situation> {
   protected:
     void run(const std::vector<FaultSeries>& all) {
-        const size_t possible = tryFaults(all, [this](const Fault& fault) { return run(fault); });
+        const size_t possible =
+            tryFaults(all, sampleSize(), [this](const Fault& fault) { return run(fault); });
         std::cout << GetParam() << ": " << tried_ << " of about " << possible << " faults" << std::endl;
     }
 
