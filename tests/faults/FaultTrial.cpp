@@ -90,7 +90,10 @@ FaultTrial::FaultTrial(const TestRoot& root, const Situation& situation)
       root_(root),
       situation_(situation),
       host_(root.library()),
-      neighbour_({NEIGHBOUR, root.library()}, "/dev/null") {}
+      neighbour_({NEIGHBOUR, root.library()}, "/dev/null") {
+    // Until then it is a child with this program's name, which would count as a change of the state.
+    EXPECT_EQ(neighbour_.readLine(), "ready");
+}
 
 // Returns to the same state before each call.
 bool FaultTrial::prepare() {

@@ -1,5 +1,5 @@
-// Another host: for each line on standard input it opens a session, registers, executes a command and closes the
-// session. It prints "served" or "not served".
+// Another host: it prints "ready". Then, for each line on standard input, it opens a session, registers, executes a
+// command, closes the session, and prints "served" or "not served".
 #include <cstring>
 #include <iostream>
 #include <string>
@@ -30,6 +30,7 @@ bool isServed(const PosLibrary& library) {
 int main(int, char** arguments) {
     const PosLibrary library(arguments[1]);
     if (!library.isComplete()) return 2;
+    std::cout << "ready" << std::endl;
     for (std::string line; std::getline(std::cin, line);) {
         library.InitializePOS();
         const bool served = isServed(library);
