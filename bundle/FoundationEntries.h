@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "portability/foundation/FirstUse.h"
 #include "ui/alerts/ModalAlert.h"
 
 namespace portability {
@@ -16,6 +17,7 @@ struct FoundationEntries {
     size_t size;          ///< sizeof(FoundationEntries)
     const char* version;  ///< the product's version
 
+    void (*useFoundation)() noexcept;
     decltype(&dovrel::runModalAlert) runModalAlert;
     std::optional<std::string> (*formatPropertyList)(const std::string& list);
     bool (*runOnMainRunLoop)(void* (*procedure)(void*), void* parameter, void** result);

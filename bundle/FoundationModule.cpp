@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <atomic>
+#include <mutex>
 #include <string>
 
 #include "bundle/LibraryFile.h"
@@ -51,14 +52,19 @@ const FoundationEntries* load(const std::string& path, std::string& failure) {
 
 const FoundationEntries* foundationEntries() noexcept {
     static std::atomic<const FoundationEntries*> loaded{nullptr};
+    static std::mutex loading;
     if (const FoundationEntries* const entries = loaded.load()) return entries;
     try {
+        const std::lock_guard<std::mutex> held(loading);
+        if (const FoundationEntries* const entries = loaded.load()) return entries;
         std::string failure;
         const std::string path =
             getParent(findCodeFile(reinterpret_cast<const void*>(&foundationEntries))) + kModuleName;
-        // Threads that load at the same time get the same module, because the loader counts its users.
         const FoundationEntries* const entries = load(path, failure);
-        if (entries != nullptr) loaded = entries;
+        if (entries != nullptr) {
+            entries->useFoundation();
+            loaded = entries;
+        }
         if (!failure.empty()) writeLogLine(("Dovrel cannot use Foundation. " + failure).c_str());
         return entries;
     } catch (...) {

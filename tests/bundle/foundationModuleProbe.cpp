@@ -1,8 +1,8 @@
 // Loads the second module from its own folder:
 //
 //     probe THREADS
-//         Several threads ask for the module's functions at the same moment. Writes one line for each different
-//         result: "loaded" or "none".
+//         Several threads ask for the module's functions at the same moment, and use Foundation if they get them.
+//         Writes one line for each different result: "loaded" or "none".
 #include <atomic>
 #include <cstdlib>
 #include <iostream>
@@ -11,6 +11,16 @@
 #include <vector>
 
 #include "bundle/FoundationModule.h"
+
+namespace {
+
+// Asks Foundation whether the main thread is in its loop, which it is not.
+void useFoundation(const portability::FoundationEntries& entries) {
+    void* unused = nullptr;
+    if (entries.runOnMainRunLoop([](void* parameter) { return parameter; }, nullptr, &unused)) std::abort();
+}
+
+}  // namespace
 
 int main(int, char** arguments) {
     const auto count = static_cast<size_t>(std::atoi(arguments[1]));
@@ -23,6 +33,7 @@ int main(int, char** arguments) {
             while (waiting > 0) {
             }
             result = portability::foundationEntries();
+            if (result != nullptr) useFoundation(*result);
         });
     }
     for (std::thread& thread : threads)

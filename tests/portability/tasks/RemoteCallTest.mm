@@ -34,6 +34,15 @@ void* visit(void* parameter) {
 
 class RemoteCall : public testing::Test {
    protected:
+    // A host with a run loop has used Foundation before it starts threads. Two threads that use it first at the same
+    // time can crash in GNUstep.
+    RemoteCall() {
+        NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+        [[NSThread currentThread] threadDictionary];
+        [NSRunLoop class];
+        [pool release];
+    }
+
     void* call(MPRemoteProcedure procedure) {
         ++calls_;
         return MPRemoteCall(procedure, &seen_, kMPOwningProcessRemoteContext);
