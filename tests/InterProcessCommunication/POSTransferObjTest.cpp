@@ -348,10 +348,11 @@ TEST(POSTransferObj, DeferredFields_AreThoseAtTheTimeOfTheCopy) {
 }
 
 TEST(POSTransferObj, DeferredFields_CanBeReadAndWrittenTo) {
-    DeferredObject read("field");
+    const std::string field = "field";
+    DeferredObject read(field);
     EXPECT_EQ(read.getMessageKind(), 10u);
     EXPECT_EQ(read.readString(110), "field");
-    DeferredObject written("field");
+    DeferredObject written(field);
     written.writeUInt32(3, 14);
     EXPECT_EQ(written.getCommand(), 14u);
     EXPECT_EQ(written.readString(110), "field");

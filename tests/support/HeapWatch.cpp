@@ -21,11 +21,12 @@ extern "C" {
 void* __real_malloc(size_t bytes);
 void* __real_realloc(void* block, size_t bytes);
 
-void* __wrap_malloc(size_t bytes) {
+// Visible, because the linker also redirects the calls of a library that is linked with the test.
+__attribute__((visibility("default"))) void* __wrap_malloc(size_t bytes) {
     return admits(bytes) ? __real_malloc(bytes) : nullptr;
 }
 
-void* __wrap_realloc(void* block, size_t bytes) {
+__attribute__((visibility("default"))) void* __wrap_realloc(void* block, size_t bytes) {
     return admits(bytes) ? __real_realloc(block, bytes) : nullptr;
 }
 
