@@ -63,8 +63,8 @@ int32_t IPC_via_AE::GetData(const AppleEvent* event, CPPByteArray& array) const 
     return error;
 }
 
-// Copies the direct parameter to the block that `allocate(size)` returns. Does not call it if the parameter is
-// empty.
+// Copies the direct parameter to the block that `allocate(size)` returns. Does not call it if the parameter
+// is empty.
 template <class Allocate>
 OSErr IPC_via_AE::readDirectParameter(const AppleEvent* event, const Allocate& allocate) {
     Size size = 0;

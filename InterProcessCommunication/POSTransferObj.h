@@ -96,8 +96,8 @@ class POSTransferObj {
     /// Replaces the content of `array` by the wire form. If it throws, `array` is unchanged.
     void copyBytesTo(CPPByteArray& array) const;
 
-    /// Replaces the content by received bytes. Must be called before the first read. If it throws, discard the
-    /// object.
+    /// Replaces the content by received bytes. Must be called before the first read. If it throws, discard
+    /// the object.
     void copyBytesFrom(const CPPByteArray& array) { copyBytesFrom(array.data(), array.getSize()); }
     /// Does the same with a block of memory. The pointer may be null if length is 0.
     void copyBytesFrom(const void* bytes, uint32_t length);

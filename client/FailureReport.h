@@ -13,8 +13,7 @@ namespace dovrel {
 /// Texts of the library are in the system's encoding. The bytes of names and texts from hosts and servers are
 /// kept unchanged.
 struct FailureReport {
-    /// Takes ownership of the failure and deletes it. Null means that the thrown object was not a
-    /// CPPException.
+    /// Takes ownership of the failure and deletes it. Null means that the thrown object was not a CPPException.
     FailureReport(std::unique_ptr<CPPException> failure, const char* applicationName);
 
     /// Returns whether the alert offers to try the operation again.

@@ -25,9 +25,9 @@ endfunction()
 
 # dovrel_install_bundle(<bundle> <component>)
 #
-# Installs a bundle from the build folder beside the other bundles. All users can read its content and run its
-# programs, independent of the umask during the build and the installation. (Outside macOS libraries are not
-# executable.)
+# Installs a bundle from the build folder beside the other bundles. All users can read its content and run
+# its programs, independent of the umask during the build and the installation. (Outside macOS libraries are
+# not executable.)
 function(dovrel_install_bundle bundle component)
     set(readable OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
     set(executable ${readable} OWNER_EXECUTE GROUP_EXECUTE WORLD_EXECUTE)

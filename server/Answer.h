@@ -19,8 +19,8 @@ namespace refusalCode = dovrel::exceptionTypeCode;
 /// The identifier of a class, an object or an executer in requests and replies.
 using Identifier = std::array<uint8_t, 16>;
 
-/// A text that the client shows to the user after a successful operation. Flags of 0 mean that there is no
-/// message.
+/// A text that the client shows to the user after a successful operation. Flags of 0 mean that there is
+/// no message.
 struct UserMessage {
     uint32_t flags = 0;
     std::string text;

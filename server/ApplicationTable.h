@@ -47,12 +47,12 @@ class ApplicationTable {
     /// Removes the application and destroys its objects. Throws as find() does.
     void remove(uint32_t id);
 
-    /// Adds an object and returns its identifier. Throws Refusal (instantiation) if the application has too many
-    /// objects.
+    /// Adds an object and returns its identifier. Throws Refusal (instantiation) if the application has too
+    /// many objects.
     Identifier addObject(uint32_t applicationId, ObjectRecord record);
 
-    /// Find or remove an object. Throw Refusal (object not found) if the application has no object with that
-    /// identifier.
+    /// Find or remove an object. Throw Refusal (object not found) if the application has no object with
+    /// that identifier.
     ObjectRecord& findObject(uint32_t applicationId, const Identifier& id);
     void removeObject(uint32_t applicationId, const Identifier& id);
 

@@ -1,5 +1,5 @@
-// BuiltInClass: makes a server class from an ordinary C++ class. Each class has its own file in the folder
-// server/classes/:
+// BuiltInClass: makes a server class from an ordinary C++ class. Each class has its own file in the
+// folder server/classes/:
 //
 //     class Greeter {
 //       public:

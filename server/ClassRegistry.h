@@ -1,5 +1,5 @@
-// ClassRegistry: the classes that a server knows: the built-in classes and the classes that its settings
-// describe.
+// ClassRegistry: the classes that a server knows: the built-in classes and the classes that its
+// settings describe.
 #pragma once
 
 #include <memory>

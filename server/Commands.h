@@ -1,5 +1,4 @@
-// The commands that clients can run in the server without an object, and the information that they can
-// request.
+// The commands that clients can run in the server without an object, and the information that they can request.
 //
 //   command    argument   result
 //   ping       any bytes  the same bytes

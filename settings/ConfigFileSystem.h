@@ -33,12 +33,12 @@ class ConfigFileSystem {
     static std::vector<Properties> readSections(std::string_view text, const std::string& sectionKey);
 
     /// A function that readSections calls for every step of the reader after the version entry, including
-    /// kEnd. After kValue, its result says whether the section gets the value. After all other steps the
+    /// kEnd. After kValue, its result says whether the value is added to the section. After all other steps the
     /// result is ignored.
     using StepFilter = std::function<bool(EntryReader::Step step, const EntryReader& reader)>;
 
-    /// As above, without the values for which the filter returns false. Exceptions of the filter reach the
-    /// caller.
+    /// As above, without the values for which the filter returns false. Exceptions of the filter reach
+    /// the caller.
     static std::vector<Properties> readSections(std::string_view text, const std::string& sectionKey,
                                                 const StepFilter& filter);
 

@@ -33,8 +33,8 @@ inline bool isBlankOrTab(char c) {
     return c == ' ' || c == '\t';
 }
 
-/// Returns the line without the blanks and tabs at both ends. All other characters are kept (including carriage
-/// returns).
+/// Returns the line without the blanks and tabs at both ends. All other characters are kept (including
+/// carriage returns).
 inline std::string_view trimmed(std::string_view line) {
     while (!line.empty() && isBlankOrTab(line.front()))
         line.remove_prefix(1);
@@ -43,8 +43,8 @@ inline std::string_view trimmed(std::string_view line) {
     return line;
 }
 
-/// Returns whether the trimmed line is a key line of a properties text. There, one "/" at the beginning is
-/// enough.
+/// Returns whether the trimmed line is a key line of a properties text. There, one "/" at the beginning
+/// is enough.
 inline bool startsAsKeyLine(std::string_view line) {
     return !line.empty() && line.front() == kKeyLineMark.front();
 }

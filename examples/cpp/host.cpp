@@ -1,6 +1,6 @@
-// A host in C++ that is linked with the library. It does the same as host/host.c: it registers with the server,
-// uses a Digest object there to compute the MD5 of a file, and unregisters. On the way it also uses the other
-// operations.
+// A host in C++ that is linked with the library. It does the same as host/host.c: it registers with the
+// server, uses a Digest object there to compute the MD5 of a file, and unregisters. On the way it also uses
+// the other operations.
 //
 //     cpp_host FILE
 //

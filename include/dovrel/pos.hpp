@@ -143,7 +143,7 @@ class Session {
         try {
             status = InitializePOS();
         } catch (...) {
-            // What the function throws differs between systems, so it becomes a Failure.
+            // The function throws different types on different systems, so every exception becomes a Failure.
         }
         detail::require(status, "InitializePOS failed");
     }
@@ -251,8 +251,8 @@ class Application {
         registerWith(session, name, pointers.data(), count, options);
     }
 
-    /// Registers an application with `count` classes, each given by a pointer to its 16 bytes. Throws a
-    /// Failure.
+    /// Registers an application with `count` classes, each given by a pointer to its 16 bytes. Throws
+    /// a Failure.
     Application(const Session& session, const char* name, void** classes = nullptr, std::uint32_t count = 0,
                 Options options = {}) {
         registerWith(session, name, classes, count, options);

@@ -74,8 +74,8 @@ typedef struct posFunctions {
 } posFunctions;
 
 /**
- * The name of the library on Linux. Every library of this major version has it, also one that was loaded as a
- * bundle.
+ * The name of the library on Linux. Every library of this major version has it, also one that was loaded as
+ * a bundle.
  */
 #define POS_LIBRARY_NAME POS_LIBRARY_NAME_OF(POS_VERSION_MAJOR)
 #define POS_LIBRARY_NAME_OF(version) POS_LIBRARY_NAME_WITH(version)

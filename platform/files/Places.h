@@ -49,8 +49,8 @@ std::string fileSystemPath(const std::string& platformPath);
 /// if the folder cannot be created.
 std::string logFolderPath(bool create);
 
-/// Returns the path of the library's error log. Creates the log folder as logFolderPath(true) does, but not the
-/// file.
+/// Returns the path of the library's error log. Creates the log folder as logFolderPath(true) does, but not
+/// the file.
 std::string errorLogPath();
 
 }  // namespace dovrel

@@ -15,8 +15,8 @@ class MacOSXMutex : public Mutex {
 
     bool wait(int32_t timeoutMilliseconds) override;
 
-    /// As Mutex::lock. Time-outs below kWaitForever (-1) are passed to the platform, which reads them as
-    /// microseconds.
+    /// As Mutex::lock. Time-outs below kWaitForever (-1) are passed to the platform, which reads them
+    /// as microseconds.
     bool lock(int32_t timeoutMilliseconds) override;
     bool unlock() override;
 

@@ -1,9 +1,9 @@
 // SynchronizationEvent: after it is signalled, it releases all threads that wait on it, now and later, until it
 // is reset.
 //
-// A new event is not signalled. `wait` with kWaitForever blocks until the event is signalled. With any other
-// time-out it does not block: it only returns whether the event is signalled. There are no waits of limited
-// length.
+// A new event is not signalled. `wait` with kWaitForever blocks until the event is signalled. With any
+// other time-out it does not block: it only returns whether the event is signalled. There are no waits of
+// limited length.
 #pragma once
 
 #include "platform/synchronization/SynchronizationObject.h"

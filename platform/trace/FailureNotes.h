@@ -1,5 +1,5 @@
-// FailureNotes: notes about a failed operation, for the error log. They contain what its exception does not
-// contain:
+// FailureNotes: notes about a failed operation, for the error log. They contain what its exception does
+// not contain:
 //
 // - the failed platform function and its status (noted by the transport),
 // - the server's error code and text, because some codes do not become an exception (noted by the transport),

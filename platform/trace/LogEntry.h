@@ -1,5 +1,5 @@
-// LogEntry: one entry of a log: a time stamp and a message. The code that constructs or receives an entry owns
-// it.
+// LogEntry: one entry of a log: a time stamp and a message. The code that constructs or receives an entry
+// owns it.
 #pragma once
 
 #include <cstdint>

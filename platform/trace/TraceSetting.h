@@ -31,8 +31,8 @@ enum class TraceLevel {
 struct TraceSetting {
     TraceSetting() = default;
 
-    /// Parses the text. An item that is neither an area nor a file is added to `problems` and otherwise
-    /// ignored.
+    /// Parses the text. An item that is neither an area nor a file is added to `problems` and
+    /// otherwise ignored.
     explicit TraceSetting(const std::string& text);
 
     std::array<TraceLevel, kTraceAreaCount> levels{};

@@ -40,9 +40,9 @@ class FileDescriptor {
     int number_ = -1;
 };
 
-/// Takes ownership of the descriptor `number` (or -1 for none). Returns the same file with a number above those
-/// of the standard streams, or no descriptor, with errno set, on failure. The new descriptor closes on exec.
-/// Thread-safe.
+/// Takes ownership of the descriptor `number` (or -1 for none). Returns the same file with a number above
+/// those of the standard streams, or no descriptor, with errno set, on failure. The new descriptor closes on
+/// exec. Thread-safe.
 ///
 /// A descriptor that stays open while the host continues must not have the number of a standard stream.
 /// Otherwise a host that has closed that stream would read from this file, or write to it.

@@ -6,8 +6,8 @@
 
 namespace portability {
 
-/// Both are "" if they are unset, and in a program that has another user's rights. Valid until the environment
-/// changes.
+/// Both are "" if they are unset, and in a program that has another user's rights. Valid until the
+/// environment changes.
 struct EndpointSettings {
     const char* systemRoot = "";     // POS_SYSTEM_ROOT
     const char* runtimeFolder = "";  // XDG_RUNTIME_DIR

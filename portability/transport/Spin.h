@@ -8,7 +8,7 @@
 
 namespace portability {
 
-/// What earlier waits at the same place showed. Polling ends a wait sooner only if the other side is quick and a
+/// The results of earlier waits at the same place. Polling ends a wait sooner only if the other side is quick and a
 /// processor is free; otherwise it takes processor time from the other side. So after a wait that polled in
 /// vain, the next wait does not poll, after two such waits the next two do not, then four, up to kMostSkipped.
 /// One success ends that. Not thread-safe: one thread at a time.
@@ -40,8 +40,8 @@ class SpinHistory {
     uint32_t skips_ = 0;
 };
 
-/// A short time during which a waiting thread polls. Sleeping and being woken takes many times longer than a small
-/// exchange.
+/// A short time during which a waiting thread polls. Sleeping and being woken takes many times longer than a
+/// small exchange.
 ///
 /// The time is 50 microseconds. POS_SPIN_US sets another one; 0 turns polling off. For large images the time
 /// is longer, because the peer needs time to copy them. The factor is 1 plus the number of full 256 KiB in
@@ -73,7 +73,7 @@ class Spin {
     /// every wait for a peer on this processor, and after every 16th wait for one elsewhere.
     bool isSystemCallDue() const { return isSystemCallDue_; }
 
-    /// What the thread waited for has happened.
+    /// Call this when the awaited event has happened.
     void found();
 
     /// Returns whether polling is on.

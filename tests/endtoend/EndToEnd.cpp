@@ -13,10 +13,6 @@ std::string makeIdentifier(const std::string& name) {
     return identifier;
 }
 
-uint8_t* toBytes(std::string& text) {
-    return reinterpret_cast<uint8_t*>(text.data());
-}
-
 uint32_t toSize(const std::string& text) {
     return static_cast<uint32_t>(text.size());
 }
@@ -55,8 +51,8 @@ Answered Host::call(uint32_t application, ObjectId& object, const char* method, 
     std::string parameters = argument;
     uint8_t* result = nullptr;
     uint32_t length = 0;
-    const uint32_t status = library_.posCallMethod(application, object.handle(), method, toBytes(parameters),
-                                                   toSize(parameters), &result, &length);
+    const uint32_t status = library_.posCallMethod(
+        application, object.handle(), method, mutableBytes(parameters), toSize(parameters), &result, &length);
     return taken(status, result, length);
 }
 

@@ -86,7 +86,7 @@ const char* nameOf(long number) {
         return fails(#name) ? failure : next arguments;       \
     }
 
-// A function that gives its argument up even if it fails.
+// A function that releases its argument even if it fails.
 #define REPLACE_RELEASE(name, parameters, arguments) \
     DECLARED(int, name, parameters)                  \
     int replaced_##name parameters {                 \

@@ -25,7 +25,7 @@ constexpr int kPaceOfLastingFaults = 200;
 // Real seconds. No trial takes as long as this, unless a call hangs.
 constexpr unsigned kLongestTrial = 100;
 
-// What is printed if a trial crashes or hangs, and where: standard output may be redirected then.
+// The text that is printed if a trial crashes or hangs, and its descriptor: standard output may be redirected then.
 char current[256];
 const int output = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
 

@@ -12,16 +12,6 @@ namespace {
 constexpr uint32_t kUntouched = 0xA5A5A5A5;
 constexpr uint32_t kBlockSize = 100;
 
-// An identifier with the address of a pointer to it.
-struct ClassId {
-    char bytes[POS_IDENTIFIER_SIZE] = "Echo";
-    void* pointer = bytes;
-};
-
-uint8_t* toBytes(std::string& text) {
-    return reinterpret_cast<uint8_t*>(text.data());
-}
-
 }  // namespace
 
 FaultedHost::~FaultedHost() {
@@ -39,7 +29,7 @@ bool FaultedHost::settle() {
     registerApplication();
     if (!takeProblem().empty() || !hasSucceeded()) return false;
     application_ = newApplication_;
-    ClassId echo;
+    EchoClass echo;
     return library_.posInstantiateObject(application_, &echo.pointer, &object_) == POS_OK && knowsObject();
 }
 
@@ -129,7 +119,7 @@ void FaultedHost::terminate() {
 }
 
 void FaultedHost::registerApplication() {
-    ClassId echo;
+    EchoClass echo;
     expect(Output::application);
     make([&] {
         return library_.posRegisterApplicationWithClasses("Faults", &echo.pointer, 1, nullptr, 0,
@@ -143,13 +133,13 @@ void FaultedHost::unregister() {
 }
 
 void FaultedHost::instantiate() {
-    ClassId echo;
+    EchoClass echo;
     expect(Output::object);
     make([&] { return library_.posInstantiateObject(application_, &echo.pointer, &newObject_); });
 }
 
 void FaultedHost::instantiateOnExecuter() {
-    ClassId echo;
+    EchoClass echo;
     expect(Output::object);
     make([&] {
         return library_.posInstantiateObjectOnExecuter(application_, nullptr, &echo.pointer, &newObject_);
@@ -159,7 +149,7 @@ void FaultedHost::instantiateOnExecuter() {
 void FaultedHost::call(const char* method, std::string& argument) {
     expect(Output::bytes, argument);
     make([&] {
-        return library_.posCallMethod(application_, &object_, method, toBytes(argument),
+        return library_.posCallMethod(application_, &object_, method, mutableBytes(argument),
                                       static_cast<uint32_t>(argument.size()), &result_, &length_);
     });
 }
@@ -173,7 +163,8 @@ void FaultedHost::callMethodOnExecuter() {
     argument_ = "a small argument";
     expect(Output::bytes, argument_);
     make([&] {
-        return library_.posCallMethodOnExecuter(application_, nullptr, &object_, "echo", toBytes(argument_),
+        return library_.posCallMethodOnExecuter(application_, nullptr, &object_, "echo",
+                                                mutableBytes(argument_),
                                                 static_cast<uint32_t>(argument_.size()), &result_, &length_);
     });
 }

@@ -11,16 +11,6 @@ namespace {
 
 constexpr uint32_t kUntouched = 0xA5A5A5A5;
 
-// The name of a class, padded to the size of an identifier.
-struct ClassId {
-    char bytes[POS_IDENTIFIER_SIZE] = "Echo";
-    void* pointer = bytes;
-};
-
-uint8_t* toBytes(std::string& text) {
-    return reinterpret_cast<uint8_t*>(text.data());
-}
-
 }  // namespace
 
 CheckedCalls::CheckedCalls(const PosLibrary& library, std::string name, uint32_t seed)
@@ -85,7 +75,7 @@ CheckedCalls::Ending CheckedCalls::endingFromStatus(uint32_t status, bool isRigh
 }
 
 CheckedCalls::Ending CheckedCalls::registerApplication() {
-    ClassId echo;
+    EchoClass echo;
     application_ = kUntouched;
     const uint32_t status = library_.posRegisterApplicationWithClasses(name_.c_str(), &echo.pointer, 1,
                                                                        nullptr, 0, &application_);
@@ -97,7 +87,7 @@ CheckedCalls::Ending CheckedCalls::unregisterApplication() {
 }
 
 CheckedCalls::Ending CheckedCalls::instantiate() {
-    ClassId echo;
+    EchoClass echo;
     object_ = this;
     const uint32_t status = library_.posInstantiateObject(application_, &echo.pointer, &object_);
     if (object_ == this) {
@@ -113,9 +103,9 @@ CheckedCalls::Ending CheckedCalls::deleteObject() {
 
 CheckedCalls::Ending CheckedCalls::callMethod() {
     std::string argument = makeArgument();
-    uint8_t* result = toBytes(argument);
+    uint8_t* result = mutableBytes(argument);
     uint32_t length = kUntouched;
-    const uint32_t status = library_.posCallMethod(application_, &object_, "echo", toBytes(argument),
+    const uint32_t status = library_.posCallMethod(application_, &object_, "echo", mutableBytes(argument),
                                                    static_cast<uint32_t>(argument.size()), &result, &length);
     return takeOutput(status, result, length, argument);
 }
@@ -125,7 +115,7 @@ CheckedCalls::Ending CheckedCalls::executeCommand() {
     char command[] = "ping";
     void* commandPointer = command;
     void* argumentPointer = argument.data();
-    uint8_t* result = toBytes(argument);
+    uint8_t* result = mutableBytes(argument);
     uint32_t length = kUntouched;
     const uint32_t status = library_.posExecuteCMD(application_, &commandPointer, 4, &argumentPointer,
                                                    static_cast<uint32_t>(argument.size()), &result, &length);
@@ -135,7 +125,7 @@ CheckedCalls::Ending CheckedCalls::executeCommand() {
 CheckedCalls::Ending CheckedCalls::getInfo() {
     const uint8_t classes[] = {2, 0};
     std::string expected = "Clock\nCounter\nDigest\nEcho\nNotes\n";
-    uint8_t* result = toBytes(expected);
+    uint8_t* result = mutableBytes(expected);
     int32_t length = -1;
     const uint32_t status = library_.posGetInfo(application_, classes, sizeof classes, &result, &length);
     return takeOutput(status, result, static_cast<uint32_t>(length), expected);

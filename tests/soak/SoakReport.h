@@ -1,4 +1,4 @@
-// What one host of the soak reports when it ends.
+// The report of one host of the soak, written when it ends.
 #pragma once
 
 #include <cstdint>

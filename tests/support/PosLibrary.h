@@ -1,6 +1,7 @@
 // The library as a host sees it: a bundle that is loaded at run time, and its 13 functions.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "dovrel/pos.h"
@@ -39,5 +40,20 @@ class PosLibrary {
     LibraryImage image_;
     bool complete_ = true;
 };
+
+/// The identifier of the development server's class Echo, and the pointer to it that the functions take.
+struct EchoClass {
+    EchoClass() = default;
+    EchoClass(const EchoClass&) = delete;
+    EchoClass& operator=(const EchoClass&) = delete;
+
+    char bytes[POS_IDENTIFIER_SIZE] = "Echo";
+    void* pointer = bytes;
+};
+
+/// Returns the bytes of a text as the functions take them: through a pointer that is not const.
+inline uint8_t* mutableBytes(std::string& text) {
+    return reinterpret_cast<uint8_t*>(text.data());
+}
 
 }  // namespace dovrel::test

@@ -5,8 +5,8 @@
 
 namespace alerthelper {
 
-// On Wayland these functions do nothing: only the compositor decides, and a new window receives the keyboard
-// focus.
+// On Wayland these functions do nothing: only the compositor decides, and a new window receives the
+// keyboard focus.
 
 /// Marks a window as a dialog that the user must see at once. The window must be realized and not shown yet.
 void prepareOnTop(GtkWindow* window);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -128,8 +129,10 @@ TEST_F(ReadableUnshownAlertTest, HostWhoseEnvironmentIsNotUTF8_StillLogsInUTF8) 
            "Gr\xF6\xDF"
            "e",
            1);
-    const auto showAndEnd = [] {
+    // The process begins the test anew, with a folder of its own.
+    const auto showAndEnd = [this] {
         MacOSXMessageDialog().showAlert("Title", kMacRomanName);
+        std::filesystem::remove_all(home_.path(""));
         std::_Exit(0);
     };
     EXPECT_EXIT(showAndEnd(), testing::ExitedWithCode(0), "\"Größenprüfer\"\n");
