@@ -90,6 +90,12 @@ class TestCommand(unittest.TestCase):
         self.assertEqual(self.started("fuzz"), ["all 10"])
         self.assertIn("\nSlow tests left out: 6. They run in dev.\n", result.stdout)
 
+    def test_Ci_RunsTheSlowTestsOnlyInThePlainBuild(self):
+        result = self.run_test("ci")
+        self.expect(result, 0, f"{3 + 2 * 2} passed, 0 failed, 0 skipped")
+        self.assertEqual(self.presets_run(), [("dev", True), ("asan", False), ("macos", False)])
+        self.assertIn("\nSlow tests left out: 2. They run in dev.\n", result.stdout)
+
     def test_All_AFailureOfAnyPart_Fails(self):
         faults = {"scripts/check": 'echo "5 passed, 1 failed, 0 skipped"\nexit 1\n',
                   "scripts/fuzz": "exit 1\n",  # no last line at all

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "macho/image/LoadedBundle.h"
+#include "macho/LoadedBundle.h"
 
 namespace dovrel::test {
 

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -15,9 +14,8 @@
 #include <thread>
 #include <vector>
 
+#include "ChildProcessFixture.h"
 #include "ProbeReport.h"
-#include "ProgramsFixture.h"
-#include "portability/posix/OpenFolder.h"
 #include "portability/processes/DetachedProcess.h"
 #include "portability/processes/PreparedProgram.h"
 #include "portability/processes/ProcessTable.h"
@@ -32,53 +30,7 @@ using dovrel::test::waitUntil;
 using portability::ChildProcess;
 using portability::kNullDevice;
 
-std::atomic<int> signalsTaken{0};
-
-void countSignal(int) {
-    ++signalsTaken;
-}
-
-// Returns the child processes of `parent`, including ended ones that it has not waited for.
-std::vector<pid_t> listChildren(pid_t parent) {
-    std::vector<pid_t> children;
-    portability::OpenFolder processes("/proc");
-    while (const dirent* entry = processes.next()) {
-        const pid_t id = std::atoi(entry->d_name);
-        const auto process = id > 0 ? portability::findProcess(id) : std::nullopt;
-        if (process && process->parent == parent) {
-            children.push_back(id);
-        }
-    }
-    return children;
-}
-
-// Returns true if this process has no children, not even ended ones. It does not reap any.
-bool hasNoChild() {
-    siginfo_t info;
-    return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT | __WALL) == -1 && errno == ECHILD;
-}
-
-class Child : public ProgramsFixture {
-  protected:
-    ~Child() override { EXPECT_TRUE(waitUntil(&hasNoChild)) << "a process of the test is left"; }
-
-    static int start(ChildProcess& child, const std::string& program,
-                     const std::vector<std::string>& arguments = {},
-                     const std::vector<int>& descriptors = {0, 1, 2}) {
-        std::vector<std::string> all = {program};
-        all.insert(all.end(), arguments.begin(), arguments.end());
-        return child.start({program, all, portability::environmentWithout(std::string()), descriptors});
-    }
-
-    static int startShell(ChildProcess& child, const std::string& script) {
-        return start(child, "/bin/sh", {"-c", script});
-    }
-
-    static int toStatus(const ChildProcess& child) {
-        EXPECT_TRUE(waitUntil([&child] { return !child.isRunning(); }));
-        return child.waitStatus();
-    }
-};
+class Child : public ChildProcessFixture {};
 
 }  // namespace
 
@@ -186,35 +138,6 @@ TEST_F(Child, FailedStart_ReturnsItsCauseAndHoldsNothing) {
     EXPECT_EQ(start(other, probe_, {}, std::vector<int>(9, 1)), EINVAL) << "too many descriptors";
 }
 
-TEST_F(Child, Host_TakesNoSignalOfTheProgramsEndAndFindsNoChild) {
-    const SignalAction handled(SIGCHLD, &countSignal);
-    ChildProcess child;
-    ASSERT_EQ(start(child, probe_), 0);
-    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
-    EXPECT_EQ(errno, ECHILD);
-    ProbeReport(probe_).endProbe();
-    EXPECT_EQ(toStatus(child), SIGKILL);
-    EXPECT_EQ(signalsTaken, 0);
-}
-
-TEST_F(Child, HostThatWaitsForProcessesOfEveryKind_StillLearnsTheStatus) {
-    ChildProcess child;
-    ASSERT_EQ(startShell(child, "exit 3"), 0);
-    while (waitpid(-1, nullptr, __WALL) > 0) {
-    }
-    EXPECT_EQ(toStatus(child), W_EXITCODE(3, 0));
-}
-
-TEST_F(Child, HostsSignals_ReachTheHostWhileTheProgramRuns) {
-    const SignalAction handled(SIGUSR1, &countSignal);
-    ChildProcess child;
-    ASSERT_EQ(start(child, probe_), 0);
-    kill(getpid(), SIGUSR1);
-    EXPECT_TRUE(waitUntil([] { return signalsTaken == 1; }));
-    ProbeReport(probe_).endProbe();
-    toStatus(child);
-}
-
 TEST_F(Child, Program_RunsOnWithoutItsObjectAndLeavesNoZombie) {
     {
         ChildProcess child;
@@ -224,40 +147,6 @@ TEST_F(Child, Program_RunsOnWithoutItsObjectAndLeavesNoZombie) {
     EXPECT_TRUE(portability::findProcess(report.id()));
     report.endProbe();
     EXPECT_TRUE(waitUntil(&hasNoChild));
-}
-
-TEST_F(Child, GoBetween_EndsWithTheHostAndTheProgramDoesNot) {
-    int release[2];
-    ASSERT_EQ(pipe2(release, O_CLOEXEC), 0);
-    const pid_t host = fork();
-    if (host == 0) {
-        ChildProcess child;
-        const int result = start(child, probe_);
-        char byte = 0;
-        _exit(result == 0 && read(release[0], &byte, 1) == 1 ? 0 : 1);
-    }
-    const ProbeReport report(probe_);
-    std::vector<pid_t> goBetweens = listChildren(host);
-    ASSERT_EQ(goBetweens.size(), 1u);
-    EXPECT_EQ(write(release[1], "", 1), 1);
-    int status = -1;
-    ASSERT_EQ(waitpid(host, &status, 0), host);
-    EXPECT_EQ(status, 0);
-    EXPECT_TRUE(waitUntil([&] { return !portability::findProcess(goBetweens[0]); }));
-    EXPECT_TRUE(portability::findProcess(report.id()));
-    close(release[0]);
-    close(release[1]);
-}
-
-TEST_F(Child, ProgramWhoseGoBetweenIsKilled_CountsAsKilled) {
-    ChildProcess child;
-    ASSERT_EQ(start(child, probe_), 0);
-    const ProbeReport report(probe_);
-    const std::vector<pid_t> goBetweens = listChildren(getpid());
-    ASSERT_EQ(goBetweens.size(), 1u);
-    EXPECT_TRUE(child.isRunning());
-    kill(goBetweens[0], SIGKILL);
-    EXPECT_EQ(toStatus(child), SIGKILL);
 }
 
 TEST_F(Child, ManyThreads_StartingAtOnce_GetTheirOwnStatus) {
@@ -307,18 +196,4 @@ TEST_F(Child, Wait_EndsWithTheProgramOrAtItsDeadline) {
     close(ends[1]);
     EXPECT_TRUE(child.waitForEnd(portability::Deadline::never()));
     EXPECT_EQ(child.waitStatus(), 0);
-}
-
-// A child subreaper becomes the parent of its descendants when their own parents end.
-TEST_F(Child, ChildSubreaper_NeverFindsTheProgram) {
-    ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
-    const SignalAction counted(SIGCHLD, &countSignal);
-    const int before = signalsTaken;
-    ChildProcess child;
-    EXPECT_EQ(startShell(child, "exit 0"), 0);
-    EXPECT_TRUE(child.waitForEnd(portability::Deadline::never()));
-    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
-    EXPECT_EQ(errno, ECHILD);
-    EXPECT_EQ(signalsTaken, before);
-    prctl(PR_SET_CHILD_SUBREAPER, 0);
 }

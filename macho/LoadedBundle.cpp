@@ -1,4 +1,4 @@
-#include "macho/image/LoadedBundle.h"
+#include "macho/LoadedBundle.h"
 
 #include <unistd.h>
 

@@ -1,5 +1,5 @@
 // Tests the loader itself with a small bundle.
-#include "macho/image/LoadedBundle.h"
+#include "macho/LoadedBundle.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
