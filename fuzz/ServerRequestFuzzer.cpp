@@ -1,5 +1,5 @@
-// Fuzz target for requests to the development server. For every request, its answer is a transfer object that
-// can be read. If the answer is an exception, its code is one that clients know. A request adds at most one
+// Fuzz target for requests to the development server. For every request, its reply is a transfer object that
+// can be read. If the reply is an exception, its code is one that clients know. A request adds at most one
 // application and one object.
 //
 // At the start the server has one application (65537) with one object of the class Echo.
@@ -30,19 +30,19 @@ bool isKnownCode(uint32_t code) {
     return std::unique_ptr<dovrel::CPPException>(dovrel::newPOSExceptionForCode(code, "")) != nullptr;
 }
 
-void checkAnswer(const CPPByteArray& bytes) {
-    POSTransferObj answer;
-    answer.copyBytesFrom(bytes);
-    if (answer.getMessageKind() == dovrel::kMessageKindException) {
-        FUZZ_CHECK(!answer.readString(dovrel::posField::kExceptionText).empty());
-        FUZZ_CHECK(isKnownCode(answer.readUInt32(dovrel::posField::kExceptionCode)));
+void checkReply(const CPPByteArray& bytes) {
+    POSTransferObj reply;
+    reply.copyBytesFrom(bytes);
+    if (reply.getMessageKind() == dovrel::kMessageKindException) {
+        FUZZ_CHECK(!reply.readString(dovrel::posField::kExceptionText).empty());
+        FUZZ_CHECK(isKnownCode(reply.readUInt32(dovrel::posField::kExceptionCode)));
         return;
     }
-    FUZZ_CHECK(answer.getMessageKind() == kMessageKindAnswer);
-    const POSCommand* command = dovrel::findPOSCommand(answer.getCommand());
+    FUZZ_CHECK(reply.getMessageKind() == kMessageKindReply);
+    const POSCommand* command = dovrel::findPOSCommand(reply.getCommand());
     FUZZ_CHECK(command != nullptr);
     for (const POSField& field : command->reply)
-        FUZZ_CHECK(answer.hasField(field));
+        FUZZ_CHECK(reply.hasField(field));
 }
 
 }  // namespace
@@ -64,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     request.set(data, static_cast<uint32_t>(size));
     const Outcome outcome = exchanges.handleData(request, 0);
     FUZZ_CHECK(outcome.parameter != nullptr && outcome.status == 0 && !outcome.endServer);
-    checkAnswer(outcome.parameter->bytes());
+    checkReply(outcome.parameter->bytes());
     FUZZ_CHECK(state.applications.size() <= 2);
     FUZZ_CHECK(state.applications.objectCount() <= 2);
     return 0;

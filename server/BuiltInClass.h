@@ -59,9 +59,9 @@ class BuiltInClass : public ServerClass {
       public:
         explicit Instance(const std::vector<Method>& methods) : methods_(methods) {}
 
-        Answer call(const std::string& name, CPPByteArray argument) override {
+        MethodResult call(const std::string& name, CPPByteArray argument) override {
             for (const Method& method : methods_) {
-                if (name == method.name) return Answer((object_.*method.function)(std::move(argument)));
+                if (name == method.name) return MethodResult((object_.*method.function)(std::move(argument)));
             }
             throw Refusal{refusalCode::kPOSMethodNotFound, "no method " + name};
         }

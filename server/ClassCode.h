@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "server/Answer.h"
+#include "server/MethodResult.h"
 
 namespace merrowd {
 

@@ -19,7 +19,7 @@ constexpr char kInstantiate[] = "instantiate";
 class DescribedObject : public ServerObject {
   public:
     explicit DescribedObject(const DescribedClass& ofClass) : class_(ofClass) {}
-    Answer call(const std::string& method, CPPByteArray) override { return class_.perform(method); }
+    MethodResult call(const std::string& method, CPPByteArray) override { return class_.perform(method); }
 
   private:
     const DescribedClass& class_;
@@ -144,15 +144,15 @@ std::unique_ptr<ServerObject> DescribedClass::instantiate(UserMessage& message) 
     return std::make_unique<DescribedObject>(*this);
 }
 
-Answer DescribedClass::perform(const std::string& operation) const {
+MethodResult DescribedClass::perform(const std::string& operation) const {
     const auto found = behaviours_.find(operation);
     if (found == behaviours_.end()) return {};
     const Behaviour& behaviour = found->second;
     if (behaviour.delay.count() > 0) process_.pause(behaviour.delay);
     if (behaviour.fails) throw behaviour.failure;
-    Answer answer(behaviour.answer);
-    answer.message = behaviour.message;
-    return answer;
+    MethodResult result(behaviour.answer);
+    result.message = behaviour.message;
+    return result;
 }
 
 }  // namespace merrowd

@@ -58,8 +58,8 @@ class DescribedClass : public ServerClass {
     std::vector<std::string> methods() const override { return methods_; }
     std::unique_ptr<ServerObject> instantiate(UserMessage& message) const override;
 
-    /// Does what the settings describe for a method or for "instantiate", and returns the answer. Throws Refusal.
-    Answer perform(const std::string& operation) const;
+    /// Does what the settings describe for a method or for "instantiate", and returns the result. Throws Refusal.
+    MethodResult perform(const std::string& operation) const;
 
   private:
     DescribedClass(std::string name, const Identifier& identifier, ServerProcess& process);

@@ -17,7 +17,7 @@ namespace merrowd {
 namespace {
 
 constexpr char kRequestMark[] = "    > ";
-constexpr char kAnswerMark[] = "    < ";
+constexpr char kReplyMark[] = "    < ";
 
 std::string timeStamp() {
     const auto now = std::chrono::system_clock::now();
@@ -65,9 +65,9 @@ void ExchangeLog::request(const std::string& title, const CPPByteArray& request)
           dovrel::transferObjText(request, kRequestMark));
 }
 
-void ExchangeLog::answer(const std::string& title, const CPPByteArray& answer) {
+void ExchangeLog::reply(const std::string& title, const CPPByteArray& reply) {
     write(timeStamp() + "#" + std::to_string(exchange_) + " " + title + "\n" +
-          dovrel::transferObjText(answer, kAnswerMark));
+          dovrel::transferObjText(reply, kReplyMark));
 }
 
 void ExchangeLog::write(const std::string& lines) {

@@ -18,7 +18,7 @@
 #include <memory>
 #include <string>
 
-#include "server/Answer.h"
+#include "server/MethodResult.h"
 
 namespace merrowd {
 
@@ -30,10 +30,10 @@ class ExchangeLog {
     /// Writes a line with the time before it. Line feeds in the text become blanks, and Mac Roman becomes UTF-8.
     void note(const std::string& text);
 
-    /// Write the request and the answer of an exchange. Each request has the next number; an answer has the
-    /// number of the last request. An exchange may have no answer.
+    /// Write the request and the reply of an exchange. Each request has the next number; a reply has the
+    /// number of the last request. An exchange may have no reply.
     void request(const std::string& title, const CPPByteArray& request);
-    void answer(const std::string& title, const CPPByteArray& answer);
+    void reply(const std::string& title, const CPPByteArray& reply);
 
   private:
     void write(const std::string& lines);

@@ -21,8 +21,8 @@ namespace posField = dovrel::posField;
 
 namespace {
 
-constexpr char kHandshakeAnswer[] = "awake";
-constexpr char kGarbage[] = "This is no answer, and it does not look like one.";
+constexpr char kHandshakeReply[] = "awake";
+constexpr char kGarbage[] = "This is not a reply, and it does not look like one.";
 constexpr uint8_t kHugeFill = 0x5A;
 
 std::unique_ptr<POSTransferObj> fromBytes(const void* bytes, size_t length) {
@@ -35,20 +35,20 @@ std::unique_ptr<POSTransferObj> fromText(const std::string& text) {
     return fromBytes(text.data(), text.size());
 }
 
-// Returns a copy of a normal answer with other data in the field. Returns the answer unchanged if it does not
-// have the field or is not a normal answer.
-std::unique_ptr<POSTransferObj> withField(std::unique_ptr<POSTransferObj> answer, const POSField& field,
+// Returns a copy of a normal reply with other data in the field. Returns the reply unchanged if it does not
+// have the field or is not a normal reply.
+std::unique_ptr<POSTransferObj> withField(std::unique_ptr<POSTransferObj> reply, const POSField& field,
                                           const CPPByteArray& data) {
-    const POSCommand* command = dovrel::findPOSCommand(answer->getCommand());
-    if (command == nullptr || answer->getMessageKind() != kMessageKindAnswer || !answer->hasField(field))
-        return answer;
+    const POSCommand* command = dovrel::findPOSCommand(reply->getCommand());
+    if (command == nullptr || reply->getMessageKind() != kMessageKindReply || !reply->hasField(field))
+        return reply;
     auto changed =
-        std::make_unique<POSTransferObj>(dovrel::kTransferKindStandard, kMessageKindAnswer, *command);
+        std::make_unique<POSTransferObj>(dovrel::kTransferKindStandard, kMessageKindReply, *command);
     for (const POSField& known : command->reply) {
         if (known.number == field.number) {
             changed->writeByteArray(known, data);
         } else {
-            changed->writeByteArray(known, *answer->readByteArray(known));
+            changed->writeByteArray(known, *reply->readByteArray(known));
         }
     }
     return changed;
@@ -74,7 +74,7 @@ Outcome Exchanges::handleData(CPPByteArray request, pid_t sender) {
     if (state_.settings.log) log_.request(readCommandName(request) + fromProcess(sender), request);
     const bool strikes = misbehaviour.fault != Fault::none && misbehaviour.strikes(readCommandCode(request));
     Outcome outcome =
-        strikes ? answerWithFault(std::move(request), sender) : answerNormally(std::move(request), sender);
+        strikes ? handleWithFault(std::move(request), sender) : handleNormally(std::move(request), sender);
     outcome.endServer = outcome.endServer || hasLostLastClient();
     if (state_.settings.log) logEnd(outcome);
     return outcome;
@@ -85,18 +85,18 @@ Outcome Exchanges::refuseParts(pid_t sender) {
     if (state_.settings.log)
         log_.note("a request with more than " + limit + " parts was refused" + fromProcess(sender));
     Outcome outcome;
-    outcome.parameter = RequestHandler::makeExceptionAnswer(
+    outcome.parameter = RequestHandler::makeExceptionReply(
         0, {refusalCode::kPOSParameterFormat, "the request has more than " + limit + " parts"});
     return outcome;
 }
 
-Outcome Exchanges::answerNormally(CPPByteArray request, pid_t sender) {
+Outcome Exchanges::handleNormally(CPPByteArray request, pid_t sender) {
     Outcome outcome;
-    outcome.parameter = handler_.answer(std::move(request), sender);
+    outcome.parameter = handler_.handle(std::move(request), sender);
     return outcome;
 }
 
-Outcome Exchanges::answerWithFault(CPPByteArray request, pid_t sender) {
+Outcome Exchanges::handleWithFault(CPPByteArray request, pid_t sender) {
     const Misbehaviour& misbehaviour = state_.settings.misbehaviour;
     Outcome outcome;
     switch (misbehaviour.fault) {
@@ -114,20 +114,20 @@ Outcome Exchanges::answerWithFault(CPPByteArray request, pid_t sender) {
             outcome.status = misbehaviour.eventStatus;
             return outcome;
         case Fault::error:
-            outcome.parameter = RequestHandler::makeExceptionAnswer(
+            outcome.parameter = RequestHandler::makeExceptionReply(
                 readCommandCode(request), {misbehaviour.errorCode, misbehaviour.errorText});
             return outcome;
         default:
             break;
     }
-    outcome = answerNormally(std::move(request), sender);
+    outcome = handleNormally(std::move(request), sender);
     applyFault(outcome);
     return outcome;
 }
 
 void Exchanges::applyFault(Outcome& outcome) {
     const Misbehaviour& misbehaviour = state_.settings.misbehaviour;
-    const CPPByteArray& answer = outcome.parameter->bytes();
+    const CPPByteArray& reply = outcome.parameter->bytes();
     CPPByteArray data;
     switch (misbehaviour.fault) {
         case Fault::vanishDuring:
@@ -137,7 +137,7 @@ void Exchanges::applyFault(Outcome& outcome) {
             outcome.endServer = outcome.vanish = true;
             return;
         case Fault::cut:
-            outcome.parameter = fromBytes(answer.data(), std::min(answer.getSize(), misbehaviour.cutTo));
+            outcome.parameter = fromBytes(reply.data(), std::min(reply.getSize(), misbehaviour.cutTo));
             return;
         case Fault::garbage:
             outcome.parameter = fromText(kGarbage);
@@ -163,8 +163,8 @@ void Exchanges::applyFault(Outcome& outcome) {
 }
 
 void Exchanges::logEnd(const Outcome& outcome) {
-    if (outcome.parameter == nullptr) return log_.answer("not answered", {});
-    log_.answer(outcome.vanish ? "answered, and gone" : "answered", outcome.parameter->bytes());
+    if (outcome.parameter == nullptr) return log_.reply("not answered", {});
+    log_.reply(outcome.vanish ? "answered, and gone" : "answered", outcome.parameter->bytes());
 }
 
 Outcome Exchanges::handleHandshake(pid_t sender) {
@@ -173,7 +173,7 @@ Outcome Exchanges::handleHandshake(pid_t sender) {
     Outcome outcome;
     switch (state_.settings.handshake) {
         case Handshake::answered:
-            outcome.parameter = fromText(kHandshakeAnswer);
+            outcome.parameter = fromText(kHandshakeReply);
             break;
         case Handshake::silent:
             process_.hang();
@@ -219,10 +219,10 @@ Outcome Exchanges::handleControl(const std::string& text) {
     status.addInt("process", getpid());
     status.addInt("applications", static_cast<int32_t>(state_.applications.size()));
     status.addInt("objects", static_cast<int32_t>(state_.applications.objectCount()));
-    std::string answer;
-    status.save(answer);
+    std::string reply;
+    status.save(reply);
     Outcome outcome;
-    outcome.parameter = fromText(answer);
+    outcome.parameter = fromText(reply);
     return outcome;
 }
 

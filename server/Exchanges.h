@@ -1,5 +1,5 @@
-// Exchanges: handles the contents of each event. It logs the request, lets the request handler answer it,
-// applies the misbehaviour that the settings ask for, and logs the answer. It does not use Apple events, so
+// Exchanges: handles the contents of each event. It logs the request, lets the request handler carry it out,
+// applies the misbehaviour that the settings ask for, and logs the reply. It does not use Apple events, so
 // tests can call it with bytes.
 #pragma once
 
@@ -24,7 +24,7 @@ struct Outcome {
     std::unique_ptr<POSTransferObj> parameter;
     bool isSilent = false;   ///< the event gets no reply
     int16_t status = 0;      ///< status of the event, as the platform reports it
-    bool endServer = false;  ///< the server ends after this answer ...
+    bool endServer = false;  ///< the server ends after this reply ...
     bool vanish = false;     ///< ... as if it had crashed
 };
 
@@ -53,8 +53,8 @@ class Exchanges {
 
   private:
     Outcome refuseParts(pid_t sender);
-    Outcome answerNormally(CPPByteArray request, pid_t sender);
-    Outcome answerWithFault(CPPByteArray request, pid_t sender);
+    Outcome handleNormally(CPPByteArray request, pid_t sender);
+    Outcome handleWithFault(CPPByteArray request, pid_t sender);
     void applyFault(Outcome& outcome);
     void logEnd(const Outcome& outcome);
     std::vector<std::string> applyText(const std::string& text);

@@ -15,13 +15,13 @@ enum class Fault {
     vanishBefore,  ///< ends before it carries out the request
     vanishDuring,  ///< carries out the request and ends before it answers
     vanishAfter,   ///< answers and then ends
-    cut,           ///< answers with the first bytes of the answer only
+    cut,           ///< answers with the first bytes of the reply only
     garbage,       ///< answers with bytes that are not a structured block
     empty,         ///< answers with no bytes
     noParameter,   ///< sends a reply without a direct parameter
     failedEvent,   ///< the event fails with a status of the platform
     error,         ///< answers every request with an exception and does not carry it out
-    message,       ///< adds a message for the user to the answers that can contain one
+    message,       ///< adds a message for the user to the replies that can contain one
     huge           ///< answers methods, commands and information requests with a huge result
 };
 
@@ -42,7 +42,7 @@ struct Misbehaviour {
     uint32_t struck = 0;   ///< how often it has occurred
 
     std::chrono::milliseconds delay{500};         ///< for late
-    uint32_t cutTo = 0;                           ///< for cut: size of the answer in bytes
+    uint32_t cutTo = 0;                           ///< for cut: size of the reply in bytes
     uint32_t errorCode = 0;                       ///< for error
     std::string errorText = "This is a test.";    ///< for error
     uint32_t messageFlags = 1;                    ///< for message

@@ -15,7 +15,7 @@
 
 #include "InterProcessCommunication/POSCommands.h"
 #include "serialization/StructuredByteArrayReader.h"
-#include "server/Answer.h"
+#include "server/MethodResult.h"
 
 namespace merrowd {
 

@@ -51,21 +51,21 @@ void writeMessage(POSTransferObj& reply, const UserMessage& message) {
     reply.writeByteArray(posField::kServerMessage, field);
 }
 
-std::unique_ptr<POSTransferObj> newAnswer(uint32_t command) {
-    return std::make_unique<POSTransferObj>(dovrel::kTransferKindStandard, kMessageKindAnswer, command);
+std::unique_ptr<POSTransferObj> newReply(uint32_t command) {
+    return std::make_unique<POSTransferObj>(dovrel::kTransferKindStandard, kMessageKindReply, command);
 }
 
 }  // namespace
 
-std::unique_ptr<POSTransferObj> RequestHandler::answer(CPPByteArray request, pid_t sender) {
+std::unique_ptr<POSTransferObj> RequestHandler::handle(CPPByteArray request, pid_t sender) {
     uint32_t command = 0;
     try {
         return performRequest(request, sender, command);
     } catch (const EscapedException& escaped) {
         note_(escaped.text);
-        return makeExceptionAnswer(command, escaped);
+        return makeExceptionReply(command, escaped);
     } catch (const Refusal& refusal) {
-        return makeExceptionAnswer(command, refusal);
+        return makeExceptionReply(command, refusal);
     }
 }
 
@@ -74,7 +74,7 @@ std::unique_ptr<POSTransferObj> RequestHandler::performRequest(CPPByteArray& req
     try {
         RequestFields fields(request);
         command = fields.command();
-        std::unique_ptr<POSTransferObj> reply = newAnswer(command);
+        std::unique_ptr<POSTransferObj> reply = newReply(command);
         perform(fields, sender, *reply);
         return reply;
     } catch (const Refusal&) {
@@ -86,8 +86,7 @@ std::unique_ptr<POSTransferObj> RequestHandler::performRequest(CPPByteArray& req
     }
 }
 
-std::unique_ptr<POSTransferObj> RequestHandler::makeExceptionAnswer(uint32_t command,
-                                                                    const Refusal& refusal) {
+std::unique_ptr<POSTransferObj> RequestHandler::makeExceptionReply(uint32_t command, const Refusal& refusal) {
     auto reply = std::make_unique<POSTransferObj>(dovrel::kTransferKindStandard,
                                                   dovrel::kMessageKindException, command);
     reply->writeString(posField::kExceptionText, refusal.text);
@@ -168,13 +167,13 @@ void RequestHandler::callMethod(RequestFields& request, POSTransferObj& reply) {
         throw Refusal{refusalCode::kPOSMethodNotFound,
                       "the class " + record.ofClass->name() + " has no method \"" + method + "\""};
     }
-    Answer answer = runClassCode(
+    MethodResult result = runClassCode(
         refusalCode::kPOSMethodExecution,
         [&] { return "the method \"" + method + "\" of the class " + record.ofClass->name(); },
         [&] { return record.object->call(method, request.takeData(posField::kArgument)); });
 
-    reply.writeByteArray(posField::kResult, std::move(answer.data));
-    writeMessage(reply, answer.message);
+    reply.writeByteArray(posField::kResult, std::move(result.data));
+    writeMessage(reply, result.message);
 }
 
 void RequestHandler::executeCommand(RequestFields& request, POSTransferObj& reply) {

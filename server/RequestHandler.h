@@ -16,8 +16,8 @@ namespace merrowd {
 
 using dovrel::POSTransferObj;
 
-/// Header field 1 of a normal answer.
-constexpr uint32_t kMessageKindAnswer = 11;
+/// Header field 1 of a normal reply.
+constexpr uint32_t kMessageKindReply = 11;
 
 class RequestHandler {
   public:
@@ -29,17 +29,17 @@ class RequestHandler {
         ServerState& state, Note note = [](const std::string&) {})
         : state_(state), note_(std::move(note)) {}
 
-    /// Carries out the request and returns the reply, never null, which may be in the memory of the request. The reply is an exception if the request
-    /// could not be carried out or if the bytes are not a request. `sender` is the process that sent the
-    /// request, 0 if it is not known.
+    /// Carries out the request and returns the reply, never null, which may be in the memory of the request.
+    /// The reply is an exception if the request could not be carried out or if the bytes are not a request.
+    /// `sender` is the process that sent the request, 0 if it is not known.
     ///
     /// An exception other than Refusal becomes an exception reply: code 28 from a method, code 26 from the
     /// creation of an object, code 23 from all other code. Throws only std::bad_alloc, if memory runs out
     /// outside of the code of a class.
-    std::unique_ptr<POSTransferObj> answer(CPPByteArray request, pid_t sender);
+    std::unique_ptr<POSTransferObj> handle(CPPByteArray request, pid_t sender);
 
     /// Returns an exception reply. `command` is 0 if the request does not name a known command.
-    static std::unique_ptr<POSTransferObj> makeExceptionAnswer(uint32_t command, const Refusal& refusal);
+    static std::unique_ptr<POSTransferObj> makeExceptionReply(uint32_t command, const Refusal& refusal);
 
   private:
     // One function per command. Each one writes the fields of its reply.

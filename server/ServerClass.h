@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "server/Answer.h"
+#include "server/MethodResult.h"
 
 namespace merrowd {
 
@@ -19,9 +19,9 @@ class ServerObject {
     ServerObject(const ServerObject&) = delete;
     ServerObject& operator=(const ServerObject&) = delete;
 
-    /// Runs one of the methods that its class lists, and returns its answer. The method may modify
+    /// Runs one of the methods that its class lists, and returns its result. The method may modify
     /// `argument`. Throws Refusal; any other exception is sent to the client as error 28 and logged.
-    virtual Answer call(const std::string& method, CPPByteArray argument) = 0;
+    virtual MethodResult call(const std::string& method, CPPByteArray argument) = 0;
 
   protected:
     ServerObject() = default;

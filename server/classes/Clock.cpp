@@ -1,6 +1,6 @@
 // Clock: the time of the server's machine.
 //
-//   method   argument   answer
+//   method   argument   result
 //   now      none       the time in UTC as text: 2026-11-15T18:19:00Z
 #include <ctime>
 

@@ -1,6 +1,6 @@
 // Counter: a sum that starts at 0. Numbers are 4 bytes, least significant byte first.
 //
-//   method   argument   answer
+//   method   argument   result
 //   add      a number   the sum after adding the number; refused if it would not fit into 32 bits,
 //                       and then nothing is added
 //   value    none       the sum

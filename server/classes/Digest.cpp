@@ -1,6 +1,6 @@
 // Digest: checksums of its argument.
 //
-//   method   argument    answer
+//   method   argument    result
 //   md5      any bytes   the MD5 (RFC 1321) of the argument as 32 lower-case hexadecimal digits
 #include "platform/random/MD5.h"
 #include "server/BuiltInClass.h"

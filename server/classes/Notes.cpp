@@ -1,6 +1,6 @@
 // Notes: a small store of texts by name. Each object has its own store, in memory only.
 //
-//   method   argument                        answer
+//   method   argument                        result
 //   put      name, a zero byte, any bytes    none; stores the bytes under the name and replaces older bytes
 //   get      name                            the bytes
 //   list     none                            all names in alphabetical order, a line feed after each

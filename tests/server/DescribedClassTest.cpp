@@ -20,7 +20,7 @@ class DescribedClassTest : public testing::Test {
         return DescribedClass::fromSection(sections.at(0), process_, problems_);
     }
 
-    static Answer call(const ServerClass& described, const std::string& method) {
+    static MethodResult call(const ServerClass& described, const std::string& method) {
         UserMessage message;
         return described.instantiate(message)->call(method, {});
     }

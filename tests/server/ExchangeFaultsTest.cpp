@@ -49,23 +49,23 @@ TEST_F(ExchangeFaults, VanishAfter_RepliesAndTellsTheServerToEnd) {
 
 TEST_F(ExchangeFaults, Cut_LeavesTheFirstBytes) {
     prepare("");
-    const std::string whole = readAnswer(call());
+    const std::string whole = readBytes(call());
     for (const size_t length : {size_t{0}, size_t{1}, size_t{17}, whole.size(), whole.size() + 1}) {
         exchanges_.applySettingsText(misbehaviour("cut") + setting("cutTo", static_cast<int64_t>(length)));
-        EXPECT_EQ(readAnswer(call()), whole.substr(0, length));
+        EXPECT_EQ(readBytes(call()), whole.substr(0, length));
     }
 }
 
 TEST_F(ExchangeFaults, Garbage_IsNotABlock) {
     prepare(misbehaviour("garbage"));
-    const std::string answer = readAnswer(call());
-    EXPECT_GT(answer.size(), 10u);
-    EXPECT_NE(answer.substr(0, 4), "AsAk");
+    const std::string reply = readBytes(call());
+    EXPECT_GT(reply.size(), 10u);
+    EXPECT_NE(reply.substr(0, 4), "AsAk");
 }
 
-TEST_F(ExchangeFaults, EmptyAndNoParameter_AreAnswersWithoutBytesAndWithoutAParameter) {
+TEST_F(ExchangeFaults, EmptyAndNoParameter_AreRepliesWithoutBytesAndWithoutAParameter) {
     prepare(misbehaviour("empty"));
-    EXPECT_EQ(readAnswer(call()), "");
+    EXPECT_EQ(readBytes(call()), "");
     exchanges_.applySettingsText(misbehaviour("noParameter"));
     EXPECT_EQ(call().parameter, nullptr);
 }
@@ -87,7 +87,7 @@ TEST_F(ExchangeFaults, Error_IsAnExceptionOfAnyCodeAndTextAndDoesNothing) {
     EXPECT_EQ(state_.applications.objectCount(), 1u);
 }
 
-TEST_F(ExchangeFaults, Message_IsInTheAnswersThatCanCarryOneAndNoOther) {
+TEST_F(ExchangeFaults, Message_IsInTheRepliesThatCanCarryOneAndNoOther) {
     prepare(misbehaviour("message") + setting("messageFlags", 2) + setting("messageText", "Hi."));
     const Reply reply = readReply(call());
     EXPECT_EQ(reply.data(posField::kServerMessage), littleEndian(2) + "Hi.");

@@ -58,23 +58,23 @@ TEST(ExchangeLog, ANoteInUTF8OrMacRoman_IsUTF8) {
     EXPECT_EQ(withoutTimes(folder.read("Merrowd.log")), "at there is no setting \"Größe\" or \"Größe\"\n");
 }
 
-TEST(ExchangeLog, RequestAndAnswer_HaveTheSameNumber) {
+TEST(ExchangeLog, RequestAndReply_HaveTheSameNumber) {
     const TemporaryFolder folder;
     ExchangeLog log(folder.path("Merrowd.log"));
     for (int i = 0; i < 2; ++i) {
         log.request("get information", informationRequest(1, "x").bytes());
-        log.answer("answered", RequestHandler::makeExceptionAnswer(16, {30, "No."})->bytes());
+        log.reply("answered", RequestHandler::makeExceptionReply(16, {30, "No."})->bytes());
     }
     const std::string request =
         " get information\n"
         "    > 103 session identifier = 1\n"
         "    > 108 information request = 1 byte: 78 \"x\"\n";
-    const std::string answer =
+    const std::string reply =
         " answered\n"
         "    < 150 exception text = \"No.\"\n"
         "    < 151 exception code = 30\n";
     EXPECT_EQ(withoutTimes(folder.read("Merrowd.log")),
-              "at #1" + request + "at #1" + answer + "at #2" + request + "at #2" + answer);
+              "at #1" + request + "at #1" + reply + "at #2" + request + "at #2" + reply);
 }
 
 TEST(ExchangeLog, ASecondLogOfTheSameFile_AddsItsLines) {

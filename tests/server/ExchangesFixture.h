@@ -25,7 +25,7 @@ class ExchangesFixture : public testing::Test {
         return exchanges_.handleData(request.bytes(), sender);
     }
     static Reply readReply(const Outcome& outcome) { return Reply(outcome.parameter->bytes()); }
-    static std::string readAnswer(const Outcome& outcome) { return bytesToText(outcome.parameter->bytes()); }
+    static std::string readBytes(const Outcome& outcome) { return bytesToText(outcome.parameter->bytes()); }
 
     /// Registers an application, creates an Echo object, then applies the settings.
     void prepare(const std::string& settings) {

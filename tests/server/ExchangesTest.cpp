@@ -38,9 +38,9 @@ TEST_F(ExchangesTest, Data_WithTheLog_IsWrittenDownInBothDirections) {
 }
 
 TEST_F(ExchangesTest, Handshake_IsAnsweredAsTheSettingSays) {
-    EXPECT_EQ(readAnswer(exchanges_.handleHandshake(0)), "awake");
+    EXPECT_EQ(readBytes(exchanges_.handleHandshake(0)), "awake");
     exchanges_.applySettingsText(setting("handshake", "empty"));
-    EXPECT_EQ(readAnswer(exchanges_.handleHandshake(0)), "");
+    EXPECT_EQ(readBytes(exchanges_.handleHandshake(0)), "");
     exchanges_.applySettingsText(setting("handshake", "noParameter"));
     EXPECT_EQ(exchanges_.handleHandshake(0).parameter, nullptr);
     EXPECT_EQ(process_.calls, Calls());
@@ -49,7 +49,7 @@ TEST_F(ExchangesTest, Handshake_IsAnsweredAsTheSettingSays) {
     EXPECT_EQ(process_.calls, (Calls{"hang"}));
 }
 
-TEST_F(ExchangesTest, EndWithLastClient_EndsWithTheAnswerToTheLastUnregistration) {
+TEST_F(ExchangesTest, EndWithLastClient_EndsWithTheReplyToTheLastUnregistration) {
     exchanges_.applySettingsText(setting("endWithLastClient", 1));
     EXPECT_FALSE(send(versionRequest()).endServer) << "before the first client";
     const uint32_t one = readReply(send(registerRequest("One"))).number(posField::kSession);
@@ -88,9 +88,9 @@ TEST_F(ExchangesTest, Configure_PutsProblemsIntoTheLogAndGoesOn) {
 }
 
 TEST_F(ExchangesTest, Control_OfLinesThatItDoesNotUnderstand_CountsThemAsProblems) {
-    const std::string answer =
-        readAnswer(exchanges_.handleControl("log=1\n//checkClasses\n//Log\nINT:1\n\1\2\n"));
-    EXPECT_EQ(answer.substr(0, answer.find("//process")),
+    const std::string reply =
+        readBytes(exchanges_.handleControl("log=1\n//checkClasses\n//Log\nINT:1\n\1\2\n"));
+    EXPECT_EQ(reply.substr(0, reply.find("//process")),
               "//applications\nINT:0\n//objects\nINT:0\n"
               "//problem 1\nSTR:line 1: \"log=1\" is not part of an entry\n"
               "//problem 2\nSTR:line 2: \"checkClasses\" has no value\n"
@@ -102,7 +102,7 @@ TEST_F(ExchangesTest, Control_OfLinesThatItDoesNotUnderstand_CountsThemAsProblem
 
 TEST_F(ExchangesTest, Control_ReturnsTheStateOfTheServerAndTheProblems) {
     prepare("");
-    EXPECT_EQ(readAnswer(exchanges_.handleControl("//log\nINT:2\n//checkClasses\nINT:1\n")),
+    EXPECT_EQ(readBytes(exchanges_.handleControl("//log\nINT:2\n//checkClasses\nINT:1\n")),
               "//applications\nINT:1\n//objects\nINT:1\n"
               "//problem 1\nSTR:the value \"2\" of \"log\" does not fit; expected a number from 0 to 1\n"
               "//problems\nINT:1\n//process\nINT:" +

@@ -33,9 +33,9 @@ class FailingClass : public ServerClass {
       public:
         explicit Instance(const Action& fail) : fail_(fail) {}
 
-        Answer call(const std::string& method, CPPByteArray) override {
+        MethodResult call(const std::string& method, CPPByteArray) override {
             if (method == "fail") fail_();
-            return Answer(toBytes("done"));
+            return MethodResult(toBytes("done"));
         }
 
       private:

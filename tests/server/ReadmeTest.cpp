@@ -71,7 +71,7 @@ TEST_F(Readme, TheTableOfInformation_ListsEveryRequestThatIsAnswered) {
         const std::string request = littleEndian(number).substr(0, 2);
         if (!send(informationRequest(1, request)).isException()) answered.insert(std::to_string(number));
     }
-    const Names onPage = firstCells({"request", "answer"});
+    const Names onPage = firstCells({"request", "result"});
     EXPECT_EQ(std::set<std::string>(onPage.begin(), onPage.end()), answered);
 }
 

@@ -181,7 +181,7 @@ TEST(RequestHandler, QueryInterfaceVersion_ReturnsTheSetting) {
     EXPECT_EQ(server.send(versionRequest()).number(posField::kInterfaceVersion), 8u);
 }
 
-TEST(RequestHandler, Answer_OfMegabytes_IsComplete) {
+TEST(RequestHandler, Result_OfMegabytes_IsComplete) {
     TestServer server;
     const uint32_t session = server.registerApplication();
     const std::string argument(16u << 20, 'x');

@@ -71,7 +71,7 @@ class TestServer {
     static constexpr uint32_t kFirstSession = 65537;
 
     Reply send(const Request& request) { return send(request.bytes()); }
-    Reply send(const CPPByteArray& bytes) { return Reply(handler_.answer(bytes, 0)->bytes()); }
+    Reply send(const CPPByteArray& bytes) { return Reply(handler_.handle(bytes, 0)->bytes()); }
 
     /// Both functions fail the test if the server refuses the request.
     uint32_t registerApplication(const std::string& name = "Demo");

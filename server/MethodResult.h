@@ -1,4 +1,4 @@
-// The results of the server's operations: an answer, or a Refusal that is thrown.
+// What the server's operations return: a result, or a Refusal that they throw.
 #pragma once
 
 #include <array>
@@ -27,9 +27,9 @@ struct UserMessage {
 };
 
 /// The result of a method or a command.
-struct Answer {
-    Answer() = default;
-    explicit Answer(CPPByteArray bytes) : data(std::move(bytes)) {}
+struct MethodResult {
+    MethodResult() = default;
+    explicit MethodResult(CPPByteArray bytes) : data(std::move(bytes)) {}
 
     CPPByteArray data;
     UserMessage message;

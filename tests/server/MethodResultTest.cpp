@@ -1,26 +1,26 @@
-#include "server/Answer.h"
+#include "server/MethodResult.h"
 
 #include <gtest/gtest.h>
 
 namespace merrowd::test {
 namespace {
 
-TEST(Answer, ToBytes_KeepsZeroBytes) {
+TEST(MethodResult, ToBytes_KeepsZeroBytes) {
     const std::string text("a\0b", 3);
     EXPECT_EQ(toBytes(text).getSize(), 3u);
     EXPECT_EQ(bytesToText(toBytes(text)), text);
     EXPECT_EQ(toBytes("").getSize(), 0u);
 }
 
-TEST(Answer, BytesOfNumber_HasTheLeastSignificantByteFirst) {
+TEST(MethodResult, BytesOfNumber_HasTheLeastSignificantByteFirst) {
     EXPECT_EQ(bytesToText(numberToBytes(0x04030201)), "\x01\x02\x03\x04");
 }
 
-TEST(Answer, ParseNumber_ReadsTheLeastSignificantByteFirst) {
+TEST(MethodResult, ParseNumber_ReadsTheLeastSignificantByteFirst) {
     EXPECT_EQ(parseNumber(toBytes("\x01\x02\x03\x84")), 0x84030201u);
 }
 
-TEST(Answer, ParseNumber_AnythingButFourBytes_IsParameterFormatAndSaysHowMany) {
+TEST(MethodResult, ParseNumber_AnythingButFourBytes_IsParameterFormatAndSaysHowMany) {
     try {
         parseNumber(toBytes("12345"));
         FAIL();
@@ -30,7 +30,7 @@ TEST(Answer, ParseNumber_AnythingButFourBytes_IsParameterFormatAndSaysHowMany) {
     }
 }
 
-TEST(Answer, RequireNoArgument_RefusesOneByte) {
+TEST(MethodResult, RequireNoArgument_RefusesOneByte) {
     EXPECT_NO_THROW(requireNoArgument({}));
     EXPECT_THROW(requireNoArgument(toBytes("x")), Refusal);
 }

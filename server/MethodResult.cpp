@@ -1,4 +1,4 @@
-#include "server/Answer.h"
+#include "server/MethodResult.h"
 
 #include "serialization/ByteOrder.h"
 
