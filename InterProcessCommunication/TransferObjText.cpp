@@ -13,35 +13,12 @@ namespace dovrel {
 
 namespace {
 
-constexpr uint32_t kMostBytesShown = 64;
-
-bool isPrintable(char character) {
-    return character >= ' ' && character <= '~';
-}
-
 std::string quoted(const std::string& text) {
     return '"' + text + '"';
 }
 
-std::string printableText(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(), [](char character) { return !isPrintable(character); }, '.');
-    return text;
-}
-
-// Returns, for example, the text: 5 bytes: 68 65 6C 6C 6F "hello"
 std::string dataText(const CPPByteArray& bytes) {
-    const uint32_t shown = std::min(bytes.getSize(), kMostBytesShown);
-    std::string text = std::to_string(bytes.getSize()) + (bytes.getSize() == 1 ? " byte" : " bytes");
-    if (shown == 0) return text;
-    text += ':';
-    for (uint32_t i = 0; i < shown; ++i)
-        text += ' ' + numberToText(bytes.getByte(i), 16, 2);
-    if (shown < bytes.getSize()) text += " ...";
-    const std::string beginning = bytesToText(bytes).substr(0, shown);
-    if (std::any_of(beginning.begin(), beginning.end(), isPrintable))
-        text += " " + quoted(printableText(beginning));
-    return text;
+    return traceDataText(bytes.data(), bytes.getSize());
 }
 
 std::string valueText(POSTransferObj& object, const POSField& field) {

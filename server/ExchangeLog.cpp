@@ -5,12 +5,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
-#include <ctime>
 #include <utility>
 
 #include "InterProcessCommunication/TransferObjText.h"
 #include "platform/text/ReadableText.h"
+#include "platform/time/Timestamp.h"
 
 namespace merrowd {
 
@@ -18,19 +17,6 @@ namespace {
 
 constexpr char kRequestMark[] = "    > ";
 constexpr char kReplyMark[] = "    < ";
-
-std::string timeStamp() {
-    const auto now = std::chrono::system_clock::now();
-    const time_t seconds = std::chrono::system_clock::to_time_t(now);
-    const auto milliseconds =
-        std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
-    tm local{};
-    localtime_r(&seconds, &local);
-    char text[sizeof "2026-11-15 18:19:00"] = "";
-    strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
-    const std::string fraction = std::to_string(1000 + milliseconds);
-    return std::string(text) + "." + fraction.substr(1) + " ";
-}
 
 // Opens the log for appending. Returns -1 if that is not possible. All users may write to the log
 // folder, so the path can be anything: a symbolic link could point to any file of this user, and a
@@ -56,17 +42,17 @@ ExchangeLog::ExchangeLog(std::string path) : path_(std::move(path)) {}
 void ExchangeLog::note(const std::string& text) {
     std::string line = dovrel::readableText(text);
     std::replace(line.begin(), line.end(), '\n', ' ');
-    write(timeStamp() + line + "\n");
+    write(dovrel::timestampText() + " " + line + "\n");
 }
 
 void ExchangeLog::request(const std::string& title, const CPPByteArray& request) {
     ++exchange_;
-    write(timeStamp() + "#" + std::to_string(exchange_) + " " + title + "\n" +
+    write(dovrel::timestampText() + " #" + std::to_string(exchange_) + " " + title + "\n" +
           dovrel::transferObjText(request, kRequestMark));
 }
 
 void ExchangeLog::reply(const std::string& title, const CPPByteArray& reply) {
-    write(timeStamp() + "#" + std::to_string(exchange_) + " " + title + "\n" +
+    write(dovrel::timestampText() + " #" + std::to_string(exchange_) + " " + title + "\n" +
           dovrel::transferObjText(reply, kReplyMark));
 }
 

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "platform/files/StandardStreamGuard.h"
+#include "platform/time/Timestamp.h"
 #include "platform/trace/TraceText.h"
 
 namespace dovrel {
@@ -44,8 +45,9 @@ Trace::~Trace() {
 
 // Writes the entry with one call of write(), so that the entries of several threads and processes do not mix.
 void Trace::writeEntry(const std::string& text) const {
-    const std::string entry =
-        "dovrel " + std::to_string(getpid()) + " " + timer_.text() + " " + traceEntryText(text) + "\n";
+    const std::string entry = (setting_.timeOfDay ? timestampText() + " " : "") + "dovrel " +
+                              std::to_string(getpid()) + " " + timer_.text() + " " + traceEntryText(text) +
+                              "\n";
     [[maybe_unused]] const ssize_t written = ::write(descriptor_, entry.data(), entry.size());
 }
 

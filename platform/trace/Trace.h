@@ -3,6 +3,7 @@
 //
 //     dovrel 4711 12345 us exchange: call method, 111 bytes: answered, 76 bytes, 123 us
 //
+// On request each entry begins with the local time of day, in the form of the development server's log.
 // The trace is UTF-8 with line feeds. TraceText.h says how other characters and texts of several lines are
 // written. The most recently constructed object is the trace of the process. If there is no object,
 // tracing costs one pointer comparison, and the text of an entry is not made. Failures of the trace never

@@ -8,8 +8,10 @@ namespace {
 
 constexpr char kFile[] = "file=";
 constexpr char kAllAreas[] = "all";
+constexpr char kTimeOfDay[] = "time";
 constexpr TraceLevel kLevelWithoutDigit = TraceLevel::kSteps;
-constexpr std::array<const char*, kTraceAreaCount> kAreaNames = {"connection", "exchange", "session"};
+constexpr std::array<const char*, kTraceAreaCount> kAreaNames = {"connection", "exchange", "session",
+                                                                 "calls"};
 
 /// Applies an item, which is "area" or "area:level". Returns false and changes nothing if it is neither.
 bool applyArea(const std::string& item, std::array<TraceLevel, kTraceAreaCount>& levels) {
@@ -40,7 +42,10 @@ TraceSetting::TraceSetting(const std::string& text) {
         }
         const size_t end = std::min(text.find(',', begin), text.size());
         const std::string item = text.substr(begin, end - begin);
-        if (!applyArea(item, levels)) problems += (problems.empty() ? "" : " ") + item;
+        if (item == kTimeOfDay)
+            timeOfDay = true;
+        else if (!applyArea(item, levels))
+            problems += (problems.empty() ? "" : " ") + item;
         begin = end + 1;
     }
 }

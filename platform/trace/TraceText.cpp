@@ -1,5 +1,7 @@
 #include "platform/trace/TraceText.h"
 
+#include <algorithm>
+
 #include "platform/text/ReadableText.h"
 #include "platform/text/TextConversions.h"
 
@@ -10,11 +12,16 @@ namespace {
 constexpr char kFurtherEntryLine[] = "\n    ";
 constexpr char kFurtherValueLine[] = "\n| ";
 constexpr char kEscapedLineEnd[] = "\\n";
+constexpr uint32_t kMostBytesShown = 64;
 
 bool isControlCharacter(char character) {
     constexpr char kDelete = '\x7F';
     const auto code = static_cast<unsigned char>(character);
     return (code < ' ' && character != '\t') || character == kDelete;
+}
+
+bool isPrintable(char character) {
+    return character >= ' ' && character <= '~';
 }
 
 std::string readableWithLineEnds(const std::string& bytes, const char* lineEnd) {
@@ -47,6 +54,25 @@ std::string traceValueText(const std::string& value) {
 
 std::string traceOneLineText(const std::string& value) {
     return readableWithLineEnds(value, kEscapedLineEnd);
+}
+
+std::string traceDataText(const void* bytes, uint32_t count) {
+    const uint32_t shown = std::min(count, kMostBytesShown);
+    std::string text = byteCountText(count);
+    if (shown == 0) return text;
+    std::string beginning(static_cast<const char*>(bytes), shown);
+    text += ':';
+    for (const char byte : beginning)
+        text += ' ' + numberToText(static_cast<unsigned char>(byte), 16, 2);
+    if (shown < count) text += " ...";
+    if (std::none_of(beginning.begin(), beginning.end(), isPrintable)) return text;
+    std::replace_if(
+        beginning.begin(), beginning.end(), [](char character) { return !isPrintable(character); }, '.');
+    return text + " \"" + beginning + '"';
+}
+
+std::string byteCountText(uint64_t count) {
+    return std::to_string(count) + (count == 1 ? " byte" : " bytes");
 }
 
 }  // namespace dovrel

@@ -1,5 +1,6 @@
 // Tests the library's trace, which an environment variable enables.
 #include <cstdlib>
+#include <regex>
 
 #include "tests/endtoend/EndToEnd.h"
 #include "tests/support/TraceLines.h"
@@ -35,6 +36,14 @@ void expectInOrder(const std::vector<std::string>& lines, const std::vector<std:
     }
 }
 
+/// Returns the time of day at the beginning of the first line that contains `text`.
+std::string timeOfLine(const std::string& lines, const std::string& text) {
+    const size_t at = lines.find(text);
+    EXPECT_NE(at, std::string::npos) << text << "\n" << lines;
+    const size_t begin = lines.rfind('\n', at) + 1;
+    return lines.substr(begin, sizeof "2026-11-15 18:19:00.123" - 1);
+}
+
 TEST_F(Traced, All_RecordsTheConnectionAndEveryExchangeButNoContent) {
     Console console;
     const std::string trace = traceSession("all");
@@ -56,7 +65,7 @@ TEST_F(Traced, All_RecordsTheConnectionAndEveryExchangeButNoContent) {
 TEST_F(Traced, OperationsOfAnApplicationThatIsNotRegistered_AreEntriesBecauseNothingElseTellsThem) {
     Console console;
     const std::string file = root_.path() + "/trace";
-    setenv("POS_TRACE", ("all:1,file=" + file).c_str(), 1);
+    setenv("POS_TRACE", ("all:1,calls:0,file=" + file).c_str(), 1);
     library_.InitializePOS();
     EXPECT_EQ(host_.command(4711, "ping").status, POS_FAILURE);
     EXPECT_EQ(library_.posUnregisterApplication(0xFFFFFFFF), POS_FAILURE);
@@ -72,6 +81,75 @@ TEST_F(Traced, Level3_ShowsWhatIsSaidInReadableForm) {
     EXPECT_NE(trace.find("\n    > 107 method name = \"echo\"\n"), std::string::npos);
     EXPECT_NE(trace.find("\n    < 111 result data = 8 bytes: 61 20 73 65 63 72 65 74 \"a secret\"\n"),
               std::string::npos);
+}
+
+TEST_F(Traced, Calls_AreTheFunctionsInTheirOrderWithTheirSizesAndResults) {
+    Console console;
+    const std::string trace = traceSession("calls");
+    console.stop();
+    EXPECT_EQ(trace.find("secret"), std::string::npos);
+    EXPECT_EQ(trace.find("Echo"), std::string::npos);
+    const std::string numbers =
+        std::regex_replace(trace, std::regex("(application|thread) [0-9A-F]+"), "$1 N");
+    const std::string entries = std::regex_replace(numbers, std::regex("dovrel .* us calls: |[0-9]+ us"), "");
+    EXPECT_EQ(
+        entries,
+        "InitializePOS, thread N: POS_OK, \n"
+        "posRegisterApplicationWithClasses, classes 1, options 0 bytes, thread N: called\n"
+        "posRegisterApplicationWithClasses, classes 1, options 0 bytes, thread N: POS_OK, application N, \n"
+        "posInstantiateObject, application N, thread N: called\n"
+        "posInstantiateObject, application N, thread N: POS_OK, \n"
+        "posCallMethod, application N, parameters 8 bytes, thread N: called\n"
+        "posCallMethod, application N, parameters 8 bytes, thread N: POS_OK, result 8 bytes, \n"
+        "posDeleteDLLHeapData, thread N: called\n"
+        "posDeleteDLLHeapData, thread N: POS_OK, \n"
+        "posCallMethod, application N, parameters 0 bytes, thread N: called\n"
+        "posCallMethod, application N, parameters 0 bytes, thread N: POS_FAILURE, \n"
+        "posDeleteDLLHeapData, thread N: called\n"
+        "posDeleteDLLHeapData, thread N: POS_OK, \n"
+        "TerminatePOS, thread N: called\n");
+}
+
+TEST_F(Traced, CallsLevel3_ShowsContentsOfCallsThatSucceed) {
+    Console console;
+    const std::string trace = traceSession("calls:3");
+    console.stop();
+    EXPECT_NE(trace.find("\n    > class = 16 bytes: 45 63 68 6F "), std::string::npos) << trace;
+    EXPECT_NE(
+        trace.find(
+            "\n    > method = \"echo\"\n    > parameters = 8 bytes: 61 20 73 65 63 72 65 74 \"a secret\"\n"
+            "    < result = 8 bytes: 61 20 73 65 63 72 65 74 \"a secret\"\n"),
+        std::string::npos)
+        << trace;
+    EXPECT_EQ(trace.find("nonsense"), std::string::npos) << trace;
+}
+
+TEST_F(Traced, CallOfAnApplicationThatIsNotRegistered_DoesNotReadTheHostsPointers) {
+    Console console;
+    setenv("POS_TRACE", ("calls:3,file=" + root_.path() + "/trace").c_str(), 1);
+    library_.InitializePOS();
+    void** const invalid = reinterpret_cast<void**>(8);
+    uint8_t* const invalidBytes = reinterpret_cast<uint8_t*>(8);
+    uint8_t* result = nullptr;
+    uint32_t length = 0;
+    EXPECT_EQ(library_.posCallMethodOnExecuter(4711, invalid, invalid, reinterpret_cast<const char*>(8),
+                                               invalidBytes, 5, &result, &length),
+              POS_FAILURE);
+    library_.TerminatePOS();
+    EXPECT_NE(readFile(root_.path() + "/trace").find("parameters 5 bytes"), std::string::npos);
+}
+
+TEST_F(Traced, TimeOfDay_LiesBetweenTheTimesInTheServersLog) {
+    Console console;
+    root_.configure(setting("log", 1));
+    const std::string trace = traceSession("exchange,time");
+    console.stop();
+    const std::string log = root_.serverLog();
+    const std::string sent = timeOfLine(trace, "exchange: call method, ");
+    const std::string received = timeOfLine(log, "call method, from process");
+    const std::string answered = timeOfLine(trace, "exchange: call method: answered");
+    EXPECT_LE(sent, received);
+    EXPECT_LE(received, answered);
 }
 
 TEST_F(Traced, WithoutTheVariable_MakesNoFileAndSaysNothing) {

@@ -10,12 +10,12 @@ namespace dovrel {
 namespace {
 
 constexpr std::array<TraceArea, kTraceAreaCount> kAreas = {TraceArea::kConnection, TraceArea::kExchange,
-                                                           TraceArea::kSession};
+                                                           TraceArea::kSession, TraceArea::kCalls};
 
 using Levels = std::array<TraceLevel, kTraceAreaCount>;
 
-// Connection, exchange, session.
-constexpr Levels kNothing = {TraceLevel::kOff, TraceLevel::kOff, TraceLevel::kOff};
+// Connection, exchange, session, calls.
+constexpr Levels kNothing = {TraceLevel::kOff, TraceLevel::kOff, TraceLevel::kOff, TraceLevel::kOff};
 
 TEST(TraceSetting, Empty_TracesNothing) {
     const TraceSetting setting("");
@@ -27,10 +27,11 @@ TEST(TraceSetting, Empty_TracesNothing) {
 TEST(TraceSetting, AreaWithoutALevel_IsTracedInStepsButWithoutContents) {
     constexpr auto kOff = TraceLevel::kOff;
     constexpr auto kSteps = TraceLevel::kSteps;
-    EXPECT_EQ(TraceSetting("connection").levels, (Levels{kSteps, kOff, kOff}));
-    EXPECT_EQ(TraceSetting("exchange").levels, (Levels{kOff, kSteps, kOff}));
-    EXPECT_EQ(TraceSetting("session").levels, (Levels{kOff, kOff, kSteps}));
-    EXPECT_EQ(TraceSetting("all").levels, (Levels{kSteps, kSteps, kSteps}));
+    EXPECT_EQ(TraceSetting("connection").levels, (Levels{kSteps, kOff, kOff, kOff}));
+    EXPECT_EQ(TraceSetting("exchange").levels, (Levels{kOff, kSteps, kOff, kOff}));
+    EXPECT_EQ(TraceSetting("session").levels, (Levels{kOff, kOff, kSteps, kOff}));
+    EXPECT_EQ(TraceSetting("calls").levels, (Levels{kOff, kOff, kOff, kSteps}));
+    EXPECT_EQ(TraceSetting("all").levels, (Levels{kSteps, kSteps, kSteps, kSteps}));
 }
 
 TEST(TraceSetting, Level_IsTheDigitAfterTheColon) {
@@ -38,20 +39,32 @@ TEST(TraceSetting, Level_IsTheDigitAfterTheColon) {
     EXPECT_EQ(TraceSetting("exchange:1").levels[1], TraceLevel::kFailures);
     EXPECT_EQ(TraceSetting("exchange:2").levels[1], TraceLevel::kSteps);
     EXPECT_EQ(TraceSetting("exchange:3").levels[1], TraceLevel::kContents);
-    EXPECT_EQ(TraceSetting("all:1,exchange:3").levels,
-              (Levels{TraceLevel::kFailures, TraceLevel::kContents, TraceLevel::kFailures}));
+    EXPECT_EQ(
+        TraceSetting("all:1,exchange:3").levels,
+        (Levels{TraceLevel::kFailures, TraceLevel::kContents, TraceLevel::kFailures, TraceLevel::kFailures}));
 }
 
 TEST(TraceSetting, File_IsTheRestOfTheText) {
     const TraceSetting setting("all:1,file=/tmp/a, b:3,exchange");
-    EXPECT_EQ(setting.levels, (Levels{TraceLevel::kFailures, TraceLevel::kFailures, TraceLevel::kFailures}));
+    EXPECT_EQ(setting.levels, (Levels{TraceLevel::kFailures, TraceLevel::kFailures, TraceLevel::kFailures,
+                                      TraceLevel::kFailures}));
     EXPECT_EQ(setting.file, "/tmp/a, b:3,exchange");
     EXPECT_EQ(setting.problems, "");
 }
 
+TEST(TraceSetting, Time_AsksForTheTimeOfDayAndForNoArea) {
+    const TraceSetting setting("time,exchange");
+    EXPECT_TRUE(setting.timeOfDay);
+    EXPECT_EQ(setting.levels, TraceSetting("exchange").levels);
+    EXPECT_EQ(setting.problems, "");
+    EXPECT_FALSE(TraceSetting("all").timeOfDay);
+    EXPECT_EQ(TraceSetting("time:1").problems, "time:1");
+}
+
 TEST(TraceSetting, WhatIsNeitherAreaNorFile_IsAProblemAndChangesNothingElse) {
     const TraceSetting setting("Exchange,connection:4,all:,exchange:12,connection:x,exchange:1,file");
-    EXPECT_EQ(setting.levels, (Levels{TraceLevel::kOff, TraceLevel::kFailures, TraceLevel::kOff}));
+    EXPECT_EQ(setting.levels,
+              (Levels{TraceLevel::kOff, TraceLevel::kFailures, TraceLevel::kOff, TraceLevel::kOff}));
     EXPECT_EQ(setting.file, "");
     EXPECT_EQ(setting.problems, "Exchange connection:4 all: exchange:12 connection:x file");
 }
@@ -84,10 +97,12 @@ TEST(TraceSetting, AreasAndLevelsOfTheDocumentedVariable_AreThoseOfTheCode) {
 }
 
 TEST(TraceSetting, DocumentedExample_IsUnderstood) {
-    constexpr char kExample[] = "connection:1,exchange,file=/tmp/dovrel.trace";
+    constexpr char kExample[] = "connection:1,exchange,time,file=/tmp/dovrel.trace";
     EXPECT_TRUE(test::DocumentPage(ENVIRONMENT_PAGE).says("    POS_TRACE=" + std::string(kExample)));
     const TraceSetting setting(kExample);
-    EXPECT_EQ(setting.levels, (Levels{TraceLevel::kFailures, TraceLevel::kSteps, TraceLevel::kOff}));
+    EXPECT_EQ(setting.levels,
+              (Levels{TraceLevel::kFailures, TraceLevel::kSteps, TraceLevel::kOff, TraceLevel::kOff}));
+    EXPECT_TRUE(setting.timeOfDay);
     EXPECT_EQ(setting.file, "/tmp/dovrel.trace");
     EXPECT_EQ(setting.problems, "");
 }

@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/time/Timestamp.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TraceLines.h"
@@ -30,7 +31,8 @@ class TraceTest : public testing::Test {
 };
 
 TEST_F(TraceTest, WithoutATrace_NothingIsWantedAndNoTextIsMade) {
-    for (const TraceArea area : {TraceArea::kConnection, TraceArea::kExchange, TraceArea::kSession})
+    for (const TraceArea area :
+         {TraceArea::kConnection, TraceArea::kExchange, TraceArea::kSession, TraceArea::kCalls})
         EXPECT_FALSE(Trace::wants(area, TraceLevel::kFailures));
     bool made = false;
     Trace::write(kArea, TraceLevel::kFailures, [&made] {
@@ -53,6 +55,21 @@ TEST_F(TraceTest, Line_NamesProcessTimeAndArea) {
     Trace::write(TraceArea::kConnection, TraceLevel::kSteps, [] { return std::string("one"); });
     Trace::write(TraceArea::kExchange, TraceLevel::kFailures, [] { return std::string("two"); });
     EXPECT_EQ(lines(), (std::vector<std::string>{"connection: one", "exchange: two"}));
+}
+
+TEST_F(TraceTest, LineWithTheTimeOfDay_BeginsWithIt) {
+    const std::string before = timestampText();
+    {
+        const Trace trace(setting("all,time"));
+        Trace::write(kArea, TraceLevel::kSteps, [] { return std::string("one\ntwo"); });
+    }
+    const std::string after = timestampText();
+    const std::string written = folder_.read("trace");
+    EXPECT_LE(before, written.substr(0, before.size()));
+    EXPECT_GE(after, written.substr(0, after.size()));
+    const std::string rest = written.substr(before.size());
+    EXPECT_EQ(rest.compare(0, 8, " dovrel "), 0) << written;
+    EXPECT_NE(rest.find(" us exchange: one\n    two\n"), std::string::npos) << written;
 }
 
 TEST_F(TraceTest, Text_IsWrittenAsUTF8WithLineFeeds) {

@@ -47,5 +47,27 @@ TEST(TraceText, ValueThatLooksLikeTheTrace_CannotBeginALineOfItsOwn) {
               "    | < 151 exception code");
 }
 
+TEST(TraceText, Data_AreTheirSizeDigitsAndPrintableCharacters) {
+    EXPECT_EQ(traceDataText("hello", 5), "5 bytes: 68 65 6C 6C 6F \"hello\"");
+    EXPECT_EQ(traceDataText("a\x80\x1B", 3), "3 bytes: 61 80 1B \"a..\"");
+    EXPECT_EQ(traceDataText("\xFF", 1), "1 byte: FF");
+    EXPECT_EQ(traceDataText(nullptr, 0), "0 bytes");
+}
+
+TEST(TraceText, LongData_AreTheirFirst64Bytes) {
+    const std::string data(64, 'a');
+    std::string digits;
+    for (size_t i = 0; i < data.size(); ++i)
+        digits += " 61";
+    EXPECT_EQ(traceDataText(data.data(), 64), "64 bytes:" + digits + " \"" + data + "\"");
+    EXPECT_EQ(traceDataText((data + "b").data(), 65), "65 bytes:" + digits + " ... \"" + data + "\"");
+}
+
+TEST(TraceText, ByteCount_HasTheUnitOfItsNumber) {
+    EXPECT_EQ(byteCountText(0), "0 bytes");
+    EXPECT_EQ(byteCountText(1), "1 byte");
+    EXPECT_EQ(byteCountText(4294967295u), "4294967295 bytes");
+}
+
 }  // namespace
 }  // namespace dovrel
