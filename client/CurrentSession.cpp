@@ -6,6 +6,7 @@
 #include <string>
 
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
+#include "InterProcessCommunication/RecordingForwarder.h"
 #include "InterProcessCommunication/TracingForwarder.h"
 #include "platform/files/Places.h"
 #include "platform/synchronization/SynchronizationFactory.h"
@@ -28,8 +29,9 @@ pid_t theOwner = 0;
 }  // namespace
 
 SessionParts platformParts() {
-    return {[] { return traceIfRequested(std::make_unique<MacOSXTransferObjForwarder>()); },
-            [] { return std::make_unique<MacOSXMessageDialog>(); }, createMutex};
+    return {
+        [] { return traceIfRequested(recordIfRequested(std::make_unique<MacOSXTransferObjForwarder>())); },
+        [] { return std::make_unique<MacOSXMessageDialog>(); }, createMutex};
 }
 
 void openSession(const SessionParts& parts) {

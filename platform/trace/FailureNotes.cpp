@@ -28,6 +28,10 @@ const std::string& FailureNotes::failedStep() const {
     return found != failedSteps_.end() ? *found : failedSteps_.front();
 }
 
+std::string FailureNotes::lastFailedStep() {
+    return running != nullptr ? running->failedStep() : "";
+}
+
 void FailureNotes::dropFailedStep(TraceArea area) noexcept {
     if (running != nullptr) running->failedSteps_[static_cast<size_t>(area)].clear();
 }

@@ -44,6 +44,9 @@ class FailureNotes {
     /// others also fail. Empty if no step failed.
     const std::string& failedStep() const;
 
+    /// Returns a copy of failedStep() of the notes of the process, or "" if there are none.
+    static std::string lastFailedStep();
+
     /// Returns the last error reply of the server, or nothing if there was none.
     const std::optional<ServerError>& serverError() const { return serverError_; }
 
