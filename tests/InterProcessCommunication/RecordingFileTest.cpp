@@ -70,8 +70,8 @@ TEST_F(RecordingFileTest, Exchange_IsASectionOfReadableTextWithAllBytes) {
                   "//reply\nBAR:4173416B000100000009000000000000\n"
                   "00040100000000000001000000041400\n"
                   "000000000003000000040D0000000000\n"
-                  "00960000000" +
-                  std::string("5476F6E652E00000097000000\n0419000000\n"));
+                  "009600000005476F6E652E0000009700\n"
+                  "00000419000000\n");
 }
 
 TEST_F(RecordingFileTest, BytesOfAnyValue_AreReadBackUnchanged) {
