@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <ctime>
 #include <limits>
 #include <memory>
@@ -11,6 +10,7 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/RecordingFormat.h"
 #include "InterProcessCommunication/TransferObjText.h"
+#include "platform/files/FileWriting.h"
 #include "platform/files/PrivateFile.h"
 #include "platform/text/ReadableText.h"
 #include "platform/trace/FailureNotes.h"
@@ -132,11 +132,7 @@ void RecordingFile::appendBytes(std::string& text, const char* key, const char* 
 
 void RecordingFile::append(int& descriptor, const std::string& path, const void* bytes, size_t size) {
     if (descriptor < 0) descriptor = openPrivateFile(path);
-    ssize_t written = -1;
-    do {
-        written = descriptor < 0 ? -1 : write(descriptor, bytes, size);
-    } while (written < 0 && descriptor >= 0 && errno == EINTR);
-    if (written != static_cast<ssize_t>(size)) throw WriteFailure();
+    if (descriptor < 0 || !appendAtOnce(descriptor, bytes, size)) throw WriteFailure();
 }
 
 void RecordingFile::end(const std::string& path) noexcept {

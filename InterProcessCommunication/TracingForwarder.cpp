@@ -47,18 +47,20 @@ std::string contentsText(const CPPByteArray& bytes, const char* mark) {
     return lines;
 }
 
-void writeRequest(const CPPByteArray& request) {
+// Asks for the bytes of the request only if the entry is written: they may have to be encoded first.
+void writeRequest(const POSTransferObj& request) {
     Trace::write(TraceArea::kExchange, TraceLevel::kSteps, [&] {
-        return readCommandName(request) + sizeText(request) + contentsText(request, kRequestMark);
+        const CPPByteArray& bytes = request.bytes();
+        return readCommandName(bytes) + sizeText(bytes) + contentsText(bytes, kRequestMark);
     });
 }
 
-void writeReply(const CPPByteArray& request, const CPPByteArray& reply, const TraceTimer& timer) {
+void writeReply(const POSTransferObj& request, const CPPByteArray& reply, const TraceTimer& timer) {
     Trace::write(TraceArea::kExchange, TraceLevel::kFailures, [&]() -> std::string {
         const Outcome outcome = makeOutcome(reply);
         if (!Trace::wants(TraceArea::kExchange, outcome.level)) return "";
-        return readCommandName(request) + ": " + outcome.text + sizeText(reply) + ", " + timer.text() +
-               contentsText(reply, kReplyMark);
+        return readCommandName(request.bytes()) + ": " + outcome.text + sizeText(reply) + ", " +
+               timer.text() + contentsText(reply, kReplyMark);
     });
 }
 
@@ -83,10 +85,10 @@ TracingForwarder::~TracingForwarder() = default;
 
 POSTransferObj* TracingForwarder::ForwardTransferObj(POSTransferObj& request) {
     const TraceTimer timer;
-    writeRequest(request.bytes());
+    writeRequest(request);
     try {
         POSTransferObj* const reply = traced_->ForwardTransferObj(request);
-        writeReply(request.bytes(), reply->bytes(), timer);
+        writeReply(request, reply->bytes(), timer);
         return reply;
     } catch (const CPPException* passing) {
         writeFailure(

@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "platform/text/TextConversions.h"
@@ -40,7 +41,8 @@ void CallTrace::data(const char* name, const void* bytes, uint32_t length) {
 }
 
 void CallTrace::handle(const char* name, void* const* bytes, uint32_t length) {
-    data(name, succeeded_ && bytes != nullptr ? *bytes : nullptr, length);
+    const bool isReadable = succeeded_ && bytes != nullptr && !isOverwritten(bytes);
+    data(name, isReadable ? *bytes : nullptr, length);
 }
 
 void CallTrace::identifier(const char* name, const void* bytes) {
@@ -48,11 +50,17 @@ void CallTrace::identifier(const char* name, const void* bytes) {
 }
 
 void CallTrace::identifierHandle(const char* name, void* const* identifier) {
-    if (succeeded_ && identifier != nullptr && *identifier != nullptr) this->identifier(name, *identifier);
+    const bool isReadable = succeeded_ && identifier != nullptr && !isOverwritten(identifier);
+    if (isReadable && *identifier != nullptr) this->identifier(name, *identifier);
 }
 
 void CallTrace::text(const char* name, const char* value) {
     if (wantsContents() && value != nullptr)
+        addContent(kInputMark, name, '"' + traceOneLineText(value) + '"');
+}
+
+void CallTrace::textAtBegin(const char* name, const char* value) {
+    if (!hasReturned_ && value != nullptr && Trace::wants(TraceArea::kCalls, TraceLevel::kContents))
         addContent(kInputMark, name, '"' + traceOneLineText(value) + '"');
 }
 
@@ -78,7 +86,7 @@ void CallTrace::writeResult(const char* name, const TraceTimer& timer) noexcept 
 }
 
 std::string CallTrace::beginText() const {
-    return inputs_ + threadText() + ": called";
+    return inputs_ + threadText() + ": called" + contents_;
 }
 
 std::string CallTrace::endText(const TraceTimer& timer) const {
@@ -88,6 +96,10 @@ std::string CallTrace::endText(const TraceTimer& timer) const {
 
 bool CallTrace::wantsContents() const {
     return succeeded_ && Trace::wants(TraceArea::kCalls, TraceLevel::kContents);
+}
+
+bool CallTrace::isOverwritten(const void* place) const {
+    return std::find(outputPlaces_.begin(), outputPlaces_.end(), place) != outputPlaces_.end();
 }
 
 void CallTrace::addContent(const char* mark, const char* name, const std::string& value) {

@@ -5,11 +5,14 @@
 //     calls: posCallMethod, application 65537, parameters 4 bytes, thread 7F50C3FFF6C0: POS_OK, result 4 bytes, 96 us
 //
 // The contents follow on further lines if the level asks for them, after success only: the host's pointers
-// are certain to be valid only if the operation has used them.
+// are certain to be valid only if the operation has used them. Only the name of an application is in the first
+// entry, because the host may change it as soon as the operation has copied it.
 #pragma once
 
 #include <cstdint>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "dovrel/pos.h"
 #include "platform/trace/Trace.h"
@@ -20,7 +23,10 @@ namespace dovrel {
 /// their order. Every function throws std::bad_alloc.
 class CallTrace {
   public:
-    explicit CallTrace(const char* function) : inputs_(function) {}
+    /// `outputs`: the addresses of the call's outputs. An input with the same address has been overwritten when the
+    /// call has succeeded, so its content is left out.
+    explicit CallTrace(const char* function, std::vector<const void*> outputs = {})
+        : inputs_(function), outputPlaces_(std::move(outputs)) {}
 
     /// An argument that is a number: "application 65537".
     void number(const char* name, uint32_t value);
@@ -34,6 +40,8 @@ class CallTrace {
     void identifierHandle(const char* name, void* const* identifier);
     /// A text, which is a content. Nothing for null.
     void text(const char* name, const char* value);
+    /// The same for a text that is valid only when the call begins.
+    void textAtBegin(const char* name, const char* value);
 
     /// An output: a block. Ignored until the call has succeeded.
     void output(const char* name, const void* bytes, uint32_t length);
@@ -47,8 +55,9 @@ class CallTrace {
 
     /// Returns the function's result. `describe(CallTrace&)` passes the arguments and the outputs, in the end
     /// once more. Costs one comparison if calls are not traced.
-    template <typename Describe, typename Function>
-    static uint32_t run(const char* name, const Describe& describe, const Function& function) {
+    template <typename Describe, typename Function, typename... Output>
+    static uint32_t run(const char* name, const Describe& describe, const Function& function,
+                        Output*... outputs) {
         if (!Trace::wants(TraceArea::kCalls, TraceLevel::kFailures)) return function();
         Trace::write(TraceArea::kCalls, TraceLevel::kSteps, [&] {
             CallTrace call(name);
@@ -59,7 +68,8 @@ class CallTrace {
         const uint32_t result = function();
         const TraceLevel level = result == POS_OK ? TraceLevel::kSteps : TraceLevel::kFailures;
         Trace::write(TraceArea::kCalls, level, [&] {
-            CallTrace call(name);
+            CallTrace call(name, {outputs...});
+            call.hasReturned_ = true;
             call.succeeded_ = result == POS_OK;
             describe(call);
             return call.endText(timer);
@@ -74,12 +84,15 @@ class CallTrace {
     std::string beginText() const;
     std::string endText(const TraceTimer& timer) const;
     bool wantsContents() const;
+    bool isOverwritten(const void* place) const;
     void addContent(const char* mark, const char* name, const std::string& value);
 
+    bool hasReturned_ = false;
     bool succeeded_ = false;
     std::string inputs_;
     std::string outputs_;
     std::string contents_;
+    std::vector<const void*> outputPlaces_;
 };
 
 }  // namespace dovrel

@@ -10,6 +10,7 @@
 #include "InterProcessCommunication/TransferObjText.h"
 #include "client/OperationResult.h"
 #include "client/exceptions/ExceptionTypeNames.h"
+#include "platform/files/FileWriting.h"
 #include "platform/files/Places.h"
 #include "platform/files/StandardStreamGuard.h"
 #include "settings/LineGrammar.h"
@@ -64,12 +65,8 @@ class LogFile {
     /// the name by now.
     void openToAllUsers() const { static_cast<void>(fchmod(descriptor_, (status_.st_mode | 0777) & 07777)); }
 
-    /// Appends the text in one call of write, so that the entries of several processes do not mix. Returns
-    /// false if not all of it was written.
-    bool append(const std::string& text) const {
-        const ssize_t written = write(descriptor_, text.data(), text.size());
-        return written >= 0 && static_cast<size_t>(written) == text.size();
-    }
+    /// Returns false if not all of the text was written.
+    bool append(const std::string& text) const { return appendAtOnce(descriptor_, text.data(), text.size()); }
 
     /// Removes the file if it is shorter than the text that was written as its beginning.
     void removeIfShorterThan(const std::string& text, const std::string& path) const {
@@ -115,8 +112,8 @@ void writeIfPresent(LogFileWriter& writer, const char* key, const std::string& t
     if (!text.empty()) writeText(writer, key, text);
 }
 
-bool hasRoom(const LogFile& log, const std::string& text) {
-    return log.size() + text.size() < ErrorLog::kLargestSize;
+bool hasRoom(const LogFile& log, const std::string& text, uint32_t largestSize = ErrorLog::kLargestSize) {
+    return log.size() + text.size() < largestSize;
 }
 
 // Uses the descriptor that created the file. The umask of the host may have taken away all rights to open
@@ -180,7 +177,11 @@ void ErrorLog::appendEntry(const std::string& entry) const {
     }
     const LogFile fresh(path);
     if (!fresh.isUsable()) return;
-    if (fresh.size() != 0) return static_cast<void>(fresh.append(entry));
+    if (fresh.size() != 0) {
+        // This is still the full log if the process that locks it has not renamed it yet.
+        if (hasRoom(fresh, entry, ErrorLog::kLargestSizeWhileLocked)) fresh.append(entry);
+        return;
+    }
     beginLog(fresh, path, headText() + entry);
 }
 

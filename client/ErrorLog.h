@@ -20,7 +20,8 @@
 //
 // The file stays smaller than kLargestSize. Before an entry would make it larger, the file is renamed:
 // kOldSuffix is appended to its name, and an older file of that name is replaced. Several processes and all
-// users may append to the file.
+// users may append to the file. While one of them locks the full file to rename it, the others append to it up to
+// kLargestSizeWhileLocked; after that their entries are lost.
 //
 // A failure to write the log never disturbs the operation whose failure is to be logged. If a full disk
 // cuts an entry, the other entries stay readable. Symbolic links are not followed, because all users may
@@ -43,6 +44,7 @@ class ErrorLog {
         "The library's own texts are Mac Roman.";
     static constexpr char kOldSuffix[] = ".old";
     static constexpr uint32_t kLargestSize = 1024 * 1024;
+    static constexpr uint32_t kLargestSizeWhileLocked = 2 * kLargestSize;
 
     /// The largest length of a text in bytes. Of a longer text only the beginning is kept.
     static constexpr uint32_t kLongestText = 16 * 1024;

@@ -14,11 +14,12 @@ namespace {
 template <typename Describe, typename Operation, typename... Output>
 uint32_t inSession(const char* function, const Describe& describe, const Operation& operation,
                    Output*... outputs) {
-    return CallTrace::run(function, describe, [&]() -> uint32_t {
+    const auto run = [&]() -> uint32_t {
         if (!isSessionOfParent()) return operation(*dovrel::currentSession()) ? POS_OK : POS_FAILURE;
         ((outputs != nullptr ? static_cast<void>(*outputs = Output{}) : static_cast<void>(0)), ...);
         return POS_FAILURE;
-    });
+    };
+    return CallTrace::run(function, describe, run, outputs...);
 }
 
 // Passes nothing: the function has no arguments that a trace shows.
@@ -54,7 +55,7 @@ uint32_t posRegisterApplicationWithClasses(const char* applicationName, void** c
     return inSession(
         __func__,
         [&](CallTrace& call) {
-            call.text("name", applicationName);
+            call.textAtBegin("name", applicationName);
             call.number("classes", classCount);
             if (call.hasSucceeded())
                 for (uint32_t i = 0; i < classCount; ++i)
@@ -92,6 +93,7 @@ uint32_t posInstantiateObjectOnExecuter(uint32_t applicationId, void** executerI
         __func__,
         [&](CallTrace& call) {
             call.number("application", applicationId);
+            call.identifierHandle("executer", executerId);
             call.identifierHandle("class", classId);
             call.outputIdentifier("object", objectId);
         },

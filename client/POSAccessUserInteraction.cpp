@@ -36,7 +36,12 @@ class ApplicationName {
   public:
     /// Null counts as "". If memory runs out, the object holds no copy.
     explicit ApplicationName(const char* given) noexcept : given_(given != nullptr ? given : "") {
-        isCopied_ = ignoringFailures([this] { copy_ = given_; });
+        // Not with the session's functions for failures: their notes are protected by the lock, which is not held yet.
+        try {
+            copy_ = given_;
+            isCopied_ = true;
+        } catch (const std::bad_alloc&) {
+        }
     }
 
     /// Returns the name for alerts: the copy, or the host's own text if there is no copy.

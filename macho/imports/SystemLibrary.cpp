@@ -2,6 +2,7 @@
 #include <copyfile.h>
 #include <dlfcn.h>
 #include <libc.h>
+#include <sys/resource.h>
 #include <sys/sysctl.h>
 #include <unistd.h>
 
@@ -71,8 +72,9 @@ void addSystemLibrary(ImportTable& table) {
         addByItsNames(table, name, findSystemFunction(name));
     addByItsNames(table, "open", reinterpret_cast<void*>(&platformOpen));
     // By address: in 32-bit programs these names refer to other functions, which support files of up to
-    // 2 GiB.
+    // 2 GiB. For getrlimit() RLIMIT_FSIZE has the same number on both systems.
     addByItsNames(table, "ftruncate", reinterpret_cast<void*>(&ftruncate));
+    addByItsNames(table, "getrlimit", reinterpret_cast<void*>(&getrlimit));
     addByItsNames(table, "pwrite", reinterpret_cast<void*>(&pwrite));
 
     static uintptr_t guard = 0x5AC39F00;  // contains a zero byte, which stops an overflowing text copy

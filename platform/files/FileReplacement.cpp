@@ -24,11 +24,24 @@ bool isReplaceable(const std::string& path, struct stat& status) {
            !hasExtendedAttributes(path);
 }
 
+bool isSameFile(const struct stat& one, const struct stat& other) {
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+// Writes a file that does not exist yet, or one that is not regular.
 bool writeNew(const std::string& path, const std::string& text) {
+    struct stat named;
+    const bool isNew = lstat(path.c_str(), &named) != 0;
     OpenFile file(std::fopen(path.c_str(), "w+b"));
-    if (!file) return false;
-    const bool isComplete = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
-    return std::fclose(file.release()) == 0 && isComplete;
+    struct stat status;
+    if (!file || fstat(fileno(file.get()), &status) != 0) return false;
+    const bool mayGrow = !S_ISREG(status.st_mode) || isWithinSizeLimit(static_cast<off_t>(text.size()));
+    const bool isComplete = mayGrow && std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
+    const bool isWritten = std::fclose(file.release()) == 0 && isComplete;
+    // Others would read the beginning of the text as the whole.
+    const bool isLeftover = !isWritten && isNew && lstat(path.c_str(), &named) == 0;
+    if (isLeftover && isSameFile(named, status)) std::remove(path.c_str());
+    return isWritten;
 }
 
 // Mode "r+b" never creates a file. In a sticky folder some systems refuse to open another user's file in a

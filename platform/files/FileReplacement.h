@@ -23,6 +23,8 @@ namespace dovrel {
 /// A file that is written in place also keeps its old content if there is no space for the new content, but
 /// not if the process ends in the middle.
 ///
+/// A file that did not exist before and cannot be written completely is removed.
+///
 /// Devices, pipes and other files that are not regular are opened and written.
 bool replaceFileContent(const std::string& path, const std::string& text);
 

@@ -2,6 +2,9 @@
 
 #include <unistd.h>
 
+#include <new>
+
+#include "platform/files/FileWriting.h"
 #include "platform/files/PrivateFile.h"
 #include "platform/time/Timestamp.h"
 #include "platform/trace/TraceText.h"
@@ -22,7 +25,11 @@ const Trace* Trace::running = nullptr;
 Trace::Trace(const std::string& setting)
     : setting_(setting), descriptor_(setting_.file.empty() ? STDERR_FILENO : openTraceFile(setting_.file)) {
     running = this;
-    if (!setting_.problems.empty()) writeEntry("not understood: " + traceValueText(setting_.problems));
+    try {
+        if (!setting_.problems.empty()) writeEntry("not understood: " + traceValueText(setting_.problems));
+    } catch (const std::bad_alloc&) {
+        // The entry is lost, as every entry for which there is no memory. The trace itself has begun.
+    }
 }
 
 Trace::~Trace() {
@@ -30,12 +37,11 @@ Trace::~Trace() {
     if (descriptor_ != STDERR_FILENO) close(descriptor_);
 }
 
-// Writes the entry with one call of write(), so that the entries of several threads and processes do not mix.
 void Trace::writeEntry(const std::string& text) const {
     const std::string entry = (setting_.timeOfDay ? timestampText() + " " : "") + "dovrel " +
                               std::to_string(getpid()) + " " + timer_.text() + " " + traceEntryText(text) +
                               "\n";
-    [[maybe_unused]] const ssize_t written = ::write(descriptor_, entry.data(), entry.size());
+    appendAtOnce(descriptor_, entry.data(), entry.size());
 }
 
 }  // namespace dovrel

@@ -13,6 +13,7 @@
 
 #include "portability/corefoundation/TextEncoding.h"
 #include "portability/posix/FileDescriptor.h"
+#include "portability/posix/FileSizeSignalBlock.h"
 
 namespace portability {
 
@@ -93,6 +94,7 @@ class BrokenPipeSilence {
 // Writes the line with one call, so that the lines of several threads and processes do not mix.
 bool writeToStandardError(const std::string& line) {
     const BrokenPipeSilence silence;
+    const FileSizeSignalBlock fileSizeBlock;
     ssize_t written = 0;
     do {
         written = write(STDERR_FILENO, line.data(), line.size());

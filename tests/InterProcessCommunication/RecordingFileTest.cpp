@@ -172,7 +172,7 @@ TEST_F(RecordingFileTest, FullDisk_EndsTheRecordingForGood) {
         addReply(file, "c", "d");
     }
     addReply(file, "e", "f");
-    EXPECT_EQ(folder_.read("recording").size(), size + 10);
+    EXPECT_EQ(folder_.read("recording").size(), size);
 }
 
 TEST_F(RecordingFileTest, WithoutAnExchange_ThereIsNoFile) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <regex>
 #include <string>
 #include <thread>
@@ -29,6 +30,7 @@ class CallTraceTest : public testing::Test {
                 call.identifierHandle("object", &object);
                 call.identifierHandle("executer", noObject);
                 call.text("method", "a\nb");
+                call.textAtBegin("name", "host");
                 call.text("none", nullptr);
                 call.data("parameters", bytes, 1);
                 call.data("options", nullptr, 0);
@@ -90,7 +92,7 @@ TEST_F(CallTraceTest, Success_HasTwoEntriesWithSizesAndWithoutContents) {
 
 TEST_F(CallTraceTest, Failure_HasNoOutputs) {
     EXPECT_EQ(entries("calls:3", [this] { EXPECT_EQ(call(POS_FAILURE), POS_FAILURE); }),
-              (std::vector<std::string>{std::string(kArguments) + "called",
+              (std::vector<std::string>{std::string(kArguments) + "called\n    > name = \"host\"",
                                         std::string(kArguments) + "POS_FAILURE, TIME us"}));
 }
 
@@ -106,11 +108,34 @@ TEST_F(CallTraceTest, FailuresOnly_ASuccessHasNoEntryAndAFailureHasOne) {
 TEST_F(CallTraceTest, Level3_ShowsContentsAfterSuccess) {
     const std::string object =
         "16 bytes: 45 63 68 6F 00 00 00 00 00 00 00 00 00 00 00 00 \"Echo............\"";
-    EXPECT_EQ(entries("calls:3", [this] { call(POS_OK); })[1],
+    const std::vector<std::string> both = entries("calls:3", [this] { call(POS_OK); });
+    ASSERT_EQ(both.size(), 2u);
+    EXPECT_EQ(both[0], std::string(kArguments) + "called\n    > name = \"host\"");
+    EXPECT_EQ(both[1],
               std::string(kArguments) + "POS_OK, result 2 bytes, number 7, TIME us\n    > object = " +
                   object + "\n    > method = \"a\\nb\"\n    > parameters = 1 byte: 61 \"a\"" +
                   "\n    > command = 4 bytes: 61 62 00 01 \"ab..\"\n    < result = 2 bytes: 61 62 \"ab\"" +
                   "\n    < new object = " + object);
+}
+
+// A host may pass the same variable as input and as output. After success it points to the output, which may be shorter
+// than the input was.
+TEST_F(CallTraceTest, InputThatIsAlsoAnOutput_HasNoContent) {
+    const auto result = std::make_unique<uint8_t[]>(1);
+    char input[] = "input";
+    void* variable = input;
+    const auto describe = [&](CallTrace& call) {
+        call.identifierHandle("object", &variable);
+        call.handle("command", &variable, 5);
+        if (call.hasSucceeded()) call.output("result", variable, 1);
+    };
+    const auto function = [&]() -> uint32_t {
+        variable = result.get();
+        return POS_OK;
+    };
+    EXPECT_EQ(entries("calls:3", [&] { CallTrace::run("posFunction", describe, function, &variable); }).at(1),
+              "calls: posFunction, command 5 bytes, thread THREAD: POS_OK, result 1 byte, TIME us"
+              "\n    < result = 1 byte: 00");
 }
 
 TEST_F(CallTraceTest, Thread_IsTheSameForCallsOfOneThreadOnly) {

@@ -1,4 +1,6 @@
 // The error log's size, its owner, and the obstacles that it must survive.
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -164,6 +166,18 @@ TEST_F(ErrorLogTest, FullLogOfSeveralProcesses_IsRenamedOnce) {
         ASSERT_EQ(old.substr(0, older.size()), older) << "round " << round;
         EXPECT_EQ(entriesIn(old) + entriesIn(content()), kProcesses);
     }
+}
+
+TEST_F(ErrorLogTest, FullLogThatAnotherProcessLocksForever_GrowsToTwiceTheLargestSize) {
+    root_.write(kErrorLogFile, std::string(1024 * 1024, 'x'));
+    const int other = open(logPath().c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(other, LOCK_EX), 0);
+    append("Editor", "no driver");
+    EXPECT_EQ(entriesIn(content()), 1);
+    root_.write(kErrorLogFile, std::string(2 * 1024 * 1024 - 10, 'x'));
+    append("Editor", "no driver");
+    EXPECT_EQ(entriesIn(content()), 0);
+    close(other);
 }
 
 }  // namespace

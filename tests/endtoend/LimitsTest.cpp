@@ -1,6 +1,9 @@
 // Hosts with a limit of file sizes, which also holds for shared memory.
 #include <sys/resource.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "tests/endtoend/EndToEnd.h"
 
 namespace dovrel::test {
@@ -18,10 +21,9 @@ class Limits : public EndToEnd {
         setrlimit(RLIMIT_FSIZE, &before_);
     }
 
-    void limitFileSizes() const {
-        constexpr rlim_t kLimit = 16384;
+    void limitFileSizes(rlim_t bytes = 16384) const {
         rlimit limit = before_;
-        limit.rlim_cur = kLimit;
+        limit.rlim_cur = bytes;
         ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
     }
 
@@ -44,6 +46,22 @@ TEST_F(Limits, ServerOfAHostWithALimitOfFileSizes_HasNone) {
     const uint32_t application = host_.registered();
     setrlimit(RLIMIT_FSIZE, &before_);
     EXPECT_EQ(host_.command(application, "ping", large_).bytes, large_);
+}
+
+TEST_F(Limits, FailureOfAHostWhoseFilesMustNotGrow_IsReportedAndTheHostLives) {
+    const uint32_t application = host_.registered();
+    const std::string log = root_.path() + "/Library/Logs/Tessilor/POSDLLErrorLog.txt";
+    std::filesystem::create_directories(std::filesystem::path(log).parent_path());
+    // The log is as long as the limit. Standard error is a file, too.
+    for (const size_t bytes : {0, 16384}) {
+        std::ofstream(log) << std::string(bytes, '\n');
+        const Console console;
+        limitFileSizes(bytes);
+        EXPECT_EQ(host_.command(application, "no such command").status, POS_FAILURE);
+        setrlimit(RLIMIT_FSIZE, &before_);
+        EXPECT_EQ(readFile(log).size(), bytes);
+    }
+    EXPECT_EQ(host_.command(application, "ping", "small").bytes, "small");
 }
 
 }  // namespace

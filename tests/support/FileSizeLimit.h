@@ -1,15 +1,14 @@
-// FileSizeLimit: while it exists, no file of this process can grow beyond a size, as on a full disk.
+// FileSizeLimit: while it exists, no file of this process can grow beyond a size, as on a full disk. A test whose
+// code lets SIGXFSZ through ends.
 #pragma once
 
 #include <sys/resource.h>
-
-#include <csignal>
 
 namespace dovrel::test {
 
 class FileSizeLimit {
   public:
-    explicit FileSizeLimit(rlim_t bytes) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    explicit FileSizeLimit(rlim_t bytes) {
         getrlimit(RLIMIT_FSIZE, &oldLimit_);
         rlimit limit = oldLimit_;
         limit.rlim_cur = bytes;
@@ -17,13 +16,9 @@ class FileSizeLimit {
     }
     FileSizeLimit(const FileSizeLimit&) = delete;
     FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &oldLimit_);
-        std::signal(SIGXFSZ, oldHandler_);
-    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &oldLimit_); }
 
   private:
-    void (*oldHandler_)(int);
     rlimit oldLimit_{};
 };
 

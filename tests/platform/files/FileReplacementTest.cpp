@@ -69,6 +69,12 @@ TEST_F(FileReplacement, NoRoomForTheNewContent_LeavesTheOldOneAndNothingElse) {
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
+TEST_F(FileReplacement, NoRoomForANewFile_LeavesNothing) {
+    const FileSizeLimit limit(kLimit);
+    EXPECT_FALSE(replaceFileContent(folder.path("file"), tooLong));
+    EXPECT_EQ(filesInFolder(), 0u);
+}
+
 TEST_F(FileReplacement, ProcessThatHasTheOldFileOpen_ReadsItToItsEnd) {
     const std::string path = folder.write("file", "old");
     std::ifstream reader(path);

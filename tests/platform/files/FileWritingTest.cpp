@@ -47,6 +47,29 @@ TEST_F(FileWriting, WriteAt_WithRoomForAPart_IsFalseWithTheCause) {
     EXPECT_EQ(errno, EFBIG);
 }
 
+TEST_F(FileWriting, AppendAtOnce_WritesAtTheEndOrNothing) {
+    folder_.write("file", "0123456789");
+    descriptor_ = open(folder_.path("file").c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+    EXPECT_TRUE(appendAtOnce(descriptor_, "abc", 3));
+    const FileSizeLimit limit(15);
+    EXPECT_FALSE(appendAtOnce(descriptor_, "xyz", 3));
+    EXPECT_EQ(errno, EFBIG);
+    EXPECT_TRUE(appendAtOnce(descriptor_, "xy", 2));
+    EXPECT_EQ(content(), "0123456789abcxy");
+}
+
+TEST_F(FileWriting, AppendAtOnce_ToAPipe_KnowsNoLimit) {
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    const FileSizeLimit limit(0);
+    EXPECT_TRUE(appendAtOnce(ends[1], "abc", 3));
+    char read[4] = "";
+    EXPECT_EQ(::read(ends[0], read, 3), 3);
+    EXPECT_STREQ(read, "abc");
+    close(ends[0]);
+    close(ends[1]);
+}
+
 TEST_F(FileWriting, Overwrite_LeavesOnlyTheNewContent) {
     for (const char* const text : {"shorter", "as long as before!", "a good deal longer than before", ""}) {
         const std::string old = "as long as it was ";

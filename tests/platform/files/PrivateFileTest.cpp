@@ -47,5 +47,18 @@ TEST_F(PrivateFileTest, AnythingButARegularFile_IsRefusedWithoutWaiting) {
         EXPECT_EQ(openPrivateFile(folder_.path(name)), -1) << name;
 }
 
+TEST_F(PrivateFileTest, FileOfAnotherUser_IsRefused) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can make a file of another user";
+    folder_.write("file", "");
+    ASSERT_EQ(chown(folder_.path("file").c_str(), 1, 1), 0);
+    EXPECT_EQ(openPrivateFile(folder_.path("file")), -1);
+}
+
+TEST_F(PrivateFileTest, FileWithASecondName_IsRefused) {
+    folder_.write("file", "");
+    ASSERT_EQ(link(folder_.path("file").c_str(), folder_.path("second").c_str()), 0);
+    EXPECT_EQ(openPrivateFile(folder_.path("file")), -1);
+}
+
 }  // namespace
 }  // namespace dovrel

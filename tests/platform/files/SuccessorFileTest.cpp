@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,11 +21,18 @@
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"
 
-// The linker redirects the program's calls of rename, so that a test can act right after one.
+// The linker redirects the program's calls of rename and dup, so that a test can act right after or before one.
 static std::function<void()> afterNextRename;
+static std::function<void()> beforeNextDup;
 extern "C" {
 int __real_rename(const char* from, const char* to);
 int __wrap_rename(const char* from, const char* to);
+int __real_dup(int descriptor);
+int __wrap_dup(int descriptor);
+}
+int __wrap_dup(int descriptor) {
+    if (beforeNextDup) std::exchange(beforeNextDup, nullptr)();
+    return __real_dup(descriptor);
 }
 int __wrap_rename(const char* from, const char* to) {
     const int result = __real_rename(from, to);
@@ -87,16 +93,13 @@ class Successor : public testing::Test {
                std::filesystem::file_type::not_found;
     }
 
-    // Runs a writer with this umask in a process that the system kills at 5,000 bytes.
+    // Runs a writer with this umask in a process that is killed when it has written the second file.
     void killWriterInTheMiddle(mode_t mask) const {
         const pid_t writer = fork();
         if (writer == 0) {
-            const rlimit limit = {5'000, 5'000};
-            const rlimit noCore = {0, 0};
-            std::signal(SIGXFSZ, SIG_DFL);
             umask(mask);
-            if (setrlimit(RLIMIT_CORE, &noCore) == 0 && setrlimit(RLIMIT_FSIZE, &limit) == 0)
-                replace(std::string(10'000, 'n'));
+            beforeNextDup = [] { raise(SIGKILL); };
+            replace(std::string(10'000, 'n'));
             _exit(0);
         }
         int status = 0;
