@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "client/exceptions/POSException.h"
 #include "dovrel/pos.h"
@@ -35,6 +36,8 @@ void POSAccessUIDialogHandler::useBundle(const std::string& bundlePath) {
     } catch (CPPException* caught) {
         // The session works without its texts.
         const std::unique_ptr<CPPException> failure(caught);
+    } catch (const std::bad_alloc&) {
+        // A file of texts that is too large for the memory is a file without texts, too.
     }
 }
 

@@ -1,6 +1,7 @@
 #include "settings/ConfigFileSystem.h"
 
 #include <cstdio>
+#include <exception>
 #include <optional>
 
 #include "client/exceptions/CPPException.h"
@@ -71,7 +72,11 @@ bool ConfigFileSystem::writeProperties(const std::string& path, const Properties
 }
 
 bool ConfigFileSystem::writeEnciphered(const std::string& path, std::string_view text) {
-    return writeWholeFile(path, encipher(text));
+    try {
+        return writeWholeFile(path, encipher(text));
+    } catch (const std::exception&) {
+        return false;  // the system gave no random numbers or no memory
+    }
 }
 
 void ConfigFileSystem::removeFile(const std::string& path) {

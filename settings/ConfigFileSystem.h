@@ -47,7 +47,7 @@ class ConfigFileSystem {
     /// not be opened or written.
     static bool writeProperties(const std::string& path, const Properties& store);
 
-    /// As above for a text, which is enciphered before it is written.
+    /// As above for a text, which is enciphered before it is written. Also returns false if that is impossible.
     static bool writeEnciphered(const std::string& path, std::string_view text);
 
     /// Deletes a file. A file that cannot be deleted is left; failures are ignored.

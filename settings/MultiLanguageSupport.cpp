@@ -51,8 +51,7 @@ std::vector<Properties> readLanguageSections(const std::string& path) {
     try {
         return ConfigFileSystem::readSections(ConfigFileSystem::readText(path), kLanguageSectionKey);
     } catch (CPPException* caught) {
-        // The client must work even without texts (its alerts are then not shown),
-        // so this failure is ignored.
+        // The client must work even without texts, which are then empty.
         const std::unique_ptr<CPPException> failure(caught);
         return {};
     }

@@ -40,7 +40,11 @@ OSStatus runRecord(void* parameter) {
 void runAndWait(const std::function<void()>& work, bool ignoresFailures) {
     WorkRecord record{work, ignoresFailures, createSynchronizationEvent(true, false), nullptr};
     const OSStatus status = startTask(runRecord, &record);
-    if (status != noErr) throw new SystemException("runInBackground", static_cast<int32_t>(status));
+    if (status != noErr) {
+        // An event that is never signalled is never deleted.
+        record.done->signal();
+        throw new SystemException("runInBackground", static_cast<int32_t>(status));
+    }
     record.done->wait(kWaitForever);
     if (record.thrown) std::rethrow_exception(record.thrown);
 }

@@ -1,8 +1,10 @@
 #include "platform/time/Dates.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 
 namespace dovrel {
 
@@ -47,18 +49,24 @@ char* dottedText(std::tm parts) {
 }
 
 CPPByteArray toDateBytes(const std::tm& date, int32_t months) {
+    const uint8_t parts[] = {static_cast<uint8_t>(date.tm_year + kFirstYearOfTm - kFirstYearOfDateBytes),
+                             static_cast<uint8_t>(date.tm_mon + 1 + months),
+                             static_cast<uint8_t>(date.tm_mday)};
     CPPByteArray bytes;
-    bytes.setFilled(3, 0);
-    bytes.setByte(0, static_cast<uint8_t>(date.tm_year + kFirstYearOfTm - kFirstYearOfDateBytes));
-    bytes.setByte(1, static_cast<uint8_t>(date.tm_mon + 1 + months));
-    bytes.setByte(2, static_cast<uint8_t>(date.tm_mday));
+    bytes.setOrThrow(parts, sizeof parts);
     return bytes;
+}
+
+// The type of times has 32 bits on some systems.
+std::time_t nearestTime(int64_t seconds) {
+    using Limits = std::numeric_limits<std::time_t>;
+    return static_cast<std::time_t>(std::clamp<int64_t>(seconds, Limits::min(), Limits::max()));
 }
 
 }  // namespace
 
 std::time_t secondsForDays(int32_t days) {
-    return days * kSecondsOfDay;
+    return nearestTime(int64_t{days} * kSecondsOfDay);
 }
 
 const char* localNowText() {
@@ -99,7 +107,7 @@ CPPByteArray dateBytes(int32_t days) {
 }
 
 CPPByteArray dateBytes(int32_t days, int32_t months) {
-    return toDateBytes(utcTime(currentTime() + secondsForDays(days)), months);
+    return toDateBytes(utcTime(nearestTime(int64_t{currentTime()} + secondsForDays(days))), months);
 }
 
 }  // namespace dovrel

@@ -17,8 +17,24 @@ constexpr double kSecondsFrom1970To2001 = 978307200;
 constexpr double kBeginningOfYear2 = -63082540800;
 constexpr double kEndOfYear9999 = 252423993599;
 
+// The largest document. A list of a few bytes in the binary format can refer to one object many times, and would become
+// as large as memory.
+constexpr std::size_t kLargestDocument = 16 << 20;
+
 // Thrown and caught only in this file.
 struct NotAPropertyList {};
+
+// What is left of the largest document.
+class Room {
+  public:
+    void take(std::size_t size) {
+        if (size > left_) throw NotAPropertyList();
+        left_ -= size;
+    }
+
+  private:
+    std::size_t left_ = kLargestDocument;
+};
 
 std::string element(const std::string& name, const std::string& content) {
     return "<" + name + ">" + content + "</" + name + ">";
@@ -78,24 +94,26 @@ std::string base64(const std::string& bytes) {
     return text;
 }
 
-std::string written(const Object& value);
+std::string written(const Object& value, Room& room);
 
-std::string arrayText(const __CFArray& array) {
+std::string arrayText(const __CFArray& array, Room& room) {
     std::string content;
     for (const ObjectHolder& value : array.values) {
-        content += written(*value.get());
+        content += written(*value.get(), room);
     }
     return element("array", content);
 }
 
-std::string dictionaryText(const __CFDictionary& dictionary) {
+std::string dictionaryText(const __CFDictionary& dictionary, Room& room) {
     std::string content;
     for (const auto& [key, value] : dictionary.values) {
         const auto name = encodeText(key.data(), key.size(), kCFStringEncodingUTF8);
         if (!name) {
             throw NotAPropertyList();
         }
-        content += element("key", escaped(*name)) + written(*value.get());
+        const std::string keyText = element("key", escaped(*name));
+        room.take(keyText.size());
+        content += keyText + written(*value.get(), room);
     }
     return element("dict", content);
 }
@@ -108,7 +126,7 @@ std::string stringText(const __CFString& string) {
     return element("string", escaped(text));
 }
 
-std::string written(const Object& value) {
+std::string simpleText(const Object& value) {
     switch (value.kind()) {
         case kStringKind:
             return stringText(static_cast<const __CFString&>(value));
@@ -124,15 +142,25 @@ std::string written(const Object& value) {
         case kDataKind:
             return element("data", base64(static_cast<const __CFData&>(value).bytes));
         case kArrayKind:
-            return arrayText(static_cast<const __CFArray&>(value));
         case kDictionaryKind:
-            return dictionaryText(static_cast<const __CFDictionary&>(value));
         case kErrorKind:
         case kURLKind:
         case kBundleKind:
             break;
     }
     throw NotAPropertyList();
+}
+
+std::string written(const Object& value, Room& room) {
+    const bool isArray = value.kind() == kArrayKind;
+    if (isArray || value.kind() == kDictionaryKind) {
+        room.take(element("array", "").size());
+        return isArray ? arrayText(static_cast<const __CFArray&>(value), room)
+                       : dictionaryText(static_cast<const __CFDictionary&>(value), room);
+    }
+    std::string text = simpleText(value);
+    room.take(text.size());
+    return text;
 }
 
 }  // namespace
@@ -144,7 +172,8 @@ std::optional<std::string> writeXmlPropertyList(const Object& value) {
             "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
             "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
             "<plist version=\"1.0\">";
-        return start + written(value) + "</plist>\n";
+        Room room;
+        return start + written(value, room) + "</plist>\n";
     } catch (const NotAPropertyList&) {
         return std::nullopt;
     }

@@ -8,7 +8,8 @@
 
 namespace portability {
 
-/// Returns the XML document for `value`. Returns nothing if any part of it is not allowed in a property list.
+/// Returns the XML document for `value`. Returns nothing if any part of it is not allowed in a property list, or if
+/// the document would be larger than 16 MiB.
 std::optional<std::string> writeXmlPropertyList(const Object& value);
 
 }  // namespace portability

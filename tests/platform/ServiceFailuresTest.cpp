@@ -112,6 +112,7 @@ TEST_F(ServiceFailures, BackgroundTaskThatCannotBeStarted_ThrowsWithTheStatusAnd
     EXPECT_THAT(failure->getMessage(), StrEq("System error: -29298"));
     EXPECT_EQ(failure->getErrorCode(), -29298);
     EXPECT_FALSE(ran);
+    EXPECT_THAT(services.calls, testing::Contains(testing::StartsWith("delete event")));
 }
 
 TEST_F(ServiceFailures, ProcessThatIsNotFound_HasIdZero) {

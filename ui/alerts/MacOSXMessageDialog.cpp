@@ -3,6 +3,7 @@
 #include <CoreServices/CoreServices.h>
 
 #include <memory>
+#include <new>
 #include <string>
 
 #include "client/exceptions/CPPException.h"
@@ -71,6 +72,14 @@ void openHelpPages() {
     }
 }
 
+// The system log is the only place left for the text. Without memory even that is lost.
+void writeUnshown(const std::string& body) noexcept {
+    try {
+        writeToSystemLog(kUnshownAlertStart + body + kUnshownAlertEnd);
+    } catch (const std::bad_alloc&) {
+    }
+}
+
 int runAlert(const AlertRequest& request) {
     const ButtonSet set = buttonSet(request.buttons);
     const std::string title = shownText(request.title);
@@ -82,7 +91,7 @@ int runAlert(const AlertRequest& request) {
                               isManagementApplication() ? openHelpPages : nullptr};
     bool pressedFirst = false;
     if (!runModalAlert(alert, &pressedFirst)) {
-        writeToSystemLog(kUnshownAlertStart + body + kUnshownAlertEnd);
+        writeUnshown(body);
         return kAlertAnswerNotShown;
     }
     return pressedFirst ? set.firstAnswer : int{kAlertAnswerCancel};
@@ -94,9 +103,11 @@ void* runRequest(void* parameter) {
     try {
         request->answer = runAlert(*request);
     } catch (CPPException* caught) {
-        const std::unique_ptr<CPPException> failure(caught);  // the alert counts as not shown, as below
+        const std::unique_ptr<CPPException> failure(caught);
+        writeUnshown(request->body);
     } catch (...) {
-        // Memory has run out. An exception must not leave a remote call, so the alert counts as not shown.
+        // An exception must not leave a remote call, so the alert counts as not shown.
+        writeUnshown(request->body);
     }
     return nullptr;
 }

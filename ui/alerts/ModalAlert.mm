@@ -59,9 +59,11 @@ bool tryToRun(const ModalAlert& content, bool* pressedFirst) {
     bool wasRun = false;
     @try {
         NSAlert* const alert = [[[NSAlert alloc] init] autorelease];
-        const NSInteger pressed = run(alert, content);
-        wasRun = alert != nil;
-        if (wasRun) *pressedFirst = pressed == kFirstButtonReturn;
+        if (NSApplicationLoad()) {
+            const NSInteger pressed = run(alert, content);
+            wasRun = alert != nil;
+            if (wasRun) *pressedFirst = pressed == kFirstButtonReturn;
+        }
     } @catch (...) {
         wasRun = false;
     }
@@ -72,7 +74,7 @@ bool tryToRun(const ModalAlert& content, bool* pressedFirst) {
 
 bool runModalAlert(const ModalAlert& alert, bool* pressedFirst) noexcept {
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
-    const bool wasRun = NSApplicationLoad() && tryToRun(alert, pressedFirst);
+    const bool wasRun = tryToRun(alert, pressedFirst);
     [pool release];
     return wasRun;
 }

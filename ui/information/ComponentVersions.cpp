@@ -2,6 +2,8 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <mutex>
+
 #include "platform/AutoreleasePool.h"
 #include "platform/files/FileURL.h"
 #include "platform/files/Places.h"
@@ -39,6 +41,9 @@ std::string versionText(const Component& component) {
 }  // namespace
 
 std::string bundleVersionText(const std::string& identifier, const std::string& path) {
+    // A known bundle is found without a reference to it. Another thread could release the last one before it is retained.
+    static std::mutex& oneAtATime = *new std::mutex;
+    const std::lock_guard<std::mutex> held(oneAtATime);
     const AutoreleasePool pool;
     const CFObject<CFBundleRef> known(newKnownBundle(identifier));
     if (known) return bundleVersion(known.get());

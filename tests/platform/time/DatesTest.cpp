@@ -132,6 +132,9 @@ TEST_F(Dates, SecondsForDays_Are86400EachOfEitherSign) {
     EXPECT_EQ(secondsForDays(1), 86400);
     EXPECT_EQ(secondsForDays(-2), -172800);
     EXPECT_EQ(secondsForDays(20000), 1728000000);
+    const int64_t most = 86400LL * std::numeric_limits<int32_t>::max();
+    EXPECT_EQ(secondsForDays(std::numeric_limits<int32_t>::max()),
+              std::min<int64_t>(most, std::numeric_limits<std::time_t>::max()));
 }
 
 }  // namespace

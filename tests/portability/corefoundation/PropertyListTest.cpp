@@ -5,10 +5,12 @@
 
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "portability/corefoundation/Object.h"
 #include "portability/corefoundation/PropertyListWriter.h"
 #include "tests/portability/support/Held.h"
+#include "tests/support/BinaryList.h"
 #include "tests/support/DecimalComma.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -148,4 +150,19 @@ TEST_F(PropertyList, CopyStrings_PlainAndUTF16_ReturnsKeysAndValues) {
     folder_.write("wide.strings", wide);
     const Held<CFDictionaryRef> strings(portability::copyStrings(folder_.path("wide.strings")));
     EXPECT_EQ(toText(stringValue(strings.get(), CFSTR("a"))), "b");
+}
+
+// Each array of the chain contains the next one twice, so the document would have 2 to the power of 60 elements.
+TEST_F(PropertyList, ObjectsThatAreReferredToAgainAndAgain_AreNotWrittenWithoutLimit) {
+    constexpr uint64_t kArrays = 60;
+    std::vector<std::string> objects;
+    for (uint64_t next = 1; next <= kArrays; ++next)
+        objects.push_back(dovrel::test::arrayObject({next, next}));
+    objects.push_back(dovrel::test::asciiObject("a"));
+    EXPECT_EQ(writtenAgain(dovrel::test::binaryList(objects)), "");
+    objects = {dovrel::test::arrayObject({1, 1}), dovrel::test::arrayObject({2, 2}),
+               dovrel::test::asciiObject("a")};
+    EXPECT_NE(writtenAgain(dovrel::test::binaryList(objects))
+                  .find("<array><array><string>a</string><string>a</string>"),
+              std::string::npos);
 }

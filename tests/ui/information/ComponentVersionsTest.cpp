@@ -2,7 +2,10 @@
 
 #include <dlfcn.h>
 
+#include <atomic>
 #include <filesystem>
+#include <thread>
+#include <vector>
 
 #include "platform/CFObject.h"
 #include "platform/files/FileURL.h"
@@ -54,6 +57,20 @@ TEST_F(ComponentVersionsTest, BundleKnownUnderItsIdentifier_IsFoundElsewhereAndB
     EXPECT_EQ(siblingVersionText(), "9.9");
     install(siblingComponent(), "1.3", "7.0");
     EXPECT_EQ(siblingVersionText(), "9.9");
+}
+
+TEST_F(ComponentVersionsTest, SeveralThreads_EachGetTheVersion) {
+    install(siblingComponent(), "1.3", "7.0");
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread)
+        threads.emplace_back([&wrong] {
+            for (int round = 0; round < 200; ++round)
+                wrong += siblingVersionText() == "1.3" ? 0 : 1;
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, 0);
 }
 
 TEST_F(ComponentVersionsTest, BundleWhoseCodeIsLoaded_IsFoundUnderItsIdentifier) {
