@@ -5,7 +5,7 @@ from pathlib import Path
 
 SOURCES = Path(__file__).resolve().parents[2]
 FOLDERS = ["InterProcessCommunication", "bundle", "client", "cmake", "fuzz", "include", "macho", "platform", "portability",
-           "scripts", "serialization", "server", "settings", "tests", "ui"]
+           "scripts", "serialization", "server", "settings", "tests", "tools", "ui"]
 KINDS = {".h", ".cpp", ".mm", ".py", ".txt", ".cmake", ""}
 
 

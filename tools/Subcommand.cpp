@@ -1,0 +1,38 @@
+#include "tools/Subcommand.h"
+
+#include <sstream>
+
+namespace dovrel::tools {
+
+namespace {
+
+std::string helpEnd(const std::string& examples) {
+    std::string text = "Examples:\n";
+    std::istringstream lines(examples);
+    for (std::string line; std::getline(lines, line);)
+        text += "  " + line + "\n";
+    return text + "\nExit status: 0 success, 1 failure or troubles found, 2 wrong arguments";
+}
+
+}  // namespace
+
+CLI::App& addSubcommand(CLI::App& parent, const std::string& name, const std::string& summary,
+                        const std::string& examples) {
+    CLI::App& subcommand = *parent.add_subcommand(name, summary);
+    subcommand.footer(helpEnd(examples));
+    return subcommand;
+}
+
+void addJsonOption(CLI::App& subcommand, bool& isJson) {
+    subcommand.add_flag("--json", isJson, "Print JSON");
+}
+
+void exitFailed() {
+    throw CLI::RuntimeError(kFailed);
+}
+
+void rejectArguments(const std::string& message) {
+    throw CLI::ValidationError("", message);
+}
+
+}  // namespace dovrel::tools

@@ -1,0 +1,39 @@
+// What all subcommands of the tool have in common: their help, their exit status and their failures.
+//
+// A subcommand is a function add…(CLI::App&) in a header of its own. main.cpp calls these functions from one
+// list. The function adds the options, and a callback that does the work when the arguments have been parsed.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <stdexcept>
+#include <string>
+
+namespace dovrel::tools {
+
+/// The exit status of the tool.
+constexpr int kSucceeded = 0;
+constexpr int kFailed = 1;          ///< the operation failed, or troubles were found
+constexpr int kWrongArguments = 2;  ///< nothing was done
+
+/// The operation failed. main.cpp writes the message as one line to standard error, after "dovrel: ", and the
+/// tool exits with kFailed.
+class ToolFailure : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Adds a subcommand to the tool or to another subcommand, which owns it. `summary` is one sentence. `examples`
+/// are complete commands, one on each line; the help shows them at its end, with the exit status.
+CLI::App& addSubcommand(CLI::App& parent, const std::string& name, const std::string& summary,
+                        const std::string& examples);
+
+/// Adds the option --json, which sets `isJson`.
+void addJsonOption(CLI::App& subcommand, bool& isJson);
+
+/// Ends the subcommand with kFailed and writes nothing. For subcommands whose output tells the failure.
+[[noreturn]] void exitFailed();
+
+/// Ends the subcommand with kWrongArguments and the message.
+[[noreturn]] void rejectArguments(const std::string& message);
+
+}  // namespace dovrel::tools

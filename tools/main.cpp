@@ -1,0 +1,77 @@
+// dovrel: the command-line tool of the library. Each subcommand is a unit of its own.
+#include <iostream>
+#include <memory>
+
+#include "client/exceptions/CPPException.h"
+#include "tools/Subcommand.h"
+#include "tools/status/Status.h"
+
+namespace {
+
+using namespace dovrel::tools;
+
+// In the order in which the help lists them.
+constexpr void (*kSubcommands[])(CLI::App&) = {
+    addStatus,
+};
+
+constexpr char kHelpEnd[] =
+    "Exit status: 0 success, 1 failure or troubles found, 2 wrong arguments\n"
+    "\"dovrel SUBCOMMAND --help\" shows the options and examples of a subcommand.\n"
+    "POS_SYSTEM_ROOT selects the installation, POS_ALERTS=log keeps failures on standard error.\n"
+    "Colours and progress appear on terminals only, and colours only without NO_COLOR.";
+
+std::string oneLine(std::string text) {
+    for (char& character : text)
+        if (character == '\n' || character == '\r') character = ' ';
+    return text;
+}
+
+int fail(const std::string& message) {
+    std::cerr << "dovrel: " << oneLine(message) << '\n';
+    return kFailed;
+}
+
+std::string describeWrongArguments(const CLI::App*, const CLI::Error& error) {
+    const std::string message = error.what();
+    return "dovrel: " + oneLine(message.substr(message.find_first_not_of(": "))) +
+           " (--help lists the arguments)\n";
+}
+
+void configure(CLI::App& app) {
+    app.name("dovrel");
+    app.footer(kHelpEnd);
+    app.set_version_flag("--version", "dovrel " DOVREL_VERSION);
+    app.require_subcommand(1);
+    app.failure_message(describeWrongArguments);
+    for (const auto addTo : kSubcommands)
+        addTo(app);
+}
+
+int run(CLI::App& app, int count, char** arguments) {
+    try {
+        app.parse(count, arguments);
+    } catch (const CLI::RuntimeError& end) {
+        if (end.get_exit_code() != kSucceeded) return end.get_exit_code();
+    } catch (const CLI::ParseError& error) {
+        // Requests for help and for the version arrive here as well.
+        if (app.exit(error) != kSucceeded) return kWrongArguments;
+    }
+    return std::cout.flush() ? kSucceeded : fail("cannot write to standard output");
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    try {
+        CLI::App app("Tools for hosts, servers and installations of the Dovrel library.");
+        configure(app);
+        return run(app, count, arguments);
+    } catch (dovrel::CPPException* caught) {
+        const std::unique_ptr<dovrel::CPPException> failure(caught);
+        const char* const message = failure->getMessage();
+        return fail(message != nullptr ? message : "failed without a message");
+    } catch (const std::exception& failure) {
+        return fail(failure.what());
+    }
+}

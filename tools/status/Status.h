@@ -1,0 +1,11 @@
+// dovrel status: explains a number that an alert, a log or a trace shows.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace dovrel::tools {
+
+/// Adds the subcommand.
+void addStatus(CLI::App& app);
+
+}  // namespace dovrel::tools
