@@ -4,6 +4,9 @@
 
 #include "client/exceptions/CPPException.h"
 #include "tools/Subcommand.h"
+#include "tools/calls/Call.h"
+#include "tools/calls/Command.h"
+#include "tools/calls/Info.h"
 #include "tools/status/Status.h"
 
 namespace {
@@ -12,6 +15,9 @@ using namespace dovrel::tools;
 
 // In the order in which the help lists them.
 constexpr void (*kSubcommands[])(CLI::App&) = {
+    addCall,
+    addCommand,
+    addInfo,
     addStatus,
 };
 

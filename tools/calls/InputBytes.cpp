@@ -1,0 +1,60 @@
+#include "tools/calls/InputBytes.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "settings/LineGrammar.h"
+#include "tools/Subcommand.h"
+
+namespace dovrel::tools {
+
+namespace {
+
+constexpr char kStandardInput[] = "-";
+
+std::string readAll(std::FILE* file, const std::string& name) {
+    std::string content;
+    char buffer[1 << 16];
+    while (const size_t count = std::fread(buffer, 1, sizeof buffer, file))
+        content.append(buffer, count);
+    if (std::ferror(file) != 0) throw ToolFailure("cannot read " + name + ": " + std::strerror(errno));
+    return content;
+}
+
+std::string readFile(const std::string& path) {
+    if (path == kStandardInput) return readAll(stdin, "standard input");
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+    if (file == nullptr) throw ToolFailure("cannot open " + path + ": " + std::strerror(errno));
+    return readAll(file.get(), path);
+}
+
+}  // namespace
+
+std::string parseHexadecimal(const std::string& text) {
+    std::string digits;
+    for (const char character : text)
+        if (std::strchr(" \t\n", character) == nullptr) digits += character;
+    const bool isOnlyDigits = digits.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
+    if (!isOnlyDigits || digits.size() % 2 != 0)
+        rejectArguments("\"" + text + "\" is not pairs of hexadecimal digits");
+    return decodeHexText(digits);
+}
+
+void InputBytes::addOptions(CLI::App& subcommand, const std::string& name, const std::string& description) {
+    CLI::Option* const text = subcommand.add_option(name, text_, description);
+    subcommand.add_flag("--hex", isHexadecimal_, name + " consists of hexadecimal digits");
+    subcommand
+        .add_option("--file", file_,
+                    "Read " + name + " from this file, or from standard input if it is \"-\"")
+        ->excludes(text)
+        ->type_name("FILE");
+}
+
+std::string InputBytes::read() const {
+    const std::string bytes = file_.empty() ? text_ : readFile(file_);
+    return isHexadecimal_ ? parseHexadecimal(bytes) : bytes;
+}
+
+}  // namespace dovrel::tools
