@@ -7,14 +7,12 @@
 #include "platform/files/Places.h"
 #include "server/EventServer.h"
 #include "server/RunningProcess.h"
+#include "server/ServerFiles.h"
 #include "server/SettingsFile.h"
 
 namespace {
 
 using namespace merrowd;
-
-constexpr char kLogName[] = "Merrowd.log";
-constexpr char kSettingsName[] = "Merrowd.conf";
 
 // The applications of one server have consecutive numbers, and the next server begins at another
 // number. So a host that did not notice the change is told that it is not registered, and is not

@@ -43,4 +43,28 @@ inline constexpr const char* kDllInformationTooLong = "DLL_POS_ACCESS_CLIENT_EXC
 inline constexpr const char* kDllMsgMerrowdIsMissing = "DLL_MSG_MERROWD_IS_MISSING_MACOSX";
 inline constexpr const char* kDllMsgMerrowdIsCorrupt = "DLL_MSG_MERROWD_IS_CORRUPT_MACOSX";
 
+// All keys, in the order above.
+inline constexpr const char* kAllTextKeys[] = {kErrorDialogTitle,
+                                               kDllErrorDialogTitle,
+                                               kDllMessageDialogTitle,
+                                               kGeneralButtonOk,
+                                               kGeneralButtonCancel,
+                                               kGeneralButtonRetry,
+                                               kDllErrorMessageHeadPart1,
+                                               kDllErrorMessageHeadPart2,
+                                               kDllErrorUnrecoverableError,
+                                               kDllErrorClassOrDriverNotFound,
+                                               kDllErrorObjectInstantiation,
+                                               kDllErrorRegistration,
+                                               kDllAttentionMessage,
+                                               kGeneralErrorUnknownException,
+                                               kDllClassNotRegistered,
+                                               kDllNullPointerPassed,
+                                               kDllNoValidPosInterface,
+                                               kDllCommandTooLong,
+                                               kDllWrongIdentifierSize,
+                                               kDllInformationTooLong,
+                                               kDllMsgMerrowdIsMissing,
+                                               kDllMsgMerrowdIsCorrupt};
+
 }  // namespace dovrel

@@ -7,6 +7,8 @@
 #include "tools/calls/Call.h"
 #include "tools/calls/Command.h"
 #include "tools/calls/Info.h"
+#include "tools/doctor/Doctor.h"
+#include "tools/server/Server.h"
 #include "tools/status/Status.h"
 
 namespace {
@@ -15,10 +17,7 @@ using namespace dovrel::tools;
 
 // In the order in which the help lists them.
 constexpr void (*kSubcommands[])(CLI::App&) = {
-    addCall,
-    addCommand,
-    addInfo,
-    addStatus,
+    addCall, addCommand, addInfo, addServer, addStatus,
 };
 
 constexpr char kHelpEnd[] =

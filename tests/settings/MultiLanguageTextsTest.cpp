@@ -86,6 +86,12 @@ TEST(MultiLanguageTexts, KeysOfTheCode_AreOnlyInTheirHeader) {
     EXPECT_EQ(keys.count(kDllMsgMerrowdIsCorrupt), 1u);
 }
 
+TEST(MultiLanguageTexts, ListOfAllKeys_HasEachKeyOfTheHeader) {
+    const std::set<std::string> listed(std::begin(kAllTextKeys), std::end(kAllTextKeys));
+    EXPECT_EQ(listed.size(), std::size(kAllTextKeys));
+    EXPECT_EQ(listed, readFileKeys(kSource + "/settings/TextKeys.h"));
+}
+
 TEST(MultiLanguageTexts, Languages_AreEnglishGermanAndFrench) {
     std::string names;
     for (const auto& [name, section] : sections())

@@ -23,14 +23,14 @@ std::string readAll(std::FILE* file, const std::string& name) {
     return content;
 }
 
-std::string readFile(const std::string& path) {
+}  // namespace
+
+std::string readInputFile(const std::string& path) {
     if (path == kStandardInput) return readAll(stdin, "standard input");
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
     if (file == nullptr) throw ToolFailure("cannot open " + path + ": " + std::strerror(errno));
     return readAll(file.get(), path);
 }
-
-}  // namespace
 
 std::string parseHexadecimal(const std::string& text) {
     std::string digits;
@@ -53,7 +53,7 @@ void InputBytes::addOptions(CLI::App& subcommand, const std::string& name, const
 }
 
 std::string InputBytes::read() const {
-    const std::string bytes = file_.empty() ? text_ : readFile(file_);
+    const std::string bytes = file_.empty() ? text_ : readInputFile(file_);
     return isHexadecimal_ ? parseHexadecimal(bytes) : bytes;
 }
 

@@ -10,6 +10,9 @@ namespace dovrel::tools {
 /// Rejects the arguments if the text contains anything else, or half a byte.
 std::string parseHexadecimal(const std::string& text);
 
+/// Returns the content of the file, or of standard input if the path is "-". Throws a ToolFailure if it cannot be read.
+std::string readInputFile(const std::string& path);
+
 /// The options that select the bytes of one argument. It must exist until the arguments are parsed.
 class InputBytes {
   public:

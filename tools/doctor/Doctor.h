@@ -1,0 +1,11 @@
+// dovrel doctor: examines an installation, and says what is wrong with it and what to do.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace dovrel::tools {
+
+/// Adds the subcommand.
+void addDoctor(CLI::App& app);
+
+}  // namespace dovrel::tools

@@ -1,0 +1,84 @@
+#include "tools/server/ServerChannel.h"
+
+#include <memory>
+
+#include "InterProcessCommunication/Client_to_POS_Communicator.h"
+#include "InterProcessCommunication/EventDescriptor.h"
+#include "platform/trace/StatusNames.h"
+#include "server/SelfEvent.h"
+#include "settings/Properties.h"
+#include "tools/Subcommand.h"
+
+namespace dovrel::tools {
+
+namespace {
+
+constexpr char kProblemCount[] = "problems";
+constexpr char kProblem[] = "problem ";
+
+// Returns the status of the first step that fails.
+int32_t exchange(const std::string& text, SInt32 timeOutTicks, std::string& reply) {
+    const Client_to_POS_Communicator channel;
+    EventDescriptor event;
+    EventDescriptor answer;
+    int32_t status =
+        channel.CreateEvent(merrowd::kControlEvent.eventClass, merrowd::kControlEvent.eventId, event.get());
+    if (status != noErr) return status;
+    status = channel.PutData(event.get(), reinterpret_cast<const uint8_t*>(text.data()),
+                             static_cast<uint32_t>(text.size()));
+    if (status != noErr) return status;
+    status =
+        AESend(event.get(), answer.get(), kAEWaitReply, kAENormalPriority, timeOutTicks, nullptr, nullptr);
+    if (status != noErr) return status;
+
+    std::unique_ptr<uint8_t[]> bytes;
+    uint32_t length = 0;
+    status = channel.GetData(answer.get(), bytes, length);
+    reply.assign(bytes.get(), bytes.get() + length);
+    return status;
+}
+
+std::string describeFailure(int32_t status) {
+    switch (status) {
+        case procNotFound:
+            return "no server of this user and this root runs";
+        case errAEEventNotHandled:
+            return "the server that runs is not the development server";
+        case errAETimeout:
+            return "the server does not answer in time";
+        default:
+            return "the server cannot be reached: status " + statusText(status);
+    }
+}
+
+}  // namespace
+
+ServerState sendSettings(const std::string& settings, std::chrono::seconds timeOut) {
+    std::string reply;
+    const auto ticks = static_cast<SInt32>(timeOut.count() * serverEvent::kTicksPerSecond);
+    const int32_t status = exchange(settings, ticks, reply);
+    if (status != noErr) throw ToolFailure(describeFailure(status));
+    Properties entries;
+    entries.load(reply, true);
+    ServerState state;
+    for (int32_t index = 0; index < static_cast<int32_t>(entries.size()); ++index) {
+        const std::string key = entries.getKeyAt(index);
+        if (key == kProblemCount) continue;
+        if (key.compare(0, sizeof kProblem - 1, kProblem) == 0) {
+            state.problems.push_back(entries.getString(key));
+        } else {
+            state.values.push_back({key, entries.getString(key)});
+        }
+    }
+    return state;
+}
+
+HandshakeResult makeHandshake() {
+    const auto start = std::chrono::steady_clock::now();
+    HandshakeResult result;
+    result.status = Client_to_POS_Communicator().WakeServer(serverEvent::kWakeTimeOutMs, 1);
+    result.time = std::chrono::steady_clock::now() - start;
+    return result;
+}
+
+}  // namespace dovrel::tools

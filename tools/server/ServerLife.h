@@ -1,0 +1,17 @@
+// dovrel server start, stop and status.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace dovrel::tools {
+
+/// Asks the platform to launch the installed server, and does not wait until it answers. Throws a ToolFailure if no
+/// server is installed, or if it cannot be launched.
+void launchInstalledServer();
+
+/// Each adds a subcommand to "dovrel server".
+void addServerStart(CLI::App& server);
+void addServerStop(CLI::App& server);
+void addServerStatus(CLI::App& server);
+
+}  // namespace dovrel::tools

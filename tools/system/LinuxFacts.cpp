@@ -1,0 +1,71 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "portability/posix/SystemRoot.h"
+#include "portability/processes/ProcessTable.h"
+#include "portability/transport/EndpointFolder.h"
+#include "tools/system/SystemFacts.h"
+
+namespace dovrel::tools {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+EndpointFolder examine(const portability::EndpointPlace& place) {
+    EndpointFolder folder;
+    folder.path = place.parent + '/' + place.name;
+    portability::FileDescriptor opened;
+    switch (portability::openEndpointFolder(place, opened)) {
+        case portability::FolderState::open:
+            folder.state = EndpointFolder::State::usable;
+            return folder;
+        case portability::FolderState::failed:
+            folder.state = EndpointFolder::State::unusable;
+            folder.reason = errno == EPERM ? "other users may enter it" : std::strerror(errno);
+            return folder;
+        case portability::FolderState::absent:
+            break;
+    }
+    struct stat status;
+    const bool isThere = lstat(folder.path.c_str(), &status) == 0;
+    if (isThere) folder.state = EndpointFolder::State::unusable;
+    if (isThere) folder.reason = "it belongs to the user with the number " + std::to_string(status.st_uid);
+    return folder;
+}
+
+}  // namespace
+
+bool isRunning(pid_t process) {
+    return portability::findProcess(process).has_value();
+}
+
+std::string systemRootPath() {
+    return portability::systemRoot();
+}
+
+std::vector<ProgramProcess> findProcessesOf(const std::string& program) {
+    std::vector<ProgramProcess> found;
+    std::error_code error;
+    for (const fs::directory_entry& entry : fs::directory_iterator("/proc", error)) {
+        const std::string name = entry.path().filename();
+        if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+        const auto process = portability::findProcess(std::stoi(name));
+        if (!process || process->file != program) continue;
+        found.push_back({process->id, process->user, process->state == 'T' || process->state == 't'});
+    }
+    return found;
+}
+
+std::vector<EndpointFolder> findEndpointFolders() {
+    std::vector<EndpointFolder> folders;
+    for (const portability::EndpointPlace& place : portability::endpointPlaces(systemRootPath()))
+        folders.push_back(examine(place));
+    return folders;
+}
+
+}  // namespace dovrel::tools

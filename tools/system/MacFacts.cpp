@@ -1,0 +1,25 @@
+#include <signal.h>
+
+#include <cerrno>
+
+#include "tools/system/SystemFacts.h"
+
+namespace dovrel::tools {
+
+bool isRunning(pid_t process) {
+    return kill(process, 0) == 0 || errno == EPERM;
+}
+
+std::string systemRootPath() {
+    return "/";
+}
+
+std::vector<ProgramProcess> findProcessesOf(const std::string&) {
+    return {};
+}
+
+std::vector<EndpointFolder> findEndpointFolders() {
+    return {};
+}
+
+}  // namespace dovrel::tools

@@ -1,0 +1,43 @@
+// What the tool asks of the system beneath the library. Each system has its own source.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace dovrel::tools {
+
+/// Returns whether the process exists and has not ended. A process that has ended and whose parent has not noticed
+/// it yet does not count.
+bool isRunning(pid_t process);
+
+/// Returns the folder that contains the platform's fixed places; "/" on macOS.
+std::string systemRootPath();
+
+/// A process of any user.
+struct ProgramProcess {
+    pid_t id;
+    uid_t user;
+    bool isStopped;  ///< by a signal or a debugger
+};
+
+/// Returns the processes that run the program. Only root can see of every process of another user which program it
+/// runs. For other users, what the process itself states counts. Empty on macOS.
+std::vector<ProgramProcess> findProcessesOf(const std::string& program);
+
+/// A folder for the endpoints of servers.
+struct EndpointFolder {
+    enum class State { usable, absent, unusable };
+
+    std::string path;
+    State state = State::absent;
+    std::string reason;  ///< of a folder that is unusable
+};
+
+/// Returns the folders in which the library looks for running servers, in this order. A folder that can be created
+/// when it is needed is absent. A folder is unusable if it, or its name, belongs to another user, or if others may
+/// enter it. Empty on macOS, where the system delivers events.
+std::vector<EndpointFolder> findEndpointFolders();
+
+}  // namespace dovrel::tools
