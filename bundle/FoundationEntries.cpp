@@ -8,4 +8,5 @@ const portability::FoundationEntries dovrelFoundationEntries = {sizeof(portabili
                                                                 portability::useFoundation,
                                                                 dovrel::runModalAlert,
                                                                 dovrel::formatPropertyList,
-                                                                portability::runOnMainRunLoop};
+                                                                portability::runOnMainRunLoop,
+                                                                dovrel::systemReport};

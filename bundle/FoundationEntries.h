@@ -1,4 +1,4 @@
-// The functions of the second module that the first one calls. Private to this folder.
+// The functions of the second module that the first one and the command-line tool call. Private to this folder.
 #pragma once
 
 #include <cstddef>
@@ -7,6 +7,7 @@
 
 #include "portability/foundation/FirstUse.h"
 #include "ui/alerts/ModalAlert.h"
+#include "ui/information/SystemReport.h"
 
 namespace portability {
 
@@ -21,6 +22,7 @@ struct FoundationEntries {
     decltype(&dovrel::runModalAlert) runModalAlert;
     std::optional<std::string> (*formatPropertyList)(const std::string& list);
     bool (*runOnMainRunLoop)(void* (*procedure)(void*), void* parameter, void** result);
+    decltype(&dovrel::systemReport) systemReport;  ///< for the command-line tool
 };
 
 }  // namespace portability

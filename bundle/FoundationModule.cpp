@@ -27,8 +27,9 @@ std::string loaderFailure() {
     return text != nullptr ? text : "unknown failure of the loader";
 }
 
-/// Returns null and sets `failure` if the module cannot be used.
-const FoundationEntries* load(const std::string& path, std::string& failure) {
+}  // namespace
+
+const FoundationEntries* loadFoundationModule(const std::string& path, std::string& failure) {
     // The loader would crash if the file ended before one of its segments.
     if (!isCompleteLibrary(path)) {
         failure = path + ": missing or damaged";
@@ -48,8 +49,6 @@ const FoundationEntries* load(const std::string& path, std::string& failure) {
     return entries;
 }
 
-}  // namespace
-
 const FoundationEntries* foundationEntries() noexcept {
     static std::atomic<const FoundationEntries*> loaded{nullptr};
     static std::mutex loading;
@@ -60,7 +59,7 @@ const FoundationEntries* foundationEntries() noexcept {
         std::string failure;
         const std::string path =
             getParent(findCodeFile(reinterpret_cast<const void*>(&foundationEntries))) + kModuleName;
-        const FoundationEntries* const entries = load(path, failure);
+        const FoundationEntries* const entries = loadFoundationModule(path, failure);
         if (entries != nullptr) {
             entries->useFoundation();
             loaded = entries;

@@ -1,6 +1,8 @@
 // Loads the bundle's second module. Private to this folder.
 #pragma once
 
+#include <string>
+
 #include "bundle/FoundationEntries.h"
 
 namespace portability {
@@ -15,5 +17,9 @@ namespace portability {
 /// Any thread, several at the same time. Holds no lock while it loads, because another thread may call this
 /// function while it loads a library itself.
 const FoundationEntries* foundationEntries() noexcept;
+
+/// Loads the module at `path`, and returns its functions. Returns null and sets `failure` if it cannot be used, for the
+/// reasons above. Does not call useFoundation(). For programs outside a bundle. Any thread.
+const FoundationEntries* loadFoundationModule(const std::string& path, std::string& failure);
 
 }  // namespace portability

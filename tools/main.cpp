@@ -8,6 +8,7 @@
 #include "tools/calls/Command.h"
 #include "tools/calls/Info.h"
 #include "tools/doctor/Doctor.h"
+#include "tools/doctor/Report.h"
 #include "tools/server/Server.h"
 #include "tools/status/Status.h"
 
@@ -15,10 +16,16 @@ namespace {
 
 using namespace dovrel::tools;
 
-// In the order in which the help lists them.
-constexpr void (*kSubcommands[])(CLI::App&) = {
-    addCall, addCommand, addInfo, addServer, addStatus,
-};
+// The help lists them in this order.
+void addSubcommands(CLI::App& app) {
+    addCall(app);
+    addCommand(app);
+    addInfo(app);
+    addServer(app);
+    addDoctor(app);
+    addReport(app);
+    addStatus(app);
+}
 
 constexpr char kHelpEnd[] =
     "Exit status: 0 success, 1 failure or troubles found, 2 wrong arguments\n"
@@ -49,8 +56,7 @@ void configure(CLI::App& app) {
     app.set_version_flag("--version", "dovrel " DOVREL_VERSION);
     app.require_subcommand(1);
     app.failure_message(describeWrongArguments);
-    for (const auto addTo : kSubcommands)
-        addTo(app);
+    addSubcommands(app);
 }
 
 int run(CLI::App& app, int count, char** arguments) {

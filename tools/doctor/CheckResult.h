@@ -20,6 +20,11 @@ struct CheckResult {
     std::string whatToDo;  ///< one sentence or more; "" if there is nothing to do
 };
 
+/// Returns the number with its noun: "1 entry", "2 entries".
+inline std::string countText(size_t count, const std::string& singular, const std::string& plural) {
+    return std::to_string(count) + " " + (count == 1 ? singular : plural);
+}
+
 /// The results in the order in which they were found.
 class CheckResults {
   public:

@@ -83,8 +83,8 @@ void print(const CheckResults& results) {
             std::cout << std::string(kSeverityWidth, ' ') << "what to do: " << result.whatToDo << "\n";
     }
     std::cout << "\n"
-              << results.count(Severity::trouble) << " troubles, " << results.count(Severity::warning)
-              << " warnings\n";
+              << countText(results.count(Severity::trouble), "trouble", "troubles") << ", "
+              << countText(results.count(Severity::warning), "warning", "warnings") << "\n";
 }
 
 void run(const Options& options) {

@@ -46,7 +46,7 @@ std::string read(const Properties& entry, const char* key) {
 }
 
 std::string describeEntry(const Properties& entry) {
-    std::string text = read(entry, "TIME") + " UTC, " + read(entry, "APPLICATION") + ": " +
+    std::string text = read(entry, "TIME") + ", " + read(entry, "APPLICATION") + ": " +
                        read(entry, "MESSAGE") + " (type " + read(entry, "TYPE") + ", " +
                        read(entry, "TYPENAME") + ")";
     for (const char* const key : {"REQUEST", "FAILEDSTEP", "STATUS"}) {
@@ -98,7 +98,7 @@ void checkErrorLog(CheckResults& results) {
         entries.erase(std::remove_if(entries.begin(), entries.end(),
                                      [](const Properties& entry) { return !entry.contains("TIME"); }),
                       entries.end());
-        results.addNote(kErrorLog, path + ": " + std::to_string(entries.size()) + " entries" +
+        results.addNote(kErrorLog, path + ": " + countText(entries.size(), "entry", "entries") +
                                        (entries.empty() ? "" : "; the last ones follow"));
         for (size_t index = entries.size() - std::min(entries.size(), kShownEntries); index < entries.size();
              ++index)

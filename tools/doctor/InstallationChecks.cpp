@@ -38,10 +38,6 @@ bool isFolder(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-std::string countText(size_t count, const std::string& noun) {
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 // Returns the sections of the texts file by their languages. Throws a ToolFailure if it cannot be read.
 std::vector<Properties> readTexts(const std::string& path) {
     try {
@@ -131,8 +127,8 @@ void checkTexts(CheckResults& results) {
             if (missing.empty()) continue;
             results.addTrouble(kTexts,
                                path + " is damaged: in the language " + language + " " +
-                                   countText(missing.size(), "text") + " missing, the first is " +
-                                   missing.front(),
+                                   countText(missing.size(), "text is", "texts are") +
+                                   " missing, the first is " + missing.front(),
                                kInstallAgain);
         }
     } catch (const ToolFailure& failure) {

@@ -80,6 +80,17 @@ void addOwnServer(pid_t server, const std::vector<ProgramProcess>& programs, Che
     results.addOk(kRunning, processText(server) + " of the user " + userName(geteuid()));
 }
 
+// The platform reports a folder that may not be entered as a missing one.
+void addMissingServer(CheckResults& results) {
+    const std::string path = fileSystemPath(serverBundle());
+    if (access(path.c_str(), F_OK) != 0 && errno == EACCES)
+        return results.addTrouble(
+            kInstalled, "this user may not reach " + path,
+            "Let root allow all users to read and enter the folders of the installation.");
+    results.addTrouble(kInstalled, "no server is installed: there is no " + path,
+                       "Install a server. The package dovrel-server contains the development server.");
+}
+
 void addFailedHandshake(const HandshakeResult& result, CheckResults& results) {
     results.addTrouble(kHandshake, "the server does not answer: status " + statusText(result.status),
                        statusAdvice(result.status));
@@ -108,10 +119,7 @@ bool checkInstalledServer(CheckResults& results) {
     const OSErr error = FindServerApplication(&found);
     const CFObject<CFURLRef> application(found);
     if (error != noErr) {
-        const std::string reason = error == kServerNotFound ? "" : " (status " + statusText(error) + ")";
-        results.addTrouble(kInstalled,
-                           "no server is installed: there is no " + fileSystemPath(serverBundle()) + reason,
-                           "Install a server. The package dovrel-server contains the development server.");
+        addMissingServer(results);
         return false;
     }
     const std::string program = serverProgram();

@@ -5,9 +5,12 @@
 #include <cstring>
 #include <filesystem>
 
+#include "bundle/FoundationModule.h"
 #include "portability/posix/SystemRoot.h"
 #include "portability/processes/ProcessTable.h"
 #include "portability/transport/EndpointFolder.h"
+#include "tools/Subcommand.h"
+#include "tools/calls/LoadedLibrary.h"
 #include "tools/system/SystemFacts.h"
 
 namespace dovrel::tools {
@@ -66,6 +69,15 @@ std::vector<EndpointFolder> findEndpointFolders() {
     for (const portability::EndpointPlace& place : portability::endpointPlaces(systemRootPath()))
         folders.push_back(examine(place));
     return folders;
+}
+
+std::string makeSystemReport() {
+    std::string failure;
+    const std::string path = installedBundlePath() + "/Contents/MacOS/DovrelFoundation";
+    const portability::FoundationEntries* const entries = portability::loadFoundationModule(path, failure);
+    if (entries == nullptr) throw ToolFailure("the report needs the installed library: " + failure);
+    entries->useFoundation();
+    return entries->systemReport();
 }
 
 }  // namespace dovrel::tools

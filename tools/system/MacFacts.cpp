@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "tools/system/SystemFacts.h"
+#include "ui/information/SystemReport.h"
 
 namespace dovrel::tools {
 
@@ -20,6 +21,10 @@ std::vector<ProgramProcess> findProcessesOf(const std::string&) {
 
 std::vector<EndpointFolder> findEndpointFolders() {
     return {};
+}
+
+std::string makeSystemReport() {
+    return systemReport();
 }
 
 }  // namespace dovrel::tools

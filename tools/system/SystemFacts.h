@@ -40,4 +40,9 @@ struct EndpointFolder {
 /// enter it. Empty on macOS, where the system delivers events.
 std::vector<EndpointFolder> findEndpointFolders();
 
+/// Returns the system report (ui/information/SystemReport.h). Values of property lists are formatted by Foundation. So
+/// on Linux the report is made by the second module of the installed bundle, and Foundation is not part of the tool.
+/// Throws a ToolFailure if that module cannot be used.
+std::string makeSystemReport();
+
 }  // namespace dovrel::tools
