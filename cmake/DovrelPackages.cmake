@@ -1,5 +1,5 @@
-# Debian packages of an installation with a configured root: cpack makes libdovrel1, libdovrel-dev, dovrel-server and
-# python3-dovrel, and packages with the debug symbols of the programs.
+# Debian packages of an installation with a configured root: cpack makes libdovrel1, libdovrel-dev, dovrel-server,
+# dovrel-tools and python3-dovrel, and packages with the debug symbols of the programs.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME dovrel)
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
@@ -7,7 +7,7 @@ set(CPACK_PACKAGE_CONTACT "The Dovrel developers <dovrel@lists.tessilor.example>
 # Otherwise CPack would write it before the descriptions of the packages, which have first lines of their own.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
-set(CPACK_COMPONENTS_ALL library development server python)
+set(CPACK_COMPONENTS_ALL library development server tools python)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
@@ -49,12 +49,18 @@ load the library with dlopen.")
 dovrel_package(server dovrel-server misc "development server for hosts of the Dovrel library"
     "This package contains a server for people who write such programs. It has
 some classes, takes others from a text file, and misbehaves on request.")
+dovrel_package(tools dovrel-tools utils "command-line tool of the Dovrel library"
+    "This package contains the program dovrel. It examines an installation,
+explains numbers in logs, runs operations from the shell, and controls the
+development server.")
 dovrel_package(python python3-dovrel python "client library of a protected object server (Python)"
     "This package contains the module for Python.")
 set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "python3 (>= 3.9), libdovrel${PROJECT_VERSION_MAJOR}")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libdovrel${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS "dovrel-server")
+# The tool loads the library, so its dependency cannot be found in the program.
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "libdovrel${PROJECT_VERSION_MAJOR}")
 
 # Programs that are linked with the library depend on its package. The loader's table of libraries is renewed.
 set(control "${PROJECT_BINARY_DIR}/packages/control")

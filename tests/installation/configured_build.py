@@ -25,5 +25,5 @@ def configured_build(test, name, options, products):
     built = BUILD / "tests/installation" / products
     shutil.copy(built / "dovrel", folder / "Dovrel.bundle/Contents/MacOS/Dovrel")
     shutil.copy(built / "Merrowd", folder / "Merrowd.app/Contents/MacOS/Merrowd")
-    shutil.copy(built / "merrowd-control", folder / "server/merrowd-control")
+    shutil.copy(built / "dovrel_tool", folder / "tools/dovrel")
     return folder

@@ -67,8 +67,8 @@ class ConfiguredRoot(Configured):
     def test_HostWithoutAVariable_FindsTheServer(self):
         self.expect(self.run_host(), 0, "sum: 2\n")
         self.assertEqual(len(self.servers()), 1)
-        self.run_expecting_success(f'"{PREFIX}/bin/merrowd-control" --quit')
-        self.wait_until(lambda: not self.servers())
+        self.run_expecting_success(f'"{PREFIX}/bin/dovrel" server stop')
+        self.assertEqual(self.servers(), [])
 
     def test_HostWithAVariable_FindsTheRootOfTheVariable(self):
         result = self.run_host(f'export POS_SYSTEM_ROOT="{self.folder}"')

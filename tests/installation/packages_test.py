@@ -9,7 +9,7 @@ from installation import SOURCES, Installation
 
 HOST = re.search(r"^```c\n(.*?)^```$", (SOURCES / "README.md").read_text(), re.MULTILINE | re.DOTALL)[1]
 VERSION = re.search(r"^CMAKE_PROJECT_VERSION:STATIC=(.*)$", (BUILD / "CMakeCache.txt").read_text(), re.MULTILINE)[1]
-PACKAGES = ["dovrel-server", "libdovrel-dev", "libdovrel1", "python3-dovrel"]
+PACKAGES = ["dovrel-server", "dovrel-tools", "libdovrel-dev", "libdovrel1", "python3-dovrel"]
 # An overlay of the whole system, in mounts of its own, which are gone with the shell. It has its own /tmp.
 IN_A_COPY = r"""
 mount -t tmpfs none "$1"
@@ -47,13 +47,15 @@ class Packages(Installation):
     def field(self, package, name):
         return self.run_expecting_success(f'dpkg-deb --field "{self.package(package)}" {name}').strip()
 
-    def test_Packages_AreFourThatDependOnWhatTheirProgramsNeed(self):
+    def test_Packages_DependOnWhatTheirProgramsNeed(self):
         self.assertEqual(sorted(path.name.split("_")[0] for path in self.packages.glob("*.deb")), PACKAGES)
         for library in ("libc6", "libstdc++6", "libgtk-4-1", "libgnustep-base"):
             self.assertIn(library, self.field("libdovrel1", "Depends"))
         self.assertEqual(self.field("libdovrel-dev", "Depends"), f"libdovrel1 (= {VERSION})")
         self.assertEqual(self.field("python3-dovrel", "Architecture"), "all")
         self.assertNotIn("libgnustep", self.field("dovrel-server", "Depends"))
+        self.assertIn("libdovrel1", self.field("dovrel-tools", "Depends"))
+        self.assertNotIn("libgnustep", self.field("dovrel-tools", "Depends"))
 
     def test_Packages_AreAcceptedByLintian(self):
         if shutil.which("lintian") is None:
@@ -61,7 +63,7 @@ class Packages(Installation):
             self.skipTest("no lintian")
         result = self.run_as(True, f'lintian --fail-on error,warning "{self.packages}"/*.deb', self.folder)
         tags = set(re.findall(r"^[EW]: (\S+: \S+)", result.stdout, re.MULTILINE))
-        self.assertEqual(tags, {"dovrel-server: no-manual-page"}, result.stdout + result.stderr)
+        self.assertEqual(tags, {"dovrel-tools: no-manual-page"}, result.stdout + result.stderr)
 
     def test_DebugSymbols_AreInPackagesOfTheirOwn(self):
         self.run_expecting_success(f'dpkg-deb -x "{self.package("libdovrel1")}" library\n'
@@ -101,6 +103,9 @@ set -e
 cd /tmp/user
 export HOME=/tmp/user POS_ALERTS=log
 unset POS_SYSTEM_ROOT XDG_RUNTIME_DIR XDG_STATE_HOME
+dovrel doctor --launch >doctor.out || cat doctor.out
+dovrel call Digest md5 abc
+echo
 cc -std=c99 ../counter.c $(pkg-config --cflags --libs dovrel) -o counter
 ./counter
 /usr/bin/python3 - <<'PYTHON'
@@ -108,18 +113,18 @@ import dovrel
 with dovrel.Session() as session, session.register("Python", ["Digest"]) as application:
     print(application.create("Digest").call("md5", b"abc").decode())
 PYTHON
-merrowd-control --quit
+dovrel server stop >/dev/null
 sed 's/"Counter"/"Bounter"/' ../counter.c >wrong.c
 cc -std=c99 wrong.c $(pkg-config --cflags --libs dovrel) -o wrong
 ./wrong >wrong.out 2>&1 || echo "failed"
-merrowd-control --quit
+dovrel server stop >/dev/null
 grep -l "My program" .local/state/dovrel/Tessilor/POSDLLErrorLog.txt
 END
 chmod 755 as-user
 setpriv --reuid=65534 --regid=65534 --clear-groups bash as-user
-dpkg --purge python3-dovrel libdovrel-dev dovrel-server libdovrel1 >/dev/null 2>&1
+dpkg --purge python3-dovrel libdovrel-dev dovrel-tools dovrel-server libdovrel1 >/dev/null 2>&1
 find /etc /usr /var | sort >after
 diff before after | grep -i -e dovrel -e merrowd -e tessilor || true
 """)
-        self.expect(result, 0, "sum: 2\n900150983cd24fb0d6963f7d28e17f72\nfailed\n"
+        self.expect(result, 0, "900150983cd24fb0d6963f7d28e17f72\nsum: 2\n900150983cd24fb0d6963f7d28e17f72\nfailed\n"
                                ".local/state/dovrel/Tessilor/POSDLLErrorLog.txt\n")

@@ -12,8 +12,6 @@ namespace dovrel::test {
 
 namespace {
 
-constexpr int kReached = 1;  // the tool's greatest exit status that means that the server has replied
-
 std::string temporaryFile() {
     std::string path = std::string(getenv("HOME")) + "/control.XXXXXX";
     const int descriptor = mkstemp(path.data());
@@ -32,12 +30,12 @@ std::string takeContent(const std::string& path) {
 
 }  // namespace
 
-int ServerControl::run(const std::string& option, const std::string& input, std::string& output) {
+int ServerControl::run(const std::string& arguments, const std::string& input, std::string& output) {
     const std::string in = temporaryFile();
     const std::string out = temporaryFile();
     std::ofstream(in, std::ios::binary) << input;
-    const std::string command =
-        "exec \"" + std::string(MERROWD_CONTROL) + "\" " + option + " <\"" + in + "\" >\"" + out + "\" 2>&1";
+    const std::string command = "exec \"" + std::string(DOVREL_TOOL) + "\" server " + arguments + " <\"" +
+                                in + "\" >\"" + out + "\" 2>&1";
     const int status = system(command.c_str());
     unlink(in.c_str());
     output = takeContent(out);
@@ -46,24 +44,25 @@ int ServerControl::run(const std::string& option, const std::string& input, std:
 
 void ServerControl::send(const std::string& settings) {
     std::string output;
-    EXPECT_EQ(run("", settings, output), 0) << output;
+    EXPECT_EQ(run("load", settings, output), 0) << output;
 }
 
 std::map<std::string, int> ServerControl::status() {
     std::string output;
-    const int status = run("", "", output);
     std::map<std::string, int> values;
-    if (status < 0 || status > kReached) return values;
+    if (run("status --timeout 60", "", output) != 0) return values;
     std::istringstream lines(output);
-    for (std::string key, value; std::getline(lines, key) && std::getline(lines, value);) {
-        if (value.compare(0, 4, "INT:") == 0) values[key.substr(2)] = std::stoi(value.substr(4));
+    constexpr char kSeparator[] = ": ";
+    for (std::string line; std::getline(lines, line);) {
+        const size_t end = line.find(kSeparator);
+        if (end != std::string::npos) values[line.substr(0, end)] = std::atoi(line.c_str() + end + 2);
     }
     return values;
 }
 
 void ServerControl::quit() {
     std::string output;
-    EXPECT_EQ(run("--quit", "", output), 0) << output;
+    EXPECT_EQ(run("stop --no-wait", "", output), 0) << output;
 }
 
 }  // namespace dovrel::test

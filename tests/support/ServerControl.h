@@ -1,4 +1,4 @@
-// Runs the control tool of the development server for a test.
+// Runs the command-line tool to control the development server of a test.
 #pragma once
 
 #include <map>
@@ -20,7 +20,7 @@ class ServerControl {
     static void quit();
 
   private:
-    static int run(const std::string& option, const std::string& input, std::string& output);
+    static int run(const std::string& arguments, const std::string& input, std::string& output);
 };
 
 }  // namespace dovrel::test

@@ -31,6 +31,9 @@ constexpr char kLibrary[] = "library";
 constexpr char kTexts[] = "texts";
 constexpr char kLanguage[] = "language";
 constexpr char kInstallAgain[] = "Install the library again.";
+constexpr char kInstallOrSetRoot[] =
+    "Install the library, or set POS_SYSTEM_ROOT to the folder of an installation.";
+constexpr char kMayNotRead[] = "Let root allow all users to read and enter the folders of the installation.";
 constexpr char kRootVariable[] = "POS_SYSTEM_ROOT";
 
 bool isFolder(const std::string& path) {
@@ -79,8 +82,7 @@ void checkRoot(CheckResults& results) {
     if (!isFolder(root))
         return results.addTrouble(
             kRoot, "there is no folder " + root,
-            isSet ? "Set POS_SYSTEM_ROOT to the folder of an installation, or unset it."
-                  : "Install the library, or set POS_SYSTEM_ROOT to the folder of an installation.");
+            isSet ? "Set POS_SYSTEM_ROOT to the folder of an installation, or unset it." : kInstallOrSetRoot);
     const bool isFromVariable = isSet && *variable == '/';
     results.addOk(kRoot, root + (isFromVariable ? " (from POS_SYSTEM_ROOT)" : " (as configured)"));
 }
@@ -97,9 +99,12 @@ std::string readBundleVersion(const std::string& path) {
 void checkLibrary(CheckResults& results) {
     const std::string path = installedBundlePath();
     if (access(path.c_str(), F_OK) != 0)
-        return results.addTrouble(
-            kLibrary, path + ": " + std::strerror(errno),
-            "Install the library, or set POS_SYSTEM_ROOT to the folder of an installation.");
+        return results.addTrouble(kLibrary, path + ": " + std::strerror(errno),
+                                  errno == EACCES ? kMayNotRead : kInstallOrSetRoot);
+    const std::string file = path + "/Contents/MacOS/Dovrel";
+    if (!isCompleteLibrary(file))
+        return results.addTrouble(kLibrary, file + " is missing, damaged or for another processor",
+                                  kInstallAgain);
     try {
         loadLibrary(path);
         const pos::Session session;

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "bundle/FoundationModule.h"
+#include "bundle/LibraryFile.h"
 #include "portability/posix/SystemRoot.h"
 #include "portability/processes/ProcessTable.h"
 #include "portability/transport/EndpointFolder.h"
@@ -69,6 +70,10 @@ std::vector<EndpointFolder> findEndpointFolders() {
     for (const portability::EndpointPlace& place : portability::endpointPlaces(systemRootPath()))
         folders.push_back(examine(place));
     return folders;
+}
+
+bool isCompleteLibrary(const std::string& path) {
+    return portability::isCompleteLibrary(path);
 }
 
 std::string makeSystemReport() {

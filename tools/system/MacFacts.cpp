@@ -23,6 +23,10 @@ std::vector<EndpointFolder> findEndpointFolders() {
     return {};
 }
 
+bool isCompleteLibrary(const std::string&) {
+    return true;
+}
+
 std::string makeSystemReport() {
     return systemReport();
 }

@@ -40,6 +40,10 @@ struct EndpointFolder {
 /// enter it. Empty on macOS, where the system delivers events.
 std::vector<EndpointFolder> findEndpointFolders();
 
+/// Returns whether the file is a complete library for this kind of process. Loading an incomplete one, for example after
+/// an installation on a full disk, can crash. On macOS always true: the system checks it itself.
+bool isCompleteLibrary(const std::string& path);
+
 /// Returns the system report (ui/information/SystemReport.h). Values of property lists are formatted by Foundation. So
 /// on Linux the report is made by the second module of the installed bundle, and Foundation is not part of the tool.
 /// Throws a ToolFailure if that module cannot be used.
