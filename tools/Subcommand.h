@@ -1,4 +1,4 @@
-// What all subcommands of the tool have in common: their help, their exit status and their failures.
+// The help, the exit status and the failures that all subcommands of the tool have in common.
 //
 // A subcommand is a function add…(CLI::App&) in a header of its own. main.cpp calls these functions from one
 // list. The function adds the options, and a callback that does the work when the arguments have been parsed.

@@ -1,4 +1,4 @@
-// What the tool may write to a terminal and not to a file: colours and progress.
+// Colours, which the tool writes to terminals and not to files.
 #pragma once
 
 #include <string>

@@ -91,7 +91,7 @@ class Call(InstalledTool):
 
     def test_Application_IsUnregisteredAfterwards(self):
         self.output("call Echo echo hello")
-        self.assertEqual(self.json("server status --json")["applications"], "0")
+        self.assertEqual(self.json("server status --json")["applications"], 0)
 
 
 class Command(InstalledTool):

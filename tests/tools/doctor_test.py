@@ -147,11 +147,24 @@ class Doctor(InstalledTool):
             self.assertIn("Let root allow all users", trouble["whatToDo"])
 
     @NEEDS_ROOT
-    def test_EndpointFolderOfAnotherUser_IsTrouble(self):
-        self.expect(self.run_as(True, f'rm -rf "{self.root}/tmp/pos-events-{USER}"; mkdir -m 700 "{self.root}/tmp/pos-events-{USER}"',
-                                self.folder), 0)
-        self.assert_trouble(self.diagnose(), "endpoint folder", "cannot be used: it belongs to the user with the number 0",
+    def test_EndpointFolderOfAnotherUser_IsTroubleUnlessThereIsAnotherPlace(self):
+        folder = f"{self.root}/tmp/pos-events-{USER}"
+        self.as_administrator(f'mkdir -m 700 "{folder}"')
+        finding = f"{folder} cannot be used: it belongs to the user with the number 0"
+        self.assert_trouble(self.diagnose(setup="unset XDG_RUNTIME_DIR"), "endpoint folder", finding,
                             "Let its owner or root remove it")
+        warning = self.the_only("warning", self.diagnose("--launch"))
+        self.assertIn(f"{finding}. The library uses {self.runtime}/pos-events instead", warning["finding"])
+
+    def test_EndpointFolderThatOthersMayEnter_IsTrouble(self):
+        folder = self.new_folder(f"home/dovrel/tmp/pos-events-{USER}")
+        folder.chmod(0o755)
+        self.assert_trouble(self.diagnose(), "endpoint folder", "cannot be used: other users may enter it", "mode 700")
+
+    def test_EndpointFolderThatCannotBeCreated_IsTrouble(self):
+        (self.root / "tmp").chmod(0o555)
+        self.assert_trouble(self.diagnose(setup="unset XDG_RUNTIME_DIR"), "endpoint folder",
+                            f"this user cannot create {self.root}/tmp/pos-events-{USER}", "mode 1777")
 
     def test_NoDisplay_IsAWarning(self):
         warning = self.the_only("warning", self.diagnose(setup="unset POS_ALERTS DISPLAY WAYLAND_DISPLAY"))

@@ -47,7 +47,7 @@ class Server(InstalledTool):
         server = self.start()
         self.assertEqual(self.output("server status"), f"applications: 0\nobjects: 0\nprocess: {server}\n")
         status = self.json("server status --json")
-        self.assertEqual((status["running"], status["process"]), (True, str(server)))
+        self.assertEqual((status["running"], status["process"]), (True, server))
 
     def test_Settings_AreLoadedFromAFileOrStandardInput(self):
         self.start()

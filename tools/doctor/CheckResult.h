@@ -1,4 +1,4 @@
-// What the checks of the doctor find.
+// The findings of the doctor's checks.
 #pragma once
 
 #include <string>

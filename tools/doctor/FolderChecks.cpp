@@ -24,6 +24,16 @@ constexpr char kLogs[] = "logs";
 constexpr char kErrorLog[] = "error log";
 constexpr size_t kShownEntries = 3;
 
+constexpr char kRemoveFolder[] =
+    "Let its owner or root remove it. The library creates it again, with mode 700.";
+
+const EndpointFolder* findLast(const std::vector<EndpointFolder>& folders, EndpointFolder::State state) {
+    const EndpointFolder* last = nullptr;
+    for (const EndpointFolder& folder : folders)
+        if (folder.state == state) last = &folder;
+    return last;
+}
+
 std::string withoutLastSlash(std::string path) {
     if (path.size() > 1 && path.back() == '/') path.pop_back();
     return path;
@@ -59,19 +69,29 @@ std::string describeEntry(const Properties& entry) {
 }  // namespace
 
 void checkEndpoints(CheckResults& results) {
+    using State = EndpointFolder::State;
     const std::vector<EndpointFolder> folders = findEndpointFolders();
     if (folders.empty()) return;
-    // New endpoints are created in the last folder, unless its name belongs to somebody else.
+    const EndpointFolder* const usable = findLast(folders, State::usable);
+    const EndpointFolder* const creatable = findLast(folders, State::creatable);
+    const EndpointFolder* const place = usable != nullptr ? usable : creatable;
     for (const EndpointFolder& folder : folders) {
-        const bool isUsual = &folder == &folders.back();
-        if (folder.state == EndpointFolder::State::usable) results.addOk(kEndpoint, folder.path);
-        if (folder.state == EndpointFolder::State::absent && isUsual)
-            results.addNote(kEndpoint, folder.path + " is created when a server is launched");
-        if (folder.state == EndpointFolder::State::unusable)
-            results.addTrouble(
-                kEndpoint, folder.path + " cannot be used: " + folder.reason,
-                "Let its owner or root remove it. The library creates it again, with mode 700.");
+        const std::string finding = folder.path + " cannot be used: " + folder.reason;
+        if (folder.state == State::unusable || (folder.state == State::foreign && place == nullptr))
+            results.addTrouble(kEndpoint, finding, kRemoveFolder);
+        if (folder.state == State::foreign && place != nullptr)
+            results.addWarning(kEndpoint,
+                               finding + ". The library uses " + place->path +
+                                   " instead, which not all sessions of this user can reach",
+                               kRemoveFolder);
+        if (folder.state == State::usable) results.addOk(kEndpoint, folder.path);
     }
+    if (usable == nullptr && creatable != nullptr)
+        results.addNote(kEndpoint, creatable->path + " is created when a server is launched");
+    if (place == nullptr && findLast(folders, State::foreign) == nullptr &&
+        findLast(folders, State::unusable) == nullptr)
+        results.addTrouble(kEndpoint, "this user cannot create " + folders.back().path,
+                           "Let root allow all users to create files in the folder above it (mode 1777).");
 }
 
 void checkLogFolder(CheckResults& results) {

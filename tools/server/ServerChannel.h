@@ -8,7 +8,7 @@
 
 namespace dovrel::tools {
 
-/// What the development server says about itself in the reply to a control event.
+/// The reply of the development server to a control event.
 struct ServerState {
     struct Value {
         std::string name;  ///< for example "applications"
@@ -16,7 +16,7 @@ struct ServerState {
     };
 
     std::vector<Value> values;          ///< in alphabetical order
-    std::vector<std::string> problems;  ///< what is wrong with the settings that were sent
+    std::vector<std::string> problems;  ///< faults in the settings that were sent
 };
 
 /// Sends settings in the text form of server/README.md to the running server, and returns its reply. An empty text

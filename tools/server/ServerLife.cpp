@@ -14,6 +14,7 @@
 #include "platform/CFObject.h"
 #include "platform/files/Places.h"
 #include "platform/trace/StatusNames.h"
+#include "settings/LineGrammar.h"
 #include "tools/Subcommand.h"
 #include "tools/server/ServerChannel.h"
 #include "tools/server/ServerProcesses.h"
@@ -96,7 +97,9 @@ void printStatus(const StatusOptions& options) {
     if (!servers.empty()) {
         for (const ServerState::Value& value :
              sendSettings("", std::chrono::seconds(options.seconds)).values) {
-            json[value.name] = value.text;
+            const int32_t number = leadingInteger(value.text);
+            const bool isNumber = std::to_string(number) == value.text;
+            json[value.name] = isNumber ? nlohmann::ordered_json(number) : nlohmann::ordered_json(value.text);
             text += value.name + ": " + value.text + "\n";
         }
     }

@@ -41,7 +41,7 @@ std::string lastLines(const std::string& content, size_t count) {
     return content.substr(begins[begins.size() - 1 - std::min(count, begins.size() - 1)]);
 }
 
-// What is new in a file. If the file was replaced or has become shorter, it is read from the beginning.
+// Reads the new part of a file again and again. If the file was replaced or has become shorter, it is read from the beginning.
 class GrowingFile {
   public:
     explicit GrowingFile(std::string path) : path_(std::move(path)) {}

@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "settings/LineGrammar.h"
-#include "settings/Properties.h"
 #include "tools/Subcommand.h"
 #include "tools/calls/InputBytes.h"
 #include "tools/server/ServerChannel.h"
@@ -24,8 +23,8 @@ void send(const std::string& settings) {
 }
 
 void appendEntry(std::string& text, const std::string& name, const std::string& value) {
-    int32_t number = 0;
-    if (CLI::detail::lexical_cast(value, number) && std::to_string(number) == value) {
+    const int32_t number = leadingInteger(value);
+    if (std::to_string(number) == value) {
         appendIntEntry(text, name, number);
     } else {
         appendStringEntry(text, name, value);

@@ -1,4 +1,4 @@
-// What a user can do after a failure with a certain number.
+// Advice for the user after a failure with a certain number.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What the numbers mean that the library shows in alerts, logs and traces.
+// Looks up the numbers that the library shows in alerts, logs and traces.
 //
 // The names come from the tables of the library. The advice for each of them is here.
 #pragma once

@@ -20,26 +20,27 @@ namespace {
 
 namespace fs = std::filesystem;
 
+bool canCreateIn(const portability::EndpointPlace& place) {
+    struct stat parent;
+    if (stat(place.parent.c_str(), &parent) != 0 || !S_ISDIR(parent.st_mode)) return false;
+    const bool isAllowed = !place.isPrivate || parent.st_uid == geteuid();
+    return isAllowed && access(place.parent.c_str(), W_OK | X_OK) == 0;
+}
+
 EndpointFolder examine(const portability::EndpointPlace& place) {
-    EndpointFolder folder;
-    folder.path = place.parent + '/' + place.name;
+    using State = EndpointFolder::State;
+    const std::string path = place.parent + '/' + place.name;
     portability::FileDescriptor opened;
-    switch (portability::openEndpointFolder(place, opened)) {
-        case portability::FolderState::open:
-            folder.state = EndpointFolder::State::usable;
-            return folder;
-        case portability::FolderState::failed:
-            folder.state = EndpointFolder::State::unusable;
-            folder.reason = errno == EPERM ? "other users may enter it" : std::strerror(errno);
-            return folder;
-        case portability::FolderState::absent:
-            break;
-    }
+    const portability::FolderState state = portability::openEndpointFolder(place, opened);
+    const int error = errno;
+    if (state == portability::FolderState::open) return {path, State::usable, ""};
+    if (state == portability::FolderState::failed)
+        return {path, State::unusable, error == EPERM ? "other users may enter it" : std::strerror(error)};
     struct stat status;
-    const bool isThere = lstat(folder.path.c_str(), &status) == 0;
-    if (isThere) folder.state = EndpointFolder::State::unusable;
-    if (isThere) folder.reason = "it belongs to the user with the number " + std::to_string(status.st_uid);
-    return folder;
+    if (lstat(path.c_str(), &status) == 0)
+        return {path, State::foreign,
+                "it belongs to the user with the number " + std::to_string(status.st_uid)};
+    return {path, canCreateIn(place) ? State::creatable : State::missing, ""};
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What the tool asks of the system beneath the library. Each system has its own source.
+// Facts about the system beneath the library. Each system has its own source.
 #pragma once
 
 #include <sys/types.h>
@@ -28,16 +28,21 @@ std::vector<ProgramProcess> findProcessesOf(const std::string& program);
 
 /// A folder for the endpoints of servers.
 struct EndpointFolder {
-    enum class State { usable, absent, unusable };
+    enum class State {
+        usable,
+        creatable,  ///< does not exist; this user can create it
+        missing,  ///< neither exists nor can be created, because its parent is missing or belongs to another user
+        foreign,  ///< belongs to another user; the library uses another place
+        unusable  ///< cannot be used for another reason; the library uses no other place then
+    };
 
     std::string path;
-    State state = State::absent;
-    std::string reason;  ///< of a folder that is unusable
+    State state = State::missing;
+    std::string reason;  ///< of a folder that is foreign or unusable
 };
 
-/// Returns the folders in which the library looks for running servers, in this order. A folder that can be created
-/// when it is needed is absent. A folder is unusable if it, or its name, belongs to another user, or if others may
-/// enter it. Empty on macOS, where the system delivers events.
+/// Returns the folders in which the library looks for running servers, in this order. It creates new endpoints in the
+/// last one that is possible. Empty on macOS, where the system delivers events.
 std::vector<EndpointFolder> findEndpointFolders();
 
 /// Returns whether the file is a complete library for this kind of process. Loading an incomplete one, for example after
