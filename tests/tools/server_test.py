@@ -41,6 +41,21 @@ class Server(InstalledTool):
         self.assertEqual(self.output("server stop --force"), f"the server has ended: process {server}\n")
         self.assertEqual(self.servers(), [])
 
+    def test_ServerUnderAnInterpreter_IsFoundAndEnded(self):
+        program = self.products / "Merrowd.app/Contents/MacOS/Merrowd"
+        self.expect(self.run_as(True, f"""mv "{program}" "{program}.real"
+cat >"{program}" <<'END'
+#!/bin/sh
+"$0.real"
+END
+chmod 755 "{program}" """, self.folder), 0)
+        self.assertEqual(self.output("server start"), "the server runs: its process is not known\n")
+        self.assertTrue(self.json("server status --json")["running"])
+        self.assertIn("a server of this user runs under another program", self.output("doctor"))
+        self.assert_fails("server stop --force", "the process of the server is not known")
+        self.assertEqual(self.output("server stop"), "the server has ended: its process is not known\n")
+        self.wait_until(lambda: not self.servers())
+
     def test_Status_TellsWhetherAServerRuns(self):
         result = self.dovrel("server status")
         self.assertEqual((result.returncode, result.stdout, result.stderr), (1, "no server runs\n", ""))

@@ -112,6 +112,15 @@ void compareVersions(CheckResults& results) {
             needed + "\" sets the right one.");
 }
 
+void launch(CheckResults& results) {
+    try {
+        if (!isServerReachable()) launchInstalledServer();
+        Client_to_POS_Communicator().WakeServer(serverEvent::kWakeTimeOutMs, serverEvent::kWakeAttempts);
+    } catch (const ToolFailure& failure) {
+        results.addTrouble(kRunning, failure.what(), "The number says why; \"dovrel status\" explains it.");
+    }
+}
+
 }  // namespace
 
 bool checkInstalledServer(CheckResults& results) {
@@ -135,26 +144,21 @@ bool checkInstalledServer(CheckResults& results) {
 }
 
 bool checkRunningServers(bool launches, CheckResults& results) {
-    std::vector<pid_t> servers = findServers();
-    if (servers.empty() && launches) {
-        try {
-            launchInstalledServer();
-            Client_to_POS_Communicator().WakeServer(serverEvent::kWakeTimeOutMs, serverEvent::kWakeAttempts);
-        } catch (const ToolFailure& failure) {
-            results.addTrouble(kRunning, failure.what(),
-                               "The number says why; \"dovrel status\" explains it.");
-        }
-        servers = findServers();
-    }
+    if (launches) launch(results);
+    const std::vector<pid_t> servers = findServers();
+    const bool isReachable = !servers.empty() || isServerReachable();
     const std::vector<ProgramProcess> programs = findProcessesOf(serverProgram());
     for (const pid_t server : servers)
         addOwnServer(server, programs, results);
-    if (servers.empty() && !launches)
+    if (servers.empty() && isReachable)
+        results.addNote(kRunning,
+                        "a server of this user runs under another program, for example an interpreter");
+    if (!isReachable && !launches)
         results.addNote(kRunning, "no server of this user runs; the first call launches it",
                         "\"dovrel doctor --launch\" launches it now, and checks the exchange with it.");
     for (const ProgramProcess& process : programs)
         if (std::count(servers.begin(), servers.end(), process.id) == 0) addOtherProcess(process, results);
-    return !servers.empty();
+    return isReachable;
 }
 
 void checkExchange(CheckResults& results) {

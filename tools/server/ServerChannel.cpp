@@ -40,8 +40,6 @@ int32_t exchange(const std::string& text, SInt32 timeOutTicks, std::string& repl
 
 std::string describeFailure(int32_t status) {
     switch (status) {
-        case procNotFound:
-            return "no server of this user and this root runs";
         case errAEEventNotHandled:
             return "the server that runs is not the development server";
         case errAETimeout:
@@ -53,10 +51,11 @@ std::string describeFailure(int32_t status) {
 
 }  // namespace
 
-ServerState sendSettings(const std::string& settings, std::chrono::seconds timeOut) {
+std::optional<ServerState> sendSettings(const std::string& settings, std::chrono::seconds timeOut) {
     std::string reply;
     const auto ticks = static_cast<SInt32>(timeOut.count() * serverEvent::kTicksPerSecond);
     const int32_t status = exchange(settings, ticks, reply);
+    if (status == procNotFound) return std::nullopt;
     if (status != noErr) throw ToolFailure(describeFailure(status));
     Properties entries;
     entries.load(reply, true);
@@ -79,6 +78,10 @@ HandshakeResult makeHandshake() {
     result.status = Client_to_POS_Communicator().WakeServer(serverEvent::kWakeTimeOutMs, 1);
     result.time = std::chrono::steady_clock::now() - start;
     return result;
+}
+
+bool isServerReachable() {
+    return makeHandshake().status != procNotFound;
 }
 
 }  // namespace dovrel::tools

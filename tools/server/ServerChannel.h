@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,9 +21,9 @@ struct ServerState {
 };
 
 /// Sends settings in the text form of server/README.md to the running server, and returns its reply. An empty text
-/// changes nothing. Throws a ToolFailure if no server replies within the time, or if it is another server than the
-/// development server.
-ServerState sendSettings(const std::string& settings, std::chrono::seconds timeOut);
+/// changes nothing. Returns nothing if no server runs. Throws a ToolFailure if the server does not reply within the
+/// time, or if it is another server than the development server.
+std::optional<ServerState> sendSettings(const std::string& settings, std::chrono::seconds timeOut);
 
 /// The outcome of a handshake.
 struct HandshakeResult {
@@ -32,5 +33,9 @@ struct HandshakeResult {
 
 /// Sends the event with which the library wakes the server, once, with a time-out of a second.
 HandshakeResult makeHandshake();
+
+/// Returns whether a server of this user and this system root has the endpoint, whether or not it answers. A server
+/// under an interpreter is reachable, but findServers() does not find it. If the server hangs, this takes a second.
+bool isServerReachable();
 
 }  // namespace dovrel::tools

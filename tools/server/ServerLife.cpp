@@ -8,6 +8,7 @@
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
 #include "InterProcessCommunication/ServerDiscovery.h"
@@ -29,6 +30,7 @@ using Clock = std::chrono::steady_clock;
 constexpr useconds_t kBetweenLooks = 10000;
 
 std::string describeServers(const std::vector<pid_t>& servers) {
+    if (servers.empty()) return "its process is not known";
     std::string text = servers.size() == 1 ? "process" : "processes";
     for (const pid_t server : servers)
         text += " " + std::to_string(server);
@@ -53,35 +55,47 @@ struct StopOptions {
     uint32_t seconds = 10;
 };
 
-// Returns the processes that still run when the time is over.
-std::vector<pid_t> waitForEnd(std::vector<pid_t> servers, std::chrono::seconds time) {
+bool hasEnded(const std::vector<pid_t>& servers) {
+    return servers.empty() ? !isServerReachable() : std::none_of(servers.begin(), servers.end(), isRunning);
+}
+
+// Returns whether the servers have ended within the time.
+bool waitForEnd(const std::vector<pid_t>& servers, std::chrono::seconds time) {
     const Clock::time_point end = Clock::now() + time;
-    for (;;) {
-        servers.erase(
-            std::remove_if(servers.begin(), servers.end(), [](pid_t server) { return !isRunning(server); }),
-            servers.end());
-        if (servers.empty() || Clock::now() > end) return servers;
+    while (!hasEnded(servers)) {
+        if (Clock::now() > end) return false;
         usleep(kBetweenLooks);
     }
+    return true;
+}
+
+void askToEnd() {
+    const int32_t status = Client_to_POS_Communicator().QuitServer();
+    if (status != noErr) throw ToolFailure("the server cannot be asked to end: status " + statusText(status));
+}
+
+void killAll(const std::vector<pid_t>& servers) {
+    if (servers.empty())
+        throw ToolFailure("the process of the server is not known, because it runs under another program");
+    for (const pid_t server : servers)
+        kill(server, SIGKILL);
 }
 
 void stop(const StopOptions& options) {
     const std::vector<pid_t> servers = findServers();
-    if (servers.empty()) {
+    if (servers.empty() && !isServerReachable()) {
         std::cout << "no server runs\n";
         return;
     }
     if (options.isForced) {
-        for (const pid_t server : servers)
-            kill(server, SIGKILL);
-    } else if (const int32_t status = Client_to_POS_Communicator().QuitServer()) {
-        throw ToolFailure("the server cannot be asked to end: status " + statusText(status));
+        killAll(servers);
+    } else {
+        askToEnd();
     }
     if (!options.waits) return;
-    const std::vector<pid_t> left = waitForEnd(servers, std::chrono::seconds(options.seconds));
-    if (!left.empty())
+    if (!waitForEnd(servers, std::chrono::seconds(options.seconds)))
         throw ToolFailure("the server still runs after " + std::to_string(options.seconds) + " s (" +
-                          describeServers(left) + "); --force ends it");
+                          describeServers(servers) + "); --force ends it");
     std::cout << "the server has ended: " << describeServers(servers) << "\n";
 }
 
@@ -91,20 +105,17 @@ struct StatusOptions {
 };
 
 void printStatus(const StatusOptions& options) {
-    const std::vector<pid_t> servers = findServers();
-    nlohmann::ordered_json json = {{"running", !servers.empty()}};
-    std::string text = servers.empty() ? "no server runs\n" : "";
-    if (!servers.empty()) {
-        for (const ServerState::Value& value :
-             sendSettings("", std::chrono::seconds(options.seconds)).values) {
-            const int32_t number = leadingInteger(value.text);
-            const bool isNumber = std::to_string(number) == value.text;
-            json[value.name] = isNumber ? nlohmann::ordered_json(number) : nlohmann::ordered_json(value.text);
-            text += value.name + ": " + value.text + "\n";
-        }
+    const std::optional<ServerState> state = sendSettings("", std::chrono::seconds(options.seconds));
+    nlohmann::ordered_json json = {{"running", state.has_value()}};
+    std::string text = state ? "" : "no server runs\n";
+    for (const ServerState::Value& value : state.value_or(ServerState()).values) {
+        const int32_t number = leadingInteger(value.text);
+        const bool isNumber = std::to_string(number) == value.text;
+        json[value.name] = isNumber ? nlohmann::ordered_json(number) : nlohmann::ordered_json(value.text);
+        text += value.name + ": " + value.text + "\n";
     }
     std::cout << (options.isJson ? json.dump(2) + "\n" : text);
-    if (servers.empty()) exitFailed();
+    if (!state) exitFailed();
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <iostream>
 #include <memory>
+#include <optional>
 
 #include "settings/LineGrammar.h"
 #include "tools/Subcommand.h"
@@ -16,10 +17,11 @@ namespace {
 constexpr std::chrono::seconds kTimeOut(60);
 
 void send(const std::string& settings) {
-    const ServerState state = sendSettings(settings, kTimeOut);
-    for (const std::string& problem : state.problems)
+    const std::optional<ServerState> state = sendSettings(settings, kTimeOut);
+    if (!state) throw ToolFailure("no server of this user and this root runs");
+    for (const std::string& problem : state->problems)
         std::cerr << "dovrel: the server reports: " << problem << "\n";
-    if (!state.problems.empty()) exitFailed();
+    if (!state->problems.empty()) exitFailed();
 }
 
 void appendEntry(std::string& text, const std::string& name, const std::string& value) {
