@@ -2,6 +2,7 @@
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 #include "Events.h"
@@ -78,6 +79,18 @@ TEST_F(EventSenderPeersTest, ReplyWithADamagedImage_IsConnectionInvalid_AndItsCo
     EXPECT_EQ(send(), connectionInvalid);
     EXPECT_EQ(send(), noErr);
     EXPECT_EQ(toText(reply_), "two");
+}
+
+TEST_F(EventSenderPeersTest, ReplyInTheFormatOfAnotherBuild_IsConnectionInvalid) {
+    Peer peer({[](int connection) {
+        Bytes packet = reply(receiveHeader(connection).id, "answer");
+        constexpr uint32_t kEarlierMark = 0x41457631;
+        std::memcpy(packet.data(), &kEarlierMark, sizeof kEarlierMark);
+        sendRaw(connection, packet);
+        waitForMore(connection);
+    }});
+    EXPECT_EQ(send(), connectionInvalid);
+    EXPECT_EQ(reply_.desc.descriptorType, DescType{typeNull});
 }
 
 TEST_F(EventSenderPeersTest, KeptConnection_IsUsedForTheNextSend) {

@@ -38,6 +38,13 @@ TEST(Frame, WrongMagic_IsRefused) {
     EXPECT_FALSE(isPlausible(request, kHeader, false));
 }
 
+// Version 1 did not know packets of the kind `released`.
+TEST(Frame, MarkOfAnEarlierVersion_IsRefused) {
+    FrameHeader request = header(FrameKind::request, kInlineImage, 0);
+    request.magic = 0x41457631;
+    EXPECT_FALSE(isPlausible(request, kHeader, false));
+}
+
 TEST(Frame, UnknownKind_IsRefused) {
     for (const int kind : {0, 6, 0xFFFF}) {
         EXPECT_FALSE(isPlausible(header(static_cast<FrameKind>(kind), kInlineImage, 0), kHeader, false))

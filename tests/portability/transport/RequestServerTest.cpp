@@ -112,7 +112,10 @@ TEST_F(RequestServerTest, SenderThatBreaksTheRules_LosesItsConnection_OthersDoNo
     const FileDescriptor good = connect();
     FrameHeader replyHeader;
     replyHeader.kind = FrameKind::reply;
-    for (const Bytes& packet : {Bytes(10, 0), Bytes(500, 0xFF), headerBytes(replyHeader)}) {
+    FrameHeader earlierFormat;
+    earlierFormat.magic = 0x41457631;
+    for (const Bytes& packet :
+         {Bytes(10, 0), Bytes(500, 0xFF), headerBytes(replyHeader), headerBytes(earlierFormat)}) {
         const FileDescriptor bad = connect();
         sendRaw(bad.get(), packet);
         EXPECT_EQ(answer(bad), "(closed)");
