@@ -32,14 +32,6 @@ AEReturnID nextReturnID() {
     return static_cast<AEReturnID>(next == 0x7FFF ? 1 : next + 1);
 }
 
-OSErr putCode(EventStorage& event, AEKeyword keyword, UInt32 code) {
-    return event.put(ItemKind::attribute, keyword, typeType, &code, sizeof code);
-}
-
-OSErr putNumber(EventStorage& event, AEKeyword keyword, SInt32 number) {
-    return event.put(ItemKind::attribute, keyword, typeSInt32, &number, sizeof number);
-}
-
 OSErr putValue(AppleEvent* descriptor, ItemKind kind, AEKeyword keyword, DescType type, const void* data,
                Size size) {
     EventStorage* event = DescriptorStorage::getEvent(descriptor);
@@ -66,7 +58,7 @@ OSErr getValue(const AppleEvent* descriptor, ItemKind kind, AEKeyword keyword, D
     if (buffer != nullptr && copied != 0) std::memcpy(buffer, value.data, copied);
     if (actualType != nullptr) *actualType = value.type;
     if (actualSize != nullptr) *actualSize = static_cast<Size>(value.size);
-    if (kind == ItemKind::parameter) event->noteRead(keyword);
+    if (kind == ItemKind::parameter) event->noteRead(value);
     return noErr;
 }
 
@@ -103,13 +95,11 @@ OSErr AECreateAppleEvent(AEEventClass theAEEventClass, AEEventID theAEEventID, c
     AEInitializeDesc(result);
     std::unique_ptr<EventStorage> event(new (std::nothrow) EventStorage);
     if (event == nullptr) return memFullErr;
-    OSErr error = putCode(*event, keyEventClassAttr, theAEEventClass);
-    if (error == noErr) error = putCode(*event, keyEventIDAttr, theAEEventID);
-    if (error == noErr) {
-        error =
-            putNumber(*event, keyReturnIDAttr, returnID == kAutoGenerateReturnID ? nextReturnID() : returnID);
-    }
-    if (error == noErr) error = putNumber(*event, keyTransactionIDAttr, transactionID);
+    const SInt32 usedReturnID = returnID == kAutoGenerateReturnID ? nextReturnID() : returnID;
+    OSErr error = event->addNumbers({{keyEventClassAttr, typeType, theAEEventClass},
+                                     {keyEventIDAttr, typeType, theAEEventID},
+                                     {keyReturnIDAttr, typeSInt32, static_cast<UInt32>(usedReturnID)},
+                                     {keyTransactionIDAttr, typeSInt32, static_cast<UInt32>(transactionID)}});
     if (const ByteStorage* address = DescriptorStorage::getBytes(target);
         address != nullptr && error == noErr) {
         error = event->put(ItemKind::attribute, keyAddressAttr, target->descriptorType, address->data(),

@@ -19,18 +19,13 @@ OSErr callHandler(const HandlerTable::Entry& entry, const AppleEvent& event, App
 
 OSErr callHandlers(EventStorage& event, AppleEvent& reply) {
     const AppleEvent descriptor{typeAppleEvent, event.handle()};
-    const AEEventClass eventClass = event.fourBytes(keyEventClassAttr);
-    const AEEventID eventID = event.fourBytes(keyEventIDAttr);
+    const AEEventClass eventClass = event.imageNumber(keyEventClassAttr);
+    const AEEventID eventID = event.imageNumber(keyEventIDAttr);
     for (const HandlerTable::Entry& entry : HandlerTable::shared().handlersFor(eventClass, eventID)) {
         const OSErr result = callHandler(entry, descriptor, reply);
         if (result != errAEEventNotHandled) return result;
     }
     return errAEEventNotHandled;
-}
-
-OSErr copyNumber(const EventStorage& event, EventStorage& reply, AEKeyword attribute) {
-    const UInt32 number = event.fourBytes(attribute);
-    return reply.put(ItemKind::attribute, attribute, typeSInt32, &number, sizeof number);
 }
 
 }  // namespace
@@ -46,14 +41,10 @@ OSErr dispatchEvent(EventStorage& event, EventStorage* reply) {
 }
 
 OSErr prepareReply(const EventStorage& event, EventStorage& reply) {
-    const UInt32 replyClass = kCoreEventClass;
-    const UInt32 replyID = kAEAnswer;
-    OSErr error = reply.put(ItemKind::attribute, keyEventClassAttr, typeType, &replyClass, sizeof replyClass);
-    if (error == noErr)
-        error = reply.put(ItemKind::attribute, keyEventIDAttr, typeType, &replyID, sizeof replyID);
-    if (error == noErr) error = copyNumber(event, reply, keyReturnIDAttr);
-    if (error == noErr) error = copyNumber(event, reply, keyTransactionIDAttr);
-    return error;
+    return reply.addNumbers({{keyEventClassAttr, typeType, kCoreEventClass},
+                             {keyEventIDAttr, typeType, kAEAnswer},
+                             {keyReturnIDAttr, typeSInt32, event.imageNumber(keyReturnIDAttr)},
+                             {keyTransactionIDAttr, typeSInt32, event.imageNumber(keyTransactionIDAttr)}});
 }
 
 }  // namespace portability

@@ -12,7 +12,7 @@ namespace portability {
 ///
 /// Any other error of the handler is stored in the reply as keyErrorNumber. An exception counts as
 /// errAEEventFailed. Returns the result for the sender's call: noErr, errAEEventNotHandled if no handler
-/// handled the event, or memFullErr. Throws std::bad_alloc.
+/// handled the event, or memFullErr.
 OSErr dispatchEvent(EventStorage& event, EventStorage* reply);
 
 /// Makes `reply` the reply to `event`: 'aevt'/'ansr' with the event's return ID and transaction ID. Returns

@@ -3,8 +3,6 @@
 #include <CoreServices/AppleEvents.h>
 #include <CoreServices/MacErrors.h>
 
-#include <new>
-
 #include "portability/appleevents/EventDispatch.h"
 #include "portability/appleevents/EventStorage.h"
 
@@ -16,12 +14,8 @@ constexpr AESendMode kReplyModeMask = 0x03;
 
 // Returns the result for the sender's call.
 OSStatus runHandlers(EventStorage& event, EventStorage* reply) {
-    try {
-        if (reply != nullptr && prepareReply(event, *reply) != noErr) return memFullErr;
-        return dispatchEvent(event, reply);
-    } catch (const std::bad_alloc&) {
-        return memFullErr;
-    }
+    if (reply != nullptr && prepareReply(event, *reply) != noErr) return memFullErr;
+    return dispatchEvent(event, reply);
 }
 
 }  // namespace

@@ -48,6 +48,7 @@ bool EventStorage::find(ItemKind kind, AEKeyword keyword, EventValue& value) con
     value.type = item.header.type;
     value.data = item.data;
     value.size = item.header.size;
+    value.index = item.index;
     return true;
 }
 
@@ -97,10 +98,31 @@ bool EventStorage::firstUnread(UInt32& keyword) const {
     return false;
 }
 
-void EventStorage::noteRead(AEKeyword parameter) const {
-    ImageItem item;
-    if (!findItem(ItemKind::parameter, parameter, item)) return;
-    if (item.index < kMarkedItems) read_ |= uint64_t{1} << item.index;
+void EventStorage::noteRead(const EventValue& parameter) const {
+    if (parameter.index < kMarkedItems) read_ |= uint64_t{1} << parameter.index;
+}
+
+OSErr EventStorage::addNumbers(std::initializer_list<NumberAttribute> attributes) {
+    struct Item {
+        ItemHeader header;
+        UInt32 number;
+        UInt32 padding;
+    };
+    static_assert(sizeof(Item) == itemSpace(sizeof(UInt32)), "the layout of an item in an image");
+    size_t begin = image_.size();
+    uint8_t* place = image_.append(attributes.size() * sizeof(Item));
+    if (place == nullptr) return memFullErr;
+    for (const NumberAttribute& attribute : attributes) {
+        const ItemHeader header{static_cast<uint32_t>(attribute.keyword),
+                                static_cast<uint32_t>(attribute.type), sizeof attribute.number,
+                                static_cast<uint32_t>(ItemKind::attribute)};
+        const Item item{header, attribute.number, 0};
+        std::memcpy(place, &item, sizeof item);
+        index_.add(header, begin);
+        place += sizeof item;
+        begin += sizeof item;
+    }
+    return noErr;
 }
 
 OSErr EventStorage::put(ItemKind kind, AEKeyword keyword, DescType type, const void* data, size_t size) {
@@ -131,11 +153,11 @@ OSErr EventStorage::put(ItemKind kind, AEKeyword keyword, DescType type, const v
     return noErr;
 }
 
-UInt32 EventStorage::fourBytes(AEKeyword attribute) const {
-    EventValue value;
+UInt32 EventStorage::imageNumber(AEKeyword attribute) const {
+    ImageItem item;
     UInt32 number = 0;
-    if (!find(ItemKind::attribute, attribute, value) || value.size != sizeof number) return 0;
-    std::memcpy(&number, value.data, sizeof number);
+    if (!findItem(ItemKind::attribute, attribute, item) || item.header.size != sizeof number) return 0;
+    std::memcpy(&number, item.data, sizeof number);
     return number;
 }
 

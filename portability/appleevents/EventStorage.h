@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <array>
+#include <initializer_list>
 #include <memory>
 
 #include "portability/appleevents/DescriptorStorage.h"
@@ -34,14 +35,23 @@ struct EventValue {
     DescType type = typeNull;
     const uint8_t* data = nullptr;
     size_t size = 0;
+    uint32_t index = 0;  // number of items before this one; meaningless for a computed value
     std::array<uint8_t, 4> computed{};
+};
+
+/// An attribute of four bytes.
+struct NumberAttribute {
+    AEKeyword keyword;
+    DescType type;
+    UInt32 number;
 };
 
 /// Stores the parameters and attributes of an event by keyword. Not thread-safe: one thread at a time.
 class EventStorage final : public DescriptorStorage {
   public:
-    /// Makes an event without parameters and attributes.
-    EventStorage() = default;
+    /// Makes an event without parameters and attributes. User-provided, so that make_unique does not zero-fill
+    /// the memory first.
+    EventStorage() {}
 
     /// Makes a received event. Its image must stay valid as MessageMemory requires. Unless isWhole() returns
     /// true, the event must not be used.
@@ -70,17 +80,21 @@ class EventStorage final : public DescriptorStorage {
     /// changes nothing, if the value is too large, the event has too many values or memory runs out.
     OSErr put(ItemKind kind, AEKeyword keyword, DescType type, const void* data, size_t size);
 
-    /// Records that the parameter was read, for keyMissedKeywordAttr.
-    void noteRead(AEKeyword parameter) const;
+    /// Adds the attributes, which the event must not have yet. Does less work than put() for each of them.
+    /// Returns memFullErr, and changes nothing, if memory runs out.
+    OSErr addNumbers(std::initializer_list<NumberAttribute> attributes);
+
+    /// Records that the parameter, which find() found, was read, for keyMissedKeywordAttr.
+    void noteRead(const EventValue& parameter) const;
 
     /// Records that the event's sender gets no reply (AESuspendTheCurrentEvent). isSuspended() returns whether
     /// this was recorded.
     void suspend() const { suspended_ = true; }
     bool isSuspended() const { return suspended_; }
 
-    /// Returns an attribute of four bytes. Returns 0 if the event has no attribute with this keyword and
+    /// Returns an attribute of four bytes in the image. Returns 0 if there is no attribute with this keyword and
     /// this size.
-    UInt32 fourBytes(AEKeyword attribute) const;
+    UInt32 imageNumber(AEKeyword attribute) const;
 
   private:
     EventStorage* asEvent() override { return this; }

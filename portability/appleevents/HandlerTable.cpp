@@ -39,14 +39,14 @@ void HandlerTable::install(const Entry& entry) {
     if (Entry* present = find(entry)) {
         *present = entry;
     } else {
-        entries_.push_back(entry);
+        add(entry);
     }
 }
 
 bool HandlerTable::installIfAbsent(const Entry& entry) {
     std::lock_guard<std::mutex> lock(mutex_);
     if (find(entry) != nullptr) return false;
-    entries_.push_back(entry);
+    add(entry);
     return true;
 }
 
@@ -58,14 +58,19 @@ bool HandlerTable::remove(const Entry& entry) {
     return true;
 }
 
-std::vector<HandlerTable::Entry> HandlerTable::handlersFor(AEEventClass eventClass, AEEventID eventID) const {
-    std::vector<Entry> found;
+HandlerTable::Handlers HandlerTable::handlersFor(AEEventClass eventClass, AEEventID eventID) const {
+    Handlers found;
     std::lock_guard<std::mutex> lock(mutex_);
     for (const Entry& entry : entries_) {
-        if (matches(entry, eventClass, eventID)) found.push_back(entry);
+        if (matches(entry, eventClass, eventID)) found.add(entry);
     }
-    std::sort(found.begin(), found.end(), [](const Entry& a, const Entry& b) { return rank(a) < rank(b); });
     return found;
+}
+
+void HandlerTable::add(const Entry& entry) {
+    const auto place = std::upper_bound(entries_.begin(), entries_.end(), entry,
+                                        [](const Entry& a, const Entry& b) { return rank(a) < rank(b); });
+    entries_.insert(place, entry);
 }
 
 }  // namespace portability

@@ -3,6 +3,8 @@
 
 #include <CoreServices/AppleEvents.h>
 
+#include <array>
+#include <cstddef>
 #include <mutex>
 #include <vector>
 
@@ -17,6 +19,22 @@ class HandlerTable {
         AEEventID eventID;
         AEEventHandlerUPP handler;
         SRefCon refcon;
+    };
+
+    /// The handlers for one event. There are at most two for each combination of class and id with their wild
+    /// cards, so that no memory has to be allocated for an event.
+    class Handlers {
+      public:
+        void add(const Entry& entry) { entries_[count_++] = entry; }
+
+        const Entry* begin() const { return entries_.data(); }
+        const Entry* end() const { return begin() + count_; }
+        size_t size() const { return count_; }
+        const Entry& operator[](size_t index) const { return entries_[index]; }
+
+      private:
+        std::array<Entry, 8> entries_;
+        size_t count_ = 0;
     };
 
     /// Returns the table of the process.
@@ -35,14 +53,15 @@ class HandlerTable {
 
     /// Returns the handlers for an event in the order in which they must be tried. The application's handlers
     /// come before the system's. Within each group the most specific handler comes first: class and id, class
-    /// only, id only, neither. Throws std::bad_alloc.
-    std::vector<Entry> handlersFor(AEEventClass eventClass, AEEventID eventID) const;
+    /// only, id only, neither.
+    Handlers handlersFor(AEEventClass eventClass, AEEventID eventID) const;
 
   private:
     Entry* find(const Entry& entry);
+    void add(const Entry& entry);
 
     mutable std::mutex mutex_;
-    std::vector<Entry> entries_;
+    std::vector<Entry> entries_;  // in the order in which handlersFor() returns them
 };
 
 }  // namespace portability

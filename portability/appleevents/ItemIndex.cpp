@@ -30,13 +30,6 @@ bool ItemIndex::find(const uint8_t* image, size_t size, ItemKind kind, uint32_t 
     return walker.find(kind, keyword, item);
 }
 
-void ItemIndex::add(const ItemHeader& header, size_t begin) {
-    ++count_;
-    if (kept_ == kEntries) return;
-    entries_[kept_++] = {header, static_cast<uint32_t>(begin)};
-    end_ = begin + itemSpace(header.size);
-}
-
 void ItemIndex::replace(const ImageItem& item, const ItemHeader& header) {
     if (item.index < kept_) entries_[item.index].header = header;
 }

@@ -28,7 +28,12 @@ class ItemIndex {
     uint32_t count() const { return count_; }
 
     /// Must be called for each item that is added after the last item of the image, at the offset `begin`.
-    void add(const ItemHeader& header, size_t begin);
+    void add(const ItemHeader& header, size_t begin) {
+        ++count_;
+        if (kept_ == kEntries) return;
+        entries_[kept_++] = {header, static_cast<uint32_t>(begin)};
+        end_ = begin + itemSpace(header.size);
+    }
 
     /// Must be called if an item that find() returned gets another header and the same space.
     void replace(const ImageItem& item, const ItemHeader& header);
