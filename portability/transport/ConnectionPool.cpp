@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 
 #include "portability/posix/BriefLock.h"
@@ -25,10 +26,7 @@ class ConnectionPool {
         forgetParents();
         const EndpointSettings settings = settings_.read();
         for (size_t i = count_; i-- > 0;) {
-            const EndpointKey& key = kept_[i]->key;
-            if (key.signature != signature || key.systemRoot != settings.systemRoot ||
-                key.runtimeFolder != settings.runtimeFolder)
-                continue;
+            if (!isFor(kept_[i]->key, signature, settings)) continue;
             std::rotate(kept_.begin() + i, kept_.begin() + i + 1, kept_.begin() + count_);
             return std::move(kept_[--count_]);
         }
@@ -58,6 +56,11 @@ class ConnectionPool {
     }
 
   private:
+    static bool isFor(const EndpointKey& key, OSType signature, const EndpointSettings& settings) {
+        return key.signature == signature && std::strcmp(key.systemRoot.c_str(), settings.systemRoot) == 0 &&
+               std::strcmp(key.runtimeFolder.c_str(), settings.runtimeFolder) == 0;
+    }
+
     // Drops the connections of the parent process after a fork. Two processes that share a connection would
     // receive each other's replies.
     void forgetParents() {

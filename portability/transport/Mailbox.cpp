@@ -57,6 +57,8 @@ bool Mailbox::isOtherElsewhere() const {
 
 void Mailbox::setLooking(bool looking) {
     noteProcessor();
+    if (looking == isLooking_) return;  // the store is a memory barrier
+    isLooking_ = looking;
     own_.looking.store(looking ? 1 : 0);
 }
 
@@ -80,7 +82,7 @@ bool Mailbox::take(Mail& mail) {
     const uint32_t posted = other_.posted.load();
     if (posted == taken_) return false;
     taken_ = posted;
-    own_.taken.store(posted);
+    own_.taken.store(posted, std::memory_order_release);
     mail.bytes = other_.frame;
     mail.size = other_.size.load(std::memory_order_relaxed);
     return true;

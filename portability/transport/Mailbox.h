@@ -100,6 +100,7 @@ class Mailbox {
     Half& other_;
     uint32_t posted_ = 0;
     uint32_t taken_ = 0;
+    bool isLooking_ = false;
 };
 
 }  // namespace portability

@@ -68,11 +68,11 @@ bool RequestServer::watch(int descriptor) {
 }
 
 bool RequestServer::serve() {
-    const bool mayLook = latest_ >= 0 || lookingCount_ != 0;
+    const bool mayLook = latest_ != nullptr || lookingCount_ != 0;
     if (mayLook && streak_ < kLongestStreak) {
         const Round round = spinForNext();
         if (round.woken || round.handled) return round.woken;
-        latest_ = -1;
+        latest_ = nullptr;
         if (stopLooking()) return false;
     }
     const int timeout = lookingCount_ == 0 && streak_ < kLongestStreak ? -1 : 0;
@@ -89,8 +89,8 @@ RequestServer::Round RequestServer::spinForNext() {
     while (spin.again(peerPlace())) {
         round.handled = handleMail();
         if (!round.handled && spin.isSystemCallDue()) {
-            const bool isOnlySocket = latest_ >= 0 && !isLookingFor(latest_);
-            round.handled = isOnlySocket && handleNextRequest(latest_);
+            const bool isOnlySocket = latest_ != nullptr && !isLookingFor(*latest_);
+            round.handled = isOnlySocket && handleNextRequest(*latest_);
             if (!round.handled && ++looks % kLooksPerRound == 0) round = handleReady(0);
         }
         if (round.handled) spin.found();
@@ -104,8 +104,8 @@ RequestServer::Round RequestServer::spinForNext() {
 Spin::Peer RequestServer::peerPlace() const {
     const auto end = looking_.begin() + lookingCount_;
     const bool allElsewhere =
-        lookingCount_ != 0 && std::all_of(looking_.begin(), end, [this](int descriptor) {
-            return senders_.at(descriptor)->channel.peerPlace() == Spin::Peer::elsewhere;
+        lookingCount_ != 0 && std::all_of(looking_.begin(), end, [](const Sender* sender) {
+            return sender->channel.peerPlace() == Spin::Peer::elsewhere;
         });
     return allElsewhere ? Spin::Peer::elsewhere : Spin::Peer::here;
 }
@@ -120,8 +120,10 @@ RequestServer::Round RequestServer::handleReady(int timeoutMilliseconds) {
             round.woken = true;
         } else if (descriptor == claim_.listenDescriptor()) {
             acceptSenders();
-        } else if (handleNextRequest(descriptor)) {
-            round.handled = true;
+        } else {
+            const auto found = senders_.find(descriptor);
+            const bool handled = found != senders_.end() && handleNextRequest(*found->second);
+            round.handled = handled || round.handled;
         }
     }
     return round;
@@ -131,7 +133,7 @@ bool RequestServer::handleMail() {
     bool handled = false;
     // If a sender is disconnected, the list moves up, and the sender after it is skipped until the next call.
     for (size_t i = 0; i < lookingCount_; ++i) {
-        handled = handlePosted(*senders_.at(looking_[i])) || handled;
+        handled = handlePosted(*looking_[i]) || handled;
     }
     return handled;
 }
@@ -139,28 +141,27 @@ bool RequestServer::handleMail() {
 // Stops polling. Returns true if it handled requests that had been posted before their senders could
 // notice this.
 bool RequestServer::stopLooking() {
-    const std::array<int, kMostLookedFor> stopped = looking_;
+    const std::array<Sender*, kMostLookedFor> stopped = looking_;
     const size_t count = std::exchange(lookingCount_, 0);
     for (size_t i = 0; i < count; ++i)
-        senders_.at(stopped[i])->channel.setLooking(false);
+        stopped[i]->channel.setLooking(false);
     bool handled = false;
     for (size_t i = 0; i < count; ++i) {
-        handled = handlePosted(*senders_.at(stopped[i])) || handled;
+        handled = handlePosted(*stopped[i]) || handled;
     }
     return handled;
 }
 
 void RequestServer::pollMailbox(Sender& sender) {
-    const int descriptor = sender.channel.descriptor();
     if (!sender.channel.hasMailbox() || !Spin::isOn() || !spinHistory_.isWorthwhile()) return;
-    if (lookingCount_ == looking_.size() || isLookingFor(descriptor)) return;
-    looking_[lookingCount_++] = descriptor;
+    if (lookingCount_ == looking_.size() || isLookingFor(sender)) return;
+    looking_[lookingCount_++] = &sender;
     sender.channel.setLooking(true);
 }
 
-bool RequestServer::isLookingFor(int descriptor) const {
+bool RequestServer::isLookingFor(const Sender& sender) const {
     const auto end = looking_.begin() + lookingCount_;
-    return std::find(looking_.begin(), end, descriptor) != end;
+    return std::find(looking_.begin(), end, &sender) != end;
 }
 
 void RequestServer::acceptSenders() {
@@ -208,10 +209,8 @@ bool RequestServer::handlePosted(Sender& sender) {
     return handle(sender, sender.channel.look(frame), frame);
 }
 
-bool RequestServer::handleNextRequest(int descriptor) {
-    const auto found = senders_.find(descriptor);
-    if (found == senders_.end() || isEnding_.load()) return false;
-    Sender& sender = *found->second;
+bool RequestServer::handleNextRequest(Sender& sender) {
+    if (isEnding_.load()) return false;
     ReceivedFrame frame;
     return handle(sender, sender.channel.receive(buffer_, frame), frame);
 }
@@ -219,35 +218,36 @@ bool RequestServer::handleNextRequest(int descriptor) {
 // Handles a received frame. Returns true if it was a request. If it returns false, the sender may have been
 // disconnected and deleted.
 bool RequestServer::handle(Sender& sender, Channel::Received received, const ReceivedFrame& frame) {
-    const int descriptor = sender.channel.descriptor();
     if (received == Channel::Received::nothing || received == Channel::Received::elsewhere) return false;
     if (received == Channel::Received::closed) {
-        dismiss(descriptor);
+        dismiss(sender);
         return false;
     }
     if (received != Channel::Received::frame || !handleRequest(sender, frame)) {
-        refuse(descriptor);
+        refuse(sender);
         return false;
     }
-    latest_ = descriptor;
+    latest_ = &sender;
     ++streak_;
     return true;
 }
 
-void RequestServer::dismiss(int descriptor) {
-    if (latest_ == descriptor) latest_ = -1;
+// Disconnects the sender and deletes it.
+void RequestServer::dismiss(Sender& sender) {
+    if (latest_ == &sender) latest_ = nullptr;
     const auto end = looking_.begin() + lookingCount_;
-    lookingCount_ -= static_cast<size_t>(end - std::remove(looking_.begin(), end, descriptor));
+    lookingCount_ -= static_cast<size_t>(end - std::remove(looking_.begin(), end, &sender));
+    const int descriptor = sender.descriptor;
     senders_.erase(descriptor);
 }
 
 // Disconnects a sender that violates the protocol. Unread packets may have descriptors, which the system
 // closes together with the socket.
-void RequestServer::refuse(int descriptor) {
-    FileDescriptor socket = senders_.at(descriptor)->channel.releaseSocket();
-    epoll_ctl(epoll_.get(), EPOLL_CTL_DEL, descriptor, nullptr);
-    shutdown(descriptor, SHUT_RDWR);
-    dismiss(descriptor);
+void RequestServer::refuse(Sender& sender) {
+    FileDescriptor socket = sender.channel.releaseSocket();
+    epoll_ctl(epoll_.get(), EPOLL_CTL_DEL, socket.get(), nullptr);
+    shutdown(socket.get(), SHUT_RDWR);
+    dismiss(sender);
     closer_.close(std::move(socket));
 }
 

@@ -52,7 +52,8 @@ class RequestServer {
     class Replier;
     struct Sender {
         Sender(FileDescriptor socket, DescriptorCloser& closer, pid_t itsProcess)
-            : channel(std::move(socket), &closer), process(itsProcess) {}
+            : descriptor(socket.get()), channel(std::move(socket), &closer), process(itsProcess) {}
+        const int descriptor;
         Channel channel;
         const pid_t process;
     };
@@ -71,16 +72,16 @@ class RequestServer {
     bool handleMail();
     bool stopLooking();
     void pollMailbox(Sender& sender);
-    bool isLookingFor(int descriptor) const;
+    bool isLookingFor(const Sender& sender) const;
     void acceptSenders();
     void refuseSender();
     bool handlePosted(Sender& sender);
-    bool handleNextRequest(int descriptor);
+    bool handleNextRequest(Sender& sender);
     bool handle(Sender& sender, Channel::Received received, const ReceivedFrame& frame);
     bool handleRequest(Sender& sender, const ReceivedFrame& frame);
     Channel::Sent reply(Sender& sender, uint64_t id, int32_t result, const MessageMemory& image);
-    void dismiss(int descriptor);
-    void refuse(int descriptor);
+    void dismiss(Sender& sender);
+    void refuse(Sender& sender);
 
     EndpointClaim claim_;
     RequestHandler& handler_;
@@ -91,9 +92,9 @@ class RequestServer {
     bool ready_ = false;
     DescriptorCloser closer_;
     std::unordered_map<int, std::unique_ptr<Sender>> senders_;
-    int latest_ = -1;  // the sender whose request was handled last, if it is still connected
-    std::array<int, kMostLookedFor> looking_{};  // the senders whose mailboxes we poll
-    size_t latestSize_ = 0;                      // size of the larger image of the last request and its reply
+    Sender* latest_ = nullptr;  // the one whose request was handled last, if it is still connected
+    std::array<Sender*, kMostLookedFor> looking_{};  // the senders whose mailboxes we poll
+    size_t latestSize_ = 0;  // size of the larger image of the last request and its reply
     size_t lookingCount_ = 0;
     int streak_ = 0;  // requests handled since all senders had a turn
     SpinHistory spinHistory_;
