@@ -1,6 +1,7 @@
 #include "portability/posix/ProcessMark.h"
 
 #include <sys/mman.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -30,7 +31,8 @@ class MarkPage {
     }
 
     uint32_t mark() {
-        if (mark_ == nullptr) return static_cast<uint32_t>(getpid());
+        // Not getpid(), which calls processMark().
+        if (mark_ == nullptr) return static_cast<uint32_t>(syscall(SYS_getpid));
         const uint32_t mark = mark_->load(std::memory_order_relaxed);
         return mark != 0 ? mark : makeMark();
     }

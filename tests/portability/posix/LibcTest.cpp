@@ -1,4 +1,4 @@
-// Contract tests of a program's rights.
+// Contract tests of the C functions of a process's rights and identity.
 #include <gtest/gtest.h>
 #include <libc.h>
 #include <sys/stat.h>
@@ -8,6 +8,7 @@
 #include <string>
 
 #include "tests/support/NeedsRoot.h"
+#include "tests/support/Processes.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {
@@ -52,4 +53,27 @@ TEST_F(Issetugid, ProgramWithAnotherUsersOrGroupsRights_IsOne) {
         ASSERT_EQ(chmod(probe_.c_str(), bit | 0755), 0);
         EXPECT_EQ(runProbe(), 1);
     }
+}
+
+TEST(Getpid, ForkedProcess_HasTheIdThatForkReturned_AndSoHaveItsChildren) {
+    const auto hasOwnId = [] {
+        int ends[2];
+        if (pipe(ends) != 0) return 1;
+        const pid_t before = getpid();
+        const pid_t child = fork();
+        if (child == 0) {
+            const pid_t own[] = {getpid(), getpid(), getppid()};
+            _exit(write(ends[1], own, sizeof own) == sizeof own ? 0 : 1);
+        }
+        pid_t seen[3] = {};
+        const bool isRead = read(ends[0], seen, sizeof seen) == sizeof seen;
+        waitpid(child, nullptr, 0);
+        close(ends[0]);
+        close(ends[1]);
+        const bool isRight = isRead && seen[0] == child && seen[1] == child && seen[2] == before;
+        return isRight && getpid() == before ? 0 : 1;
+    };
+    EXPECT_EQ(hasOwnId(), 0);
+    EXPECT_EQ(inForkedProcess(hasOwnId), 0);
+    EXPECT_EQ(hasOwnId(), 0);
 }
