@@ -36,8 +36,8 @@ POSTransferObj::POSTransferObj() {
     writer_.initialize(bytes_, formatVersion_);
 }
 
-POSTransferObj::POSTransferObj(ByteBlock received) {
-    adoptBytes(std::move(received));
+POSTransferObj::POSTransferObj(ByteBlock received) : received_(std::move(received)) {
+    receivedArray_.borrow(received_.data.get(), received_.length);
 }
 
 void POSTransferObj::writeByteArray(uint32_t id, CPPByteArray&& array) {
@@ -103,7 +103,7 @@ const CPPByteArray& POSTransferObj::bytes() const {
 
 ByteBlock POSTransferObj::copyWireForm() const {
     if (deferred_ == nullptr) return copyToBlock(bytes().data(), bytes().getSize());
-    ByteBlock block = newBlock(measureStructuredBlock(deferred_, deferredCount_));
+    ByteBlock block = newBlock(deferredSize_);
     storeStructuredBlock(block.data.get(), formatVersion_, deferred_, deferredCount_);
     return block;
 }
@@ -143,8 +143,7 @@ CPPByteArray POSTransferObj::takeBytes() {
 }
 
 void POSTransferObj::deferFields(const StructuredPart* fields, size_t count) {
-    measureStructuredBlock(fields, count);
-    adoptBytes(ByteBlock());
+    deferredSize_ = measureStructuredBlock(fields, count);
     deferred_ = fields;
     deferredCount_ = count;
 }
@@ -166,9 +165,10 @@ bool POSTransferObj::hasField(uint32_t id) {
     return reader_.hasPart(id);
 }
 
+// viewNumber is faster than readUInt32Part, but reports a missing field in another way.
 uint32_t POSTransferObj::readHeaderField(uint32_t id) {
     attachReader();
-    return reader_.readUInt32Part(id);
+    return reader_.hasPart(id) ? reader_.viewNumber(id) : reader_.readUInt32Part(id);
 }
 
 void POSTransferObj::attachReader() {

@@ -42,10 +42,9 @@ class POSTransferObj {
     /// fields one by one.
     template <class... Fields>
     POSTransferObj(uint32_t transferKind, uint32_t messageKind, uint32_t command, const Fields&... fields) {
-        encodeStructuredBlock(bytes_, formatVersion_,
-                              {StructuredPart::ofNumber(headerId0_, transferKind),
-                               StructuredPart::ofNumber(headerId1_, messageKind),
-                               StructuredPart::ofNumber(headerId3_, command), fields...});
+        encodeStructuredBlock(bytes_, formatVersion_, StructuredPart::ofNumber(headerId0_, transferKind),
+                              StructuredPart::ofNumber(headerId1_, messageKind),
+                              StructuredPart::ofNumber(headerId3_, command), fields...);
         writer_.continueBlock(bytes_);
     }
 
@@ -110,9 +109,9 @@ class POSTransferObj {
     CPPByteArray takeBytes();
 
   protected:
-    /// Replaces the content by the `count` fields. They are encoded when their bytes are needed, so the fields
-    /// and the bytes to which they refer must outlive this object. If the wire form would be too long, throws
-    /// and changes nothing.
+    /// Gives an object without bytes the `count` fields. They are encoded when their bytes are needed, so the
+    /// fields and the bytes to which they refer must outlive this object. If the wire form would be too long,
+    /// throws and changes nothing.
     void deferFields(const StructuredPart* fields, size_t count);
 
   private:
@@ -132,7 +131,8 @@ class POSTransferObj {
     bool readerAttached_ = false;
     mutable const StructuredPart* deferred_ = nullptr;  // null if bytes_ or received_ is the wire form
     size_t deferredCount_ = 0;
-    ByteBlock received_;  // without data if bytes_ is the wire form
+    uint32_t deferredSize_ = 0;  // of the wire form, in bytes
+    ByteBlock received_;         // without data if bytes_ is the wire form
     BorrowedByteArray receivedArray_;
 };
 

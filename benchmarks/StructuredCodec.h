@@ -13,15 +13,13 @@ struct StructuredCodec {
 
     static void build(const CallMethodFields& fields, Bytes& bytes) {
         encodeStructuredBlock(
-            bytes, 9,
-            {StructuredPart::ofNumber(0, fields.transferKind),
-             StructuredPart::ofNumber(1, fields.messageKind), StructuredPart::ofNumber(3, fields.command),
-             StructuredPart::ofNumber(103, fields.session),
-             StructuredPart::ofBytes(105, fields.object, sizeof fields.object),
-             StructuredPart::ofBytes(107, fields.name, fields.nameSize),
-             StructuredPart::ofBytes(110, fields.payload.data(),
-                                     static_cast<uint32_t>(fields.payload.size())),
-             StructuredPart::ofBytes(104, nullptr, 0)});
+            bytes, 9, StructuredPart::ofNumber(0, fields.transferKind),
+            StructuredPart::ofNumber(1, fields.messageKind), StructuredPart::ofNumber(3, fields.command),
+            StructuredPart::ofNumber(103, fields.session),
+            StructuredPart::ofBytes(105, fields.object, sizeof fields.object),
+            StructuredPart::ofBytes(107, fields.name, fields.nameSize),
+            StructuredPart::ofBytes(110, fields.payload.data(), static_cast<uint32_t>(fields.payload.size())),
+            StructuredPart::ofBytes(104, nullptr, 0));
     }
 
     static bool read(const Bytes& bytes, CallMethodFields& fields) {

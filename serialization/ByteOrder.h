@@ -20,6 +20,11 @@ inline uint32_t loadBigEndian32(const uint8_t* bytes) {
     return uint32_t{bytes[0]} << 24 | uint32_t{bytes[1]} << 16 | uint32_t{bytes[2]} << 8 | bytes[3];
 }
 
+/// Does the same for 8 bytes.
+inline uint64_t loadBigEndian64(const uint8_t* bytes) {
+    return uint64_t{loadBigEndian32(bytes)} << 32 | loadBigEndian32(bytes + 4);
+}
+
 /// Stores the 4 bytes of the number, the least significant one first.
 inline void storeLittleEndian32(uint8_t* bytes, uint32_t number) {
     bytes[0] = static_cast<uint8_t>(number);

@@ -74,13 +74,15 @@ class CPPByteArray {
 
     // The next two functions change the array in its own block, for arrays that are too large to copy.
 
-    /// Reduces the content to `length` bytes, starting at `offset`. Both must be inside the array. The block
-    /// keeps its size, so that the array can then grow in it. (A heap that got the few bytes after a large part
-    /// back could not use the whole block for the next array of that size.)
+    /// Reduces the content to `length` bytes, starting at `offset`. Both must be inside the array. The bytes stay
+    /// where they are and the block keeps its size, so that the array can then grow in it at both ends. (A heap
+    /// that got the few bytes after a large part back could not use the whole block for the next array of that
+    /// size.)
     void keepPart(uint32_t offset, uint32_t length) noexcept;
 
-    /// Inserts bytes before the first byte. `source` must be outside the array. Returns false and changes
-    /// nothing if memory runs out or the array would be longer than 2^32 - 1 bytes.
+    /// Inserts bytes before the first byte. Moves the content only if the block has not enough room before it.
+    /// `source` must be outside the array. Returns false and changes nothing if memory runs out or the array
+    /// would be longer than 2^32 - 1 bytes.
     bool insertAtStart(const void* source, uint32_t length);
 
     /// Exchanges the blocks and sizes of both arrays.
@@ -133,11 +135,7 @@ class CPPByteArray {
     bool reallocate(uint32_t newSize) {
         // realloc with size 0 may return a block instead of freeing it.
         if (newSize == 0) return clear();
-        if (spare_ != 0 && newSize <= size_ + spare_) {
-            spare_ = size_ + spare_ - newSize;
-            size_ = newSize;
-            return true;
-        }
+        if (before_ + spare_ != 0 && resizeInBlock(newSize)) return true;
         void* const block = std::realloc(data_, newSize);
         if (block == nullptr) return false;
         data_ = static_cast<uint8_t*>(block);
@@ -147,10 +145,15 @@ class CPPByteArray {
     }
 
     uint32_t size_ = 0;
-    uint32_t spare_ = 0;  ///< bytes of the block after the content
+    uint32_t before_ = 0;  ///< bytes of the block before the content
+    uint32_t spare_ = 0;   ///< bytes of the block after the content
     uint8_t* data_ = nullptr;
 
   private:
+    /// Changes the size without another block. If the block is too small, returns false, and the content is at
+    /// the start of the block.
+    bool resizeInBlock(uint32_t newSize);
+
     /// Empties the array. Always returns true.
     bool clear();
 

@@ -15,8 +15,6 @@ using namespace structuredData;
 constexpr char kFirstCheck[] = "1";
 constexpr char kSecondCheck[] = "2";
 
-constexpr uint32_t kNumberLength = 4;
-
 [[noreturn]] void failBounds() {
     throwSerializationFailure<StructuredReaderNotInitializedException>(site::kReaderBounds, kFirstCheck);
 }
@@ -70,9 +68,8 @@ uint32_t StructuredByteArrayReader::getPartLength(uint32_t tag) const {
     return requireEntry(tag, site::kGetPartLength).length;
 }
 
-uint32_t StructuredByteArrayReader::viewNumber(uint32_t tag) const {
-    const ByteView part = viewPart(tag);
-    if (part.length >= kNumberLength) return loadLittleEndian32(part.data);
+// Zero-extends a number of less than 4 bytes.
+uint32_t StructuredByteArrayReader::extendNumber(const ByteView& part) {
     uint8_t extended[kNumberLength] = {};
     std::copy_n(part.data, part.length, extended);
     return loadLittleEndian32(extended);
@@ -134,8 +131,9 @@ void StructuredByteArrayReader::parseParts(uint32_t offset) {
     const uint32_t size = source_->getSize();
     while (offset < size) {
         if (kPartHeaderSize > size - offset) failBounds();
-        const uint32_t tag = loadBigEndian32(bytes + offset);
-        const uint32_t length = loadBigEndian32(bytes + offset + 4);
+        const uint64_t header = loadBigEndian64(bytes + offset);
+        const auto tag = static_cast<uint32_t>(header >> 32);
+        const auto length = static_cast<uint32_t>(header);
         offset += kPartHeaderSize;
         if (length > size - offset) failBounds();
         parts_.add(tag, offset, length);

@@ -15,6 +15,7 @@
 #include <algorithm>
 
 #include "serialization/ByteBlock.h"
+#include "serialization/ByteOrder.h"
 #include "serialization/PartTable.h"
 #include "serialization/StructuredDataFormat.h"
 #include "serialization/StructuredDataReader.h"
@@ -43,19 +44,34 @@ class StructuredByteArrayReader : public StructuredDataReader {
     /// Returns whether the block has the part; false if there is no block. Never throws.
     bool hasPart(uint32_t tag) const;
 
-    /// Returns a view of a part's data in the caller's array. Throws what getPart throws.
-    ByteView viewPart(uint32_t tag) const {
+    /// Sets `part` to a view of a part's data in the caller's array. Returns false, and leaves `part` unchanged,
+    /// if there is no such part or no block. Never throws.
+    bool findPart(uint32_t tag, ByteView& part) const {
         const PartTable::Entry* const entry = parts_.find(tag);
-        if (source_ == nullptr || entry == nullptr) failRequest(structuredData::site::kGetPart);
+        if (source_ == nullptr || entry == nullptr) return false;
         const uint32_t size = source_->getSize();
         const uint32_t offset = std::min(entry->offset, size);
-        return {source_->data() + offset, std::min(entry->length, size - offset)};
+        part = {source_->data() + offset, std::min(entry->length, size - offset)};
+        return true;
+    }
+
+    /// Returns a view of a part's data in the caller's array. Throws what getPart throws.
+    ByteView viewPart(uint32_t tag) const {
+        ByteView part;
+        if (!findPart(tag, part)) failRequest(structuredData::site::kGetPart);
+        return part;
     }
 
     /// Returns what readUInt32Part returns, but throws what getPart throws.
-    uint32_t viewNumber(uint32_t tag) const;
+    uint32_t viewNumber(uint32_t tag) const {
+        const ByteView part = viewPart(tag);
+        return part.length >= kNumberLength ? loadLittleEndian32(part.data) : extendNumber(part);
+    }
 
   private:
+    static constexpr uint32_t kNumberLength = 4;
+
+    static uint32_t extendNumber(const ByteView& part);
     void requireSource(const char* site) const;
     [[noreturn]] void failRequest(const char* site) const;
     void requireBytes(uint32_t offset, uint32_t count) const;

@@ -171,12 +171,12 @@ TEST(CPPByteArrayContent, RequireSize_ThrowsForEveryOtherSize) {
     EXPECT_THROW(array.requireSize(4), std::bad_alloc);
 }
 
-TEST(CPPByteArrayContent, KeepPart_MovesThePartToTheStartOfTheSameBlock) {
+TEST(CPPByteArrayContent, KeepPart_LeavesThePartWhereItIs_AndTheArrayCanGrowInTheBlock) {
     CPPByteArray array = makeArray("a part of it");
     const uint8_t* const block = array.data();
     array.keepPart(2, 4);
     EXPECT_EQ(toText(array), "part");
-    EXPECT_EQ(array.data(), block);
+    EXPECT_EQ(array.data(), block + 2);
     array.resize(6, '!');
     EXPECT_EQ(toText(array), "part!!");
     EXPECT_TRUE(array.insertAtStart("third ", 6));
@@ -186,6 +186,46 @@ TEST(CPPByteArrayContent, KeepPart_MovesThePartToTheStartOfTheSameBlock) {
     EXPECT_EQ(toText(array), "now longer than the block: third part!!");
     array.resize(3, 0);
     EXPECT_EQ(toText(array), "now");
+}
+
+TEST(CPPByteArrayContent, InsertAtStart_AfterKeepPart_UsesTheRoomBeforeThePart) {
+    CPPByteArray array = makeArray("not this part of it");
+    array.keepPart(9, 4);
+    const uint8_t* const part = array.data();
+    EXPECT_TRUE(array.insertAtStart("the ", 4));
+    EXPECT_EQ(toText(array), "the part");
+    EXPECT_EQ(array.data() + 4, part);
+    array.keepPart(4, 4);
+    EXPECT_EQ(array.data(), part);
+    EXPECT_TRUE(array.insertAtStart("a ", 2));
+    array.resize(8, '!');
+    EXPECT_EQ(toText(array), "a part!!");
+    EXPECT_EQ(array.data() + 2, part);
+}
+
+TEST(CPPByteArrayContent, ArrayAfterKeepPart_IsCopiedMovedSwappedShrunkAndReplacedLikeAnother) {
+    const auto makePart = [] {
+        CPPByteArray array = makeArray("a part of it");
+        array.keepPart(2, 4);
+        return array;
+    };
+    CPPByteArray array = makePart();
+    CPPByteArray other = makeArray("other");
+    array.swap(other);
+    EXPECT_EQ(toText(array), "other");
+    EXPECT_EQ(toText(other), "part");
+    const CPPByteArray copy = other;
+    EXPECT_EQ(toText(copy), "part");
+    other.resize(3, 0);
+    EXPECT_EQ(toText(other), "par");
+    other.resize(100, '!');
+    EXPECT_EQ(toText(other), "par" + std::string(97, '!'));
+    other = makePart();
+    other.assign(array);
+    EXPECT_EQ(toText(other), "other");
+    array = makePart();
+    array.resize(0, 0);
+    EXPECT_EQ(array.data(), nullptr);
 }
 
 TEST(CPPByteArrayContent, KeepPart_OfNothing_IsEmptyAndHasNoBlock) {

@@ -134,9 +134,8 @@ TEST(Heap, WriterOverAnExpandingArray_GrowsItOncePerPart) {
 }
 
 void encodeSmallBlock(CPPByteArray& block) {
-    encodeStructuredBlock(block, 9,
-                          {StructuredPart::ofNumber(1, 5), StructuredPart::ofBytes(2, "abc", 3),
-                           StructuredPart::ofBytes(3, nullptr, 0)});
+    encodeStructuredBlock(block, 9, StructuredPart::ofNumber(1, 5), StructuredPart::ofBytes(2, "abc", 3),
+                          StructuredPart::ofBytes(3, nullptr, 0));
 }
 
 TEST(Heap, Encoder_AsksOnceForTheWholeBlock) {
