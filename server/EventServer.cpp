@@ -61,7 +61,7 @@ OSErr EventServer::entry(const AppleEvent* event, AppleEvent* reply, SRefCon ser
 }
 
 OSErr EventServer::data(const AppleEvent* event, AppleEvent* reply) {
-    POSTransferObj request;
+    POSTransferObj request{dovrel::ByteBlock()};
     const int32_t status = channel_.ReceiveTransferObj(event, request);
     if (status != noErr) return static_cast<OSErr>(status);
     return send(exchanges_.handleData(request.takeBytes(), getSender(event)), event, reply);

@@ -22,6 +22,7 @@ bool hasMorePartsThan(uint32_t most, const dovrel::CPPByteArray& block) {
     const uint32_t size = block.getSize();
     if (size < format::kHeaderSize) return false;
     uint32_t offset = partsOffset(block);
+    if ((size - offset) / format::kPartHeaderSize <= most) return false;
     for (uint32_t count = 0; size - offset >= format::kPartHeaderSize; ++count) {
         if (count == most) return true;
         offset += format::kPartHeaderSize;

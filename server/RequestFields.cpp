@@ -1,5 +1,7 @@
 #include "server/RequestFields.h"
 
+#include <algorithm>
+#include <cstring>
 #include <memory>
 #include <utility>
 
@@ -69,18 +71,18 @@ void RequestFields::checkHeader() const {
 }
 
 void RequestFields::checkField(const POSField& field) const {
-    if (!reader_.hasPart(field)) refuseForm(described(field) + " is missing");
-    const uint32_t size = reader_.getPartLength(field);
+    dovrel::ByteView view;
+    if (!reader_.findPart(field, view)) refuseForm(described(field) + " is missing");
     switch (field.form) {
         case POSFieldForm::kUInt32:
-            return requireSize(field, size, kNumberSize);
+            return requireSize(field, view.length, kNumberSize);
         case POSFieldForm::kIdentifier:
-            return requireSize(field, size, dovrel::kPOSIdentifierSize);
+            return requireSize(field, view.length, dovrel::kPOSIdentifierSize);
         case POSFieldForm::kOptionalIdentifier:
-            if (size != 0) requireSize(field, size, dovrel::kPOSIdentifierSize);
+            if (view.length != 0) requireSize(field, view.length, dovrel::kPOSIdentifierSize);
             return;
         case POSFieldForm::kName:
-            if (size == 0 || reader_.readStringPart(field).find('\0') != size - 1) {
+            if (view.length == 0 || std::memchr(view.data, 0, view.length) != view.data + view.length - 1) {
                 refuseForm(described(field) + " does not end with its one zero byte");
             }
             return;
@@ -92,19 +94,21 @@ void RequestFields::checkField(const POSField& field) const {
 
 Identifier RequestFields::identifier(const POSField& field) const {
     Identifier identifier{};
-    reader_.readPart(field, identifier.data());
+    const dovrel::ByteView view = reader_.viewPart(field);
+    std::copy_n(view.data, std::min<size_t>(view.length, identifier.size()), identifier.begin());
     return identifier;
 }
 
 std::string RequestFields::name(const POSField& field) const {
-    std::string text = reader_.readStringPart(field);
-    text.pop_back();
-    return text;
+    const dovrel::ByteView view = reader_.viewPart(field);
+    return std::string(reinterpret_cast<const char*>(view.data), view.length - 1);
 }
 
 CPPByteArray RequestFields::data(const POSField& field) const {
-    const std::unique_ptr<CPPByteArray> part(reader_.getPart(field));
-    return std::move(*part);
+    const dovrel::ByteView view = reader_.viewPart(field);
+    CPPByteArray part;
+    part.setOrThrow(view.data, view.length);
+    return part;
 }
 
 CPPByteArray RequestFields::takeData(const POSField& field) {

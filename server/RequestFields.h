@@ -32,7 +32,7 @@ class RequestFields {
     const POSCommand& command() const { return *command_; }
 
     // The fields of the command. Each function is for fields of one form in the table.
-    uint32_t number(const POSField& field) const { return reader_.readUInt32Part(field); }
+    uint32_t number(const POSField& field) const { return reader_.viewNumber(field); }
     Identifier identifier(const POSField& field) const;
     std::string name(const POSField& field) const;
     CPPByteArray data(const POSField& field) const;

@@ -13,6 +13,7 @@
 namespace merrowd {
 
 using dovrel::CPPException;
+using dovrel::StructuredPart;
 namespace posCommand = dovrel::posCommand;
 namespace posField = dovrel::posField;
 
@@ -44,15 +45,27 @@ std::vector<Identifier> readClassList(const CPPByteArray& block) {
     return classes;
 }
 
-// Writes the flags and the text, or an empty field if there is no message.
-void writeMessage(POSTransferObj& reply, const UserMessage& message) {
-    CPPByteArray field;
-    if (message.flags != 0) field = toBytes(bytesToText(numberToBytes(message.flags)) + message.text);
-    reply.writeByteArray(posField::kServerMessage, field);
+// From this size on, a reply takes over the memory of its data.
+constexpr uint32_t kLargeData = 4096;
+
+// Returns the flags and the text, or nothing if there is no message.
+CPPByteArray encodeMessage(const UserMessage& message) {
+    if (message.flags == 0) return CPPByteArray();
+    return toBytes(bytesToText(numberToBytes(message.flags)) + message.text);
 }
 
-std::unique_ptr<POSTransferObj> newReply(uint32_t command) {
-    return std::make_unique<POSTransferObj>(dovrel::kTransferKindStandard, kMessageKindReply, command);
+template <class... Fields>
+std::unique_ptr<POSTransferObj> newReply(uint32_t command, const Fields&... fields) {
+    return std::make_unique<POSTransferObj>(dovrel::kTransferKindStandard, kMessageKindReply, command,
+                                            fields...);
+}
+
+// Returns a reply with one field of data.
+std::unique_ptr<POSTransferObj> newDataReply(uint32_t command, uint32_t field, CPPByteArray data) {
+    if (data.getSize() < kLargeData) return newReply(command, StructuredPart::ofArray(field, data));
+    auto reply = newReply(command);
+    reply->writeByteArray(field, std::move(data));
+    return reply;
 }
 
 }  // namespace
@@ -69,14 +82,11 @@ std::unique_ptr<POSTransferObj> RequestHandler::handle(CPPByteArray request, pid
     }
 }
 
-std::unique_ptr<POSTransferObj> RequestHandler::performRequest(CPPByteArray& request, pid_t sender,
-                                                               uint32_t& command) {
+RequestHandler::Reply RequestHandler::performRequest(CPPByteArray& request, pid_t sender, uint32_t& command) {
     try {
         RequestFields fields(request);
         command = fields.command();
-        std::unique_ptr<POSTransferObj> reply = newReply(command);
-        perform(fields, sender, *reply);
-        return reply;
+        return perform(fields, sender);
     } catch (const Refusal&) {
         throw;
     } catch (const std::bad_alloc&) {
@@ -94,30 +104,30 @@ std::unique_ptr<POSTransferObj> RequestHandler::makeExceptionReply(uint32_t comm
     return reply;
 }
 
-void RequestHandler::perform(RequestFields& request, pid_t sender, POSTransferObj& reply) {
+RequestHandler::Reply RequestHandler::perform(RequestFields& request, pid_t sender) {
     switch (request.command()) {
         case posCommand::kRegisterApplication.code:
-            return registerApplication(request, sender, reply);
+            return registerApplication(request, sender);
         case posCommand::kUnregisterApplication.code:
             return unregisterApplication(request);
         case posCommand::kInstantiateObject.code:
-            return instantiateObject(request, reply);
+            return instantiateObject(request);
         case posCommand::kDeleteObject.code:
             return deleteObject(request);
         case posCommand::kCallMethod.code:
-            return callMethod(request, reply);
+            return callMethod(request);
         case posCommand::kExecuteCommand.code:
-            return executeCommand(request, reply);
+            return executeCommand(request);
         case posCommand::kGetInformation.code:
-            return getInformation(request, reply);
+            return getInformation(request);
         case posCommand::kQueryInterfaceVersion.code:
-            return queryInterfaceVersion(reply);
+            return queryInterfaceVersion();
         default:
             throw Refusal{dovrel::kErrorCodeNoValidInterface, "this server does not know the command"};
     }
 }
 
-void RequestHandler::registerApplication(const RequestFields& request, pid_t sender, POSTransferObj& reply) {
+RequestHandler::Reply RequestHandler::registerApplication(const RequestFields& request, pid_t sender) {
     Application application;
     application.name = request.name(posField::kApplicationName);
     application.classes = readClassList(request.data(posField::kClassList));
@@ -127,15 +137,16 @@ void RequestHandler::registerApplication(const RequestFields& request, pid_t sen
     const uint32_t id = state_.applications.add(std::move(application));
 
     const uint32_t flags = state_.settings.checkClasses ? dovrel::kRegistrationChecksClasses : 0;
-    reply.writeUInt32(posField::kSession, id);
-    reply.writeByteArray(posField::kRegistrationFlags, numberToBytes(flags));
+    return newReply(posCommand::kRegisterApplication, StructuredPart::ofNumber(posField::kSession, id),
+                    StructuredPart::ofNumber(posField::kRegistrationFlags, flags));
 }
 
-void RequestHandler::unregisterApplication(const RequestFields& request) {
+RequestHandler::Reply RequestHandler::unregisterApplication(const RequestFields& request) {
     state_.applications.remove(request.number(posField::kSession));
+    return newReply(posCommand::kUnregisterApplication);
 }
 
-void RequestHandler::instantiateObject(const RequestFields& request, POSTransferObj& reply) {
+RequestHandler::Reply RequestHandler::instantiateObject(const RequestFields& request) {
     const uint32_t applicationId = request.number(posField::kSession);
     state_.applications.find(applicationId);
     ObjectRecord record;
@@ -150,16 +161,19 @@ void RequestHandler::instantiateObject(const RequestFields& request, POSTransfer
         [&] { return record.ofClass->instantiate(message); });
     const Identifier id = state_.applications.addObject(applicationId, std::move(record));
 
-    reply.writeBytes(posField::kObject, id.data(), static_cast<uint32_t>(id.size()));
-    writeMessage(reply, message);
+    const CPPByteArray messageBytes = encodeMessage(message);
+    return newReply(posCommand::kInstantiateObject,
+                    StructuredPart::ofBytes(posField::kObject, id.data(), static_cast<uint32_t>(id.size())),
+                    StructuredPart::ofArray(posField::kServerMessage, messageBytes));
 }
 
-void RequestHandler::deleteObject(const RequestFields& request) {
+RequestHandler::Reply RequestHandler::deleteObject(const RequestFields& request) {
     state_.applications.removeObject(request.number(posField::kSession),
                                      request.identifier(posField::kObject));
+    return newReply(posCommand::kDeleteObject);
 }
 
-void RequestHandler::callMethod(RequestFields& request, POSTransferObj& reply) {
+RequestHandler::Reply RequestHandler::callMethod(RequestFields& request) {
     const ObjectRecord& record = state_.applications.findObject(request.number(posField::kSession),
                                                                 request.identifier(posField::kObject));
     const std::string method = request.name(posField::kMethodName);
@@ -172,11 +186,17 @@ void RequestHandler::callMethod(RequestFields& request, POSTransferObj& reply) {
         [&] { return "the method \"" + method + "\" of the class " + record.ofClass->name(); },
         [&] { return record.object->call(method, request.takeData(posField::kArgument)); });
 
-    reply.writeByteArray(posField::kResult, std::move(result.data));
-    writeMessage(reply, result.message);
+    const CPPByteArray messageBytes = encodeMessage(result.message);
+    if (result.data.getSize() < kLargeData) {
+        return newReply(posCommand::kCallMethod, StructuredPart::ofArray(posField::kResult, result.data),
+                        StructuredPart::ofArray(posField::kServerMessage, messageBytes));
+    }
+    Reply reply = newDataReply(posCommand::kCallMethod, posField::kResult, std::move(result.data));
+    reply->writeByteArray(posField::kServerMessage, messageBytes);
+    return reply;
 }
 
-void RequestHandler::executeCommand(RequestFields& request, POSTransferObj& reply) {
+RequestHandler::Reply RequestHandler::executeCommand(RequestFields& request) {
     const uint32_t session = request.number(posField::kSession);
     const uint32_t length = request.number(posField::kCommandLength);
     CPPByteArray both = request.takeData(posField::kCommandData);
@@ -186,17 +206,18 @@ void RequestHandler::executeCommand(RequestFields& request, POSTransferObj& repl
     CPPByteArray command;
     command.setFromPart(both, 0, length);
     both.keepPart(length, both.getSize() - length);
-    reply.writeByteArray(posField::kResult,
-                         runCommand(state_, session, bytesToText(command), std::move(both)));
+    return newDataReply(posCommand::kExecuteCommand, posField::kResult,
+                        runCommand(state_, session, bytesToText(command), std::move(both)));
 }
 
-void RequestHandler::getInformation(RequestFields& request, POSTransferObj& reply) {
-    reply.writeByteArray(posField::kInformation,
-                         readInformation(state_, request.takeData(posField::kInformationRequest)));
+RequestHandler::Reply RequestHandler::getInformation(RequestFields& request) {
+    return newDataReply(posCommand::kGetInformation, posField::kInformation,
+                        readInformation(state_, request.takeData(posField::kInformationRequest)));
 }
 
-void RequestHandler::queryInterfaceVersion(POSTransferObj& reply) {
-    reply.writeUInt32(posField::kInterfaceVersion, state_.settings.interfaceVersion);
+RequestHandler::Reply RequestHandler::queryInterfaceVersion() {
+    return newReply(posCommand::kQueryInterfaceVersion,
+                    StructuredPart::ofNumber(posField::kInterfaceVersion, state_.settings.interfaceVersion));
 }
 
 }  // namespace merrowd

@@ -42,18 +42,20 @@ class RequestHandler {
     static std::unique_ptr<POSTransferObj> makeExceptionReply(uint32_t command, const Refusal& refusal);
 
   private:
-    // One function per command. Each one writes the fields of its reply.
-    void registerApplication(const RequestFields& request, pid_t sender, POSTransferObj& reply);
-    void unregisterApplication(const RequestFields& request);
-    void instantiateObject(const RequestFields& request, POSTransferObj& reply);
-    void deleteObject(const RequestFields& request);
-    void callMethod(RequestFields& request, POSTransferObj& reply);
-    void executeCommand(RequestFields& request, POSTransferObj& reply);
-    void getInformation(RequestFields& request, POSTransferObj& reply);
-    void queryInterfaceVersion(POSTransferObj& reply);
+    using Reply = std::unique_ptr<POSTransferObj>;
 
-    std::unique_ptr<POSTransferObj> performRequest(CPPByteArray& request, pid_t sender, uint32_t& command);
-    void perform(RequestFields& request, pid_t sender, POSTransferObj& reply);
+    // One function per command. Each one returns its reply.
+    Reply registerApplication(const RequestFields& request, pid_t sender);
+    Reply unregisterApplication(const RequestFields& request);
+    Reply instantiateObject(const RequestFields& request);
+    Reply deleteObject(const RequestFields& request);
+    Reply callMethod(RequestFields& request);
+    Reply executeCommand(RequestFields& request);
+    Reply getInformation(RequestFields& request);
+    Reply queryInterfaceVersion();
+
+    Reply performRequest(CPPByteArray& request, pid_t sender, uint32_t& command);
+    Reply perform(RequestFields& request, pid_t sender);
 
     ServerState& state_;
     const Note note_;
