@@ -56,10 +56,12 @@ Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool 
     ReceivedFrame frame;
     bool looking = posted;
     // The reply has probably not arrived yet, so this thread first waits or yields to the receiver.
-    const bool polls = spin.again(channel_.peerPlace());
+    bool polls = spin.again(channel_.peerPlace());
     bool waits = !polls && !looking && canWaitInReceive(request);
     const auto receive = [&] {
-        if (looking) return channel_.look(frame);
+        // While this thread polls, most looks are only at the mailbox. Each look at the socket takes processor time
+        // and locks from the receiver.
+        if (looking || (polls && !spin.isSystemCallDue())) return channel_.look(frame);
         return waits ? channel_.receiveWaiting(buffer_, frame) : channel_.receive(buffer_, frame);
     };
     for (;;) {
@@ -69,12 +71,13 @@ Connection::Outcome Connection::awaitReply(const OutgoingRequest& request, bool 
             case Channel::Received::malformed:
                 return Outcome::lost;
             case Channel::Received::elsewhere:
-                looking = false;
+                looking = polls = false;
                 continue;
             case Channel::Received::nothing:
-                if (spin.again(channel_.peerPlace()) && !spin.isSystemCallDue()) continue;
+                polls = spin.again(channel_.peerPlace());
+                if (polls && !spin.isSystemCallDue()) continue;
                 if (request.deadline.passed()) return Outcome::timedOut;
-                if (spin.isSystemCallDue()) continue;
+                if (polls) continue;
                 if (looking) channel_.setLooking(false);
                 waits = canWaitInReceive(request);
                 if (!looking && !waits && !waitAsleep(request)) return Outcome::cancelled;

@@ -56,9 +56,9 @@ bool Mailbox::isOtherElsewhere() const {
 }
 
 void Mailbox::setLooking(bool looking) {
-    noteProcessor();
     if (looking == isLooking_) return;  // the store is a memory barrier
     isLooking_ = looking;
+    noteProcessor();
     own_.looking.store(looking ? 1 : 0);
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::chrono::microseconds kDefaultSpin{50};
 constexpr long kLongestSpin = 1'000'000;
-constexpr size_t kImageStep = size_t{256} << 10;
+constexpr size_t kImageStep = size_t{128} << 10;
 constexpr size_t kMostTimes = 16;
 constexpr int kLooksPerClock = 16;
 constexpr int kBusyTimes = 4;

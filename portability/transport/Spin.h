@@ -44,7 +44,7 @@ class SpinHistory {
 /// small exchange.
 ///
 /// The time is 50 microseconds. POS_SPIN_US sets another one; 0 turns polling off. For large images the time
-/// is longer, because the peer needs time to copy them. The factor is 1 plus the number of full 256 KiB in
+/// is longer, because both sides need time to copy them. The factor is 1 plus the number of full 128 KiB in
 /// the image, at most 16. The time is over early if other threads use the processor for four times as long.
 class Spin {
   public:
