@@ -24,8 +24,7 @@ void PartTable::addToHeap(uint32_t tag, uint32_t offset, uint32_t length) {
     heap_.push_back(Entry{tag, offset, length});
 }
 
-void PartTable::finish() {
-    if (sorted_) return;
+void PartTable::sortHeap() {
     // Stable, so that the first of several entries with the same tag stays first. find returns that one.
     std::stable_sort(heap_.begin(), heap_.end(), byTag);
     sorted_ = true;

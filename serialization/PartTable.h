@@ -35,7 +35,9 @@ class PartTable {
     }
 
     /// Must be called after a series of calls of add, even if the series was cut short.
-    void finish();
+    void finish() {
+        if (!sorted_) sortHeap();
+    }
 
     /// Returns the entry with the tag, or null if there is none. Valid until the next call of add.
     const Entry* find(uint32_t tag) const {
@@ -51,6 +53,7 @@ class PartTable {
     static constexpr size_t kInlineEntries = 16;
 
     void addToHeap(uint32_t tag, uint32_t offset, uint32_t length);
+    void sortHeap();
     const Entry* findInHeap(uint32_t tag) const;
 
     /// All entries are in only one of these containers: in `inline_`, in the order in which they were added,
