@@ -75,9 +75,9 @@ class CPPByteArray {
     // The next two functions change the array in its own block, for arrays that are too large to copy.
 
     /// Reduces the content to `length` bytes, starting at `offset`. Both must be inside the array. The bytes stay
-    /// where they are and the block keeps its size, so that the array can then grow in it at both ends. (A heap
-    /// that got the few bytes after a large part back could not use the whole block for the next array of that
-    /// size.)
+    /// where they are and the block keeps its size, so that the array can then grow in it at both ends. (If the
+    /// heap got the few bytes after a large part back, it could not use the whole block for the next array of
+    /// that size.)
     void keepPart(uint32_t offset, uint32_t length) noexcept;
 
     /// Inserts bytes before the first byte. Moves the content only if the block has not enough room before it.

@@ -18,8 +18,7 @@
 namespace portability {
 
 /// Marks a packet of this format, "AEv2". Each change of the format or of the meaning of a field gets another
-/// number. So the processes of two builds that would misunderstand each other close the connection at the first
-/// packet.
+/// number. So two builds that would misunderstand each other close the connection at the first packet.
 constexpr uint32_t kFrameMagic = 0x41457632;
 constexpr uint32_t kSlots = 4;
 

@@ -84,6 +84,21 @@ TEST(StructuredByteArrayReader, ViewPart_IsWhereTheDataAreInTheArray) {
     EXPECT_EQ(reader.viewPart(6).length, 0u);
 }
 
+TEST(StructuredByteArrayReader, FindPart_SetsTheViewIfThePartIsThere) {
+    const CPPByteArray block = arrayFromHex(
+        "41 73 41 6B 00 01 00 00 00 09"
+        "00 00 00 05 00 00 00 02 61 62");
+    StructuredByteArrayReader reader;
+    ByteView part;
+    EXPECT_FALSE(reader.findPart(5, part)) << "there is no block";
+    reader.initialize(&block);
+    EXPECT_FALSE(reader.findPart(6, part));
+    EXPECT_EQ(part.data, nullptr);
+    ASSERT_TRUE(reader.findPart(5, part));
+    EXPECT_EQ(part.data, block.data() + 18);
+    EXPECT_EQ(part.length, 2u);
+}
+
 TEST(StructuredByteArrayReader, ViewNumber_OfAnyLength_IsTheFirstFourBytesZeroExtended) {
     const CPPByteArray block =
         arrayFromHex(std::string(kHeader) +

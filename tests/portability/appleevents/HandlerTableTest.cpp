@@ -38,6 +38,21 @@ TEST(HandlerTable, HandlersFor_MostSpecificFirst_ApplicationBeforeSystem) {
     EXPECT_TRUE(found[4].system);
 }
 
+TEST(HandlerTable, HandlersFor_HasRoomForAllThatCanMatch) {
+    HandlerTable table;
+    for (const bool isSystem : {true, false}) {
+        for (const AEEventClass eventClass : {typeWildCard, AEEventClass{'clas'}}) {
+            table.install(entry(eventClass, typeWildCard, one, isSystem));
+            table.install(entry(eventClass, 'idid', one, isSystem));
+        }
+    }
+    const auto found = table.handlersFor('clas', 'idid');
+    ASSERT_EQ(found.size(), 8u);
+    EXPECT_EQ(found.end() - found.begin(), 8);
+    EXPECT_TRUE(!found[0].system && found[0].eventClass == 'clas' && found[0].eventID == 'idid');
+    EXPECT_TRUE(found[7].system && found[7].eventClass == typeWildCard && found[7].eventID == typeWildCard);
+}
+
 TEST(HandlerTable, Install_SameEvents_ReplacesIt) {
     HandlerTable table;
     table.install(entry('clas', 'idid', one));
