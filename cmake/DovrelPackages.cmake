@@ -1,5 +1,5 @@
 # Debian packages of an installation with a configured root: cpack makes libdovrel1, libdovrel-dev, dovrel-server,
-# dovrel-tools and python3-dovrel, and packages with the debug symbols of the programs.
+# dovrel-tools, python3-dovrel and dovrel-doc, and packages with the debug symbols of the programs.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME dovrel)
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
@@ -7,7 +7,7 @@ set(CPACK_PACKAGE_CONTACT "The Dovrel developers <dovrel@lists.tessilor.example>
 # Otherwise CPack would write it before the descriptions of the packages, which have first lines of their own.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
-set(CPACK_COMPONENTS_ALL library development server tools python)
+set(CPACK_COMPONENTS_ALL library development server tools python documentation)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
@@ -55,6 +55,10 @@ explains numbers in logs, runs operations from the shell, and controls the
 development server.")
 dovrel_package(python python3-dovrel python "client library of a protected object server (Python)"
     "This package contains the module for Python.")
+dovrel_package(documentation dovrel-doc doc "client library of a protected object server (documentation)"
+    "This package contains the manual pages, a tutorial, a page of troubles, and
+the pages of the interfaces for C and C++.")
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "python3 (>= 3.9), libdovrel${PROJECT_VERSION_MAJOR}")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libdovrel${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION})")

@@ -74,13 +74,19 @@
  *
  * Processes. A session belongs to the process that opened it. In a child that it creates with fork(), all
  * functions except posDeleteDLLHeapData and posFreeDllHeapData fail at once: they send nothing, show no alert
- * and change nothing. The child may execute another program, which can open its own session. If a process ends without TerminatePOS, its applications stay registered until the server notices (the
- * development server notices soon). An atexit handler may call TerminatePOS, whether the handler was
- * installed before or after the library was loaded. Close the session before dlclose(): otherwise, on Linux,
- * the library stays in memory with its open session, and the next dlopen() finds both again.
+ * and change nothing. The child may execute another program, which can open its own session. If a process ends
+ * without TerminatePOS, its applications stay registered until the server notices (the development server
+ * notices soon). An atexit handler may call TerminatePOS, whether the handler was installed before or after the
+ * library was loaded. Close the session before dlclose(): otherwise, on Linux, the library stays in memory with
+ * its open session, and the next dlopen() finds both again.
  *
  * Without a session the host may call only InitializePOS, posDeleteDLLHeapData and posFreeDllHeapData. The
  * library does not check this. No function throws a C++ exception, except InitializePOS.
+ */
+/**
+ * @file
+ * The functions of the library, in C99. The page dovrel(7) contains the rules for all of them: terms, results,
+ * pointers, sizes, characters, threads, event loops, blocking, server restarts, processes.
  */
 #ifndef DOVREL_POS_H
 #define DOVREL_POS_H
@@ -92,8 +98,10 @@ extern "C" {
 #endif
 
 #if defined(__GNUC__)
+/** Marks the functions of the library. */
 #define POS_EXPORT __attribute__((visibility("default")))
 #else
+/** Marks the functions of the library. */
 #define POS_EXPORT
 #endif
 
@@ -102,7 +110,9 @@ extern "C" {
  * the same or a higher minor version has everything that this header declares.
  */
 #define POS_VERSION_MAJOR 1
+/** See POS_VERSION_MAJOR. */
 #define POS_VERSION_MINOR 0
+/** See POS_VERSION_MAJOR. */
 #define POS_VERSION_PATCH 0
 
 /** The call succeeded. */
@@ -131,8 +141,8 @@ extern "C" {
 POS_EXPORT uint32_t InitializePOS(void);
 
 /**
- * Unregisters every application that is still registered, in ascending order of the identifiers as signed
- * numbers, and then closes the session. Shows nothing. If the server refuses to unregister an application
+ * Closes the session. First unregisters every application that is still registered, in ascending order of the
+ * identifiers as signed numbers. Shows nothing. If the server refuses to unregister an application
  * (for example one of a server that has ended since), the function does not unregister the applications after
  * it. The library forgets them, but they stay registered in the server. A host should therefore unregister
  * its applications itself.
@@ -199,7 +209,17 @@ POS_EXPORT uint32_t posUnregisterApplication(uint32_t applicationId);
  */
 POS_EXPORT uint32_t posInstantiateObject(uint32_t applicationId, void** classId, void** objectId);
 
-/** Does the same as posInstantiateObject. The executer has no effect and may be null. */
+/**
+ * Creates an object of a class in the server, as posInstantiateObject does. The executer has no effect.
+ *
+ * @param[in]  applicationId    A registered application.
+ * @param[in]  executerId       Not used; may be null.
+ * @param[in]  classId          As for posInstantiateObject.
+ * @param[out] objectId         As for posInstantiateObject.
+ *
+ * @retval POS_OK       The object exists.
+ * @retval POS_FAILURE  As for posInstantiateObject.
+ */
 POS_EXPORT uint32_t posInstantiateObjectOnExecuter(uint32_t applicationId, void** executerId, void** classId,
                                                    void** objectId);
 
@@ -224,7 +244,22 @@ POS_EXPORT uint32_t posCallMethod(uint32_t applicationId, void** objectId, const
                                   uint8_t* parameters, uint32_t parameterLength, uint8_t** result,
                                   uint32_t* resultLength);
 
-/** Does the same as posCallMethod, but on the executer whose handle is given. */
+/**
+ * Calls a method of an object on an executer. Apart from that it does the same as posCallMethod.
+ *
+ * @param[in]  applicationId    A registered application.
+ * @param[in]  executerId       Handle of the executer identifier. A null handle means "no executer", and so
+ *                              does a handle that points to a null pointer.
+ * @param[in]  objectId         As for posCallMethod.
+ * @param[in]  methodName       As for posCallMethod.
+ * @param[in]  parameters       As for posCallMethod.
+ * @param[in]  parameterLength  As for posCallMethod.
+ * @param[out] result           As for posCallMethod.
+ * @param[out] resultLength     As for posCallMethod.
+ *
+ * @retval POS_OK       The method ran.
+ * @retval POS_FAILURE  As for posCallMethod.
+ */
 POS_EXPORT uint32_t posCallMethodOnExecuter(uint32_t applicationId, void** executerId, void** objectId,
                                             const char* methodName, uint8_t* parameters,
                                             uint32_t parameterLength, uint8_t** result,
@@ -283,17 +318,21 @@ POS_EXPORT uint32_t posExecuteCMD(uint32_t applicationId, void** command, uint32
                                   uint32_t* resultLength);
 
 /**
- * Frees a block that posCallMethod, posCallMethodOnExecuter, posExecuteCMD or posGetInfo returned. Null is
- * ignored. Needs no session.
+ * Frees a block that posCallMethod, posCallMethodOnExecuter, posExecuteCMD or posGetInfo returned. Needs no
+ * session.
+ *
+ * @param[in]  data     The block. Null is ignored.
  *
  * @retval POS_OK       Always.
  */
 POS_EXPORT uint32_t posDeleteDLLHeapData(uint8_t* data);
 
 /**
- * Frees an object identifier that posInstantiateObject or posInstantiateObjectOnExecuter returned. Null is
- * ignored. Needs no session. The results of the other calls come from another allocator, so they must not be
- * passed to this function.
+ * Frees an object identifier that posInstantiateObject or posInstantiateObjectOnExecuter returned. Needs no
+ * session. The results of the other calls come from another allocator, so they must not be passed to this
+ * function.
+ *
+ * @param[in]  data     The block with the identifier. Null is ignored.
  *
  * @retval POS_OK       Always.
  */

@@ -1,17 +1,18 @@
-// Dovrel for hosts in C++17 that are linked with the library. Everything is in this header, on top of the
-// functions in dovrel/pos.h, whose contracts hold here as well (threads, blocking, alerts, forked processes).
-//
-//     pos::Session session;
-//     constexpr pos::Identifier digest = pos::makeIdentifier("Digest");
-//     pos::Application application(session, "My program", {digest});
-//     pos::Object object = application.create(digest);
-//     pos::Bytes result = object.call("md5", "the data");
-//     std::cout << result.text() << '\n';
-//
-// A call that fails throws pos::Failure; the library has shown the reason to the user by then. The objects of
-// this header own what the library has created for the host, can be moved but not copied, and allocate no
-// memory of their own. If they are declared as above, they are destroyed in the right order: objects, then
-// applications, then the session. No object may be used by two threads at the same time.
+/// @file
+/// Dovrel for hosts in C++17 that are linked with the library. Everything is in this header, on top of the
+/// functions in dovrel/pos.h, whose contracts hold here as well (threads, blocking, alerts, forked processes).
+///
+///     pos::Session session;
+///     constexpr pos::Identifier digest = pos::makeIdentifier("Digest");
+///     pos::Application application(session, "My program", {digest});
+///     pos::Object object = application.create(digest);
+///     pos::Bytes result = object.call("md5", "the data");
+///     std::cout << result.text() << '\n';
+///
+/// A call that fails throws pos::Failure; the library has shown the reason to the user by then. The objects of
+/// this header own what the library has created for the host, can be moved but not copied, and allocate no
+/// memory of their own. If they are declared as above, they are destroyed in the right order: objects, then
+/// applications, then the session. No object may be used by two threads at the same time.
 #ifndef DOVREL_POS_HPP
 #define DOVREL_POS_HPP
 
@@ -28,6 +29,7 @@
 
 #include "dovrel/pos.h"
 
+/// The classes for hosts in C++17.
 namespace pos {
 
 /// A call has failed.
@@ -61,13 +63,17 @@ constexpr Identifier makeIdentifier(std::string_view name) {
 class View {
   public:
     constexpr View() noexcept = default;
+    /// Refers to `size` bytes from `data` on. `data` may be null if `size` is 0.
     constexpr View(const void* data, std::size_t size) noexcept : data_(data), size_(size) {}
+    /// Refers to a text without its NUL character.
     constexpr View(const char* text) noexcept : View(std::string_view(text)) {}
 
+    /// Refers to the elements of a container, which have one byte each.
     template <typename Container,
               typename = std::enable_if_t<sizeof(*std::declval<const Container&>().data()) == 1>>
     constexpr View(const Container& container) noexcept : data_(container.data()), size_(container.size()) {}
 
+    /// Returns the first byte; null for no bytes.
     constexpr const void* data() const noexcept { return data_; }
 
     /// Returns the number of bytes. Throws a Failure if it does not fit into 32 bits.
@@ -90,10 +96,15 @@ class Bytes {
     /// Takes over a block that the library has returned. It may be null.
     Bytes(std::uint8_t* data, std::size_t size) noexcept : data_(data), size_(size) {}
 
+    /// Returns the first byte; null for no bytes.
     const std::uint8_t* data() const noexcept { return data_.get(); }
+    /// Returns the number of bytes.
     std::size_t size() const noexcept { return data_ != nullptr ? size_ : 0; }
+    /// Returns whether there are no bytes.
     bool empty() const noexcept { return size() == 0; }
+    /// Returns the first byte, for loops.
     const std::uint8_t* begin() const noexcept { return data(); }
+    /// Returns the end of the bytes, for loops.
     const std::uint8_t* end() const noexcept { return data() + size(); }
 
     /// Returns the bytes as a text, which is valid as long as this object.
@@ -147,7 +158,9 @@ class Session {
         }
         detail::require(status, "InitializePOS failed");
     }
+    /// Takes over the session. The other one is empty afterwards.
     Session(Session&& other) noexcept : isOpen_(std::exchange(other.isOpen_, false)) {}
+    /// Gives up its own session as the destructor does, and takes over the other one.
     Session& operator=(Session&& other) noexcept {
         Session taken(std::move(other));
         std::swap(isOpen_, taken.isOpen_);
@@ -176,7 +189,9 @@ class Session {
 /// An object in the server. Made by Application::create.
 class Object {
   public:
+    /// Takes over the object. The other one is empty afterwards.
     Object(Object&&) noexcept = default;
+    /// Gives up its own object as the destructor does, and takes over the other one.
     Object& operator=(Object&& other) noexcept {
         Object taken(std::move(other));
         std::swap(application_, taken.application_);
@@ -238,6 +253,7 @@ class Object {
 /// An application that is registered with the server.
 class Application {
   public:
+    /// Registration options: codes POS_OPTION_...
     using Options = std::initializer_list<std::uint16_t>;
 
     /// Registers an application with the classes in braces, such as {digest, counter}. `options` are codes
@@ -258,8 +274,10 @@ class Application {
         registerWith(session, name, classes, count, options);
     }
 
+    /// Takes over the application. The other one is empty afterwards.
     Application(Application&& other) noexcept
         : id_(other.id_), isRegistered_(std::exchange(other.isRegistered_, false)) {}
+    /// Gives up its own application as the destructor does, and takes over the other one.
     Application& operator=(Application&& other) noexcept {
         Application taken(std::move(other));
         std::swap(id_, taken.id_);

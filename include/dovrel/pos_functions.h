@@ -1,4 +1,5 @@
-/*
+/**
+ * @file
  * The functions of Dovrel for hosts that load the library at run time, in C99 and C++. A host that is linked
  * with the library does not need this header.
  *
@@ -23,30 +24,42 @@
 extern "C" {
 #endif
 
-/* The types of the functions: for each one its name with "Function" at the end. */
+/** The type of InitializePOS. */
 typedef uint32_t InitializePOSFunction(void);
+/** The type of TerminatePOS. */
 typedef uint32_t TerminatePOSFunction(void);
+/** The type of posRegisterApplicationWithClasses. */
 typedef uint32_t posRegisterApplicationWithClassesFunction(const char* applicationName, void** classList,
                                                            uint32_t classCount, uint16_t* options,
                                                            uint32_t optionsLength, uint32_t* applicationId);
+/** The type of posUnregisterApplication. */
 typedef uint32_t posUnregisterApplicationFunction(uint32_t applicationId);
+/** The type of posInstantiateObject. */
 typedef uint32_t posInstantiateObjectFunction(uint32_t applicationId, void** classId, void** objectId);
+/** The type of posInstantiateObjectOnExecuter. */
 typedef uint32_t posInstantiateObjectOnExecuterFunction(uint32_t applicationId, void** executerId,
                                                         void** classId, void** objectId);
+/** The type of posCallMethod. */
 typedef uint32_t posCallMethodFunction(uint32_t applicationId, void** objectId, const char* methodName,
                                        uint8_t* parameters, uint32_t parameterLength, uint8_t** result,
                                        uint32_t* resultLength);
+/** The type of posCallMethodOnExecuter. */
 typedef uint32_t posCallMethodOnExecuterFunction(uint32_t applicationId, void** executerId, void** objectId,
                                                  const char* methodName, uint8_t* parameters,
                                                  uint32_t parameterLength, uint8_t** result,
                                                  uint32_t* resultLength);
+/** The type of posDeleteObject. */
 typedef uint32_t posDeleteObjectFunction(uint32_t applicationId, void** objectId);
+/** The type of posGetInfo. */
 typedef uint32_t posGetInfoFunction(uint32_t applicationId, const void* request, uint32_t requestLength,
                                     uint8_t** info, int32_t* infoLength);
+/** The type of posExecuteCMD. */
 typedef uint32_t posExecuteCMDFunction(uint32_t applicationId, void** command, uint32_t commandLength,
                                        void** argument, uint32_t argumentLength, uint8_t** result,
                                        uint32_t* resultLength);
+/** The type of posDeleteDLLHeapData. */
 typedef uint32_t posDeleteDLLHeapDataFunction(uint8_t* data);
+/** The type of posFreeDllHeapData. */
 typedef uint32_t posFreeDllHeapDataFunction(void* data);
 
 /** Calls the macro `DO` with the name of each function. */
@@ -68,6 +81,7 @@ typedef uint32_t posFreeDllHeapDataFunction(void* data);
 /** The functions of a loaded library. Each member has the name of its function. */
 typedef struct posFunctions {
     void* library; /**< The handle of the library, or null if no library is loaded. */
+/** For the members below. */
 #define POS_DECLARE_MEMBER(name) name##Function* name;
     POS_FOR_EACH_FUNCTION(POS_DECLARE_MEMBER)
 #undef POS_DECLARE_MEMBER
@@ -78,7 +92,9 @@ typedef struct posFunctions {
  * a bundle.
  */
 #define POS_LIBRARY_NAME POS_LIBRARY_NAME_OF(POS_VERSION_MAJOR)
+/** For POS_LIBRARY_NAME. */
 #define POS_LIBRARY_NAME_OF(version) POS_LIBRARY_NAME_WITH(version)
+/** For POS_LIBRARY_NAME. */
 #define POS_LIBRARY_NAME_WITH(version) "libdovrel.so." #version
 
 /**
@@ -108,6 +124,11 @@ static inline void posUnloadFunctions(posFunctions* functions) {
     if (functions->library != NULL) dlclose(functions->library);
     memset(functions, 0, sizeof *functions);
 }
+
+/**
+ * @def POS_FIND_FUNCTION
+ * For posLoadFunctions.
+ */
 
 /**
  * Loads the library and finds its functions. If this process has already loaded a library of this major
