@@ -9,7 +9,7 @@ from installation import SOURCES, Installation
 
 HOST = re.search(r"^```c\n(.*?)^```$", (SOURCES / "README.md").read_text(), re.MULTILINE | re.DOTALL)[1]
 VERSION = re.search(r"^CMAKE_PROJECT_VERSION:STATIC=(.*)$", (BUILD / "CMakeCache.txt").read_text(), re.MULTILINE)[1]
-PACKAGES = ["dovrel-server", "dovrel-tools", "libdovrel-dev", "libdovrel1", "python3-dovrel"]
+PACKAGES = ["dovrel-doc", "dovrel-server", "dovrel-tools", "libdovrel-dev", "libdovrel1", "python3-dovrel"]
 # An overlay of the whole system, in mounts of its own, which are gone with the shell. It has its own /tmp.
 IN_A_COPY = r"""
 mount -t tmpfs none "$1"
@@ -33,7 +33,7 @@ class Packages(Installation):
         configured = configured_build(
             self, "debian", "-DCMAKE_BUILD_TYPE=Debug -DCMAKE_INSTALL_PREFIX=/usr -DDOVREL_SYSTEM_ROOT=lib/dovrel", "debian")
         self.packages = self.folder / "packages"
-        self.run_expecting_success(f'cd "{configured}"\ncpack -B "{self.packages}"')
+        self.run_expecting_success(f'cd "{configured}"\ncmake --build . --target manual api\ncpack -B "{self.packages}"')
 
     def run_expecting_success(self, commands):
         result = self.run_as(True, commands, self.folder)
@@ -53,6 +53,7 @@ class Packages(Installation):
             self.assertIn(library, self.field("libdovrel1", "Depends"))
         self.assertEqual(self.field("libdovrel-dev", "Depends"), f"libdovrel1 (= {VERSION})")
         self.assertEqual(self.field("python3-dovrel", "Architecture"), "all")
+        self.assertEqual(self.field("dovrel-doc", "Architecture"), "all")
         self.assertNotIn("libgnustep", self.field("dovrel-server", "Depends"))
         self.assertIn("libdovrel1", self.field("dovrel-tools", "Depends"))
         self.assertNotIn("libgnustep", self.field("dovrel-tools", "Depends"))
@@ -122,7 +123,7 @@ grep -l "My program" .local/state/dovrel/Tessilor/POSDLLErrorLog.txt
 END
 chmod 755 as-user
 setpriv --reuid=65534 --regid=65534 --clear-groups bash as-user
-dpkg --purge python3-dovrel libdovrel-dev dovrel-tools dovrel-server libdovrel1 >/dev/null 2>&1
+dpkg --purge dovrel-doc python3-dovrel libdovrel-dev dovrel-tools dovrel-server libdovrel1 >/dev/null 2>&1
 find /etc /usr /var | sort >after
 diff before after | grep -i -e dovrel -e merrowd -e tessilor || true
 """)
