@@ -11,6 +11,7 @@ endfunction()
 
 set(documentation "${PROJECT_BINARY_DIR}/documentation")
 set(manual "${PROJECT_SOURCE_DIR}/scripts/manual-pages")
+file(GLOB scripts CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/scripts/manual/*.py")
 file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/include/*.h*")
 file(GLOB documents CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/*.md" "${PROJECT_SOURCE_DIR}/docs/manual/*.md")
 string(TIMESTAMP date "%Y-%m-%d" UTC)
@@ -22,9 +23,9 @@ endif()
 set(pages "${Python3_EXECUTABLE}" -B "${manual}" --date ${date})
 if(GO_MD2MAN)
     add_custom_command(OUTPUT "${documentation}/manual.made"
-        COMMAND ${pages} ${compressed} --converter "${GO_MD2MAN}" "${documentation}/man"
+        COMMAND ${pages} ${compressed} --converter "${GO_MD2MAN}" --tool "$<TARGET_FILE:dovrel_tool>" "${documentation}/man"
         COMMAND "${CMAKE_COMMAND}" -E touch "${documentation}/manual.made"
-        DEPENDS "${manual}" ${headers} ${documents} COMMENT "Making the manual pages" VERBATIM)
+        DEPENDS dovrel_tool "${manual}" ${scripts} ${headers} ${documents} COMMENT "Making the manual pages" VERBATIM)
     add_custom_target(manual ALL DEPENDS "${documentation}/manual.made")
 else()
     dovrel_missing_tool(go-md2man "manual pages")
@@ -36,7 +37,7 @@ if(DOXYGEN)
         COMMAND ${pages} --markdown "${documentation}/markdown"
         COMMAND "${DOXYGEN}" -q "${documentation}/Doxyfile"
         COMMAND "${CMAKE_COMMAND}" -E touch "${documentation}/api.made"
-        DEPENDS "${manual}" "${documentation}/Doxyfile" ${headers} ${documents} COMMENT "Making the API pages" VERBATIM)
+        DEPENDS "${manual}" ${scripts} "${documentation}/Doxyfile" ${headers} ${documents} COMMENT "Making the API pages" VERBATIM)
     add_custom_target(api ALL DEPENDS "${documentation}/api.made")
 else()
     dovrel_missing_tool(doxygen "API pages")
@@ -46,7 +47,10 @@ set(folder "${CMAKE_INSTALL_DOCDIR}")
 if(DOVREL_CONFIGURED_ROOT)
     set(folder "${CMAKE_INSTALL_DATAROOTDIR}/doc/dovrel-doc")
 endif()
-install(DIRECTORY "${documentation}/man/" DESTINATION "${CMAKE_INSTALL_MANDIR}" COMPONENT documentation OPTIONAL)
+# The page of the tool comes with the tool.
+install(DIRECTORY "${documentation}/man/" DESTINATION "${CMAKE_INSTALL_MANDIR}" COMPONENT documentation OPTIONAL
+    PATTERN man1 EXCLUDE)
+install(DIRECTORY "${documentation}/man/man1" DESTINATION "${CMAKE_INSTALL_MANDIR}" COMPONENT tools OPTIONAL)
 install(DIRECTORY "${documentation}/api" DESTINATION "${folder}" COMPONENT documentation OPTIONAL)
 install(FILES docs/environment.md docs/troubles.md docs/tutorial.md DESTINATION "${folder}" COMPONENT documentation)
 install(DIRECTORY docs/pictures DESTINATION "${folder}" COMPONENT documentation FILES_MATCHING PATTERN "*.png" PATTERN "*.svg")

@@ -9,12 +9,13 @@ from installation import SOURCES, Installation
 
 BUILD = Path(os.environ["DOVREL_BINARY_DIR"])
 SCRIPT = SOURCES / "scripts/manual-pages"
+TOOL = BUILD / "tools/dovrel"
 HEADER = (SOURCES / "include/dovrel/pos.h").read_text()
 # Everything between the comments, so that this does not depend on how the script reads them.
 CODE = re.sub(r"/\*.*?\*/", "", HEADER, flags=re.DOTALL)
 FUNCTIONS = {name: re.findall(r"(\w+)(?=,|$)", "" if parameters == "void" else parameters)
              for name, parameters in re.findall(r"POS_EXPORT \w+ (\w+)\(([^)]*)\)", CODE)}
-FILES = ["dovrel-properties.5", "dovrel-texts.5", "dovrel.7", "merrowd.conf.5"]
+FILES = ["dovrel-properties.5", "dovrel-texts.5", "dovrel.1", "dovrel.7", "merrowd.conf.5"]
 # Pages of the system.
 OTHER_PAGES = {"dlopen(3)"}
 
@@ -28,9 +29,9 @@ class Documentation(Installation):
             print(f"manual_test: Skipped\nnot installed: {' '.join(missing)}")
             self.skipTest("a program is missing")
 
-    def make_pages(self, *options, environment=None):
-        return subprocess.run([SCRIPT, "--date", "2026-11-22", *options, self.folder / "man"], capture_output=True,
-                              text=True, env=environment, check=False)
+    def make_pages(self, *options):
+        return subprocess.run([SCRIPT, "--date", "2026-11-22", "--tool", TOOL, *options, self.folder / "man"],
+                              capture_output=True, text=True, check=False)
 
     def pages(self):
         self.needs("go-md2man", "man", "mandoc")
@@ -49,6 +50,23 @@ class Documentation(Installation):
     def test_Pages_AreThoseOfTheFunctionsAndFiles(self):
         self.assertEqual(len(FUNCTIONS), 13)
         self.assertEqual(sorted(self.pages()), sorted([f"{name}.3" for name in FUNCTIONS] + FILES))
+
+    def test_PageOfTheTool_NamesEverySubcommandOptionAndExample(self):
+        shown = " ".join(self.shown(self.pages()["dovrel.1"]).split())
+        pending = [[]]
+        while pending:
+            words = pending.pop()
+            about = subprocess.run([TOOL, *words, "--help"], capture_output=True, text=True, check=True).stdout
+            subcommands = about.split("\nSubcommands:\n")[1].split("\n\n")[0] if "\nSubcommands:\n" in about else ""
+            found = re.findall(r"^  (\w[\w-]*) ", subcommands, re.MULTILINE)
+            pending += [[*words, name] for name in found]
+            if found:
+                continue
+            self.assertIn(f"dovrel {' '.join(words)}", shown)
+            for option in re.findall(r"^  (?:-\w,)?(--[\w-]+)", about, re.MULTILINE):
+                self.assertIn(option, shown, words)
+            for example in re.findall(r"^  (.*dovrel .*)$", about.split("\nExamples:\n")[1], re.MULTILINE):
+                self.assertIn(" ".join(example.split()), shown)
 
     def test_Pages_AreWithoutWarnings(self):
         for page in self.pages().values():
@@ -108,8 +126,8 @@ cc -std=c99 -pedantic -Wall -Wextra -Werror -I "{self.root}/include" example.c -
     def test_InstallationWithTheConverter_ContainsThePages(self):
         self.needs("go-md2man")
         self.expect(self.run_as(True, f'cmake --build "{BUILD}" --target manual\n'
-                                      f'cmake --install "{BUILD}" --prefix "{self.root}" --component documentation', self.folder), 0)
-        for page in [*(f"man3/{function}.3" for function in FUNCTIONS), "man7/dovrel.7", "man5/merrowd.conf.5"]:
+                                      f'cmake --install "{BUILD}" --prefix "{self.root}"', self.folder), 0)
+        for page in [*(f"man3/{function}.3" for function in FUNCTIONS), "man7/dovrel.7", "man5/merrowd.conf.5", "man1/dovrel.1"]:
             self.assertTrue((self.root / "share/man" / page).exists(), page)
 
     def test_WithoutTheConverter_TheScriptNamesItAndMarkdownIsMadeAllTheSame(self):

@@ -10,6 +10,8 @@ class Documentation(Packages):
                      "doc/dovrel-doc/tutorial.md", "doc/dovrel-doc/troubles.md", "doc/dovrel-doc/api/index.html",
                      "doc/dovrel-doc/pictures/alert-en.png"):
             self.assertIn(f"./usr/share/{path}\n", listed)
+        listed = self.run_expecting_success(f'dpkg-deb --contents "{self.package("dovrel-tools")}"')
+        self.assertIn("./usr/share/man/man1/dovrel.1.gz\n", listed)
 
     def test_TutorialFromThePackages_ShowsWhatThePageShows(self):
         self.skip_without_copies()

@@ -33,7 +33,12 @@ class Packages(Installation):
         configured = configured_build(
             self, "debian", "-DCMAKE_BUILD_TYPE=Debug -DCMAKE_INSTALL_PREFIX=/usr -DDOVREL_SYSTEM_ROOT=lib/dovrel", "debian")
         self.packages = self.folder / "packages"
-        self.run_expecting_success(f'cd "{configured}"\ncmake --build . --target manual api\ncpack -B "{self.packages}"')
+        # The target "manual" would build the tool again, so its command is called here.
+        self.run_expecting_success(f"""cd "{configured}"
+"{SOURCES}/scripts/manual-pages" --date 2026-11-22 --gzip --tool tools/dovrel documentation/man
+cmake --build . --target api
+cpack -B "{self.packages}"
+""")
 
     def run_expecting_success(self, commands):
         result = self.run_as(True, commands, self.folder)
@@ -64,7 +69,7 @@ class Packages(Installation):
             self.skipTest("no lintian")
         result = self.run_as(True, f'lintian --fail-on error,warning "{self.packages}"/*.deb', self.folder)
         tags = set(re.findall(r"^[EW]: (\S+: \S+)", result.stdout, re.MULTILINE))
-        self.assertEqual(tags, {"dovrel-tools: no-manual-page"}, result.stdout + result.stderr)
+        self.assertEqual(tags, set(), result.stdout + result.stderr)
 
     def test_DebugSymbols_AreInPackagesOfTheirOwn(self):
         self.run_expecting_success(f'dpkg-deb -x "{self.package("libdovrel1")}" library\n'
