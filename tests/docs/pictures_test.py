@@ -7,6 +7,7 @@ import subprocess
 import tempfile
 import unittest
 from pathlib import Path
+from xml.etree import ElementTree
 
 from installation import SOURCES
 
@@ -16,8 +17,15 @@ SHOWN = SOURCES / "docs/pictures"
 LARGEST_FILE = 40_000
 
 
+def shown_files():
+    return [path for path in SHOWN.iterdir() if path.suffix in {".png", ".svg"}]
+
+
 def size(picture):
-    """Returns width and height of a PNG file."""
+    """Returns width and height of a picture."""
+    if picture.suffix == ".svg":
+        root = ElementTree.parse(picture).getroot()
+        return int(root.get("width")), int(root.get("height"))
     data = picture.read_bytes()
     if not data.startswith(b"\x89PNG\r\n\x1a\n"):
         raise ValueError(f"{picture} is not a PNG file")
@@ -34,7 +42,10 @@ class Pictures(unittest.TestCase):
             result = subprocess.run([SCRIPT, "--build", BUILD, "--output", folder], capture_output=True, text=True, check=False)
             self.assertEqual(result.returncode, 0, result.stderr)
             made = {path.name: size(path) for path in Path(folder).iterdir()}
-        self.assertEqual(sorted(made), sorted(path.name for path in SHOWN.glob("*.png")))
+        self.assertEqual(sorted(made), sorted(path.name for path in shown_files()))
+            doctor = " ".join(ElementTree.parse(f"{folder}/doctor.svg").getroot().itertext())
+        self.assertRegex(doctor, r"ok .* handshake +answered in")
+        self.assertNotIn(folder, doctor)
         for name, (width, height) in made.items():
             self.assertGreater(width, 300, name)
             self.assertGreater(height, 150, name)
@@ -42,10 +53,10 @@ class Pictures(unittest.TestCase):
     def test_Documents_ShowEveryPictureAndNoOther(self):
         pages = [*(SOURCES / "docs").glob("*.md"), SOURCES / "README.md"]
         shown = {name for page in pages for name in re.findall(r"!\[[^\]]+\]\((?:docs/)?pictures/([^)]+)\)", page.read_text())}
-        self.assertEqual(sorted(shown), sorted(path.name for path in SHOWN.glob("*.png")))
+        self.assertEqual(sorted(shown), sorted(path.name for path in shown_files()))
 
     def test_Pictures_AreSmall(self):
-        for picture in SHOWN.glob("*.png"):
+        for picture in shown_files():
             self.assertLess(picture.stat().st_size, LARGEST_FILE, picture)
 
     def test_WithoutABuild_TheScriptFails(self):
