@@ -57,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ObjectRecord record;
     record.ofClass = state.classes.find(ServerClass::identifierFromName("Echo"));
     UserMessage message;
-    record.object = record.ofClass->instantiate(message);
+    record.object = record.ofClass->instantiate(Caller(), message);
     state.applications.addObject(kSession, std::move(record));
 
     CPPByteArray request;

@@ -3,7 +3,7 @@
 // can then be set back to normal.
 
 #include "FuzzTarget.h"
-#include "server/Exchanges.h"
+#include "server/ControlCalls.h"
 #include "settings/Properties.h"
 
 namespace {
@@ -30,12 +30,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     NoProcess process;
     ServerState state(1);
     ExchangeLog log("/dev/null");
-    Exchanges exchanges(state, process, log);
-    FUZZ_CHECK(problemsIn(exchanges.handleControl(std::string(data, data + size))) >= 0);
+    ControlCalls control(state, process, log);
+    FUZZ_CHECK(problemsIn(control.handle(std::string(data, data + size))) >= 0);
     for (const std::string& name : state.classes.names())
         FUZZ_CHECK(!name.empty());
-    FUZZ_CHECK(problemsIn(exchanges.handleControl(
-                   "//misbehave\nSTR:none\n//handshake\nSTR:answered\n//log\nINT:0\n")) == 0);
+    FUZZ_CHECK(
+        problemsIn(control.handle("//misbehave\nSTR:none\n//handshake\nSTR:answered\n//log\nINT:0\n")) == 0);
     FUZZ_CHECK(state.settings.misbehaviour.fault == Fault::none);
     return 0;
 }

@@ -1,86 +1,59 @@
 #include "server/DescribedClass.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "server/BehaviourReader.h"
 #include "server/SettingValue.h"
-#include "settings/LineGrammar.h"
 
 namespace merrowd {
-
-using dovrel::Properties;
 
 namespace {
 
 constexpr char kIdentifierKey[] = "identifier";
 constexpr char kMethodsKey[] = "methods";
+constexpr char kStateKey[] = "state";
 constexpr char kInstantiate[] = "instantiate";
+
+/// Whether each object has a state of its own, or all objects of the class share one.
+enum class StateOwner { object, ofClass };
+
+constexpr Choice<StateOwner> kStateOwners[] = {{"object", StateOwner::object},
+                                               {"class", StateOwner::ofClass}};
 
 class DescribedObject : public ServerObject {
   public:
-    explicit DescribedObject(const DescribedClass& ofClass) : class_(ofClass) {}
-    MethodResult call(const std::string& method, CPPByteArray) override { return class_.perform(method); }
+    DescribedObject(const DescribedClass& ofClass, std::shared_ptr<DescribedState> state)
+        : class_(ofClass), state_(std::move(state)) {}
+    MethodResult call(const std::string& method, CPPByteArray argument, const Caller& caller) override {
+        return class_.perform(method, argument, caller, *state_);
+    }
 
   private:
     const DescribedClass& class_;
+    const std::shared_ptr<DescribedState> state_;
 };
 
-std::vector<std::string> splitAtCommas(const std::string& text) {
-    std::vector<std::string> names;
-    for (size_t from = 0; from <= text.size();) {
-        const size_t comma = std::min(text.find(',', from), text.size());
-        names.emplace_back(dovrel::trimmed(std::string_view(text).substr(from, comma - from)));
-        from = comma + 1;
-    }
-    return names;
-}
-
-// Finds the identifier of a section's class. Returns false and adds a problem if the identifier has the wrong
+// Finds the identifier of a section's class. Returns false and reports a problem if the identifier has the wrong
 // size, or if there is none and the name is too long for one.
-bool findIdentifier(const Properties& section, const std::string& name, Identifier& identifier,
-                    std::vector<std::string>& problems) {
-    if (!section.contains(kIdentifierKey)) {
+bool findIdentifier(const SettingsSection& section, BehaviourReader& reader, const std::string& name,
+                    Identifier& identifier) {
+    if (!section.entries.contains(kIdentifierKey)) {
         if (name.size() <= identifier.size()) {
             identifier = ServerClass::identifierFromName(name);
             return true;
         }
-        problems.push_back("class \"" + name +
-                           "\": the name is longer than 16 bytes and there is no identifier");
+        reader.report(DescribedClass::kSectionKey,
+                      "the name is longer than 16 bytes and there is no identifier");
         return false;
     }
-    const std::unique_ptr<CPPByteArray> bytes = section.getBinary(kIdentifierKey);
+    const std::unique_ptr<CPPByteArray> bytes = section.entries.getBinary(kIdentifierKey);
     if (bytes->getSize() == identifier.size()) {
         bytes->readBytes(0, identifier.data(), bytes->getSize());
         return true;
     }
-    problems.push_back("class \"" + name + "\": the identifier has " + std::to_string(bytes->getSize()) +
-                       " bytes, not 16");
+    reader.report(kIdentifierKey,
+                  "the identifier has " + std::to_string(bytes->getSize()) + " bytes, not 16");
     return false;
-}
-
-// Sets one aspect of a behaviour, named by the word after the point. Returns false if the word is unknown.
-bool setAspect(Behaviour& behaviour, const std::string& aspect, const Properties& section,
-               const std::string& key) {
-    const std::string value = section.getString(key);
-    if (aspect == "answer") {
-        behaviour.answer.assign(*section.getBinary(key));
-    } else if (aspect == "message") {
-        setText(behaviour.message.text, value);
-        behaviour.message.flags = std::max(behaviour.message.flags, 1u);
-    } else if (aspect == "messageFlags") {
-        setNumber(behaviour.message.flags, value);
-    } else if (aspect == "errorCode") {
-        setNumber(behaviour.failure.code, value);
-        behaviour.fails = true;
-    } else if (aspect == "errorText") {
-        setText(behaviour.failure.text, value);
-        behaviour.fails = true;
-    } else if (aspect == "delay") {
-        setDelay(behaviour.delay, value);
-    } else {
-        return false;
-    }
-    return true;
 }
 
 }  // namespace
@@ -88,71 +61,62 @@ bool setAspect(Behaviour& behaviour, const std::string& aspect, const Properties
 DescribedClass::DescribedClass(std::string name, const Identifier& identifier, ServerProcess& process)
     : name_(std::move(name)), identifier_(identifier), process_(process) {}
 
-std::shared_ptr<const ServerClass> DescribedClass::fromSection(const Properties& section,
+std::shared_ptr<const ServerClass> DescribedClass::fromSection(const SettingsSection& section,
                                                                ServerProcess& process,
                                                                std::vector<std::string>& problems) {
     std::string name;
-    section.findString(kSectionKey, name);
+    section.entries.findString(kSectionKey, name);
     if (name.empty()) {
-        problems.push_back("a class has no name");
+        problems.push_back(section.place(kSectionKey) + "a class has no name");
         return nullptr;
     }
+    BehaviourReader reader(section, name, problems);
     Identifier identifier{};
-    if (!findIdentifier(section, name, identifier, problems)) return nullptr;
+    if (!findIdentifier(section, reader, name, identifier)) return nullptr;
 
     std::shared_ptr<DescribedClass> described(new DescribedClass(name, identifier, process));
-    described->readMethods(section, problems);
-    for (int32_t i = 0; i < static_cast<int32_t>(section.size()); ++i) {
-        described->readEntry(section, section.getKeyAt(i), problems);
-    }
+    described->readStateOwner(section, reader);
+    described->readMethods(section, reader);
+    reader.reportUnusedKeys({kSectionKey, kIdentifierKey, kMethodsKey, kStateKey});
     return described;
 }
 
-void DescribedClass::readMethods(const Properties& section, std::vector<std::string>& problems) {
+void DescribedClass::readStateOwner(const SettingsSection& section, BehaviourReader& reader) {
+    std::string value;
+    if (!section.entries.findString(kStateKey, value)) return;
+    try {
+        StateOwner owner = StateOwner::object;
+        setChoice(owner, kStateOwners, value);
+        if (owner == StateOwner::ofClass) sharedState_ = std::make_shared<DescribedState>();
+    } catch (const UnfitValue& unfit) {
+        reader.report(kStateKey, describeProblem(kStateKey, value, unfit));
+    }
+}
+
+void DescribedClass::readMethods(const SettingsSection& section, BehaviourReader& reader) {
+    behaviours_.emplace(kInstantiate, reader.read(kInstantiate, false));
     std::string names;
-    if (!section.findString(kMethodsKey, names)) return;
+    if (!section.entries.findString(kMethodsKey, names)) return;
     for (const std::string& method : splitAtCommas(names)) {
-        if (method.empty() || isOperation(method)) {
-            problems.push_back("class \"" + name_ + "\": \"" + method + "\" cannot be the name of a method");
+        if (method.empty() || behaviours_.count(method) != 0) {
+            reader.report(kMethodsKey, inQuotes(method) + " cannot be the name of a method");
             continue;
         }
         methods_.push_back(method);
+        behaviours_.emplace(method, reader.read(method, true));
     }
 }
 
-void DescribedClass::readEntry(const Properties& section, const std::string& key,
-                               std::vector<std::string>& problems) {
-    if (key == kSectionKey || key == kIdentifierKey || key == kMethodsKey) return;
-    const size_t point = std::min(key.rfind('.'), key.size());
-    const std::string operation = key.substr(0, point);
-    const std::string aspect = point < key.size() ? key.substr(point + 1) : "";
-    const bool unknown = !isOperation(operation) || (operation == kInstantiate && aspect == "answer");
-    try {
-        if (!unknown && setAspect(behaviours_[operation], aspect, section, key)) return;
-        problems.push_back("class \"" + name_ + "\": \"" + key + "\" describes nothing");
-    } catch (const UnfitValue& unfit) {
-        problems.push_back("class \"" + name_ + "\": " + describeProblem(key, section.getString(key), unfit));
-    }
+std::unique_ptr<ServerObject> DescribedClass::instantiate(const Caller& caller, UserMessage& message) const {
+    std::shared_ptr<DescribedState> state = sharedState_;
+    if (state == nullptr) state = std::make_shared<DescribedState>();
+    message = perform(kInstantiate, CPPByteArray(), caller, *state).message;
+    return std::make_unique<DescribedObject>(*this, std::move(state));
 }
 
-bool DescribedClass::isOperation(const std::string& name) const {
-    return name == kInstantiate || std::find(methods_.begin(), methods_.end(), name) != methods_.end();
-}
-
-std::unique_ptr<ServerObject> DescribedClass::instantiate(UserMessage& message) const {
-    message = perform(kInstantiate).message;
-    return std::make_unique<DescribedObject>(*this);
-}
-
-MethodResult DescribedClass::perform(const std::string& operation) const {
-    const auto found = behaviours_.find(operation);
-    if (found == behaviours_.end()) return {};
-    const Behaviour& behaviour = found->second;
-    if (behaviour.delay.count() > 0) process_.pause(behaviour.delay);
-    if (behaviour.fails) throw behaviour.failure;
-    MethodResult result(behaviour.answer);
-    result.message = behaviour.message;
-    return result;
+MethodResult DescribedClass::perform(const std::string& operation, const CPPByteArray& argument,
+                                     const Caller& caller, DescribedState& state) const {
+    return merrowd::perform(behaviours_.at(operation), {argument, caller, state, process_});
 }
 
 }  // namespace merrowd

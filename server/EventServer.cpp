@@ -25,7 +25,8 @@ pid_t getSender(const AppleEvent* event) {
 
 }  // namespace
 
-EventServer::EventServer(ServerState& state, Exchanges& exchanges) : state_(state), exchanges_(exchanges) {}
+EventServer::EventServer(ServerState& state, Exchanges& exchanges, ControlCalls& control)
+    : state_(state), exchanges_(exchanges), control_(control) {}
 
 bool EventServer::run() {
     const bool installed = install<&EventServer::data>(kDataEvent) &&
@@ -76,8 +77,7 @@ OSErr EventServer::control(const AppleEvent* event, AppleEvent* reply) {
     uint32_t length = 0;
     const int32_t status = channel_.GetData(event, bytes, length);
     if (status != noErr) return static_cast<OSErr>(status);
-    const OSErr sent =
-        send(exchanges_.handleControl(std::string(bytes.get(), bytes.get() + length)), event, reply);
+    const OSErr sent = send(control_.handle(std::string(bytes.get(), bytes.get() + length)), event, reply);
     watchClients();
     return sent;
 }

@@ -6,6 +6,7 @@
 
 #include "InterProcessCommunication/POS_to_Client_Communicator.h"
 #include "server/ClientWatch.h"
+#include "server/ControlCalls.h"
 #include "server/Exchanges.h"
 #include "server/SelfEvent.h"
 
@@ -13,8 +14,8 @@ namespace merrowd {
 
 class EventServer {
   public:
-    /// Both arguments must outlive the object. There is one EventServer per process.
-    EventServer(ServerState& state, Exchanges& exchanges);
+    /// All arguments must outlive the object. There is one EventServer per process.
+    EventServer(ServerState& state, Exchanges& exchanges, ControlCalls& control);
 
     /// Installs the handlers and serves until one of these happens: a 'quit' event arrives, the last client
     /// has ended (if the settings ask for that), or the fault vanishAfter ends the server. Call it on the
@@ -43,6 +44,7 @@ class EventServer {
 
     ServerState& state_;
     Exchanges& exchanges_;
+    ControlCalls& control_;
     const dovrel::POS_to_Client_Communicator channel_;
     ClientWatch watch_;
     bool vanishes_ = false;

@@ -1,20 +1,15 @@
 #include "server/Exchanges.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "InterProcessCommunication/TransferObjText.h"
-#include "server/DescribedClass.h"
 #include "server/PartCount.h"
-#include "server/SettingsText.h"
 
 namespace merrowd {
 
 using dovrel::POSCommand;
 using dovrel::POSField;
-using dovrel::Properties;
 using dovrel::readCommandCode;
 using dovrel::readCommandName;
 namespace posField = dovrel::posField;
@@ -24,16 +19,6 @@ namespace {
 constexpr char kHandshakeReply[] = "awake";
 constexpr char kGarbage[] = "This is not a reply, and it does not look like one.";
 constexpr uint8_t kHugeFill = 0x5A;
-
-std::unique_ptr<POSTransferObj> fromBytes(const void* bytes, size_t length) {
-    auto object = std::make_unique<POSTransferObj>();
-    object->copyBytesFrom(bytes, static_cast<uint32_t>(length));
-    return object;
-}
-
-std::unique_ptr<POSTransferObj> fromText(const std::string& text) {
-    return fromBytes(text.data(), text.size());
-}
 
 // Returns a copy of a normal reply with other data in the field. Returns the reply unchanged if it does not
 // have the field or is not a normal reply.
@@ -91,6 +76,7 @@ Outcome Exchanges::refuseParts(pid_t sender) {
 }
 
 Outcome Exchanges::handleNormally(CPPByteArray request, pid_t sender) {
+    if (state_.replay != nullptr) return state_.replay->handle(request, sender);
     Outcome outcome;
     outcome.parameter = handler_.handle(std::move(request), sender);
     return outcome;
@@ -121,7 +107,7 @@ Outcome Exchanges::handleWithFault(CPPByteArray request, pid_t sender) {
             break;
     }
     outcome = handleNormally(std::move(request), sender);
-    applyFault(outcome);
+    if (outcome.parameter != nullptr) applyFault(outcome);
     return outcome;
 }
 
@@ -137,13 +123,13 @@ void Exchanges::applyFault(Outcome& outcome) {
             outcome.endServer = outcome.vanish = true;
             return;
         case Fault::cut:
-            outcome.parameter = fromBytes(reply.data(), std::min(reply.getSize(), misbehaviour.cutTo));
+            outcome.parameter = makeParameter(reply.data(), std::min(reply.getSize(), misbehaviour.cutTo));
             return;
         case Fault::garbage:
-            outcome.parameter = fromText(kGarbage);
+            outcome.parameter = makeParameter(kGarbage);
             return;
         case Fault::empty:
-            outcome.parameter = fromText("");
+            outcome.parameter = makeParameter("");
             return;
         case Fault::noParameter:
             outcome.parameter = nullptr;
@@ -173,56 +159,18 @@ Outcome Exchanges::handleHandshake(pid_t sender) {
     Outcome outcome;
     switch (state_.settings.handshake) {
         case Handshake::answered:
-            outcome.parameter = fromText(kHandshakeReply);
+            outcome.parameter = makeParameter(kHandshakeReply);
             break;
         case Handshake::silent:
             process_.hang();
             outcome.isSilent = true;
             break;
         case Handshake::empty:
-            outcome.parameter = fromText("");
+            outcome.parameter = makeParameter("");
             break;
         case Handshake::noParameter:
             break;
     }
-    return outcome;
-}
-
-std::vector<std::string> Exchanges::applyText(const std::string& text) {
-    std::vector<std::string> problems;
-    for (const Properties& section : readSettingsText(text, problems)) {
-        if (!section.contains(DescribedClass::kSectionKey)) {
-            applySettings(section, state_.settings, problems);
-            continue;
-        }
-        std::shared_ptr<const ServerClass> described =
-            DescribedClass::fromSection(section, process_, problems);
-        if (described != nullptr) state_.classes.add(std::move(described));
-    }
-    return problems;
-}
-
-void Exchanges::applySettingsText(const std::string& text) {
-    for (const std::string& problem : applyText(text))
-        log_.note("settings: " + problem);
-}
-
-Outcome Exchanges::handleControl(const std::string& text) {
-    const std::vector<std::string> problems = applyText(text);
-    if (state_.settings.log) log_.note("control: " + text);
-    Properties status;
-    for (size_t i = 0; i < problems.size(); ++i) {
-        log_.note("control: " + problems[i]);
-        status.addString("problem " + std::to_string(i + 1), problems[i]);
-    }
-    status.addInt("problems", static_cast<int32_t>(problems.size()));
-    status.addInt("process", getpid());
-    status.addInt("applications", static_cast<int32_t>(state_.applications.size()));
-    status.addInt("objects", static_cast<int32_t>(state_.applications.objectCount()));
-    std::string reply;
-    status.save(reply);
-    Outcome outcome;
-    outcome.parameter = fromText(reply);
     return outcome;
 }
 

@@ -8,25 +8,14 @@
 #include <chrono>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "server/ExchangeLog.h"
+#include "server/Outcome.h"
 #include "server/RequestHandler.h"
 #include "server/ServerProcess.h"
 #include "server/ServerState.h"
 
 namespace merrowd {
-
-/// The result of an exchange, for the client.
-struct Outcome {
-    /// The bytes of the reply's direct parameter, even if they are not a transfer object. Null if the
-    /// reply has no direct parameter.
-    std::unique_ptr<POSTransferObj> parameter;
-    bool isSilent = false;   ///< the event gets no reply
-    int16_t status = 0;      ///< status of the event, as the platform reports it
-    bool endServer = false;  ///< the server ends after this reply ...
-    bool vanish = false;     ///< ... as if it had crashed
-};
 
 class Exchanges {
   public:
@@ -39,14 +28,6 @@ class Exchanges {
 
     Outcome handleHandshake(pid_t sender);
 
-    /// Applies settings and described classes from a text in properties form. The reply is a text of the same
-    /// form: the number of problems ("problems"), each problem ("problem 1" and so on), and the server's
-    /// state ("process", "applications", "objects").
-    Outcome handleControl(const std::string& text);
-
-    /// As above for the text of the settings file, without a reply. Problems go to the log.
-    void applySettingsText(const std::string& text);
-
     /// Removes applications whose process has ended. Returns true if the server must end because the last
     /// one has gone, or because none has come for the time that the settings allow.
     bool hasNoMoreClients();
@@ -57,7 +38,6 @@ class Exchanges {
     Outcome handleWithFault(CPPByteArray request, pid_t sender);
     void applyFault(Outcome& outcome);
     void logEnd(const Outcome& outcome);
-    std::vector<std::string> applyText(const std::string& text);
     bool hasLostLastClient();
     bool hasWaitedInVain() const;
 

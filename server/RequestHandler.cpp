@@ -148,7 +148,7 @@ RequestHandler::Reply RequestHandler::unregisterApplication(const RequestFields&
 
 RequestHandler::Reply RequestHandler::instantiateObject(const RequestFields& request) {
     const uint32_t applicationId = request.number(posField::kSession);
-    state_.applications.find(applicationId);
+    const Caller caller = makeCaller(applicationId);
     ObjectRecord record;
     record.ofClass = state_.classes.find(request.identifier(posField::kClass));
     if (record.ofClass == nullptr) {
@@ -158,13 +158,18 @@ RequestHandler::Reply RequestHandler::instantiateObject(const RequestFields& req
     record.object = runClassCode(
         refusalCode::kPOSObjectInstantiation,
         [&] { return "the creation of an object of the class " + record.ofClass->name(); },
-        [&] { return record.ofClass->instantiate(message); });
+        [&] { return record.ofClass->instantiate(caller, message); });
     const Identifier id = state_.applications.addObject(applicationId, std::move(record));
 
     const CPPByteArray messageBytes = encodeMessage(message);
     return newReply(posCommand::kInstantiateObject,
                     StructuredPart::ofBytes(posField::kObject, id.data(), static_cast<uint32_t>(id.size())),
                     StructuredPart::ofArray(posField::kServerMessage, messageBytes));
+}
+
+Caller RequestHandler::makeCaller(uint32_t applicationId) const {
+    const Application& application = state_.applications.find(applicationId);
+    return {applicationId, application.name, application.process};
 }
 
 RequestHandler::Reply RequestHandler::deleteObject(const RequestFields& request) {
@@ -174,8 +179,9 @@ RequestHandler::Reply RequestHandler::deleteObject(const RequestFields& request)
 }
 
 RequestHandler::Reply RequestHandler::callMethod(RequestFields& request) {
-    const ObjectRecord& record = state_.applications.findObject(request.number(posField::kSession),
-                                                                request.identifier(posField::kObject));
+    const uint32_t applicationId = request.number(posField::kSession);
+    const ObjectRecord& record =
+        state_.applications.findObject(applicationId, request.identifier(posField::kObject));
     const std::string method = request.name(posField::kMethodName);
     if (!record.ofClass->hasMethod(method)) {
         throw Refusal{refusalCode::kPOSMethodNotFound,
@@ -184,7 +190,10 @@ RequestHandler::Reply RequestHandler::callMethod(RequestFields& request) {
     MethodResult result = runClassCode(
         refusalCode::kPOSMethodExecution,
         [&] { return "the method \"" + method + "\" of the class " + record.ofClass->name(); },
-        [&] { return record.object->call(method, request.takeData(posField::kArgument)); });
+        [&] {
+            return record.object->call(method, request.takeData(posField::kArgument),
+                                       makeCaller(applicationId));
+        });
 
     const CPPByteArray messageBytes = encodeMessage(result.message);
     if (result.data.getSize() < kLargeData) {

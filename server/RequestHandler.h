@@ -57,6 +57,8 @@ class RequestHandler {
     Reply performRequest(CPPByteArray& request, pid_t sender, uint32_t& command);
     Reply perform(RequestFields& request, pid_t sender);
 
+    Caller makeCaller(uint32_t applicationId) const;
+
     ServerState& state_;
     const Note note_;
 };

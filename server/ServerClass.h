@@ -4,6 +4,9 @@
 // bytes, and one declaration that names the methods (BuiltInClass.h). No other file has to change.
 #pragma once
 
+#include <sys/types.h>
+
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +14,13 @@
 #include "server/MethodResult.h"
 
 namespace merrowd {
+
+/// The application that creates an object or calls its methods.
+struct Caller {
+    uint32_t application = 0;  ///< its identifier
+    std::string name;
+    pid_t process = 0;  ///< 0 if it is not known
+};
 
 /// An object of one application. It is destroyed when the client deletes it or when its application is removed.
 class ServerObject {
@@ -21,7 +31,7 @@ class ServerObject {
 
     /// Runs one of the methods that its class lists, and returns its result. The method may modify
     /// `argument`. Throws Refusal; any other exception is sent to the client as error 28 and logged.
-    virtual MethodResult call(const std::string& method, CPPByteArray argument) = 0;
+    virtual MethodResult call(const std::string& method, CPPByteArray argument, const Caller& caller) = 0;
 
   protected:
     ServerObject() = default;
@@ -46,7 +56,7 @@ class ServerClass {
 
     /// Makes an object, never null. It may fill `message` for the user. Throws Refusal; any other exception
     /// is sent to the client as error 26 and logged.
-    virtual std::unique_ptr<ServerObject> instantiate(UserMessage& message) const = 0;
+    virtual std::unique_ptr<ServerObject> instantiate(const Caller& caller, UserMessage& message) const = 0;
 
     /// Returns the name padded with zero bytes to 16 bytes. A longer name is truncated.
     static Identifier identifierFromName(const std::string& name);

@@ -51,6 +51,21 @@ void setCommand(uint32_t& command, const std::string& value) {
     throw UnfitValue{"the name of a command, as in \"call method\""};
 }
 
+constexpr Choice<ReplayMode> kReplayModes[] = {
+    {"byRequest", ReplayMode::byRequest},
+    {"inSequence", ReplayMode::inSequence},
+};
+
+void setReplayMode(ReplayMode& mode, const std::string& value) {
+    setChoice(mode, kReplayModes, value);
+}
+
+// The server's working folder depends on how it was started.
+void setPath(std::string& path, const std::string& value) {
+    if (!value.empty() && value[0] != '/') throw UnfitValue{"an absolute path"};
+    path = value;
+}
+
 using Setter = void (*)(ServerSettings& settings, const std::string& value);
 
 struct Setting {
@@ -81,6 +96,9 @@ constexpr Setting kSettings[] = {
     {"checkClasses", ofServer<&ServerSettings::checkClasses, setFlag>},
     {"interfaceVersion", ofServer<&ServerSettings::interfaceVersion, setNumber>},
     {"handshake", ofServer<&ServerSettings::handshake, setHandshake>},
+    {"replay", ofServer<&ServerSettings::replay, setPath>},
+    {"replayMode", ofServer<&ServerSettings::replayMode, setReplayMode>},
+    {"importClasses", ofServer<&ServerSettings::importClasses, setPath>},
     {"misbehave", ofServer<&ServerSettings::misbehaviour, setFault>},
     {"misbehaveCommand", ofMisbehaviour<&Misbehaviour::command, setCommand>},
     {"misbehaveSkip", ofMisbehaviour<&Misbehaviour::skip, setNumber>},
@@ -102,19 +120,21 @@ bool isSetting(const std::string& key) {
 
 }  // namespace
 
-void applySettings(const Properties& entries, ServerSettings& settings, std::vector<std::string>& problems) {
+void applySettings(const SettingsSection& section, ServerSettings& settings,
+                   std::vector<std::string>& problems) {
+    const Properties& entries = section.entries;
     for (const Setting& setting : kSettings) {
         std::string value;
         if (!entries.findString(setting.key, value)) continue;
         try {
             setting.set(settings, value);
         } catch (const UnfitValue& unfit) {
-            problems.push_back(describeProblem(setting.key, value, unfit));
+            problems.push_back(section.place(setting.key) + describeProblem(setting.key, value, unfit));
         }
     }
     for (int32_t i = 0; i < static_cast<int32_t>(entries.size()); ++i) {
         const std::string key = entries.getKeyAt(i);
-        if (!isSetting(key)) problems.push_back("there is no setting " + inQuotes(key));
+        if (!isSetting(key)) problems.push_back(section.place(key) + "there is no setting " + inQuotes(key));
     }
 }
 

@@ -8,7 +8,8 @@
 
 #include "InterProcessCommunication/POSCommands.h"
 #include "server/Misbehaviour.h"
-#include "settings/Properties.h"
+#include "server/Replay.h"
+#include "server/SettingsText.h"
 
 namespace merrowd {
 
@@ -23,12 +24,15 @@ struct ServerSettings {
     uint32_t interfaceVersion = dovrel::kPOSInterfaceVersion;
     Handshake handshake = Handshake::answered;
     Misbehaviour misbehaviour;
+    std::string replay;  ///< absolute path of the recording that is replayed; "" if there is none
+    ReplayMode replayMode = ReplayMode::byRequest;
+    std::string importClasses;  ///< absolute path of the recording whose classes are imported last
 };
 
 /// Applies the entries to the settings. Settings without an entry keep their values, but an entry for
 /// `misbehave` resets all settings of the misbehaviour first. An entry with an unknown name or a wrong value
 /// changes nothing and adds a line to `problems`.
-void applySettings(const dovrel::Properties& entries, ServerSettings& settings,
+void applySettings(const SettingsSection& section, ServerSettings& settings,
                    std::vector<std::string>& problems);
 
 /// Returns the names of all settings. Tests compare documents with them.

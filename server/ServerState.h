@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "server/ApplicationTable.h"
 #include "server/ClassRegistry.h"
+#include "server/Replay.h"
 #include "server/ServerSettings.h"
 
 namespace merrowd {
@@ -16,6 +18,8 @@ struct ServerState {
     ServerSettings settings;
     ClassRegistry classes;
     ApplicationTable applications;
+    /// Null unless a recording is being replayed; then it handles all requests.
+    std::unique_ptr<Replay> replay;
 };
 
 }  // namespace merrowd

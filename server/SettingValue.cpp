@@ -55,6 +55,16 @@ void setText(std::string& target, const std::string& value) {
     target = dovrel::restoreLineFeeds(value);
 }
 
+std::vector<std::string> splitAtCommas(const std::string& text) {
+    std::vector<std::string> names;
+    for (size_t from = 0; from <= text.size();) {
+        const size_t comma = std::min(text.find(',', from), text.size());
+        names.emplace_back(dovrel::trimmed(std::string_view(text).substr(from, comma - from)));
+        from = comma + 1;
+    }
+    return names;
+}
+
 std::string inQuotes(std::string_view text) {
     std::string result = "\"";
     for (const char c : text.substr(0, kMostShown)) {

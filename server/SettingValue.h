@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace merrowd {
 
@@ -42,6 +43,9 @@ void setChoice(Value& target, const Choice<Value> (&choices)[count], const std::
     }
     throw UnfitValue{"one of " + names};
 }
+
+/// Returns the names in a list that is separated by commas, without the blanks around them.
+std::vector<std::string> splitAtCommas(const std::string& text);
 
 /// Returns a text in double quotes for a line in the log. Control characters become "\x0A" and so on, and
 /// long texts are truncated.

@@ -3,13 +3,12 @@
 
 #include <string>
 
-#include "server/ExchangeLog.h"
-#include "server/Exchanges.h"
+#include "server/ControlCalls.h"
 
 namespace merrowd {
 
 /// Applies the settings in the file at `path` (for `fopen` and other C library functions), if the file
-/// exists. Errors in the settings and in reading the file go to the log.
-void readSettingsFile(const std::string& path, Exchanges& exchanges, ExchangeLog& log);
+/// exists. Problems with the settings and with reading the file are start problems (ControlCalls.h).
+void readSettingsFile(const std::string& path, ControlCalls& control);
 
 }  // namespace merrowd

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <limits>
-#include <set>
+#include <map>
+#include <utility>
 
 #include "server/DescribedClass.h"
 #include "server/SettingValue.h"
@@ -64,12 +65,18 @@ class Examiner {
         if (step == EntryReader::Step::kValue) return acceptsValue(reader);
         reportWaitingKey();
         if (step == EntryReader::Step::kKey) {
-            if (reader.key() == DescribedClass::kSectionKey) keys_.clear();
+            if (reader.key() == DescribedClass::kSectionKey) startSection();
             waitingKey_ = reader.key();
             lineOfKey_ = findLineNumber(reader.line());
             keyWaits_ = true;
         }
         return false;
+    }
+
+    /// Returns the lines of the keys of each section. Call it at the end.
+    std::vector<std::map<std::string, size_t>> takeLines() {
+        startSection();
+        return std::move(linesOfSections_);
     }
 
   private:
@@ -82,9 +89,15 @@ class Examiner {
             report(line, describeProblem(std::string(reader.key()), std::string(reader.value()), unfit));
             return false;
         }
-        if (keys_.insert(reader.key()).second) return true;
+        if (lines_.emplace(reader.key(), lineOfKey_).second) return true;
         report(line, inQuotes(reader.key()) + " has a value already");
         return false;
+    }
+
+    // As ConfigFileSystem::readSections does, sections without entries are omitted.
+    void startSection() {
+        if (!lines_.empty()) linesOfSections_.push_back(std::move(lines_));
+        lines_.clear();
     }
 
     void addOther(std::string_view line) {
@@ -130,7 +143,8 @@ class Examiner {
     bool keyWaits_ = false;
     std::string_view waitingKey_;
     size_t lineOfKey_ = 0;
-    std::set<std::string_view> keys_;  // keys that have a value in this section
+    std::map<std::string, size_t> lines_;  // of the keys that have a value in this section
+    std::vector<std::map<std::string, size_t>> linesOfSections_;
 
     size_t firstOther_ = 0;  // 0 if there is none
     size_t lastOther_ = 0;
@@ -139,12 +153,22 @@ class Examiner {
 
 }  // namespace
 
-std::vector<Properties> readSettingsText(std::string_view text, std::vector<std::string>& problems) {
+std::string SettingsSection::place(const std::string& key) const {
+    const auto found = lines.find(key);
+    return found != lines.end() ? "line " + std::to_string(found->second) + ": " : "";
+}
+
+std::vector<SettingsSection> readSettingsText(std::string_view text, std::vector<std::string>& problems) {
     Examiner examiner(text, problems);
-    return ConfigFileSystem::readSections(text, DescribedClass::kSectionKey,
-                                          [&examiner](EntryReader::Step step, const EntryReader& reader) {
-                                              return examiner.accepts(step, reader);
-                                          });
+    std::vector<Properties> entries = ConfigFileSystem::readSections(
+        text, DescribedClass::kSectionKey, [&examiner](EntryReader::Step step, const EntryReader& reader) {
+            return examiner.accepts(step, reader);
+        });
+    std::vector<std::map<std::string, size_t>> lines = examiner.takeLines();
+    std::vector<SettingsSection> sections;
+    for (size_t i = 0; i < entries.size(); ++i)
+        sections.push_back({std::move(entries[i]), std::move(lines[i])});
+    return sections;
 }
 
 }  // namespace merrowd

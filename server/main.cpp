@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <iostream>
 #include <string>
 
 #include "platform/files/Places.h"
@@ -37,12 +38,16 @@ int main() {
     ServerState state(firstApplication());
     ExchangeLog log(dovrel::logFolderPath(true) + kLogName);
     Exchanges exchanges(state, process, log);
-    readSettingsFile(settingsPath(), exchanges, log);
+    ControlCalls control(state, process, log);
+    readSettingsFile(settingsPath(), control);
+    // The library starts servers without standard error; people who start one by hand see the problems.
+    for (const std::string& problem : control.startProblems())
+        std::cerr << "Merrowd: " << problem << "\n";
     if (state.settings.log)
         log.note("Merrowd " MERROWD_VERSION " started as process " + std::to_string(getpid()));
     if (state.settings.endAtStart) return EXIT_SUCCESS;
 
-    EventServer server(state, exchanges);
+    EventServer server(state, exchanges, control);
     if (!server.run()) {
         log.note("the handlers of events could not be installed");
         return EXIT_FAILURE;

@@ -55,10 +55,11 @@ TEST_F(RecordingFileTest, Exchange_IsASectionOfReadableTextWithAllBytes) {
     reply.writeString(150, "Gone.");
     reply.writeUInt32(151, 25);
     RecordingFile(path()).addReply(kTime, request, reply);
+    const std::string process = std::to_string(getpid());
     EXPECT_EQ(folder_.read("recording"),
               "\n//EXCHANGE\nSTR:delete object\n//format\nINT:1\n"
               "//time\nSTR:2026-11-22T12:43:17.123456Z\n//process\nINT:" +
-                  std::to_string(getpid()) +
+                  process +
                   "\n//microseconds\nINT:96\n"
                   "    > 103 session identifier = 65537\n"
                   "    < 150 exception text = \"Gone.\"\n"

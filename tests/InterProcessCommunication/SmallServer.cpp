@@ -5,7 +5,7 @@
 // to data with the request's bytes. It writes a line to Contents/log for each event.
 //
 // The file Contents/behaviour has lines such as "misbehave=empty". Keys and values are those of the development
-// server (server/README.md):
+// server (docs/development-server.md):
 //   handshake       empty, noParameter, silent
 //   misbehave       empty, noParameter, silent, vanishBefore; here also noHandler: it has no handler for data
 //   misbehaveTimes  1: only the first process vanishes

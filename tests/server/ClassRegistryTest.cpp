@@ -10,9 +10,9 @@ namespace {
 
 std::shared_ptr<const ServerClass> described(const std::string& name, const std::string& method) {
     static FakeProcess process;
-    dovrel::Properties section;
-    section.addString("CLASS", name);
-    section.addString("methods", method);
+    SettingsSection section;
+    section.entries.addString("CLASS", name);
+    section.entries.addString("methods", method);
     std::vector<std::string> problems;
     return DescribedClass::fromSection(section, process, problems);
 }

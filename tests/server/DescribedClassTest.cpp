@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "settings/ConfigFileSystem.h"
+#include <set>
+
 #include "tests/server/FakeProcess.h"
 
 namespace merrowd::test {
@@ -15,14 +16,14 @@ class DescribedClassTest : public testing::Test {
     // Returns the class that a text with one class describes.
     std::shared_ptr<const ServerClass> describe(const std::string& text) {
         problems_.clear();
-        const auto sections = dovrel::ConfigFileSystem::readSections(text, DescribedClass::kSectionKey);
+        const std::vector<SettingsSection> sections = readSettingsText(text, problems_);
         EXPECT_EQ(sections.size(), 1u);
         return DescribedClass::fromSection(sections.at(0), process_, problems_);
     }
 
     static MethodResult call(const ServerClass& described, const std::string& method) {
         UserMessage message;
-        return described.instantiate(message)->call(method, {});
+        return described.instantiate(Caller(), message)->call(method, {}, Caller());
     }
 
     FakeProcess process_;
@@ -101,21 +102,20 @@ TEST_F(DescribedClassTest, ADelay_ComesBeforeAnythingElse) {
 TEST_F(DescribedClassTest, Instantiate_CanBringAMessageOrFail) {
     const auto talking = describe("//CLASS\nSTR:Scanner\n//instantiate.message\nSTR:Hello.\n");
     UserMessage message;
-    EXPECT_NE(talking->instantiate(message), nullptr);
+    EXPECT_NE(talking->instantiate(Caller(), message), nullptr);
     EXPECT_EQ(message.text, "Hello.");
     const auto failing = describe("//CLASS\nSTR:Scanner\n//instantiate.errorCode\nINT:26\n");
-    EXPECT_THROW(failing->instantiate(message), Refusal);
+    EXPECT_THROW(failing->instantiate(Caller(), message), Refusal);
 }
 
 TEST_F(DescribedClassTest, WithoutAUsableNameOrIdentifier_ThereIsNoClass) {
     EXPECT_EQ(describe("//CLASS\nSTR:\n"), nullptr);
-    EXPECT_EQ(problems_, (Names{"a class has no name"}));
+    EXPECT_EQ(problems_, (Names{"line 1: a class has no name"}));
     EXPECT_EQ(describe("//CLASS\nSTR:A name of 17 char\n"), nullptr);
-    EXPECT_EQ(
-        problems_,
-        (Names{"class \"A name of 17 char\": the name is longer than 16 bytes and there is no identifier"}));
+    EXPECT_EQ(problems_, (Names{"line 1: class \"A name of 17 char\": the name is longer than 16 bytes and "
+                                "there is no identifier"}));
     EXPECT_EQ(describe("//CLASS\nSTR:Scanner\n//identifier\nBAR:0001\n"), nullptr);
-    EXPECT_EQ(problems_, (Names{"class \"Scanner\": the identifier has 2 bytes, not 16"}));
+    EXPECT_EQ(problems_, (Names{"line 3: class \"Scanner\": the identifier has 2 bytes, not 16"}));
 }
 
 TEST_F(DescribedClassTest, EntriesThatDescribeNothing_AreLeftOutAndNamed) {
@@ -125,16 +125,17 @@ TEST_F(DescribedClassTest, EntriesThatDescribeNothing_AreLeftOutAndNamed) {
         "//instantiate.answer\nSTR:x\n");
     ASSERT_NE(scanner, nullptr);
     EXPECT_EQ(scanner->methods(), (Names{"scan"}));
-    EXPECT_EQ(problems_, (Names{"class \"Scanner\": \"\" cannot be the name of a method",
-                                "class \"Scanner\": \"scan\" cannot be the name of a method",
-                                "class \"Scanner\": \"instantiate\" cannot be the name of a method",
-                                "class \"Scanner\": \"eject.answer\" describes nothing",
-                                "class \"Scanner\": \"instantiate.answer\" describes nothing",
-                                "class \"Scanner\": \"scan\" describes nothing",
-                                "class \"Scanner\": \"scan.colour\" describes nothing",
-                                "class \"Scanner\": the value \"long\" of \"scan.delay\" does not fit; "
-                                "expected a number from 0 to "
-                                "2147483647"}));
+    EXPECT_EQ(std::set<std::string>(problems_.begin(), problems_.end()),
+              (std::set<std::string>{
+                  "line 3: class \"Scanner\": \"\" cannot be the name of a method",
+                  "line 3: class \"Scanner\": \"scan\" cannot be the name of a method",
+                  "line 3: class \"Scanner\": \"instantiate\" cannot be the name of a method",
+                  "line 5: class \"Scanner\": \"eject.answer\" describes nothing",
+                  "line 7: class \"Scanner\": \"scan\" describes nothing",
+                  "line 9: class \"Scanner\": \"scan.colour\" describes nothing",
+                  "line 11: class \"Scanner\": the value \"long\" of \"scan.delay\" does not fit; "
+                  "expected a number from 0 to 2147483647",
+                  "line 13: class \"Scanner\": \"instantiate.answer\" describes nothing"}));
 }
 
 }  // namespace

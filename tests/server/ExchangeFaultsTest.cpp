@@ -51,7 +51,7 @@ TEST_F(ExchangeFaults, Cut_LeavesTheFirstBytes) {
     prepare("");
     const std::string whole = readBytes(call());
     for (const size_t length : {size_t{0}, size_t{1}, size_t{17}, whole.size(), whole.size() + 1}) {
-        exchanges_.applySettingsText(misbehaviour("cut") + setting("cutTo", static_cast<int64_t>(length)));
+        apply(misbehaviour("cut") + setting("cutTo", static_cast<int64_t>(length)));
         EXPECT_EQ(readBytes(call()), whole.substr(0, length));
     }
 }
@@ -66,7 +66,7 @@ TEST_F(ExchangeFaults, Garbage_IsNotABlock) {
 TEST_F(ExchangeFaults, EmptyAndNoParameter_AreRepliesWithoutBytesAndWithoutAParameter) {
     prepare(misbehaviour("empty"));
     EXPECT_EQ(readBytes(call()), "");
-    exchanges_.applySettingsText(misbehaviour("noParameter"));
+    apply(misbehaviour("noParameter"));
     EXPECT_EQ(call().parameter, nullptr);
 }
 

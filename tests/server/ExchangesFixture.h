@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "server/ControlCalls.h"
 #include "server/Exchanges.h"
 #include "tests/server/FakeProcess.h"
 #include "tests/server/Requests.h"
@@ -27,11 +28,13 @@ class ExchangesFixture : public testing::Test {
     static Reply readReply(const Outcome& outcome) { return Reply(outcome.parameter->bytes()); }
     static std::string readBytes(const Outcome& outcome) { return bytesToText(outcome.parameter->bytes()); }
 
+    void apply(const std::string& settings) { control_.applyAtStart(settings, "Merrowd.conf"); }
+
     /// Registers an application, creates an Echo object, then applies the settings.
     void prepare(const std::string& settings) {
         session_ = readReply(send(registerRequest("Demo"))).number(posField::kSession);
         object_ = readReply(send(instantiateRequest(session_, "Echo"))).data(posField::kObject);
-        exchanges_.applySettingsText(settings);
+        apply(settings);
     }
     Outcome call() { return send(callRequest(session_, object_, "echo", "hello")); }
 
@@ -42,6 +45,7 @@ class ExchangesFixture : public testing::Test {
     ServerState state_{TestServer::kFirstSession};
     ExchangeLog log_{folder_.path("Merrowd.log")};
     Exchanges exchanges_{state_, process_, log_};
+    ControlCalls control_{state_, process_, log_};
     uint32_t session_ = 0;
     std::string object_;
 };

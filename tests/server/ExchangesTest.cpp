@@ -39,18 +39,18 @@ TEST_F(ExchangesTest, Data_WithTheLog_IsWrittenDownInBothDirections) {
 
 TEST_F(ExchangesTest, Handshake_IsAnsweredAsTheSettingSays) {
     EXPECT_EQ(readBytes(exchanges_.handleHandshake(0)), "awake");
-    exchanges_.applySettingsText(setting("handshake", "empty"));
+    apply(setting("handshake", "empty"));
     EXPECT_EQ(readBytes(exchanges_.handleHandshake(0)), "");
-    exchanges_.applySettingsText(setting("handshake", "noParameter"));
+    apply(setting("handshake", "noParameter"));
     EXPECT_EQ(exchanges_.handleHandshake(0).parameter, nullptr);
     EXPECT_EQ(process_.calls, Calls());
-    exchanges_.applySettingsText(setting("handshake", "silent"));
+    apply(setting("handshake", "silent"));
     EXPECT_EQ(exchanges_.handleHandshake(0).parameter, nullptr);
     EXPECT_EQ(process_.calls, (Calls{"hang"}));
 }
 
 TEST_F(ExchangesTest, EndWithLastClient_EndsWithTheReplyToTheLastUnregistration) {
-    exchanges_.applySettingsText(setting("endWithLastClient", 1));
+    apply(setting("endWithLastClient", 1));
     EXPECT_FALSE(send(versionRequest()).endServer) << "before the first client";
     const uint32_t one = readReply(send(registerRequest("One"))).number(posField::kSession);
     const uint32_t two = readReply(send(registerRequest("Two"))).number(posField::kSession);
@@ -68,7 +68,7 @@ TEST_F(ExchangesTest, WithoutEndWithLastClient_TheServerStays) {
 }
 
 TEST_F(ExchangesTest, LastClientHasGone_SeesClientsThatWereKilled) {
-    exchanges_.applySettingsText(setting("endWithLastClient", 1));
+    apply(setting("endWithLastClient", 1));
     const pid_t client = fork();
     if (client == 0) _exit(0);
     send(registerRequest("Killed"), client);
@@ -78,35 +78,36 @@ TEST_F(ExchangesTest, LastClientHasGone_SeesClientsThatWereKilled) {
 }
 
 TEST_F(ExchangesTest, Configure_PutsProblemsIntoTheLogAndGoesOn) {
-    exchanges_.applySettingsText(
+    apply(
         "//nonsense\nINT:1\n//checkClasses\nINT:1\n//CLASS\nSTR:\n//CLASS\nSTR:Scanner\n//"
         "methods\nSTR:scan\n");
-    EXPECT_NE(logText().find("settings: there is no setting \"nonsense\"\n"), std::string::npos);
-    EXPECT_NE(logText().find("settings: a class has no name\n"), std::string::npos);
+    EXPECT_NE(logText().find("settings: Merrowd.conf: line 1: there is no setting \"nonsense\"\n"),
+              std::string::npos);
+    EXPECT_NE(logText().find("settings: Merrowd.conf: line 5: a class has no name\n"), std::string::npos);
     EXPECT_TRUE(state_.settings.checkClasses);
     EXPECT_NE(state_.classes.find(ServerClass::identifierFromName("Scanner")), nullptr);
 }
 
 TEST_F(ExchangesTest, Control_OfLinesThatItDoesNotUnderstand_CountsThemAsProblems) {
-    const std::string reply =
-        readBytes(exchanges_.handleControl("log=1\n//checkClasses\n//Log\nINT:1\n\1\2\n"));
+    const std::string reply = readBytes(control_.handle("log=1\n//checkClasses\n//Log\nINT:1\n\1\2\n"));
     EXPECT_EQ(reply.substr(0, reply.find("//process")),
               "//applications\nINT:0\n//objects\nINT:0\n"
               "//problem 1\nSTR:line 1: \"log=1\" is not part of an entry\n"
               "//problem 2\nSTR:line 2: \"checkClasses\" has no value\n"
               "//problem 3\nSTR:line 5: \"\\x01\\x02\" is not part of an entry\n"
-              "//problem 4\nSTR:there is no setting \"Log\"\n"
+              "//problem 4\nSTR:line 3: there is no setting \"Log\"\n"
               "//problems\nINT:4\n");
     EXPECT_NE(logText().find(" control: line 2: \"checkClasses\" has no value\n"), std::string::npos);
 }
 
 TEST_F(ExchangesTest, Control_ReturnsTheStateOfTheServerAndTheProblems) {
     prepare("");
-    EXPECT_EQ(readBytes(exchanges_.handleControl("//log\nINT:2\n//checkClasses\nINT:1\n")),
-              "//applications\nINT:1\n//objects\nINT:1\n"
-              "//problem 1\nSTR:the value \"2\" of \"log\" does not fit; expected a number from 0 to 1\n"
-              "//problems\nINT:1\n//process\nINT:" +
-                  std::to_string(getpid()) + "\n");
+    EXPECT_EQ(
+        readBytes(control_.handle("//log\nINT:2\n//checkClasses\nINT:1\n")),
+        "//applications\nINT:1\n//objects\nINT:1\n"
+        "//problem 1\nSTR:line 1: the value \"2\" of \"log\" does not fit; expected a number from 0 to 1\n"
+        "//problems\nINT:1\n//process\nINT:" +
+            std::to_string(getpid()) + "\n//startProblems\nINT:0\n");
     EXPECT_TRUE(state_.settings.checkClasses);
 }
 
@@ -114,25 +115,25 @@ TEST_F(ExchangesTest, Control_OfAnyBytes_NeverFails) {
     for (const std::string& text :
          {std::string(), std::string("\0\1\2", 3), std::string("//"), std::string("//CLASS\n"),
           std::string("STR:\n//\n//\nBAR:"), std::string(100000, '/')}) {
-        EXPECT_NE(exchanges_.handleControl(text).parameter, nullptr);
+        EXPECT_NE(control_.handle(text).parameter, nullptr);
     }
 }
 
 // The reply to a call of a class whose method runs `fail`. The server must then work as before.
 TEST_F(ExchangesTest, ADescribedClassThatIsReplaced_LivesOnInItsObjects) {
-    exchanges_.applySettingsText("//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.answer\nSTR:old\n");
+    apply("//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.answer\nSTR:old\n");
     session_ = readReply(send(registerRequest("Demo"))).number(posField::kSession);
     object_ = readReply(send(instantiateRequest(session_, "Scanner"))).data(posField::kObject);
-    exchanges_.applySettingsText("//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.answer\nSTR:new\n");
+    apply("//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.answer\nSTR:new\n");
     EXPECT_EQ(readReply(send(callRequest(session_, object_, "scan"))).data(posField::kResult), "old");
 }
 
 TEST_F(ExchangesTest, EndWithLastClient_WithoutAnyClient_EndsAfterTheSettingsTime) {
-    exchanges_.applySettingsText("//endWithLastClient\nINT:1\n");
+    apply("//endWithLastClient\nINT:1\n");
     EXPECT_FALSE(exchanges_.hasNoMoreClients()) << "the first client may still come";
-    exchanges_.applySettingsText("//waitForClient\nINT:10\n");
+    apply("//waitForClient\nINT:10\n");
     EXPECT_TRUE(dovrel::test::waitUntil([this] { return exchanges_.hasNoMoreClients(); }));
-    exchanges_.applySettingsText("//endWithLastClient\nINT:0\n");
+    apply("//endWithLastClient\nINT:0\n");
     EXPECT_FALSE(exchanges_.hasNoMoreClients());
 }
 
@@ -142,15 +143,15 @@ TEST_F(ExchangesTest, EndWithLastClient_WithAClientThatIsThere_WaitsForItsEnd) {
 }
 
 TEST_F(ExchangesTest, EndWithLastClient_ARequest_BeginsTheTimeAnew) {
-    exchanges_.applySettingsText("//endWithLastClient\nINT:1\n//waitForClient\nINT:1\n");
+    apply("//endWithLastClient\nINT:1\n//waitForClient\nINT:1\n");
     ASSERT_TRUE(dovrel::test::waitUntil([this] { return exchanges_.hasNoMoreClients(); }));
-    exchanges_.applySettingsText("//waitForClient\nINT:60000\n");
+    apply("//waitForClient\nINT:60000\n");
     send(versionRequest());
     EXPECT_FALSE(exchanges_.hasNoMoreClients());
-    exchanges_.applySettingsText("//waitForClient\nINT:1\n");
+    apply("//waitForClient\nINT:1\n");
     ASSERT_TRUE(dovrel::test::waitUntil([this] { return exchanges_.hasNoMoreClients(); }));
     exchanges_.handleHandshake(0);
-    exchanges_.applySettingsText("//waitForClient\nINT:60000\n");
+    apply("//waitForClient\nINT:60000\n");
     EXPECT_FALSE(exchanges_.hasNoMoreClients());
 }
 
@@ -165,7 +166,7 @@ std::string makeBlockOfParts(uint32_t count) {
 TEST_F(ExchangesTest, RequestWithMorePartsThanARequestHas_IsRefusedBeforeItIsRead) {
     for (const char* settings :
          {"", "//log\nINT:1\n//misbehave\nSTR:late\n//misbehaveCommand\nSTR:call method\n"}) {
-        exchanges_.applySettingsText(settings);
+        apply(settings);
         const Outcome outcome = exchanges_.handleData(toBytes(makeBlockOfParts(1'000'000)), 0);
         EXPECT_EQ(readReply(outcome).code(), 30u);
         EXPECT_EQ(readReply(outcome).text(), "the request has more than 64 parts");

@@ -23,7 +23,7 @@ class FailingClass : public ServerClass {
     std::string name() const override { return "Failing"; }
     std::vector<std::string> methods() const override { return {"fail", "work"}; }
 
-    std::unique_ptr<ServerObject> instantiate(UserMessage&) const override {
+    std::unique_ptr<ServerObject> instantiate(const Caller&, UserMessage&) const override {
         if (failsInCreation_) fail_();
         return std::make_unique<Instance>(fail_);
     }
@@ -33,7 +33,7 @@ class FailingClass : public ServerClass {
       public:
         explicit Instance(const Action& fail) : fail_(fail) {}
 
-        MethodResult call(const std::string& method, CPPByteArray) override {
+        MethodResult call(const std::string& method, CPPByteArray, const Caller&) override {
             if (method == "fail") fail_();
             return MethodResult(toBytes("done"));
         }

@@ -136,11 +136,11 @@ std::string TestServer::instantiate(uint32_t session, const std::string& classNa
 TestObject::TestObject(const std::string& className)
     : class_(ClassRegistry().find(ServerClass::identifierFromName(className))) {
     UserMessage message;
-    object_ = class_->instantiate(message);
+    object_ = class_->instantiate(Caller(), message);
 }
 
 std::string TestObject::call(const std::string& method, const std::string& argument) {
-    return bytesToText(object_->call(method, toBytes(argument)).data);
+    return bytesToText(object_->call(method, toBytes(argument), Caller()).data);
 }
 
 uint32_t TestObject::callRefused(const std::string& method, const std::string& argument) {

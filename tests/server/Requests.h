@@ -20,6 +20,7 @@ class Request {
     Request& number(uint32_t field, uint32_t value);
     Request& data(uint32_t field, const std::string& bytes);
     const CPPByteArray& bytes() const { return object_->bytes(); }
+    const POSTransferObj& object() const { return *object_; }
 
   private:
     std::unique_ptr<POSTransferObj> object_;
@@ -50,6 +51,7 @@ class Reply {
   public:
     explicit Reply(const CPPByteArray& bytes);
 
+    const CPPByteArray& bytes() const { return object_->bytes(); }
     bool isException() const { return object_->getMessageKind() == dovrel::kMessageKindException; }
     /// Returns the code of an exception; ~0 for a normal reply.
     uint32_t code() const;

@@ -10,10 +10,10 @@ using Problems = std::vector<std::string>;
 class ServerSettingsTest : public testing::Test {
   protected:
     Problems apply(std::string text) {
-        dovrel::Properties entries;
-        entries.load(text, true);
+        SettingsSection section;
+        section.entries.load(text, true);
         Problems problems;
-        applySettings(entries, settings_, problems);
+        applySettings(section, settings_, problems);
         return problems;
     }
 

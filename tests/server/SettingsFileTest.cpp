@@ -15,7 +15,7 @@ class SettingsFileTest : public testing::Test {
   protected:
     // Returns the log, without the time at the beginning of each line.
     std::vector<std::string> notesAfterReading() {
-        readSettingsFile(folder_.path("Merrowd.conf"), exchanges_, log_);
+        readSettingsFile(folder_.path("Merrowd.conf"), control_);
         std::vector<std::string> notes;
         if (access(folder_.path("Merrowd.log").c_str(), F_OK) != 0) return notes;
         std::istringstream lines(folder_.read("Merrowd.log"));
@@ -30,7 +30,7 @@ class SettingsFileTest : public testing::Test {
     FakeProcess process_;
     ServerState state_{1};
     ExchangeLog log_{folder_.path("Merrowd.log")};
-    Exchanges exchanges_{state_, process_, log_};
+    ControlCalls control_{state_, process_, log_};
 };
 
 TEST_F(SettingsFileTest, FileThatIsUnderstood_IsAppliedSilently) {
@@ -45,15 +45,19 @@ TEST_F(SettingsFileTest, NoFile_IsNotAProblem) {
 
 TEST_F(SettingsFileTest, LinesThatAreNotUnderstood_AreEachALineInTheLog) {
     folder_.write("Merrowd.conf", "checkClasses=1\n//log\n//Log\nINT:1\n//delay\nINT:2\n");
+    const std::string place = "settings: " + folder_.path("Merrowd.conf") + ": ";
     EXPECT_EQ(notesAfterReading(),
-              (Notes{"settings: line 1: \"checkClasses=1\" is not part of an entry",
-                     "settings: line 2: \"log\" has no value", "settings: there is no setting \"Log\""}));
+              (Notes{place + "line 1: \"checkClasses=1\" is not part of an entry",
+                     place + "line 2: \"log\" has no value", place + "line 3: there is no setting \"Log\""}));
     EXPECT_EQ(state_.settings.misbehaviour.delay, std::chrono::milliseconds(2));
+    ASSERT_EQ(control_.startProblems().size(), 3u);
+    EXPECT_EQ("settings: " + control_.startProblems()[1], place + "line 2: \"log\" has no value");
 }
 
 TEST_F(SettingsFileTest, ZeroByte_IsAProblem) {
     folder_.write("Merrowd.conf", std::string("//checkClasses\nINT:1\n\0//log\nINT:1\n", 34));
-    EXPECT_EQ(notesAfterReading(), (Notes{"settings: line 3: what follows its zero byte does not count"}));
+    EXPECT_EQ(notesAfterReading(), (Notes{"settings: " + folder_.path("Merrowd.conf") +
+                                          ": line 3: what follows its zero byte does not count"}));
     EXPECT_TRUE(state_.settings.checkClasses);
     EXPECT_FALSE(state_.settings.log);
 }

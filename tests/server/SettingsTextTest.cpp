@@ -19,9 +19,9 @@ Problems readProblems(std::string_view text) {
 std::string readSections(std::string_view text) {
     Problems ignored;
     std::string result;
-    for (const dovrel::Properties& section : readSettingsText(text, ignored)) {
+    for (const SettingsSection& section : readSettingsText(text, ignored)) {
         result += "--\n";
-        section.save(result);
+        section.entries.save(result);
     }
     return result;
 }

@@ -1,4 +1,4 @@
-// Settings of the development server, in the words of server/README.md.
+// Settings of the development server, in the words of docs/development-server.md.
 #pragma once
 
 #include <cstdint>

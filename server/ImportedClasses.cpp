@@ -1,0 +1,226 @@
+#include "server/ImportedClasses.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <utility>
+
+#include "InterProcessCommunication/POSFieldForms.h"
+#include "client/exceptions/CPPException.h"
+#include "platform/text/TextConversions.h"
+#include "server/DescribedClass.h"
+#include "settings/LogFileWriter.h"
+
+namespace merrowd {
+
+using dovrel::bytesToText;
+using dovrel::CPPException;
+using dovrel::LogFileWriter;
+using dovrel::POSTransferObj;
+namespace posCommand = dovrel::posCommand;
+namespace posField = dovrel::posField;
+
+namespace {
+
+/// What a method returned, or what the creation of an object brought.
+struct ImportedReply {
+    bool fails = false;
+    uint32_t errorCode = 0;
+    std::string errorText;
+    std::string result;
+    dovrel::POSServerMessage message;
+
+    bool operator==(const ImportedReply& other) const {
+        return fails == other.fails && errorCode == other.errorCode && errorText == other.errorText &&
+               result == other.result && message.flags == other.message.flags &&
+               message.text == other.message.text;
+    }
+};
+
+using Replies = std::vector<ImportedReply>;
+
+/// The calls of one object with one argument.
+struct ImportedCalls {
+    std::string argument;
+    std::map<size_t, Replies> byObject;
+
+    Replies longest() const {
+        Replies found;
+        for (const auto& [object, replies] : byObject)
+            if (replies.size() > found.size()) found = replies;
+        return found;
+    }
+};
+
+struct ImportedClass {
+    Replies creations;
+    std::vector<std::pair<std::string, std::vector<ImportedCalls>>> methods;
+};
+
+template <typename List, typename Matches>
+auto& findOrAdd(List& list, const Matches& matches) {
+    const auto found = std::find_if(list.begin(), list.end(), matches);
+    return found != list.end() ? *found : list.emplace_back();
+}
+
+bool isPlainText(const std::string& text) {
+    const auto isPrintable = [](char c) { return c >= ' ' && c <= '~'; };
+    return !text.empty() && text.front() != ' ' && text.back() != ' ' &&
+           std::all_of(text.begin(), text.end(), isPrintable);
+}
+
+/// Collects the classes of a recording, exchange by exchange.
+class Collection {
+  public:
+    void add(POSTransferObj& request, POSTransferObj& reply) {
+        if (request.getCommand() == posCommand::kInstantiateObject) addCreation(request, reply);
+        if (request.getCommand() == posCommand::kCallMethod) addCall(request, reply);
+    }
+
+    const std::map<std::string, ImportedClass>& classes() const { return classes_; }
+
+  private:
+    struct LiveObject {
+        std::string ofClass;
+        size_t number = 0;
+    };
+
+    static ImportedReply makeReply(POSTransferObj& reply, const dovrel::POSField* result) {
+        ImportedReply made;
+        made.fails = reply.getMessageKind() == dovrel::kMessageKindException;
+        if (made.fails) {
+            made.errorCode = reply.readUInt32(posField::kExceptionCode);
+            made.errorText = reply.readString(posField::kExceptionText);
+            return made;
+        }
+        if (result != nullptr) made.result = reply.readString(*result);
+        made.message = dovrel::readServerMessage(reply, posField::kServerMessage);
+        return made;
+    }
+
+    void addCreation(POSTransferObj& request, POSTransferObj& reply) {
+        const std::string ofClass = request.readString(posField::kClass);
+        const ImportedReply made = makeReply(reply, nullptr);
+        classes_[ofClass].creations.push_back(made);
+        if (made.fails) return;
+        objects_[{request.readUInt32(posField::kSession), reply.readString(posField::kObject)}] = {
+            ofClass, ++objectCount_};
+    }
+
+    void addCall(POSTransferObj& request, POSTransferObj& reply) {
+        const auto object =
+            objects_.find({request.readUInt32(posField::kSession), request.readString(posField::kObject)});
+        if (object == objects_.end()) return;
+        std::string name = request.readString(posField::kMethodName);
+        if (!name.empty() && name.back() == '\0') name.pop_back();
+        // Such a name cannot be written in a list.
+        if (!isPlainText(name) || name.find(',') != std::string::npos) return;
+
+        auto& method = findOrAdd(classes_[object->second.ofClass].methods,
+                                 [&name](const auto& known) { return known.first == name; });
+        method.first = name;
+        const std::string argument = request.readString(posField::kArgument);
+        auto& calls = findOrAdd(
+            method.second, [&argument](const ImportedCalls& known) { return known.argument == argument; });
+        calls.argument = argument;
+        calls.byObject[object->second.number].push_back(makeReply(reply, &posField::kResult));
+    }
+
+    std::map<std::string, ImportedClass> classes_;
+    std::map<std::pair<uint32_t, std::string>, LiveObject> objects_;
+    size_t objectCount_ = 0;
+};
+
+void writeBytes(std::string& text, const std::string& key, const std::string& bytes) {
+    LogFileWriter entries(text);
+    if (isPlainText(bytes)) return entries.writeString(key, bytes);
+    entries.writeBinary(key, bytes.data(), static_cast<uint32_t>(bytes.size()));
+}
+
+void writeReply(std::string& text, const std::string& path, const ImportedReply& reply, bool hasResult) {
+    LogFileWriter entries(text);
+    if (reply.fails) {
+        entries.writeInt(path + ".errorCode", static_cast<int32_t>(reply.errorCode));
+        entries.writeString(path + ".errorText", reply.errorText);
+        return;
+    }
+    if (hasResult) writeBytes(text, path + ".answer", reply.result);
+    if (reply.message.flags == 0) return;
+    entries.writeString(path + ".message", reply.message.text);
+    entries.writeInt(path + ".messageFlags", static_cast<int32_t>(reply.message.flags));
+}
+
+std::string listNames(const std::string& word, size_t count) {
+    std::string names;
+    for (size_t i = 1; i <= count; ++i)
+        names += (i == 1 ? "" : ", ") + word + std::to_string(i);
+    return names;
+}
+
+void writeReplies(std::string& text, const std::string& path, const Replies& replies, bool hasResult) {
+    const bool areEqual = std::all_of(replies.begin(), replies.end(),
+                                      [&](const ImportedReply& reply) { return reply == replies.front(); });
+    if (areEqual && !replies.empty()) return writeReply(text, path, replies.front(), hasResult);
+    if (replies.empty()) return;
+    LogFileWriter(text).writeString(path + ".sequence", listNames("step", replies.size()));
+    for (size_t i = 0; i < replies.size(); ++i)
+        writeReply(text, path + ".step" + std::to_string(i + 1), replies[i], hasResult);
+}
+
+void writeMethod(std::string& text, const std::string& name, const std::vector<ImportedCalls>& calls) {
+    LogFileWriter entries(text);
+    entries.writeString(name + ".cases", listNames("case", calls.size()));
+    for (size_t i = 0; i < calls.size(); ++i) {
+        const std::string path = name + ".case" + std::to_string(i + 1);
+        writeBytes(text, path + ".argument", calls[i].argument);
+        writeReplies(text, path, calls[i].longest(), true);
+    }
+    entries.writeInt(name + ".errorCode", static_cast<int32_t>(refusalCode::kPOSMethodExecution));
+    entries.writeString(name + ".errorText", "The recording has no call with this argument.");
+}
+
+// Returns the identifier without the zero bytes at its end if that is a text, otherwise in hexadecimal digits.
+std::string makeName(const std::string& identifier) {
+    const std::string name = identifier.substr(0, identifier.find_last_not_of('\0') + 1);
+    return isPlainText(name)
+               ? name
+               : dovrel::bytesToHexText(identifier.data(), static_cast<uint32_t>(identifier.size()));
+}
+
+void writeClass(std::string& text, const std::string& identifier, const ImportedClass& imported) {
+    LogFileWriter entries(text);
+    entries.writeString(DescribedClass::kSectionKey, makeName(identifier));
+    entries.writeBinary("identifier", identifier.data(), static_cast<uint32_t>(identifier.size()));
+    std::string names;
+    for (const auto& [name, calls] : imported.methods)
+        names += (names.empty() ? "" : ", ") + name;
+    if (!names.empty()) entries.writeString("methods", names);
+    writeReplies(text, "instantiate", imported.creations, false);
+    for (const auto& [name, calls] : imported.methods)
+        writeMethod(text, name, calls);
+}
+
+}  // namespace
+
+std::string describeClasses(const Recording& recording) {
+    Collection collection;
+    for (const RecordedExchange& exchange : recording.exchanges()) {
+        if (exchange.failed) continue;
+        POSTransferObj request;
+        POSTransferObj reply;
+        request.copyBytesFrom(recording.read(exchange.request));
+        reply.copyBytesFrom(recording.read(exchange.reply));
+        try {
+            collection.add(request, reply);
+        } catch (CPPException* caught) {
+            // An exchange that cannot be read describes nothing.
+            const std::unique_ptr<CPPException> failure(caught);
+        }
+    }
+    std::string text;
+    for (const auto& [identifier, imported] : collection.classes())
+        writeClass(text, identifier, imported);
+    return text;
+}
+
+}  // namespace merrowd

@@ -1,0 +1,79 @@
+#include "server/Recording.h"
+
+#include <cstdio>
+#include <fstream>
+#include <memory>
+
+#include "InterProcessCommunication/RecordingFormat.h"
+#include "client/exceptions/CPPException.h"
+#include "platform/files/OpenFile.h"
+#include "server/SettingValue.h"
+#include "settings/ConfigFileSystem.h"
+
+namespace merrowd {
+
+using dovrel::ConfigFileSystem;
+using dovrel::CPPException;
+using dovrel::Properties;
+namespace format = dovrel::recording;
+
+Recording::Recording(const std::string& path, std::vector<std::string>& problems) : path_(path) {
+    try {
+        addSections(ConfigFileSystem::readText(path), problems);
+    } catch (CPPException* caught) {
+        const std::unique_ptr<CPPException> failure(caught);
+        problems.emplace_back(failure->getMessage());
+    }
+}
+
+void Recording::addSections(const std::string& text, std::vector<std::string>& problems) {
+    size_t number = 0;
+    for (const Properties& section : ConfigFileSystem::readSections(text, format::kSectionKey)) {
+        if (!section.contains(format::kSectionKey)) continue;
+        ++number;
+        RecordedExchange exchange;
+        exchange.failed = section.contains(format::kFailureKey);
+        int32_t version = 0;
+        const bool isReadable =
+            section.findInt(format::kFormatKey, version) && version == format::kFormatVersion &&
+            findBytes(section, format::kRequestKey, format::kRequestPlaceKey, exchange.request) &&
+            (exchange.failed ||
+             findBytes(section, format::kReplyKey, format::kReplyPlaceKey, exchange.reply));
+        if (isReadable) {
+            exchanges_.push_back(std::move(exchange));
+        } else {
+            problems.push_back(path_ + ": exchange " + std::to_string(number) +
+                               " is incomplete or has another format");
+        }
+    }
+    if (number == 0) problems.push_back(path_ + ": there is no exchange in this file");
+}
+
+bool Recording::findBytes(const Properties& section, const char* key, const char* placeKey,
+                          RecordedBytes& found) const {
+    std::string place;
+    if (!section.findString(placeKey, place)) return section.findBinary(key, found.bytes);
+    unsigned long long offset = 0;
+    if (std::sscanf(place.c_str(), "%llu %u", &offset, &found.length) != 2 || found.length == 0) return false;
+    found.offset = offset;
+    std::ifstream file(format::payloadPath(path_), std::ios::binary | std::ios::ate);
+    return file && static_cast<unsigned long long>(file.tellg()) >= offset + found.length;
+}
+
+CPPByteArray Recording::read(const RecordedBytes& recorded) const {
+    CPPByteArray bytes;
+    if (recorded.length == 0) {
+        bytes.set(recorded.bytes.data(), recorded.bytes.getSize());
+        return bytes;
+    }
+    const std::string path = format::payloadPath(path_);
+    std::string buffer(recorded.length, '\0');
+    std::ifstream file(path, std::ios::binary);
+    file.seekg(static_cast<std::streamoff>(recorded.offset));
+    if (!file.read(buffer.data(), static_cast<std::streamsize>(buffer.size())))
+        throw dovrel::newOpeningFailure(path);
+    bytes.setOrThrow(buffer.data(), recorded.length);
+    return bytes;
+}
+
+}  // namespace merrowd
