@@ -179,14 +179,19 @@ bool Exchanges::hasNoMoreClients() {
     return hasLostLastClient() || hasWaitedInVain();
 }
 
+// During a replay the server waits for the question how many requests were replayed.
+bool Exchanges::mayEnd() const {
+    return state_.settings.endWithLastClient && state_.replay == nullptr;
+}
+
 bool Exchanges::hasLostLastClient() {
     if (state_.applications.size() > 0) hadClient_ = true;
-    return state_.settings.endWithLastClient && hadClient_ && state_.applications.size() == 0;
+    return mayEnd() && hadClient_ && state_.applications.size() == 0;
 }
 
 // A server is also launched for hosts that never register, and for hosts that have gone before it was ready.
 bool Exchanges::hasWaitedInVain() const {
-    return state_.settings.endWithLastClient && state_.applications.size() == 0 &&
+    return mayEnd() && state_.applications.size() == 0 &&
            std::chrono::steady_clock::now() - lastRequest_ >= state_.settings.waitForClient;
 }
 

@@ -38,6 +38,7 @@ class Exchanges {
     Outcome handleWithFault(CPPByteArray request, pid_t sender);
     void applyFault(Outcome& outcome);
     void logEnd(const Outcome& outcome);
+    bool mayEnd() const;
     bool hasLostLastClient();
     bool hasWaitedInVain() const;
 

@@ -7,7 +7,6 @@
 #include "InterProcessCommunication/RecordingFormat.h"
 #include "client/exceptions/CPPException.h"
 #include "platform/files/OpenFile.h"
-#include "server/SettingValue.h"
 #include "settings/ConfigFileSystem.h"
 
 namespace merrowd {

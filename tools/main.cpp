@@ -9,6 +9,8 @@
 #include "tools/calls/Info.h"
 #include "tools/doctor/Doctor.h"
 #include "tools/doctor/Report.h"
+#include "tools/recordings/Record.h"
+#include "tools/recordings/Replay.h"
 #include "tools/server/Server.h"
 #include "tools/status/Status.h"
 
@@ -22,6 +24,8 @@ void addSubcommands(CLI::App& app) {
     addCommand(app);
     addInfo(app);
     addServer(app);
+    addRecord(app);
+    addReplay(app);
     addDoctor(app);
     addReport(app);
     addStatus(app);

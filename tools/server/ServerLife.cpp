@@ -38,13 +38,7 @@ std::string describeServers(const std::vector<pid_t>& servers) {
 }
 
 void start() {
-    const bool wasRunning = IsServerRunning();
-    if (!wasRunning) launchInstalledServer();
-    const int32_t status =
-        Client_to_POS_Communicator().WakeServer(serverEvent::kWakeTimeOutMs, serverEvent::kWakeAttempts);
-    if (status != noErr)
-        throw ToolFailure("the server " + std::string(wasRunning ? "runs but" : "was launched, but it") +
-                          " does not answer: status " + statusText(status));
+    const bool wasRunning = ensureServerRuns();
     std::cout << (wasRunning ? "the server was running already: " : "the server runs: ")
               << describeServers(findServers()) << "\n";
 }
@@ -119,6 +113,17 @@ void printStatus(const StatusOptions& options) {
 }
 
 }  // namespace
+
+bool ensureServerRuns() {
+    const bool wasRunning = IsServerRunning();
+    if (!wasRunning) launchInstalledServer();
+    const int32_t status =
+        Client_to_POS_Communicator().WakeServer(serverEvent::kWakeTimeOutMs, serverEvent::kWakeAttempts);
+    if (status != noErr)
+        throw ToolFailure("the server " + std::string(wasRunning ? "runs but" : "was launched, but it") +
+                          " does not answer: status " + statusText(status));
+    return wasRunning;
+}
 
 void launchInstalledServer() {
     CFURLRef found = nullptr;

@@ -1,0 +1,11 @@
+// dovrel record: runs a command whose host records its exchanges with the server.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace dovrel::tools {
+
+/// Adds the subcommand to the tool.
+void addRecord(CLI::App& app);
+
+}  // namespace dovrel::tools

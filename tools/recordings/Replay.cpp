@@ -1,0 +1,123 @@
+#include "tools/recordings/Replay.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "server/ImportedClasses.h"
+#include "server/Recording.h"
+#include "settings/LineGrammar.h"
+#include "tools/Subcommand.h"
+#include "tools/recordings/ChildCommand.h"
+#include "tools/server/ServerChannel.h"
+#include "tools/server/ServerLife.h"
+
+namespace dovrel::tools {
+
+namespace {
+
+constexpr std::chrono::seconds kTimeOut{10};
+
+struct Options {
+    std::string file;
+    bool isStrict = false;
+    bool printsClasses = false;
+    std::vector<std::string> command;
+};
+
+void reportProblems(const std::vector<std::string>& problems) {
+    for (const std::string& problem : problems)
+        std::cerr << "dovrel: " << problem << "\n";
+}
+
+void printClasses(const std::string& file) {
+    std::vector<std::string> problems;
+    const merrowd::Recording recording(file, problems);
+    std::cout << merrowd::describeClasses(recording);
+    reportProblems(problems);
+    if (!problems.empty()) exitFailed();
+}
+
+std::string findValue(const ServerState& state, const std::string& name) {
+    const auto found = std::find_if(state.values.begin(), state.values.end(),
+                                    [&name](const ServerState::Value& value) { return value.name == name; });
+    return found != state.values.end() ? found->text : "0";
+}
+
+/// Lets the server replay the file while it exists.
+class RunningReplay {
+  public:
+    RunningReplay(const std::string& file, bool isStrict) {
+        std::string settings;
+        appendStringEntry(settings, "replay", file);
+        appendStringEntry(settings, "replayMode", isStrict ? "inSequence" : "byRequest");
+        state_ = sendSettings(settings, kTimeOut);
+    }
+
+    const ServerState& stateAtStart() const { return state_; }
+
+    /// Ends the replay and returns the server's state before that.
+    ServerState end() {
+        ServerState state = sendSettings("", kTimeOut);
+        std::string settings;
+        appendStringEntry(settings, "replay", "");
+        sendSettings(settings, kTimeOut);
+        return state;
+    }
+
+  private:
+    ServerState state_;
+};
+
+int replayFor(RunningReplay& replay, const std::vector<std::string>& command) {
+    const int status = runChildCommand(command);
+    const ServerState state = replay.end();
+    const std::string refused = findValue(state, "refused");
+    std::cerr << "dovrel: " << findValue(state, "replayed") << " requests were replayed, " << refused
+              << " were not in the recording\n";
+    return status == kSucceeded && refused != "0" ? kFailed : status;
+}
+
+void replay(const Options& options) {
+    const std::string file = std::filesystem::absolute(options.file).lexically_normal();
+    if (options.printsClasses) return printClasses(file);
+    ensureServerRuns();
+    RunningReplay running(file, options.isStrict);
+    reportProblems(running.stateAtStart().problems);
+    const std::string count = findValue(running.stateAtStart(), "recorded");
+    if (count == "0") {
+        running.end();
+        throw ToolFailure("there is nothing to replay in " + file);
+    }
+    if (options.command.empty()) {
+        std::cout << "the server replays " << count << " exchanges\n";
+        return;
+    }
+    const int status = replayFor(running, options.command);
+    if (status != kSucceeded) throw CLI::RuntimeError(status);
+}
+
+}  // namespace
+
+void addReplay(CLI::App& app) {
+    CLI::App& subcommand = addSubcommand(app, "replay", "Let the server play a recording back",
+                                         "dovrel replay trouble.recording -- ./host\n"
+                                         "dovrel replay --strict trouble.recording\n"
+                                         "dovrel replay --classes trouble.recording > Classes.conf");
+    const auto options = std::make_shared<Options>();
+    subcommand.add_option("FILE", options->file, "The recording")->required();
+    subcommand.add_option(
+        "COMMAND", options->command,
+        "The command and its arguments, after --; without it the server goes on replaying until "
+        "\"replay\" is empty");
+    subcommand.add_flag("--strict", options->isStrict, "Replay strictly in sequence, not by request");
+    subcommand.add_flag("--classes", options->printsClasses,
+                        "Print the classes of the recording as settings, and replay nothing");
+    subcommand.callback([options] { replay(*options); });
+}
+
+}  // namespace dovrel::tools
