@@ -36,7 +36,7 @@ Outcome ControlCalls::handle(const std::string& text) {
         log_.note("control: " + problem);
     Properties reply;
     addProblems(reply, "problem", problems);
-    addProblems(reply, "startProblem", startProblems_);
+    if (!startProblems_.empty()) addProblems(reply, "startProblem", startProblems_);
     addState(reply);
     std::string replyText;
     reply.save(replyText);

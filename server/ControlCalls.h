@@ -19,7 +19,7 @@ class ControlCalls {
 
     /// Applies settings, described classes and recordings from a text in properties form. The reply is a text of
     /// the same form: the number of problems ("problems") and each of them ("problem 1" and so on), the same for
-    /// the start ("startProblems", "startProblem 1"), the server's state ("process", "applications", "objects"),
+    /// the start if there were any ("startProblems", "startProblem 1"), the server's state ("process", "applications", "objects"),
     /// and the state of a replay ("recorded", "replayed", "refused"). Problems also go to the log.
     Outcome handle(const std::string& text);
 

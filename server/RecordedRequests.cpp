@@ -33,8 +33,16 @@ RecordedRequests::RecordedRequests(const Recording& recording) {
 
 const std::vector<size_t>& RecordedRequests::findSame(const ComparedRequest& request) const {
     static const std::vector<size_t> none;
-    const auto found = places_.find(request);
-    return found != places_.end() ? found->second : none;
+    const auto exact = places_.find(request);
+    if (exact != places_.end()) return exact->second;
+    const auto general = generalPlaces_.find(generalize(request));
+    return general != generalPlaces_.end() ? general->second : none;
+}
+
+ComparedRequest RecordedRequests::generalize(ComparedRequest request) const {
+    request.application = firstApplications_[request.application];
+    request.object = firstObjects_[request.object];
+    return request;
 }
 
 void RecordedRequests::add(const Recording& recording, size_t exchange) {
@@ -49,6 +57,7 @@ void RecordedRequests::add(const Recording& recording, size_t exchange) {
     request.compared = meanings_.translate(*key);
     if (!recorded.failed) readReply(recording.read(recorded.reply), *key, request);
     places_[request.compared].push_back(all_.size());
+    generalPlaces_[generalize(request.compared)].push_back(all_.size());
     all_.push_back(std::move(request));
 }
 
@@ -59,12 +68,17 @@ void RecordedRequests::readReply(const CPPByteArray& reply, const RequestKey& ke
         object.copyBytesFrom(reply);
         if (object.getMessageKind() == dovrel::kMessageKindException) return;
         if (key.command == posCommand::kRegisterApplication) {
-            request.newApplication = ++applicationCount_;
-            meanings_.applications[object.readUInt32(posField::kSession)] = request.newApplication;
+            const uint32_t session = object.readUInt32(posField::kSession);
+            request.newApplication = firstApplications_.size();
+            meanings_.applications[session] = request.newApplication;
+            const ComparedRequest kind = generalize(request.compared);
+            firstApplications_.push_back(firstOfKind_.emplace(kind, request.newApplication).first->second);
         } else if (key.command == posCommand::kInstantiateObject) {
             const std::string identifier = dovrel::bytesToText(*object.readByteArray(posField::kObject));
-            request.newObject = ++objectCount_;
+            request.newObject = firstObjects_.size();
             meanings_.objects[{key.session, identifier}] = request.newObject;
+            const ComparedRequest kind = generalize(request.compared);
+            firstObjects_.push_back(firstOfKind_.emplace(kind, request.newObject).first->second);
         }
         request.endsApplication = key.command == posCommand::kUnregisterApplication;
     } catch (CPPException* caught) {

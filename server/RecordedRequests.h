@@ -53,20 +53,29 @@ class RecordedRequests {
     /// All requests in the order of the recording.
     const std::vector<RecordedRequest>& all() const { return all_; }
 
-    /// Returns the places in all() of the same request, in their order. Empty if there is none.
+    /// Returns the places in all() of the same request, in their order. If there is none, returns those of the same
+    /// request from an application that registered in the same way, to an object that was created in the same
+    /// way. Empty if there is none either.
     const std::vector<size_t>& findSame(const ComparedRequest& request) const;
 
   private:
+    using Places = std::map<ComparedRequest, std::vector<size_t>>;
+
     void add(const Recording& recording, size_t exchange);
+    ComparedRequest generalize(ComparedRequest request) const;
     void readReply(const CPPByteArray& reply, const RequestKey& key, RecordedRequest& request);
 
     std::vector<RecordedRequest> all_;
-    std::map<ComparedRequest, std::vector<size_t>> places_;
+    Places places_;
+    Places generalPlaces_;  // by the requests that generalize() returns
+
+    // For each application and object: the first one that was registered or created in the same way.
+    std::vector<size_t> firstApplications_{0};
+    std::vector<size_t> firstObjects_{0};
+    std::map<ComparedRequest, size_t> firstOfKind_;  // by the general request that made it
 
     // What the recorded numbers mean at the exchange that is being added. A later server may use them again.
     IdentifierMeanings meanings_;
-    size_t applicationCount_ = 0;
-    size_t objectCount_ = 0;
 };
 
 }  // namespace merrowd

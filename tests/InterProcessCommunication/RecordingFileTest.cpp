@@ -164,7 +164,7 @@ TEST_F(RecordingFileTest, FileThatCannotBeOpened_IsNotWrittenAndReportedOnceInTh
         std::vector<std::string>{"exchange: the recording ends, because it cannot be written: " + path()});
 }
 
-TEST_F(RecordingFileTest, FullDisk_EndsTheRecordingForGood) {
+TEST_F(RecordingFileTest, FullDisk_EndsTheRecording) {
     RecordingFile file(path());
     addReply(file, "a", "b");
     const size_t size = folder_.read("recording").size();

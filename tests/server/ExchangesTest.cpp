@@ -107,7 +107,7 @@ TEST_F(ExchangesTest, Control_ReturnsTheStateOfTheServerAndTheProblems) {
         "//applications\nINT:1\n//objects\nINT:1\n"
         "//problem 1\nSTR:line 1: the value \"2\" of \"log\" does not fit; expected a number from 0 to 1\n"
         "//problems\nINT:1\n//process\nINT:" +
-            std::to_string(getpid()) + "\n//startProblems\nINT:0\n");
+            std::to_string(getpid()) + "\n");
     EXPECT_TRUE(state_.settings.checkClasses);
 }
 

@@ -137,6 +137,23 @@ TEST_F(ReplayTest, NumbersThatALaterServerUsedAgain_MeanTheLaterApplication) {
     EXPECT_EQ(send(commandRequest(one, "ping", "Two")).code(), 23u);
 }
 
+TEST_F(ReplayTest, RequestOfAnotherApplicationThatRegisteredInTheSameWay_IsFound) {
+    for (const char* text : {"first", "second"}) {
+        const uint32_t session = recorded_.registerApplication();
+        const std::string object = recorded_.instantiate(session, "Echo");
+        recorded_.send(callRequest(session, object, "echo", text));
+    }
+    const uint32_t otherSession = recorded_.registerApplication("Other");
+    const std::string otherObject = recorded_.instantiate(otherSession, "Echo");
+    recorded_.send(callRequest(otherSession, otherObject, "echo", "third"));
+    replay();
+    const uint32_t session = registerApplication();
+    const std::string object = instantiate(session, "Echo");
+    EXPECT_EQ(send(callRequest(session, object, "echo", "second")).data(posField::kResult), "second");
+    EXPECT_EQ(send(callRequest(session, object, "echo", "first")).data(posField::kResult), "first");
+    EXPECT_EQ(send(callRequest(session, object, "echo", "third")).code(), 23u);
+}
+
 TEST_F(ReplayTest, RequestThatTheRecordingDoesNotHave_IsRefusedAndLogged) {
     const uint32_t oldSession = recorded_.registerApplication();
     const std::string oldObject = recorded_.instantiate(oldSession, "Echo");

@@ -74,9 +74,9 @@ chmod 755 "{program}" """, self.folder), 0)
 
     def test_Problems_AreToldAndAFailure(self):
         self.start()
-        for arguments, problem in (("server set colour 1", 'there is no setting "colour"'),
-                                   ("server set log yes", 'the value "yes" of "log" does not fit'),
-                                   ("server misbehave nonsense", 'the value "nonsense" of "misbehave" does not fit'),
+        for arguments, problem in (("server set colour 1", 'line 1: there is no setting "colour"'),
+                                   ("server set log yes", 'line 1: the value "yes" of "log" does not fit'),
+                                   ("server misbehave nonsense", 'line 1: the value "nonsense" of "misbehave" does not fit'),
                                    ("server load <<<log=1", 'line 1: "log=1" is not part of an entry')):
             self.assert_fails(arguments, f"the server reports: {problem}")
 
