@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <fstream>
 #include <memory>
+#include <utility>
 
 #include "InterProcessCommunication/RecordingFormat.h"
 #include "client/exceptions/CPPException.h"
@@ -23,6 +24,11 @@ Recording::Recording(const std::string& path, std::vector<std::string>& problems
         const std::unique_ptr<CPPException> failure(caught);
         problems.emplace_back(failure->getMessage());
     }
+}
+
+Recording::Recording(std::string path, const std::string& text, std::vector<std::string>& problems)
+    : path_(std::move(path)) {
+    addSections(text, problems);
 }
 
 void Recording::addSections(const std::string& text, std::vector<std::string>& problems) {

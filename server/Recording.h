@@ -32,6 +32,9 @@ class Recording {
     /// has another format. Such an exchange is left out.
     Recording(const std::string& path, std::vector<std::string>& problems);
 
+    /// As above for the text of the file, which the caller has read. The file of payloads is beside `path`.
+    Recording(std::string path, const std::string& text, std::vector<std::string>& problems);
+
     const std::vector<RecordedExchange>& exchanges() const { return exchanges_; }
 
     /// Returns the bytes. Throws a new CPPException that names the file if they cannot be read.
