@@ -80,6 +80,20 @@ chmod 755 "{program}" """, self.folder), 0)
                                    ("server load <<<log=1", 'line 1: "log=1" is not part of an entry')):
             self.assert_fails(arguments, f"the server reports: {problem}")
 
+    def test_ProblemsOfTheSettingsFile_AreNamedByStatusTheLogAndAServerThatIsStartedByHand(self):
+        settings = self.products / "Merrowd.conf"
+        settings.write_text("//endAtStart\nINT:0\n//colour\nINT:1\n")
+        problem = f'{settings}: line 3: there is no setting "colour"'
+        self.start()
+        self.assertIn(f"startProblem 1: {problem}\nstartProblems: 1\n", self.output("server status"))
+        self.assertEqual(self.json("server status --json")["startProblem 1"], problem)
+        self.assertIn(f" settings: {problem}\n", (self.logs / "Merrowd.log").read_text())
+        self.output("server stop")
+        settings.write_text("//endAtStart\nINT:1\n//colour\nINT:1\n")
+        program = self.products / "Merrowd.app/Contents/MacOS/Merrowd"
+        by_hand = self.run_as(False, f'POS_SYSTEM_ROOT="{self.root}" "{program}"', self.folder)
+        self.assertEqual((by_hand.returncode, by_hand.stderr), (0, f"Merrowd: {problem}\n"))
+
     def test_WithoutAServer_SettingsFail(self):
         self.assert_fails("server set log 1", "no server of this user and this root runs")
         self.assertEqual(self.servers(), [])

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,24 +49,30 @@ std::string findValue(const ServerState& state, const std::string& name) {
     return found != state.values.end() ? found->text : "0";
 }
 
-/// Lets the server replay the file while it exists.
+ServerState askServer(const std::string& settings) {
+    const std::optional<ServerState> state = sendSettings(settings, kTimeOut);
+    if (!state) throw ToolFailure("the server has ended before the end of the replay");
+    return *state;
+}
+
+/// Lets the server replay the file until it is told to end.
 class RunningReplay {
   public:
     RunningReplay(const std::string& file, bool isStrict) {
         std::string settings;
         appendStringEntry(settings, "replay", file);
         appendStringEntry(settings, "replayMode", isStrict ? "inSequence" : "byRequest");
-        state_ = sendSettings(settings, kTimeOut);
+        state_ = askServer(settings);
     }
 
     const ServerState& stateAtStart() const { return state_; }
 
     /// Ends the replay and returns the server's state before that.
     ServerState end() {
-        ServerState state = sendSettings("", kTimeOut);
+        ServerState state = askServer("");
         std::string settings;
         appendStringEntry(settings, "replay", "");
-        sendSettings(settings, kTimeOut);
+        askServer(settings);
         return state;
     }
 

@@ -20,9 +20,9 @@ struct ServerState {
     std::vector<std::string> problems;  ///< faults in the settings that were sent
 };
 
-/// Sends settings in the text form of docs/development-server.md to the running server, and returns its reply. An empty text
-/// changes nothing. Returns nothing if no server runs. Throws a ToolFailure if the server does not reply within the
-/// time, or if it is another server than the development server.
+/// Sends settings in the text form of docs/development-server.md to the running server, and returns its reply. An
+/// empty text changes nothing. Returns nothing if no server runs. Throws a ToolFailure if the server does not reply
+/// within the time, or if it is another server than the development server.
 std::optional<ServerState> sendSettings(const std::string& settings, std::chrono::seconds timeOut);
 
 /// The outcome of a handshake.
