@@ -98,6 +98,7 @@ void ControlCalls::startReplay(std::vector<std::string>& problems) {
     state_.replay.reset();
     if (state_.settings.replay.empty()) return;
     Recording recording(state_.settings.replay, problems);
+    if (recording.exchanges().empty()) return;
     ExchangeLog& log = log_;
     state_.replay =
         std::make_unique<Replay>(std::move(recording), state_.settings.replayMode, state_.applications,

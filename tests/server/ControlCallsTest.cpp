@@ -64,6 +64,12 @@ TEST_F(ControlCallsTest, RecordingThatCannotBeUsed_IsAProblem) {
     }
 }
 
+TEST_F(ControlCallsTest, RecordingWithoutExchanges_StartsNoReplay) {
+    control("//replay\nSTR:/nowhere\n");
+    EXPECT_EQ(state_.replay, nullptr);
+    EXPECT_FALSE(readReply(send(registerRequest("Demo"))).isException());
+}
+
 TEST_F(ControlCallsTest, Misbehaviour_HoldsForAReplayAsWell) {
     control("//replay\nSTR:" + record() + "\n" + misbehaviour("empty"));
     EXPECT_EQ(readBytes(send(registerRequest("Demo"))), "");
