@@ -8,6 +8,7 @@
 #include "client/exceptions/ExceptionTypeNames.h"
 #include "platform/text/TextConversions.h"
 #include "platform/trace/TraceText.h"
+#include "serialization/ByteOrder.h"
 
 namespace dovrel {
 
@@ -17,26 +18,9 @@ std::string quoted(const std::string& text) {
     return '"' + text + '"';
 }
 
-std::string dataText(const CPPByteArray& bytes) {
-    return traceDataText(bytes.data(), bytes.getSize());
-}
-
 std::string valueText(POSTransferObj& object, const POSField& field) {
-    switch (field.form) {
-        case POSFieldForm::kUInt32:
-            return std::to_string(object.readUInt32(field));
-        case POSFieldForm::kName:
-        case POSFieldForm::kText: {
-            std::string text = object.readString(field);
-            if (field.form == POSFieldForm::kName && !text.empty() && text.back() == '\0') text.pop_back();
-            return quoted(traceOneLineText(text));
-        }
-        case POSFieldForm::kIdentifier:
-        case POSFieldForm::kOptionalIdentifier:
-        case POSFieldForm::kData:
-            break;
-    }
-    return dataText(*object.readByteArray(field));
+    const ByteBlock data = object.readBlock(field);
+    return fieldText(field, {data.data.get(), data.length});
 }
 
 void appendField(std::string& lines, POSTransferObj& object, const POSField& field, const std::string& mark) {
@@ -75,8 +59,32 @@ std::string fieldLines(POSTransferObj& object, const std::string& mark) {
 
 }  // namespace
 
+std::string fieldText(const POSField& field, ByteView data, uint32_t mostBytes) {
+    switch (field.form) {
+        case POSFieldForm::kUInt32:
+            return std::to_string(fieldNumber(data));
+        case POSFieldForm::kName:
+        case POSFieldForm::kText: {
+            std::string text(data.data, data.data + data.length);
+            if (field.form == POSFieldForm::kName && !text.empty() && text.back() == '\0') text.pop_back();
+            return quoted(traceOneLineText(text));
+        }
+        case POSFieldForm::kIdentifier:
+        case POSFieldForm::kOptionalIdentifier:
+        case POSFieldForm::kData:
+            break;
+    }
+    return traceDataText(data.data, data.length, mostBytes);
+}
+
+uint32_t fieldNumber(ByteView data) {
+    uint8_t bytes[4] = {};
+    std::copy_n(data.data, std::min<size_t>(data.length, sizeof bytes), bytes);
+    return loadLittleEndian32(bytes);
+}
+
 std::string transferObjText(const CPPByteArray& transferObject, const std::string& mark) {
-    const std::string asBytes = mark + dataText(transferObject) + "\n";
+    const std::string asBytes = mark + traceDataText(transferObject.data(), transferObject.getSize()) + "\n";
     return readOr(transferObject, asBytes,
                   [&mark](POSTransferObj& object) { return fieldLines(object, mark); });
 }

@@ -5,9 +5,20 @@
 #include <cstdint>
 #include <string>
 
+#include "InterProcessCommunication/POSCommands.h"
+#include "platform/trace/TraceText.h"
+#include "serialization/ByteBlock.h"
 #include "serialization/CPPByteArray.h"
 
 namespace dovrel {
+
+/// Returns the value of a field in its form: the number, the text in quotes (without the NUL of a name), or
+/// what traceDataText returns for `mostBytes`.
+std::string fieldText(const POSField& field, ByteView data, uint32_t mostBytes = kMostTraceBytes);
+
+/// Returns the first 4 bytes as a number, least significant byte first. Bytes that the data do not have count
+/// as 0.
+uint32_t fieldNumber(ByteView data);
 
 /// Returns the lines of a request or a reply. Each line begins with `mark` and ends with a line feed. Fields
 /// that the table does not list are omitted, and only the beginning of long data is shown. Bytes that are not

@@ -8,22 +8,34 @@ namespace dovrel {
 
 namespace {
 
-constexpr uint32_t kTokenAreaSize = 128;
-
 struct DumpedBytes {
     const char* label;
-    uint32_t offset;
-    uint32_t length;
+    const TransferPackField& field;
 };
 
 constexpr DumpedBytes kDumpedBytes[] = {
-    {"TAN:                  ", 8, 4},   {"SourceObjID:          ", 32, 16},
-    {"SourceClassID:        ", 48, 16}, {"DestinationObjID:     ", 80, 16},
-    {"DestinationClassID:   ", 96, 16}, {"MediatorObjID:       ", 128, 16},
-    {"MediatorClassID:     ", 144, 16}, {"MediatorValue:       ", 160, 16},
-    {"Digest A:            ", 176, 16}, {"Digest B:            ", 192, 16},
-    {"Digest C:            ", 208, 16},
+    {"TAN:                  ", packField::kTAN},
+    {"SourceObjID:          ", packField::kSourceObjID},
+    {"SourceClassID:        ", packField::kSourceClassID},
+    {"DestinationObjID:     ", packField::kDestinationObjID},
+    {"DestinationClassID:   ", packField::kDestinationClassID},
+    {"MediatorObjID:       ", packField::kMediatorObjID},
+    {"MediatorClassID:     ", packField::kMediatorClassID},
+    {"MediatorValue:       ", packField::kMediatorValue},
+    {"Digest A:            ", packField::kDigestA},
+    {"Digest B:            ", packField::kDigestB},
+    {"Digest C:            ", packField::kDigestC},
 };
+
+constexpr bool isWithoutGaps() {
+    uint32_t offset = 0;
+    for (const TransferPackField& field : kTransferPackFields) {
+        if (field.offset != offset) return false;
+        offset += field.length;
+    }
+    return offset == TransferPack::kFixedSize;
+}
+static_assert(isWithoutGaps());
 
 }  // namespace
 
@@ -53,14 +65,14 @@ void TransferPack::dump(std::FILE* output) const {
     std::fprintf(output, "Mode                %4x\n", getMode());
     std::fprintf(output, "TPLevel             %4x\n", getTPLevel());
     std::fprintf(output, "AddDataSize         %4x\n", getAddDataSize());
-    for (const DumpedBytes& field : kDumpedBytes)
-        dumpBytes(output, field.label, field.offset, field.length);
-    dumpToken(output, "Token 1:             ", 224);
-    dumpToken(output, "Token 2:             ", 352);
+    for (const DumpedBytes& dumped : kDumpedBytes)
+        dumpBytes(output, dumped.label, dumped.field.offset, dumped.field.length);
+    dumpToken(output, "Token 1:             ", packField::kToken1);
+    dumpToken(output, "Token 2:             ", packField::kToken2);
 }
 
-uint16_t TransferPack::uint16At(uint32_t offset) const {
-    return loadLittleEndian16(record_.data() + offset);
+uint16_t TransferPack::readNumber(const TransferPackField& field) const {
+    return loadLittleEndian16(record_.data() + field.offset);
 }
 
 void TransferPack::dumpBytes(std::FILE* output, const char* label, uint32_t offset, uint32_t length) const {
@@ -70,8 +82,8 @@ void TransferPack::dumpBytes(std::FILE* output, const char* label, uint32_t offs
     std::fputc('\n', output);
 }
 
-void TransferPack::dumpToken(std::FILE* output, const char* label, uint32_t offset) const {
-    dumpBytes(output, label, offset, std::min<uint32_t>(record_.getByte(offset), kTokenAreaSize));
+void TransferPack::dumpToken(std::FILE* output, const char* label, const TransferPackField& field) const {
+    dumpBytes(output, label, field.offset, std::min<uint32_t>(record_.getByte(field.offset), field.length));
 }
 
 }  // namespace dovrel

@@ -10,13 +10,6 @@
 namespace dovrel {
 namespace {
 
-constexpr uint32_t kCountTag = 0;
-
-// Does not overflow for any existing part, because no block is large enough for that many parts.
-constexpr uint32_t elementTag(uint32_t index) {
-    return 5 + 2 * index;
-}
-
 template <typename Element>
 uint64_t blockSize(const std::vector<Element>& list) {
     using namespace structuredData;
@@ -32,9 +25,9 @@ void writeElements(const std::vector<Element>& list, CPPByteArray& target) {
     writer.initialize(target, kByteArrayListType);
     writer.growTo(blockSize(list));
     const auto count = static_cast<uint32_t>(list.size());
-    writer.writeUInt32Part(kCountTag, count);
+    writer.writeUInt32Part(kByteArrayListCountTag, count);
     for (uint32_t i = 0; i < count; ++i) {
-        writer.writeArrayPart(elementTag(i), list[i]);
+        writer.writeArrayPart(byteArrayListElementTag(i), list[i]);
     }
 }
 
@@ -50,9 +43,9 @@ void writeByteArrayList(const std::vector<CPPClassID>& list, CPPByteArray& targe
 
 void readByteArrayList(const StructuredDataReader& reader, std::vector<CPPByteArray>& list) {
     list.clear();
-    const uint32_t count = reader.readUInt32Part(kCountTag);
+    const uint32_t count = reader.readUInt32Part(kByteArrayListCountTag);
     for (uint32_t i = 0; i < count; ++i) {
-        const std::unique_ptr<CPPByteArray> element(reader.getPart(elementTag(i)));
+        const std::unique_ptr<CPPByteArray> element(reader.getPart(byteArrayListElementTag(i)));
         list.push_back(std::move(*element));
     }
 }

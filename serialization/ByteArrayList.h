@@ -14,6 +14,13 @@
 namespace dovrel {
 
 constexpr uint32_t kByteArrayListType = 8;
+constexpr uint32_t kByteArrayListCountTag = 0;
+
+/// Returns the tag of an element. Does not overflow for any existing part, because no block is large enough for
+/// that many parts.
+constexpr uint32_t byteArrayListElementTag(uint32_t index) {
+    return 5 + 2 * index;
+}
 
 /// Writes the block at the beginning of `target`, which is normally an empty CPPExpandingByteArray. Throws
 /// what StructuredByteArrayWriter throws.

@@ -12,7 +12,6 @@ namespace {
 constexpr char kFurtherEntryLine[] = "\n    ";
 constexpr char kFurtherValueLine[] = "\n| ";
 constexpr char kEscapedLineEnd[] = "\\n";
-constexpr uint32_t kMostBytesShown = 64;
 
 bool isControlCharacter(char character) {
     constexpr char kDelete = '\x7F';
@@ -56,8 +55,8 @@ std::string traceOneLineText(const std::string& value) {
     return readableWithLineEnds(value, kEscapedLineEnd);
 }
 
-std::string traceDataText(const void* bytes, uint32_t count) {
-    const uint32_t shown = std::min(count, kMostBytesShown);
+std::string traceDataText(const void* bytes, uint32_t count, uint32_t mostBytes) {
+    const uint32_t shown = std::min(count, mostBytes);
     std::string text = byteCountText(count);
     if (shown == 0) return text;
     std::string beginning(static_cast<const char*>(bytes), shown);

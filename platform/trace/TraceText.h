@@ -25,9 +25,11 @@ std::string traceValueText(const std::string& value);
 /// Returns a value on one line: its line ends are written as "\n".
 std::string traceOneLineText(const std::string& value);
 
-/// Returns the number of bytes, the first 64 of them in hexadecimal digits, and their printable ASCII characters
-/// (a dot for each other byte): 5 bytes: 68 65 6C 6C 6F "hello". `bytes` may be null if `count` is 0.
-std::string traceDataText(const void* bytes, uint32_t count);
+constexpr uint32_t kMostTraceBytes = 64;
+
+/// Returns the number of bytes, the first `mostBytes` of them in hexadecimal digits, and their printable ASCII
+/// characters (a dot for each other byte): 5 bytes: 68 65 6C 6C 6F "hello". `bytes` may be null if `count` is 0.
+std::string traceDataText(const void* bytes, uint32_t count, uint32_t mostBytes = kMostTraceBytes);
 
 /// Returns the number with its unit: "1 byte", "5 bytes".
 std::string byteCountText(uint64_t count);
