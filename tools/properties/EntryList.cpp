@@ -28,7 +28,9 @@ bool isInteger(std::string_view text) {
 }
 
 bool isPairsOfDigits(std::string_view text) {
-    const auto isDigit = [](char c) { return std::string_view("0123456789ABCDEFabcdef").find(c) != std::string_view::npos; };
+    const auto isDigit = [](char c) {
+        return std::string_view("0123456789ABCDEFabcdef").find(c) != std::string_view::npos;
+    };
     const auto isBetween = [](char c) { return isBlankOrTab(c) || c == kLineFeed || c == '\r'; };
     const bool isClean =
         std::all_of(text.begin(), text.end(), [&](char c) { return isDigit(c) || isBetween(c); });
@@ -89,8 +91,8 @@ class Lister {
         entry_.valueEnd = end;
         checkValue();
         if (!sectionKey_.empty() && entry_.key == sectionKey_) keys_.clear();
-        const bool isVersion =
-            !sectionKey_.empty() && list_.entries.empty() && entry_.key == kVersionKey && entry_.keyBegin == 0;
+        const bool isVersion = !sectionKey_.empty() && list_.entries.empty() && entry_.key == kVersionKey &&
+                               entry_.keyBegin == 0;
         if (entry_.type != PropertyType::kUnknown) entry_.isRepeated = !keys_.insert(entry_.key).second;
         if (entry_.isRepeated)
             report(entry_.keyLine, quoted(entry_.key) + " occurs twice; readers use the first entry");
@@ -107,7 +109,8 @@ class Lister {
                 return;
             case PropertyType::kBinary:
                 if (!isPairsOfDigits(entry_.value))
-                    report(lineNumber_, start + "is not pairs of hexadecimal digits: " + quoted(entry_.value));
+                    report(lineNumber_,
+                           start + "is not pairs of hexadecimal digits: " + quoted(entry_.value));
                 return;
             case PropertyType::kUnknown:
                 report(lineNumber_, start + "does not begin with INT:, STR: or BAR:; readers drop it");

@@ -1,0 +1,11 @@
+// dovrel properties: shows, changes, checks and converts properties texts and configuration files.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace dovrel::tools {
+
+/// Adds the subcommand with its own subcommands.
+void addProperties(CLI::App& app);
+
+}  // namespace dovrel::tools
