@@ -28,6 +28,12 @@ CFStringRef firstEntry(CFPropertyListRef preference) {
 
 }  // namespace
 
+std::string languageWithTexts(const std::string& language) {
+    const bool hasNone =
+        language == kLanguageSpanish || language == kLanguageItalian || language == kLanguageJapanese;
+    return hasNone ? kLanguageEnglish : language;
+}
+
 std::string languageFromPreference(CFPropertyListRef preference) {
     const CFStringRef entry = firstEntry(preference);
     if (entry == nullptr) return kLanguageEnglish;

@@ -41,12 +41,6 @@ Texts& texts() {
     return instance;
 }
 
-std::string languageWithTexts(const std::string& language) {
-    const bool hasNone =
-        language == kLanguageSpanish || language == kLanguageItalian || language == kLanguageJapanese;
-    return hasNone ? kLanguageEnglish : language;
-}
-
 std::vector<Properties> readLanguageSections(const std::string& path) {
     try {
         return ConfigFileSystem::readSections(ConfigFileSystem::readText(path), kLanguageSectionKey);
@@ -65,12 +59,6 @@ Properties findSection(std::vector<Properties> sections, const std::string& lang
     return Properties();
 }
 
-std::string toDisplayText(std::string text) {
-    const size_t mnemonic = text.find(kMnemonicMark);
-    if (mnemonic != std::string::npos) text.erase(mnemonic, 1);
-    return replaceAll(text, kLineBreakMark, kCarriageReturn);
-}
-
 }  // namespace
 
 std::string MultiLanguageSupport::detectLanguage() {
@@ -78,6 +66,12 @@ std::string MultiLanguageSupport::detectLanguage() {
         CFPreferencesCopyValue(CFSTR("AppleLanguages"), kCFPreferencesAnyApplication,
                                kCFPreferencesCurrentUser, kCFPreferencesAnyHost));
     return languageFromPreference(preference.get());
+}
+
+std::string MultiLanguageSupport::toDisplayText(std::string stored) {
+    const size_t mnemonic = stored.find(kMnemonicMark);
+    if (mnemonic != std::string::npos) stored.erase(mnemonic, 1);
+    return replaceAll(stored, kLineBreakMark, kCarriageReturn);
 }
 
 void MultiLanguageSupport::initialize(const std::string& language) {

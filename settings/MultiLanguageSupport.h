@@ -36,6 +36,9 @@ class MultiLanguageSupport {
     /// before initialize(). Does not throw exceptions of the library.
     static std::string getText(const char* key);
 
+    /// Returns a text of the texts file as getText returns it.
+    static std::string toDisplayText(std::string stored);
+
     /// Returns whether the last initialize() found a section in the file; false before the first call.
     static bool isLoaded();
 

@@ -69,5 +69,13 @@ TEST(Languages, LanguageFromPreference_AnythingButAnArrayOfStrings_IsEnglish) {
     EXPECT_EQ(parseLanguage("<array><integer>1</integer></array>"), "English");
 }
 
+TEST(Languages, LanguageWithTexts_IsEnglishForThoseWithoutTexts) {
+    for (const char* language : {"Spanish", "Italian", "Japanese", "English"})
+        EXPECT_EQ(languageWithTexts(language), "English");
+    EXPECT_EQ(languageWithTexts("German"), "German");
+    EXPECT_EQ(languageWithTexts("Francais"), "Francais");
+    EXPECT_EQ(languageWithTexts("Other"), "Other");
+}
+
 }  // namespace
 }  // namespace dovrel

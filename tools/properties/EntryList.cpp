@@ -87,6 +87,7 @@ class Lister {
         keyWaits_ = false;
         entry_.type = reader.type();
         entry_.value = reader.value();
+        entry_.valueLine = lineNumber_;
         entry_.valueBegin = begin;
         entry_.valueEnd = end;
         checkValue();

@@ -17,6 +17,7 @@ struct TextEntry {
     PropertyType type = PropertyType::kUnknown;
     std::string_view value;   ///< the text after the type word; for bytes all of their lines
     size_t keyLine = 0;       ///< number of the key's line, counted from 1
+    size_t valueLine = 0;     ///< number of the first line of the value
     size_t keyBegin = 0;      ///< offsets in the text: from the key line
     size_t keyEnd = 0;        ///< to the line after it
     size_t valueBegin = 0;    ///< and from the value line

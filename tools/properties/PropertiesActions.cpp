@@ -48,8 +48,10 @@ std::string convertFromJson(const std::string& input, const std::string& section
     const std::string text = propertiesFromJson(json);
     if (!json.is_array()) return text;
     if (sectionKey.empty()) rejectArguments("--section-key is needed, because the input has sections");
-    if (splitSections(text, sectionKey).size() != json.size())
-        throw ToolFailure("not every object of the array begins with the key \"" + sectionKey + "\"");
+    for (const auto& object : json) {
+        if (object.empty() || object.begin().key() != sectionKey)
+            throw ToolFailure("not every object of the array begins with the key \"" + sectionKey + "\"");
+    }
     return text;
 }
 

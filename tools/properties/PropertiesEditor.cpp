@@ -68,6 +68,8 @@ void PropertiesEditor::set(const std::string& key, const PropertyValue& value) {
 }
 
 bool PropertiesEditor::remove(const std::string& key) {
+    if (!key.empty() && key == choice_.key)
+        throw ToolFailure("the entry \"" + key + "\" begins the section, so it cannot be removed");
     const Section section = findSection(text_, choice_);
     std::vector<TextEntry> entries = listEntries(text_, choice_.key, true).entries;
     std::string changed = text_;

@@ -1,0 +1,11 @@
+// dovrel completion: prints the completion script for bash.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace dovrel::tools {
+
+/// Adds the subcommand. The script contains all subcommands of `app`, including those that are added later.
+void addCompletion(CLI::App& app);
+
+}  // namespace dovrel::tools
