@@ -7,12 +7,16 @@
 #include "tools/calls/Call.h"
 #include "tools/calls/Command.h"
 #include "tools/calls/Info.h"
+#include "tools/completion/Completion.h"
+#include "tools/decode/Decode.h"
 #include "tools/doctor/Doctor.h"
 #include "tools/doctor/Report.h"
+#include "tools/properties/PropertiesCommand.h"
 #include "tools/recordings/Record.h"
 #include "tools/recordings/Replay.h"
 #include "tools/server/Server.h"
 #include "tools/status/Status.h"
+#include "tools/texts/TextsCommand.h"
 
 namespace {
 
@@ -29,6 +33,10 @@ void addSubcommands(CLI::App& app) {
     addDoctor(app);
     addReport(app);
     addStatus(app);
+    addDecode(app);
+    addProperties(app);
+    addTexts(app);
+    addCompletion(app);
 }
 
 constexpr char kHelpEnd[] =

@@ -104,13 +104,6 @@ TEST(TransferObjText, ReadCommandName_NamesTheCommandOrSaysThatThereIsNone) {
     EXPECT_EQ(readCommandCode({}), 0u);
 }
 
-TEST(TransferObjText, DataText_ShowsAtMostTheGivenNumberOfBytes) {
-    const auto* const bytes = reinterpret_cast<const uint8_t*>("ab\x01");
-    EXPECT_EQ(dataText({bytes, 3}), "3 bytes: 61 62 01 \"ab.\"");
-    EXPECT_EQ(dataText({bytes, 3}, 1), "3 bytes: 61 ... \"a\"");
-    EXPECT_EQ(dataText({nullptr, 0}), "0 bytes");
-}
-
 TEST(TransferObjText, FieldNumber_IsZeroExtendedAndUsesFourBytes) {
     const uint8_t bytes[] = {1, 2, 3, 4, 5};
     EXPECT_EQ(fieldNumber({nullptr, 0}), 0u);

@@ -26,4 +26,5 @@ def configured_build(test, name, options, products):
     shutil.copy(built / "dovrel", folder / "Dovrel.bundle/Contents/MacOS/Dovrel")
     shutil.copy(built / "Merrowd", folder / "Merrowd.app/Contents/MacOS/Merrowd")
     shutil.copy(built / "dovrel_tool", folder / "tools/dovrel")
+    shutil.copytree(BUILD / "tools/completion", folder / "tools/completion", dirs_exist_ok=True)
     return folder

@@ -25,7 +25,8 @@ def subcommands(*names):
 class Tool(unittest.TestCase):
     def test_Help_OfEverySubcommand_HasAnExampleAndTheExitStatus(self):
         found = subcommands()
-        for expected in (["call"], ["command"], ["info"], ["doctor"], ["report"], ["status"], ["server", "misbehave"]):
+        for expected in (["call"], ["command"], ["info"], ["doctor"], ["report"], ["status"], ["server", "misbehave"],
+                         ["decode"], ["properties", "set"], ["texts", "check"], ["completion"]):
             self.assertIn(expected, found)
         for names in found:
             result = run(*names, "--help")

@@ -1,6 +1,5 @@
 #include "tools/properties/EntryText.h"
 
-#include "InterProcessCommunication/TransferObjText.h"
 #include "platform/text/TextConversions.h"
 #include "platform/trace/TraceText.h"
 #include "settings/LineGrammar.h"
@@ -13,7 +12,7 @@ std::string valueText(const TextEntry& entry) {
     if (entry.type == PropertyType::kString) return '"' + traceOneLineText(std::string(entry.value)) + '"';
     if (entry.type != PropertyType::kBinary) return bareValue(entry);
     const std::string bytes = decodeHexText(entry.value);
-    return dataText({reinterpret_cast<const uint8_t*>(bytes.data()), static_cast<uint32_t>(bytes.size())});
+    return traceDataText(bytes.data(), static_cast<uint32_t>(bytes.size()));
 }
 
 }  // namespace

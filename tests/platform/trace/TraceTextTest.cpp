@@ -52,6 +52,7 @@ TEST(TraceText, Data_AreTheirSizeDigitsAndPrintableCharacters) {
     EXPECT_EQ(traceDataText("a\x80\x1B", 3), "3 bytes: 61 80 1B \"a..\"");
     EXPECT_EQ(traceDataText("\xFF", 1), "1 byte: FF");
     EXPECT_EQ(traceDataText(nullptr, 0), "0 bytes");
+    EXPECT_EQ(traceDataText("hello", 5, 2), "5 bytes: 68 65 ... \"he\"");
 }
 
 TEST(TraceText, LongData_AreTheirFirst64Bytes) {
