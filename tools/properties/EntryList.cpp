@@ -79,8 +79,15 @@ class Lister {
         entry_.keyBegin = begin;
         entry_.keyEnd = end;
         keyWaits_ = true;
+        if (!sectionKey_.empty() && entry_.key == sectionKey_) beginSection(begin);
+        entry_.section = list_.sectionBegins.size() - 1;
         if (reader.line().substr(0, kKeyLineMark.size()) != kKeyLineMark)
             report(lineNumber_, quoted(reader.line()) + " is read as a key, but does not begin with \"//\"");
+    }
+
+    void beginSection(size_t begin) {
+        list_.sectionBegins.push_back(begin);
+        keys_.clear();
     }
 
     void takeValue(const EntryReader& reader, size_t begin, size_t end) {
@@ -91,7 +98,6 @@ class Lister {
         entry_.valueBegin = begin;
         entry_.valueEnd = end;
         checkValue();
-        if (!sectionKey_.empty() && entry_.key == sectionKey_) keys_.clear();
         const bool isVersion = !sectionKey_.empty() && list_.entries.empty() && entry_.key == kVersionKey &&
                                entry_.keyBegin == 0;
         if (entry_.type != PropertyType::kUnknown) entry_.isRepeated = !keys_.insert(entry_.key).second;

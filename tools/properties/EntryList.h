@@ -22,6 +22,7 @@ struct TextEntry {
     size_t keyEnd = 0;        ///< to the line after it
     size_t valueBegin = 0;    ///< and from the value line
     size_t valueEnd = 0;      ///< to the line after its last line
+    size_t section = 0;       ///< index in EntryList::sectionBegins
     bool isRepeated = false;  ///< readers use an earlier entry of its section
 };
 
@@ -32,6 +33,7 @@ struct LineProblem {
 
 struct EntryList {
     std::vector<TextEntry> entries;
+    std::vector<size_t> sectionBegins{0};  ///< offsets in the text: 0, and each key line of the section key
     std::vector<LineProblem> problems;  ///< in the order of the lines
 };
 

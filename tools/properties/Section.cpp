@@ -12,13 +12,16 @@ SectionChoice SectionChoice::parse(const std::string& text) {
 }
 
 std::vector<Section> splitSections(std::string_view text, const std::string& sectionKey) {
+    const EntryList list = listEntries(text, sectionKey, true);
     std::vector<Section> sections;
-    for (const TextEntry& entry : listEntries(text, sectionKey, true).entries) {
+    size_t last = list.sectionBegins.size();
+    for (const TextEntry& entry : list.entries) {
         if (entry.type == PropertyType::kUnknown || entry.isRepeated) continue;
-        const bool isStart = !sectionKey.empty() && entry.key == sectionKey;
-        if (sections.empty() || isStart) {
-            if (!sections.empty()) sections.back().end = entry.keyBegin;
-            sections.push_back({{}, entry.keyBegin, text.size(), sections.size()});
+        if (entry.section != last) {
+            last = entry.section;
+            const bool isLast = last + 1 == list.sectionBegins.size();
+            const size_t end = isLast ? text.size() : list.sectionBegins[last + 1];
+            sections.push_back({{}, list.sectionBegins[last], end, sections.size()});
         }
         sections.back().entries.push_back(entry);
     }

@@ -29,7 +29,7 @@ bool isKnownLanguage(const std::string& name) {
 void checkLanguage(const LanguageTexts& language, std::set<std::string>& names, Problems& problems) {
     const std::string& name = language.name;
     if (name.empty()) {
-        problems.push_back({language.line, "entries before the first LANGUAGE belong to no language"});
+        problems.push_back({language.line, "the entries from here on belong to no language"});
     } else if (!isKnownLanguage(name)) {
         problems.push_back({language.line, "the library does not know the language \"" + name + "\""});
     } else if (languageWithTexts(name) != name) {

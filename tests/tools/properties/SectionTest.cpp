@@ -27,6 +27,16 @@ TEST(Section, Sections_AreThoseThatTheLibraryReads) {
     EXPECT_EQ(sections[2].end, kText.size());
 }
 
+TEST(Section, SectionKeyWithoutAValue_BeginsASection) {
+    constexpr std::string_view kWithoutValue = "//L\nSTR:x\n//L\n//a\nINT:1\n//L\n";
+    const std::vector<Section> sections = splitSections(kWithoutValue, "L");
+    ASSERT_EQ(sections.size(), ConfigFileSystem::readSections(kWithoutValue, "L").size());
+    ASSERT_EQ(sections.size(), 2u);
+    EXPECT_EQ(sections[1].entries.front().key, "a");
+    EXPECT_EQ(sections[1].end, kWithoutValue.size() - 4);
+    EXPECT_EQ(findSection(kWithoutValue, SectionChoice::parse("L=x")).entries.size(), 1u);
+}
+
 TEST(Section, ChosenSection_IsFoundByItsValue) {
     EXPECT_EQ(findSection(kText, SectionChoice::parse("L=y")).entries.back().value, "3");
     EXPECT_THROW(findSection(kText, SectionChoice::parse("L=z")), ToolFailure);

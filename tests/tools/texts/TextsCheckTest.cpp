@@ -54,7 +54,7 @@ TEST(TextsCheck, LanguageThatIsNotUsed_IsAProblem) {
     EXPECT_EQ(findProblems(section("french") + file),
               "1: the library does not know the language \"french\"\n");
     EXPECT_EQ(findProblems("//ERROR_DLG_TITLE\nSTR:x\n" + file),
-              "1: entries before the first LANGUAGE belong to no language\n");
+              "1: the entries from here on belong to no language\n");
     EXPECT_EQ(findProblems(section("German") + file),
               std::to_string(5 + 4 * std::size(kAllTextKeys)) +
                   ": German occurs twice; the library uses the first section\n");
