@@ -1,9 +1,9 @@
 #include "tools/decode/BlockParts.h"
 
 #include "platform/text/TextConversions.h"
+#include "platform/trace/TraceText.h"
 #include "serialization/ByteOrder.h"
 #include "serialization/StructuredDataFormat.h"
-#include "tools/decode/Decoded.h"
 
 namespace dovrel::tools {
 

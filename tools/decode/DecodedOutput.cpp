@@ -1,6 +1,7 @@
 #include "tools/decode/DecodedOutput.h"
 
 #include "platform/text/TextConversions.h"
+#include "platform/trace/TraceText.h"
 
 namespace dovrel::tools {
 

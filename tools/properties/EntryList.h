@@ -34,7 +34,7 @@ struct LineProblem {
 struct EntryList {
     std::vector<TextEntry> entries;
     std::vector<size_t> sectionBegins{0};  ///< offsets in the text: 0, and each key line of the section key
-    std::vector<LineProblem> problems;  ///< in the order of the lines
+    std::vector<LineProblem> problems;     ///< in the order of the lines
 };
 
 /// Reads the whole text. A section begins with each entry of `sectionKey`; the empty key means that the text

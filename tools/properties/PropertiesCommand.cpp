@@ -58,7 +58,8 @@ void addSet(CLI::App& parent, const SharedOptions& options) {
         addSubcommand(parent, "set", "Change or add an entry and leave all other lines as they are",
                       "dovrel properties set --int settings.txt delay 100\n"
                       "dovrel properties set --section CLASS=Scanner settings.txt note \"two pages\"");
-    addFile(subcommand, *options, "The file; it is created if it does not exist");
+    addFile(subcommand, *options,
+            "The file, which is created if it does not exist (-: from standard input to standard output)");
     subcommand.add_option("key", options->key, "The key of the entry")->required();
     subcommand.add_option("value", options->value, "The new value")->required();
     CLI::Option* const integer =

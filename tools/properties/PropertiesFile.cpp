@@ -23,7 +23,8 @@ PropertiesFile::PropertiesFile(const std::string& path) : path_(path), text_(rea
 }
 
 PropertiesFile PropertiesFile::openOrCreate(const std::string& path) {
-    if (access(path.c_str(), F_OK) == 0) return PropertiesFile(path);
+    const bool isStandardInput = path == "-";
+    if (isStandardInput || access(path.c_str(), F_OK) == 0) return PropertiesFile(path);
     PropertiesFile file;
     file.path_ = path;
     return file;

@@ -66,6 +66,10 @@ TEST_F(PropertiesCommandTest, Set_CreatesTheFile) {
     EXPECT_EQ(folder_.read("new"), "//a\nSTR:x\n");
 }
 
+TEST_F(PropertiesCommandTest, SetWithoutAFile_CopiesStandardInputWithTheChange) {
+    EXPECT_EQ(run({"set", "-", "b", "x"}, "//a\nINT:1\n").output, "//a\nINT:1\n//b\nSTR:x\n");
+}
+
 TEST_F(PropertiesCommandTest, SetWithAValueThatDoesNotFit_LeavesTheFile) {
     EXPECT_EQ(run({"set", file_, "delay", "soon"}).errors,
               "dovrel: the value of \"delay\" is not a 32-bit number: \"soon\"\n");
