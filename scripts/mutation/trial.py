@@ -1,0 +1,59 @@
+"""One change: build, run tests, restore."""
+import time
+
+from . import places
+from .tree import complain
+
+# The programs are tried this many at a time, those of the file's own folder first, so that most changes never reach the last ones:
+# all tests together take minutes.
+AT_A_TIME = 4
+SLOWEST = 600.0  # in seconds, for one program without a change
+
+
+class Baseline:
+    """What the test programs do without a change."""
+
+    def __init__(self, tree):
+        self.tree = tree
+        self.limits = {}  # by program: the seconds after which its tests count as hanging
+        self.failing = []  # programs whose tests fail without a change
+
+    def usable(self, programs):
+        """Returns the programs whose tests pass without a change. Each is built and run once."""
+        for program in programs:
+            if program not in self.limits:
+                self.measure(program)
+        return [program for program in programs if self.limits[program]]
+
+    def measure(self, program):
+        begin = time.monotonic()
+        failure = "it does not compile" if not self.tree.compiles([program]) else None
+        begin = time.monotonic()
+        failure = failure or self.tree.first_failure([program], SLOWEST)
+        if failure:
+            complain(f"left out, because it fails without a change: {program}: {failure}")
+            self.failing.append(program)
+        self.limits[program] = 0 if failure else 30 + 4 * (time.monotonic() - begin)
+
+
+def try_change(tree, baseline, name, change):
+    """Returns the result and what it is based on."""
+    text = places.changed((tree.sources / name).read_text(), change)
+    programs = tree.programs_with(name)
+    tried = 0
+    try:
+        for begin in range(0, len(programs), AT_A_TIME):
+            tree.restore(name)
+            batch = baseline.usable(programs[begin:begin + AT_A_TIME])
+            if not batch:
+                continue
+            tree.write(name, text)
+            if not tree.compiles(batch):
+                return "not compiled", "no program"
+            failure = tree.first_failure(batch, sum(baseline.limits[program] for program in batch))
+            if failure:
+                return "killed", failure
+            tried += len(batch)
+        return "survived", f"{tried} test programs"
+    finally:
+        tree.restore(name)
