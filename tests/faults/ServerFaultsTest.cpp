@@ -4,6 +4,7 @@
 #include <iostream>
 #include <string>
 
+#include "tests/faults/Commands.h"
 #include "tests/faults/FaultedHost.h"
 #include "tests/faults/SampleSize.h"
 #include "tests/support/ServerControl.h"
@@ -12,29 +13,6 @@
 
 namespace dovrel::test {
 namespace {
-
-// A command of the protocol, and the call that sends it.
-struct Command {
-    const char* name;
-    void (FaultedHost::*call)();
-};
-
-std::ostream& operator<<(std::ostream& stream, const Command& command) {
-    return stream << command.name;
-}
-
-const Command kCallMethod = {"call method", &FaultedHost::callMethod};
-
-const Command kCommands[] = {
-    {"query interface version", &FaultedHost::registerApplication},
-    {"register application", &FaultedHost::registerApplication},
-    {"unregister application", &FaultedHost::unregister},
-    {"instantiate object", &FaultedHost::instantiate},
-    kCallMethod,
-    {"delete object", &FaultedHost::deleteObject},
-    {"get information", &FaultedHost::getInfo},
-    {"execute command", &FaultedHost::executeCommand},
-};
 
 class ServerFaults : public testing::TestWithParam<Command> {
   protected:
@@ -101,13 +79,8 @@ TEST_P(ServerFaults, AnswerCutAtAnyByte_IsAFailureAndTheNextCallSucceeds) {
     expectRecovery();
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, ServerFaults, testing::ValuesIn(kCommands), [](const auto& each) {
-    std::string name = each.param.name;
-    for (char& character : name) {
-        if (character == ' ') character = '_';
-    }
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Each, ServerFaults, testing::ValuesIn(kCommands),
+                         [](const auto& each) { return toTestName(each.param); });
 
 }  // namespace
 }  // namespace dovrel::test

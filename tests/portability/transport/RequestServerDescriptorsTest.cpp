@@ -1,8 +1,6 @@
 // Senders that send descriptors whose close takes long: they do not hold up others.
 #include <gtest/gtest.h>
-#include <netinet/in.h>
 #include <sys/eventfd.h>
-#include <sys/socket.h>
 
 #include <atomic>
 #include <memory>
@@ -10,6 +8,7 @@
 #include <vector>
 
 #include "portability/transport/RequestServer.h"
+#include "tests/portability/support/LingeringSocket.h"
 #include "tests/portability/support/RawSocket.h"
 #include "tests/support/Processes.h"
 #include "tests/support/TemporaryEnvironment.h"
@@ -20,41 +19,6 @@ using namespace portability;
 namespace {
 
 constexpr OSType kSignature = 'DeSc';
-
-// A TCP socket whose close waits for data that its peer does not read: for `kLinger` seconds, or until the
-// object is destroyed.
-class LingeringSocket {
-  public:
-    LingeringSocket() {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        auto* const generic = reinterpret_cast<sockaddr*>(&address);
-        const FileDescriptor listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-        EXPECT_EQ(bind(listener.get(), generic, size), 0);
-        EXPECT_EQ(listen(listener.get(), 1), 0);
-        EXPECT_EQ(getsockname(listener.get(), generic, &size), 0);
-        socket_.reset(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-        EXPECT_EQ(connect(socket_.get(), generic, size), 0);
-        peer_.reset(accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC));
-        const std::vector<char> data(1 << 16);
-        while (send(socket_.get(), data.data(), data.size(), MSG_DONTWAIT) > 0) {
-        }
-        constexpr int kLinger = 1000;
-        const linger wait{1, kLinger};
-        EXPECT_EQ(setsockopt(socket_.get(), SOL_SOCKET, SO_LINGER, &wait, sizeof wait), 0);
-    }
-
-    int get() const { return socket_.get(); }
-
-    // Closes this process's own descriptor of a socket that has been sent, so that the receiver's is the last.
-    void closeOwn() { socket_.reset(); }
-
-  private:
-    FileDescriptor socket_;
-    FileDescriptor peer_;
-};
 
 class EmptyReplies final : public RequestHandler {
     bool handle(const ReceivedFrame&, pid_t, ReplySender& reply) override {
