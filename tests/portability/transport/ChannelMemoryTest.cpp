@@ -49,7 +49,7 @@ TEST_F(ChannelMemoryTest, WithoutSharedMemory_NothingIsSent) {
 }
 
 TEST_F(ChannelMemoryTest, ReleaseForWhichTheSocketHasNoRoom_GoesWithTheNextRequest) {
-    const MessageMemory small;
+    MessageMemory small;
     ASSERT_EQ(sender_.send(requestHeader(1), small, true), Sent::done);
     ASSERT_EQ(receiver_.receive(buffer_, frame_), Received::frame);
     FrameHeader reply;

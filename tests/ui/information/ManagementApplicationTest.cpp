@@ -55,6 +55,7 @@ TEST_F(AlertHelpTest, AlertOfTheManagementApplication_HasAHelpButtonThatOpensThe
     EXPECT_FALSE(application_->hasLine(0));
     EXPECT_TRUE(desktop_.clickButton(0));
     EXPECT_EQ(application_->readLine(), "answer 12");
+    EXPECT_EQ(application_->wait(), 0);
 }
 
 TEST_F(AlertHelpTest, AlertOfAnyOtherApplication_HasNone) {
@@ -62,6 +63,7 @@ TEST_F(AlertHelpTest, AlertOfAnyOtherApplication_HasNone) {
     desktop_.clickHelp();
     EXPECT_TRUE(desktop_.clickButton(0));
     EXPECT_EQ(application_->readLine(), "answer 12");
+    EXPECT_EQ(application_->wait(), 0);
     EXPECT_TRUE(openedNothing());
 }
 
