@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "serialization/StructuredDataFormat.h"
@@ -103,7 +104,10 @@ const CPPByteArray& POSTransferObj::bytes() const {
 
 ByteBlock POSTransferObj::copyWireForm() const {
     if (deferred_ == nullptr) return copyToBlock(bytes().data(), bytes().getSize());
-    ByteBlock block = newBlock(deferredSize_);
+    ByteBlock block;
+    block.data.reset(new (std::nothrow) uint8_t[deferredSize_]);
+    if (block.data == nullptr) throwStructuredWriteFailure();
+    block.length = deferredSize_;
     storeStructuredBlock(block.data.get(), formatVersion_, deferred_, deferredCount_);
     return block;
 }

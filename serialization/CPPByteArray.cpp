@@ -47,7 +47,7 @@ CPPByteArray& CPPByteArray::operator=(const CPPByteArray& other) {
 }
 
 CPPByteArray::~CPPByteArray() {
-    std::free(data_ - before_);
+    std::free(data_);
 }
 
 void CPPByteArray::setByte(uint32_t index, uint8_t value) {
@@ -112,23 +112,14 @@ void CPPByteArray::keepPart(uint32_t offset, uint32_t length) noexcept {
         clear();
         return;
     }
-    data_ += offset;
-    before_ += offset;
-    spare_ += size_ - offset - length;
+    std::memmove(data_, data_ + offset, length);
     size_ = length;
 }
 
 bool CPPByteArray::insertAtStart(const void* source, uint32_t length) {
     const uint32_t oldSize = size_;
-    if (length > std::numeric_limits<uint32_t>::max() - oldSize) return false;
-    if (length <= before_) {
-        data_ -= length;
-        before_ -= length;
-        size_ += length;
-        copyBytes(data_, source, length);
-        return true;
-    }
-    if (!reallocate(oldSize + length)) return false;
+    if (length > std::numeric_limits<uint32_t>::max() - oldSize || !reallocate(oldSize + length))
+        return false;
     if (oldSize != 0) std::memmove(data_ + length, data_, oldSize);
     copyBytes(data_, source, length);
     return true;
@@ -137,8 +128,6 @@ bool CPPByteArray::insertAtStart(const void* source, uint32_t length) {
 void CPPByteArray::swap(CPPByteArray& other) noexcept {
     std::swap(data_, other.data_);
     std::swap(size_, other.size_);
-    std::swap(before_, other.before_);
-    std::swap(spare_, other.spare_);
 }
 
 void CPPByteArray::readBytes(uint32_t offset, void* destination, uint32_t length) const {
@@ -192,24 +181,9 @@ bool CPPByteArray::clear() {
 }
 
 void CPPByteArray::adopt(uint8_t* block, uint32_t length) {
-    std::free(data_ - before_);
+    std::free(data_);
     data_ = block;
     size_ = length;
-    before_ = 0;
-    spare_ = 0;
-}
-
-bool CPPByteArray::resizeInBlock(uint32_t newSize) {
-    if (newSize > size_ + spare_) {
-        std::memmove(data_ - before_, data_, size_);
-        data_ -= before_;
-        spare_ += before_;
-        before_ = 0;
-    }
-    if (newSize > size_ + spare_) return false;
-    spare_ = size_ + spare_ - newSize;
-    size_ = newSize;
-    return true;
 }
 
 }  // namespace dovrel

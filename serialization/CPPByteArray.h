@@ -3,7 +3,7 @@
 // binary value is kept in the block of its entry, see settings/PropertyEntry.h.)
 //
 // The array owns one heap block (malloc, realloc, free) with exactly as many bytes as the array has. It has
-// no spare capacity (except after keepPart), and an empty array has no block. Indices, offsets and lengths are
+// no spare capacity, and an empty array has no block. Indices, offsets and lengths are
 // unsigned 32-bit numbers of bytes.
 //
 // A read beyond the end returns 0 or copies nothing. A write beyond the end is clipped or ignored
@@ -74,15 +74,13 @@ class CPPByteArray {
 
     // The next two functions change the array in its own block, for arrays that are too large to copy.
 
-    /// Reduces the content to `length` bytes, starting at `offset`. Both must be inside the array. The bytes stay
-    /// where they are and the block keeps its size, so that the array can then grow in it at both ends. (If the
-    /// heap got the few bytes after a large part back, it could not use the whole block for the next array of
-    /// that size.)
+    /// Reduces the content to `length` bytes, starting at `offset`. Both must be inside the array. The block is not
+    /// exchanged, so its end stays unused until the size changes again. (A heap that got the few bytes after a large
+    /// part back could not use the whole block for the next array of that size.)
     void keepPart(uint32_t offset, uint32_t length) noexcept;
 
-    /// Inserts bytes before the first byte. Moves the content only if the block has not enough room before it.
-    /// `source` must be outside the array. Returns false and changes nothing if memory runs out or the array
-    /// would be longer than 2^32 - 1 bytes.
+    /// Inserts bytes before the first byte. `source` must be outside the array. Returns false and changes nothing if
+    /// memory runs out or the array would be longer than 2^32 - 1 bytes.
     bool insertAtStart(const void* source, uint32_t length);
 
     /// Exchanges the blocks and sizes of both arrays.
@@ -135,25 +133,17 @@ class CPPByteArray {
     bool reallocate(uint32_t newSize) {
         // realloc with size 0 may return a block instead of freeing it.
         if (newSize == 0) return clear();
-        if (before_ + spare_ != 0 && resizeInBlock(newSize)) return true;
         void* const block = std::realloc(data_, newSize);
         if (block == nullptr) return false;
         data_ = static_cast<uint8_t*>(block);
         size_ = newSize;
-        spare_ = 0;
         return true;
     }
 
     uint32_t size_ = 0;
-    uint32_t before_ = 0;  ///< bytes of the block before the content
-    uint32_t spare_ = 0;   ///< bytes of the block after the content
     uint8_t* data_ = nullptr;
 
   private:
-    /// Changes the size without another block. If the block is too small, returns false, and the content is at
-    /// the start of the block.
-    bool resizeInBlock(uint32_t newSize);
-
     /// Empties the array. Always returns true.
     bool clear();
 

@@ -13,11 +13,11 @@ namespace {
 
 constexpr uint32_t kLargestBlock = std::numeric_limits<uint32_t>::max();
 
-[[noreturn]] void failTooSmall() {
+}  // namespace
+
+void throwStructuredWriteFailure() {
     throwSerializationFailure<StructuredWriteFailedException>(site::kWriteBytesPart, kTooSmall);
 }
-
-}  // namespace
 
 void encodeStructuredBlock(CPPByteArray& target, uint32_t typeNumber, const StructuredPart* parts,
                            size_t count) {
@@ -29,7 +29,7 @@ uint32_t measureStructuredBlock(const StructuredPart* parts, size_t count) {
     uint64_t size = kHeaderSize;
     for (size_t i = 0; i < count; ++i)
         size += measurePart(parts[i]);
-    if (size > kLargestBlock) failTooSmall();
+    if (size > kLargestBlock) throwStructuredWriteFailure();
     return static_cast<uint32_t>(size);
 }
 
@@ -43,7 +43,7 @@ void storeStructuredBlock(uint8_t* place, uint32_t typeNumber, const StructuredP
 uint8_t* allocateStructuredBlock(CPPByteArray& target, uint64_t size) {
     uint8_t* const place =
         size <= kLargestBlock ? target.setUninitialized(static_cast<uint32_t>(size)) : nullptr;
-    if (place == nullptr) failTooSmall();
+    if (place == nullptr) throwStructuredWriteFailure();
     return place;
 }
 

@@ -18,6 +18,9 @@ namespace dovrel {
 void encodeStructuredBlock(CPPByteArray& target, uint32_t typeNumber, const StructuredPart* parts,
                            size_t count);
 
+/// Throws the StructuredWriteFailedException of a part whose data do not fit.
+[[noreturn]] void throwStructuredWriteFailure();
+
 /// Returns the size in bytes of a block with the `count` parts. If the block is too long, throws the
 /// StructuredWriteFailedException of a part whose data do not fit.
 uint32_t measureStructuredBlock(const StructuredPart* parts, size_t count);

@@ -134,9 +134,11 @@ extern "C" {
  * Opens the session of this process. Sends nothing to the server and shows nothing. If the session is already
  * open, it stays as it is, with all its registrations.
  *
- * @retval POS_OK       The session is open. The function never returns a failure code. If memory or the
- *                      system's locks run out, it throws a C++ exception (which terminates a host in C), and
- *                      the session is not opened.
+ * If memory or the system's locks run out, the function throws a C++ exception (which terminates a host in C), and
+ * the session is not opened.
+ *
+ * @retval POS_OK       The session is open.
+ * @retval POS_FAILURE  This process was forked from one with an open session.
  */
 POS_EXPORT uint32_t InitializePOS(void);
 
@@ -152,7 +154,8 @@ POS_EXPORT uint32_t InitializePOS(void);
  * InitializePOS may be called again. The host must not call this function without a session; the library does
  * not check this.
  *
- * @retval POS_OK       Always.
+ * @retval POS_OK       The session is closed.
+ * @retval POS_FAILURE  This process was forked from one with an open session. Nothing was changed.
  */
 POS_EXPORT uint32_t TerminatePOS(void);
 

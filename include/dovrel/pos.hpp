@@ -65,8 +65,9 @@ class View {
     constexpr View() noexcept = default;
     /// Refers to `size` bytes from `data` on. `data` may be null if `size` is 0.
     constexpr View(const void* data, std::size_t size) noexcept : data_(data), size_(size) {}
-    /// Refers to a text without its NUL character.
-    constexpr View(const char* text) noexcept : View(std::string_view(text)) {}
+    /// Refers to a text without its NUL character. Null counts as "".
+    constexpr View(const char* text) noexcept
+        : View(text != nullptr ? std::string_view(text) : std::string_view()) {}
 
     /// Refers to the elements of a container, which have one byte each.
     template <typename Container,
@@ -160,10 +161,9 @@ class Session {
     }
     /// Takes over the session. The other one is empty afterwards.
     Session(Session&& other) noexcept : isOpen_(std::exchange(other.isOpen_, false)) {}
-    /// Gives up its own session as the destructor does, and takes over the other one.
+    /// Takes over the session. There is only one in a process, so it stays open if both have it.
     Session& operator=(Session&& other) noexcept {
-        Session taken(std::move(other));
-        std::swap(isOpen_, taken.isOpen_);
+        if (this != &other) isOpen_ = std::exchange(other.isOpen_, false) || isOpen_;
         return *this;
     }
 

@@ -6,7 +6,6 @@
 
 #include <atomic>
 #include <cstddef>
-#include <utility>
 
 namespace portability {
 
@@ -14,7 +13,8 @@ namespace {
 
 using Mark = std::atomic<uint32_t>;
 
-// A page of memory that the kernel fills with zeros in a forked process.
+// A page of memory that the kernel fills with zeros in a forked process. It is never given back: while the process ends,
+// other threads may still be running.
 class MarkPage {
   public:
     MarkPage() {
@@ -25,9 +25,6 @@ class MarkPage {
         } else {
             munmap(page, kSize);
         }
-    }
-    ~MarkPage() {
-        if (mark_ != nullptr) munmap(std::exchange(mark_, nullptr), kSize);
     }
 
     uint32_t mark() {

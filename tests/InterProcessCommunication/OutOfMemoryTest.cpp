@@ -95,6 +95,27 @@ TEST_F(OutOfMemoryTest, Communicator_AddressThatCannotBeCreated_IsNotConstructed
     });
 }
 
+TEST_F(OutOfMemoryTest, RequestWithoutMemoryForItsBytes_IsTheWritersFailure) {
+    struct Request : POSTransferObj {
+        explicit Request(const StructuredPart& field) : field_(field) { deferFields(&field_, 1); }
+        const StructuredPart field_;
+    };
+    const Request request(StructuredPart::ofNumber(1, 10));
+    uint32_t typeCode = 0;
+    const auto encode = [&] {
+        typeCode = 0;
+        try {
+            request.copyWireForm();
+        } catch (CPPException* caught) {
+            const std::unique_ptr<CPPException> failure(caught);
+            typeCode = failure->getTypeCode();
+        }
+    };
+    test::refuseEachRequest(encode, [&](bool refused) {
+        EXPECT_EQ(typeCode, refused ? exceptionTypeCode::kStructuredWriteFailed : 0u);
+    });
+}
+
 TEST_F(OutOfMemoryTest, RegisterApplication_EndsInAnExceptionOrRegisters) {
     answerAlways(normalAnswer());
     const std::vector<CPPClassID> classes{classId};

@@ -179,6 +179,19 @@ TEST_F(PosHpp, Session_ThatIsMoved_IsClosedOnce) {
     EXPECT_EQ(moved.interfaceVersion(), 7u);
 }
 
+TEST_F(PosHpp, Session_AssignedToTheOpenOne_StaysOpen) {
+    *session_ = pos::Session();
+    EXPECT_EQ(session_->interfaceVersion(), 7u);
+    pos::Session other = std::move(*session_);
+    *session_ = std::move(other);
+    EXPECT_EQ(session_->interfaceVersion(), 7u);
+}
+
+TEST_F(PosHpp, View_OfANullText_HasNoBytes) {
+    const char* const none = nullptr;
+    EXPECT_EQ(pos::View(none).size(), 0u);
+}
+
 TEST_F(PosHpp, Session_InAForkedProcess_IsAFailure) {
     const pid_t child = fork();
     if (child == 0) _exit(failureOf([] { pos::Session(); }) == "InitializePOS failed" ? 0 : 1);
