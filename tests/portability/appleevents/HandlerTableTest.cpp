@@ -41,7 +41,7 @@ TEST(HandlerTable, HandlersFor_MostSpecificFirst_ApplicationBeforeSystem) {
 TEST(HandlerTable, HandlersFor_HasRoomForAllThatCanMatch) {
     HandlerTable table;
     for (const bool isSystem : {true, false}) {
-        for (const AEEventClass eventClass : {typeWildCard, AEEventClass{'clas'}}) {
+        for (const AEEventClass eventClass : {AEEventClass{typeWildCard}, AEEventClass{'clas'}}) {
             table.install(entry(eventClass, typeWildCard, one, isSystem));
             table.install(entry(eventClass, 'idid', one, isSystem));
         }
