@@ -59,6 +59,17 @@ class CallTrace {
     static uint32_t run(const char* name, const Describe& describe, const Function& function,
                         Output*... outputs) {
         if (!Trace::wants(TraceArea::kCalls, TraceLevel::kFailures)) return function();
+        return runTraced(name, describe, function, outputs...);
+    }
+
+    /// For InitializePOS: writes only the entry about a success. `timer` has run since the call.
+    static void writeResult(const char* name, const TraceTimer& timer) noexcept;
+
+  private:
+    // Not inlined, so that a call that is not traced saves no registers for it.
+    template <typename Describe, typename Function, typename... Output>
+    [[gnu::noinline]] static uint32_t runTraced(const char* name, const Describe& describe,
+                                                const Function& function, Output*... outputs) {
         Trace::write(TraceArea::kCalls, TraceLevel::kSteps, [&] {
             CallTrace call(name);
             describe(call);
@@ -77,10 +88,6 @@ class CallTrace {
         return result;
     }
 
-    /// For InitializePOS: writes only the entry about a success. `timer` has run since the call.
-    static void writeResult(const char* name, const TraceTimer& timer) noexcept;
-
-  private:
     std::string beginText() const;
     std::string endText(const TraceTimer& timer) const;
     bool wantsContents() const;
