@@ -52,5 +52,6 @@ install(DIRECTORY "${documentation}/man/" DESTINATION "${CMAKE_INSTALL_MANDIR}" 
     PATTERN man1 EXCLUDE)
 install(DIRECTORY "${documentation}/man/man1" DESTINATION "${CMAKE_INSTALL_MANDIR}" COMPONENT tools OPTIONAL)
 install(DIRECTORY "${documentation}/api" DESTINATION "${folder}" COMPONENT documentation OPTIONAL)
-install(FILES docs/environment.md docs/troubles.md docs/tutorial.md DESTINATION "${folder}" COMPONENT documentation)
+install(FILES docs/development-server.md docs/environment.md docs/recordings.md docs/troubles.md docs/tutorial.md
+    DESTINATION "${folder}" COMPONENT documentation)
 install(DIRECTORY docs/pictures DESTINATION "${folder}" COMPONENT documentation FILES_MATCHING PATTERN "*.png" PATTERN "*.svg")

@@ -6,12 +6,12 @@ ROOT = Path(__file__).resolve().parents[2]
 
 
 def read_section(document, heading):
-    """Returns the part of a document below a heading, with the headings in it one level lower."""
+    """Returns the part of a document below a heading, with the headings in it one level higher."""
     text = (ROOT / document).read_text()
     found = re.search(rf"^(#+) {re.escape(heading)}\n(.*?)(?=^#{{1,2}} |\Z)", text, re.MULTILINE | re.DOTALL)
     if not found:
         raise ValueError(f"{document} has no section {heading}")
-    return found[2].strip()
+    return re.sub("(?m)^###", "##", found[2].strip())
 
 
 def tables_to_lists(text):
