@@ -106,10 +106,14 @@ void ControlCalls::startReplay(std::vector<std::string>& problems) {
 }
 
 void ControlCalls::importClasses(std::vector<std::string>& problems) {
-    if (state_.settings.importClasses.empty()) return;
-    const Recording recording(state_.settings.importClasses, problems);
-    for (const SettingsSection& section : readSettingsText(describeClasses(recording), problems))
-        addClass(section, problems);
+    const std::string& path = state_.settings.importClasses;
+    if (path.empty()) return;
+    const Recording recording(path, problems);
+    std::vector<std::string> ofClasses;
+    for (const SettingsSection& section : readSettingsText(describeClasses(recording), ofClasses))
+        addClass(section, ofClasses);
+    for (const std::string& problem : ofClasses)
+        problems.push_back("the settings for the classes of " + path + ": " + problem);
 }
 
 }  // namespace merrowd

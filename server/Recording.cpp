@@ -62,7 +62,9 @@ bool Recording::findBytes(const Properties& section, const char* key, const char
     if (std::sscanf(place.c_str(), "%llu %u", &offset, &found.length) != 2 || found.length == 0) return false;
     found.offset = offset;
     std::ifstream file(format::payloadPath(path_), std::ios::binary | std::ios::ate);
-    return file && static_cast<unsigned long long>(file.tellg()) >= offset + found.length;
+    if (!file) return false;
+    const auto size = static_cast<unsigned long long>(file.tellg());
+    return offset <= size && found.length <= size - offset;
 }
 
 CPPByteArray Recording::read(const RecordedBytes& recorded) const {

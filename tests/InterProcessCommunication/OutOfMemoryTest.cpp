@@ -9,10 +9,14 @@
 #include "InterProcessCommunication/MacOSXTransferObjForwarder.h"
 #include "InterProcessCommunication/POSFieldForms.h"
 #include "InterProcessCommunication/POSTransferObjTrader.h"
+#include "InterProcessCommunication/RecordingFile.h"
+#include "InterProcessCommunication/RecordingFormat.h"
 #include "InterProcessCommunication/TransferPack.h"
 #include "client/exceptions/CPPException.h"
+#include "settings/ConfigFileSystem.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
 #include "tests/support/HeapWatch.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/library/Bytes.h"
 
 namespace dovrel {
@@ -257,6 +261,33 @@ TEST_F(OutOfMemoryTest, LostServer_IsReconnectedToOrTheRequestEndsInAnException)
         return trader.unregisterApplication(5) == POSOutcome::kDone;
     });
     testing::internal::GetCapturedStdout();
+}
+
+TEST_F(OutOfMemoryTest, Recording_ContainsWholeExchangesOnlyAndThrowsNothing) {
+    const test::TemporaryFolder folder;
+    const std::string path = folder.path("recording");
+    POSTransferObj request(1, 10, 13);
+    POSTransferObj reply(1, 11, 13);
+    reply.writeString(111, std::string(5000, 'x'));
+    auto file = std::make_unique<RecordingFile>(path);
+    size_t complete = 0;
+    test::refuseEachRequest(
+        [&] {
+            file->addReply({}, request, reply);
+            file->addFailure({}, request, "The line is dead.");
+        },
+        [&](bool refused) {
+            if (!refused) ++complete;
+            file = std::make_unique<RecordingFile>(path);
+        });
+    EXPECT_GT(complete, 0u);
+    const std::vector<Properties> sections =
+        ConfigFileSystem::readSections(folder.read("recording"), recording::kSectionKey);
+    EXPECT_GE(sections.size(), 2 * complete);
+    for (const Properties& section : sections) {
+        EXPECT_TRUE(section.contains(recording::kRequestKey));
+        EXPECT_NE(section.contains(recording::kReplyPlaceKey), section.contains(recording::kFailureKey));
+    }
 }
 
 }  // namespace

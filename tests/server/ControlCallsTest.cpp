@@ -70,6 +70,18 @@ TEST_F(ControlCallsTest, RecordingWithoutExchanges_StartsNoReplay) {
     EXPECT_FALSE(readReply(send(registerRequest("Demo"))).isException());
 }
 
+TEST_F(ControlCallsTest, EndWithLastClient_WaitsForTheEndOfAReplay) {
+    const std::string path = folder_.path("recording");
+    RecordedHost host(path);
+    host.send(unregisterRequest(host.registerApplication()));
+    control("//endWithLastClient\nINT:1\n//waitForClient\nINT:0\n//replay\nSTR:" + path + "\n");
+    const uint32_t session = readReply(send(registerRequest("Demo"))).number(posField::kSession);
+    EXPECT_FALSE(send(unregisterRequest(session)).endServer);
+    EXPECT_FALSE(exchanges_.hasNoMoreClients());
+    control("//replay\nSTR:\n");
+    EXPECT_TRUE(exchanges_.hasNoMoreClients());
+}
+
 TEST_F(ControlCallsTest, Misbehaviour_HoldsForAReplayAsWell) {
     control("//replay\nSTR:" + record() + "\n" + misbehaviour("empty"));
     EXPECT_EQ(readBytes(send(registerRequest("Demo"))), "");

@@ -92,6 +92,18 @@ TEST_F(ImportedClassesTest, DescribeClasses_IsASettingsTextThatPeopleCanEdit) {
               "//echo.errorText\nSTR:The recording has no call with this argument.\n");
 }
 
+TEST_F(ImportedClassesTest, ValuesThatDoNotFit_AreProblemsThatNameTheRecording) {
+    dovrel::POSTransferObj reply(1, 20, 12);
+    reply.writeString(posField::kExceptionText, "x");
+    reply.writeUInt32(posField::kExceptionCode, 0x80000000);
+    recorded_.add(instantiateRequest(1, "Echo"), reply.bytes());
+    EXPECT_NE(bytesToText(control_.handle("//importClasses\nSTR:" + path_ + "\n").parameter->bytes())
+                  .find("//problem 1\nSTR:the settings for the classes of " + path_ +
+                        ": line 5: class \"Echo\": the value \"-2147483648\" of \"instantiate.errorCode\" "
+                        "does not fit"),
+              std::string::npos);
+}
+
 TEST_F(ImportedClassesTest, ExchangesThatCannotBeRead_DescribeNothing) {
     const uint32_t session = recorded_.registerApplication();
     recorded_.add(instantiateRequest(session, "Echo"), toBytes("no block"));

@@ -63,7 +63,9 @@ TEST_F(RecordingTest, ExchangeThatIsIncompleteOrOfAnotherFormat_IsLeftOutAndName
           "//EXCHANGE\nSTR:x\n//format\nINT:1\n//reply\nBAR:01\n",
           "//EXCHANGE\nSTR:x\n//format\nINT:1\n//request\nBAR:00\n",
           "//EXCHANGE\nSTR:x\n//format\nINT:1\n//request\nBAR:00\n//replyPlace\nSTR:4 3\n",
-          "//EXCHANGE\nSTR:x\n//format\nINT:1\n//request\nBAR:00\n//replyPlace\nSTR:nowhere\n"}) {
+          "//EXCHANGE\nSTR:x\n//format\nINT:1\n//request\nBAR:00\n//replyPlace\nSTR:nowhere\n",
+          "//EXCHANGE\nSTR:x\n//format\nINT:1\n//request\nBAR:00\n//replyPlace\nSTR:18446744073709551615 "
+          "2\n"}) {
         EXPECT_EQ(read(good + bad + good).exchanges().size(), 2u) << bad;
         EXPECT_EQ(problems_, Problems{path_ + ": exchange 2 is incomplete or has another format"}) << bad;
     }
