@@ -74,6 +74,13 @@ class Recordings(InstalledTool):
         self.expect(self.shell("dovrel server set replay ''"), 0)
         self.assertNotEqual(self.run_host().stdout, recorded)
 
+    def test_Replay_ForACommandThatCannotBeStarted_Ends(self):
+        recorded = self.record()
+        result = self.shell("dovrel replay demo.recording -- ./missing")
+        self.expect(result, 1)
+        self.assertEqual(result.stderr, "dovrel: cannot run ./missing: No such file or directory\n")
+        self.assertNotEqual(self.run_host().stdout, recorded)
+
     def test_Replay_WithoutARecording_Fails(self):
         result = self.shell("dovrel replay nowhere -- ./host")
         self.expect(result, 1)

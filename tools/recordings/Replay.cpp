@@ -55,7 +55,7 @@ ServerState askServer(const std::string& settings) {
     return *state;
 }
 
-/// Lets the server replay the file until it is told to end.
+/// Lets the server replay the file until the object is destroyed.
 class RunningReplay {
   public:
     RunningReplay(const std::string& file, bool isStrict) {
@@ -64,25 +64,32 @@ class RunningReplay {
         appendStringEntry(settings, "replayMode", isStrict ? "inSequence" : "byRequest");
         state_ = askServer(settings);
     }
+    RunningReplay(const RunningReplay&) = delete;
+    RunningReplay& operator=(const RunningReplay&) = delete;
+    ~RunningReplay() {
+        if (!ends_) return;
+        std::string settings;
+        appendStringEntry(settings, "replay", "");
+        try {
+            askServer(settings);
+        } catch (const ToolFailure& failure) {
+            std::cerr << "dovrel: " << failure.what() << "\n";
+        }
+    }
 
     const ServerState& stateAtStart() const { return state_; }
 
-    /// Ends the replay and returns the server's state before that.
-    ServerState end() {
-        ServerState state = askServer("");
-        std::string settings;
-        appendStringEntry(settings, "replay", "");
-        askServer(settings);
-        return state;
-    }
+    /// The server goes on replaying after the object has been destroyed.
+    void keep() { ends_ = false; }
 
   private:
     ServerState state_;
+    bool ends_ = true;
 };
 
-int replayFor(RunningReplay& replay, const std::vector<std::string>& command) {
+int replayFor(const std::vector<std::string>& command) {
     const int status = runChildCommand(command);
-    const ServerState state = replay.end();
+    const ServerState state = askServer("");
     const std::string refused = findValue(state, "refused");
     std::cerr << "dovrel: " << findValue(state, "replayed") << " requests were replayed, " << refused
               << " were not in the recording\n";
@@ -96,15 +103,13 @@ void replay(const Options& options) {
     RunningReplay running(file, options.isStrict);
     reportProblems(running.stateAtStart().problems);
     const std::string count = findValue(running.stateAtStart(), "recorded");
-    if (count == "0") {
-        running.end();
-        throw ToolFailure("there is nothing to replay in " + file);
-    }
+    if (count == "0") throw ToolFailure("there is nothing to replay in " + file);
     if (options.command.empty()) {
+        running.keep();
         std::cout << "the server replays " << count << " exchanges\n";
         return;
     }
-    const int status = replayFor(running, options.command);
+    const int status = replayFor(options.command);
     if (status != kSucceeded) throw CLI::RuntimeError(status);
 }
 
