@@ -37,7 +37,7 @@ struct Options {
     bool isJson = false;
 };
 
-// Returns the bytes that the input stands for.
+// Returns the bytes of the input, which may be hexadecimal text.
 std::string readBytes(const Options& options, const std::string& input) {
     if (options.isBinary || (!options.isHex && !isPlainText(input))) return input;
     HexText text = parseHexText(input);

@@ -1,4 +1,4 @@
-// What the decoder found in an input. Offsets count the bytes of the whole input, also in blocks inside it.
+// The result of decoding an input. Offsets count the bytes of the whole input, also in blocks inside it.
 #pragma once
 
 #include <algorithm>

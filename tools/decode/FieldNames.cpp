@@ -16,7 +16,7 @@ constexpr POSField kHeaderFields[] = {posField::kTransferKind, posField::kMessag
 constexpr POSFieldList kNoFields{};
 constexpr POSFieldList kExceptionFields{posField::kExceptionText, posField::kExceptionCode};
 
-// What the message kind and the command say about a transfer object.
+// The message kind and the command of a transfer object.
 struct Message {
     std::optional<uint32_t> kind;
     std::optional<uint32_t> commandCode;

@@ -71,8 +71,8 @@ std::string inLine(size_t index, const std::string& problem) {
     return "line " + std::to_string(index + 1) + ": " + problem;
 }
 
-// Returns whether the first line that is not blank is a line of a dump: the offset 0 and more. (Digits alone are
-// bytes.)
+// Returns whether the first line that is not blank is a line of a dump: it has the offset 0 and more than
+// digits. A line of digits alone is bytes.
 bool isDump(const std::vector<std::string_view>& lines) {
     const auto first =
         std::find_if(lines.begin(), lines.end(), [](std::string_view line) { return !line.empty(); });

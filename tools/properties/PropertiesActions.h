@@ -1,5 +1,5 @@
-// What the subcommands of "dovrel properties" do. Each throws a ToolFailure if it fails; PropertiesCommand.cpp
-// describes the options.
+// The actions of the subcommands of "dovrel properties". Each throws a ToolFailure if it fails.
+// PropertiesCommand.cpp describes the options.
 #pragma once
 
 #include <string>

@@ -17,7 +17,7 @@ class PropertiesFile {
     const std::string& text() const { return text_; }
     bool isEnciphered() const { return isEnciphered_; }
 
-    /// Replaces the text, and enciphers the file if it was enciphered. What was read from standard input goes to
+    /// Replaces the text, and enciphers the file if it was enciphered. A text from standard input goes to
     /// standard output. If the new content cannot be written, the file keeps its old content, and a ToolFailure
     /// names the path. Refuses files with a NUL byte, because readers see only the text before it.
     void replaceText(const std::string& text);
