@@ -51,8 +51,9 @@ dovrel_package(server dovrel-server misc "development server for hosts of the Do
 some classes, takes others from a text file, and misbehaves on request.")
 dovrel_package(tools dovrel-tools utils "command-line tool of the Dovrel library"
     "This package contains the program dovrel. It examines an installation,
-explains numbers in logs, runs operations from the shell, and controls the
-development server.")
+explains numbers in logs, decodes requests and replies, runs operations from
+the shell, edits and checks settings and texts, and controls the development
+server.")
 dovrel_package(python python3-dovrel python "client library of a protected object server (Python)"
     "This package contains the module for Python.")
 dovrel_package(documentation dovrel-doc doc "client library of a protected object server (documentation)"
