@@ -6,8 +6,8 @@ namespace dovrel::tools {
 
 namespace {
 
-std::string helpEnd(const std::string& examples) {
-    std::string text = "Examples:\n";
+std::string helpEnd(const std::string& examples, const std::string& notes) {
+    std::string text = notes.empty() ? "Examples:\n" : notes + "\n\nExamples:\n";
     std::istringstream lines(examples);
     for (std::string line; std::getline(lines, line);)
         text += "  " + line + "\n";
@@ -17,9 +17,9 @@ std::string helpEnd(const std::string& examples) {
 }  // namespace
 
 CLI::App& addSubcommand(CLI::App& parent, const std::string& name, const std::string& summary,
-                        const std::string& examples) {
+                        const std::string& examples, const std::string& notes) {
     CLI::App& subcommand = *parent.add_subcommand(name, summary);
-    subcommand.footer(helpEnd(examples));
+    subcommand.footer(helpEnd(examples, notes));
     return subcommand;
 }
 

@@ -23,9 +23,10 @@ class ToolFailure : public std::runtime_error {
 };
 
 /// Adds a subcommand to the tool or to another subcommand, which owns it. `summary` is one sentence. `examples`
-/// are complete commands, one on each line; the help shows them at its end, with the exit status.
+/// are complete commands, one on each line. The help shows `notes` after the options, then the examples and the
+/// exit status.
 CLI::App& addSubcommand(CLI::App& parent, const std::string& name, const std::string& summary,
-                        const std::string& examples);
+                        const std::string& examples, const std::string& notes = "");
 
 /// Adds the option --json, which sets `isJson`.
 void addJsonOption(CLI::App& subcommand, bool& isJson);

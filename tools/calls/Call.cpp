@@ -51,7 +51,8 @@ void run(const Options& options) {
 
 void addCall(CLI::App& app) {
     CLI::App& subcommand = addSubcommand(
-        app, "call", "Create an object of a class, call one of its methods, and show the result", kExamples);
+        app, "call", "Create an object of a class, call one of its methods, and show the result", kExamples,
+        kOperationNotes);
     const auto options = std::make_shared<Options>();
     subcommand
         .add_option("class", options->className,

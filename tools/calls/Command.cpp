@@ -33,8 +33,8 @@ void run(const Options& options) {
 }  // namespace
 
 void addCommand(CLI::App& app) {
-    CLI::App& subcommand =
-        addSubcommand(app, "command", "Run a command in the server, and show its result", kExamples);
+    CLI::App& subcommand = addSubcommand(app, "command", "Run a command in the server, and show its result",
+                                         kExamples, kOperationNotes);
     const auto options = std::make_shared<Options>();
     subcommand.add_option("command", options->command, "The bytes of the command, as text")->required();
     subcommand.add_flag("--hex-command", options->isHexadecimal,

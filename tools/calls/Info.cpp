@@ -52,8 +52,8 @@ void run(const Operation& operation) {
 }  // namespace
 
 void addInfo(CLI::App& app) {
-    CLI::App& subcommand =
-        addSubcommand(app, "info", "Fetch a block of information from the server, and show it", kExamples);
+    CLI::App& subcommand = addSubcommand(
+        app, "info", "Fetch a block of information from the server, and show it", kExamples, kOperationNotes);
     const auto operation = std::make_shared<Operation>();
     operation->addOptions(subcommand, "request", "The request: a number, which is sent as two bytes");
     subcommand.callback([operation] { run(*operation); });

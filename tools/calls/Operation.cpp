@@ -23,6 +23,12 @@ std::string activityText(size_t size) {
 
 }  // namespace
 
+const char kOperationNotes[] =
+    "The tool is a host like any other: it launches the server if necessary, and the library shows failures "
+    "and\n"
+    "messages of the server in alerts. With POS_ALERTS=log, and without a display, they go to standard "
+    "error.";
+
 pos::Identifier parseIdentifier(const std::string& text) {
     pos::Identifier identifier{};
     const bool isHexadecimal = text.size() == 2 * identifier.size() &&

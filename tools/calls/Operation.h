@@ -15,6 +15,9 @@ namespace dovrel::tools {
 /// the arguments otherwise.
 pos::Identifier parseIdentifier(const std::string& text);
 
+/// What the help of the three subcommands says about failures.
+extern const char kOperationNotes[];
+
 /// It must exist until the operation has run.
 class Operation {
   public:

@@ -19,6 +19,11 @@ namespace dovrel::tools {
 
 namespace {
 
+constexpr char kNotes[] =
+    "The doctor changes nothing. It launches no server unless --launch is given, because a server goes on "
+    "running.\n"
+    "A warning means that calls work, but something is not as it should be; only troubles are failures.";
+
 struct Options {
     bool launches = false;
     bool isJson = false;
@@ -100,14 +105,12 @@ void run(const Options& options) {
 }  // namespace
 
 void addDoctor(CLI::App& app) {
-    CLI::App& subcommand =
-        addSubcommand(app, "doctor",
-                      "Examine the installation, the server and the way of messages to the user, and say "
-                      "what to do about troubles. "
-                      "Changes nothing, and launches no server without --launch. Warnings are not failures.",
-                      "dovrel doctor\n"
-                      "dovrel doctor --launch    also the exchange with the server\n"
-                      "POS_SYSTEM_ROOT=/opt/dovrel dovrel doctor --json");
+    CLI::App& subcommand = addSubcommand(
+        app, "doctor", "Examine an installation, and say what is wrong and what to do",
+        "dovrel doctor\n"
+        "dovrel doctor --launch    also checks the exchange with a server that does not run yet\n"
+        "POS_SYSTEM_ROOT=/opt/dovrel dovrel doctor --json",
+        kNotes);
     const auto options = std::make_shared<Options>();
     subcommand.add_flag("--launch", options->launches, "Launch the server if none runs");
     addJsonOption(subcommand, options->isJson);
