@@ -26,7 +26,7 @@ class Failed(Exception):
 
 def isolated(command, folder):
     """Returns the command so that it runs with its own /tmp and its own processes."""
-    own = [] if os.geteuid() == 0 else ["--user", "--map-current-user"]
+    own = [] if os.geteuid() == 0 else ["--user", "--map-current-user", "--keep-caps"]
     script = 'mount -t tmpfs tmpfs /tmp && cd "$0" && exec "$@"'
     return [ISOLATION[0], *own, *ISOLATION[1:], "sh", "-c", script, str(folder), *command]
 
