@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <functional>
@@ -21,8 +22,10 @@
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"
 
-// The linker redirects the program's calls of rename and dup, so that a test can act right after or before one.
+// The linker redirects the program's calls of rename and dup, so that a test can act right after or before one, or let
+// one fail.
 static std::function<void()> afterNextRename;
+static int errorOfNextRename = 0;
 static std::function<void()> beforeNextDup;
 extern "C" {
 int __real_rename(const char* from, const char* to);
@@ -35,6 +38,10 @@ int __wrap_dup(int descriptor) {
     return __real_dup(descriptor);
 }
 int __wrap_rename(const char* from, const char* to) {
+    if (errorOfNextRename != 0) {
+        errno = std::exchange(errorOfNextRename, 0);
+        return -1;
+    }
     const int result = __real_rename(from, to);
     if (afterNextRename) std::exchange(afterNextRename, nullptr)();
     return result;
@@ -133,6 +140,15 @@ TEST_F(Successor, Replace_WhereNewFilesInheritAnAccessControlList_IsRefused) {
     EXPECT_EQ(replace("new"), Outcome::kRefused);
     EXPECT_EQ(ScratchFolder::readFile(path_), "old");
     EXPECT_FALSE(exists("file.new0"));
+}
+
+TEST_F(Successor, Replace_WhereTheExchangeFails_LeavesOnlyTheOldFile) {
+    for (const int error : {ENOSPC, EACCES}) {
+        errorOfNextRename = error;
+        EXPECT_EQ(replace("new"), error == ENOSPC ? Outcome::kFailed : Outcome::kRefused);
+        EXPECT_EQ(ScratchFolder::readFile(path_), "old");
+        EXPECT_FALSE(exists("file.new0"));
+    }
 }
 
 TEST_F(Successor, Replace_WithEveryNameTaken_IsRefusedAndLeavesThem) {

@@ -181,6 +181,12 @@ TEST_F(EndpointFolderTest, FolderOfAnotherUser_CountsAsAbsentAndTheNextPlaceIsUs
     EXPECT_EQ(readMode(userFolder / "pos-events"), 0700u);
 }
 
+TEST_F(EndpointFolderTest, Make_WhereTheSystemAllowsNoFolder_UsesTheNextPlace) {
+    const FileDescriptor made = makeEndpointFolder(
+        {{environment_.runtimeFolder(), "pos-events", true}, {"/proc", "pos-events", false}});
+    EXPECT_EQ(toPath(made), environment_.runtimeFolder() / "pos-events");
+}
+
 TEST_F(EndpointFolderTest, FileOrLinkOfAnotherUserInItsPlace_CountsAsAbsent) {
     NEEDS_ROOT("give a file to another user");
     const files::path userFolder = makeUserFolder();
