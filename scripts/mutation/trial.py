@@ -38,16 +38,17 @@ class Baseline:
 
 def try_change(tree, baseline, name, change):
     """Returns the result and what it is based on."""
-    text = places.changed((tree.sources / name).read_text(), change)
+    original = tree.read(name)  # of the copy: the checkout may change in the meantime
+    text = places.changed(original, change)
     programs = tree.programs_with(name)
     tried = 0
     try:
         for begin in range(0, len(programs), AT_A_TIME):
-            tree.restore(name)
+            tree.write(name, original)
             batch = baseline.usable(programs[begin:begin + AT_A_TIME])
             if not batch:
                 continue
-            tree.write(name, text)
+            tree.write_changed(name, text)
             if not tree.compiles(batch):
                 return "not compiled", "no program"
             failure = tree.first_failure(batch, sum(baseline.limits[program] for program in batch))
@@ -56,4 +57,4 @@ def try_change(tree, baseline, name, change):
             tried += len(batch)
         return "survived", f"{tried} test programs"
     finally:
-        tree.restore(name)
+        tree.write(name, original)

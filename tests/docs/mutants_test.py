@@ -82,20 +82,25 @@ class List(unittest.TestCase):
 class FakeTree:
     """A tree whose builds and tests have given results. The first program's tests are those without a change."""
 
-    def __init__(self, sources, compiles=True, failures=None):
-        self.sources = sources
+    def __init__(self, compiles=True, failures=None):
         self.result = compiles
         self.failures = failures or {}
-        self.changed = False
+        self.text = SOURCE
+
+    @property
+    def changed(self):
+        return self.text != SOURCE
 
     def programs_with(self, _name):
         return ["near", "far"]
 
-    def write(self, _name, _text):
-        self.changed = True
+    def read(self, _name):
+        return self.text
 
-    def restore(self, _name):
-        self.changed = False
+    def write(self, _name, text):
+        self.text = text
+
+    write_changed = write
 
     def compiles(self, _programs):
         return self.result or not self.changed
@@ -108,12 +113,10 @@ class Trial(unittest.TestCase):
     CHANGE = places.changes_in(SOURCE)[0]
 
     def judge(self, **results):
-        with tempfile.TemporaryDirectory() as folder:
-            (Path(folder) / "A.cpp").write_text(SOURCE)
-            tree = FakeTree(Path(folder), **results)
-            judged = trial.try_change(tree, trial.Baseline(tree), "A.cpp", self.CHANGE)
-            self.assertFalse(tree.changed, "the source is restored")
-            return judged
+        tree = FakeTree(**results)
+        judged = trial.try_change(tree, trial.Baseline(tree), "A.cpp", self.CHANGE)
+        self.assertFalse(tree.changed, "the source is restored")
+        return judged
 
     def test_ChangeThatATestNotices_IsKilled(self):
         self.assertEqual(self.judge(failures={"far": "Some.Test"}), ("killed", "Some.Test"))
