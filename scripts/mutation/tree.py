@@ -76,11 +76,15 @@ class Tree:
             raise Failed(" ".join(command) + "\n" + done.stdout[-4000:] + done.stderr[-4000:])
         return done.stdout
 
-    def programs_with(self, name):
-        """Returns the test programs that are built from a file: first those of its folder, then those of fewer files."""
+    def programs_with(self, name, near):
+        """Returns the test programs that are built from a file: first those of its folder, then those of fewer files. With
+        `near`, only those of its folder, unless it has none."""
         path = str(self.root / name)
         folder = str(Path("tests") / Path(name).parent)
         found = [program for program, inputs in self.inputs.items() if path in inputs]
+        own = [program for program in found if program.startswith(folder + "/")]
+        if near and own:
+            return own
         return sorted(found, key=lambda program: (not program.startswith(folder + "/"), len(self.inputs[program])))
 
     def read(self, name):

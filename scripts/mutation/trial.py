@@ -36,11 +36,11 @@ class Baseline:
         self.limits[program] = 0 if failure else 30 + 4 * (time.monotonic() - begin)
 
 
-def try_change(tree, baseline, name, change):
-    """Returns the result and what it is based on."""
+def try_change(tree, baseline, name, change, near=False):
+    """Returns the result and what it is based on. With `near`, only the tests of the file's folder are run."""
     original = tree.read(name)  # of the copy: the checkout may change in the meantime
     text = places.changed(original, change)
-    programs = tree.programs_with(name)
+    programs = tree.programs_with(name, near)
     tried = 0
     try:
         for begin in range(0, len(programs), AT_A_TIME):

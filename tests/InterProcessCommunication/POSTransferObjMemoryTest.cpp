@@ -92,6 +92,32 @@ TEST(POSTransferObjMemory, TakeBlock_OfASmallPart_IsACopy) {
     EXPECT_EQ(blockText(block), "small");
 }
 
+// Returns the wire form of an object with a field of that size, and with so many other bytes.
+CPPByteArray wireWithSpare(uint32_t fieldSize, uint32_t spare) {
+    const auto wireWithOther = [fieldSize](uint32_t other) {
+        POSTransferObj sent(1, 11, 14);
+        sent.writeString(111, std::string(fieldSize, 'f'));
+        sent.writeString(120, std::string(other, 'o'));
+        return sent.takeBytes();
+    };
+    const uint32_t least = wireWithOther(0).getSize();
+    return wireWithOther(fieldSize + spare - least);
+}
+
+// The host keeps the whole block, so what it keeps in vain is limited: to 512 bytes, or an eighth of a large field.
+TEST(POSTransferObjMemory, TakeBlock_AtTheLimitOfOtherBytes_UsesTheirMemoryAndBeyondItIsACopy) {
+    for (const auto& [size, limit] : {std::pair<uint32_t, uint32_t>{100, 512}, {80000, 10000}}) {
+        for (const uint32_t spare : {limit, limit + 1}) {
+            ByteBlock received = makeBlock(wireWithSpare(size, spare));
+            const uint8_t* const place = received.data.get();
+            POSTransferObj object(std::move(received));
+            const ByteBlock block = object.takeBlock(111);
+            EXPECT_EQ(block.data.get() == place, spare == limit) << size << ", " << spare;
+            EXPECT_TRUE(blockText(block) == std::string(size, 'f'));
+        }
+    }
+}
+
 TEST(POSTransferObjMemory, TakeBlock_OfAnEmptyField_HasNoData) {
     POSTransferObj object(makeBlock(wireWith(111, "")));
     const ByteBlock block = object.takeBlock(111);

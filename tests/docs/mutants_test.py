@@ -91,8 +91,8 @@ class FakeTree:
     def changed(self):
         return self.text != SOURCE
 
-    def programs_with(self, _name):
-        return ["near", "far"]
+    def programs_with(self, _name, near):
+        return ["near"] if near else ["near", "far"]
 
     def read(self, _name):
         return self.text
@@ -112,9 +112,9 @@ class FakeTree:
 class Trial(unittest.TestCase):
     CHANGE = places.changes_in(SOURCE)[0]
 
-    def judge(self, **results):
+    def judge(self, near=False, **results):
         tree = FakeTree(**results)
-        judged = trial.try_change(tree, trial.Baseline(tree), "A.cpp", self.CHANGE)
+        judged = trial.try_change(tree, trial.Baseline(tree), "A.cpp", self.CHANGE, near)
         self.assertFalse(tree.changed, "the source is restored")
         return judged
 
@@ -124,6 +124,7 @@ class Trial(unittest.TestCase):
 
     def test_ChangeThatNoTestNotices_Survives(self):
         self.assertEqual(self.judge(), ("survived", "2 test programs"))
+        self.assertEqual(self.judge(near=True, failures={"far": "Some.Test"}), ("survived", "1 test programs"))
 
     def test_ChangeThatIsNoProgram_IsNotCounted(self):
         self.assertEqual(self.judge(compiles=False)[0], "not compiled")
