@@ -54,7 +54,7 @@ TEST_F(InputBytesOptions, FileThatCannotBeOpened_Fails) {
 }
 
 TEST(ParseHexadecimal, HalfABytesAndOtherCharacters_AreRejected) {
-    for (const char* const text : {"0", "000", "0x00", "0G", "-1"})
+    for (const char* const text : {"0", "000", "0x", "0G", "-1"})
         EXPECT_THROW(parseHexadecimal(text), CLI::ParseError) << text;
 }
 

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <memory>
 
-#include "settings/LineGrammar.h"
 #include "tools/Subcommand.h"
+#include "tools/decode/HexText.h"
 
 namespace dovrel::tools {
 
@@ -33,13 +33,9 @@ std::string readInputFile(const std::string& path) {
 }
 
 std::string parseHexadecimal(const std::string& text) {
-    std::string digits;
-    for (const char character : text)
-        if (std::strchr(" \t\n", character) == nullptr) digits += character;
-    const bool isOnlyDigits = digits.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
-    if (!isOnlyDigits || digits.size() % 2 != 0)
-        rejectArguments("\"" + text + "\" is not pairs of hexadecimal digits");
-    return decodeHexText(digits);
+    const HexText parsed = parseHexText(text);
+    if (!parsed.problem.empty()) rejectArguments("not pairs of hexadecimal digits: " + parsed.problem);
+    return parsed.bytes;
 }
 
 void InputBytes::addOptions(CLI::App& subcommand, const std::string& name, const std::string& description) {

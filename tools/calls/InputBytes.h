@@ -6,8 +6,7 @@
 
 namespace dovrel::tools {
 
-/// Returns the bytes of a text of hexadecimal digits, two for each byte. Blanks between the bytes are ignored.
-/// Rejects the arguments if the text contains anything else, or half a byte.
+/// Returns the bytes of a hexadecimal text (tools/decode/HexText.h). Rejects the arguments if it is not one.
 std::string parseHexadecimal(const std::string& text);
 
 /// Returns the content of the file, or of standard input if the path is "-". Throws a ToolFailure if it cannot be read.
