@@ -47,6 +47,15 @@ set(folder "${CMAKE_INSTALL_DOCDIR}")
 if(DOVREL_CONFIGURED_ROOT)
     set(folder "${CMAKE_INSTALL_DATAROOTDIR}/doc/dovrel-doc")
 endif()
+dovrel_install_folders(documentation "${folder}/pictures")
+if(GO_MD2MAN)
+    dovrel_install_folders(documentation
+        "${CMAKE_INSTALL_MANDIR}/man3" "${CMAKE_INSTALL_MANDIR}/man5" "${CMAKE_INSTALL_MANDIR}/man7")
+    dovrel_install_folders(tools "${CMAKE_INSTALL_MANDIR}/man1")
+endif()
+if(DOXYGEN)
+    dovrel_install_folders(documentation "${folder}/api/search")
+endif()
 # The page of the tool comes with the tool.
 install(DIRECTORY "${documentation}/man/" DESTINATION "${CMAKE_INSTALL_MANDIR}" COMPONENT documentation OPTIONAL
     PATTERN man1 EXCLUDE)

@@ -13,11 +13,13 @@
 #include "InterProcessCommunication/RecordingFormat.h"
 #include "InterProcessCommunication/TransferPack.h"
 #include "client/exceptions/CPPException.h"
+#include "client/exceptions/StructuredDataExceptions.h"
 #include "settings/ConfigFileSystem.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
 #include "tests/support/HeapWatch.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/library/Bytes.h"
+#include "tests/support/library/Failures.h"
 
 namespace dovrel {
 namespace {
@@ -105,19 +107,14 @@ TEST_F(OutOfMemoryTest, RequestWithoutMemoryForItsBytes_IsTheWritersFailure) {
         const StructuredPart field_;
     };
     const Request request(StructuredPart::ofNumber(1, 10));
-    uint32_t typeCode = 0;
-    const auto encode = [&] {
-        typeCode = 0;
-        try {
-            request.copyWireForm();
-        } catch (CPPException* caught) {
-            const std::unique_ptr<CPPException> failure(caught);
-            typeCode = failure->getTypeCode();
-        }
-    };
-    test::refuseEachRequest(encode, [&](bool refused) {
-        EXPECT_EQ(typeCode, refused ? exceptionTypeCode::kStructuredWriteFailed : 0u);
-    });
+    std::unique_ptr<CPPException> failure;
+    {
+        test::HeapWatch watch;
+        watch.refuse(1, test::HeapWatch::Refusal::kOnce);
+        failure = test::failureOf<StructuredWriteFailedException>([&] { request.copyWireForm(); });
+    }
+    ASSERT_NE(failure, nullptr);
+    EXPECT_EQ(request.copyWireForm().length, 10u + 8u + 4u);
 }
 
 TEST_F(OutOfMemoryTest, RegisterApplication_EndsInAnExceptionOrRegisters) {

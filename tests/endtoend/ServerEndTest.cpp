@@ -69,12 +69,11 @@ TEST_F(ServerEnd, ASettingsFileFullOfNonsense_IsLoggedAndTheServerWorks) {
             "//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//scan.delay\nSTR:x\n//x\nXYZ:1\n//") +
         std::string(5000, 'x') + "\nBAR:zz\n");
     EXPECT_TRUE(host_.instantiate(host_.registered({"Scanner"}), "Scanner").isThere());
-    EXPECT_EQ(countInServerLog("settings: the value \"soon\" of \"delay\" does not fit; expected a number"),
-              1u);
-    EXPECT_EQ(countInServerLog("settings: there is no setting \"unknown\"\n"), 1u);
-    EXPECT_EQ(countInServerLog("settings: a class has no name\n"), 1u);
-    EXPECT_EQ(countInServerLog("settings: class \"Scanner\": the value \"x\" of \"scan.delay\" does not fit"),
-              1u);
+    for (const char* const problem :
+         {": line 6: the value \"soon\" of \"delay\" does not fit; expected a number",
+          ": line 8: there is no setting \"unknown\"\n", ": line 10: a class has no name\n",
+          ": line 16: class \"Scanner\": the value \"x\" of \"scan.delay\" does not fit"})
+        EXPECT_EQ(countInServerLog(problem), 1u) << problem;
     EXPECT_EQ(countInServerLog(" #1 "), 2u) << "the first of two entries for the log counts";
 }
 

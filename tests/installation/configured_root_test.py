@@ -78,7 +78,7 @@ class ConfiguredRoot(Configured):
 
     def test_Files_AreBelowTheConfiguredRootAndTheUsualFolders(self):
         tops = {file.split("/", 1)[0] for file in self.files()}
-        self.assertEqual(tops, {"bin", "include", "lib"})
+        self.assertEqual(tops, {"bin", "include", "lib", "share"})
         self.assertTrue((self.root / "Library/Application Support/Tessilor/pos/Dovrel.bundle/Contents/MacOS/Dovrel").is_file())
         self.assertFalse((self.root / "Library/Logs").exists())
 

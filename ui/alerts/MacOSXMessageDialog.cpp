@@ -73,9 +73,9 @@ void openHelpPages() {
 }
 
 // The system log is the only place left for the text. Without memory even that is lost.
-void writeUnshown(const std::string& body) noexcept {
+void writeUnshown(const char* body) noexcept {
     try {
-        writeToSystemLog(kUnshownAlertStart + body + kUnshownAlertEnd);
+        writeToSystemLog(std::string(kUnshownAlertStart) + body + kUnshownAlertEnd);
     } catch (const std::bad_alloc&) {
     }
 }
@@ -91,7 +91,7 @@ int runAlert(const AlertRequest& request) {
                               isManagementApplication() ? openHelpPages : nullptr};
     bool pressedFirst = false;
     if (!runModalAlert(alert, &pressedFirst)) {
-        writeUnshown(body);
+        writeUnshown(body.c_str());
         return kAlertAnswerNotShown;
     }
     return pressedFirst ? set.firstAnswer : int{kAlertAnswerCancel};
