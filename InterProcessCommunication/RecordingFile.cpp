@@ -28,10 +28,12 @@ constexpr char kReplyMark[] = "    < ";
 struct WriteFailure {};
 
 std::string utcText(std::chrono::system_clock::time_point time) {
-    const auto passed =
-        std::chrono::duration_cast<std::chrono::microseconds>(time.time_since_epoch()).count();
-    const auto seconds = static_cast<std::time_t>(passed / 1000000);
-    const auto fraction = passed % 1000000;
+    // Numbers with 53 bits: 32-bit programs on macOS have no division of integers with 64 bits.
+    constexpr double kMicrosecondsPerSecond = 1e6;
+    const std::chrono::duration<double, std::micro> passed = time.time_since_epoch();
+    const auto seconds = static_cast<std::time_t>(passed.count() / kMicrosecondsPerSecond);
+    const auto fraction =
+        static_cast<int32_t>(passed.count() - static_cast<double>(seconds) * kMicrosecondsPerSecond);
     std::tm utc = {};
     gmtime_r(&seconds, &utc);
     char text[sizeof "2026-11-22T12:43:17"] = "";

@@ -16,8 +16,8 @@ constexpr char kRecordVariable[] = "POS_RECORD";
 class ExchangeTimer {
   public:
     ExchangeTime read() const {
-        using std::chrono::duration_cast;
-        return {begin_, duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start_)};
+        const std::chrono::duration<double, std::micro> passed = std::chrono::steady_clock::now() - start_;
+        return {begin_, std::chrono::microseconds(static_cast<int64_t>(passed.count()))};
     }
 
   private:

@@ -13,16 +13,24 @@ constexpr char kCppLibrary[] = "/usr/lib/libc++.1.dylib";
 
 // On macOS functions return structures of up to 8 bytes in registers, like integers. On this system they
 // return them through memory.
-constexpr char kNow[] = "_ZNSt3__16chrono12steady_clock3nowEv";
+constexpr char kSteadyNow[] = "_ZNSt3__16chrono12steady_clock3nowEv";
+constexpr char kSystemNow[] = "_ZNSt3__16chrono12system_clock3nowEv";
 constexpr char kInsert[] =
     "_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE6insertENS_11__wrap_iterIPKcEEc";
 
-int64_t now() {
-    struct Time {
-        int64_t nanoseconds;
-    };
-    static const auto system = reinterpret_cast<Time (*)()>(standardLibrarySymbol(kNow));
-    return system().nanoseconds;
+struct Time {
+    int64_t sinceStart;
+};
+using Now = Time (*)();
+
+int64_t steadyNow() {
+    static const auto system = reinterpret_cast<Now>(standardLibrarySymbol(kSteadyNow));
+    return system().sinceStart;
+}
+
+int64_t systemNow() {
+    static const auto system = reinterpret_cast<Now>(standardLibrarySymbol(kSystemNow));
+    return system().sinceStart;
 }
 
 const char* insert(void* string, const char* place, char character) {
@@ -40,7 +48,8 @@ void addImportsOfWidth(ImportTable& table) {
     table.add(kSystem, "__setjmp", &macho_setjmp);
     table.add(kObjectiveC, "_objc_exception_try_enter", &enterTry);
     table.add(kObjectiveC, "_objc_exception_try_exit", &leaveTry);
-    table.add(kCppLibrary, std::string("_") + kNow, &now);
+    table.add(kCppLibrary, std::string("_") + kSteadyNow, &steadyNow);
+    table.add(kCppLibrary, std::string("_") + kSystemNow, &systemNow);
     table.add(kCppLibrary, std::string("_") + kInsert, &insert);
 }
 

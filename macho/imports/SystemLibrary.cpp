@@ -75,6 +75,7 @@ void addSystemLibrary(ImportTable& table) {
     // 2 GiB. For getrlimit() RLIMIT_FSIZE has the same number on both systems.
     addByItsNames(table, "ftruncate", reinterpret_cast<void*>(&ftruncate));
     addByItsNames(table, "getrlimit", reinterpret_cast<void*>(&getrlimit));
+    addByItsNames(table, "lseek", reinterpret_cast<void*>(&lseek));
     addByItsNames(table, "pwrite", reinterpret_cast<void*>(&pwrite));
 
     static uintptr_t guard = 0x5AC39F00;  // contains a zero byte, which stops an overflowing text copy
