@@ -8,6 +8,7 @@
 #include "client/exceptions/StructuredDataExceptions.h"
 #include "serialization/StructuredByteArrayReader.h"
 #include "serialization/StructuredByteArrayWriter.h"
+#include "tests/serialization/ReaderBlocks.h"
 #include "tests/support/library/Bytes.h"
 #include "tests/support/library/Failures.h"
 
@@ -16,15 +17,10 @@ namespace {
 
 using test::arrayFromHex;
 using test::expectFailure;
+using test::kHeader;
+using test::partText;
 using test::toHex;
 using test::toText;
-
-constexpr char kHeader[] = "41 73 41 6B 00 01 00 00 00 08";
-
-std::string partText(const StructuredByteArrayReader& reader, uint32_t tag) {
-    const std::unique_ptr<CPPByteArray> part(reader.getPart(tag));
-    return toText(*part);
-}
 
 void expectParseFailure(std::string_view hex, const char* detail, const char* message) {
     SCOPED_TRACE(hex);

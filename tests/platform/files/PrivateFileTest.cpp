@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "tests/support/NeedsRoot.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace dovrel {
@@ -48,7 +49,7 @@ TEST_F(PrivateFileTest, AnythingButARegularFile_IsRefusedWithoutWaiting) {
 }
 
 TEST_F(PrivateFileTest, FileOfAnotherUser_IsRefused) {
-    if (geteuid() != 0) GTEST_SKIP() << "only root can make a file of another user";
+    NEEDS_ROOT("make a file of another user");
     folder_.write("file", "");
     ASSERT_EQ(chown(folder_.path("file").c_str(), 1, 1), 0);
     EXPECT_EQ(openPrivateFile(folder_.path("file")), -1);
