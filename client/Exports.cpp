@@ -25,6 +25,27 @@ uint32_t inSession(const char* function, const Describe& describe, const Operati
 // Passes nothing: the function has no arguments that a trace shows.
 void describeNothing(CallTrace&) {}
 
+// The executer is null in a call without one, and then left out.
+void describeInstantiation(CallTrace& call, uint32_t applicationId, void** executerId, void** classId,
+                           void** objectId) {
+    call.number("application", applicationId);
+    call.identifierHandle("executer", executerId);
+    call.identifierHandle("class", classId);
+    call.outputIdentifier("object", objectId);
+}
+
+// As above. `result` and `resultLength` are read only after a success.
+void describeMethodCall(CallTrace& call, uint32_t applicationId, void** executerId, void** objectId,
+                        const char* methodName, const uint8_t* parameters, uint32_t parameterLength,
+                        uint8_t* const* result, const uint32_t* resultLength) {
+    call.number("application", applicationId);
+    call.identifierHandle("executer", executerId);
+    call.identifierHandle("object", objectId);
+    call.text("method", methodName);
+    call.data("parameters", parameters, parameterLength);
+    if (call.hasSucceeded()) call.output("result", *result, *resultLength);
+}
+
 using Session = dovrel::POSAccessUserInteraction;
 
 }  // namespace
@@ -78,11 +99,7 @@ uint32_t posUnregisterApplication(uint32_t applicationId) {
 uint32_t posInstantiateObject(uint32_t applicationId, void** classId, void** objectId) {
     return inSession(
         __func__,
-        [&](CallTrace& call) {
-            call.number("application", applicationId);
-            call.identifierHandle("class", classId);
-            call.outputIdentifier("object", objectId);
-        },
+        [&](CallTrace& call) { describeInstantiation(call, applicationId, nullptr, classId, objectId); },
         [&](Session& session) { return session.posInstantiateObject(applicationId, classId, objectId); },
         objectId);
 }
@@ -91,12 +108,7 @@ uint32_t posInstantiateObjectOnExecuter(uint32_t applicationId, void** executerI
                                         void** objectId) {
     return inSession(
         __func__,
-        [&](CallTrace& call) {
-            call.number("application", applicationId);
-            call.identifierHandle("executer", executerId);
-            call.identifierHandle("class", classId);
-            call.outputIdentifier("object", objectId);
-        },
+        [&](CallTrace& call) { describeInstantiation(call, applicationId, executerId, classId, objectId); },
         [&](Session& session) {
             return session.posInstantiateObjectOnExecuter(applicationId, executerId, classId, objectId);
         },
@@ -108,11 +120,8 @@ uint32_t posCallMethod(uint32_t applicationId, void** objectId, const char* meth
     return inSession(
         __func__,
         [&](CallTrace& call) {
-            call.number("application", applicationId);
-            call.identifierHandle("object", objectId);
-            call.text("method", methodName);
-            call.data("parameters", parameters, parameterLength);
-            if (call.hasSucceeded()) call.output("result", *result, *resultLength);
+            describeMethodCall(call, applicationId, nullptr, objectId, methodName, parameters,
+                               parameterLength, result, resultLength);
         },
         [&](Session& session) {
             return session.posCallMethod(applicationId, objectId, methodName, parameters, parameterLength,
@@ -127,12 +136,8 @@ uint32_t posCallMethodOnExecuter(uint32_t applicationId, void** executerId, void
     return inSession(
         __func__,
         [&](CallTrace& call) {
-            call.number("application", applicationId);
-            call.identifierHandle("executer", executerId);
-            call.identifierHandle("object", objectId);
-            call.text("method", methodName);
-            call.data("parameters", parameters, parameterLength);
-            if (call.hasSucceeded()) call.output("result", *result, *resultLength);
+            describeMethodCall(call, applicationId, executerId, objectId, methodName, parameters,
+                               parameterLength, result, resultLength);
         },
         [&](Session& session) {
             return session.posCallMethodOnExecuter(applicationId, executerId, objectId, methodName,
