@@ -18,20 +18,6 @@ using dovrel::PropertyType;
 
 namespace {
 
-bool isBlankOrLineEnd(char c) {
-    return dovrel::isBlankOrTab(c) || c == '\r' || c == dovrel::kLineFeed;
-}
-
-bool isHexDigit(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
-}
-
-void requirePairsOfDigits(std::string_view value) {
-    const auto blanks = static_cast<size_t>(std::count_if(value.begin(), value.end(), isBlankOrLineEnd));
-    const auto digits = static_cast<size_t>(std::count_if(value.begin(), value.end(), isHexDigit));
-    if (blanks + digits != value.size() || digits % 2 != 0) throw UnfitValue{"pairs of hexadecimal digits"};
-}
-
 // Throws UnfitValue if the value does not fit the type.
 void requireValueOfType(PropertyType type, std::string_view value) {
     using Limits = std::numeric_limits<int32_t>;
@@ -40,7 +26,7 @@ void requireValueOfType(PropertyType type, std::string_view value) {
             wholeNumber(std::string(dovrel::trimmed(value)), Limits::min(), Limits::max());
             return;
         case PropertyType::kBinary:
-            requirePairsOfDigits(value);
+            if (!dovrel::isHexText(value)) throw UnfitValue{"pairs of hexadecimal digits"};
             return;
         case PropertyType::kUnknown:
             throw UnfitValue{"one of the type words INT, STR and BAR in front of it"};

@@ -138,6 +138,18 @@ std::string decodeHexText(std::string_view text) {
     return bytes;
 }
 
+bool isHexText(std::string_view text) {
+    size_t digits = 0;
+    for (const char c : text) {
+        if (kHexDigitValues[static_cast<uint8_t>(c)] != kNoHexDigit) {
+            ++digits;
+        } else if (!isWhiteSpace(c)) {
+            return false;
+        }
+    }
+    return digits % 2 == 0;
+}
+
 std::string escapeLineFeeds(std::string_view text) {
     return replaceAll(text, std::string_view(&kLineFeed, 1), kEscapedLineFeed);
 }

@@ -79,6 +79,10 @@ int32_t leadingInteger(std::string_view text);
 /// An odd last digit is ignored.
 std::string decodeHexText(std::string_view text);
 
+/// Returns whether the text consists of an even number of hexadecimal digits and of white space. For programs
+/// that check what people write: the readers of values skip everything else.
+bool isHexText(std::string_view text);
+
 /// escapeLineFeeds returns a copy with every line feed replaced by "chg-lf". restoreLineFeeds is the reverse.
 std::string escapeLineFeeds(std::string_view text);
 std::string restoreLineFeeds(std::string_view text);

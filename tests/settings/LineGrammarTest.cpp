@@ -129,6 +129,14 @@ TEST(LineGrammar, DecodeHexText_CharactersThatAreNotDigits_AreSkipped) {
     EXPECT_EQ(decodeHexText("4g1:\xFF/4@2`"), "AB");
 }
 
+TEST(LineGrammar, IsHexText_EvenNumberOfDigitsWithWhiteSpace) {
+    for (const char* text : {"", "00", "aF09", " 4\t1\r\n4 2 ", "\n"})
+        EXPECT_TRUE(isHexText(text)) << text;
+    for (const char* text : {"4", "414", "4g", "0x41", "41-42", "\xFF"})
+        EXPECT_FALSE(isHexText(text)) << text;
+    EXPECT_FALSE(isHexText("41\0"s));
+}
+
 TEST(LineGrammar, EscapeLineFeeds_EveryLineFeed_BecomesSixCharacters) {
     EXPECT_EQ(escapeLineFeeds("\na\n\nb"), "chg-lfachg-lfchg-lfb");
     EXPECT_EQ(escapeLineFeeds("no line feed\r"), "no line feed\r");

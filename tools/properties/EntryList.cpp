@@ -27,16 +27,6 @@ bool isInteger(std::string_view text) {
     return !text.empty() && error == std::errc() && end == text.data() + text.size();
 }
 
-bool isPairsOfDigits(std::string_view text) {
-    const auto isDigit = [](char c) {
-        return std::string_view("0123456789ABCDEFabcdef").find(c) != std::string_view::npos;
-    };
-    const auto isBetween = [](char c) { return isBlankOrTab(c) || c == kLineFeed || c == '\r'; };
-    const bool isClean =
-        std::all_of(text.begin(), text.end(), [&](char c) { return isDigit(c) || isBetween(c); });
-    return isClean && std::count_if(text.begin(), text.end(), isDigit) % 2 == 0;
-}
-
 // Collects the entries and problems while a reader goes through the text.
 class Lister {
   public:
@@ -115,7 +105,7 @@ class Lister {
                     report(lineNumber_, start + "is not a 32-bit number: " + quoted(entry_.value));
                 return;
             case PropertyType::kBinary:
-                if (!isPairsOfDigits(entry_.value))
+                if (!isHexText(entry_.value))
                     report(lineNumber_,
                            start + "is not pairs of hexadecimal digits: " + quoted(entry_.value));
                 return;
