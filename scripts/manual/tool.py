@@ -16,7 +16,7 @@ dovrel - command-line tool of the Dovrel library
 END = """
 # SEE ALSO
 
-**dovrel**(7), **dovrel-properties**(5), **merrowd.conf**(5)
+**dovrel**(7), **dovrel-properties**(5), **dovrel-recording**(5), **merrowd.conf**(5)
 """
 
 

@@ -15,7 +15,7 @@ HEADER = (SOURCES / "include/dovrel/pos.h").read_text()
 CODE = re.sub(r"/\*.*?\*/", "", HEADER, flags=re.DOTALL)
 FUNCTIONS = {name: re.findall(r"(\w+)(?=,|$)", "" if parameters == "void" else parameters)
              for name, parameters in re.findall(r"POS_EXPORT \w+ (\w+)\(([^)]*)\)", CODE)}
-FILES = ["dovrel-properties.5", "dovrel-texts.5", "dovrel.1", "dovrel.7", "merrowd.conf.5"]
+FILES = ["dovrel-properties.5", "dovrel-recording.5", "dovrel-texts.5", "dovrel.1", "dovrel.7", "merrowd.conf.5"]
 # Pages of the system.
 OTHER_PAGES = {"dlopen(3)"}
 
