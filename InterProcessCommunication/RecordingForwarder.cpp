@@ -1,5 +1,6 @@
 #include "InterProcessCommunication/RecordingForwarder.h"
 
+#include <new>
 #include <utility>
 
 #include "InterProcessCommunication/POSTransferObj.h"
@@ -41,6 +42,9 @@ POSTransferObj* RecordingForwarder::ForwardTransferObj(POSTransferObj& request) 
         return reply;
     } catch (const CPPException* passing) {
         file_.addFailure(timer.read(), request, passing->getMessage());
+        throw;
+    } catch (const std::bad_alloc&) {
+        file_.addFailure(timer.read(), request, "out of memory");
         throw;
     }
 }

@@ -37,7 +37,7 @@ void POSAccessUIDialogHandler::useBundle(const std::string& bundlePath) {
         // The session works without its texts.
         const std::unique_ptr<CPPException> failure(caught);
     } catch (const std::bad_alloc&) {
-        // A file of texts that is too large for the memory is a file without texts, too.
+        // If there is no memory for the file of texts, alerts are shown as if it had no texts.
     }
 }
 

@@ -16,14 +16,15 @@
 
 namespace merrowd {
 
-/// What a described class remembers between calls. It belongs to an object, or to all objects of a class.
+/// The counters and stores that a described class keeps between calls. They belong to an object, or to all
+/// objects of a class.
 struct DescribedState {
     std::map<std::string, uint32_t> counters;
     std::map<std::string, std::map<std::string, std::string>> stores;
     std::map<std::string, size_t> positions;  ///< the next step, by the path of the sequence
 };
 
-/// What happens when all steps of a sequence have been performed.
+/// The behaviour of a sequence after its last step.
 enum class SequenceEnd { stay, restart, fail };
 
 enum class CounterChange { none, add, set };
@@ -73,7 +74,7 @@ struct DescribedCall {
 /// else nothing. Throws Refusal.
 MethodResult perform(const Behaviour& behaviour, const DescribedCall& call);
 
-/// Returns whether the whole text fits the pattern: "*" stands for any bytes, "?" for one byte.
+/// Returns whether the whole text fits the pattern: "*" matches any bytes, "?" one byte.
 bool fitsPattern(std::string_view text, std::string_view pattern);
 
 }  // namespace merrowd

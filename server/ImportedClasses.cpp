@@ -22,7 +22,7 @@ namespace posField = dovrel::posField;
 
 namespace {
 
-/// What a method returned, or what the creation of an object brought.
+/// The recorded outcome of a method call or of the creation of an object.
 struct ImportedReply {
     bool fails = false;
     uint32_t errorCode = 0;

@@ -1,4 +1,4 @@
-// What the server returns to the client at the end of an exchange.
+// Outcome: the reply or the status that ends an exchange with a client.
 #pragma once
 
 #include <cstddef>

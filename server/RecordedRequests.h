@@ -28,7 +28,7 @@ struct ComparedRequest {
     bool operator==(const ComparedRequest& other) const { return !(*this < other) && !(other < *this); }
 };
 
-/// What the numbers of sessions and objects stand for: applications and objects of the recording.
+/// Maps the identifiers of sessions and objects to the applications and objects of the recording.
 struct IdentifierMeanings {
     std::map<uint32_t, size_t> applications;
     std::map<std::pair<uint32_t, std::string>, size_t> objects;  ///< by session and object
@@ -74,7 +74,7 @@ class RecordedRequests {
     std::vector<size_t> firstObjects_{0};
     std::map<ComparedRequest, size_t> firstOfKind_;  // by the general request that made it
 
-    // What the recorded numbers mean at the exchange that is being added. A later server may use them again.
+    // The meanings at the exchange that is being added. A later server may use the same identifiers again.
     IdentifierMeanings meanings_;
 };
 

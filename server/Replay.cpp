@@ -38,7 +38,8 @@ std::string readApplicationName(const CPPByteArray& request) {
     dovrel::StructuredByteArrayReader reader;
     reader.initialize(&request);
     const dovrel::ByteView name = reader.viewPart(posField::kApplicationName);
-    return std::string(name.data, name.data + name.length);
+    // A name ends at its zero byte.
+    return std::string(name.data, std::find(name.data, name.data + name.length, 0));
 }
 
 }  // namespace

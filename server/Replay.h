@@ -4,8 +4,8 @@
 // the recording; if the recording has the same request several times, its replies follow in their order, and
 // the last one is repeated.
 //
-// A live application stands for the recorded application whose registration it repeats, and a live object for
-// the recorded object whose creation it repeats. The replay makes new identifiers for both and writes them into
+// A live application takes the place of the recorded application whose registration it repeats, and a live
+// object that of the recorded object whose creation it repeats. The replay makes new identifiers for both and writes them into
 // the replies. So a recording can be replayed by a second host, or by several at the same time.
 #pragma once
 

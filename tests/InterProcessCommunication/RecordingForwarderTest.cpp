@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -68,6 +69,14 @@ TEST_F(RecordingForwarderTest, FailureOfTheExchange_PassesAsItIsAndIsRecorded) {
     ASSERT_NE(failure, nullptr);
     EXPECT_STREQ(failure->getMessage(), "The line is dead.");
     EXPECT_EQ(sections().at(0).getString("failure"), "The line is dead.");
+}
+
+TEST_F(RecordingForwarderTest, MemoryThatRanOutInTheExchange_PassesAsItIsAndIsRecorded) {
+    const auto forwarder = record(folder_.path("recording"));
+    prepared_->answerNext([](POSTransferObj&) -> std::unique_ptr<POSTransferObj> { throw std::bad_alloc(); });
+    EXPECT_THROW(delete forwarder->ForwardTransferObj(request_), std::bad_alloc);
+    EXPECT_EQ(sections().at(0).getString("failure"), "out of memory");
+    EXPECT_EQ(test::toHex(*sections()[0].getBinary("request")), test::toHex(request_.bytes()));
 }
 
 TEST_F(RecordingForwarderTest, RecordingThatCannotBeWritten_ChangesNothing) {

@@ -52,7 +52,7 @@ TEST_F(Limits, FailureOfAHostWhoseFilesMustNotGrow_IsReportedAndTheHostLives) {
     const uint32_t application = host_.registered();
     const std::string log = root_.path() + "/Library/Logs/Tessilor/POSDLLErrorLog.txt";
     std::filesystem::create_directories(std::filesystem::path(log).parent_path());
-    // The log is as long as the limit. Standard error is a file, too.
+    // The log is as long as the limit. Standard error is also a file.
     for (const size_t bytes : {0, 16384}) {
         std::ofstream(log) << std::string(bytes, '\n');
         const Console console;

@@ -68,6 +68,7 @@ TEST_F(ReplayTest, SameRequests_GetTheSameRepliesWithNewIdentifiers) {
         EXPECT_EQ(send(callRequest(session, object, "nonsense")).code(), 27u);
         EXPECT_FALSE(send(deleteRequest(session, object)).isException());
         EXPECT_EQ(applications_.size(), 1u);
+        EXPECT_EQ(applications_.find(session).name, "Demo");
         EXPECT_FALSE(send(unregisterRequest(session)).isException());
         EXPECT_EQ(applications_.size(), 0u);
         EXPECT_EQ(replay_->replayedCount(), 6u);

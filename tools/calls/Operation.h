@@ -15,7 +15,7 @@ namespace dovrel::tools {
 /// the arguments otherwise.
 pos::Identifier parseIdentifier(const std::string& text);
 
-/// What the help of the three subcommands says about failures.
+/// The text about failures in the help of the three subcommands.
 extern const char kOperationNotes[];
 
 /// It must exist until the operation has run.

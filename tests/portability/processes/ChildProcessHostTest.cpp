@@ -1,4 +1,4 @@
-// What a host sees of the programs that it starts, of their go-betweens and of their ends.
+// Checks the effects that started programs and their intermediate processes have on the host.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
