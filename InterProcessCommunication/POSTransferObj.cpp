@@ -45,11 +45,11 @@ void POSTransferObj::writeByteArray(uint32_t id, CPPByteArray&& array) {
     const CPPByteArray& constant = array;
     if (array.getSize() < kLargeArray || array.getSize() < bytes().getSize())
         return writeByteArray(id, constant);
-    uint8_t header[structuredData::kPartHeaderSize];
-    structuredData::storePartHeader(header, id, array.getSize());
-    CPPExpandingByteArray start;
-    start.setOrThrow(bytes_.data(), bytes_.getSize());
-    start.writeBytes(start.getSize(), header, sizeof header);
+    CPPByteArray start;
+    uint8_t* const block = start.setUninitialized(bytes_.getSize() + structuredData::kPartHeaderSize);
+    if (block == nullptr) return writeByteArray(id, constant);
+    if (bytes_.getSize() != 0) std::memcpy(block, bytes_.data(), bytes_.getSize());
+    structuredData::storePartHeader(block + bytes_.getSize(), id, array.getSize());
     if (!array.insertAtStart(start.data(), start.getSize())) return writeByteArray(id, constant);
     bytes_.swap(array);
     array.assign(CPPByteArray());

@@ -24,7 +24,8 @@ class POSTransferObjForwarder;
 /// - the exception that belongs to the error code of the reply;
 /// - the reader's exception if the reply cannot be read;
 /// - a plain CPPException for an identifier that does not have 16 bytes. An identifier of the wrong size in
-///   a request is rejected before anything is sent. In a reply it makes the reply unreadable.
+///   a request is rejected before that request is sent (a registration has asked for the interface version by
+///   then). In a reply it makes the reply unreadable.
 ///
 /// If memory runs out, an operation throws std::bad_alloc.
 ///

@@ -3,7 +3,7 @@
 // binary value is kept in the block of its entry, see settings/PropertyEntry.h.)
 //
 // The array owns one heap block (malloc, realloc, free) with exactly as many bytes as the array has. It has
-// no spare capacity, and an empty array has no block. Indices, offsets and lengths are
+// no spare capacity (only keepPart leaves some bytes of the block unused), and an empty array has no block. Indices, offsets and lengths are
 // unsigned 32-bit numbers of bytes.
 //
 // A read beyond the end returns 0 or copies nothing. A write beyond the end is clipped or ignored

@@ -213,6 +213,20 @@ TEST_F(OutOfMemoryTest, CopiesOfTransferObjects_AreCompleteOrEndInAnException) {
     });
 }
 
+TEST_F(OutOfMemoryTest, WriteByteArray_OfALargeTemporary_WritesAllOrThrows) {
+    CPPByteArray field;
+    field.setFilled(4096, 0x5A);
+    POSTransferObj expected(1, 11, 14);
+    expected.writeByteArray(111, field);
+    failEachRequest([&] {
+        POSTransferObj object(1, 11, 14);
+        CPPByteArray temporary(field);
+        if (temporary.getSize() != field.getSize()) throw std::bad_alloc();
+        object.writeByteArray(111, std::move(temporary));
+        return object.bytes().compare(expected.bytes()) == 0;
+    });
+}
+
 TEST_F(OutOfMemoryTest, ReadIdentifier_ReplacesAnotherIdentifierOrEndsInAnException) {
     failEachRequest([&] {
         POSTransferObj object(1, 11, 0);
