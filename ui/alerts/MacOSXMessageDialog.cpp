@@ -2,6 +2,8 @@
 
 #include <CoreServices/CoreServices.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <string>
@@ -72,10 +74,26 @@ void openHelpPages() {
     }
 }
 
+/// Returns the text for the system log, which takes only UTF-8. Where shownText fails, every byte outside ASCII
+/// becomes a question mark.
+std::string loggedText(const char* text) {
+    try {
+        return shownText(text);
+    } catch (CPPException* caught) {
+        const std::unique_ptr<CPPException> failure(caught);
+    } catch (const std::bad_alloc&) {
+        // The same text in ASCII needs less memory.
+    }
+    std::string ascii = text;
+    std::replace_if(
+        ascii.begin(), ascii.end(), [](char c) { return static_cast<uint8_t>(c) >= 0x80; }, '?');
+    return withLineFeedsOnly(ascii);
+}
+
 // The system log is the only place left for the text. Without memory even that is lost.
 void writeUnshown(const char* body) noexcept {
     try {
-        writeToSystemLog(std::string(kUnshownAlertStart) + body + kUnshownAlertEnd);
+        writeToSystemLog(std::string(kUnshownAlertStart) + loggedText(body) + kUnshownAlertEnd);
     } catch (const std::bad_alloc&) {
     }
 }

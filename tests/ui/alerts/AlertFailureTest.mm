@@ -14,9 +14,11 @@ namespace {
 enum class Fault { inTheLibrary, inThePlatform };
 
 Fault fault;
+int thrownFailures = 0;
 int deletedFailures = 0;
 
 struct WatchedFailure : dovrel::CPPException {
+    WatchedFailure() { ++thrownFailures; }
     ~WatchedFailure() override { ++deletedFailures; }
 };
 
@@ -40,17 +42,28 @@ namespace dovrel {
 namespace {
 
 /// Shows an alert that fails, and expects its text in the system log.
-void expectLoggedInsteadOfShown() {
+void expectLoggedInsteadOfShown(const char* body = "The text.", const std::string& logged = "The text.") {
     testing::internal::CaptureStderr();
-    EXPECT_EQ(MacOSXMessageDialog().showAlert("Title", "The text."), kAlertAnswerNotShown);
+    EXPECT_EQ(MacOSXMessageDialog().showAlert("Title", body), kAlertAnswerNotShown);
     const std::string log = testing::internal::GetCapturedStderr();
-    EXPECT_NE(log.find("message of the failed dialogue:  \n \"The text.\""), std::string::npos) << log;
+    EXPECT_NE(log.find("message of the failed dialogue:  \n \"" + logged + "\"\n"), std::string::npos) << log;
 }
 
 TEST(AlertFailure, ExceptionOfTheLibrary_IsDeletedAndTheAlertCountsAsNotShown) {
     fault = Fault::inTheLibrary;
     expectLoggedInsteadOfShown();
-    EXPECT_EQ(deletedFailures, 1);
+    EXPECT_GT(thrownFailures, 0);
+    EXPECT_EQ(deletedFailures, thrownFailures);
+}
+
+TEST(AlertFailure, TextWhoseEncodingCannotBeDetermined_IsLoggedInASCII) {
+    fault = Fault::inTheLibrary;
+    expectLoggedInsteadOfShown("M\x9Fnchen\rBonn", "M?nchen\nBonn");
+}
+
+TEST(AlertFailure, TextInMacRoman_IsLoggedInUTF8) {
+    fault = Fault::inThePlatform;
+    expectLoggedInsteadOfShown("M\x9Fnchen\rBonn", "M\xC3\xBCnchen\nBonn");
 }
 
 TEST(AlertFailure, ExceptionOfThePlatform_IsCaughtAndTheAlertCountsAsNotShown) {

@@ -25,7 +25,7 @@ class HelpTest : public testing::Test {
     void removeHelp(const std::string& language) const;
     void removeStartPage(const std::string& language) const;
 
-    /// Makes that program show the application's alerts.
+    /// Makes the program `helper` show the application's alerts.
     void setHelper(const std::string& helper) const;
 
     /// Returns the path of the application's program.
