@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
+#include "ui/information/PropertyText.h"
+
 namespace dovrel {
 namespace {
 
@@ -16,6 +20,16 @@ TEST(Component, IdentifiersAndPaths_AreThoseOfTheProduct) {
     EXPECT_EQ(compatibilityComponent().path, "/Library/Quernvale/Fenwild.bundle");
     EXPECT_EQ(managementComponent().identifier, "com.Quernvale.Halcon");
     EXPECT_EQ(managementComponent().path, "/Applications/Halden Console.app");
+}
+
+TEST(Component, BundlesOfThisProduct_HaveTheIdentifiersAndAnInstallerVersion) {
+    const auto readInfo = [](const char* bundle, const char* key) {
+        return textInPropertyList(std::string(bundle) + "/Contents/Info.plist", key);
+    };
+    EXPECT_EQ(readInfo(MERROWD_APP, "CFBundleIdentifier"), serverComponent().identifier);
+    EXPECT_EQ(readInfo(DOVREL_BUNDLE, "CFBundleIdentifier"), libraryComponent().identifier);
+    for (const char* bundle : {MERROWD_APP, DOVREL_BUNDLE})
+        EXPECT_EQ(readInfo(bundle, "HarlInstallerVersion"), readInfo(bundle, "CFBundleVersion"));
 }
 
 TEST(Component, IdentifierAccessors_TellThoseOfTheThreeBundles) {
