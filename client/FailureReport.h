@@ -16,7 +16,7 @@ struct FailureReport {
     /// Takes ownership of the failure and deletes it. Null means that the thrown object was not a CPPException.
     FailureReport(std::unique_ptr<CPPException> failure, const char* applicationName);
 
-    /// Returns whether the alert offers to try the operation again.
+    /// Returns whether the alert offers to try the operation again. Only that of a refused registration does.
     bool offersRetry() const;
 
     uint32_t typeCode = 0;

@@ -55,8 +55,8 @@ class POSAccessClient {
     /// Unregisters the application in the server, then removes its record.
     POSOutcome unregisterApplication(uint32_t applicationId);
 
-    /// Creates an object. If no executer is named and the server asked for the check at registration, a class
-    /// that the application did not register is a failure.
+    /// Creates an object. If no executer is named and the server asked for the check at registration, throws a
+    /// new CPPException for a class that the application did not register.
     POSResult<POSInstance> instantiateObject(uint32_t applicationId, const CPPClassID& classId,
                                              uint32_t executer);
 

@@ -35,7 +35,7 @@ void POSAccessUIDialogHandler::useBundle(const std::string& bundlePath) {
         MultiLanguageSupport::initialize("");
     } catch (CPPException* caught) {
         // The session works without its texts.
-        const std::unique_ptr<CPPException> failure(caught);
+        recordUnshown(std::unique_ptr<CPPException>(caught), "");
     } catch (const std::bad_alloc&) {
         // If there is no memory for the file of texts, alerts are shown as if it had no texts.
     }

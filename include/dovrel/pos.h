@@ -51,6 +51,8 @@
  *   - the main thread must not call a function while another thread may be in one. Otherwise the main thread
  *     waits for the other call, and the alert of the other call waits for the main thread;
  *   - code that the main thread's loop runs while an alert is open must not call a function.
+ * The system describes its sending of events for the main thread only. Calls of other threads were never tried
+ * on a Mac.
  *
  * Blocking. A call waits for the calls before it, then for the server's reply (at most 10000 ticks of 1/60 s,
  * about 167 seconds), then for the user if it shows a failure. If the server is gone, the library connects

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <functional>
 #include <new>
 #include <stdexcept>
 
@@ -9,6 +10,7 @@
 #include "settings/MultiLanguageSupport.h"
 #include "settings/TextKeys.h"
 #include "tests/client/SessionTest.h"
+#include "tests/client/WatchedMutex.h"
 #include "tests/support/library/Failures.h"
 
 namespace dovrel {
@@ -78,6 +80,24 @@ TEST_F(CurrentSessionTest, Close_UnregistersThenDestroysTheForwarder) {
     EXPECT_EQ(*calls, (std::vector<std::string>{"connect 10", "unregister application",
                                                 "unregister application", "destroyed"}));
     EXPECT_EQ(currentSession(), nullptr);
+}
+
+TEST_F(CurrentSessionTest, Close_DestroysTheForwarderBeforeTheSession) {
+    struct EndingMutex : test::WatchedMutex {
+        EndingMutex(test::LockUse& use, std::function<void()> atEnd)
+            : WatchedMutex(use), atEnd_(std::move(atEnd)) {}
+        ~EndingMutex() override { atEnd_(); }
+        const std::function<void()> atEnd_;
+    };
+    test::LockUse use;
+    std::shared_ptr<const std::vector<std::string>> calls;
+    bool isForwarderGone = false;
+    const auto noteEnd = [&] { isForwarderGone = !calls->empty() && calls->back() == "destroyed"; };
+    parts_.createLock = [&] { return std::make_unique<EndingMutex>(use, noteEnd); };
+    openSession(parts_);
+    calls = forwarder_->watchCalls();
+    closeSession();
+    EXPECT_TRUE(isForwarderGone);
 }
 
 TEST_F(CurrentSessionTest, Close_WithoutApplications_SendsNothing) {

@@ -53,6 +53,21 @@ TEST_F(POSAccessUIDialogHandlerTest, Run_AnswerRetryToAnAlertWithoutRetry_StillF
     EXPECT_EQ(runs_, 1);
 }
 
+TEST_F(POSAccessUIDialogHandlerTest, Run_Failure_IsDeletedBeforeItsAlertIsShown) {
+    struct WatchedFailure : POSMethodExecutionException {
+        explicit WatchedFailure(bool& exists) : POSMethodExecutionException("broken"), exists_(exists) {
+            exists_ = true;
+        }
+        ~WatchedFailure() override { exists_ = false; }
+        bool& exists_;
+    };
+    bool exists = false;
+    bool existedAtAlert = true;
+    dialog_->onShow = [&] { existedAtAlert = exists; };
+    EXPECT_FALSE(runFailing(1, [&] { return new WatchedFailure(exists); }));
+    EXPECT_FALSE(existedAtAlert);
+}
+
 TEST_F(POSAccessUIDialogHandlerTest, Run_AlertThatThrows_EndsTheOperation) {
     dialog_->onShow = [] { throw 5; };
     EXPECT_FALSE(runFailing(1, otherFailure));
@@ -122,12 +137,20 @@ TEST_F(POSAccessUIDialogHandlerTest, Run_EachFailureInTheErrorLog_IsAnEntryOfThe
             "no alert"}));
 }
 
-TEST_F(POSAccessUIDialogHandlerTest, UseBundle_LoadThatThrows_IsPassedOver) {
+TEST_F(POSAccessUIDialogHandlerTest, UseBundle_LoadThatThrows_IsRecordedAndPassedOver) {
     // This path is longer than the platform allows, so the folder of the texts cannot be determined.
     setenv("POS_SYSTEM_ROOT", ("/" + std::string(8192, 'x')).c_str(), 1);
     ASSERT_FALSE(ignoringFailures([] { MultiLanguageSupport::initialize(""); }));
-    handler_.useBundle("/Dovrel.bundle");
+    {
+        const Trace trace("session,file=" + root_.path("trace"));
+        handler_.useBundle("/Dovrel.bundle");
+    }
     EXPECT_EQ(MultiLanguageSupport::getText("DLL_ERROR_DIALOG_TITLE"), kErrorTitle);
+    EXPECT_TRUE(dialog_->shown.empty());
+    EXPECT_NE(
+        root_.read("trace").find("no alert, message: Sorry, could not read file 'MultiLanguageTexts.mls'..."),
+        std::string::npos)
+        << root_.read("trace");
 }
 
 TEST_F(POSAccessUIDialogHandlerTest, CurrentApplicationName_IsThatOfTheLastSuccessfulRegistration) {

@@ -144,6 +144,20 @@ TEST_F(RegistrationTest, Register_Retry_DoesNotReadTheOptionsAgain) {
     EXPECT_TRUE(currentSession()->dialogHandler().flags().withoutOption1104);
 }
 
+TEST_F(RegistrationTest, Register_ReadsTheOptionsOnlyWhenItHasTheLock) {
+    test::LockUse use;
+    closeSession();
+    parts_.createLock = [&use] { return std::make_unique<test::WatchedMutex>(use); };
+    openSession(parts_);
+    uint16_t options[] = {1104};
+    use.onWait = [&] { options[0] = 1121; };
+    uint32_t applicationId = 0;
+    EXPECT_EQ(posRegisterApplicationWithClasses("Host", nullptr, 0, options, 2, &applicationId), POS_OK);
+    EXPECT_TRUE(currentSession()->dialogHandler().isSilenced(applicationId));
+    use.onWait = nullptr;
+    closeSession();
+}
+
 TEST_F(RegistrationTest, Register_NameChangedWhileTheAlertIsOpen_StaysAsItWas) {
     forwarder_->answerNext(posCommand::kRegisterApplication,
                            {test::error(32, "refused"), test::error(32, "refused")});
