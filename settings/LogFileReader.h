@@ -14,7 +14,7 @@ class LogFileReader {
     /// Replaces the content of `store` by the entries of `text`. The first line of `text` must be
     /// the expected title; its first two characters are not compared. If the titles differ, throws
     /// a CPPException with both titles and leaves the store and the text unchanged. `throughCursor`
-    /// is as for Properties::load.
+    /// is as for Properties::load. If it is false, the title line is removed from `text` first.
     static void load(std::string& text, const std::string& expectedTitle, Properties& store,
                      bool throughCursor);
 

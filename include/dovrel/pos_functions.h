@@ -109,7 +109,8 @@ typedef struct posFunctions {
 static inline int posFindFunction(void* library, const char* name, void* function) {
     void* const address = dlsym(library, name);
 
-    /* C does not convert pointers to data into pointers to functions, but POSIX gives them the same form. */
+    /* ISO C does not convert a pointer to data into a pointer to a function. On POSIX systems both have the same
+       bytes, so these are copied. */
     memcpy(function, &address, sizeof address);
     return address != NULL;
 }

@@ -51,7 +51,7 @@ extern const char macho_guardedCatch[];
 [[noreturn]] void macho_longjmp(const void* buffer);
 }
 
-// Called by LegacyMessageSend.S.
+// For functions that only LegacyMessageSend.S calls. Without "used" the compiler would remove them.
 #define FOR_ASSEMBLY extern "C" __attribute__((visibility("hidden"), used))
 
 // Returns the method. Inside @try, replaces its return address.

@@ -10,14 +10,13 @@
 
 namespace dovrel {
 
-/// Returns the URL of a file or folder. There is none if the path is empty, or if its bytes are not valid
-/// in `encoding`.
+/// Returns the URL of a file or folder, or null if the path is empty or its bytes are not valid in `encoding`.
 CFObject<CFURLRef> fileURL(const std::string& path, CFStringEncoding encoding);
 
 /// As fileURL, for a folder whose path is in UTF-8.
 CFObject<CFURLRef> folderURL(const std::string& path);
 
-/// Return the URL of the file or folder `name` (UTF-8) in a folder. There is none if `folder` is empty.
+/// Return the URL of the file or folder `name` (UTF-8) in a folder, or null if `folder` is null.
 CFObject<CFURLRef> fileURLInFolder(const CFObject<CFURLRef>& folder, const char* name);
 CFObject<CFURLRef> folderURLInFolder(const CFObject<CFURLRef>& folder, const char* name);
 

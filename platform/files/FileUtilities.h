@@ -5,7 +5,7 @@
 // A path with bytes outside ASCII can therefore name one file for the C library and another file (usually one
 // that does not exist) for the platform.
 //
-// The library grants all users all permissions on what it creates. Functions return false on failure unless
+// These functions grant all users all permissions on what they create. They return false on failure unless
 // their comment says otherwise. No function leaves a file open.
 #pragma once
 

@@ -38,10 +38,10 @@ std::string timeZoneText();
 /// arguments it is today's local date.
 CPPByteArray dateBytes();
 
-/// Returns the UTC date in `days` days. Even for 0 it can differ from the local date, near midnight.
+/// Returns the UTC date `days` days from now. Near midnight it can differ from the local date, even for 0.
 CPPByteArray dateBytes(int32_t days);
 
-/// As above, with `months` added to the month byte only. The month byte may then exceed 12.
+/// As above, with `months` added to the month byte. It can then exceed 12; the year does not change.
 CPPByteArray dateBytes(int32_t days, int32_t months);
 
 }  // namespace dovrel

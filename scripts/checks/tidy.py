@@ -45,7 +45,7 @@ def compiled_sources(tree, commands):
 
 
 def compiler_options():
-    """What gcc, which the sources are compiled with, knows by itself: its standard, and its header of Objective-C."""
+    """Returns options for what gcc assumes and the checker does not: the standard, and the folder of Objective-C's header."""
     headers = subprocess.run(["g++", "-print-file-name=include"], capture_output=True, text=True, check=True).stdout
     return ["--extra-arg=-std=gnu++17", "--extra-arg=-idirafter", f"--extra-arg={headers.strip()}"]
 

@@ -9,7 +9,7 @@ PAGE = (SOURCES / "docs/troubles.md").read_text()
 NO_FAILURE = {"LANGUAGE", "ERROR_DLG_TITLE", "DLL_ERROR_DIALOG_TITLE", "DLL_MESSAGE_DIALOG_TITLE", "GENERAL_BUTTON_OK",
               "GENERAL_BUTTON_CANCEL", "GENERAL_BUTTON_RETRY", "DLL_ERROR_ERRORMESSAGEHEAD_PART1",
               "DLL_ERROR_ERRORMESSAGEHEAD_PART2"}
-# Texts of other programs.
+# The folders whose sources contain the texts of the tables.
 FOLDERS = ["server", "platform", "InterProcessCommunication", "portability", "ui", "client"]
 
 

@@ -209,7 +209,7 @@ FILE* replaced_fopen(const char* path, const char* mode) {
     return fails("fopen") ? nullptr : next(path, mode);
 }
 
-// As libstdc++ calls it.
+// libstdc++ calls this one.
 DECLARED(FILE*, fopen64, (const char* path, const char* mode))
 FILE* replaced_fopen64(const char* path, const char* mode) {
     return replaced_fopen(path, mode);

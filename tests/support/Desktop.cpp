@@ -22,7 +22,8 @@ std::string readGeometry(const std::string& window) {
     return readOutput({"xdotool", "getwindowgeometry", "--shell", window});
 }
 
-// The window number does not identify an alert: the next helper's window may have the same number.
+// Returns the process of the window. It identifies an alert; the window's number does not, because the window of
+// the next helper may get the same one.
 std::string readProcess(const std::string& window) {
     return readOutput({"xdotool", "getwindowpid", window});
 }

@@ -29,8 +29,7 @@ class Installation(unittest.TestCase):
 
     def make_root(self):
         self.root.mkdir()
-        # The servers' endpoints are created here. Without it they would be left in
-        # the machine's folder of this name.
+        # Servers create their endpoints in "tmp" below the root. Without this folder they would use the machine's /tmp.
         self.new_folder("home/dovrel/tmp")
 
     def new_folder(self, name):
