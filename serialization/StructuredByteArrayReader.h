@@ -36,6 +36,7 @@ class StructuredByteArrayReader : public StructuredDataReader {
     /// leaves the destination unchanged, and viewPart returns a shorter part than getPartLength says.
     void initialize(const CPPByteArray* source);
 
+    // Results, ownership and failures: StructuredDataReader.h.
     uint32_t getTypeNumber() const override;
     CPPByteArray* getPart(uint32_t tag) const override;
     void readPart(uint32_t tag, void* destination) const override;

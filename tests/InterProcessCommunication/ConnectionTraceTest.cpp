@@ -120,8 +120,7 @@ TEST_F(ConnectionTraceTest, FailedAttempt_IsNotedUntilALaterOneSucceeds) {
     EXPECT_EQ(notes.failedStep(), "");
 }
 
-// Each connection needs a second handshake, because the first one still reaches
-// the server that is about to end.
+// Every sixth handshake is answered: the first five of a connection find a server that is about to end.
 TEST_F(ConnectionTraceTest, ServerThatIsGoneInEveryAttempt_LeavesTheLastAttemptInTheNotes) {
     install();
     platform.processes = {"Merrowd"};

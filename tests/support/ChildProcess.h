@@ -19,13 +19,14 @@ class ChildProcess {
     /// Kills the child if it still runs. If the test's process dies, the child dies as well.
     ~ChildProcess();
 
-    /// Returns the next line that the child writes, without the line feed; "" if the child has ended
+    /// Returns the next line that the child writes, without the line feed. Also returns "" if the child has ended
     /// or no line came within a minute.
     std::string readLine();
 
     /// Returns true if a line, or the end of the output, arrives within the time.
     bool hasLine(int milliseconds) const;
 
+    /// Writes a line to the child's input. Throws std::runtime_error if the child does not read it any more.
     void writeLine(const std::string& line);
 
     /// Lets the child read the end of its input.

@@ -26,6 +26,7 @@ class ChildProcessFixture : public ProgramsFixture {
         return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT | __WALL) == -1 && errno == ECHILD;
     }
 
+    /// Returns 0 or an error number, as ChildProcess::start does.
     static int start(portability::ChildProcess& child, const std::string& program,
                      const std::vector<std::string>& arguments = {},
                      const std::vector<int>& descriptors = {0, 1, 2}) {
@@ -38,7 +39,8 @@ class ChildProcessFixture : public ProgramsFixture {
         return start(child, "/bin/sh", {"-c", script});
     }
 
-    static int toStatus(const portability::ChildProcess& child) {
+    /// Waits for the end of the child and returns its status as waitpid() does.
+    static int waitForStatus(const portability::ChildProcess& child) {
         EXPECT_TRUE(dovrel::test::waitUntil([&child] { return !child.isRunning(); }));
         return child.waitStatus();
     }

@@ -55,7 +55,7 @@ TEST_F(ChildProcessHost, Host_TakesNoSignalOfTheProgramsEndAndFindsNoChild) {
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
     ProbeReport(probe_).endProbe();
-    EXPECT_EQ(toStatus(child), SIGKILL);
+    EXPECT_EQ(waitForStatus(child), SIGKILL);
     EXPECT_EQ(signalsTaken, 0);
 }
 
@@ -64,7 +64,7 @@ TEST_F(ChildProcessHost, HostThatWaitsForProcessesOfEveryKind_StillLearnsTheStat
     ASSERT_EQ(startShell(child, "exit 3"), 0);
     while (waitpid(-1, nullptr, __WALL) > 0) {
     }
-    EXPECT_EQ(toStatus(child), W_EXITCODE(3, 0));
+    EXPECT_EQ(waitForStatus(child), W_EXITCODE(3, 0));
 }
 
 TEST_F(ChildProcessHost, HostsSignals_ReachTheHostWhileTheProgramRuns) {
@@ -74,7 +74,7 @@ TEST_F(ChildProcessHost, HostsSignals_ReachTheHostWhileTheProgramRuns) {
     kill(getpid(), SIGUSR1);
     EXPECT_TRUE(waitUntil([] { return signalsTaken == 1; }));
     ProbeReport(probe_).endProbe();
-    toStatus(child);
+    waitForStatus(child);
 }
 
 TEST_F(ChildProcessHost, GoBetween_EndsWithTheHostAndTheProgramDoesNot) {
@@ -108,7 +108,7 @@ TEST_F(ChildProcessHost, ProgramWhoseGoBetweenIsKilled_CountsAsKilled) {
     ASSERT_EQ(goBetweens.size(), 1u);
     EXPECT_TRUE(child.isRunning());
     kill(goBetweens[0], SIGKILL);
-    EXPECT_EQ(toStatus(child), SIGKILL);
+    EXPECT_EQ(waitForStatus(child), SIGKILL);
 }
 
 // A child subreaper becomes the parent of its descendants when their own parents end.

@@ -38,13 +38,13 @@ TEST_F(Child, Program_ThatExits_LeavesItsStatus) {
     ChildProcess child;
     EXPECT_FALSE(child.isRunning());
     ASSERT_EQ(startShell(child, "exit 3"), 0);
-    EXPECT_EQ(toStatus(child), W_EXITCODE(3, 0));
+    EXPECT_EQ(waitForStatus(child), W_EXITCODE(3, 0));
 }
 
 TEST_F(Child, Program_ThatASignalEnds_LeavesTheSignal) {
     ChildProcess child;
     ASSERT_EQ(startShell(child, "kill -TERM $$"), 0);
-    EXPECT_EQ(toStatus(child), SIGTERM);
+    EXPECT_EQ(waitForStatus(child), SIGTERM);
 }
 
 TEST_F(Child, Program_HasThisProcesssFolderMaskAndEnvironment) {
@@ -110,7 +110,7 @@ TEST_F(Child, DescriptorThatHostAndProgramClose_IsClosed) {
     for (const int descriptor : {input[0], input[1], output[0]}) {
         close(descriptor);
     }
-    toStatus(child);
+    waitForStatus(child);
 }
 
 TEST_F(Child, FailedStart_ReturnsItsCauseAndHoldsNothing) {
@@ -159,7 +159,7 @@ TEST_F(Child, ManyThreads_StartingAtOnce_GetTheirOwnStatus) {
             for (int count = 0; count < kStarts; ++count) {
                 ChildProcess child;
                 failures += startShell(child, "exit " + std::to_string(index)) == 0 ? 0 : 1;
-                failures += toStatus(child) == W_EXITCODE(index, 0) ? 0 : 1;
+                failures += waitForStatus(child) == W_EXITCODE(index, 0) ? 0 : 1;
                 ChildProcess absent;
                 failures += start(absent, folder_.path("absent")) == ENOENT ? 0 : 1;
             }
@@ -182,7 +182,7 @@ TEST_F(Child, Program_ThatIsToLeaveFolderAndMask_HasDefinedOnes) {
     EXPECT_EQ(report["folder"], "/");
     EXPECT_EQ(report["mask"], std::to_string(022));
     kill(report.id(), SIGKILL);
-    toStatus(child);
+    waitForStatus(child);
 }
 
 TEST_F(Child, Wait_EndsWithTheProgramOrAtItsDeadline) {
