@@ -109,3 +109,8 @@ OSStatus GetProcessPID(const ProcessSerialNumber*, pid_t* id) {
 OSStatus GetProcessForPID(pid_t, ProcessSerialNumber*) {
     return procNotFound;
 }
+
+void Microseconds(UnsignedWide* now) {
+    now->hi = static_cast<UInt32>(services.microseconds >> 32);
+    now->lo = static_cast<UInt32>(services.microseconds);
+}

@@ -1,5 +1,5 @@
-// Replaces the platform services of synchronization objects and tasks. It records every call and returns the
-// results that a test has set.
+// Replaces the platform services of synchronization objects, tasks and time. It records the calls of objects and
+// tasks, and returns the results that a test has set.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
@@ -16,6 +16,7 @@ struct RecordedServices {
     uintptr_t createdId = 0x100;  // the identifier that is returned on success
     OSStatus use = noErr;         // result of all other calls
     OSStatus processLookup = noErr;
+    uint64_t microseconds = 0;  // the time since the system started
     std::vector<std::string> calls;
 };
 

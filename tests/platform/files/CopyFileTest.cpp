@@ -9,6 +9,7 @@
 #include "tests/platform/files/ScratchFolder.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/SignalAction.h"
+#include "tests/support/VariableChange.h"
 
 namespace dovrel {
 namespace {
@@ -46,6 +47,17 @@ TEST_F(CopyFileWithShell, OntoAnExistingFile_ReplacesIt) {
     const std::string destination = folder_.write("destination", "old");
     EXPECT_TRUE(copyFileWithShell(source.c_str(), destination.c_str(), false));
     EXPECT_EQ(ScratchFolder::readFile(destination), "new");
+}
+
+TEST_F(CopyFileWithShell, RunsCpWithForceSourceAndDestination) {
+    const std::string script =
+        folder_.write("bin/cp", "#!/bin/sh\nprintf '%s\\n' \"$@\" >\"$0.arguments\"\n");
+    ScratchFolder::setPermissions(script, 0700);
+    const VariableChange path("PATH", folder_.path("bin:/usr/bin:/bin").c_str());
+    const std::string source = folder_.write("a source", "content");
+    const std::string destination = folder_.path("a destination");
+    EXPECT_TRUE(copyFileWithShell(source.c_str(), destination.c_str(), false));
+    EXPECT_EQ(ScratchFolder::readFile(script + ".arguments"), "-f\n" + source + "\n" + destination + "\n");
 }
 
 TEST_F(CopyFileWithShell, WithANullPath_IsFalse) {

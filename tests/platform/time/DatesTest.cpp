@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <string>
 #include <vector>
 
 namespace dovrel {
@@ -97,6 +98,14 @@ TEST_F(Dates, TimeZoneText_IsOffsetAndName) {
     EXPECT_EQ(timeZoneText(), "+0200 (CEST)");
     setTime(kNovemberEvening, "NST3:30");
     EXPECT_EQ(timeZoneText(), "-0330 (NST)");
+}
+
+TEST_F(Dates, TimeZoneText_Has98CharactersAtMostAndIsOtherwiseEmpty) {
+    const std::string longest(90, 'A');
+    setTime(kNovemberEvening, ("<" + longest + ">-1").c_str());
+    EXPECT_EQ(timeZoneText(), "+0100 (" + longest + ")");
+    setTime(kNovemberEvening, ("<" + longest + "A>-1").c_str());
+    EXPECT_EQ(timeZoneText(), "");
 }
 
 TEST_F(Dates, DateBytes_In2026_BeginWith26) {
