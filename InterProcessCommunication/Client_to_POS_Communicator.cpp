@@ -68,11 +68,10 @@ int32_t Client_to_POS_Communicator::sendAndReadReply(IPC_Info& info) const {
     error = sendAndWait(info.getEvent(), info.getReply(), serverEvent::kDataTimeOutTicks);
     if (error != noErr) return error;
 
-    // The memory of a large request can then be used for its reply.
-    info.setSendBuffer(nullptr, 0);
+    // The reply often has about the size of its request, and fresh memory for a large one takes long.
     std::unique_ptr<uint8_t[]> buffer;
     uint32_t length = 0;
-    error = GetData(info.getReply(), buffer, length);
+    error = GetData(info.getReply(), info.takeSendBuffer(), buffer, length);
     info.setReceiveBuffer(std::move(buffer), length);
     return error;
 }

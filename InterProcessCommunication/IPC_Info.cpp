@@ -18,6 +18,10 @@ void IPC_Info::setSendBuffer(std::unique_ptr<uint8_t[]> buffer, uint32_t size) {
     sendSize_ = size;
 }
 
+ByteBlock IPC_Info::takeSendBuffer() {
+    return {std::move(sendBuffer_), std::exchange(sendSize_, 0)};
+}
+
 void IPC_Info::setReceiveBuffer(std::unique_ptr<uint8_t[]> buffer, uint32_t size) {
     receiveBuffer_ = std::move(buffer);
     receiveSize_ = size;

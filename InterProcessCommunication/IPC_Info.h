@@ -32,6 +32,8 @@ class IPC_Info {
     void setSendBuffer(std::unique_ptr<uint8_t[]> buffer, uint32_t size);
     const uint8_t* getSendBuffer() const { return sendBuffer_.get(); }
     uint32_t getSendSize() const { return sendSize_; }
+    /// Returns the send buffer, which the caller owns from now on.
+    ByteBlock takeSendBuffer();
 
     void setReceiveBuffer(std::unique_ptr<uint8_t[]> buffer, uint32_t size);
     const uint8_t* getReceiveBuffer() const { return receiveBuffer_.get(); }

@@ -36,16 +36,25 @@ int32_t IPC_via_AE::PutData(AppleEvent* event, const uint8_t* bytes, uint32_t le
 
 int32_t IPC_via_AE::GetData(const AppleEvent* event, std::unique_ptr<uint8_t[]>& buffer,
                             uint32_t& length) const {
+    return GetData(event, ByteBlock(), buffer, length);
+}
+
+int32_t IPC_via_AE::GetData(const AppleEvent* event, ByteBlock spare, std::unique_ptr<uint8_t[]>& buffer,
+                            uint32_t& length) const {
     buffer.reset();
     length = 0;
-    std::unique_ptr<uint8_t[]> received;
+    std::unique_ptr<uint8_t[]> received = std::move(spare.data);
     uint32_t size = 0;
     const OSErr error = readDirectParameter(event, [&](uint32_t wanted) {
-        received.reset(new uint8_t[wanted]);
+        if (!isReusable(spare.length, wanted)) {
+            // The heap can then use the memory of a large block.
+            received.reset();
+            received.reset(new uint8_t[wanted]);
+        }
         size = wanted;
         return received.get();
     });
-    if (error != noErr) return error;
+    if (error != noErr || size == 0) return error;
     buffer = std::move(received);
     length = size;
     return noErr;

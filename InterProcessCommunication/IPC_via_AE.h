@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "serialization/ByteBlock.h"
 #include "serialization/CPPByteArray.h"
 
 namespace dovrel {
@@ -54,6 +55,10 @@ class IPC_via_AE {
     /// error, and also for an empty parameter, which is not an error. Returns errAEDescNotFound if the event
     /// has no direct parameter, and errAECorruptData if the size of the parameter changes while it is read.
     int32_t GetData(const AppleEvent* event, std::unique_ptr<uint8_t[]>& buffer, uint32_t& length) const;
+
+    /// Does the same, but in the block of `spare` if the parameter fits into it (isReusable). Frees it otherwise.
+    int32_t GetData(const AppleEvent* event, ByteBlock spare, std::unique_ptr<uint8_t[]>& buffer,
+                    uint32_t& length) const;
 
     /// Does the same for an array, which is empty where the buffer would be null.
     int32_t GetData(const AppleEvent* event, CPPByteArray& array) const;

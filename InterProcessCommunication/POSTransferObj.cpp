@@ -1,6 +1,5 @@
 #include "InterProcessCommunication/POSTransferObj.h"
 
-#include <algorithm>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -11,9 +10,6 @@ namespace dovrel {
 
 namespace {
 
-// The largest number of bytes that a block may have besides the field for which it is used.
-constexpr uint32_t kMostSpareBytes = 512;
-constexpr uint32_t kSpareShare = 8;  // the same for large fields: one eighth of the field
 // The size from which it costs less to move the bytes of an array than to copy them to a second array.
 constexpr uint32_t kLargeArray = 4096;
 
@@ -87,8 +83,7 @@ ByteBlock POSTransferObj::takeBlock(uint32_t id) {
     attachReader();
     const ByteView field = reader_.viewPart(id);
     const bool isReceived = received_.data != nullptr && field.length != 0;
-    const uint32_t mostSpareBytes = std::max(kMostSpareBytes, field.length / kSpareShare);
-    if (!isReceived || received_.length - field.length > mostSpareBytes)
+    if (!isReceived || !isReusable(received_.length, field.length))
         return copyToBlock(field.data, field.length);
     std::memmove(received_.data.get(), field.data, field.length);
     receivedArray_.borrow(nullptr, 0);

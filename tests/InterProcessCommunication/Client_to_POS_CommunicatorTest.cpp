@@ -58,6 +58,15 @@ TEST_F(Client_to_POS_CommunicatorTest, SendData_ReleasesTheSendBufferOnlyWhenThe
     EXPECT_EQ(info.getSendBuffer(), nullptr);
 }
 
+TEST_F(Client_to_POS_CommunicatorTest, SendData_StoresTheReplyInTheMemoryOfTheRequest) {
+    give(info, "request");
+    const uint8_t* const place = info.getSendBuffer();
+    answerAlways("answer");
+    EXPECT_EQ(communicator.SendData(info), 0);
+    EXPECT_EQ(info.getReceiveBuffer(), place);
+    EXPECT_EQ(std::string(place, place + info.getReceiveSize()), "answer");
+}
+
 TEST_F(Client_to_POS_CommunicatorTest, SendAndReceive_GivesTheReceivedBytesToTheReplyObject) {
     answerAlways("answer");
     give(info, "request");

@@ -49,6 +49,18 @@ TEST(IPC_Info, SettingABuffer_ReleasesTheOneBefore) {
     EXPECT_EQ(info.getReceiveSize(), 0u);
 }
 
+TEST(IPC_Info, SendBuffer_CanBeTakenOut) {
+    IPC_Info info;
+    std::unique_ptr<uint8_t[]> buffer = newBuffer();
+    const uint8_t* const place = buffer.get();
+    info.setSendBuffer(std::move(buffer), 8);
+    const ByteBlock taken = info.takeSendBuffer();
+    EXPECT_EQ(taken.data.get(), place);
+    EXPECT_EQ(taken.length, 8u);
+    EXPECT_EQ(info.getSendBuffer(), nullptr);
+    EXPECT_EQ(info.getSendSize(), 0u);
+}
+
 TEST(IPC_Info, ReceiveBuffer_CanBeTakenOut) {
     IPC_Info info;
     std::unique_ptr<uint8_t[]> buffer = newBuffer();

@@ -6,6 +6,7 @@
 
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
 #include "InterProcessCommunication/EventDescriptor.h"
+#include "tests/InterProcessCommunication/DeletionWatch.h"
 #include "tests/InterProcessCommunication/PlatformDouble.h"
 #include "tests/support/library/Bytes.h"
 
@@ -29,6 +30,25 @@ class IPC_via_AETest : public testing::Test {
         buffer.reset(new uint8_t[4]());
         length = 4;
         return channel.GetData(event.get(), buffer, length);
+    }
+
+    /// Does the same with a spare block of `size` bytes. Returns whether the bytes are in it.
+    bool usesSpareBlock(uint32_t size, const std::string& directParameter) {
+        const Client_to_POS_Communicator channel;
+        EventDescriptor event;
+        PlatformDouble::answerWith(event.get(), directParameter);
+        ByteBlock spare{std::unique_ptr<uint8_t[]>(new uint8_t[size]()), size};
+        const uint8_t* const place = spare.data.get();
+        test::DeletionWatch watch;
+        watch.add(place);
+        EXPECT_EQ(channel.GetData(event.get(), std::move(spare), buffer, length), 0);
+        const bool isUsed = watch.deletions() == 0;
+        // The heap may use the place of a freed block again.
+        if (isUsed) {
+            EXPECT_EQ(buffer.get(), place);
+        }
+        EXPECT_EQ(received(), directParameter);
+        return isUsed;
     }
 
     std::string received() const { return std::string(buffer.get(), buffer.get() + length); }
@@ -129,6 +149,17 @@ TEST_F(IPC_via_AETest, GetData_WhenTheSizeChangesBetweenTheReads_IsCorruptDataWi
     platform.secondGetSize = 5;
     EXPECT_EQ(getData("bytes"), 0);
     EXPECT_EQ(received(), "bytes");
+}
+
+TEST_F(IPC_via_AETest, GetDataWithASpareBlock_UsesItIfTheBytesFit) {
+    EXPECT_TRUE(usesSpareBlock(5, "bytes"));
+    EXPECT_TRUE(usesSpareBlock(500, "bytes"));
+}
+
+TEST_F(IPC_via_AETest, GetDataWithASpareBlock_FreesItIfItIsTooSmallOrTooLarge) {
+    EXPECT_FALSE(usesSpareBlock(4, "bytes"));
+    EXPECT_FALSE(usesSpareBlock(5000, "bytes"));
+    EXPECT_FALSE(usesSpareBlock(5, ""));
 }
 
 TEST_F(IPC_via_AETest, GetDataIntoAnArray_ReplacesTheContent) {
