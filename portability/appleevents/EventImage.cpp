@@ -11,14 +11,18 @@ bool ImageWalker::find(ItemKind kind, uint32_t keyword, ImageItem& item) {
     return false;
 }
 
-void writeItem(uint8_t* place, const ItemHeader& header, const void* data) {
+void prepareItem(uint8_t* place, const ItemHeader& header) {
     std::memcpy(place, &header, sizeof header);
     if (header.size == 0) return;
     uint8_t* content = place + sizeof header;
-    // The last 8 bytes first, because clearing only the padding would take a function call.
+    // All of the last 8 bytes, because clearing only the padding would take a function call.
     const uint64_t zeros = 0;
     std::memcpy(content + (header.size - 1) / sizeof zeros * sizeof zeros, &zeros, sizeof zeros);
-    std::memcpy(content, data, header.size);
+}
+
+void writeItem(uint8_t* place, const ItemHeader& header, const void* data) {
+    prepareItem(place, header);
+    if (header.size != 0) std::memcpy(place + sizeof header, data, header.size);
 }
 
 }  // namespace portability

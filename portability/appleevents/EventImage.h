@@ -96,7 +96,10 @@ class ImageWalker {
     uint32_t index_ = 0;
 };
 
-/// Writes an item. `place` must have room for itemSpace(header.size) bytes.
+/// Writes everything except the data of an item. `place` must have room for itemSpace(header.size) bytes.
+void prepareItem(uint8_t* place, const ItemHeader& header);
+
+/// Writes an item. `place` must have the same room.
 void writeItem(uint8_t* place, const ItemHeader& header, const void* data);
 
 }  // namespace portability

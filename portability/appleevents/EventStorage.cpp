@@ -143,7 +143,8 @@ OSErr EventStorage::put(ItemKind kind, AEKeyword keyword, DescType type, const v
     const size_t end = image_.size();
     uint8_t* place = image_.append(itemSpace(size));
     if (place == nullptr) return memFullErr;
-    writeItem(place, header, data);
+    prepareItem(place, header);
+    image_.store(place + sizeof header, static_cast<const uint8_t*>(data), size);
     if (!found) {
         index_.add(header, end);
         return noErr;

@@ -28,6 +28,14 @@ uint8_t* MessageMemory::append(size_t count) {
     return place;
 }
 
+void MessageMemory::store(uint8_t* place, const uint8_t* bytes, size_t count) {
+    if (block_ != nullptr) {
+        block_->store(static_cast<size_t>(place - data_), bytes, count);
+    } else if (count != 0) {
+        std::memcpy(place, bytes, count);
+    }
+}
+
 void MessageMemory::erase(size_t offset, size_t count) {
     uint8_t* place = const_cast<uint8_t*>(data_) + offset;
     std::memmove(place, place + count, size_ - offset - count);
@@ -66,7 +74,7 @@ bool MessageMemory::own(size_t needed) {
 
 std::shared_ptr<SharedBlock> copyToBlock(const uint8_t* bytes, size_t size) {
     std::shared_ptr<SharedBlock> block = SharedBlock::take(size);
-    if (block != nullptr) std::memcpy(block->data(), bytes, size);
+    if (block != nullptr) block->store(0, bytes, size);
     return block;
 }
 

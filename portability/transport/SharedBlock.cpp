@@ -2,12 +2,15 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <new>
 
 #include "portability/posix/BriefLock.h"
+#include "portability/posix/FileSizeSignalBlock.h"
 #include "portability/posix/ProcessMark.h"
 #include "portability/transport/LargeMemory.h"
 #include "portability/transport/SharedFile.h"
@@ -136,7 +139,9 @@ SharedBlock* SharedBlock::create(size_t size) {
     const size_t capacity = roundedUp(size);
     FileDescriptor file = makeSharedFile(capacity);
     if (!file) return nullptr;
-    void* data = mmap(nullptr, capacity, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE, file.get(), 0);
+    // The pages of a block that is not kept are written by store(), which does not need them mapped.
+    const int populate = capacity <= kLargestKeptBlock ? MAP_POPULATE : 0;
+    void* data = mmap(nullptr, capacity, PROT_READ | PROT_WRITE, MAP_SHARED | populate, file.get(), 0);
     if (data == MAP_FAILED) return nullptr;
     auto* block = new (std::nothrow) SharedBlock(std::move(file), static_cast<uint8_t*>(data), capacity);
     if (block == nullptr) munmap(data, capacity);
@@ -161,11 +166,25 @@ std::shared_ptr<SharedBlock> SharedBlock::take(size_t size) {
 }
 
 void SharedBlock::returnToPool(SharedBlock* block) {
-    const bool keep = block->reusable_.load(std::memory_order_relaxed) &&
-                      block->capacity_ <= kLargestKeptBlock && block->owner_ == processMark();
+    const bool keep =
+        block->reusable_.load(std::memory_order_relaxed) && block->isKept() && block->owner_ == processMark();
     const bool isLarge = block->isLarge();
     delete (keep ? pool.put(block) : block);
     if (keep && isLarge) freeLargeMemoryLater();
+}
+
+void SharedBlock::store(size_t offset, const uint8_t* bytes, size_t count) {
+    size_t stored = 0;
+    if (!isKept()) {
+        const FileSizeSignalBlock noSignal;
+        while (stored < count) {
+            const ssize_t written =
+                pwrite(file_.get(), bytes + stored, count - stored, static_cast<off_t>(offset + stored));
+            if (written <= 0) break;
+            stored += static_cast<size_t>(written);
+        }
+    }
+    if (stored < count) std::memcpy(data_ + offset + stored, bytes + stored, count - stored);
 }
 
 void SharedBlock::freeUnusedLargeBlocks() {

@@ -36,6 +36,11 @@ class SharedBlock {
     ~SharedBlock();
 
     uint8_t* data() { return data_; }
+
+    /// Copies `count` bytes to the place at `offset`, all of which is inside the block. For the first content of a
+    /// block that is too large to be kept this is faster than to write through data(): the system neither clears
+    /// nor maps the pages.
+    void store(size_t offset, const uint8_t* bytes, size_t count);
     size_t capacity() const { return capacity_; }
     int descriptor() const { return file_.get(); }
 
@@ -52,6 +57,7 @@ class SharedBlock {
     SharedBlock(FileDescriptor file, uint8_t* data, size_t capacity);
     static SharedBlock* create(size_t size);
     static void returnToPool(SharedBlock* block);
+    bool isKept() const { return capacity_ <= kLargestKeptBlock; }
     bool isLarge() const { return capacity_ > kLargestLastingBlock; }
 
     FileDescriptor file_;

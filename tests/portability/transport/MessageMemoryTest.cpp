@@ -36,6 +36,18 @@ TEST(MessageMemory, Append_ContentSurvivesEveryMove) {
     }
 }
 
+TEST(MessageMemory, Store_CopiesToTheAppendedPlace_WhereverItIs) {
+    for (const size_t size : {size_t{0}, size_t{10}, size_t{1000}, size_t{100000}, kLargestKeptBlock + 1}) {
+        MessageMemory memory;
+        appendText(memory, "abc");
+        const std::string text(size, 'x');
+        uint8_t* const place = memory.append(size);
+        ASSERT_NE(place, nullptr) << size;
+        memory.store(place, size == 0 ? nullptr : toBytes(text), size);
+        EXPECT_TRUE(toText(memory) == "abc" + text) << size;
+    }
+}
+
 TEST(MessageMemory, SharedMemory_BeginsWhereFramesEnd) {
     MessageMemory memory;
     appendText(memory, std::string(kLargestInlineImage, 'x'));

@@ -5,6 +5,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <cstring>
 #include <vector>
 
 #include "tests/support/Processes.h"
@@ -51,6 +52,46 @@ TEST(SharedBlock, ForbiddenReuse_IsKept) {
 TEST(SharedBlock, VeryLarge_IsNotKept) {
     const uint64_t id = SharedBlock::take(kLargestKeptBlock + 1)->id();
     EXPECT_NE(SharedBlock::take(kLargestKeptBlock + 1)->id(), id);
+}
+
+TEST(SharedBlock, Store_CopiesToTheOffset_WhateverTheSizeOfTheBlock) {
+    for (const size_t size : {size_t{100000}, kLargestKeptBlock + 1}) {
+        const std::shared_ptr<SharedBlock> block = SharedBlock::take(size);
+        ASSERT_NE(block, nullptr) << size;
+        const std::vector<uint8_t> bytes(50000, 7);
+        block->data()[9] = 1;
+        block->store(10, bytes.data(), bytes.size());
+        block->store(10, nullptr, 0);
+        EXPECT_EQ(block->data()[9], 1);
+        EXPECT_EQ(std::memcmp(block->data() + 10, bytes.data(), bytes.size()), 0);
+        block->data()[9 + bytes.size()] = 2;
+        EXPECT_EQ(block->data()[9 + bytes.size()], 2);
+    }
+}
+
+TEST(SharedBlock, Store_BeyondTheLimitOfFileSizes_CopiesNevertheless) {
+    EXPECT_EQ(inForkedProcess([] {
+                  const std::shared_ptr<SharedBlock> block = SharedBlock::take(kLargestKeptBlock + 1);
+                  const rlimit limit{1000, 1000};
+                  if (block == nullptr || setrlimit(RLIMIT_FSIZE, &limit) != 0) return 1;
+                  const std::vector<uint8_t> bytes(5000, 7);
+                  block->store(10, bytes.data(), bytes.size());
+                  return std::memcmp(block->data() + 10, bytes.data(), bytes.size()) == 0 ? 0 : 2;
+              }),
+              0);
+}
+
+TEST(SharedBlock, Store_InABlockThatIsNotKept_MapsNoPages) {
+    const std::shared_ptr<SharedBlock> block = SharedBlock::take(kLargestKeptBlock + 1);
+    const std::vector<uint8_t> bytes(kLargestKeptBlock, 7);
+    const auto countFaults = [] {
+        rusage usage{};
+        getrusage(RUSAGE_THREAD, &usage);
+        return usage.ru_minflt;
+    };
+    const long before = countFaults();
+    block->store(0, bytes.data(), bytes.size());
+    EXPECT_LT(countFaults() - before, 100);
 }
 
 namespace {
