@@ -24,7 +24,8 @@ struct Process {
     std::string name;  ///< the last component of `file`, not shortened
 };
 
-/// Returns the process with this ID. Returns nothing if there is none, or if it has ended or is exiting.
+/// Returns the process with this ID. Returns nothing if there is none, if it has ended or is exiting, or if it is a
+/// task of the kernel.
 std::optional<Process> findProcess(pid_t id);
 
 /// Returns this user's live processes that concern the current system root:
@@ -40,7 +41,7 @@ std::optional<Process> findProcess(pid_t id);
 /// - Programs outside bundles are always listed.
 std::vector<Process> listProcesses();
 
-/// Returns the number of all processes, including ended ones and those of other users and roots.
+/// Returns at least the number of all processes, including ended ones and those of other users and roots.
 std::size_t countProcesses();
 
 }  // namespace portability

@@ -7,6 +7,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
+#include <fstream>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "tests/support/NeedsRoot.h"
@@ -55,6 +59,34 @@ TEST_F(ProcessTable, EndedProcessThatNobodyWaitedFor_IsNotListed) {
     EXPECT_FALSE(findListed(child));
     EXPECT_FALSE(findProcess(child));
     waitpid(child, nullptr, 0);
+}
+
+// In a container there may be no such task.
+TEST_F(ProcessTable, TasksOfTheKernel_AreNeitherListedNorFound) {
+    constexpr unsigned long kKernelTask = 0x200000;
+    for (const auto& entry : files::directory_iterator("/proc")) {
+        std::ifstream file(entry.path() / "stat");
+        std::string status;
+        std::getline(file, status);
+        std::istringstream fields(status.substr(std::min(status.size(), status.rfind(')') + 1)));
+        std::string skipped;
+        unsigned long flags = 0;
+        for (int i = 0; i < 6; ++i)
+            fields >> skipped;
+        if (!(fields >> flags) || (flags & kKernelTask) == 0) continue;
+        const pid_t task = std::stoi(entry.path().filename());
+        EXPECT_FALSE(findProcess(task)) << status;
+        EXPECT_FALSE(findListed(task)) << status;
+    }
+}
+
+TEST_F(ProcessTable, Count_IsAtLeastThatOfAllProcesses) {
+    const auto entries = files::directory_iterator("/proc");
+    const auto count = std::count_if(begin(entries), end(entries), [](const files::directory_entry& entry) {
+        return std::isdigit(static_cast<unsigned char>(entry.path().filename().c_str()[0])) != 0;
+    });
+    // Other processes may start and end meanwhile.
+    EXPECT_GT(portability::countProcesses() + 5, static_cast<std::size_t>(count));
 }
 
 TEST_F(ProcessTable, OwnProcess_HasItsFacts) {
