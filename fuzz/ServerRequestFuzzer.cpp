@@ -4,6 +4,8 @@
 //
 // At the start the server has one application (65537) with one object of the class Echo.
 
+#include <unistd.h>
+
 #include <memory>
 
 #include "FuzzTarget.h"
@@ -24,6 +26,12 @@ class NoProcess : public ServerProcess {
     void hang() override { std::abort(); }
     [[noreturn]] void vanish() override { std::abort(); }
 };
+
+// Opens the log as a file that has no name any more. A log that is not a regular file goes to standard error.
+void openUnnamed(ExchangeLog& log, const std::string& path) {
+    log.note("opened");
+    FUZZ_CHECK(unlink(path.c_str()) == 0);
+}
 
 bool isKnownCode(uint32_t code) {
     if (code == dovrel::kErrorCodeGeneral || code == dovrel::kErrorCodeNoValidInterface) return true;
@@ -50,7 +58,9 @@ void checkReply(const CPPByteArray& bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     NoProcess process;
     ServerState state(kSession);
-    ExchangeLog log("/dev/null");
+    const std::string path = "/tmp/ServerRequestFuzzer." + std::to_string(getpid());
+    ExchangeLog log(path);
+    openUnnamed(log, path);
     state.settings.log = true;
     Exchanges exchanges(state, process, log);
     state.applications.add(Application());

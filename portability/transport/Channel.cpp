@@ -262,9 +262,9 @@ Channel::Received Channel::receivePacket(FrameBuffer& buffer, ReceivedFrame& fra
     const Packet::Received received = packet.receive(socket_.get(), size, file, refused, wait);
     for (FileDescriptor& descriptor : refused)
         refuse(std::move(descriptor));
-    // Shared memory is closed at once. Anything else is nothing that a correct peer sends.
+    // Shared memory of a possible size is closed at once. Anything else is nothing that a correct peer sends.
     uint64_t fileSize;
-    const bool isForeign = file && !isSealedSharedFile(file, fileSize);
+    const bool isForeign = file && (!isSealedSharedFile(file, fileSize) || fileSize > kLargestMessage);
     if (isForeign) refuse(std::move(file));
     switch (received) {
         case Packet::Received::packet:

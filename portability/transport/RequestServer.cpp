@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/epoll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -17,6 +18,8 @@ namespace {
 constexpr int kLongestStreak = 16;
 constexpr int kLooksPerRound = 4;
 constexpr int kMostAcceptedAtOnce = 64;
+// Twice what one packet can bring, because refused descriptors are closed later.
+constexpr rlim_t kMostReserved = 512;
 
 FileDescriptor openSpare() {
     return aboveStandardStreams(open("/dev/null", O_RDONLY | O_CLOEXEC));
@@ -25,6 +28,14 @@ FileDescriptor openSpare() {
 bool setNonBlocking(int descriptor) {
     const int flags = fcntl(descriptor, F_GETFL);
     return flags >= 0 && fcntl(descriptor, F_SETFL, flags | O_NONBLOCK) == 0;
+}
+
+// Returns whether enough descriptors stay free for those that packets bring. If there were none, the system would
+// close them on this thread, and a sender can make that take any time. New descriptors have the lowest free number.
+bool leavesReserve(int newest) {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return true;
+    return static_cast<rlim_t>(newest) < limit.rlim_cur - std::min(kMostReserved, limit.rlim_cur / 2);
 }
 
 }  // namespace
@@ -182,7 +193,10 @@ void RequestServer::acceptSenders() {
         }
         pid_t process = 0;
         const int descriptor = socket.get();
-        if (!isOwnUser(descriptor, process)) continue;
+        if (!leavesReserve(descriptor) || !isOwnUser(descriptor, process)) {
+            closer_.close(std::move(socket));
+            continue;
+        }
         try {
             senders_[descriptor] = std::make_unique<Sender>(std::move(socket), closer_, process);
         } catch (const std::bad_alloc&) {

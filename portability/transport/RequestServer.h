@@ -21,8 +21,9 @@ namespace portability {
 /// the thread that calls serve().
 ///
 /// No sender can block the others: the server never waits for a particular sender, it closes descriptors of
-/// senders on another thread, and it disconnects a sender that does not read its replies. The requests of one sender are handled in the order in which they
-/// were sent. Senders take turns.
+/// senders on another thread, and it disconnects a sender that does not read its replies. It refuses new senders
+/// when half of its descriptors, or all but 512 of them, are used. The requests of one sender are handled in the
+/// order in which they were sent. Senders take turns.
 class RequestServer {
   public:
     /// Takes the ownership of the claim. With an empty claim the server has no senders and only waits.

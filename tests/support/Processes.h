@@ -1,4 +1,4 @@
-// Child processes and open descriptors, for tests.
+// Child processes, open descriptors and threads, for tests.
 #pragma once
 
 #include <dirent.h>
@@ -17,12 +17,21 @@ int inForkedProcess(Body body) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-/// Returns how many descriptors this process has open.
-inline int openDescriptors() {
-    DIR* folder = opendir("/proc/self/fd");
+inline int countEntries(const char* path) {
+    DIR* folder = opendir(path);
     int count = 0;
     while (readdir(folder) != nullptr)
         ++count;
     closedir(folder);
     return count;
+}
+
+/// Returns how many descriptors this process has open.
+inline int openDescriptors() {
+    return countEntries("/proc/self/fd");
+}
+
+/// Returns how many threads this process has, plus a constant.
+inline int countThreads() {
+    return countEntries("/proc/self/task");
 }

@@ -286,3 +286,19 @@ TEST_F(ChannelTest, Mailbox_OfferedTwice_IsMalformed) {
     ASSERT_TRUE(sendRaw(ends.first.get(), headerBytes(header), {file.get()}));
     EXPECT_EQ(channel.receive(buffer_, frame_), Received::malformed);
 }
+
+// The last close of a file frees its memory, which can take long.
+TEST_F(ChannelTest, FileThatIsTooLarge_IsNotClosedOnThisThread) {
+    DescriptorCloser closer;
+    auto ends = connectedSockets();
+    Channel receiver(std::move(ends.second), &closer);
+    const FileDescriptor file = memoryFile(kLargestMessage + 1, F_SEAL_SHRINK);
+    FrameHeader header = requestHeader(1);
+    header.place = kPassingImage;
+    header.bringsFile = 1;
+    header.imageSize = 100;
+    const int before = countThreads();
+    sendRaw(ends.first.get(), headerBytes(header), {file.get()});
+    EXPECT_EQ(receiver.receive(buffer_, frame_), Received::malformed);
+    EXPECT_EQ(countThreads(), before + 1);
+}

@@ -1,6 +1,8 @@
 // Senders that send descriptors whose close takes long: they do not hold up others.
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/eventfd.h>
+#include <sys/resource.h>
 
 #include <atomic>
 #include <memory>
@@ -108,6 +110,46 @@ TEST_F(RequestServerDescriptorsTest, SocketInAPacketThatIsNeverRead_DelaysNobody
     lingering.closeOwn();
     startServer();
     expectRefusedWithoutDelay(bad);
+}
+
+// If the server had no descriptor left, the system would close the received socket on the server's thread.
+TEST_F(RequestServerDescriptorsTest, SocketFromOneOfManySenders_IsRefusedWithoutDelay) {
+    constexpr int kSenders = 300;
+    int told[2];
+    ASSERT_EQ(pipe2(told, O_CLOEXEC), 0);
+    const FileDescriptor tellers[] = {FileDescriptor(told[0]), FileDescriptor(told[1])};
+    const FileDescriptor good = connect();
+    // The other ends are in another process, so that only the server runs out of descriptors.
+    const pid_t senders = fork();
+    if (senders == 0) {
+        std::vector<FileDescriptor> connections;
+        for (int i = 0; i < kSenders; ++i)
+            connections.push_back(connect());
+        for (const FileDescriptor& connection : connections) {
+            sendRaw(connection.get(), headerBytes(requestHeader(1)));
+            receiveRaw(connection.get());
+        }
+        LingeringSocket lingering;
+        sendRaw(connections[0].get(), fileRequest(), {lingering.get()});
+        lingering.closeOwn();
+        receiveRaw(connections[0].get());
+        if (write(told[1], "x", 1) != 1) _exit(1);
+        for (;;)
+            pause();
+    }
+    rlimit limit;
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlim_t usual = std::exchange(limit.rlim_cur, 100);
+    setrlimit(RLIMIT_NOFILE, &limit);
+    startServer();
+    char word;
+    EXPECT_EQ(read(told[0], &word, 1), 1);
+    sendRaw(good.get(), headerBytes(requestHeader(1)));
+    EXPECT_FALSE(receiveRaw(good.get()).empty()) << "the server waits for the close of a descriptor";
+    kill(senders, SIGKILL);
+    waitpid(senders, nullptr, 0);
+    limit.rlim_cur = usual;
+    setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 TEST_F(RequestServerDescriptorsTest, RefusedDescriptors_AreClosed) {
