@@ -14,7 +14,7 @@ namespace portability {
 
 namespace {
 
-constexpr size_t kMostWaiting = 64;
+constexpr size_t kUsuallyWaiting = 64;
 
 }  // namespace
 
@@ -46,28 +46,26 @@ DescriptorCloser::~DescriptorCloser() {
 void DescriptorCloser::close(FileDescriptor descriptor) noexcept {
     if (!descriptor) return;
     try {
-        if (enqueue(descriptor)) return;
+        enqueue(descriptor);
     } catch (const std::exception&) {
         // No memory, or no thread.
+        closeWithoutLinger(std::move(descriptor));
     }
-    closeWithoutLinger(std::move(descriptor));
 }
 
-bool DescriptorCloser::enqueue(FileDescriptor& descriptor) {
+void DescriptorCloser::enqueue(FileDescriptor& descriptor) {
     if (queue_ == nullptr) {
         auto queue = std::make_shared<Queue>();
-        queue->waiting.reserve(kMostWaiting);
+        queue->waiting.reserve(kUsuallyWaiting);
         const AllSignalsBlock block;
         std::thread([queue] { run(queue); }).detach();
         queue_ = std::move(queue);
     }
     {
         const std::lock_guard<std::mutex> lock(queue_->mutex);
-        if (queue_->waiting.size() == kMostWaiting) return false;
         queue_->waiting.push_back(std::move(descriptor));
     }
     queue_->changed.notify_all();
-    return true;
 }
 
 void DescriptorCloser::run(const std::shared_ptr<Queue>& queue) {

@@ -22,14 +22,14 @@ class DescriptorCloser {
     /// Does not wait for the thread, which ends when it has closed everything.
     ~DescriptorCloser();
 
-    /// Closes the descriptor soon. If too many are waiting, or without memory or a thread, it is closed at
-    /// once by closeWithoutLinger.
+    /// Closes the descriptor soon. Any number can wait: the process's limit of descriptors is the only one. Without
+    /// memory or a thread it is closed at once by closeWithoutLinger.
     void close(FileDescriptor descriptor) noexcept;
 
   private:
     struct Queue;
 
-    bool enqueue(FileDescriptor& descriptor);
+    void enqueue(FileDescriptor& descriptor);
     static void run(const std::shared_ptr<Queue>& queue);
 
     std::shared_ptr<Queue> queue_;  // null before the first descriptor

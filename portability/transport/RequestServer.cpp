@@ -194,6 +194,7 @@ void RequestServer::acceptSenders() {
         pid_t process = 0;
         const int descriptor = socket.get();
         if (!leavesReserve(descriptor) || !isOwnUser(descriptor, process)) {
+            shutdown(descriptor, SHUT_RDWR);
             closer_.close(std::move(socket));
             continue;
         }
@@ -211,7 +212,9 @@ void RequestServer::acceptSenders() {
 // make every epoll_wait return at once.
 void RequestServer::refuseSender() {
     spare_.reset();
-    closer_.close(FileDescriptor(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC)));
+    FileDescriptor socket(accept4(claim_.listenDescriptor(), nullptr, nullptr, SOCK_CLOEXEC));
+    shutdown(socket.get(), SHUT_RDWR);
+    closer_.close(std::move(socket));
     spare_ = openSpare();
     errno = EMFILE;
 }

@@ -37,6 +37,7 @@ class RequestServerDescriptorsTest : public testing::Test {
         server_ = std::make_unique<RequestServer>(std::move(claim), wake_.get(), handler_, isEnding_);
     }
     ~RequestServerDescriptorsTest() override {
+        lingering_.clear();  // so that the server can end
         eventfd_write(wake_.get(), 1);
         thread_.join();
     }
@@ -74,6 +75,7 @@ class RequestServerDescriptorsTest : public testing::Test {
     FileDescriptor wake_{eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
     std::unique_ptr<RequestServer> server_;
     std::thread thread_;
+    std::vector<std::unique_ptr<LingeringSocket>> lingering_;
 };
 
 }  // namespace
@@ -110,6 +112,26 @@ TEST_F(RequestServerDescriptorsTest, SocketInAPacketThatIsNeverRead_DelaysNobody
     lingering.closeOwn();
     startServer();
     expectRefusedWithoutDelay(bad);
+}
+
+// The first sockets keep the thread busy that closes descriptors. The connections that wait for it are many.
+TEST_F(RequestServerDescriptorsTest, SocketsInPacketsThatAreNeverReadFromManySenders_DelayNobody) {
+    constexpr int kBusy = 3;
+    constexpr int kSenders = 120;
+    std::vector<FileDescriptor> bad;
+    for (int i = 0; i < kSenders; ++i) {
+        const bool sendsSocket = i < kBusy || i == kSenders - 1;
+        bad.push_back(connect());
+        sendRaw(bad.back().get(), Bytes(10, 0));
+        if (!sendsSocket) continue;
+        lingering_.push_back(std::make_unique<LingeringSocket>());
+        sendRaw(bad.back().get(), fileRequest(), {lingering_.back()->get()});
+        lingering_.back()->closeOwn();
+    }
+    startServer();
+    for (const FileDescriptor& connection : bad)
+        EXPECT_TRUE(receiveRaw(connection.get()).empty());
+    expectRefusedWithoutDelay(bad.back());
 }
 
 // If the server had no descriptor left, the system would close the received socket on the server's thread.
