@@ -1,6 +1,7 @@
 #include <sys/sysctl.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <vector>
@@ -12,6 +13,10 @@ namespace {
 // Number of entries added to the reported size, as the kernel does, for processes that start before the
 // next call.
 constexpr std::size_t kSpareEntries = 5;
+
+// The length of the last list that did not fit. Where /proc is only imitated, as in some containers, its links can be
+// fewer than the processes. A caller that asks again must then get another size, or it would ask for ever.
+std::atomic<std::size_t> lastLengthThatDidNotFit{0};
 
 char platformState(char state) {
     switch (state) {
@@ -52,6 +57,7 @@ int copyProcesses(void* buffer, std::size_t* size) {
         std::memcpy(place, &entry, sizeof entry);
     }
     if (fitting < processes.size()) {
+        lastLengthThatDidNotFit = processes.size();
         *size = 0;
         return fail(ENOMEM);
     }
@@ -80,7 +86,8 @@ int sysctl(int* name, unsigned int namelen, void* oldp, std::size_t* oldlenp, vo
         return oldp == nullptr ? 0 : fail(EFAULT);
     }
     if (oldp == nullptr) {
-        *oldlenp = (portability::countProcesses() + kSpareEntries) * sizeof(kinfo_proc);
+        const std::size_t count = std::max(portability::countProcesses(), lastLengthThatDidNotFit.load());
+        *oldlenp = (count + kSpareEntries) * sizeof(kinfo_proc);
         return 0;
     }
     return copyProcesses(oldp, oldlenp);
