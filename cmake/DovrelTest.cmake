@@ -2,7 +2,11 @@
 #
 # Creates one GoogleTest program with the tools of tests/support. CTest runs each of its tests in a separate
 # process, so the tests run in parallel and in any order. The label "windows" is for tests that press buttons
-# in real windows.
+# in real windows. Without LABEL the tests have the label DOVREL_TEST_LABEL.
+#
+# DOVREL_TEST_LABEL is "threads" in folders of tests/ whose code uses several threads, "library" in the other folders
+# that test the code that hosts load and the server, and empty elsewhere. The target library_tests builds the programs
+# of both, thread_tests those of "threads".
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
@@ -20,6 +24,19 @@ set(DOVREL_TEST_INCLUDE_ROOT "${PROJECT_BINARY_DIR}/headers/tests")
 file(MAKE_DIRECTORY "${DOVREL_TEST_INCLUDE_ROOT}")
 file(CREATE_LINK "${PROJECT_SOURCE_DIR}/tests" "${DOVREL_TEST_INCLUDE_ROOT}/tests" SYMBOLIC)
 
+add_custom_target(library_tests)
+add_custom_target(thread_tests)
+
+# dovrel_test_group(<target>) adds a program to the targets above.
+function(dovrel_test_group target)
+    if(DOVREL_TEST_LABEL)
+        add_dependencies(library_tests ${target})
+    endif()
+    if(DOVREL_TEST_LABEL STREQUAL "threads")
+        add_dependencies(thread_tests ${target})
+    endif()
+endfunction()
+
 function(dovrel_test target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT;LABEL" "SOURCES;DEPENDS")
     if(NOT arg_TIMEOUT)
@@ -32,9 +49,13 @@ function(dovrel_test target)
     set_source_files_properties(${arg_SOURCES} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     # The tests with the longest time-outs start first, so that none of them is still running at the end.
     set(properties TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT})
+    if(NOT arg_LABEL)
+        set(arg_LABEL ${DOVREL_TEST_LABEL})
+    endif()
     if(arg_LABEL)
         list(APPEND properties LABELS ${arg_LABEL})
     endif()
+    dovrel_test_group(${target})
     gtest_discover_tests(${target} TEST_PREFIX "${target}." DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
 endfunction()
 

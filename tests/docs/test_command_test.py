@@ -96,6 +96,18 @@ class TestCommand(unittest.TestCase):
         self.assertEqual(self.presets_run(), [("dev", True), ("macos", False)])
         self.assertIn("\nSlow tests left out: 1. They run in dev.\n", result.stdout)
 
+    def test_PartsOfTheSanitizersAfterThePlainBuild_AreBuiltInTheirFoldersWithoutTheToolAgain(self):
+        self.expect(self.run_test("dev", "asan-quick", "tsan-quick"), 0, "9 passed, 0 failed, 0 skipped")
+        started = self.started("cmake")
+        for preset in ("asan", "tsan"):
+            self.assertIn(f"--preset {preset}", started)
+            self.assertIn(f"--build --preset {preset}-quick -- -k 0", started)
+        self.assertNotIn("--build --preset dev --target dovrel_tool -- -k 0", started)
+
+    def test_PartOfASanitizer_Alone_BuildsTheToolOfThePlainBuild(self):
+        self.expect(self.run_test("asan-quick"), 0, "3 passed, 0 failed, 0 skipped")
+        self.assertIn("--build --preset dev --target dovrel_tool -- -k 0", self.started("cmake"))
+
     def test_All_AFailureOfAnyPart_Fails(self):
         faults = {"scripts/check": 'echo "5 passed, 1 failed, 0 skipped"\nexit 1\n',
                   "scripts/fuzz": "exit 1\n",  # no last line at all

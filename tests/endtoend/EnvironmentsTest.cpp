@@ -12,6 +12,7 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/MountNamespace.h"
 #include "tests/support/NeedsRoot.h"
+#include "tests/support/ServerControl.h"
 
 namespace dovrel::test {
 namespace {
@@ -156,7 +157,7 @@ TEST_F(Environments, Tool_FindsTheServerWithoutAnyEnvironment) {
     std::vector<std::string> command = {"env", "-i"};
     for (const std::string& entry : bareEnvironment())
         command.push_back(entry);
-    command.insert(command.end(), {DOVREL_TOOL, "server", "status"});
+    command.insert(command.end(), {ServerControl::toolPath(), "server", "status"});
     const std::string answer = readOutput(command);
     EXPECT_NE(answer.find("process: " + std::to_string(root_.servers().front()) + "\n"), std::string::npos)
         << answer;

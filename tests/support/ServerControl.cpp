@@ -30,12 +30,17 @@ std::string takeContent(const std::string& path) {
 
 }  // namespace
 
+std::string ServerControl::toolPath() {
+    const char* const otherTool = getenv("DOVREL_TEST_TOOL");
+    return otherTool ? otherTool : DOVREL_TOOL;
+}
+
 int ServerControl::run(const std::string& arguments, const std::string& input, std::string& output) {
     const std::string in = temporaryFile();
     const std::string out = temporaryFile();
     std::ofstream(in, std::ios::binary) << input;
-    const std::string command = "exec \"" + std::string(DOVREL_TOOL) + "\" server " + arguments + " <\"" +
-                                in + "\" >\"" + out + "\" 2>&1";
+    const std::string command =
+        "exec \"" + toolPath() + "\" server " + arguments + " <\"" + in + "\" >\"" + out + "\" 2>&1";
     const int status = system(command.c_str());
     unlink(in.c_str());
     output = takeContent(out);

@@ -8,6 +8,9 @@ namespace dovrel::test {
 
 class ServerControl {
   public:
+    /// Returns the path of the tool: DOVREL_TEST_TOOL if that is set, otherwise the tool of this build.
+    static std::string toolPath();
+
     /// Sends settings to the running server of the current root. Fails the test if the server cannot be
     /// reached or finds a problem in the settings.
     static void send(const std::string& settings);
