@@ -10,6 +10,7 @@
 #include "tests/portability/support/MemoryFile.h"
 #include "tests/portability/support/RawSocket.h"
 #include "tests/support/Processes.h"
+#include "tests/support/WaitUntil.h"
 
 using namespace portability;
 
@@ -298,7 +299,9 @@ TEST_F(ChannelTest, FileThatIsTooLarge_IsNotClosedOnThisThread) {
     header.bringsFile = 1;
     header.imageSize = 100;
     const int before = countThreads();
+    const int open = openDescriptors();
     sendRaw(ends.first.get(), headerBytes(header), {file.get()});
     EXPECT_EQ(receiver.receive(buffer_, frame_), Received::malformed);
     EXPECT_EQ(countThreads(), before + 1);
+    EXPECT_TRUE(dovrel::test::waitUntil([open] { return openDescriptors() == open; }));
 }
