@@ -18,8 +18,8 @@ namespace portability {
 /// function while it loads a library itself.
 const FoundationEntries* foundationEntries() noexcept;
 
-/// Loads the module at `path`, and returns its functions. Returns null and sets `failure` if it cannot be used, for the
-/// reasons above. Does not call useFoundation(). For programs outside a bundle. Any thread.
+/// Loads the module at `path`, and returns its functions. Returns null and sets `failure` if it cannot be
+/// used, for the reasons above. Does not call useFoundation(). For programs outside a bundle. Any thread.
 const FoundationEntries* loadFoundationModule(const std::string& path, std::string& failure);
 
 }  // namespace portability

@@ -8,8 +8,8 @@
 
 namespace dovrel {
 
-/// Returns the parts of a host's session: the Apple event forwarder (wrapped in forwarders that trace and record, if
-/// POS_TRACE and POS_RECORD are set), real alerts and the platform's mutex.
+/// Returns the parts of a host's session: the Apple event forwarder (wrapped in forwarders that trace and
+/// record, if POS_TRACE and POS_RECORD are set), real alerts and the platform's mutex.
 SessionParts platformParts();
 
 /// Opens the session. Sends nothing. If a session is already open, it stays as it is, with all its

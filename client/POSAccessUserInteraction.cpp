@@ -36,7 +36,8 @@ class ApplicationName {
   public:
     /// Null counts as "". If memory runs out, the object holds no copy.
     explicit ApplicationName(const char* given) noexcept : given_(given != nullptr ? given : "") {
-        // Not with the session's functions for failures: their notes are protected by the lock, which is not held yet.
+        // Not with the session's functions for failures: their notes are protected by the lock, which is not
+        // held yet.
         try {
             copy_ = given_;
             isCopied_ = true;

@@ -1,4 +1,5 @@
-// What a peer of a connection can do: packets with and without files, and a mailbox whose memory it writes at any time.
+// What a peer of a connection can do: packets with and without files, and a mailbox whose memory it writes at
+// any time.
 #pragma once
 
 #include <fcntl.h>

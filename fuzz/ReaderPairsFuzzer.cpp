@@ -1,5 +1,5 @@
-// Fuzz target for pairs of readers that read the same bytes in two ways. Both must accept the same inputs and find the
-// same content. The first byte of the input selects the pair:
+// Fuzz target for pairs of readers that read the same bytes in two ways. Both must accept the same inputs and
+// find the same content. The first byte of the input selects the pair:
 //
 // - 0: a structured block in the caller's array, and in a copy,
 // - 1: an event in received memory, and in a copy,

@@ -3,8 +3,8 @@
 // binary value is kept in the block of its entry, see settings/PropertyEntry.h.)
 //
 // The array owns one heap block (malloc, realloc, free) with exactly as many bytes as the array has. It has
-// no spare capacity (only keepPart leaves some bytes of the block unused), and an empty array has no block. Indices, offsets and lengths are
-// unsigned 32-bit numbers of bytes.
+// no spare capacity (only keepPart leaves some bytes of the block unused), and an empty array has no block.
+// Indices, offsets and lengths are unsigned 32-bit numbers of bytes.
 //
 // A read beyond the end returns 0 or copies nothing. A write beyond the end is clipped or ignored
 // (CPPExpandingByteArray grows instead). After an allocation failure the array keeps its content and its
@@ -75,12 +75,12 @@ class CPPByteArray {
     // The next two functions change the array in its own block, for arrays that are too large to copy.
 
     /// Reduces the content to `length` bytes, starting at `offset`. Both must be inside the array. The block is not
-    /// exchanged, so its end stays unused until the size changes again. (A heap that got the few bytes after a large
-    /// part back could not use the whole block for the next array of that size.)
+    /// exchanged, so its end stays unused until the size changes again. (A heap that got the few bytes after
+    /// a large part back could not use the whole block for the next array of that size.)
     void keepPart(uint32_t offset, uint32_t length) noexcept;
 
-    /// Inserts bytes before the first byte. `source` must be outside the array. Returns false and changes nothing if
-    /// memory runs out or the array would be longer than 2^32 - 1 bytes.
+    /// Inserts bytes before the first byte. `source` must be outside the array. Returns false and changes
+    /// nothing if memory runs out or the array would be longer than 2^32 - 1 bytes.
     bool insertAtStart(const void* source, uint32_t length);
 
     /// Exchanges the blocks and sizes of both arrays.

@@ -14,8 +14,9 @@ class Caller {
     /// Makes requests of `size` bytes.
     explicit Caller(size_t size);
 
-    /// Makes one call and returns its time in nanoseconds. Every request differs from the one before. After the time
-    /// has been taken, the whole reply is compared with the request. Throws std::runtime_error if they differ.
+    /// Makes one call and returns its time in nanoseconds. Every request differs from the one before. After
+    /// the time has been taken, the whole reply is compared with the request. Throws std::runtime_error if
+    /// they differ.
     ///
     /// `call` is given the request and returns the reply.
     double time(const std::function<Bytes(Bytes)>& call);

@@ -12,8 +12,8 @@ namespace dovrel::benchmarks {
 /// {"calls", "median_us", "p99_us", "calls_per_second"}: hosts that are connected call and call again.
 nlohmann::json measureCalls(const Case& measured);
 
-/// {"calls", "median_us", "p99_us"}: everything from connecting to the first reply, in a process that has loaded what
-/// it needs.
+/// {"calls", "median_us", "p99_us"}: everything from connecting to the first reply, in a process that has
+/// loaded what it needs.
 nlohmann::json measureFirstCalls(const Case& measured);
 
 /// {"calls", "cpu_ms", "elapsed_ms", "resident_kb", "libraries"}, medians over several new processes: the processor
@@ -21,7 +21,8 @@ nlohmann::json measureFirstCalls(const Case& measured);
 nlohmann::json measureStarts(const Case& measured);
 
 /// Runs in a process that measureStarts() has started: connects, calls once, and writes its figures into a file.
-/// `arguments` are the four after the option: folder, size, time of the start, path of the file. Returns the exit status.
+/// `arguments` are the four after the option: folder, size, time of the start, path of the file. Returns the
+/// exit status.
 int runStartedProcess(char** arguments);
 
 constexpr char kStartedProcessOption[] = "--started-process";

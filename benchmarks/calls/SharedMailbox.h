@@ -1,7 +1,7 @@
 // Memory that two processes share, with room for one request and one reply: the lower bound of what a call costs.
 //
-// The client copies its request in, the server copies it into the room of the reply, and the client copies the reply
-// out. `Wait` decides how a side waits until the other side has changed the state.
+// The client copies its request in, the server copies it into the room of the reply, and the client copies
+// the reply out. `Wait` decides how a side waits until the other side has changed the state.
 #pragma once
 
 #include <sys/mman.h>

@@ -16,8 +16,8 @@ class Signal {
     /// Waits for one call of give(). Returns false if no process is left that could call it.
     bool wait();
 
-    /// A process that only calls give(), or only wait(), says so. As long as a process has said neither, it counts as
-    /// one that could call give().
+    /// A process that only calls give(), or only wait(), says so. As long as a process has said neither, it
+    /// counts as one that could call give().
     void onlyGive();
     void onlyWait();
 

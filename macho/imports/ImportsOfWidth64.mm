@@ -12,8 +12,8 @@ namespace {
 constexpr char kObjectiveC[] = "/usr/lib/libobjc.A.dylib";
 constexpr char kCppLibrary[] = "/usr/lib/libc++.1.dylib";
 
-// Functions of libc++ that return small structures. (The steady clock counts nanoseconds from an unspecified start, the
-// other one microseconds from 1970.)
+// Functions of libc++ that return small structures. (The steady clock counts nanoseconds from an unspecified
+// start, the other one microseconds from 1970.)
 constexpr const char* kSame[] = {
     "_ZNSt3__16chrono12steady_clock3nowEv", "_ZNSt3__16chrono12system_clock3nowEv",
     "_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE6insertENS_11__wrap_iterIPKcEEc"};

@@ -31,8 +31,8 @@ constexpr const char* kSame[] = {
     // files; FILE is opaque
     "close", "dup", "fchmod", "fclose", "fflush", "fileno", "flock", "fopen", "fprintf", "fputc", "fread",
     "fseek", "ftell", "fwrite", "printf", "putchar", "puts", "remove", "rename", "snprintf", "write",
-    // time; clock() counts microseconds on both systems, and struct tm is the same. The microseconds of struct timeval
-    // are a shorter number on macOS, with the same bytes at the beginning
+    // time; clock() counts microseconds on both systems, and struct tm is the same. The microseconds of
+    // struct timeval are a shorter number on macOS, with the same bytes at the beginning
     "asctime", "clock", "gettimeofday", "gmtime_r", "localtime_r", "strftime", "time", "tzset", "usleep",
     // the process; the exit status has the same bits on both systems
     "abort", "getenv", "geteuid", "getpid", "pthread_self", "rand", "srand", "system"};

@@ -96,8 +96,8 @@ std::string __CFBundle::localizedResource(const std::string& file) {
     return std::string();
 }
 
-// Not with std::call_once: an exception that passes through it passes through the C library, which then loads a library.
-// Without memory it cannot, and ends the process.
+// Not with std::call_once: an exception that passes through it passes through the C library, which then loads
+// a library. Without memory it cannot, and ends the process.
 template <typename Read>
 CFDictionaryRef __CFBundle::readOnce(LateDictionary& late, const Read& read) {
     const std::lock_guard<std::mutex> lock(late.mutex);

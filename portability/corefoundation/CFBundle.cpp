@@ -28,8 +28,8 @@ CFBundleRef findImageBundle(const std::string& image) {
     return folder.empty() ? nullptr : portability::createBundle(folder);
 }
 
-// Returns 0 to go on, or 1 if memory runs out. An exception would pass through the C library, which then loads a library
-// and ends the process if it cannot.
+// Returns 0 to go on, or 1 if memory runs out. An exception would pass through the C library, which then
+// loads a library and ends the process if it cannot.
 int appendImage(struct dl_phdr_info* image, std::size_t, void* names) noexcept {
     try {
         static_cast<std::vector<std::string>*>(names)->emplace_back(image->dlpi_name);

@@ -17,14 +17,14 @@ constexpr double kSecondsFrom1970To2001 = 978307200;
 constexpr double kBeginningOfYear2 = -63082540800;
 constexpr double kEndOfYear9999 = 252423993599;
 
-// The largest document. A list of a few bytes in the binary format can refer to one object many times, and would become
-// as large as memory.
+// The largest document. A list of a few bytes in the binary format can refer to one object many times, and
+// would become as large as memory.
 constexpr std::size_t kLargestDocument = 16 << 20;
 
 // Thrown and caught only in this file.
 struct NotAPropertyList {};
 
-// What is left of the largest document.
+// The rest of the room that the largest document has.
 class Room {
   public:
     void take(std::size_t size) {

@@ -13,8 +13,8 @@ namespace {
 
 using Mark = std::atomic<uint32_t>;
 
-// A page of memory that the kernel fills with zeros in a forked process. It is never given back: while the process ends,
-// other threads may still be running.
+// A page of memory that the kernel fills with zeros in a forked process. It is never given back: while the
+// process ends, other threads may still be running.
 class MarkPage {
   public:
     MarkPage() {

@@ -46,8 +46,8 @@ bool hasEnded(char state) {
 }
 
 // Returns the path of the program that the process runs; "" if this process must not read it, and nothing if there
-// is no program: tasks of the kernel have none, and a process that has ended or is exiting has released it. The system
-// appends " (deleted)" if the file was deleted or replaced.
+// is no program: tasks of the kernel have none, and a process that has ended or is exiting has released it.
+// The system appends " (deleted)" if the file was deleted or replaced.
 std::optional<std::string> programFile(const std::string& folder) {
     constexpr std::string_view kDeleted = " (deleted)";
     std::array<char, PATH_MAX> path;
@@ -207,8 +207,8 @@ std::vector<Process> listProcesses() {
 }
 
 std::size_t countProcesses() {
-    // Linux counts the processes as links of the folder, besides its fixed folders. To list them all takes 50 times as
-    // long.
+    // Linux counts the processes as links of the folder, besides its fixed folders. To list them all takes 50
+    // times as long.
     struct stat folder;
     constexpr nlink_t kLinksOfEveryFolder = 2;
     if (stat(kProcesses, &folder) == 0 && folder.st_nlink > kLinksOfEveryFolder) return folder.st_nlink;

@@ -14,8 +14,9 @@ namespace {
 // next call.
 constexpr std::size_t kSpareEntries = 5;
 
-// The length of the last list that did not fit. Where /proc is only imitated, as in some containers, its links can be
-// fewer than the processes. A caller that asks again must then get another size, or it would ask for ever.
+// The length of the last list that did not fit. Where /proc is only imitated, as in some containers, its
+// links can be fewer than the processes. A caller that asks again must then get another size, or it would ask
+// for ever.
 std::atomic<std::size_t> lastLengthThatDidNotFit{0};
 
 char platformState(char state) {

@@ -1,5 +1,5 @@
-// PreparedForwarder: a forwarder that returns the replies that a test has prepared as bytes, and counts which of them
-// were deleted.
+// PreparedForwarder: a forwarder that returns the replies that a test has prepared as bytes, and counts which
+// of them were deleted.
 #pragma once
 
 #include <string>

@@ -1,8 +1,8 @@
 // The server process of these tests. It does only what is needed to be launched,
 // woken and called, and to misbehave.
 //
-// It is installed as Contents/MacOS/Merrowd in an application bundle. It replies to the handshake with its text, and
-// to data with the request's bytes. It writes a line to Contents/log for each event.
+// It is installed as Contents/MacOS/Merrowd in an application bundle. It replies to the handshake with its
+// text, and to data with the request's bytes. It writes a line to Contents/log for each event.
 //
 // The file Contents/behaviour has lines such as "misbehave=empty". Keys and values are those of the development
 // server (docs/development-server.md):

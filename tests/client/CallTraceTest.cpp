@@ -118,8 +118,8 @@ TEST_F(CallTraceTest, Level3_ShowsContentsAfterSuccess) {
                   "\n    < new object = " + object);
 }
 
-// A host may pass the same variable as input and as output. After success it points to the output, which may be shorter
-// than the input was.
+// A host may pass the same variable as input and as output. After success it points to the output, which may
+// be shorter than the input was.
 TEST_F(CallTraceTest, InputThatIsAlsoAnOutput_HasNoContent) {
     const auto result = std::make_unique<uint8_t[]>(1);
     char input[] = "input";

@@ -1,4 +1,5 @@
-// How long the library waits for a server that never replies to a request. The clock is fast: the test takes seconds.
+// How long the library waits for a server that never replies to a request. The clock is fast: the test takes
+// seconds.
 #include <signal.h>
 
 #include <chrono>

@@ -22,8 +22,8 @@
 //
 // Output: "ready" before the call, "status STATUS" after each call (hexadecimal), "changed ..." for each
 // difference from the state before the call, "end"; "changed by STEP ..." for each difference from the state before
-// the library was loaded. New descriptors count only at the end, because a session has some of its own, and never if
-// they are sockets, because the connection to the server outlives the session.
+// the library was loaded. New descriptors count only at the end, because a session has some of its own, and
+// never if they are sockets, because the connection to the server outlives the session.
 #include <fcntl.h>
 #include <glib.h>
 #include <signal.h>

@@ -12,8 +12,8 @@
 //     close       closes the session
 //     leave       returns from main; an exit handler, registered before the bundle was loaded, makes a call that fails
 //
-// For each step it writes a line: the status (hexadecimal), then the names of the libraries that were not in the process
-// at its start.
+// For each step it writes a line: the status (hexadecimal), then the names of the libraries that were not in
+// the process at its start.
 #include <sys/resource.h>
 
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// Lasting lack of memory while a bundle is looked up. An exception that passed through a function of the C library would
-// end the process, if it is the first of the process. So each position has its own process.
+// Lasting lack of memory while a bundle is looked up. An exception that passed through a function of the C
+// library would end the process, if it is the first of the process. So each position has its own process.
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
 

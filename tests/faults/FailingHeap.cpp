@@ -1,5 +1,5 @@
-// Replaces the allocation functions of the C library, for this program and everything that it loads. Requests fail as
-// the fault in effect says. The bytes in use are counted.
+// Replaces the allocation functions of the C library, for this program and everything that it loads. Requests
+// fail as the fault in effect says. The bytes in use are counted.
 #include <malloc.h>
 
 #include <atomic>

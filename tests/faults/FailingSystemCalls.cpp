@@ -1,5 +1,5 @@
-// Replaces the functions of the C library that make system calls, for this program and everything that it loads. They
-// fail as the fault in effect says; otherwise they call the C library.
+// Replaces the functions of the C library that make system calls, for this program and everything that it
+// loads. They fail as the fault in effect says; otherwise they call the C library.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <poll.h>
@@ -72,8 +72,8 @@ const char* nameOf(long number) {
 
 }  // namespace
 
-// The names in C++ differ from those in the C library, whose declarations have attributes that a definition would have
-// to repeat.
+// The names in C++ differ from those in the C library, whose declarations have attributes that a definition
+// would have to repeat.
 #define DECLARED(result, name, parameters) extern "C" result replaced_##name parameters __asm__(#name);
 
 #define NEXT(result, name, parameters) static const auto next = findNext<result(*) parameters>(#name)

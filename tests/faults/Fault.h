@@ -20,9 +20,9 @@ struct Fault {
 
 std::ostream& operator<<(std::ostream& stream, const Fault& fault);
 
-/// While it exists, the fault is in effect for the calls that the library makes on this thread, and in a process that
-/// it starts on this thread until that process executes its program. Only one may exist at a time. The destructor stores
-/// in `hasStruck` whether the nth call was made.
+/// While it exists, the fault is in effect for the calls that the library makes on this thread, and in a
+/// process that it starts on this thread until that process executes its program. Only one may exist at a
+/// time. The destructor stores in `hasStruck` whether the nth call was made.
 class FaultInEffect {
   public:
     FaultInEffect(const Fault& fault, bool& hasStruck);
@@ -46,8 +46,8 @@ class CallCounter {
 /// Returns what the last CallCounter counted, by function; allocations have the name "malloc".
 std::map<std::string, size_t> countedCalls();
 
-/// For the replaced functions. Counts a call; returns the error with which the call must fail, Fault::kShort if it must
-/// process only a part of its bytes, or 0. Allocates nothing.
+/// For the replaced functions. Counts a call; returns the error with which the call must fail, Fault::kShort
+/// if it must process only a part of its bytes, or 0. Allocates nothing.
 int strike(const char* function) noexcept;
 
 /// Returns how many bytes of heap memory this process has in use.

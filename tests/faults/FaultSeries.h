@@ -21,8 +21,8 @@ struct FaultSeries {
     Fault fault(size_t nth) const { return {function, error, nth, stays}; }
 };
 
-/// Adds the series of one error, once and from then on. An interrupted call is right to begin again and again, and the
-/// system reports a connection that was reset only once.
+/// Adds the series of one error, once and from then on. An interrupted call is right to begin again and
+/// again, and the system reports a connection that was reset only once.
 inline void addSeries(std::vector<FaultSeries>& all, const char* function, int error, size_t calls) {
     all.push_back({function, error, false, calls});
     if (error != EINTR && error != ECONNRESET) all.push_back({function, error, true, calls});
@@ -49,9 +49,10 @@ inline std::vector<FaultSeries> systemCallSeries(const std::map<std::string, siz
     return all;
 }
 
-/// Calls `tryFault(fault)` for all faults of the series, or for `sample` of them if that is not 0, spread evenly. It returns whether the fault
-/// struck. Of all faults, a series is tried until the first one that does not strike: a fault can cause more calls than
-/// there are without one. Returns how many faults there are without that.
+/// Calls `tryFault(fault)` for all faults of the series, or for `sample` of them if that is not 0, spread
+/// evenly. It returns whether the fault struck. Of all faults, a series is tried until the first one that
+/// does not strike: a fault can cause more calls than there are without one. Returns how many faults there
+/// are without that.
 template <typename TryFault>
 size_t tryFaults(const std::vector<FaultSeries>& all, size_t sample, const TryFault& tryFault) {
     constexpr size_t kMostCalls = 5000;

@@ -189,7 +189,8 @@ FaultTrial::Resources FaultTrial::measure() const {
     return {heapInUse(), static_cast<size_t>(std::distance(begin(descriptors), end(descriptors)))};
 }
 
-// Some things are created only once, or are kept for the next calls. A fault that loses something loses it each time.
+// Some things are created only once, or are kept for the next calls. A fault that loses something loses it
+// each time.
 void FaultTrial::expectNothingLost(const Fault& fault, Resources before) {
     constexpr int kMostRepetitions = 5;
     const Resources first = before;

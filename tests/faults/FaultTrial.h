@@ -23,8 +23,8 @@ class FaultTrial {
     std::map<std::string, size_t> countCalls();
 
     /// Makes the call with the fault. Returns whether the fault struck. Fails the test if the result or the outputs
-    /// are not as documented, memory or descriptors are lost, the state of the process has changed, or the next call,
-    /// a new session or another host does not work.
+    /// are not as documented, memory or descriptors are lost, the state of the process has changed, or the
+    /// next call, a new session or another host does not work.
     bool run(const Fault& fault);
 
   private:

@@ -1,4 +1,5 @@
-// Faults in every call that an exported function makes to the C library, in a process that has made the call before.
+// Faults in every call that an exported function makes to the C library, in a process that has made the call
+// before.
 #include <gtest/gtest.h>
 
 #include <iostream>

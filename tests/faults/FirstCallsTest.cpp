@@ -1,5 +1,5 @@
-// Faults in the first calls of a process, which create everything that the library creates only once. Each fault has its
-// own process.
+// Faults in the first calls of a process, which create everything that the library creates only once. Each
+// fault has its own process.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -8,10 +8,10 @@ namespace dovrel::test {
 
 namespace {
 
-// In the order of the names. Functions that begin with "SYS_" are called by number, through syscall(). The errors are
-// those of the manual pages of Linux, without those that only show that the caller passed a wrong pointer or
-// descriptor (EFAULT, EBADF, ENOTSOCK). fopen can fail as open, pread as read, pwrite as write. A wait for a child
-// can fail only if it is interrupted.
+// In the order of the names. Functions that begin with "SYS_" are called by number, through syscall(). The
+// errors are those of the manual pages of Linux, without those that only show that the caller passed a wrong
+// pointer or descriptor (EFAULT, EBADF, ENOTSOCK). fopen can fail as open, pread as read, pwrite as write. A
+// wait for a child can fail only if it is interrupted.
 constexpr SystemCallErrors kErrors[] = {
     {"access", {EACCES, EINVAL, EIO, ELOOP, ENAMETOOLONG, ENOENT, ENOMEM, ENOTDIR, EPERM, EROFS, ETXTBSY}},
     {"bind",

@@ -157,8 +157,8 @@ void shrinkSharedMemory() {
     }
 }
 
-// The sender's half of a mailbox: posted, size, taken, looking, processor; the frame begins at byte 64. The other half
-// follows, and both have the same size.
+// The sender's half of a mailbox: posted, size, taken, looking, processor; the frame begins at byte 64. The
+// other half follows, and both have the same size.
 constexpr size_t kHalfSize = 64 + kLargestFrame + 24;
 constexpr size_t kFrameInHalf = 64;
 

@@ -116,7 +116,8 @@ class RunFolder : public EndToEnd, public testing::WithParamInterface<Obstacle> 
         return folder() / "none";
     }
 
-    // Opens a session and registers. Returns whether both ended within the time; whether they succeed is another question.
+    // Opens a session and registers. Returns whether both ended within the time; whether they succeed is
+    // another question.
     bool endsInTime() {
         Console console;  // for the alerts
         const auto start = steady_clock::now();

@@ -26,8 +26,8 @@ constexpr uint64_t kLongestCall = 60'000;
 // server loses more than this in a minute.
 constexpr uint64_t kHeapNoise = 40'000;
 
-// The library keeps a connection, and up to eight blocks of shared memory: four in the connection, four to be reused.
-// How many it has at a time depends on the sizes of the last calls.
+// The library keeps a connection, and up to eight blocks of shared memory: four in the connection, four to be
+// reused. How many it has at a time depends on the sizes of the last calls.
 constexpr uint64_t kKeptDescriptors = 9;
 
 uint32_t numberFrom(const char* variable, uint32_t otherwise) {

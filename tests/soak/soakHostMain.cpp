@@ -1,8 +1,8 @@
 // A host of the soak: soak_host LIBRARY NAME THREADS SEED CONSOLE
 //
 // Opens and closes sessions; in each of them every thread makes checked calls. Ends when standard input is closed,
-// after the session that is open then. It then prints a SoakReport to standard output. The library's own output goes
-// to the file CONSOLE.
+// after the session that is open then. It then prints a SoakReport to standard output. The library's own
+// output goes to the file CONSOLE.
 #include <fcntl.h>
 #include <malloc.h>
 #include <poll.h>

@@ -48,7 +48,8 @@ inline std::string sharedAccessList() {
 
 }  // namespace dovrel::test
 
-/// Skips the test with a message if the file system does not support the attribute. Every other failure fails the test.
+/// Skips the test with a message if the file system does not support the attribute. Every other failure fails
+/// the test.
 #define SET_ATTRIBUTE_OR_SKIP(file, name, value)                                                      \
     do {                                                                                              \
         const int error = dovrel::test::setAttribute(file, name, value);                              \

@@ -41,7 +41,8 @@ std::string versionText(const Component& component) {
 }  // namespace
 
 std::string bundleVersionText(const std::string& identifier, const std::string& path) {
-    // A known bundle is found without a reference to it. Another thread could release the last one before it is retained.
+    // A known bundle is found without a reference to it. Another thread could release the last one before it
+    // is retained.
     static std::mutex& oneAtATime = *new std::mutex;
     const std::lock_guard<std::mutex> held(oneAtATime);
     const AutoreleasePool pool;

@@ -22,8 +22,8 @@
 #include "tests/support/NeedsRoot.h"
 #include "tests/support/OrdinaryUser.h"
 
-// The linker redirects the program's calls of rename and dup, so that a test can act right after or before one, or let
-// one fail.
+// The linker redirects the program's calls of rename and dup, so that a test can act right after or before
+// one, or let one fail.
 static std::function<void()> afterNextRename;
 static int errorOfNextRename = 0;
 static std::function<void()> beforeNextDup;

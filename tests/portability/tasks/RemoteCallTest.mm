@@ -34,8 +34,8 @@ void* visit(void* parameter) {
 
 class RemoteCall : public testing::Test {
    protected:
-    // A host with a run loop has used Foundation before it starts threads. Two threads that use it first at the same
-    // time can crash in GNUstep.
+    // A host with a run loop has used Foundation before it starts threads. Two threads that use it first at
+    // the same time can crash in GNUstep.
     RemoteCall() {
         NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
         [[NSThread currentThread] threadDictionary];

@@ -53,8 +53,8 @@ class WaitingProcess {
     int result_ = -1;
 };
 
-// Runs `act` with the numbers from 0 in `count` processes at the same moment, and returns its results. Each process lives
-// until all results are there.
+// Runs `act` with the numbers from 0 in `count` processes at the same moment, and returns its results. Each
+// process lives until all results are there.
 template <class Act>
 std::vector<int> resultsAtOnce(size_t count, Act act) {
     int start[2];

@@ -1,4 +1,5 @@
-// The thread that gives large blocks back to the system, in forked processes: a child does not have its parent's thread.
+// The thread that gives large blocks back to the system, in forked processes: a child does not have its
+// parent's thread.
 #include "portability/transport/LargeMemory.h"
 
 #include <gtest/gtest.h>

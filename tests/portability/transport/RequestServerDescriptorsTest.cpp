@@ -42,8 +42,9 @@ class RequestServerDescriptorsTest : public testing::Test {
         thread_.join();
     }
 
-    // Until then, connections and packets wait in the socket. So a test can close its own descriptor of a socket that
-    // it has sent before the server closes the other: this thread would wait for the close of the last one.
+    // Until then, connections and packets wait in the socket. So a test can close its own descriptor of a
+    // socket that it has sent before the server closes the other: this thread would wait for the close of the
+    // last one.
     void startServer() {
         thread_ = std::thread([this] {
             while (!server_->serve()) {

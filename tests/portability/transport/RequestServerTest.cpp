@@ -24,7 +24,8 @@ constexpr OSType kSignature = 'SeRv';
 constexpr int32_t kWantsReply = 3;
 constexpr int32_t kWantsNoReply = 1;
 
-// Replies with the request's own image, if the sender wants a reply. Disconnects a sender whose reply does not arrive.
+// Replies with the request's own image, if the sender wants a reply. Disconnects a sender whose reply does
+// not arrive.
 struct Echo final : RequestHandler {
     bool handle(const ReceivedFrame& request, pid_t, ReplySender& reply) override {
         if (request.header.sendMode == kWantsNoReply) return true;
