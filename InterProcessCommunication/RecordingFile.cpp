@@ -6,6 +6,7 @@
 #include <ctime>
 #include <limits>
 #include <memory>
+#include <new>
 
 #include "InterProcessCommunication/POSTransferObj.h"
 #include "InterProcessCommunication/RecordingFormat.h"
@@ -23,9 +24,12 @@ namespace {
 
 constexpr char kRequestMark[] = "    > ";
 constexpr char kReplyMark[] = "    < ";
+constexpr char kOutOfMemory[] = "out of memory";
 
 /// Thrown by value when a file cannot be written. It does not leave this file.
-struct WriteFailure {};
+struct WriteFailure {
+    std::string path;
+};
 
 std::string utcText(std::chrono::system_clock::time_point time) {
     // Numbers with 53 bits: 32-bit programs on macOS have no division of integers with 64 bits.
@@ -111,12 +115,17 @@ void RecordingFile::add(const Compose& compose) noexcept {
     try {
         std::string text;
         compose(text);
+        LogFileWriter(text).writeInt(recording::kEndKey, recording::kEndValue);
         append(text_, path_, text.data(), text.size());
+    } catch (const WriteFailure& failure) {
+        end(failure.path.c_str());
     } catch (CPPException* caught) {
         const std::unique_ptr<CPPException> failure(caught);
-        end("out of memory");
+        end(kOutOfMemory);
+    } catch (const std::bad_alloc&) {
+        end(kOutOfMemory);
     } catch (...) {
-        end(path_);
+        end(path_.c_str());
     }
 }
 
@@ -134,13 +143,13 @@ void RecordingFile::appendBytes(std::string& text, const char* key, const char* 
 
 void RecordingFile::append(int& descriptor, const std::string& path, const void* bytes, size_t size) {
     if (descriptor < 0) descriptor = openPrivateFile(path);
-    if (descriptor < 0 || !appendAtOnce(descriptor, bytes, size)) throw WriteFailure();
+    if (descriptor < 0 || !appendAtOnce(descriptor, bytes, size)) throw WriteFailure{path};
 }
 
-void RecordingFile::end(const std::string& path) noexcept {
+void RecordingFile::end(const char* reason) noexcept {
     hasEnded_ = true;
     Trace::write(TraceArea::kExchange, TraceLevel::kFailures,
-                 [&] { return "the recording ends, because it cannot be written: " + path; });
+                 [&] { return std::string("the recording ends, because it cannot be written: ") + reason; });
 }
 
 }  // namespace dovrel

@@ -44,7 +44,7 @@ class RecordingFile {
     void add(const Compose& compose) noexcept;
     void appendBytes(std::string& text, const char* key, const char* placeKey, const CPPByteArray& bytes);
     void append(int& descriptor, const std::string& path, const void* bytes, size_t size);
-    void end(const std::string& path) noexcept;
+    void end(const char* reason) noexcept;
 
     const std::string path_;
     int text_ = -1;

@@ -24,6 +24,10 @@ constexpr char kReplyKey[] = "reply";
 constexpr char kRequestPlaceKey[] = "requestPlace";
 constexpr char kReplyPlaceKey[] = "replyPlace";
 
+/// The last entry. An exchange without it is not complete: a full disk can cut an exchange anywhere.
+constexpr char kEndKey[] = "end";
+constexpr int kEndValue = 1;
+
 constexpr int kFormatVersion = 1;
 constexpr unsigned kMostBytesInText = 4096;
 

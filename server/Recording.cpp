@@ -1,8 +1,9 @@
 #include "server/Recording.h"
 
-#include <cstdio>
+#include <charconv>
 #include <fstream>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 #include "InterProcessCommunication/RecordingFormat.h"
@@ -16,6 +17,24 @@ using dovrel::ConfigFileSystem;
 using dovrel::CPPException;
 using dovrel::Properties;
 namespace format = dovrel::recording;
+
+namespace {
+
+bool hasNumber(const Properties& section, const char* key, int32_t expected) {
+    int32_t number = 0;
+    return section.findInt(key, number) && number == expected;
+}
+
+// Reads "OFFSET LENGTH". Returns false if the text is anything else.
+bool parsePlace(const std::string& text, RecordedBytes& place) {
+    const char* const end = text.data() + text.size();
+    const auto offset = std::from_chars(text.data(), end, place.offset);
+    if (offset.ec != std::errc() || offset.ptr == end || *offset.ptr != ' ') return false;
+    const auto length = std::from_chars(offset.ptr + 1, end, place.length);
+    return length.ec == std::errc() && length.ptr == end && place.length != 0;
+}
+
+}  // namespace
 
 Recording::Recording(const std::string& path, std::vector<std::string>& problems) : path_(path) {
     try {
@@ -38,9 +57,9 @@ void Recording::addSections(const std::string& text, std::vector<std::string>& p
         ++number;
         RecordedExchange exchange;
         exchange.failed = section.contains(format::kFailureKey);
-        int32_t version = 0;
         const bool isReadable =
-            section.findInt(format::kFormatKey, version) && version == format::kFormatVersion &&
+            hasNumber(section, format::kFormatKey, format::kFormatVersion) &&
+            hasNumber(section, format::kEndKey, format::kEndValue) &&
             findBytes(section, format::kRequestKey, format::kRequestPlaceKey, exchange.request) &&
             (exchange.failed ||
              findBytes(section, format::kReplyKey, format::kReplyPlaceKey, exchange.reply));
@@ -58,13 +77,11 @@ bool Recording::findBytes(const Properties& section, const char* key, const char
                           RecordedBytes& found) const {
     std::string place;
     if (!section.findString(placeKey, place)) return section.findBinary(key, found.bytes);
-    unsigned long long offset = 0;
-    if (std::sscanf(place.c_str(), "%llu %u", &offset, &found.length) != 2 || found.length == 0) return false;
-    found.offset = offset;
+    if (!parsePlace(place, found)) return false;
     std::ifstream file(format::payloadPath(path_), std::ios::binary | std::ios::ate);
     if (!file) return false;
-    const auto size = static_cast<unsigned long long>(file.tellg());
-    return offset <= size && found.length <= size - offset;
+    const auto size = static_cast<uint64_t>(file.tellg());
+    return found.offset <= size && found.length <= size - found.offset;
 }
 
 CPPByteArray Recording::read(const RecordedBytes& recorded) const {

@@ -14,10 +14,12 @@
 #include "InterProcessCommunication/TransferPack.h"
 #include "client/exceptions/CPPException.h"
 #include "client/exceptions/StructuredDataExceptions.h"
+#include "platform/trace/Trace.h"
 #include "settings/ConfigFileSystem.h"
 #include "tests/InterProcessCommunication/ChannelFixture.h"
 #include "tests/support/HeapWatch.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TraceLines.h"
 #include "tests/support/library/Bytes.h"
 #include "tests/support/library/Failures.h"
 
@@ -280,6 +282,7 @@ TEST_F(OutOfMemoryTest, Recording_ContainsWholeExchangesOnlyAndThrowsNothing) {
     POSTransferObj request(1, 10, 13);
     POSTransferObj reply(1, 11, 13);
     reply.writeString(111, std::string(5000, 'x'));
+    const Trace trace("all,file=" + folder.path("trace"));
     auto file = std::make_unique<RecordingFile>(path);
     size_t complete = 0;
     test::refuseEachRequest(
@@ -298,7 +301,12 @@ TEST_F(OutOfMemoryTest, Recording_ContainsWholeExchangesOnlyAndThrowsNothing) {
     for (const Properties& section : sections) {
         EXPECT_TRUE(section.contains(recording::kRequestKey));
         EXPECT_NE(section.contains(recording::kReplyPlaceKey), section.contains(recording::kFailureKey));
+        EXPECT_TRUE(section.contains(recording::kEndKey));
     }
+    const std::vector<std::string> entries = test::splitTraceEntries(folder.read("trace"));
+    EXPECT_FALSE(entries.empty());
+    for (const std::string& entry : entries)
+        EXPECT_EQ(entry, "exchange: the recording ends, because it cannot be written: out of memory");
 }
 
 }  // namespace

@@ -72,7 +72,8 @@ TEST_F(RecordingFileTest, Exchange_IsASectionOfReadableTextWithAllBytes) {
                   "00040100000000000001000000041400\n"
                   "000000000003000000040D0000000000\n"
                   "009600000005476F6E652E0000009700\n"
-                  "00000419000000\n");
+                  "00000419000000\n"
+                  "//end\nINT:1\n");
 }
 
 TEST_F(RecordingFileTest, BytesOfAnyValue_AreReadBackUnchanged) {
@@ -162,6 +163,16 @@ TEST_F(RecordingFileTest, FileThatCannotBeOpened_IsNotWrittenAndReportedOnceInTh
     EXPECT_EQ(
         test::splitTraceEntries(folder_.read("trace")),
         std::vector<std::string>{"exchange: the recording ends, because it cannot be written: " + path()});
+}
+
+TEST_F(RecordingFileTest, FileOfPayloadsThatCannotBeOpened_IsNamedInTheTrace) {
+    ASSERT_EQ(symlink(folder_.path("other").c_str(), folder_.path("recording.payloads").c_str()), 0);
+    const Trace trace("all,file=" + folder_.path("trace"));
+    RecordingFile file(path());
+    addReply(file, "a", std::string(5000, 'x'));
+    EXPECT_EQ(test::splitTraceEntries(folder_.read("trace")),
+              std::vector<std::string>{
+                  "exchange: the recording ends, because it cannot be written: " + path() + ".payloads"});
 }
 
 TEST_F(RecordingFileTest, FullDisk_EndsTheRecording) {

@@ -67,7 +67,7 @@ TEST_F(RecordingsPage, TheTableOfKeys_IsComplete) {
     const std::set<std::string> keys{format::kSectionKey,      format::kFormatKey,       format::kTimeKey,
                                      format::kProcessKey,      format::kMicrosecondsKey, format::kFailureKey,
                                      format::kFailedStepKey,   format::kRequestKey,      format::kReplyKey,
-                                     format::kRequestPlaceKey, format::kReplyPlaceKey};
+                                     format::kRequestPlaceKey, format::kReplyPlaceKey,   format::kEndKey};
     std::set<std::string> onPage;
     for (const DocumentPage::Row& row : page_.rowsUnder({"key", "value"}))
         onPage.insert(row[0]);
