@@ -29,17 +29,17 @@ bool fits(const Behaviour& candidate, const DescribedCall& call) {
 
 const Behaviour* findCase(const Behaviour& behaviour, const DescribedCall& call) {
     const auto found = std::find_if(behaviour.cases.begin(), behaviour.cases.end(),
-                                    [&call](const Behaviour& candidate) { return fits(candidate, call); });
-    return found != behaviour.cases.end() ? &*found : nullptr;
+                                    [&call](const auto& candidate) { return fits(*candidate, call); });
+    return found != behaviour.cases.end() ? found->get() : nullptr;
 }
 
-const Behaviour& takeStep(const Behaviour& behaviour, DescribedState& state) {
-    size_t& position = state.positions[behaviour.path];
+const Behaviour& takeStep(const Behaviour& behaviour, SequencePositions& positions) {
+    size_t& position = positions[behaviour.path];
     if (position == behaviour.sequence.size()) {
         if (behaviour.atEnd == SequenceEnd::fail) refuse("the sequence of " + behaviour.path + " has ended");
         position = behaviour.atEnd == SequenceEnd::restart ? 0 : position - 1;
     }
-    return behaviour.sequence[position++];
+    return *behaviour.sequence[position++];
 }
 
 void changeCounter(const Behaviour& behaviour, const DescribedCall& call) {
@@ -123,7 +123,7 @@ CPPByteArray makeResult(const Behaviour& behaviour, const DescribedCall& call) {
 MethodResult perform(const Behaviour& behaviour, const DescribedCall& call) {
     if (behaviour.delay.count() > 0) call.process.pause(behaviour.delay);
     if (const Behaviour* const found = findCase(behaviour, call)) return perform(*found, call);
-    if (!behaviour.sequence.empty()) return perform(takeStep(behaviour, call.state), call);
+    if (!behaviour.sequence.empty()) return perform(takeStep(behaviour, call.positions), call);
     if (behaviour.fails) throw behaviour.failure;
     MethodResult result(makeResult(behaviour, call));
     result.message = behaviour.message;

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,12 +17,15 @@
 
 namespace merrowd {
 
+/// The next step of each sequence, by the path of the sequence.
+using SequencePositions = std::map<std::string, size_t>;
+
 /// The counters and stores that a described class keeps between calls. They belong to an object, or to all
 /// objects of a class.
 struct DescribedState {
     std::map<std::string, uint32_t> counters;
     std::map<std::string, std::map<std::string, std::string>> stores;
-    std::map<std::string, size_t> positions;  ///< the next step, by the path of the sequence
+    SequencePositions positions;  ///< for the sequences of the methods
 };
 
 /// The behaviour of a sequence after its last step.
@@ -41,8 +45,8 @@ struct Behaviour {
     std::optional<uint32_t> atLeast;  ///< the value of the counter
 
     std::chrono::milliseconds delay{0};
-    std::vector<Behaviour> cases;
-    std::vector<Behaviour> sequence;
+    std::vector<std::shared_ptr<const Behaviour>> cases;
+    std::vector<std::shared_ptr<const Behaviour>> sequence;  ///< a repeated step is the same behaviour
     SequenceEnd atEnd = SequenceEnd::stay;
 
     bool fails = false;
@@ -66,6 +70,7 @@ struct DescribedCall {
     const CPPByteArray& argument;
     const Caller& caller;
     DescribedState& state;
+    SequencePositions& positions;
     ServerProcess& process;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <map>
 
 #include "server/SettingValue.h"
 
@@ -14,6 +15,9 @@ namespace {
 
 constexpr char kCases[] = "cases";
 constexpr char kSequence[] = "sequence";
+
+// How deep cases and steps can be nested.
+constexpr int kMostLevels = 8;
 
 constexpr Choice<SequenceEnd> kSequenceEnds[] = {
     {"stay", SequenceEnd::stay}, {"restart", SequenceEnd::restart}, {"fail", SequenceEnd::fail}};
@@ -118,10 +122,10 @@ void BehaviourReader::report(const std::string& key, const std::string& problem)
 
 Behaviour BehaviourReader::read(const std::string& path, bool hasResult) {
     hasResult_ = hasResult;
-    return readBehaviour(path, false);
+    return readBehaviour(path, false, 0);
 }
 
-Behaviour BehaviourReader::readBehaviour(const std::string& path, bool isCase) {
+Behaviour BehaviourReader::readBehaviour(const std::string& path, bool isCase, int level) {
     Behaviour behaviour;
     behaviour.path = path;
     for (const Word& word : kWords) {
@@ -135,27 +139,44 @@ Behaviour BehaviourReader::readBehaviour(const std::string& path, bool isCase) {
             report(key, describeProblem(key, value.text, unfit));
         }
     }
-    behaviour.cases = readParts(behaviour, kCases, true);
-    behaviour.sequence = readParts(behaviour, kSequence, false);
+    behaviour.cases = readParts(behaviour, kCases, true, level);
+    behaviour.sequence = readParts(behaviour, kSequence, false, level);
     checkBehaviour(behaviour);
     return behaviour;
 }
 
-std::vector<Behaviour> BehaviourReader::readParts(const Behaviour& whole, const char* word, bool areCases) {
-    std::vector<Behaviour> parts;
+// Each name is read once. Otherwise names that are repeated on every level would take exponential time.
+BehaviourReader::Parts BehaviourReader::readParts(const Behaviour& whole, const char* word, bool areCases,
+                                                  int level) {
+    Parts parts;
     const std::string key = whole.path + "." + word;
     std::string names;
     if (!section_.entries.findString(key, names)) return parts;
     used_.insert(key);
+    if (level == kMostLevels) {
+        report(key, inQuotes(whole.path) + " cannot have " + word + ": they are nested more than " +
+                        std::to_string(kMostLevels) + " levels deep");
+        return parts;
+    }
+    std::map<std::string, Parts::value_type> known;
     for (const std::string& name : splitAtCommas(names)) {
-        const std::string path = whole.path + "." + name;
-        if (name.empty() || name.find('.') != std::string::npos) {
-            report(key, inQuotes(name) + " cannot be a name in " + inQuotes(key));
-        } else {
-            parts.push_back(readBehaviour(path, areCases));
+        if (!isUsableName(name, key)) continue;
+        Parts::value_type& part = known[name];
+        if (part != nullptr && areCases) {
+            report(key, inQuotes(name) + " is twice in " + inQuotes(key));
+            continue;
         }
+        if (part == nullptr)
+            part = std::make_shared<Behaviour>(readBehaviour(whole.path + "." + name, areCases, level + 1));
+        parts.push_back(part);
     }
     return parts;
+}
+
+bool BehaviourReader::isUsableName(const std::string& name, const std::string& key) {
+    const bool isUsable = !name.empty() && name.find('.') == std::string::npos;
+    if (!isUsable) report(key, inQuotes(name) + " cannot be a name in " + inQuotes(key));
+    return isUsable;
 }
 
 void BehaviourReader::checkBehaviour(const Behaviour& behaviour) {

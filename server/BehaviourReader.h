@@ -1,6 +1,7 @@
 // BehaviourReader: reads the behaviours of a described class from its section of a settings text.
 #pragma once
 
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -31,8 +32,12 @@ class BehaviourReader {
     static std::vector<std::string> words();
 
   private:
-    Behaviour readBehaviour(const std::string& path, bool isCase);
-    std::vector<Behaviour> readParts(const Behaviour& whole, const char* word, bool areCases);
+    using Parts = std::vector<std::shared_ptr<const Behaviour>>;
+
+    // `level` is the number of behaviours that contain this one.
+    Behaviour readBehaviour(const std::string& path, bool isCase, int level);
+    Parts readParts(const Behaviour& whole, const char* word, bool areCases, int level);
+    bool isUsableName(const std::string& name, const std::string& key);
     void checkBehaviour(const Behaviour& behaviour);
 
     const SettingsSection& section_;

@@ -25,7 +25,7 @@ class DescribedObject : public ServerObject {
     DescribedObject(const DescribedClass& ofClass, std::shared_ptr<DescribedState> state)
         : class_(ofClass), state_(std::move(state)) {}
     MethodResult call(const std::string& method, CPPByteArray argument, const Caller& caller) override {
-        return class_.perform(method, argument, caller, *state_);
+        return class_.call(method, argument, caller, *state_);
     }
 
   private:
@@ -110,13 +110,16 @@ void DescribedClass::readMethods(const SettingsSection& section, BehaviourReader
 std::unique_ptr<ServerObject> DescribedClass::instantiate(const Caller& caller, UserMessage& message) const {
     std::shared_ptr<DescribedState> state = sharedState_;
     if (state == nullptr) state = std::make_shared<DescribedState>();
-    message = perform(kInstantiate, CPPByteArray(), caller, *state).message;
+    const CPPByteArray noArgument;
+    message =
+        perform(behaviours_.at(kInstantiate), {noArgument, caller, *state, creationPositions_, process_})
+            .message;
     return std::make_unique<DescribedObject>(*this, std::move(state));
 }
 
-MethodResult DescribedClass::perform(const std::string& operation, const CPPByteArray& argument,
-                                     const Caller& caller, DescribedState& state) const {
-    return merrowd::perform(behaviours_.at(operation), {argument, caller, state, process_});
+MethodResult DescribedClass::call(const std::string& method, const CPPByteArray& argument,
+                                  const Caller& caller, DescribedState& state) const {
+    return perform(behaviours_.at(method), {argument, caller, state, state.positions, process_});
 }
 
 }  // namespace merrowd

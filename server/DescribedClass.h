@@ -41,9 +41,9 @@ class DescribedClass : public ServerClass {
     std::vector<std::string> methods() const override { return methods_; }
     std::unique_ptr<ServerObject> instantiate(const Caller& caller, UserMessage& message) const override;
 
-    /// Does what the settings describe for a method or for "instantiate", and returns the result. Throws Refusal.
-    MethodResult perform(const std::string& operation, const CPPByteArray& argument, const Caller& caller,
-                         DescribedState& state) const;
+    /// Does what the settings describe for the method, and returns the result. Throws Refusal.
+    MethodResult call(const std::string& method, const CPPByteArray& argument, const Caller& caller,
+                      DescribedState& state) const;
 
   private:
     DescribedClass(std::string name, const Identifier& identifier, ServerProcess& process);
@@ -55,6 +55,8 @@ class DescribedClass : public ServerClass {
     const Identifier identifier_;
     ServerProcess& process_;
     std::shared_ptr<DescribedState> sharedState_;  // null if each object has its own
+    // For the sequences of "instantiate". They belong to the class, because each object is created only once.
+    mutable SequencePositions creationPositions_;
     std::vector<std::string> methods_;
     std::map<std::string, Behaviour> behaviours_;
 };

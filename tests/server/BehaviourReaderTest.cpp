@@ -49,7 +49,35 @@ TEST(BehaviourReader, NamesThatCannotBeUsed_AreProblems) {
     EXPECT_EQ(readProblems("//do.cases\nSTR:a,,b.c\n"),
               (Problems{problem(3, "\"\" cannot be a name in \"do.cases\""),
                         problem(3, "\"b.c\" cannot be a name in \"do.cases\"")}));
+    EXPECT_EQ(readProblems("//do.cases\nSTR:a, b, a\n"),
+              Problems{problem(3, "\"a\" is twice in \"do.cases\"")});
     EXPECT_EQ(readProblems("//do.sequence\nSTR:a, a\n"), Problems());
+}
+
+/// Returns entries with cases or a sequence that are nested to a depth. Each list has several names.
+std::string nest(const std::string& word, const std::string& names, int depth) {
+    std::string entries;
+    std::string path = "do";
+    for (int i = 0; i < depth; ++i) {
+        entries += "//" + path + "." + word + "\nSTR:" + names + "\n";
+        path += ".a";
+    }
+    return entries;
+}
+
+TEST(BehaviourReader, NestingIsLimitedTo8Levels) {
+    for (const std::string word : {"cases", "sequence"}) {
+        EXPECT_EQ(readProblems(nest(word, "a", 8)), Problems());
+        EXPECT_EQ(readProblems(nest(word, "a", 10)),
+                  (Problems{problem(19, "\"do.a.a.a.a.a.a.a.a\" cannot have " + word +
+                                            ": they are nested more than 8 levels deep"),
+                            problem(21, "\"do.a.a.a.a.a.a.a.a.a." + word + "\" describes nothing")}));
+    }
+}
+
+// If each repetition were read anew, this would be 6 to the power of 8 behaviours.
+TEST(BehaviourReader, RepeatedSteps_AreReadOnce) {
+    EXPECT_EQ(readProblems(nest("sequence", "a, a, a, a, a, a", 8) + "//do.a.delay\nSTR:x\n").size(), 1u);
 }
 
 TEST(BehaviourReader, ValuesThatDoNotFit_AreProblemsAtTheirLines) {

@@ -108,6 +108,36 @@ TEST_F(DescribedClassTest, Instantiate_CanBringAMessageOrFail) {
     EXPECT_THROW(failing->instantiate(Caller(), message), Refusal);
 }
 
+TEST_F(DescribedClassTest, SequenceOfInstantiate_PerformsTheNextStepForEachObject) {
+    for (const std::string state : {"object", "class"}) {
+        const auto scanner =
+            describe("//CLASS\nSTR:Scanner\n//state\nSTR:" + state +
+                     "\n//instantiate.sequence\nSTR:bad, warm, good\n//instantiate.bad.errorCode\nINT:26\n"
+                     "//instantiate.warm.sequence\nSTR:a, b\n//instantiate.warm.a.message\nSTR:Warm.\n");
+        EXPECT_EQ(problems_, Names());
+        UserMessage message;
+        EXPECT_THROW(scanner->instantiate(Caller(), message), Refusal) << state;
+        EXPECT_NE(scanner->instantiate(Caller(), message), nullptr);
+        EXPECT_EQ(message.text, "Warm.") << state;
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_NE(scanner->instantiate(Caller(), message), nullptr);
+            EXPECT_EQ(message.text, "") << state;
+        }
+    }
+}
+
+TEST_F(DescribedClassTest, SequencesOfMethods_BeginAnewForEachObject) {
+    const auto scanner = describe(
+        "//CLASS\nSTR:Scanner\n//methods\nSTR:scan\n//instantiate.sequence\nSTR:a, b\n"
+        "//scan.sequence\nSTR:a, b\n//scan.a.answer\nSTR:1\n//scan.b.answer\nSTR:2\n");
+    for (int i = 0; i < 2; ++i) {
+        UserMessage message;
+        const std::unique_ptr<ServerObject> object = scanner->instantiate(Caller(), message);
+        EXPECT_EQ(bytesToText(object->call("scan", {}, Caller()).data), "1");
+        EXPECT_EQ(bytesToText(object->call("scan", {}, Caller()).data), "2");
+    }
+}
+
 TEST_F(DescribedClassTest, WithoutAUsableNameOrIdentifier_ThereIsNoClass) {
     EXPECT_EQ(describe("//CLASS\nSTR:\n"), nullptr);
     EXPECT_EQ(problems_, (Names{"line 1: a class has no name"}));
