@@ -44,6 +44,8 @@ class ApplicationTable {
     /// Returns the application. Throws Refusal (application not registered) if the identifier is unknown.
     Application& find(uint32_t id);
 
+    bool contains(uint32_t id) const { return applications_.count(id) != 0; }
+
     /// Removes the application and destroys its objects. Throws as find() does.
     void remove(uint32_t id);
 

@@ -15,6 +15,17 @@ using dovrel::POSTransferObj;
 namespace posCommand = dovrel::posCommand;
 namespace posField = dovrel::posField;
 
+namespace {
+
+// Whether the reply says which application or object begins or ends. Other replies can be large and are read when
+// they are replayed.
+bool isReplyNeeded(uint32_t command) {
+    return command == posCommand::kRegisterApplication || command == posCommand::kInstantiateObject ||
+           command == posCommand::kUnregisterApplication;
+}
+
+}  // namespace
+
 ComparedRequest IdentifierMeanings::translate(const RequestKey& key) const {
     ComparedRequest request;
     request.command = key.command;
@@ -55,7 +66,8 @@ void RecordedRequests::add(const Recording& recording, size_t exchange) {
     request.exchange = exchange;
     request.summary = dovrel::requestSummary(bytes);
     request.compared = meanings_.translate(*key);
-    if (!recorded.failed) readReply(recording.read(recorded.reply), *key, request);
+    if (!recorded.failed && isReplyNeeded(key->command))
+        readReply(recording.read(recorded.reply), *key, request);
     places_[request.compared].push_back(all_.size());
     generalPlaces_[generalize(request.compared)].push_back(all_.size());
     all_.push_back(std::move(request));

@@ -127,7 +127,7 @@ void Replay::writeNewSession(const RecordedRequest& found, const CPPByteArray& r
     Application application;
     application.name = readApplicationName(request);
     application.process = sender;
-    applications_.removeGone();
+    forgetGoneSessions();
     const uint32_t session = applications_.add(std::move(application));
     meanings_.applications[session] = found.newApplication;
     std::array<uint8_t, sizeof session> data{};
@@ -143,9 +143,19 @@ void Replay::writeNewObject(const RecordedRequest& found, const RequestKey& key,
     overwriteField(reply, posField::kObject, identifier.data(), identifier.size());
 }
 
+// Hosts that were killed never unregister.
+void Replay::forgetGoneSessions() {
+    applications_.removeGone();
+    std::vector<uint32_t> gone;
+    for (const auto& [session, recorded] : meanings_.applications)
+        if (!applications_.contains(session)) gone.push_back(session);
+    for (const uint32_t session : gone)
+        forgetSession(session);
+}
+
 void Replay::forgetSession(uint32_t session) {
     if (meanings_.applications.erase(session) == 0) return;
-    applications_.remove(session);
+    if (applications_.contains(session)) applications_.remove(session);
     auto& objects = meanings_.objects;
     objects.erase(objects.lower_bound({session, ""}), objects.lower_bound({session + 1, ""}));
     positions_.erase(positions_.lower_bound({session, "", 0}), positions_.lower_bound({session + 1, "", 0}));

@@ -59,6 +59,7 @@ class Replay {
     void writeNewSession(const RecordedRequest& found, const CPPByteArray& request, CPPByteArray& reply,
                          pid_t sender);
     void writeNewObject(const RecordedRequest& found, const RequestKey& key, CPPByteArray& reply);
+    void forgetGoneSessions();
     void forgetSession(uint32_t session);
 
     const Recording recording_;

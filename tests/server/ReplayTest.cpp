@@ -1,7 +1,10 @@
 #include "server/Replay.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -234,6 +237,17 @@ TEST_F(ReplayTest, LargePayloads_AreReadFromTheirFile) {
               "Could not open file for reading: " + path_ + ".payloads");
 }
 
+TEST_F(ReplayTest, LargeReplies_AreNotReadBeforeTheyAreNeeded) {
+    recorded_.add(versionRequest(), toBytes(std::string(5000, 'x')));
+    std::vector<std::string> problems;
+    Recording recording(path_, problems);
+    EXPECT_EQ(problems, Notes());
+    std::remove((path_ + ".payloads").c_str());
+    Replay replay(std::move(recording), ReplayMode::byRequest, applications_, [](const std::string&) {});
+    EXPECT_EQ(Reply(replay.handle(versionRequest().bytes(), 0).parameter->bytes()).text(),
+              "Could not open file for reading: " + path_ + ".payloads");
+}
+
 TEST_F(ReplayTest, BytesThatAreNotARequest_AreRefused) {
     recorded_.registerApplication();
     replay();
@@ -249,6 +263,26 @@ TEST_F(ReplayTest, ApplicationThatHasUnregistered_IsForgotten) {
     const uint32_t session = registerApplication();
     EXPECT_FALSE(send(unregisterRequest(session)).isException());
     EXPECT_EQ(send(commandRequest(session, "ping", "1")).code(), 23u);
+}
+
+TEST_F(ReplayTest, ApplicationWhoseProcessHasEnded_IsForgottenAtTheNextRegistration) {
+    const pid_t ended = fork();
+    if (ended == 0) _exit(0);
+    ASSERT_EQ(waitpid(ended, nullptr, 0), ended);
+    const uint32_t oldSession = recorded_.registerApplication();
+    const std::string oldObject = recorded_.instantiate(oldSession, "Echo");
+    recorded_.send(callRequest(oldSession, oldObject, "echo", "hello"));
+    replay();
+    const uint32_t gone = Reply(replay_->handle(registerRequest("Demo").bytes(), ended).parameter->bytes())
+                              .number(posField::kSession);
+    const std::string object = instantiate(gone, "Echo");
+    EXPECT_FALSE(send(callRequest(gone, object, "echo", "hello")).isException());
+    const uint32_t session = registerApplication();
+    EXPECT_EQ(applications_.size(), 1u);
+    EXPECT_EQ(send(callRequest(gone, object, "echo", "hello")).code(), 23u);
+    EXPECT_EQ(
+        send(callRequest(session, instantiate(session, "Echo"), "echo", "hello")).data(posField::kResult),
+        "hello");
 }
 
 }  // namespace
