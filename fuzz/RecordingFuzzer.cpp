@@ -32,8 +32,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     replay(recording, text, ReplayMode::byRequest);
     replay(recording, text, ReplayMode::inSequence);
 
+    const std::string described = describeClasses(recording, problems);
     problems.clear();
-    readSettingsText(describeClasses(recording), problems);
+    readSettingsText(described, problems);
     FUZZ_CHECK(problems.empty());
     return 0;
 }

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <memory>
+#include <set>
 #include <utility>
 
 #include "client/exceptions/CPPException.h"
@@ -78,11 +79,10 @@ std::vector<std::string> ControlCalls::apply(const std::string& text) {
 }
 
 void ControlCalls::applySection(const SettingsSection& section, std::vector<std::string>& problems) {
-    applySettings(section, state_.settings, problems);
+    const std::set<std::string> applied = applySettings(section, state_.settings, problems);
     try {
-        if (section.entries.contains("replay") || section.entries.contains("replayMode"))
-            startReplay(problems);
-        if (section.entries.contains("importClasses")) importClasses(problems);
+        if (applied.count("replay") != 0 || applied.count("replayMode") != 0) startReplay(problems);
+        if (applied.count("importClasses") != 0) importClasses(problems);
     } catch (CPPException* caught) {
         const std::unique_ptr<CPPException> failure(caught);
         problems.emplace_back(failure->getMessage());
@@ -109,8 +109,9 @@ void ControlCalls::importClasses(std::vector<std::string>& problems) {
     const std::string& path = state_.settings.importClasses;
     if (path.empty()) return;
     const Recording recording(path, problems);
+    const std::string described = describeClasses(recording, problems);
     std::vector<std::string> ofClasses;
-    for (const SettingsSection& section : readSettingsText(describeClasses(recording), ofClasses))
+    for (const SettingsSection& section : readSettingsText(described, ofClasses))
         addClass(section, ofClasses);
     for (const std::string& problem : ofClasses)
         problems.push_back("the settings for the classes of " + path + ": " + problem);

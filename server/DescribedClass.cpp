@@ -12,7 +12,6 @@ namespace {
 constexpr char kIdentifierKey[] = "identifier";
 constexpr char kMethodsKey[] = "methods";
 constexpr char kStateKey[] = "state";
-constexpr char kInstantiate[] = "instantiate";
 
 /// Whether each object has a state of its own, or all objects of the class share one.
 enum class StateOwner { object, ofClass };

@@ -29,6 +29,9 @@ class DescribedClass : public ServerClass {
     /// The key at the beginning of a class's section.
     static constexpr char kSectionKey[] = "CLASS";
 
+    /// Stands for the creation of objects in place of a method's name. No method can have this name.
+    static constexpr char kInstantiate[] = "instantiate";
+
     /// Makes a class from its section. Returns null if the section has no usable name or identifier. Other
     /// wrong entries are ignored. Each problem adds a line to `problems`. The class calls `process` for its
     /// delays, so `process` must outlive the class.

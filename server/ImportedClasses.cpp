@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <set>
 #include <utility>
 
 #include "InterProcessCommunication/POSFieldForms.h"
+#include "InterProcessCommunication/TransferObjText.h"
 #include "client/exceptions/CPPException.h"
 #include "platform/text/TextConversions.h"
 #include "server/DescribedClass.h"
+#include "server/SettingValue.h"
 #include "settings/LogFileWriter.h"
 
 namespace merrowd {
@@ -39,9 +42,8 @@ struct ImportedReply {
 
 using Replies = std::vector<ImportedReply>;
 
-/// The calls of one object with one argument.
+/// The calls of a method with one argument.
 struct ImportedCalls {
-    std::string argument;
     std::map<size_t, Replies> byObject;
 
     Replies longest() const {
@@ -52,16 +54,31 @@ struct ImportedCalls {
     }
 };
 
-struct ImportedClass {
-    Replies creations;
-    std::vector<std::pair<std::string, std::vector<ImportedCalls>>> methods;
+/// Values by key, in the order in which the keys were added.
+template <typename Value>
+class OrderedMap {
+  public:
+    /// Adds a new value if the key is not in the map.
+    Value& operator[](const std::string& key) {
+        const auto [place, isNew] = places_.emplace(key, entries_.size());
+        if (isNew) entries_.emplace_back(key, Value());
+        return entries_[place->second].second;
+    }
+
+    const std::vector<std::pair<std::string, Value>>& entries() const { return entries_; }
+
+  private:
+    std::map<std::string, size_t> places_;
+    std::vector<std::pair<std::string, Value>> entries_;
 };
 
-template <typename List, typename Matches>
-auto& findOrAdd(List& list, const Matches& matches) {
-    const auto found = std::find_if(list.begin(), list.end(), matches);
-    return found != list.end() ? *found : list.emplace_back();
-}
+using ImportedMethod = OrderedMap<ImportedCalls>;  // by the argument
+
+struct ImportedClass {
+    Replies creations;
+    OrderedMap<ImportedMethod> methods;
+    std::set<std::string> unusableNames;  // of methods
+};
 
 bool isPlainText(const std::string& text) {
     const auto isPrintable = [](char c) { return c >= ' ' && c <= '~'; };
@@ -69,9 +86,24 @@ bool isPlainText(const std::string& text) {
            std::all_of(text.begin(), text.end(), isPrintable);
 }
 
+// Whether a settings text can contain the name of a method. Bytes outside ASCII can be UTF-8 or Mac Roman.
+bool isUsableName(const std::string& name) {
+    const auto isUsable = [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte >= ' ' && byte != '\x7F' && c != ',';
+    };
+    return !name.empty() && name.front() != ' ' && name.back() != ' ' &&
+           name != DescribedClass::kInstantiate && std::all_of(name.begin(), name.end(), isUsable);
+}
+
 /// Collects the classes of a recording, exchange by exchange.
 class Collection {
   public:
+    /// Whether exchanges of the command describe a class.
+    static bool uses(uint32_t command) {
+        return command == posCommand::kInstantiateObject || command == posCommand::kCallMethod;
+    }
+
     void add(POSTransferObj& request, POSTransferObj& reply) {
         if (request.getCommand() == posCommand::kInstantiateObject) addCreation(request, reply);
         if (request.getCommand() == posCommand::kCallMethod) addCall(request, reply);
@@ -113,17 +145,14 @@ class Collection {
         if (object == objects_.end()) return;
         std::string name = request.readString(posField::kMethodName);
         if (!name.empty() && name.back() == '\0') name.pop_back();
-        // Such a name cannot be written in a list.
-        if (!isPlainText(name) || name.find(',') != std::string::npos) return;
-
-        auto& method = findOrAdd(classes_[object->second.ofClass].methods,
-                                 [&name](const auto& known) { return known.first == name; });
-        method.first = name;
+        ImportedClass& imported = classes_[object->second.ofClass];
+        if (!isUsableName(name)) {
+            imported.unusableNames.insert(name);
+            return;
+        }
         const std::string argument = request.readString(posField::kArgument);
-        auto& calls = findOrAdd(
-            method.second, [&argument](const ImportedCalls& known) { return known.argument == argument; });
-        calls.argument = argument;
-        calls.byObject[object->second.number].push_back(makeReply(reply, &posField::kResult));
+        const ImportedReply made = makeReply(reply, &posField::kResult);
+        imported.methods[name][argument].byObject[object->second.number].push_back(made);
     }
 
     std::map<std::string, ImportedClass> classes_;
@@ -167,13 +196,14 @@ void writeReplies(std::string& text, const std::string& path, const Replies& rep
         writeReply(text, path + ".step" + std::to_string(i + 1), replies[i], hasResult);
 }
 
-void writeMethod(std::string& text, const std::string& name, const std::vector<ImportedCalls>& calls) {
+void writeMethod(std::string& text, const std::string& name, const ImportedMethod& method) {
+    const auto& calls = method.entries();
     LogFileWriter entries(text);
     entries.writeString(name + ".cases", listNames("case", calls.size()));
     for (size_t i = 0; i < calls.size(); ++i) {
         const std::string path = name + ".case" + std::to_string(i + 1);
-        writeBytes(text, path + ".argument", calls[i].argument);
-        writeReplies(text, path, calls[i].longest(), true);
+        writeBytes(text, path + ".argument", calls[i].first);
+        writeReplies(text, path, calls[i].second.longest(), true);
     }
     entries.writeInt(name + ".errorCode", static_cast<int32_t>(refusalCode::kPOSMethodExecution));
     entries.writeString(name + ".errorText", "The recording has no call with this argument.");
@@ -192,34 +222,44 @@ void writeClass(std::string& text, const std::string& identifier, const Imported
     entries.writeString(DescribedClass::kSectionKey, makeName(identifier));
     entries.writeBinary("identifier", identifier.data(), static_cast<uint32_t>(identifier.size()));
     std::string names;
-    for (const auto& [name, calls] : imported.methods)
+    for (const auto& [name, method] : imported.methods.entries())
         names += (names.empty() ? "" : ", ") + name;
     if (!names.empty()) entries.writeString("methods", names);
-    writeReplies(text, "instantiate", imported.creations, false);
-    for (const auto& [name, calls] : imported.methods)
-        writeMethod(text, name, calls);
+    writeReplies(text, DescribedClass::kInstantiate, imported.creations, false);
+    for (const auto& [name, method] : imported.methods.entries())
+        writeMethod(text, name, method);
+}
+
+void addExchange(Collection& collection, const Recording& recording, const RecordedExchange& exchange) {
+    const CPPByteArray requestBytes = recording.read(exchange.request);
+    // The replies to other commands are not read, because they can be large.
+    if (!Collection::uses(dovrel::readCommandCode(requestBytes))) return;
+    POSTransferObj request;
+    POSTransferObj reply;
+    request.copyBytesFrom(requestBytes);
+    reply.copyBytesFrom(recording.read(exchange.reply));
+    try {
+        collection.add(request, reply);
+    } catch (CPPException* caught) {
+        // An exchange that cannot be read describes nothing.
+        const std::unique_ptr<CPPException> failure(caught);
+    }
 }
 
 }  // namespace
 
-std::string describeClasses(const Recording& recording) {
+std::string describeClasses(const Recording& recording, std::vector<std::string>& problems) {
     Collection collection;
-    for (const RecordedExchange& exchange : recording.exchanges()) {
-        if (exchange.failed) continue;
-        POSTransferObj request;
-        POSTransferObj reply;
-        request.copyBytesFrom(recording.read(exchange.request));
-        reply.copyBytesFrom(recording.read(exchange.reply));
-        try {
-            collection.add(request, reply);
-        } catch (CPPException* caught) {
-            // An exchange that cannot be read describes nothing.
-            const std::unique_ptr<CPPException> failure(caught);
-        }
-    }
+    for (const RecordedExchange& exchange : recording.exchanges())
+        if (!exchange.failed) addExchange(collection, recording, exchange);
     std::string text;
-    for (const auto& [identifier, imported] : collection.classes())
+    for (const auto& [identifier, imported] : collection.classes()) {
         writeClass(text, identifier, imported);
+        for (const std::string& name : imported.unusableNames)
+            problems.push_back(recording.path() + ": settings cannot contain the name of the method " +
+                               inQuotes(name) + " of the class " + inQuotes(makeName(identifier)) +
+                               "; its calls are left out");
+    }
     return text;
 }
 

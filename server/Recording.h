@@ -35,6 +35,7 @@ class Recording {
     /// As above for the text of the file, which the caller has read. The file of payloads is beside `path`.
     Recording(std::string path, const std::string& text, std::vector<std::string>& problems);
 
+    const std::string& path() const { return path_; }
     const std::vector<RecordedExchange>& exchanges() const { return exchanges_; }
 
     /// Returns the bytes. Throws a new CPPException that names the file if they cannot be read.

@@ -7,8 +7,6 @@
 
 namespace merrowd {
 
-using dovrel::Properties;
-
 namespace {
 
 constexpr Choice<Fault> kFaults[] = {
@@ -120,22 +118,23 @@ bool isSetting(const std::string& key) {
 
 }  // namespace
 
-void applySettings(const SettingsSection& section, ServerSettings& settings,
-                   std::vector<std::string>& problems) {
-    const Properties& entries = section.entries;
+std::set<std::string> applySettings(const SettingsSection& section, ServerSettings& settings,
+                                    std::vector<std::string>& problems) {
+    std::set<std::string> applied;
     for (const Setting& setting : kSettings) {
         std::string value;
-        if (!entries.findString(setting.key, value)) continue;
+        if (!section.entries.findString(setting.key, value)) continue;
         try {
             setting.set(settings, value);
+            applied.insert(setting.key);
         } catch (const UnfitValue& unfit) {
             problems.push_back(section.place(setting.key) + describeProblem(setting.key, value, unfit));
         }
     }
-    for (int32_t i = 0; i < static_cast<int32_t>(entries.size()); ++i) {
-        const std::string key = entries.getKeyAt(i);
+    for (const auto& [key, line] : section.lines) {
         if (!isSetting(key)) problems.push_back(section.place(key) + "there is no setting " + inQuotes(key));
     }
+    return applied;
 }
 
 std::vector<std::string> settingNames() {

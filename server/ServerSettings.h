@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -31,9 +32,9 @@ struct ServerSettings {
 
 /// Applies the entries to the settings. Settings without an entry keep their values, but an entry for
 /// `misbehave` resets all settings of the misbehaviour first. An entry with an unknown name or a wrong value
-/// changes nothing and adds a line to `problems`.
-void applySettings(const SettingsSection& section, ServerSettings& settings,
-                   std::vector<std::string>& problems);
+/// changes nothing and adds a line to `problems`. Returns the names of the settings that were applied.
+std::set<std::string> applySettings(const SettingsSection& section, ServerSettings& settings,
+                                    std::vector<std::string>& problems);
 
 /// Returns the names of all settings. Tests compare documents with them.
 std::vector<std::string> settingNames();

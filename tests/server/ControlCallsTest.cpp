@@ -53,6 +53,26 @@ TEST_F(ControlCallsTest, ReplayMode_StartsTheReplayFromItsBeginning) {
     EXPECT_TRUE(readReply(send(commandRequest(session, "ping", "hello"))).isException());
 }
 
+TEST_F(ControlCallsTest, WrongValues_DoNotStartTheReplayAgain) {
+    control("//replay\nSTR:" + record() + "\n");
+    send(registerRequest("Demo"));
+    for (const std::string wrong : {"//replay\nSTR:relative\n", "//replayMode\nSTR:backwards\n"}) {
+        const std::string reply = control(wrong);
+        EXPECT_NE(reply.find("//problems\nINT:1\n"), std::string::npos) << reply;
+        EXPECT_NE(reply.find("//replayed\nINT:1\n"), std::string::npos) << reply;
+    }
+}
+
+TEST_F(ControlCallsTest, WrongValueOfImportClasses_DoesNotImportAgain) {
+    const std::string path = folder_.path("recording");
+    RecordedHost host(path);
+    host.instantiate(host.registerApplication(), "Echo");
+    control("//importClasses\nSTR:" + path + "\n//CLASS\nSTR:Echo\n//methods\nSTR:mine\n");
+    control("//importClasses\nSTR:relative\n");
+    EXPECT_EQ(state_.classes.find(ServerClass::identifierFromName("Echo"))->methods(),
+              std::vector<std::string>{"mine"});
+}
+
 TEST_F(ControlCallsTest, RecordingThatCannotBeUsed_IsAProblem) {
     for (const std::string setting : {"replay", "importClasses"}) {
         const std::string reply = control("//" + setting + "\nSTR:/nowhere\n");

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@ namespace merrowd::test {
 namespace {
 
 namespace posField = dovrel::posField;
+using Names = std::vector<std::string>;
 
 class ImportedClassesTest : public testing::Test {
   protected:
@@ -30,6 +32,13 @@ class ImportedClassesTest : public testing::Test {
     }
     Reply call(const std::string& object, const std::string& method, const std::string& argument) {
         return send(callRequest(session_, object, method, argument));
+    }
+
+    static CPPByteArray makeResultReply(const std::string& result) {
+        dovrel::POSTransferObj reply(1, 11, 14);
+        reply.writeString(posField::kResult, result);
+        reply.writeString(posField::kServerMessage, "");
+        return reply.bytes();
     }
 
     const dovrel::test::TemporaryFolder folder_;
@@ -77,13 +86,93 @@ TEST_F(ImportedClassesTest, Messages_ComeAgain) {
               littleEndian(3) + "Two\nlines.");
 }
 
+TEST_F(ImportedClassesTest, CreationThatFailedOnce_FailsOnce) {
+    const uint32_t session = recorded_.registerApplication();
+    dovrel::POSTransferObj refusal(1, 20, 12);
+    refusal.writeString(posField::kExceptionText, "Not yet.");
+    refusal.writeUInt32(posField::kExceptionCode, 26);
+    recorded_.add(instantiateRequest(session, "Echo"), refusal.bytes());
+    const std::string echo = recorded_.instantiate(session, "Echo");
+    recorded_.send(callRequest(session, echo, "echo", "hello"));
+    import();
+    EXPECT_EQ(send(instantiateRequest(session_, "Echo")).code(), 26u);
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(call(instantiate("Echo"), "echo", "hello").data(posField::kResult), "hello");
+}
+
+TEST_F(ImportedClassesTest, NamesOfMethods_CanHaveAnyBytesThatSettingsCanContain) {
+    const uint32_t session = recorded_.registerApplication();
+    const std::string echo = recorded_.instantiate(session, "Echo");
+    for (const char* name : {"\xC3\xB6"
+                             "ffne",
+                             "\x9A"
+                             "ffne",
+                             "open it"})
+        recorded_.add(callRequest(session, echo, name), makeResultReply(name));
+    import();
+    const std::string object = instantiate("Echo");
+    for (const char* name : {"\xC3\xB6"
+                             "ffne",
+                             "\x9A"
+                             "ffne",
+                             "open it"})
+        EXPECT_EQ(call(object, name, "").data(posField::kResult), name);
+}
+
+TEST_F(ImportedClassesTest, NamesThatSettingsCannotContain_AreProblems) {
+    const uint32_t session = recorded_.registerApplication();
+    const std::string echo = recorded_.instantiate(session, "Echo");
+    for (const char* name : {"a,b", "a,b", "a\nb", " a", "a\x7F", "", "instantiate", "echo"})
+        recorded_.send(callRequest(session, echo, name, "x"));
+    Names problems;
+    const std::string text = describeClasses(Recording(path_, problems), problems);
+    const auto problem = [this](const std::string& name) {
+        return path_ + ": settings cannot contain the name of the method " + name +
+               " of the class \"Echo\"; its calls are left out";
+    };
+    EXPECT_EQ(problems, (Names{problem("\"\""), problem("\" a\""), problem("\"a\\x0Ab\""), problem("\"a,b\""),
+                               problem("\"a\\x7F\""), problem("\"instantiate\"")}));
+    EXPECT_NE(text.find("//methods\nSTR:echo\n"), std::string::npos);
+    EXPECT_NE(bytesToText(control_.handle("//importClasses\nSTR:" + path_ + "\n").parameter->bytes())
+                  .find("//problem 1\nSTR:" + problem("\"\"") + "\n"),
+              std::string::npos);
+}
+
+TEST_F(ImportedClassesTest, DifferentArguments_StayInTheOrderOfTheirFirstCalls) {
+    const uint32_t session = recorded_.registerApplication();
+    const std::string echo = recorded_.instantiate(session, "Echo");
+    for (const char* argument : {"c", "a", "c", "b", "a"})
+        recorded_.send(callRequest(session, echo, "echo", argument));
+    Names problems;
+    const std::string text = describeClasses(Recording(path_, problems), problems);
+    size_t place = 0;
+    for (const std::string argument :
+         {"case1.argument\nSTR:c", "case2.argument\nSTR:a", "case3.argument\nSTR:b"}) {
+        place = text.find(argument, place);
+        EXPECT_NE(place, std::string::npos) << argument;
+    }
+    EXPECT_EQ(text.find("case4"), std::string::npos);
+}
+
+TEST_F(ImportedClassesTest, LargePayloadsOfOtherCommands_AreNotRead) {
+    const uint32_t session = recorded_.registerApplication();
+    recorded_.instantiate(session, "Echo");
+    recorded_.add(commandRequest(session, "ping"), toBytes(std::string(5000, 'x')));
+    Names problems;
+    const Recording recording(path_, problems);
+    std::remove((path_ + ".payloads").c_str());
+    EXPECT_EQ(describeClasses(recording, problems),
+              "//CLASS\nSTR:Echo\n//identifier\nBAR:4563686F000000000000000000000000\n");
+    EXPECT_EQ(problems, Names());
+}
+
 TEST_F(ImportedClassesTest, DescribeClasses_IsASettingsTextThatPeopleCanEdit) {
     const uint32_t session = recorded_.registerApplication();
     const std::string echo = recorded_.instantiate(session, "Echo");
     recorded_.send(callRequest(session, echo, "echo", "hello"));
     recorded_.send(callRequest(session, echo, "echo", "\x01"));
-    std::vector<std::string> problems;
-    EXPECT_EQ(describeClasses(Recording(path_, problems)),
+    Names problems;
+    EXPECT_EQ(describeClasses(Recording(path_, problems), problems),
               "//CLASS\nSTR:Echo\n//identifier\nBAR:4563686F000000000000000000000000\n"
               "//methods\nSTR:echo\n//echo.cases\nSTR:case1, case2\n"
               "//echo.case1.argument\nSTR:hello\n//echo.case1.answer\nSTR:hello\n"
@@ -109,8 +198,11 @@ TEST_F(ImportedClassesTest, ExchangesThatCannotBeRead_DescribeNothing) {
     recorded_.add(instantiateRequest(session, "Echo"), toBytes("no block"));
     recorded_.addFailure(instantiateRequest(session, "Echo"));
     recorded_.send(callRequest(session, std::string(16, 'x'), "echo"));
-    std::vector<std::string> problems;
-    EXPECT_EQ(describeClasses(Recording(path_, problems)), "");
+    const std::string counter = recorded_.instantiate(session, "Counter");
+    recorded_.add(callRequest(session, counter, "value"), toBytes("no block"));
+    Names problems;
+    EXPECT_EQ(describeClasses(Recording(path_, problems), problems),
+              "//CLASS\nSTR:Counter\n//identifier\nBAR:436F756E746572000000000000000000\n");
 }
 
 }  // namespace

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+#include <string>
+#include <vector>
+
 namespace merrowd::test {
 namespace {
 
@@ -9,15 +13,15 @@ using Problems = std::vector<std::string>;
 
 class ServerSettingsTest : public testing::Test {
   protected:
-    Problems apply(std::string text) {
-        SettingsSection section;
-        section.entries.load(text, true);
+    Problems apply(const std::string& text) {
         Problems problems;
-        applySettings(section, settings_, problems);
+        for (const SettingsSection& section : readSettingsText(text, problems))
+            applied_ = applySettings(section, settings_, problems);
         return problems;
     }
 
     ServerSettings settings_;
+    std::set<std::string> applied_;
 };
 
 TEST_F(ServerSettingsTest, Defaults_AreThoseOfAServerThatBehaves) {
@@ -96,21 +100,27 @@ TEST_F(ServerSettingsTest, Apply_OfAMisbehaviour_StartsTheWholeMisbehaviourAnew)
 }
 
 TEST_F(ServerSettingsTest, Apply_OfValuesThatDoNotFit_ChangesNothingAndSaysSo) {
-    EXPECT_EQ(
-        apply("//log\nSTR:yes\n//handshake\nSTR:never\n//misbehaveCommand\nINT:14\n"),
-        (Problems{
-            "the value \"yes\" of \"log\" does not fit; expected a number from 0 to 1",
-            "the value \"never\" of \"handshake\" does not fit; expected one of answered, silent, empty, "
-            "noParameter",
-            "the value \"14\" of \"misbehaveCommand\" does not fit; expected the name of a command, as in "
-            "\"call method\""}));
+    EXPECT_EQ(apply("//log\nSTR:yes\n//handshake\nSTR:never\n//misbehaveCommand\nINT:14\n"),
+              (Problems{"line 1: the value \"yes\" of \"log\" does not fit; expected a number from 0 to 1",
+                        "line 3: the value \"never\" of \"handshake\" does not fit; expected one of "
+                        "answered, silent, empty, "
+                        "noParameter",
+                        "line 5: the value \"14\" of \"misbehaveCommand\" does not fit; expected the name of "
+                        "a command, as in "
+                        "\"call method\""}));
     EXPECT_FALSE(settings_.log);
     EXPECT_EQ(settings_.handshake, Handshake::answered);
 }
 
 TEST_F(ServerSettingsTest, Apply_OfAnUnknownSetting_SaysSoAndTakesTheOthersOver) {
-    EXPECT_EQ(apply("//Log\nINT:1\n//checkClasses\nINT:1\n"), (Problems{"there is no setting \"Log\""}));
+    EXPECT_EQ(apply("//Log\nINT:1\n//checkClasses\nINT:1\n"),
+              (Problems{"line 1: there is no setting \"Log\""}));
     EXPECT_TRUE(settings_.checkClasses);
+}
+
+TEST_F(ServerSettingsTest, Apply_ReturnsTheSettingsThatItHasApplied) {
+    apply("//log\nSTR:yes\n//Log\nINT:1\n//checkClasses\nINT:1\n//cutTo\nINT:5\n");
+    EXPECT_EQ(applied_, (std::set<std::string>{"checkClasses", "cutTo"}));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -9,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "client/exceptions/CPPException.h"
 #include "server/ImportedClasses.h"
 #include "server/Recording.h"
 #include "settings/LineGrammar.h"
@@ -21,7 +23,8 @@ namespace dovrel::tools {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeOut{10};
+// The server reads the requests of the recording before it replies.
+constexpr std::chrono::seconds kTimeOut{60};
 
 struct Options {
     std::string file;
@@ -38,7 +41,7 @@ void reportProblems(const std::vector<std::string>& problems) {
 void printClasses(const std::string& file) {
     std::vector<std::string> problems;
     const merrowd::Recording recording(file, problems);
-    std::cout << merrowd::describeClasses(recording);
+    std::cout << merrowd::describeClasses(recording, problems);
     reportProblems(problems);
     if (!problems.empty()) exitFailed();
 }
@@ -55,15 +58,10 @@ ServerState askServer(const std::string& settings) {
     return *state;
 }
 
-/// Lets the server replay the file until the object is destroyed.
+/// Lets the server replay a recording until the object is destroyed.
 class RunningReplay {
   public:
-    RunningReplay(const std::string& file, bool isStrict) {
-        std::string settings;
-        appendStringEntry(settings, "replay", file);
-        appendStringEntry(settings, "replayMode", isStrict ? "inSequence" : "byRequest");
-        state_ = askServer(settings);
-    }
+    RunningReplay() = default;
     RunningReplay(const RunningReplay&) = delete;
     RunningReplay& operator=(const RunningReplay&) = delete;
     ~RunningReplay() {
@@ -72,9 +70,20 @@ class RunningReplay {
         appendStringEntry(settings, "replay", "");
         try {
             askServer(settings);
-        } catch (const ToolFailure& failure) {
+        } catch (const std::exception& failure) {
             std::cerr << "dovrel: " << failure.what() << "\n";
+        } catch (CPPException* caught) {
+            const std::unique_ptr<CPPException> failure(caught);
+            std::cerr << "dovrel: " << failure->getMessage() << "\n";
         }
+    }
+
+    /// The object must exist before the server is asked: a server that replies too late replays all the same.
+    void start(const std::string& file, bool isStrict) {
+        std::string settings;
+        appendStringEntry(settings, "replay", file);
+        appendStringEntry(settings, "replayMode", isStrict ? "inSequence" : "byRequest");
+        state_ = askServer(settings);
     }
 
     const ServerState& stateAtStart() const { return state_; }
@@ -100,7 +109,8 @@ void replay(const Options& options) {
     const std::string file = std::filesystem::absolute(options.file).lexically_normal();
     if (options.printsClasses) return printClasses(file);
     ensureServerRuns();
-    RunningReplay running(file, options.isStrict);
+    RunningReplay running;
+    running.start(file, options.isStrict);
     reportProblems(running.stateAtStart().problems);
     const std::string count = findValue(running.stateAtStart(), "recorded");
     if (count == "0") throw ToolFailure("there is nothing to replay in " + file);
