@@ -104,10 +104,11 @@ class Tree:
         return subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False).returncode == 0
 
     def first_failure(self, programs, limit):
-        """Runs the tests of the programs until one fails. Returns its name, "time-out" after `limit` seconds, or nothing."""
+        """Runs the tests of the programs until one fails. Returns its name, "time-out" after `limit` seconds, or nothing.
+        Raises Failed if the programs have no tests."""
         names = "|".join(Path(program).name for program in programs)
         command = ["ctest", "--test-dir", str(self.build), "--stop-on-failure", f"-j{self.jobs}", "--timeout", str(limit),
-                   "-R", f"^({names})\\."]
+                   "--no-tests=error", "-R", f"^({names})\\."]
         process = subprocess.Popen(isolated(command, self.build), stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                                    start_new_session=True)
         try:

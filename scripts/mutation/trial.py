@@ -36,6 +36,12 @@ class Baseline:
         self.limits[program] = 0 if failure else 30 + 4 * (time.monotonic() - begin)
 
 
+def exit_status(counts, failing):
+    """Returns the exit status for the number of changes by result and the programs that fail without a change. If no change
+    could be tested, nothing is known about the tests, so this is a failure."""
+    return 0 if counts["killed"] and not counts["survived"] and not failing else 1
+
+
 def try_change(tree, baseline, name, change, near=False):
     """Returns the result and what it is based on. With `near`, only the tests of the file's folder are run."""
     original = tree.read(name)  # of the copy: the checkout may change in the meantime

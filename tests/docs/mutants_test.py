@@ -4,11 +4,12 @@ import sys
 import tempfile
 import unittest
 from pathlib import Path
+from unittest import mock
 
 SOURCES = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCES / "scripts"))
 
-from mutation import places, trial  # noqa: E402
+from mutation import places, tree, trial  # noqa: E402
 
 SOURCE = """\
 #include <a.h>
@@ -128,6 +129,33 @@ class Trial(unittest.TestCase):
 
     def test_ChangeThatIsNoProgram_IsNotCounted(self):
         self.assertEqual(self.judge(compiles=False)[0], "not compiled")
+
+
+class Status(unittest.TestCase):
+    def test_Status_IsSuccessOnlyIfAChangeWasNoticedAndNoneSurvived(self):
+        for counts, failing, status in (((3, 0, 1), [], 0), ((3, 1, 0), [], 1), ((0, 0, 4), [], 1), ((3, 0, 0), ["program"], 1)):
+            counts = dict(zip(("killed", "survived", "not compiled"), counts))
+            self.assertEqual(trial.exit_status(counts, failing), status, counts)
+
+
+class Tests(unittest.TestCase):
+    """The result of CTest, for a folder with given tests."""
+
+    def first_failure(self, **tests):
+        with tempfile.TemporaryDirectory() as folder, mock.patch("mutation.tree.isolated", lambda command, _folder: command):
+            made = tree.Tree(Path(folder), 1)
+            made.build.mkdir(parents=True)
+            (made.build / "CTestTestfile.cmake").write_text(
+                "".join(f"add_test({program}.Some {command})\n" for program, command in tests.items()))
+            return made.first_failure(["tests/program"], 60)
+
+    def test_TestThatFails_IsNamed(self):
+        self.assertEqual(self.first_failure(program="false", other="true"), "program.Some (Failed)")
+        self.assertIsNone(self.first_failure(program="true", other="false"))
+
+    def test_ProgramWithoutTests_IsNoSuccess(self):
+        with self.assertRaisesRegex(tree.Failed, "No tests were found"):
+            self.first_failure(other="true")
 
 
 if __name__ == "__main__":
