@@ -102,6 +102,36 @@ class Python(Installation):
         self.assertIn("No Error dialogue shown", shown(1121))
         self.assertEqual(shown(1121, 1120), "")
 
+    def test_OptionsThatDoNotFitInto16Bits_AreValueErrors(self):
+        with dovrel.Session() as session:
+            for code in (-1, 65536, 65536 + 1121):
+                with self.assertRaisesRegex(ValueError, f"^an option is a number from 0 to 65535: {code}$"):
+                    session.register("Python", options=[code])
+        self.assertEqual(self.servers(), [])
+
+    def test_ResultOf2GiB_IsCopiedWhole(self):
+        # Without the memory for the copy, which most machines have. The size must not be taken for a negative number.
+        program = """import ctypes, mmap, resource, dovrel
+class Library:
+    def function(self, block, size):
+        block._obj.value = ctypes.addressof(ctypes.c_char.from_buffer(memory))
+        size._obj.value = 2**31
+        return 0
+    def posDeleteDLLHeapData(self, block):
+        print("freed")
+memory = mmap.mmap(-1, 2**31)
+session = dovrel.Session.__new__(dovrel.Session)
+session._library, session._is_open = Library(), True
+resource.setrlimit(resource.RLIMIT_AS, (3 * 2**30, 3 * 2**30))
+try:
+    session._fetch("function", size=ctypes.c_uint32())
+except MemoryError:
+    print("no memory")
+"""
+        result = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True, check=False,
+                                env={**os.environ, "PYTHONPATH": str(SOURCES / "bindings/python")})
+        self.assertEqual((result.stdout, result.stderr), ("freed\nno memory\n", ""))
+
     def test_Objects_LeaveTheServerAtTheEndOfTheirStatement(self):
         with self.registered() as application:
             with application.create("Echo"):

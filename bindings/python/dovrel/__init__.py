@@ -27,6 +27,7 @@ __all__ = ["Application", "Failure", "Object", "Option", "Session", "identifier"
 
 IDENTIFIER_SIZE = 16
 _LONGEST = 2**32 - 1
+_LARGEST_OPTION = 2**16 - 1
 
 Data = Union[bytes, bytearray, memoryview]
 Identifier = Union[str, bytes]
@@ -104,9 +105,14 @@ class Session:
             self._library.TerminatePOS()
 
     def register(self, name: str, classes: Iterable[Identifier] = (), options: Iterable[int] = ()) -> "Application":
-        """Registers an application and its classes with the server, which is launched if necessary. Raises Failure."""
+        """Registers an application and its classes with the server, which is launched if necessary. Raises Failure,
+        and ValueError for an option that is not a number from 0 to 65535."""
         identifiers = [identifier(class_) for class_ in classes]
         codes = list(options)
+        for code in codes:
+            # ctypes would send the lower 16 bits.
+            if not 0 <= code <= _LARGEST_OPTION:
+                raise ValueError(f"an option is a number from 0 to {_LARGEST_OPTION}: {code}")
         pointers = (ctypes.c_void_p * len(identifiers))(*[_library.address(data) for data in identifiers])
         number = ctypes.c_uint32()
         self._require("posRegisterApplicationWithClasses", _text(name), pointers, len(identifiers),
@@ -129,7 +135,8 @@ class Session:
         block = ctypes.c_void_p()
         self._require(function, *arguments, ctypes.byref(block), ctypes.byref(size))
         try:
-            return ctypes.string_at(block, size.value) if block else b""
+            # ctypes.string_at takes only sizes below 2 GiB.
+            return (ctypes.c_char * size.value).from_address(block.value).raw if block.value else b""
         finally:
             self._library.posDeleteDLLHeapData(block)
 
