@@ -3,6 +3,8 @@ import re
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
+# The pages that include most of a document.
+PAGES = {"development-server.md": "**merrowd.conf**(5)", "recordings.md": "**dovrel-recording**(5)"}
 
 
 def read_section(document, heading):
@@ -27,12 +29,19 @@ def tables_to_lists(text):
     return re.sub(r"(?:^\|.*\|\n)+", to_list, text, flags=re.MULTILINE)
 
 
+def replace_link(link):
+    """Returns the text of a link to another document, or the manual page if the text is only the document's name."""
+    text, target = link.groups()
+    document = target.split("#")[0]
+    return PAGES.get(document, f"{document} of the sources") if text == document else text
+
+
 def expand(text, header):
     """Replaces the lines in double braces and the things that a manual page does not have."""
     text = text.replace("{{terms}}", header.terms_list())
     text = re.sub(r"\{\{contract (.+?)\}\}", lambda found: header.paragraph(found[1]), text)
     text = re.sub(r"\{\{include (\S+) # (.+?)\}\}", lambda found: read_section(found[1], found[2]), text)
-    text = re.sub(r"\[([^\]]+)\]\([^)]+\)", r"\1", text)
+    text = re.sub(r"\[([^\]]+)\]\(([^)]+)\)", replace_link, text)
     text = re.sub(r"^```\w*\n(.*?)^```$", lambda block: re.sub("(?m)^(?=.)", "    ", block[1]), text,
                   flags=re.MULTILINE | re.DOTALL)
     return tables_to_lists(text + "\n")

@@ -20,8 +20,12 @@ END = """
 """
 
 
+LIST = re.compile(r"^(\w+):\n((?:  .*\n|\n(?=  ))+)", re.MULTILINE)
+VARIABLE = re.compile(r"\b[A-Z]+_[A-Z_]+\b")
+
+
 class Help:
-    """The help of a subcommand: what it does, its usage, its lists, and what follows them."""
+    """The help of a subcommand: what it does, its usage, its lists, its notes, and what follows the exit status."""
 
     def __init__(self, tool, words):
         text = subprocess.run([tool, *words, "--help"], capture_output=True, text=True, check=True).stdout
@@ -29,8 +33,9 @@ class Help:
         about, rest = text.split("\nUsage: ", 1)
         self.about = " ".join(about.split())
         self.usage, rest = rest.split("\n", 1)
-        self.lists = {title: body for title, body in re.findall(r"^(\w+):\n((?:  .*\n|\n(?=  ))+)", rest, re.MULTILINE)}
-        self.end = rest.split("\nExit status: ", 1)[1]
+        self.lists = dict(LIST.findall(rest))
+        rest, self.end = rest.split("\nExit status: ", 1)
+        self.notes = [" ".join(note.split()) for note in LIST.sub("", rest).split("\n\n") if note.strip()]
 
     def items(self, title):
         """Returns the pairs of a list: the name, and what is said about it."""
@@ -65,20 +70,23 @@ def section(about):
         for name, text in about.items(title):
             if not name.startswith("-h,"):
                 parts.append(f"{tidy_name(name)}\n: {escape(text)}")
+    parts += [escape(note) for note in about.notes]
     if "Examples" in about.lists:
         parts.append("Examples:\n\n" + re.sub("(?m)^  ", "    ", about.lists["Examples"]).rstrip())
     return "\n\n".join(parts) + "\n"
 
 
-def leaves(tool, words):
-    about = Help(tool, words)
-    return [leaf for name in about.subcommands() for leaf in leaves(tool, [*words, name])] or [about]
+def with_subcommands(tool, about):
+    """Returns the help, if it is not the tool's own one, and those of all subcommands below it."""
+    below = [found for name in about.subcommands() for found in with_subcommands(tool, Help(tool, [*about.words, name]))]
+    return [about, *below] if about.words else below
 
 
 def make_page(tool):
     main = Help(tool, [])
     status, *rest = main.end.strip().splitlines()
-    sections = "\n".join(section(leaf) for leaf in leaves(tool, []))
-    environment = "\n\n".join(escape(line) for line in rest)
-    return (f"{BEGIN}{escape(main.about)} The option **--help** of a subcommand shows the same as this page.\n\n"
+    sections = "\n".join(section(about) for about in with_subcommands(tool, main))
+    environment = "\n\n".join(escape(line) for line in rest if VARIABLE.search(line))
+    others = " ".join(escape(line) for line in rest if not VARIABLE.search(line))
+    return (f"{BEGIN}{escape(main.about)} {others}\n\n"
             f"# SUBCOMMANDS\n\n{sections}\n# EXIT STATUS\n\n{status}\n\n# ENVIRONMENT\n\n{environment}\n{END}")

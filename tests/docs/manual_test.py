@@ -60,13 +60,33 @@ class Documentation(Installation):
             subcommands = about.split("\nSubcommands:\n")[1].split("\n\n")[0] if "\nSubcommands:\n" in about else ""
             found = re.findall(r"^  (\w[\w-]*) ", subcommands, re.MULTILINE)
             pending += [[*words, name] for name in found]
-            if found:
+            if not words:
                 continue
             self.assertIn(f"dovrel {' '.join(words)}", shown)
+            self.assertIn(" ".join(about.split("\nUsage: ")[0].split()), shown, words)
             for option in re.findall(r"^  (?:-\w,)?(--[\w-]+)", about, re.MULTILINE):
+                if found and option == "--help":
+                    continue
                 self.assertIn(option, shown, words)
+            for note in re.findall(r"\n\n(?!\w+:\n)(\w[^\n]*(?:\n\w[^\n]*)*)(?=\n\n)", about):
+                self.assertIn(" ".join(note.split()), shown, words)
             for example in re.findall(r"^  (.*dovrel .*)$", about.split("\nExamples:\n")[1], re.MULTILINE):
                 self.assertIn(" ".join(example.split()), shown)
+
+    def test_PageOfTheTool_HasOnlyVariablesUnderEnvironment(self):
+        shown = self.shown(self.pages()["dovrel.1"])
+        environment = shown.split("\nENVIRONMENT\n")[1].split("\nSEE ALSO\n")[0]
+        self.assertNotIn("--help", environment)
+        for name in ("POS_SYSTEM_ROOT", "POS_ALERTS", "NO_COLOR"):
+            self.assertIn(name, environment)
+        self.assertIn("shows the options and examples of a subcommand", shown.split("\nSUBCOMMANDS\n")[0])
+
+    def test_Pages_NameADocumentOnlyIfItHasNoPage(self):
+        for page in self.pages().values():
+            self.assertNotRegex(self.shown(page), r"(development-server|recordings)\.md")
+        for name in ("merrowd.conf.5", "dovrel.7"):
+            self.assertIn("dovrel-recording(5)", self.shown(self.pages()[name]).split("\nSEE ALSO\n")[0])
+        self.assertIn("dovrel-recording(5)", self.shown(self.pages()["merrowd.conf.5"]).split("\nSEE ALSO\n")[1])
 
     def test_Pages_AreWithoutWarnings(self):
         for page in self.pages().values():
