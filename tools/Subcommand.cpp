@@ -23,6 +23,11 @@ CLI::App& addSubcommand(CLI::App& parent, const std::string& name, const std::st
     return subcommand;
 }
 
+CLI::Validator notEmpty() {
+    return CLI::Validator(
+        [](const std::string& value) { return std::string(value.empty() ? "the value is empty" : ""); }, "");
+}
+
 void addJsonOption(CLI::App& subcommand, bool& isJson) {
     subcommand.add_flag("--json", isJson, "Print JSON");
 }

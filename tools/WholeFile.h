@@ -5,13 +5,13 @@
 
 namespace dovrel::tools {
 
-/// Returns all bytes of the file. Throws a ToolFailure that names the path and the reason if it cannot be opened
-/// or read, or if it is a folder.
+/// Returns all bytes of the file. Throws a ToolFailure that names the path, or "standard input", and the reason
+/// if it cannot be opened or read, or if it is a folder.
 std::string readInput(const std::string& path);
 
 /// Creates the file or replaces its content. If the new content cannot be written completely, an existing file
-/// keeps its old content (FileReplacement.h), and a ToolFailure names the path. The permissions of an existing
-/// file stay.
+/// keeps its old content (FileReplacement.h), and a ToolFailure names the path and the reason. The permissions of
+/// an existing file stay. Devices and pipes are opened and written.
 void writeOutput(const std::string& path, const std::string& content);
 
 }  // namespace dovrel::tools

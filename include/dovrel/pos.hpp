@@ -175,12 +175,15 @@ class Session {
     /// Returns the version of the interface between library and server. Needs no server. Throws a Failure.
     std::uint32_t interfaceVersion() const {
         const std::array<std::uint8_t, 2> request = {0x60, 0x01};
-        const Bytes bytes = detail::fetchInformation(0, request);
+        const Bytes bytes = information(request);
         std::uint32_t version = 0;
         for (std::size_t index = bytes.size(); index > 0; --index)
             version = version << 8 | bytes.data()[index - 1];
         return version;
     }
+
+    /// Fetches a block of information that belongs to no application. Throws a Failure.
+    Bytes information(View request) const { return detail::fetchInformation(0, request); }
 
   private:
     bool isOpen_ = true;

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <cstdio>
 
 #include "platform/files/FileWriting.h"
@@ -65,7 +66,9 @@ bool replaceFileContent(const std::string& path, const std::string& text) {
     const StandardStreamGuard guard;
     if (!isPlainFile(path)) {
         const bool isWritten = writeNew(path, text);
+        const int error = errno;
         if (isPlainFile(path)) SuccessorFile::removeLeftovers(path);
+        errno = error;
         return isWritten;
     }
     SuccessorFile::removeLeftovers(path);  // first, because they take room

@@ -6,7 +6,7 @@
 namespace dovrel {
 
 /// Creates the file or replaces its content by all bytes of `text`, as opening it with mode "w+b" and writing
-/// does. Returns false if the file could not be opened or not all bytes were written.
+/// does. Returns false, with errno set, if the file could not be opened or not all bytes were written.
 ///
 /// The new content of an existing file is written to a second file in the same folder, named "PATH.new0" to
 /// "PATH.new9". When it is complete, it is renamed to PATH. So the file keeps its old content if there is no

@@ -93,6 +93,8 @@ TEST_F(PosHpp, Run_AndInformation_ReturnTheServersResults) {
     EXPECT_EQ(application.run("ping", "data").text(), "data");
     EXPECT_EQ(application.information(std::array<char, 2>{1, 0}).text(), application.run("version").text());
     EXPECT_EQ(session_->interfaceVersion(), 7u);
+    EXPECT_EQ(number(session_->information(std::array<char, 2>{0x60, 0x01})), 7u);
+    EXPECT_EQ(session_->information(std::array<char, 2>{1, 0}).text(), application.run("version").text());
 }
 
 TEST_F(PosHpp, Failures_AreThrownWithTheCallThatFailed) {

@@ -49,6 +49,11 @@ TEST_F(InputBytesOptions, FileAndText_AreRejected) {
     EXPECT_THROW(read("text --file /dev/null"), CLI::ParseError);
 }
 
+TEST_F(InputBytesOptions, EmptyFileName_IsRejected) {
+    EXPECT_THROW(read("--file ''"), CLI::ParseError);
+    EXPECT_THROW(read("--file="), CLI::ParseError);
+}
+
 TEST_F(InputBytesOptions, FileThatCannotBeOpened_Fails) {
     EXPECT_THROW(read("--file /nowhere/file"), ToolFailure);
 }

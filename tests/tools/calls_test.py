@@ -79,15 +79,28 @@ class Call(InstalledTool):
     def test_WrongArguments_StartNothing(self):
         for arguments in ("call Echo echo 6 --hex", "call Echo echo 6x --hex", "call ThisNameIsTooLong echo", "info 65536",
                           "info x", "call Echo echo --repeat 0", "call Echo echo text --file /dev/null",
-                          "call Echo echo --format pretty"):
+                          "call Echo echo --format pretty",
+                          "call Echo echo --file ''", "call Echo echo x --output ''", "call Echo echo x --executer ''",
+                          "call Echo echo x --bundle ''"):
             self.assertEqual(self.dovrel(arguments).returncode, 2, arguments)
         self.assertEqual(self.servers(), [])
 
     def test_FilesThatCannotBeUsed_AreFailuresWithTheReason(self):
-        self.assert_fails("call Echo echo --file /nowhere/file", "cannot open /nowhere/file: No such file or directory")
+        self.assert_fails("call Echo echo --file /nowhere/file", "cannot read /nowhere/file: No such file or directory")
         self.assert_fails("call Echo echo --file /", "cannot read /: Is a directory")
-        self.assert_fails("call Echo echo x --output /nowhere/file", "cannot create /nowhere/file: No such file or directory")
+        self.assert_fails("call Echo echo x --output /nowhere/file", "cannot write /nowhere/file: No such file or directory")
         self.assert_fails("call Echo echo x --output /dev/full", "cannot write /dev/full: No space left on device")
+
+    def test_ResultThatDoesNotFitOnTheDisk_LeavesTheOldFile(self):
+        self.run_as(False, "printf %s 'the old content' >copy", self.home)
+        (self.home / "data").write_bytes(bytes(3000))
+        self.output("server start")
+        self.assert_fails(f"call Echo echo --file '{self.home}/data' --output '{self.home}/copy'",
+                          f"cannot write {self.home}/copy: File too large", setup="ulimit -f 1")
+        self.assertEqual((self.home / "copy").read_text(), "the old content")
+
+    def test_Output_OfAHyphen_IsStandardOutput(self):
+        self.assertEqual(self.output("call Echo echo hello --output -"), "hello")
 
     def test_Application_IsUnregisteredAfterwards(self):
         self.output("call Echo echo hello")
@@ -109,6 +122,12 @@ class Info(InstalledTool):
     def test_Request_IsANumberOrBytes(self):
         self.assertEqual(self.output("info 1"), self.output("command version"))
         self.assertEqual(self.output("info 0100 --hex"), self.output("info 0x1"))
+
+    def test_Number_IsDecimalOrHexadecimalWithoutASign(self):
+        self.assertEqual(self.json("info 0352 --json"), self.json("info 352 --json"))
+        self.assertEqual(self.json("info 0x0160 --json"), self.json("info 352 --json"))
+        for number in ("-18446744073709551615", "-1", "+1", "' 1'", "0x", "0x-1", "0x10000", "1x", "''"):
+            self.assertEqual(self.dovrel(f"info -- {number}").returncode, 2, number)
 
     def test_InterfaceVersion_NeedsNoServer(self):
         self.assertEqual(self.json("info 352 --json"), {"size": 4, "hexadecimal": "07000000"})

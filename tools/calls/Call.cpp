@@ -61,6 +61,7 @@ void addCall(CLI::App& app) {
     subcommand.add_option("method", options->method, "Name of the method")->required();
     options->operation.addOptions(subcommand, "parameters", "The parameters of the method, as text");
     subcommand.add_option("--executer", options->executer, "Call the method on this executer")
+        ->check(notEmpty())
         ->type_name("IDENTIFIER");
     subcommand.callback([options] { run(*options); });
 }

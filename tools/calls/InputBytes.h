@@ -9,9 +9,6 @@ namespace dovrel::tools {
 /// Returns the bytes of a hexadecimal text (tools/decode/HexText.h). Rejects the arguments if it is not one.
 std::string parseHexadecimal(const std::string& text);
 
-/// Returns the content of the file, or of standard input if the path is "-". Throws a ToolFailure if it cannot be read.
-std::string readInputFile(const std::string& path);
-
 /// The options that select the bytes of one argument. It must exist until the arguments are parsed.
 class InputBytes {
   public:

@@ -50,6 +50,7 @@ void Operation::addOptions(CLI::App& subcommand, const std::string& input,
                     "Name of the application in alerts and in the server's log")
         ->type_name("NAME");
     subcommand.add_option("--bundle", bundle_, "Load this bundle instead of the installed one")
+        ->check(notEmpty())
         ->type_name("PATH");
 }
 

@@ -2,15 +2,13 @@
 
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
 #include "platform/text/TextConversions.h"
 #include "tools/Subcommand.h"
 #include "tools/Terminal.h"
+#include "tools/WholeFile.h"
 #include "tools/calls/HexDump.h"
 
 namespace dovrel::tools {
@@ -39,19 +37,14 @@ std::string forTerminal(std::string_view bytes) {
     return text;
 }
 
-void writeFile(const std::string& path, std::string_view bytes) {
-    std::FILE* const file = std::fopen(path.c_str(), "wb");
-    if (file == nullptr) throw ToolFailure("cannot create " + path + ": " + std::strerror(errno));
-    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    const int error = errno;
-    if (std::fclose(file) == 0 && isWritten) return;
-    throw ToolFailure("cannot write " + path + ": " + std::strerror(isWritten ? errno : error));
-}
-
 }  // namespace
 
 void ResultOutput::addOptions(CLI::App& subcommand) {
-    subcommand.add_option("-o,--output", file_, "Write the result to this file")->type_name("FILE");
+    subcommand
+        .add_option("-o,--output", file_,
+                    "Write the result to this file, or to standard output if it is \"-\"")
+        ->check(notEmpty())
+        ->type_name("FILE");
     subcommand
         .add_option("--format", format_,
                     "raw: unchanged; hex: as a dump; auto: a dump of binary data on a terminal")
@@ -69,12 +62,12 @@ void ResultOutput::write(std::string_view bytes) const {
     } else if (format_ == "auto" && !hasFile() && isTerminal(STDOUT_FILENO)) {
         shown = forTerminal(bytes);
     } else if (hasFile()) {
-        return writeFile(file_, bytes);
+        return writeOutput(file_, std::string(bytes));
     } else {
         std::cout.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         return;
     }
-    if (hasFile()) return writeFile(file_, shown);
+    if (hasFile()) return writeOutput(file_, shown);
     std::cout << shown;
 }
 

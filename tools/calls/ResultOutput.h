@@ -20,7 +20,7 @@ class ResultOutput {
     /// - otherwise unchanged, except on a terminal. There a text ends with a line feed, bytes that are not a text are
     ///   shown as a dump, and of a long result only the beginning.
     ///
-    /// Throws a ToolFailure if the file cannot be written; it is then incomplete.
+    /// Throws a ToolFailure if the file cannot be written; an existing file then keeps its old content.
     void write(std::string_view bytes) const;
 
     bool isJson() const { return isJson_; }

@@ -29,6 +29,7 @@ void addSectionKey(CLI::App& subcommand, Options& options) {
 
 void addOutput(CLI::App& subcommand, Options& options) {
     subcommand.add_option("-o,--output", options.output, "The file to write (default: -, standard output)")
+        ->check(notEmpty())
         ->type_name("FILE");
 }
 

@@ -7,7 +7,7 @@
 
 #include "settings/LineGrammar.h"
 #include "tools/Subcommand.h"
-#include "tools/calls/InputBytes.h"
+#include "tools/WholeFile.h"
 #include "tools/server/ServerChannel.h"
 
 namespace dovrel::tools {
@@ -61,13 +61,14 @@ constexpr MisbehaviourOption kOptions[] = {
 struct Misbehaviour {
     std::string fault;
     std::string values[std::size(kOptions)];
+    const CLI::Option* options[std::size(kOptions)] = {};
 };
 
 void sendMisbehaviour(const Misbehaviour& misbehaviour) {
     std::string text;
     appendStringEntry(text, "misbehave", misbehaviour.fault);
     for (size_t index = 0; index < std::size(kOptions); ++index)
-        if (!misbehaviour.values[index].empty())
+        if (misbehaviour.options[index]->count() > 0)
             appendEntry(text, kOptions[index].setting, misbehaviour.values[index]);
     send(text);
 }
@@ -82,7 +83,7 @@ void addServerLoad(CLI::App& server) {
     const auto file = std::make_shared<std::string>("-");
     subcommand.add_option("file", *file,
                           "Settings as in Merrowd.conf; standard input if it is \"-\" or missing");
-    subcommand.callback([file] { send(readInputFile(*file)); });
+    subcommand.callback([file] { send(readInput(*file)); });
 }
 
 void addServerSet(CLI::App& server) {
@@ -110,8 +111,8 @@ void addServerMisbehave(CLI::App& server) {
         .add_option("fault", misbehaviour->fault, "What happens: none, late, silent, vanishBefore and others")
         ->required();
     for (size_t index = 0; index < std::size(kOptions); ++index)
-        subcommand.add_option(kOptions[index].option, misbehaviour->values[index],
-                              kOptions[index].description);
+        misbehaviour->options[index] = subcommand.add_option(
+            kOptions[index].option, misbehaviour->values[index], kOptions[index].description);
     subcommand.callback([misbehaviour] { sendMisbehaviour(*misbehaviour); });
 }
 

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <iterator>
 #include <string>
@@ -65,6 +66,7 @@ TEST_F(FileReplacement, NoRoomForTheNewContent_LeavesTheOldOneAndNothingElse) {
     const std::string path = folder.write("file", "old");
     const FileSizeLimit limit(kLimit);
     EXPECT_FALSE(replaceFileContent(path, tooLong));
+    EXPECT_EQ(errno, EFBIG);
     EXPECT_EQ(ScratchFolder::readFile(path), "old");
     EXPECT_EQ(filesInFolder(), 1u);
 }
@@ -72,6 +74,7 @@ TEST_F(FileReplacement, NoRoomForTheNewContent_LeavesTheOldOneAndNothingElse) {
 TEST_F(FileReplacement, NoRoomForANewFile_LeavesNothing) {
     const FileSizeLimit limit(kLimit);
     EXPECT_FALSE(replaceFileContent(folder.path("file"), tooLong));
+    EXPECT_EQ(errno, EFBIG);
     EXPECT_EQ(filesInFolder(), 0u);
 }
 

@@ -81,7 +81,7 @@ TEST_F(PropertiesCommandTest, SetWithAValueThatDoesNotFit_LeavesTheFile) {
 TEST_F(PropertiesCommandTest, SetThatCannotBeWritten_LeavesTheFile) {
     const test::FileSizeLimit limit(4096);
     const ToolRun result = run({"set", file_, "name", std::string(8000, 'x')});
-    EXPECT_EQ(result.errors, "dovrel: cannot write " + file_ + "\n");
+    EXPECT_EQ(result.errors, "dovrel: cannot write " + file_ + ": File too large\n");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(content(), kText);
 }
