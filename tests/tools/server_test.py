@@ -80,6 +80,27 @@ chmod 755 "{program}" """, self.folder), 0)
                                    ("server load <<<log=1", 'line 1: "log=1" is not part of an entry')):
             self.assert_fails(arguments, f"the server reports: {problem}")
 
+    def test_Problems_AreToldInTheOrderOfTheirLines(self):
+        names = [f"wrong{number:02}" for number in range(1, 13)]
+        settings = self.products / "Merrowd.conf"
+        settings.write_text("".join(f"//{name}\nINT:1\n" for name in names))
+        self.start()
+        (self.folder / "settings").write_text(settings.read_text())
+        result = self.dovrel(f"server load '{self.folder}/settings'")
+        self.expect(result, 1)
+        told = [f'line {2 * number + 1}: there is no setting "{name}"' for number, name in enumerate(names)]
+        self.assertEqual(result.stderr.splitlines(), [f"dovrel: the server reports: {problem}" for problem in told])
+        shown = [line for line in self.output("server status").splitlines() if line.startswith("startProblem")]
+        self.assertEqual(shown, [*(f"startProblem {number}: {settings}: {problem}" for number, problem in enumerate(told, 1)),
+                                 "startProblems: 12"])
+
+    def test_TimeOutThatThePlatformCannotCount_IsRejected(self):
+        for command in ("status", "stop"):
+            self.assert_fails(f"server {command} --timeout 35791395", ".*--timeout", 2)
+        self.assert_fails("server status --timeout 71582789", ".*--timeout", 2)  # 44 ticks in 32 bits
+        self.start()
+        self.output("server status --timeout 35791394")
+
     def test_ProblemsOfTheSettingsFile_AreNamedByStatusTheLogAndAServerThatIsStartedByHand(self):
         settings = self.products / "Merrowd.conf"
         settings.write_text("//endAtStart\nINT:0\n//colour\nINT:1\n")
@@ -106,6 +127,17 @@ chmod 755 "{program}" """, self.folder), 0)
         self.output("server misbehave error --error 28")
         self.output("server misbehave none")
         self.assertEqual(self.output("call Echo echo hello"), "hello")
+
+    def test_EmptyTextOfAMisbehaviour_ReplacesTheOldOne(self):
+        self.start()
+        self.output("server misbehave error --error 28 --error-text 'The paper is stuck.'")
+        self.output("server misbehave error --error-text ''")
+        self.assertNotIn("The paper is stuck.", self.dovrel("call Echo echo hello").stderr)
+        self.assert_fails("server misbehave error --error ''", 'the server reports: line 3: the value "" of "errorCode"')
+
+    def test_StandardInputThatCannotBeRead_IsAFailure(self):
+        self.start()
+        self.assert_fails("server load </", "cannot read standard input: Is a directory")
 
     def test_Log_ShowsTheLastLines(self):
         self.assert_fails("server log", "cannot read .*/Merrowd.log: No such file or directory; .*server set log 1")

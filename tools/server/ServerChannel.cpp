@@ -1,6 +1,7 @@
 #include "tools/server/ServerChannel.h"
 
 #include <memory>
+#include <utility>
 
 #include "InterProcessCommunication/Client_to_POS_Communicator.h"
 #include "InterProcessCommunication/EventDescriptor.h"
@@ -13,8 +14,41 @@ namespace dovrel::tools {
 
 namespace {
 
+constexpr char kProblem[] = "problem";
 constexpr char kProblemCount[] = "problems";
-constexpr char kProblem[] = "problem ";
+constexpr char kStartProblem[] = "startProblem";
+constexpr char kStartProblemCount[] = "startProblems";
+
+std::string numberedKey(const std::string& name, size_t number) {
+    return name + " " + std::to_string(number);
+}
+
+// Removes the entries "NAME 1", "NAME 2" and so on, and returns their values in this order. The order of the keys has
+// "NAME 10" before "NAME 2".
+std::vector<std::string> takeNumbered(Properties& entries, const std::string& name) {
+    std::vector<std::string> values;
+    for (std::string value; entries.findString(numberedKey(name, values.size() + 1), value);) {
+        entries.remove(numberedKey(name, values.size() + 1));
+        values.push_back(value);
+    }
+    return values;
+}
+
+ServerState readState(Properties entries) {
+    ServerState state;
+    state.problems = takeNumbered(entries, kProblem);
+    const std::vector<std::string> startProblems = takeNumbered(entries, kStartProblem);
+    for (int32_t index = 0; index < static_cast<int32_t>(entries.size()); ++index) {
+        const std::string key = entries.getKeyAt(index);
+        if (key == kProblemCount) continue;
+        if (key == kStartProblemCount) {
+            for (size_t at = 0; at < startProblems.size(); ++at)
+                state.values.push_back({numberedKey(kStartProblem, at + 1), startProblems[at]});
+        }
+        state.values.push_back({key, entries.getString(key)});
+    }
+    return state;
+}
 
 // Returns the status of the first step that fails.
 int32_t exchange(const std::string& text, SInt32 timeOutTicks, std::string& reply) {
@@ -59,17 +93,7 @@ std::optional<ServerState> sendSettings(const std::string& settings, std::chrono
     if (status != noErr) throw ToolFailure(describeFailure(status));
     Properties entries;
     entries.load(reply, true);
-    ServerState state;
-    for (int32_t index = 0; index < static_cast<int32_t>(entries.size()); ++index) {
-        const std::string key = entries.getKeyAt(index);
-        if (key == kProblemCount) continue;
-        if (key.compare(0, sizeof kProblem - 1, kProblem) == 0) {
-            state.problems.push_back(entries.getString(key));
-        } else {
-            state.values.push_back({key, entries.getString(key)});
-        }
-    }
-    return state;
+    return readState(std::move(entries));
 }
 
 HandshakeResult makeHandshake() {

@@ -3,9 +3,12 @@
 
 #include <chrono>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "InterProcessCommunication/IPC_via_AE.h"
 
 namespace dovrel::tools {
 
@@ -16,13 +19,16 @@ struct ServerState {
         std::string text;
     };
 
-    std::vector<Value> values;          ///< in alphabetical order
-    std::vector<std::string> problems;  ///< faults in the settings that were sent
+    std::vector<Value> values;  ///< in alphabetical order, those with numbers in the order of the numbers
+    std::vector<std::string> problems;  ///< faults in the settings that were sent, in their order
 };
+
+/// The longest time-out, in seconds. The platform takes it as a 32-bit number of ticks.
+constexpr uint32_t kLongestTimeOut = std::numeric_limits<int32_t>::max() / serverEvent::kTicksPerSecond;
 
 /// Sends settings in the text form of docs/development-server.md to the running server, and returns its reply. An
 /// empty text changes nothing. Returns nothing if no server runs. Throws a ToolFailure if the server does not reply
-/// within the time, or if it is another server than the development server.
+/// within the time (at most kLongestTimeOut), or if it is another server than the development server.
 std::optional<ServerState> sendSettings(const std::string& settings, std::chrono::seconds timeOut);
 
 /// The outcome of a handshake.

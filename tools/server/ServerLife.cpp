@@ -149,6 +149,7 @@ void addServerStop(CLI::App& server) {
     subcommand.add_flag("--force", options->isForced, "Kill the server, with all that it has not stored");
     subcommand.add_flag("!--no-wait", options->waits, "Do not wait");
     subcommand.add_option("--timeout", options->seconds, "Longest time to wait for its end, in seconds (10)")
+        ->check(CLI::Range(uint32_t{0}, kLongestTimeOut))
         ->type_name("SECONDS");
     subcommand.callback([options] { stop(*options); });
 }
@@ -161,6 +162,7 @@ void addServerStatus(CLI::App& server) {
     addJsonOption(subcommand, options->isJson);
     subcommand
         .add_option("--timeout", options->seconds, "Longest time to wait for the reply, in seconds (10)")
+        ->check(CLI::Range(uint32_t{0}, kLongestTimeOut))
         ->type_name("SECONDS");
     subcommand.callback([options] { printStatus(*options); });
 }
