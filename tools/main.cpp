@@ -1,4 +1,6 @@
 // dovrel: the command-line tool of the library. Each subcommand is a unit of its own.
+#include <signal.h>
+
 #include <iostream>
 #include <memory>
 
@@ -86,6 +88,8 @@ int run(CLI::App& app, int count, char** arguments) {
 }  // namespace
 
 int main(int count, char** arguments) {
+    // A program that ignores SIGCHLD passes that on, and then waitpid() does not report how a child ended.
+    signal(SIGCHLD, SIG_DFL);
     try {
         CLI::App app("Tools for hosts, servers and installations of the Dovrel library.");
         configure(app);

@@ -2,10 +2,11 @@
 import json
 import os
 import signal
+import subprocess
 import unittest
 
 from installation import IS_ROOT, USER
-from installed_tool import InstalledTool
+from installed_tool import TOOL, InstalledTool
 
 NEEDS_ROOT = unittest.skipUnless(IS_ROOT, "root's rights are missing to be two users")
 
@@ -171,6 +172,9 @@ class Doctor(InstalledTool):
         self.assertEqual(warning["subject"], "display")
         self.assertIn("no alert can be shown", warning["finding"])
         self.assertIn("POS_ALERTS=log", warning["whatToDo"])
+        for setup in ("unset POS_ALERTS DISPLAY WAYLAND_DISPLAY", ""):
+            display, = [finding for finding in self.diagnose(setup=setup) if finding["subject"] == "display"]
+            self.assertRegex(display["finding"], "(?i)failures go to the host's standard error")
         said = {finding["subject"]: finding["finding"]
                 for finding in self.diagnose(setup="unset POS_ALERTS WAYLAND_DISPLAY; export DISPLAY=:77")}
         self.assertEqual(said["display"], ":77")
@@ -184,6 +188,14 @@ class Doctor(InstalledTool):
         self.as_administrator("rm Dovrel.bundle/Contents/MacOS/dovrel-alert\n"
                               "cp /bin/false Dovrel.bundle/Contents/MacOS/dovrel-alert")
         self.assert_trouble(self.diagnose(), "alert helper", "it does not start", "Install the library again")
+
+    def test_AlertHelper_IsTestedAlsoIfEndsOfChildrenAreIgnored(self):
+        self.as_administrator("rm Dovrel.bundle/Contents/MacOS/dovrel-alert\n"
+                              "cp /bin/false Dovrel.bundle/Contents/MacOS/dovrel-alert")
+        result = self.run_as(False, f'export POS_SYSTEM_ROOT="{self.root}" POS_ALERTS=log\n'
+                                    f'env --ignore-signal=CHLD "{self.root}/bin/dovrel" doctor', self.folder)
+        self.expect(result, 1)
+        self.assertRegex(result.stdout, "trouble +alert helper +.*it does not start")
 
     def test_MissingLibrary_IsTrouble(self):
         self.as_administrator("rm Dovrel.bundle/Contents/MacOS/Dovrel")
@@ -210,6 +222,24 @@ class Doctor(InstalledTool):
         self.assertIn("5 entries", shown[0])
         for number, entry in enumerate(shown[1:], 2):
             self.assertRegex(entry, rf'^\d{{4}}-.*Z, dovrel: the class Echo has no method "none{number}" \(type 27, method not found\)')
+
+    def test_ErrorLogThatCannotBeRead_IsAWarningWithTheReason(self):
+        log = self.logs / "POSDLLErrorLog.txt"
+        log.write_text("")
+        self.as_administrator(f"chmod 0000 '{log}'")
+        warning = [finding for finding in self.diagnose() if finding["subject"] == "error log"][0]
+        self.assertEqual((warning["severity"], warning["finding"]),
+                         ("warning", f"this user may not read {log}: Permission denied"))
+        self.assertIn("Let its owner or root", warning["whatToDo"])
+
+    def test_ErrorLogThatCannotBeDeciphered_IsAWarningWithoutAnotherReason(self):
+        log = self.logs / "POSDLLErrorLog.txt"
+        enciphered = subprocess.run([TOOL, "properties", "encipher", "-"], input=b"//TIME\nSTR:now\n", capture_output=True,
+                                    check=True).stdout
+        log.write_bytes(enciphered[:-4] + b"!!!!")
+        warning = self.the_only("warning", self.diagnose())
+        self.assertEqual(warning["finding"], f"Could not decipher file: {log}")
+        self.assertIn("Rename the file", warning["whatToDo"])
 
     def test_Report_NamesTheInstalledVersions(self):
         report = self.output("report")

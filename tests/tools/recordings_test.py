@@ -133,7 +133,56 @@ class Recordings(InstalledTool):
                          ("", f"dovrel: there is already a file {self.work}/demo.recording (--append adds to it)\n"))
         result = self.shell(RECORD.replace("record ", "record --append "))
         self.expect(result, 0)
-        self.assertEqual(result.stderr, f"dovrel: 14 exchanges are recorded in {self.work}/demo.recording\n")
+        self.assertEqual(result.stderr, f"dovrel: 7 exchanges were added; 14 are recorded in {self.work}/demo.recording\n")
+
+    def test_Record_ThatAddsNothing_SaysSo(self):
+        self.expect(self.shell(RECORD), 0)
+        (self.work / "link").symlink_to("demo.recording")
+        host = './host "$DOVREL_BUNDLE" photo.jpg'
+        for file, command in (("demo.recording", "true"), ("link", host)):
+            result = self.shell(f"dovrel record --append -o {file} -- {command}")
+            self.expect(result, 0)
+            self.assertEqual(result.stderr.splitlines()[0], "dovrel: nothing was added: no host sent a request, or "
+                                                            f"{self.work}/{file} cannot be written")
+
+    def test_PathThroughALink_IsThatOfTheSystem(self):
+        # The folder above the link's target is not the one above the link.
+        (self.work / "inner/target").mkdir(parents=True)
+        (self.work / "link").symlink_to("inner/target")
+        self.expect(self.run_as(True, f"chown -R --reference='{self.work}' '{self.work}'", self.work), 0)
+        self.expect(self.shell(RECORD.replace("demo.recording", "link/../demo.recording")), 0)
+        self.assertTrue((self.work / "inner/demo.recording").exists())
+        self.expect(self.shell(REPLAY.replace("demo.recording", "link/../demo.recording")), 0)
+        self.assertFalse((self.work / "demo.recording").exists())
+
+    def test_OptionsThatClassesWouldIgnore_AreRejected(self):
+        self.record()
+        for arguments in ("--classes --strict demo.recording", "--classes demo.recording -- ./host"):
+            result = self.shell(f"dovrel replay {arguments}")
+            self.expect(result, 2)
+            self.assertRegex(result.stderr, r"^dovrel: .* excludes .*\n$")
+
+    def test_EmptyFileName_IsRejected(self):
+        self.expect(self.shell("dovrel record -o '' -- true"), 2)
+        self.expect(self.shell("dovrel replay '' -- true"), 2)
+
+    def test_Help_TellsTheExitStatusAfterTheCommand(self):
+        for name in ("record", "replay"):
+            shown = " ".join(self.output(f"{name} --help").split())
+            self.assertIn("the tool exits with the status of the command, or with 128 plus the number of the signal", shown)
+
+    def test_CommandsExitStatus_IsKnownAlsoIfSignalsAreIgnored(self):
+        result = self.shell("env --ignore-signal=CHLD dovrel record -- sh -c 'exit 7'")
+        self.assertEqual((result.returncode, result.stderr.count("\n")), (7, 1), result.stderr)
+
+    def test_InterruptThatWasIgnoredBefore_IsIgnoredByTheCommand(self):
+        for name in ("INT", "QUIT"):
+            result = self.shell(f"env --ignore-signal={name} dovrel record -- sh -c 'kill -{name} $$; echo goes on'")
+            self.expect(result, 0)
+            self.assertEqual(result.stdout, "goes on\n")
+            number = {"INT": 2, "QUIT": 3}[name]
+            self.assertEqual(self.shell(f"env --default-signal={name} dovrel record -- sh -c 'kill -{name} $$; echo no'").returncode,
+                             128 + number)
 
     def test_Record_EndsAsTheCommandEnds(self):
         self.assertEqual(self.shell("dovrel record -- sh -c 'exit 7'").returncode, 7)

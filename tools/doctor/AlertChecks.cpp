@@ -41,22 +41,23 @@ std::string tryToRun(const std::string& program) {
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0) return std::strerror(error);
     int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
+    while (waitpid(child, &status, 0) < 0)
+        if (errno != EINTR) return std::strerror(errno);
     const bool succeeded = WIFEXITED(status) && WEXITSTATUS(status) == 0;
     return succeeded ? "" : "it does not start; run it in a terminal to see why";
 }
 
 void checkDisplay(CheckResults& results) {
     if (readVariable("POS_ALERTS") == "log")
-        return results.addNote(kDisplay, "POS_ALERTS=log: no alert is shown; failures go to the system log");
+        return results.addNote(kDisplay,
+                               "POS_ALERTS=log: no alert is shown; failures go to the host's standard error");
     const std::string wayland = readVariable("WAYLAND_DISPLAY");
     const std::string display = wayland.empty() ? readVariable("DISPLAY") : wayland;
     if (!display.empty()) return results.addOk(kDisplay, display);
     results.addWarning(
         kDisplay,
-        "DISPLAY and WAYLAND_DISPLAY are not set: no alert can be shown. Failures go to the "
-        "system log, and the user cannot choose Retry",
+        "DISPLAY and WAYLAND_DISPLAY are not set: no alert can be shown. Failures go to the host's "
+        "standard error, and the user cannot choose Retry",
         "Run the host in a desktop session, or set the variable. For a service, POS_ALERTS=log says that "
         "this is intended.");
 }

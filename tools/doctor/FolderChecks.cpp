@@ -34,6 +34,11 @@ const EndpointFolder* findLast(const std::vector<EndpointFolder>& folders, Endpo
     return last;
 }
 
+// As errorLogPath(), which creates the folder if there is none.
+std::string findErrorLog() {
+    return logFolderPath(false) + places::kErrorLogName;
+}
+
 std::string withoutLastSlash(std::string path) {
     if (path.size() > 1 && path.back() == '/') path.pop_back();
     return path;
@@ -102,7 +107,7 @@ void checkLogFolder(CheckResults& results) {
             kLogs, "this user may not write to " + existing + ": " + std::strerror(errno),
             "Let root create " + folder + " with mode 777, so that failures can be recorded.");
     if (existing != folder) return results.addNote(kLogs, folder + " is created with the first log");
-    const std::string log = errorLogPath();
+    const std::string log = findErrorLog();
     if (access(log.c_str(), F_OK) == 0 && access(log.c_str(), W_OK) != 0)
         return results.addTrouble(kLogs, "this user may not write to " + log + ": " + std::strerror(errno),
                                   "Let its owner or root allow all users to write to it (mode 666).");
@@ -110,8 +115,11 @@ void checkLogFolder(CheckResults& results) {
 }
 
 void checkErrorLog(CheckResults& results) {
-    const std::string path = withoutLastSlash(logFolderPath(false)) + '/' + places::kErrorLogName;
+    const std::string path = findErrorLog();
     if (access(path.c_str(), F_OK) != 0) return results.addOk(kErrorLog, "no failure was recorded");
+    if (access(path.c_str(), R_OK) != 0)
+        return results.addWarning(kErrorLog, "this user may not read " + path + ": " + std::strerror(errno),
+                                  "Let its owner or root allow all users to read it.");
     try {
         std::vector<Properties> entries =
             ConfigFileSystem::readSections(ConfigFileSystem::readText(path), "TIME");
@@ -125,8 +133,8 @@ void checkErrorLog(CheckResults& results) {
             results.addNote(kErrorLog, describeEntry(entries[index]));
     } catch (CPPException* caught) {
         const std::unique_ptr<CPPException> failure(caught);
-        results.addWarning(kErrorLog, std::string(failure->getMessage()) + ": " + std::strerror(errno),
-                           "Let its owner or root allow all users to read it.");
+        results.addWarning(kErrorLog, failure->getMessage(),
+                           "Rename the file. The library creates a new one with the next failure.");
     }
 }
 

@@ -29,23 +29,28 @@ class IgnoredSignals {
         signal(SIGQUIT, quit_);
     }
 
+    /// Returns the signals that were not ignored before. The command must not ignore them.
+    sigset_t notIgnoredBefore() const {
+        sigset_t signals;
+        sigemptyset(&signals);
+        if (interrupt_ != SIG_IGN) sigaddset(&signals, SIGINT);
+        if (quit_ != SIG_IGN) sigaddset(&signals, SIGQUIT);
+        return signals;
+    }
+
   private:
     void (*const interrupt_)(int);
     void (*const quit_)(int);
 };
 
-pid_t start(const std::vector<std::string>& command) {
+pid_t start(const std::vector<std::string>& command, const sigset_t& defaultSignals) {
     std::vector<char*> arguments;
     for (const std::string& argument : command)
         arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGQUIT);
-    posix_spawnattr_setsigdefault(&attributes, &signals);
+    posix_spawnattr_setsigdefault(&attributes, &defaultSignals);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
     pid_t child = 0;
     const int error = posix_spawnp(&child, arguments[0], nullptr, &attributes, arguments.data(), environ);
@@ -58,7 +63,7 @@ pid_t start(const std::vector<std::string>& command) {
 
 int runChildCommand(const std::vector<std::string>& command) {
     const IgnoredSignals ignored;
-    const pid_t child = start(command);
+    const pid_t child = start(command, ignored.notIgnoredBefore());
     int status = 0;
     while (waitpid(child, &status, 0) < 0) {
         if (errno != EINTR) throw ToolFailure("cannot wait for " + command[0] + ": " + std::strerror(errno));

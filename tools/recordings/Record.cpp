@@ -1,5 +1,6 @@
 #include "tools/recordings/Record.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -24,28 +25,39 @@ struct Options {
     std::vector<std::string> command;
 };
 
-// Standard output belongs to the command.
-void printSummary(const std::string& file) {
+size_t countExchanges(const std::string& file, std::vector<std::string>& problems) {
     std::error_code ignored;
-    if (!std::filesystem::exists(file, ignored)) {
-        std::cerr << "dovrel: nothing was recorded: no host sent a request, or " << file
-                  << " cannot be written\n";
-        return;
-    }
+    if (!std::filesystem::exists(file, ignored)) return 0;
+    return merrowd::Recording(file, problems).exchanges().size();
+}
+
+// Standard output belongs to the command.
+void printSummary(const std::string& file, size_t countBefore) {
     std::vector<std::string> problems;
-    const merrowd::Recording recording(file, problems);
-    std::cerr << "dovrel: " << recording.exchanges().size() << " exchanges are recorded in " << file << "\n";
+    const size_t count = countExchanges(file, problems);
+    const size_t added = count - std::min(count, countBefore);
+    if (added == 0) {
+        std::cerr << "dovrel: nothing was " << (countBefore == 0 ? "recorded" : "added")
+                  << ": no host sent a request, or " << file << " cannot be written\n";
+    } else if (countBefore == 0) {
+        std::cerr << "dovrel: " << count << " exchanges are recorded in " << file << "\n";
+    } else {
+        std::cerr << "dovrel: " << added << " exchanges were added; " << count << " are recorded in " << file
+                  << "\n";
+    }
     for (const std::string& problem : problems)
         std::cerr << "dovrel: " << problem << "\n";
 }
 
 void record(const Options& options) {
-    const std::string file = std::filesystem::absolute(options.file).lexically_normal();
+    const std::string file = std::filesystem::absolute(options.file);
     if (!options.appends && std::filesystem::exists(file))
         throw ToolFailure("there is already a file " + file + " (--append adds to it)");
     setenv(kRecordVariable, file.c_str(), 1);
+    std::vector<std::string> ignored;
+    const size_t countBefore = countExchanges(file, ignored);
     const int status = runChildCommand(options.command);
-    printSummary(file);
+    printSummary(file, countBefore);
     if (status != kSucceeded) throw CLI::RuntimeError(status);
 }
 
@@ -55,9 +67,12 @@ void addRecord(CLI::App& app) {
     CLI::App& subcommand =
         addSubcommand(app, "record", "Run a command and record what its host and the server say",
                       "dovrel record -- ./host\n"
-                      "dovrel record -o trouble.recording -- ./host --verbose");
+                      "dovrel record -o trouble.recording -- ./host --verbose",
+                      kCommandStatusNotes);
     const auto options = std::make_shared<Options>();
-    subcommand.add_option("-o,--output", options->file, "The recording")->capture_default_str();
+    subcommand.add_option("-o,--output", options->file, "The recording")
+        ->capture_default_str()
+        ->check(notEmpty());
     subcommand.add_flag("--append", options->appends, "Add to a recording that exists");
     subcommand.add_option("COMMAND", options->command, "The command and its arguments, after --")->required();
     subcommand.callback([options] { record(*options); });

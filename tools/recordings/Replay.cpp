@@ -106,7 +106,7 @@ int replayFor(const std::vector<std::string>& command) {
 }
 
 void replay(const Options& options) {
-    const std::string file = std::filesystem::absolute(options.file).lexically_normal();
+    const std::string file = std::filesystem::absolute(options.file);
     if (options.printsClasses) return printClasses(file);
     ensureServerRuns();
     RunningReplay running;
@@ -126,19 +126,26 @@ void replay(const Options& options) {
 }  // namespace
 
 void addReplay(CLI::App& app) {
-    CLI::App& subcommand = addSubcommand(app, "replay", "Let the server play a recording back",
-                                         "dovrel replay trouble.recording -- ./host\n"
-                                         "dovrel replay --strict trouble.recording\n"
-                                         "dovrel replay --classes trouble.recording > Classes.conf");
+    CLI::App& subcommand =
+        addSubcommand(app, "replay", "Let the server play a recording back",
+                      "dovrel replay trouble.recording -- ./host\n"
+                      "dovrel replay --strict trouble.recording\n"
+                      "dovrel replay --classes trouble.recording > Classes.conf",
+                      std::string(kCommandStatusNotes) +
+                          " It also exits with 1 if the command succeeds and a request was refused.");
     const auto options = std::make_shared<Options>();
-    subcommand.add_option("FILE", options->file, "The recording")->required();
-    subcommand.add_option(
+    subcommand.add_option("FILE", options->file, "The recording")->required()->check(notEmpty());
+    CLI::Option* const command = subcommand.add_option(
         "COMMAND", options->command,
         "The command and its arguments, after --; without it the server goes on replaying until "
         "\"replay\" is empty");
-    subcommand.add_flag("--strict", options->isStrict, "Replay strictly in sequence, not by request");
-    subcommand.add_flag("--classes", options->printsClasses,
-                        "Print the classes of the recording as settings, and replay nothing");
+    CLI::Option* const strict =
+        subcommand.add_flag("--strict", options->isStrict, "Replay strictly in sequence, not by request");
+    subcommand
+        .add_flag("--classes", options->printsClasses,
+                  "Print the classes of the recording as settings, and replay nothing")
+        ->excludes(strict)
+        ->excludes(command);
     subcommand.callback([options] { replay(*options); });
 }
 
