@@ -1,11 +1,11 @@
 #include "tools/properties/EntryList.h"
 
 #include <algorithm>
-#include <charconv>
 #include <set>
 
 #include "platform/trace/TraceText.h"
 #include "settings/PropertiesStringObj.h"
+#include "tools/properties/StoredEntry.h"
 
 namespace dovrel::tools {
 
@@ -21,10 +21,11 @@ std::string quoted(std::string_view text) {
 
 bool isInteger(std::string_view text) {
     text = trimmed(text);
-    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-    int32_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return !text.empty() && error == std::errc() && end == text.data() + text.size();
+    // Readers accept a "+".
+    const bool hasPlus = text.substr(0, 1) == "+";
+    if (hasPlus) text.remove_prefix(1);
+    const bool hasTwoSigns = hasPlus && text.substr(0, 1) == "-";
+    return !hasTwoSigns && findInteger(text).has_value();
 }
 
 // Collects the entries and problems while a reader goes through the text.

@@ -60,13 +60,19 @@ std::string makeEntryText(const std::string& key, const PropertyValue& value) {
     return text;
 }
 
-int32_t parseInteger(const std::string& key, const std::string& text) {
+std::optional<int32_t> findInteger(std::string_view text) {
     int32_t number = 0;
     const char* const end = text.data() + text.size();
     const auto [last, error] = std::from_chars(text.data(), end, number);
-    if (text.empty() || error != std::errc() || last != end)
-        throw ToolFailure("the value of " + quoted(key) + " is not a 32-bit number: " + quoted(text));
+    if (error != std::errc() || last != end) return std::nullopt;
     return number;
+}
+
+int32_t parseInteger(const std::string& key, const std::string& text) {
+    const std::optional<int32_t> number = findInteger(text);
+    if (!number)
+        throw ToolFailure("the value of " + quoted(key) + " is not a 32-bit number: " + quoted(text));
+    return *number;
 }
 
 std::string parseBytes(const std::string& key, const std::string& digits) {

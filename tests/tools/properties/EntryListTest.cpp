@@ -73,6 +73,10 @@ TEST(EntryList, ValueThatDoesNotFitItsType_IsAProblem) {
               "2: the value of \"a\" is not a 32-bit number: \"5x\"\n"
               "4: the value of \"b\" is not a 32-bit number: \"2147483648\"\n"
               "8: the value of \"d\" is not a 32-bit number: \"\"\n");
+    EXPECT_EQ(findProblems("//a\nINT:+-5\n//b\nINT:-+5\n//c\nINT:+5\n//d\nINT:+\n"),
+              "2: the value of \"a\" is not a 32-bit number: \"+-5\"\n"
+              "4: the value of \"b\" is not a 32-bit number: \"-+5\"\n"
+              "8: the value of \"d\" is not a 32-bit number: \"+\"\n");
     EXPECT_EQ(findProblems("//a\nBAR:0\n//b\nBAR:zz\n//c\nBAR:00 11\n22\n//d\nBAR:\n"),
               "2: the value of \"a\" is not pairs of hexadecimal digits: \"0\\n\"\n"
               "4: the value of \"b\" is not pairs of hexadecimal digits: \"zz\\n\"\n");

@@ -40,7 +40,7 @@ TEST(StoredEntry, KeysThatReadersWouldChange_AreRefusedWithTheReason) {
 
 TEST(StoredEntry, Numbers_AreWholeAndOf32Bits) {
     EXPECT_EQ(parseInteger("a", "-2147483648"), -2147483647 - 1);
-    for (const char* text : {"", "5x", " 5", "2147483648", "0x5", "+5"})
+    for (const char* text : {"", "5x", " 5", "2147483648", "0x5", "+5", "--5", "-"})
         EXPECT_THROW(parseInteger("a", text), ToolFailure) << text;
 }
 
