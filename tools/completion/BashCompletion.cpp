@@ -12,6 +12,7 @@ _dovrel() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     local command=dovrel subcommands='' options='' i
     for ((i = 1; i < COMP_CWORD; i++)); do
+        [[ ${COMP_WORDS[i]} != -- ]] || return
         case "$command ${COMP_WORDS[i]}" in
 )bash";
 

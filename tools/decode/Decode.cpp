@@ -28,6 +28,11 @@ const std::map<std::string, InputKind> kKinds{{"block", InputKind::kBlock},
                                               {"list", InputKind::kByteArrayList},
                                               {"pack", InputKind::kTransferPack}};
 
+constexpr char kNotes[] =
+    "Hexadecimal text is pairs of digits, or a dump of \"xxd\" or \"hexdump -C\". Use \"od -An -v -tx1\" "
+    "without its\n"
+    "offsets: a single blank follows them, so they would be read as bytes.";
+
 struct Options {
     std::string file = "-";
     std::string kind;
@@ -70,7 +75,7 @@ void run(const Options& options) {
 void addDecode(CLI::App& app) {
     CLI::App& subcommand = addSubcommand(
         app, "decode", "Show the bytes of a request, a reply, a block or a transfer pack with offsets",
-        kExamples);
+        kExamples, kNotes);
     const auto options = std::make_shared<Options>();
     subcommand.add_option("file", options->file, "The file with the bytes (default: -, standard input)");
     subcommand

@@ -60,6 +60,11 @@ class Completion(unittest.TestCase):
         self.assertEqual(complete("properties", "convert", "--output", ""), [])
         self.assertEqual(complete("decode", ""), [])
 
+    def test_WordsAfterTwoHyphens_AreThoseOfAnotherCommand(self):
+        self.assertEqual(complete("record", "--", "./host", "--"), [])
+        self.assertEqual(complete("record", "--", "./host", "--app"), [])
+        self.assertEqual(complete("replay", "file", "--", ""), [])
+
     def test_OptionsBeforeTheWord_ChangeNothing(self):
         self.assertIn("--all", complete("decode", "--kind", "list", "--a"))
         self.assertEqual(complete("properties", "che"), ["check"])
