@@ -28,8 +28,8 @@ class ToolFailure : public std::runtime_error {
 CLI::App& addSubcommand(CLI::App& parent, const std::string& name, const std::string& summary,
                         const std::string& examples, const std::string& notes = "");
 
-/// Returns a check for options whose value must not be empty. A script whose variable is not set passes such a value;
-/// without the check, the option would count as not given.
+/// Returns a check for options whose value must not be empty. A script whose variable is not set passes such a
+/// value; without the check, the option would count as not given.
 CLI::Validator notEmpty();
 
 /// Adds the option --json, which sets `isJson`.

@@ -12,9 +12,10 @@ constexpr char kCommandStatusNotes[] =
     "signal\n"
     "that ended it.";
 
-/// Runs the command with the tool's environment and standard streams. Returns its exit status, or 128 and the number
-/// of the signal that ended it, as a shell does. While it runs, SIGINT and SIGQUIT from the terminal end only the
-/// command, which ignores them if the tool was started so. Throws a ToolFailure if it cannot be started. `command` has at least one element.
+/// Runs the command with the tool's environment and standard streams. Returns its exit status, or 128 and the
+/// number of the signal that ended it, as a shell does. While it runs, SIGINT and SIGQUIT from the terminal end
+/// only the command, unless they were ignored before. Throws a ToolFailure if it cannot be started. `command` has
+/// at least one element.
 int runChildCommand(const std::vector<std::string>& command);
 
 }  // namespace dovrel::tools

@@ -23,8 +23,8 @@ std::string numberedKey(const std::string& name, size_t number) {
     return name + " " + std::to_string(number);
 }
 
-// Removes the entries "NAME 1", "NAME 2" and so on, and returns their values in this order. The order of the keys has
-// "NAME 10" before "NAME 2".
+// Removes the entries "NAME 1", "NAME 2" and so on, and returns their values in this order. The order of the keys
+// has "NAME 10" before "NAME 2".
 std::vector<std::string> takeNumbered(Properties& entries, const std::string& name) {
     std::vector<std::string> values;
     for (std::string value; entries.findString(numberedKey(name, values.size() + 1), value);) {
