@@ -1,5 +1,6 @@
 #include "tools/Subcommand.h"
 
+#include <CLI/CLI.hpp>
 #include <sstream>
 
 namespace dovrel::tools {

@@ -4,9 +4,13 @@
 // list. The function adds the options, and a callback that does the work when the arguments have been parsed.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <stdexcept>
 #include <string>
+
+namespace CLI {
+class App;
+class Validator;
+}
 
 namespace dovrel::tools {
 

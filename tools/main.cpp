@@ -1,6 +1,7 @@
 // dovrel: the command-line tool of the library. Each subcommand is a unit of its own.
 #include <signal.h>
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 

@@ -1,5 +1,6 @@
 #include "tools/calls/Call.h"
 
+#include <CLI/CLI.hpp>
 #include <memory>
 
 #include "tools/Subcommand.h"

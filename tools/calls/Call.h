@@ -1,7 +1,9 @@
 // dovrel call: calls a method of a new object.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,7 +1,9 @@
 // dovrel command: runs a command in the server.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

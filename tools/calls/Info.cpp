@@ -1,5 +1,6 @@
 #include "tools/calls/Info.h"
 
+#include <CLI/CLI.hpp>
 #include <charconv>
 #include <cstdint>
 #include <memory>

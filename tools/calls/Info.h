@@ -1,7 +1,9 @@
 // dovrel info: fetches information from the server.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,5 +1,7 @@
 #include "tools/calls/InputBytes.h"
 
+#include <CLI/CLI.hpp>
+
 #include "tools/Subcommand.h"
 #include "tools/WholeFile.h"
 #include "tools/decode/HexText.h"

@@ -1,8 +1,11 @@
 // The bytes that a subcommand sends: a text, hexadecimal digits, a file or standard input.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
+
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,5 +1,6 @@
 #include "tools/calls/Operation.h"
 
+#include <CLI/CLI.hpp>
 #include <chrono>
 #include <iostream>
 

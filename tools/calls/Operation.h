@@ -1,13 +1,16 @@
 // What "call", "command" and "info" share: their options, and the steps from the library to the output.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
 
 #include "dovrel/pos.hpp"
 #include "tools/calls/InputBytes.h"
 #include "tools/calls/ResultOutput.h"
+
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,9 +1,12 @@
 // Where the bytes go that the server returns.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <string_view>
+
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,5 +1,6 @@
 #include "tools/completion/BashCompletion.h"
 
+#include <CLI/CLI.hpp>
 #include <vector>
 
 namespace dovrel::tools {

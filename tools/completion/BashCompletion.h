@@ -1,8 +1,11 @@
 // Makes the completion script for bash.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
+
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,5 +1,6 @@
 #include "tools/completion/Completion.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "tools/Subcommand.h"

@@ -1,7 +1,9 @@
 // dovrel completion: prints the completion script for bash.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,5 +1,6 @@
 #include "tools/decode/Decode.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 #include <limits>
 #include <map>

@@ -1,7 +1,9 @@
 // dovrel decode: shows the bytes of requests, replies, other blocks and transfer packs.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

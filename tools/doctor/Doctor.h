@@ -1,7 +1,9 @@
 // dovrel doctor: examines an installation, and says what is wrong with it and what to do.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

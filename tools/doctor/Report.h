@@ -1,7 +1,9 @@
 // dovrel report: prints the system report for the manufacturer's support.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,7 +1,9 @@
 // dovrel properties: shows, changes, checks and converts properties texts and configuration files.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,5 +1,6 @@
 #include "tools/recordings/Record.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>

@@ -1,7 +1,9 @@
 // dovrel record: runs a command whose host records its exchanges with the server.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,5 +1,6 @@
 #include "tools/recordings/Replay.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
 #include <exception>

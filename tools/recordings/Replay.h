@@ -1,7 +1,9 @@
 // dovrel replay: lets the development server play a recording back.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,5 +1,7 @@
 #include "tools/server/Server.h"
 
+#include <CLI/CLI.hpp>
+
 #include "tools/Subcommand.h"
 #include "tools/server/ServerLife.h"
 #include "tools/server/ServerLog.h"

@@ -1,7 +1,9 @@
 // dovrel server: starts, ends and controls the server of this user and this system root.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

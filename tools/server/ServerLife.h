@@ -1,7 +1,9 @@
 // dovrel server start, stop and status.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,7 +1,9 @@
 // dovrel server log: shows the log of the development server.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,5 +1,6 @@
 #include "tools/server/ServerSettingsCommands.h"
 
+#include <CLI/CLI.hpp>
 #include <chrono>
 #include <iostream>
 #include <memory>

@@ -1,7 +1,9 @@
 // dovrel server load, set and misbehave: they send settings to the running development server.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,5 +1,6 @@
 #include "tools/status/Status.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <iostream>
 #include <memory>

@@ -1,7 +1,9 @@
 // dovrel status: explains a number that an alert, a log or a trace shows.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

@@ -1,5 +1,6 @@
 #include "tools/texts/TextsCommand.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>

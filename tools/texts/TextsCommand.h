@@ -1,7 +1,9 @@
 // dovrel texts: lists, prints and checks the texts for the user.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace dovrel::tools {
 

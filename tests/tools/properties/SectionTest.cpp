@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <CLI/CLI.hpp>
+
 #include "settings/ConfigFileSystem.h"
 #include "tools/Subcommand.h"
 
