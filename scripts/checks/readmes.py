@@ -7,7 +7,7 @@ are manuals and may be longer; both are listed here.
 LONGEST = 15
 # Folders whose parent's README describes them, or in which a page would be taken for something else.
 WITHOUT = ("benchmarks/start", "bindings/python", "cmake/package", "examples/*", "fuzz/*.corpus", "include/dovrel", "resources/Helpsystem")
-MANUALS = ("benchmarks", "benchmarks/calls", "server")
+MANUALS = ("benchmarks", "benchmarks/calls")
 
 
 def problems(tree):
