@@ -48,9 +48,11 @@ class TestCommand(unittest.TestCase):
         place.write_text("#!/bin/sh\n" + text)
         place.chmod(0o755)
 
-    def run_test(self, *words):
+    def run_test(self, *words, **variables):
         environment = dict(os.environ, PATH=f"{self.tree}/bin:{os.environ['PATH']}", LOG=str(self.tree / "log"))
-        environment.pop("DOVREL_FUZZ_SECONDS", None)
+        for name in ("DOVREL_FUZZ_SECONDS", "DOVREL_CI_MINUTES"):
+            environment.pop(name, None)
+        environment.update(variables)
         return subprocess.run(["scripts/test", *words], cwd=self.tree, env=environment, capture_output=True, text=True,
                               check=False)
 
@@ -93,8 +95,15 @@ class TestCommand(unittest.TestCase):
     def test_Ci_RunsTheSlowTestsOnlyInThePlainBuild(self):
         result = self.run_test("ci")
         self.expect(result, 0, f"{3 + 2 + 2} passed, 0 failed, 0 skipped")
-        self.assertEqual(self.presets_run(), [("dev", True), ("asan-quick", False), ("macos", False)])
+        self.assertEqual(self.presets_run(), [("dev", True), ("macos", False), ("asan-quick", False)])
         self.assertIn("\nSlow tests left out: 2. They run in dev.\n", result.stdout)
+
+    def test_Ci_WhenItIsLate_LeavesTheLastPartOutAndSaysSo(self):
+        result = self.run_test("ci", DOVREL_CI_MINUTES="0")
+        self.expect(result, 0, f"{3 + 2} passed, 0 failed, 0 skipped")
+        self.assertEqual(self.presets_run(), [("dev", True), ("macos", False)])
+        self.assertIn("\nLeft out: asan-quick, for lack of time.\n", result.stdout)
+        self.assertNotIn("--build --preset asan-quick -- -k 0", self.started("cmake"))
 
     def test_PartsOfTheSanitizersAfterThePlainBuild_AreBuiltInTheirFoldersWithoutTheToolAgain(self):
         self.expect(self.run_test("dev", "asan-quick", "tsan-quick"), 0, "9 passed, 0 failed, 0 skipped")
