@@ -1,5 +1,5 @@
-// What a peer of a connection can do: packets with and without files, and a mailbox whose memory it writes at
-// any time.
+// A peer of a connection that sends packets with and without files, and writes the memory of its mailbox at any
+// time.
 #pragma once
 
 #include <fcntl.h>

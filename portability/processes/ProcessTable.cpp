@@ -45,8 +45,8 @@ bool hasEnded(char state) {
     return state == 'Z' || state == 'X' || state == 'x';
 }
 
-// Returns the path of the program that the process runs; "" if this process must not read it, and nothing if there
-// is no program: tasks of the kernel have none, and a process that has ended or is exiting has released it.
+// Returns the path of the program that the process runs. Returns "" if this process must not read it, and nothing
+// if the process has none: a task of the kernel never has, and an ended or exiting process has released its own.
 // The system appends " (deleted)" if the file was deleted or replaced.
 std::optional<std::string> programFile(const std::string& folder) {
     constexpr std::string_view kDeleted = " (deleted)";

@@ -49,26 +49,25 @@ TEST(IPC_Info, SettingABuffer_ReleasesTheOneBefore) {
     EXPECT_EQ(info.getReceiveSize(), 0u);
 }
 
-TEST(IPC_Info, SendBuffer_CanBeTakenOut) {
+TEST(IPC_Info, Buffers_CanBeTakenOut) {
     IPC_Info info;
-    std::unique_ptr<uint8_t[]> buffer = newBuffer();
-    const uint8_t* const place = buffer.get();
-    info.setSendBuffer(std::move(buffer), 8);
-    const ByteBlock taken = info.takeSendBuffer();
-    EXPECT_EQ(taken.data.get(), place);
-    EXPECT_EQ(taken.length, 8u);
+    std::unique_ptr<uint8_t[]> sent = newBuffer();
+    std::unique_ptr<uint8_t[]> received = newBuffer();
+    const uint8_t* const sentPlace = sent.get();
+    const uint8_t* const receivedPlace = received.get();
+    info.setSendBuffer(std::move(sent), 5);
+    info.setReceiveBuffer(std::move(received), 8);
+
+    const ByteBlock takenSent = info.takeSendBuffer();
+    EXPECT_EQ(takenSent.data.get(), sentPlace);
+    EXPECT_EQ(takenSent.length, 5u);
     EXPECT_EQ(info.getSendBuffer(), nullptr);
     EXPECT_EQ(info.getSendSize(), 0u);
-}
+    EXPECT_EQ(info.getReceiveBuffer(), receivedPlace);
 
-TEST(IPC_Info, ReceiveBuffer_CanBeTakenOut) {
-    IPC_Info info;
-    std::unique_ptr<uint8_t[]> buffer = newBuffer();
-    const uint8_t* const place = buffer.get();
-    info.setReceiveBuffer(std::move(buffer), 8);
-    const ByteBlock taken = info.takeReceiveBuffer();
-    EXPECT_EQ(taken.data.get(), place);
-    EXPECT_EQ(taken.length, 8u);
+    const ByteBlock takenReceived = info.takeReceiveBuffer();
+    EXPECT_EQ(takenReceived.data.get(), receivedPlace);
+    EXPECT_EQ(takenReceived.length, 8u);
     EXPECT_EQ(info.getReceiveBuffer(), nullptr);
     EXPECT_EQ(info.getReceiveSize(), 0u);
 }

@@ -109,8 +109,8 @@ class Python(Installation):
                     session.register("Python", options=[code])
         self.assertEqual(self.servers(), [])
 
-    def test_ResultOf2GiB_IsCopiedWhole(self):
-        # Without the memory for the copy, which most machines have. The size must not be taken for a negative number.
+    def test_SizeOf2GiB_IsNotTakenForANegativeNumber(self):
+        # The program has no memory for the copy, so that the test needs none. A negative size would be another failure.
         program = """import ctypes, mmap, resource, dovrel
 class Library:
     def function(self, block, size):

@@ -1,4 +1,4 @@
-// What the tests of StructuredByteArrayReader share.
+// Blocks and parts for the tests of StructuredByteArrayReader.
 #pragma once
 
 #include <memory>
